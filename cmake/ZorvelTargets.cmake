@@ -1,0 +1,33 @@
+# How the folders under src/ become targets. Each folder is one library with an include root of its
+# own that shows that folder alone, so that an include of a folder it does not link fails to compile.
+
+# zorvel_library(<name> <folder> SOURCES <file>... [LINKS <target>...] [PRIVATE_LINKS <target>...])
+function(zorvel_library name folder)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
+  add_library(zorvel_${name} STATIC ${ARG_SOURCES})
+  set(root ${PROJECT_BINARY_DIR}/include/${name})
+  cmake_path(GET folder PARENT_PATH parent)
+  file(MAKE_DIRECTORY ${root}/${parent})
+  if(NOT EXISTS ${root}/${folder})
+    file(CREATE_LINK ${PROJECT_SOURCE_DIR}/src/${folder} ${root}/${folder} SYMBOLIC)
+  endif()
+  target_include_directories(zorvel_${name} PUBLIC ${root})
+  target_link_libraries(zorvel_${name} PUBLIC ${ARG_LINKS} PRIVATE ${ARG_PRIVATE_LINKS} zorvel_warnings)
+endfunction()
+
+# zorvel_test(<name> SOURCES <file>... LINKS <target>... [LABELS <label>...] [NO_MAIN])
+# A GoogleTest executable. NO_MAIN: one of the sources brings main() (a Qt application is needed).
+function(zorvel_test name)
+  cmake_parse_arguments(ARG "NO_MAIN" "" "SOURCES;LINKS;LABELS" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  target_link_libraries(${name} PRIVATE ${ARG_LINKS} GTest::gtest GTest::gmock zorvel_warnings)
+  if(NOT ARG_NO_MAIN)
+    target_link_libraries(${name} PRIVATE GTest::gtest_main)
+  endif()
+  target_compile_definitions(${name} PRIVATE ZORVEL_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+  gtest_discover_tests(
+    ${name}
+    DISCOVERY_MODE PRE_TEST
+    DISCOVERY_TIMEOUT 60
+    PROPERTIES LABELS "${ARG_LABELS}" TIMEOUT 600)
+endfunction()

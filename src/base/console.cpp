@@ -1,0 +1,47 @@
+#include "base/console.h"
+
+#include <cstdio>
+#include <mutex>
+#include <utility>
+
+namespace zorvel {
+namespace {
+
+struct Console {
+    std::mutex mutex;
+    ConsoleSink sink;
+};
+
+Console& console() {
+    static Console instance;
+    return instance;
+}
+
+void emit(const ConsoleSink& sink, std::string_view line) {
+    if (sink) {
+        sink(line);
+        return;
+    }
+    std::fwrite(line.data(), 1, line.size(), stdout);
+    std::fputc('\n', stdout);
+    std::fflush(stdout);
+}
+
+}  // namespace
+
+void setConsoleSink(ConsoleSink sink) {
+    const std::scoped_lock lock(console().mutex);
+    console().sink = std::move(sink);
+}
+
+void writeConsoleLine(std::string_view line) {
+    const std::scoped_lock lock(console().mutex);
+    emit(console().sink, line);
+}
+
+void writeConsoleLines(const std::vector<std::string>& lines) {
+    const std::scoped_lock lock(console().mutex);
+    for (const std::string& line : lines) emit(console().sink, line);
+}
+
+}  // namespace zorvel

@@ -1,0 +1,58 @@
+#include "base/numbers.h"
+
+#include <clocale>
+#include <cstdlib>
+
+#include <array>
+#include <charconv>
+#include <cmath>
+
+namespace zorvel {
+namespace {
+
+// The C locale for strtod_l, made once and kept for the life of the process.
+locale_t cLocale() {
+    static const locale_t locale = newlocale(LC_ALL_MASK, "C", nullptr);
+    return locale;
+}
+
+}  // namespace
+
+std::string fixedText(double value, int digits) {
+    // The largest double has 309 digits before its point.
+    std::string text(static_cast<std::size_t>(digits) + 320, '\0');
+    const auto end = std::to_chars(text.data(), text.data() + text.size(), value,
+                                   std::chars_format::fixed, digits);
+    text.resize(static_cast<std::size_t>(end.ptr - text.data()));
+    return text;
+}
+
+std::string shortestText(double value) {
+    if (std::isnan(value)) return "nan";
+    std::array<char, 64> buffer{};
+    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
+    return {buffer.data(), end.ptr};
+}
+
+std::string integerText(std::int64_t value) {
+    std::array<char, 24> buffer{};
+    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
+    return {buffer.data(), end.ptr};
+}
+
+std::optional<double> parseWholeDouble(std::string_view text) {
+    // strtod skips leading white space and stops at a NUL byte; neither is part of a number.
+    if (text.empty()) return std::nullopt;
+    const char first = text.front();
+    const bool starts = (first >= '0' && first <= '9') || first == '+' || first == '-' ||
+                        first == '.' || first == 'i' || first == 'I' || first == 'n' ||
+                        first == 'N';
+    if (!starts) return std::nullopt;
+    const std::string terminated(text);
+    char* end = nullptr;
+    const double value = strtod_l(terminated.c_str(), &end, cLocale());
+    if (end != terminated.c_str() + terminated.size()) return std::nullopt;
+    return value;
+}
+
+}  // namespace zorvel

@@ -1,0 +1,40 @@
+// Text is UTF-8. Two names are the same name when they are canonically equivalent (Unicode Standard
+// Annex 15), and names are ordered by the scalar values of their NFC form; for plain ASCII that is
+// byte order. Bytes that are not UTF-8 stand for themselves and equal only themselves.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace zorvel {
+
+// The NFC form; the text itself where it is ASCII or not UTF-8.
+std::string canonicalForm(std::string_view text);
+
+bool canonicallyEqual(std::string_view a, std::string_view b);
+
+// Negative, zero or positive as a stands before, with or after b.
+int canonicalCompare(std::string_view a, std::string_view b);
+
+// Function objects for hash containers and sorting by name.
+struct CanonicalHash {
+    std::size_t operator()(std::string_view text) const;
+};
+struct CanonicalEqual {
+    bool operator()(std::string_view a, std::string_view b) const { return canonicallyEqual(a, b); }
+};
+struct CanonicalLess {
+    bool operator()(std::string_view a, std::string_view b) const {
+        return canonicalCompare(a, b) < 0;
+    }
+};
+
+bool isAscii(std::string_view text);
+
+// The place of the first byte that begins no well-formed UTF-8 sequence (overlong forms, surrogates
+// and values past U+10FFFF are ill-formed); absent where all of the text is UTF-8.
+std::optional<std::size_t> firstInvalidUtf8(std::string_view text);
+
+}  // namespace zorvel

@@ -1,0 +1,49 @@
+// What every parser makes of a text before anything is stored, and how it tells of a problem.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "base/shared_text.h"
+#include "base/time_stamp.h"
+
+namespace zorvel {
+
+struct MockTaxon {
+    std::int64_t abundance = 0;
+    SharedText name;
+};
+
+struct MockCensus {
+    double latitude = 0;   // decimal degrees
+    double longitude = 0;  // decimal degrees
+    std::string name;
+    std::string notes;
+    std::vector<MockTaxon> taxa;  // in the order of the file
+    std::optional<TimeStamp> timeStamp;
+};
+
+// The name of a census whose file gives none.
+inline constexpr const char* importedCensusName = "imported census";
+
+// Where in a text a problem stands. Lines count from 1 by line feeds, carriage returns and the
+// other line breaks (CR LF is one); cells count from 1 within the line. 0: not known, or the whole
+// text.
+struct TextPlace {
+    std::size_t line = 0;
+    std::size_t cell = 0;
+};
+
+// What a parser returns: its records, or none with the place of the problem; and its console lines
+// in order. A parser prints nothing itself.
+template <class T>
+struct Parsed {
+    std::optional<T> value;
+    std::vector<std::string> consoleLines;
+    TextPlace place;
+};
+
+}  // namespace zorvel

@@ -1,0 +1,33 @@
+// The parsers of every import format: pure functions from UTF-8 text to records. A text holds no
+// byte-order mark. On any problem there is no record at all, one or two console lines, and a place.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "interchange/import_records.h"
+
+namespace zorvel {
+
+// A bare list of counts: one census, every taxon called "unnamed taxon".
+Parsed<MockCensus> parseAbundanceList(std::string_view text);
+
+// Lines "name,abundance": one census.
+Parsed<MockCensus> parseCensus(std::string_view text);
+
+// Censuses by taxa, comma-separated, with a header of taxon names.
+Parsed<std::vector<MockCensus>> parseCensusMatrix(std::string_view text);
+
+// The export of the companion phone application; possibly an empty list.
+Parsed<std::vector<MockCensus>> parseIOSFile(std::string_view text);
+
+// "Mar 5, 2016 3:42 PM" in the computer's current time zone; second 0. A time that daylight saving
+// skips moves forward; a day, hour or minute that the calendar does not have gives nothing.
+Parsed<TimeStamp> parseIOSDate(std::string_view text);
+
+// Taxon names for completion. No text (no file could be read) gives an empty list and a warning.
+Parsed<std::vector<std::string>> parseSpeciesList(std::optional<std::string_view> text);
+
+}  // namespace zorvel

@@ -1,0 +1,36 @@
+// Reading a file as text, and guessing which format it holds.
+#pragma once
+
+#include <cstdio>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "base/result.h"
+
+namespace zorvel {
+
+// The text of a file's bytes: a UTF-8 byte-order mark is dropped; anything that is not UTF-8 is
+// refused with a message that names the encoding it seems to be (UTF-16, UTF-32, Latin-1 or
+// Windows-1252, or none: binary) and the place of the first byte at fault.
+Result<std::string> decodeText(std::string bytes);
+
+// The bytes of a file, or of standard input for "-". Directories and files that cannot be opened or
+// read are problems with the system's words.
+Result<std::string> readFileBytes(const std::string& path);
+
+// Both.
+Result<std::string> readTextFile(const std::string& path);
+
+enum class FileKind { list, census, matrix, ios };
+
+// True where the bytes begin as a project file does.
+bool looksLikeProjectFile(std::string_view bytes);
+
+// The kind that a text seems to be; matrix where nothing speaks for another.
+FileKind guessFileKind(std::string_view text);
+
+// Writes a file whole or not at all: a temporary file beside it, synced, then renamed over it.
+std::optional<Problem> writeFileWhole(const std::string& path, std::string_view bytes);
+
+}  // namespace zorvel

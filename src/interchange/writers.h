@@ -1,0 +1,31 @@
+// The text exports. Nothing is quoted or escaped; lines end with a line feed; numbers are the same
+// under every locale. The writers never fail.
+#pragma once
+
+#include <array>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "metrics/counts.h"
+#include "metrics/rarefaction.h"
+
+namespace zorvel {
+
+// One row a census, one column a taxon name; sizes as buildCountsMatrix gives them.
+std::string writeCensusMatrix(const CountsMatrix& matrix,
+                              const std::vector<std::string>& taxonNames,
+                              const std::vector<std::string>& censusNames);
+
+using MetricRow = std::array<double, 9>;
+inline constexpr std::array<const char*, 9> metricColumnTitles = {
+    "Abundance",      "Richness",   "Chao-1",      "alroySQS",      "Shannon's H",
+    "Fisher's alpha", "Pielou's J", "Simpson's D", "Buzas-Gibson E"};
+
+std::string writeMetricsTable(std::span<const MetricRow> rows,
+                              std::span<const char* const> columnTitles,
+                              std::span<const std::string> censusNames);
+
+std::string writeRarefactionTable(std::span<const Rarefaction> curve);
+
+}  // namespace zorvel

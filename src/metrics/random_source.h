@@ -1,0 +1,58 @@
+// Where the analyses take their random numbers from. Passed in by the caller: the programs pass the
+// system's, tests and the --seed option a seeded one. One source serves one thread at a time.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+namespace zorvel {
+
+class RandomSource {
+  public:
+    virtual ~RandomSource() = default;
+    RandomSource(const RandomSource&) = delete;
+    RandomSource& operator=(const RandomSource&) = delete;
+
+    // 64 independent random bits.
+    std::uint64_t bits64() {
+        if (next_ == buffer_.size()) refill();
+        return buffer_[next_++];
+    }
+    // Uniform over all 32-bit values.
+    std::uint32_t bits32() { return static_cast<std::uint32_t>(bits64() >> 32); }
+    // Uniform over 0 .. bound - 1, without bias; bound is at least 1.
+    std::uint64_t below(std::uint64_t bound);
+
+  protected:
+    RandomSource() = default;
+    using Buffer = std::array<std::uint64_t, 64>;
+    virtual void fill(Buffer& buffer) = 0;
+
+  private:
+    void refill();
+
+    Buffer buffer_{};
+    std::size_t next_ = Buffer{}.size();
+};
+
+// The system's random numbers (getrandom), without a seed.
+class SystemRandom final : public RandomSource {
+  protected:
+    void fill(Buffer& buffer) override;
+};
+
+// The same numbers for the same seed, on every machine (xoshiro256**, Blackman & Vigna 2021, seeded
+// through SplitMix64).
+class SeededRandom final : public RandomSource {
+  public:
+    explicit SeededRandom(std::uint64_t seed);
+
+  protected:
+    void fill(Buffer& buffer) override;
+
+  private:
+    std::array<std::uint64_t, 4> state_{};
+};
+
+}  // namespace zorvel

@@ -1,0 +1,19 @@
+// From the text of a file of any kind to the records of a project.
+#pragma once
+
+#include <string_view>
+#include <vector>
+
+#include "interchange/import_records.h"
+#include "interchange/text_file.h"
+#include "model/diversity_document.h"
+
+namespace zorvel {
+
+// The parser of the kind; a list and a single census give one record.
+Parsed<std::vector<MockCensus>> parseFile(FileKind kind, std::string_view text);
+
+// In order, each as one census record with its taxa; an absent time is stored as none.
+void storeCensuses(DiversityDocument& document, const std::vector<MockCensus>& censuses);
+
+}  // namespace zorvel

@@ -1,0 +1,24 @@
+// The metrics table of a list of censuses: what the metrics export writes.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "interchange/writers.h"
+#include "metrics/random_source.h"
+#include "model/diversity_document.h"
+
+namespace zorvel {
+
+// Three lists: one row and one name a census, in the given order, and the column titles.
+struct MetricsTable {
+    std::vector<MetricRow> rows;
+    std::vector<const char*> columnTitles;
+    NameList censusNames;
+};
+
+// All taxa of each census take part, whatever their include flag. SQS with 100 trials at the fixed
+// quota 0.8; 0 where it gives no estimate.
+MetricsTable buildMetricsTable(const std::vector<Census>& censuses, RandomSource& random);
+
+}  // namespace zorvel

@@ -1,0 +1,116 @@
+// The records of one project and every change to them. A project's state is a list of censuses,
+// each one immutable block held by a shared pointer, its taxa in shared chunks: an edit replaces
+// one block and copies one chunk, and a frozen copy is a copy of the list. The order of censuses
+// and of taxa is the order of insertion. A live context belongs to the main thread; a frozen one
+// may be read by any.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "base/shared_text.h"
+#include "base/time_stamp.h"
+#include "store/census_block.h"
+
+namespace zorvel {
+
+class ObjectContext;
+class Zorvel;
+
+// A census: a light handle of context and identity, valid while the context lives. A handle whose
+// record is gone reads as a record of defaults without taxa.
+class Census {
+  public:
+    [[nodiscard]] RecordId id() const { return id_; }
+    [[nodiscard]] bool exists() const;
+    [[nodiscard]] std::optional<SharedText> name() const;
+    [[nodiscard]] double latitude() const;   // degrees
+    [[nodiscard]] double longitude() const;  // degrees
+    [[nodiscard]] std::optional<SharedText> notes() const;
+    [[nodiscard]] std::optional<TimeStamp> timeStamp() const;
+    [[nodiscard]] std::vector<Zorvel> taxa() const;
+    [[nodiscard]] std::size_t taxonCount() const;
+    // The taxa's values without handles: the fast way to read them all. Stays valid while held.
+    [[nodiscard]] std::shared_ptr<const CensusBlock> block() const;
+
+    friend bool operator==(const Census&, const Census&) = default;
+
+  private:
+    friend class ObjectContext;
+    friend class Zorvel;
+    Census(const ObjectContext* context, RecordId id) : context_(context), id_(id) {}
+
+    const ObjectContext* context_;
+    RecordId id_;
+};
+
+// A taxon of a census: one species line with its count of specimens.
+class Zorvel {
+  public:
+    [[nodiscard]] RecordId id() const { return id_; }
+    [[nodiscard]] bool exists() const;
+    [[nodiscard]] std::optional<SharedText> name() const;
+    [[nodiscard]] std::int64_t abundance() const;
+    [[nodiscard]] bool include() const;
+    // Absent once the taxon is gone.
+    [[nodiscard]] std::optional<Census> census() const;
+
+    friend bool operator==(const Zorvel&, const Zorvel&) = default;
+
+  private:
+    friend class ObjectContext;
+    friend class Census;
+    Zorvel(const ObjectContext* context, RecordId census, RecordId id)
+        : context_(context), census_(census), id_(id) {}
+
+    const ObjectContext* context_;
+    RecordId census_;
+    RecordId id_;
+};
+
+class ObjectContext {
+  public:
+    ObjectContext();
+    ~ObjectContext();
+    ObjectContext(const ObjectContext&) = delete;
+    ObjectContext& operator=(const ObjectContext&) = delete;
+
+    // New records have no name, notes or time, position 0, abundance 0, and include set.
+    Census insertCensus();
+    // At the end of the census's taxa. The census must exist in this context.
+    Zorvel insertTaxon(const Census& census);
+    // A census with all its taxa at once, at the end of the project.
+    Census insertCensus(const CensusAttributes& attributes, const std::vector<TaxonValues>& taxa);
+
+    void deleteCensus(const Census& census);  // and its taxa
+    void deleteTaxon(const Zorvel& taxon);
+
+    void setName(const Census& census, std::optional<SharedText> name);
+    void setLatitude(const Census& census, double degrees);
+    void setLongitude(const Census& census, double degrees);
+    void setNotes(const Census& census, std::optional<SharedText> notes);
+    void setTimeStamp(const Census& census, std::optional<TimeStamp> timeStamp);
+    void setName(const Zorvel& taxon, std::optional<SharedText> name);
+    void setAbundance(const Zorvel& taxon, std::int64_t abundance);
+    void setInclude(const Zorvel& taxon, bool include);
+
+    // In order of insertion.
+    [[nodiscard]] std::vector<Census> censuses() const;
+    [[nodiscard]] std::vector<Zorvel> taxa() const;  // census by census
+    [[nodiscard]] std::size_t censusCount() const;
+
+    // The state as it stands now, never to change; costs one pointer a census.
+    [[nodiscard]] std::shared_ptr<const ObjectContext> frozenCopy() const;
+
+  private:
+    friend class Census;
+    friend class Zorvel;
+    struct State;
+    std::unique_ptr<State> state_;
+};
+
+}  // namespace zorvel
