@@ -17,6 +17,7 @@ endfunction()
 
 # zorvel_test(<name> SOURCES <file>... LINKS <target>... [LABELS <label>...] [NO_MAIN])
 # A GoogleTest executable. NO_MAIN: one of the sources brings main() (a Qt application is needed).
+# What has the label "thread" is also built by the target thread_tests, for the thread sanitizer.
 function(zorvel_test name)
   cmake_parse_arguments(ARG "NO_MAIN" "" "SOURCES;LINKS;LABELS" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
@@ -25,6 +26,9 @@ function(zorvel_test name)
     target_link_libraries(${name} PRIVATE GTest::gtest_main)
   endif()
   target_compile_definitions(${name} PRIVATE ZORVEL_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
+  if("thread" IN_LIST ARG_LABELS)
+    add_dependencies(thread_tests ${name})
+  endif()
   gtest_discover_tests(
     ${name}
     DISCOVERY_MODE PRE_TEST

@@ -1,0 +1,90 @@
+# shellcheck shell=bash
+# The checks of .ci/run besides the tests, a function each. Sourced after common.sh; they run in the
+# root of the tree and return non-zero on a finding.
+# shellcheck disable=SC2154  # root and logs come from common.sh
+
+fuzz_seconds=${ZORVEL_FUZZ_SECONDS:-20}
+
+# files PATTERN...: the sources of ours that match one of the patterns.
+files() {
+  local pattern tests=()
+  for pattern in "$@"; do tests+=(-o -name "$pattern"); done
+  find src tests bench fuzz -type f \( "${tests[@]:1}" \) | sort
+}
+
+check_format() {
+  files '*.cpp' '*.h' | xargs clang-format-14 --dry-run -Werror || return 1
+  shellcheck -x -P SCRIPTDIR run test .ci/run scripts/*.sh || return 1
+  check_white_space
+}
+
+# Fixtures may hold anything; everything else ends its lines without spaces and without a CR.
+check_white_space() {
+  local status=0
+  git -c safe.directory="$root" grep -InE $'[ \t\r]+$' -- \
+    ':!tests/data' ':!fuzz/corpus' ':!examples' >&2 || status=$?
+  ((status != 0)) || say "White space at the end of a line."
+  ((status == 1))
+}
+
+# The programs as they are handed out: built, installed somewhere else and run from there.
+check_install() {
+  build release || return 1
+  local prefix=$root/build/stage
+  rm -rf -- "$prefix"
+  with_log install cmake --install build/release --prefix "$prefix" || return 1
+  local example=$prefix/share/doc/zorvel/examples/oribatid-mites.csv
+  "$prefix/bin/zorvel-cli" metrics "$example" >"$logs/metrics.txt" || return 1
+  [[ -s $logs/metrics.txt ]] || { say "The metrics table of $example is empty."; return 1; }
+  QT_QPA_PLATFORM=offscreen "$prefix/bin/zorvel" --version
+}
+
+# clang-tidy reads the sources as clang compiles them, so the generated headers must be there.
+check_clang_tidy() {
+  configure dev
+  local generated
+  mapfile -t generated < <(ninja -C build/dev -t targets all |
+    sed -n 's/^\([A-Za-z0-9_-]*_autogen\): phony$/\1/p')
+  ((${#generated[@]} == 0)) || build dev --target "${generated[@]}" || return 1
+  printf 'Checks: "-*,misc-no-such-check"\nInheritParentConfig: false\n' >build/.clang-tidy
+  with_log clang-tidy run-clang-tidy-14 -quiet -p build/dev -j "$(nproc)" \
+    -header-filter="^$root/(src|tests|bench|fuzz|build/[^/]+/include)/" \
+    "^$root/(src|tests|bench|fuzz)/" && return 0
+  grep -hE '(error|warning):' "$logs/clang-tidy.log" | sort -u >&2
+  return 1
+}
+
+# Only what carries the label "thread" is built. The thread sanitizer of g++ 12 needs a layout of
+# the address space that newer kernels give only without randomisation.
+check_threads() {
+  local steady=()
+  ! setarch -R true 2>/dev/null || steady=(setarch -R)
+  build tsan --target thread_tests && "${steady[@]}" ctest --preset tsan
+}
+
+# Each target over its corpus, then for a while over what the fuzzer makes of it. Two at a time.
+check_fuzz() {
+  build fuzz || return 1
+  export -f fuzz_one
+  export fuzz_seconds logs
+  mkdir -p -- "$logs"
+  find build/fuzz/bin -name 'fuzz_*' -type f -executable | sort |
+    xargs -P "$(nproc)" -I{} bash -c 'fuzz_one {}'
+}
+
+fuzz_one() {
+  local name corpus found log
+  name=$(basename -- "$1")
+  corpus=fuzz/corpus/${name#fuzz_}
+  found=build/fuzz/found/$name
+  log=$logs/$name.log
+  mkdir -p -- "$found"
+  # What is new goes to the first folder, the corpus in the tree stays as it is.
+  "$1" -max_total_time="$fuzz_seconds" -timeout=10 -rss_limit_mb=2048 -print_final_stats=1 \
+    -artifact_prefix="$found/" "$found" "$corpus" >"$log" 2>&1 && {
+    printf '%s: %s runs\n' "$name" "$(sed -n 's/^stat::number_of_executed_units: *//p' "$log")" >&2
+    return 0
+  }
+  tail -n 40 -- "$log" >&2
+  return 255
+}
