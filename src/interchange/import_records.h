@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "base/shared_text.h"
@@ -45,5 +46,14 @@ struct Parsed {
     std::vector<std::string> consoleLines;
     TextPlace place;
 };
+
+// What a parser returns that has met a problem: nothing but the line that tells of it.
+template <class T>
+Parsed<T> refused(std::string consoleLine, TextPlace place = {}) {
+    Parsed<T> result;
+    result.consoleLines.push_back(std::move(consoleLine));
+    result.place = place;
+    return result;
+}
 
 }  // namespace zorvel

@@ -1,0 +1,171 @@
+#include <algorithm>
+#include <charconv>
+
+#include "interchange/characters.h"
+#include "interchange/parsers.h"
+#include "interchange/scan_field.h"
+#include "interchange/whole_integer.h"
+#include "interchange/zero_cells.h"
+
+namespace zorvel {
+namespace {
+
+using Censuses = std::vector<MockCensus>;
+
+constexpr const char* noCensusMessage = "No censuses could be imported";
+constexpr const char* notIntegerMessage = ": Not an abundance value, or not an integer: ";
+constexpr const char* negativeMessage =
+    ": File contains negative abundance value, but all abundances must be positive integers: ";
+constexpr const char* negativeMessageEnd = ".  See help for formatting an input file.";
+constexpr const char* moreMessage =
+    ": More abundances found in a row than there are species. See help for formatting an input "
+    "file.";
+constexpr const char* fewerMessage =
+    ": Fewer abundances found in a row than there are species. See help for formatting an input "
+    "file.";
+
+// The letter that the messages give a cell for what ends it.
+std::string cellKind(FieldTerminator terminator) {
+    if (terminator == FieldTerminator::comma) return "C";
+    return terminator == FieldTerminator::lineBreak ? "B" : "A";
+}
+
+// Reads one text. The memory in use beside the records is 80 bytes a header cell and 16 bytes a
+// non-zero cell of one row.
+class MatrixReader {
+  public:
+    explicit MatrixReader(std::string_view text) : cursor_(text) {}
+
+    Parsed<Censuses> read() {
+        FieldTerminator terminator = readHeader();
+        while (terminator != FieldTerminator::endOfInput) {
+            if (!readRow(terminator)) return std::move(problem_);
+        }
+        if (censuses_.empty()) return refused<Censuses>(noCensusMessage);
+        Parsed<Censuses> result;
+        result.value = std::move(censuses_);
+        return result;
+    }
+
+  private:
+    // A cell that stands for a taxon: its abundance and its column, the first after the name
+    // being 1.
+    struct PresentCell {
+        std::int64_t abundance;
+        std::size_t column;
+    };
+
+    FieldTerminator readHeader() {
+        for (;;) {
+            const ScannedField field = scanField(cursor_);
+            if (!field.onlyEndsRow()) header_.emplace_back(field.text);
+            if (field.terminator == FieldTerminator::comma) continue;
+            species_ = std::max<std::size_t>(header_.size(), 1) - 1;
+            return field.terminator;
+        }
+    }
+
+    // False: there is a problem.
+    bool readRow(FieldTerminator& terminator) {
+        const ScannedField field = scanField(cursor_);
+        terminator = field.terminator;
+        if (field.onlyEndsRow()) return true;
+        std::string name(field.text);
+        present_.clear();
+        if (terminator == FieldTerminator::comma && !readCells(terminator)) return false;
+        if (name != importedCensusName) addCensus(std::move(name));
+        return true;
+    }
+
+    bool readCells(FieldTerminator& terminator) {
+        std::size_t column = 1;
+        for (;; ++column) {
+            column = readPlainCells(column);
+            const ScannedField field = scanField(cursor_);
+            terminator = field.terminator;
+            if (field.onlyEndsRow()) return true;
+            if (!readCell(field, column)) return false;
+            if (terminator != FieldTerminator::comma) return true;
+        }
+    }
+
+    // The way through nearly all cells: digits alone, ended by a comma. Stops before any cell that
+    // is written otherwise, is too large or has no name, and returns its column.
+    std::size_t readPlainCells(std::size_t column) {
+        const std::string_view text = cursor_.text();
+        std::size_t at = cursor_.position();
+        for (;;) {
+            const std::size_t zeros = countZeroCells(text.substr(at));
+            column += zeros;
+            at += 2 * zeros;
+            if (zeros != 0) at = skipSpaces(text, at);
+            std::int64_t value = 0;
+            std::size_t end = at;
+            while (end < text.size() && end - at < 18 && text[end] >= '0' && text[end] <= '9') {
+                value = value * 10 + (text[end++] - '0');
+            }
+            if (end == at || end == text.size() || text[end] != ',') break;
+            if (value != 0 && column >= header_.size()) break;
+            if (value != 0) present_.push_back({value, column});
+            ++column;
+            at = skipSpaces(text, end + 1);
+        }
+        cursor_.moveTo(at);
+        return column;
+    }
+
+    bool readCell(const ScannedField& field, std::size_t column) {
+        const auto value = parseWholeInteger(field.text);
+        if (!value) return refuse(field, column, notIntegerMessage + std::string(field.text));
+        if (*value < 0) {
+            return refuse(field, column,
+                          negativeMessage + std::string(field.text) + negativeMessageEnd);
+        }
+        if (field.terminator != FieldTerminator::comma) {
+            // Each column up to this one has given an abundance.
+            if (column > species_) return refuse(field, column, moreMessage);
+            if (column < species_) return refuse(field, column, fewerMessage);
+        }
+        if (*value == 0) return true;
+        if (column >= header_.size()) {
+            // No name to take: told as the row's end would tell it.
+            problem_ = refused<Censuses>(std::string("B") + moreMessage, place(field, column));
+            return false;
+        }
+        present_.push_back({*value, column});
+        return true;
+    }
+
+    bool refuse(const ScannedField& field, std::size_t column, const std::string& message) {
+        problem_ = refused<Censuses>(cellKind(field.terminator) + message, place(field, column));
+        return false;
+    }
+
+    TextPlace place(const ScannedField& field, std::size_t column) const {
+        return {lineNumber(cursor_.text(), field.start), column + 1};
+    }
+
+    void addCensus(std::string name) {
+        MockCensus& census = censuses_.emplace_back();
+        census.name = std::move(name);
+        census.taxa.reserve(present_.size());
+        for (const PresentCell& cell : present_) {
+            census.taxa.push_back({cell.abundance, header_[cell.column]});
+        }
+    }
+
+    FieldCursor cursor_;
+    std::vector<SharedText> header_;  // the corner cell included
+    std::size_t species_ = 0;
+    std::vector<PresentCell> present_;  // of the row under way
+    Censuses censuses_;
+    Parsed<Censuses> problem_;
+};
+
+}  // namespace
+
+Parsed<std::vector<MockCensus>> parseCensusMatrix(std::string_view text) {
+    return MatrixReader(text).read();
+}
+
+}  // namespace zorvel
