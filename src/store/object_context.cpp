@@ -1,0 +1,176 @@
+#include "store/object_context.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "store/context_state.h"
+
+namespace zorvel {
+namespace {
+
+// Sets one member of an attribute record; false where it held that value already, so that nothing
+// changes when nothing was changed.
+template <class Record, class Value>
+bool assign(Record& record, Value Record::*member, const Value& value) {
+    if (record.*member == value) return false;
+    record.*member = value;
+    return true;
+}
+
+}  // namespace
+
+ObjectContext::ObjectContext() : state_(std::make_unique<State>()) {}
+ObjectContext::~ObjectContext() = default;
+
+Census ObjectContext::insertCensus() {
+    return insertCensus(CensusAttributes{}, {});
+}
+
+Census ObjectContext::insertCensus(const CensusAttributes& attributes,
+                                   const std::vector<TaxonValues>& taxa) {
+    auto block = std::make_shared<CensusBlock>();
+    block->id = state_->newId();
+    block->attributes = attributes;
+    block->attributes.name = state_->names.intern(attributes.name);
+    for (std::size_t start = 0; start < taxa.size(); start += taxaPerChunk) {
+        auto chunk = std::make_shared<TaxonChunk>();
+        const std::size_t end = std::min(start + taxaPerChunk, taxa.size());
+        chunk->reserve(end - start);
+        for (std::size_t i = start; i < end; ++i) {
+            TaxonRecord& record = chunk->emplace_back();
+            record.id = state_->newId();
+            record.values = taxa[i];
+            record.values.name = state_->names.intern(taxa[i].name);
+        }
+        block->chunks.push_back(std::move(chunk));
+    }
+    const RecordId id = block->id;
+    state_->put(id, std::move(block));
+    return Census(this, id);
+}
+
+Zorvel ObjectContext::insertTaxon(const Census& census) {
+    const BlockPointer* before = own(census);
+    if (!before) return Zorvel(this, 0, 0);
+    TaxonRecord taxon;
+    taxon.id = state_->newId();
+    state_->put(census.id_, withTaxonAppended(**before, taxon));
+    return Zorvel(this, census.id_, taxon.id);
+}
+
+void ObjectContext::deleteCensus(const Census& census) {
+    if (own(census)) state_->put(census.id_, nullptr);
+}
+
+void ObjectContext::deleteTaxon(const Zorvel& taxon) {
+    const BlockPointer* before = own(Census(taxon.context_, taxon.census_));
+    if (!before || !findTaxon(**before, taxon.id_)) return;
+    state_->put(taxon.census_, withoutTaxon(**before, taxon.id_));
+}
+
+const std::shared_ptr<const CensusBlock>* ObjectContext::own(const Census& census) const {
+    return census.context_ == this ? state_->find(census.id_) : nullptr;
+}
+
+template <class Edit>
+void ObjectContext::edit(const Census& census, const Edit& change) {
+    const BlockPointer* before = own(census);
+    if (!before) return;
+    CensusAttributes attributes = (*before)->attributes;
+    if (!change(attributes)) return;
+    auto after = std::make_shared<CensusBlock>(**before);
+    after->attributes = std::move(attributes);
+    state_->put(census.id_, std::move(after));
+}
+
+template <class Edit>
+void ObjectContext::edit(const Zorvel& taxon, const Edit& change) {
+    const BlockPointer* before = own(Census(taxon.context_, taxon.census_));
+    const TaxonRecord* found = before ? findTaxon(**before, taxon.id_) : nullptr;
+    if (!found) return;
+    TaxonRecord record = *found;
+    if (!change(record.values)) return;
+    state_->put(taxon.census_, withTaxonReplaced(**before, std::move(record)));
+}
+
+void ObjectContext::setName(const Census& census, std::optional<SharedText> name) {
+    edit(census, [&](CensusAttributes& attributes) {
+        return assign(attributes, &CensusAttributes::name, state_->names.intern(name));
+    });
+}
+
+void ObjectContext::setLatitude(const Census& census, double degrees) {
+    edit(census, [&](CensusAttributes& attributes) {
+        return assign(attributes, &CensusAttributes::latitude, degrees);
+    });
+}
+
+void ObjectContext::setLongitude(const Census& census, double degrees) {
+    edit(census, [&](CensusAttributes& attributes) {
+        return assign(attributes, &CensusAttributes::longitude, degrees);
+    });
+}
+
+void ObjectContext::setNotes(const Census& census, std::optional<SharedText> notes) {
+    edit(census, [&](CensusAttributes& attributes) {
+        return assign(attributes, &CensusAttributes::notes, notes);
+    });
+}
+
+void ObjectContext::setTimeStamp(const Census& census, std::optional<TimeStamp> timeStamp) {
+    edit(census, [&](CensusAttributes& attributes) {
+        return assign(attributes, &CensusAttributes::timeStamp, timeStamp);
+    });
+}
+
+void ObjectContext::setName(const Zorvel& taxon, std::optional<SharedText> name) {
+    edit(taxon, [&](TaxonValues& values) {
+        return assign(values, &TaxonValues::name, state_->names.intern(name));
+    });
+}
+
+void ObjectContext::setAbundance(const Zorvel& taxon, std::int64_t abundance) {
+    edit(taxon,
+         [&](TaxonValues& values) { return assign(values, &TaxonValues::abundance, abundance); });
+}
+
+void ObjectContext::setInclude(const Zorvel& taxon, bool include) {
+    edit(taxon,
+         [&](TaxonValues& values) { return assign(values, &TaxonValues::include, include); });
+}
+
+std::vector<Census> ObjectContext::censuses() const {
+    std::vector<Census> handles;
+    handles.reserve(state_->censuses.size());
+    for (const State::Entry& entry : state_->censuses) handles.push_back(Census(this, entry.id));
+    return handles;
+}
+
+std::vector<Zorvel> ObjectContext::taxa() const {
+    std::size_t count = 0;
+    for (const State::Entry& entry : state_->censuses) count += entry.block->taxonCount();
+    std::vector<Zorvel> handles;
+    handles.reserve(count);
+    for (const State::Entry& entry : state_->censuses) {
+        entry.block->forEachTaxon(
+            [&](const TaxonRecord& taxon) { handles.push_back(Zorvel(this, entry.id, taxon.id)); });
+    }
+    return handles;
+}
+
+std::size_t ObjectContext::censusCount() const {
+    return state_->censuses.size();
+}
+
+std::optional<Census> ObjectContext::census(RecordId id) const {
+    if (!state_->find(id)) return std::nullopt;
+    return Census(this, id);
+}
+
+std::shared_ptr<const ObjectContext> ObjectContext::frozenCopy() const {
+    auto copy = std::make_shared<ObjectContext>();
+    copy->state_->censuses = state_->censuses;
+    return copy;
+}
+
+}  // namespace zorvel

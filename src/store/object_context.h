@@ -34,7 +34,8 @@ class Census {
     [[nodiscard]] std::optional<TimeStamp> timeStamp() const;
     [[nodiscard]] std::vector<Zorvel> taxa() const;
     [[nodiscard]] std::size_t taxonCount() const;
-    // The taxa's values without handles: the fast way to read them all. Stays valid while held.
+    // The taxa's values without handles: the fast way to read them all. Stays valid while held;
+    // an empty block where the record is gone.
     [[nodiscard]] std::shared_ptr<const CensusBlock> block() const;
 
     friend bool operator==(const Census&, const Census&) = default;
@@ -43,6 +44,7 @@ class Census {
     friend class ObjectContext;
     friend class Zorvel;
     Census(const ObjectContext* context, RecordId id) : context_(context), id_(id) {}
+    [[nodiscard]] const std::shared_ptr<const CensusBlock>& found() const;
 
     const ObjectContext* context_;
     RecordId id_;
@@ -64,8 +66,10 @@ class Zorvel {
   private:
     friend class ObjectContext;
     friend class Census;
+    friend class TaxonCursor;
     Zorvel(const ObjectContext* context, RecordId census, RecordId id)
         : context_(context), census_(census), id_(id) {}
+    [[nodiscard]] const TaxonValues& found() const;
 
     const ObjectContext* context_;
     RecordId census_;
@@ -81,11 +85,15 @@ class ObjectContext {
 
     // New records have no name, notes or time, position 0, abundance 0, and include set.
     Census insertCensus();
-    // At the end of the census's taxa. The census must exist in this context.
+    // At the end of the census's taxa. The census must exist in this context; otherwise nothing is
+    // inserted and the handle is of no record.
     Zorvel insertTaxon(const Census& census);
     // A census with all its taxa at once, at the end of the project.
     Census insertCensus(const CensusAttributes& attributes, const std::vector<TaxonValues>& taxa);
 
+    // Deleting and setting act on records of this context alone: a handle of a record that is gone,
+    // or of another context (a frozen copy too), changes nothing. Nor does a value that the record
+    // holds already.
     void deleteCensus(const Census& census);  // and its taxa
     void deleteTaxon(const Zorvel& taxon);
 
@@ -103,13 +111,24 @@ class ObjectContext {
     [[nodiscard]] std::vector<Zorvel> taxa() const;  // census by census
     [[nodiscard]] std::size_t censusCount() const;
 
+    // The record of that identity, for instance one that a job met in a frozen copy; absent where
+    // it is gone.
+    [[nodiscard]] std::optional<Census> census(RecordId id) const;
+
     // The state as it stands now, never to change; costs one pointer a census.
     [[nodiscard]] std::shared_ptr<const ObjectContext> frozenCopy() const;
 
   private:
     friend class Census;
     friend class Zorvel;
+    friend class TaxonCursor;
     struct State;
+    [[nodiscard]] const std::shared_ptr<const CensusBlock>* own(const Census& census) const;
+    template <class Edit>
+    void edit(const Census& census, const Edit& change);
+    template <class Edit>
+    void edit(const Zorvel& taxon, const Edit& change);
+
     std::unique_ptr<State> state_;
 };
 
