@@ -1,0 +1,79 @@
+#include "platform/job_queue.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <algorithm>
+
+namespace zorvel {
+
+JobQueue::JobQueue(unsigned threads) {
+    if (threads == 0) threads = std::max(2u, std::thread::hardware_concurrency());
+    threads_.reserve(threads);
+    for (unsigned i = 0; i < threads; ++i) threads_.emplace_back([this] { runJobs(); });
+}
+
+JobQueue::~JobQueue() {
+    {
+        const std::lock_guard lock(jobsMutex_);
+        stopping_ = true;
+        jobs_.clear();
+    }
+    jobsChanged_.notify_all();
+    for (std::thread& thread : threads_) thread.join();
+}
+
+void JobQueue::enqueue(QObject* receiver, std::function<void()> work,
+                       std::function<void()> deliver) {
+    const JobId id = ++lastId_;
+    deliveries_.emplace(id, Delivery{receiver, std::move(deliver)});
+    {
+        const std::lock_guard lock(jobsMutex_);
+        jobs_.push_back({id, std::move(work)});
+    }
+    jobsChanged_.notify_one();
+}
+
+void JobQueue::runJobs() {
+    while (std::optional<Job> job = nextJob()) {
+        job->work();
+        job->work = nullptr;  // lets go of the inputs before the result is on its way
+        report(job->id);
+    }
+}
+
+std::optional<JobQueue::Job> JobQueue::nextJob() {
+    std::unique_lock lock(jobsMutex_);
+    jobsChanged_.wait(lock, [this] { return stopping_ || !jobs_.empty(); });
+    if (stopping_) return std::nullopt;
+    Job job = std::move(jobs_.front());
+    jobs_.pop_front();
+    return job;
+}
+
+// Events are posted under the lock: what a worker wrote is ordered before the reader's look by this
+// mutex alone. One event is on its way exactly while there is mail.
+void JobQueue::report(JobId id) {
+    const std::lock_guard lock(mailMutex_);
+    mail_.push_back(id);
+    if (mail_.size() == 1) QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+}
+
+std::optional<JobQueue::JobId> JobQueue::nextReport() {
+    const std::lock_guard lock(mailMutex_);
+    if (mail_.empty()) return std::nullopt;
+    const JobId id = mail_.front();
+    mail_.pop_front();
+    if (!mail_.empty()) QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+    return id;
+}
+
+// One result an event: a delivery may run an event loop of its own, which the other results must
+// not wait for, or destroy this queue.
+void JobQueue::customEvent(QEvent* /*event*/) {
+    const std::optional<JobId> id = nextReport();
+    if (!id) return;
+    auto node = deliveries_.extract(*id);
+    if (node.mapped().receiver) node.mapped().deliver();
+}
+
+}  // namespace zorvel

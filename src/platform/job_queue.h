@@ -1,0 +1,82 @@
+// Runs work on background threads and brings the results back to the thread that owns the queue
+// (the main thread). Jobs start in the order given, finish in any order, and are never cancelled; a
+// result whose receiver has been destroyed is dropped. Destroying the queue drops the jobs that
+// have not begun, waits for those that run, and delivers nothing more.
+#pragma once
+
+#include <QObject>
+#include <QPointer>
+#include <condition_variable>
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <thread>
+#include <type_traits>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+namespace zorvel {
+
+class JobQueue : public QObject {
+  public:
+    // threads: at least 1; 0 stands for one a processor, and never fewer than two, so that a long
+    // job leaves room for short ones.
+    explicit JobQueue(unsigned threads = 0);
+    ~JobQueue() override;
+
+    // work() runs on a worker: it must not throw, and must own all that it reads. deliver(result)
+    // runs later on this queue's thread, if receiver still lives then; it is also destroyed there,
+    // whether it was called or not. Call on this queue's thread.
+    template <class Work, class Deliver>
+    void start(QObject* receiver, Work work, Deliver deliver);
+
+  protected:
+    void customEvent(QEvent* event) override;
+
+  private:
+    using JobId = std::uint64_t;
+    struct Job {
+        JobId id = 0;
+        std::function<void()> work;
+    };
+    struct Delivery {
+        QPointer<QObject> receiver;
+        std::function<void()> deliver;
+    };
+
+    void enqueue(QObject* receiver, std::function<void()> work, std::function<void()> deliver);
+    void runJobs();
+    std::optional<Job> nextJob();
+    void report(JobId id);
+    std::optional<JobId> nextReport();
+
+    // What the owner's thread alone touches: a worker knows its job by number only, so that no
+    // receiver and no closure of the window is copied or destroyed elsewhere.
+    std::unordered_map<JobId, Delivery> deliveries_;
+    JobId lastId_ = 0;
+
+    std::mutex jobsMutex_;
+    std::condition_variable jobsChanged_;
+    std::deque<Job> jobs_;
+    bool stopping_ = false;
+
+    std::mutex mailMutex_;
+    std::deque<JobId> mail_;
+
+    std::vector<std::thread> threads_;
+};
+
+template <class Work, class Deliver>
+void JobQueue::start(QObject* receiver, Work work, Deliver deliver) {
+    using Value = std::invoke_result_t<Work&>;
+    auto slot = std::make_shared<std::optional<Value>>();
+    auto run = [slot, work = std::move(work)]() mutable { slot->emplace(work()); };
+    auto hand = [slot, deliver = std::move(deliver)]() mutable { deliver(std::move(**slot)); };
+    enqueue(receiver, std::move(run), std::move(hand));
+}
+
+}  // namespace zorvel

@@ -1,0 +1,115 @@
+#include "platform/preferences.h"
+
+#include <QByteArray>
+#include <QHash>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QRgba64>
+#include <QSettings>
+#include <QVariant>
+#include <algorithm>
+
+#include "base/console.h"
+
+namespace zorvel {
+
+namespace {
+
+const char rarefactionSizeKey[] = "rarefactionSize";
+const char sqsQuotaKey[] = "sqsQuota";
+const char confidenceKey[] = "confidence";
+const char plotColorKey[] = "plotColor";
+
+using Defaults = QHash<QString, QVariant>;
+
+Defaults& registeredDefaults() {
+    static Defaults defaults;
+    return defaults;
+}
+
+QVariant read(const char* key) {
+    return QSettings().value(key, registeredDefaults().value(key));
+}
+
+void store(const char* key, const QVariant& value) {
+    QSettings().setValue(key, value);
+}
+
+QColor red() {
+    return {255, 0, 0};
+}
+
+// {"rgba64":[red,green,blue,alpha]}, each 0 to 65535.
+QByteArray archive(const QColor& color) {
+    const QRgba64 rgba = color.rgba64();
+    const QJsonArray parts{rgba.red(), rgba.green(), rgba.blue(), rgba.alpha()};
+    return QJsonDocument(QJsonObject{{"rgba64", parts}}).toJson(QJsonDocument::Compact);
+}
+
+// Not valid where the document is not such a colour.
+QColor colorOf(const QJsonDocument& document) {
+    const QJsonArray parts = document.object().value("rgba64").toArray();
+    if (parts.size() != 4) return {};
+    quint16 values[4] = {};
+    for (int i = 0; i < 4; ++i) {
+        const int part = parts[i].toInt(-1);
+        if (part < 0 || part > 0xffff) return {};
+        values[i] = static_cast<quint16>(part);
+    }
+    return QColor(QRgba64::fromRgba64(values[0], values[1], values[2], values[3]));
+}
+
+}  // namespace
+
+void Preferences::initializePreferences() {
+    registeredDefaults() = {{rarefactionSizeKey, 50},
+                            {sqsQuotaKey, 0.8},
+                            {confidenceKey, 0.95},
+                            {plotColorKey, archive(red())}};
+}
+
+std::int64_t Preferences::rarefactionSize() const {
+    return read(rarefactionSizeKey).toLongLong();
+}
+
+void Preferences::setRarefactionSize(std::int64_t size) {
+    store(rarefactionSizeKey, QVariant::fromValue<qlonglong>(std::max<std::int64_t>(size, 1)));
+}
+
+double Preferences::sqsQuota() const {
+    return read(sqsQuotaKey).toDouble();
+}
+
+void Preferences::setSqsQuota(double quota) {
+    if (quota < 0) quota = 0.1;
+    if (quota > 1.0) quota = 0.99;
+    store(sqsQuotaKey, quota);
+}
+
+double Preferences::confidence() const {
+    return read(confidenceKey).toDouble();
+}
+
+void Preferences::setConfidence(double confidence) {
+    store(confidenceKey, confidence);
+}
+
+QColor Preferences::plotColor() const {
+    const QVariant stored = read(plotColorKey);
+    if (stored.typeId() != QMetaType::QByteArray) return red();
+    QJsonParseError error;
+    const QJsonDocument document = QJsonDocument::fromJson(stored.toByteArray(), &error);
+    if (error.error != QJsonParseError::NoError) {
+        writeConsoleLine("WARNING: Could not read plot color from preferences");
+        return red();
+    }
+    const QColor color = colorOf(document);
+    return color.isValid() ? color : red();
+}
+
+void Preferences::setPlotColor(const QColor& color) {
+    store(plotColorKey, archive(color));
+}
+
+}  // namespace zorvel

@@ -1,0 +1,39 @@
+// The user's preferences: the one place that knows their keys, defaults and limits. It holds no
+// state: every read goes to the store (QSettings of the application's name), so a value written
+// anywhere is seen by the next read everywhere. Main thread.
+//
+// There are two layers: a stored value, and below it the default registered for this run, which is
+// held in memory only and never written. A number that has neither reads as 0.
+#pragma once
+
+#include <QColor>
+#include <cstdint>
+
+namespace zorvel {
+
+class Preferences {
+  public:
+    // Registers the defaults: 50, 0.8, 0.95, red. Once, at the program's start.
+    void initializePreferences();
+
+    // Specimens (or censuses) to which richness is rarefied.
+    [[nodiscard]] std::int64_t rarefactionSize() const;
+    // Stores size, or 1 where it is less.
+    void setRarefactionSize(std::int64_t size);
+
+    // Coverage at which shareholder quorum subsampling stops.
+    [[nodiscard]] double sqsQuota() const;
+    // Stores 0.1 for a negative quota, 0.99 for one above 1, and any other as it is.
+    void setSqsQuota(double quota);
+
+    // Of the limits around a rarefaction curve: 0.95 or 0.99.
+    [[nodiscard]] double confidence() const;
+    void setConfidence(double confidence);
+
+    // Of the rarefaction curve, with its alpha. Red where the stored entry is none or no colour; a
+    // console line tells of one that cannot be read at all.
+    [[nodiscard]] QColor plotColor() const;
+    void setPlotColor(const QColor& color);
+};
+
+}  // namespace zorvel

@@ -1,0 +1,75 @@
+#include "platform/text_project.h"
+
+#include <string_view>
+#include <utility>
+
+#include "base/console.h"
+#include "interchange/text_file.h"
+#include "model/import.h"
+
+namespace zorvel {
+
+namespace {
+
+const char* importFailureLine(FileKind kind) {
+    switch (kind) {
+        case FileKind::list:
+            return "WARNING: Abundance list could not be obtained";
+        case FileKind::census:
+            return "WARNING: Census could not be obtained";
+        case FileKind::matrix:
+            return "WARNING: Censuses could not be obtained from census matrix";
+        case FileKind::ios:
+            return "WARNING: Censuses could not be obtained from iOS file";
+    }
+    return "";
+}
+
+TextProject unreadable(const std::string& reason) {
+    writeConsoleLines({"WARNING: " + reason, "WARNING: no string obtained from file"});
+    TextProject project;
+    project.failure = reason;
+    return project;
+}
+
+// A console line without the word that marks it as one.
+std::string_view reasonOf(std::string_view line) {
+    for (const std::string_view mark : {"WARNING: ", "ERROR: "}) {
+        if (line.substr(0, mark.size()) == mark) return line.substr(mark.size());
+    }
+    return line;
+}
+
+std::string joinedReasons(const std::vector<std::string>& lines) {
+    std::string reasons;
+    for (const std::string& line : lines) {
+        if (!reasons.empty()) reasons += "; ";
+        reasons += reasonOf(line);
+    }
+    return reasons.empty() ? "its contents are in none of the known formats" : reasons;
+}
+
+}  // namespace
+
+TextProject readTextProject(const std::string& path) {
+    const Result<std::string> text = readTextFile(path);
+    if (!text.ok()) return unreadable(text.problem().message);
+    if (text.value().empty()) return unreadable("the file is empty");
+
+    const FileKind kind = guessFileKind(text.value());
+    Parsed<std::vector<MockCensus>> parsed = parseFile(kind, text.value());
+    TextProject project;
+    project.place = parsed.place;
+    std::vector<std::string> lines = std::move(parsed.consoleLines);
+    if (parsed.value) {
+        project.censuses = std::move(*parsed.value);
+        if (project.censuses.empty()) project.failure = "there is no census in the file";
+    } else {
+        project.failure = joinedReasons(lines);
+        lines.emplace_back(importFailureLine(kind));
+    }
+    writeConsoleLines(lines);
+    return project;
+}
+
+}  // namespace zorvel

@@ -1,0 +1,22 @@
+// Reads a text file of any kind into census records, ready to be stored in a project. One call does
+// the slow part of opening a file; it owns nothing and may run on any thread.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "interchange/import_records.h"
+
+namespace zorvel {
+
+struct TextProject {
+    std::vector<MockCensus> censuses;
+    // Why there are none, in words for the person at the screen; empty where the file was read.
+    std::string failure;
+    TextPlace place;  // of the failure, as far as it is known
+};
+
+// Writes to the console what the parser says and, on failure, the import's own line after it.
+TextProject readTextProject(const std::string& path);
+
+}  // namespace zorvel

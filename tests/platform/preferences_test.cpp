@@ -1,0 +1,96 @@
+#include "platform/preferences.h"
+
+#include <gtest/gtest.h>
+
+#include <QByteArray>
+#include <QSettings>
+#include <string>
+#include <vector>
+
+#include "base/console.h"
+
+namespace zorvel {
+namespace {
+
+class PreferencesTest : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        QSettings().clear();
+        Preferences().initializePreferences();
+        setConsoleSink([this](std::string_view line) { console.emplace_back(line); });
+    }
+    void TearDown() override { setConsoleSink({}); }
+
+    std::vector<std::string> console;
+};
+
+TEST_F(PreferencesTest, AFreshUserGetsTheDefaultsAndStoresNothing) {
+    EXPECT_EQ(Preferences().rarefactionSize(), 50);
+    EXPECT_EQ(Preferences().sqsQuota(), 0.8);
+    EXPECT_EQ(Preferences().confidence(), 0.95);
+    EXPECT_EQ(Preferences().plotColor(), QColor(255, 0, 0, 255));
+    EXPECT_TRUE(QSettings().allKeys().isEmpty());
+    EXPECT_TRUE(console.empty());
+}
+
+TEST_F(PreferencesTest, StoredValuesStandOverTheDefaultsOfTheNextLaunch) {
+    Preferences().setRarefactionSize(20);
+    Preferences().setSqsQuota(0.5);
+    Preferences().setConfidence(0.99);
+    Preferences().setPlotColor(QColor(1, 2, 3, 4));
+    Preferences().initializePreferences();
+    EXPECT_EQ(Preferences().rarefactionSize(), 20);
+    EXPECT_EQ(Preferences().sqsQuota(), 0.5);
+    EXPECT_EQ(Preferences().confidence(), 0.99);
+    EXPECT_EQ(Preferences().plotColor(), QColor(1, 2, 3, 4));
+}
+
+TEST_F(PreferencesTest, LimitsOfTheSampleSize) {
+    const std::pair<std::int64_t, std::int64_t> rows[] = {
+        {0, 1}, {-7, 1}, {1, 1}, {9007199254740993, 9007199254740993}, {INT64_MAX, INT64_MAX}};
+    for (const auto& [given, stored] : rows) {
+        Preferences().setRarefactionSize(given);
+        EXPECT_EQ(Preferences().rarefactionSize(), stored) << given;
+    }
+}
+
+TEST_F(PreferencesTest, LimitsOfTheQuota) {
+    const std::pair<double, double> rows[] = {{-0.5, 0.1}, {1.5, 0.99},  {0, 0},
+                                              {1.0, 1.0},  {0.05, 0.05}, {1.0000001, 0.99}};
+    for (const auto& [given, stored] : rows) {
+        Preferences().setSqsQuota(given);
+        EXPECT_EQ(Preferences().sqsQuota(), stored) << given;
+    }
+}
+
+TEST_F(PreferencesTest, AnEntryThatIsNoNumberReadsAsZero) {
+    QSettings().setValue("rarefactionSize", "many");
+    QSettings().setValue("sqsQuota", "most");
+    EXPECT_EQ(Preferences().rarefactionSize(), 0);
+    EXPECT_EQ(Preferences().sqsQuota(), 0.0);
+}
+
+TEST_F(PreferencesTest, EntriesThatAreNoColourReadAsRed) {
+    const struct {
+        QVariant entry;
+        bool warns;
+    } rows[] = {
+        {QVariant("blue"), false},
+        {QVariant(QByteArray("{\"rgba64\":[1,2,3]}")), false},
+        {QVariant(QByteArray("{\"rgba64\":[1,2,3,65536]}")), false},
+        {QVariant(QByteArray("[1,2,3,4]")), false},
+        {QVariant(QByteArray("\x01\x02")), true},
+        {QVariant(QByteArray("{\"rgba64\":[1,2")), true},
+    };
+    for (const auto& row : rows) {
+        console.clear();
+        QSettings().setValue("plotColor", row.entry);
+        EXPECT_EQ(Preferences().plotColor(), QColor(255, 0, 0)) << row.entry.toByteArray().data();
+        const std::vector<std::string> expected(
+            row.warns ? 1 : 0, "WARNING: Could not read plot color from preferences");
+        EXPECT_EQ(console, expected) << row.entry.toByteArray().data();
+    }
+}
+
+}  // namespace
+}  // namespace zorvel
