@@ -6,6 +6,8 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "metrics/int128.h"
+
 namespace zorvel {
 
 class RandomSource {
@@ -21,8 +23,18 @@ class RandomSource {
     }
     // Uniform over all 32-bit values.
     std::uint32_t bits32() { return static_cast<std::uint32_t>(bits64() >> 32); }
-    // Uniform over 0 .. bound - 1, without bias; bound is at least 1.
-    std::uint64_t below(std::uint64_t bound);
+    // Uniform over 0 .. bound - 1, without bias; bound is at least 1. The high half of a 128-bit
+    // product, rejecting the few low halves that would favour some values (Lemire 2019, "Fast
+    // random integer generation in an interval").
+    std::uint64_t below(std::uint64_t bound) {
+        UInt128 product = UInt128{bits64()} * bound;
+        if (static_cast<std::uint64_t>(product) < bound) {
+            const std::uint64_t threshold = (0 - bound) % bound;
+            while (static_cast<std::uint64_t>(product) < threshold)
+                product = UInt128{bits64()} * bound;
+        }
+        return static_cast<std::uint64_t>(product >> 64);
+    }
 
   protected:
     RandomSource() = default;
