@@ -18,7 +18,7 @@ inline constexpr int wholeNumber = -1;
 
 struct MetricCaption {
     std::string_view key;      // the name in code and in JSON
-    std::string_view caption;  // rarefiedRichness and alroySQS: see metricCaption
+    std::string_view caption;  // some take a parameter: metricCaption
     int digits = 0;            // decimals, or wholeNumber
 };
 using PanelRow = MetricCaption;
@@ -62,10 +62,11 @@ inline constexpr std::array<MetricCaption, 8> averageMetricRows = {{
 }};
 inline constexpr std::array<MetricCaption, 2> incidenceMetricRows = {{
     {"chaoTwo", "Chao2", 1},
-    {"sampleBasedRarefiedRichness", "Rarefied richness", 1},
+    {"sampleBasedRarefiedRichness", "Sample-based rarefied richness", 1},
 }};
 
-// "Rarefied richness (50)"; n in specimens, or in censuses where sample-based.
+// "Rarefied richness (50)": n specimens, or n censuses in a window whose group says that it is
+// sample-based.
 inline std::string rarefiedRichnessCaption(std::int64_t n) {
     return "Rarefied richness (" + integerText(n) + ")";
 }
@@ -75,12 +76,14 @@ inline std::string sqsCaption(double quota) {
     return "Alroy SQS (quota: " + fixedText(quota, 2) + ")";
 }
 
-// The whole caption of a row, its parameter included where it has one.
+// The whole caption of a row, its parameter included where it has one; unique among the rows of its
+// kind of analysis ("Sample-based rarefied richness (50)").
 inline std::string metricCaption(const MetricCaption& row, std::int64_t n, double quota) {
-    if (row.key == "rarefiedRichness" || row.key == "sampleBasedRarefiedRichness") {
-        return rarefiedRichnessCaption(n);
-    }
+    if (row.key == "rarefiedRichness") return rarefiedRichnessCaption(n);
     if (row.key == "alroySQS") return sqsCaption(quota);
+    if (row.key == "sampleBasedRarefiedRichness") {
+        return std::string(row.caption) + " (" + integerText(n) + ")";
+    }
     return std::string(row.caption);
 }
 

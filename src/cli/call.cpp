@@ -1,0 +1,185 @@
+#include "cli/call.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <string_view>
+#include <vector>
+
+#include "base/numbers.h"
+#include "cli/command.h"
+
+namespace zorvel::cli {
+namespace {
+
+const std::array<const Command*, 6> commands = {&metricsCommand,     &summaryCommand,
+                                                &rarefactionCommand, &projectCommand,
+                                                &matrixCommand,      &recordsCommand};
+
+struct KindName {
+    const char* name;
+    FileKind kind;
+};
+constexpr std::array<KindName, 4> kindNames = {{{"list", FileKind::list},
+                                                {"census", FileKind::census},
+                                                {"matrix", FileKind::matrix},
+                                                {"ios", FileKind::ios}}};
+
+constexpr const char* programFooter =
+    "Messages go to standard error as FILE:LINE:CELL: MESSAGE.\n"
+    "Exit status: 0 for a result, 1 for input or output that cannot be used, 2 for a wrong "
+    "call.\n\n"
+    "Example: zorvel-cli summary counts.csv --census North\n"
+    "Each command explains itself: zorvel-cli COMMAND --help";
+
+template <class Integer>
+std::optional<Integer> wholeText(const std::string& text) {
+    Integer value = 0;
+    const char* end = text.data() + text.size();
+    const auto read = std::from_chars(text.data(), end, value);
+    if (read.ec != std::errc() || read.ptr != end) return std::nullopt;
+    return value;
+}
+
+FileKind readKind(const std::string& text) {
+    for (const KindName& candidate : kindNames) {
+        if (text == candidate.name) return candidate.kind;
+    }
+    throw CLI::ValidationError("--kind", "'" + text + "' is none of list, census, matrix and ios");
+}
+
+std::int64_t readSize(const std::string& text) {
+    const auto value = wholeText<std::int64_t>(text);
+    if (!value || *value < 1) {
+        throw CLI::ValidationError("--size", "'" + text +
+                                                 "' is not a whole number from 1 to "
+                                                 "9223372036854775807");
+    }
+    return *value;
+}
+
+double readQuota(const std::string& text) {
+    const auto value = parseWholeDouble(text);
+    if (!value || !std::isfinite(*value)) {
+        throw CLI::ValidationError("--quota", "'" + text + "' is not a finite number");
+    }
+    return *value;
+}
+
+std::uint64_t readSeed(const std::string& text) {
+    const auto value = wholeText<std::uint64_t>(text);
+    if (!value) {
+        throw CLI::ValidationError("--seed", "'" + text +
+                                                 "' is not a whole number from 0 to "
+                                                 "18446744073709551615");
+    }
+    return *value;
+}
+
+// Help and version stand in their options' callbacks, which run before anything is required.
+void addCommonOptions(CLI::App& app, Call& call) {
+    app.set_help_flag("-h,--help", "Print this help and exit");
+    app.set_version_flag("--version", "zorvel-cli " ZORVEL_VERSION, "Print the version and exit");
+    app.add_option_function<std::string>(
+           "--kind", [&call](const std::string& text) { call.kind = readKind(text); },
+           "What FILE holds: list (bare counts), census (name,abundance lines), matrix "
+           "(censuses by taxa; the default) or ios (export of the phone app)")
+        ->type_name("KIND");
+    app.add_option_function<std::string>(
+           "--size", [&call](const std::string& text) { call.size = readSize(text); },
+           "Specimens, or censuses where sample-based, to rarefy to: at least 1 (default 50)")
+        ->type_name("N");
+    app.add_option_function<std::string>(
+           "--quota", [&call](const std::string& text) { call.quota = readQuota(text); },
+           "Coverage for SQS: any finite number, of use between 0 and 1 (default 0.8; the "
+           "text of metrics always uses 0.8)")
+        ->type_name("Q");
+    app.add_option_function<std::string>(
+           "--seed", [&call](const std::string& text) { call.seed = readSeed(text); },
+           "Make the random draws of SQS the same at every call: 0 to 2^64-1")
+        ->type_name("S");
+    app.add_flag("--json", call.json, "Write JSON with all digits instead of text");
+    app.add_option("--output", call.output, "Write to this file, whole or not at all")
+        ->type_name("FILE");
+}
+
+void addCommand(CLI::App& app, const Command& command, Call& call) {
+    CLI::App* sub = app.add_subcommand(command.name, command.description);
+    sub->add_option("FILE", call.file, "The file to read; - for standard input")
+        ->required()
+        ->type_name("");
+    CLI::Option* census = nullptr;
+    if (command.takesCensus) {
+        census = sub->add_option("--census", call.census,
+                                 "The census to take: the first of this name (default: the first)")
+                     ->type_name("NAME");
+    }
+    if (command.takesSamples) {
+        sub->add_flag("--samples", call.samples, "Rarefy over the censuses (at least five)")
+            ->excludes(census);
+    }
+    addCommonOptions(*sub, call);
+    sub->footer(std::string("Example: zorvel-cli ") + command.example);
+    sub->callback([&call, &command] { call.command = &command; });
+}
+
+// A common option may stand on either side of the command, but once.
+void checkGivenOnce(const CLI::App& app, const CLI::App& sub) {
+    for (const char* name : {"--kind", "--size", "--quota", "--seed", "--json", "--output"}) {
+        if (app.count(name) + sub.count(name) > 1) {
+            throw CLI::ValidationError(name, "given more than once");
+        }
+    }
+}
+
+void checkCall(const CLI::App& app, const Call& call) {
+    checkGivenOnce(app, *app.get_subcommand(call.command->name));
+    if (call.json && call.command->refusesJson) {
+        throw CLI::ValidationError("--json",
+                                   std::string(call.command->name) + " is written as text only");
+    }
+    if (call.output && call.output->empty()) {
+        throw CLI::ValidationError("--output", "the name of the file is empty");
+    }
+    if (call.file.empty()) throw CLI::ValidationError("FILE", "the name of the file is empty");
+}
+
+Reply helpReply(const CLI::App& app) {
+    const auto subs = app.get_subcommands();
+    const CLI::App& asked = subs.empty() ? app : *subs.front();
+    return {ExitCode::success, asked.help(subs.empty() ? "" : "zorvel-cli")};
+}
+
+Reply errorReply(const CLI::App& app, const CLI::ParseError& error) {
+    const auto subs = app.get_subcommands();
+    const std::string help = subs.empty() ? "" : " " + subs.front()->get_name();
+    return {ExitCode::wrongCall,
+            "zorvel-cli: " + std::string(error.what()) + "\nTry: zorvel-cli" + help + " --help\n"};
+}
+
+}  // namespace
+
+std::variant<Call, Reply> readCall(int argc, const char* const* argv) {
+    Call call;
+    CLI::App app("Diversity of biological samples, from counts in text files", "zorvel-cli");
+    addCommonOptions(app, call);
+    for (const Command* command : commands) addCommand(app, *command, call);
+    app.require_subcommand(1);
+    app.footer(programFooter);
+    try {
+        app.parse(argc, argv);
+        checkCall(app, call);
+    } catch (const CLI::CallForVersion& version) {
+        return Reply{ExitCode::success, std::string(version.what()) + "\n"};
+    } catch (const CLI::CallForHelp&) {
+        return helpReply(app);
+    } catch (const CLI::ParseError& error) {
+        return errorReply(app, error);
+    }
+    return call;
+}
+
+}  // namespace zorvel::cli

@@ -1,0 +1,40 @@
+// One call of the tool as its arguments state it: which command, on which file, with which options.
+// Reading the arguments touches neither files nor the console.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <variant>
+
+#include "interchange/text_file.h"
+
+namespace zorvel::cli {
+
+struct Command;
+
+enum class ExitCode { success = 0, failure = 1, wrongCall = 2 };
+
+struct Call {
+    const Command* command = nullptr;
+    std::string file;  // "-": standard input
+    std::optional<FileKind> kind;
+    std::int64_t size = 50;  // specimens or censuses to rarefy to, at least 1
+    double quota = 0.8;      // of SQS; finite
+    std::optional<std::uint64_t> seed;
+    bool json = false;
+    std::optional<std::string> output;  // absent: standard output
+    std::optional<std::string> census;
+    bool samples = false;
+};
+
+// A call that is answered without running a command: help or version on standard output, or what is
+// wrong with the call on standard error.
+struct Reply {
+    ExitCode code = ExitCode::success;
+    std::string text;  // whole lines
+};
+
+std::variant<Call, Reply> readCall(int argc, const char* const* argv);
+
+}  // namespace zorvel::cli

@@ -1,0 +1,32 @@
+// The commands of the tool. Each stands in a source file of its own, which defines its entry here;
+// the table of them all is in call.cpp.
+#pragma once
+
+#include <optional>
+
+#include "base/result.h"
+#include "cli/call.h"
+#include "cli/output.h"
+#include "cli/project.h"
+
+namespace zorvel::cli {
+
+struct Command {
+    const char* name;
+    const char* description;
+    const char* example;  // arguments of a typical call, after the program's name
+    bool takesCensus = false;
+    bool takesSamples = false;
+    bool refusesJson = false;
+    // Writes the result. On a problem nothing of it has been written yet.
+    std::optional<Problem> (*run)(const Call& call, Project& project, Output& output);
+};
+
+extern const Command metricsCommand;
+extern const Command summaryCommand;
+extern const Command rarefactionCommand;
+extern const Command projectCommand;
+extern const Command matrixCommand;
+extern const Command recordsCommand;
+
+}  // namespace zorvel::cli

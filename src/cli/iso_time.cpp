@@ -1,0 +1,54 @@
+#include "cli/iso_time.h"
+
+#include <ctime>
+
+#include <cstdlib>
+
+#include "base/numbers.h"
+
+namespace zorvel::cli {
+namespace {
+
+std::string padded(std::int64_t value, std::size_t width) {
+    const std::string digits = integerText(value);
+    return std::string(digits.size() < width ? width - digits.size() : 0, '0') + digits;
+}
+
+std::chrono::minutes offsetAt(TimeStamp time) {
+    const auto seconds = std::chrono::floor<std::chrono::seconds>(time);
+    const auto clock = static_cast<std::time_t>(seconds.time_since_epoch().count());
+    std::tm local{};
+    if (localtime_r(&clock, &local) == nullptr) return std::chrono::minutes(0);
+    return std::chrono::duration_cast<std::chrono::minutes>(std::chrono::seconds(local.tm_gmtoff));
+}
+
+std::string dateText(std::chrono::sys_days day) {
+    const std::chrono::year_month_day date(day);
+    const int year = static_cast<int>(date.year());
+    const std::string sign = year < 0 ? "-" : (year > 9999 ? "+" : "");
+    return sign + padded(std::abs(year), 4) + "-" + padded(static_cast<unsigned>(date.month()), 2) +
+           "-" + padded(static_cast<unsigned>(date.day()), 2);
+}
+
+std::string clockText(std::chrono::microseconds sinceMidnight) {
+    const std::chrono::hh_mm_ss clock(sinceMidnight);
+    std::string text = padded(clock.hours().count(), 2) + ":" + padded(clock.minutes().count(), 2) +
+                       ":" + padded(clock.seconds().count(), 2);
+    std::string decimals = padded(clock.subseconds().count(), 6);
+    decimals.erase(decimals.find_last_not_of('0') + 1);
+    if (!decimals.empty()) text += "." + decimals;
+    return text;
+}
+
+}  // namespace
+
+std::string isoLocalTime(TimeStamp time) {
+    const std::chrono::minutes offset = offsetAt(time);
+    const TimeStamp local = time + offset;
+    const auto day = std::chrono::floor<std::chrono::days>(local);
+    const std::int64_t minutes = std::abs(offset.count());
+    return dateText(day) + "T" + clockText(local - day) + (offset.count() < 0 ? "-" : "+") +
+           padded(minutes / 60, 2) + ":" + padded(minutes % 60, 2);
+}
+
+}  // namespace zorvel::cli

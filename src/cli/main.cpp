@@ -1,0 +1,78 @@
+// The command-line tool: reads a file, runs one command on it, writes its result.
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <csignal>
+#include <exception>
+#include <new>
+#include <stdexcept>
+
+#include "cli/command.h"
+#include "cli/messages.h"
+
+namespace zorvel::cli {
+namespace {
+
+// A file opened later must not take the number of a standard stream that the caller has closed.
+void occupyStandardStreams() {
+    int descriptor = 0;
+    do {
+        descriptor = open("/dev/null", O_RDONLY);
+    } while (descriptor >= 0 && descriptor <= STDERR_FILENO);
+    if (descriptor > STDERR_FILENO) close(descriptor);
+}
+
+ExitCode end(Output& output) {
+    const std::optional<Problem> problem = output.finish();
+    if (!problem) return ExitCode::success;
+    // The reader of a pipe that has seen enough needs no message.
+    if (problem->systemError != EPIPE) tell("zorvel-cli: " + problem->message);
+    return ExitCode::failure;
+}
+
+ExitCode answer(const Reply& reply) {
+    if (reply.code == ExitCode::success) {
+        Output output(std::nullopt);
+        output.write(reply.text);
+        return end(output);
+    }
+    static_cast<void>(writeAll(STDERR_FILENO, reply.text));
+    return reply.code;
+}
+
+ExitCode run(const Call& call) {
+    tellConsoleLines("zorvel-cli: ");
+    std::optional<Project> project = loadProject(call);
+    if (!project) return ExitCode::failure;
+    Output output(call.output);
+    if (const auto problem = call.command->run(call, *project, output)) {
+        tellAt(project->file, {}, problem->message);
+        return ExitCode::failure;
+    }
+    return end(output);
+}
+
+ExitCode main(int argc, const char* const* argv) {
+    occupyStandardStreams();
+    std::signal(SIGPIPE, SIG_IGN);
+    try {
+        const std::variant<Call, Reply> read = readCall(argc, argv);
+        if (const auto* reply = std::get_if<Reply>(&read)) return answer(*reply);
+        return run(std::get<Call>(read));
+    } catch (const std::bad_alloc&) {
+        tell("zorvel-cli: there is not enough memory for this");
+    } catch (const std::length_error&) {
+        tell("zorvel-cli: there is not enough memory for this");
+    } catch (const std::exception& error) {
+        tell(std::string("zorvel-cli: ") + error.what());
+    }
+    return ExitCode::failure;
+}
+
+}  // namespace
+}  // namespace zorvel::cli
+
+int main(int argc, char** argv) {
+    return static_cast<int>(zorvel::cli::main(argc, argv));
+}

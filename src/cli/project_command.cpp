@@ -1,0 +1,84 @@
+// zorvel-cli project: the metrics of all censuses together.
+#include "cli/command.h"
+#include "cli/figures.h"
+#include "cli/json_writer.h"
+#include "cli/messages.h"
+#include "metrics/project_wide.h"
+
+namespace zorvel::cli {
+namespace {
+
+ProjectWideMetrics compute(const Call& call, const Project& project) {
+    const auto taxa = project.document->fetchTaxa().value_or(std::vector<Zorvel>());
+    const CountsVector pooled = pooledCountsVector(taxa);
+    const CountsMatrix matrix = buildCountsMatrix(taxa, project.censuses).matrix;
+    return projectWideMetrics(pooled, matrix, call.size, call.quota, *randomSource(call),
+                              sharedCalculator());
+}
+
+Figures pooledFigures(const ProjectWideMetrics& metrics) {
+    const CensusMetrics& pooled = metrics.pooled;
+    return {{"individuals", pooled.individuals},
+            {"richness", pooled.richness},
+            {"chaoClassic", pooled.chaoClassic},
+            {"shannonH", pooled.shannonH},
+            {"fisherAlpha", pooled.fisherAlpha},
+            {"pielouJ", pooled.pielouJ},
+            {"simpsonD", pooled.simpsonD},
+            {"buzasE", pooled.buzasE},
+            {"rarefiedRichness", metrics.pooledRarefiedRichness},
+            {"alroySQS", metrics.pooledAlroySQS ? Figure(*metrics.pooledAlroySQS) : Figure()}};
+}
+
+Figures averageFigures(const AverageMetrics& averages) {
+    return {{"individuals", averages.abundance},   {"richness", averages.richness},
+            {"chaoClassic", averages.chaoClassic}, {"shannonH", averages.shannonH},
+            {"fisherAlpha", averages.fisherAlpha}, {"pielouJ", averages.pielouJ},
+            {"simpsonD", averages.simpsonD},       {"buzasE", averages.buzasE}};
+}
+
+Figures incidenceFigures(const ProjectWideMetrics& metrics) {
+    return {{"chaoTwo", metrics.chaoTwo},
+            {"sampleBasedRarefiedRichness", metrics.sampleBasedRarefiedRichness}};
+}
+
+void writeJson(const ProjectWideMetrics& metrics, Output& output) {
+    JsonWriter json(output);
+    json.beginObject();
+    writeFields(json, pooledFigures(metrics));
+    json.key("averages");
+    json.beginObject();
+    writeFields(json, averageFigures(metrics.averages));
+    json.endObject();
+    writeFields(json, incidenceFigures(metrics));
+    json.endObject();
+}
+
+std::optional<Problem> run(const Call& call, Project& project, Output& output) {
+    if (project.censuses.size() < 3) {
+        return Problem{"Must have at least three censuses to calculate project-wide metrics"};
+    }
+    tellConsoleLines(project.file + ": ");
+    const ProjectWideMetrics metrics = compute(call, project);
+    if (call.json) {
+        writeJson(metrics, output);
+        return std::nullopt;
+    }
+    writeLines(output, pooledMetricRows, pooledFigures(metrics), call);
+    writeLines(output, averageMetricRows, averageFigures(metrics.averages), call);
+    writeLines(output, incidenceMetricRows, incidenceFigures(metrics), call);
+    return std::nullopt;
+}
+
+}  // namespace
+
+const Command projectCommand = {
+    .name = "project",
+    .description =
+        "The metrics of all censuses pooled, their averages, Chao2 and sample-based "
+        "rarefied richness: caption, tab, value",
+    .example = "project counts.csv --json",
+    .run = run,
+};
+
+}  // namespace zorvel::cli

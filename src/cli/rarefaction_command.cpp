@@ -1,0 +1,73 @@
+// zorvel-cli rarefaction: the rarefaction table of one census, or over the censuses.
+#include <utility>
+
+#include "cli/census_choice.h"
+#include "cli/command.h"
+#include "cli/json_writer.h"
+#include "interchange/writers.h"
+#include "metrics/rarefaction.h"
+
+namespace zorvel::cli {
+namespace {
+
+using Curve = std::vector<Rarefaction>;
+
+Result<Curve> individualBased(const Call& call, const Project& project) {
+    if (project.censuses.empty()) {
+        return Problem{"Must have at least one census to calculate individual-based rarefaction"};
+    }
+    const Result<std::size_t> chosen = chooseCensus(project.names, call.census);
+    if (!chosen) return chosen.problem();
+    const CountsVector counts = includedCountsVector(project.censuses[chosen.value()]);
+    return sharedCalculator().individualBasedCurve(counts);
+}
+
+Result<Curve> sampleBased(const Project& project) {
+    if (project.censuses.size() < 5) {
+        return Problem{"Must have at least five censuses to calculate sample-based rarefaction"};
+    }
+    const auto taxa = project.document->fetchTaxa().value_or(std::vector<Zorvel>());
+    return sharedCalculator().sampleBasedCurve(buildCountsMatrix(taxa, project.censuses).matrix);
+}
+
+void writeJson(const Curve& curve, Output& output) {
+    JsonWriter json(output);
+    json.beginArray();
+    for (const Rarefaction& point : curve) {
+        json.beginObject();
+        json.field("sampleSize", point.sampleSize);
+        json.field("estimate", point.estimate);
+        json.field("variance", point.variance);
+        json.field("lower95", point.lower95);
+        json.field("upper95", point.upper95);
+        json.field("lower99", point.lower99);
+        json.field("upper99", point.upper99);
+        json.endObject();
+    }
+    json.endArray();
+}
+
+std::optional<Problem> run(const Call& call, Project& project, Output& output) {
+    const Result<Curve> curve =
+        call.samples ? sampleBased(project) : individualBased(call, project);
+    if (!curve) return curve.problem();
+    if (call.json) {
+        writeJson(curve.value(), output);
+    } else {
+        output.write(writeRarefactionTable(curve.value()));
+    }
+    return std::nullopt;
+}
+
+}  // namespace
+
+const Command rarefactionCommand = {
+    .name = "rarefaction",
+    .description = "The rarefaction table of one census's included taxa, or over the censuses",
+    .example = "rarefaction counts.csv --samples",
+    .takesCensus = true,
+    .takesSamples = true,
+    .run = run,
+};
+
+}  // namespace zorvel::cli

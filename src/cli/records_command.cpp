@@ -1,0 +1,60 @@
+// zorvel-cli records: every census with its taxa, as JSON.
+#include "cli/command.h"
+#include "cli/iso_time.h"
+#include "cli/json_writer.h"
+
+namespace zorvel::cli {
+namespace {
+
+std::optional<std::string_view> view(const std::optional<SharedText>& text) {
+    if (!text) return std::nullopt;
+    return text->view();
+}
+
+void writeTaxon(JsonWriter& json, const TaxonValues& taxon) {
+    json.beginObject();
+    json.field("name", view(taxon.name));
+    json.field("abundance", taxon.abundance);
+    json.key("include");
+    json.boolean(taxon.include);
+    json.endObject();
+}
+
+void writeCensus(JsonWriter& json, const CensusBlock& census) {
+    const CensusAttributes& attributes = census.attributes;
+    std::optional<std::string> time;
+    if (attributes.timeStamp) time = isoLocalTime(*attributes.timeStamp);
+    json.beginObject();
+    json.field("name", view(attributes.name));
+    json.field("latitude", attributes.latitude);
+    json.field("longitude", attributes.longitude);
+    json.field("notes", view(attributes.notes));
+    json.field("timeStamp", time);
+    json.key("taxa");
+    json.beginArray();
+    census.forEachTaxon([&json](const TaxonRecord& taxon) { writeTaxon(json, taxon.values); });
+    json.endArray();
+    json.endObject();
+}
+
+std::optional<Problem> run(const Call& /*call*/, Project& project, Output& output) {
+    JsonWriter json(output);
+    json.beginArray();
+    for (const Census& census : project.censuses) {
+        if (output.failed()) break;
+        writeCensus(json, *census.block());
+    }
+    json.endArray();
+    return std::nullopt;
+}
+
+}  // namespace
+
+const Command recordsCommand = {
+    .name = "records",
+    .description = "Every census with its taxa, as JSON (with or without --json)",
+    .example = "records phone-export.txt --kind ios",
+    .run = run,
+};
+
+}  // namespace zorvel::cli
