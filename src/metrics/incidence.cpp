@@ -1,0 +1,71 @@
+#include "metrics/incidence.h"
+
+#include <algorithm>
+
+#include "metrics/saturating_sum.h"
+
+namespace zorvel {
+
+namespace {
+
+// A cell of the incidence matrix; cells below 1 stay as they are.
+std::int64_t presence(std::int64_t cell) {
+    return cell > 1 ? 1 : cell;
+}
+
+template <typename Cell>
+std::vector<std::int64_t> columnSums(const CountsMatrix& matrix, Cell cell) {
+    if (matrix.empty()) return {};
+    std::vector<SaturatingSum> sums(matrix.front().size());
+    for (const CountsVector& row : matrix) {
+        const std::size_t width = std::min(row.size(), sums.size());
+        for (std::size_t j = 0; j < width; ++j) sums[j].add(cell(row[j]));
+    }
+    std::vector<std::int64_t> values;
+    values.reserve(sums.size());
+    for (const SaturatingSum& sum : sums) values.push_back(sum.value());
+    return values;
+}
+
+}  // namespace
+
+CountsMatrix incidenceMatrix(const CountsMatrix& matrix) {
+    CountsMatrix incidence = matrix;
+    for (CountsVector& row : incidence) {
+        for (std::int64_t& cell : row) cell = presence(cell);
+    }
+    return incidence;
+}
+
+std::vector<std::int64_t> incidenceFrequencies(const CountsMatrix& matrix) {
+    return columnSums(matrix, [](std::int64_t cell) { return cell; });
+}
+
+std::vector<std::int64_t> incidenceFrequencyCounts(const CountsMatrix& matrix) {
+    return summariseIncidence(matrix).frequencyCounts;
+}
+
+IncidenceSummary summariseIncidence(const CountsMatrix& matrix) {
+    IncidenceSummary summary;
+    summary.censuses = static_cast<std::int64_t>(matrix.size());
+    summary.frequencyCounts.assign(matrix.size() + 1, 0);
+    for (const std::int64_t frequency : columnSums(matrix, presence)) {
+        if (frequency >= 0) ++summary.frequencyCounts[static_cast<std::size_t>(frequency)];
+        ++summary.taxonNames;
+    }
+    return summary;
+}
+
+double chaoTwo(const CountsMatrix& matrix) {
+    return chaoTwo(summariseIncidence(matrix));
+}
+
+double chaoTwo(const IncidenceSummary& summary) {
+    if (summary.censuses < 2) return 0;
+    const auto t = static_cast<double>(summary.censuses);
+    const auto q1 = static_cast<double>(summary.taxaIn(1));
+    const auto q2 = static_cast<double>(summary.taxaIn(2));
+    return static_cast<double>(summary.taxonNames) + (q1 * (t - 1)) * q1 / (2 * t * q2);
+}
+
+}  // namespace zorvel

@@ -5,11 +5,11 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <shared_mutex>
 #include <vector>
 
 #include "metrics/counts.h"
+#include "metrics/incidence.h"
 
 namespace zorvel {
 
@@ -29,26 +29,46 @@ class RarefactionCalculator {
     // A calculator whose table of log-factorials has 10000 entries (0! to 9999!).
     RarefactionCalculator();
 
+    // The expected number of taxa among n specimens drawn without replacement (Hurlbert 1971,
+    // equation 10) and its variance (Heck, van Belle & Simberloff 1975, equation 3). n = 1 gives
+    // (1, 1, 0, 1, 1, 1, 1) for any counts; n from N on gives S without variance. Lower limits are
+    // at least 1, upper limits are not capped at S. NaN throughout for n < 0, and where N is above
+    // what the table may hold.
     Rarefaction individualBasedPoint(CountsView counts, std::int64_t n);
+    // Every n up to N where N < 200; otherwise 1, the multiples of N / 100, and N. Empty for N < 1.
     std::vector<Rarefaction> individualBasedCurve(CountsView counts);
 
+    // Mao's tau, the expected number of taxa in t of the T censuses, with its unconditional
+    // variance about the richness given by Chao2 (Colwell, Mao & Chang 2004, equations 5 and 6).
+    // Limits are not clamped; NaN where the variance is negative. NaN throughout for t < 0.
     Rarefaction sampleBasedPoint(const CountsMatrix& matrix, std::int64_t t);
+    Rarefaction sampleBasedPoint(const IncidenceSummary& summary, std::int64_t t);
+    // t = 1 .. T - 1; empty for T < 2.
     std::vector<Rarefaction> sampleBasedCurve(const CountsMatrix& matrix);
+    std::vector<Rarefaction> sampleBasedCurve(const IncidenceSummary& summary);
 
+    // Replaces the table by one of size entries, at least 1 and at most kMaxLogFactorials.
     void buildLogFactorials(std::int64_t size);
+    // Appends entries up to size (at most kMaxLogFactorials). A size that would not grow the table
+    // is refused with a line on the console.
     void extendLogFactorials(std::int64_t size);
     // A copy of the table, entry k holding ln k!.
     [[nodiscard]] std::vector<double> logfact() const;
     [[nodiscard]] std::size_t logfactSize() const;
+
+    // 2 GiB of table: larger totals are refused with NaN rather than with a lack of memory.
+    static constexpr std::int64_t kMaxLogFactorials = std::int64_t{1} << 28;
+
+  private:
+    // Grows the table, where needed, so that it has the entry last. False where it may not.
+    bool ensureLogFactorials(std::int64_t last);
+    void append(std::int64_t size);
+
+    mutable std::shared_mutex mutex_;  // guards logfact_
+    std::vector<double> logfact_;
 };
 
 // The calculator of this process, made at its first use and never released.
 RarefactionCalculator& sharedCalculator();
-
-// Presence and absence over censuses.
-CountsMatrix incidenceMatrix(const CountsMatrix& matrix);
-std::vector<std::int64_t> incidenceFrequencies(const CountsMatrix& matrix);
-std::vector<std::int64_t> incidenceFrequencyCounts(const CountsMatrix& matrix);
-double chaoTwo(const CountsMatrix& matrix);
 
 }  // namespace zorvel

@@ -1,0 +1,94 @@
+#include <cmath>
+#include <limits>
+#include <mutex>
+#include <shared_mutex>
+
+#include "metrics/rarefaction.h"
+
+namespace zorvel {
+namespace {
+
+Rarefaction withLimits(std::int64_t t, double estimate, double variance) {
+    const double sd = std::sqrt(variance);
+    return {t,
+            estimate,
+            variance,
+            estimate - 1.96 * sd,
+            estimate + 1.96 * sd,
+            estimate - 2.58 * sd,
+            estimate + 2.58 * sd};
+}
+
+Rarefaction undefinedPoint(std::int64_t t) {
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    return {t, nan, nan, nan, nan, nan, nan};
+}
+
+// The frequencies that some taxon has: a frequency without taxa adds exactly 0 to both sums.
+struct FrequencyClass {
+    std::int64_t frequency;
+    double taxa;
+};
+
+std::vector<FrequencyClass> frequencyClasses(const IncidenceSummary& summary) {
+    std::vector<FrequencyClass> classes;
+    for (std::int64_t k = 1; k <= summary.censuses; ++k) {
+        const std::int64_t taxa = summary.taxaIn(k);
+        if (taxa != 0) classes.push_back({k, static_cast<double>(taxa)});
+    }
+    return classes;
+}
+
+// Mao's tau at t with its unconditional variance. lf[k] = ln k! up to T.
+Rarefaction tauPoint(const std::vector<double>& lf, const std::vector<FrequencyClass>& classes,
+                     std::int64_t censuses, double chao, std::int64_t t) {
+    const auto entry = [&lf](std::int64_t k) { return lf[static_cast<std::size_t>(k)]; };
+    double estimate = 0, squares = 0;
+    for (const FrequencyClass& each : classes) {
+        const std::int64_t j = each.frequency;
+        double alpha = 0;
+        if (t <= censuses - j) {
+            alpha = std::exp(entry(censuses - t) + entry(censuses - j) - entry(censuses - t - j) -
+                             entry(censuses));
+        }
+        estimate += (1 - alpha) * each.taxa;
+        squares += each.taxa * (1 - alpha) * (1 - alpha);
+    }
+    return withLimits(t, estimate, squares - estimate * estimate / chao);
+}
+
+}  // namespace
+
+Rarefaction RarefactionCalculator::sampleBasedPoint(const IncidenceSummary& summary,
+                                                    std::int64_t t) {
+    if (t < 0 || !ensureLogFactorials(summary.censuses)) return undefinedPoint(t);
+    const double chao = chaoTwo(summary);
+    const std::vector<FrequencyClass> classes = frequencyClasses(summary);
+    const std::shared_lock lock(mutex_);
+    return tauPoint(logfact_, classes, summary.censuses, chao, t);
+}
+
+std::vector<Rarefaction> RarefactionCalculator::sampleBasedCurve(const IncidenceSummary& summary) {
+    std::vector<Rarefaction> curve;
+    if (summary.censuses < 2) return curve;
+    const bool ready = ensureLogFactorials(summary.censuses);
+    const double chao = chaoTwo(summary);
+    const std::vector<FrequencyClass> classes = frequencyClasses(summary);
+    const std::shared_lock lock(mutex_);
+    for (std::int64_t t = 1; t < summary.censuses; ++t) {
+        curve.push_back(ready ? tauPoint(logfact_, classes, summary.censuses, chao, t)
+                              : undefinedPoint(t));
+    }
+    return curve;
+}
+
+Rarefaction RarefactionCalculator::sampleBasedPoint(const CountsMatrix& matrix, std::int64_t t) {
+    return sampleBasedPoint(summariseIncidence(matrix), t);
+}
+
+std::vector<Rarefaction> RarefactionCalculator::sampleBasedCurve(const CountsMatrix& matrix) {
+    if (matrix.size() < 2) return {};
+    return sampleBasedCurve(summariseIncidence(matrix));
+}
+
+}  // namespace zorvel
