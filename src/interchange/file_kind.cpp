@@ -1,0 +1,77 @@
+#include <algorithm>
+
+#include "interchange/characters.h"
+#include "interchange/scan_field.h"
+#include "interchange/text_file.h"
+#include "interchange/whole_integer.h"
+
+namespace zorvel {
+namespace {
+
+using namespace std::string_view_literals;
+
+// The line that begins there, without its line break.
+std::string_view lineAt(std::string_view text, std::size_t start) {
+    std::size_t end = start;
+    while (end < text.size() && lineBreakLength(text, end) == 0) ++end;
+    return text.substr(start, end - start);
+}
+
+std::size_t quotedCells(std::string_view line) {
+    std::size_t count = 1;
+    for (std::size_t at = 0; (at = line.find("\",", at)) != std::string_view::npos; at += 2)
+        ++count;
+    return count;
+}
+
+// Six quoted header cells or more, and then a line of four, give or take one that is damaged. A
+// quoted matrix has one quoted cell in its further lines, or as many as in its header.
+bool isPhoneExport(std::string_view text) {
+    const std::string_view header = lineAt(text, 0);
+    if (quotedCells(header) < 6) return false;
+    const std::size_t next = skipLineBreaks(text, header.size());
+    const std::string_view line = lineAt(text, next);
+    const std::size_t cells = quotedCells(line);
+    return line.empty() || (cells >= 3 && cells <= 5);
+}
+
+// Whole numbers and what may stand between them, and at least one digit.
+bool isList(std::string_view text) {
+    bool digits = false;
+    for (std::size_t at = 0; at < text.size();) {
+        const char c = text[at];
+        const bool digit = c >= '0' && c <= '9';
+        digits = digits || digit;
+        if (digit || " ,\t+-"sv.find(c) != std::string_view::npos) {
+            ++at;
+            continue;
+        }
+        const std::size_t length = lineBreakLength(text, at);
+        if (length == 0) return false;
+        at += length;
+    }
+    return digits;
+}
+
+// A name and a whole number on the first line, and no more.
+bool isSingleCensus(std::string_view text) {
+    FieldCursor cursor(text);
+    if (scanField(cursor).terminator != FieldTerminator::comma) return false;
+    const ScannedField second = scanField(cursor);
+    return second.terminator != FieldTerminator::comma && parseWholeInteger(second.text);
+}
+
+}  // namespace
+
+bool looksLikeProjectFile(std::string_view bytes) {
+    return bytes.starts_with("SQLite format 3\0"sv);
+}
+
+FileKind guessFileKind(std::string_view text) {
+    if (isPhoneExport(text)) return FileKind::ios;
+    if (isList(text)) return FileKind::list;
+    if (isSingleCensus(text)) return FileKind::census;
+    return FileKind::matrix;
+}
+
+}  // namespace zorvel

@@ -1,0 +1,199 @@
+#include <algorithm>
+#include <array>
+#include <string>
+#include <utility>
+
+#include "base/numbers.h"
+#include "interchange/characters.h"
+#include "interchange/parsers.h"
+#include "interchange/whole_integer.h"
+
+namespace zorvel {
+namespace {
+
+using Censuses = std::vector<MockCensus>;
+
+constexpr std::string_view cellEnd = "\",";
+
+// One line after the other, each ended by a single line-break character: CR LF ends two.
+class Lines {
+  public:
+    explicit Lines(std::string_view text) : text_(text) {}
+
+    // Absent once the text is used up. A text that ends in a line break has an empty last line.
+    std::optional<std::string_view> next() {
+        if (done_) return std::nullopt;
+        start_ = position_;
+        std::size_t end = start_;
+        std::size_t length = 0;
+        while (end < text_.size() && (length = lineBreakLength(text_, end)) == 0) ++end;
+        done_ = end == text_.size();
+        position_ = end + length;
+        return text_.substr(start_, end - start_);
+    }
+    // True after the last line.
+    [[nodiscard]] bool atEnd() const { return done_; }
+    [[nodiscard]] std::size_t number() const { return lineNumber(text_, start_); }
+
+  private:
+    std::string_view text_;
+    std::size_t start_ = 0;
+    std::size_t position_ = 0;
+    bool done_ = false;
+};
+
+std::string without(std::string_view text, char unwanted) {
+    std::string rest;
+    rest.reserve(text.size());
+    std::copy_if(text.begin(), text.end(), std::back_inserter(rest),
+                 [&](char c) { return c != unwanted; });
+    return rest;
+}
+
+// The taxon names of the header: its cells from the sixth on. Absent where it has fewer.
+std::optional<std::vector<SharedText>> taxonNames(std::string_view header) {
+    constexpr std::size_t leadingCells = 5;
+    std::vector<SharedText> names;
+    std::size_t cell = 0;
+    for (std::size_t start = 0; start != std::string_view::npos; ++cell) {
+        const std::size_t end = header.find(cellEnd, start);
+        if (cell >= leadingCells)
+            names.emplace_back(without(header.substr(start, end - start), '"'));
+        start = end == std::string_view::npos ? end : end + cellEnd.size();
+    }
+    if (names.empty()) return std::nullopt;
+    return names;
+}
+
+// The values of a numeric tail, one a call.
+class Values {
+  public:
+    explicit Values(std::string_view tail)
+        : rest_(tail),
+          count_(1 + static_cast<std::size_t>(std::count(tail.begin(), tail.end(), ','))) {}
+
+    [[nodiscard]] std::size_t count() const { return count_; }
+    std::string_view next() {
+        const std::size_t end = rest_.find(',');
+        const std::string_view value = rest_.substr(0, end);
+        rest_ = end == std::string_view::npos ? std::string_view() : rest_.substr(end + 1);
+        return value;
+    }
+
+  private:
+    std::string_view rest_;
+    std::size_t count_;
+};
+
+// Spaces do not count, even between the digits.
+std::optional<std::int64_t> abundanceOf(std::string_view value) {
+    if (value.find(' ') == std::string_view::npos) return parseWholeInteger(value);
+    return parseWholeInteger(without(value, ' '));
+}
+
+// Reads one data line. What is wrong with it stands in the parsed result, its place with the cell
+// alone.
+class DataLine {
+  public:
+    explicit DataLine(const std::vector<SharedText>& names) : names_(names) {}
+
+    Parsed<MockCensus> read(std::string_view line) {
+        std::array<std::string_view, 4> pieces;
+        if (!cut(line, pieces)) {
+            return refused<MockCensus>("WARNING: incorrect number of items in data line");
+        }
+        Parsed<MockCensus> result;
+        MockCensus census;
+        census.name = without(pieces[0], '"');
+        Parsed<TimeStamp> date = parseIOSDate(without(pieces[1], '"'));
+        census.notes = without(pieces[2], '"');
+        if (!date.value) {
+            result.consoleLines = std::move(date.consoleLines);
+            result.consoleLines.emplace_back("WARNING: could not create date");
+            result.place.cell = 2;
+            return result;
+        }
+        census.timeStamp = date.value;
+        return readTail(pieces[3], std::move(census));
+    }
+
+  private:
+    static bool cut(std::string_view line, std::array<std::string_view, 4>& pieces) {
+        for (std::size_t i = 0; i < pieces.size(); ++i) {
+            const std::size_t end = line.find(cellEnd);
+            if ((end == std::string_view::npos) != (i + 1 == pieces.size())) return false;
+            pieces[i] = line.substr(0, end);
+            if (end != std::string_view::npos) line.remove_prefix(end + cellEnd.size());
+        }
+        return true;
+    }
+
+    Parsed<MockCensus> readTail(std::string_view tail, MockCensus census) {
+        constexpr std::size_t latitudeCell = 4;
+        Values values(tail);
+        if (values.count() < 3) return refused<MockCensus>("WARNING: too few numerial components");
+        const std::optional<double> latitude = parseWholeDouble(values.next());
+        if (!latitude) {
+            return refused<MockCensus>("WARNING: non-numerical value of latitude",
+                                       {0, latitudeCell});
+        }
+        const std::optional<double> longitude = parseWholeDouble(values.next());
+        if (!longitude) {
+            return refused<MockCensus>("WARNING: non-numerical value of longitude",
+                                       {0, latitudeCell + 1});
+        }
+        if (values.count() - 2 != names_.size()) {
+            return refused<MockCensus>(
+                "WARNING: number of species in sample doesn't equal the expected number of "
+                "species");
+        }
+        census.latitude = *latitude;
+        census.longitude = *longitude;
+        return readAbundances(values, std::move(census));
+    }
+
+    Parsed<MockCensus> readAbundances(Values& values, MockCensus census) {
+        constexpr std::size_t firstCell = 6;
+        for (std::size_t i = 0; i < names_.size(); ++i) {
+            const std::optional<std::int64_t> abundance = abundanceOf(values.next());
+            if (!abundance) {
+                return refused<MockCensus>("WARNING: non-integer abundance detected",
+                                           {0, firstCell + i});
+            }
+            if (*abundance >= 1) census.taxa.push_back({*abundance, names_[i]});
+        }
+        Parsed<MockCensus> result;
+        result.value = std::move(census);
+        return result;
+    }
+
+    const std::vector<SharedText>& names_;
+};
+
+}  // namespace
+
+Parsed<Censuses> parseIOSFile(std::string_view text) {
+    Lines lines(text);
+    const std::optional<std::vector<SharedText>> names = taxonNames(*lines.next());
+    if (!names) {
+        return refused<Censuses>("WARNING: fewer than six components on first line", {1, 0});
+    }
+    if (lines.atEnd()) return refused<Censuses>("WARNING: no data lines detected");
+    Parsed<Censuses> result;
+    Censuses censuses;
+    DataLine reader(*names);
+    // The last line is what follows the last line break: not a data line.
+    for (auto line = lines.next(); !lines.atEnd(); line = lines.next()) {
+        Parsed<MockCensus> census = reader.read(*line);
+        if (!census.value) {
+            result.consoleLines = std::move(census.consoleLines);
+            result.place = {lines.number(), census.place.cell};
+            return result;
+        }
+        censuses.push_back(std::move(*census.value));
+    }
+    result.value = std::move(censuses);
+    return result;
+}
+
+}  // namespace zorvel

@@ -1,0 +1,42 @@
+#include "model/diversity_document.h"
+
+#include <utility>
+
+namespace zorvel {
+
+std::optional<std::vector<Census>> fetchCensuses(const ObjectContext* context) {
+    if (!context) return std::nullopt;
+    return context->censuses();
+}
+
+std::optional<std::vector<Zorvel>> fetchTaxa(const ObjectContext* context) {
+    if (!context) return std::nullopt;
+    return context->taxa();
+}
+
+std::optional<std::vector<Census>> DiversityDocument::fetchCensuses() const {
+    return zorvel::fetchCensuses(&context_);
+}
+
+std::optional<std::vector<Zorvel>> DiversityDocument::fetchTaxa() const {
+    return zorvel::fetchTaxa(&context_);
+}
+
+Census DiversityDocument::storeCensus(const MockCensus& census) {
+    CensusAttributes attributes;
+    attributes.name = census.name;
+    attributes.notes = census.notes;
+    attributes.latitude = census.latitude;
+    attributes.longitude = census.longitude;
+    attributes.timeStamp = census.timeStamp;
+    std::vector<TaxonValues> taxa;
+    taxa.reserve(census.taxa.size());
+    for (const MockTaxon& taxon : census.taxa) {
+        TaxonValues& values = taxa.emplace_back();
+        values.name = taxon.name;
+        values.abundance = taxon.abundance;
+    }
+    return context_.insertCensus(attributes, taxa);
+}
+
+}  // namespace zorvel

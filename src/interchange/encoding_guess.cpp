@@ -1,0 +1,113 @@
+#include "interchange/encoding_guess.h"
+
+#include <algorithm>
+#include <array>
+
+#include "base/text.h"
+
+namespace zorvel {
+namespace {
+
+using namespace std::string_view_literals;
+
+struct Mark {
+    std::string_view bytes;
+    const char* encoding;
+};
+
+// The marks of UTF-32 before those of UTF-16 that begin like them.
+constexpr std::array<Mark, 4> marks = {{{"\xFF\xFE\0\0"sv, "UTF-32"},
+                                        {"\0\0\xFE\xFF"sv, "UTF-32"},
+                                        {"\xFF\xFE"sv, "UTF-16"},
+                                        {"\xFE\xFF"sv, "UTF-16"}}};
+
+constexpr std::size_t sampleSize = 65536;
+
+// Western text in UTF-16 has a NUL in most characters, always the same of their two bytes; in
+// UTF-32 the third byte and the first or last are NUL in all characters.
+const char* wideEncoding(std::string_view sample) {
+    std::array<std::size_t, 4> zeros{};
+    for (std::size_t i = 0; i < sample.size(); ++i) zeros[i % 4] += sample[i] == '\0';
+    const std::size_t units = sample.size() / 4;
+    if (units == 0) return nullptr;
+    if (zeros[1] >= units && zeros[2] >= units && (zeros[0] == 0 || zeros[3] == 0)) {
+        return "UTF-32";
+    }
+    const std::size_t even = zeros[0] + zeros[2];
+    const std::size_t odd = zeros[1] + zeros[3];
+    const bool oneSided = std::min(even, odd) * 16 <= std::max(even, odd);
+    return oneSided && std::max(even, odd) >= units ? "UTF-16" : nullptr;
+}
+
+bool isControl(unsigned char byte) {
+    return byte < 0x20 && byte != '\t' && !(byte >= '\n' && byte <= '\r') && byte != 0x1A;
+}
+
+// Sequences of two bytes or more that are well-formed, and bytes that belong to none.
+struct Utf8Census {
+    std::size_t sequences = 0;
+    std::size_t strays = 0;
+};
+
+Utf8Census takeUtf8Census(std::string_view sample) {
+    Utf8Census census;
+    while (!sample.empty()) {
+        const std::size_t valid = firstInvalidUtf8(sample).value_or(sample.size());
+        census.sequences += static_cast<std::size_t>(
+            std::count_if(sample.begin(), sample.begin() + static_cast<std::ptrdiff_t>(valid),
+                          [](char c) { return static_cast<unsigned char>(c) >= 0xC2; }));
+        if (valid == sample.size()) break;
+        ++census.strays;
+        sample.remove_prefix(valid + 1);
+    }
+    return census;
+}
+
+// Windows-1252 has characters where Latin-1 has none (0x80 to 0x9F), save at five places.
+const char* eightBitEncoding(std::string_view sample) {
+    bool windows = false;
+    for (const char c : sample) {
+        const auto byte = static_cast<unsigned char>(c);
+        if (byte < 0x80 || byte > 0x9F) continue;
+        if ("\x81\x8D\x8F\x90\x9D"sv.find(c) != std::string_view::npos) {
+            return "text in another 8-bit encoding";
+        }
+        windows = true;
+    }
+    return windows ? "Windows-1252 text" : "Latin-1 (ISO 8859-1) text";
+}
+
+std::string describe(std::string_view sample) {
+    const bool binary = std::any_of(sample.begin(), sample.end(), [](char c) {
+        return isControl(static_cast<unsigned char>(c));
+    });
+    if (binary) return "binary data";
+    const Utf8Census census = takeUtf8Census(sample);
+    if (census.sequences > census.strays) return "damaged UTF-8 text";
+    return eightBitEncoding(sample);
+}
+
+// A part of the text around the fault, from its start where that is near.
+std::string_view sampleAround(std::string_view bytes, std::size_t offset) {
+    const std::size_t start = offset < sampleSize / 2 ? 0 : offset - sampleSize / 2;
+    return bytes.substr(start / 4 * 4, sampleSize);
+}
+
+}  // namespace
+
+std::optional<NotUtf8> whyNotUtf8(std::string_view bytes) {
+    for (const Mark& mark : marks) {
+        if (bytes.starts_with(mark.bytes)) return NotUtf8{0, std::string(mark.encoding) + " text"};
+    }
+    const std::string_view start = bytes.substr(0, sampleSize);
+    const auto zeros = static_cast<std::size_t>(std::count(start.begin(), start.end(), '\0'));
+    const bool manyZeros = zeros > 0 && zeros * 4 >= start.size();
+    const char* wide = manyZeros ? wideEncoding(start) : nullptr;
+    if (wide) return NotUtf8{start.find('\0'), std::string(wide) + " text"};
+    if (manyZeros) return NotUtf8{start.find('\0'), "binary data"};
+    const std::optional<std::size_t> invalid = firstInvalidUtf8(bytes);
+    if (!invalid) return std::nullopt;
+    return NotUtf8{*invalid, describe(sampleAround(bytes, *invalid))};
+}
+
+}  // namespace zorvel
