@@ -1,11 +1,11 @@
 #include "base/numbers.h"
 
-#include <clocale>
-#include <cstdlib>
-
 #include <array>
 #include <charconv>
+#include <clocale>
 #include <cmath>
+#include <cstdlib>
+#include <system_error>
 
 namespace zorvel {
 namespace {
@@ -48,9 +48,13 @@ std::optional<double> parseWholeDouble(std::string_view text) {
                         first == '.' || first == 'i' || first == 'I' || first == 'n' ||
                         first == 'N';
     if (!starts) return std::nullopt;
+    double value = 0;
+    const auto plain = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (plain.ec == std::errc() && plain.ptr == text.data() + text.size()) return value;
+    // What from_chars leaves: a plus sign, hexadecimals, values out of range.
     const std::string terminated(text);
     char* end = nullptr;
-    const double value = strtod_l(terminated.c_str(), &end, cLocale());
+    value = strtod_l(terminated.c_str(), &end, cLocale());
     if (end != terminated.c_str() + terminated.size()) return std::nullopt;
     return value;
 }

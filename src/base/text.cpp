@@ -2,11 +2,12 @@
 
 #include <utf8proc.h>
 
+#include <algorithm>
+#include <array>
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 #include <functional>
-#include <memory>
+#include <vector>
 
 namespace zorvel {
 namespace {
@@ -44,6 +45,53 @@ std::size_t asciiPrefix(std::string_view text) {
     return i;
 }
 
+// Below U+0300, which begins with the byte 0xCC, nothing combines and NFC changes nothing: true of
+// ASCII and all of plain Latin. False where it takes a closer look.
+bool isOwnCanonicalForm(std::string_view text) {
+    const std::string_view rest = text.substr(asciiPrefix(text));
+    return std::all_of(rest.begin(), rest.end(),
+                       [](char c) { return static_cast<unsigned char>(c) < 0xCC; });
+}
+
+using CodePoints = std::vector<utf8proc_int32_t>;
+
+CodePoints decomposed(std::string_view text) {
+    constexpr int longest = 32;  // of one code point; Unicode's are four at most
+    CodePoints points;
+    points.reserve(text.size());
+    const auto* bytes = reinterpret_cast<const utf8proc_uint8_t*>(text.data());
+    for (std::size_t i = 0; i < text.size();) {
+        utf8proc_int32_t point = 0;
+        i += static_cast<std::size_t>(
+            utf8proc_iterate(bytes + i, static_cast<utf8proc_ssize_t>(text.size() - i), &point));
+        std::array<utf8proc_int32_t, longest> parts{};
+        int boundClass = 0;
+        const auto count = utf8proc_decompose_char(
+            point, parts.data(), longest,
+            static_cast<utf8proc_option_t>(UTF8PROC_STABLE | UTF8PROC_DECOMPOSE), &boundClass);
+        points.insert(points.end(), parts.begin(), parts.begin() + count);
+    }
+    return points;
+}
+
+int combiningClass(utf8proc_int32_t point) {
+    return utf8proc_get_property(point)->combining_class;
+}
+
+// Each run of marks in the order of their classes. utf8proc orders them by swapping neighbours,
+// which takes quadratic time over a hostile run.
+void orderMarks(CodePoints& points) {
+    const auto isMark = [](utf8proc_int32_t point) { return combiningClass(point) != 0; };
+    for (auto start = points.begin(); start != points.end();) {
+        start = std::find_if(start, points.end(), isMark);
+        const auto end = std::find_if_not(start, points.end(), isMark);
+        std::stable_sort(start, end, [](utf8proc_int32_t a, utf8proc_int32_t b) {
+            return combiningClass(a) < combiningClass(b);
+        });
+        start = end;
+    }
+}
+
 }  // namespace
 
 bool isAscii(std::string_view text) {
@@ -64,31 +112,32 @@ std::optional<std::size_t> firstInvalidUtf8(std::string_view text) {
 }
 
 std::string canonicalForm(std::string_view text) {
-    if (isAscii(text) || firstInvalidUtf8(text)) return std::string(text);
-    utf8proc_uint8_t* mapped = nullptr;
-    const auto length =
-        utf8proc_map(reinterpret_cast<const utf8proc_uint8_t*>(text.data()),
-                     static_cast<utf8proc_ssize_t>(text.size()), &mapped,
-                     static_cast<utf8proc_option_t>(UTF8PROC_STABLE | UTF8PROC_COMPOSE));
-    const std::unique_ptr<utf8proc_uint8_t, decltype(&std::free)> owner(mapped, &std::free);
+    if (isOwnCanonicalForm(text) || firstInvalidUtf8(text)) return std::string(text);
+    CodePoints points = decomposed(text);
+    orderMarks(points);
+    const auto count = static_cast<utf8proc_ssize_t>(points.size());
+    points.push_back(
+        0);  // room for the NUL that ends the bytes, which take the place of the points
+    const auto length = utf8proc_reencode(
+        points.data(), count, static_cast<utf8proc_option_t>(UTF8PROC_STABLE | UTF8PROC_COMPOSE));
     if (length < 0) return std::string(text);
-    return {reinterpret_cast<const char*>(mapped), static_cast<std::size_t>(length)};
+    return {reinterpret_cast<const char*>(points.data()), static_cast<std::size_t>(length)};
 }
 
 bool canonicallyEqual(std::string_view a, std::string_view b) {
     if (a == b) return true;
-    if (isAscii(a) && isAscii(b)) return false;
+    if (isOwnCanonicalForm(a) && isOwnCanonicalForm(b)) return false;
     return canonicalForm(a) == canonicalForm(b);
 }
 
 int canonicalCompare(std::string_view a, std::string_view b) {
     // The byte order of UTF-8 is the order of its scalar values.
-    if (isAscii(a) && isAscii(b)) return a.compare(b);
+    if (isOwnCanonicalForm(a) && isOwnCanonicalForm(b)) return a.compare(b);
     return canonicalForm(a).compare(canonicalForm(b));
 }
 
 std::size_t CanonicalHash::operator()(std::string_view text) const {
-    if (isAscii(text)) return std::hash<std::string_view>{}(text);
+    if (isOwnCanonicalForm(text)) return std::hash<std::string_view>{}(text);
     return std::hash<std::string>{}(canonicalForm(text));
 }
 

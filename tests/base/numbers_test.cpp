@@ -1,0 +1,113 @@
+#include "base/numbers.h"
+
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <clocale>
+#include <cmath>
+#include <cstdio>
+#include <limits>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace zorvel {
+namespace {
+
+using namespace std::string_literals;
+using Limits = std::numeric_limits<double>;
+
+std::string printed(double value, int digits) {
+    std::string text(400, '\0');
+    text.resize(
+        static_cast<std::size_t>(std::snprintf(text.data(), text.size(), "%.*f", digits, value)));
+    return text;
+}
+
+TEST(Numbers, FixedTextIsWhatPrintfWrites) {
+    std::vector<double> values = {0.0,           -0.0,           0.5,    1.5,  2.5,
+                                  0.0005,        1.0005,         2.675,  1e15, 1e-320,
+                                  Limits::max(), -Limits::max(), -0.0001};
+    std::mt19937_64 random(1);
+    while (values.size() < 3000) {
+        const double any = std::bit_cast<double>(random());
+        if (std::isfinite(any)) values.push_back(any);
+        values.push_back(static_cast<double>(random() % 100000) / 16.0);
+    }
+    for (const double value : values) {
+        for (const int digits : {0, 1, 3, 17}) {
+            ASSERT_EQ(fixedText(value, digits), printed(value, digits));
+        }
+    }
+    EXPECT_EQ(fixedText(Limits::infinity(), 3), "inf");
+    EXPECT_EQ(fixedText(-Limits::infinity(), 0), "-inf");
+}
+
+TEST(Numbers, ShortestTextReadsBackAsTheSameDouble) {
+    std::mt19937_64 random(2);
+    for (int i = 0; i < 3000; ++i) {
+        const double value = std::bit_cast<double>(random());
+        if (!std::isfinite(value)) continue;
+        ASSERT_EQ(parseWholeDouble(shortestText(value)), value);
+    }
+    EXPECT_EQ(shortestText(0.1), "0.1");
+    EXPECT_EQ(shortestText(-Limits::quiet_NaN()), "nan");
+    EXPECT_EQ(integerText(std::numeric_limits<std::int64_t>::min()), "-9223372036854775808");
+}
+
+TEST(Numbers, WholeDoubles) {
+    struct Row {
+        std::string text;
+        std::optional<double> value;
+    };
+    const std::vector<Row> rows = {{"47.61", 47.61},
+                                   {"-122.33", -122.33},
+                                   {"+5", 5.0},
+                                   {".5", 0.5},
+                                   {"5.", 5.0},
+                                   {"1e3", 1000.0},
+                                   {"1E-2", 0.01},
+                                   {"0x1p4", 16.0},
+                                   {"-0x.8", -0.5},
+                                   {"007", 7.0},
+                                   {"1e999", Limits::infinity()},
+                                   {"-1e999", -Limits::infinity()},
+                                   {"4e-324", Limits::denorm_min()},
+                                   {"1e-999", 0.0},
+                                   {"Infinity", Limits::infinity()},
+                                   {"-inf", -Limits::infinity()},
+                                   {"", std::nullopt},
+                                   {" 1", std::nullopt},
+                                   {"1 ", std::nullopt},
+                                   {"\n1", std::nullopt},
+                                   {"1,5", std::nullopt},
+                                   {"1e", std::nullopt},
+                                   {"0x", std::nullopt},
+                                   {"-", std::nullopt},
+                                   {".", std::nullopt},
+                                   {"+-1", std::nullopt},
+                                   {"1\0"s, std::nullopt},
+                                   {"1\0002"s, std::nullopt},
+                                   {"12abc", std::nullopt},
+                                   {"\xEF\xBC\x91", std::nullopt},
+                                   {"infinit", std::nullopt}};
+    for (const Row& row : rows) {
+        EXPECT_EQ(parseWholeDouble(row.text), row.value) << testing::PrintToString(row.text);
+    }
+    for (const char* text : {"nan", "-NaN", "nan(1)"}) {
+        const auto value = parseWholeDouble(text);
+        EXPECT_TRUE(value && std::isnan(*value)) << text;
+    }
+}
+
+TEST(Numbers, TheLocaleChangesNothing) {
+    if (!std::setlocale(LC_ALL, "de_DE.UTF-8")) GTEST_SKIP() << "no German locale here";
+    EXPECT_EQ(fixedText(1234567.5, 1), "1234567.5");
+    EXPECT_EQ(shortestText(0.5), "0.5");
+    EXPECT_EQ(parseWholeDouble("+1.5"), 1.5);
+    EXPECT_EQ(parseWholeDouble("+1,5"), std::nullopt);
+    std::setlocale(LC_ALL, "C");
+}
+
+}  // namespace
+}  // namespace zorvel
