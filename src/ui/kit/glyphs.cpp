@@ -1,0 +1,90 @@
+#include "ui/kit/glyphs.h"
+
+#include <QGuiApplication>
+#include <QIconEngine>
+#include <QPainter>
+#include <QPainterPath>
+#include <QPixmap>
+#include <QPolygonF>
+#include <algorithm>
+
+#include "ui/kit/look.h"
+
+namespace zorvel {
+
+namespace {
+
+// Strokes on a square of 16 units.
+QPainterPath strokes(Glyph glyph) {
+    QPainterPath path;
+    const auto line = [&path](std::initializer_list<QPointF> points) {
+        path.addPolygon(QPolygonF(QList<QPointF>(points)));
+    };
+    switch (glyph) {
+        case Glyph::tick:
+            line({{3.5, 8.5}, {6.75, 11.75}, {12.5, 4.75}});
+            break;
+        case Glyph::cross:
+            line({{4.5, 4.5}, {11.5, 11.5}});
+            line({{11.5, 4.5}, {4.5, 11.5}});
+            break;
+        case Glyph::warning:
+            line({{8, 1.75}, {15, 14}, {1, 14}, {8, 1.75}});
+            line({{8, 6.25}, {8, 9.75}});
+            line({{8, 11.7}, {8, 11.9}});
+            break;
+        case Glyph::search:
+            path.addEllipse(QPointF(7, 7), 4.25, 4.25);
+            line({{10.25, 10.25}, {13.75, 13.75}});
+            break;
+        case Glyph::chevronUp:
+            line({{4.5, 10}, {8, 6.5}, {11.5, 10}});
+            break;
+        case Glyph::chevronDown:
+            line({{4.5, 6.5}, {8, 10}, {11.5, 6.5}});
+            break;
+    }
+    return path;
+}
+
+class GlyphEngine : public QIconEngine {
+  public:
+    explicit GlyphEngine(Glyph glyph) : glyph_(glyph) {}
+
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
+        const LookColors& colors = lookColors(QGuiApplication::palette());
+        const bool disabled = mode == QIcon::Disabled;
+        paintGlyph(*painter, glyph_, rect, disabled ? colors.disabled : colors.secondary);
+    }
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
+        QPixmap pixmap(size);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        paint(&painter, pixmap.rect(), mode, state);
+        return pixmap;
+    }
+    [[nodiscard]] QIconEngine* clone() const override { return new GlyphEngine(glyph_); }
+
+  private:
+    Glyph glyph_;
+};
+
+}  // namespace
+
+void paintGlyph(QPainter& painter, Glyph glyph, const QRectF& rect, const QColor& color) {
+    const double side = std::min(rect.width(), rect.height());
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(rect.center() - QPointF(side, side) / 2);
+    painter.scale(side / 16, side / 16);
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(color, 1.6, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.drawPath(strokes(glyph));
+    painter.restore();
+}
+
+QIcon glyphIcon(Glyph glyph) {
+    return QIcon(new GlyphEngine(glyph));
+}
+
+}  // namespace zorvel

@@ -1,0 +1,193 @@
+#include "ui/kit/look_style.h"
+
+#include <QAbstractItemView>
+#include <QPainter>
+#include <QStyleOptionHeader>
+#include <QStyleOptionMenuItem>
+#include <QStyleOptionSlider>
+#include <algorithm>
+
+#include "ui/kit/glyphs.h"
+#include "ui/kit/look.h"
+#include "ui/kit/look_style_parts.h"
+
+namespace zorvel {
+
+LookStyle::LookStyle() : QProxyStyle("fusion") {}
+
+int LookStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
+                           const QWidget* widget) const {
+    switch (metric) {
+        case PM_FocusFrameHMargin:  // the style adds 1: cells and headers begin 12 pixels in
+            return 11;
+        case PM_HeaderMargin:
+            return 12;
+        case PM_SplitterWidth:
+            return 1;
+        case PM_ScrollBarExtent:
+            return 12;
+        case PM_ScrollBarSliderMin:
+            return 32;
+        case PM_IndicatorWidth:
+        case PM_IndicatorHeight:
+            return 16;
+        case PM_MenuBarHMargin:
+            return 6;
+        case PM_MenuBarPanelWidth:
+        case PM_ButtonShiftHorizontal:
+        case PM_ButtonShiftVertical:
+            return 0;
+        default:
+            return QProxyStyle::pixelMetric(metric, option, widget);
+    }
+}
+
+int LookStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                         QStyleHintReturn* returned) const {
+    switch (hint) {
+        case SH_EtchDisabledText:
+        case SH_DitherDisabledText:
+            return 0;
+        case SH_ItemView_ShowDecorationSelected:
+            return 1;
+        case SH_MessageBox_CenterButtons:
+            return 0;
+        default:
+            return QProxyStyle::styleHint(hint, option, widget, returned);
+    }
+}
+
+QIcon LookStyle::standardIcon(StandardPixmap sign, const QStyleOption* option,
+                              const QWidget* widget) const {
+    if (sign == SP_LineEditClearButton) return glyphIcon(Glyph::cross);
+    return QProxyStyle::standardIcon(sign, option, widget);
+}
+
+QSize LookStyle::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
+                                  const QWidget* widget) const {
+    QSize whole = QProxyStyle::sizeFromContents(type, option, size, widget);
+    if (type == CT_PushButton) {
+        whole = QSize(std::max(whole.width() + 12, 88), option->fontMetrics.height() + 14);
+    }
+    if (type == CT_LineEdit) whole.setHeight(option->fontMetrics.height() + 12);
+    if (type == CT_MenuBarItem) {
+        whole = QSize(size.width() + 16, option->fontMetrics.height() + 12);
+    }
+    if (type == CT_MenuItem) whole.rheight() += 4;
+    if (type == CT_HeaderSection) whole.setHeight(option->fontMetrics.height() + 14);
+    return whole;
+}
+
+QRect LookStyle::subControlRect(ComplexControl control, const QStyleOptionComplex* option,
+                                SubControl part, const QWidget* widget) const {
+    const auto* bar = qstyleoption_cast<const QStyleOptionSlider*>(option);
+    if (control != CC_ScrollBar || bar == nullptr) {
+        return QProxyStyle::subControlRect(control, option, part, widget);
+    }
+    if (part == SC_ScrollBarAddLine || part == SC_ScrollBarSubLine) return {};
+    if (part == SC_ScrollBarGroove) return bar->rect;
+    // Without buttons the handle has the whole bar to move in.
+    const bool horizontal = bar->orientation == Qt::Horizontal;
+    const int length = horizontal ? bar->rect.width() : bar->rect.height();
+    const qint64 range = qint64(bar->maximum) - bar->minimum + bar->pageStep;
+    const int least = pixelMetric(PM_ScrollBarSliderMin, option, widget);
+    const int share = range > 0 ? static_cast<int>(qint64(bar->pageStep) * length / range) : length;
+    const int handle = std::min(length, std::max(share, least));
+    const int start = sliderPositionFromValue(bar->minimum, bar->maximum, bar->sliderPosition,
+                                              length - handle, bar->upsideDown);
+    const auto along = [&](int from, int size) {
+        return horizontal ? QRect(bar->rect.x() + from, bar->rect.y(), size, bar->rect.height())
+                          : QRect(bar->rect.x(), bar->rect.y() + from, bar->rect.width(), size);
+    };
+    if (part == SC_ScrollBarSlider) return along(start, handle);
+    if (part == SC_ScrollBarSubPage) return along(0, start);
+    if (part == SC_ScrollBarAddPage) return along(start + handle, length - start - handle);
+    return QProxyStyle::subControlRect(control, option, part, widget);
+}
+
+void LookStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option,
+                              QPainter* painter, const QWidget* widget) const {
+    const LookColors& colors = lookColors(option->palette);
+    switch (element) {
+        case PE_IndicatorHeaderArrow:  // painted with the label
+        case PE_FrameStatusBarItem:
+        case PE_FrameLineEdit:
+        case PE_PanelMenuBar:
+            return;
+        case PE_FrameFocusRect:
+            if (qobject_cast<const QAbstractItemView*>(widget) != nullptr) return;
+            break;
+        case PE_PanelLineEdit:
+            if (const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
+                frame != nullptr && frame->lineWidth > 0) {
+                paintFieldPanel(*option, *painter);
+            }
+            return;
+        case PE_PanelButtonCommand:
+            paintPushButton(*option, *painter,
+                            widget != nullptr && widget->property(primaryButtonProperty).toBool());
+            return;
+        case PE_PanelButtonTool:
+            paintToolButton(*option, *painter);
+            return;
+        case PE_IndicatorItemViewItemCheck:
+            paintItemCheck(*option, *painter);
+            return;
+        case PE_PanelMenu:
+            painter->fillRect(option->rect, colors.raised);
+            return;
+        case PE_FrameMenu:
+        case PE_PanelTipLabel:
+            painter->setPen(colors.border);
+            painter->setBrush(element == PE_PanelTipLabel ? QBrush(colors.raised) : Qt::NoBrush);
+            painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
+            return;
+        default:
+            break;
+    }
+    QProxyStyle::drawPrimitive(element, option, painter, widget);
+}
+
+void LookStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                            const QWidget* widget) const {
+    const LookColors& colors = lookColors(option->palette);
+    switch (element) {
+        case CE_HeaderSection:
+        case CE_HeaderEmptyArea:
+            paintHeaderSection(*option, *painter);
+            return;
+        case CE_HeaderLabel:
+            if (const auto* header = qstyleoption_cast<const QStyleOptionHeader*>(option)) {
+                paintHeaderLabel(*header, *painter);
+            }
+            return;
+        case CE_Splitter:
+            painter->fillRect(option->rect, colors.hairline);
+            return;
+        case CE_MenuBarItem:
+            if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option)) {
+                paintMenuBarItem(*item, *painter);
+            }
+            return;
+        case CE_MenuBarEmptyArea:
+            painter->fillRect(option->rect, colors.window);
+            return;
+        case CE_PushButtonBevel:
+            drawPrimitive(PE_PanelButtonCommand, option, painter, widget);
+            return;
+        default:
+            QProxyStyle::drawControl(element, option, painter, widget);
+    }
+}
+
+void LookStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+                                   QPainter* painter, const QWidget* widget) const {
+    const auto* bar = qstyleoption_cast<const QStyleOptionSlider*>(option);
+    if (control == CC_ScrollBar && bar != nullptr) {
+        paintScrollBar(*bar, subControlRect(control, option, SC_ScrollBarSlider, widget), *painter);
+        return;
+    }
+    QProxyStyle::drawComplexControl(control, option, painter, widget);
+}
+
+}  // namespace zorvel

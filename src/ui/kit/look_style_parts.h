@@ -1,0 +1,23 @@
+// The painting of single controls, used by LookStyle alone.
+#pragma once
+
+class QPainter;
+class QStyleOption;
+class QStyleOptionHeader;
+class QStyleOptionMenuItem;
+class QStyleOptionSlider;
+class QRect;
+class QWidget;
+
+namespace zorvel {
+
+void paintHeaderSection(const QStyleOption& option, QPainter& painter);
+void paintHeaderLabel(const QStyleOptionHeader& option, QPainter& painter);
+void paintMenuBarItem(const QStyleOptionMenuItem& option, QPainter& painter);
+void paintPushButton(const QStyleOption& option, QPainter& painter, bool primary);
+void paintToolButton(const QStyleOption& option, QPainter& painter);
+void paintFieldPanel(const QStyleOption& option, QPainter& painter);
+void paintItemCheck(const QStyleOption& option, QPainter& painter);
+void paintScrollBar(const QStyleOptionSlider& option, const QRect& handle, QPainter& painter);
+
+}  // namespace zorvel

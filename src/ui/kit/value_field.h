@@ -1,0 +1,42 @@
+// A value that is shown, not edited: it can be selected and copied, by mouse and keyboard, and can
+// be marked as not of the record that its panel is about. Main thread.
+#pragma once
+
+#include <QLineEdit>
+
+namespace zorvel {
+
+class ValueField : public QLineEdit {
+    Q_OBJECT
+    // Font size as a multiple of the panel's; a text that is too long for the field is set smaller.
+    Q_PROPERTY(double scale READ scale WRITE setScale)
+  public:
+    explicit ValueField(QWidget* parent = nullptr);
+
+    [[nodiscard]] double scale() const { return scale_; }
+    void setScale(double scale);
+
+    // Grey, with the reason as its tooltip and accessible description. An empty reason restores the
+    // plain field.
+    void setStale(const QString& reason);
+    [[nodiscard]] bool isStale() const { return stale_; }
+
+    // What the plain field says when asked: what its value means.
+    void setExplanation(const QString& explanation);
+
+  protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void changeEvent(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    void fitFont();
+    void showColor();
+
+    double scale_ = 1;
+    bool stale_ = false;
+    bool adjusting_ = false;
+    QString explanation_;
+};
+
+}  // namespace zorvel
