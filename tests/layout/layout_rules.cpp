@@ -16,7 +16,8 @@ bool isClassOfQt(std::string_view header) {
 }
 
 bool matches(const std::string& pattern, std::string_view header) {
-    return pattern.ends_with('/') ? header.starts_with(pattern) : header == pattern;
+    if (!pattern.ends_with('*')) return header == pattern;
+    return header.starts_with(pattern.substr(0, pattern.size() - 1));
 }
 
 }  // namespace
@@ -29,7 +30,7 @@ const std::vector<FolderRule>& folderRules() {
         {"store", {"base"}, {"SQLite"}},
         {"model", {"base", "metrics", "interchange", "store"}, {}},
         {"platform", {"base", "model"}, {"QtCore", "QtGui"}},
-        {"ui/kit", {"base", "platform"}, {"QtCore", "QtGui", "QtWidgets"}},
+        {"ui/kit", {"base", "platform"}, {"QtCore", "QtGui", "QtWidgets", "QtDBus"}},
         {"ui/analysis",
          {"base", "metrics", "interchange", "ui/kit"},
          {"QtCore", "QtGui", "QtWidgets"}},
@@ -49,17 +50,18 @@ const std::vector<LibraryRule>& libraryRules() {
     static const std::vector<LibraryRule> rules = {
         {"utf8proc", {"utf8proc.h"}, {"utf8proc"}, "base/text.h compares and normalises text"},
         {"SQLite",
-         {"sqlite3.h", "SQLiteCpp/"},
+         {"sqlite3.h", "SQLiteCpp/*"},
          {"SQLiteCpp", "SQLite::SQLite3", "sqlite3"},
          "SQL lives in store: use its records"},
-        {"CLI11", {"CLI/"}, {"CLI11::CLI11"}, "arguments are read in cli"},
+        {"CLI11", {"CLI/*"}, {"CLI11::CLI11"}, "arguments are read in cli"},
         {"nlohmann-json",
-         {"nlohmann/"},
+         {"nlohmann/*"},
          {"nlohmann_json::nlohmann_json"},
          "JSON is written in cli, from plain values"},
         {"QtCore", {}, {"Qt6::Core"}, "text is UTF-8 in std::string here, QString at the widget"},
         {"QtGui", {}, {"Qt6::Gui"}, "what paints belongs to platform or ui"},
         {"QtWidgets", {}, {"Qt6::Widgets"}, "widgets belong to ui"},
+        {"QtDBus", {"QDBus*"}, {"Qt6::DBus"}, "ui/kit asks the desktop what it prefers"},
     };
     return rules;
 }
@@ -92,13 +94,14 @@ const FolderRule* ruleOfFolder(std::string_view folder) {
 
 // Which module of Qt a class is in shows when it is compiled; here any of them counts as QtCore.
 const LibraryRule* libraryOfHeader(std::string_view header) {
+    const LibraryRule* core = nullptr;
     for (const LibraryRule& rule : libraryRules()) {
-        if (rule.name == "QtCore" && isClassOfQt(header)) return &rule;
+        if (rule.name == "QtCore" && isClassOfQt(header)) core = &rule;
         for (const std::string& pattern : rule.headers) {
             if (matches(pattern, header)) return &rule;
         }
     }
-    return nullptr;
+    return core;
 }
 
 const LibraryRule* libraryOfTarget(std::string_view target) {

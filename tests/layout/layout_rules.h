@@ -17,7 +17,7 @@ struct FolderRule {
 
 struct LibraryRule {
     std::string name;
-    std::vector<std::string> headers;  // a name, or a beginning that ends with a slash
+    std::vector<std::string> headers;  // a name, or a beginning that ends with *
     std::vector<std::string> targets;  // what CMake calls it
     std::string instead;               // what a folder that may not use it does
 };
