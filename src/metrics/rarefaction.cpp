@@ -7,6 +7,7 @@
 
 #include "base/console.h"
 #include "metrics/census_metrics.h"
+#include "metrics/rarefaction_sums.h"
 
 namespace zorvel {
 
@@ -28,6 +29,13 @@ Rarefaction withLimits(std::int64_t sampleSize, double estimate, double variance
             estimate + 1.96 * sd,
             lower(estimate - 2.58 * sd),
             estimate + 2.58 * sd};
+}
+
+Rarefaction pointAt(const RarefactionSums& sums, std::int64_t n, bool ready) {
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    if (n < 0 || !ready) return {n, nan, nan, nan, nan, nan, nan};
+    const RichnessMoments richness = sums.at(n);
+    return withLimits(n, richness.estimate, richness.variance);
 }
 
 }  // namespace
@@ -82,47 +90,22 @@ std::size_t RarefactionCalculator::logfactSize() const {
 
 Rarefaction RarefactionCalculator::individualBasedPoint(CountsView counts, std::int64_t n) {
     if (n == 1) return fixedPoint();
-    const std::int64_t total = individuals(counts);
-    const double nan = std::numeric_limits<double>::quiet_NaN();
-    if (n < 0 || !ensureLogFactorials(total)) {
-        return {n, nan, nan, nan, nan, nan, nan};
-    }
-    std::vector<std::int64_t> taxa;
-    for (const std::int64_t count : counts) {
-        if (count >= 1) taxa.push_back(count);
-    }
-    if (n >= total) return withLimits(n, static_cast<double>(taxa.size()), 0.0);
-    const std::shared_lock lock(mutex_);
-    const auto missing = [&](std::int64_t count) {
-        if (count > total - n) return 0.0;
-        const auto lf = [this](std::int64_t k) { return logfact_[static_cast<std::size_t>(k)]; };
-        return std::exp((lf(total - count) - lf(n) - lf(total - count - n)) -
-                        (lf(total) - lf(n) - lf(total - n)));
-    };
-    double estimate = 0, variance = 0, covariance = 0;
-    for (std::size_t i = 0; i < taxa.size(); ++i) {
-        const double q = missing(taxa[i]);
-        estimate += 1 - q;
-        variance += q * (1 - q);
-        for (std::size_t j = 0; j < i; ++j) {
-            const bool none = taxa[i] > total - n || taxa[j] > total - n - taxa[i];
-            const double both = none ? 0.0 : missing(taxa[i] + taxa[j]);
-            covariance = (covariance + both) - missing(taxa[j]) * q;
-        }
-    }
-    return withLimits(n, estimate, std::max(0.0, variance + (covariance + covariance)));
+    const RarefactionSums sums(counts, n);
+    return pointAt(sums, n, ensureLogFactorials(sums.individuals()));
 }
 
 std::vector<Rarefaction> RarefactionCalculator::individualBasedCurve(CountsView counts) {
     const std::int64_t total = individuals(counts);
-    const std::int64_t step = total < 200 ? 1 : total / 100;
     std::vector<Rarefaction> curve;
-    if (step > 1 || total >= 200) curve.push_back(fixedPoint());
-    const std::int64_t multiples = total < 1 ? 0 : total / step;
-    for (std::int64_t k = 1; k <= multiples; ++k) {
-        curve.push_back(individualBasedPoint(counts, k * step));
+    if (total < 1) return curve;
+    const std::int64_t step = total < 200 ? 1 : total / 100;
+    const RarefactionSums sums(counts, std::max<std::int64_t>(step, 2));
+    const bool ready = ensureLogFactorials(total);
+    curve.push_back(fixedPoint());
+    for (std::int64_t multiple = step > 1 ? 1 : 2; multiple <= total / step; ++multiple) {
+        curve.push_back(pointAt(sums, multiple * step, ready));
     }
-    if (total > 0 && total % step != 0) curve.push_back(individualBasedPoint(counts, total));
+    if (total % step != 0) curve.push_back(pointAt(sums, total, ready));
     return curve;
 }
 

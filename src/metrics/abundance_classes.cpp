@@ -1,0 +1,43 @@
+#include "metrics/abundance_classes.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+
+namespace zorvel {
+namespace {
+
+// Counts below this are tallied by value, since most taxa of a census are rare; only the others
+// are sorted.
+constexpr std::int64_t kTallied = 1024;
+
+void append(std::vector<AbundanceClass>& classes, std::int64_t count, std::int64_t taxa) {
+    if (taxa > 0) classes.push_back({count, taxa});
+}
+
+}  // namespace
+
+std::vector<AbundanceClass> abundanceClasses(CountsView counts) {
+    std::array<std::int64_t, kTallied> tally{};
+    std::vector<std::int64_t> others;
+    for (const std::int64_t count : counts) {
+        if (count >= kTallied) {
+            others.push_back(count);
+        } else if (count >= 1) {
+            ++tally[static_cast<std::size_t>(count)];
+        }
+    }
+    std::sort(others.begin(), others.end());
+    std::vector<AbundanceClass> classes;
+    for (std::size_t k = 1; k < tally.size(); ++k) {
+        append(classes, static_cast<std::int64_t>(k), tally[k]);
+    }
+    for (auto run = others.begin(); run != others.end();) {
+        const auto end = std::upper_bound(run, others.end(), *run);
+        append(classes, *run, end - run);
+        run = end;
+    }
+    return classes;
+}
+
+}  // namespace zorvel

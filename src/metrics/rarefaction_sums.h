@@ -1,0 +1,60 @@
+// The two sums of individual-based rarefaction, to nearly full double precision for every size of
+// census. Internal to this folder. Immutable once made: points may be asked for on any thread.
+//
+// With q_i = C(N - c_i, n) / C(N, n), the chance that taxon i is missing from n of N specimens, and
+// q_ij the same for two taxa together (both 0 where too few specimens are left):
+//     estimate = sum of 1 - q_i
+//     variance = sum of q_i (1 - q_i) + 2 sum over pairs of (q_ij - q_i q_j).
+//
+// In doubles over a table of log-factorials each q carries the rounding of the table, and the pair
+// sum is a small difference of large sums: the plain form loses all digits of the variance for many
+// taxa. Here every q is its value for independent draws, u^c with u = 1 - n / N, times 1 + A, where
+// A is found without cancellation; u^c then drops out of q_ij - q_i q_j exactly. Long double (64
+// bits of precision on x86) carries the sums; where it is as narrow as double the relative error of
+// the variance grows to about 1e-16 times the number of taxa.
+//
+// Measured against quadruple precision up to N = 10^7: relative to max(1, value), the estimate is
+// within 1e-15 and the variance within 1e-11.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <vector>
+
+#include "metrics/abundance_classes.h"
+#include "metrics/counts.h"
+#include "metrics/missing_taxa.h"
+#include "metrics/pair_sums.h"
+
+namespace zorvel {
+
+struct RichnessMoments {
+    double estimate = 0;
+    double variance = 0;  // negative only where the formula is, by negative entries
+};
+
+class RarefactionSums {
+  public:
+    // smallest: the smallest n of 2 or more that will be asked for.
+    RarefactionSums(CountsView counts, std::int64_t smallest);
+
+    [[nodiscard]] std::int64_t individuals() const { return total_; }
+    // n below 1 draws nothing: 0 and 0. n from N on gives S without variance.
+    [[nodiscard]] RichnessMoments at(std::int64_t n) const;
+
+    // A variance may be wrong by this much, relative to max(1, variance); a negative one that is
+    // no larger is rounding.
+    static constexpr double kVarianceBound = 1e-8;
+
+  private:
+    [[nodiscard]] MissingTaxa missingAt(std::int64_t n) const;
+    // The q of taxa with more specimens than this can be left out of every sum.
+    [[nodiscard]] std::int64_t largestOfWeight(std::int64_t n) const;
+
+    std::int64_t total_ = 0;
+    std::int64_t richness_ = 0;
+    std::vector<AbundanceClass> classes_;
+    std::optional<PairSums> pairs_;
+};
+
+}  // namespace zorvel
