@@ -23,15 +23,37 @@ std::int64_t richness(CountsView counts);
 // p_i = entry / sum of the present entries, for each present entry in order; empty without one.
 std::vector<double> proportions(CountsView counts);
 
+// Shannon's H = -sum p_i ln p_i (Shannon 1948; in ecology, Margalef 1958), without a correction for
+// sample size. 0 without taxa.
 double shannonH(CountsView counts);
+
+// Fisher's alpha, the root of S = alpha ln(1 + N / alpha) (Fisher, Corbet & Williams 1943), by the
+// steps alpha' = S / ln(N / alpha + 1) from 1 until one changes alpha by no more than 1e-5: within
+// about that step of the root where N is several times S. 0 where no taxon has 5 specimens, and
+// where N is not above S (alpha has no finite value there).
 double fisherAlpha(CountsView counts);
+
+// Pielou's J = H / ln S (Pielou 1966). NaN for one taxon, 0 without taxa.
 double pielouJ(CountsView counts);
+
+// Simpson's diversity for a finite sample, 1 - sum n_i (n_i - 1) / (N (N - 1)) (Simpson 1949; the
+// form that grows with diversity): sum p_i (1 - p_i) times N / (N - 1), the factor taking N from
+// all entries. Neither Simpson's concentration, sum p_i^2, nor its inverse. NaN for one specimen,
+// -0 without specimens.
 double simpsonD(CountsView counts);
+
+// Buzas and Gibson's evenness E = e^H / S (Buzas & Gibson 1969). +infinity without taxa.
 double buzasE(CountsView counts);
+
+// Chao1, bias-corrected: S + f1 (f1 - 1) / (2 (f2 + 1)) (Chao 2005, without the factor (N - 1) /
+// N). Finite for every census.
 double chaoOne(CountsView counts);
+
+// Chao1, classic: S + f1^2 / (2 f2) (Chao 1984, without the factor (N - 1) / N). Without doubletons
+// +infinity, or NaN without singletons either.
 double chaoClassic(CountsView counts);
 
-// All metrics of one vector from one pass over it; each field equals the function of its name.
+// All metrics of one vector from one tally of it; each field equals the function of its name.
 struct CensusMetrics {
     std::int64_t individuals = 0;
     std::int64_t richness = 0;

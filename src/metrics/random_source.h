@@ -16,17 +16,22 @@ class RandomSource {
     RandomSource(const RandomSource&) = delete;
     RandomSource& operator=(const RandomSource&) = delete;
 
-    // 64 independent random bits.
-    std::uint64_t bits64() {
-        if (next_ == buffer_.size()) refill();
-        return buffer_[next_++];
-    }
     // Uniform over all 32-bit values.
-    std::uint32_t bits32() { return static_cast<std::uint32_t>(bits64() >> 32); }
-    // Uniform over 0 .. bound - 1, without bias; bound is at least 1. The high half of a 128-bit
-    // product, rejecting the few low halves that would favour some values (Lemire 2019, "Fast
-    // random integer generation in an interval").
+    std::uint32_t bits32() {
+        if (next_ == 2 * Buffer{}.size()) refill();
+        const std::uint64_t pair = buffer_[next_ / 2];
+        return static_cast<std::uint32_t>(pair >> (32 * (next_++ % 2)));
+    }
+    // Uniform over all 64-bit values.
+    std::uint64_t bits64() {
+        const std::uint64_t high = bits32();
+        return high << 32 | bits32();
+    }
+    // Uniform over 0 .. bound - 1, without bias; bound is at least 1. The high half of a product,
+    // rejecting the few low halves that would favour some values (Lemire 2019, "Fast random integer
+    // generation in an interval"). Random bits from the system are dear: a small bound takes 32.
     std::uint64_t below(std::uint64_t bound) {
+        if (bound < std::uint64_t{1} << 28) return below32(static_cast<std::uint32_t>(bound));
         UInt128 product = UInt128{bits64()} * bound;
         if (static_cast<std::uint64_t>(product) < bound) {
             const std::uint64_t threshold = (0 - bound) % bound;
@@ -38,14 +43,23 @@ class RandomSource {
 
   protected:
     RandomSource() = default;
-    using Buffer = std::array<std::uint64_t, 64>;
+    using Buffer = std::array<std::uint64_t, 128>;
     virtual void fill(Buffer& buffer) = 0;
 
   private:
     void refill();
+    std::uint32_t below32(std::uint32_t bound) {
+        std::uint64_t product = std::uint64_t{bits32()} * bound;
+        if (static_cast<std::uint32_t>(product) < bound) {
+            const std::uint32_t threshold = (0 - bound) % bound;
+            while (static_cast<std::uint32_t>(product) < threshold)
+                product = std::uint64_t{bits32()} * bound;
+        }
+        return static_cast<std::uint32_t>(product >> 32);
+    }
 
     Buffer buffer_{};
-    std::size_t next_ = Buffer{}.size();
+    std::size_t next_ = 2 * Buffer{}.size();  // of its 32-bit halves, the low one first
 };
 
 // The system's random numbers (getrandom), without a seed.

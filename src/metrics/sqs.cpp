@@ -1,5 +1,6 @@
 #include "metrics/sqs.h"
 
+#include <array>
 #include <cmath>
 
 #include "base/console.h"
@@ -10,38 +11,40 @@
 namespace zorvel {
 namespace {
 
-// The adjusted frequency of a taxon with this count.
-struct Adjustment {
-    explicit Adjustment(const AbundanceTally& tally)
-        : specimens(static_cast<double>(tally.present())),
-          subtracted(static_cast<double>(tally.taxaWith(1) + tally.taxaWith(2)) * 0.5 /
-                     static_cast<double>(tally.richness())) {}
-    [[nodiscard]] double frequency(std::int64_t count) const {
-        return (static_cast<double>(count) - subtracted) / specimens;
-    }
-    double specimens;
-    double subtracted;  // half the singletons and doubletons, a taxon
-};
+AdjustedFrequency adjustedFrequency(const AbundanceTally& tally) {
+    const std::int64_t rare = tally.taxaWith(1) + tally.taxaWith(2);
+    return {static_cast<double>(tally.present()),
+            static_cast<double>(rare) * 0.5 / static_cast<double>(tally.richness())};
+}
 
 // The placeholder of count 0 comes first; the order of the terms decides the last digit.
-double sumOfFrequencies(CountsView counts, const Adjustment& adjustment) {
-    double sum = adjustment.frequency(0);
+double sumOfFrequencies(CountsView counts, const AdjustedFrequency& frequency) {
+    double sum = frequency.of(0);
     for (const std::int64_t count : counts)
-        if (count >= 1) sum += adjustment.frequency(count);
+        if (count >= 1) sum += frequency.of(count);
     return sum;
 }
 
-// The geometric mean of the trials that saw a taxon, times their share of the trials.
+// The geometric mean of the trials that saw a taxon, times their share of the trials. Trials that
+// agree share a logarithm where richness is small.
 double meanOfTrials(SqsTrials& subsamples, std::int64_t trials, RandomSource& random) {
+    std::array<std::int64_t, 64> trialsWith{};
     double logarithms = 0;
-    double positive = 0;
+    std::int64_t positive = 0;
     for (std::int64_t trial = 0; trial < trials; ++trial) {
-        const std::int64_t seen = subsamples.next(random);
-        if (seen <= 0) continue;
-        logarithms += std::log(static_cast<double>(seen));
-        ++positive;
+        const auto seen = static_cast<std::size_t>(subsamples.next(random));
+        if (seen < trialsWith.size())
+            ++trialsWith[seen];
+        else
+            logarithms += std::log(static_cast<double>(seen));
+        positive += seen > 0 ? 1 : 0;
     }
-    return std::exp(logarithms / positive) * positive / static_cast<double>(trials);
+    for (std::size_t seen = 2; seen < trialsWith.size(); ++seen)
+        if (trialsWith[seen] != 0)
+            logarithms +=
+                static_cast<double>(trialsWith[seen]) * std::log(static_cast<double>(seen));
+    const auto counted = static_cast<double>(positive);
+    return std::exp(logarithms / counted) * counted / static_cast<double>(trials);
 }
 
 SqsResult absent(SqsAbsence absence, double frequencySum = 0) {
@@ -70,15 +73,13 @@ SqsResult shareholderQuorum(CountsView counts, std::int64_t trials, double quota
                             RandomSource& random) {
     const AbundanceTally tally(counts);
     if (tally.present() < 11) return absent(SqsAbsence::fewerThanElevenSpecimens);
-    if (tally.taxaWith(1) == tally.present()) return absent(SqsAbsence::everySpecimenSingleton);
-    const Adjustment adjustment(tally);
-    const double sum = sumOfFrequencies(counts, adjustment);
+    if (tally.taxaWith(1) == tally.present())  // Good's u = 1 - f1 / N
+        return absent(SqsAbsence::everySpecimenSingleton);
+    const AdjustedFrequency frequency = adjustedFrequency(tally);
+    const double sum = sumOfFrequencies(counts, frequency);
     if (sum < quota) return absent(SqsAbsence::quotaAboveCoverage, sum);
-    if (adjustment.specimens < quota) return absent(SqsAbsence::quotaAboveSpecimens, sum);
-
-    std::vector<CountClass> classes = countClasses(counts);
-    for (CountClass& each : classes) each.frequency = adjustment.frequency(each.count);
-    SqsTrials subsamples(classes, quota);
+    if (frequency.specimens < quota) return absent(SqsAbsence::quotaAboveSpecimens, sum);
+    SqsTrials subsamples(abundanceClasses(counts), frequency, quota);
     return {meanOfTrials(subsamples, trials, random), SqsAbsence::none, sum};
 }
 

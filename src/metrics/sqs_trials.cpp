@@ -1,7 +1,6 @@
 #include "metrics/sqs_trials.h"
 
 #include <algorithm>
-#include <array>
 #include <bit>
 
 #include "metrics/int128.h"
@@ -11,129 +10,106 @@ namespace {
 
 // How far counts must be shifted to the right so that their sum fits in 63 bits: 0 unless the
 // number of specimens does not fit itself.
-unsigned weightShift(const std::vector<CountClass>& classes) {
+unsigned weightShift(const std::vector<AbundanceClass>& classes) {
     UInt128 total = 0;
-    for (const CountClass& each : classes)
+    for (const AbundanceClass& each : classes)
         total +=
             UInt128{static_cast<std::uint64_t>(each.count)} * static_cast<std::uint64_t>(each.taxa);
     unsigned shift = 0;
-    while ((total >> shift) >> 62 != 0) ++shift;
+    while ((total >> shift) >> 63 != 0) ++shift;
     return shift;
 }
 
 }  // namespace
 
-std::vector<CountClass> countClasses(CountsView counts) {
-    constexpr std::int64_t large = 1024;
-    std::array<std::int64_t, large> tally{};
-    std::vector<std::int64_t> others;
-    for (const std::int64_t count : counts) {
-        if (count >= large)
-            others.push_back(count);
-        else if (count >= 1)
-            ++tally[static_cast<std::size_t>(count)];
-    }
-    std::vector<CountClass> classes;
-    for (std::int64_t count = 1; count < large; ++count) {
-        const std::int64_t taxa = tally[static_cast<std::size_t>(count)];
-        if (taxa != 0) classes.push_back({count, taxa, 0});
-    }
-    std::sort(others.begin(), others.end());
-    for (const std::int64_t count : others) {
-        if (classes.empty() || classes.back().count != count) classes.push_back({count, 0, 0});
-        ++classes.back().taxa;
-    }
-    return classes;
-}
-
-SqsTrials::SqsTrials(const std::vector<CountClass>& classes, double quota) : quota_(quota) {
+SqsTrials::SqsTrials(const std::vector<AbundanceClass>& classes, const AdjustedFrequency& frequency,
+                     double quota)
+    : quota_(quota) {
     const unsigned shift = weightShift(classes);
-    all_.intervals.reserve(classes.size());
+    all_.reserve(classes.size());
     std::uint64_t end = 0;
-    for (const CountClass& each : classes) {
+    for (const AbundanceClass& each : classes) {
         const std::uint64_t weight =
             std::max<std::uint64_t>(static_cast<std::uint64_t>(each.count) >> shift, 1);
         end += weight * static_cast<std::uint64_t>(each.taxa);
-        all_.intervals.push_back({end, weight, each.frequency});
+        all_.push_back({end, end, weight, frequency.of(each.count)});
         taxa_ += each.taxa;
     }
-    all_.finish();
-    fronts_.reserve(classes.size());
+    // Built once: a fine one, and one bucket a position for a small census.
+    allGuide_.build(all_, std::max<std::size_t>(4 * all_.size(), 4096));
 }
 
-// One to two buckets an interval.
-void SqsTrials::Layout::finish() {
+// At least one bucket, and at most the number asked for, rounded up to a power of two.
+void SqsTrials::Guide::build(const std::vector<Interval>& intervals, std::size_t buckets) {
     total = intervals.back().end;
-    const auto indexBits = static_cast<unsigned>(std::bit_width(intervals.size()));
+    const auto indexBits = static_cast<unsigned>(std::bit_width(buckets - 1));
     const auto totalBits = static_cast<unsigned>(std::bit_width(total - 1));
     bucketShift = totalBits > indexBits ? totalBits - indexBits : 0;
-    guide.resize(((total - 1) >> bucketShift) + 1);
+    first.resize(((total - 1) >> bucketShift) + 1);
     std::uint32_t i = 0;
-    for (std::size_t bucket = 0; bucket < guide.size(); ++bucket) {
+    for (std::size_t bucket = 0; bucket < first.size(); ++bucket) {
         while (intervals[i].end <= std::uint64_t{bucket} << bucketShift) ++i;
-        guide[bucket] = i;
+        first[bucket] = i;
     }
-    repeatsAllowed = 8 + intervals.size() / 2;
 }
 
-// Reads and writes unseen_ in step where it is the layout in use already: an interval never moves
-// to a later place.
+// Keeps the fronts and closes them up. The new guide and the walk over the intervals cost about as
+// much as the repeats that led to them.
 void SqsTrials::layOutUnseen() {
-    const Layout& from = *layout_;
-    const std::size_t size = from.intervals.size();
-    unseen_.intervals.resize(std::max(unseen_.intervals.size(), size));
     std::size_t kept = 0;
     std::uint64_t start = 0;
     std::uint64_t end = 0;
-    for (std::size_t i = 0; i < size; ++i) {
-        Interval interval = from.intervals[i];
-        const std::uint64_t unseen = fronts_[i] - start;
+    for (const Interval& each : intervals_) {
+        Interval interval = each;
+        const std::uint64_t unseen = interval.front - start;
         start = interval.end;
         if (unseen == 0) continue;
         end += unseen;
-        interval.end = end;
-        unseen_.intervals[kept] = interval;
-        fronts_[kept] = end;
-        ++kept;
+        interval.end = interval.front = end;
+        intervals_[kept++] = interval;
     }
-    unseen_.intervals.resize(kept);
-    fronts_.resize(kept);
-    unseen_.finish();
-    layout_ = &unseen_;
-    repeats_ = 0;
+    intervals_.resize(kept);
+    unseenGuide_.build(intervals_, 2 * kept);
+    guide_ = &unseenGuide_;
 }
 
-// Draws until a taxon appears that was not seen, and marks it seen.
-double SqsTrials::nextFrequency(RandomSource& random) {
-    for (;;) {
-        const std::uint64_t position = random.below(layout_->total);
-        const std::size_t i = layout_->find(position);
-        if (position < fronts_[i]) {
-            fronts_[i] -= layout_->intervals[i].weight;
-            return layout_->intervals[i].frequency;
-        }
-        if (++repeats_ > layout_->repeatsAllowed) layOutUnseen();
+// Repeats and new taxa come in an order that no processor can predict, so a draw has no branch on
+// it: a repeat adds nothing to everything.
+void SqsTrials::draw(RandomSource& random, Trial& trial) {
+    const std::uint64_t total = guide_->total;
+    const unsigned shift = guide_->bucketShift;
+    const std::uint32_t* const first = guide_->first.data();
+    Interval* const intervals = intervals_.data();
+    std::size_t repeatsLeft = 4 + intervals_.size();
+    Trial state = trial;
+    while (repeatsLeft > 0 && state.coverage < quota_ && state.seen < taxa_) {
+        const std::uint64_t position = random.below(total);
+        std::size_t i = first[position >> shift];
+        i += position >= intervals[i].end ? 1 : 0;
+        while (position >= intervals[i].end) ++i;
+        const std::uint64_t unseen = position < intervals[i].front ? 1 : 0;
+        intervals[i].front -= intervals[i].weight * unseen;
+        state.frequency = intervals[i].frequency * static_cast<double>(unseen);
+        state.coverage += state.frequency;
+        state.seen += static_cast<std::int64_t>(unseen);
+        repeatsLeft -= 1 - unseen;
     }
+    trial = state;
 }
 
 std::int64_t SqsTrials::next(RandomSource& random) {
     if (!(quota_ > 0)) return 0;
-    layout_ = &all_;
-    repeats_ = 0;
-    fronts_.resize(all_.intervals.size());
-    for (std::size_t i = 0; i < fronts_.size(); ++i) fronts_[i] = all_.intervals[i].end;
-    double coverage = 0;
-    for (std::int64_t seen = 0; seen < taxa_;) {
-        const double frequency = nextFrequency(random);
-        coverage += frequency;
-        if (coverage > quota_) {
-            const bool thrownBack = random.bits32() / 4294967295.0 <= frequency;
-            return thrownBack ? seen : seen + 1;
-        }
-        ++seen;
-        if (!(coverage < quota_)) return seen;
+    intervals_ = all_;
+    guide_ = &allGuide_;
+    Trial trial;
+    for (;;) {
+        draw(random, trial);
+        if (!(trial.coverage < quota_) || trial.seen == taxa_) break;
+        layOutUnseen();
     }
-    return taxa_;
+    const bool thrownBack =
+        trial.coverage > quota_ && random.bits32() / 4294967295.0 <= trial.frequency;
+    return thrownBack ? trial.seen - 1 : trial.seen;
 }
 
 }  // namespace zorvel

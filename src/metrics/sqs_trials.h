@@ -23,25 +23,25 @@
 #include <cstdint>
 #include <vector>
 
-#include "metrics/counts.h"
+#include "metrics/abundance_classes.h"
 #include "metrics/random_source.h"
 
 namespace zorvel {
 
-// The taxa that share a count.
-struct CountClass {
-    std::int64_t count = 0;  // at least 1
-    std::int64_t taxa = 0;
-    double frequency = 0;  // adjusted frequency of each of them, above 0
+// The frequency of a taxon, reduced by half the singletons and doubletons a taxon of the census.
+struct AdjustedFrequency {
+    [[nodiscard]] double of(std::int64_t count) const {
+        return (static_cast<double>(count) - reduction) / specimens;
+    }
+    double specimens = 1;
+    double reduction = 0;  // at most 0.5: the frequency of a present taxon is above 0
 };
-
-// The classes of the present entries, frequencies not yet set; ascending by count.
-std::vector<CountClass> countClasses(CountsView counts);
 
 class SqsTrials {
   public:
     // classes: at least one, of distinct counts.
-    SqsTrials(const std::vector<CountClass>& classes, double quota);
+    SqsTrials(const std::vector<AbundanceClass>& classes, const AdjustedFrequency& frequency,
+              double quota);
 
     // The richness of one trial: the taxa seen until their summed frequencies reach the quota, the
     // one that takes them past it being thrown back with its frequency's probability. 0 for a quota
@@ -50,36 +50,36 @@ class SqsTrials {
 
   private:
     struct Interval {
-        std::uint64_t end = 0;  // the first position behind it; it starts where its neighbour ends
+        std::uint64_t end = 0;     // the first position behind it; it starts where another ends
+        std::uint64_t front = 0;   // the first position behind its unseen taxa
         std::uint64_t weight = 0;  // positions a taxon
         double frequency = 0;
     };
-    struct Layout {
-        std::vector<Interval> intervals;
-        std::vector<std::uint32_t> guide;  // the first interval that reaches into each bucket
-        unsigned bucketShift = 0;
+    // Finds the interval of a position.
+    struct Guide {
+        void build(const std::vector<Interval>& intervals, std::size_t buckets);
         std::uint64_t total = 0;
-        std::uint64_t repeatsAllowed = 0;
-
-        void finish();
-        [[nodiscard]] std::size_t find(std::uint64_t position) const {
-            std::size_t i = guide[position >> bucketShift];
-            while (position >= intervals[i].end) ++i;
-            return i;
-        }
+        unsigned bucketShift = 0;
+        std::vector<std::uint32_t> first;  // the first interval that reaches into each bucket
     };
 
-    double nextFrequency(RandomSource& random);
+    struct Trial {
+        double coverage = 0;
+        double frequency = 0;  // of the taxon seen last
+        std::int64_t seen = 0;
+    };
+    // Draws until the quota is reached, no taxon is left, or repeats have become too many.
+    void draw(RandomSource& random, Trial& trial);
     void layOutUnseen();
 
     double quota_;
     std::int64_t taxa_ = 0;
-    Layout all_;
-    Layout unseen_;
-    // Of the trial that runs: its layout, the end of each interval's unseen front, the repeats met.
-    const Layout* layout_ = nullptr;
-    std::vector<std::uint64_t> fronts_;
-    std::uint64_t repeats_ = 0;
+    std::vector<Interval> all_;
+    Guide allGuide_;
+    // Of the trial that runs.
+    std::vector<Interval> intervals_;
+    Guide unseenGuide_;
+    const Guide* guide_ = nullptr;
 };
 
 }  // namespace zorvel
