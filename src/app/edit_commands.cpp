@@ -1,0 +1,58 @@
+#include "app/edit_commands.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QItemSelectionModel>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QTextCursor>
+
+#include "ui/kit/record_table_view.h"
+
+namespace zorvel {
+
+bool canCopy(const QWidget* widget) {
+    if (const auto* table = qobject_cast<const RecordTableView*>(widget)) {
+        return table->selectionModel() != nullptr && table->selectionModel()->hasSelection();
+    }
+    if (const auto* line = qobject_cast<const QLineEdit*>(widget)) return line->hasSelectedText();
+    if (const auto* label = qobject_cast<const QLabel*>(widget)) return label->hasSelectedText();
+    if (const auto* text = qobject_cast<const QPlainTextEdit*>(widget)) {
+        return text->textCursor().hasSelection();
+    }
+    return false;
+}
+
+bool canSelectAll(const QWidget* widget) {
+    if (const auto* table = qobject_cast<const RecordTableView*>(widget)) {
+        return table->model() != nullptr && table->model()->rowCount() > 0;
+    }
+    if (const auto* line = qobject_cast<const QLineEdit*>(widget)) return !line->text().isEmpty();
+    if (const auto* label = qobject_cast<const QLabel*>(widget)) return !label->text().isEmpty();
+    if (const auto* text = qobject_cast<const QPlainTextEdit*>(widget)) {
+        return !text->document()->isEmpty();
+    }
+    return false;
+}
+
+void copyFrom(QWidget* widget) {
+    if (!canCopy(widget)) return;
+    if (auto* table = qobject_cast<RecordTableView*>(widget)) table->copySelection();
+    if (auto* line = qobject_cast<QLineEdit*>(widget)) line->copy();
+    if (auto* text = qobject_cast<QPlainTextEdit*>(widget)) text->copy();
+    if (auto* label = qobject_cast<QLabel*>(widget)) {
+        QApplication::clipboard()->setText(label->selectedText());
+    }
+}
+
+void selectAllOf(QWidget* widget) {
+    if (auto* table = qobject_cast<RecordTableView*>(widget)) table->selectAll();
+    if (auto* line = qobject_cast<QLineEdit*>(widget)) line->selectAll();
+    if (auto* text = qobject_cast<QPlainTextEdit*>(widget)) text->selectAll();
+    if (auto* label = qobject_cast<QLabel*>(widget)) {
+        label->setSelection(0, static_cast<int>(label->text().size()));
+    }
+}
+
+}  // namespace zorvel

@@ -1,0 +1,44 @@
+#include "app/look_choice.h"
+
+#include <QApplication>
+#include <QSettings>
+
+#include "ui/kit/look.h"
+
+namespace zorvel {
+
+namespace {
+
+const char lookKey[] = "look";
+
+const char* nameOf(LookChoice::Choice choice) {
+    return choice == LookChoice::light ? "light" : choice == LookChoice::dark ? "dark" : "desktop";
+}
+
+}  // namespace
+
+LookChoice::LookChoice(QApplication& application) : application_(application) {
+    const QString stored = QSettings().value(lookKey).toString();
+    for (const Choice choice : {light, dark}) {
+        if (stored == nameOf(choice)) choice_ = choice;
+    }
+    connect(&desktop_, &DesktopScheme::schemeDidChange, this, &LookChoice::apply);
+    apply();
+}
+
+void LookChoice::choose(Choice choice) {
+    if (choice == choice_) return;
+    choice_ = choice;
+    QSettings().setValue(lookKey, nameOf(choice));
+    apply();
+    emit choiceDidChange();
+}
+
+void LookChoice::apply() {
+    const ColorScheme scheme = choice_ == light  ? ColorScheme::light
+                               : choice_ == dark ? ColorScheme::dark
+                                                 : desktop_.scheme();
+    applyLook(application_, scheme);
+}
+
+}  // namespace zorvel

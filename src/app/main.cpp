@@ -1,0 +1,49 @@
+// zorvel: the desktop program.
+#include <QApplication>
+#include <cstdio>
+#include <memory>
+
+#include "app/command_line.h"
+#include "app/look_choice.h"
+#include "app/project_windows.h"
+#include "app/start_up.h"
+#include "metrics/random_source.h"
+#include "platform/job_queue.h"
+#include "ui/kit/open_panel.h"
+
+namespace {
+
+// Help and version need no display, so they are answered before Qt looks for one.
+std::optional<int> answerEarly(int argc, char** argv) {
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i) arguments.append(QString::fromLocal8Bit(argv[i]));
+    if (!arguments.contains("--help") && !arguments.contains("-h") &&
+        !arguments.contains("--version")) {
+        return std::nullopt;
+    }
+    const auto answer = zorvel::answerCommandLine(arguments);
+    if (!answer) return std::nullopt;
+    std::fputs(answer->text.toLocal8Bit().constData(), answer->status == 0 ? stdout : stderr);
+    return answer->status;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (const std::optional<int> status = answerEarly(argc, argv)) return *status;
+    QApplication application(argc, argv);
+    const QStringList arguments = QCoreApplication::arguments().mid(1);
+    if (const auto answer = zorvel::answerCommandLine(arguments)) {
+        std::fputs(answer->text.toLocal8Bit().constData(), stderr);
+        return answer->status;
+    }
+    zorvel::setUpApplication();
+    zorvel::JobQueue jobs;
+    zorvel::LookChoice look(application);
+    zorvel::DesktopOpenPanel panel;
+    zorvel::ProjectWindows windows(
+        jobs, [] { return std::make_unique<zorvel::SystemRandom>(); }, look, panel);
+    zorvel::MainWindowController& first = windows.openUntitled();
+    for (const QString& file : zorvel::filesOf(arguments)) windows.openFile(file, &first);
+    return QApplication::exec();
+}

@@ -1,0 +1,40 @@
+#include "ui/main/abundance_delegate.h"
+
+#include <QPainter>
+#include <algorithm>
+
+#include "ui/kit/look.h"
+#include "ui/main/species_table_model.h"
+
+namespace zorvel {
+
+namespace {
+constexpr int numberRoom = 76;  // pixels at the right end kept free of the bar
+constexpr double barHeight = 8;
+}  // namespace
+
+void AbundanceDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                              const QModelIndex& index) const {
+    QStyledItemDelegate::paint(painter, option, index);
+    const double share = index.data(SpeciesTableModel::shareRole).toDouble();
+    const double room = option.rect.width() - numberRoom;
+    const QString number = index.data(Qt::DisplayRole).toString();
+    if (share <= 0 || option.fontMetrics.horizontalAdvance(number) > numberRoom - 16) return;
+
+    const LookColors& colors = lookColors(option.palette);
+    const bool strong =
+        (option.state & QStyle::State_Selected) != 0 && (option.state & QStyle::State_Active) != 0;
+    QColor fill = strong ? colors.selectionText : colors.bar;
+    if (strong) fill.setAlphaF(0.35F);
+    const double width = std::max(2.0, room * share);
+    const QRectF bar(option.rect.right() - numberRoom - width,
+                     option.rect.center().y() - barHeight / 2 + 0.5, width, barHeight);
+    painter->save();
+    painter->setRenderHint(QPainter::Antialiasing);
+    painter->setPen(Qt::NoPen);
+    painter->setBrush(fill);
+    painter->drawRoundedRect(bar, 2, 2);
+    painter->restore();
+}
+
+}  // namespace zorvel
