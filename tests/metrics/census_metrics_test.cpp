@@ -1,0 +1,245 @@
+#include "metrics/census_metrics.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <limits>
+#include <string>
+
+#include "bench/plain_census_metrics.h"
+#include "metrics/random_source.h"
+#include "tests/metrics/same_number.h"
+
+namespace zorvel {
+namespace {
+
+constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
+constexpr std::int64_t least = std::numeric_limits<std::int64_t>::min();
+
+CensusMetrics oneByOne(CountsView counts) {
+    return {individuals(counts), richness(counts), chaoOne(counts),
+            chaoClassic(counts), shannonH(counts), fisherAlpha(counts),
+            pielouJ(counts),     simpsonD(counts), buzasE(counts)};
+}
+
+void expectSame(const CensusMetrics& actual, const CensusMetrics& expected,
+                const std::string& what) {
+    EXPECT_EQ(actual.individuals, expected.individuals) << what;
+    EXPECT_EQ(actual.richness, expected.richness) << what;
+    const auto expectField = [&](double a, double e, const char* field) {
+        EXPECT_TRUE(sameNumber(a, e)) << what << ", " << field << ": " << a << ", not " << e;
+    };
+    expectField(actual.chaoOne, expected.chaoOne, "chaoOne");
+    expectField(actual.chaoClassic, expected.chaoClassic, "chaoClassic");
+    expectField(actual.shannonH, expected.shannonH, "shannonH");
+    expectField(actual.fisherAlpha, expected.fisherAlpha, "fisherAlpha");
+    expectField(actual.pielouJ, expected.pielouJ, "pielouJ");
+    expectField(actual.simpsonD, expected.simpsonD, "simpsonD");
+    expectField(actual.buzasE, expected.buzasE, "buzasE");
+}
+
+TEST(CensusMetrics, DegenerateCensuses) {
+    struct Row {
+        std::string what;
+        CountsVector counts;
+        CensusMetrics expected;  // N, S, Chao1, classic, H, alpha, J, D, E
+    };
+    const CensusMetrics nothing{0, 0, 0, nan, 0, 0, 0, -0.0, infinity};
+    const Row rows[] = {
+        {"empty", {}, nothing},
+        {"zeros", CountsVector(300, 0), nothing},
+        {"one specimen", {1}, {1, 1, 1, infinity, 0, 0, nan, nan, 1}},
+        {"one specimen among zeros", {0, 1, 0}, {1, 1, 1, infinity, 0, 0, nan, nan, 1}},
+        {"one doubleton", {2}, {2, 1, 1, 1, 0, 0, nan, 0, 1}},
+        {"one taxon", {7}, {7, 1, 1, nan, 0, plain::fisherAlpha(CountsVector{7}), nan, 0, 1}},
+        {"two taxa below five", {4, 4}, {8, 2, 2, nan, std::log(2.0), 0, 1, 0.5 * (8.0 / 7), 1}},
+        {"only negative", {-3}, {-3, 0, 0, nan, 0, 0, 0, 0, infinity}},
+        {"N of 1 from a negative entry", {4, -3}, {1, 1, 1, nan, 0, 0, nan, nan, 1}},
+        {"N below S",
+         {6, 1, -6},
+         {1, 2, 2, infinity, plain::shannonH(CountsVector{6, 1}), 0,
+          plain::pielouJ(CountsVector{6, 1}), infinity, plain::buzasE(CountsVector{6, 1})}},
+        {"huge", {most}, {most, 1, 1, nan, 0, fisherAlpha(CountsVector{most}), nan, 0, 1}},
+    };
+    for (const Row& row : rows) {
+        expectSame(censusMetrics(row.counts), row.expected, row.what);
+        expectSame(oneByOne(row.counts), row.expected, row.what + ", one by one");
+    }
+}
+
+// alpha has no finite value where N = S: the steps would go on for a hundred million rounds.
+TEST(CensusMetrics, FisherEndsWhereAlphaIsInfinite) {
+    EXPECT_EQ(fisherAlpha(CountsVector{5, -4}), 0);
+    EXPECT_EQ(fisherAlpha(CountsVector{100, 1, 1, -99}), 0);
+    EXPECT_GT(fisherAlpha(CountsVector{100, 1, 1, -98}), 0);
+}
+
+TEST(CensusMetrics, SumsSaturate) {
+    struct Row {
+        CountsVector counts;
+        std::int64_t individuals;
+    };
+    const Row rows[] = {{{most, 1}, most},
+                        {{most, most, most}, most},
+                        {{least, -1}, least},
+                        {{most, 1, least, least}, least},
+                        {{most, most, least, 2}, most}};
+    for (const Row& row : rows) {
+        EXPECT_EQ(individuals(row.counts), row.individuals);
+        expectSame(censusMetrics(row.counts), oneByOne(row.counts), "saturated");
+    }
+    // N = 2^64 - 2 + 5 saturates to half of it, and the shares are taken of that.
+    EXPECT_TRUE(std::isfinite(shannonH(CountsVector{most, most, 5})));
+    EXPECT_TRUE(std::isfinite(fisherAlpha(CountsVector{most, most, 5})));
+}
+
+TEST(CensusMetrics, PublishedExamples) {
+    struct Row {
+        std::string source;
+        CountsVector counts;
+        double (*metric)(CountsView);
+        double expected;
+        double tolerance;
+    };
+    const CountsVector oakwood = {35, 26, 25, 21, 16, 11, 6, 5, 3, 3, 3, 3, 3, 2, 2, 2, 1, 1, 1, 1};
+    const CountsVector spruce = {30, 30, 3, 65, 20, 11, 4, 2, 14, 3, 9, 5, 1, 1};
+    CountsVector oldGrowth(84, 1);  // Colwell et al. 2012, table 1b
+    oldGrowth.insert(oldGrowth.end(), 10, 2);
+    for (const std::int64_t count : {3, 3, 3, 3, 4, 4, 4, 5, 5, 5, 5, 5, 6, 7, 7, 8, 14, 42})
+        oldGrowth.push_back(count);
+    CountsVector amazon(75, 1);  // the Amazon soil bacteria of mothur's manual
+    for (const std::int64_t count : {2, 2, 2, 2, 2, 2, 3, 4, 4}) amazon.push_back(count);
+    const CountsVector chaoExample = {1, 1, 4, 2, 5, 2, 4, 1, 2};
+    const Row rows[] = {
+        {"Magurran 1988, oakwood H", oakwood, shannonH, 2.408, 5e-4},
+        {"Magurran 1988, oakwood J", oakwood, pielouJ, 0.8038044, 5e-8},
+        {"Magurran 1988, oakwood D", oakwood, simpsonD, 1 - 0.1147233, 5e-8},
+        {"Magurran 1988, oakwood E", oakwood, buzasE, 0.5555763, 5e-8},
+        {"Magurran 1988, oakwood alpha", oakwood, fisherAlpha, 5.8875351, 2e-5},
+        {"Magurran 1988, oakwood Chao1", oakwood, chaoOne, 21.5, 1e-12},
+        {"Magurran 1988, oakwood classic", oakwood, chaoClassic, 22 + 2.0 / 3, 1e-12},
+        {"Magurran 1988, spruce H", spruce, shannonH, 2.0559909, 5e-8},
+        {"Magurran 1988, spruce alpha", spruce, fisherAlpha, 3.4397185, 2e-5},
+        {"Magurran 1988, spruce classic", spruce, chaoClassic, 16, 1e-12},
+        {"mothur, Amazon Chao1", amazon, chaoOne, 480.428571, 1e-6},
+        {"mothur, Amazon H", amazon, shannonH, 4.353294, 1e-6},
+        {"mothur, Amazon D", amazon, simpsonD, 1 - 0.004418, 1e-6},
+        {"EstimateS, Chao1", chaoExample, chaoOne, 9.75, 1e-12},
+        {"EstimateS, classic", chaoExample, chaoClassic, 10.5, 1e-12},
+        {"scikit-bio, J", chaoExample, pielouJ, 0.9248549056, 1e-10},
+        {"scikit-bio, H", {1, 2, 3, 4}, shannonH, 1.279854226, 1e-9},
+        {"scikit-bio, E", {1, 2, 3, 4}, buzasE, 0.8990288667, 1e-10},
+        {"scikit-bio, D", {1, 2, 5, 2}, simpsonD, 11.0 / 15, 1e-12},
+        {"vegan, alpha of two taxa", {61, 1}, fisherAlpha, 0.3950909, 1e-5},
+        {"vegan, alpha of a dominant", {999, 10}, fisherAlpha, 0.2396492, 1e-5},
+        {"Colwell et al. 2012, classic", oldGrowth, chaoClassic, 464.8, 1e-10},
+        {"Colwell et al. 2012, Chao1", oldGrowth, chaoOne, 428.9090909, 5e-8},
+    };
+    for (const Row& row : rows)
+        EXPECT_NEAR(row.metric(row.counts), row.expected, row.tolerance) << row.source;
+}
+
+// Counts spread evenly over the logarithms, with zeros, over lengths on both sides of a block.
+CountsVector randomCensus(RandomSource& random) {
+    CountsVector counts(1 + random.below(700));
+    const double magnitude = static_cast<double>(1 + random.below(20));
+    const std::uint64_t absentOf = 1 + random.below(4);
+    for (std::int64_t& count : counts) {
+        const double uniform = random.bits32() / 4294967296.0;
+        count = random.below(absentOf + 1) == 0
+                    ? 0
+                    : static_cast<std::int64_t>(std::exp(uniform * magnitude));
+    }
+    return counts;
+}
+
+double relativeError(double actual, long double exact) {
+    if (exact == 0) return std::fabs(actual);
+    return static_cast<double>(std::fabs((actual - exact) / exact));
+}
+
+TEST(CensusMetrics, RandomCensusesAgainstTheTextbook) {
+    SeededRandom random(2024);
+    double worst = 0;
+    double worstOfTextbook = 0;
+    const auto compare = [&](double actual, double textbook, long double exact) {
+        if (!std::isfinite(exact)) {
+            EXPECT_TRUE(sameNumber(actual, textbook));
+            return;
+        }
+        worst = std::max(worst, relativeError(actual, exact));
+        worstOfTextbook = std::max(worstOfTextbook, relativeError(textbook, exact));
+    };
+    for (int round = 0; round < 1000; ++round) {
+        const CountsVector counts = randomCensus(random);
+        CensusMetrics actual = censusMetrics(counts);
+        CensusMetrics textbook = plain::censusMetrics(counts);
+        expectSame(actual, oneByOne(counts), "one by one");
+        compare(actual.shannonH, textbook.shannonH, plain::shannonH<long double>(counts));
+        compare(actual.pielouJ, textbook.pielouJ, plain::pielouJ<long double>(counts));
+        compare(actual.simpsonD, textbook.simpsonD, plain::simpsonD<long double>(counts));
+        compare(actual.buzasE, textbook.buzasE, plain::buzasE<long double>(counts));
+        // Integers, both Chao estimates and each of Fisher's steps are the textbook's to the bit.
+        textbook.shannonH = actual.shannonH;
+        textbook.pielouJ = actual.pielouJ;
+        textbook.simpsonD = actual.simpsonD;
+        textbook.buzasE = actual.buzasE;
+        expectSame(actual, textbook, "textbook");
+    }
+    EXPECT_LE(worst, worstOfTextbook);
+    EXPECT_LT(worst, 1e-13);
+}
+
+TEST(CensusMetrics, AbsentTaxaChangeNothing) {
+    SeededRandom random(7);
+    for (int round = 0; round < 200; ++round) {
+        CountsVector counts = randomCensus(random);
+        const CensusMetrics before = censusMetrics(counts);
+        for (int i = 0; i < 50; ++i)
+            counts.insert(counts.begin() + static_cast<std::ptrdiff_t>(random.below(counts.size())),
+                          0);
+        expectSame(censusMetrics(counts), before, "with zeros");
+    }
+}
+
+// Large steps are many where N is just above S.
+TEST(CensusMetrics, FisherKeepsToItsSteps) {
+    for (const std::size_t singletons : {10, 1000, 20'000}) {
+        CountsVector counts(singletons, 1);
+        counts.push_back(5);
+        EXPECT_TRUE(sameNumber(fisherAlpha(counts), plain::fisherAlpha(counts))) << singletons;
+    }
+}
+
+TEST(CensusMetrics, ProportionsOfPresentEntries) {
+    const std::vector<double> expected = {0.5, 0.125, 0.375};
+    EXPECT_EQ(proportions(CountsVector{4, 0, 1, -8, 3}), expected);
+    EXPECT_TRUE(proportions(CountsVector{0, -1}).empty());
+}
+
+TEST(FormatMetric, Texts) {
+    struct Row {
+        double value;
+        int digits;
+        std::string text;
+    };
+    const Row rows[] = {{nan, 1, "-"},
+                        {infinity, 3, "-"},
+                        {-infinity, 3, "-"},
+                        {0.0, 3, "0.0"},
+                        {-0.0, 1, "0.0"},
+                        {2.5, 3, "2.500"},
+                        {2.5, 0, "2"},
+                        {0.25, 1, "0.2"},
+                        {0.0004, 3, "0.000"},
+                        {-0.04, 1, "-0.0"},
+                        {9.96, 1, "10.0"},
+                        {1.0005, 3, "1.000"},
+                        {1e21, 1, "1000000000000000000000.0"}};
+    for (const Row& row : rows) EXPECT_EQ(formatMetric(row.value, row.digits), row.text);
+}
+
+}  // namespace
+}  // namespace zorvel

@@ -1,0 +1,168 @@
+#include "metrics/sqs.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "base/console.h"
+#include "metrics/sqs_trials.h"
+
+namespace zorvel {
+namespace {
+
+constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
+
+// How many random bits a trial needs.
+class CountingRandom final : public RandomSource {
+  public:
+    [[nodiscard]] std::size_t words() const { return words_; }
+
+  protected:
+    void fill(Buffer& buffer) override {
+        for (std::uint64_t& word : buffer) word = source_.bits64();
+        words_ += buffer.size();
+    }
+
+  private:
+    SeededRandom source_{3};
+    std::size_t words_ = 0;
+};
+
+std::vector<std::string> consoleOf(const CountsVector& counts, double quota,
+                                   std::optional<double>& estimate) {
+    std::vector<std::string> lines;
+    setConsoleSink([&lines](std::string_view line) { lines.emplace_back(line); });
+    SeededRandom random(1);
+    estimate = alroySQS(counts, 100, quota, random);
+    setConsoleSink({});
+    return lines;
+}
+
+TEST(AlroySqs, AbsencesAndTheirWarnings) {
+    struct Row {
+        std::string what;
+        CountsVector counts;
+        double quota;
+        bool present;
+        std::string warning;
+    };
+    const std::string singletons =
+        "WARNING: Good's U is 0: everything but the dominant is a singleton, and it may be too";
+    const std::string coverage = "WARNING: Quota exceeds sum of frequencies: ";
+    const CountsVector worked = {10, 5, 3, 2, 1, 1};
+    const Row rows[] = {
+        {"no taxa", {}, 0.8, false, ""},
+        {"ten specimens", {5, 3, 2}, 0.8, false, ""},
+        {"ten singletons", CountsVector(10, 1), 0.8, false, ""},
+        {"absent taxa do not count", {5, 3, 2, 0, -4}, 0.8, false, ""},
+        {"eleven specimens", {5, 4, 2}, 0.5, true, ""},
+        {"eleven singletons", CountsVector(11, 1), 0.8, false, singletons},
+        {"singletons at quota 0", CountsVector(11, 1), 0, false, singletons},
+        {"within reach", worked, 0.8, true, ""},
+        {"coverage itself", worked, 0.9204545454545454, true, ""},
+        {"above coverage", worked, 0.95, false, coverage + "0.9204545454545454"},
+        {"far above coverage", worked, infinity, false, coverage + "0.9204545454545454"},
+        {"above a whole coverage", {20, 20}, 1.5, false, coverage + "1"},
+        {"above the specimens", {20, 20}, 41, false, coverage + "1"},
+    };
+    for (const Row& row : rows) {
+        std::optional<double> estimate;
+        const std::vector<std::string> lines = consoleOf(row.counts, row.quota, estimate);
+        EXPECT_EQ(estimate.has_value(), row.present) << row.what;
+        const std::vector<std::string> expected =
+            row.warning.empty() ? std::vector<std::string>{} : std::vector{row.warning};
+        EXPECT_EQ(lines, expected) << row.what;
+    }
+    EXPECT_EQ((SqsResult{std::nullopt, SqsAbsence::quotaAboveSpecimens, 1}.warning()),
+              "WARNING: Quota exceeds number of specimens");
+}
+
+TEST(AlroySqs, PresentButNotANumber) {
+    struct Row {
+        std::int64_t trials;
+        double quota;
+    };
+    const CountsVector counts = {10, 5, 3, 2, 1, 1};
+    for (const Row& row : {Row{100, 0}, Row{100, -0.5}, Row{100, -infinity}, Row{100, nan},
+                           Row{0, 0.8}, Row{-3, 0.8}}) {
+        SeededRandom random(1);
+        const SqsResult result = shareholderQuorum(counts, row.trials, row.quota, random);
+        ASSERT_TRUE(result.estimate.has_value());
+        EXPECT_TRUE(std::isnan(*result.estimate)) << row.trials << " trials, quota " << row.quota;
+        EXPECT_EQ(result.absence, SqsAbsence::none);
+    }
+}
+
+// Four taxa of frequency 1/4: the quota is met by the second exactly, and nothing is thrown back.
+TEST(AlroySqs, QuotaMetExactlyKeepsTheLastTaxon) {
+    SeededRandom random(1);
+    EXPECT_NEAR(*alroySQS(CountsVector(4, 4), 100, 0.5, random), 2, 1e-14);
+}
+
+// One taxon holds all: it is thrown back at random with its frequency, here nearly always, and the
+// few trials that keep it are scaled by their share.
+TEST(AlroySqs, TrialsWithoutTaxaLowerTheEstimate) {
+    const CountsVector counts = {199, 1};  // frequencies (199 - 0.25) / 200 and 0.75 / 200
+    SeededRandom random(5);
+    const double estimate = *alroySQS(counts, 20'000, 0.5, random);
+    EXPECT_GT(estimate, 0);
+    EXPECT_LT(estimate, 0.03);
+}
+
+// At the largest quota within reach, rounding can keep the sum just below it.
+TEST(AlroySqs, EndsWhereRoundingKeepsTheQuotaOutOfReach) {
+    SeededRandom random(9);
+    int outOfReach = 0;
+    for (int round = 0; round < 300; ++round) {
+        CountsVector counts(3 + random.below(8));
+        for (std::int64_t& count : counts) count = 3 + static_cast<std::int64_t>(random.below(90));
+        const double quota = shareholderQuorum(counts, 0, 2, random).frequencySum;
+        std::vector<AbundanceClass> classes = abundanceClasses(counts);
+        double specimens = 0;
+        for (const AbundanceClass& each : classes)
+            specimens += static_cast<double>(each.count * each.taxa);
+        double ascending = 0;
+        for (const AbundanceClass& each : classes)
+            for (std::int64_t i = 0; i < each.taxa; ++i)
+                ascending += static_cast<double>(each.count) / specimens;
+        outOfReach += ascending < quota ? 1 : 0;
+        SqsTrials trials(classes, {specimens, 0}, quota);
+        const auto taxa = static_cast<std::int64_t>(counts.size());
+        for (int trial = 0; trial < 50; ++trial) {
+            const std::int64_t seen = trials.next(random);
+            EXPECT_TRUE(seen == taxa || seen == taxa - 1) << seen << " of " << taxa;
+        }
+    }
+    EXPECT_GT(outOfReach, 0);
+}
+
+// Drawing with replacement alone would wait a billion draws for each of the last taxa.
+TEST(AlroySqs, RareTaxaBesideAGiantTakeFewDraws) {
+    CountsVector counts(200, 3);
+    counts.push_back(1'000'000'000'000);
+    const double specimens = 1e12 + 600;
+    SqsTrials trials(abundanceClasses(counts), {specimens, 0}, 1 - 30 / specimens);
+    CountingRandom random;
+    std::int64_t fewest = 201;
+    for (int trial = 0; trial < 100; ++trial) fewest = std::min(fewest, trials.next(random));
+    EXPECT_GE(fewest, 190);
+    EXPECT_LT(random.words(), 100U * 2 * 1000);
+}
+
+TEST(AlroySqs, SpecimensBeyondSixtyFourBits) {
+    for (const CountsVector& counts :
+         {CountsVector{most, most, most, 5, 1}, CountsVector(1000, most), CountsVector{most, 1}}) {
+        SeededRandom random(1);
+        const SqsResult result = shareholderQuorum(counts, 100, 0.8, random);
+        ASSERT_TRUE(result.estimate.has_value());
+        EXPECT_TRUE(std::isnan(*result.estimate) || *result.estimate > 0);
+    }
+}
+
+}  // namespace
+}  // namespace zorvel
