@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "interchange/characters.h"
+#include "interchange/lines.h"
 #include "interchange/scan_field.h"
 #include "interchange/text_file.h"
 #include "interchange/whole_integer.h"
@@ -12,9 +13,7 @@ using namespace std::string_view_literals;
 
 // The line that begins there, without its line break.
 std::string_view lineAt(std::string_view text, std::size_t start) {
-    std::size_t end = start;
-    while (end < text.size() && lineBreakLength(text, end) == 0) ++end;
-    return text.substr(start, end - start);
+    return text.substr(start, lineEnd(text, start) - start);
 }
 
 std::size_t quotedCells(std::string_view line) {

@@ -5,6 +5,7 @@
 
 #include "base/numbers.h"
 #include "interchange/characters.h"
+#include "interchange/lines.h"
 #include "interchange/parsers.h"
 #include "interchange/whole_integer.h"
 
@@ -24,11 +25,9 @@ class Lines {
     std::optional<std::string_view> next() {
         if (done_) return std::nullopt;
         start_ = position_;
-        std::size_t end = start_;
-        std::size_t length = 0;
-        while (end < text_.size() && (length = lineBreakLength(text_, end)) == 0) ++end;
+        const std::size_t end = lineEnd(text_, start_);
         done_ = end == text_.size();
-        position_ = end + length;
+        position_ = end + lineBreakLength(text_, end);
         return text_.substr(start_, end - start_);
     }
     // True after the last line.
