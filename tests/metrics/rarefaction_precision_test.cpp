@@ -1,0 +1,129 @@
+// Individual-based rarefaction against its definition in quadruple precision.
+#include <gtest/gtest.h>
+#include <quadmath.h>
+
+#include <algorithm>
+#include <string>
+#include <unordered_map>
+
+#include "bench/plain_rarefaction.h"
+#include "metrics/abundance_classes.h"
+#include "metrics/census_metrics.h"
+#include "metrics/rarefaction_sums.h"
+#include "tests/metrics/rarefaction_support.h"
+
+namespace zorvel {
+namespace {
+
+__extension__ typedef __float128 Quad;
+
+class QuadRarefaction {
+  public:
+    QuadRarefaction(CountsView counts, std::int64_t n) : total_(individuals(counts)), n_(n) {
+        const std::vector<AbundanceClass> classes = abundanceClasses(counts);
+        for (std::size_t i = 0; i < classes.size(); ++i) {
+            const Quad taxa = classes[i].taxa, q = missing(classes[i].count);
+            estimate_ += taxa * (1 - q);
+            if (q < 1e-50) continue;  // as for every pair with such a taxon
+            variance_ += taxa * q * (1 - q);
+            variance_ += taxa * (taxa - 1) * (missing(2 * classes[i].count) - q * q);
+            for (std::size_t j = 0; j < i; ++j) {
+                const Quad both = missing(classes[i].count + classes[j].count);
+                variance_ += 2 * taxa * classes[j].taxa * (both - q * missing(classes[j].count));
+            }
+        }
+    }
+    // Of a value, relative to max(1, true value).
+    [[nodiscard]] double estimateError(double value) const { return error(value, estimate_); }
+    [[nodiscard]] double varianceError(double value) const { return error(value, variance_); }
+
+  private:
+    static double error(double value, Quad truth) {
+        return static_cast<double>(fabsq(value - truth) / fmaxq(1, fabsq(truth)));
+    }
+    Quad lnFactorial(std::int64_t k) const { return lgammaq(static_cast<Quad>(k) + 1); }
+    Quad missing(std::int64_t s) {
+        if (s > total_ - n_) return 0;
+        const auto known = known_.find(s);
+        if (known != known_.end()) return known->second;
+        const Quad value = expq(lnFactorial(total_ - s) - lnFactorial(total_ - s - n_) -
+                                lnFactorial(total_) + lnFactorial(total_ - n_));
+        return known_.emplace(s, value).first->second;
+    }
+
+    std::int64_t total_, n_;
+    std::unordered_map<std::int64_t, Quad> known_;
+    Quad estimate_ = 0, variance_ = 0;
+};
+
+CountsVector joined(CountsVector counts, std::size_t taxa, std::int64_t count) {
+    counts.insert(counts.end(), taxa, count);
+    return counts;
+}
+
+CountsVector ladder(std::int64_t largest) {
+    CountsVector counts;
+    for (std::int64_t count = 1; count <= largest; ++count) counts.push_back(count);
+    return counts;
+}
+
+TEST(RarefactionPrecision, HoldsForEverySize) {
+    struct Community {
+        std::string name;
+        CountsVector counts;
+    };
+    const std::vector<Community> communities = {
+        {"few", {10, 5, 3, 2, 1, 1}},
+        {"one rare", {999'999, 1}},
+        {"three huge", {3'333'333, 3'333'333, 3'333'334}},
+        {"huge and rare", {9'000'000, 500'000, 3, 2, 1, 1}},
+        {"2000 of 5", CountsVector(2'000, 5)},
+        {"singletons", CountsVector(10'000'000, 1)},
+        {"half singletons", joined({5'000'000}, 5'000'000, 1)},
+        {"ladder", ladder(1'000)},
+        {"steps of 9", joined(joined(ladder(300), 20'000, 9), 20'000, 18)},
+        {"20000 taxa", randomCommunity(5, 20'000, 8.3)},
+        {"wide", randomCommunity(6, 300, 12.4)},
+        {"negative", {900'000, 800'000, 5, 3, 2, 1, 1, -710'000}},
+        {"negative ladder", joined(ladder(200), 1, -19'000)},
+    };
+    for (const auto& [name, counts] : communities) {
+        const std::int64_t total = individuals(counts);
+        ASSERT_LE(total, 10'000'000);
+        for (const std::int64_t n :
+             {std::int64_t{2}, std::int64_t{50}, std::int64_t{90}, total / 2000, total / 100,
+              total / 2, total - total / 50, total - 7, total - 1}) {
+            if (n < 2 || n >= total) continue;
+            SCOPED_TRACE(name + ", n = " + std::to_string(n));
+            const QuadRarefaction truth(counts, n);
+            const RichnessMoments found = RarefactionSums(counts, n).at(n);
+            EXPECT_LE(truth.estimateError(found.estimate), 1e-12);
+            EXPECT_LE(truth.varianceError(found.variance), 1e-11);
+        }
+    }
+}
+
+TEST(RarefactionPrecision, ExceedsThePlainForms) {
+    const std::vector<double> lf = plain::logFactorials(1'000'000);
+    double worstEstimate = 0, worstVariance = 0, plainEstimate = 0, plainVariance = 0;
+    for (std::uint64_t seed = 1; seed <= 40; ++seed) {
+        const CountsVector counts =
+            randomCommunity(seed, 5 * seed, 2 + 0.1 * static_cast<double>(seed));
+        const std::int64_t total = individuals(counts);
+        for (const std::int64_t n : {std::int64_t{2}, total / 70, total / 3, total - 2}) {
+            if (n < 2) continue;
+            const QuadRarefaction truth(counts, n);
+            const RichnessMoments found = RarefactionSums(counts, n).at(n);
+            const plain::Richness plainly = plain::individualBasedPoint(lf, counts, n);
+            worstEstimate = std::max(worstEstimate, truth.estimateError(found.estimate));
+            worstVariance = std::max(worstVariance, truth.varianceError(found.variance));
+            plainEstimate = std::max(plainEstimate, truth.estimateError(plainly.estimate));
+            plainVariance = std::max(plainVariance, truth.varianceError(plainly.variance));
+        }
+    }
+    EXPECT_LE(worstEstimate, 1e-3 * plainEstimate);
+    EXPECT_LE(worstVariance, 1e-3 * plainVariance);
+}
+
+}  // namespace
+}  // namespace zorvel
