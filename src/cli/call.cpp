@@ -85,21 +85,24 @@ void addCommonOptions(CLI::App& app, Call& call) {
     app.set_version_flag("--version", "zorvel-cli " ZORVEL_VERSION, "Print the version and exit");
     app.add_option_function<std::string>(
            "--kind", [&call](const std::string& text) { call.kind = readKind(text); },
-           "What FILE holds: list (bare counts), census (name,abundance lines), matrix "
-           "(censuses by taxa; the default) or ios (export of the phone app)")
+           "What FILE holds: list (bare counts), census (lines of\n"
+           "name,abundance), matrix (censuses by taxa; the default) or\n"
+           "ios (export of the phone app)")
         ->type_name("KIND");
     app.add_option_function<std::string>(
            "--size", [&call](const std::string& text) { call.size = readSize(text); },
-           "Specimens, or censuses where sample-based, to rarefy to: at least 1 (default 50)")
+           "Specimens, or censuses where sample-based, to rarefy to:\n"
+           "at least 1 (default 50)")
         ->type_name("N");
     app.add_option_function<std::string>(
            "--quota", [&call](const std::string& text) { call.quota = readQuota(text); },
-           "Coverage for SQS: any finite number, of use between 0 and 1 (default 0.8; the "
-           "text of metrics always uses 0.8)")
+           "Coverage for SQS: any finite number, of use between 0 and 1\n"
+           "(default 0.8; the text of metrics always uses 0.8)")
         ->type_name("Q");
     app.add_option_function<std::string>(
            "--seed", [&call](const std::string& text) { call.seed = readSeed(text); },
-           "Make the random draws of SQS the same at every call: 0 to 2^64-1")
+           "Make the random draws of SQS the same at every call:\n"
+           "0 to 2^64-1")
         ->type_name("S");
     app.add_flag("--json", call.json, "Write JSON with all digits instead of text");
     app.add_option("--output", call.output, "Write to this file, whole or not at all")
@@ -114,7 +117,8 @@ void addCommand(CLI::App& app, const Command& command, Call& call) {
     CLI::Option* census = nullptr;
     if (command.takesCensus) {
         census = sub->add_option("--census", call.census,
-                                 "The census to take: the first of this name (default: the first)")
+                                 "The census to take, the first of this name\n"
+                                 "(default: the first of the file)")
                      ->type_name("NAME");
     }
     if (command.takesSamples) {
@@ -150,14 +154,22 @@ void checkCall(const CLI::App& app, const Call& call) {
 Reply helpReply(const CLI::App& app) {
     const auto subs = app.get_subcommands();
     const CLI::App& asked = subs.empty() ? app : *subs.front();
-    return {ExitCode::success, asked.help(subs.empty() ? "" : "zorvel-cli")};
+    return {ExitCode::success, asked.help(subs.empty() ? "" : "zorvel-cli") + "\n"};
+}
+
+std::string reasonOf(const CLI::App& app, const CLI::ParseError& error) {
+    if (!app.get_subcommands().empty()) return error.what();
+    const std::vector<std::string> unknown = app.remaining();
+    if (unknown.empty()) return error.get_name() == "RequiredError" ? "no command" : error.what();
+    return "there is no " + std::string(unknown.front().starts_with('-') ? "option" : "command") +
+           " '" + unknown.front() + "'";
 }
 
 Reply errorReply(const CLI::App& app, const CLI::ParseError& error) {
     const auto subs = app.get_subcommands();
     const std::string help = subs.empty() ? "" : " " + subs.front()->get_name();
     return {ExitCode::wrongCall,
-            "zorvel-cli: " + std::string(error.what()) + "\nTry: zorvel-cli" + help + " --help\n"};
+            "zorvel-cli: " + reasonOf(app, error) + "\nTry: zorvel-cli" + help + " --help"};
 }
 
 }  // namespace
@@ -168,6 +180,8 @@ std::variant<Call, Reply> readCall(int argc, const char* const* argv) {
     addCommonOptions(app, call);
     for (const Command* command : commands) addCommand(app, *command, call);
     app.require_subcommand(1);
+    app.get_formatter()->label("SUBCOMMAND", "COMMAND FILE");
+    app.get_formatter()->label("Subcommands", "Commands");
     app.footer(programFooter);
     try {
         app.parse(argc, argv);

@@ -32,7 +32,7 @@ struct Call {
 // wrong with the call on standard error.
 struct Reply {
     ExitCode code = ExitCode::success;
-    std::string text;  // whole lines
+    std::string text;  // for standard error without its last line feed, as messages are
 };
 
 std::variant<Call, Reply> readCall(int argc, const char* const* argv);

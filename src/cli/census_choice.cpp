@@ -38,6 +38,13 @@ std::size_t editDistance(const std::string& from, const std::string& to) {
     return row[to.size()];
 }
 
+// A name that holds the other whole, on either side, is as close as one that is a letter off.
+std::size_t distanceBetween(const std::string& name, const std::string& target) {
+    const bool holds = name.find(target) != std::string::npos ||
+                       (!name.empty() && target.find(name) != std::string::npos);
+    return holds ? 1 : editDistance(name, target);
+}
+
 // The closest first, in the file's order among equals.
 NameList closeNames(const NameList& names, const std::string& wanted) {
     const std::string target = lowered(wanted);
@@ -45,7 +52,7 @@ NameList closeNames(const NameList& names, const std::string& wanted) {
     std::vector<std::pair<std::size_t, std::size_t>> found;
     for (std::size_t i = 0; i < names.size() && target.size() <= longestCompared; ++i) {
         if (names[i].size() > longestCompared) continue;
-        const std::size_t distance = editDistance(lowered(names[i]), target);
+        const std::size_t distance = distanceBetween(lowered(names[i]), target);
         if (distance <= farthest) found.emplace_back(distance, i);
     }
     std::sort(found.begin(), found.end());

@@ -27,7 +27,7 @@ ExitCode end(Output& output) {
     const std::optional<Problem> problem = output.finish();
     if (!problem) return ExitCode::success;
     // The reader of a pipe that has seen enough needs no message.
-    if (problem->systemError != EPIPE) tell("zorvel-cli: " + problem->message);
+    if (problem->systemError != EPIPE) tell(problem->message);
     return ExitCode::failure;
 }
 
@@ -37,7 +37,7 @@ ExitCode answer(const Reply& reply) {
         output.write(reply.text);
         return end(output);
     }
-    static_cast<void>(writeAll(STDERR_FILENO, reply.text));
+    tell(reply.text);
     return reply.code;
 }
 

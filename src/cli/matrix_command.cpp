@@ -24,7 +24,7 @@ std::optional<Problem> run(const Call& /*call*/, Project& project, Output& outpu
 
 const Command matrixCommand = {
     .name = "matrix",
-    .description = "The censuses by taxa as a comma-separated table, whatever the kind of the file",
+    .description = "The censuses by taxa as a census matrix",
     .example = "matrix phone-export.txt --kind ios --output counts.csv",
     .refusesJson = true,
     .run = run,

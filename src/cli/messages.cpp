@@ -1,20 +1,16 @@
 #include "cli/messages.h"
 
-#include <unistd.h>
-
 #include <utility>
 
 #include "base/console.h"
 #include "base/numbers.h"
-#include "cli/output.h"
+#include "interchange/text_file.h"
 
 namespace zorvel::cli {
 
 void tell(std::string_view message) {
-    std::string line(message);
-    line += '\n';
-    // There is nowhere left to report that this failed.
-    static_cast<void>(writeAll(STDERR_FILENO, line));
+    // There is nowhere left to report a failure.
+    static_cast<void>(writeFileWhole("/dev/stderr", std::string(message) + "\n"));
 }
 
 void tellAt(std::string_view file, TextPlace place, std::string_view message) {

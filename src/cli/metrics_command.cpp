@@ -49,7 +49,7 @@ std::optional<Problem> run(const Call& call, Project& project, Output& output) {
 
 const Command metricsCommand = {
     .name = "metrics",
-    .description = "The metrics of every census, over all its taxa, as a comma-separated table",
+    .description = "The metrics table of every census, over all its taxa",
     .example = "metrics counts.csv --output metrics.csv",
     .run = run,
 };

@@ -10,9 +10,6 @@
 
 namespace zorvel::cli {
 
-// All bytes to an open file; 0, or the system's error number.
-int writeAll(int descriptor, std::string_view bytes);
-
 class Output {
   public:
     // Absent or "-": standard output.
@@ -22,17 +19,19 @@ class Output {
     void write(char byte) { write(std::string_view(&byte, 1)); }
 
     // True once standard output has refused a byte: what follows is dropped.
-    [[nodiscard]] bool failed() const { return error_ != 0; }
+    [[nodiscard]] bool failed() const { return problem_.has_value(); }
 
-    // Must be called once, last. A problem with system error EPIPE is a reader that went away.
+    // Must be called once, last. The problem names the file; its system error is EPIPE where a
+    // reader went away.
     [[nodiscard]] std::optional<Problem> finish();
 
   private:
-    void flush();
+    void send(std::string_view bytes);
 
-    std::optional<std::string> path_;
+    std::string path_;
+    bool streams_;  // to standard output; otherwise all is kept until the end
     std::string pending_;
-    int error_ = 0;
+    std::optional<Problem> problem_;
 };
 
 }  // namespace zorvel::cli

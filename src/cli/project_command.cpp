@@ -74,9 +74,7 @@ std::optional<Problem> run(const Call& call, Project& project, Output& output) {
 
 const Command projectCommand = {
     .name = "project",
-    .description =
-        "The metrics of all censuses pooled, their averages, Chao2 and sample-based "
-        "rarefied richness: caption, tab, value",
+    .description = "The metrics of all censuses, pooled, averaged and by incidence",
     .example = "project counts.csv --json",
     .run = run,
 };

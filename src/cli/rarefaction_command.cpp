@@ -63,7 +63,7 @@ std::optional<Problem> run(const Call& call, Project& project, Output& output) {
 
 const Command rarefactionCommand = {
     .name = "rarefaction",
-    .description = "The rarefaction table of one census's included taxa, or over the censuses",
+    .description = "The rarefaction table of a census, or over the censuses",
     .example = "rarefaction counts.csv --samples",
     .takesCensus = true,
     .takesSamples = true,

@@ -32,7 +32,7 @@ std::optional<Problem> run(const Call& call, Project& project, Output& output) {
 
 const Command summaryCommand = {
     .name = "summary",
-    .description = "The metrics of one census, over its included taxa: caption, tab, value",
+    .description = "The metrics of one census, over its included taxa",
     .example = "summary counts.csv --census North --size 100",
     .takesCensus = true,
     .run = run,

@@ -1,0 +1,102 @@
+// Where results go, and what happens when they cannot go there.
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "tool.h"
+
+namespace zorvel::test {
+namespace {
+
+// The tool under bash, which redirects its streams: "$@" is the call.
+Ran runRedirected(const std::string& script, std::vector<std::string> arguments,
+                  const Surroundings& surroundings = {}) {
+    arguments.insert(arguments.begin(), {"bash", "-c", script, "bash", ZORVEL_CLI});
+    return runProgram(arguments, surroundings);
+}
+
+std::size_t filesIn(const TemporaryFolder& folder) {
+    return static_cast<std::size_t>(
+        std::distance(std::filesystem::directory_iterator(folder.path()), {}));
+}
+
+TEST(Output, FileHoldsWhatStandardOutputWould) {
+    const TemporaryFolder folder;
+    const std::string file = folder.file("result");
+    writeBytes(file, std::string(100'000, 'x'));
+    for (const char* command : {"matrix", "records", "project", "metrics"}) {
+        const Ran shown = runTool({command, mitesFile, "--seed", "1"});
+        const Ran kept = runTool({command, mitesFile, "--seed", "1", "--output", file});
+        EXPECT_EQ(kept.exitCode, 0) << kept.err;
+        EXPECT_EQ(kept.out, "");
+        EXPECT_EQ(readBytes(file), shown.out);
+        EXPECT_EQ(runTool({command, mitesFile, "--seed", "1", "--output", "-"}).out, shown.out);
+    }
+    EXPECT_EQ(filesIn(folder), 1U) << "nothing else is left beside it";
+}
+
+TEST(Output, FileMayBeTheInput) {
+    const TemporaryFolder folder;
+    const std::string file = folder.file("counts.csv");
+    writeBytes(file, " ,b,a\r\nNorth,1,2\r\n");
+    EXPECT_EQ(runTool({"matrix", file, "--output", file}).exitCode, 0);
+    EXPECT_EQ(readBytes(file), " , a, b\nNorth,2,1\n");
+}
+
+TEST(Output, NothingIsWrittenOnAProblem) {
+    const TemporaryFolder folder;
+    const std::string kept = folder.file("kept");
+    writeBytes(kept, "old");
+    EXPECT_EQ(runTool({"project", "one.csv", "--kind", "census", "--output", kept}).exitCode, 1);
+    EXPECT_EQ(readBytes(kept), "old");
+    const std::string nowhere = folder.file("none/result");
+    const Ran ran = runTool({"metrics", "three.csv", "--output", nowhere});
+    EXPECT_EQ(ran.exitCode, 1);
+    EXPECT_EQ(ran.out, "");
+    EXPECT_EQ(ran.err, nowhere + ": cannot be written: No such file or directory\n");
+    EXPECT_EQ(filesIn(folder), 1U);
+}
+
+TEST(Output, FullDeviceIsAProblem) {
+    const std::string full = "<stdout>: cannot be written: No space left on device\n";
+    const std::vector<std::vector<std::string>> calls = {
+        {"metrics", "three.csv"}, {"records", mitesFile}, {"--help"}, {"--version"}};
+    for (const auto& call : calls) {
+        const Ran ran = runRedirected("\"$@\" >/dev/full", call);
+        EXPECT_EQ(ran.exitCode, 1);
+        EXPECT_EQ(ran.err, full);
+    }
+    // The device stays what it is.
+    const Ran device = runTool({"metrics", "three.csv", "--output", "/dev/full"});
+    EXPECT_EQ(device.exitCode, 1);
+    EXPECT_EQ(device.err, "/dev/full: cannot be written: No space left on device\n");
+    EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));
+}
+
+TEST(Output, ClosedStreamsTakeNoFile) {
+    const Ran noOutput = runRedirected("\"$@\" >&-", {"metrics", "three.csv"});
+    EXPECT_EQ(noOutput.exitCode, 1);
+    EXPECT_EQ(noOutput.err, "<stdout>: cannot be written: Bad file descriptor\n");
+
+    const TemporaryFolder folder;
+    const std::string file = folder.file("result");
+    // The warning about the quota must not end up in the result.
+    const std::vector<std::string> call = {"summary", "three.csv", "--quota",
+                                           "0.95",    "--output",  file};
+    EXPECT_EQ(runRedirected("\"$@\" <&- >&- 2>&-", call).exitCode, 0);
+    EXPECT_EQ(readBytes(file).substr(0, 15), "Individuals\t22\n");
+    EXPECT_EQ(readBytes(file).find("WARNING"), std::string::npos);
+}
+
+TEST(Output, ReaderThatGoesAwayIsNoNews) {
+    std::string matrix = " ,a\n";
+    for (int i = 0; i < 50'000; ++i) matrix += "North,1\n";
+    const Ran ran = runRedirected("\"$@\" | head -c 2; exit ${PIPESTATUS[0]}", {"records", "-"},
+                                  {matrix, {}, ""});
+    EXPECT_EQ(ran.exitCode, 1);
+    EXPECT_EQ(ran.out, "[\n");
+    EXPECT_EQ(ran.err, "");
+}
+
+}  // namespace
+}  // namespace zorvel::test
