@@ -39,20 +39,28 @@ std::vector<FrequencyClass> frequencyClasses(const IncidenceSummary& summary) {
     return classes;
 }
 
-// Mao's tau at t with its unconditional variance. lf[k] = ln k! up to T.
+// 1 - exp(x) is 1 for any x below: half a unit in the last place of 1 is exp(-37.4).
+constexpr double kCertain = -38;
+
+// Mao's tau at t with its unconditional variance. lf[k] = ln k! up to T. alpha_j, the chance that a
+// taxon of frequency j is missing, falls with j: once it is lost against 1, so are all that follow.
 Rarefaction tauPoint(const std::vector<double>& lf, const std::vector<FrequencyClass>& classes,
                      std::int64_t censuses, double chao, std::int64_t t) {
     const auto entry = [&lf](std::int64_t k) { return lf[static_cast<std::size_t>(k)]; };
     double estimate = 0, squares = 0;
-    for (const FrequencyClass& each : classes) {
-        const std::int64_t j = each.frequency;
-        double alpha = 0;
-        if (t <= censuses - j) {
-            alpha = std::exp(entry(censuses - t) + entry(censuses - j) - entry(censuses - t - j) -
-                             entry(censuses));
-        }
-        estimate += (1 - alpha) * each.taxa;
-        squares += each.taxa * (1 - alpha) * (1 - alpha);
+    auto each = classes.begin();
+    for (; each != classes.end() && t <= censuses - each->frequency; ++each) {
+        const std::int64_t j = each->frequency;
+        const double logAlpha =
+            entry(censuses - t) + entry(censuses - j) - entry(censuses - t - j) - entry(censuses);
+        if (logAlpha < kCertain) break;
+        const double found = 1 - std::exp(logAlpha);
+        estimate += found * each->taxa;
+        squares += each->taxa * found * found;
+    }
+    for (; each != classes.end(); ++each) {
+        estimate += each->taxa;
+        squares += each->taxa;
     }
     return withLimits(t, estimate, squares - estimate * estimate / chao);
 }
