@@ -30,11 +30,27 @@ inline constexpr const char* unnamedName = "unnamed";
 std::optional<std::vector<Census>> fetchCensuses(const ObjectContext* context);
 std::optional<std::vector<Zorvel>> fetchTaxa(const ObjectContext* context);
 
+// The abundances of the census's taxa, whatever they are: of those whose include flag is set, or of
+// all. Empty without taxa.
 CountsVector includedCountsVector(const Census& census);
 CountsVector fullCountsVector(const Census& census);
+
+// The distinct taxon names, ascending (see base/text.h for equality and order); of equal spellings
+// the first. One "unnamed" stands for all taxa without a name.
 NameList projectTaxonNames(const std::vector<Zorvel>& taxa);
+
+// One name a census, in the order given.
 NameList censusNameList(const std::vector<Census>& censuses);
+
+// The sum of the abundances of each name of projectTaxonNames(taxa), whatever the include flags; a
+// sum beyond 64 bits saturates. Taxa without a name are not counted: "unnamed" stays 0 unless a
+// taxon bears that very name.
 CountsVector pooledCountsVector(const std::vector<Zorvel>& taxa);
+
+// One row a census, one column a name of projectTaxonNames(taxa), 0 where the census lacks it; the
+// include flags do not matter. Of two taxa of one name in one row the later one counts. Censuses of
+// equal name share the row of the first of them, and the others' rows stay 0. Taxa without a name,
+// without a census, or of a census without a name are in no row. Takes memory for every cell.
 CountsMatrixResult buildCountsMatrix(const std::vector<Zorvel>& taxa,
                                      const std::vector<Census>& censuses);
 

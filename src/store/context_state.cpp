@@ -69,14 +69,14 @@ std::shared_ptr<CensusBlock> withTaxonAppended(const CensusBlock& block, TaxonRe
     return after;
 }
 
-std::shared_ptr<CensusBlock> withTaxonReplaced(const CensusBlock& block, TaxonRecord taxon) {
-    auto after = std::make_shared<CensusBlock>(block);
-    const auto place = chunkOf(block, taxon.id) - block.chunks.begin();
-    auto& shared = after->chunks[static_cast<std::size_t>(place)];
+TaxonCopy withTaxonCopied(const CensusBlock& block, RecordId taxon) {
+    TaxonCopy copy{std::make_shared<CensusBlock>(block), nullptr};
+    const auto place = chunkOf(block, taxon) - block.chunks.begin();
+    auto& shared = copy.block->chunks[static_cast<std::size_t>(place)];
     auto chunk = std::make_shared<TaxonChunk>(*shared);
-    *lowerBound(*chunk, taxon.id) = std::move(taxon);
+    copy.taxon = &*lowerBound(*chunk, taxon);
     shared = std::move(chunk);
-    return after;
+    return copy;
 }
 
 std::shared_ptr<CensusBlock> withoutTaxon(const CensusBlock& block, RecordId taxon) {

@@ -62,9 +62,15 @@ const TaxonRecord* findTaxon(const CensusBlock& block, RecordId taxon);
 // Chunks hold at most this many taxa: an edit copies one chunk, and one pointer a chunk.
 inline constexpr std::size_t taxaPerChunk = 256;
 
-// Copies of block that differ by one change. The taxon must be there for the last two.
+// A copy of a block, and the taxon in it that is to change: its chunk is the copy's own.
+struct TaxonCopy {
+    std::shared_ptr<CensusBlock> block;
+    TaxonRecord* taxon = nullptr;
+};
+
+// Copies of block for one change. The taxon must be there for the last two.
 std::shared_ptr<CensusBlock> withTaxonAppended(const CensusBlock& block, TaxonRecord taxon);
-std::shared_ptr<CensusBlock> withTaxonReplaced(const CensusBlock& block, TaxonRecord taxon);
+TaxonCopy withTaxonCopied(const CensusBlock& block, RecordId taxon);
 std::shared_ptr<CensusBlock> withoutTaxon(const CensusBlock& block, RecordId taxon);
 
 }  // namespace zorvel

@@ -6,19 +6,6 @@
 #include "store/context_state.h"
 
 namespace zorvel {
-namespace {
-
-// Sets one member of an attribute record; false where it held that value already, so that nothing
-// changes when nothing was changed.
-template <class Record, class Value>
-bool assign(Record& record, Value Record::*member, const Value& value) {
-    if (record.*member == value) return false;
-    record.*member = value;
-    return true;
-}
-
-}  // namespace
-
 ObjectContext::ObjectContext() : state_(std::make_unique<State>()) {}
 ObjectContext::~ObjectContext() = default;
 
@@ -72,71 +59,55 @@ const std::shared_ptr<const CensusBlock>* ObjectContext::own(const Census& censu
     return census.context_ == this ? state_->find(census.id_) : nullptr;
 }
 
-template <class Edit>
-void ObjectContext::edit(const Census& census, const Edit& change) {
+template <class Value>
+void ObjectContext::set(const Census& census, Value CensusAttributes::*member, const Value& value) {
     const BlockPointer* before = own(census);
-    if (!before) return;
-    CensusAttributes attributes = (*before)->attributes;
-    if (!change(attributes)) return;
+    if (!before || (*before)->attributes.*member == value) return;
     auto after = std::make_shared<CensusBlock>(**before);
-    after->attributes = std::move(attributes);
+    after->attributes.*member = value;
     state_->put(census.id_, std::move(after));
 }
 
-template <class Edit>
-void ObjectContext::edit(const Zorvel& taxon, const Edit& change) {
+template <class Value>
+void ObjectContext::set(const Zorvel& taxon, Value TaxonValues::*member, const Value& value) {
     const BlockPointer* before = own(Census(taxon.context_, taxon.census_));
     const TaxonRecord* found = before ? findTaxon(**before, taxon.id_) : nullptr;
-    if (!found) return;
-    TaxonRecord record = *found;
-    if (!change(record.values)) return;
-    state_->put(taxon.census_, withTaxonReplaced(**before, std::move(record)));
+    if (!found || found->values.*member == value) return;
+    TaxonCopy copy = withTaxonCopied(**before, taxon.id_);
+    copy.taxon->values.*member = value;
+    state_->put(taxon.census_, std::move(copy.block));
 }
 
 void ObjectContext::setName(const Census& census, std::optional<SharedText> name) {
-    edit(census, [&](CensusAttributes& attributes) {
-        return assign(attributes, &CensusAttributes::name, state_->names.intern(name));
-    });
+    set(census, &CensusAttributes::name, state_->names.intern(name));
 }
 
 void ObjectContext::setLatitude(const Census& census, double degrees) {
-    edit(census, [&](CensusAttributes& attributes) {
-        return assign(attributes, &CensusAttributes::latitude, degrees);
-    });
+    set(census, &CensusAttributes::latitude, degrees);
 }
 
 void ObjectContext::setLongitude(const Census& census, double degrees) {
-    edit(census, [&](CensusAttributes& attributes) {
-        return assign(attributes, &CensusAttributes::longitude, degrees);
-    });
+    set(census, &CensusAttributes::longitude, degrees);
 }
 
 void ObjectContext::setNotes(const Census& census, std::optional<SharedText> notes) {
-    edit(census, [&](CensusAttributes& attributes) {
-        return assign(attributes, &CensusAttributes::notes, notes);
-    });
+    set(census, &CensusAttributes::notes, notes);
 }
 
 void ObjectContext::setTimeStamp(const Census& census, std::optional<TimeStamp> timeStamp) {
-    edit(census, [&](CensusAttributes& attributes) {
-        return assign(attributes, &CensusAttributes::timeStamp, timeStamp);
-    });
+    set(census, &CensusAttributes::timeStamp, timeStamp);
 }
 
 void ObjectContext::setName(const Zorvel& taxon, std::optional<SharedText> name) {
-    edit(taxon, [&](TaxonValues& values) {
-        return assign(values, &TaxonValues::name, state_->names.intern(name));
-    });
+    set(taxon, &TaxonValues::name, state_->names.intern(name));
 }
 
 void ObjectContext::setAbundance(const Zorvel& taxon, std::int64_t abundance) {
-    edit(taxon,
-         [&](TaxonValues& values) { return assign(values, &TaxonValues::abundance, abundance); });
+    set(taxon, &TaxonValues::abundance, abundance);
 }
 
 void ObjectContext::setInclude(const Zorvel& taxon, bool include) {
-    edit(taxon,
-         [&](TaxonValues& values) { return assign(values, &TaxonValues::include, include); });
+    set(taxon, &TaxonValues::include, include);
 }
 
 std::vector<Census> ObjectContext::censuses() const {

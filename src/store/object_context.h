@@ -124,10 +124,10 @@ class ObjectContext {
     friend class TaxonCursor;
     struct State;
     [[nodiscard]] const std::shared_ptr<const CensusBlock>* own(const Census& census) const;
-    template <class Edit>
-    void edit(const Census& census, const Edit& change);
-    template <class Edit>
-    void edit(const Zorvel& taxon, const Edit& change);
+    template <class Value>
+    void set(const Census& census, Value CensusAttributes::*member, const Value& value);
+    template <class Value>
+    void set(const Zorvel& taxon, Value TaxonValues::*member, const Value& value);
 
     std::unique_ptr<State> state_;
 };
