@@ -16,6 +16,8 @@ namespace zorvel {
 struct MockTaxon {
     std::int64_t abundance = 0;
     SharedText name;
+
+    friend bool operator==(const MockTaxon&, const MockTaxon&) = default;
 };
 
 struct MockCensus {
@@ -25,6 +27,8 @@ struct MockCensus {
     std::string notes;
     std::vector<MockTaxon> taxa;  // in the order of the file
     std::optional<TimeStamp> timeStamp;
+
+    friend bool operator==(const MockCensus&, const MockCensus&) = default;
 };
 
 // The name of a census whose file gives none.
@@ -36,6 +40,8 @@ inline constexpr const char* importedCensusName = "imported census";
 struct TextPlace {
     std::size_t line = 0;
     std::size_t cell = 0;
+
+    friend bool operator==(const TextPlace&, const TextPlace&) = default;
 };
 
 // What a parser returns: its records, or none with the place of the problem; and its console lines
@@ -45,6 +51,8 @@ struct Parsed {
     std::optional<T> value;
     std::vector<std::string> consoleLines;
     TextPlace place;
+
+    friend bool operator==(const Parsed&, const Parsed&) = default;
 };
 
 // What a parser returns that has met a problem: nothing but the line that tells of it.

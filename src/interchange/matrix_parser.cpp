@@ -1,5 +1,4 @@
 #include <algorithm>
-#include <charconv>
 
 #include "interchange/characters.h"
 #include "interchange/parsers.h"
@@ -25,9 +24,24 @@ constexpr const char* fewerMessage =
     "file.";
 
 // The letter that the messages give a cell for what ends it.
-std::string cellKind(FieldTerminator terminator) {
-    if (terminator == FieldTerminator::comma) return "C";
-    return terminator == FieldTerminator::lineBreak ? "B" : "A";
+char cellKind(FieldTerminator terminator) {
+    if (terminator == FieldTerminator::comma) return 'C';
+    return terminator == FieldTerminator::lineBreak ? 'B' : 'A';
+}
+
+// Up to 18 digits, which fit in 64 bits without a test.
+struct PlainNumber {
+    std::int64_t value = 0;
+    std::size_t digits = 0;
+};
+
+PlainNumber readPlainNumber(std::string_view text, std::size_t at) {
+    PlainNumber number;
+    for (; at < text.size() && number.digits < 18; ++at, ++number.digits) {
+        if (text[at] < '0' || text[at] > '9') break;
+        number.value = number.value * 10 + (text[at] - '0');
+    }
+    return number;
 }
 
 // Reads one text. The memory in use beside the records is 80 bytes a header cell and 16 bytes a
@@ -90,23 +104,21 @@ class MatrixReader {
     }
 
     // The way through nearly all cells: digits alone, ended by a comma. Stops before any cell that
-    // is written otherwise, is too large or has no name, and returns its column.
+    // is written otherwise, is very large or has no name, and returns its column.
     std::size_t readPlainCells(std::size_t column) {
         const std::string_view text = cursor_.text();
         std::size_t at = cursor_.position();
         for (;;) {
             const std::size_t zeros = countZeroCells(text.substr(at));
             column += zeros;
-            at += 2 * zeros;
-            if (zeros != 0) at = skipSpaces(text, at);
-            std::int64_t value = 0;
-            std::size_t end = at;
-            while (end < text.size() && end - at < 18 && text[end] >= '0' && text[end] <= '9') {
-                value = value * 10 + (text[end++] - '0');
+            if (zeros != 0) at = skipSpaces(text, at + 2 * zeros);
+            const PlainNumber number = readPlainNumber(text, at);
+            const std::size_t end = at + number.digits;
+            if (number.digits == 0 || end == text.size() || text[end] != ',') break;
+            if (number.value != 0) {
+                if (column >= header_.size()) break;
+                present_.push_back({number.value, column});
             }
-            if (end == at || end == text.size() || text[end] != ',') break;
-            if (value != 0 && column >= header_.size()) break;
-            if (value != 0) present_.push_back({value, column});
             ++column;
             at = skipSpaces(text, end + 1);
         }
@@ -116,10 +128,9 @@ class MatrixReader {
 
     bool readCell(const ScannedField& field, std::size_t column) {
         const auto value = parseWholeInteger(field.text);
-        if (!value) return refuse(field, column, notIntegerMessage + std::string(field.text));
+        if (!value) return refuse(field, column, notIntegerMessage, field.text);
         if (*value < 0) {
-            return refuse(field, column,
-                          negativeMessage + std::string(field.text) + negativeMessageEnd);
+            return refuse(field, column, negativeMessage, field.text, negativeMessageEnd);
         }
         if (field.terminator != FieldTerminator::comma) {
             // Each column up to this one has given an abundance.
@@ -128,21 +139,25 @@ class MatrixReader {
         }
         if (*value == 0) return true;
         if (column >= header_.size()) {
-            // No name to take: told as the row's end would tell it.
-            problem_ = refused<Censuses>(std::string("B") + moreMessage, place(field, column));
-            return false;
+            // There is no name for it: one of the abundances too many of which a row's end tells.
+            ScannedField ending = field;
+            ending.terminator = FieldTerminator::lineBreak;
+            return refuse(ending, column, moreMessage);
         }
         present_.push_back({*value, column});
         return true;
     }
 
-    bool refuse(const ScannedField& field, std::size_t column, const std::string& message) {
-        problem_ = refused<Censuses>(cellKind(field.terminator) + message, place(field, column));
+    // Notes the problem; always false. A quoted cell's text is copied once, whatever its size.
+    bool refuse(const ScannedField& field, std::size_t column, std::string_view message,
+                std::string_view quoted = {}, std::string_view end = {}) {
+        std::string line;
+        line.reserve(1 + message.size() + quoted.size() + end.size());
+        line += cellKind(field.terminator);
+        line.append(message).append(quoted).append(end);
+        const TextPlace place{lineNumber(cursor_.text(), field.start), column + 1};
+        problem_ = refused<Censuses>(std::move(line), place);
         return false;
-    }
-
-    TextPlace place(const ScannedField& field, std::size_t column) const {
-        return {lineNumber(cursor_.text(), field.start), column + 1};
     }
 
     void addCensus(std::string name) {

@@ -1,5 +1,5 @@
-// Runs of absent taxa: most cells of a census matrix are zeros, and reading or writing them one at
-// a time is most of the work.
+// Runs of absent taxa: most cells of a census matrix are zeros, and reading them one at a time
+// would be most of the work.
 #pragma once
 
 #include <cstddef>
@@ -7,10 +7,7 @@
 
 namespace zorvel {
 
-// How many whole cells "0," the text begins with, looking at 8 or 16 bytes at a time.
+// How many whole cells "0," the text begins with. Looks at eight bytes at a time.
 std::size_t countZeroCells(std::string_view text);
-
-// The same without instructions of a certain processor.
-std::size_t countZeroCellsPortably(std::string_view text);
 
 }  // namespace zorvel
