@@ -2,11 +2,10 @@
 
 #include <CLI/CLI.hpp>
 
-#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
-#include <string_view>
+#include <string>
 #include <vector>
 
 #include "base/numbers.h"
@@ -110,7 +109,7 @@ void addCommonOptions(CLI::App& app, Call& call) {
 }
 
 void addCommand(CLI::App& app, const Command& command, Call& call) {
-    CLI::App* sub = app.add_subcommand(command.name, command.description);
+    CLI::App* sub = app.add_subcommand(command.name, command.description)->group("Commands");
     sub->add_option("FILE", call.file, "The file to read; - for standard input")
         ->required()
         ->type_name("");
@@ -154,7 +153,9 @@ void checkCall(const CLI::App& app, const Call& call) {
 Reply helpReply(const CLI::App& app) {
     const auto subs = app.get_subcommands();
     const CLI::App& asked = subs.empty() ? app : *subs.front();
-    return {ExitCode::success, asked.help(subs.empty() ? "" : "zorvel-cli") + "\n"};
+    std::string text = asked.help(subs.empty() ? "" : "zorvel-cli");
+    text.erase(text.find_last_not_of('\n') + 1);
+    return {ExitCode::success, text + "\n"};
 }
 
 std::string reasonOf(const CLI::App& app, const CLI::ParseError& error) {
@@ -181,7 +182,6 @@ std::variant<Call, Reply> readCall(int argc, const char* const* argv) {
     for (const Command* command : commands) addCommand(app, *command, call);
     app.require_subcommand(1);
     app.get_formatter()->label("SUBCOMMAND", "COMMAND FILE");
-    app.get_formatter()->label("Subcommands", "Commands");
     app.footer(programFooter);
     try {
         app.parse(argc, argv);
