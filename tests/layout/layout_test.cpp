@@ -64,12 +64,11 @@ TEST(Layout, HeadersOfThisTree) {
 }
 
 TEST(Layout, RowsNameOnlyFoldersBelowThem) {
-    const auto& rules = folderRules();
-    for (std::size_t i = 0; i < rules.size(); ++i) {
-        for (const std::string& folder : rules[i].folders) {
-            const auto* used = ruleOfFolder(folder);
+    for (const FolderRule& rule : folderRules()) {
+        for (const std::string& folder : rule.folders) {
+            const FolderRule* used = ruleOfFolder(folder);
             ASSERT_NE(used, nullptr) << folder;
-            EXPECT_LT(used, &rules[i]) << rules[i].folder << " uses " << folder;
+            EXPECT_LT(used, &rule) << rule.folder << " uses " << folder;
         }
     }
 }
