@@ -42,18 +42,13 @@ struct Node {
 };
 
 Node nodeAt(long double t, std::int64_t total, std::int64_t n) {
-    // For n above N / 2 the specimens left behind are the fewer; f is then exp(it) times the
-    // conjugate of theirs.
-    const bool mostDrawn = n > total - n;
-    const auto fewer = static_cast<long double>(std::min(n, total - n));
+    const auto drawn = static_cast<long double>(n);
     const auto size = static_cast<long double>(total);
-    const long double p = fewer / size;
+    const long double p = drawn / size;
     const long double half = std::sin(t / 2);
     const long double logModulus = std::log1p(-4 * p * (1 - p) * half * half) / 2;
     const long double angle = std::atan2(p * std::sin(t), 1 - 2 * p * half * half);
-    const long double phase = size * angle - fewer * t;
-    return {{logModulus, mostDrawn ? t - angle : angle},
-            polar(size * logModulus, mostDrawn ? -phase : phase)};
+    return {{logModulus, angle}, polar(size * logModulus, size * angle - drawn * t)};
 }
 
 // How many equally spaced angles: the first totals that are mistaken for n lie that far from it,
@@ -62,7 +57,7 @@ std::int64_t angles(std::int64_t total, std::int64_t n, long double nats) {
     const auto drawn = static_cast<long double>(n);
     const long double spread = drawn * static_cast<long double>(total - n) / total;
     const long double reach = nats / 3 + std::sqrt(nats * nats / 9 + 2 * nats * spread);
-    const std::int64_t exact = std::max(n, total - n) + 1;
+    const std::int64_t exact = total - n + 1;
     return std::min(static_cast<std::int64_t>(reach) + 1, exact) | 1;
 }
 

@@ -20,8 +20,8 @@
 
 namespace zorvel {
 
-// n: 1 .. N - 1, N = total. No two taxa may have more than N specimens together. What is smaller
-// than exp(-nats) is left out.
+// n: from 1 to half of N = total. No two taxa may have more than N specimens together. What is
+// smaller than exp(-nats) is left out.
 MissingTaxa conditionedDraws(std::span<const AbundanceClass> classes, std::int64_t total,
                              std::int64_t n, long double nats);
 

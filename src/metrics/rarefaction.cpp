@@ -4,6 +4,7 @@
 #include <cmath>
 #include <limits>
 #include <mutex>
+#include <new>
 
 #include "base/console.h"
 #include "metrics/census_metrics.h"
@@ -45,9 +46,9 @@ RarefactionCalculator::RarefactionCalculator() {
 }
 
 void RarefactionCalculator::buildLogFactorials(std::int64_t size) {
-    std::unique_lock lock(mutex_);
+    const std::unique_lock lock(mutex_);
     logfact_.assign(1, 0.0);
-    append(std::max<std::int64_t>(size, 1));
+    append(size);
 }
 
 void RarefactionCalculator::extendLogFactorials(std::int64_t size) {
@@ -61,20 +62,26 @@ void RarefactionCalculator::extendLogFactorials(std::int64_t size) {
 }
 
 bool RarefactionCalculator::ensureLogFactorials(std::int64_t last) {
+    const auto reaches = [this, last] { return last < static_cast<std::int64_t>(logfact_.size()); };
     if (last >= kMaxLogFactorials) return false;
-    const std::int64_t size = last + 1;
     {
         const std::shared_lock lock(mutex_);
-        if (size <= static_cast<std::int64_t>(logfact_.size())) return true;
+        if (reaches()) return true;
     }
     const std::unique_lock lock(mutex_);
-    if (size > static_cast<std::int64_t>(logfact_.size())) append(size);
-    return true;
+    if (!reaches()) append(last + 1);  // another thread may have grown it meanwhile
+    return reaches();
 }
 
 void RarefactionCalculator::append(std::int64_t size) {
+    size = std::min(size, kMaxLogFactorials);
     auto k = static_cast<std::int64_t>(logfact_.size());
-    logfact_.reserve(static_cast<std::size_t>(size));
+    if (size <= k) return;
+    try {
+        logfact_.reserve(static_cast<std::size_t>(size));
+    } catch (const std::bad_alloc&) {
+        return;
+    }
     for (; k < size; ++k) logfact_.push_back(logfact_.back() + std::log(static_cast<double>(k)));
 }
 

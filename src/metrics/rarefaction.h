@@ -56,12 +56,13 @@ class RarefactionCalculator {
     [[nodiscard]] std::vector<double> logfact() const;
     [[nodiscard]] std::size_t logfactSize() const;
 
-    // 2 GiB of table: larger totals are refused with NaN rather than with a lack of memory.
+    // 2 GiB of table: larger totals, and those that memory has no room for, are refused with NaN.
     static constexpr std::int64_t kMaxLogFactorials = std::int64_t{1} << 28;
 
   private:
     // Grows the table, where needed, so that it has the entry last. False where it may not.
     bool ensureLogFactorials(std::int64_t last);
+    // Under the exclusive lock. Leaves the table as it is where there is no memory for it.
     void append(std::int64_t size);
 
     mutable std::shared_mutex mutex_;  // guards logfact_

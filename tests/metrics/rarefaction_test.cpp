@@ -172,6 +172,28 @@ TEST(IndividualBasedPoint, AgreesWithThePlainForm) {
     }
 }
 
+// The plain form is negative or NaN at many of these.
+TEST(IndividualBasedPoint, RoundingNeverMakesTheVarianceNegative) {
+    CountsVector half(50'000, 1);
+    half.push_back(50'000);
+    const std::vector<CountsVector> communities = {CountsVector(100'000, 1), CountsVector(2'000, 5),
+                                                   CountsVector(20'000, 40), half,
+                                                   randomCommunity(3, 20'000, 8)};
+    RarefactionCalculator calculator;
+    for (const CountsVector& counts : communities) {
+        std::vector<Rarefaction> points = calculator.individualBasedCurve(counts);
+        const std::int64_t total = points.back().sampleSize;
+        for (const std::int64_t n : {std::int64_t{2}, std::int64_t{3}, total - 2, total - 1}) {
+            points.push_back(calculator.individualBasedPoint(counts, n));
+        }
+        for (const Rarefaction& point : points) {
+            EXPECT_GE(point.variance, 0) << point.sampleSize;
+            EXPECT_LE(point.lower99, point.upper99) << point.sampleSize;
+            EXPECT_LE(point.estimate, static_cast<double>(counts.size())) << point.sampleSize;
+        }
+    }
+}
+
 // Where the plain form has a value, but N is less than the counts of two taxa.
 TEST(IndividualBasedPoint, NegativeEntriesFollowTheDefinition) {
     RarefactionCalculator calculator;
@@ -201,8 +223,7 @@ TEST(RarefactionSums, BothWaysOfSummingAgree) {
         const std::vector<AbundanceClass> classes = abundanceClasses(counts);
         const std::int64_t total = individuals(counts);
         const PairSums pairs(classes, total, 2 * classes.back().count);
-        for (const std::int64_t n :
-             {std::int64_t{2}, std::int64_t{60}, total / 100, total / 2, total - 40}) {
+        for (const std::int64_t n : {std::int64_t{2}, std::int64_t{60}, total / 100, total / 2}) {
             SCOPED_TRACE(std::to_string(seed) + " " + std::to_string(n));
             std::vector<AbundanceClass> possible = classes;
             while (possible.back().count > total - n) possible.pop_back();
