@@ -8,10 +8,10 @@ root=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd)
 logs=$root/build/logs
 
 # The compiler, the build tools and the libraries of both programs.
-build_packages=(g++ cmake ninja-build qt6-base-dev libutf8proc-dev nlohmann-json3-dev libcli11-dev)
-# What the tests need besides: GoogleTest, a locale with a decimal comma, the time zones, the
-# formatter of man pages.
-test_packages=(libgtest-dev libgmock-dev locales tzdata groff-base)
+build_packages=(g++ cmake ninja-build qt6-base-dev libutf8proc-dev libcli11-dev)
+# What the tests need besides: GoogleTest, a reader of JSON, a locale with a decimal comma, the time
+# zones, the formatter of man pages.
+test_packages=(libgtest-dev libgmock-dev nlohmann-json3-dev locales tzdata groff-base)
 # What the checks need besides: clang's compiler, formatter, linter and fuzzer, the linter of shell
 # scripts, and the library of the benchmarks, which are checked too.
 check_packages=(clang-14 libclang-rt-14-dev clang-tidy-14 clang-format-14 shellcheck
