@@ -1,0 +1,19 @@
+// From the bytes of a file to a text of a guessed kind.
+#include "base/text.h"
+#include "fuzz/fuzz_input.h"
+#include "interchange/text_file.h"
+
+using namespace zorvel;
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const std::string_view bytes = fuzzText(data, size);
+    looksLikeProjectFile(bytes);
+    const auto text = decodeText(std::string(bytes));
+    if (!text) {
+        promise(!text.problem().message.empty());
+        return 0;
+    }
+    promise(!firstInvalidUtf8(text.value()) && bytes.ends_with(text.value()));
+    guessFileKind(text.value());
+    return 0;
+}
