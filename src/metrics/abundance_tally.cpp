@@ -13,7 +13,6 @@ AbundanceTally::AbundanceTally(CountsView counts) : counts_(counts) {
 // Two tables in turn: a run of equal counts (zeros, mostly) would otherwise wait for its own store
 // at each step.
 void AbundanceTally::countBins() {
-    std::array<std::uint32_t, 2 * (large + 1)> bins{};
     const auto bin = [](std::int64_t count) {
         return static_cast<std::size_t>(
             std::clamp<std::int64_t>(count, 0, static_cast<std::int64_t>(large)));
@@ -22,6 +21,7 @@ void AbundanceTally::countBins() {
     constexpr std::size_t block = std::size_t{1} << 31;
     for (std::size_t start = 0; start < counts_.size(); start += block) {
         const CountsView part = counts_.subspan(start, std::min(block, counts_.size() - start));
+        std::array<std::uint32_t, 2 * (large + 1)> bins{};
         std::size_t i = 0;
         for (; i + 1 < part.size(); i += 2) {
             ++bins[2 * bin(part[i])];
@@ -31,7 +31,6 @@ void AbundanceTally::countBins() {
         for (std::size_t k = 0; k < small_.size(); ++k) {
             small_[k] += std::int64_t{bins[2 * k]} + bins[2 * k + 1];
         }
-        bins.fill(0);
     }
 }
 

@@ -75,7 +75,7 @@ void SqsTrials::layOutUnseen() {
 
 // Repeats and new taxa come in an order that no processor can predict, so a draw has no branch on
 // it: a repeat adds nothing to everything.
-void SqsTrials::draw(RandomSource& random, Trial& trial) {
+inline void SqsTrials::draw(RandomSource& random, Trial& trial) {
     const std::uint64_t total = guide_->total;
     const unsigned shift = guide_->bucketShift;
     const std::uint32_t* const first = guide_->first.data();

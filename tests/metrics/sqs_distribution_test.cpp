@@ -89,8 +89,9 @@ TEST(SqsDistribution, EqualsDrawingFromAPool) {
         {"a small quota", ladder(1, 20), 0.05},
         {"one taxon that overshoots", {100, 3, 3, 3, 2, 1, 1}, 0.3},
         {"every count its own, near the reach", ladder(3, 16), 0.97},
+        {"more counts, nearer the reach", ladder(3, 22), 0.98},
         {"rare taxa beside a dominant, near the reach", joined({80}, 24, 2), 0.9},
-        {"singletons, near the reach", joined(ladder(1, 10), 10, 1), 0.88},
+        {"singletons, near the reach", joined(ladder(1, 18), 10, 1), 0.96},
         {"even taxa, nearly all to be seen", CountsVector(12, 7), 0.9},
     };
     std::uint64_t seed = 100;
@@ -149,6 +150,22 @@ struct EveryOrder {
             }
         }
     }
+
+    // A factor on the counts and on what reduces them leaves all probabilities as they are.
+    void expect(std::int64_t factor) const {
+        std::vector<AbundanceClass> classes = abundanceClasses(counts);
+        for (AbundanceClass& each : classes) each.count *= factor;
+        const auto scale = static_cast<double>(factor);
+        SqsTrials trials(classes, {frequency.specimens * scale, frequency.reduction * scale},
+                         quota);
+        const std::vector<double> hits = histogram(trials, counts.size(), 77);
+        for (std::size_t r = 0; r < hits.size(); ++r) {
+            const double expected = probability[r] * static_cast<double>(trialCount);
+            const double deviation = std::sqrt(expected * (1 - probability[r]));
+            // Some eight cells a row: 3.5 standard deviations are about 1% a row.
+            EXPECT_NEAR(hits[r], expected, 3.5 * deviation + 1e-9) << "richness " << r;
+        }
+    }
 };
 
 TEST(SqsDistribution, EqualsExactProbabilities) {
@@ -164,15 +181,9 @@ TEST(SqsDistribution, EqualsExactProbabilities) {
         EveryOrder exact{row.counts, row.quota, frequencyOf(abundanceClasses(row.counts)),
                          std::vector<double>(row.counts.size() + 1)};
         exact.follow(0, 0, 0, 1);
-        const std::vector<double> hits = histogramOfClasses(row.counts, row.quota, 77);
-        for (std::size_t r = 0; r < hits.size(); ++r) {
-            const double expected = exact.probability[r] * static_cast<double>(trialCount);
-            const double deviation = std::sqrt(expected * (1 - exact.probability[r]));
-            // Eight cells a row: 3.5 standard deviations are some 1% a row.
-            EXPECT_NEAR(hits[r], expected, 3.5 * deviation + 1e-9) << "richness " << r;
-        }
+        for (const std::int64_t factor : {std::int64_t{1}, std::int64_t{10'000'000'000}})
+            exact.expect(factor);
     }
 }
-
 }  // namespace
 }  // namespace zorvel

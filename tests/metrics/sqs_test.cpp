@@ -119,7 +119,7 @@ TEST(AlroySqs, EndsWhereRoundingKeepsTheQuotaOutOfReach) {
     SeededRandom random(9);
     int outOfReach = 0;
     for (int round = 0; round < 300; ++round) {
-        CountsVector counts(3 + random.below(8));
+        CountsVector counts(3 + random.below(30));
         for (std::int64_t& count : counts) count = 3 + static_cast<std::int64_t>(random.below(90));
         const double quota = shareholderQuorum(counts, 0, 2, random).frequencySum;
         std::vector<AbundanceClass> classes = abundanceClasses(counts);
