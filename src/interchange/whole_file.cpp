@@ -144,6 +144,7 @@ int writeInPlace(const std::string& path, std::string_view bytes) {
 }
 
 int writeWherever(std::string path, std::string_view bytes) {
+    if (path.empty()) return ENOENT;
     const int linkError = followLinks(path);
     if (linkError != 0) return linkError;
     if (const int descriptor = descriptorNamed(path); descriptor >= 0) {
