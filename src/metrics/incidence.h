@@ -38,7 +38,7 @@ std::vector<std::int64_t> incidenceFrequencyCounts(const CountsMatrix& matrix);
 
 IncidenceSummary summariseIncidence(const CountsMatrix& matrix);
 
-// Chao2, classic form (Chao 1987, equation 5) with the factor (T - 1) / T:
+// Chao2, classic form (Chao 1987) with the factor (T - 1) / T:
 //     S + ((T - 1) / T) Q_1^2 / (2 Q_2),
 // S counting every taxon name, so that a name found in no census raises it by one. The
 // bias-corrected form, with Q_1 (Q_1 - 1) / (2 (Q_2 + 1)), differs. 0 for fewer than two censuses;

@@ -29,8 +29,8 @@ class RarefactionCalculator {
     // A calculator whose table of log-factorials has 10000 entries (0! to 9999!).
     RarefactionCalculator();
 
-    // The expected number of taxa among n specimens drawn without replacement (Hurlbert 1971,
-    // equation 10) and its variance (Heck, van Belle & Simberloff 1975, equation 3). n = 1 gives
+    // The expected number of taxa among n specimens drawn without replacement (Hurlbert
+    // 1971) and its variance (Heck, van Belle & Simberloff 1975). n = 1 gives
     // (1, 1, 0, 1, 1, 1, 1) for any counts; n from N on gives S without variance. Lower limits are
     // at least 1, upper limits are not capped at S. NaN throughout for n < 0, and where N is above
     // what the table may hold.
@@ -39,7 +39,7 @@ class RarefactionCalculator {
     std::vector<Rarefaction> individualBasedCurve(CountsView counts);
 
     // Mao's tau, the expected number of taxa in t of the T censuses, with its unconditional
-    // variance about the richness given by Chao2 (Colwell, Mao & Chang 2004, equations 5 and 6).
+    // variance about the richness given by Chao2 (Colwell, Mao & Chang 2004).
     // Limits are not clamped; NaN where the variance is negative. NaN throughout for t < 0.
     Rarefaction sampleBasedPoint(const CountsMatrix& matrix, std::int64_t t);
     Rarefaction sampleBasedPoint(const IncidenceSummary& summary, std::int64_t t);
