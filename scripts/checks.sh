@@ -48,7 +48,6 @@ check_clang_tidy() {
   mapfile -t generated < <(ninja -C build/dev -t targets all |
     sed -n 's/^\([A-Za-z0-9_-]*_autogen\): phony$/\1/p')
   ((${#generated[@]} == 0)) || build dev --target "${generated[@]}" || return 1
-  printf 'Checks: "-*,misc-no-such-check"\nInheritParentConfig: false\n' >build/.clang-tidy
   for word in -Xclang -analyzer-config -Xclang mode=shallow; do shallow+=("-extra-arg=$word"); done
   mapfile -t sources < <(files '*.cpp' | xargs grep -L '<quadmath.h>' | sed "s|.*|^$root/&\$|")
   with_log clang-tidy run-clang-tidy-14 -quiet -p build/dev -j "$(nproc)" "${shallow[@]}" \
