@@ -32,12 +32,14 @@ TextProject unreadable(const std::string& reason) {
     return project;
 }
 
-// A console line without the word that marks it as one.
+// A console line without the word or the letter that marks it.
 std::string_view reasonOf(std::string_view line) {
     for (const std::string_view mark : {"WARNING: ", "ERROR: "}) {
         if (line.substr(0, mark.size()) == mark) return line.substr(mark.size());
     }
-    return line;
+    const bool lettered =
+        line.size() > 3 && line[0] >= 'A' && line[0] <= 'Z' && line[1] == ':' && line[2] == ' ';
+    return lettered ? line.substr(3) : line;
 }
 
 std::string joinedReasons(const std::vector<std::string>& lines) {

@@ -16,7 +16,7 @@ void Card::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(colors.hairline);
-    painter.setBrush(colors.base);
+    painter.setBrush(colors.raised);
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), 8, 8);
     const auto* grid = qobject_cast<const QGridLayout*>(layout());
     if (grid == nullptr) return;

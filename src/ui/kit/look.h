@@ -21,6 +21,7 @@ struct LookColors {
     QColor text;
     QColor secondary;  // captions, headers, placeholders
     QColor disabled;
+    QColor stale;      // values of another record
     QColor hairline;   // between panes and rows
     QColor border;     // around fields and buttons
     QColor accent;     // focus, primary button, links

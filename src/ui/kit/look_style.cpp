@@ -2,6 +2,7 @@
 
 #include <QAbstractItemView>
 #include <QPainter>
+#include <QStyleOptionButton>
 #include <QStyleOptionHeader>
 #include <QStyleOptionMenuItem>
 #include <QStyleOptionSlider>
@@ -12,6 +13,12 @@
 #include "ui/kit/look_style_parts.h"
 
 namespace zorvel {
+
+namespace {
+bool isPrimary(const QWidget* widget) {
+    return widget != nullptr && widget->property(primaryButtonProperty).toBool();
+}
+}  // namespace
 
 LookStyle::LookStyle() : QProxyStyle("fusion") {}
 
@@ -32,7 +39,8 @@ int LookStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
         case PM_IndicatorHeight:
             return 16;
         case PM_MenuBarHMargin:
-            return 6;
+            return 4;
+        case PM_MenuBarItemSpacing:
         case PM_MenuBarPanelWidth:
         case PM_ButtonShiftHorizontal:
         case PM_ButtonShiftVertical:
@@ -124,8 +132,7 @@ void LookStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
             }
             return;
         case PE_PanelButtonCommand:
-            paintPushButton(*option, *painter,
-                            widget != nullptr && widget->property(primaryButtonProperty).toBool());
+            paintPushButton(*option, *painter, isPrimary(widget));
             return;
         case PE_PanelButtonTool:
             paintToolButton(*option, *painter);
@@ -171,6 +178,16 @@ void LookStyle::drawControl(ControlElement element, const QStyleOption* option, 
             return;
         case CE_MenuBarEmptyArea:
             painter->fillRect(option->rect, colors.window);
+            return;
+        case CE_PushButtonLabel:
+            if (const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
+                button != nullptr && isPrimary(widget)) {
+                QStyleOptionButton light = *button;
+                light.palette.setColor(QPalette::ButtonText, colors.selectionText);
+                QProxyStyle::drawControl(element, &light, painter, widget);
+                return;
+            }
+            QProxyStyle::drawControl(element, option, painter, widget);
             return;
         case CE_PushButtonBevel:
             drawPrimitive(PE_PanelButtonCommand, option, painter, widget);

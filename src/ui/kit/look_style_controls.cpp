@@ -54,7 +54,10 @@ void paintHeaderLabel(const QStyleOptionHeader& option, QPainter& painter) {
     const int width = option.fontMetrics.horizontalAdvance(text);
 
     painter.setPen(sorted ? colors.text : colors.secondary);
-    painter.drawText(option.rect, static_cast<int>(option.textAlignment | Qt::AlignVCenter), text);
+    // The label's rectangle has lost the margin in height too; the section clips.
+    painter.drawText(option.rect,
+                     static_cast<int>(option.textAlignment | Qt::AlignVCenter) | Qt::TextDontClip,
+                     text);
     if (!sorted) return;
     const int x = right ? option.rect.right() - width - gap - markSide
                         : option.rect.x() + width + (width > 0 ? gap : 0);

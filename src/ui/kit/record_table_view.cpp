@@ -8,9 +8,12 @@
 #include <QItemSelectionModel>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QPainter>
 #include <QScrollBar>
 #include <QStringList>
 #include <algorithm>
+
+#include "ui/kit/look.h"
 
 namespace zorvel {
 
@@ -29,6 +32,7 @@ RecordTableView::RecordTableView(QWidget* parent) : QTableView(parent) {
     setCornerButtonEnabled(false);
     setSortingEnabled(true);
     verticalHeader()->hide();
+    verticalHeader()->setMinimumSectionSize(1);
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     horizontalHeader()->setHighlightSections(false);
     horizontalHeader()->setSortIndicatorClearable(true);
@@ -36,6 +40,24 @@ RecordTableView::RecordTableView(QWidget* parent) : QTableView(parent) {
     horizontalHeader()->setSectionsMovable(false);
     horizontalHeader()->setMinimumSectionSize(36);
     fitRows();
+    // What was selected stays in sight in the new order.
+    connect(
+        horizontalHeader(), &QHeaderView::sortIndicatorChanged, this,
+        [this] { scrollTo(currentIndex()); }, Qt::QueuedConnection);
+}
+
+void RecordTableView::setEmptyText(const QString& text) {
+    emptyText_ = text;
+    viewport()->update();
+}
+
+void RecordTableView::paintEvent(QPaintEvent* event) {
+    QTableView::paintEvent(event);
+    if (model() == nullptr || model()->rowCount() > 0 || emptyText_.isEmpty()) return;
+    QPainter painter(viewport());
+    painter.setPen(lookColors(palette()).secondary);
+    painter.drawText(viewport()->rect().adjusted(16, 16, -16, -16),
+                     Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, emptyText_);
 }
 
 QString RecordTableView::selectedText() const {

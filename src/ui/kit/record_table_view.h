@@ -17,7 +17,11 @@ class RecordTableView : public QTableView {
     // To the clipboard; leaves the clipboard alone where nothing is selected.
     void copySelection() const;
 
+    // Stands in the middle of the table while it has no rows.
+    void setEmptyText(const QString& text);
+
   protected:
+    void paintEvent(QPaintEvent* event) override;
     void initViewItemOption(QStyleOptionViewItem* option) const override;
     void keyPressEvent(QKeyEvent* event) override;
     void changeEvent(QEvent* event) override;
@@ -25,6 +29,8 @@ class RecordTableView : public QTableView {
 
   private:
     void fitRows();
+
+    QString emptyText_;
 };
 
 }  // namespace zorvel

@@ -14,6 +14,7 @@ namespace zorvel {
 ValueField::ValueField(QWidget* parent) : QLineEdit(parent) {
     setReadOnly(true);
     setFrame(false);
+    setTextMargins(-2, 0, -2, 0);  // the text begins and ends where the field does
     setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     showColor();
     connect(this, &QLineEdit::textChanged, this, [this] {
@@ -77,7 +78,7 @@ void ValueField::showColor() {
     const QScopedValueRollback guard(adjusting_, true);
     QPalette own;
     own.setColor(QPalette::Base, Qt::transparent);
-    if (stale_) own.setColor(QPalette::Text, lookColors(QPalette()).disabled);
+    if (stale_) own.setColor(QPalette::Text, lookColors(QPalette()).stale);
     setPalette(own);
 }
 

@@ -17,7 +17,7 @@ void AbundanceDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opt
                               const QModelIndex& index) const {
     QStyledItemDelegate::paint(painter, option, index);
     const double share = index.data(SpeciesTableModel::shareRole).toDouble();
-    const double room = option.rect.width() - numberRoom;
+    const double room = option.rect.width() - numberRoom - 12;
     const QString number = index.data(Qt::DisplayRole).toString();
     if (share <= 0 || option.fontMetrics.horizontalAdvance(number) > numberRoom - 16) return;
 
@@ -27,8 +27,8 @@ void AbundanceDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opt
     QColor fill = strong ? colors.selectionText : colors.bar;
     if (strong) fill.setAlphaF(0.35F);
     const double width = std::max(2.0, room * share);
-    const QRectF bar(option.rect.right() - numberRoom - width,
-                     option.rect.center().y() - barHeight / 2 + 0.5, width, barHeight);
+    const QRectF bar(option.rect.x() + 12, option.rect.center().y() - barHeight / 2 + 0.5, width,
+                     barHeight);
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
     painter->setPen(Qt::NoPen);

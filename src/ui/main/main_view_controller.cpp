@@ -86,7 +86,7 @@ void MainViewController::setUpTexts() {
          {ui_->latitudeValueTextField, ui_->longitudeValueTextField, ui_->dateValueTextField}) {
         value->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     }
-    ui_->notesTextView->document()->setDocumentMargin(2);
+    ui_->notesTextView->document()->setDocumentMargin(0);
     ui_->notesTextView->viewport()->setAutoFillBackground(false);
     showSecondaryTexts();
 }
@@ -174,6 +174,7 @@ void MainViewController::showDetails(const std::optional<Census>& census) {
 void MainViewController::showSpeciesCount() {
     const auto all = static_cast<int>(speciesModel_->taxonCount());
     const int shown = speciesModel_->rowCount();
+    ui_->speciesTable->setEmptyText(all == 0 ? tr("No species") : tr("No species of that name"));
     ui_->speciesCountLabel->setText(shown == all ? tr("%L1").arg(all)
                                                  : tr("%L1 of %L2").arg(shown).arg(all));
 }

@@ -1,5 +1,6 @@
 #include "ui/main/metrics_panel.h"
 
+#include <QEvent>
 #include <QLabel>
 #include <algorithm>
 #include <optional>
@@ -44,12 +45,15 @@ MetricsPanel::MetricsPanel(QWidget* parent)
     ui_->metricsHeading->setFont(scaledFont(font(), 1.35, true));
     for (QLabel* group : {ui_->estimatesGroupLabel, ui_->diversityGroupLabel}) {
         group->setFont(scaledFont(font(), 1, true));
+        group->setContentsMargins(0, 0, 0, 8);
     }
     ui_->individualsValueTextField->setScale(1.9);
     ui_->richnessValueTextField->setScale(1.9);
     for (ValueField* number : {ui_->individualsValueTextField, ui_->richnessValueTextField}) {
         number->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     }
+    ui_->metricsNote->setContentsMargins(0, 12, 0, 0);
+    showSecondaryTexts();
     nameRows();
 }
 
@@ -58,6 +62,20 @@ MetricsPanel::~MetricsPanel() = default;
 void MetricsPanel::setServices(JobQueue& jobs, RandomSourceMaker makeRandom) {
     jobs_ = &jobs;
     makeRandom_ = std::move(makeRandom);
+}
+
+void MetricsPanel::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::ApplicationPaletteChange) showSecondaryTexts();
+}
+
+void MetricsPanel::showSecondaryTexts() {
+    QPalette quiet;
+    quiet.setColor(QPalette::WindowText, lookColors(QPalette()).secondary);
+    for (QLabel* label :
+         {ui_->individualsLabelTextField, ui_->richnessLabelTextField, ui_->metricsNote}) {
+        label->setPalette(quiet);
+    }
 }
 
 MetricsPanel::Rows MetricsPanel::rows() const {

@@ -41,6 +41,9 @@ class MetricsPanel : public QWidget {
     // job ends last; jobs that have not begun when another refresh comes do no work.
     void refresh(const QString& censusName, const CountsVector& counts);
 
+  protected:
+    void changeEvent(QEvent* event) override;
+
   private:
     struct Row {
         std::string_view key;
@@ -51,6 +54,7 @@ class MetricsPanel : public QWidget {
 
     [[nodiscard]] Rows rows() const;
     void nameRows();
+    void showSecondaryTexts();
     void fillAtOnce(const CountsVector& counts);
     void startRarefaction(const CountsVector& counts);
     void startSqs(const CountsVector& counts);
