@@ -29,7 +29,8 @@ class RandomSource {
     }
     // Uniform over 0 .. bound - 1, without bias; bound is at least 1. The high half of a product,
     // rejecting the few low halves that would favour some values (Lemire 2019, "Fast random integer
-    // generation in an interval"). Random bits from the system are dear: a small bound takes 32.
+    // generation in an interval"). A small bound takes 32
+    // bits.
     std::uint64_t below(std::uint64_t bound) {
         if (bound < std::uint64_t{1} << 28) return below32(static_cast<std::uint32_t>(bound));
         UInt128 product = UInt128{bits64()} * bound;
@@ -62,23 +63,29 @@ class RandomSource {
     std::size_t next_ = 2 * Buffer{}.size();  // of its 32-bit halves, the low one first
 };
 
-// The system's random numbers (getrandom), without a seed.
-class SystemRandom final : public RandomSource {
+// xoshiro256** (Blackman & Vigna 2021) from 256 bits of state, which must not all be 0.
+class GeneratedRandom : public RandomSource {
   protected:
-    void fill(Buffer& buffer) override;
-};
-
-// The same numbers for the same seed, on every machine (xoshiro256**, Blackman & Vigna 2021, seeded
-// through SplitMix64).
-class SeededRandom final : public RandomSource {
-  public:
-    explicit SeededRandom(std::uint64_t seed);
-
-  protected:
-    void fill(Buffer& buffer) override;
+    using State = std::array<std::uint64_t, 4>;
+    explicit GeneratedRandom(const State& state) : state_(state) {}
+    void fill(Buffer& buffer) final;
 
   private:
-    std::array<std::uint64_t, 4> state_{};
+    State state_;
+};
+
+// Other numbers at every run: the generator started from the system's random numbers (getrandom).
+// Not taken from the system one by one, which would be most of the time of an SQS estimate.
+class SystemRandom final : public GeneratedRandom {
+  public:
+    SystemRandom();
+};
+
+// The same numbers for the same seed, on every machine (the state is drawn from the seed by
+// SplitMix64).
+class SeededRandom final : public GeneratedRandom {
+  public:
+    explicit SeededRandom(std::uint64_t seed);
 };
 
 }  // namespace zorvel
