@@ -36,12 +36,13 @@ struct PlainNumber {
 };
 
 PlainNumber readPlainNumber(std::string_view text, std::size_t at) {
-    PlainNumber number;
-    for (; at < text.size() && number.digits < 18; ++at, ++number.digits) {
-        if (text[at] < '0' || text[at] > '9') break;
-        number.value = number.value * 10 + (text[at] - '0');
+    const std::string_view digits = text.substr(at, 18);
+    std::int64_t value = 0;
+    std::size_t read = 0;
+    while (read < digits.size() && digits[read] >= '0' && digits[read] <= '9') {
+        value = value * 10 + (digits[read++] - '0');
     }
-    return number;
+    return {value, read};
 }
 
 // Reads one text. The memory in use beside the records is 80 bytes a header cell and 16 bytes a

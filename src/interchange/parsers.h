@@ -1,5 +1,9 @@
 // The parsers of every import format: pure functions from UTF-8 text to records. A text holds no
 // byte-order mark. On any problem there is no record at all, one or two console lines, and a place.
+// Time is linear in the text. Memory is that of the records (24 bytes a taxon, 120 a census, and
+// each text once), up to three times that while a list of them grows, and for a matrix its header:
+// even a text made for it (one letter a line) takes under 200 bytes a byte, and a message quotes a
+// cell once.
 #pragma once
 
 #include <optional>
