@@ -117,7 +117,6 @@ void LookStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
                               QPainter* painter, const QWidget* widget) const {
     const LookColors& colors = lookColors(option->palette);
     switch (element) {
-        case PE_IndicatorHeaderArrow:  // painted with the label
         case PE_FrameStatusBarItem:
         case PE_FrameLineEdit:
         case PE_PanelMenuBar:
@@ -159,14 +158,15 @@ void LookStyle::drawControl(ControlElement element, const QStyleOption* option, 
                             const QWidget* widget) const {
     const LookColors& colors = lookColors(option->palette);
     switch (element) {
-        case CE_HeaderSection:
+        case CE_Header:
+            paintHeaderSection(*option, *painter);
+            if (const auto* header = qstyleoption_cast<const QStyleOptionHeader*>(option)) {
+                const int margin = proxy()->pixelMetric(PM_HeaderMargin, option, widget);
+                paintHeaderLabel(*header, option->rect.adjusted(margin, 0, -margin, 0), *painter);
+            }
+            return;
         case CE_HeaderEmptyArea:
             paintHeaderSection(*option, *painter);
-            return;
-        case CE_HeaderLabel:
-            if (const auto* header = qstyleoption_cast<const QStyleOptionHeader*>(option)) {
-                paintHeaderLabel(*header, *painter);
-            }
             return;
         case CE_Splitter:
             painter->fillRect(option->rect, colors.hairline);

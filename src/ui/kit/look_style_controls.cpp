@@ -43,25 +43,22 @@ void paintHeaderSection(const QStyleOption& option, QPainter& painter) {
 
 // The sort mark stands on the inner side of the text: after a left-aligned one, before a
 // right-aligned one, so that the text keeps its line with the cells below.
-void paintHeaderLabel(const QStyleOptionHeader& option, QPainter& painter) {
+void paintHeaderLabel(const QStyleOptionHeader& option, const QRect& room, QPainter& painter) {
     const LookColors& colors = lookColors(option.palette);
     const bool right = (option.textAlignment & Qt::AlignRight) != 0;
     const bool sorted = option.sortIndicator != QStyleOptionHeader::None;
     constexpr int markSide = 12;
     constexpr int gap = 4;
-    const int room = option.rect.width() - (sorted ? markSide + gap : 0);
-    const QString text = option.fontMetrics.elidedText(option.text, Qt::ElideRight, room);
+    const int textRoom = room.width() - (sorted ? markSide + gap : 0);
+    const QString text = option.fontMetrics.elidedText(option.text, Qt::ElideRight, textRoom);
     const int width = option.fontMetrics.horizontalAdvance(text);
 
     painter.setPen(sorted ? colors.text : colors.secondary);
-    // The label's rectangle has lost the margin in height too; the section clips.
-    painter.drawText(option.rect,
-                     static_cast<int>(option.textAlignment | Qt::AlignVCenter) | Qt::TextDontClip,
-                     text);
+    painter.drawText(room, static_cast<int>(option.textAlignment | Qt::AlignVCenter), text);
     if (!sorted) return;
-    const int x = right ? option.rect.right() - width - gap - markSide
-                        : option.rect.x() + width + (width > 0 ? gap : 0);
-    const QRect mark(x, option.rect.center().y() - markSide / 2, markSide, markSide);
+    const int x = right ? room.right() + 1 - width - gap - markSide
+                        : room.x() + width + (width > 0 ? gap : 0);
+    const QRect mark(x, room.center().y() - markSide / 2, markSide, markSide);
     // Qt calls the mark of an ascending order the one that points down.
     const bool ascending = option.sortIndicator == QStyleOptionHeader::SortDown;
     paintGlyph(painter, ascending ? Glyph::chevronUp : Glyph::chevronDown, mark, colors.text);

@@ -12,7 +12,7 @@ class QWidget;
 namespace zorvel {
 
 void paintHeaderSection(const QStyleOption& option, QPainter& painter);
-void paintHeaderLabel(const QStyleOptionHeader& option, QPainter& painter);
+void paintHeaderLabel(const QStyleOptionHeader& option, const QRect& room, QPainter& painter);
 void paintMenuBarItem(const QStyleOptionMenuItem& option, QPainter& painter);
 void paintPushButton(const QStyleOption& option, QPainter& painter, bool primary);
 void paintToolButton(const QStyleOption& option, QPainter& painter);

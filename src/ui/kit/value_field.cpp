@@ -50,9 +50,9 @@ void ValueField::resizeEvent(QResizeEvent* event) {
 void ValueField::changeEvent(QEvent* event) {
     QLineEdit::changeEvent(event);
     if (adjusting_) return;
-    // The application's palette or the panel's font has changed.
-    if (event->type() == QEvent::ApplicationPaletteChange) showColor();
-    if (event->type() == QEvent::ApplicationFontChange) fitFont();
+    // The application's look or font has changed, not this field's own.
+    if (event->type() == QEvent::PaletteChange) showColor();
+    if (event->type() == QEvent::FontChange) fitFont();
 }
 
 void ValueField::paintEvent(QPaintEvent* event) {

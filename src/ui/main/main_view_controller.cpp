@@ -104,7 +104,7 @@ void MainViewController::showSecondaryTexts() {
 
 void MainViewController::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
-    if (event->type() == QEvent::ApplicationPaletteChange) showSecondaryTexts();
+    if (event->type() == QEvent::PaletteChange) showSecondaryTexts();
 }
 
 void MainViewController::reloadCensuses() {

@@ -66,7 +66,7 @@ void MetricsPanel::setServices(JobQueue& jobs, RandomSourceMaker makeRandom) {
 
 void MetricsPanel::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
-    if (event->type() == QEvent::ApplicationPaletteChange) showSecondaryTexts();
+    if (event->type() == QEvent::PaletteChange) showSecondaryTexts();
 }
 
 void MetricsPanel::showSecondaryTexts() {

@@ -1,0 +1,117 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QFontMetrics>
+#include <QImage>
+#include <QPainter>
+#include <QWidget>
+#include <algorithm>
+#include <cmath>
+#include <memory>
+
+#include "ui/kit/glyphs.h"
+#include "ui/kit/look.h"
+#include "ui/kit/message_strip.h"
+#include "ui/kit/spinner.h"
+#include "ui/kit/value_field.h"
+
+namespace zorvel {
+namespace {
+
+// Relative luminance and contrast ratio (Web Content Accessibility Guidelines 2.1, 1.4.3).
+double luminance(const QColor& color) {
+    const auto linear = [](double part) {
+        return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) +
+           0.0722 * linear(color.blueF());
+}
+
+double contrast(const QColor& a, const QColor& b) {
+    const auto [low, high] = std::minmax(luminance(a), luminance(b));
+    return (high + 0.05) / (low + 0.05);
+}
+
+TEST(Look, TextIsLegibleOnEveryGroundOfBothSchemes) {
+    for (const ColorScheme scheme : {ColorScheme::light, ColorScheme::dark}) {
+        const LookColors& colors = lookColors(scheme);
+        EXPECT_EQ(schemeOf(lookPalette(scheme)), scheme);
+        for (const QColor& ground : {colors.window, colors.base, colors.alternate, colors.raised,
+                                     colors.quietSelection, colors.warning}) {
+            EXPECT_GE(contrast(colors.text, ground), 7.0) << ground.name().toStdString();
+        }
+        for (const QColor& ground : {colors.window, colors.base, colors.raised}) {
+            EXPECT_GE(contrast(colors.secondary, ground), 4.5) << ground.name().toStdString();
+            EXPECT_GE(contrast(colors.accent, ground), 3.0) << ground.name().toStdString();
+        }
+        EXPECT_GE(contrast(colors.selectionText, colors.selection), 4.5);
+        EXPECT_GE(contrast(colors.stale, colors.raised), 3.0);
+    }
+}
+
+TEST(Glyphs, EachPaintsWithinItsSquareInItsColour) {
+    for (const Glyph glyph : {Glyph::tick, Glyph::cross, Glyph::warning, Glyph::search,
+                              Glyph::chevronUp, Glyph::chevronDown}) {
+        QImage image(40, 40, QImage::Format_ARGB32_Premultiplied);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        paintGlyph(painter, glyph, QRectF(10, 10, 20, 20), Qt::black);
+        painter.end();
+        int inked = 0;
+        for (int y = 0; y < 40; ++y) {
+            for (int x = 0; x < 40; ++x) {
+                const bool ink = qGray(image.pixel(x, y)) < 128;
+                const bool inside = x >= 10 && x < 30 && y >= 10 && y < 30;
+                EXPECT_TRUE(inside || !ink) << x << ' ' << y;
+                inked += ink ? 1 : 0;
+            }
+        }
+        EXPECT_GT(inked, 15) << static_cast<int>(glyph);
+    }
+}
+
+TEST(ValueFieldTest, ALongNumberIsSetSmallerUntilItFits) {
+    QWidget panel;
+    ValueField field(&panel);
+    field.setScale(2);
+    field.resize(100, 40);
+    field.setText("140");
+    const QFont large = field.font();
+    field.setText("9223372036854775807");
+    EXPECT_LE(QFontMetrics(field.font()).horizontalAdvance(field.text()), 130);
+    EXPECT_LT(field.font().pointSizeF(), large.pointSizeF());
+    field.setText("140");
+    EXPECT_EQ(field.font(), large);
+}
+
+TEST(ValueFieldTest, ASchemeChangeKeepsTheMarkOfAStaleValue) {
+    QWidget panel;
+    ValueField field(&panel);
+    field.setExplanation("what it means");
+    field.setStale("whose it is");
+    applyLook(*qApp, ColorScheme::dark);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(field.palette().color(QPalette::Text), lookColors(ColorScheme::dark).stale);
+    EXPECT_EQ(field.toolTip(), "whose it is");
+    field.setStale({});
+    EXPECT_EQ(field.palette().color(QPalette::Text), lookColors(ColorScheme::dark).text);
+    EXPECT_EQ(field.toolTip(), "what it means");
+    applyLook(*qApp, ColorScheme::light);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(field.palette().color(QPalette::Text), lookColors(ColorScheme::light).text);
+}
+
+TEST(MessageStripTest, KeepsTheLatestMessagesUntilDismissed) {
+    MessageStrip strip;
+    EXPECT_TRUE(strip.isHidden());
+    for (int i = 1; i <= 6; ++i) strip.addMessage(QString::number(i));
+    EXPECT_FALSE(strip.isHidden());
+    EXPECT_EQ(strip.messages(), (QStringList{"3", "4", "5", "6"}));
+    strip.dismiss();
+    EXPECT_TRUE(strip.isHidden());
+    strip.addMessage("again");
+    EXPECT_EQ(strip.messages(), QStringList{"again"});
+}
+
+}  // namespace
+}  // namespace zorvel

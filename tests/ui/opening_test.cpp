@@ -1,0 +1,91 @@
+#include <QPushButton>
+#include <QTest>
+#include <QToolButton>
+
+#include "ui/kit/message_strip.h"
+#include "ui/window_fixture.h"
+
+namespace zorvel {
+namespace {
+
+class OpeningTest : public WindowTest {
+  protected:
+    std::string message() { return label("messageText"); }
+    bool stripShown() { return child<MessageStrip>("messageStrip").isVisible(); }
+    bool emptyPageShown() { return child<QPushButton>("openButton").isVisible(); }
+};
+
+TEST_F(OpeningTest, AnEmptyWindowSaysWhatToDoFirst) {
+    EXPECT_TRUE(emptyPageShown());
+    EXPECT_FALSE(stripShown());
+    panel.answer = write("one.csv", ",a,b\nNorth,3,4\n");
+    QTest::mouseClick(&child<QPushButton>("openButton"), Qt::LeftButton);
+    ASSERT_TRUE(waitUntil([this] { return censusTable().model()->rowCount() == 1; }));
+    EXPECT_FALSE(emptyPageShown());
+    EXPECT_EQ(windows->windows().size(), 1u);
+}
+
+TEST_F(OpeningTest, ACancelledPanelOpensNothing) {
+    QTest::mouseClick(&child<QPushButton>("openButton"), Qt::LeftButton);
+    EXPECT_FALSE(window->mainView().isInProgress());
+    EXPECT_TRUE(window->isFree());
+}
+
+TEST_F(OpeningTest, FilesThatCannotBeRead) {
+    const struct {
+        QString path;
+        const char* begins;
+    } cases[] = {
+        {write("cell.csv", ",a,b\nNorth,3,4\nSouth,x,1\n"),
+         "cell.csv could not be read (line 3, cell 2): "},
+        {write("empty.csv", ""), "empty.csv could not be read: the file is empty"},
+        {folder.filePath("missing.csv"), "missing.csv could not be read: "},
+        {folder.path(), ""},
+    };
+    for (const auto& test : cases) {
+        console.clear();
+        open(test.path);
+        EXPECT_TRUE(stripShown());
+        EXPECT_TRUE(emptyPageShown());
+        EXPECT_EQ(window->windowTitle(), "Untitled");
+        EXPECT_EQ(message().rfind(test.begins, 0), 0u) << message();
+        EXPECT_GE(console.size(), 2u);
+        EXPECT_EQ(console.back().rfind("WARNING: ", 0), 0u);
+        QTest::mouseClick(&child<QToolButton>("dismissMessageButton"), Qt::LeftButton);
+        EXPECT_FALSE(stripShown());
+    }
+}
+
+TEST_F(OpeningTest, AMessageStaysWhileOtherWorkGoesOn) {
+    open(write("bad.csv", ",a\nNorth,x\n"));
+    open(exampleFile);
+    EXPECT_TRUE(stripShown());
+    EXPECT_EQ(censusTable().model()->rowCount(), 70);
+}
+
+TEST_F(OpeningTest, AFileTakesAFreeWindowOrOneOfItsOwn) {
+    const QString first = write("first.csv", ",a\nNorth,3\n");
+    const QString second = write("second.csv", ",a\nSouth,4\n");
+    windows->openFile(first, window);
+    windows->openFile(second, window);  // the first is still on its way
+    const std::vector<MainWindowController*> open = windows->windows();
+    ASSERT_EQ(open.size(), 2u);
+    for (MainWindowController* each : open) {
+        ASSERT_TRUE(waitUntil([each] { return !each->mainView().isInProgress(); }));
+        ASSERT_EQ(each->document().objectContext().censusCount(), 1u);
+    }
+    EXPECT_EQ(open[0]->document().objectContext().censuses()[0].name()->str(), "North");
+    EXPECT_EQ(open[1]->document().objectContext().censuses()[0].name()->str(), "South");
+}
+
+TEST_F(OpeningTest, AWindowMayCloseWhileItsJobsRun) {
+    open(exampleFile);
+    windows->openFile(exampleFile, nullptr);
+    for (MainWindowController* each : windows->windows()) each->close();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_TRUE(windows->windows().empty());
+    drainJobs();
+}
+
+}  // namespace
+}  // namespace zorvel

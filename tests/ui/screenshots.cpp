@@ -1,0 +1,129 @@
+// screenshots FOLDER: writes the window's states as pictures, light and dark, at the scale of
+// QT_SCALE_FACTOR. For looking at, and for the picture of the README; not a test.
+#include <QApplication>
+#include <QDir>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QFile>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QPixmap>
+#include <QTableView>
+#include <QTemporaryDir>
+#include <functional>
+#include <memory>
+
+#include "app/look_choice.h"
+#include "app/project_windows.h"
+#include "app/start_up.h"
+#include "metrics/random_source.h"
+#include "platform/job_queue.h"
+#include "ui/kit/open_panel.h"
+#include "ui/main/main_view_controller.h"
+#include "ui/main/main_window_controller.h"
+
+namespace {
+
+using namespace zorvel;
+
+void settle(const std::function<bool()>& done) {
+    QElapsedTimer timer;
+    timer.start();
+    while (!done() && timer.elapsed() < 10000) {
+        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    }
+    QCoreApplication::processEvents();
+}
+
+class Session {
+  public:
+    Session(QApplication& application, QString folder)
+        : look_(application),
+          windows_(
+              jobs_, [] { return std::make_unique<SeededRandom>(1); }, look_, panel_),
+          folder_(std::move(folder)) {}
+
+    void takeAll(LookChoice::Choice choice, const QString& name) {
+        look_.choose(choice);
+        name_ = name;
+        window_ = &windows_.openUntitled();
+        window_->resize(1024, 700);
+        shot("empty");
+        open(ZORVEL_SOURCE_DIR "/examples/oribatid-mites.csv");
+        select(4);
+        shot("main");
+        open(written("small.csv", ",Abies alba,Larix decidua\nNorth,3,4\nSouth,30,25\n"));
+        select(1);
+        select(0);
+        table("speciesTable")->selectRow(0);
+        table("speciesTable")->setFocus();
+        table("speciesTable")->sortByColumn(2, Qt::DescendingOrder);
+        shot("sqs-absent");
+        open(ZORVEL_SOURCE_DIR "/examples/oribatid-mites.csv");
+        window_->findChild<QLineEdit*>("searchBar")->setText("or");
+        window_->findChild<QLineEdit*>("searchBar")->setFocus();
+        table("censusTable")->sortByColumn(1, Qt::AscendingOrder);
+        window_->mainView().startProgress("importing census matrix...");
+        window_->mainView().showMessage("moss.csv could not be read (line 3, cell 7): example");
+        shot("search");
+        open(written("bad.csv", ",a,b\nNorth,3,x\n"));
+        shot("bad");
+    }
+
+  private:
+    QTableView* table(const char* name) { return window_->findChild<QTableView*>(name); }
+
+    QString written(const QString& name, const QByteArray& text) {
+        QFile file(scratch_.filePath(name));
+        if (file.open(QIODevice::WriteOnly)) file.write(text);
+        return file.fileName();
+    }
+
+    void open(const QString& path) {
+        if (!window_->isFree()) {
+            window_ = &windows_.openUntitled();
+            window_->resize(1024, 700);
+        }
+        windows_.openFile(path, window_);
+        settle([this] { return !window_->mainView().isInProgress(); });
+    }
+
+    void select(int row) {
+        table("censusTable")->selectRow(row);
+        QElapsedTimer timer;
+        timer.start();
+        settle([&] { return timer.elapsed() > 150; });
+    }
+
+    void shot(const QString& state) {
+        QCoreApplication::processEvents();
+        window_->grab().save(QString("%1/%2-%3.png").arg(folder_, state, name_));
+    }
+
+    JobQueue jobs_;
+    LookChoice look_;
+    DesktopOpenPanel panel_;
+    ProjectWindows windows_;
+    QTemporaryDir scratch_;
+    QString folder_;
+    QString name_;
+    MainWindowController* window_ = nullptr;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const QTemporaryDir home;
+    qputenv("HOME", home.path().toUtf8());
+    qputenv("XDG_CONFIG_HOME", home.path().toUtf8());
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    const QString folder = application.arguments().value(1, ".");
+    QDir().mkpath(folder);
+    setUpApplication();
+    Session session(application, folder);
+    session.takeAll(LookChoice::light, "light");
+    session.takeAll(LookChoice::dark, "dark");
+    return 0;
+}
