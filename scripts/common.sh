@@ -81,10 +81,11 @@ need_packages() {
 
 # In a terminal ninja's one line of progress, elsewhere errors and warnings only.
 build_preset() {
-  local preset=$1 quiet=()
-  shift
-  [[ -t 1 ]] || quiet=(-- --quiet)
-  (cd -- "$root" && cmake --build --preset "$preset" "$@" "${quiet[@]}")
+  if [[ -t 2 ]]; then
+    cmake --build --preset "$@" >&2
+  else
+    cmake --build --preset "$@" -- --quiet 2>&1 | sed '/^ninja: no work to do\.$/d' >&2
+  fi
 }
 
 # configure PRESET: only where it has not been done since the presets last changed.
@@ -99,7 +100,7 @@ configure() {
 # build PRESET [CMAKE ARGUMENT...]
 build() {
   configure "$1"
-  build_preset "$@" >&2 || die "Building the preset $1 failed."
+  (cd -- "$root" && build_preset "$@") || die "Building the preset $1 failed."
 }
 
 # A locale with a decimal comma for the tests, made beside the build: the system stays as it is.
