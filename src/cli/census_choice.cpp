@@ -38,10 +38,12 @@ std::size_t editDistance(const std::string& from, const std::string& to) {
     return row[to.size()];
 }
 
-// A name that holds the other whole, on either side, is as close as one that is a letter off.
+// A name that holds the other whole, on either side, is as close as one that is a letter off; every
+// name holds the empty one, which says nothing.
 std::size_t distanceBetween(const std::string& name, const std::string& target) {
-    const bool holds = name.find(target) != std::string::npos ||
-                       (!name.empty() && target.find(name) != std::string::npos);
+    const bool holds =
+        !name.empty() && !target.empty() &&
+        (name.find(target) != std::string::npos || target.find(name) != std::string::npos);
     return holds ? 1 : editDistance(name, target);
 }
 

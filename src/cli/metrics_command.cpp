@@ -1,5 +1,5 @@
 // zorvel-cli metrics: the metrics of every census, over all its taxa.
-#include <utility>
+#include <vector>
 
 #include "cli/command.h"
 #include "cli/figures.h"
@@ -17,14 +17,12 @@ void nameInWarnings(const Project& project, std::size_t census) {
 
 // Census by census, so that warnings name the census and a seed serves each alike.
 void writeText(const Call& call, const Project& project, Output& output) {
-    MetricsTable table = buildMetricsTable({}, *randomSource(call));
+    std::vector<MetricRow> rows;
     for (std::size_t i = 0; i < project.censuses.size(); ++i) {
         nameInWarnings(project, i);
-        MetricsTable one = buildMetricsTable({project.censuses[i]}, *randomSource(call));
-        table.rows.push_back(one.rows.front());
-        table.censusNames.push_back(std::move(one.censusNames.front()));
+        rows.push_back(buildMetricsTable({project.censuses[i]}, *randomSource(call)).rows.front());
     }
-    output.write(writeMetricsTable(table.rows, table.columnTitles, table.censusNames));
+    output.write(writeMetricsTable(rows, metricColumnTitles, project.names));
 }
 
 void writeJson(const Call& call, const Project& project, Output& output) {

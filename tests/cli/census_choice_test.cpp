@@ -27,6 +27,7 @@ TEST(CensusChoice, TellsWhatElseThereIs) {
         {few, "north", "no census is called 'north'; close to it: 'North'"},
         {few, "Nort", "no census is called 'Nort'; close to it: 'North'"},
         {few, "outh", "no census is called 'outh'; close to it: 'South'"},
+        {few, "", "no census is called ''; the censuses are 'North', 'South'"},
         {few, "Moor", "no census is called 'Moor'; the censuses are 'North', 'South'"},
         {many, "Core1", "no census is called 'Core1'; close to it: 'Core 1'"},
         {many, "core 11",
