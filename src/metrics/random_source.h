@@ -29,8 +29,7 @@ class RandomSource {
     }
     // Uniform over 0 .. bound - 1, without bias; bound is at least 1. The high half of a product,
     // rejecting the few low halves that would favour some values (Lemire 2019, "Fast random integer
-    // generation in an interval"). A small bound takes 32
-    // bits.
+    // generation in an interval"). A small bound takes 32 bits.
     std::uint64_t below(std::uint64_t bound) {
         if (bound < std::uint64_t{1} << 28) return below32(static_cast<std::uint32_t>(bound));
         UInt128 product = UInt128{bits64()} * bound;
