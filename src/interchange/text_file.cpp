@@ -34,7 +34,7 @@ int readAll(int descriptor, std::size_t expected, std::string& bytes) {
     while (true) {
         // One byte more than expected, so that the end of the file shows without another growth.
         const std::size_t step = std::max({smallestStep, expected + 1, size});
-        if (bytes.size() - size < smallestStep) bytes.resize(size + step);
+        if (size == bytes.size()) bytes.resize(size + step);
         const ssize_t count = read(descriptor, bytes.data() + size, bytes.size() - size);
         if (count < 0 && errno == EINTR) continue;
         if (count < 0) return errno;
@@ -65,19 +65,17 @@ Result<std::string> readDescriptor(int descriptor) {
 }  // namespace
 
 Result<std::string> decodeText(std::string bytes) {
-    if (bytes.starts_with(utf8Mark)) {
-        const std::string_view text = std::string_view(bytes).substr(utf8Mark.size());
-        if (!whyNotUtf8(text)) {
-            bytes.erase(0, utf8Mark.size());
-            return bytes;
-        }
+    const std::size_t start = bytes.starts_with(utf8Mark) ? utf8Mark.size() : 0;
+    const std::optional<NotUtf8> fault = whyNotUtf8(std::string_view(bytes).substr(start));
+    if (!fault) {
+        bytes.erase(0, start);
+        return bytes;
     }
-    const std::optional<NotUtf8> fault = whyNotUtf8(bytes);
-    if (!fault) return bytes;
+    const std::size_t offset = start + fault->offset;
     return Problem{"not UTF-8 text: it seems to be " + fault->seems + " (byte " +
-                   hexadecimal(bytes[fault->offset]) + " at offset " +
-                   integerText(static_cast<std::int64_t>(fault->offset)) + ", line " +
-                   integerText(static_cast<std::int64_t>(lineNumber(bytes, fault->offset))) +
+                   hexadecimal(bytes[offset]) + " at offset " +
+                   integerText(static_cast<std::int64_t>(offset)) + ", line " +
+                   integerText(static_cast<std::int64_t>(lineNumber(bytes, offset))) +
                    "); save it as UTF-8 and try again"};
 }
 
