@@ -35,13 +35,11 @@ std::optional<std::int64_t> integerWithoutCommas(std::string_view piece) {
     return parseWholeInteger(digits);
 }
 
-// On the 24-hour clock; absent for an hour that no day has.
-std::optional<std::int64_t> hourOfDay(std::int64_t hour, bool afternoon) {
-    // Compared before anything is added: the hour may be any 64-bit value.
-    if (hour < -12 || hour > 23) return std::nullopt;
+// On the 24-hour clock; an hour that no day has stays one.
+std::int64_t hourOfDay(std::int64_t hour, bool afternoon) {
     if (hour == 12) hour = 0;
-    if (afternoon) hour += 12;
-    return hour < 0 || hour > 23 ? std::nullopt : std::optional(hour);
+    // Nothing is added to an hour past the day's last: it may be any 64-bit value.
+    return afternoon && hour < 24 ? hour + 12 : hour;
 }
 
 std::optional<int> monthNumber(std::string_view piece) {
@@ -75,10 +73,10 @@ Parsed<TimeStamp> parseIOSDate(std::string_view text) {
     if (pieces[4] != "AM" && pieces[4] != "PM") {
         return refused<TimeStamp>("WARNING: neither AM nor PM");
     }
-    const std::optional<std::int64_t> hourOf24 = hourOfDay(*hour, pieces[4] == "PM");
+    const std::int64_t hourOf24 = hourOfDay(*hour, pieces[4] == "PM");
     const std::optional<std::int64_t> minute = parseWholeInteger(time[1]);
     Parsed<TimeStamp> date;
-    if (hourOf24 && minute) date.value = localTime({*year, *month, *day, *hourOf24, *minute});
+    if (minute) date.value = localTime({*year, *month, *day, hourOf24, *minute});
     return date;
 }
 
