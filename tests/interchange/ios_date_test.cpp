@@ -35,6 +35,7 @@ TEST(ParseIOSDate, ReadsTheClockOfTheZone) {
         {"UTC0", "Jan 1, 2016 0:00 AM", utc(2016, 1, 1)},
         {"UTC0", "Jan 1, 2016 0:00 PM", utc(2016, 1, 1, 12)},
         {"UTC0", "Jan 1, 2016 23:10 AM", utc(2016, 1, 1, 23, 10)},
+        {"UTC0", "Jan 1, 2016 -12:10 PM", utc(2016, 1, 1, 0, 10)},
         {"UTC0", "Feb 29, 2016 1:00 AM", utc(2016, 2, 29, 1)},
         {"UTC0", "Feb 29, 2000 1:00 AM", utc(2000, 2, 29, 1)},
         {"UTC0", "Jan 1, 1 1:00 AM", utc(1, 1, 1, 1)},
@@ -142,6 +143,7 @@ TEST(LocalTime, EveryDayOfTheCalendarHasItsPlace) {
 TEST(LocalTime, ShowsTheSameClockThroughTheSystem) {
     for (const char* rules : {easternZone, lordHoweZone, "CET-1CEST,M3.5.0,M10.5.0/3"}) {
         const Zone zone(rules);
+        tzset();
         // Each quarter of an hour of a year, as the system shows it, leads back to itself, save
         // where the clock shows the same twice.
         const TimeStamp start = utc(2016, 1, 1);

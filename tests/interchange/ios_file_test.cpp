@@ -36,7 +36,7 @@ TEST(ParseIOSFile, WholeRecords) {
     const auto parsed = parseIOSFile(
         header("\"Abies \"alba\"\",\" Picea, wet\",\"\",Larix") +
         "\"No\"rth\",\"Mar 5, 2016 3:42 PM\",\"wet, cold\",47.61,-122.33,4,0,7,-3\n"
-        "\"\",\"Dec 31, 2015 12:00 AM\",\"\",1e2,-inf, 1 2 ,+3,-0,9223372036854775807\n"
+        "\"\",\"Dec 31, 20\"15 12:00 AM\",\"\",1e2,-inf, 1 2 ,+3,-0,9223372036854775807\n"
         "\"None\",\"Dec 31, 2015 12:00 AM\",\"\",0,0,0,0,0,0\n"
         "lost for want of a line break");
     ASSERT_TRUE(parsed.value);

@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <string>
+#include <vector>
 
 #include "interchange/parsers.h"
 #include "interchange/writers.h"
@@ -36,6 +38,16 @@ TEST(MatrixWriter, WholeTexts) {
     };
     for (const auto& c : cases) {
         EXPECT_EQ(writeCensusMatrix(c.matrix, c.taxonNames, c.censusNames), c.text);
+    }
+}
+
+TEST(MatrixWriter, RowsOfTheLongestCells) {
+    for (std::size_t taxa = 1; taxa <= 24; ++taxa) {
+        std::string row;
+        for (std::size_t i = 0; i < taxa; ++i) row += "," + std::to_string(INT64_MIN);
+        const std::string text = writeCensusMatrix({CountsVector(taxa, INT64_MIN)},
+                                                   std::vector<std::string>(taxa), {"N"});
+        EXPECT_TRUE(text.ends_with("\nN" + row + "\n")) << taxa;
     }
 }
 

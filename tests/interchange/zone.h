@@ -1,5 +1,5 @@
 // The process's time zone, for as long as this lives. Rules are spelled out (POSIX), so that no
-// time zone database is needed.
+// time zone database is needed. The C library is not told: who needs the zone has to look.
 #pragma once
 
 #include <cstdlib>
@@ -17,7 +17,6 @@ class Zone {
     explicit Zone(const char* rules) {
         if (const char* before = std::getenv("TZ")) before_ = before;
         setenv("TZ", rules, 1);
-        tzset();
     }
     ~Zone() {
         if (before_) {
