@@ -39,7 +39,10 @@ int LookStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
         case PM_IndicatorHeight:
             return 16;
         case PM_MenuBarHMargin:
+        case PM_MenuVMargin:
             return 4;
+        case PM_MenuPanelWidth:
+            return 1;
         case PM_MenuBarItemSpacing:
         case PM_MenuBarPanelWidth:
         case PM_ButtonShiftHorizontal:
@@ -139,13 +142,12 @@ void LookStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
         case PE_IndicatorItemViewItemCheck:
             paintItemCheck(*option, *painter);
             return;
-        case PE_PanelMenu:
-            painter->fillRect(option->rect, colors.raised);
+        case PE_FrameMenu:  // the panel has painted it
             return;
-        case PE_FrameMenu:
+        case PE_PanelMenu:
         case PE_PanelTipLabel:
             painter->setPen(colors.border);
-            painter->setBrush(element == PE_PanelTipLabel ? QBrush(colors.raised) : Qt::NoBrush);
+            painter->setBrush(colors.raised);
             painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
             return;
         default:
