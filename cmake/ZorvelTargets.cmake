@@ -25,13 +25,18 @@ function(zorvel_test name)
   if(NOT ARG_NO_MAIN)
     target_link_libraries(${name} PRIVATE GTest::gtest_main)
   endif()
+  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR})
   target_compile_definitions(${name} PRIVATE ZORVEL_SOURCE_DIR="${PROJECT_SOURCE_DIR}")
   if("thread" IN_LIST ARG_LABELS)
     add_dependencies(thread_tests ${name})
+  endif()
+  set(properties TIMEOUT 600)
+  if(ARG_LABELS)
+    list(APPEND properties LABELS ${ARG_LABELS})
   endif()
   gtest_discover_tests(
     ${name}
     DISCOVERY_MODE PRE_TEST
     DISCOVERY_TIMEOUT 60
-    PROPERTIES LABELS "${ARG_LABELS}" TIMEOUT 600)
+    PROPERTIES ${properties})
 endfunction()

@@ -7,8 +7,8 @@
 
 #include "app/menus.h"
 #include "model/import.h"
+#include "model/text_project.h"
 #include "platform/job_queue.h"
-#include "platform/text_project.h"
 #include "ui/kit/open_panel.h"
 #include "ui/main/main_view_controller.h"
 #include "ui/main/main_window_controller.h"

@@ -35,8 +35,8 @@ bool looksLikeProjectFile(std::string_view bytes);
 FileKind guessFileKind(std::string_view text);
 
 // Writes a file whole or not at all: a temporary file beside it, synced, then renamed over it. An
-// existing file keeps its mode, and its owner as far as the system allows; a symbolic link stays and
-// its target is replaced. What cannot be replaced is written directly: pipes, devices, and open
+// existing file keeps its mode, and its owner as far as the system allows; a symbolic link stays
+// and its target is replaced. What cannot be replaced is written directly: pipes, devices, and open
 // descriptors named as /dev/stdout or /dev/fd/N.
 std::optional<Problem> writeFileWhole(const std::string& path, std::string_view bytes);
 

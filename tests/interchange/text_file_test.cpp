@@ -9,7 +9,7 @@
 #include <thread>
 #include <vector>
 
-#include "scratch_folder.h"
+#include "tests/support/scratch_folder.h"
 
 namespace zorvel {
 namespace {
@@ -69,6 +69,9 @@ TEST(DecodeText, WhatIsNotUtf8IsNamedWithItsPlace) {
         {"\x89PNG\r\n\x1A\n\0\0"s, "binary data", "0x89 at offset 0, line 1"},
         {"PK\x03\x04\x14 text \xFF", "binary data", "0xFF at offset 11, line 1"},
         {std::string(40, '\0'), "binary data", "0x00 at offset 0, line 1"},
+        {"\xEF\xBB\xBF"
+         "a\n\0\0bc"s,
+         "binary data", "0x00 at offset 5, line 2"},
         {std::string(200'000, 'x') + "\n\xE9", "Latin-1 (ISO 8859-1) text",
          "0xE9 at offset 200001, line 2"},
     };
@@ -91,6 +94,7 @@ TEST_F(ReadFile, BytesComeBackWhatever) {
         const Result<std::string> read = readFileBytes(path("file"));
         ASSERT_TRUE(read);
         EXPECT_EQ(read.value(), bytes);
+        EXPECT_LE(read.value().capacity(), size + 65536);
     }
     // Its size is not known beforehand.
     const Result<std::string> status = readFileBytes("/proc/self/status");

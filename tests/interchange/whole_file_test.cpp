@@ -11,7 +11,7 @@
 #include <thread>
 
 #include "interchange/text_file.h"
-#include "scratch_folder.h"
+#include "tests/support/scratch_folder.h"
 
 namespace zorvel {
 namespace {

@@ -3,7 +3,7 @@
 
 #include <QString>
 
-#include "store/object_context.h"
+#include "model/diversity_document.h"
 
 namespace zorvel {
 

@@ -5,7 +5,7 @@
 #include <optional>
 #include <vector>
 
-#include "store/object_context.h"
+#include "model/diversity_document.h"
 #include "ui/main/ordered_table_model.h"
 
 namespace zorvel {

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "store/census_block.h"
+#include "model/diversity_document.h"
 #include "ui/main/ordered_table_model.h"
 
 namespace zorvel {

@@ -1,34 +1,33 @@
-#include "platform/text_project.h"
+#include "model/text_project.h"
 
 #include <gtest/gtest.h>
 
-#include <QByteArray>
-#include <QFile>
-#include <QTemporaryDir>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "base/console.h"
+#include "tests/support/scratch_folder.h"
 
 namespace zorvel {
 namespace {
 
-class TextProjectTest : public ::testing::Test {
+class TextProjectTest : public ScratchFolder {
   protected:
     void SetUp() override {
+        ScratchFolder::SetUp();
         setConsoleSink([this](std::string_view line) { console.emplace_back(line); });
     }
-    void TearDown() override { setConsoleSink({}); }
-
-    TextProject read(const QByteArray& bytes) {
-        QFile file(folder.filePath("counts.csv"));
-        EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
-        file.close();
-        return readTextProject(file.fileName().toStdString());
+    void TearDown() override {
+        setConsoleSink({});
+        ScratchFolder::TearDown();
     }
 
-    QTemporaryDir folder;
+    TextProject read(const std::string& bytes) {
+        put("counts.csv", bytes);
+        return readTextProject(path("counts.csv"));
+    }
+
     std::vector<std::string> console;
 };
 
@@ -56,8 +55,7 @@ TEST_F(TextProjectTest, ABadCellGivesReasonPlaceAndBothConsoleLines) {
 TEST_F(TextProjectTest, FilesThatGiveNoText) {
     EXPECT_EQ(read("").failure, "the file is empty");
     EXPECT_EQ(console.back(), "WARNING: no string obtained from file");
-    const std::string missing = folder.filePath("missing.csv").toStdString();
-    EXPECT_NE(readTextProject(missing).failure, "");
+    EXPECT_NE(readTextProject(path("missing.csv")).failure, "");
     EXPECT_EQ(console.back(), "WARNING: no string obtained from file");
     EXPECT_NE(read("name\xff\xfe,1\n").failure, "");
 }

@@ -1,4 +1,4 @@
-#include "platform/text_project.h"
+#include "model/text_project.h"
 
 #include <string_view>
 #include <utility>
