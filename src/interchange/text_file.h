@@ -2,7 +2,6 @@
 // parts of sentences that follow the file's name, which they do not hold. Any thread.
 #pragma once
 
-#include <cstdio>
 #include <optional>
 #include <string>
 #include <string_view>
