@@ -28,8 +28,9 @@ double luminance(const QColor& color) {
 }
 
 double contrast(const QColor& a, const QColor& b) {
-    const auto [low, high] = std::minmax(luminance(a), luminance(b));
-    return (high + 0.05) / (low + 0.05);
+    const double first = luminance(a) + 0.05;
+    const double second = luminance(b) + 0.05;
+    return std::max(first, second) / std::min(first, second);
 }
 
 TEST(Look, TextIsLegibleOnEveryGroundOfBothSchemes) {
