@@ -1,6 +1,7 @@
 // From the bytes of a file to a text of a guessed kind.
 #include "base/text.h"
 #include "fuzz/fuzz_input.h"
+#include "interchange/file_kind.h"
 #include "interchange/text_file.h"
 
 using namespace zorvel;

@@ -7,7 +7,7 @@
 #include <string>
 #include <variant>
 
-#include "interchange/text_file.h"
+#include "interchange/file_kind.h"
 
 namespace zorvel::cli {
 

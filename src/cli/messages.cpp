@@ -4,7 +4,7 @@
 
 #include "base/console.h"
 #include "base/numbers.h"
-#include "interchange/text_file.h"
+#include "interchange/whole_file.h"
 
 namespace zorvel::cli {
 

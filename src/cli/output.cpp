@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "interchange/text_file.h"
+#include "interchange/whole_file.h"
 
 namespace zorvel::cli {
 namespace {

@@ -3,6 +3,8 @@
 #include <utility>
 
 #include "cli/messages.h"
+#include "interchange/file_kind.h"
+#include "interchange/text_file.h"
 #include "model/import.h"
 
 namespace zorvel::cli {

@@ -1,9 +1,9 @@
 #include <algorithm>
 
 #include "interchange/characters.h"
+#include "interchange/file_kind.h"
 #include "interchange/lines.h"
 #include "interchange/scan_field.h"
-#include "interchange/text_file.h"
 #include "interchange/whole_integer.h"
 
 namespace zorvel {

@@ -64,7 +64,8 @@ std::optional<std::int64_t> momentShowing(std::int64_t shown) {
 }  // namespace
 
 std::optional<TimeStamp> localTime(const WallClock& clock) {
-    constexpr std::int64_t farthestYear = 292000;
+    // Microseconds from 1970 in 64 bits reach from the year -290308 to 294247.
+    constexpr std::int64_t farthestYear = 290000;
     if (clock.year < -farthestYear || clock.year > farthestYear || !exists(clock)) {
         return std::nullopt;
     }

@@ -46,10 +46,18 @@ int readAll(int descriptor, std::size_t expected, std::string& bytes) {
     return 0;
 }
 
+// A device gives bytes without an end, but for terminals and the one that has none at all.
+bool mayNeverEnd(int descriptor, const struct stat& status) {
+    if (!S_ISCHR(status.st_mode) || isatty(descriptor) == 1) return false;
+    struct stat null {};
+    return stat("/dev/null", &null) != 0 || null.st_rdev != status.st_rdev;
+}
+
 Result<std::string> readDescriptor(int descriptor) {
     struct stat status {};
     if (fstat(descriptor, &status) != 0) return systemProblem("cannot be read", errno);
     if (S_ISDIR(status.st_mode)) return systemProblem("cannot be read", EISDIR);
+    if (mayNeverEnd(descriptor, status)) return Problem{"cannot be read: it is a device"};
     const auto expected = S_ISREG(status.st_mode) ? static_cast<std::size_t>(status.st_size) : 0;
     std::string bytes;
     int error = ENOMEM;

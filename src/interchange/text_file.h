@@ -1,10 +1,8 @@
-// Reading a file as text, guessing which format it holds, and writing files whole. Messages are
-// parts of sentences that follow the file's name, which they do not hold. Any thread.
+// Reading a file as text. Messages are parts of sentences that follow the file's name, which they
+// do not hold. Any thread.
 #pragma once
 
-#include <optional>
 #include <string>
-#include <string_view>
 
 #include "base/result.h"
 
@@ -17,26 +15,10 @@ namespace zorvel {
 Result<std::string> decodeText(std::string bytes);
 
 // The bytes of a file or a pipe, or of standard input for "-". Directories and files that cannot be
-// opened or read are problems with the system's words.
+// opened or read are problems with the system's words; devices that may never end are refused.
 Result<std::string> readFileBytes(const std::string& path);
 
 // Both.
 Result<std::string> readTextFile(const std::string& path);
-
-enum class FileKind { list, census, matrix, ios };
-
-// True where the bytes begin as a project file does.
-bool looksLikeProjectFile(std::string_view bytes);
-
-// The kind that a text seems to be: ios by its quoted header cells and the shape of the next line,
-// list where there are only whole numbers and separators, census where the first line is a name and
-// a whole number; matrix where nothing speaks for another.
-FileKind guessFileKind(std::string_view text);
-
-// Writes a file whole or not at all: a temporary file beside it, synced, then renamed over it. An
-// existing file keeps its mode, and its owner as far as the system allows; a symbolic link stays
-// and its target is replaced. What cannot be replaced is written directly: pipes, devices, and open
-// descriptors named as /dev/stdout or /dev/fd/N.
-std::optional<Problem> writeFileWhole(const std::string& path, std::string_view bytes);
 
 }  // namespace zorvel

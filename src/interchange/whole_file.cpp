@@ -9,7 +9,7 @@
 
 #include "base/numbers.h"
 #include "interchange/open_file.h"
-#include "interchange/text_file.h"
+#include "interchange/whole_file.h"
 #include "interchange/whole_integer.h"
 
 namespace zorvel {

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "interchange/import_records.h"
-#include "interchange/text_file.h"
+#include "interchange/file_kind.h"
 #include "model/diversity_document.h"
 
 namespace zorvel {

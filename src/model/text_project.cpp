@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/console.h"
+#include "interchange/file_kind.h"
 #include "interchange/text_file.h"
 #include "model/import.h"
 

@@ -9,6 +9,7 @@
 #include <thread>
 #include <vector>
 
+#include "interchange/file_kind.h"
 #include "tests/support/scratch_folder.h"
 
 namespace zorvel {
@@ -133,6 +134,8 @@ TEST_F(ReadFile, ProblemsComeInTheWordsOfTheSystem) {
     const Result<std::string> folder = readTextFile(folder_);
     ASSERT_FALSE(folder);
     EXPECT_EQ(folder.problem().message, "cannot be read: Is a directory");
+    EXPECT_EQ(readFileBytes("/dev/zero").problem().message, "cannot be read: it is a device");
+    EXPECT_EQ(readFileBytes("/dev/null").value(), "");
     put("latin.csv", "\xE9");
     EXPECT_FALSE(readTextFile(path("latin.csv")));
     put("marked.csv",

@@ -11,6 +11,7 @@
 #include <thread>
 
 #include "interchange/text_file.h"
+#include "interchange/whole_file.h"
 #include "tests/support/scratch_folder.h"
 
 namespace zorvel {

@@ -1,0 +1,18 @@
+// Guessing which format a file holds from its first bytes and lines. Pure functions, any thread.
+#pragma once
+
+#include <string_view>
+
+namespace zorvel {
+
+enum class FileKind { list, census, matrix, ios };
+
+// True where the bytes begin as a project file does.
+bool looksLikeProjectFile(std::string_view bytes);
+
+// The kind that a text seems to be: ios by its quoted header cells and the shape of the next line,
+// list where there are only whole numbers and separators, census where the first line is a name and
+// a whole number; matrix where nothing speaks for another.
+FileKind guessFileKind(std::string_view text);
+
+}  // namespace zorvel
