@@ -40,7 +40,7 @@ TEST_F(OpeningTest, FilesThatCannotBeRead) {
          "cell.csv could not be read (line 3, cell 2): "},
         {write("empty.csv", ""), "empty.csv could not be read: the file is empty"},
         {folder.filePath("missing.csv"), "missing.csv could not be read: "},
-        {folder.path(), ""},
+        {folder.path(), " could not be read: "},
     };
     for (const auto& test : cases) {
         console.clear();
@@ -48,12 +48,29 @@ TEST_F(OpeningTest, FilesThatCannotBeRead) {
         EXPECT_TRUE(stripShown());
         EXPECT_TRUE(emptyPageShown());
         EXPECT_EQ(window->windowTitle(), "Untitled");
-        EXPECT_EQ(message().rfind(test.begins, 0), 0u) << message();
+        EXPECT_NE(message().find(test.begins), std::string::npos) << message();
         EXPECT_GE(console.size(), 2u);
         EXPECT_EQ(console.back().rfind("WARNING: ", 0), 0u);
         QTest::mouseClick(&child<QToolButton>("dismissMessageButton"), Qt::LeftButton);
         EXPECT_FALSE(stripShown());
     }
+}
+
+// Cells, names and paths come from files, and may be longer than any window is wide.
+TEST_F(OpeningTest, LongTextsLeaveTheWindowItsWidth) {
+    const int width = window->mainView().minimumSizeHint().width();
+    const int panelWidth = child<QWidget>("metricsPanel").minimumSizeHint().width();
+    open(write("cell.csv", ",a\nNorth," + QByteArray(5'000'000, 'x') + '\n'));
+    EXPECT_LT(message().size(), 1000u);
+    EXPECT_LE(window->mainView().minimumSizeHint().width(), width);
+    window->mainView().startProgress(QString(250, 'x'));
+    EXPECT_LE(window->mainView().minimumSizeHint().width(), width);
+    window->mainView().stopProgress();
+    open(write("name.csv", ",a\n" + QByteArray(5'000'000, 'N') + ",3\n"));
+    ASSERT_TRUE(waitUntil([this] { return !label("metricsNote").empty(); }));
+    EXPECT_LT(label("metricsHeading").size(), 2000u);
+    EXPECT_LE(window->mainView().minimumSizeHint().width(), width);
+    EXPECT_LE(child<QWidget>("metricsPanel").minimumSizeHint().width(), panelWidth);
 }
 
 TEST_F(OpeningTest, AMessageStaysWhileOtherWorkGoesOn) {

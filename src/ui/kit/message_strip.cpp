@@ -9,12 +9,14 @@
 
 #include "ui/kit/glyphs.h"
 #include "ui/kit/look.h"
+#include "ui/kit/shown_text.h"
 
 namespace zorvel {
 
 namespace {
 constexpr int markRoom = 40;    // pixels left of the text
 constexpr int shownAtMost = 4;  // messages
+constexpr int longest = 300;    // characters of a message
 }  // namespace
 
 MessageStrip::MessageStrip(QWidget* parent)
@@ -38,10 +40,11 @@ MessageStrip::MessageStrip(QWidget* parent)
 }
 
 void MessageStrip::addMessage(const QString& message) {
-    messages_.append(message);
+    messages_.append(shortened(message, longest));
     while (messages_.size() > shownAtMost) messages_.removeFirst();
-    text_->setText(messages_.join('\n'));
-    setAccessibleName(text_->text());
+    const QString all = messages_.join('\n');
+    text_->setText(breakable(all));
+    setAccessibleName(all);
     show();
     QAccessibleEvent alert(this, QAccessible::Alert);
     QAccessible::updateAccessibility(&alert);

@@ -1,5 +1,6 @@
 // Tells of a problem at the edge of a window: it blocks nothing and stays until it is dismissed.
-// Further messages join those that are still shown, newest last. Main thread.
+// Further messages join those that are still shown, newest last; a very long one is shortened.
+// Main thread.
 #pragma once
 
 #include <QFrame>

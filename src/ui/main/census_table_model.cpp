@@ -2,12 +2,21 @@
 
 #include "metrics/census_metrics.h"
 #include "model/diversity_document.h"
+#include "ui/kit/shown_text.h"
 #include "ui/main/natural_order.h"
 
 namespace zorvel {
 
+namespace {
+constexpr qsizetype longestName = 1000;  // characters
+}
+
 QString shownName(const std::optional<SharedText>& name) {
-    return name ? QString::fromStdString(name->str()) : QString(unnamedName);
+    if (!name) return unnamedName;
+    // Bytes enough for that many characters and one more, whatever they are.
+    const std::string_view start = name->view().substr(0, 4 * (longestName + 1));
+    return shortened(QString::fromUtf8(start.data(), static_cast<qsizetype>(start.size())),
+                     longestName);
 }
 
 CensusTableModel::CensusTableModel(const ObjectContext& context, QObject* parent)

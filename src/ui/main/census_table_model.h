@@ -37,7 +37,8 @@ class CensusTableModel : public OrderedTableModel {
     std::vector<std::int64_t> richness_;  // of the included taxa, a census each
 };
 
-// The name of a record as it is shown: "unnamed" where it has none.
+// The name of a record as it is shown: "unnamed" where it has none, shortened where it is
+// longer than any screen.
 QString shownName(const std::optional<SharedText>& name);
 
 }  // namespace zorvel

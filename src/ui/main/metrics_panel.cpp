@@ -15,6 +15,7 @@
 #include "platform/job_queue.h"
 #include "platform/preferences.h"
 #include "ui/kit/look.h"
+#include "ui/kit/shown_text.h"
 #include "ui/kit/value_field.h"
 #include "ui/main/metric_explanations.h"
 #include "ui_metrics_panel.h"
@@ -194,7 +195,7 @@ void MetricsPanel::showSqs(const SqsResult& result, double quota) {
     QString note = tr("No SQS estimate for %1: %2.").arg(census_, sqsAbsenceReason(result));
     if (!sqsOwner_.isEmpty()) note += ' ' + tr("The grey value is that of %1.").arg(sqsOwner_);
     value->setStale(note);
-    ui_->metricsNote->setText(note);
+    ui_->metricsNote->setText(breakable(note));
 }
 
 }  // namespace zorvel
