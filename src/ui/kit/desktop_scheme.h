@@ -1,6 +1,7 @@
 // What the desktop prefers, light or dark: by the settings portal of the session where there is
 // one, told at start and at each change; otherwise by the palette that the desktop gave the
-// program. It never waits for the portal. Main thread; made before the program's own look is applied.
+// program. It never waits for the portal. Main thread; made before
+// the program's own look is applied.
 #pragma once
 
 #include <QObject>
