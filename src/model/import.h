@@ -4,8 +4,8 @@
 #include <string_view>
 #include <vector>
 
-#include "interchange/import_records.h"
 #include "interchange/file_kind.h"
+#include "interchange/import_records.h"
 #include "model/diversity_document.h"
 
 namespace zorvel {
