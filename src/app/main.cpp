@@ -1,6 +1,8 @@
 // zorvel: the desktop program.
 #include <QApplication>
+#include <chrono>
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 
 #include "app/command_line.h"
@@ -45,5 +47,8 @@ int main(int argc, char** argv) {
         jobs, [] { return std::make_unique<zorvel::SystemRandom>(); }, look, panel);
     zorvel::MainWindowController& first = windows.openUntitled();
     for (const QString& file : zorvel::filesOf(arguments)) windows.openFile(file, &first);
-    return QApplication::exec();
+    const int status = QApplication::exec();
+    // The windows have kept their places when they closed, and jobs only read.
+    if (!jobs.stop(std::chrono::seconds(2))) std::_Exit(status);
+    return status;
 }

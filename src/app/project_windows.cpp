@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QPoint>
 #include <QStringList>
 #include <utility>
 
@@ -16,6 +17,9 @@
 namespace zorvel {
 
 namespace {
+
+// How far a new window stands to the right of and below the one before, in pixels.
+constexpr int cascade = 30;
 
 // "line 3, cell 7", as far as it is known.
 QString placeText(const TextPlace& place) {
@@ -52,8 +56,10 @@ std::vector<MainWindowController*> ProjectWindows::windows() const {
 }
 
 MainWindowController& ProjectWindows::openUntitled() {
+    const std::vector<MainWindowController*> open = windows();
     auto* window = new MainWindowController(jobs_, makeRandom_);
     window->setAttribute(Qt::WA_DeleteOnClose);
+    if (!open.empty()) window->move(open.back()->pos() + QPoint(cascade, cascade));
     windows_.emplace_back(window);
     addMenus(*window, *this, look_);
     connect(&window->mainView(), &MainViewController::openRequested, this,

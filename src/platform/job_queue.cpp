@@ -13,13 +13,16 @@ JobQueue::JobQueue(unsigned threads) {
 }
 
 JobQueue::~JobQueue() {
-    {
-        const std::lock_guard lock(jobsMutex_);
-        stopping_ = true;
-        jobs_.clear();
-    }
-    jobsChanged_.notify_all();
+    stop(std::chrono::milliseconds(0));
     for (std::thread& thread : threads_) thread.join();
+}
+
+bool JobQueue::stop(std::chrono::milliseconds atMost) {
+    std::unique_lock lock(jobsMutex_);
+    stopping_ = true;
+    jobs_.clear();
+    jobsChanged_.notify_all();
+    return jobsChanged_.wait_for(lock, atMost, [this] { return running_ == 0; });
 }
 
 void JobQueue::enqueue(QObject* receiver, std::function<void()> work,
@@ -38,6 +41,9 @@ void JobQueue::runJobs() {
         job->work();
         job->work = nullptr;  // lets go of the inputs before the result is on its way
         report(job->id);
+        const std::lock_guard lock(jobsMutex_);
+        --running_;
+        if (stopping_) jobsChanged_.notify_all();
     }
 }
 
@@ -47,6 +53,7 @@ std::optional<JobQueue::Job> JobQueue::nextJob() {
     if (stopping_) return std::nullopt;
     Job job = std::move(jobs_.front());
     jobs_.pop_front();
+    ++running_;
     return job;
 }
 

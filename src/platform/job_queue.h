@@ -6,7 +6,9 @@
 
 #include <QObject>
 #include <QPointer>
+#include <chrono>
 #include <condition_variable>
+#include <cstddef>
 #include <cstdint>
 #include <deque>
 #include <functional>
@@ -33,6 +35,11 @@ class JobQueue : public QObject {
     // whether it was called or not. Call on this queue's thread.
     template <class Work, class Deliver>
     void start(QObject* receiver, Work work, Deliver deliver);
+
+    // For quitting: drops the jobs that have not begun and waits for those that run, but no longer
+    // than atMost. False where one still runs (a file on a dead network never ends): the queue must
+    // then not be destroyed, which would wait on. No job may be started afterwards.
+    bool stop(std::chrono::milliseconds atMost);
 
   protected:
     void customEvent(QEvent* event) override;
@@ -63,6 +70,7 @@ class JobQueue : public QObject {
     std::condition_variable jobsChanged_;
     std::deque<Job> jobs_;
     bool stopping_ = false;
+    std::size_t running_ = 0;
 
     std::mutex mailMutex_;
     std::deque<JobId> mail_;

@@ -6,6 +6,7 @@
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <atomic>
+#include <chrono>
 #include <future>
 #include <memory>
 #include <set>
@@ -175,6 +176,24 @@ TEST(JobQueue, DestructionJoinsTheRunningJobAndForgetsTheRest) {
     QCoreApplication::processEvents();
     EXPECT_EQ(ran, 1);
     EXPECT_FALSE(delivered);
+}
+
+TEST(JobQueue, StoppingWaitsForWhatRunsButNotForEver) {
+    JobQueue queue(1);
+    QObject receiver;
+    std::promise<void> begun, end;
+    queue.start(
+        &receiver,
+        [&begun, &end] {
+            begun.set_value();
+            end.get_future().wait();
+            return 0;
+        },
+        [](int) {});
+    begun.get_future().wait();
+    EXPECT_FALSE(queue.stop(std::chrono::milliseconds(20)));
+    end.set_value();
+    EXPECT_TRUE(queue.stop(std::chrono::seconds(10)));
 }
 
 }  // namespace

@@ -87,6 +87,7 @@ TEST_F(OpeningTest, AFileTakesAFreeWindowOrOneOfItsOwn) {
     windows->openFile(second, window);  // the first is still on its way
     const std::vector<MainWindowController*> open = windows->windows();
     ASSERT_EQ(open.size(), 2u);
+    EXPECT_NE(open[0]->pos(), open[1]->pos());
     for (MainWindowController* each : open) {
         ASSERT_TRUE(waitUntil([each] { return !each->mainView().isInProgress(); }));
         ASSERT_EQ(each->document().objectContext().censusCount(), 1u);
