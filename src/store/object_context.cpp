@@ -78,7 +78,7 @@ void ObjectContext::set(const Zorvel& taxon, Value TaxonValues::*member, const V
     state_->put(taxon.census_, std::move(copy.block));
 }
 
-void ObjectContext::setName(const Census& census, std::optional<SharedText> name) {
+void ObjectContext::setName(const Census& census, const std::optional<SharedText>& name) {
     set(census, &CensusAttributes::name, state_->names.intern(name));
 }
 
@@ -90,7 +90,7 @@ void ObjectContext::setLongitude(const Census& census, double degrees) {
     set(census, &CensusAttributes::longitude, degrees);
 }
 
-void ObjectContext::setNotes(const Census& census, std::optional<SharedText> notes) {
+void ObjectContext::setNotes(const Census& census, const std::optional<SharedText>& notes) {
     set(census, &CensusAttributes::notes, notes);
 }
 
@@ -98,7 +98,7 @@ void ObjectContext::setTimeStamp(const Census& census, std::optional<TimeStamp> 
     set(census, &CensusAttributes::timeStamp, timeStamp);
 }
 
-void ObjectContext::setName(const Zorvel& taxon, std::optional<SharedText> name) {
+void ObjectContext::setName(const Zorvel& taxon, const std::optional<SharedText>& name) {
     set(taxon, &TaxonValues::name, state_->names.intern(name));
 }
 

@@ -97,12 +97,12 @@ class ObjectContext {
     void deleteCensus(const Census& census);  // and its taxa
     void deleteTaxon(const Zorvel& taxon);
 
-    void setName(const Census& census, std::optional<SharedText> name);
+    void setName(const Census& census, const std::optional<SharedText>& name);
     void setLatitude(const Census& census, double degrees);
     void setLongitude(const Census& census, double degrees);
-    void setNotes(const Census& census, std::optional<SharedText> notes);
+    void setNotes(const Census& census, const std::optional<SharedText>& notes);
     void setTimeStamp(const Census& census, std::optional<TimeStamp> timeStamp);
-    void setName(const Zorvel& taxon, std::optional<SharedText> name);
+    void setName(const Zorvel& taxon, const std::optional<SharedText>& name);
     void setAbundance(const Zorvel& taxon, std::int64_t abundance);
     void setInclude(const Zorvel& taxon, bool include);
 
