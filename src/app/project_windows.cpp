@@ -24,7 +24,7 @@ constexpr int cascade = 30;
 // "line 3, cell 7", as far as it is known.
 QString placeText(const TextPlace& place) {
     if (place.line == 0) return {};
-    const QString line = ProjectWindows::tr("line %1").arg(place.line);
+    QString line = ProjectWindows::tr("line %1").arg(place.line);
     if (place.cell == 0) return line;
     return line + ProjectWindows::tr(", cell %1").arg(place.cell);
 }

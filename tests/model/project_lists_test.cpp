@@ -110,14 +110,15 @@ TEST(ProjectLists, RandomProjectsGiveWhatPlainScansGive) {
 
 class ExampleProject : public testing::Test {
   protected:
-    Census addCensus(std::optional<SharedText> name) {
+    Census addCensus(const std::optional<SharedText>& name) {
         const Census census = context_.insertCensus();
-        context_.setName(census, std::move(name));
+        context_.setName(census, name);
         return census;
     }
-    Zorvel addTaxon(const Census& census, std::optional<SharedText> name, std::int64_t abundance) {
+    Zorvel addTaxon(const Census& census, const std::optional<SharedText>& name,
+                    std::int64_t abundance) {
         const Zorvel taxon = context_.insertTaxon(census);
-        context_.setName(taxon, std::move(name));
+        context_.setName(taxon, name);
         context_.setAbundance(taxon, abundance);
         return taxon;
     }
