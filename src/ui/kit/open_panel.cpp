@@ -7,8 +7,7 @@ namespace zorvel {
 
 QString DesktopOpenPanel::chooseTextFile(QWidget* parent) {
     const QString filter = QFileDialog::tr("Text files (*.txt *.csv)");
-    const QString path =
-        QFileDialog::getOpenFileName(parent, QFileDialog::tr("Open"), folder_, filter);
+    QString path = QFileDialog::getOpenFileName(parent, QFileDialog::tr("Open"), folder_, filter);
     if (!path.isEmpty()) folder_ = QFileInfo(path).path();
     return path;
 }
