@@ -7,6 +7,7 @@
 #include <string>
 
 #include "bench/plain_rarefaction.h"
+#include "bench/run_benchmarks.h"
 #include "metrics/random_source.h"
 #include "metrics/rarefaction.h"
 
@@ -75,8 +76,5 @@ void addAll() {
 
 int main(int argc, char** argv) {
     zorvel::addAll();
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    return zorvel::runBenchmarks(argc, argv);
 }

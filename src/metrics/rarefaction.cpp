@@ -2,12 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <mutex>
 #include <new>
 
 #include "base/console.h"
 #include "metrics/census_metrics.h"
+#include "metrics/rarefaction_limits.h"
 #include "metrics/rarefaction_sums.h"
 
 namespace zorvel {
@@ -20,23 +20,20 @@ Rarefaction fixedPoint() {
     return {1, 1.0, 0.0, 1.0, 1.0, 1.0, 1.0};
 }
 
-Rarefaction withLimits(std::int64_t sampleSize, double estimate, double variance) {
-    const double sd = std::sqrt(variance);
-    const auto lower = [](double limit) { return limit <= 1.0 ? 1.0 : limit; };
-    return {sampleSize,
-            estimate,
-            variance,
-            lower(estimate - 1.96 * sd),
-            estimate + 1.96 * sd,
-            lower(estimate - 2.58 * sd),
-            estimate + 2.58 * sd};
+// No subsample that holds a specimen holds fewer than one taxon.
+Rarefaction raisedToOne(Rarefaction point) {
+    const auto raise = [](double& limit) {
+        if (limit <= 1.0) limit = 1.0;
+    };
+    raise(point.lower95);
+    raise(point.lower99);
+    return point;
 }
 
 Rarefaction pointAt(const RarefactionSums& sums, std::int64_t n, bool ready) {
-    const double nan = std::numeric_limits<double>::quiet_NaN();
-    if (n < 0 || !ready) return {n, nan, nan, nan, nan, nan, nan};
+    if (n < 0 || !ready) return undefinedPoint(n);
     const RichnessMoments richness = sums.at(n);
-    return withLimits(n, richness.estimate, richness.variance);
+    return raisedToOne(pointWithLimits(n, richness.estimate, richness.variance));
 }
 
 }  // namespace

@@ -1,28 +1,12 @@
 #include <cmath>
-#include <limits>
 #include <mutex>
 #include <shared_mutex>
 
 #include "metrics/rarefaction.h"
+#include "metrics/rarefaction_limits.h"
 
 namespace zorvel {
 namespace {
-
-Rarefaction withLimits(std::int64_t t, double estimate, double variance) {
-    const double sd = std::sqrt(variance);
-    return {t,
-            estimate,
-            variance,
-            estimate - 1.96 * sd,
-            estimate + 1.96 * sd,
-            estimate - 2.58 * sd,
-            estimate + 2.58 * sd};
-}
-
-Rarefaction undefinedPoint(std::int64_t t) {
-    const double nan = std::numeric_limits<double>::quiet_NaN();
-    return {t, nan, nan, nan, nan, nan, nan};
-}
 
 // The frequencies that some taxon has: a frequency without taxa adds exactly 0 to both sums.
 struct FrequencyClass {
@@ -62,7 +46,7 @@ Rarefaction tauPoint(const std::vector<double>& lf, const std::vector<FrequencyC
         estimate += each->taxa;
         squares += each->taxa;
     }
-    return withLimits(t, estimate, squares - estimate * estimate / chao);
+    return pointWithLimits(t, estimate, squares - estimate * estimate / chao);
 }
 
 }  // namespace
