@@ -15,11 +15,12 @@ struct Problem {
     int systemError = 0;
 };
 
-template <class T>
+// Reason: what there is to tell of a failure; not the same type as T.
+template <class T, class Reason = Problem>
 class Result {
   public:
     Result(T value) : content_(std::in_place_index<0>, std::move(value)) {}
-    Result(Problem problem) : content_(std::in_place_index<1>, std::move(problem)) {}
+    Result(Reason problem) : content_(std::in_place_index<1>, std::move(problem)) {}
 
     [[nodiscard]] bool ok() const { return content_.index() == 0; }
     explicit operator bool() const { return ok(); }
@@ -29,10 +30,10 @@ class Result {
     [[nodiscard]] const T& value() const& { return *std::get_if<0>(&content_); }
     [[nodiscard]] T&& value() && { return std::move(*std::get_if<0>(&content_)); }
     // Only where not ok().
-    [[nodiscard]] const Problem& problem() const { return *std::get_if<1>(&content_); }
+    [[nodiscard]] const Reason& problem() const { return *std::get_if<1>(&content_); }
 
   private:
-    std::variant<T, Problem> content_;
+    std::variant<T, Reason> content_;
 };
 
 }  // namespace zorvel

@@ -14,12 +14,21 @@ std::optional<std::vector<Zorvel>> fetchTaxa(const ObjectContext* context) {
     return context->taxa();
 }
 
+DiversityDocument::DiversityDocument(TurnEnd* turns) {
+    if (!turns) return;
+    context_->setFirstChangeHandler([turns, weak = std::weak_ptr<ObjectContext>(context_)] {
+        turns->atTurnEnd([weak] {
+            if (const auto context = weak.lock()) context->announceChanges();
+        });
+    });
+}
+
 std::optional<std::vector<Census>> DiversityDocument::fetchCensuses() const {
-    return zorvel::fetchCensuses(&context_);
+    return zorvel::fetchCensuses(context_.get());
 }
 
 std::optional<std::vector<Zorvel>> DiversityDocument::fetchTaxa() const {
-    return zorvel::fetchTaxa(&context_);
+    return zorvel::fetchTaxa(context_.get());
 }
 
 Census DiversityDocument::storeCensus(const MockCensus& census) {
@@ -36,7 +45,7 @@ Census DiversityDocument::storeCensus(const MockCensus& census) {
         values.name = taxon.name;
         values.abundance = taxon.abundance;
     }
-    return context_.insertCensus(attributes, taxa);
+    return context_->insertCensus(attributes, taxa);
 }
 
 }  // namespace zorvel

@@ -10,6 +10,7 @@
 
 #include "interchange/import_records.h"
 #include "metrics/counts.h"
+#include "model/turn_end.h"
 #include "store/object_context.h"
 
 namespace zorvel {
@@ -56,6 +57,10 @@ CountsMatrixResult buildCountsMatrix(const std::vector<Zorvel>& taxa,
 
 class DiversityDocument {
   public:
+    // Changes are announced at the ends of the turns, which must outlive the document; without them
+    // somebody must call announceChanges() of the context.
+    explicit DiversityDocument(TurnEnd* turns = nullptr);
+
     // Names of the entities and attributes of the data model.
     const std::string kTaxonEntity = "Zorvel";
     const std::string kTaxonAbundanceKey = "abundance";
@@ -72,8 +77,8 @@ class DiversityDocument {
 
     static constexpr bool autosavesInPlace = true;
 
-    [[nodiscard]] ObjectContext& objectContext() { return context_; }
-    [[nodiscard]] const ObjectContext& objectContext() const { return context_; }
+    [[nodiscard]] ObjectContext& objectContext() { return *context_; }
+    [[nodiscard]] const ObjectContext& objectContext() const { return *context_; }
 
     [[nodiscard]] std::optional<std::vector<Census>> fetchCensuses() const;
     [[nodiscard]] std::optional<std::vector<Zorvel>> fetchTaxa() const;
@@ -82,7 +87,8 @@ class DiversityDocument {
     Census storeCensus(const MockCensus& census);
 
   private:
-    ObjectContext context_;
+    // Shared with the turn's end that is on its way, which may come after the document has gone.
+    std::shared_ptr<ObjectContext> context_ = std::make_shared<ObjectContext>();
 };
 
 }  // namespace zorvel

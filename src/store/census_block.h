@@ -26,6 +26,8 @@ struct TaxonValues {
     std::optional<SharedText> name;
     std::int64_t abundance = 0;
     bool include = true;
+
+    friend bool operator==(const TaxonValues&, const TaxonValues&) = default;
 };
 
 struct TaxonRecord {

@@ -1,6 +1,7 @@
 #include "store/context_state.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace zorvel {
@@ -37,16 +38,59 @@ const BlockPointer* ObjectContext::State::find(RecordId census) const {
     return place != censuses.end() && place->id == census ? &place->block : nullptr;
 }
 
-void ObjectContext::State::put(RecordId census, BlockPointer after) {
+void ObjectContext::State::put(RecordId census, const BlockPointer& after) {
+    const BlockPointer* found = find(census);
+    const BlockPointer before = found ? *found : nullptr;
+    if (before == after) return;
+    replace(census, after);
+    history.record(census, before, after);
+    note(census, before, after);
+}
+
+void ObjectContext::State::apply(const ChangeSet& changes) {
+    constexpr std::size_t few = 32;
+    if (changes.size() > few) {
+        replaceMany(changes);
+    } else {
+        for (const CensusChange& change : changes) replace(change.census, change.after);
+    }
+    for (const CensusChange& change : changes) note(change.census, change.before, change.after);
+}
+
+void ObjectContext::State::note(RecordId census, const BlockPointer& before,
+                                const BlockPointer& after) {
+    ++revision;
+    const bool first = unannounced.empty();
+    unannounced.add(census, before, after);
+    if (first && onFirstChange) onFirstChange();
+}
+
+void ObjectContext::State::replace(RecordId census, const BlockPointer& after) {
     const auto place = lowerBound(censuses, census);
     const bool known = place != censuses.end() && place->id == census;
     if (known && after) {
-        place->block = std::move(after);
+        place->block = after;
     } else if (known) {
         censuses.erase(place);
     } else if (after) {
-        censuses.insert(place, Entry{census, std::move(after)});
+        censuses.insert(place, Entry{census, after});
     }
+}
+
+// One pass over the list, however many of its entries come and go.
+void ObjectContext::State::replaceMany(const ChangeSet& changes) {
+    std::vector<Entry> merged;
+    merged.reserve(censuses.size() + changes.size());
+    auto old = censuses.begin();
+    for (const CensusChange& change : changes) {
+        for (; old != censuses.end() && old->id < change.census; ++old) {
+            merged.push_back(std::move(*old));
+        }
+        if (old != censuses.end() && old->id == change.census) ++old;
+        if (change.after) merged.push_back({change.census, change.after});
+    }
+    std::move(old, censuses.end(), std::back_inserter(merged));
+    censuses = std::move(merged);
 }
 
 const TaxonRecord* findTaxon(const CensusBlock& block, RecordId taxon) {

@@ -3,6 +3,9 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string_view>
@@ -10,17 +13,18 @@
 #include <vector>
 
 #include "store/census_block.h"
+#include "store/change_set.h"
+#include "store/history.h"
 #include "store/object_context.h"
 
 namespace zorvel {
-
-using BlockPointer = std::shared_ptr<const CensusBlock>;
 
 // Names kept once by their bytes. Never shrinks: a project holds few names that it has not shown.
 class NamePool {
   public:
     SharedText intern(const SharedText& name);
     std::optional<SharedText> intern(const std::optional<SharedText>& name);
+    [[nodiscard]] std::vector<SharedText> all() const { return {names_.begin(), names_.end()}; }
 
   private:
     struct BytesHash {
@@ -53,7 +57,23 @@ struct ObjectContext::State {
     RecordId newId() { return nextId++; }
     [[nodiscard]] const BlockPointer* find(RecordId census) const;
     // The census's block becomes after: a new census if there was none, none if after is empty.
-    void put(RecordId census, BlockPointer after);
+    // This is a change: it goes into the history, and will be announced.
+    void put(RecordId census, const BlockPointer& after);
+    // Changes that the history knows already.
+    void apply(const ChangeSet& changes);
+
+    History history;
+    // Since the last announcement.
+    ChangeLog unannounced;
+    std::function<void()> onFirstChange;
+    std::map<ObserverId, ChangeObserver> observers;
+    ObserverId nextObserver = 1;
+    std::uint64_t revision = 0;
+
+  private:
+    void replace(RecordId census, const BlockPointer& after);
+    void replaceMany(const ChangeSet& changes);
+    void note(RecordId census, const BlockPointer& before, const BlockPointer& after);
 };
 
 // The taxon of that identity; null where the block does not hold it.

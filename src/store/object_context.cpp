@@ -1,11 +1,26 @@
 #include "store/object_context.h"
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 #include "store/context_state.h"
 
 namespace zorvel {
+namespace {
+
+template <class Value>
+bool sameValue(const Value& a, const Value& b) {
+    return a == b;
+}
+
+// Not a number is the same as not a number; 0 and -0 differ.
+bool sameValue(double a, double b) {
+    return a == b ? std::signbit(a) == std::signbit(b) : std::isnan(a) && std::isnan(b);
+}
+
+}  // namespace
+
 ObjectContext::ObjectContext() : state_(std::make_unique<State>()) {}
 ObjectContext::~ObjectContext() = default;
 
@@ -62,7 +77,7 @@ const std::shared_ptr<const CensusBlock>* ObjectContext::own(const Census& censu
 template <class Value>
 void ObjectContext::set(const Census& census, Value CensusAttributes::*member, const Value& value) {
     const BlockPointer* before = own(census);
-    if (!before || (*before)->attributes.*member == value) return;
+    if (!before || sameValue((*before)->attributes.*member, value)) return;
     auto after = std::make_shared<CensusBlock>(**before);
     after->attributes.*member = value;
     state_->put(census.id_, std::move(after));
@@ -142,6 +157,110 @@ std::shared_ptr<const ObjectContext> ObjectContext::frozenCopy() const {
     auto copy = std::make_shared<ObjectContext>();
     copy->state_->censuses = state_->censuses;
     return copy;
+}
+
+std::vector<BlockPointer> ObjectContext::blocks() const {
+    std::vector<BlockPointer> all;
+    all.reserve(state_->censuses.size());
+    for (const State::Entry& entry : state_->censuses) all.push_back(entry.block);
+    return all;
+}
+
+ProjectRecords ObjectContext::records() const {
+    return {blocks(), state_->names.all()};
+}
+
+void ObjectContext::adopt(ProjectRecords records) {
+    auto state = std::make_unique<State>();
+    state->observers = std::move(state_->observers);
+    state->nextObserver = state_->nextObserver;
+    state->onFirstChange = std::move(state_->onFirstChange);
+    state->nextId = state_->nextId;
+    state->revision = state_->revision + 1;
+    for (const SharedText& name : records.names) state->names.intern(name);
+    state->censuses.reserve(records.censuses.size());
+    for (BlockPointer& block : records.censuses) {
+        state->nextId = std::max(state->nextId, block->id + 1);
+        if (!block->chunks.empty()) {
+            state->nextId = std::max(state->nextId, block->chunks.back()->back().id + 1);
+        }
+        const RecordId id = block->id;
+        state->censuses.push_back({id, std::move(block)});
+    }
+    state_ = std::move(state);
+}
+
+void ObjectContext::beginStep(std::string name) {
+    state_->history.beginStep(std::move(name));
+}
+
+void ObjectContext::endStep() {
+    state_->history.endStep();
+}
+
+bool ObjectContext::isStepOpen() const {
+    return state_->history.isStepOpen();
+}
+
+bool ObjectContext::canUndo() const {
+    return state_->history.canUndo();
+}
+
+bool ObjectContext::canRedo() const {
+    return state_->history.canRedo();
+}
+
+std::string ObjectContext::undoName() const {
+    return state_->history.undoName();
+}
+
+std::string ObjectContext::redoName() const {
+    return state_->history.redoName();
+}
+
+void ObjectContext::undo() {
+    if (canUndo()) state_->apply(state_->history.undo());
+}
+
+void ObjectContext::redo() {
+    if (canRedo()) state_->apply(state_->history.redo());
+}
+
+void ObjectContext::changeTo(const ObjectContext& earlier) {
+    for (const CensusChange& change : changesBetween(blocks(), earlier.blocks())) {
+        state_->put(change.census, change.after);
+    }
+}
+
+std::uint64_t ObjectContext::revision() const {
+    return state_->revision;
+}
+
+ObjectContext::ObserverId ObjectContext::addObserver(ChangeObserver observer) {
+    const ObserverId id = state_->nextObserver++;
+    state_->observers.emplace(id, std::move(observer));
+    return id;
+}
+
+void ObjectContext::removeObserver(ObserverId observer) {
+    state_->observers.erase(observer);
+}
+
+void ObjectContext::announceChanges() {
+    const ChangeSet changes = state_->unannounced.take();
+    if (changes.empty()) return;
+    std::vector<ObserverId> known;
+    for (const auto& [id, observer] : state_->observers) known.push_back(id);
+    for (const ObserverId id : known) {
+        const auto found = state_->observers.find(id);
+        if (found == state_->observers.end()) continue;
+        const ChangeObserver observer = found->second;
+        observer(changes);
+    }
+}
+
+void ObjectContext::setFirstChangeHandler(std::function<void()> handler) {
+    state_->onFirstChange = std::move(handler);
 }
 
 }  // namespace zorvel

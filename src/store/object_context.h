@@ -7,14 +7,18 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <vector>
 
 #include "base/shared_text.h"
 #include "base/time_stamp.h"
 #include "store/census_block.h"
+#include "store/change_set.h"
+#include "store/project_records.h"
 
 namespace zorvel {
 
@@ -117,6 +121,45 @@ class ObjectContext {
 
     // The state as it stands now, never to change; costs one pointer a census.
     [[nodiscard]] std::shared_ptr<const ObjectContext> frozenCopy() const;
+
+    // All records, ascending by identity: the blocks of a frozen copy cost one pointer a census.
+    [[nodiscard]] std::vector<BlockPointer> blocks() const;
+    // The same with the names, to be taken over by another context. A frozen copy knows no names.
+    [[nodiscard]] ProjectRecords records() const;
+    // Takes these over in place of what is here, as on opening: nothing of it can be undone, and
+    // nothing is announced.
+    void adopt(ProjectRecords records);
+
+    // Undo. A step is what is undone at once: all changes between its beginning and its end, which
+    // may be turns apart. Steps nest, the outermost counts. A change outside any step is a step
+    // without a name. Steps go back to the opening, and undo itself is none.
+    void beginStep(std::string name);
+    void endStep();
+    [[nodiscard]] bool isStepOpen() const;
+    // False while a step is open.
+    [[nodiscard]] bool canUndo() const;
+    [[nodiscard]] bool canRedo() const;
+    [[nodiscard]] std::string undoName() const;  // empty where there is none
+    [[nodiscard]] std::string redoName() const;
+    void undo();
+    void redo();
+    // Makes the records those of an earlier frozen copy of this context; a change like any other.
+    void changeTo(const ObjectContext& earlier);
+
+    // Grows with every change, undo and redo too.
+    [[nodiscard]] std::uint64_t revision() const;
+
+    // Observers hear of all that has changed since the last announcement as one set, when
+    // announceChanges() is called: at the end of a turn. What came to nothing is not announced. An
+    // observer may change records, which is announced next time, and may remove itself or others.
+    using ChangeObserver = std::function<void(const ChangeSet&)>;
+    using ObserverId = std::uint64_t;
+    ObserverId addObserver(ChangeObserver observer);
+    void removeObserver(ObserverId observer);
+    void announceChanges();
+    // Called at the first change after an announcement: whoever knows when the turn ends sees to it
+    // that announceChanges() is called then.
+    void setFirstChangeHandler(std::function<void()> handler);
 
   private:
     friend class Census;

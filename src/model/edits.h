@@ -1,0 +1,37 @@
+// What a person does to the records: each call is one step of undo with a name for the Edit menu
+// (in English, to be translated where it is shown). A call that changes nothing is no step. The
+// window calls these and never sets a field itself. Main thread.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "interchange/import_records.h"
+#include "store/object_context.h"
+
+namespace zorvel {
+
+// As typed into a cell. Line breaks, tabs and other control characters become spaces, white space
+// at the ends goes; what is then empty is stored as no name.
+void editName(ObjectContext& context, const Census& census, std::string_view typed);
+void editName(ObjectContext& context, const Zorvel& taxon, std::string_view typed);
+
+void editAbundance(ObjectContext& context, const Zorvel& taxon, std::int64_t abundance);
+void editInclude(ObjectContext& context, const std::vector<Zorvel>& taxa, bool include);
+void editLatitude(ObjectContext& context, const Census& census, double degrees);
+void editLongitude(ObjectContext& context, const Census& census, double degrees);
+// Text of any length and lines; empty is stored as no notes.
+void editNotes(ObjectContext& context, const Census& census, std::string_view typed);
+void editTimeStamp(ObjectContext& context, const Census& census, std::optional<TimeStamp> time);
+
+Census addCensus(ObjectContext& context);
+Zorvel addTaxon(ObjectContext& context, const Census& census);
+void deleteCensuses(ObjectContext& context, const std::vector<Census>& censuses);
+void deleteTaxa(ObjectContext& context, const std::vector<Zorvel>& taxa);
+
+// All of them, in order, as one step.
+void importCensuses(ObjectContext& context, const std::vector<MockCensus>& censuses);
+
+}  // namespace zorvel

@@ -1,0 +1,1 @@
+#include "model/file_messages.h"

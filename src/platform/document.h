@@ -1,0 +1,70 @@
+// One open project: its records, the file that they live in, and the saving of the one to the
+// other. Every change reaches the file within a second, written by one background thread; what
+// could not be written stays in memory and is tried again, at growing intervals. An untitled
+// project lives in a file in the user's data folder from its first edit on. Main thread.
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <functional>
+#include <memory>
+#include <optional>
+
+#include "model/diversity_document.h"
+#include "store/file_problem.h"
+
+namespace zorvel {
+
+class Document : public QObject {
+    Q_OBJECT
+  public:
+    enum class SaveState {
+        saved,    // the file holds all there is, or there is nothing to save
+        waiting,  // changes will be written in a moment, or are being written
+        failed,   // could not be written: problem() tells why; it is tried again
+        stuck,    // cannot be written to this file (read-only, gone, changed): save as
+    };
+
+    ~Document() override;
+
+    [[nodiscard]] DiversityDocument& project();
+    [[nodiscard]] const DiversityDocument& project() const;
+
+    // The file's name without its ending; of an untitled project "Untitled", "Untitled 2", or the
+    // name of the text file or project that it came from.
+    [[nodiscard]] QString displayName() const;
+    // Of the project file; empty while untitled.
+    [[nodiscard]] QString path() const;
+    [[nodiscard]] bool isUntitled() const { return path().isEmpty(); }
+    // Untitled, and never edited: leaves no file, and gives way to an opened project.
+    [[nodiscard]] bool isUntouched() const;
+
+    [[nodiscard]] SaveState saveState() const;
+    // Why it could not be written, or could not be opened for writing.
+    [[nodiscard]] std::optional<FileProblem> problem() const;
+
+    // Writes at once what waits, instead of within a second.
+    void saveSoon();
+
+    // A whole new file of that path, in place of one that is there, which the project lives in from
+    // then on; the untitled file that it lived in is deleted, another one stays as it was. On a
+    // problem all stays as it was. Calls done on the main thread, at once or later, with the
+    // problem or with none.
+    using Done = std::function<void(const std::optional<FileProblem>&)>;
+    void saveAs(const QString& path, Done done);
+
+    // Makes the records what they were at opening; this can be undone.
+    [[nodiscard]] bool canRevert() const;
+    void revertToOpening();
+
+    // Where the backups of this project are, newest last; none of an untitled one.
+    [[nodiscard]] QStringList backups() const;
+
+  signals:
+    void displayNameDidChange();
+    void saveStateDidChange();
+    // Undo or redo has become possible, impossible, or has another name.
+    void historyDidChange();
+};
+
+}  // namespace zorvel

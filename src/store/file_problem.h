@@ -1,0 +1,42 @@
+// Why a project file cannot be read or written. Storage names the trouble; the program words it
+// for the person (model/file_messages.h).
+#pragma once
+
+#include <string>
+
+#include "base/result.h"
+
+namespace zorvel {
+
+enum class FileTrouble {
+    notFound,
+    notAFile,         // a directory, FIFO, socket or device
+    empty,            // of no bytes
+    notAProject,      // text, or any other kind of file
+    foreignDatabase,  // an SQLite database of another program
+    newerVersion,     // made by a later Zorvel
+    damaged,          // truncated, flipped bits, rows that contradict one another
+    hostile,          // holds what no project holds: views, triggers, computed columns
+    heldElsewhere,    // open in another running Zorvel
+    busy,             // another program is reading or writing it just now
+    readOnlyFile,     // may be read but not written
+    readOnlyFolder,   // its folder takes no new file, so it cannot be written safely
+    noPermission,     // may not even be read
+    diskFull,
+    inputOutput,       // the disk or the network reported an error
+    moved,             // deleted, renamed or replaced since it was opened
+    changedElsewhere,  // another program has written to it since it was opened
+    other,
+};
+
+struct FileProblem {
+    FileTrouble trouble = FileTrouble::other;
+    // Where and what, for whoever wants to know more: "table taxon, row 17: ..."; may be empty.
+    std::string detail;
+    int systemError = 0;  // errno, where the system said no
+};
+
+template <class T>
+using FileResult = Result<T, FileProblem>;
+
+}  // namespace zorvel

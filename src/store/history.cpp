@@ -1,0 +1,48 @@
+#include "store/history.h"
+
+#include <utility>
+
+namespace zorvel {
+
+void History::beginStep(std::string name) {
+    if (depth_++ == 0) openName_ = std::move(name);
+}
+
+void History::endStep() {
+    if (depth_ > 0 && --depth_ == 0) push(open_.take());
+}
+
+void History::record(RecordId census, const BlockPointer& before, const BlockPointer& after) {
+    if (depth_ > 0) {
+        open_.add(census, before, after);
+        return;
+    }
+    openName_.clear();
+    push({{census, before, after}});
+}
+
+void History::push(ChangeSet changes) {
+    if (changes.empty()) return;
+    undone_.clear();
+    done_.push_back({std::move(openName_), std::move(changes)});
+    openName_.clear();
+}
+
+ChangeSet History::undo() {
+    undone_.push_back(std::move(done_.back()));
+    done_.pop_back();
+    return reversed(undone_.back().changes);
+}
+
+ChangeSet History::redo() {
+    done_.push_back(std::move(undone_.back()));
+    undone_.pop_back();
+    return done_.back().changes;
+}
+
+void History::forget() {
+    done_.clear();
+    undone_.clear();
+}
+
+}  // namespace zorvel

@@ -1,0 +1,1 @@
+#include "store/project_file.h"
