@@ -1,1 +1,75 @@
 #include "model/file_messages.h"
+
+#include <system_error>
+
+namespace zorvel {
+
+const char* fileTroubleText(FileTrouble trouble) {
+    switch (trouble) {
+        case FileTrouble::notFound:
+            return "There is no such file. Check its name and folder.";
+        case FileTrouble::notAFile:
+            return "This is a folder or a device, not a file. Choose a project file.";
+        case FileTrouble::empty:
+            return "The file is empty: it holds no project. Open a backup or another copy of it.";
+        case FileTrouble::notAProject:
+            return "This is not a project file, and nothing in it was changed. Text files of "
+                   "censuses and species can be imported into a project.";
+        case FileTrouble::foreignDatabase:
+            return "This database belongs to another program, and nothing in it was changed. "
+                   "Export text from that program to import it into a project.";
+        case FileTrouble::newerVersion:
+            return "A later version of Zorvel made this project, and nothing in it was changed. "
+                   "Open it with that version.";
+        case FileTrouble::damaged:
+            return "The file is damaged, and nothing in it was changed. Open a backup or another "
+                   "copy of it.";
+        case FileTrouble::hostile:
+            return "The file holds what no project of Zorvel holds, so it is not safe to use; "
+                   "nothing in it was changed. Ask whoever it came from for a clean copy.";
+        case FileTrouble::heldElsewhere:
+            return "The project is open in another running Zorvel, which alone may change it. "
+                   "Close it there first.";
+        case FileTrouble::busy:
+            return "Another program is using the file just now, so it cannot be read or written. "
+                   "Close that program, or wait and try again.";
+        case FileTrouble::readOnlyFile:
+            return "The file may be read but not changed, so changes cannot be saved in it. Save "
+                   "a copy under another name, or change its permissions.";
+        case FileTrouble::readOnlyFolder:
+            return "The folder of the file may not be written, so changes cannot be saved there "
+                   "safely. Save a copy in another folder.";
+        case FileTrouble::noPermission:
+            return "You have no permission to use the file. Ask its owner, or change its "
+                   "permissions.";
+        case FileTrouble::diskFull:
+            return "The disk is full. What was saved before is still in the file, the latest "
+                   "changes are not. Free some space, or save to another disk.";
+        case FileTrouble::inputOutput:
+            return "The disk or the network reported an error while the file was read or written. "
+                   "Changes since it was last saved may not be in it. Check the connection, or "
+                   "save to another disk.";
+        case FileTrouble::moved:
+            return "The file was moved, renamed, deleted or replaced while it was open, so the "
+                   "latest changes are not in it. Save the project again under a name of your "
+                   "choice.";
+        case FileTrouble::changedElsewhere:
+            return "Another program has changed the file while it was open. To keep both, it is "
+                   "not written again. Save your project under another name.";
+        case FileTrouble::other:
+            break;
+    }
+    return "The file cannot be used. Try again, or save the project under another name.";
+}
+
+std::string fileMessage(const FileProblem& problem) {
+    std::string more = problem.detail;
+    if (problem.systemError != 0) {
+        if (!more.empty()) more += ": ";
+        more += std::generic_category().message(problem.systemError);
+    }
+    std::string message = fileTroubleText(problem.trouble);
+    return more.empty() ? message : message + " (" + more + ")";
+}
+
+}  // namespace zorvel

@@ -1,15 +1,18 @@
 // The words for what is wrong with a project file, for the window and the command-line tool alike.
 #pragma once
 
+#include <string>
+
 #include "store/file_problem.h"
 
 namespace zorvel {
 
-// A sentence in English without the file's name, which goes before it with a colon; what it means
-// for the person, and where there is something to do about it, what.
+// Sentences in English without the file's name, which goes before them with a colon: what is wrong,
+// what it means for the data, and what to do about it.
 const char* fileTroubleText(FileTrouble trouble);
 
-// The sentence, and the detail in brackets where there is one.
+// The sentence, and in brackets the detail and the system's own words for its error where there are
+// any.
 std::string fileMessage(const FileProblem& problem);
 
 }  // namespace zorvel
