@@ -141,4 +141,21 @@ std::size_t CanonicalHash::operator()(std::string_view text) const {
     return std::hash<std::string>{}(canonicalForm(text));
 }
 
+bool isGraphemeBoundary(std::string_view text, std::size_t byte) {
+    if (byte == 0 || byte >= text.size() || firstInvalidUtf8(text)) return true;
+    const auto* bytes = reinterpret_cast<const utf8proc_uint8_t*>(text.data());
+    utf8proc_int32_t before = -1;
+    utf8proc_int32_t state = 0;
+    for (std::size_t place = 0; place < text.size();) {
+        utf8proc_int32_t point = 0;
+        const auto left = static_cast<utf8proc_ssize_t>(text.size() - place);
+        const utf8proc_ssize_t length = utf8proc_iterate(bytes + place, left, &point);
+        const bool breaks = before < 0 || utf8proc_grapheme_break_stateful(before, point, &state);
+        if (place >= byte) return place == byte && breaks;
+        before = point;
+        place += static_cast<std::size_t>(length);
+    }
+    return false;
+}
+
 }  // namespace zorvel

@@ -37,4 +37,9 @@ bool isAscii(std::string_view text);
 // and values past U+10FFFF are ill-formed); absent where all of the text is UTF-8.
 std::optional<std::size_t> firstInvalidUtf8(std::string_view text);
 
+// Whether a person would see a character end and another begin at that byte (Unicode Standard Annex
+// 29): false within a sequence of a letter and its accents. The ends of the text are boundaries; so
+// is every place in a text that is not UTF-8.
+bool isGraphemeBoundary(std::string_view text, std::size_t byte);
+
 }  // namespace zorvel

@@ -112,5 +112,30 @@ TEST(Text, AsciiIsSeenAtEveryPlace) {
     }
 }
 
+TEST(Text, GraphemeBoundaries) {
+    struct Row {
+        const char* what;
+        std::string text;
+        std::vector<std::size_t> boundaries;
+    };
+    const std::vector<Row> rows = {
+        {"ASCII", "ab", {0, 1, 2}},
+        {"an accent belongs to its letter", "e\u0301a", {0, 3, 4}},
+        {"within a sequence", "\u00E9", {0, 2}},
+        {"a line break of two", "\r\n", {0, 2}},
+        {"Hangul letters of one syllable", "\u1100\u1161", {0, 6}},
+        {"a pair of flags", "\U0001F1E9\U0001F1EA\U0001F1EB\U0001F1F7", {0, 8, 16}},
+        {"not UTF-8", "\xFF\u0301", {0, 1, 2, 3}},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.what);
+        std::vector<std::size_t> found;
+        for (std::size_t i = 0; i <= row.text.size(); ++i) {
+            if (isGraphemeBoundary(row.text, i)) found.push_back(i);
+        }
+        EXPECT_EQ(found, row.boundaries);
+    }
+}
+
 }  // namespace
 }  // namespace zorvel

@@ -1,0 +1,48 @@
+// Completes what is typed into a species name from the names already used in the project. The
+// editor of the cell drives it: it asks before it takes an edit, and shows what comes back. Places
+// and lengths are in bytes of UTF-8. Main thread.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <optional>
+#include <set>
+#include <string>
+#include <string_view>
+
+#include "store/change_set.h"
+
+namespace zorvel {
+
+struct TextRange {
+    std::size_t location = 0;
+    std::size_t length = 0;
+    friend bool operator==(const TextRange&, const TextRange&) = default;
+};
+
+class TaxonFormatter {
+  public:
+    using Names = std::set<std::string, std::less<>>;
+
+    // Known names in order; one that begins with what is typed is found without a scan.
+    [[nodiscard]] const Names& taxonNames() const { return taxonNames_; }
+    void setTaxonNames(Names names) { taxonNames_ = std::move(names); }
+    void addTaxonNames(const Names& names) { taxonNames_.insert(names.begin(), names.end()); }
+
+    // Every name of a taxon that came or changed becomes known. None is ever forgotten.
+    void updatedTaxonNotification(const ChangeSet& changes);
+
+    // Whether the text stands as it was typed. If not, partial has become the completion and
+    // proposed the part of it that was not typed, to be selected so that typing on replaces it.
+    // proposed: the selection after the edit; originalSelection: the one before it. Nothing is
+    // completed when the edit did not move the caret forward (a deletion), when the caret is not at
+    // the end, or when the name goes on within the character that was typed last (an accent). Case
+    // counts. Of several names the first in order is proposed.
+    bool isPartialStringValid(std::string& partial, std::optional<TextRange>& proposed,
+                              std::string_view original, TextRange originalSelection) const;
+
+  private:
+    Names taxonNames_;
+};
+
+}  // namespace zorvel
