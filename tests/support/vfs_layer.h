@@ -1,0 +1,28 @@
+// A layer over SQLite's own access to files that lets a listener hear of each call and fail it.
+// Syncs are heard of but not carried out, which saves the tests their time; there is no shared
+// memory and no mapping. Registered under a name of its own while the object lives; connections
+// must be closed before.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "tests/support/file_calls.h"
+
+namespace zorvel {
+
+class VfsLayer {
+  public:
+    explicit VfsLayer(CallListener& listener);
+    ~VfsLayer();
+    VfsLayer(const VfsLayer&) = delete;
+    VfsLayer& operator=(const VfsLayer&) = delete;
+
+    [[nodiscard]] const char* name() const;
+
+  private:
+    struct State;
+    std::unique_ptr<State> state_;
+};
+
+}  // namespace zorvel
