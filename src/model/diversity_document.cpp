@@ -1,6 +1,6 @@
 #include "model/diversity_document.h"
 
-#include <utility>
+#include "model/edits.h"
 
 namespace zorvel {
 
@@ -32,20 +32,7 @@ std::optional<std::vector<Zorvel>> DiversityDocument::fetchTaxa() const {
 }
 
 Census DiversityDocument::storeCensus(const MockCensus& census) {
-    CensusAttributes attributes;
-    attributes.name = census.name;
-    attributes.notes = census.notes;
-    attributes.latitude = census.latitude;
-    attributes.longitude = census.longitude;
-    attributes.timeStamp = census.timeStamp;
-    std::vector<TaxonValues> taxa;
-    taxa.reserve(census.taxa.size());
-    for (const MockTaxon& taxon : census.taxa) {
-        TaxonValues& values = taxa.emplace_back();
-        values.name = taxon.name;
-        values.abundance = taxon.abundance;
-    }
-    return context_->insertCensus(attributes, taxa);
+    return zorvel::storeCensus(*context_, census);
 }
 
 }  // namespace zorvel

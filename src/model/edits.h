@@ -28,8 +28,15 @@ void editTimeStamp(ObjectContext& context, const Census& census, std::optional<T
 
 Census addCensus(ObjectContext& context);
 Zorvel addTaxon(ObjectContext& context, const Census& census);
+// As many as there are, in order, at the end of the census: one step. Names are stored as they are.
+std::vector<Zorvel> pasteTaxa(ObjectContext& context, const Census& census,
+                              std::vector<TaxonValues> taxa);
 void deleteCensuses(ObjectContext& context, const std::vector<Census>& censuses);
 void deleteTaxa(ObjectContext& context, const std::vector<Zorvel>& taxa);
+
+// One census record with all its taxa, at the end of the project: a step without a name where no
+// other is open. An empty name stays an empty text; an absent time is stored as none.
+Census storeCensus(ObjectContext& context, const MockCensus& census);
 
 // All of them, in order, as one step.
 void importCensuses(ObjectContext& context, const std::vector<MockCensus>& censuses);

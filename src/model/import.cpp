@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "interchange/parsers.h"
+#include "model/edits.h"
 
 namespace zorvel {
 namespace {
@@ -32,7 +33,7 @@ Parsed<std::vector<MockCensus>> parseFile(FileKind kind, std::string_view text) 
 }
 
 void storeCensuses(DiversityDocument& document, const std::vector<MockCensus>& censuses) {
-    for (const MockCensus& census : censuses) document.storeCensus(census);
+    importCensuses(document.objectContext(), censuses);
 }
 
 }  // namespace zorvel

@@ -13,7 +13,7 @@ namespace zorvel {
 // The parser of the kind; a list and a single census give one record.
 Parsed<std::vector<MockCensus>> parseFile(FileKind kind, std::string_view text);
 
-// In order, each as one census record with its taxa; an absent time is stored as none.
+// All of them in one step of undo, see importCensuses().
 void storeCensuses(DiversityDocument& document, const std::vector<MockCensus>& censuses);
 
 }  // namespace zorvel

@@ -1,8 +1,32 @@
 #include "store/change_set.h"
 
+#include <cmath>
 #include <utility>
 
 namespace zorvel {
+namespace {
+
+bool isNothing(const CensusChange& change) {
+    if (change.before == change.after) return true;
+    return change.before && change.after && sameBlock(*change.before, *change.after);
+}
+
+}  // namespace
+
+bool sameValue(double a, double b) {
+    return a == b ? std::signbit(a) == std::signbit(b) : std::isnan(a) && std::isnan(b);
+}
+
+bool sameAttributes(const CensusAttributes& a, const CensusAttributes& b) {
+    return a.name == b.name && sameValue(a.latitude, b.latitude) &&
+           sameValue(a.longitude, b.longitude) && a.notes == b.notes && a.timeStamp == b.timeStamp;
+}
+
+bool sameBlock(const CensusBlock& a, const CensusBlock& b) {
+    bool same = sameAttributes(a.attributes, b.attributes);
+    if (same) forEachTaxonChange(&a, &b, [&](const auto*, const auto*) { same = false; });
+    return same;
+}
 
 ChangeSet changesBetween(const std::vector<BlockPointer>& before,
                          const std::vector<BlockPointer>& after) {
@@ -34,16 +58,16 @@ ChangeSet reversed(const ChangeSet& changes) {
     return back;
 }
 
-void ChangeLog::add(RecordId census, const BlockPointer& before, const BlockPointer& after) {
-    const auto [place, isNew] = changes_.try_emplace(census, CensusChange{census, before, after});
-    if (!isNew) place->second.after = after;
+void ChangeLog::add(const CensusChange& change) {
+    const auto [place, isNew] = changes_.try_emplace(change.census, change);
+    if (!isNew) place->second.after = change.after;
 }
 
 ChangeSet ChangeLog::take() {
     ChangeSet changes;
     changes.reserve(changes_.size());
     for (auto& [census, change] : changes_) {
-        if (change.before != change.after) changes.push_back(std::move(change));
+        if (!isNothing(change)) changes.push_back(std::move(change));
     }
     changes_.clear();
     return changes;

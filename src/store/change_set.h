@@ -6,9 +6,11 @@
 #include <cstddef>
 #include <map>
 #include <memory>
+#include <utility>
 #include <vector>
 
 #include "store/census_block.h"
+#include "store/chunk_list.h"
 
 namespace zorvel {
 
@@ -36,10 +38,10 @@ ChangeSet changesBetween(const std::vector<BlockPointer>& before,
 ChangeSet reversed(const ChangeSet& changes);
 
 // Gathers changes one after the other: of a census that changes often, the first before and the
-// last after are kept.
+// last after are kept. What came back to its old values has come to nothing.
 class ChangeLog {
   public:
-    void add(RecordId census, const BlockPointer& before, const BlockPointer& after);
+    void add(const CensusChange& change);
     [[nodiscard]] bool empty() const { return changes_.empty(); }
     // What has come of it, without what came to nothing; the log is empty afterwards.
     ChangeSet take();
@@ -48,55 +50,21 @@ class ChangeLog {
     std::map<RecordId, CensusChange> changes_;
 };
 
-// Reads the taxa of a block in order, and can step over a chunk as a whole. The block must live.
-class TaxonWalk {
-  public:
-    // A null block has no taxa.
-    explicit TaxonWalk(const CensusBlock* block) : block_(block) {}
-    [[nodiscard]] bool atEnd() const { return !block_ || chunk_ == block_->chunks.size(); }
-    [[nodiscard]] const TaxonRecord& taxon() const { return (*block_->chunks[chunk_])[place_]; }
-    [[nodiscard]] const TaxonChunk* chunkAhead() const {
-        return place_ == 0 ? block_->chunks[chunk_].get() : nullptr;
-    }
-    void skipChunk() {
-        ++chunk_;
-        place_ = 0;
-    }
-    void next() {
-        if (++place_ == block_->chunks[chunk_]->size()) skipChunk();
-    }
-
-  private:
-    const CensusBlock* block_;
-    std::size_t chunk_ = 0;
-    std::size_t place_ = 0;
-};
-
 // Calls visit(const TaxonRecord* before, const TaxonRecord* after) for each taxon that is inserted
 // (before null), deleted (after null) or of other values, ascending by identity. A null block has
 // no taxa. Chunks that both blocks share cost nothing.
 template <class Visit>
 void forEachTaxonChange(const CensusBlock* before, const CensusBlock* after, Visit&& visit) {
-    TaxonWalk old(before);
-    TaxonWalk now(after);
-    while (!old.atEnd() && !now.atEnd()) {
-        if (old.chunkAhead() && old.chunkAhead() == now.chunkAhead()) {
-            old.skipChunk();
-            now.skipChunk();
-        } else if (old.taxon().id < now.taxon().id) {
-            visit(&old.taxon(), nullptr);
-            old.next();
-        } else if (now.taxon().id < old.taxon().id) {
-            visit(nullptr, &now.taxon());
-            now.next();
-        } else {
-            if (!(old.taxon().values == now.taxon().values)) visit(&old.taxon(), &now.taxon());
-            old.next();
-            now.next();
-        }
-    }
-    for (; !old.atEnd(); old.next()) visit(&old.taxon(), nullptr);
-    for (; !now.atEnd(); now.next()) visit(nullptr, &now.taxon());
+    static const ChunkList<TaxonRecord> none;
+    forEachRecordChange(
+        before ? before->chunks : none, after ? after->chunks : none,
+        [](const TaxonRecord& a, const TaxonRecord& b) { return a.values == b.values; },
+        std::forward<Visit>(visit));
 }
+
+// Whether both hold the same values. Not a number is the same as not a number; 0 and -0 differ.
+bool sameValue(double a, double b);
+bool sameAttributes(const CensusAttributes& a, const CensusAttributes& b);
+bool sameBlock(const CensusBlock& a, const CensusBlock& b);
 
 }  // namespace zorvel

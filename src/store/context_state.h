@@ -1,5 +1,5 @@
 // What an object context holds. For this folder only; the rest of the program sees ObjectContext
-// and its handles. Every change of a project goes through put(), one census at a time.
+// and its handles. Every change of a project goes through change() or apply().
 #pragma once
 
 #include <cstddef>
@@ -14,6 +14,7 @@
 
 #include "store/census_block.h"
 #include "store/change_set.h"
+#include "store/chunk_list.h"
 #include "store/history.h"
 #include "store/object_context.h"
 
@@ -40,6 +41,10 @@ class NamePool {
     std::unordered_set<SharedText, BytesHash, BytesEqual> names_;
 };
 
+// Chunks hold at most this many records: an edit copies one chunk, and a pointer for each other.
+inline constexpr std::size_t taxaPerChunk = 256;
+inline constexpr std::size_t censusesPerChunk = 64;
+
 struct ObjectContext::State {
     // The id stands beside the pointer so that a search does not touch the blocks.
     struct Entry {
@@ -50,15 +55,21 @@ struct ObjectContext::State {
     // Identities grow with every insertion, so that the order of insertion is the order of the
     // identities, here and among the taxa of a census: both are found by binary search, and a
     // record that comes back takes its old place.
-    std::vector<Entry> censuses;
+    ChunkList<Entry> censuses;
     RecordId nextId = 1;
     NamePool names;
 
     RecordId newId() { return nextId++; }
     [[nodiscard]] const BlockPointer* find(RecordId census) const;
-    // The census's block becomes after: a new census if there was none, none if after is empty.
-    // This is a change: it goes into the history, and will be announced.
-    void put(RecordId census, const BlockPointer& after);
+    template <class Visit>
+    void forEachCensus(Visit&& visit) const {
+        for (const auto& chunk : censuses) {
+            for (const Entry& entry : *chunk) visit(entry);
+        }
+    }
+
+    // New changes, ascending by identity: they go into the history, and will be announced.
+    void change(ChangeSet changes);
     // Changes that the history knows already.
     void apply(const ChangeSet& changes);
 
@@ -71,26 +82,10 @@ struct ObjectContext::State {
     std::uint64_t revision = 0;
 
   private:
-    void replace(RecordId census, const BlockPointer& after);
-    void replaceMany(const ChangeSet& changes);
-    void note(RecordId census, const BlockPointer& before, const BlockPointer& after);
+    void replace(const ChangeSet& changes);
 };
 
-// The taxon of that identity; null where the block does not hold it.
-const TaxonRecord* findTaxon(const CensusBlock& block, RecordId taxon);
-
-// Chunks hold at most this many taxa: an edit copies one chunk, and one pointer a chunk.
-inline constexpr std::size_t taxaPerChunk = 256;
-
-// A copy of a block, and the taxon in it that is to change: its chunk is the copy's own.
-struct TaxonCopy {
-    std::shared_ptr<CensusBlock> block;
-    TaxonRecord* taxon = nullptr;
-};
-
-// Copies of block for one change. The taxon must be there for the last two.
-std::shared_ptr<CensusBlock> withTaxonAppended(const CensusBlock& block, TaxonRecord taxon);
-TaxonCopy withTaxonCopied(const CensusBlock& block, RecordId taxon);
-std::shared_ptr<CensusBlock> withoutTaxon(const CensusBlock& block, RecordId taxon);
+// A copy of block with those changes of its taxa, ascending by identity.
+BlockPointer withTaxa(const CensusBlock& block, std::vector<RecordChange<TaxonRecord>> changes);
 
 }  // namespace zorvel

@@ -12,13 +12,9 @@ void History::endStep() {
     if (depth_ > 0 && --depth_ == 0) push(open_.take());
 }
 
-void History::record(RecordId census, const BlockPointer& before, const BlockPointer& after) {
-    if (depth_ > 0) {
-        open_.add(census, before, after);
-        return;
-    }
-    openName_.clear();
-    push({{census, before, after}});
+void History::record(ChangeSet changes) {
+    if (depth_ == 0) return push(std::move(changes));
+    for (const CensusChange& change : changes) open_.add(change);
 }
 
 void History::push(ChangeSet changes) {

@@ -17,8 +17,8 @@ class History {
     void endStep();
     [[nodiscard]] bool isStepOpen() const { return depth_ > 0; }
 
-    // A change that was made. Outside a step it is one by itself, without a name.
-    void record(RecordId census, const BlockPointer& before, const BlockPointer& after);
+    // Changes that were made. Outside a step they are one by themselves, without a name.
+    void record(ChangeSet changes);
 
     [[nodiscard]] bool canUndo() const { return depth_ == 0 && !done_.empty(); }
     [[nodiscard]] bool canRedo() const { return depth_ == 0 && !undone_.empty(); }

@@ -1,10 +1,10 @@
 #include "store/object_context.h"
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 #include "store/context_state.h"
+#include "store/taxon_cursor.h"
 
 namespace zorvel {
 namespace {
@@ -12,11 +12,6 @@ namespace {
 template <class Value>
 bool sameValue(const Value& a, const Value& b) {
     return a == b;
-}
-
-// Not a number is the same as not a number; 0 and -0 differ.
-bool sameValue(double a, double b) {
-    return a == b ? std::signbit(a) == std::signbit(b) : std::isnan(a) && std::isnan(b);
 }
 
 }  // namespace
@@ -29,45 +24,94 @@ Census ObjectContext::insertCensus() {
 }
 
 Census ObjectContext::insertCensus(const CensusAttributes& attributes,
-                                   const std::vector<TaxonValues>& taxa) {
+                                   std::vector<TaxonValues> taxa) {
     auto block = std::make_shared<CensusBlock>();
     block->id = state_->newId();
     block->attributes = attributes;
     block->attributes.name = state_->names.intern(attributes.name);
-    for (std::size_t start = 0; start < taxa.size(); start += taxaPerChunk) {
-        auto chunk = std::make_shared<TaxonChunk>();
-        const std::size_t end = std::min(start + taxaPerChunk, taxa.size());
-        chunk->reserve(end - start);
-        for (std::size_t i = start; i < end; ++i) {
-            TaxonRecord& record = chunk->emplace_back();
-            record.id = state_->newId();
-            record.values = taxa[i];
-            record.values.name = state_->names.intern(taxa[i].name);
-        }
-        block->chunks.push_back(std::move(chunk));
-    }
+    appendInChunks(block->chunks, newRecords(std::move(taxa)), taxaPerChunk);
     const RecordId id = block->id;
-    state_->put(id, std::move(block));
+    state_->change({{id, nullptr, std::move(block)}});
     return Census(this, id);
 }
 
+std::vector<TaxonRecord> ObjectContext::newRecords(std::vector<TaxonValues> taxa) {
+    std::vector<TaxonRecord> records;
+    records.reserve(taxa.size());
+    for (TaxonValues& values : taxa) {
+        values.name = state_->names.intern(values.name);
+        records.push_back({state_->newId(), std::move(values)});
+    }
+    return records;
+}
+
 Zorvel ObjectContext::insertTaxon(const Census& census) {
-    const BlockPointer* before = own(census);
-    if (!before) return Zorvel(this, 0, 0);
-    TaxonRecord taxon;
-    taxon.id = state_->newId();
-    state_->put(census.id_, withTaxonAppended(**before, taxon));
-    return Zorvel(this, census.id_, taxon.id);
+    const std::vector<Zorvel> inserted = insertTaxa(census, std::vector<TaxonValues>(1));
+    return inserted.empty() ? Zorvel(this, 0, 0) : inserted.front();
+}
+
+std::vector<Zorvel> ObjectContext::insertTaxa(const Census& census, std::vector<TaxonValues> taxa) {
+    const BlockPointer* found = own(census);
+    if (!found || taxa.empty()) return {};
+    std::vector<Zorvel> handles;
+    std::vector<RecordChange<TaxonRecord>> changes;
+    handles.reserve(taxa.size());
+    changes.reserve(taxa.size());
+    for (TaxonRecord& record : newRecords(std::move(taxa))) {
+        handles.push_back(Zorvel(this, census.id_, record.id));
+        changes.push_back({record.id, std::move(record)});
+    }
+    const BlockPointer before = *found;
+    state_->change({{census.id_, before, withTaxa(*before, std::move(changes))}});
+    return handles;
 }
 
 void ObjectContext::deleteCensus(const Census& census) {
-    if (own(census)) state_->put(census.id_, nullptr);
+    deleteCensuses({census});
+}
+
+void ObjectContext::deleteCensuses(const std::vector<Census>& censuses) {
+    ChangeLog gone;
+    for (const Census& census : censuses) {
+        if (const BlockPointer* before = own(census)) gone.add({census.id_, *before, nullptr});
+    }
+    state_->change(gone.take());
 }
 
 void ObjectContext::deleteTaxon(const Zorvel& taxon) {
-    const BlockPointer* before = own(Census(taxon.context_, taxon.census_));
-    if (!before || !findTaxon(**before, taxon.id_)) return;
-    state_->put(taxon.census_, withoutTaxon(**before, taxon.id_));
+    deleteTaxa({taxon});
+}
+
+void ObjectContext::deleteTaxa(const std::vector<Zorvel>& taxa) {
+    changeTaxa(taxa, [](const TaxonRecord& old) {
+        return std::optional(RecordChange<TaxonRecord>{old.id, std::nullopt});
+    });
+}
+
+template <class Edit>
+void ObjectContext::changeTaxa(std::vector<Zorvel> taxa, Edit&& edit) {
+    taxa.erase(std::remove_if(taxa.begin(), taxa.end(),
+                              [&](const Zorvel& taxon) { return taxon.context_ != this; }),
+               taxa.end());
+    std::sort(taxa.begin(), taxa.end(), [](const Zorvel& a, const Zorvel& b) {
+        return a.census_ != b.census_ ? a.census_ < b.census_ : a.id_ < b.id_;
+    });
+    taxa.erase(std::unique(taxa.begin(), taxa.end()), taxa.end());
+    ChangeSet changes;
+    std::vector<RecordChange<TaxonRecord>> edits;  // of one census
+    TaxonCursor cursor;
+    for (std::size_t i = 0; i < taxa.size(); ++i) {
+        if (const TaxonRecord* old = cursor.find(taxa[i])) {
+            if (auto change = edit(*old)) edits.push_back(std::move(*change));
+        }
+        const RecordId census = taxa[i].census_;
+        const bool last = i + 1 == taxa.size() || taxa[i + 1].census_ != census;
+        if (!last || edits.empty()) continue;
+        const BlockPointer& before = *state_->find(census);
+        changes.push_back({census, before, withTaxa(*before, std::move(edits))});
+        edits.clear();
+    }
+    state_->change(std::move(changes));
 }
 
 const std::shared_ptr<const CensusBlock>* ObjectContext::own(const Census& census) const {
@@ -76,21 +120,24 @@ const std::shared_ptr<const CensusBlock>* ObjectContext::own(const Census& censu
 
 template <class Value>
 void ObjectContext::set(const Census& census, Value CensusAttributes::*member, const Value& value) {
-    const BlockPointer* before = own(census);
-    if (!before || sameValue((*before)->attributes.*member, value)) return;
-    auto after = std::make_shared<CensusBlock>(**before);
+    const BlockPointer* found = own(census);
+    if (!found || sameValue((*found)->attributes.*member, value)) return;
+    const BlockPointer before = *found;
+    auto after = std::make_shared<CensusBlock>(*before);
     after->attributes.*member = value;
-    state_->put(census.id_, std::move(after));
+    state_->change({{census.id_, before, std::move(after)}});
 }
 
 template <class Value>
-void ObjectContext::set(const Zorvel& taxon, Value TaxonValues::*member, const Value& value) {
-    const BlockPointer* before = own(Census(taxon.context_, taxon.census_));
-    const TaxonRecord* found = before ? findTaxon(**before, taxon.id_) : nullptr;
-    if (!found || found->values.*member == value) return;
-    TaxonCopy copy = withTaxonCopied(**before, taxon.id_);
-    copy.taxon->values.*member = value;
-    state_->put(taxon.census_, std::move(copy.block));
+void ObjectContext::set(const std::vector<Zorvel>& taxa, Value TaxonValues::*member,
+                        const Value& value) {
+    changeTaxa(taxa, [&](const TaxonRecord& old) {
+        std::optional<RecordChange<TaxonRecord>> change;
+        if (old.values.*member == value) return change;
+        change.emplace(RecordChange<TaxonRecord>{old.id, old});
+        change->after->values.*member = value;
+        return change;
+    });
 }
 
 void ObjectContext::setName(const Census& census, const std::optional<SharedText>& name) {
@@ -114,38 +161,45 @@ void ObjectContext::setTimeStamp(const Census& census, std::optional<TimeStamp> 
 }
 
 void ObjectContext::setName(const Zorvel& taxon, const std::optional<SharedText>& name) {
-    set(taxon, &TaxonValues::name, state_->names.intern(name));
+    set({taxon}, &TaxonValues::name, state_->names.intern(name));
 }
 
 void ObjectContext::setAbundance(const Zorvel& taxon, std::int64_t abundance) {
-    set(taxon, &TaxonValues::abundance, abundance);
+    set({taxon}, &TaxonValues::abundance, abundance);
 }
 
 void ObjectContext::setInclude(const Zorvel& taxon, bool include) {
-    set(taxon, &TaxonValues::include, include);
+    set({taxon}, &TaxonValues::include, include);
+}
+
+void ObjectContext::setInclude(const std::vector<Zorvel>& taxa, bool include) {
+    set(taxa, &TaxonValues::include, include);
 }
 
 std::vector<Census> ObjectContext::censuses() const {
     std::vector<Census> handles;
-    handles.reserve(state_->censuses.size());
-    for (const State::Entry& entry : state_->censuses) handles.push_back(Census(this, entry.id));
+    handles.reserve(censusCount());
+    state_->forEachCensus(
+        [&](const State::Entry& entry) { handles.push_back(Census(this, entry.id)); });
     return handles;
 }
 
 std::vector<Zorvel> ObjectContext::taxa() const {
     std::size_t count = 0;
-    for (const State::Entry& entry : state_->censuses) count += entry.block->taxonCount();
+    state_->forEachCensus([&](const State::Entry& entry) { count += entry.block->taxonCount(); });
     std::vector<Zorvel> handles;
     handles.reserve(count);
-    for (const State::Entry& entry : state_->censuses) {
+    state_->forEachCensus([&](const State::Entry& entry) {
         entry.block->forEachTaxon(
             [&](const TaxonRecord& taxon) { handles.push_back(Zorvel(this, entry.id, taxon.id)); });
-    }
+    });
     return handles;
 }
 
 std::size_t ObjectContext::censusCount() const {
-    return state_->censuses.size();
+    std::size_t count = 0;
+    for (const auto& chunk : state_->censuses) count += chunk->size();
+    return count;
 }
 
 std::optional<Census> ObjectContext::census(RecordId id) const {
@@ -161,8 +215,8 @@ std::shared_ptr<const ObjectContext> ObjectContext::frozenCopy() const {
 
 std::vector<BlockPointer> ObjectContext::blocks() const {
     std::vector<BlockPointer> all;
-    all.reserve(state_->censuses.size());
-    for (const State::Entry& entry : state_->censuses) all.push_back(entry.block);
+    all.reserve(censusCount());
+    state_->forEachCensus([&](const State::Entry& entry) { all.push_back(entry.block); });
     return all;
 }
 
@@ -178,15 +232,17 @@ void ObjectContext::adopt(ProjectRecords records) {
     state->nextId = state_->nextId;
     state->revision = state_->revision + 1;
     for (const SharedText& name : records.names) state->names.intern(name);
-    state->censuses.reserve(records.censuses.size());
+    Chunk<State::Entry> entries;
+    entries.reserve(records.censuses.size());
     for (BlockPointer& block : records.censuses) {
         state->nextId = std::max(state->nextId, block->id + 1);
         if (!block->chunks.empty()) {
             state->nextId = std::max(state->nextId, block->chunks.back()->back().id + 1);
         }
         const RecordId id = block->id;
-        state->censuses.push_back({id, std::move(block)});
+        entries.push_back({id, std::move(block)});
     }
+    appendInChunks(state->censuses, std::move(entries), censusesPerChunk);
     state_ = std::move(state);
 }
 
@@ -226,10 +282,20 @@ void ObjectContext::redo() {
     if (canRedo()) state_->apply(state_->history.redo());
 }
 
+ChangeSet ObjectContext::changesSince(const ObjectContext& earlier) const {
+    ChangeSet changes;
+    forEachRecordChange(
+        earlier.state_->censuses, state_->censuses,
+        [](const State::Entry& a, const State::Entry& b) { return a.block == b.block; },
+        [&](const State::Entry* before, const State::Entry* after) {
+            changes.push_back({(before ? before : after)->id, before ? before->block : nullptr,
+                               after ? after->block : nullptr});
+        });
+    return changes;
+}
+
 void ObjectContext::changeTo(const ObjectContext& earlier) {
-    for (const CensusChange& change : changesBetween(blocks(), earlier.blocks())) {
-        state_->put(change.census, change.after);
-    }
+    state_->change(earlier.changesSince(*this));
 }
 
 std::uint64_t ObjectContext::revision() const {
@@ -247,8 +313,10 @@ void ObjectContext::removeObserver(ObserverId observer) {
 }
 
 void ObjectContext::announceChanges() {
+    if (announcing_) return;
     const ChangeSet changes = state_->unannounced.take();
     if (changes.empty()) return;
+    announcing_ = true;
     std::vector<ObserverId> known;
     for (const auto& [id, observer] : state_->observers) known.push_back(id);
     for (const ObserverId id : known) {
@@ -257,6 +325,7 @@ void ObjectContext::announceChanges() {
         const ChangeObserver observer = found->second;
         observer(changes);
     }
+    announcing_ = false;
 }
 
 void ObjectContext::setFirstChangeHandler(std::function<void()> handler) {

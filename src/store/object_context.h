@@ -92,14 +92,20 @@ class ObjectContext {
     // At the end of the census's taxa. The census must exist in this context; otherwise nothing is
     // inserted and the handle is of no record.
     Zorvel insertTaxon(const Census& census);
+    // Many taxa at once, in order; none where the census is of no record of this context.
+    std::vector<Zorvel> insertTaxa(const Census& census, std::vector<TaxonValues> taxa);
     // A census with all its taxa at once, at the end of the project.
-    Census insertCensus(const CensusAttributes& attributes, const std::vector<TaxonValues>& taxa);
+    Census insertCensus(const CensusAttributes& attributes, std::vector<TaxonValues> taxa);
 
     // Deleting and setting act on records of this context alone: a handle of a record that is gone,
     // or of another context (a frozen copy too), changes nothing. Nor does a value that the record
     // holds already.
     void deleteCensus(const Census& census);  // and its taxa
     void deleteTaxon(const Zorvel& taxon);
+    // Many at once, in any order: one change, which costs little more than reading them.
+    void deleteCensuses(const std::vector<Census>& censuses);
+    void deleteTaxa(const std::vector<Zorvel>& taxa);
+    void setInclude(const std::vector<Zorvel>& taxa, bool include);
 
     void setName(const Census& census, const std::optional<SharedText>& name);
     void setLatitude(const Census& census, double degrees);
@@ -143,6 +149,9 @@ class ObjectContext {
     [[nodiscard]] std::string redoName() const;
     void undo();
     void redo();
+    // What leads from an earlier frozen copy of this context to this state. The censuses
+    // that did not change since cost next to nothing.
+    [[nodiscard]] ChangeSet changesSince(const ObjectContext& earlier) const;
     // Makes the records those of an earlier frozen copy of this context; a change like any other.
     void changeTo(const ObjectContext& earlier);
 
@@ -156,6 +165,7 @@ class ObjectContext {
     using ObserverId = std::uint64_t;
     ObserverId addObserver(ChangeObserver observer);
     void removeObserver(ObserverId observer);
+    // Called by an observer it does nothing: what changes then waits for the next call.
     void announceChanges();
     // Called at the first change after an announcement: whoever knows when the turn ends sees to it
     // that announceChanges() is called then.
@@ -170,9 +180,14 @@ class ObjectContext {
     template <class Value>
     void set(const Census& census, Value CensusAttributes::*member, const Value& value);
     template <class Value>
-    void set(const Zorvel& taxon, Value TaxonValues::*member, const Value& value);
+    void set(const std::vector<Zorvel>& taxa, Value TaxonValues::*member, const Value& value);
+    // edit(record) gives what the record is to be, or nothing where it stays.
+    template <class Edit>
+    void changeTaxa(std::vector<Zorvel> taxa, Edit&& edit);
+    [[nodiscard]] std::vector<TaxonRecord> newRecords(std::vector<TaxonValues> taxa);
 
     std::unique_ptr<State> state_;
+    bool announcing_ = false;
 };
 
 }  // namespace zorvel

@@ -60,13 +60,13 @@ std::size_t Census::taxonCount() const {
 const TaxonValues& Zorvel::found() const {
     static const TaxonValues none;
     const BlockPointer* block = context_->state_->find(census_);
-    const TaxonRecord* taxon = block ? findTaxon(**block, id_) : nullptr;
+    const TaxonRecord* taxon = block ? findRecord((*block)->chunks, id_) : nullptr;
     return taxon ? taxon->values : none;
 }
 
 bool Zorvel::exists() const {
     const BlockPointer* block = context_->state_->find(census_);
-    return block && findTaxon(**block, id_);
+    return block && findRecord((*block)->chunks, id_);
 }
 
 std::optional<SharedText> Zorvel::name() const {

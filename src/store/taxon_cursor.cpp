@@ -8,7 +8,7 @@ const TaxonRecord* TaxonCursor::find(const Zorvel& taxon) {
     if (taxon.context_ != context_ || taxon.census_ != census_) enter(taxon);
     if (!block_) return nullptr;
     const TaxonRecord* next = nextInOrder(taxon.id_);
-    return next ? next : findTaxon(*block_, taxon.id_);
+    return next ? next : findRecord(block_->chunks, taxon.id_);
 }
 
 void TaxonCursor::enter(const Zorvel& taxon) {
