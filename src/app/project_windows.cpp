@@ -7,7 +7,6 @@
 #include <utility>
 
 #include "app/menus.h"
-#include "model/import.h"
 #include "model/text_project.h"
 #include "platform/job_queue.h"
 #include "ui/kit/open_panel.h"
@@ -92,13 +91,13 @@ void ProjectWindows::openFile(const QString& path, MainWindowController* window)
 
 void ProjectWindows::finishOpening(MainWindowController& window, const QString& path,
                                    const TextProject& project) {
-    storeCensuses(window.document(), project.censuses);
     window.mainView().stopProgress();
     if (!project.failure.empty()) {
         window.setWindowTitle(tr("Untitled"));
         window.mainView().showMessage(failureText(path, project));
         return;
     }
+    window.document().objectContext().adopt(project.records);
     window.mainView().reloadCensuses();
     window.mainView().selectFirstCensus();
 }

@@ -2,10 +2,12 @@
 
 #include <string_view>
 #include <utility>
+#include <vector>
 
 #include "base/console.h"
 #include "interchange/file_kind.h"
 #include "interchange/text_file.h"
+#include "model/edits.h"
 #include "model/import.h"
 
 namespace zorvel {
@@ -52,6 +54,12 @@ std::string joinedReasons(const std::vector<std::string>& lines) {
     return reasons.empty() ? "its contents are in none of the known formats" : reasons;
 }
 
+ProjectRecords recordsOf(const std::vector<MockCensus>& censuses) {
+    ObjectContext context;
+    importCensuses(context, censuses);
+    return context.records();
+}
+
 }  // namespace
 
 TextProject readTextProject(const std::string& path) {
@@ -65,8 +73,8 @@ TextProject readTextProject(const std::string& path) {
     project.place = parsed.place;
     std::vector<std::string> lines = std::move(parsed.consoleLines);
     if (parsed.value) {
-        project.censuses = std::move(*parsed.value);
-        if (project.censuses.empty()) project.failure = "there is no census in the file";
+        project.records = recordsOf(*parsed.value);
+        if (parsed.value->empty()) project.failure = "there is no census in the file";
     } else {
         project.failure = joinedReasons(lines);
         lines.emplace_back(importFailureLine(kind));

@@ -1,16 +1,17 @@
-// Reads a text file of any kind into census records, ready to be stored in a project. One call does
-// the slow part of opening a file; it owns nothing and may run on any thread.
+// Reads a text file of any kind into the records of a new project, ready to be adopted by a context
+// that is empty. One call does all the slow part of opening a file; it owns nothing and may run on
+// any thread.
 #pragma once
 
 #include <string>
-#include <vector>
 
 #include "interchange/import_records.h"
+#include "store/project_records.h"
 
 namespace zorvel {
 
 struct TextProject {
-    std::vector<MockCensus> censuses;
+    ProjectRecords records;
     // Why there are none, in words for the person at the screen; empty where the file was read.
     std::string failure;
     TextPlace place;  // of the failure, as far as it is known

@@ -1,5 +1,6 @@
 #include "model/text_project.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <string>
@@ -7,6 +8,7 @@
 #include <vector>
 
 #include "base/console.h"
+#include "model/diversity_document.h"
 #include "tests/support/scratch_folder.h"
 
 namespace zorvel {
@@ -34,14 +36,21 @@ class TextProjectTest : public ScratchFolder {
 TEST_F(TextProjectTest, ReadsAMatrix) {
     const TextProject project = read("site,oak,elm\nNorth,3,4\nSouth,0,5\n");
     EXPECT_EQ(project.failure, "");
-    ASSERT_EQ(project.censuses.size(), 2u);
-    EXPECT_EQ(project.censuses[1].name, "South");
+    ObjectContext context;
+    context.adopt(project.records);
+    EXPECT_FALSE(context.canUndo());
+    const std::vector<Census> censuses = context.censuses();
+    ASSERT_EQ(censuses.size(), 2u);
+    EXPECT_EQ(censuses[1].name(), SharedText("South"));
+    EXPECT_THAT(fullCountsVector(censuses[0]), testing::ElementsAre(3, 4));
+    EXPECT_THAT(projectTaxonNames(context.taxa()), testing::ElementsAre("elm", "oak"));
+    EXPECT_GT(context.insertTaxon(censuses[0]).id(), context.taxa().back().id());
     EXPECT_TRUE(console.empty());
 }
 
 TEST_F(TextProjectTest, ABadCellGivesReasonPlaceAndBothConsoleLines) {
     const TextProject project = read("site,oak,elm\nNorth,3,4\nSouth,0,five\n");
-    EXPECT_TRUE(project.censuses.empty());
+    EXPECT_TRUE(project.records.censuses.empty());
     ASSERT_GE(console.size(), 2u);
     EXPECT_EQ(console.back(), "WARNING: Censuses could not be obtained from census matrix");
     EXPECT_NE(project.failure, "");
