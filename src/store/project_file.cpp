@@ -1,1 +1,285 @@
 #include "store/project_file.h"
+
+#include <sqlite3.h>
+
+#include <utility>
+
+#include "store/file_failure.h"
+#include "store/file_handle.h"
+#include "store/file_paths.h"
+#include "store/project_format.h"
+#include "store/project_header.h"
+#include "store/project_reader.h"
+#include "store/project_writer.h"
+#include "store/random_bytes.h"
+#include "store/replacement_file.h"
+#include "store/sqlite_connection.h"
+#include "store/sqlite_statement.h"
+
+namespace zorvel {
+namespace {
+
+using Blocks = std::vector<BlockPointer>;
+
+// One state of the project, and the row that says so in the file.
+struct WrittenState {
+    ProjectRow row;
+    Blocks blocks;
+};
+
+ProjectRow newProjectRow() {
+    return {randomHexadecimal(4) + "-" + randomHexadecimal(4) + "-" + randomHexadecimal(8), 1,
+            randomInteger()};
+}
+
+bool sameWrite(const ProjectRow& a, const ProjectRow& b) {
+    return a.generation == b.generation && a.token == b.token;
+}
+
+// Why the file cannot be written, as far as permissions tell; nothing where it can.
+std::optional<FileProblem> reasonNotToWrite(const std::string& path, bool readOnly) {
+    if (readOnly) return FileProblem{FileTrouble::readOnlyFile, "opened for reading alone", 0};
+    if (!isFolderWritable(folderOf(path))) {
+        return FileProblem{FileTrouble::readOnlyFolder, {}, errno};
+    }
+    return std::nullopt;
+}
+
+void copyPages(Connection& from, Connection& to) {
+    sqlite3_backup* const backup = sqlite3_backup_init(to.handle(), "main", from.handle(), "main");
+    if (!backup) to.check(sqlite3_extended_errcode(to.handle()), "copy");
+    sqlite3_backup_step(backup, -1);
+    to.check(sqlite3_backup_finish(backup), "copy");
+}
+
+}  // namespace
+
+struct ProjectFile::Parts {
+    std::string path;
+    std::string resolved;
+    ProjectFileOptions options;
+    std::optional<FileProblem> notWritable;
+
+    // Whatever is below goes before what is above it.
+    std::unique_ptr<FileHandle> handle;
+    std::unique_ptr<Connection> connection;
+    std::optional<ProjectWriter> writer;
+
+    WrittenState written;
+    // A write of which it is not known whether it took place.
+    std::optional<WrittenState> attempt;
+    // As the file was after our last access to it; absent where that may have been cut short.
+    std::optional<FileStamp> stamp;
+
+    void hold();
+    void connect();
+    void recover();
+    void check();
+    void requireSamePlace() const;
+    void requireSameFile() const;
+    bool settleAttempt();
+    void commit(Transaction& transaction);
+    void write(Blocks blocks);
+    void load(ProjectRecords& records);
+};
+
+void ProjectFile::Parts::hold() {
+    notWritable = reasonNotToWrite(resolved, options.readOnly);
+    handle =
+        FileHandle::open(resolved, notWritable ? FileHandle::Use::read : FileHandle::Use::write);
+    if (!notWritable && !handle->isMarked()) {
+        notWritable = FileProblem{FileTrouble::readOnlyFile, {}, handle->reasonUnmarked()};
+    }
+}
+
+void ProjectFile::Parts::connect() {
+    const auto access = notWritable ? Connection::Access::read : Connection::Access::write;
+    connection = std::make_unique<Connection>(resolved, access, options.vfs);
+    stamp = fileStamp(resolved);
+}
+
+ProjectFile::ProjectFile(std::unique_ptr<Parts> parts) : parts_(std::move(parts)) {}
+ProjectFile::~ProjectFile() = default;
+
+FileResult<std::unique_ptr<ProjectFile>> ProjectFile::open(const std::string& path,
+                                                           const ProjectFileOptions& options) {
+    return guardedResult<std::unique_ptr<ProjectFile>>([&] {
+        auto parts = std::make_unique<Parts>();
+        parts->path = path;
+        parts->resolved = resolvedPath(path);
+        parts->options = options;
+        parts->hold();
+        checkHeader(parts->handle->start(headerSize));
+        parts->recover();
+        parts->connect();
+        parts->check();
+        return std::unique_ptr<ProjectFile>(new ProjectFile(std::move(parts)));
+    });
+}
+
+// Where a program was killed while it wrote, a connection that may only read cannot read at all.
+void ProjectFile::Parts::recover() {
+    if (!notWritable || !fileStamp(journalOf(resolved))) return;
+    guarded([this] {
+        Connection writing(resolved, Connection::Access::write, options.vfs);
+        Statement(writing, "SELECT count(*) FROM sqlite_schema").run();
+    });
+}
+
+void ProjectFile::Parts::check() {
+    {
+        constexpr std::chrono::seconds patience{10};
+        const Connection::Deadline deadline(*connection, patience);
+        checkTables(*connection, projectFormats().back());
+    }
+    checkPages(*connection);
+    written.row = readProjectRow(*connection);
+}
+
+FileResult<std::unique_ptr<ProjectFile>> ProjectFile::create(const std::string& path,
+                                                             const ObjectContext& state,
+                                                             const ProjectFileOptions& options) {
+    return guardedResult<std::unique_ptr<ProjectFile>>([&] {
+        auto parts = std::make_unique<Parts>();
+        parts->path = path;
+        parts->resolved = resolvedPath(path);
+        parts->options = options;
+        parts->options.readOnly = false;
+        parts->written = {newProjectRow(), state.blocks()};
+        ReplacementFile file(parts->resolved, options.vfs);
+        NameLedger names;
+        {
+            Connection building(file.temporaryPath(), Connection::Access::build, options.vfs);
+            Transaction transaction(building, Transaction::Kind::write);
+            makeTables(building, projectFormats().back());
+            ProjectWriter writer(building, {});
+            writer.write(changesBetween({}, parts->written.blocks));
+            writer.writeProjectRow(parts->written.row);
+            transaction.commit();
+            names = writer.takeNames();
+        }
+        parts->handle = file.takePlace();
+        parts->connect();
+        parts->writer.emplace(*parts->connection, std::move(names));
+        return std::unique_ptr<ProjectFile>(new ProjectFile(std::move(parts)));
+    });
+}
+
+FileResult<ProjectRecords> ProjectFile::load() {
+    return guardedResult<ProjectRecords>([this] {
+        ProjectRecords records;
+        parts_->load(records);
+        return records;
+    });
+}
+
+void ProjectFile::Parts::load(ProjectRecords& records) {
+    Transaction transaction(*connection, Transaction::Kind::read);
+    ReadProject project = readProject(*connection);
+    stamp = fileStamp(resolved);
+    transaction.commit();
+    if (!notWritable) writer.emplace(*connection, std::move(project.names));
+    written = {std::move(project.row), project.records.censuses};
+    records = std::move(project.records);
+}
+
+std::optional<FileProblem> ProjectFile::write(const std::shared_ptr<const ObjectContext>& state) {
+    return guarded([&] {
+        if (parts_->notWritable) throw FileFailure{*parts_->notWritable};
+        if (!parts_->writer) fail(FileTrouble::other, "written before it was read");
+        parts_->write(state->blocks());
+    });
+}
+
+void ProjectFile::Parts::requireSamePlace() const {
+    const std::optional<FileIdentity> there = fileIdentity(path);
+    if (!there || !(*there == handle->identity()) || connection->hasMoved()) {
+        fail(FileTrouble::moved);
+    }
+}
+
+void ProjectFile::Parts::requireSameFile() const {
+    requireSamePlace();
+    if (stamp && !(fileStamp(resolved) == stamp)) fail(FileTrouble::changedElsewhere);
+}
+
+// Finds out, in the transaction that is open, what became of the last write. Whether that had been
+// in doubt.
+bool ProjectFile::Parts::settleAttempt() {
+    const ProjectRow found = readProjectRow(*connection);
+    const bool inDoubt = attempt.has_value();
+    if (attempt && sameWrite(found, attempt->row)) {
+        written = std::move(*attempt);
+        writer->accept();
+    } else if (sameWrite(found, written.row)) {
+        writer->revert();
+    } else {
+        fail(FileTrouble::changedElsewhere);
+    }
+    attempt.reset();
+    return inDoubt;
+}
+
+void ProjectFile::Parts::write(Blocks blocks) {
+    requireSameFile();
+    Transaction transaction(*connection, Transaction::Kind::write);
+    const bool wasInDoubt = settleAttempt();
+    const ChangeSet changes = changesBetween(written.blocks, blocks);
+    // What had been in doubt may be in the file and yet not safe on the disk.
+    if (changes.empty() && !wasInDoubt) return;
+    WrittenState next{{written.row.identity, written.row.generation + 1, randomInteger()},
+                      std::move(blocks)};
+    stamp.reset();
+    try {
+        writer->write(changes);
+        writer->writeProjectRow(next.row);
+    } catch (...) {
+        writer->revert();
+        throw;
+    }
+    attempt = std::move(next);
+    commit(transaction);
+}
+
+void ProjectFile::Parts::commit(Transaction& transaction) {
+    requireSamePlace();
+    transaction.commit();
+    written = std::move(*attempt);
+    attempt.reset();
+    writer->accept();
+    requireSamePlace();
+    stamp = fileStamp(resolved);
+}
+
+std::optional<FileProblem> ProjectFile::copyTo(const std::string& path) {
+    return guarded([&] {
+        ReplacementFile file(resolvedPath(path), parts_->options.vfs);
+        {
+            Connection copy(file.temporaryPath(), Connection::Access::build, parts_->options.vfs);
+            copyPages(*parts_->connection, copy);
+        }
+        file.takePlace();
+    });
+}
+
+const std::string& ProjectFile::path() const {
+    return parts_->path;
+}
+
+FileIdentity ProjectFile::identity() const {
+    return parts_->handle->identity();
+}
+
+bool ProjectFile::canWrite() const {
+    return !parts_->notWritable;
+}
+
+std::optional<FileProblem> ProjectFile::whyNotWritable() const {
+    return parts_->notWritable;
+}
+
+const std::string& ProjectFile::projectId() const {
+    return parts_->written.row.identity;
+}
+
+}  // namespace zorvel

@@ -1,0 +1,67 @@
+// The files that this process holds open besides SQLite's own handles, each once however often it
+// is asked for: closing any handle of a file drops the locks that SQLite has on it, so that none is
+// closed while another project file still uses it. A file held for writing bears a mark (a lock on
+// one byte far behind its end) that every process sees. Any thread.
+#pragma once
+
+#include <sys/stat.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "store/project_file.h"
+
+namespace zorvel {
+
+// What tells that nobody but us has written to a file.
+struct FileStamp {
+    FileIdentity identity;
+    off_t size = 0;
+    timespec modified{};
+
+    friend bool operator==(const FileStamp& a, const FileStamp& b) {
+        return a.identity == b.identity && a.size == b.size &&
+               a.modified.tv_sec == b.modified.tv_sec && a.modified.tv_nsec == b.modified.tv_nsec;
+    }
+};
+
+// Follows symbolic links; absent where nothing is there.
+std::optional<FileStamp> fileStamp(const std::string& path);
+
+// One file held open, for as long as the object lives.
+class FileHandle {
+  public:
+    enum class Use {
+        read,
+        // Marked as open, if it may be written at all.
+        write,
+    };
+
+    // Fails for what is no file, for one that may not be read, and, for writing, one that is
+    // marked already, by this process or another.
+    static std::unique_ptr<FileHandle> open(const std::string& path, Use use);
+    // A new file of no bytes, marked; fails where there is one of that name.
+    static std::unique_ptr<FileHandle> create(const std::string& path, mode_t mode);
+    ~FileHandle();
+    FileHandle(const FileHandle&) = delete;
+    FileHandle& operator=(const FileHandle&) = delete;
+
+    [[nodiscard]] FileIdentity identity() const { return identity_; }
+    // Whether the mark is on it: false too where the file may not be written, for the reason below.
+    [[nodiscard]] bool isMarked() const { return marked_; }
+    [[nodiscard]] int reasonUnmarked() const { return reasonUnmarked_; }
+    // The first bytes, up to size.
+    [[nodiscard]] std::string start(std::size_t size) const;
+    [[nodiscard]] int descriptor() const;
+
+  private:
+    explicit FileHandle(FileIdentity identity);
+    void mark();
+
+    FileIdentity identity_;
+    bool marked_ = false;
+    int reasonUnmarked_ = 0;
+};
+
+}  // namespace zorvel

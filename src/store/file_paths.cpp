@@ -1,0 +1,52 @@
+#include "store/file_paths.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <array>
+#include <filesystem>
+#include <system_error>
+
+#include "store/file_failure.h"
+#include "store/random_bytes.h"
+
+namespace zorvel {
+
+std::string resolvedPath(const std::string& path) {
+    constexpr int longestChain = 40;
+    std::error_code error;
+    std::filesystem::path resolved = std::filesystem::absolute(path, error);
+    for (int i = 0; i < longestChain; ++i) {
+        const std::filesystem::path next = std::filesystem::read_symlink(resolved, error);
+        if (error) return resolved.string();
+        resolved = resolved.parent_path() / next;
+    }
+    failWithErrno(ELOOP, "too many symbolic links");
+}
+
+std::string folderOf(const std::string& path) {
+    return std::filesystem::path(path).parent_path().string();
+}
+
+bool isFolderWritable(const std::string& folder) {
+    return access(folder.c_str(), W_OK | X_OK) == 0;
+}
+
+std::string journalOf(const std::string& path) {
+    return path + "-journal";
+}
+
+std::string temporaryBeside(const std::string& path) {
+    return folderOf(path) + "/.zorvel-" + randomHexadecimal(8) + ".tmp";
+}
+
+void syncFolder(const std::string& folder) {
+    const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0) failWithErrno(errno, "open the folder");
+    const int error = fsync(descriptor) == 0 ? 0 : errno;
+    close(descriptor);
+    // Some network file systems cannot sync a folder, and say so.
+    if (error != 0 && error != EINVAL) failWithErrno(error, "sync the folder");
+}
+
+}  // namespace zorvel

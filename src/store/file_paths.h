@@ -1,0 +1,25 @@
+// Paths beside a project file.
+#pragma once
+
+#include <string>
+
+namespace zorvel {
+
+// The absolute path of what a path stands for in the end: symbolic links followed, to a file that
+// need not be there.
+std::string resolvedPath(const std::string& path);
+
+std::string folderOf(const std::string& path);
+
+bool isFolderWritable(const std::string& folder);
+
+// SQLite's companions of that file, which hold a write that was cut off.
+std::string journalOf(const std::string& path);
+
+// A name that no file has, in the same folder as path.
+std::string temporaryBeside(const std::string& path);
+
+// Makes a rename safe on the disk.
+void syncFolder(const std::string& folder);
+
+}  // namespace zorvel

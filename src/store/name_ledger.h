@@ -1,0 +1,65 @@
+// Which names the table of names holds, under which numbers, and how many taxa use each: a name
+// gets its row with its first use, and loses it with the last. Uses are counted while a write goes
+// on, and stand only when it is known to have taken place.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "base/shared_text.h"
+
+namespace zorvel {
+
+class NameLedger {
+  public:
+    struct Name {
+        std::int64_t id = 0;
+        std::int64_t uses = 0;  // in the file as it is known to be
+        std::int64_t usesAfterwards = 0;
+        bool stored = false;  // has a row in the file as it is known to be
+        bool touched = false;
+    };
+
+    // A row of the table as it was read, used that often. False where the text is there already.
+    bool addStored(const SharedText& text, std::int64_t id, std::int64_t uses);
+
+    // One use more or less; the name's number. A text that is new gets the next number.
+    std::int64_t use(const SharedText& text);
+    void release(const SharedText& text);
+
+    // What the write must bring about: calls insert(id, text) and remove(id).
+    template <class Insert, class Remove>
+    void forEachRowChange(Insert&& insert, Remove&& remove) const {
+        for (const Entry* entry : touched_) {
+            const Name& name = entry->second;
+            if (name.usesAfterwards > 0 && !name.stored) insert(name.id, entry->first);
+            if (name.usesAfterwards == 0 && name.stored) remove(name.id);
+        }
+    }
+
+    // The write has taken place, or it has not. Neither fails.
+    void accept() noexcept;
+    void revert() noexcept;
+
+  private:
+    struct BytesHash {
+        std::size_t operator()(const SharedText& text) const {
+            return std::hash<std::string_view>{}(text.view());
+        }
+    };
+    using Names = std::unordered_map<SharedText, Name, BytesHash>;
+    using Entry = Names::value_type;
+
+    Entry& touch(const SharedText& text);
+    void settle(bool accepted) noexcept;
+
+    Names names_;
+    std::vector<Entry*> touched_;
+    std::int64_t nextId_ = 1;
+};
+
+}  // namespace zorvel

@@ -1,0 +1,157 @@
+#include "store/project_reader.h"
+
+#include <array>
+#include <chrono>
+#include <limits>
+#include <optional>
+#include <utility>
+
+#include "base/text.h"
+#include "store/block_builder.h"
+#include "store/file_failure.h"
+#include "store/name_column.h"
+#include "store/sqlite_statement.h"
+
+namespace zorvel {
+namespace {
+
+// Identities leave room for as many new ones.
+constexpr std::int64_t highestId = (std::int64_t{1} << 62) - 1;
+
+// The rows of one table, in the order of their identities, which are in column 0.
+class Rows {
+  public:
+    Rows(Connection& connection, const char* table, const char* sql)
+        : statement_(connection, sql), table_(table) {}
+
+    bool next() {
+        if (!statement_.next()) return false;
+        if (statement_.type(0) != SQLITE_INTEGER) complain("id", "is no integer");
+        const std::int64_t id = statement_.integer(0);
+        if (id <= id_ || id > highestId) complain("id", "is out of range or order");
+        id_ = id;
+        return true;
+    }
+
+    [[nodiscard]] std::int64_t id() const { return id_; }
+
+    [[nodiscard]] std::int64_t integer(int column, const char* name) {
+        if (statement_.type(column) != SQLITE_INTEGER) complainOfType(column, name);
+        return statement_.integer(column);
+    }
+
+    [[nodiscard]] bool isNull(int column) const { return statement_.type(column) == SQLITE_NULL; }
+
+    // NULL stands for what is not a number.
+    [[nodiscard]] double real(int column, const char* name) {
+        const int type = statement_.type(column);
+        if (type == SQLITE_NULL) return std::numeric_limits<double>::quiet_NaN();
+        if (type != SQLITE_FLOAT && type != SQLITE_INTEGER) complainOfType(column, name);
+        return statement_.real(column);
+    }
+
+    [[nodiscard]] std::string_view text(int column, const char* name) {
+        if (statement_.type(column) != SQLITE_TEXT) complainOfType(column, name);
+        const std::string_view text = statement_.text(column);
+        if (text.size() > static_cast<std::size_t>(longestText)) complain(name, "is too long");
+        if (firstInvalidUtf8(text)) complain(name, "is not UTF-8");
+        return text;
+    }
+
+    [[noreturn]] void complain(const char* column, const std::string& what) const {
+        fail(FileTrouble::damaged, std::string("table ") + table_ + ", row " +
+                                       std::to_string(statement_.integer(0)) + ": " + column + " " +
+                                       what);
+    }
+
+  private:
+    [[noreturn]] void complainOfType(int column, const char* name) const {
+        static constexpr std::array<const char*, 6> kinds = {
+            "is of no kind", "is an integer", "is a real", "is a text", "is a blob", "is missing"};
+        complain(name, kinds.at(static_cast<std::size_t>(statement_.type(column))));
+    }
+
+    Statement statement_;
+    const char* table_;
+    std::int64_t id_ = 0;
+};
+
+std::optional<TimeStamp> timeStampOf(Rows& rows, int column) {
+    if (rows.isNull(column)) return std::nullopt;
+    return TimeStamp(std::chrono::microseconds(rows.integer(column, "time_stamp")));
+}
+
+NameColumn readNames(Connection& connection) {
+    NameColumn names;
+    Rows rows(connection, "name", "SELECT id, text FROM name ORDER BY id");
+    while (rows.next()) {
+        if (!names.add(rows.id(), rows.text(1, "text"))) {
+            rows.complain("text", "stands in another row too");
+        }
+    }
+    return names;
+}
+
+void readCensuses(Connection& connection, NameColumn& names, BlockBuilder& blocks) {
+    Rows rows(connection, "census",
+              "SELECT id, name, latitude, longitude, notes, time_stamp FROM census ORDER BY id");
+    while (rows.next()) {
+        CensusAttributes attributes;
+        if (!rows.isNull(1)) attributes.name = names.shared(rows.text(1, "name"));
+        attributes.latitude = rows.real(2, "latitude");
+        attributes.longitude = rows.real(3, "longitude");
+        if (!rows.isNull(4)) attributes.notes = SharedText(rows.text(4, "notes"));
+        attributes.timeStamp = timeStampOf(rows, 5);
+        blocks.addCensus(static_cast<RecordId>(rows.id()), std::move(attributes));
+    }
+}
+
+void readTaxa(Connection& connection, NameColumn& names, BlockBuilder& blocks) {
+    Rows rows(connection, "taxon",
+              "SELECT id, census, name, abundance, include FROM taxon ORDER BY id");
+    while (rows.next()) {
+        TaxonRecord taxon;
+        taxon.id = static_cast<RecordId>(rows.id());
+        if (!rows.isNull(2)) {
+            const SharedText* name = names.use(rows.integer(2, "name"));
+            if (!name) rows.complain("name", "is no row of the table name");
+            taxon.values.name = *name;
+        }
+        taxon.values.abundance = rows.integer(3, "abundance");
+        const std::int64_t include = rows.integer(4, "include");
+        if (include != 0 && include != 1) rows.complain("include", "is neither 0 nor 1");
+        taxon.values.include = include == 1;
+        const auto census = static_cast<RecordId>(rows.integer(1, "census"));
+        if (!blocks.addTaxon(census, std::move(taxon))) {
+            rows.complain("census", "is no row of the table census");
+        }
+    }
+}
+
+}  // namespace
+
+ProjectRow readProjectRow(Connection& connection) {
+    ProjectRow row;
+    Rows rows(connection, "project", "SELECT id, identity, generation, token FROM project");
+    if (!rows.next() || rows.id() != 1) fail(FileTrouble::damaged, "table project has no row 1");
+    row.identity = rows.text(1, "identity");
+    row.generation = rows.integer(2, "generation");
+    row.token = rows.integer(3, "token");
+    if (rows.next()) fail(FileTrouble::damaged, "table project has more than one row");
+    return row;
+}
+
+ReadProject readProject(Connection& connection) {
+    ReadProject project;
+    project.row = readProjectRow(connection);
+    NameColumn names = readNames(connection);
+    BlockBuilder blocks;
+    readCensuses(connection, names, blocks);
+    readTaxa(connection, names, blocks);
+    project.records.censuses = blocks.take();
+    project.names = names.ledger();
+    project.records.names = names.all();
+    return project;
+}
+
+}  // namespace zorvel

@@ -1,0 +1,90 @@
+#include "store/replacement_file.h"
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <utility>
+
+#include "store/file_failure.h"
+#include "store/file_paths.h"
+#include "store/project_header.h"
+#include "store/sqlite_connection.h"
+#include "store/sqlite_statement.h"
+
+namespace zorvel {
+namespace {
+
+constexpr mode_t newFileMode = 0666;  // less what the umask takes away
+
+bool exists(const std::string& path) {
+    struct stat status {};
+    return lstat(path.c_str(), &status) == 0;
+}
+
+}  // namespace
+
+ReplacementFile::ReplacementFile(std::string path, const char* vfs)
+    : path_(std::move(path)), vfs_(vfs) {
+    if (exists(path_)) holdReplaced();
+    temporary_ = temporaryBeside(path_);
+    handle_ = FileHandle::create(temporary_, newFileMode);
+    try {
+        adoptPermissions();
+    } catch (...) {
+        unlink(temporary_.c_str());
+        throw;
+    }
+}
+
+ReplacementFile::~ReplacementFile() {
+    if (!placed_) unlink(temporary_.c_str());
+}
+
+void ReplacementFile::holdReplaced() {
+    replaced_ = FileHandle::open(path_, FileHandle::Use::write);
+    if (!replaced_->isMarked()) {
+        fail(FileTrouble::readOnlyFile, "the file to be replaced", replaced_->reasonUnmarked());
+    }
+}
+
+void ReplacementFile::adoptPermissions() {
+    if (!replaced_) return;
+    struct stat status {};
+    if (fstat(replaced_->descriptor(), &status) != 0) failWithErrno(errno, "look at the file");
+    // Only the super-user may give a file away; for others it stays theirs.
+    if (fchown(handle_->descriptor(), status.st_uid, status.st_gid) != 0) errno = 0;
+    if (fchmod(handle_->descriptor(), status.st_mode & 07777U) != 0) {
+        failWithErrno(errno, "set the permissions");
+    }
+}
+
+// A journal that was left beside the old file would be played back into the new one. It goes; but
+// the old file gets what is its due first, in case that the new one does not take its place.
+void ReplacementFile::clearCompanions() {
+    if (replaced_ && exists(journalOf(path_))) {
+        guarded([this] {
+            checkHeader(replaced_->start(headerSize));
+            Connection old(path_, Connection::Access::write, vfs_);
+            Statement(old, "SELECT count(*) FROM sqlite_schema").run();
+        });
+    }
+    for (const char* ending : {"-journal", "-wal", "-shm"}) {
+        const std::string companion = path_ + ending;
+        if (unlink(companion.c_str()) != 0 && errno != ENOENT) {
+            failWithErrno(errno, "remove what was left beside the file");
+        }
+    }
+}
+
+std::unique_ptr<FileHandle> ReplacementFile::takePlace() {
+    if (fsync(handle_->descriptor()) != 0) failWithErrno(errno, "sync the new file");
+    clearCompanions();
+    if (std::rename(temporary_.c_str(), path_.c_str()) != 0) {
+        failWithErrno(errno, "rename the new file");
+    }
+    placed_ = true;
+    syncFolder(folderOf(path_));
+    return std::move(handle_);
+}
+
+}  // namespace zorvel

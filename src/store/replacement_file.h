@@ -1,0 +1,41 @@
+// A file that is built under another name in the same folder, and takes its path only when it is
+// whole and safe on the disk; until then what stood at the path stays as it was. Gone without a
+// trace where it does not come to that. Failures are thrown as FileFailure.
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "store/file_handle.h"
+
+namespace zorvel {
+
+class ReplacementFile {
+  public:
+    // An empty file. A file at the path must be one that may be written, and must not be open
+    // elsewhere; its permissions, and where possible its owner, go over to the new one. path: see
+    // resolvedPath().
+    ReplacementFile(std::string path, const char* vfs);
+    ~ReplacementFile();
+    ReplacementFile(const ReplacementFile&) = delete;
+    ReplacementFile& operator=(const ReplacementFile&) = delete;
+
+    [[nodiscard]] const std::string& temporaryPath() const { return temporary_; }
+
+    // Takes the path. The handle of the new file, marked as open.
+    std::unique_ptr<FileHandle> takePlace();
+
+  private:
+    void holdReplaced();
+    void adoptPermissions();
+    void clearCompanions();
+
+    std::string path_;
+    std::string temporary_;
+    const char* vfs_;
+    std::unique_ptr<FileHandle> replaced_;
+    std::unique_ptr<FileHandle> handle_;
+    bool placed_ = false;
+};
+
+}  // namespace zorvel

@@ -1,0 +1,125 @@
+#include "store/sqlite_connection.h"
+
+#include <sqlite3.h>
+
+#include "store/file_failure.h"
+#include "store/sqlite_trouble.h"
+
+namespace zorvel {
+namespace {
+
+constexpr int busyMilliseconds = 250;
+
+int openFlags(Connection::Access access) {
+    constexpr int common = SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE | SQLITE_OPEN_PRIVATECACHE;
+    switch (access) {
+        case Connection::Access::read:
+            return common | SQLITE_OPEN_READONLY;
+        case Connection::Access::memory:
+            return common | SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_MEMORY;
+        default:
+            return common | SQLITE_OPEN_READWRITE;
+    }
+}
+
+void setLimits(sqlite3* handle) {
+    // A row holds two texts at most.
+    sqlite3_limit(handle, SQLITE_LIMIT_LENGTH, 2 * longestText + 10'000);
+    sqlite3_limit(handle, SQLITE_LIMIT_SQL_LENGTH, 100'000);
+    sqlite3_limit(handle, SQLITE_LIMIT_COLUMN, 100);
+    sqlite3_limit(handle, SQLITE_LIMIT_EXPR_DEPTH, 50);
+    sqlite3_limit(handle, SQLITE_LIMIT_VDBE_OP, 100'000);
+    sqlite3_limit(handle, SQLITE_LIMIT_FUNCTION_ARG, 8);
+    sqlite3_limit(handle, SQLITE_LIMIT_ATTACHED, 0);
+    sqlite3_limit(handle, SQLITE_LIMIT_LIKE_PATTERN_LENGTH, 100);
+    sqlite3_limit(handle, SQLITE_LIMIT_TRIGGER_DEPTH, 1);
+    sqlite3_limit(handle, SQLITE_LIMIT_WORKER_THREADS, 0);
+}
+
+}  // namespace
+
+Connection::Connection(const std::string& path, Access access, const char* vfs) {
+    const int code = sqlite3_open_v2(access == Access::memory ? ":memory:" : path.c_str(), &handle_,
+                                     openFlags(access), access == Access::memory ? nullptr : vfs);
+    try {
+        check(code, "open");
+        configure(access);
+    } catch (...) {
+        sqlite3_close_v2(handle_);
+        throw;
+    }
+}
+
+Connection::~Connection() {
+    sqlite3_close_v2(handle_);
+}
+
+void Connection::configure(Access access) {
+    struct Switch {
+        int option;
+        int on;
+    };
+    for (const Switch& option :
+         {Switch{SQLITE_DBCONFIG_DEFENSIVE, 1}, Switch{SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0},
+          Switch{SQLITE_DBCONFIG_ENABLE_TRIGGER, 0}, Switch{SQLITE_DBCONFIG_ENABLE_VIEW, 0},
+          Switch{SQLITE_DBCONFIG_DQS_DDL, 0}, Switch{SQLITE_DBCONFIG_DQS_DML, 0},
+          Switch{SQLITE_DBCONFIG_ENABLE_LOAD_EXTENSION, 0}}) {
+        check(sqlite3_db_config(handle_, option.option, option.on, nullptr), "configure");
+    }
+    setLimits(handle_);
+    sqlite3_busy_timeout(handle_, busyMilliseconds);
+    // None of these reads the file. EXTRA is FULL, and syncs the folder after the journal has been
+    // deleted: a power cut must not bring back the journal, and with it the old state.
+    run("PRAGMA cell_size_check=ON; PRAGMA mmap_size=0; PRAGMA temp_store=MEMORY;"
+        "PRAGMA synchronous=EXTRA; PRAGMA cache_size=-8000;");
+    if (access == Access::build) run("PRAGMA journal_mode=OFF; PRAGMA locking_mode=EXCLUSIVE;");
+}
+
+void Connection::run(const char* sql) {
+    check(sqlite3_exec(handle_, sql, nullptr, nullptr, nullptr), sql);
+}
+
+void Connection::check(int code, const char* doing) const {
+    const int primary = code & 0xFF;
+    if (primary == SQLITE_OK || primary == SQLITE_ROW || primary == SQLITE_DONE) return;
+    throw FileFailure{sqliteProblem(handle_, code, doing)};
+}
+
+bool Connection::hasMoved() const {
+    int moved = 0;
+    const int code = sqlite3_file_control(handle_, "main", SQLITE_FCNTL_HAS_MOVED, &moved);
+    return code == SQLITE_OK && moved != 0;
+}
+
+Connection::Deadline::Deadline(Connection& connection, std::chrono::milliseconds allowed)
+    : connection_(connection), end_(std::chrono::steady_clock::now() + allowed) {
+    constexpr int instructionsBetween = 1000;
+    sqlite3_progress_handler(connection_.handle(), instructionsBetween, isOver, this);
+}
+
+Connection::Deadline::~Deadline() {
+    sqlite3_progress_handler(connection_.handle(), 0, nullptr, nullptr);
+}
+
+int Connection::Deadline::isOver(void* self) {
+    return std::chrono::steady_clock::now() > static_cast<Deadline*>(self)->end_ ? 1 : 0;
+}
+
+Transaction::Transaction(Connection& connection, Kind kind) : connection_(connection) {
+    connection_.run(kind == Kind::write ? "BEGIN IMMEDIATE" : "BEGIN");
+}
+
+Transaction::~Transaction() {
+    // After some errors SQLite has rolled back of its own accord. Where rolling back fails, the
+    // journal stays, and the next reader of the file rolls back.
+    if (open_ && sqlite3_get_autocommit(connection_.handle()) == 0) {
+        sqlite3_exec(connection_.handle(), "ROLLBACK", nullptr, nullptr, nullptr);
+    }
+}
+
+void Transaction::commit() {
+    connection_.run("COMMIT");
+    open_ = false;
+}
+
+}  // namespace zorvel
