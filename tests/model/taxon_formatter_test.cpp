@@ -32,8 +32,8 @@ std::string typedInto(const TaxonFormatter& formatter, const std::string& typed)
 
 TEST(TaxonFormatter, CompletesWhatIsTyped) {
     const TaxonFormatter formatter =
-        formatterOf({"Globigerina", "Globorotalia", "Cafe", "Cafe\u0301ia", "Abies",
-                     "Abies alba", "\u00C9chinops e\u0301trange"});
+        formatterOf({"Globigerina", "Globorotalia", "Cafe", "Cafe\u0301ia", "Abies", "Abies alba",
+                     "\u00C9chinops e\u0301trange"});
     struct Row {
         const char* what;
         std::string typed;

@@ -1,0 +1,268 @@
+#include "model/typed_values.h"
+
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <ctime>
+
+#include "base/numbers.h"
+#include "interchange/local_time.h"
+#include "interchange/whole_integer.h"
+
+namespace zorvel {
+namespace {
+
+constexpr const char* notWhole =
+    "An abundance is a whole number, without a decimal point or spaces.";
+constexpr const char* negative = "An abundance is 0 or more.";
+constexpr const char* tooLarge = "This abundance is larger than the program can hold.";
+constexpr const char* notLatitude =
+    "A latitude is a number of degrees from -90 to 90, such as 48.25 or 48\u00B0 15' N.";
+constexpr const char* notLongitude =
+    "A longitude is a number of degrees from -180 to 180, such as 16.5 or 16\u00B0 30' E.";
+constexpr const char* notTime =
+    "A time is written as year, month and day, with or without hours and minutes: 2024-05-31 "
+    "14:05.";
+constexpr const char* noSuchTime = "The calendar has no such day or time.";
+
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+// What the signs of degrees, minutes and seconds are reduced to: no letters, which tell
+// hemispheres.
+constexpr char degreeSign = '\1';
+constexpr char minuteSign = '\2';
+constexpr char secondSign = '\3';
+
+// Signs of all kinds as those three, a decimal comma as a point, the minus sign of typography as
+// that of the keyboard.
+std::string plainCoordinate(std::string_view text) {
+    struct Sign {
+        std::string_view bytes;
+        char plain;
+    };
+    constexpr std::array signs = {
+        Sign{"\u00B0", degreeSign}, Sign{"\u00BA", degreeSign}, Sign{"''", secondSign},
+        Sign{"'", minuteSign},      Sign{"\u2032", minuteSign}, Sign{"\u2019", minuteSign},
+        Sign{"\"", secondSign},     Sign{"\u2033", secondSign}, Sign{"\u201D", secondSign},
+        Sign{"\u2212", '-'},        Sign{"\u00A0", ' '},        Sign{",", '.'}};
+    std::string plain;
+    while (!text.empty()) {
+        const Sign* found = nullptr;
+        for (const Sign& sign : signs) {
+            if (!found && text.starts_with(sign.bytes)) found = &sign;
+        }
+        plain += found ? found->plain : text.front();
+        text.remove_prefix(found ? found->bytes.size() : 1);
+    }
+    return plain;
+}
+
+// Takes the letter of the hemisphere off either end; 1 or -1, or 0 where there is none.
+int takeHemisphere(std::string_view& text, char positive, char negativeLetter) {
+    const auto signOf = [&](char c) {
+        const char upper = static_cast<char>(c & ~0x20);
+        return upper == positive ? 1 : upper == negativeLetter ? -1 : 0;
+    };
+    if (text.empty()) return 0;
+    if (const int sign = signOf(text.back())) {
+        text.remove_suffix(1);
+        return sign;
+    }
+    if (const int sign = signOf(text.front())) {
+        text.remove_prefix(1);
+        return sign;
+    }
+    return 0;
+}
+
+// The next number and its unit, if it has the syntax of one; fraction tells whether it has a point.
+struct Part {
+    double value = 0;
+    bool fraction = false;
+};
+std::optional<Part> takePart(std::string_view& text, char unit) {
+    std::size_t length = 0;
+    Part part;
+    while (length < text.size() && (isDigit(text[length]) || text[length] == '.')) {
+        part.fraction |= text[length++] == '.';
+    }
+    const std::optional<double> value = parseWholeDouble(text.substr(0, length));
+    if (!value) return std::nullopt;
+    part.value = *value;
+    text.remove_prefix(length);
+    text = withoutOuterSpace(text);
+    if (!text.empty() && text.front() == unit) text.remove_prefix(1);
+    text = withoutOuterSpace(text);
+    return part;
+}
+
+// Degrees, and minutes and seconds where they are given.
+std::optional<double> sexagesimal(std::string_view text) {
+    const std::optional<Part> degrees = takePart(text, degreeSign);
+    if (!degrees) return std::nullopt;
+    double value = degrees->value;
+    bool fraction = degrees->fraction;
+    double unit = 60;
+    for (const char sign : {minuteSign, secondSign}) {
+        if (text.empty()) return value;
+        const std::optional<Part> part = takePart(text, sign);
+        if (!part || fraction || part->value >= 60) return std::nullopt;
+        value += part->value / unit;
+        unit *= 60;
+        fraction = part->fraction;
+    }
+    return text.empty() ? std::optional(value) : std::nullopt;
+}
+
+std::optional<double> coordinate(std::string_view typed, double limit, char positive,
+                                 char negativeLetter) {
+    const std::string plain = plainCoordinate(typed);
+    std::string_view text = withoutOuterSpace(plain);
+    const int hemisphere = takeHemisphere(text, positive, negativeLetter);
+    text = withoutOuterSpace(text);
+    const bool minus = text.starts_with('-');
+    if (minus && hemisphere != 0) return std::nullopt;
+    if (minus || text.starts_with('+')) text.remove_prefix(1);
+    const std::optional<double> value = sexagesimal(text);
+    if (!value || *value > limit) return std::nullopt;
+    return minus || hemisphere < 0 ? -*value : *value;
+}
+
+// As many digits as there are, least to most, as a number; moves past them.
+std::optional<std::int64_t> takeNumber(std::string_view& text, std::size_t least,
+                                       std::size_t most) {
+    std::size_t length = 0;
+    while (length < text.size() && length < most && isDigit(text[length])) ++length;
+    if (length < least) return std::nullopt;
+    const auto value = parseWholeInteger(text.substr(0, length));
+    text.remove_prefix(length);
+    return value;
+}
+
+bool take(std::string_view& text, char c) {
+    if (!text.starts_with(c)) return false;
+    text.remove_prefix(1);
+    return true;
+}
+
+// A fraction of a second, in microseconds.
+std::optional<std::int64_t> takeFraction(std::string_view& text) {
+    const std::size_t before = text.size();
+    std::optional<std::int64_t> value = takeNumber(text, 1, 6);
+    for (std::size_t i = before - text.size(); value && i < 6; ++i) *value *= 10;
+    return value;
+}
+
+struct TypedClock {
+    WallClock clock;
+    std::int64_t microseconds = 0;  // within the minute
+};
+
+std::optional<TypedClock> readDay(std::string_view& text) {
+    const auto year = takeNumber(text, 4, 6);
+    if (!year || !take(text, '-')) return std::nullopt;
+    const auto month = takeNumber(text, 1, 2);
+    if (!month || !take(text, '-')) return std::nullopt;
+    const auto day = takeNumber(text, 1, 2);
+    if (!day) return std::nullopt;
+    return TypedClock{{*year, *month, *day, 0, 0}, 0};
+}
+
+bool readTimeOfDay(std::string_view& text, TypedClock& clock) {
+    const auto hour = takeNumber(text, 1, 2);
+    if (!hour || !take(text, ':')) return false;
+    const auto minute = takeNumber(text, 2, 2);
+    if (!minute) return false;
+    clock.clock.hour = *hour;
+    clock.clock.minute = *minute;
+    if (!take(text, ':')) return true;
+    const auto second = takeNumber(text, 2, 2);
+    if (!second || *second > 59) return false;
+    clock.microseconds = *second * 1'000'000;
+    if (!take(text, '.')) return true;
+    const auto fraction = takeFraction(text);
+    clock.microseconds += fraction.value_or(0);
+    return fraction.has_value();
+}
+
+}  // namespace
+
+std::string_view withoutOuterSpace(std::string_view text) {
+    constexpr std::string_view noBreak = "\u00A0";
+    const auto isSpace = [](char c) { return c == ' ' || (c >= '\t' && c <= '\r'); };
+    for (;;) {
+        if (!text.empty() && isSpace(text.front())) {
+            text.remove_prefix(1);
+        } else if (!text.empty() && isSpace(text.back())) {
+            text.remove_suffix(1);
+        } else if (text.starts_with(noBreak)) {
+            text.remove_prefix(noBreak.size());
+        } else if (text.ends_with(noBreak)) {
+            text.remove_suffix(noBreak.size());
+        } else {
+            return text;
+        }
+    }
+}
+
+Typed<std::int64_t> parseTypedAbundance(std::string_view text) {
+    text = withoutOuterSpace(text);
+    const bool minus = text.starts_with('-');
+    const std::string_view digits = text.substr(minus || text.starts_with('+') ? 1 : 0);
+    if (digits.empty() || digits.find_first_not_of("0123456789") != std::string_view::npos) {
+        return notWhole;
+    }
+    const std::optional<std::int64_t> value = parseWholeInteger(text);
+    if (minus && (!value || *value < 0)) return negative;
+    if (!value) return tooLarge;
+    return *value;
+}
+
+Typed<double> parseTypedLatitude(std::string_view text) {
+    if (const auto value = coordinate(text, 90, 'N', 'S')) return *value;
+    return notLatitude;
+}
+
+Typed<double> parseTypedLongitude(std::string_view text) {
+    if (const auto value = coordinate(text, 180, 'E', 'W')) return *value;
+    return notLongitude;
+}
+
+Typed<std::optional<TimeStamp>> parseTypedTime(std::string_view text) {
+    text = withoutOuterSpace(text);
+    if (text.empty()) return std::optional<TimeStamp>();
+    std::optional<TypedClock> clock = readDay(text);
+    if (!clock) return notTime;
+    if (!text.empty()) {
+        if (!take(text, 'T') && !take(text, ' ')) return notTime;
+        text = withoutOuterSpace(text);
+        if (!readTimeOfDay(text, *clock) || !text.empty()) return notTime;
+    }
+    const std::optional<TimeStamp> minute = localTime(clock->clock);
+    if (!minute) return noSuchTime;
+    return std::optional(*minute + std::chrono::microseconds(clock->microseconds));
+}
+
+std::string typedTimeText(TimeStamp time) {
+    const auto seconds = std::chrono::floor<std::chrono::seconds>(time);
+    const auto fraction = (time - seconds).count();
+    const std::time_t since = seconds.time_since_epoch().count();
+    std::tm local{};
+    if (localtime_r(&since, &local) == nullptr) return {};
+    std::array<char, 64> text{};
+    int length = std::snprintf(text.data(), text.size(), "%04lld-%02d-%02d %02d:%02d",
+                               local.tm_year + 1900LL, local.tm_mon + 1, local.tm_mday,
+                               local.tm_hour, local.tm_min);
+    std::string shown(text.data(), static_cast<std::size_t>(length));
+    if (local.tm_sec == 0 && fraction == 0) return shown;
+    length = std::snprintf(text.data(), text.size(), ":%02d.%06lld", local.tm_sec,
+                           static_cast<long long>(fraction));
+    shown.append(text.data(), static_cast<std::size_t>(length));
+    shown.erase(shown.find_last_not_of('0') + 1);
+    if (fraction == 0) shown.resize(shown.find('.'));
+    return shown;
+}
+
+}  // namespace zorvel

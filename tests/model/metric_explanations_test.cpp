@@ -1,0 +1,92 @@
+#include "model/metric_explanations.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <string>
+#include <vector>
+
+#include "metrics/census_metrics.h"
+#include "metrics/metric_captions.h"
+#include "metrics/random_source.h"
+
+namespace zorvel {
+namespace {
+
+TEST(MetricExplanations, EveryRowOfTheWindowsIsExplained) {
+    std::vector<std::string_view> keys;
+    for (const auto& row : metricsPanelRows) keys.push_back(row.key);
+    for (const auto& row : pooledMetricRows) keys.push_back(row.key);
+    for (const auto& row : averageMetricRows) keys.push_back(row.key);
+    for (const auto& row : incidenceMetricRows) keys.push_back(row.key);
+    for (const std::string_view key : keys) {
+        SCOPED_TRACE(std::string(key));
+        const MetricExplanation* explanation = explanationOf(key);
+        ASSERT_NE(explanation, nullptr);
+        for (const char* text :
+             {explanation->name, explanation->meaning, explanation->formula, explanation->source}) {
+            EXPECT_FALSE(std::string(text).empty());
+        }
+    }
+}
+
+TEST(MetricExplanations, InputsOfTheValue) {
+    const MetricInputs inputs = metricInputs(CountsVector{10, 5, 3, 2, 1, 1, 0}, 50, 0.8);
+    EXPECT_EQ(inputsText("shannonH", inputs), "N = 22, S = 6");
+    EXPECT_EQ(inputsText("chaoOne", inputs), "N = 22, S = 6, f1 = 2, f2 = 1");
+    EXPECT_EQ(inputsText("rarefiedRichness", inputs), "N = 22, S = 6, n = 50");
+    EXPECT_EQ(inputsText("alroySQS", inputs), "N = 22, S = 6, f1 = 2, f2 = 1, q = 0.8");
+}
+
+// A remark stands wherever a value of the panel shows as a dash, and not where it is plain.
+TEST(MetricExplanations, NoDashWithoutAReason) {
+    const std::vector<CountsVector> censuses = {
+        {}, {0}, {1}, {7}, {1, 1, 1}, {1, 1}, {2, 2}, {10, 5, 3, 2, 1, 1}, {3, 3, 3}, {-3, 4}};
+    for (const CountsVector& counts : censuses) {
+        const CensusMetrics metrics = censusMetrics(counts);
+        const MetricInputs inputs = metricInputs(counts, 5, 0.8);
+        const struct {
+            const char* key;
+            double value;
+        } values[] = {{"chaoOne", metrics.chaoOne},   {"chaoClassic", metrics.chaoClassic},
+                      {"shannonH", metrics.shannonH}, {"fisherAlpha", metrics.fisherAlpha},
+                      {"pielouJ", metrics.pielouJ},   {"simpsonD", metrics.simpsonD},
+                      {"buzasE", metrics.buzasE}};
+        for (const auto& [key, value] : values) {
+            SCOPED_TRACE(std::string(key) + ", S = " + std::to_string(inputs.richness));
+            const bool zero =
+                value == 0 && std::string(key) == "fisherAlpha" && metrics.richness > 0;
+            EXPECT_EQ(metricRemark(key, inputs).text != nullptr, !std::isfinite(value) || zero);
+        }
+    }
+}
+
+TEST(MetricExplanations, WhyThereIsNoSqs) {
+    SeededRandom random(1);
+    struct Row {
+        CountsVector counts;
+        double quota;
+        const char* words;
+        const char* argument;
+    };
+    const std::vector<Row> rows = {
+        {{5, 5}, 0.8, "at least 11 specimens", ""},
+        {CountsVector(12, 1), 0.8, "of its own", ""},
+        {{20, 1, 1, 1}, 0.99, "reachable coverage", "0.92"},
+        {{20, 10}, 0, "reached by no trial", ""},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.words);
+        MetricInputs inputs = metricInputs(row.counts, 50, row.quota);
+        const SqsResult result = shareholderQuorum(row.counts, 100, row.quota, random);
+        inputs.absence = result.absence;
+        inputs.coverage = result.frequencySum;
+        const MetricRemark remark = metricRemark("alroySQS", inputs);
+        ASSERT_NE(remark.text, nullptr);
+        EXPECT_NE(std::string(remark.text).find(row.words), std::string::npos);
+        EXPECT_EQ(remark.argument, row.argument);
+    }
+}
+
+}  // namespace
+}  // namespace zorvel
