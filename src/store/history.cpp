@@ -9,19 +9,18 @@ void History::beginStep(std::string name) {
 }
 
 void History::endStep() {
-    if (depth_ > 0 && --depth_ == 0) push(open_.take());
+    if (depth_ > 0 && --depth_ == 0) push({std::move(openName_), open_.take()});
 }
 
 void History::record(ChangeSet changes) {
-    if (depth_ == 0) return push(std::move(changes));
+    if (depth_ == 0) return push({"", std::move(changes)});
     for (const CensusChange& change : changes) open_.add(change);
 }
 
-void History::push(ChangeSet changes) {
-    if (changes.empty()) return;
+void History::push(Step step) {
+    if (step.changes.empty()) return;
     undone_.clear();
-    done_.push_back({std::move(openName_), std::move(changes)});
-    openName_.clear();
+    done_.push_back(std::move(step));
 }
 
 ChangeSet History::undo() {

@@ -37,7 +37,7 @@ class History {
         std::string name;
         ChangeSet changes;
     };
-    void push(ChangeSet changes);
+    void push(Step step);
 
     std::vector<Step> done_;
     std::vector<Step> undone_;

@@ -286,7 +286,9 @@ ChangeSet ObjectContext::changesSince(const ObjectContext& earlier) const {
     ChangeSet changes;
     forEachRecordChange(
         earlier.state_->censuses, state_->censuses,
-        [](const State::Entry& a, const State::Entry& b) { return a.block == b.block; },
+        [](const State::Entry& a, const State::Entry& b) {
+            return a.block == b.block || sameBlock(*a.block, *b.block);
+        },
         [&](const State::Entry* before, const State::Entry* after) {
             changes.push_back({(before ? before : after)->id, before ? before->block : nullptr,
                                after ? after->block : nullptr});
