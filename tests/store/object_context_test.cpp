@@ -197,6 +197,68 @@ TEST(ObjectContext, AnEditSharesWhatItDoesNotTouch) {
     EXPECT_EQ(copied, 1U);
 }
 
+TEST(ObjectContext, ManyTaxaAreDeletedAtOnce) {
+    ObjectContext context;
+    ObjectContext other;
+    const Census north = context.insertCensus({}, someTaxa(1000));
+    const Census south = context.insertCensus({}, someTaxa(3));
+    other.insertCensus({}, someTaxa(1000));
+    const std::vector<Zorvel> taxa = context.taxa();
+    std::vector<Zorvel> gone(taxa.rbegin(), taxa.rbegin() + 2);       // of the south
+    gone.insert(gone.end(), taxa.begin() + 200, taxa.begin() + 600);  // over whole chunks
+    gone.push_back(taxa[300]);
+    gone.push_back(other.taxa()[0]);
+    context.deleteTaxon(taxa[599]);
+    const auto before = north.block();
+    context.deleteTaxa(gone);
+    std::vector<std::int64_t> expected;
+    for (std::int64_t i = 0; i < 1000; ++i) {
+        if (i < 200 || i >= 600) expected.push_back(i);
+    }
+    EXPECT_EQ(abundances(north), expected);
+    EXPECT_THAT(abundances(south), ElementsAre(0));
+    EXPECT_EQ(north.block()->chunks.back(), before->chunks.back());
+    EXPECT_EQ(other.taxa().size(), 1000U);
+    context.undo();
+    EXPECT_EQ(north.block(), before);
+    EXPECT_EQ(south.taxonCount(), 3U);
+}
+
+TEST(ObjectContext, ManyTaxaAreIncludedAtOnce) {
+    ObjectContext context;
+    const Census census = context.insertCensus({}, someTaxa(600));
+    const std::vector<Zorvel> taxa = census.taxa();
+    context.setInclude({taxa[599], taxa[256], taxa[255]}, false);
+    const auto before = census.block();
+    context.setInclude({taxa[599], taxa[256]}, false);  // as they are
+    EXPECT_EQ(census.block(), before);
+    context.setInclude({taxa[256], taxa[0]}, true);
+    std::vector<std::size_t> left;
+    for (std::size_t i = 0; i < taxa.size(); ++i) {
+        if (!taxa[i].include()) left.push_back(i);
+    }
+    EXPECT_THAT(left, ElementsAre(255U, 599U));
+}
+
+TEST(ObjectContext, TaxaInsertedOneByOneOrTogetherFillTheirChunks) {
+    ObjectContext context;
+    const Census census = context.insertCensus({}, someTaxa(200));
+    const std::vector<Zorvel> added = context.insertTaxa(census, someTaxa(500));
+    for (int i = 0; i < 400; ++i) context.insertTaxon(census);
+    ASSERT_EQ(census.taxonCount(), 1100U);
+    EXPECT_EQ(census.taxa()[200], added.front());
+    EXPECT_EQ(added.back().abundance(), 499);
+    std::vector<std::size_t> sizes;
+    for (const auto& chunk : census.block()->chunks) {
+        sizes.push_back(chunk->size());
+        EXPECT_EQ(chunk->capacity(), chunk->size());
+    }
+    EXPECT_THAT(sizes, ElementsAre(256U, 256U, 256U, 256U, 76U));
+    EXPECT_THAT(context.insertTaxa(census, {}), ElementsAre());
+    context.deleteCensus(census);
+    EXPECT_THAT(context.insertTaxa(census, someTaxa(2)), ElementsAre());
+}
+
 TEST(TaxonCursor, FindsTaxaInAnyOrder) {
     ObjectContext context;
     context.insertCensus({}, someTaxa(700));
