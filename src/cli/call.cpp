@@ -2,10 +2,12 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "base/numbers.h"
@@ -14,9 +16,8 @@
 namespace zorvel::cli {
 namespace {
 
-const std::array<const Command*, 6> commands = {&metricsCommand,     &summaryCommand,
-                                                &rarefactionCommand, &projectCommand,
-                                                &matrixCommand,      &recordsCommand};
+const std::array commands = {&metricsCommand, &summaryCommand, &rarefactionCommand, &projectCommand,
+                             &matrixCommand,  &recordsCommand, &importCommand};
 
 struct KindName {
     const char* name;
@@ -84,9 +85,10 @@ void addCommonOptions(CLI::App& app, Call& call) {
     app.set_version_flag("--version", "zorvel-cli " ZORVEL_VERSION, "Print the version and exit");
     app.add_option_function<std::string>(
            "--kind", [&call](const std::string& text) { call.kind = readKind(text); },
-           "What FILE holds: list (bare counts), census (lines of\n"
-           "name,abundance), matrix (censuses by taxa; the default) or\n"
-           "ios (export of the phone app)")
+           "What a text FILE holds: list (bare counts), census (lines\n"
+           "of name,abundance), matrix (censuses by taxa) or ios (export\n"
+           "of the phone app); import recognises it, for others the\n"
+           "default is matrix")
         ->type_name("KIND");
     app.add_option_function<std::string>(
            "--size", [&call](const std::string& text) { call.size = readSize(text); },
@@ -108,11 +110,25 @@ void addCommonOptions(CLI::App& app, Call& call) {
         ->type_name("FILE");
 }
 
+void addFiles(CLI::App& sub, const Command& command, Call& call) {
+    const char* text =
+        "The file to read, text or a project; - for text from\n"
+        "standard input";
+    CLI::Option* files = sub.add_option("FILE", call.files, text)->required()->type_name("");
+    if (!command.import) {
+        files->expected(1)->allow_extra_args(false);
+        return;
+    }
+    sub.add_option("--into", call.into,
+                   "The project that gets the censuses of every FILE, or of\n"
+                   "none where one cannot be used; made if there is none")
+        ->required()
+        ->type_name("PROJECT");
+}
+
 void addCommand(CLI::App& app, const Command& command, Call& call) {
     CLI::App* sub = app.add_subcommand(command.name, command.description)->group("Commands");
-    sub->add_option("FILE", call.file, "The file to read; - for standard input")
-        ->required()
-        ->type_name("");
+    addFiles(*sub, command, call);
     CLI::Option* census = nullptr;
     if (command.takesCensus) {
         census = sub->add_option("--census", call.census,
@@ -138,16 +154,33 @@ void checkGivenOnce(const CLI::App& app, const CLI::App& sub) {
     }
 }
 
+void checkFileName(const char* option, const std::string& name) {
+    if (name.empty()) throw CLI::ValidationError(option, "the name of the file is empty");
+}
+
+void checkImport(const Call& call) {
+    checkFileName("--into", call.into);
+    if (call.into == "-") {
+        throw CLI::ValidationError("--into", "a project is a file, not standard output");
+    }
+    for (const auto& [option, given] :
+         {std::pair("--json", call.json), std::pair("--output", call.output.has_value())}) {
+        if (given) throw CLI::ValidationError(option, "import writes no result");
+    }
+    if (std::count(call.files.begin(), call.files.end(), "-") > 1) {
+        throw CLI::ValidationError("FILE", "standard input can be read only once");
+    }
+}
+
 void checkCall(const CLI::App& app, const Call& call) {
     checkGivenOnce(app, *app.get_subcommand(call.command->name));
+    for (const std::string& file : call.files) checkFileName("FILE", file);
+    if (call.output) checkFileName("--output", *call.output);
+    if (call.command->import) return checkImport(call);
     if (call.json && call.command->refusesJson) {
         throw CLI::ValidationError("--json",
                                    std::string(call.command->name) + " is written as text only");
     }
-    if (call.output && call.output->empty()) {
-        throw CLI::ValidationError("--output", "the name of the file is empty");
-    }
-    if (call.file.empty()) throw CLI::ValidationError("FILE", "the name of the file is empty");
 }
 
 Reply helpReply(const CLI::App& app) {
@@ -175,9 +208,16 @@ Reply errorReply(const CLI::App& app, const CLI::ParseError& error) {
 
 }  // namespace
 
+const char* kindName(FileKind kind) {
+    const auto* found = std::find_if(kindNames.begin(), kindNames.end(),
+                                     [kind](const KindName& each) { return each.kind == kind; });
+    return found->name;
+}
+
 std::variant<Call, Reply> readCall(int argc, const char* const* argv) {
     Call call;
-    CLI::App app("Diversity of biological samples, from counts in text files", "zorvel-cli");
+    CLI::App app("Diversity of biological samples, from counts in text files and projects",
+                 "zorvel-cli");
     addCommonOptions(app, call);
     for (const Command* command : commands) addCommand(app, *command, call);
     app.require_subcommand(1);

@@ -1,4 +1,5 @@
-// One call of the tool as its arguments state it: which command, on which file, with which options.
+// One call of the tool as its arguments state it: which command, on which files, with which
+// options.
 // Reading the arguments touches neither files nor the console.
 #pragma once
 
@@ -6,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <variant>
+#include <vector>
 
 #include "interchange/file_kind.h"
 
@@ -17,7 +19,7 @@ enum class ExitCode { success = 0, failure = 1, wrongCall = 2 };
 
 struct Call {
     const Command* command = nullptr;
-    std::string file;  // "-": standard input
+    std::vector<std::string> files;  // one, or for import at least one; "-": standard input
     std::optional<FileKind> kind;
     std::int64_t size = 50;  // specimens or censuses to rarefy to, at least 1
     double quota = 0.8;      // of SQS; finite
@@ -26,6 +28,7 @@ struct Call {
     std::optional<std::string> output;  // absent: standard output
     std::optional<std::string> census;
     bool samples = false;
+    std::string into;  // the project of an import
 };
 
 // A call that is answered without running a command: help or version on standard output, or what is
@@ -34,6 +37,9 @@ struct Reply {
     ExitCode code = ExitCode::success;
     std::string text;  // for standard error without its last line feed, as messages are
 };
+
+// As --kind names it.
+const char* kindName(FileKind kind);
 
 std::variant<Call, Reply> readCall(int argc, const char* const* argv);
 

@@ -19,7 +19,10 @@ struct Command {
     bool takesSamples = false;
     bool refusesJson = false;
     // Writes the result. On a problem nothing of it has been written yet.
-    std::optional<Problem> (*run)(const Call& call, Project& project, Output& output);
+    std::optional<Problem> (*run)(const Call& call, Project& project, Output& output) = nullptr;
+    // In place of run: stores what all the files hold in the project --into names. False after a
+    // problem, which standard error tells; nothing has been stored then.
+    bool (*import)(const Call& call) = nullptr;
 };
 
 extern const Command metricsCommand;
@@ -28,5 +31,6 @@ extern const Command rarefactionCommand;
 extern const Command projectCommand;
 extern const Command matrixCommand;
 extern const Command recordsCommand;
+extern const Command importCommand;
 
 }  // namespace zorvel::cli

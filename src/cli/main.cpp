@@ -1,4 +1,5 @@
-// The command-line tool: reads a file, runs one command on it, writes its result.
+// The command-line tool: reads a file, runs one command on it, writes its result; or imports files
+// into a project.
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -41,9 +42,16 @@ ExitCode answer(const Reply& reply) {
     return reply.code;
 }
 
+FileKind defaultKind(std::string_view /*text*/) {
+    return FileKind::matrix;
+}
+
 ExitCode run(const Call& call) {
     tellConsoleLines("zorvel-cli: ");
-    std::optional<Project> project = loadProject(call);
+    if (call.command->import) {
+        return call.command->import(call) ? ExitCode::success : ExitCode::failure;
+    }
+    std::optional<Project> project = loadProject(call.files.front(), call.kind, defaultKind);
     if (!project) return ExitCode::failure;
     Output output(call.output);
     if (const auto problem = call.command->run(call, *project, output)) {

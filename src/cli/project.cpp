@@ -1,54 +1,92 @@
 #include "cli/project.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
 #include <utility>
 
 #include "cli/messages.h"
-#include "interchange/file_kind.h"
+#include "interchange/open_file.h"
 #include "interchange/text_file.h"
+#include "model/file_messages.h"
 #include "model/import.h"
+#include "store/project_file.h"
 
 namespace zorvel::cli {
 namespace {
 
-std::optional<std::string> loadText(const Call& call, const std::string& shown) {
-    Result<std::string> bytes = readFileBytes(call.file);
-    if (!bytes) {
-        tellAt(shown, {}, bytes.problem().message);
-        return std::nullopt;
-    }
-    if (looksLikeProjectFile(bytes.value())) {
-        tellAt(shown, {}, "is a project file, which this version cannot read yet");
-        return std::nullopt;
-    }
-    Result<std::string> text = decodeText(std::move(bytes).value());
-    if (!text) {
-        tellAt(shown, {}, text.problem().message);
-        return std::nullopt;
-    }
-    return std::move(text).value();
+// Only of a file that can be read again: the bytes of a pipe come once.
+bool holdsProject(const std::string& file) {
+    struct stat status {};
+    if (file == "-" || stat(file.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return false;
+    const OpenFile opened(open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
+    std::array<char, 100> head{};
+    const ssize_t count = opened ? read(opened.descriptor(), head.data(), head.size()) : 0;
+    return count > 0 && startsLikeProject({head.data(), static_cast<std::size_t>(count)});
 }
 
-std::optional<std::vector<MockCensus>> loadRecords(const Call& call, const std::string& shown) {
-    const std::optional<std::string> text = loadText(call, shown);
-    if (!text) return std::nullopt;
-    Parsed<std::vector<MockCensus>> parsed = parseFile(call.kind.value_or(FileKind::matrix), *text);
-    for (const std::string& line : parsed.consoleLines) tellAt(shown, parsed.place, line);
-    if (!parsed.value && parsed.consoleLines.empty()) {
-        tellAt(shown, parsed.place, "cannot be read as this kind of file");
+FileResult<ProjectRecords> readRecords(const std::string& file) {
+    ProjectFileOptions options;
+    options.readOnly = true;
+    auto opened = ProjectFile::open(file, options);
+    if (!opened) return opened.problem();
+    return opened.value()->load();
+}
+
+bool readProject(const std::string& file, Project& project) {
+    if (project.kind) {
+        tellAt(project.file, {}, "is a project, while --kind is for text: leave it out");
+        return false;
     }
-    return std::move(parsed.value);
+    FileResult<ProjectRecords> records = readRecords(file);
+    if (!records) {
+        tellAt(project.file, {}, fileMessage(records.problem()));
+        return false;
+    }
+    project.document->objectContext().adopt(std::move(records).value());
+    return true;
+}
+
+Result<std::string> readText(const std::string& file) {
+    Result<std::string> bytes = readFileBytes(file);
+    if (!bytes) return bytes;
+    if (startsLikeProject(bytes.value())) {
+        return Problem{
+            "holds a project, which cannot be read from standard input or a pipe: name its file "
+            "instead"};
+    }
+    return decodeText(std::move(bytes).value());
+}
+
+bool readText(const std::string& file, FileKind (*otherwise)(std::string_view), Project& project) {
+    const Result<std::string> text = readText(file);
+    if (!text) {
+        tellAt(project.file, {}, text.problem().message);
+        return false;
+    }
+    if (!project.kind) project.kind = otherwise(text.value());
+    const Parsed<std::vector<MockCensus>> parsed = parseFile(*project.kind, text.value());
+    for (const std::string& line : parsed.consoleLines) tellAt(project.file, parsed.place, line);
+    if (!parsed.value && parsed.consoleLines.empty()) {
+        tellAt(project.file, parsed.place, "cannot be read as this kind of file");
+    }
+    if (parsed.value) storeCensuses(*project.document, *parsed.value);
+    return parsed.value.has_value();
 }
 
 }  // namespace
 
-std::optional<Project> loadProject(const Call& call) {
+std::optional<Project> loadProject(const std::string& file, std::optional<FileKind> kind,
+                                   FileKind (*otherwise)(std::string_view text)) {
     Project project;
-    project.file = shownFile(call.file);
-    std::optional<std::vector<MockCensus>> records = loadRecords(call, project.file);
-    if (!records) return std::nullopt;
+    project.file = shownFile(file);
+    project.kind = kind;
     project.document = std::make_unique<DiversityDocument>();
-    storeCensuses(*project.document, *records);
-    records.reset();
+    const bool read =
+        holdsProject(file) ? readProject(file, project) : readText(file, otherwise, project);
+    if (!read) return std::nullopt;
     project.censuses = project.document->fetchCensuses().value_or(std::vector<Census>());
     project.names = censusNameList(project.censuses);
     return project;

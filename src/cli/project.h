@@ -1,9 +1,10 @@
-// The records of the file that a call names.
+// The records of a file that a call names.
 #pragma once
 
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "cli/call.h"
@@ -12,13 +13,18 @@
 namespace zorvel::cli {
 
 struct Project {
-    std::string file;  // as messages call it
+    std::string file;              // as messages call it
+    std::optional<FileKind> kind;  // of a text file; absent where the file is a project
     std::unique_ptr<DiversityDocument> document;
     std::vector<Census> censuses;  // in the file's order; valid while the document lives
     NameList names;                // of the censuses
 };
 
-// Reads, decodes and parses the file. Absent where it cannot be used: standard error says why.
-std::optional<Project> loadProject(const Call& call);
+// Reads the file: a project by what it was last saved with, whoever has it open, and the file stays
+// as it is; text by its kind, or where none is named by the kind that otherwise() takes it for. A
+// kind named for a project is a problem, as it is for text of another kind. Absent where the file
+// cannot be used: standard error says why.
+std::optional<Project> loadProject(const std::string& file, std::optional<FileKind> kind,
+                                   FileKind (*otherwise)(std::string_view text));
 
 }  // namespace zorvel::cli
