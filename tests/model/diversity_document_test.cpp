@@ -1,0 +1,86 @@
+#include "model/diversity_document.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "model/edits.h"
+
+namespace zorvel {
+namespace {
+
+class FakeTurns : public TurnEnd {
+  public:
+    void atTurnEnd(std::function<void()> action) override { waiting.push_back(std::move(action)); }
+    void endTurn() {
+        const std::vector<std::function<void()>> actions = std::exchange(waiting, {});
+        for (const std::function<void()>& action : actions) action();
+    }
+    std::vector<std::function<void()>> waiting;
+};
+
+TEST(DiversityDocument, AnnouncesOnceATurn) {
+    FakeTurns turns;
+    DiversityDocument document(&turns);
+    ObjectContext& context = document.objectContext();
+    std::vector<std::size_t> heard;  // changed censuses of each announcement
+    context.addObserver([&](const ChangeSet& changes) {
+        heard.push_back(changes.size());
+        if (heard.size() == 1) context.insertCensus();
+    });
+    importCensuses(context, std::vector<MockCensus>(3));
+    editName(context, context.censuses()[0], "North");
+    EXPECT_EQ(turns.waiting.size(), 1U);
+    EXPECT_TRUE(heard.empty());
+    turns.endTurn();
+    EXPECT_EQ(heard, (std::vector<std::size_t>{3}));
+    turns.endTurn();
+    turns.endTurn();
+    EXPECT_EQ(heard, (std::vector<std::size_t>{3, 1}));
+    context.undo();
+    turns.endTurn();
+    EXPECT_EQ(heard.size(), 3U);
+}
+
+TEST(DiversityDocument, ATurnThatEndsAfterItDoesNothing) {
+    FakeTurns turns;
+    bool heard = false;
+    auto document = std::make_unique<DiversityDocument>(&turns);
+    document->objectContext().addObserver([&](const ChangeSet&) { heard = true; });
+    addCensus(document->objectContext());
+    document.reset();
+    ASSERT_EQ(turns.waiting.size(), 1U);
+    turns.endTurn();
+    EXPECT_FALSE(heard);
+}
+
+TEST(DiversityDocument, MayBeClosedByAnObserver) {
+    FakeTurns turns;
+    auto document = std::make_unique<DiversityDocument>(&turns);
+    int heard = 0;
+    const auto close = [&](const ChangeSet&) {
+        ++heard;
+        document.reset();
+    };
+    document->objectContext().addObserver(close);
+    document->objectContext().addObserver(close);
+    addCensus(document->objectContext());
+    turns.endTurn();
+    EXPECT_EQ(heard, 2);
+}
+
+TEST(DiversityDocument, WithoutTurnsNothingIsAnnouncedByItself) {
+    DiversityDocument document;
+    int heard = 0;
+    document.objectContext().addObserver([&](const ChangeSet&) { ++heard; });
+    addCensus(document.objectContext());
+    EXPECT_EQ(heard, 0);
+    document.objectContext().announceChanges();
+    EXPECT_EQ(heard, 1);
+}
+
+}  // namespace
+}  // namespace zorvel
