@@ -128,6 +128,15 @@ void readTaxa(Connection& connection, NameColumn& names, BlockBuilder& blocks) {
     }
 }
 
+// Files are named after it, so that it must be no path.
+bool isProjectIdentity(std::string_view text) {
+    constexpr std::size_t longest = 64;
+    constexpr std::string_view allowed =
+        "0123456789abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ-";
+    return !text.empty() && text.size() <= longest &&
+           text.find_first_not_of(allowed) == std::string_view::npos;
+}
+
 }  // namespace
 
 ProjectRow readProjectRow(Connection& connection) {
@@ -135,7 +144,12 @@ ProjectRow readProjectRow(Connection& connection) {
     Rows rows(connection, "project", "SELECT id, identity, generation, token FROM project");
     if (!rows.next() || rows.id() != 1) fail(FileTrouble::damaged, "table project has no row 1");
     row.identity = rows.text(1, "identity");
+    if (!isProjectIdentity(row.identity)) rows.complain("identity", "is not a plain word");
     row.generation = rows.integer(2, "generation");
+    // Each write counts on, so that there must be room.
+    if (row.generation < 1 || row.generation > highestId) {
+        rows.complain("generation", "is out of range");
+    }
     row.token = rows.integer(3, "token");
     if (rows.next()) fail(FileTrouble::damaged, "table project has more than one row");
     return row;
