@@ -20,7 +20,7 @@ class ProjectStory {
 
     ProjectStory() {
         context_.insertCensus({SharedText("North"), 51.5, -0.25, {}, TimeStamp()}, taxa(40, "a"));
-        const Census south = context_.insertCensus({}, taxa(300, "b"));
+        const Census south = context_.insertCensus({}, taxa(200, "b"));
         note("the start");
         const Census hill = context_.insertCensus();
         context_.setName(hill, SharedText("Hill"));
@@ -37,9 +37,9 @@ class ProjectStory {
         note("an undo");
         {
             const UndoStep step(context_, "Import");
-            for (int i = 0; i < 5; ++i) {
+            for (int i = 0; i < 3; ++i) {
                 context_.insertCensus({SharedText("Plot " + std::to_string(i)), 0, 0, {}, {}},
-                                      taxa(400, "species of plot " + std::to_string(i % 3) + " "));
+                                      taxa(250, "species of plot " + std::to_string(i % 2) + " "));
             }
         }
         note("an import");

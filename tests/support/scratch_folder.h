@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <cstdlib>
 #include <filesystem>
@@ -14,8 +15,9 @@ namespace zorvel {
 
 class ScratchFolder : public testing::Test {
   protected:
-    void SetUp() override {
-        std::string name = (std::filesystem::temp_directory_path() / "zorvel-XXXXXX").string();
+    void SetUp() override { makeFolder(std::filesystem::temp_directory_path()); }
+    void makeFolder(const std::filesystem::path& parent) {
+        std::string name = (parent / "zorvel-XXXXXX").string();
         ASSERT_NE(mkdtemp(name.data()), nullptr);
         folder_ = name;
     }
@@ -39,6 +41,16 @@ class ScratchFolder : public testing::Test {
     }
 
     std::filesystem::path folder_;
+};
+
+// In memory where the system has a folder there, for tests that write and sync a lot.
+class QuickScratchFolder : public ScratchFolder {
+  protected:
+    void SetUp() override {
+        const char* const memory = "/dev/shm";
+        if (access(memory, W_OK) != 0) return ScratchFolder::SetUp();
+        makeFolder(memory);
+    }
 };
 
 }  // namespace zorvel

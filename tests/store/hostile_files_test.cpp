@@ -1,0 +1,234 @@
+// Files that are no projects, or no longer, or only look like one: each is refused with its own
+// trouble, in little time, and stays byte for byte as it was, alone in its folder.
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+#include "store/project_file.h"
+#include "tests/support/plain_sqlite.h"
+#include "tests/support/project_story.h"
+#include "tests/support/scratch_folder.h"
+
+namespace zorvel {
+namespace {
+
+std::string numberOf(FileTrouble trouble) {
+    return std::to_string(static_cast<int>(trouble));
+}
+
+class HostileFiles : public QuickScratchFolder {
+  protected:
+    void SetUp() override {
+        QuickScratchFolder::SetUp();
+        const auto made =
+            ProjectFile::create(path("project.zorvel"), *story_.states().front().records);
+        ASSERT_TRUE(made.ok()) << made.problem().detail;
+        whole_ = bytesOf("project.zorvel");
+    }
+
+    // What open() and load() say of the project; "fine" if nothing.
+    std::string outcome(bool readOnly = false) {
+        ProjectFileOptions options;
+        options.readOnly = readOnly;
+        auto file = ProjectFile::open(path("project.zorvel"), options);
+        if (!file) return numberOf(file.problem().trouble) + " " + file.problem().detail;
+        auto records = file.value()->load();
+        if (!records) return numberOf(records.problem().trouble) + " " + records.problem().detail;
+        return "fine";
+    }
+
+    // Whether opened to write or to read only, it is refused and stays as it is.
+    void expectRefused(FileTrouble trouble) {
+        const std::string before = bytesOf("project.zorvel");
+        const std::size_t files = entries();
+        for (const bool readOnly : {false, true}) {
+            const std::string said = outcome(readOnly);
+            EXPECT_TRUE(said.starts_with(numberOf(trouble) + " ")) << said;
+        }
+        EXPECT_EQ(bytesOf("project.zorvel") == before, true) << "it was changed";
+        EXPECT_EQ(entries(), files) << "something was left beside it";
+    }
+
+    void alter(const std::string& sql) const { PlainDatabase(path("project.zorvel")).run(sql); }
+
+    ProjectStory story_;
+    std::string whole_;
+};
+
+struct AlteredRow {
+    const char* name;
+    std::string sql;
+    FileTrouble trouble;
+};
+
+void PrintTo(const AlteredRow& row, std::ostream* out) {
+    *out << row.name;
+}
+
+class AlteredProjects : public HostileFiles, public testing::WithParamInterface<AlteredRow> {};
+
+TEST_P(AlteredProjects, AreRefused) {
+    ASSERT_NO_THROW(alter(GetParam().sql));
+    expectRefused(GetParam().trouble);
+}
+
+const std::string editSchema = "PRAGMA writable_schema=ON;";
+const std::string endless =
+    "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i+1 FROM n) SELECT i FROM n";
+
+const AlteredRow schemaRows[] = {
+    {"View", "CREATE VIEW v AS SELECT * FROM taxon", FileTrouble::hostile},
+    {"EndlessView", "CREATE VIEW v AS " + endless, FileTrouble::hostile},
+    {"ViewInPlaceOfATable",
+     "DROP TABLE taxon; CREATE VIEW taxon AS SELECT i AS id, 1 AS census,"
+     " 1 AS name, i AS abundance, 1 AS include FROM (" +
+         endless + ")",
+     FileTrouble::hostile},
+    {"Trigger", "CREATE TRIGGER t AFTER UPDATE ON taxon BEGIN DELETE FROM census; END",
+     FileTrouble::hostile},
+    {"GeneratedColumn", "ALTER TABLE taxon ADD COLUMN more AS (abundance + 1)",
+     FileTrouble::hostile},
+    {"Index", "CREATE INDEX i ON taxon(abundance)", FileTrouble::hostile},
+    {"IndexOnExpression", "CREATE INDEX i ON taxon(abs(abundance))", FileTrouble::hostile},
+    {"MoreTables", "CREATE TABLE more(id INTEGER PRIMARY KEY)", FileTrouble::hostile},
+    {"VirtualTable",
+     editSchema + "INSERT INTO sqlite_schema VALUES('table', 'v', 'v', 0,"
+                  " 'CREATE VIRTUAL TABLE v USING fts5(a)')",
+     FileTrouble::hostile},
+    {"MoreColumns", "ALTER TABLE census ADD COLUMN more TEXT", FileTrouble::hostile},
+    {"FewerColumns", "ALTER TABLE census DROP COLUMN notes", FileTrouble::hostile},
+    {"OtherCheck",
+     "DROP TABLE name; CREATE TABLE name(id INTEGER PRIMARY KEY, text TEXT NOT NULL"
+     " CHECK(length(text) < 10))",
+     FileTrouble::hostile},
+    {"MissingTable", "DROP TABLE taxon", FileTrouble::damaged},
+    {"NoTableAtAll", "DROP TABLE taxon; DROP TABLE census; DROP TABLE name; DROP TABLE project",
+     FileTrouble::damaged},
+    {"SameTableTwice",
+     editSchema + "INSERT INTO sqlite_schema SELECT type, name, tbl_name,"
+                  " rootpage, sql FROM sqlite_schema WHERE name = 'taxon'",
+     FileTrouble::damaged},
+    {"TwoTablesOnOnePage",
+     editSchema + "UPDATE sqlite_schema SET rootpage = (SELECT rootpage FROM"
+                  " sqlite_schema WHERE name = 'name') WHERE name = 'taxon'",
+     FileTrouble::damaged},
+    {"PageBeyondTheEnd",
+     editSchema + "UPDATE sqlite_schema SET rootpage = 999999"
+                  " WHERE name = 'taxon'",
+     FileTrouble::damaged},
+    {"GarbageForSchema",
+     editSchema + "UPDATE sqlite_schema SET sql = 'CREATE TABLE taxon(('"
+                  " WHERE name = 'taxon'",
+     FileTrouble::damaged},
+    {"NewerVersion", "PRAGMA user_version=2", FileTrouble::newerVersion},
+    {"VersionOfNobody", "PRAGMA user_version=2147483647", FileTrouble::newerVersion},
+    {"VersionNone", "PRAGMA user_version=0", FileTrouble::damaged},
+    {"OtherProgram", "PRAGMA application_id=1234", FileTrouble::foreignDatabase},
+    {"NoProgram", "PRAGMA application_id=0", FileTrouble::foreignDatabase},
+    {"OtherEncoding",
+     "DROP TABLE project; DROP TABLE taxon; DROP TABLE census; DROP TABLE name;"
+     "VACUUM; PRAGMA encoding='UTF-16le'; CREATE TABLE name(a)",
+     FileTrouble::hostile},
+};
+
+const AlteredRow valueRows[] = {
+    {"NoProjectRow", "DELETE FROM project", FileTrouble::damaged},
+    {"TwoProjectRows", "INSERT INTO project VALUES(2, 'x', 1, 1)", FileTrouble::damaged},
+    {"ProjectRowOfOtherId", "UPDATE project SET id = 7", FileTrouble::damaged},
+    {"GenerationIsAText", "UPDATE project SET generation = 'x'", FileTrouble::damaged},
+    {"TokenIsAReal", "UPDATE project SET token = 1.5", FileTrouble::damaged},
+    {"IdentityIsABlob", "UPDATE project SET identity = x'00'", FileTrouble::damaged},
+    {"IdentityIsAPath", "UPDATE project SET identity = '../../etc'", FileTrouble::damaged},
+    {"IdentityIsEmpty", "UPDATE project SET identity = ''", FileTrouble::damaged},
+    {"IdentityIsEndless", "UPDATE project SET identity = hex(zeroblob(100000))",
+     FileTrouble::damaged},
+    {"GenerationAtItsEnd", "UPDATE project SET generation = 9223372036854775807",
+     FileTrouble::damaged},
+    {"NegativeGeneration", "UPDATE project SET generation = -1", FileTrouble::damaged},
+    {"CensusIdZero", "UPDATE census SET id = 0 WHERE id = (SELECT min(id) FROM census)",
+     FileTrouble::damaged},
+    {"CensusIdNegative", "UPDATE census SET id = -5 WHERE id = (SELECT min(id) FROM census)",
+     FileTrouble::damaged},
+    {"CensusIdTooHigh", "INSERT INTO census VALUES(4611686018427387904, 'x', 0, 0, '', 0)",
+     FileTrouble::damaged},
+    {"TaxonIdTooHigh",
+     "INSERT INTO taxon VALUES(9223372036854775807, (SELECT min(id) FROM census),"
+     " NULL, 0, 1)",
+     FileTrouble::damaged},
+    {"TaxonIdZero", "UPDATE taxon SET id = 0 WHERE id = (SELECT min(id) FROM taxon)",
+     FileTrouble::damaged},
+    {"NameIdNegative", "INSERT INTO name VALUES(-1, 'x')", FileTrouble::damaged},
+    {"CensusNameIsABlob", "UPDATE census SET name = x'4142'", FileTrouble::damaged},
+    {"CensusNameIsNotUtf8", "UPDATE census SET name = CAST(x'C328' AS TEXT)", FileTrouble::damaged},
+    {"NotesEndMidCharacter", "UPDATE census SET notes = CAST(x'41E282' AS TEXT)",
+     FileTrouble::damaged},
+    {"NotesOfASurrogate", "UPDATE census SET notes = CAST(x'EDA080' AS TEXT)",
+     FileTrouble::damaged},
+    {"LatitudeIsAText", "UPDATE census SET latitude = 'north'", FileTrouble::damaged},
+    {"LongitudeIsABlob", "UPDATE census SET longitude = x'00'", FileTrouble::damaged},
+    {"TimeStampIsAText", "UPDATE census SET time_stamp = '2024-02-29'", FileTrouble::damaged},
+    {"TimeStampIsAReal", "UPDATE census SET time_stamp = 0.5", FileTrouble::damaged},
+    {"NameOfTaxonIsNotUtf8",
+     "UPDATE name SET text = CAST(x'FF' AS TEXT) WHERE id ="
+     " (SELECT max(id) FROM name)",
+     FileTrouble::damaged},
+    {"NameIsABlob", "UPDATE name SET text = x'41'", FileTrouble::damaged},
+    {"NameStandsTwice", "INSERT INTO name SELECT max(id) + 1, min(text) FROM name",
+     FileTrouble::damaged},
+    {"CensusIsMissing", "UPDATE taxon SET census = 987654", FileTrouble::damaged},
+    {"CensusIsAText", "UPDATE taxon SET census = 'North'", FileTrouble::damaged},
+    {"CensusOfTaxonIsNegative", "UPDATE taxon SET census = -1", FileTrouble::damaged},
+    {"NameOfTaxonIsMissing", "UPDATE taxon SET name = 987654", FileTrouble::damaged},
+    {"NameOfTaxonIsAText", "UPDATE taxon SET name = 'Abies'", FileTrouble::damaged},
+    {"AbundanceIsAText", "UPDATE taxon SET abundance = 'many'", FileTrouble::damaged},
+    {"AbundanceIsAReal", "UPDATE taxon SET abundance = 1e300", FileTrouble::damaged},
+    {"AbundanceIsABlob", "UPDATE taxon SET abundance = x'01'", FileTrouble::damaged},
+    {"IncludeIsTwo", "UPDATE taxon SET include = 2", FileTrouble::damaged},
+    {"IncludeIsNegative", "UPDATE taxon SET include = -1", FileTrouble::damaged},
+    {"IncludeIsAText", "UPDATE taxon SET include = 'yes'", FileTrouble::damaged},
+};
+
+std::string nameOf(const testing::TestParamInfo<AlteredRow>& info) {
+    return info.param.name;
+}
+
+INSTANTIATE_TEST_SUITE_P(Schema, AlteredProjects, testing::ValuesIn(schemaRows), nameOf);
+INSTANTIATE_TEST_SUITE_P(Values, AlteredProjects, testing::ValuesIn(valueRows), nameOf);
+
+// NULL where no value may be missing: the schema forbids it, a file edited by hand need not heed
+// it.
+TEST_F(HostileFiles, MissingValues) {
+    for (const char* column :
+         {"taxon SET census", "taxon SET abundance", "taxon SET include", "name SET text",
+          "project SET identity", "project SET generation", "project SET token"}) {
+        SCOPED_TRACE(column);
+        put("project.zorvel", whole_);
+        const std::string table(column, std::string_view(column).find(' '));
+        {
+            // Without the constraint for as long as this connection lives, then with it again.
+            PlainDatabase database(path("project.zorvel"));
+            database.run(editSchema +
+                         "CREATE TABLE kept AS SELECT name AS n, sql AS s FROM sqlite_schema;"
+                         "UPDATE sqlite_schema SET sql = replace(sql, ' NOT NULL', '');");
+        }
+        {
+            PlainDatabase database(path("project.zorvel"));
+            database.run("UPDATE " + std::string(column) + " = NULL");
+            database.run(editSchema +
+                         "UPDATE sqlite_schema SET sql = (SELECT s FROM kept WHERE n = name)"
+                         " WHERE name <> 'kept'");
+        }
+        alter("DROP TABLE kept");
+        expectRefused(FileTrouble::damaged);
+    }
+}
+
+// Changes may stand in the log alone, which a copy of the file is without.
+TEST_F(HostileFiles, WriteAheadLog) {
+    alter("PRAGMA journal_mode=WAL; UPDATE taxon SET abundance = 4");
+    expectRefused(FileTrouble::hostile);
+}
+
+}  // namespace
+}  // namespace zorvel
