@@ -29,7 +29,7 @@ std::string folderOf(const std::string& path) {
 }
 
 bool isFolderWritable(const std::string& folder) {
-    return access(folder.c_str(), W_OK | X_OK) == 0;
+    return faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
 }
 
 std::string journalOf(const std::string& path) {

@@ -1,7 +1,5 @@
 #include "store/project_file.h"
 
-#include <sqlite3.h>
-
 #include <utility>
 
 #include "store/file_failure.h"
@@ -9,6 +7,7 @@
 #include "store/file_paths.h"
 #include "store/project_format.h"
 #include "store/project_header.h"
+#include "store/project_migration.h"
 #include "store/project_reader.h"
 #include "store/project_writer.h"
 #include "store/random_bytes.h"
@@ -45,13 +44,6 @@ std::optional<FileProblem> reasonNotToWrite(const std::string& path, bool readOn
     return std::nullopt;
 }
 
-void copyPages(Connection& from, Connection& to) {
-    sqlite3_backup* const backup = sqlite3_backup_init(to.handle(), "main", from.handle(), "main");
-    if (!backup) to.check(sqlite3_extended_errcode(to.handle()), "copy");
-    sqlite3_backup_step(backup, -1);
-    to.check(sqlite3_backup_finish(backup), "copy");
-}
-
 }  // namespace
 
 struct ProjectFile::Parts {
@@ -74,7 +66,7 @@ struct ProjectFile::Parts {
     void hold();
     void connect();
     void recover();
-    void check();
+    void migrate(int version);
     void requireSamePlace() const;
     void requireSameFile() const;
     bool settleAttempt();
@@ -109,10 +101,12 @@ FileResult<std::unique_ptr<ProjectFile>> ProjectFile::open(const std::string& pa
         parts->resolved = resolvedPath(path);
         parts->options = options;
         parts->hold();
-        checkHeader(parts->handle->start(headerSize));
+        const int version = checkHeader(parts->handle->start(headerSize));
         parts->recover();
         parts->connect();
-        parts->check();
+        checkDatabase(*parts->connection, version);
+        if (version < projectFormats().back().version) parts->migrate(version);
+        parts->written.row = readProjectRow(*parts->connection);
         return std::unique_ptr<ProjectFile>(new ProjectFile(std::move(parts)));
     });
 }
@@ -126,14 +120,13 @@ void ProjectFile::Parts::recover() {
     });
 }
 
-void ProjectFile::Parts::check() {
-    {
-        constexpr std::chrono::seconds patience{10};
-        const Connection::Deadline deadline(*connection, patience);
-        checkTables(*connection, projectFormats().back());
+void ProjectFile::Parts::migrate(int version) {
+    if (notWritable) {
+        connection = upgradedInMemory(*connection, version);
+        return;
     }
-    checkPages(*connection);
-    written.row = readProjectRow(*connection);
+    handle = upgradeFile(resolved, std::move(handle), std::move(connection), version, options.vfs);
+    connect();
 }
 
 FileResult<std::unique_ptr<ProjectFile>> ProjectFile::create(const std::string& path,
@@ -256,7 +249,7 @@ std::optional<FileProblem> ProjectFile::copyTo(const std::string& path) {
         ReplacementFile file(resolvedPath(path), parts_->options.vfs);
         {
             Connection copy(file.temporaryPath(), Connection::Access::build, parts_->options.vfs);
-            copyPages(*parts_->connection, copy);
+            parts_->connection->copyPagesTo(copy);
         }
         file.takePlace();
     });

@@ -1,9 +1,9 @@
 #include "store/project_format.h"
 
 #include <algorithm>
+#include <chrono>
 #include <utility>
 
-#include "base/text.h"
 #include "store/file_failure.h"
 #include "store/sqlite_statement.h"
 
@@ -78,6 +78,19 @@ void markAsProject(Connection& connection, int version) {
     connection.run(marks.c_str());
 }
 
+void checkDatabase(Connection& connection, int version) {
+    constexpr std::chrono::seconds patience{10};
+    const auto format =
+        std::find_if(projectFormats().begin(), projectFormats().end(),
+                     [&](const ProjectFormat& known) { return known.version == version; });
+    if (format == projectFormats().end()) fail(FileTrouble::damaged, "no such version");
+    {
+        const Connection::Deadline deadline(connection, patience);
+        checkTables(connection, *format);
+    }
+    checkPages(connection);
+}
+
 void checkTables(Connection& connection, const ProjectFormat& format) {
     std::vector<std::string> missing = format.tables;
     Statement entries(connection, "SELECT type, name, sql FROM sqlite_schema");
@@ -98,8 +111,9 @@ void checkTables(Connection& connection, const ProjectFormat& format) {
     }
 }
 
+// Without an index, the full check costs no more than the quick one.
 void checkPages(Connection& connection) {
-    Statement findings(connection, "PRAGMA quick_check(1)");
+    Statement findings(connection, "PRAGMA integrity_check(1)");
     while (findings.next()) {
         if (findings.text(0) != "ok") fail(FileTrouble::damaged, shown(findings.text(0)));
     }

@@ -42,6 +42,9 @@ void makeTables(Connection& connection, const ProjectFormat& format);
 // Sets the marks in the header of the file.
 void markAsProject(Connection& connection, int version);
 
+// Both checks below, for a database of that version that anybody may have made.
+void checkDatabase(Connection& connection, int version);
+
 // Fails where the database holds anything but the tables of that version.
 void checkTables(Connection& connection, const ProjectFormat& format);
 

@@ -21,13 +21,27 @@ bool exists(const std::string& path) {
     return lstat(path.c_str(), &status) == 0;
 }
 
+std::unique_ptr<FileHandle> heldForReplacement(const std::string& path) {
+    if (!exists(path)) return nullptr;
+    auto held = FileHandle::open(path, FileHandle::Use::write);
+    if (!held->isMarked()) {
+        fail(FileTrouble::readOnlyFile, "the file to be replaced", held->reasonUnmarked());
+    }
+    return held;
+}
+
 }  // namespace
 
 ReplacementFile::ReplacementFile(std::string path, const char* vfs)
-    : path_(std::move(path)), vfs_(vfs) {
-    if (exists(path_)) holdReplaced();
-    temporary_ = temporaryBeside(path_);
-    handle_ = FileHandle::create(temporary_, newFileMode);
+    : ReplacementFile(path, vfs, heldForReplacement(path)) {}
+
+ReplacementFile::ReplacementFile(std::string path, const char* vfs,
+                                 std::unique_ptr<FileHandle> replaced)
+    : path_(std::move(path)),
+      temporary_(temporaryBeside(path_)),
+      vfs_(vfs),
+      replaced_(std::move(replaced)),
+      handle_(FileHandle::create(temporary_, newFileMode)) {
     try {
         adoptPermissions();
     } catch (...) {
@@ -38,13 +52,6 @@ ReplacementFile::ReplacementFile(std::string path, const char* vfs)
 
 ReplacementFile::~ReplacementFile() {
     if (!placed_) unlink(temporary_.c_str());
-}
-
-void ReplacementFile::holdReplaced() {
-    replaced_ = FileHandle::open(path_, FileHandle::Use::write);
-    if (!replaced_->isMarked()) {
-        fail(FileTrouble::readOnlyFile, "the file to be replaced", replaced_->reasonUnmarked());
-    }
 }
 
 void ReplacementFile::adoptPermissions() {

@@ -16,6 +16,8 @@ class ReplacementFile {
     // elsewhere; its permissions, and where possible its owner, go over to the new one. path: see
     // resolvedPath().
     ReplacementFile(std::string path, const char* vfs);
+    // The same where the file at the path is held already, and marked.
+    ReplacementFile(std::string path, const char* vfs, std::unique_ptr<FileHandle> replaced);
     ~ReplacementFile();
     ReplacementFile(const ReplacementFile&) = delete;
     ReplacementFile& operator=(const ReplacementFile&) = delete;
@@ -26,7 +28,6 @@ class ReplacementFile {
     std::unique_ptr<FileHandle> takePlace();
 
   private:
-    void holdReplaced();
     void adoptPermissions();
     void clearCompanions();
 

@@ -85,6 +85,13 @@ void Connection::check(int code, const char* doing) const {
     throw FileFailure{sqliteProblem(handle_, code, doing)};
 }
 
+void Connection::copyPagesTo(Connection& other) const {
+    sqlite3_backup* const backup = sqlite3_backup_init(other.handle_, "main", handle_, "main");
+    if (!backup) other.check(sqlite3_extended_errcode(other.handle_), "copy");
+    sqlite3_backup_step(backup, -1);
+    other.check(sqlite3_backup_finish(backup), "copy");
+}
+
 bool Connection::hasMoved() const {
     int moved = 0;
     const int code = sqlite3_file_control(handle_, "main", SQLITE_FCNTL_HAS_MOVED, &moved);

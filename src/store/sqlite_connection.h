@@ -40,6 +40,9 @@ class Connection {
     // Fails where the code is an error; doing says what was tried.
     void check(int code, const char* doing) const;
 
+    // Makes the other, empty database a copy of this one as it was last committed.
+    void copyPagesTo(Connection& other) const;
+
     // Whether the file is no longer the one at its path.
     [[nodiscard]] bool hasMoved() const;
 
