@@ -6,14 +6,22 @@
 
 #include <QObject>
 #include <QString>
+#include <QStringList>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
+#include <string>
 
 #include "model/diversity_document.h"
 #include "store/file_problem.h"
 
 namespace zorvel {
+
+class DocumentController;
+class DocumentSaver;
+class TurnEnd;
+struct SaveServices;
 
 class Document : public QObject {
     Q_OBJECT
@@ -49,7 +57,8 @@ class Document : public QObject {
     // A whole new file of that path, in place of one that is there, which the project lives in from
     // then on; the untitled file that it lived in is deleted, another one stays as it was. On a
     // problem all stays as it was. Calls done on the main thread, at once or later, with the
-    // problem or with none.
+    // problem or with none. A file that is open in another document is not replaced; the file that
+    // the project lives in is just written. Of several calls in a row the last one has its way.
     using Done = std::function<void(const std::optional<FileProblem>&)>;
     void saveAs(const QString& path, Done done);
 
@@ -65,6 +74,38 @@ class Document : public QObject {
     void saveStateDidChange();
     // Undo or redo has become possible, impossible, or has another name.
     void historyDidChange();
+    // There is no backup of what the file held at opening; the project itself is saved all the
+    // same. At most once a document; message: whole, for the person.
+    void backupDidFail(const QString& message);
+
+  private:
+    friend class DocumentController;
+    Document(TurnEnd& turns, const SaveServices& services, DocumentController& controller);
+    void takeOver(ProjectRecords records);
+    void noteChange();
+    void noteHistory();
+    void watchSaver();
+
+    struct HistoryState {
+        bool canUndo = false;
+        bool canRedo = false;
+        std::string undoName;
+        std::string redoName;
+        friend bool operator==(const HistoryState&, const HistoryState&) = default;
+    };
+
+    DocumentController& controller_;
+    DiversityDocument project_;
+    std::shared_ptr<const ObjectContext> opening_;
+    std::uint64_t openingRevision_ = 0;
+    // While untitled.
+    QString untitledName_;
+    // Untitled, but of contents that must not be lost.
+    bool worthKeeping_ = false;
+    // Closed, and stored as an untitled project, for its own file takes it no more.
+    bool keptAside_ = false;
+    HistoryState history_;
+    std::unique_ptr<DocumentSaver> saver_;
 };
 
 }  // namespace zorvel

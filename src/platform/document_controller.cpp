@@ -1,1 +1,224 @@
 #include "platform/document_controller.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QStandardPaths>
+#include <algorithm>
+#include <thread>
+#include <utility>
+
+#include "platform/backups.h"
+#include "platform/file_names.h"
+#include "platform/file_reading.h"
+#include "platform/job_queue.h"
+
+namespace zorvel {
+
+DocumentController::Folders DocumentController::userFolders() {
+    const QString data = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
+    return {data + "/untitled", data + "/backups"};
+}
+
+DocumentController::DocumentController(JobQueue& jobs, Folders folders,
+                                       const SaveSettings& settings)
+    : jobs_(jobs),
+      folders_(std::move(folders)),
+      writer_(std::make_unique<JobQueue>(1)),
+      services_{writer_.get(), settings, folders_.backups},
+      untitled_(folders_.untitled) {}
+
+// A thread that hangs in a disk is left to the end of the process, with all that it uses.
+DocumentController::~DocumentController() {
+    for (Document* document : documents()) close(*document);
+    finish(std::chrono::seconds(1));
+    const bool hangs = std::any_of(closing_.begin(), closing_.end(),
+                                   [](const auto& closing) { return closing->saver_->isBusy(); });
+    closing_.clear();
+    if (hangs) static_cast<void>(writer_.release());
+}
+
+std::vector<Document*> DocumentController::documents() const {
+    std::vector<Document*> all;
+    for (const auto& document : documents_) all.push_back(document.get());
+    return all;
+}
+
+QStringList DocumentController::recentPaths() const {
+    return recent_.list();
+}
+
+void DocumentController::clearRecentPaths() {
+    recent_.clear();
+    emit recentPathsDidChange();
+}
+
+void DocumentController::noteRecent(const QString& path) {
+    recent_.add(path);
+    emit recentPathsDidChange();
+}
+
+Document& DocumentController::newDocument() {
+    return addDocument(freeUntitledName(), untitled_.claimNew({}));
+}
+
+Document& DocumentController::duplicate(const Document& document) {
+    Document& copy =
+        addUntitledCopy(document.project().objectContext().records(), document.displayName());
+    emit documentDidOpen(&copy, {});
+    return copy;
+}
+
+Document& DocumentController::addDocument(const QString& untitledName,
+                                          const QString& untitledPath) {
+    documents_.emplace_back(new Document(turns_, services_, *this));
+    Document& document = *documents_.back();
+    document.untitledName_ = untitledName;
+    document.saver_->setUntitledPath(untitledPath);
+    connect(document.saver_.get(), &DocumentSaver::stateDidChange, this,
+            [this, &document] { continueClosing(document); });
+    connect(document.saver_.get(), &DocumentSaver::released, this,
+            [this, &document] { forget(document); });
+    return document;
+}
+
+Document& DocumentController::addUntitledCopy(ProjectRecords records, const QString& name) {
+    Document& document = addDocument(name, untitled_.claimNew(name));
+    document.takeOver(std::move(records));
+    document.worthKeeping_ = true;
+    document.saver_->keepAsItIs();
+    return document;
+}
+
+QString DocumentController::freeUntitledName() const {
+    for (int number = 1;; ++number) {
+        const QString name = number == 1 ? tr("Untitled") : tr("Untitled %1").arg(number);
+        const auto isTaken = [&](const auto& document) { return document->displayName() == name; };
+        if (std::none_of(documents_.begin(), documents_.end(), isTaken)) return name;
+    }
+}
+
+void DocumentController::saveDocumentAs(Document& document, const QString& path,
+                                        Document::Done done) {
+    DocumentSaver& saver = *document.saver_;
+    const auto identity = fileIdentity(encodedPath(path));
+    const Document* holder = identity ? documentAt(*identity) : nullptr;
+    const bool isOther =
+        identity && (holder != nullptr ? holder != &document : isBeingRead(*identity));
+    if (isOther) {
+        const std::string reason = tr("it is open in another window").toStdString();
+        done(FileProblem{FileTrouble::other, reason, 0});
+        return;
+    }
+    if (holder && !document.isUntitled() && document.saveState() != Document::SaveState::stuck) {
+        saver.saveThen(std::move(done));
+        return;
+    }
+    saver.moveTo(path, [this, path, done = std::move(done)](const auto& problem) {
+        if (!problem) noteRecent(path);
+        done(problem);
+    });
+}
+
+QStringList DocumentController::backupsOf(const Document& document) const {
+    const auto& file = document.saver_->file();
+    if (document.isUntitled() || !file) return {};
+    return zorvel::backupsOf(folders_.backups, file->projectId);
+}
+
+void DocumentController::close(Document& document) {
+    beginClosing(document, false);
+}
+
+void DocumentController::discard(Document& document) {
+    beginClosing(document, true);
+}
+
+void DocumentController::beginClosing(Document& document, bool discard) {
+    const auto place = std::find_if(documents_.begin(), documents_.end(),
+                                    [&](const auto& d) { return d.get() == &document; });
+    if (place == documents_.end()) return;
+    closing_.push_back(std::move(*place));
+    documents_.erase(place);
+    document.disconnect();
+    if (discard) {
+        document.saver_->release(true);
+        return;
+    }
+    document.saver_->saveNow();
+    continueClosing(document);
+}
+
+bool DocumentController::isClosing(const Document& document) const {
+    return std::any_of(closing_.begin(), closing_.end(),
+                       [&](const auto& closing) { return closing.get() == &document; });
+}
+
+// Each time that the state of any document has changed.
+void DocumentController::continueClosing(Document& document) {
+    resumeWaiting();
+    DocumentSaver& saver = *document.saver_;
+    if (!isClosing(document) || saver.isBusy()) return;
+    if (!saver.isUnsaved()) {
+        saver.release(false);
+    } else if (saver.state() == DocumentSaver::State::stuck && !document.keptAside_) {
+        keepAside(document);
+    }
+}
+
+void DocumentController::keepAside(Document& document) {
+    document.keptAside_ = true;
+    const QString name = document.displayName();
+    const QString told = projectMessage(name, *document.problem());
+    document.saver_->moveTo(untitled_.claimNew(name), [this, told](const auto& problem) {
+        if (problem) return;
+        emit changesWereKept(told + " " + tr("The changes are kept in an untitled project."));
+    });
+}
+
+void DocumentController::forget(Document& document) {
+    const auto place = std::find_if(closing_.begin(), closing_.end(), [&](const auto& closing) {
+        return closing.get() == &document;
+    });
+    if (place == closing_.end()) return;
+    place->release()->deleteLater();
+    closing_.erase(place);
+    resumeWaiting();
+}
+
+std::vector<Document*> DocumentController::unsafeDocuments() const {
+    std::vector<Document*> all;
+    for (const Owned* owned : {&documents_, &closing_}) {
+        for (const auto& document : *owned) {
+            const DocumentSaver& saver = *document->saver_;
+            if (!saver.isEnding() && (saver.isUnsaved() || saver.isBusy())) {
+                all.push_back(document.get());
+            }
+        }
+    }
+    return all;
+}
+
+// Saves what may still be saved; true while there is something to wait for.
+bool DocumentController::workToFinish() {
+    bool pending = false;
+    for (Document* document : unsafeDocuments()) {
+        DocumentSaver& saver = *document->saver_;
+        if (saver.state() == DocumentSaver::State::waiting || !saver.problem()) saver.saveNow();
+        pending |= saver.isBusy();
+    }
+    return pending || std::any_of(closing_.begin(), closing_.end(),
+                                  [](const auto& d) { return d->saver_->isEnding(); });
+}
+
+std::vector<Document*> DocumentController::finish(std::chrono::milliseconds atMost) {
+    for (Document* document : unsafeDocuments()) document->saver_->saveNow();
+    QElapsedTimer timer;
+    timer.start();
+    while (workToFinish() && timer.elapsed() < atMost.count()) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        QCoreApplication::sendPostedEvents(writer_.get());
+    }
+    return unsafeDocuments();
+}
+
+}  // namespace zorvel

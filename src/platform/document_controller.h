@@ -7,13 +7,23 @@
 #include <QString>
 #include <QStringList>
 #include <chrono>
+#include <functional>
+#include <memory>
+#include <optional>
 #include <vector>
 
 #include "platform/document.h"
+#include "platform/document_saver.h"
+#include "platform/event_loop_turns.h"
+#include "platform/recent_paths.h"
+#include "platform/save_settings.h"
+#include "platform/untitled_folder.h"
+#include "store/project_file.h"
 
 namespace zorvel {
 
 class JobQueue;
+struct FileReading;
 
 class DocumentController : public QObject {
     Q_OBJECT
@@ -27,7 +37,8 @@ class DocumentController : public QObject {
     static Folders userFolders();
 
     // The queue, which reads files, must outlive the controller; writing has a thread of its own.
-    DocumentController(JobQueue& jobs, Folders folders);
+    DocumentController(JobQueue& jobs, Folders folders, const SaveSettings& settings = {});
+    // Waits a second for what finish() has not been called for.
     ~DocumentController() override;
 
     // An empty untitled project.
@@ -47,12 +58,14 @@ class DocumentController : public QObject {
     void openBackup(const QString& path, const QString& displayName);
 
     // Forgets the document; what still waits is written first, in the background. An untitled
-    // project with edits is kept for the next run, or with discard deleted.
+    // project with edits is kept for the next run, or with discard deleted. What a closed document
+    // can no longer write to its file is kept as an untitled project, of which changesWereKept()
+    // tells. Of a project with a file, discard drops what is not in it yet.
     void close(Document& document);
     void discard(Document& document);
 
     // For quitting: writes all that waits, and waits for it no longer than atMost. The documents
-    // whose last changes are not on the disk; empty where all is safe.
+    // whose last changes are not on the disk, closed ones too; empty where all is safe.
     std::vector<Document*> finish(std::chrono::milliseconds atMost);
 
     [[nodiscard]] std::vector<Document*> documents() const;
@@ -66,6 +79,72 @@ class DocumentController : public QObject {
     // message: whole, for the person, with the file's name.
     void openDidFail(const QString& path, const QString& message);
     void recentPathsDidChange();
+    // message: whole, for the person, about a document that was closed.
+    void changesWereKept(const QString& message);
+
+  private:
+    friend class Document;
+
+    enum class Source {
+        any,
+        untitledFolder,  // one of the user's untitled projects, that was asked for
+        recovered,       // the same, found at the start
+        backup,
+    };
+    struct Request {
+        QString path;  // as given
+        Source source = Source::any;
+        QString shownName;
+        std::optional<FileIdentity> identity;
+    };
+
+    // Opening (document_opening.cpp).
+    void locate(const Request& request);
+    void identified(Request request, const std::optional<FileIdentity>& identity);
+    void read(const Request& request);
+    void finishReading(const Request& request, FileReading& reading);
+    void tellFailure(const Request& request, const FileReading& reading);
+    void openRecords(const Request& request, FileReading& reading);
+    void finishWithOpen(const Request& request, Document& document);
+    void addCopy(const Request& request, ProjectRecords records);
+    void resumeWaiting();
+    [[nodiscard]] bool mustWait(const FileIdentity& identity) const;
+    [[nodiscard]] bool isBeingRead(const FileIdentity& identity) const;
+    // Of those that are open or closing.
+    [[nodiscard]] Document* documentAt(const FileIdentity& identity) const;
+    // The one to show for that file, if any.
+    Document* reopened(const FileIdentity& identity);
+
+    Document& addDocument(const QString& untitledName, const QString& untitledPath);
+    Document& addUntitledCopy(ProjectRecords records, const QString& name);
+    [[nodiscard]] QString freeUntitledName() const;
+    void noteRecent(const QString& path);
+
+    // What a document asks for.
+    void saveDocumentAs(Document& document, const QString& path, Document::Done done);
+    [[nodiscard]] QStringList backupsOf(const Document& document) const;
+
+    // Closing. A document that is closed stays until its file is let go of.
+    void beginClosing(Document& document, bool discard);
+    void continueClosing(Document& document);
+    [[nodiscard]] bool isClosing(const Document& document) const;
+    void keepAside(Document& document);
+    void forget(Document& document);
+    bool workToFinish();
+    [[nodiscard]] std::vector<Document*> unsafeDocuments() const;
+
+    JobQueue& jobs_;
+    Folders folders_;
+    std::unique_ptr<JobQueue> writer_;
+    SaveServices services_;
+    EventLoopTurns turns_;
+    UntitledFolder untitled_;
+    RecentPaths recent_;
+    using Owned = std::vector<std::unique_ptr<Document>>;
+    Owned documents_;
+    Owned closing_;
+    std::vector<FileIdentity> reading_;
+    std::vector<Request> waiting_;
 };
 
 }  // namespace zorvel

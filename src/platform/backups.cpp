@@ -1,0 +1,84 @@
+#include "platform/backups.h"
+
+#include <QDateTime>
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QRegularExpression>
+#include <algorithm>
+#include <vector>
+
+#include "platform/file_names.h"
+
+namespace zorvel {
+
+namespace {
+
+const QString timeFormat = QStringLiteral("yyyy-MM-dd HH.mm.ss");
+
+struct Backup {
+    QString displayName;
+    QString time;
+    int number = 1;  // of those of one second
+    QString path;
+};
+
+// Time goes first: of all names, the newest is last.
+bool isOlder(const Backup& a, const Backup& b) {
+    if (a.time != b.time) return a.time < b.time;
+    if (a.number != b.number) return a.number < b.number;
+    return a.displayName < b.displayName;
+}
+
+std::vector<Backup> backupsIn(const QString& folder) {
+    static const QRegularExpression form(
+        "\\A(.+) (\\d{4}-\\d\\d-\\d\\d \\d\\d\\.\\d\\d\\.\\d\\d)(?: \\((\\d+)\\))?\\.zorvel\\z",
+        QRegularExpression::DotMatchesEverythingOption);
+    std::vector<Backup> backups;
+    for (const QFileInfo& file : QDir(folder).entryInfoList(QDir::Files)) {
+        const QRegularExpressionMatch match = form.match(file.fileName());
+        if (!match.hasMatch()) continue;
+        const int number = match.captured(3).isEmpty() ? 1 : match.captured(3).toInt();
+        backups.push_back({match.captured(1), match.captured(2), number, file.absoluteFilePath()});
+    }
+    std::sort(backups.begin(), backups.end(), isOlder);
+    return backups;
+}
+
+QString freePath(const QString& folder, const QString& stem) {
+    QString path = folder + "/" + stem + projectEnding;
+    for (int number = 2; QFileInfo::exists(path); ++number) {
+        path = folder + "/" + stem + QString(" (%1)").arg(number) + projectEnding;
+    }
+    return path;
+}
+
+void prune(const QString& folder, const QString& displayName) {
+    std::vector<Backup> backups = backupsIn(folder);
+    backups.erase(std::remove_if(backups.begin(), backups.end(),
+                                 [&](const Backup& b) { return b.displayName != displayName; }),
+                  backups.end());
+    for (std::size_t i = 0; i + backupsKept < backups.size(); ++i) QFile::remove(backups[i].path);
+}
+
+}  // namespace
+
+std::optional<FileProblem> makeBackup(ProjectFile& file, const BackupOrder& order) {
+    const QString folder = order.folder + "/" + QString::fromStdString(file.projectId());
+    QDir().mkpath(folder);
+    const QString name = asFileName(order.displayName);
+    const QString path =
+        freePath(folder, name + " " + QDateTime::currentDateTime().toString(timeFormat));
+    if (auto problem = file.copyTo(QFile::encodeName(path).toStdString())) return problem;
+    prune(folder, name);
+    return std::nullopt;
+}
+
+QStringList backupsOf(const QString& folder, const QString& projectId) {
+    QStringList paths;
+    if (projectId.isEmpty()) return paths;
+    for (const Backup& backup : backupsIn(folder + "/" + projectId)) paths.append(backup.path);
+    return paths;
+}
+
+}  // namespace zorvel

@@ -1,0 +1,184 @@
+// How the controller opens documents: a request is located by device and inode, waits while its
+// file is in other hands of this run, is read in the background, and becomes a document.
+#include <QFileInfo>
+#include <algorithm>
+#include <utility>
+
+#include "platform/document_controller.h"
+#include "platform/file_names.h"
+#include "platform/file_reading.h"
+#include "platform/job_queue.h"
+
+namespace zorvel {
+
+namespace {
+
+// What another run of the program does with a file of the shared folder is its own business.
+bool isOthersBusiness(FileTrouble trouble) {
+    return trouble == FileTrouble::heldElsewhere || trouble == FileTrouble::busy ||
+           trouble == FileTrouble::notFound;
+}
+
+}  // namespace
+
+void DocumentController::open(const QString& path) {
+    Request request{path, Source::any, QFileInfo(path).fileName(), std::nullopt};
+    if (untitled_.holds(path)) {
+        request.source = Source::untitledFolder;
+        untitled_.claim(request.shownName);
+    }
+    locate(request);
+}
+
+void DocumentController::openBackup(const QString& path, const QString& displayName) {
+    locate({path, Source::backup, displayName, std::nullopt});
+}
+
+void DocumentController::recover() {
+    jobs_.start(
+        this, [folder = untitled_.path()] { return UntitledFolder::names(folder); },
+        [this](const QStringList& names) {
+            for (const QString& name : names) {
+                if (!untitled_.claim(name)) continue;
+                read({untitled_.pathOf(name), Source::recovered, name, std::nullopt});
+            }
+        });
+}
+
+void DocumentController::locate(const Request& request) {
+    jobs_.start(
+        this, [path = encodedPath(request.path)] { return fileIdentity(path); },
+        [this, request](const std::optional<FileIdentity>& identity) {
+            identified(request, identity);
+        });
+}
+
+void DocumentController::identified(Request request, const std::optional<FileIdentity>& identity) {
+    request.identity = identity;
+    if (!identity) return read(request);
+    if (Document* document = reopened(*identity)) return finishWithOpen(request, *document);
+    if (mustWait(*identity)) {
+        waiting_.push_back(std::move(request));
+        return;
+    }
+    reading_.push_back(*identity);
+    read(request);
+}
+
+Document* DocumentController::documentAt(const FileIdentity& identity) const {
+    for (const Owned* owned : {&documents_, &closing_}) {
+        for (const auto& document : *owned) {
+            const auto& file = document->saver_->file();
+            if (file && file->identity == identity) return document.get();
+        }
+    }
+    return nullptr;
+}
+
+// A closed document that still waits for a disk to take its changes comes back as it is.
+Document* DocumentController::reopened(const FileIdentity& identity) {
+    Document* document = documentAt(identity);
+    if (!document || !isClosing(*document)) return document;
+    DocumentSaver& saver = *document->saver_;
+    if (saver.isEnding() || saver.isBusy() || !saver.problem()) return nullptr;
+    const auto place = std::find_if(closing_.begin(), closing_.end(),
+                                    [&](const auto& closing) { return closing.get() == document; });
+    documents_.push_back(std::move(*place));
+    closing_.erase(place);
+    return document;
+}
+
+void DocumentController::finishWithOpen(const Request& request, Document& document) {
+    if (request.source == Source::backup) {
+        addCopy(request, document.project().objectContext().records());
+        return;
+    }
+    if (!document.isUntitled()) noteRecent(request.path);
+    emit documentDidOpen(&document, request.path);
+}
+
+void DocumentController::addCopy(const Request& request, ProjectRecords records) {
+    emit documentDidOpen(&addUntitledCopy(std::move(records), request.shownName), request.path);
+}
+
+bool DocumentController::isBeingRead(const FileIdentity& identity) const {
+    return std::find(reading_.begin(), reading_.end(), identity) != reading_.end();
+}
+
+bool DocumentController::mustWait(const FileIdentity& identity) const {
+    if (isBeingRead(identity) || documentAt(identity)) return true;
+    for (const Owned* owned : {&documents_, &closing_}) {
+        for (const auto& document : *owned) {
+            if (document->saver_->isMakingFile()) return true;
+        }
+    }
+    return false;
+}
+
+// Each is located anew: its path may lead to another file by now.
+void DocumentController::resumeWaiting() {
+    const auto stays = [this](const Request& request) {
+        const Document* document = documentAt(*request.identity);
+        return mustWait(*request.identity) && (!document || isClosing(*document));
+    };
+    const auto ready = std::stable_partition(waiting_.begin(), waiting_.end(), stays);
+    const std::vector<Request> located(ready, waiting_.end());
+    waiting_.erase(ready, waiting_.end());
+    for (const Request& request : located) locate(request);
+}
+
+void DocumentController::read(const Request& request) {
+    ProjectFileOptions options;
+    options.vfs = services_.settings.vfs;
+    jobs_.start(
+        this,
+        [request, options] {
+            if (request.source == Source::backup) {
+                return readCopy(request.path, request.shownName, options);
+            }
+            if (request.source == Source::any) return readAnyFile(request.path, options);
+            return readProjectFile(request.path, request.shownName, options);
+        },
+        [this, request](FileReading reading) { finishReading(request, reading); });
+}
+
+void DocumentController::finishReading(const Request& request, FileReading& reading) {
+    if (request.identity) {
+        const auto place = std::find(reading_.begin(), reading_.end(), *request.identity);
+        if (place != reading_.end()) reading_.erase(place);
+    }
+    if (reading.failure.isEmpty()) {
+        openRecords(request, reading);
+    } else {
+        tellFailure(request, reading);
+    }
+    resumeWaiting();
+}
+
+void DocumentController::tellFailure(const Request& request, const FileReading& reading) {
+    if (request.source == Source::recovered) {
+        untitled_.giveUp(request.shownName);
+        const FileTrouble trouble = reading.problem->trouble;
+        if (isOthersBusiness(trouble) || !untitled_.shouldTell(request.shownName, trouble)) return;
+    }
+    emit openDidFail(request.path, reading.failure);
+}
+
+void DocumentController::openRecords(const Request& request, FileReading& reading) {
+    if (request.source == Source::backup) {
+        return addCopy(request, std::move(reading.records));
+    }
+    const bool inFolder = request.source != Source::any;
+    QString name =
+        inFolder ? UntitledFolder::nameIn(request.shownName) : displayNameOf(request.path);
+    if (name.isEmpty()) name = freeUntitledName();
+    Document& document = addDocument(name, reading.file ? QString() : untitled_.claimNew(name));
+    document.takeOver(std::move(reading.records));
+    if (reading.file) document.saver_->setFile(std::move(reading.file), inFolder);
+    document.saver_->setBackupName(document.displayName());
+    document.worthKeeping_ = inFolder;
+    if (!inFolder) noteRecent(request.path);
+    emit documentDidOpen(&document, request.source == Source::recovered ? QString() : request.path);
+}
+
+}  // namespace zorvel

@@ -1,0 +1,258 @@
+#include "platform/document_saver.h"
+
+#include <QFileInfo>
+#include <algorithm>
+#include <utility>
+
+#include "platform/job_queue.h"
+
+namespace zorvel {
+
+namespace {
+
+// What is mended by waiting, or by the person elsewhere; the rest needs another file.
+bool canPassBy(FileTrouble trouble) {
+    switch (trouble) {
+        case FileTrouble::busy:
+        case FileTrouble::heldElsewhere:
+        case FileTrouble::diskFull:
+        case FileTrouble::inputOutput:
+        case FileTrouble::other:
+            return true;
+        default:
+            return false;
+    }
+}
+
+}  // namespace
+
+DocumentSaver::DocumentSaver(ObjectContext& context, const SaveServices& services)
+    : context_(context), services_(services), savedRevision_(context.revision()) {
+    timer_.setSingleShot(true);
+    timer_.setTimerType(Qt::PreciseTimer);
+    connect(&timer_, &QTimer::timeout, this, [this] { tick(); });
+}
+
+// The file is closed by the thread that writes it, whatever is said to its holder before.
+DocumentSaver::~DocumentSaver() {
+    if (!ending_) release(false);
+}
+
+void DocumentSaver::setFile(std::unique_ptr<ProjectFile> file, bool untitled) {
+    facts_ = factsOf(*file);
+    holder_->file = std::move(file);
+    if (untitled) untitledPath_ = facts_->path;
+    backupDue_ = !untitled;
+}
+
+void DocumentSaver::keepAsItIs() {
+    savedRevision_ = context_.revision() - 1;
+    unsaved_ = true;
+    saveSoon();
+}
+
+QString DocumentSaver::path() const {
+    return facts_ && untitledPath_.isEmpty() ? facts_->path : QString();
+}
+
+DocumentSaver::State DocumentSaver::state() const {
+    if (unsaved_ && problem()) return stuck_ || !problem_ ? State::stuck : State::failed;
+    return unsaved_ || running_ > 0 ? State::waiting : State::saved;
+}
+
+std::optional<FileProblem> DocumentSaver::problem() const {
+    if (problem_) return problem_;
+    return facts_ ? facts_->whyNotWritable : std::nullopt;
+}
+
+bool DocumentSaver::isUnsaved() const {
+    return context_.revision() != savedRevision_;
+}
+
+bool DocumentSaver::isMakingFile() const {
+    return moving_ > 0 || (writing_ && !facts_);
+}
+
+void DocumentSaver::noteChange() {
+    if (ending_) return;
+    unsaved_ = true;
+    if (!timer_.isActive() && !dueNow_) {
+        timer_.start(stuck_ ? std::max(services_.settings.autosave, retry_)
+                            : services_.settings.autosave);
+    }
+    emit stateDidChange();
+}
+
+void DocumentSaver::saveSoon() {
+    if (ending_ || !isUnsaved()) return;
+    timer_.stop();
+    tick();
+}
+
+void DocumentSaver::saveThen(Document::Done done) {
+    asked_.push_back(std::move(done));
+    saveSoon();
+    if (!isUnsaved() && running_ == 0) answerSaves();
+}
+
+void DocumentSaver::answerSaves() {
+    if (unsaved_ && !problem_) return;
+    for (const Document::Done& done : std::exchange(asked_, {})) done(problem_);
+}
+
+// A step of undo is one transaction: its first half alone is not written.
+void DocumentSaver::tick() {
+    if (context_.isStepOpen()) {
+        timer_.start(services_.settings.stepPoll);
+    } else if (running_ > 0) {
+        dueNow_ = true;
+    } else {
+        write();
+    }
+}
+
+void DocumentSaver::saveNow() {
+    if (ending_ || running_ > 0 || !isUnsaved()) return;
+    timer_.stop();
+    write();
+}
+
+std::optional<BackupOrder> DocumentSaver::backupOrder() const {
+    if (!backupDue_) return std::nullopt;
+    return BackupOrder{services_.backupFolder, backupName_};
+}
+
+void DocumentSaver::write() {
+    dueNow_ = false;
+    unsaved_ = true;
+    writing_ = true;
+    ++running_;
+    writtenRevision_ = context_.revision();
+    ProjectFileOptions options;
+    options.vfs = services_.settings.vfs;
+    services_.writer->start(
+        this,
+        [order = WriteOrder{holder_, context_.frozenCopy(), untitledPath_, backupOrder(),
+                            options}] { return writeProject(order); },
+        [this](const WriteOutcome& outcome) { finishWrite(outcome); });
+    emit stateDidChange();
+}
+
+void DocumentSaver::finishWrite(const WriteOutcome& outcome) {
+    --running_;
+    writing_ = false;
+    takeFacts(outcome.facts);
+    if (!facts_ || !facts_->whyNotWritable) backupDue_ = false;
+    if (outcome.problem) {
+        fail(*outcome.problem);
+    } else {
+        succeed(writtenRevision_);
+    }
+    answerSaves();
+    emit stateDidChange();
+    if (outcome.backupProblem) emit backupDidFail(*outcome.backupProblem);
+}
+
+void DocumentSaver::takeFacts(const std::optional<FileFacts>& facts) {
+    if (facts) facts_ = facts;
+}
+
+void DocumentSaver::succeed(std::uint64_t revision) {
+    savedRevision_ = revision;
+    problem_.reset();
+    if (facts_) facts_->whyNotWritable.reset();
+    stuck_ = false;
+    busyTries_ = 0;
+    retry_ = std::chrono::milliseconds(0);
+    unsaved_ = isUnsaved();
+    if (ending_) return;
+    if (!unsaved_) {
+        timer_.stop();
+        dueNow_ = false;
+    } else if (dueNow_ && running_ == 0) {
+        tick();
+    } else if (!timer_.isActive()) {
+        timer_.start(services_.settings.autosave);
+    }
+}
+
+void DocumentSaver::fail(const FileProblem& problem) {
+    dueNow_ = false;
+    const SaveSettings& settings = services_.settings;
+    if (problem.trouble == FileTrouble::busy && busyTries_ < settings.busyTries) {
+        ++busyTries_;
+        timer_.start(settings.busyRetry);
+        return;
+    }
+    busyTries_ = 0;
+    problem_ = problem;
+    stuck_ = !canPassBy(problem.trouble);
+    retryLater();
+}
+
+void DocumentSaver::retryLater() {
+    const SaveSettings& settings = services_.settings;
+    const bool first = retry_.count() == 0;
+    retry_ = first ? settings.firstRetry : std::min(retry_ * 2, settings.lastRetry);
+    timer_.stop();
+    if (ending_) return;
+    const bool changedMeanwhile = context_.revision() != writtenRevision_;
+    if (!stuck_ || changedMeanwhile) timer_.start(retry_);
+}
+
+void DocumentSaver::moveTo(const QString& path, Document::Done done) {
+    ++running_;
+    ++moving_;
+    timer_.stop();
+    MoveOrder order;
+    order.holder = holder_;
+    order.state = context_.frozenCopy();
+    order.path = QFileInfo(path).absoluteFilePath();
+    order.deleteOldAt = untitledPath_;
+    order.options.vfs = services_.settings.vfs;
+    services_.writer->start(
+        this, [order] { return moveProject(order); },
+        [this, revision = context_.revision(),
+         done = std::move(done)](const WriteOutcome& outcome) {
+            finishMove(revision, outcome);
+            if (done) done(outcome.problem);
+        });
+    emit stateDidChange();
+}
+
+void DocumentSaver::finishMove(std::uint64_t revision, const WriteOutcome& outcome) {
+    --running_;
+    --moving_;
+    if (!outcome.problem) {
+        takeFacts(outcome.facts);
+        untitledPath_.clear();
+        backupDue_ = false;
+        succeed(revision);
+        answerSaves();
+    } else if (isUnsaved() && !ending_ && !timer_.isActive()) {
+        timer_.start(std::max(services_.settings.autosave, retry_));
+    }
+    emit stateDidChange();
+    if (!outcome.problem) emit pathDidChange();
+}
+
+void DocumentSaver::release(bool deleteUntitled) {
+    ending_ = true;
+    timer_.stop();
+    ++running_;
+    // What was begun before may still make the file untitled, or give it a title.
+    const std::string untitled = deleteUntitled ? encodedPath(untitledPath_) : std::string();
+    services_.writer->start(
+        this,
+        [holder = std::move(holder_), untitled] {
+            closeProject(*holder, untitled);
+            return true;
+        },
+        [this](bool) {
+            --running_;
+            emit released();
+        });
+    holder_ = std::make_shared<FileHolder>();
+}
+
+}  // namespace zorvel

@@ -1,0 +1,122 @@
+// When an open project is written: a moment after its first change, never twice at once, again at
+// growing intervals after a failure. It knows where the project lives and holds its file, which
+// the writing thread alone touches. Main thread.
+#pragma once
+
+#include <QObject>
+#include <QString>
+#include <QTimer>
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "platform/document.h"
+#include "platform/project_writes.h"
+#include "platform/save_settings.h"
+
+namespace zorvel {
+
+class JobQueue;
+
+// What the saving of all documents of a run has in common.
+struct SaveServices {
+    JobQueue* writer = nullptr;  // of one thread
+    SaveSettings settings;
+    QString backupFolder;
+};
+
+class DocumentSaver : public QObject {
+    Q_OBJECT
+  public:
+    using State = Document::SaveState;
+
+    // The context must outlive the saver, which takes its state for what need not be written.
+    DocumentSaver(ObjectContext& context, const SaveServices& services);
+    ~DocumentSaver() override;
+
+    // The project was read from this file. An untitled project lives in its file without a title.
+    void setFile(std::unique_ptr<ProjectFile> file, bool untitled);
+    // Where an untitled project is made when it is first written.
+    void setUntitledPath(const QString& path) { untitledPath_ = path; }
+    // The records are what the file holds.
+    void setSavedAsItIs() { savedRevision_ = context_.revision(); }
+    // The project must get a file though nothing in it has changed.
+    void keepAsItIs();
+
+    // Of the project file; empty while untitled.
+    [[nodiscard]] QString path() const;
+    [[nodiscard]] const QString& untitledPath() const { return untitledPath_; }
+    // Absent while there is no file.
+    [[nodiscard]] const std::optional<FileFacts>& file() const { return facts_; }
+    [[nodiscard]] State state() const;
+    [[nodiscard]] std::optional<FileProblem> problem() const;
+    // There is something that the file lacks, announced or not.
+    [[nodiscard]] bool isUnsaved() const;
+    // Something is under way in the writing thread.
+    [[nodiscard]] bool isBusy() const { return running_ > 0; }
+    // release() has been called.
+    [[nodiscard]] bool isEnding() const { return ending_; }
+    // The file is being made or moved: nobody may open what lies there meanwhile.
+    [[nodiscard]] bool isMakingFile() const;
+
+    // To be called when the records have changed; backupName goes into the backup's name.
+    void noteChange();
+    void setBackupName(const QString& name) { backupName_ = name; }
+    // The writing that is due, now.
+    void saveSoon();
+    // The same, in the middle of a step of undo too; nothing where a write is running.
+    void saveNow();
+    // The same as saveSoon(), telling what has come of it.
+    void saveThen(Document::Done done);
+    void moveTo(const QString& path, Document::Done done);
+    // Closes the file, or deletes it if it is an untitled project's, when all that was begun before
+    // is done; then released() follows, and nothing is written any more.
+    void release(bool deleteUntitled);
+
+  signals:
+    void stateDidChange();
+    void pathDidChange();
+    void backupDidFail(const zorvel::FileProblem& problem);
+    void released();
+
+  private:
+    void tick();
+    void write();
+    void finishWrite(const WriteOutcome& outcome);
+    void finishMove(std::uint64_t revision, const WriteOutcome& outcome);
+    void takeFacts(const std::optional<FileFacts>& facts);
+    void fail(const FileProblem& problem);
+    void succeed(std::uint64_t revision);
+    void retryLater();
+    void answerSaves();
+    [[nodiscard]] std::optional<BackupOrder> backupOrder() const;
+
+    ObjectContext& context_;
+    const SaveServices& services_;
+    std::shared_ptr<FileHolder> holder_ = std::make_shared<FileHolder>();
+    std::optional<FileFacts> facts_;
+    QString untitledPath_;
+    QString backupName_;
+    bool backupDue_ = false;
+
+    QTimer timer_;
+    std::uint64_t savedRevision_;
+    bool unsaved_ = false;
+    // Jobs under way: at most one write, and any number of moves.
+    int running_ = 0;
+    int moving_ = 0;
+    bool writing_ = false;
+    std::uint64_t writtenRevision_ = 0;
+    bool dueNow_ = false;
+    bool ending_ = false;
+    std::vector<Document::Done> asked_;
+
+    std::optional<FileProblem> problem_;
+    bool stuck_ = false;
+    int busyTries_ = 0;
+    std::chrono::milliseconds retry_{0};
+};
+
+}  // namespace zorvel

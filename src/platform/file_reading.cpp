@@ -1,0 +1,105 @@
+#include "platform/file_reading.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <array>
+#include <string>
+#include <string_view>
+#include <utility>
+
+#include "model/file_messages.h"
+#include "model/text_project.h"
+#include "platform/file_names.h"
+#include "platform/project_writes.h"
+
+namespace zorvel {
+
+namespace {
+
+QString tr(const char* text) {
+    return QCoreApplication::translate("zorvel::FileReading", text);
+}
+
+// Only a regular file is looked into: reading a FIFO would take from whoever waits for it.
+bool isProject(const std::string& path) {
+    struct stat status {};
+    if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return false;
+    const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (descriptor < 0) return false;
+    std::array<char, 16> first{};
+    const ssize_t count = ::read(descriptor, first.data(), first.size());
+    ::close(descriptor);
+    return count > 0 &&
+           startsLikeProject(std::string_view(first.data(), static_cast<std::size_t>(count)));
+}
+
+// "line 3, cell 7", as far as it is known.
+QString placeText(const TextProject& project) {
+    if (project.place.line == 0) return {};
+    const QString line = tr("line %1").arg(project.place.line);
+    if (project.place.cell == 0) return line;
+    return line + tr(", cell %1").arg(project.place.cell);
+}
+
+QString failureText(const QString& name, const TextProject& project) {
+    const QString reason = QString::fromStdString(project.failure);
+    const QString place = placeText(project);
+    if (place.isEmpty()) return tr("%1 could not be read: %2").arg(name, reason);
+    return tr("%1 could not be read (%2): %3").arg(name, place, reason);
+}
+
+FileReading readText(const QString& path) {
+    TextProject project = readTextProject(encodedPath(path));
+    FileReading reading;
+    if (project.failure.empty()) {
+        reading.records = std::move(project.records);
+    } else {
+        reading.failure = failureText(QFileInfo(path).fileName(), project);
+    }
+    return reading;
+}
+
+FileReading failed(const QString& shownName, const FileProblem& problem) {
+    FileReading reading;
+    reading.failure = projectMessage(shownName, problem);
+    reading.problem = problem;
+    return reading;
+}
+
+}  // namespace
+
+QString projectMessage(const QString& shownName, const FileProblem& problem) {
+    return shownName + ": " + QString::fromStdString(fileMessage(problem));
+}
+
+FileReading readProjectFile(const QString& path, const QString& shownName,
+                            const ProjectFileOptions& options) {
+    auto opened = ProjectFile::open(encodedPath(path), options);
+    if (!opened.ok()) return failed(shownName, opened.problem());
+    FileReading reading;
+    reading.file = std::move(opened).value();
+    auto records = reading.file->load();
+    if (!records.ok()) return failed(shownName, records.problem());
+    reading.records = std::move(records).value();
+    return reading;
+}
+
+FileReading readCopy(const QString& path, const QString& shownName, ProjectFileOptions options) {
+    options.readOnly = true;
+    FileReading reading = readProjectFile(path, shownName, options);
+    reading.file.reset();
+    return reading;
+}
+
+FileReading readAnyFile(const QString& path, const ProjectFileOptions& options) {
+    if (path.endsWith(projectEnding) || isProject(encodedPath(path))) {
+        return readProjectFile(path, QFileInfo(path).fileName(), options);
+    }
+    return readText(path);
+}
+
+}  // namespace zorvel

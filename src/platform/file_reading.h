@@ -1,0 +1,39 @@
+// Reads a file that is to become a document, whatever it holds: the slow part of opening, done on a
+// background thread. Nothing here is kept between calls.
+#pragma once
+
+#include <QString>
+#include <memory>
+#include <optional>
+
+#include "store/file_problem.h"
+#include "store/project_file.h"
+#include "store/project_records.h"
+
+namespace zorvel {
+
+struct FileReading {
+    // None for a text file.
+    std::unique_ptr<ProjectFile> file;
+    ProjectRecords records;
+    // Why there are no records, for the person, with the file's name; empty where there are.
+    QString failure;
+    // Of a project file.
+    std::optional<FileProblem> problem;
+};
+
+// A project file, or a text file of counts, told apart by their first bytes; what has the ending of
+// a project is taken for one.
+FileReading readAnyFile(const QString& path, const ProjectFileOptions& options);
+
+// shownName stands before the message of a failure.
+FileReading readProjectFile(const QString& path, const QString& shownName,
+                            const ProjectFileOptions& options);
+
+// The records alone, of a file that is not to be changed; it is closed again.
+FileReading readCopy(const QString& path, const QString& shownName, ProjectFileOptions options);
+
+// "NAME: sentence".
+QString projectMessage(const QString& shownName, const FileProblem& problem);
+
+}  // namespace zorvel

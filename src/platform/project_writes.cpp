@@ -1,0 +1,81 @@
+#include "platform/project_writes.h"
+
+#include <unistd.h>
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <utility>
+
+#include "platform/backups.h"
+
+namespace zorvel {
+
+namespace {
+
+// Unlinked while it is held, so that no other run can take it up in between; and only if the path
+// still leads to the very file that is open.
+void letGo(std::unique_ptr<ProjectFile>& file, const std::string& deleteAt) {
+    if (file && !deleteAt.empty() && fileIdentity(deleteAt) == file->identity()) {
+        ::unlink(deleteAt.c_str());
+    }
+    file.reset();
+}
+
+WriteOutcome makeFile(FileHolder& holder, const QString& path, const ObjectContext& state,
+                      const ProjectFileOptions& options) {
+    WriteOutcome outcome;
+    auto made = ProjectFile::create(encodedPath(path), state, options);
+    if (!made.ok()) {
+        outcome.problem = made.problem();
+        return outcome;
+    }
+    holder.file = std::move(made).value();
+    outcome.facts = factsOf(*holder.file);
+    return outcome;
+}
+
+}  // namespace
+
+FileFacts factsOf(const ProjectFile& file) {
+    return {QFile::decodeName(file.path().c_str()), file.identity(),
+            QString::fromStdString(file.projectId()), file.whyNotWritable()};
+}
+
+WriteOutcome writeProject(const WriteOrder& order) {
+    FileHolder& holder = *order.holder;
+    if (!holder.file) {
+        if (order.untitledPath.isEmpty()) return {FileProblem{FileTrouble::moved, {}, 0}, {}, {}};
+        QDir().mkpath(QFileInfo(order.untitledPath).path());
+        return makeFile(holder, order.untitledPath, *order.state, order.options);
+    }
+    WriteOutcome outcome;
+    if (order.backup && holder.file->canWrite()) {
+        outcome.backupProblem = makeBackup(*holder.file, *order.backup);
+    }
+    outcome.problem = holder.file->write(order.state);
+    return outcome;
+}
+
+WriteOutcome moveProject(const MoveOrder& order) {
+    FileHolder& holder = *order.holder;
+    if (holder.file && fileIdentity(encodedPath(order.path)) == holder.file->identity()) {
+        holder.file.reset();
+    }
+    FileHolder fresh;
+    WriteOutcome outcome = makeFile(fresh, order.path, *order.state, order.options);
+    if (outcome.problem) return outcome;
+    letGo(holder.file, encodedPath(order.deleteOldAt));
+    holder.file = std::move(fresh.file);
+    return outcome;
+}
+
+void closeProject(FileHolder& holder, const std::string& deleteAt) {
+    letGo(holder.file, deleteAt);
+}
+
+std::string encodedPath(const QString& path) {
+    return QFile::encodeName(path).toStdString();
+}
+
+}  // namespace zorvel

@@ -1,0 +1,36 @@
+#include "platform/recent_paths.h"
+
+#include <QFileInfo>
+#include <QSettings>
+
+namespace zorvel {
+
+namespace {
+
+const char recentKey[] = "recentPaths";
+
+QStringList stored() {
+    return QSettings().value(recentKey).toStringList();
+}
+
+}  // namespace
+
+QStringList RecentPaths::list() const {
+    QStringList paths = stored();
+    paths.removeIf([](const QString& path) { return !QFileInfo::exists(path); });
+    return paths;
+}
+
+void RecentPaths::add(const QString& path) {
+    const QString absolute = QFileInfo(path).absoluteFilePath();
+    QStringList paths = stored();
+    paths.removeAll(absolute);
+    paths.prepend(absolute);
+    QSettings().setValue(recentKey, paths.mid(0, kept));
+}
+
+void RecentPaths::clear() {
+    QSettings().remove(recentKey);
+}
+
+}  // namespace zorvel
