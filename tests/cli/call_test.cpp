@@ -15,8 +15,8 @@ namespace {
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
-const std::vector<std::string> commandNames = {"metrics", "summary", "rarefaction",
-                                               "project", "matrix",  "records"};
+const std::vector<std::string> commandNames = {"metrics", "summary", "rarefaction", "project",
+                                               "matrix",  "records", "import"};
 
 TEST(Call, WrongOnesAreRefused) {
     const std::string three = "three.csv";
@@ -52,6 +52,16 @@ TEST(Call, WrongOnesAreRefused) {
         {{"summary", three, "--seed", "18446744073709551616"}, "--seed: '18446744073709551616'"},
         {{"summary", three, "--output", ""}, "--output: the name of the file is empty"},
         {{"--size", "3", "summary", three, "--size", "4"}, "--size: given more than once"},
+        {{"metrics", three, "--into", "p.zorvel"}, "--into"},
+        {{"import", three}, "--into is required"},
+        {{"import", "--into", "p.zorvel"}, "FILE is required"},
+        {{"import", three, "", "--into", "p.zorvel"}, "FILE: the name of the file is empty"},
+        {{"import", three, "--into", ""}, "--into: the name of the file is empty"},
+        {{"import", three, "--into", "-"}, "--into: a project is a file, not standard output"},
+        {{"import", "-", "-", "--into", "p.zorvel"}, "FILE: standard input can be read only once"},
+        {{"--json", "import", three, "--into", "p.zorvel"}, "--json: import writes no result"},
+        {{"import", three, "--into", "p.zorvel", "--output", "-"},
+         "--output: import writes no result"},
         {{"summary", three, "--size", "3", "--size", "4"}, "--size"},
     };
     for (const Row& row : rows) {
@@ -115,7 +125,7 @@ TEST(Call, HelpAndVersionNeedNoFile) {
 TEST(Call, ExamplesOfTheHelpAreRightCalls) {
     for (const cli::Command* command :
          {&cli::metricsCommand, &cli::summaryCommand, &cli::rarefactionCommand,
-          &cli::projectCommand, &cli::matrixCommand, &cli::recordsCommand}) {
+          &cli::projectCommand, &cli::matrixCommand, &cli::recordsCommand, &cli::importCommand}) {
         std::istringstream words(command->example);
         std::vector<std::string> arguments = {"zorvel-cli"};
         for (std::string word; words >> word;) arguments.push_back(word);

@@ -35,7 +35,7 @@ TEST(Completion, OffersWhatMayStandThere) {
         Words replies;
     };
     const std::vector<Row> rows = {
-        {{""}, {"matrix", "metrics", "project", "rarefaction", "records", "summary"}},
+        {{""}, {"import", "matrix", "metrics", "project", "rarefaction", "records", "summary"}},
         {{"m"}, {"matrix", "metrics"}},
         {{"--kind", "list", "su"}, {"summary"}},
         {{"--kind", "=", "list", "su"}, {"summary"}},
@@ -46,6 +46,9 @@ TEST(Completion, OffersWhatMayStandThere) {
         {{"summary", "--sa"}, {}},
         {{"matrix", "--j"}, {}},
         {{"metrics", "--j"}, {"--json"}},
+        {{"import", "a.csv", "-"}, {"--help", "--into", "--kind"}},
+        {{"import", "--into", "thr"}, {"three.csv"}},
+        {{"--kind", "list", "import", "--into", "m", "thr"}, {"three.csv"}},
         {{"metrics", "--kind", ""}, {"census", "ios", "list", "matrix"}},
         {{"metrics", "--kind", "="}, {"census", "ios", "list", "matrix"}},
         {{"metrics", "--kind", "=", "m"}, {"matrix"}},

@@ -33,6 +33,8 @@ class TemporaryFolder {
 
     [[nodiscard]] const std::string& path() const { return path_; }
     [[nodiscard]] std::string file(const std::string& name) const { return path_ + "/" + name; }
+    // Of all that it holds, in order.
+    [[nodiscard]] std::vector<std::string> names() const;
 
   private:
     std::string path_;

@@ -1,0 +1,123 @@
+// Projects as input: every command reads them, and leaves them as they are.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "store/project_file.h"
+#include "tool.h"
+
+namespace zorvel::test {
+namespace {
+
+using ::testing::HasSubstr;
+
+class ProjectInput : public ::testing::Test {
+  protected:
+    // The path of a new project of what the files hold.
+    std::string imported(std::vector<std::string> files) {
+        files.insert(files.begin(), "import");
+        files.insert(files.end(), {"--into", project_});
+        EXPECT_EQ(runTool(files).exitCode, 0);
+        return project_;
+    }
+
+    const TemporaryFolder folder_;
+    const std::string project_ = folder_.file("p.zorvel");
+};
+
+std::string replaced(std::string text, const std::string& what, const std::string& with) {
+    for (std::size_t at = 0; (at = text.find(what, at)) != std::string::npos; at += with.size()) {
+        text.replace(at, what.size(), with);
+    }
+    return text;
+}
+
+TEST_F(ProjectInput, GivesWhatItsTextGives) {
+    struct File {
+        std::string name;
+        std::string kind;
+    };
+    const std::vector<std::vector<std::string>> calls = {{"metrics"},
+                                                         {"metrics", "--json"},
+                                                         {"summary", "--quota", "0.95"},
+                                                         {"rarefaction"},
+                                                         {"project"},
+                                                         {"rarefaction", "--samples"},
+                                                         {"matrix"},
+                                                         {"records"}};
+    const File files[] = {{"three.csv", "matrix"}, {"five.csv", "matrix"}, {"one.csv", "census"},
+                          {"counts.txt", "list"},  {"phone.txt", "ios"},   {mitesFile, "matrix"}};
+    for (const File& file : files) {
+        std::filesystem::remove(project_);
+        const std::string bytes = readBytes(imported({file.name}));
+        for (std::vector<std::string> call : calls) {
+            SCOPED_TRACE(file.name + ": " + ::testing::PrintToString(call));
+            call.insert(call.end(), {"--seed", "1", project_});
+            const Ran ran = runTool(call);
+            call.back() = file.name;
+            call.insert(call.end(), {"--kind", file.kind});
+            const Ran ofText = runTool(call);
+            EXPECT_EQ(ran.exitCode, ofText.exitCode);
+            EXPECT_EQ(ran.out, ofText.out);
+            EXPECT_EQ(replaced(ran.err, project_, file.name), ofText.err);
+        }
+        EXPECT_TRUE(readBytes(project_) == bytes);
+        EXPECT_EQ(folder_.names(), std::vector<std::string>{"p.zorvel"});
+    }
+}
+
+TEST_F(ProjectInput, IsReadWhileItIsOpenElsewhere) {
+    imported({"three.csv"});
+    const auto held = ProjectFile::open(project_);
+    ASSERT_TRUE(held.ok());
+    EXPECT_EQ(runTool({"matrix", project_}).out, runTool({"matrix", "three.csv"}).out);
+}
+
+TEST_F(ProjectInput, IsRefusedWhereItCannotBeReadAsGiven) {
+    const std::string bytes = readBytes(imported({"three.csv"}));
+    const Ran named = runTool({"metrics", "--kind", "matrix", project_});
+    EXPECT_EQ(named.exitCode, 1);
+    EXPECT_EQ(named.err, project_ + ": is a project, while --kind is for text: leave it out\n");
+    const Ran piped = runTool({"metrics", "-"}, {bytes, {}, ""});
+    EXPECT_EQ(piped.exitCode, 1);
+    EXPECT_EQ(piped.err,
+              "<stdin>: holds a project, which cannot be read from standard input or a pipe: name "
+              "its file instead\n");
+}
+
+TEST_F(ProjectInput, StaysAsItIsWhereItCannotBeOpened) {
+    const std::string whole = readBytes(imported({"three.csv"}));
+    const auto changed = [&whole](std::size_t offset, const std::string& bytes) {
+        return std::string(whole).replace(offset, bytes.size(), bytes);
+    };
+    struct Row {
+        std::string bytes;
+        std::string message;
+    };
+    const Row rows[] = {
+        {whole.substr(0, 16), "The file is damaged"},
+        {whole.substr(0, whole.size() / 2), "The file is damaged"},
+        {changed(whole.size() - 60, std::string(60, '\xFF')), "The file is damaged"},
+        {changed(68, "else"), "This database belongs to another program"},       // application_id
+        {changed(60, std::string("\0\1\0\0", 4)), "A later version of Zorvel"},  // user_version
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.message);
+        writeBytes(project_, row.bytes);
+        for (const std::vector<std::string>& call :
+             {std::vector<std::string>{"records", project_},
+              {"import", "three.csv", "--into", project_},
+              {"import", project_, "--into", folder_.file("new.zorvel")}}) {
+            const Ran ran = runTool(call);
+            EXPECT_EQ(ran.exitCode, 1);
+            EXPECT_EQ(ran.out, "");
+            EXPECT_THAT(ran.err, HasSubstr(project_ + ": " + row.message));
+        }
+        EXPECT_TRUE(readBytes(project_) == row.bytes);
+        EXPECT_EQ(folder_.names(), std::vector<std::string>{"p.zorvel"});
+    }
+}
+
+}  // namespace
+}  // namespace zorvel::test
