@@ -14,17 +14,21 @@ std::string padded(std::int64_t value, std::size_t width) {
     return std::string(digits.size() < width ? width - digits.size() : 0, '0') + digits;
 }
 
-std::chrono::minutes offsetAt(TimeStamp time) {
-    const auto seconds = std::chrono::floor<std::chrono::seconds>(time);
+std::chrono::minutes offsetAt(std::chrono::sys_seconds seconds) {
     const auto clock = static_cast<std::time_t>(seconds.time_since_epoch().count());
     std::tm local{};
     if (localtime_r(&clock, &local) == nullptr) return std::chrono::minutes(0);
     return std::chrono::duration_cast<std::chrono::minutes>(std::chrono::seconds(local.tm_gmtoff));
 }
 
+// A time stamp reaches further than the years of the library's calendar, which repeats itself every
+// 400 years.
 std::string dateText(std::chrono::sys_days day) {
-    const std::chrono::year_month_day date(day);
-    const int year = static_cast<int>(date.year());
+    constexpr std::int64_t daysOfEra = 146'097;
+    const std::int64_t days = day.time_since_epoch().count();
+    const std::int64_t era = days / daysOfEra - (days % daysOfEra < 0 ? 1 : 0);
+    const std::chrono::year_month_day date(day - std::chrono::days(era * daysOfEra));
+    const std::int64_t year = static_cast<int>(date.year()) + 400 * era;
     const std::string sign = year < 0 ? "-" : (year > 9999 ? "+" : "");
     return sign + padded(std::abs(year), 4) + "-" + padded(static_cast<unsigned>(date.month()), 2) +
            "-" + padded(static_cast<unsigned>(date.day()), 2);
@@ -43,12 +47,15 @@ std::string clockText(std::chrono::microseconds sinceMidnight) {
 }  // namespace
 
 std::string isoLocalTime(TimeStamp time) {
-    const std::chrono::minutes offset = offsetAt(time);
-    const TimeStamp local = time + offset;
+    // In seconds, since the last time stamps leave no room for an offset.
+    const auto seconds = std::chrono::floor<std::chrono::seconds>(time);
+    const std::chrono::minutes offset = offsetAt(seconds);
+    const std::chrono::sys_seconds local = seconds + offset;
     const auto day = std::chrono::floor<std::chrono::days>(local);
     const std::int64_t minutes = std::abs(offset.count());
-    return dateText(day) + "T" + clockText(local - day) + (offset.count() < 0 ? "-" : "+") +
-           padded(minutes / 60, 2) + ":" + padded(minutes % 60, 2);
+    return dateText(day) + "T" + clockText(local - day + (time - seconds)) +
+           (offset.count() < 0 ? "-" : "+") + padded(minutes / 60, 2) + ":" +
+           padded(minutes % 60, 2);
 }
 
 }  // namespace zorvel::cli

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <limits>
 
 #include "store/project_file.h"
 #include "tool.h"
@@ -11,6 +12,16 @@ namespace zorvel::test {
 namespace {
 
 using ::testing::HasSubstr;
+
+// One of each command.
+const std::vector<std::vector<std::string>> calls = {{"metrics"},
+                                                     {"metrics", "--json"},
+                                                     {"summary", "--quota", "0.95"},
+                                                     {"rarefaction"},
+                                                     {"project"},
+                                                     {"rarefaction", "--samples"},
+                                                     {"matrix"},
+                                                     {"records"}};
 
 class ProjectInput : public ::testing::Test {
   protected:
@@ -38,14 +49,6 @@ TEST_F(ProjectInput, GivesWhatItsTextGives) {
         std::string name;
         std::string kind;
     };
-    const std::vector<std::vector<std::string>> calls = {{"metrics"},
-                                                         {"metrics", "--json"},
-                                                         {"summary", "--quota", "0.95"},
-                                                         {"rarefaction"},
-                                                         {"project"},
-                                                         {"rarefaction", "--samples"},
-                                                         {"matrix"},
-                                                         {"records"}};
     const File files[] = {{"three.csv", "matrix"}, {"five.csv", "matrix"}, {"one.csv", "census"},
                           {"counts.txt", "list"},  {"phone.txt", "ios"},   {mitesFile, "matrix"}};
     for (const File& file : files) {
@@ -64,6 +67,33 @@ TEST_F(ProjectInput, GivesWhatItsTextGives) {
         }
         EXPECT_TRUE(readBytes(project_) == bytes);
         EXPECT_EQ(folder_.names(), std::vector<std::string>{"p.zorvel"});
+    }
+}
+
+// None of this can come from a text file.
+TEST_F(ProjectInput, MayHoldExtremes) {
+    constexpr auto least = std::numeric_limits<std::int64_t>::min();
+    constexpr auto most = std::numeric_limits<std::int64_t>::max();
+    CensusAttributes odd;
+    odd.latitude = std::numeric_limits<double>::infinity();
+    odd.notes = "two\nlines";
+    odd.timeStamp = TimeStamp(std::chrono::microseconds(most));
+    ObjectContext context;
+    context.insertCensus(odd, {{std::nullopt, least, false}, {SharedText("a"), most, true}});
+    for (int i = 0; i < 4; ++i) context.insertCensus({}, {{SharedText("a"), most, i % 2 == 0}});
+    ASSERT_TRUE(ProjectFile::create(project_, context).ok());
+
+    const std::string first =
+        R"(  {"name": null, "latitude": null, "longitude": 0, "notes": "two\nlines", "timeStamp": )"
+        R"("+294247-01-10T04:00:54.775807+00:00", "taxa": [{"name": null, "abundance": )"
+        R"(-9223372036854775808, "include": false}, {"name": "a", "abundance": )"
+        R"(9223372036854775807, "include": true}]},)";
+    const Ran records = runTool({"records", project_}, {"", {"TZ=UTC0"}, ""});
+    EXPECT_EQ(records.out.substr(0, first.size() + 3), "[\n" + first + "\n");
+    for (std::vector<std::string> call : calls) {
+        call.push_back(project_);
+        const Ran ran = runTool(call);
+        EXPECT_EQ(ran.exitCode, 0) << call.front() << ran.err;
     }
 }
 
