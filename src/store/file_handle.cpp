@@ -69,6 +69,11 @@ int addDescriptor(Held& held, const std::string& path, int access, FileIdentity 
     return 0;
 }
 
+// Whether the file may be there to be read all the same.
+bool forbidsWriting(int error) {
+    return error == EACCES || error == EPERM || error == EROFS || error == ETXTBSY;
+}
+
 // An error number; 0 where the lock is set.
 int setLock(int descriptor, short type) {
     struct flock range {};
@@ -116,7 +121,9 @@ std::unique_ptr<FileHandle> FileHandle::open(const std::string& path, Use use) {
     Held& held = heldFiles().files[handle->identity_];
     if (use == Use::write) {
         if (held.writable < 0) {
-            handle->reasonUnmarked_ = addDescriptor(held, path, O_RDWR, handle->identity_);
+            const int error = addDescriptor(held, path, O_RDWR, handle->identity_);
+            if (error != 0 && !forbidsWriting(error)) failWithErrno(error, "open");
+            handle->reasonUnmarked_ = error;
         }
         if (held.writable >= 0) handle->mark();
     }

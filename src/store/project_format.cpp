@@ -1,6 +1,7 @@
 #include "store/project_format.h"
 
 #include <algorithm>
+#include <charconv>
 #include <chrono>
 #include <utility>
 
@@ -45,6 +46,18 @@ std::string shown(std::string_view text) {
 std::string_view tableOf(std::string_view statement) {
     constexpr std::string_view start = "CREATE TABLE ";
     return statement.substr(start.size(), statement.find('(') - start.size());
+}
+
+// A page that the disk does not give is no damage of the file: such a finding ends with the code of
+// the error.
+FileTrouble troubleOfFinding(std::string_view finding) {
+    constexpr std::string_view label = "error code=";
+    const std::size_t place = finding.find(label);
+    if (place == std::string_view::npos) return FileTrouble::damaged;
+    int code = 0;
+    const std::string_view number = finding.substr(place + label.size());
+    std::from_chars(number.data(), number.data() + number.size(), code);
+    return (code & 0xFF) == SQLITE_IOERR ? FileTrouble::inputOutput : FileTrouble::damaged;
 }
 
 // SQLite keeps statistics there for its planner if a person asks for them; of no use to us and of
@@ -115,7 +128,8 @@ void checkTables(Connection& connection, const ProjectFormat& format) {
 void checkPages(Connection& connection) {
     Statement findings(connection, "PRAGMA integrity_check(1)");
     while (findings.next()) {
-        if (findings.text(0) != "ok") fail(FileTrouble::damaged, shown(findings.text(0)));
+        const std::string_view finding = findings.text(0);
+        if (finding != "ok") fail(troubleOfFinding(finding), shown(finding));
     }
 }
 

@@ -1,6 +1,5 @@
 #include "store/project_reader.h"
 
-#include <algorithm>
 #include <array>
 #include <chrono>
 #include <limits>
@@ -82,16 +81,6 @@ std::optional<TimeStamp> timeStampOf(Rows& rows, int column) {
     return TimeStamp(std::chrono::microseconds(rows.integer(column, "time_stamp")));
 }
 
-// It becomes part of paths.
-bool isIdentity(std::string_view text) {
-    constexpr std::size_t longest = 64;
-    return !text.empty() && text.size() <= longest &&
-           std::all_of(text.begin(), text.end(), [](char c) {
-               return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') ||
-                      c == '-';
-           });
-}
-
 NameColumn readNames(Connection& connection) {
     NameColumn names;
     Rows rows(connection, "name", "SELECT id, text FROM name ORDER BY id");
@@ -155,7 +144,6 @@ ProjectRow readProjectRow(Connection& connection) {
     Rows rows(connection, "project", "SELECT id, identity, generation, token FROM project");
     if (!rows.next() || rows.id() != 1) fail(FileTrouble::damaged, "table project has no row 1");
     row.identity = rows.text(1, "identity");
-    if (!isIdentity(row.identity)) rows.complain("identity", "has other than letters and digits");
     if (!isProjectIdentity(row.identity)) rows.complain("identity", "is not a plain word");
     row.generation = rows.integer(2, "generation");
     // Each write counts on, so that there must be room.

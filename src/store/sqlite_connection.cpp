@@ -59,6 +59,8 @@ void Connection::configure(Access access) {
         int option;
         int on;
     };
+    // Before the defences, which do not let the journal go.
+    if (access == Access::build) run("PRAGMA journal_mode=OFF; PRAGMA locking_mode=EXCLUSIVE;");
     for (const Switch& option :
          {Switch{SQLITE_DBCONFIG_DEFENSIVE, 1}, Switch{SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0},
           Switch{SQLITE_DBCONFIG_ENABLE_TRIGGER, 0}, Switch{SQLITE_DBCONFIG_ENABLE_VIEW, 0},
@@ -72,7 +74,6 @@ void Connection::configure(Access access) {
     // deleted: a power cut must not bring back the journal, and with it the old state.
     run("PRAGMA cell_size_check=ON; PRAGMA mmap_size=0; PRAGMA temp_store=MEMORY;"
         "PRAGMA synchronous=EXTRA; PRAGMA cache_size=-8000;");
-    if (access == Access::build) run("PRAGMA journal_mode=OFF; PRAGMA locking_mode=EXCLUSIVE;");
 }
 
 void Connection::run(const char* sql) {

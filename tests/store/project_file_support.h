@@ -1,7 +1,8 @@
-// Projects of extreme values, and the comparison of what a file gives back.
+// Makes, opens and compares project files, and looks into them as any other program would.
 #pragma once
 
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 
 #include <memory>
 #include <string>
@@ -10,44 +11,12 @@
 
 #include "store/object_context.h"
 #include "store/project_file.h"
+#include "tests/support/same_records.h"
 #include "tests/support/scratch_folder.h"
 
 namespace zorvel {
 
-// Absent and empty texts differ here.
-inline std::string shown(const std::optional<SharedText>& text) {
-    return text ? "\"" + text->str() + "\"" : "absent";
-}
-
-inline void expectSameBlock(const CensusBlock& a, const CensusBlock& b) {
-    EXPECT_EQ(a.id, b.id);
-    EXPECT_EQ(shown(a.attributes.name), shown(b.attributes.name));
-    EXPECT_EQ(shown(a.attributes.notes), shown(b.attributes.notes));
-    EXPECT_TRUE(sameValue(a.attributes.latitude, b.attributes.latitude));
-    EXPECT_TRUE(sameValue(a.attributes.longitude, b.attributes.longitude));
-    EXPECT_EQ(a.attributes.timeStamp, b.attributes.timeStamp);
-    std::vector<TaxonRecord> left;
-    std::vector<TaxonRecord> right;
-    a.forEachTaxon([&](const TaxonRecord& taxon) { left.push_back(taxon); });
-    b.forEachTaxon([&](const TaxonRecord& taxon) { right.push_back(taxon); });
-    ASSERT_EQ(left.size(), right.size());
-    for (std::size_t i = 0; i < left.size(); ++i) {
-        ASSERT_EQ(left[i].id, right[i].id);
-        ASSERT_EQ(shown(left[i].values.name), shown(right[i].values.name));
-        ASSERT_EQ(left[i].values.abundance, right[i].values.abundance);
-        ASSERT_EQ(left[i].values.include, right[i].values.include);
-    }
-}
-
-inline void expectSameRecords(const std::vector<BlockPointer>& a,
-                              const std::vector<BlockPointer>& b) {
-    ASSERT_EQ(a.size(), b.size());
-    for (std::size_t i = 0; i < a.size(); ++i) {
-        ASSERT_NO_FATAL_FAILURE(expectSameBlock(*a[i], *b[i])) << "census " << i;
-    }
-}
-
-class ProjectFileTest : public ScratchFolder {
+class ProjectFileTest : public QuickScratchFolder {
   protected:
     // The file anew, with the records that it holds.
     struct Opened {
@@ -84,17 +53,39 @@ class ProjectFileTest : public ScratchFolder {
 
     static void expectHolds(const std::string& path, const ObjectContext& state) {
         const Opened found = opened(path, {true, nullptr});
-        expectSameRecords(found.records.censuses, state.blocks());
+        EXPECT_TRUE(sameRecords(found.records.censuses, state.blocks()));
     }
 
-    // The trouble met on opening and reading, whichever comes first.
-    static std::optional<FileTrouble> troubleOf(const std::string& path,
-                                                const ProjectFileOptions& options = {}) {
-        auto file = ProjectFile::open(path, options);
-        if (!file) return file.problem().trouble;
+    // The rows of a query, columns parted by a bar.
+    static std::vector<std::string> rows(const std::string& path, const std::string& sql) {
+        std::vector<std::string> found;
+        sqlite3* database = nullptr;
+        sqlite3_open_v2(path.c_str(), &database, SQLITE_OPEN_READONLY, nullptr);
+        const auto add = [](void* list, int count, char** values, char**) {
+            std::string row;
+            for (int i = 0; i < count; ++i) {
+                row += (i > 0 ? "|" : "") + std::string(values[i] ? values[i] : "NULL");
+            }
+            static_cast<std::vector<std::string>*>(list)->push_back(row);
+            return 0;
+        };
+        EXPECT_EQ(sqlite3_exec(database, sql.c_str(), add, &found, nullptr), SQLITE_OK) << sql;
+        sqlite3_close(database);
+        return found;
+    }
+
+    // Number of the trouble, for comparison; -1 where there is none.
+    static int numberOf(const std::optional<FileProblem>& problem) {
+        return problem ? static_cast<int>(problem->trouble) : -1;
+    }
+    static int numberOf(FileTrouble trouble) { return static_cast<int>(trouble); }
+
+    // The trouble met on opening for writing and reading, whichever comes first.
+    static int troubleOf(const std::string& path) {
+        auto file = ProjectFile::open(path);
+        if (!file) return numberOf(file.problem());
         auto records = file.value()->load();
-        if (!records) return records.problem().trouble;
-        return std::nullopt;
+        return records ? -1 : numberOf(records.problem());
     }
 };
 

@@ -1,6 +1,7 @@
 // What is written comes back, exactly and in order.
 #include "store/project_file.h"
 
+#include <functional>
 #include <limits>
 #include <string>
 #include <vector>
@@ -69,6 +70,102 @@ TEST_F(ProjectFileTest, ExtremesComeBackWhicheverWayTheyWereWritten) {
     ASSERT_FALSE(file->copyTo(path("copied.zorvel")));
     expectHolds(path("copied.zorvel"), context);
     EXPECT_EQ(entries(), 3U);
+}
+
+TEST_F(ProjectFileTest, RecordsOfALoadAreTheirContextsAndAreWrittenOn) {
+    ObjectContext context;
+    fillWithExtremes(context);
+    created(path("p.zorvel"), context);
+    Opened first = opened(path("p.zorvel"));
+    ObjectContext loaded;
+    loaded.adopt(std::move(first.records));
+    const Zorvel taxon = loaded.insertTaxon(loaded.censuses().front());
+    loaded.setName(taxon, "new");
+    ASSERT_FALSE(first.file->write(loaded.frozenCopy()));
+    expectHolds(path("p.zorvel"), loaded);
+    EXPECT_GT(taxon.id(), context.taxa().back().id());
+}
+
+// Taxa that were added to an early census after a later one was made stand in its order, whatever
+// the chunks that they are read in.
+TEST_F(ProjectFileTest, TaxaAddedByTurnsKeepTheOrderOfTheirCensus) {
+    ObjectContext context;
+    std::vector<Census> censuses;
+    for (int i = 0; i < 3; ++i) {
+        censuses.push_back(
+            context.insertCensus({}, std::vector<TaxonValues>(static_cast<std::size_t>(i) * 256)));
+    }
+    for (std::size_t i = 0; i < 900; ++i) {
+        const Zorvel taxon = context.insertTaxon(censuses[i % 7 % 3]);
+        context.setAbundance(taxon, static_cast<std::int64_t>(i));
+    }
+    created(path("p.zorvel"), context);
+    const Opened found = opened(path("p.zorvel"));
+    EXPECT_TRUE(sameRecords(found.records.censuses, context.blocks()));
+    for (const BlockPointer& block : found.records.censuses) {
+        for (const auto& chunk : block->chunks) EXPECT_EQ(chunk->capacity(), chunk->size());
+    }
+}
+
+// However large the project, one edit touches the page of its row, and those of the project's row
+// and the header.
+TEST_F(ProjectFileTest, OneEditChangesFewPages) {
+    ObjectContext context;
+    for (int i = 0; i < 100; ++i) context.insertCensus({}, std::vector<TaxonValues>(200));
+    const auto file = created(path("p.zorvel"), context);
+    const std::string before = bytesOf("p.zorvel");
+    context.setAbundance(context.taxa()[12'345], 7);
+    ASSERT_FALSE(file->write(context.frozenCopy()));
+    const std::string after = bytesOf("p.zorvel");
+    ASSERT_EQ(before.size(), after.size());
+    std::size_t changed = 0;
+    for (std::size_t page = 0; page < before.size(); page += 4096) {
+        if (before.compare(page, 4096, after, page, 4096) != 0) ++changed;
+    }
+    EXPECT_GE(before.size() / 4096, 50U);
+    EXPECT_LE(changed, 3U);
+}
+
+// A state that is in the file already costs no write.
+TEST_F(ProjectFileTest, NoChangeIsNotWritten) {
+    ObjectContext context;
+    context.insertCensus();
+    const auto file = created(path("p.zorvel"), context);
+    const std::string before = bytesOf("p.zorvel");
+    EXPECT_FALSE(file->write(context.frozenCopy()));
+    EXPECT_EQ(bytesOf("p.zorvel"), before);
+}
+
+// What could not be read again does not get into the file, and stops no later write.
+TEST_F(ProjectFileTest, TextsThatAreNotUtf8AreNotWritten) {
+    ObjectContext context;
+    const Census census = context.insertCensus();
+    const Zorvel taxon = context.insertTaxon(census);
+    const auto file = created(path("p.zorvel"), context);
+    const auto before = context.frozenCopy();
+    const std::vector<std::function<void(const SharedText&)>> setters = {
+        [&](const SharedText& text) { context.setName(census, text); },
+        [&](const SharedText& text) { context.setNotes(census, text); },
+        [&](const SharedText& text) { context.setName(taxon, text); }};
+    for (const auto& set : setters) {
+        set("a\xFF");
+        EXPECT_EQ(numberOf(file->write(context.frozenCopy())), numberOf(FileTrouble::other));
+        expectHolds(path("p.zorvel"), *before);
+        EXPECT_FALSE(ProjectFile::create(path("new.zorvel"), context).ok());
+        EXPECT_EQ(entries(), 1U);
+        context.undo();
+    }
+    context.setName(taxon, "a");
+    EXPECT_FALSE(file->write(context.frozenCopy()));
+    expectHolds(path("p.zorvel"), context);
+}
+
+TEST_F(ProjectFileTest, IdentityStaysWithTheProject) {
+    const auto one = created(path("one.zorvel"), ObjectContext());
+    const auto two = created(path("two.zorvel"), ObjectContext());
+    EXPECT_NE(one->projectId(), two->projectId());
+    ASSERT_FALSE(one->copyTo(path("copy.zorvel")));
+    EXPECT_EQ(opened(path("copy.zorvel")).file->projectId(), one->projectId());
 }
 
 }  // namespace

@@ -1,0 +1,243 @@
+// Whose file it is, and whether it is still there: files open elsewhere, moved, changed by others,
+// replaced, and files and folders that may only be read.
+#include <fcntl.h>
+#include <sys/socket.h>
+#include <sys/un.h>
+
+#include <functional>
+
+#include "tests/store/project_file_support.h"
+#include "tests/support/child_process.h"
+#include "tests/support/plain_sqlite.h"
+
+namespace zorvel {
+namespace {
+
+namespace fs = std::filesystem;
+
+class ProjectPlace : public ProjectFileTest {
+  protected:
+    void SetUp() override {
+        ProjectFileTest::SetUp();
+        context_.insertTaxon(context_.insertCensus());
+        file_ = created(path("p.zorvel"), context_);
+    }
+    std::shared_ptr<const ObjectContext> edited() {
+        const Zorvel taxon = context_.taxa().front();
+        context_.setAbundance(taxon, taxon.abundance() + 1);
+        return context_.frozenCopy();
+    }
+    int write() { return numberOf(file_->write(edited())); }
+    static std::string word(int number) { return std::to_string(number); }
+
+    ObjectContext context_;
+    std::unique_ptr<ProjectFile> file_;
+};
+
+TEST_F(ProjectPlace, HeldInThisProcess) {
+    const int held = numberOf(FileTrouble::heldElsewhere);
+    fs::create_symlink(path("p.zorvel"), path("link.zorvel"));
+    EXPECT_EQ(troubleOf(path("p.zorvel")), held);
+    EXPECT_EQ(troubleOf(path("link.zorvel")), held);
+    EXPECT_EQ(numberOf(ProjectFile::create(path("p.zorvel"), context_).problem()), held);
+    EXPECT_EQ(numberOf(file_->copyTo(path("link.zorvel"))), held);
+    expectHolds(path("p.zorvel"), context_);
+    EXPECT_EQ(write(), -1);
+    file_.reset();
+    EXPECT_EQ(troubleOf(path("p.zorvel")), -1);
+    EXPECT_EQ(entries(), 2U);
+}
+
+TEST_F(ProjectPlace, HeldByAnotherProcess) {
+    file_.reset();
+    ChildProcess other([this] {
+        file_ = opened(path("p.zorvel")).file;
+        return std::string(file_ ? "held" : "");
+    });
+    ASSERT_EQ(other.word(), "held");
+    const int held = numberOf(FileTrouble::heldElsewhere);
+    EXPECT_EQ(troubleOf(path("p.zorvel")), held);
+    EXPECT_EQ(numberOf(ProjectFile::create(path("p.zorvel"), context_).problem()), held);
+    expectHolds(path("p.zorvel"), context_);
+    other.release();
+    EXPECT_EQ(troubleOf(path("p.zorvel")), -1);
+}
+
+// Closing any handle of a file drops the locks that this process has on it.
+TEST_F(ProjectPlace, ReadingTheFileAsideKeepsTheLocksOfAWrite) {
+    PlainDatabase writing(path("p.zorvel"));
+    writing.run("BEGIN IMMEDIATE");
+    { const Opened aside = opened(path("p.zorvel"), {true, nullptr}); }
+    EXPECT_EQ(troubleOf(path("p.zorvel")), numberOf(FileTrouble::heldElsewhere));
+    ChildProcess other([this] {
+        try {
+            PlainDatabase(path("p.zorvel")).run("BEGIN IMMEDIATE");
+        } catch (const std::exception&) {
+            return std::string("locked");
+        }
+        return std::string("free");
+    });
+    EXPECT_EQ(other.word(), "locked");
+}
+
+TEST_F(ProjectPlace, BusyWhileAnotherProgramReadsOrWrites) {
+    for (const char* sql : {"BEGIN; SELECT * FROM census", "BEGIN IMMEDIATE"}) {
+        SCOPED_TRACE(sql);
+        {
+            PlainDatabase other(path("p.zorvel"));
+            other.run(sql);
+            EXPECT_EQ(write(), numberOf(FileTrouble::busy));
+        }
+        EXPECT_EQ(write(), -1);
+        expectHolds(path("p.zorvel"), context_);
+    }
+}
+
+TEST_F(ProjectPlace, MovedOrChangedMeanwhileIsNotWrittenTo) {
+    struct Case {
+        const char* what;
+        std::function<void()> change;
+        FileTrouble trouble;
+    };
+    const auto put = [this](const std::string& bytes) { this->put("p.zorvel", bytes); };
+    const std::vector<Case> cases = {
+        {"deleted", [&] { fs::remove(path("p.zorvel")); }, FileTrouble::moved},
+        {"renamed", [&] { fs::rename(path("p.zorvel"), path("q.zorvel")); }, FileTrouble::moved},
+        {"replaced by a copy",
+         [&] {
+             fs::copy_file(path("p.zorvel"), path("q.zorvel"));
+             fs::rename(path("q.zorvel"), path("p.zorvel"));
+         },
+         FileTrouble::moved},
+        {"overwritten with itself", [&] { put(bytesOf("p.zorvel")); },
+         FileTrouble::changedElsewhere},
+        {"overwritten with text", [&] { put("text"); }, FileTrouble::changedElsewhere},
+        {"emptied", [&] { put(""); }, FileTrouble::changedElsewhere},
+        {"written by another program",
+         [&] { PlainDatabase(path("p.zorvel")).run("UPDATE taxon SET abundance = 99"); },
+         FileTrouble::changedElsewhere},
+    };
+    for (const Case& row : cases) {
+        SCOPED_TRACE(row.what);
+        file_.reset();
+        fs::remove(path("q.zorvel"));
+        file_ = created(path("p.zorvel"), context_);
+        ASSERT_EQ(write(), -1);
+        row.change();
+        const std::string here = bytesOf("p.zorvel");
+        const std::string there = bytesOf("q.zorvel");
+        for (int attempt = 0; attempt < 2; ++attempt) {
+            EXPECT_EQ(write(), numberOf(row.trouble));
+        }
+        EXPECT_EQ(bytesOf("p.zorvel"), here);
+        EXPECT_EQ(bytesOf("q.zorvel"), there);
+        EXPECT_FALSE(fs::exists(path("p.zorvel-journal")));
+    }
+}
+
+TEST_F(ProjectPlace, ReplacingKeepsPermissionsAndFollowsLinks) {
+    file_.reset();
+    fs::permissions(path("p.zorvel"), fs::perms(0640));
+    fs::create_symlink("p.zorvel", path("link.zorvel"));
+    fs::create_symlink("new.zorvel", path("dangling.zorvel"));
+    edited();
+    created(path("link.zorvel"), context_);
+    created(path("dangling.zorvel"), context_);
+    EXPECT_TRUE(fs::is_symlink(path("link.zorvel")));
+    EXPECT_TRUE(fs::is_symlink(path("dangling.zorvel")));
+    EXPECT_EQ(modeOf("p.zorvel"), 0640U);
+    expectHolds(path("p.zorvel"), context_);
+    expectHolds(path("new.zorvel"), context_);
+    EXPECT_EQ(entries(), 4U);
+}
+
+// The journal of another file's cut-off write must not be played back into the new file.
+TEST_F(ProjectPlace, JournalLeftBesideThePathIsNotForTheNewFile) {
+    std::string journal;
+    {
+        PlainDatabase writing(path("p.zorvel"));
+        writing.run(
+            "PRAGMA cache_size=1; BEGIN; UPDATE taxon SET abundance = 99;"
+            "CREATE TABLE big(a); INSERT INTO big SELECT zeroblob(100000);");
+        journal = bytesOf("p.zorvel-journal");
+    }
+    ASSERT_GT(journal.size(), 512U);
+    file_.reset();
+    for (const char* name : {"p.zorvel", "new.zorvel"}) {
+        SCOPED_TRACE(name);
+        put(std::string(name) + "-journal", journal);
+        edited();
+        created(path(name), context_);
+        EXPECT_EQ(troubleOf(path(name)), -1);
+        expectHolds(path(name), context_);
+    }
+    EXPECT_EQ(entries(), 2U);
+}
+
+TEST_F(ProjectPlace, WhatIsNoFileIsNotOpened) {
+    file_.reset();
+    fs::create_directory(path("folder"));
+    ASSERT_EQ(mkfifo(path("fifo").c_str(), 0600), 0);
+    const int listening = socket(AF_UNIX, SOCK_STREAM, 0);
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    path("socket").copy(address.sun_path, sizeof address.sun_path - 1);
+    ASSERT_EQ(bind(listening, reinterpret_cast<sockaddr*>(&address), sizeof address), 0);
+    const std::size_t before = entries();
+    for (const std::string& place : {path("folder"), path("fifo"), path("socket"),
+                                     std::string("/dev/zero"), std::string("/")}) {
+        SCOPED_TRACE(place);
+        EXPECT_EQ(troubleOf(place), numberOf(FileTrouble::notAFile));
+        EXPECT_EQ(numberOf(ProjectFile::create(place, context_).problem()),
+                  numberOf(FileTrouble::notAFile));
+    }
+    EXPECT_EQ(troubleOf(path("none.zorvel")), numberOf(FileTrouble::notFound));
+    EXPECT_EQ(numberOf(ProjectFile::create(path("none/p.zorvel"), context_).problem()),
+              numberOf(FileTrouble::notFound));
+    EXPECT_EQ(entries(), before);
+    close(listening);
+}
+
+struct Rights {
+    const char* what;
+    unsigned file;
+    unsigned folder;
+    std::string outcome;  // of opening, and of writing
+};
+
+// As a user who owns nothing here.
+TEST_F(ProjectPlace, FilesAndFoldersThatMayNotBeWritten) {
+    file_.reset();
+    const std::string readOnlyFile = word(numberOf(FileTrouble::readOnlyFile));
+    const std::string readOnlyFolder = word(numberOf(FileTrouble::readOnlyFolder));
+    const std::string noPermission = word(numberOf(FileTrouble::noPermission));
+    const std::vector<Rights> cases = {
+        {"all", 0666, 0777, "-1 -1"},
+        {"file to be read", 0444, 0777, "-1 " + readOnlyFile},
+        {"folder to be read", 0666, 0755, "-1 " + readOnlyFolder},
+        {"file of others", 0600, 0777, noPermission},
+    };
+    for (const Rights& rights : cases) {
+        SCOPED_TRACE(rights.what);
+        fs::permissions(path("p.zorvel"), fs::perms(rights.file));
+        fs::permissions(folder_, fs::perms(rights.folder));
+        const std::string before = bytesOf("p.zorvel");
+        ChildProcess other(
+            [this] {
+                auto file = ProjectFile::open(path("p.zorvel"));
+                if (!file) return word(numberOf(file.problem()));
+                if (!file.value()->load()) return std::string("not read");
+                const auto reason = file.value()->whyNotWritable();
+                if (reason.has_value() == file.value()->canWrite()) return std::string("unsure");
+                const auto problem = file.value()->write(edited());
+                return word(-1) + " " + word(numberOf(problem));
+            },
+            true);
+        EXPECT_EQ(other.word(), rights.outcome);
+        EXPECT_EQ(bytesOf("p.zorvel") == before, rights.outcome != "-1 -1");
+        EXPECT_EQ(entries(), 1U);
+    }
+}
+
+}  // namespace
+}  // namespace zorvel
