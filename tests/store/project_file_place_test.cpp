@@ -129,8 +129,8 @@ TEST_F(ProjectPlace, MovedOrChangedMeanwhileIsNotWrittenTo) {
         for (int attempt = 0; attempt < 2; ++attempt) {
             EXPECT_EQ(write(), numberOf(row.trouble));
         }
-        EXPECT_EQ(bytesOf("p.zorvel"), here);
-        EXPECT_EQ(bytesOf("q.zorvel"), there);
+        EXPECT_TRUE(bytesOf("p.zorvel") == here);
+        EXPECT_TRUE(bytesOf("q.zorvel") == there);
         EXPECT_FALSE(fs::exists(path("p.zorvel-journal")));
     }
 }
