@@ -124,7 +124,7 @@ bool import(const Call& call) {
         tellAt(call.into, {}, fileMessage(isNew.problem()));
         return false;
     }
-    if (isNew.value()) tellAt(call.into, {}, "made, a new project");
+    if (isNew.value()) tellAt(call.into, {}, "made as a new project");
     for (const Project& source : sources) tellAt(source.file, {}, summaryOf(source));
     return true;
 }

@@ -7,8 +7,8 @@ namespace {
 
 // The matrix of a large file takes more room than its records: they go before the text comes.
 CountsMatrixResult takeMatrix(Project& project) {
-    CountsMatrixResult result = buildCountsMatrix(
-        project.document->fetchTaxa().value_or(std::vector<Zorvel>()), project.censuses);
+    CountsMatrixResult result =
+        buildCountsMatrix(project.document->objectContext().taxa(), project.censuses);
     project.censuses.clear();
     project.document.reset();
     return result;

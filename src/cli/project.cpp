@@ -87,7 +87,7 @@ std::optional<Project> loadProject(const std::string& file, std::optional<FileKi
     const bool read =
         holdsProject(file) ? readProject(file, project) : readText(file, otherwise, project);
     if (!read) return std::nullopt;
-    project.censuses = project.document->fetchCensuses().value_or(std::vector<Census>());
+    project.censuses = project.document->objectContext().censuses();
     project.names = censusNameList(project.censuses);
     return project;
 }

@@ -9,7 +9,7 @@ namespace zorvel::cli {
 namespace {
 
 ProjectWideMetrics compute(const Call& call, const Project& project) {
-    const auto taxa = project.document->fetchTaxa().value_or(std::vector<Zorvel>());
+    const auto taxa = project.document->objectContext().taxa();
     const CountsVector pooled = pooledCountsVector(taxa);
     const CountsMatrix matrix = buildCountsMatrix(taxa, project.censuses).matrix;
     return projectWideMetrics(pooled, matrix, call.size, call.quota, *randomSource(call),

@@ -26,7 +26,7 @@ Result<Curve> sampleBased(const Project& project) {
     if (project.censuses.size() < 5) {
         return Problem{"Must have at least five censuses to calculate sample-based rarefaction"};
     }
-    const auto taxa = project.document->fetchTaxa().value_or(std::vector<Zorvel>());
+    const auto taxa = project.document->objectContext().taxa();
     return sharedCalculator().sampleBasedCurve(buildCountsMatrix(taxa, project.censuses).matrix);
 }
 

@@ -2,9 +2,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <map>
 #include <nlohmann/json.hpp>
-#include <sstream>
 
 #include "tool.h"
 
@@ -149,28 +149,29 @@ std::vector<std::string> keysInOrder(const std::string& text) {
 }
 
 TEST(Commands, JsonNamesStandInOrder) {
-    const std::vector<std::string> census = {
-        "census",   "individuals", "richness",    "rarefiedRichness", "chaoOne",  "chaoClassic",
-        "alroySQS", "shannonH",    "fisherAlpha", "pielouJ",          "simpsonD", "buzasE"};
-    const std::vector<std::string> project = {
-        "individuals", "richness",    "chaoClassic",
-        "shannonH",    "fisherAlpha", "pielouJ",
-        "simpsonD",    "buzasE",      "rarefiedRichness",
-        "alroySQS",    "averages",    "individuals",
-        "richness",    "chaoClassic", "shannonH",
-        "fisherAlpha", "pielouJ",     "simpsonD",
-        "buzasE",      "chaoTwo",     "sampleBasedRarefiedRichness"};
-    const std::vector<std::string> point = {"sampleSize", "estimate", "variance", "lower95",
-                                            "upper95",    "lower99",  "upper99"};
-    const auto keys = [](const std::string& command, const std::string& file) {
-        return keysInOrder(runTool({command, file, "--json", "--kind", "census"}).out);
+    using Keys = std::vector<std::string>;
+    const Keys census = {"census",      "individuals", "richness", "rarefiedRichness",
+                         "chaoOne",     "chaoClassic", "alroySQS", "shannonH",
+                         "fisherAlpha", "pielouJ",     "simpsonD", "buzasE"};
+    const Keys indices = {"individuals", "richness", "chaoClassic", "shannonH",
+                          "fisherAlpha", "pielouJ",  "simpsonD",    "buzasE"};
+    Keys project = indices;
+    project.insert(project.end(), {"rarefiedRichness", "alroySQS", "averages"});
+    project.insert(project.end(), indices.begin(), indices.end());
+    project.insert(project.end(), {"chaoTwo", "sampleBasedRarefiedRichness"});
+    const Keys point = {"sampleSize", "estimate", "variance", "lower95",
+                        "upper95",    "lower99",  "upper99"};
+    const auto keys = [](const std::string& command) {
+        return keysInOrder(runTool({command, "pooled.csv", "--json"}).out);
     };
-    EXPECT_EQ(keys("metrics", "one.csv"), census);
-    EXPECT_EQ(keys("summary", "one.csv"), census);
-    EXPECT_EQ(keysInOrder(runTool({"project", "pooled.csv", "--json"}).out), project);
-    const auto curve = keys("rarefaction", "one.csv");
-    ASSERT_EQ(curve.size(), 3 * point.size());
-    EXPECT_TRUE(std::equal(point.begin(), point.end(), curve.begin()));
+    EXPECT_EQ(keys("summary"), census);
+    EXPECT_EQ(keys("project"), project);
+    const auto metrics = keys("metrics");
+    const auto curve = keys("rarefaction");
+    ASSERT_GE(curve.size(), point.size());
+    EXPECT_EQ(Keys(curve.begin(), curve.begin() + 7), point);
+    ASSERT_EQ(metrics.size(), 3 * census.size());
+    EXPECT_EQ(Keys(metrics.begin(), metrics.begin() + 12), census);
 }
 
 TEST(Commands, JsonHoldsAllDigits) {
@@ -212,36 +213,12 @@ TEST(Commands, SeedFixesSqs) {
     EXPECT_NE(all, sqsOf(jsonOf({"metrics", mitesFile, "--json"})));
     const json one = jsonOf({"summary", mitesFile, "--json", "--seed", "5", "--census", "Core 60"});
     EXPECT_EQ(one["alroySQS"], all.at("Core 60")) << "whatever stands before it in the file";
-    EXPECT_EQ(runTool({"metrics", mitesFile, "--seed", "5"}).out,
-              runTool({"--seed", "5", "metrics", mitesFile}).out);
 }
 
-// The example through every form and back.
-TEST(Commands, ExampleKeepsItsCounts) {
-    std::istringstream lines(readBytes(mitesFile));
-    std::string line;
-    std::getline(lines, line);
-    const json records = jsonOf({"records", mitesFile});
-    const json metrics = jsonOf({"metrics", mitesFile, "--json"});
-    ASSERT_EQ(records.size(), 70U);
-    ASSERT_EQ(metrics.size(), 70U);
-    for (std::size_t i = 0; i < 70; ++i) {
-        ASSERT_TRUE(std::getline(lines, line));
-        std::istringstream cells(line);
-        std::string cell;
-        std::getline(cells, cell, ',');
-        std::int64_t sum = 0, present = 0, recorded = 0;
-        while (std::getline(cells, cell, ',')) {
-            sum += std::stoll(cell);
-            present += std::stoll(cell) > 0 ? 1 : 0;
-        }
-        for (const json& taxon : records[i]["taxa"]) recorded += taxon["abundance"].get<int>();
-        EXPECT_EQ(recorded, sum);
-        EXPECT_EQ(metrics[i]["individuals"], sum);
-        EXPECT_EQ(metrics[i]["richness"], present);
-    }
+TEST(Commands, MatrixReadsBackAsItself) {
     const Ran matrix = runTool({"matrix", mitesFile});
     EXPECT_EQ(runTool({"matrix", "-"}, {matrix.out, {}, ""}).out, matrix.out);
+    EXPECT_EQ(std::count(matrix.out.begin(), matrix.out.end(), '\n'), 71);
     EXPECT_EQ(jsonOf({"rarefaction", mitesFile, "--samples", "--json"}).size(), 69U);
 }
 
@@ -278,9 +255,6 @@ TEST(Commands, InputThatCannotBeUsedIsRefused) {
         {{"matrix", "-"},
          " ,a,b\nNorth,1,x\n",
          "<stdin>:2:3: B: Not an abundance value, or not an integer: x"},
-        {{"records", "--kind", "ios", "phone.txt.gone"},
-         "",
-         "phone.txt.gone: cannot be opened: No such file or directory"},
         {{"summary", "--kind", "ios", "-"}, "a\",b\",c\",d\",e\",f\n", "<stdin>: holds no census"},
         {{"summary", "three.csv", "--census", "Nroth"},
          "",

@@ -44,7 +44,7 @@ TEST_F(Import, MakesAProjectAndAddsToIt) {
     const Ran made = import({"three.csv", "one.csv"});
     EXPECT_EQ(made.exitCode, 0);
     EXPECT_EQ(made.out, "");
-    EXPECT_EQ(made.err, project_ + ": made, a new project\n" +
+    EXPECT_EQ(made.err, project_ + ": made as a new project\n" +
                             "three.csv: stored 3 censuses with 8 taxa, read as matrix\n"
                             "one.csv: stored 1 census with 2 taxa, read as census\n");
     EXPECT_EQ(import({"phone.txt"}).err, "phone.txt: stored 2 censuses with 2 taxa, read as ios\n");

@@ -26,28 +26,6 @@ std::string written(Write&& write) {
     return readBytes(folder.file("result.json"));
 }
 
-TEST(JsonWriter, LaysOutLines) {
-    const std::string text = written([](JsonWriter& writer) {
-        writer.beginArray();
-        writer.beginObject();
-        writer.field("a", std::int64_t{1});
-        writer.key("b");
-        writer.beginArray();
-        writer.integer(2);
-        writer.null();
-        writer.endArray();
-        writer.endObject();
-        writer.boolean(true);
-        writer.endArray();
-    });
-    EXPECT_EQ(text, "[\n  {\"a\": 1, \"b\": [2, null]},\n  true\n]\n");
-    EXPECT_EQ(written([](JsonWriter& writer) {
-                  writer.beginArray();
-                  writer.endArray();
-              }),
-              "[]\n");
-}
-
 TEST(JsonWriter, StringsReadBack) {
     std::string everyAscii;
     for (char byte = 0; byte >= 0 && byte < 127; ++byte) everyAscii += byte;
