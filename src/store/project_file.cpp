@@ -215,6 +215,9 @@ bool ProjectFile::Parts::settleAttempt() {
 
 void ProjectFile::Parts::write(Blocks blocks) {
     requireSameFile();
+    // SQLite trusts the pages that it knows as long as its counter of changes stands where it was:
+    // another version of the file, laid over it by a program that keeps times, may have the same.
+    connection->forgetPages();
     Transaction transaction(*connection, Transaction::Kind::write);
     const bool wasInDoubt = settleAttempt();
     const ChangeSet changes = changesBetween(written.blocks, blocks);

@@ -93,6 +93,10 @@ void Connection::copyPagesTo(Connection& other) const {
     other.check(sqlite3_backup_finish(backup), "copy");
 }
 
+void Connection::forgetPages() {
+    sqlite3_db_release_memory(handle_);
+}
+
 bool Connection::hasMoved() const {
     int moved = 0;
     const int code = sqlite3_file_control(handle_, "main", SQLITE_FCNTL_HAS_MOVED, &moved);

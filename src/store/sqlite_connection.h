@@ -43,6 +43,9 @@ class Connection {
     // Makes the other, empty database a copy of this one as it was last committed.
     void copyPagesTo(Connection& other) const;
 
+    // What follows is read from the file, not from memory. Outside transactions.
+    void forgetPages();
+
     // Whether the file is no longer the one at its path.
     [[nodiscard]] bool hasMoved() const;
 
