@@ -2,8 +2,13 @@
 // trouble, in little time, and stays byte for byte as it was, alone in its folder.
 #include <gtest/gtest.h>
 
-#include <memory>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <ostream>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "store/project_file.h"
 #include "tests/support/plain_sqlite.h"
@@ -158,6 +163,9 @@ const AlteredRow valueRows[] = {
      FileTrouble::damaged},
     {"TaxonIdZero", "UPDATE taxon SET id = 0 WHERE id = (SELECT min(id) FROM taxon)",
      FileTrouble::damaged},
+    {"TaxonIdOfACensus",
+     "UPDATE taxon SET id = (SELECT max(id) FROM census) WHERE id = (SELECT max(id) FROM taxon)",
+     FileTrouble::damaged},
     {"NameIdNegative", "INSERT INTO name VALUES(-1, 'x')", FileTrouble::damaged},
     {"CensusNameIsABlob", "UPDATE census SET name = x'4142'", FileTrouble::damaged},
     {"CensusNameIsNotUtf8", "UPDATE census SET name = CAST(x'C328' AS TEXT)", FileTrouble::damaged},
@@ -220,6 +228,78 @@ TEST_F(HostileFiles, MissingValues) {
                          " WHERE name <> 'kept'");
         }
         alter("DROP TABLE kept");
+        expectRefused(FileTrouble::damaged);
+    }
+}
+
+TEST_F(HostileFiles, OtherKindsOfFile) {
+    std::string database;
+    {
+        PlainDatabase other(path("other.db"));
+        other.run("CREATE TABLE census(id INTEGER PRIMARY KEY, name TEXT)");
+    }
+    database = bytesOf("other.db");
+    std::filesystem::remove(path("other.db"));
+    const struct {
+        const char* what;
+        std::string bytes;
+        FileTrouble trouble;
+    } rows[] = {
+        {"nothing", "", FileTrouble::empty},
+        {"text", "North,South\nAbies alba,1,2\n", FileTrouble::notAProject},
+        {"one byte", "S", FileTrouble::notAProject},
+        {"zeros", std::string(100000, '\0'), FileTrouble::notAProject},
+        {"the first word of a database", whole_.substr(0, 16), FileTrouble::damaged},
+        {"database of another program", database, FileTrouble::foreignDatabase},
+        {"header and nothing else", whole_.substr(0, 100), FileTrouble::damaged},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        put("project.zorvel", row.bytes);
+        expectRefused(row.trouble);
+    }
+}
+
+TEST_F(HostileFiles, Truncated) {
+    constexpr std::size_t pageSize = 4096;
+    ASSERT_GT(whole_.size(), 3 * pageSize);
+    std::vector<std::size_t> sizes;
+    for (std::size_t size = pageSize; size < whole_.size(); size += pageSize) {
+        sizes.insert(sizes.end(), {size - 1, size, size + 1});
+    }
+    for (std::size_t size = 17; size < whole_.size(); size += 499) sizes.push_back(size);
+    for (const std::size_t size : sizes) {
+        SCOPED_TRACE(size);
+        put("project.zorvel", whole_.substr(0, size));
+        expectRefused(FileTrouble::damaged);
+    }
+}
+
+void setNumber(std::string& bytes, std::size_t place, std::uint32_t number) {
+    for (std::size_t i = 0; i < 4; ++i)
+        bytes[place + i] = static_cast<char>(number >> (24 - 8 * i));
+}
+
+// Sizes and lists of pages that the file does not have, in its header and at the start of a page.
+TEST_F(HostileFiles, PagesThatAreNotThere) {
+    const auto pages = static_cast<std::uint32_t>(whole_.size() / 4096);
+    const struct {
+        const char* what;
+        std::size_t place;
+        std::uint32_t number;
+    } rows[] = {
+        {"more pages than the file has", 28, 0xFFFFFFFE},
+        {"a list of free pages from one in use", 32, 2},
+        {"a list of free pages beyond the end", 32, pages + 100},
+        {"free pages without a list", 36, 7},
+        {"a page with more cells than it has room for", 4096 + 3, 0xFFFFFFFF},
+        {"a page whose cells stand outside it", 4096 + 5, 0xFFFFFFFF},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.what);
+        std::string bytes = whole_;
+        setNumber(bytes, row.place, row.number);
+        put("project.zorvel", bytes);
         expectRefused(FileTrouble::damaged);
     }
 }
