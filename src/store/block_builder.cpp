@@ -19,6 +19,11 @@ void BlockBuilder::addCensus(RecordId id, CensusAttributes attributes) {
     censuses_.push_back({id, std::move(block), nullptr});
 }
 
+bool BlockBuilder::isCensus(RecordId id) {
+    while (passed_ < censuses_.size() && censuses_[passed_].id < id) ++passed_;
+    return passed_ < censuses_.size() && censuses_[passed_].id == id;
+}
+
 bool BlockBuilder::addTaxon(RecordId census, TaxonRecord taxon) {
     const bool entered = room_ > 0 && censuses_[current_].id == census;
     if (!entered && !enter(census)) return false;

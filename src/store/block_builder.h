@@ -15,6 +15,8 @@ class BlockBuilder {
     BlockBuilder();
     // Identities must ascend.
     void addCensus(RecordId id, CensusAttributes attributes);
+    // Whether that is the identity of a census. Identities must ascend from call to call.
+    bool isCensus(RecordId id);
     // False where there is no such census. Identities must ascend.
     bool addTaxon(RecordId census, TaxonRecord taxon);
 
@@ -33,6 +35,7 @@ class BlockBuilder {
 
     std::vector<Open> censuses_;
     std::size_t current_ = 0;
+    std::size_t passed_ = 0;  // censuses that isCensus() has left behind
     // Taxa of the current census on their way to its chunk, and how many fit there.
     TaxonChunk waiting_;
     std::size_t room_ = 0;

@@ -112,6 +112,7 @@ void readTaxa(Connection& connection, NameColumn& names, BlockBuilder& blocks) {
     while (rows.next()) {
         TaxonRecord taxon;
         taxon.id = static_cast<RecordId>(rows.id());
+        if (blocks.isCensus(taxon.id)) rows.complain("id", "is that of a census too");
         if (!rows.isNull(2)) {
             const SharedText* name = names.use(rows.integer(2, "name"));
             if (!name) rows.complain("name", "is no row of the table name");
