@@ -1,8 +1,8 @@
 // The records of one project and every change to them. A project's state is a list of censuses,
 // each one immutable block held by a shared pointer, its taxa in shared chunks: an edit replaces
-// one block and copies one chunk, and a frozen copy is a copy of the list. The order of censuses
-// and of taxa is the order of insertion. A live context belongs to the main thread; a frozen one
-// may be read by any.
+// one block and copies one chunk, and a frozen copy shares the list, which is in chunks too. The
+// order of censuses and of taxa is the order of insertion. A live context belongs to the main
+// thread; a frozen one may be read by any.
 #pragma once
 
 #include <cstddef>
@@ -125,7 +125,7 @@ class ObjectContext {
     // it is gone.
     [[nodiscard]] std::optional<Census> census(RecordId id) const;
 
-    // The state as it stands now, never to change; costs one pointer a census.
+    // The state as it stands now, never to change; costs one pointer for each few dozen censuses.
     [[nodiscard]] std::shared_ptr<const ObjectContext> frozenCopy() const;
 
     // All records, ascending by identity: the blocks of a frozen copy cost one pointer a census.
