@@ -1,6 +1,7 @@
 #include "platform/document_controller.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QStandardPaths>
 #include <algorithm>
@@ -109,7 +110,8 @@ void DocumentController::saveDocumentAs(Document& document, const QString& path,
         done(FileProblem{FileTrouble::other, reason, 0});
         return;
     }
-    if (holder && !document.isUntitled() && document.saveState() != Document::SaveState::stuck) {
+    const bool livesThere = holder != nullptr && !document.isUntitled() && !saver.isMakingFile();
+    if (livesThere && saver.state() != DocumentSaver::State::stuck) {
         saver.saveThen(std::move(done));
         return;
     }
@@ -167,6 +169,8 @@ void DocumentController::continueClosing(Document& document) {
 
 void DocumentController::keepAside(Document& document) {
     document.keptAside_ = true;
+    writer_->start(
+        this, [folder = untitled_.path()] { return QDir().mkpath(folder); }, [](bool) {});
     const QString name = document.displayName();
     const QString told = projectMessage(name, *document.problem());
     document.saver_->moveTo(untitled_.claimNew(name), [this, told](const auto& problem) {

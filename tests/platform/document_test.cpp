@@ -1,0 +1,413 @@
+#include "platform/document.h"
+
+#include <unistd.h>
+
+#include <QElapsedTimer>
+#include <algorithm>
+#include <filesystem>
+
+#include "document_fixture.h"
+#include "store/undo_step.h"
+#include "test_disk.h"
+
+namespace zorvel {
+namespace {
+
+using Names = std::vector<std::string>;
+using State = Document::SaveState;
+
+class DocumentTest : public DocumentFixture {
+  protected:
+    // A controller on the disk that fails on demand, and one of its documents.
+    Document& openOnTestDisk(const QString& path) {
+        settings.vfs = disk.name();
+        run = newRun();
+        Document* document = run->open(path);
+        if (!document) throw std::runtime_error("not opened");
+        return *document;
+    }
+    std::optional<FileProblem> saveAs(Document& document, const QString& path) {
+        bool answered = false;
+        std::optional<FileProblem> answer;
+        document.saveAs(path, [&](const std::optional<FileProblem>& problem) {
+            answered = true;
+            answer = problem;
+        });
+        EXPECT_TRUE(waitUntil([&] { return answered; }));
+        return answer;
+    }
+
+    TestDisk disk;
+    std::unique_ptr<ProgramRun> run;
+};
+
+TEST_F(DocumentTest, ChangesReachTheFileByThemselves) {
+    run = newRun();
+    Document* document = run->open(makeProject("a.zorvel", {"North"}));
+    ASSERT_TRUE(document);
+    EXPECT_EQ(document->displayName(), "a");
+    EXPECT_EQ(document->saveState(), State::saved);
+
+    addNamedCensus(*document, "South");
+    ASSERT_TRUE(waitUntil([&] { return document->saveState() == State::waiting; }));
+    ASSERT_TRUE(isSavedSoon(document));
+    EXPECT_EQ(namesInFile(at("a.zorvel")), (Names{"North", "South"}));
+
+    ObjectContext& context = document->project().objectContext();
+    while (context.canUndo()) context.undo();
+    document->saveSoon();
+    ASSERT_TRUE(isSavedSoon(document));
+    EXPECT_EQ(namesInFile(at("a.zorvel")), (Names{"North"}));
+}
+
+// Typing without a pause must not put off the writing, as a timer would that each change resets.
+TEST_F(DocumentTest, OneWhoNeverStopsTypingIsSavedAllTheSame) {
+    settings.autosave = std::chrono::milliseconds(200);
+    run = newRun();
+    Document* document = run->open(makeProject("a.zorvel", {"North"}));
+    const Census census = document->project().objectContext().censuses().front();
+    const auto modified = QFileInfo(at("a.zorvel")).lastModified();
+    QElapsedTimer timer;
+    timer.start();
+    int typed = 0;
+    const bool written = waitUntil([&] {
+        editName(document->project().objectContext(), census, std::to_string(++typed));
+        return QFileInfo(at("a.zorvel")).lastModified() != modified;
+    });
+    EXPECT_TRUE(written);
+    EXPECT_LT(timer.elapsed(), 10000);
+}
+
+TEST_F(DocumentTest, AnOpenStepIsWrittenWhenItHasEnded) {
+    Document& document = openOnTestDisk(makeProject("a.zorvel", {"North"}));
+    ObjectContext& context = document.project().objectContext();
+    context.beginStep("Import");
+    addNamedCensus(document, "South");
+    processEventsFor(200);
+    EXPECT_EQ(document.saveState(), State::waiting);
+    EXPECT_EQ(namesInFile(at("a.zorvel")), (Names{"North"}));
+    addNamedCensus(document, "West");
+    context.endStep();
+    ASSERT_TRUE(isSavedSoon(&document));
+    EXPECT_EQ(namesInFile(at("a.zorvel")), (Names{"North", "South", "West"}));
+}
+
+TEST_F(DocumentTest, TellsOfItsHistory) {
+    run = newRun();
+    Document& document = run->controller.newDocument();
+    ObjectContext& context = document.project().objectContext();
+    std::vector<std::string> told;
+    QObject::connect(&document, &Document::historyDidChange, &document,
+                     [&] { told.push_back(context.undoName() + "/" + context.redoName()); });
+    const Census census = addCensus(context);
+    ASSERT_TRUE(waitUntil([&] { return told.size() == 1; }));
+    context.undo();
+    ASSERT_TRUE(waitUntil([&] { return told.size() == 2; }));
+    EXPECT_EQ(told.back(), "/" + context.redoName());
+    context.redo();
+    ASSERT_TRUE(waitUntil([&] { return told.size() == 3; }));
+    context.beginStep("Sort");
+    editName(context, census, "x");
+    ASSERT_TRUE(waitUntil([&] { return told.size() == 4; }));
+    EXPECT_EQ(told.back(), "/");
+    context.endStep();
+    ASSERT_TRUE(waitUntil([&] { return told.size() == 5; }));
+    EXPECT_EQ(told.back(), "Sort/");
+}
+
+TEST_F(DocumentTest, AHangingDiskHoldsUpNoOneAndLosesNothing) {
+    Document& document = openOnTestDisk(makeProject("a.zorvel", {"North"}));
+    disk.setHanging(true);
+    addNamedCensus(document, "South");
+    processEventsFor(100);
+    QElapsedTimer timer;
+    timer.start();
+    for (int i = 0; i < 50; ++i) addNamedCensus(document, "more");
+    document.saveSoon();
+    QCoreApplication::processEvents();
+    EXPECT_LT(timer.elapsed(), 2000);
+    EXPECT_EQ(document.saveState(), State::waiting);
+    EXPECT_EQ(run->controller.finish(std::chrono::milliseconds(50)),
+              std::vector<Document*>{&document});
+    disk.setHanging(false);
+    EXPECT_TRUE(run->controller.finish(std::chrono::seconds(20)).empty());
+    EXPECT_EQ(namesInFile(at("a.zorvel")).size(), 52u);
+}
+
+struct Fault {
+    int code;
+    FileTrouble trouble;
+};
+
+TEST_F(DocumentTest, WhatCannotBeWrittenIsKeptAndTriedAgain) {
+    Document& document = openOnTestDisk(makeProject("a.zorvel", {"North"}));
+    for (const Fault fault : {Fault{TestDisk::full, FileTrouble::diskFull},
+                              Fault{TestDisk::inputOutput, FileTrouble::inputOutput}}) {
+        disk.failWrites(fault.code);
+        addNamedCensus(document, "South");
+        ASSERT_TRUE(waitUntil([&] { return document.saveState() == State::failed; }));
+        EXPECT_EQ(document.problem()->trouble, fault.trouble);
+        const Names inFile = namesInFile(at("a.zorvel"));
+        processEventsFor(300);
+        EXPECT_EQ(document.saveState(), State::failed);
+        EXPECT_EQ(namesInFile(at("a.zorvel")), inFile);
+        disk.failWrites(0);
+        ASSERT_TRUE(isSavedSoon(&document));
+        EXPECT_FALSE(document.problem());
+        EXPECT_EQ(namesInFile(at("a.zorvel")), censusNames(document));
+    }
+}
+
+TEST_F(DocumentTest, SavingSoonDoesNotWaitForTheNextTry) {
+    settings.firstRetry = std::chrono::hours(1);
+    Document& document = openOnTestDisk(makeProject("a.zorvel", {"North"}));
+    disk.failWrites(TestDisk::full);
+    addNamedCensus(document, "South");
+    ASSERT_TRUE(waitUntil([&] { return document.saveState() == State::failed; }));
+    disk.failWrites(0);
+    document.saveSoon();
+    EXPECT_TRUE(isSavedSoon(&document));
+}
+
+TEST_F(DocumentTest, AFileInUseForAMomentIsNoFailure) {
+    Document& document = openOnTestDisk(makeProject("a.zorvel", {"North"}));
+    bool failed = false;
+    QObject::connect(&document, &Document::saveStateDidChange, &document,
+                     [&] { failed |= document.saveState() == State::failed; });
+    disk.seemBusy(3);
+    addNamedCensus(document, "South");
+    ASSERT_TRUE(isSavedSoon(&document));
+    EXPECT_FALSE(failed);
+    disk.seemBusy(1000000);
+    addNamedCensus(document, "West");
+    ASSERT_TRUE(waitUntil([&] { return document.saveState() == State::failed; }));
+    EXPECT_EQ(document.problem()->trouble, FileTrouble::busy);
+    disk.seemBusy(0);
+    EXPECT_TRUE(isSavedSoon(&document));
+}
+
+TEST_F(DocumentTest, AFileThatIsGoneIsStuckUntilItIsSavedElsewhere) {
+    settings.firstRetry = settings.lastRetry = std::chrono::milliseconds(10);
+    for (const bool replaced : {false, true}) {
+        const QString path = makeProject("a.zorvel", {"North"});
+        const QString other = at(replaced ? "b.zorvel" : "c.zorvel");
+        run = newRun();
+        Document* document = run->open(path);
+        ASSERT_TRUE(document);
+        QFile::rename(path, at("elsewhere.zorvel"));
+        if (replaced) makeProject("a.zorvel", {"Stranger"});
+        addNamedCensus(*document, "South");
+        ASSERT_TRUE(waitUntil([&] { return document->saveState() == State::stuck; }));
+        EXPECT_EQ(document->problem()->trouble, FileTrouble::moved);
+        addNamedCensus(*document, "West");
+        processEventsFor(100);
+        EXPECT_EQ(document->saveState(), State::stuck);
+        EXPECT_FALSE(saveAs(*document, other));
+        EXPECT_EQ(document->saveState(), State::saved);
+        EXPECT_EQ(document->path(), other);
+        EXPECT_EQ(namesInFile(other), (Names{"North", "South", "West"}));
+        EXPECT_EQ(namesInFile(at("elsewhere.zorvel")), (Names{"North"}));
+        if (replaced) {
+            EXPECT_EQ(namesInFile(path), (Names{"Stranger"}));
+        }
+        addNamedCensus(*document, "East");
+        ASSERT_TRUE(isSavedSoon(document));
+        run.reset();
+        QFile::remove(at("elsewhere.zorvel"));
+    }
+}
+
+// As another user where the tests run as root, whom no permission stops.
+class WithoutPower {
+  public:
+    explicit WithoutPower(const QString& folder) {
+        if (::geteuid() != 0) return;
+        const std::string root = folder.toStdString();
+        std::vector<std::string> paths{root};
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(root)) {
+            paths.push_back(entry.path().string());
+        }
+        for (const std::string& path : paths)
+            changed_ |= ::chown(path.c_str(), nobody, nobody) == 0;
+        changed_ = changed_ && ::seteuid(nobody) == 0;
+    }
+    ~WithoutPower() {
+        if (changed_ && ::seteuid(0) != 0) std::abort();
+    }
+    WithoutPower(const WithoutPower&) = delete;
+    WithoutPower& operator=(const WithoutPower&) = delete;
+
+  private:
+    static constexpr uid_t nobody = 65534;
+    bool changed_ = false;
+};
+
+TEST_F(DocumentTest, AReadOnlyFileOpensAndIsStuckFromTheFirstEdit) {
+    const QString path = makeProject("a.zorvel", {"North"});
+    QDir().mkpath(at("data"));
+    const WithoutPower nobody(folder.path());
+    QFile::setPermissions(path, QFile::ReadOwner);
+    run = newRun();
+    Document* document = run->open(path);
+    ASSERT_TRUE(document);
+    ASSERT_TRUE(document->problem());
+    EXPECT_EQ(document->problem()->trouble, FileTrouble::readOnlyFile);
+    EXPECT_EQ(document->saveState(), State::saved);
+    addNamedCensus(*document, "South");
+    QCoreApplication::processEvents();
+    EXPECT_EQ(document->saveState(), State::stuck);
+    processEventsFor(150);
+    EXPECT_EQ(document->saveState(), State::stuck);
+    EXPECT_TRUE(document->backups().isEmpty());
+    EXPECT_FALSE(saveAs(*document, at("b.zorvel")));
+    EXPECT_EQ(namesInFile(at("b.zorvel")), (Names{"North", "South"}));
+    EXPECT_FALSE(document->problem());
+    EXPECT_EQ(namesInFile(path), (Names{"North"}));
+    run.reset();
+}
+
+TEST_F(DocumentTest, SavingAsKeepsTheHistoryAndLeavesTheOldFile) {
+    run = newRun();
+    Document* document = run->open(makeProject("a.zorvel", {"North"}));
+    addNamedCensus(*document, "South");
+    EXPECT_FALSE(saveAs(*document, at("b.zorvel")));
+    EXPECT_EQ(document->displayName(), "b");
+    EXPECT_EQ(namesInFile(at("b.zorvel")), (Names{"North", "South"}));
+    ObjectContext& context = document->project().objectContext();
+    while (context.canUndo()) context.undo();
+    ASSERT_TRUE(isSavedSoon(document));
+    EXPECT_EQ(namesInFile(at("b.zorvel")), (Names{"North"}));
+    EXPECT_TRUE(document->backups().isEmpty());
+    const Names old = namesInFile(at("a.zorvel"));
+    EXPECT_TRUE(old == (Names{"North"}) || old == (Names{"North", "South"}));
+}
+
+TEST_F(DocumentTest, TheLastOfSeveralSavingsAsWins) {
+    Document& document = openOnTestDisk(makeProject("a.zorvel", {"North"}));
+    disk.setHanging(true);
+    addNamedCensus(document, "South");
+    document.saveSoon();
+    int answers = 0;
+    for (const char* name : {"b.zorvel", "c.zorvel", "d.zorvel"}) {
+        document.saveAs(at(name), [&](const auto& problem) { answers += problem ? 100 : 1; });
+    }
+    addNamedCensus(document, "West");
+    disk.setHanging(false);
+    ASSERT_TRUE(waitUntil([&] { return answers >= 3 && isSaved(&document); }));
+    EXPECT_EQ(answers, 3);
+    EXPECT_EQ(document.path(), at("d.zorvel"));
+    EXPECT_EQ(namesInFile(at("d.zorvel")), (Names{"North", "South", "West"}));
+    EXPECT_EQ(namesInFile(at("c.zorvel")), (Names{"North", "South"}));
+}
+
+TEST_F(DocumentTest, SavingAsWhereItIsAlready) {
+    run = newRun();
+    Document* document = run->open(makeProject("a.zorvel", {"North"}));
+    const auto before = fileIdentity(at("a.zorvel").toStdString());
+    EXPECT_FALSE(saveAs(*document, at("a.zorvel")));
+    addNamedCensus(*document, "South");
+    EXPECT_FALSE(saveAs(*document, at("a.zorvel")));
+    EXPECT_EQ(namesInFile(at("a.zorvel")), (Names{"North", "South"}));
+    EXPECT_EQ(fileIdentity(at("a.zorvel").toStdString()), before);
+}
+
+TEST_F(DocumentTest, SavingOverAnotherOpenProjectIsRefused) {
+    run = newRun();
+    Document* first = run->open(makeProject("a.zorvel", {"North"}));
+    Document* second = run->open(makeProject("b.zorvel", {"South"}));
+    ASSERT_TRUE(QFile::link(at("b.zorvel"), at("link.zorvel")));
+    EXPECT_TRUE(saveAs(*first, at("b.zorvel")));
+    EXPECT_TRUE(saveAs(*first, at("link.zorvel")));
+    EXPECT_EQ(first->path(), at("a.zorvel"));
+    EXPECT_EQ(namesInFile(at("b.zorvel")), (Names{"South"}));
+    run->controller.close(*second);
+    ASSERT_TRUE(run->controller.finish(std::chrono::seconds(20)).empty());
+    EXPECT_FALSE(saveAs(*first, at("b.zorvel")));
+    EXPECT_EQ(namesInFile(at("b.zorvel")), (Names{"North"}));
+}
+
+TEST_F(DocumentTest, AFailedSavingAsLeavesAllAsItWas) {
+    run = newRun();
+    Document& document = run->controller.newDocument();
+    addNamedCensus(document, "North");
+    ASSERT_TRUE(isSavedSoon(&document));
+    const QStringList files = untitledFiles();
+    EXPECT_EQ(files.size(), 1);
+    EXPECT_TRUE(saveAs(document, at("no/such/folder/a.zorvel")));
+    EXPECT_TRUE(document.isUntitled());
+    EXPECT_EQ(untitledFiles(), files);
+    addNamedCensus(document, "South");
+    ASSERT_TRUE(isSavedSoon(&document));
+    EXPECT_EQ(namesInFile(folders().untitled + "/" + files.front()), (Names{"North", "South"}));
+    EXPECT_FALSE(saveAs(document, at("a.zorvel")));
+    EXPECT_TRUE(untitledFiles().isEmpty());
+    EXPECT_EQ(namesInFile(at("a.zorvel")), (Names{"North", "South"}));
+}
+
+TEST_F(DocumentTest, RevertingIsAStepOfUndo) {
+    run = newRun();
+    Document* document = run->open(makeProject("a.zorvel", {"North", "South"}));
+    ObjectContext& context = document->project().objectContext();
+    EXPECT_FALSE(document->canRevert());
+    deleteCensuses(context, {context.censuses().front()});
+    addNamedCensus(*document, "West");
+    EXPECT_TRUE(document->canRevert());
+    document->revertToOpening();
+    EXPECT_EQ(censusNames(*document), (Names{"North", "South"}));
+    EXPECT_FALSE(document->canRevert());
+    EXPECT_EQ(context.undoName(), "Revert");
+    context.undo();
+    EXPECT_EQ(censusNames(*document), (Names{"South", "West"}));
+    document->revertToOpening();
+    ASSERT_TRUE(isSavedSoon(document));
+    EXPECT_EQ(namesInFile(at("a.zorvel")), (Names{"North", "South"}));
+}
+
+TEST_F(DocumentTest, ABackupIsMadeBeforeTheFirstChangeAfterEachOpening) {
+    const QString path = makeProject("a.zorvel", {"0"});
+    QString copy;
+    for (int i = 1; i <= 12; ++i) {
+        run = newRun();
+        Document* document = run->open(path);
+        ASSERT_TRUE(document);
+        EXPECT_EQ(document->backups().size(), std::min(i - 1, 10));
+        editName(document->project().objectContext(),
+                 document->project().objectContext().censuses().front(), std::to_string(i));
+        ASSERT_TRUE(isSavedSoon(document));
+        addNamedCensus(*document, "later");
+        document->project().objectContext().undo();
+        ASSERT_TRUE(isSavedSoon(document));
+        const QStringList backups = document->backups();
+        ASSERT_EQ(backups.size(), std::min(i, 10));
+        EXPECT_EQ(namesInFile(backups.back()).front(), std::to_string(i - 1));
+        run.reset();
+    }
+    // A copy of the file is the same project to the backups, but takes no room from it.
+    ASSERT_TRUE(QFile::copy(path, at("a copy.zorvel")));
+    run = newRun();
+    Document* document = run->open(at("a copy.zorvel"));
+    addNamedCensus(*document, "x");
+    ASSERT_TRUE(isSavedSoon(document));
+    EXPECT_EQ(document->backups().size(), 11);
+    EXPECT_TRUE(QFileInfo(document->backups().back()).fileName().startsWith("a copy "));
+}
+
+TEST_F(DocumentTest, WithoutABackupTheProjectIsSavedAndThePersonTold) {
+    makeFile("data", "in the way of the folder");
+    run = newRun();
+    Document* document = run->open(makeProject("a.zorvel", {"North"}));
+    QStringList told;
+    QObject::connect(document, &Document::backupDidFail, document,
+                     [&](const QString& message) { told.append(message); });
+    for (const char* name : {"South", "West"}) {
+        addNamedCensus(*document, name);
+        ASSERT_TRUE(isSavedSoon(document));
+    }
+    EXPECT_EQ(namesInFile(at("a.zorvel")), (Names{"North", "South", "West"}));
+    ASSERT_EQ(told.size(), 1);
+    EXPECT_TRUE(told.front().startsWith("a could not be backed up: "))
+        << told.front().toStdString();
+}
+
+}  // namespace
+}  // namespace zorvel

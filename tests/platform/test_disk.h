@@ -1,0 +1,65 @@
+// A disk below SQLite that a test makes fail, hang or seem in use, from the main thread while the
+// writing thread uses it.
+#pragma once
+
+#include <condition_variable>
+#include <mutex>
+#include <string>
+
+#include "tests/support/file_calls.h"
+#include "tests/support/vfs_layer.h"
+
+namespace zorvel {
+
+class TestDisk : public CallListener {
+  public:
+    // SQLite's codes.
+    static constexpr int busy = 5;
+    static constexpr int inputOutput = 10;
+    static constexpr int full = 13;
+
+    [[nodiscard]] const char* name() const { return layer_.name(); }
+
+    // Every call that writes fails from now on; 0: none.
+    void failWrites(int code) {
+        const std::lock_guard lock(mutex_);
+        writeCode_ = code;
+    }
+    // So many of the next requests for a lock find the file in use.
+    void seemBusy(int times) {
+        const std::lock_guard lock(mutex_);
+        busyTimes_ = times;
+    }
+    void setHanging(bool hanging) {
+        const std::lock_guard lock(mutex_);
+        hanging_ = hanging;
+        changed_.notify_all();
+    }
+    // Calls of that kind so far.
+    [[nodiscard]] int syncs() const {
+        const std::lock_guard lock(mutex_);
+        return syncs_;
+    }
+
+    Verdict before(const FileCall& call) override {
+        std::unique_lock lock(mutex_);
+        changed_.wait(lock, [this] { return !hanging_; });
+        if (call.kind == CallKind::sync) ++syncs_;
+        if (call.kind == CallKind::lock && busyTimes_ > 0) {
+            --busyTimes_;
+            return {busy, 0};
+        }
+        return {call.kind == CallKind::write ? writeCode_ : 0, 0};
+    }
+
+  private:
+    mutable std::mutex mutex_;
+    std::condition_variable changed_;
+    int writeCode_ = 0;
+    int busyTimes_ = 0;
+    int syncs_ = 0;
+    bool hanging_ = false;
+    VfsLayer layer_{*this};
+};
+
+}  // namespace zorvel
