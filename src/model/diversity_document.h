@@ -3,6 +3,7 @@
 // on lists of records run alike on a live context and on a frozen copy.
 #pragma once
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -10,6 +11,8 @@
 
 #include "interchange/import_records.h"
 #include "metrics/counts.h"
+#include "metrics/rarefaction.h"
+#include "model/main_view.h"
 #include "model/turn_end.h"
 #include "store/object_context.h"
 
@@ -60,6 +63,9 @@ class DiversityDocument {
     // Changes are announced at the ends of the turns, which must outlive the document; without them
     // somebody must call announceChanges() of the context.
     explicit DiversityDocument(TurnEnd* turns = nullptr);
+    ~DiversityDocument();
+    DiversityDocument(const DiversityDocument&) = delete;
+    DiversityDocument& operator=(const DiversityDocument&) = delete;
 
     // Names of the entities and attributes of the data model.
     const std::string kTaxonEntity = "Zorvel";
@@ -86,9 +92,34 @@ class DiversityDocument {
     // One census record with all its taxa, at the end of the project.
     Census storeCensus(const MockCensus& census);
 
+    // The window of the project: makeView makes it and returns its main view, or null where there
+    // is none. The view's formatter then learns the names of the project, and hears of each change.
+    // A view that goes before the project is told by forgetMainView().
+    void makeWindowControllers(const std::function<MainView*()>& makeView);
+    void forgetMainView();
+
+    // Null without a window.
+    [[nodiscard]] MainView* documentMainViewController() const { return mainView_; }
+    // The formatter knows the names of all taxa that have one, and no others.
+    void reloadTaxonNames();
+
+    // The included counts of the topmost selected census; absent without a window or a selection.
+    [[nodiscard]] std::optional<CountsVector> selectedCensusCounts() const;
+    // Their curve, computed by sharedCalculator. The slow part is individualBasedCurve, which takes
+    // the counts and may run on any thread.
+    [[nodiscard]] std::optional<std::vector<Rarefaction>> selectedCensusRarefaction() const;
+
+    // Commands for the main view; without one they do nothing.
+    void addCensus();
+    void deleteCensus();
+    void addSpecies();
+    void deleteSpecies();
+
   private:
     // Shared with the turn's end that is on its way, which may come after the document has gone.
     std::shared_ptr<ObjectContext> context_ = std::make_shared<ObjectContext>();
+    MainView* mainView_ = nullptr;
+    std::optional<ObjectContext::ObserverId> formatterObserver_;
 };
 
 }  // namespace zorvel

@@ -6,8 +6,8 @@
 
 namespace zorvel {
 
-std::set<std::string> taxonNameSet(const std::optional<std::vector<Zorvel>>& taxa) {
-    std::set<std::string> names;
+std::set<std::string, std::less<>> taxonNameSet(const std::optional<std::vector<Zorvel>>& taxa) {
+    std::set<std::string, std::less<>> names;
     if (!taxa) return names;
     // Most names are met again as the very same shared text.
     std::unordered_set<const std::string*> seen;

@@ -1,6 +1,7 @@
 // The set of taxon names that feeds completion.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <set>
 #include <string>
@@ -11,6 +12,6 @@
 namespace zorvel {
 
 // The name of every taxon that has one, compared exactly; no list gives the empty set.
-std::set<std::string> taxonNameSet(const std::optional<std::vector<Zorvel>>& taxa);
+std::set<std::string, std::less<>> taxonNameSet(const std::optional<std::vector<Zorvel>>& taxa);
 
 }  // namespace zorvel

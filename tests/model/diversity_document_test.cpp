@@ -82,5 +82,77 @@ TEST(DiversityDocument, WithoutTurnsNothingIsAnnouncedByItself) {
     EXPECT_EQ(heard, 1);
 }
 
+class FakeView : public MainView {
+  public:
+    explicit FakeView(const ObjectContext& shown) : context(shown) {}
+    [[nodiscard]] std::vector<Census> selectedCensuses() const override {
+        std::vector<Census> all = context.censuses();
+        return {all.begin(), all.begin() + selected};
+    }
+    TaxonFormatter& taxonFormatter() override { return formatter; }
+    void addCensusRow() override { commands += "+C"; }
+    void deleteCensusRows() override { commands += "-C"; }
+    void addSpeciesRow() override { commands += "+S"; }
+    void deleteSpeciesRows() override { commands += "-S"; }
+    void startProgress(std::string_view /*text*/) override {}
+    void stopProgress() override {}
+
+    const ObjectContext& context;
+    TaxonFormatter formatter;
+    std::ptrdiff_t selected = 0;
+    std::string commands;
+};
+
+void runCommands(DiversityDocument& document) {
+    document.addCensus();
+    document.addSpecies();
+    document.deleteSpecies();
+    document.deleteCensus();
+}
+
+TEST(DiversityDocument, WithoutAWindowItsCommandsDoNothing) {
+    DiversityDocument document;
+    document.makeWindowControllers([] { return nullptr; });
+    EXPECT_EQ(document.documentMainViewController(), nullptr);
+    EXPECT_FALSE(document.selectedCensusRarefaction());
+    document.reloadTaxonNames();
+    runCommands(document);
+    EXPECT_EQ(document.objectContext().censusCount(), 0U);
+}
+
+TEST(DiversityDocument, TalksToItsWindow) {
+    DiversityDocument document;
+    ObjectContext& context = document.objectContext();
+    MockCensus census;
+    census.taxa = {{3, "Abies"}, {2, "Picea"}, {9, "Larix"}};
+    document.storeCensus(census);
+    document.storeCensus(census);
+    editInclude(context, {context.taxa()[2]}, false);
+    context.announceChanges();
+    {
+        FakeView view(context);
+        view.formatter.setTaxonNames({"forgotten"});
+        document.makeWindowControllers([&] { return &view; });
+        EXPECT_EQ(view.formatter.taxonNames(), (TaxonFormatter::Names{"Abies", "Larix", "Picea"}));
+        runCommands(document);
+        EXPECT_EQ(view.commands, "+C+S-S-C");
+
+        EXPECT_FALSE(document.selectedCensusRarefaction());
+        view.selected = 2;
+        const auto curve = document.selectedCensusRarefaction();
+        ASSERT_TRUE(curve);
+        ASSERT_EQ(curve->size(), 5U);
+        EXPECT_EQ(curve->back().estimate, 2);
+
+        editName(context, context.taxa()[0], "Pinus");
+        context.announceChanges();
+        EXPECT_TRUE(view.formatter.taxonNames().contains("Pinus"));
+        document.forgetMainView();
+    }
+    editName(context, context.taxa()[0], "Tsuga");
+    context.announceChanges();
+    runCommands(document);
+}
+
 }  // namespace
 }  // namespace zorvel

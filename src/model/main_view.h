@@ -1,0 +1,35 @@
+// What a project asks of its window. The desktop's main view is one; a project without a window has
+// none. Main thread.
+#pragma once
+
+#include <string_view>
+#include <vector>
+
+#include "model/taxon_formatter.h"
+#include "store/object_context.h"
+
+namespace zorvel {
+
+class MainView {
+  public:
+    MainView() = default;
+    MainView(const MainView&) = delete;
+    MainView& operator=(const MainView&) = delete;
+    virtual ~MainView() = default;
+
+    // Topmost first.
+    [[nodiscard]] virtual std::vector<Census> selectedCensuses() const = 0;
+    // Of the cells with species names.
+    virtual TaxonFormatter& taxonFormatter() = 0;
+
+    virtual void addCensusRow() = 0;
+    virtual void deleteCensusRows() = 0;
+    virtual void addSpeciesRow() = 0;
+    virtual void deleteSpeciesRows() = 0;
+
+    // Something runs in the background: the text says what.
+    virtual void startProgress(std::string_view text) = 0;
+    virtual void stopProgress() = 0;
+};
+
+}  // namespace zorvel
