@@ -55,4 +55,33 @@ void selectAllOf(QWidget* widget) {
     }
 }
 
+bool isTextEditor(const QWidget* widget) {
+    if (const auto* line = qobject_cast<const QLineEdit*>(widget)) return !line->isReadOnly();
+    const auto* text = qobject_cast<const QPlainTextEdit*>(widget);
+    return text != nullptr && !text->isReadOnly() &&
+           text->textInteractionFlags().testFlag(Qt::TextEditable);
+}
+
+bool canUndoIn(const QWidget* editor) {
+    if (const auto* line = qobject_cast<const QLineEdit*>(editor)) return line->isUndoAvailable();
+    const auto* text = qobject_cast<const QPlainTextEdit*>(editor);
+    return text != nullptr && text->document()->isUndoAvailable();
+}
+
+bool canRedoIn(const QWidget* editor) {
+    if (const auto* line = qobject_cast<const QLineEdit*>(editor)) return line->isRedoAvailable();
+    const auto* text = qobject_cast<const QPlainTextEdit*>(editor);
+    return text != nullptr && text->document()->isRedoAvailable();
+}
+
+void undoIn(QWidget* editor) {
+    if (auto* line = qobject_cast<QLineEdit*>(editor)) line->undo();
+    if (auto* text = qobject_cast<QPlainTextEdit*>(editor)) text->undo();
+}
+
+void redoIn(QWidget* editor) {
+    if (auto* line = qobject_cast<QLineEdit*>(editor)) line->redo();
+    if (auto* text = qobject_cast<QPlainTextEdit*>(editor)) text->redo();
+}
+
 }  // namespace zorvel

@@ -1,4 +1,4 @@
-// Edit > Copy and Select All, on whatever widget has the focus. Main thread.
+// The Edit menu, on whatever widget has the focus. Main thread.
 #pragma once
 
 class QWidget;
@@ -10,5 +10,12 @@ bool canCopy(const QWidget* widget);
 bool canSelectAll(const QWidget* widget);
 void copyFrom(QWidget* widget);
 void selectAllOf(QWidget* widget);
+
+// A line or text that is being edited undoes its own typing; the project's steps wait meanwhile.
+bool isTextEditor(const QWidget* widget);
+bool canUndoIn(const QWidget* editor);
+bool canRedoIn(const QWidget* editor);
+void undoIn(QWidget* editor);
+void redoIn(QWidget* editor);
 
 }  // namespace zorvel

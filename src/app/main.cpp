@@ -10,8 +10,11 @@
 #include "app/project_windows.h"
 #include "app/start_up.h"
 #include "metrics/random_source.h"
+#include "platform/document_controller.h"
 #include "platform/job_queue.h"
+#include "ui/kit/alerts.h"
 #include "ui/kit/open_panel.h"
+#include "ui/kit/save_panel.h"
 
 namespace {
 
@@ -42,12 +45,18 @@ int main(int argc, char** argv) {
     zorvel::setUpApplication();
     zorvel::JobQueue jobs;
     zorvel::LookChoice look(application);
-    zorvel::DesktopOpenPanel panel;
-    zorvel::ProjectWindows windows(
-        jobs, [] { return std::make_unique<zorvel::SystemRandom>(); }, look, panel);
-    zorvel::MainWindowController& first = windows.openUntitled();
-    for (const QString& file : zorvel::filesOf(arguments)) windows.openFile(file, &first);
-    const int status = QApplication::exec();
+    zorvel::DesktopOpenPanel openPanel;
+    zorvel::DesktopSavePanel savePanel;
+    zorvel::DesktopAlerts alerts;
+    int status = 0;
+    {
+        zorvel::DocumentController documents(jobs, zorvel::DocumentController::userFolders());
+        zorvel::ProjectWindows windows(documents, jobs,
+                                       [] { return std::make_unique<zorvel::SystemRandom>(); },
+                                       look, {openPanel, savePanel, alerts});
+        windows.start(zorvel::filesOf(arguments));
+        status = QApplication::exec();
+    }
     // The windows have kept their places when they closed, and jobs only read.
     if (!jobs.stop(std::chrono::seconds(2))) std::_Exit(status);
     return status;

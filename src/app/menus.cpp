@@ -5,11 +5,17 @@
 #include <QApplication>
 #include <QMenu>
 #include <QMenuBar>
+#include <functional>
+#include <utility>
 
 #include "app/about.h"
+#include "app/document_commands.h"
 #include "app/edit_commands.h"
 #include "app/look_choice.h"
 #include "app/project_windows.h"
+#include "app/recent_menu.h"
+#include "app/step_names.h"
+#include "ui/main/main_view_controller.h"
 #include "ui/main/main_window_controller.h"
 
 namespace zorvel {
@@ -28,33 +34,108 @@ QAction* addItem(QMenu& menu, const char* name, const QString& title,
     return action;
 }
 
-void addFileMenu(MainWindowController& window, ProjectWindows& windows) {
-    QMenu& menu = *window.menuBar()->addMenu(tr("&File"));
-    QObject::connect(addItem(menu, "openDocument", tr("&Open..."), QKeySequence::Open),
-                     &QAction::triggered, &window, [&] { windows.chooseFile(window); });
-    menu.addSeparator();
-    QObject::connect(addItem(menu, "performClose", tr("&Close"), QKeySequence::Close),
-                     &QAction::triggered, &window, &QWidget::close);
-    QObject::connect(addItem(menu, "terminate", tr("&Quit"), QKeySequence(Qt::CTRL | Qt::Key_Q)),
-                     &QAction::triggered, &window, [] { QApplication::closeAllWindows(); });
+using Command = std::function<void()>;
+
+QAction* addCommand(MainWindowController& window, QMenu& menu, const char* name,
+                    const QString& title, const QKeySequence& shortcut, Command run) {
+    QAction* action = addItem(menu, name, title, shortcut);
+    QObject::connect(action, &QAction::triggered, &window, std::move(run));
+    return action;
 }
 
-// The items tell, while the menu is open, whether they would do something; their shortcuts are
-// always there, since the focus may have moved.
+// An item tells, while its menu is open, whether it would do something; its shortcut is always
+// there, since what it depends on may have changed.
+void enableWhileShown(QMenu& menu, QAction* action, std::function<bool()> can) {
+    QObject::connect(&menu, &QMenu::aboutToShow, action,
+                     [action, can = std::move(can)] { action->setEnabled(can()); });
+    QObject::connect(&menu, &QMenu::aboutToHide, action, [action] { action->setEnabled(true); });
+}
+
+void addFileMenu(MainWindowController& window, ProjectWindows& windows) {
+    QMenu& menu = *window.menuBar()->addMenu(tr("&File"));
+    const auto add = [&](const char* name, const QString& title, const QKeySequence& shortcut,
+                         Command run) {
+        return addCommand(window, menu, name, title, shortcut, std::move(run));
+    };
+    add("newDocument", tr("&New"), QKeySequence::New, [&] { windows.openUntitled(); });
+    add("openDocument", tr("&Open..."), QKeySequence::Open, [&] { windows.chooseFile(window); });
+    QMenu* recent = menu.addMenu(tr("Open &Recent"));
+    recent->setObjectName("recentMenu");
+    keepRecentMenu(*recent, window, windows);
+    menu.addSeparator();
+    add("performClose", tr("&Close"), QKeySequence::Close, [&] { window.close(); });
+    add("saveDocument", tr("&Save"), QKeySequence::Save,
+        [&] { saveDocument(window, windows.panels()); });
+    add("saveDocumentAs", tr("Save &As..."), QKeySequence::SaveAs,
+        [&] { saveWindowAs(window, windows.panels()); });
+    add("duplicateDocument", tr("&Duplicate"), {}, [&] { windows.duplicate(window); });
+    QAction* revert = add("revertToOpening", tr("Re&vert to Opening State..."), {},
+                          [&] { revertToOpening(window, windows.panels()); });
+    enableWhileShown(menu, revert, [&] { return window.document().canRevert(); });
+    QAction* backups =
+        add("browseBackups", tr("&Browse Backups..."), {}, [&] { windows.browseBackups(window); });
+    enableWhileShown(menu, backups, [&] { return !window.document().isUntitled(); });
+    menu.addSeparator();
+    add("terminate", tr("&Quit"), QKeySequence(Qt::CTRL | Qt::Key_Q), [&] { windows.quit(); });
+}
+
+// Undo and redo act on the editor that has the focus, or else on the project.
+void addTravelItem(MainWindowController& window, QMenu& menu, bool back) {
+    QAction* action =
+        addItem(menu, back ? "undo" : "redo", {}, back ? QKeySequence::Undo : QKeySequence::Redo);
+    QObject::connect(action, &QAction::triggered, &window, [&window, back] {
+        QWidget* focus = window.focusWidget();
+        if (isTextEditor(focus)) return back ? undoIn(focus) : redoIn(focus);
+        back ? window.mainView().undo() : window.mainView().redo();
+    });
+    const auto show = [&window, action, back] {
+        const ObjectContext& context = window.document().project().objectContext();
+        const QWidget* focus = window.focusWidget();
+        const bool inEditor = isTextEditor(focus);
+        const QString step =
+            inEditor ? QString()
+                     : translatedStepName(back ? context.undoName() : context.redoName());
+        const QString title = back ? tr("&Undo %1") : tr("&Redo %1");
+        action->setText(title.arg(step).trimmed());
+        return inEditor ? (back ? canUndoIn(focus) : canRedoIn(focus))
+                        : (back ? context.canUndo() : context.canRedo());
+    };
+    show();
+    enableWhileShown(menu, action, show);
+}
+
 void addEditMenu(MainWindowController& window) {
     QMenu& menu = *window.menuBar()->addMenu(tr("&Edit"));
-    QAction* copy = addItem(menu, "copy", tr("&Copy"), QKeySequence::Copy);
-    QAction* all = addItem(menu, "selectAll", tr("Select &All"), QKeySequence::SelectAll);
-    QObject::connect(copy, &QAction::triggered, &window, [&] { copyFrom(window.focusWidget()); });
-    QObject::connect(all, &QAction::triggered, &window, [&] { selectAllOf(window.focusWidget()); });
-    QObject::connect(&menu, &QMenu::aboutToShow, &window, [&window, copy, all] {
-        copy->setEnabled(canCopy(window.focusWidget()));
-        all->setEnabled(canSelectAll(window.focusWidget()));
-    });
-    QObject::connect(&menu, &QMenu::aboutToHide, &window, [copy, all] {
-        copy->setEnabled(true);
-        all->setEnabled(true);
-    });
+    addTravelItem(window, menu, true);
+    addTravelItem(window, menu, false);
+    menu.addSeparator();
+    QAction* copy = addCommand(window, menu, "copy", tr("&Copy"), QKeySequence::Copy,
+                               [&] { copyFrom(window.focusWidget()); });
+    QAction* all = addCommand(window, menu, "selectAll", tr("Select &All"), QKeySequence::SelectAll,
+                              [&] { selectAllOf(window.focusWidget()); });
+    enableWhileShown(menu, copy, [&] { return canCopy(window.focusWidget()); });
+    enableWhileShown(menu, all, [&] { return canSelectAll(window.focusWidget()); });
+}
+
+void addRecordMenus(MainWindowController& window) {
+    QMenu& census = *window.menuBar()->addMenu(tr("&Census"));
+    addCommand(window, census, "addCensusMenuItemTapped", tr("&Add Census"),
+               QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_N),
+               [&] { window.mainView().addCensusRow(); });
+    QAction* deleteCensus =
+        addCommand(window, census, "deleteCensusMenuItemTapped", tr("&Delete Census"), {},
+                   [&] { window.mainView().deleteCensusRows(); });
+    enableWhileShown(census, deleteCensus, [&] { return window.mainView().canDeleteCensus(); });
+
+    QMenu& species = *window.menuBar()->addMenu(tr("&Species"));
+    QAction* addSpecies =
+        addCommand(window, species, "addSpeciesMenuItemTapped", tr("&Add Species"),
+                   QKeySequence(Qt::CTRL | Qt::Key_E), [&] { window.mainView().addSpeciesRow(); });
+    QAction* deleteSpecies =
+        addCommand(window, species, "deleteSpeciesMenuItemTapped", tr("&Delete Species"), {},
+                   [&] { window.mainView().deleteSpeciesRows(); });
+    enableWhileShown(species, addSpecies, [&] { return window.mainView().canAddSpecies(); });
+    enableWhileShown(species, deleteSpecies, [&] { return window.mainView().canDeleteSpecies(); });
 }
 
 void addViewMenu(MainWindowController& window, LookChoice& look) {
@@ -90,6 +171,7 @@ void addHelpMenu(MainWindowController& window) {
 void addMenus(MainWindowController& window, ProjectWindows& windows, LookChoice& look) {
     addFileMenu(window, windows);
     addEditMenu(window);
+    addRecordMenus(window);
     addViewMenu(window, look);
     addHelpMenu(window);
 }

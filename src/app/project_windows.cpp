@@ -1,14 +1,16 @@
 #include "app/project_windows.h"
 
-#include <QFile>
+#include <QApplication>
 #include <QFileInfo>
 #include <QPoint>
-#include <QStringList>
+#include <algorithm>
 #include <utility>
 
+#include "app/backups_window.h"
+#include "app/document_commands.h"
 #include "app/menus.h"
-#include "model/text_project.h"
-#include "platform/job_queue.h"
+#include "platform/document_controller.h"
+#include "ui/kit/alerts.h"
 #include "ui/kit/open_panel.h"
 #include "ui/main/main_view_controller.h"
 #include "ui/main/main_window_controller.h"
@@ -20,27 +22,21 @@ namespace {
 // How far a new window stands to the right of and below the one before, in pixels.
 constexpr int cascade = 30;
 
-// "line 3, cell 7", as far as it is known.
-QString placeText(const TextPlace& place) {
-    if (place.line == 0) return {};
-    QString line = ProjectWindows::tr("line %1").arg(place.line);
-    if (place.cell == 0) return line;
-    return line + ProjectWindows::tr(", cell %1").arg(place.cell);
-}
-
-QString failureText(const QString& path, const TextProject& project) {
-    const QString name = QFileInfo(path).fileName();
-    const QString reason = QString::fromStdString(project.failure);
-    const QString place = placeText(project.place);
-    if (place.isEmpty()) return ProjectWindows::tr("%1 could not be read: %2").arg(name, reason);
-    return ProjectWindows::tr("%1 could not be read (%2): %3").arg(name, place, reason);
-}
-
 }  // namespace
 
-ProjectWindows::ProjectWindows(JobQueue& jobs, RandomSourceMaker makeRandom, LookChoice& look,
-                               OpenPanel& panel)
-    : jobs_(jobs), makeRandom_(std::move(makeRandom)), look_(look), panel_(panel) {}
+ProjectWindows::ProjectWindows(DocumentController& documents, JobQueue& jobs,
+                               RandomSourceMaker makeRandom, LookChoice& look, const Panels& panels)
+    : documents_(documents),
+      jobs_(jobs),
+      makeRandom_(std::move(makeRandom)),
+      look_(look),
+      panels_(panels) {
+    connect(&documents_, &DocumentController::documentDidOpen, this,
+            [this](Document* document, const QString& path) { documentDidOpen(*document, path); });
+    connect(&documents_, &DocumentController::openDidFail, this, &ProjectWindows::openDidFail);
+    connect(&documents_, &DocumentController::changesWereKept, this,
+            [this](const QString& message) { tell(nullptr, message); });
+}
 
 ProjectWindows::~ProjectWindows() {
     for (MainWindowController* window : windows()) delete window;
@@ -49,57 +45,145 @@ ProjectWindows::~ProjectWindows() {
 std::vector<MainWindowController*> ProjectWindows::windows() const {
     std::vector<MainWindowController*> open;
     for (const auto& window : windows_) {
-        if (window) open.push_back(window);
+        if (window && !window->isHidden()) open.push_back(window);
     }
     return open;
 }
 
+void ProjectWindows::start(const QStringList& files) {
+    MainWindowController& first = openUntitled();
+    documents_.recover();
+    for (const QString& file : files) openFile(file, &first);
+}
+
 MainWindowController& ProjectWindows::openUntitled() {
+    return openWindow(documents_.newDocument());
+}
+
+MainWindowController& ProjectWindows::openWindow(Document& document) {
     const std::vector<MainWindowController*> open = windows();
-    auto* window = new MainWindowController(jobs_, makeRandom_);
+    auto* window = new MainWindowController(document, jobs_, makeRandom_);
     window->setAttribute(Qt::WA_DeleteOnClose);
     if (!open.empty()) window->move(open.back()->pos() + QPoint(cascade, cascade));
+    windows_.erase(std::remove(windows_.begin(), windows_.end(), nullptr), windows_.end());
     windows_.emplace_back(window);
-    addMenus(*window, *this, look_);
-    connect(&window->mainView(), &MainViewController::openRequested, this,
-            [this, window] { chooseFile(*window); });
-    connect(window, &MainWindowController::filesDropped, this,
-            [this, window](const QStringList& paths) {
-                for (const QString& path : paths) openFile(path, window);
-            });
+    connectWindow(*window);
     window->show();
     return *window;
 }
 
+void ProjectWindows::connectWindow(MainWindowController& window) {
+    addMenus(window, *this, look_);
+    MainWindowController* const shown = &window;
+    connect(shown, &MainWindowController::openRequested, this, [=, this] { chooseFile(*shown); });
+    connect(shown, &MainWindowController::filesDropped, this, [=, this](const QStringList& paths) {
+        for (const QString& path : paths) openFile(path, shown);
+    });
+    connect(shown, &MainWindowController::saveAsRequested, this,
+            [=, this] { saveWindowAs(*shown, panels_); });
+    window.setCloseQuestion([=, this] { return mayClose(*shown); });
+}
+
 void ProjectWindows::chooseFile(MainWindowController& window) {
     const QPointer<MainWindowController> guard(&window);
-    const QString path = panel_.chooseTextFile(&window);
-    if (!path.isEmpty()) openFile(path, guard);
+    for (const QString& path : panels_.open.chooseFiles(&window)) openFile(path, guard);
 }
 
 void ProjectWindows::openFile(const QString& path, MainWindowController* window) {
-    const bool here = window != nullptr && window->isFree();
-    MainWindowController& target = here ? *window : openUntitled();
-    target.setWindowTitle(QFileInfo(path).fileName());
-    target.mainView().startProgress(tr("opening %1...").arg(QFileInfo(path).fileName()));
-    jobs_.start(
-        &target, [file = QFile::encodeName(path).toStdString()] { return readTextProject(file); },
-        [this, &target, path](const TextProject& project) {
-            finishOpening(target, path, project);
-        });
+    openings_.push_back({path, window});
+    if (window != nullptr) showProgress(*window);
+    documents_.open(path);
 }
 
-void ProjectWindows::finishOpening(MainWindowController& window, const QString& path,
-                                   const TextProject& project) {
-    window.mainView().stopProgress();
-    if (!project.failure.empty()) {
-        window.setWindowTitle(tr("Untitled"));
-        window.mainView().showMessage(failureText(path, project));
-        return;
+// Of several openings the oldest one's name is shown.
+void ProjectWindows::showProgress(MainWindowController& window) {
+    const auto first = std::find_if(openings_.begin(), openings_.end(),
+                                    [&](const Opening& each) { return each.window == &window; });
+    if (first == openings_.end()) {
+        window.mainView().stopProgress();
+    } else {
+        window.mainView().startProgress(tr("opening %1...").arg(QFileInfo(first->path).fileName()));
     }
-    window.document().objectContext().adopt(project.records);
-    window.mainView().reloadCensuses();
-    window.mainView().selectFirstCensus();
+}
+
+QPointer<MainWindowController> ProjectWindows::endOpening(const QString& path) {
+    const auto found = std::find_if(openings_.begin(), openings_.end(),
+                                    [&](const Opening& each) { return each.path == path; });
+    if (found == openings_.end()) return nullptr;
+    const QPointer<MainWindowController> window = found->window;
+    openings_.erase(found);
+    if (window) showProgress(*window);
+    return window;
+}
+
+bool ProjectWindows::isFree(MainWindowController& window) const {
+    const Document& document = window.document();
+    return document.isUntouched() && document.project().objectContext().censusCount() == 0;
+}
+
+MainWindowController* ProjectWindows::freeWindow() const {
+    for (MainWindowController* window : windows()) {
+        if (isFree(*window)) return window;
+    }
+    return nullptr;
+}
+
+MainWindowController* ProjectWindows::windowOf(const Document& document) const {
+    for (MainWindowController* window : windows()) {
+        if (&window->document() == &document) return window;
+    }
+    return nullptr;
+}
+
+void ProjectWindows::documentDidOpen(Document& document, const QString& path) {
+    const bool asked = std::any_of(openings_.begin(), openings_.end(),
+                                   [&](const Opening& each) { return each.path == path; });
+    MainWindowController* window = endOpening(path);
+    // Every window was closed while the file was read: nobody waits for it any more.
+    if (asked && windows().empty()) return documents_.close(document);
+    if (MainWindowController* shown = windowOf(document)) {
+        window = shown;
+    } else {
+        if (window == nullptr || window->isHidden() || !isFree(*window)) window = freeWindow();
+        if (window != nullptr) {
+            Document& empty = window->document();
+            window->showDocument(document);
+            documents_.close(empty);
+            showProgress(*window);
+        } else {
+            window = &openWindow(document);
+        }
+    }
+    window->raise();
+    window->activateWindow();
+}
+
+void ProjectWindows::openDidFail(const QString& path, const QString& message) {
+    tell(endOpening(path), message);
+}
+
+// In the strip of that window or of any other; without one in an alert.
+void ProjectWindows::tell(MainWindowController* window, const QString& message) {
+    const std::vector<MainWindowController*> open = windows();
+    if (window != nullptr && !window->isHidden()) {
+        window->mainView().showMessage(message);
+    } else if (!open.empty()) {
+        open.back()->mainView().showMessage(message);
+    } else if (!quitting_) {
+        panels_.alerts.warn(nullptr, message, {});
+    }
+}
+
+void ProjectWindows::duplicate(MainWindowController& window) {
+    if (window.mainView().commitEditing()) documents_.duplicate(window.document());
+}
+
+void ProjectWindows::browseBackups(MainWindowController& window) {
+    const QString name = window.document().displayName();
+    auto* list = new BackupsWindow(name, window.document().backups(), &window);
+    connect(list, &BackupsWindow::copyRequested, this,
+            [this, name](const QString& path) { documents_.openBackup(path, name); });
+    list->show();
 }
 
 }  // namespace zorvel

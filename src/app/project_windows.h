@@ -1,51 +1,89 @@
-// The open projects, a window each, and the opening of files into them. It owns the windows until
-// they are closed. Main thread.
+// The windows of the open projects, one a document: opens files into them, asks what has to be
+// asked when they close, and ends the program. It owns the windows until they are closed; the
+// documents belong to their controller. Main thread.
 #pragma once
 
 #include <QObject>
 #include <QPointer>
 #include <QString>
+#include <QStringList>
 #include <vector>
 
+#include "ui/kit/panels.h"
 #include "ui/main/metrics_panel.h"
 
 namespace zorvel {
 
+class Document;
+class DocumentController;
 class JobQueue;
 class LookChoice;
 class MainWindowController;
-class OpenPanel;
-struct TextProject;
 
 class ProjectWindows : public QObject {
     Q_OBJECT
   public:
     // All must outlive the windows.
-    ProjectWindows(JobQueue& jobs, RandomSourceMaker makeRandom, LookChoice& look,
-                   OpenPanel& panel);
+    ProjectWindows(DocumentController& documents, JobQueue& jobs, RandomSourceMaker makeRandom,
+                   LookChoice& look, const Panels& panels);
     ~ProjectWindows() override;
+
+    // The first window, what an earlier run has left, and these files.
+    void start(const QStringList& files);
 
     // An empty project in a window of its own, shown.
     MainWindowController& openUntitled();
 
-    // Reads the file in the background. It goes into the window that is given if that is free, into
-    // a new one otherwise; a file that cannot be read leaves its window empty, with a message.
+    // Reads the file in the background. It takes the given window if that is free, and another
+    // otherwise; the given window tells of a file that cannot be read. A project that is open
+    // already comes to the front.
     void openFile(const QString& path, MainWindowController* window = nullptr);
 
-    // Asks for a file and opens it.
+    // Asks for files and opens them.
     void chooseFile(MainWindowController& window);
 
+    void duplicate(MainWindowController& window);
+    void browseBackups(MainWindowController& window);
+
+    // Asks nothing, unless something could not be saved. False where the person wants to stay.
+    bool quit();
+
     [[nodiscard]] std::vector<MainWindowController*> windows() const;
+    // Nothing in it, and nothing on its way: an opened project may take its place.
+    [[nodiscard]] bool isFree(MainWindowController& window) const;
+
+    [[nodiscard]] DocumentController& documents() { return documents_; }
+    [[nodiscard]] const Panels& panels() const { return panels_; }
 
   private:
-    void finishOpening(MainWindowController& window, const QString& path,
-                       const TextProject& project);
+    struct Opening {
+        QString path;
+        QPointer<MainWindowController> window;  // where it was asked for
+    };
 
+    MainWindowController& openWindow(Document& document);
+    void connectWindow(MainWindowController& window);
+    void documentDidOpen(Document& document, const QString& path);
+    void openDidFail(const QString& path, const QString& message);
+    QPointer<MainWindowController> endOpening(const QString& path);
+    void showProgress(MainWindowController& window);
+    void tell(MainWindowController* window, const QString& message);
+    [[nodiscard]] MainWindowController* windowOf(const Document& document) const;
+    [[nodiscard]] MainWindowController* freeWindow() const;
+    bool mayClose(MainWindowController& window);
+    // What becomes of an untitled project with edits; false where its window stays open for now.
+    bool askToKeep(MainWindowController& window);
+    void letGo(Document* document);
+
+    DocumentController& documents_;
     JobQueue& jobs_;
     RandomSourceMaker makeRandom_;
     LookChoice& look_;
-    OpenPanel& panel_;
+    Panels panels_;
     std::vector<QPointer<MainWindowController>> windows_;
+    std::vector<Opening> openings_;
+    std::vector<QPointer<Document>> discarded_;
+    bool quitting_ = false;
 };
 
 }  // namespace zorvel

@@ -5,6 +5,7 @@
 #include <QIcon>
 #include <QSettings>
 
+#include "app/settings_check.h"
 #include "metrics/rarefaction.h"
 #include "platform/preferences.h"
 
@@ -22,6 +23,7 @@ void setUpApplication() {
         icon.addFile(QString(":/zorvel/zorvel-%1.png").arg(size), QSize(size, size));
     }
     QApplication::setWindowIcon(icon);
+    checkSettings();
     Preferences().initializePreferences();
     sharedCalculator();
 }

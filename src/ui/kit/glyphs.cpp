@@ -43,6 +43,13 @@ QPainterPath strokes(Glyph glyph) {
         case Glyph::chevronDown:
             line({{4.5, 6.5}, {8, 10}, {11.5, 6.5}});
             break;
+        case Glyph::plus:
+            line({{3.5, 8}, {12.5, 8}});
+            line({{8, 3.5}, {8, 12.5}});
+            break;
+        case Glyph::minus:
+            line({{3.5, 8}, {12.5, 8}});
+            break;
     }
     return path;
 }

@@ -5,6 +5,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPainter>
+#include <QPushButton>
 #include <QToolButton>
 
 #include "ui/kit/glyphs.h"
@@ -20,11 +21,16 @@ constexpr int longest = 300;    // characters of a message
 }  // namespace
 
 MessageStrip::MessageStrip(QWidget* parent)
-    : QFrame(parent), text_(new QLabel(this)), dismissButton_(new QToolButton(this)) {
+    : QFrame(parent),
+      text_(new QLabel(this)),
+      actionButton_(new QPushButton(this)),
+      dismissButton_(new QToolButton(this)) {
     text_->setObjectName("messageText");
     text_->setWordWrap(true);
     text_->setTextFormat(Qt::PlainText);
     text_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    actionButton_->setObjectName("messageActionButton");
+    actionButton_->setAutoDefault(false);
     dismissButton_->setObjectName("dismissMessageButton");
     dismissButton_->setIcon(glyphIcon(Glyph::cross));
     dismissButton_->setAutoRaise(true);
@@ -34,26 +40,82 @@ MessageStrip::MessageStrip(QWidget* parent)
     auto* row = new QHBoxLayout(this);
     row->setContentsMargins(markRoom, 8, 8, 8);
     row->addWidget(text_, 1);
+    row->addWidget(actionButton_, 0, Qt::AlignVCenter);
     row->addWidget(dismissButton_, 0, Qt::AlignTop);
+    connect(actionButton_, &QPushButton::clicked, this, [this] {
+        // What it runs may replace the message.
+        if (const Action* action = offeredAction()) std::function<void()>(action->run)();
+    });
     connect(dismissButton_, &QToolButton::clicked, this, &MessageStrip::dismiss);
     hide();
 }
 
 void MessageStrip::addMessage(const QString& message) {
-    messages_.append(shortened(message, longest));
+    messages_.append({{}, shortened(message, longest), {}});
     while (messages_.size() > shownAtMost) messages_.removeFirst();
-    const QString all = messages_.join('\n');
+    showMessages();
+    announce();
+}
+
+void MessageStrip::setMessage(const QString& name, const QString& message, const Action& action) {
+    const QString text = shortened(message, longest);
+    const qsizetype place = placeOf(name);
+    if (place >= 0 && messages_[place].text == text) return;
+    if (place < 0) {
+        messages_.append({name, text, action});
+        while (messages_.size() > shownAtMost) messages_.removeFirst();
+    } else {
+        messages_[place] = {name, text, action};
+    }
+    showMessages();
+    announce();
+}
+
+void MessageStrip::withdraw(const QString& name) {
+    const qsizetype place = placeOf(name);
+    if (place < 0) return;
+    messages_.removeAt(place);
+    showMessages();
+}
+
+qsizetype MessageStrip::placeOf(const QString& name) const {
+    for (qsizetype i = 0; i < messages_.size(); ++i) {
+        if (messages_[i].name == name) return i;
+    }
+    return -1;
+}
+
+const MessageStrip::Action* MessageStrip::offeredAction() const {
+    for (auto message = messages_.rbegin(); message != messages_.rend(); ++message) {
+        if (message->action.run) return &message->action;
+    }
+    return nullptr;
+}
+
+QStringList MessageStrip::messages() const {
+    QStringList texts;
+    for (const Message& message : messages_) texts.append(message.text);
+    return texts;
+}
+
+void MessageStrip::showMessages() {
+    const QString all = messages().join('\n');
     text_->setText(breakable(all));
     setAccessibleName(all);
-    show();
+    const Action* action = offeredAction();
+    actionButton_->setVisible(action != nullptr);
+    if (action != nullptr) actionButton_->setText(action->title);
+    setVisible(!messages_.isEmpty());
+}
+
+void MessageStrip::announce() {
     QAccessibleEvent alert(this, QAccessible::Alert);
     QAccessible::updateAccessibility(&alert);
 }
 
 void MessageStrip::dismiss() {
     messages_.clear();
-    text_->clear();
-    hide();
+    showMessages();
 }
 
 void MessageStrip::paintEvent(QPaintEvent* /*event*/) {

@@ -1,7 +1,8 @@
-// Asks the person at the screen for a file to open. An interface, so that a test can answer.
+// Asks the person at the screen for files to open. An interface, so that a test can answer.
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 class QWidget;
 
@@ -14,14 +15,14 @@ class OpenPanel {
     OpenPanel& operator=(const OpenPanel&) = delete;
     virtual ~OpenPanel() = default;
 
-    // The path of a text file; empty where the panel was cancelled. Waits for the answer.
-    virtual QString chooseTextFile(QWidget* parent) = 0;
+    // Paths of projects and text files; empty where the panel was cancelled. Waits for the answer.
+    virtual QStringList chooseFiles(QWidget* parent) = 0;
 };
 
-// The desktop's panel, for files named .txt and .csv; it begins in the folder chosen last.
+// The desktop's panel, for files named .zorvel, .txt and .csv; it begins in the folder chosen last.
 class DesktopOpenPanel final : public OpenPanel {
   public:
-    QString chooseTextFile(QWidget* parent) override;
+    QStringList chooseFiles(QWidget* parent) override;
 
   private:
     QString folder_;

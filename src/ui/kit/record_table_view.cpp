@@ -5,6 +5,7 @@
 #include <QContextMenuEvent>
 #include <QEvent>
 #include <QHeaderView>
+#include <QItemSelection>
 #include <QItemSelectionModel>
 #include <QKeyEvent>
 #include <QMenu>
@@ -24,7 +25,7 @@ RecordTableView::RecordTableView(QWidget* parent) : QTableView(parent) {
     setWordWrap(false);
     setSelectionBehavior(SelectRows);
     setSelectionMode(ExtendedSelection);
-    setEditTriggers(NoEditTriggers);
+    setEditTriggers(DoubleClicked | EditKeyPressed);
     setTabKeyNavigation(false);
     setHorizontalScrollMode(ScrollPerPixel);
     setVerticalScrollMode(ScrollPerPixel);
@@ -60,16 +61,78 @@ void RecordTableView::paintEvent(QPaintEvent* event) {
                      Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, emptyText_);
 }
 
-QString RecordTableView::selectedText() const {
-    if (selectionModel() == nullptr) return {};
-    QModelIndexList rows = selectionModel()->selectedRows();
+std::vector<int> RecordTableView::selectedRows() const {
+    std::vector<int> rows;
+    if (selectionModel() == nullptr) return rows;
+    for (const QItemSelectionRange& range : selectionModel()->selection()) {
+        for (int row = range.top(); row <= range.bottom(); ++row) rows.push_back(row);
+    }
     std::sort(rows.begin(), rows.end());
+    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
+    return rows;
+}
+
+void RecordTableView::selectRows(const std::vector<int>& rows) {
+    QItemSelection selection;
+    for (std::size_t i = 0; i < rows.size();) {
+        std::size_t last = i;
+        while (last + 1 < rows.size() && rows[last + 1] == rows[last] + 1) ++last;
+        selection.select(model()->index(rows[i], 0),
+                         model()->index(rows[last], model()->columnCount() - 1));
+        i = last + 1;
+    }
+    if (!rows.empty()) {
+        const int column = std::max(currentIndex().column(), 0);
+        const QModelIndex first = model()->index(rows.front(), column);
+        selectionModel()->setCurrentIndex(first, QItemSelectionModel::NoUpdate);
+        scrollTo(first);
+    }
+    selectionModel()->select(selection, QItemSelectionModel::ClearAndSelect);
+}
+
+void RecordTableView::beginEditing(const QModelIndex& cell) {
+    commitEditing();
+    setFocus();
+    setCurrentIndex(cell);
+    scrollTo(cell);
+    edit(cell, AllEditTriggers, nullptr);
+}
+
+bool RecordTableView::edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) {
+    const bool begun = QTableView::edit(index, trigger, event);
+    if (state() == EditingState && indexWidget(index) != nullptr) edited_ = index;
+    return begun;
+}
+
+QWidget* RecordTableView::openEditor() const {
+    return edited_.isValid() && state() == EditingState ? indexWidget(edited_) : nullptr;
+}
+
+void RecordTableView::commitEditing() {
+    QWidget* editor = openEditor();
+    if (editor == nullptr) return;
+    commitData(editor);
+    if (editor == openEditor()) closeEditor(editor, QAbstractItemDelegate::NoHint);
+}
+
+void RecordTableView::revertEditing() {
+    if (QWidget* editor = openEditor()) {
+        closeEditor(editor, QAbstractItemDelegate::RevertModelCache);
+    }
+}
+
+// The view would otherwise make a neighbour current first, and commit the editor as it leaves.
+void RecordTableView::rowsAboutToBeRemoved(const QModelIndex& parent, int first, int last) {
+    if (edited_.isValid() && edited_.row() >= first && edited_.row() <= last) revertEditing();
+    QTableView::rowsAboutToBeRemoved(parent, first, last);
+}
+
+QString RecordTableView::selectedText() const {
     QStringList lines;
-    lines.reserve(rows.size());
-    for (const QModelIndex& row : rows) {
+    for (const int row : selectedRows()) {
         QStringList cells;
         for (int column = 0; column < model()->columnCount(); ++column) {
-            const QModelIndex cell = row.siblingAtColumn(column);
+            const QModelIndex cell = model()->index(row, column);
             const QVariant text = cell.data(Qt::DisplayRole);
             if (text.isValid()) cells.append(text.toString());
         }
@@ -93,7 +156,29 @@ void RecordTableView::keyPressEvent(QKeyEvent* event) {
         copySelection();
         return;
     }
-    QTableView::keyPressEvent(event);
+    switch (event->key()) {
+        case Qt::Key_Delete:
+        case Qt::Key_Backspace:
+            emit deleteRequested();
+            return;
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+            editByKey();
+            return;
+        default:
+            QTableView::keyPressEvent(event);
+    }
+}
+
+// The current cell, or the first of its row that can be edited.
+void RecordTableView::editByKey() {
+    QModelIndex cell = currentIndex();
+    if (!cell.isValid()) return;
+    for (int column = 0; (cell.flags() & Qt::ItemIsEditable) == 0; ++column) {
+        if (column == model()->columnCount()) return;
+        cell = cell.siblingAtColumn(column);
+    }
+    beginEditing(cell);
 }
 
 void RecordTableView::changeEvent(QEvent* event) {

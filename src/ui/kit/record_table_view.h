@@ -1,9 +1,12 @@
 // A table of records: whole rows, sorted by a click on a header (a third click restores the order
-// of the project), its selection paler while the focus is elsewhere, its rows copied as text.
-// Main thread.
+// of the project), its selection paler while the focus is elsewhere, its rows copied as text. Cells
+// that can be edited open by a double click, by F2 and by Return; an editor whose row goes away is
+// closed and commits nothing. Main thread.
 #pragma once
 
+#include <QPersistentModelIndex>
 #include <QTableView>
+#include <vector>
 
 namespace zorvel {
 
@@ -17,10 +20,29 @@ class RecordTableView : public QTableView {
     // To the clipboard; leaves the clipboard alone where nothing is selected.
     void copySelection() const;
 
+    // The selected rows, ascending.
+    [[nodiscard]] std::vector<int> selectedRows() const;
+    // These rows alone, ascending, the first of them in sight and current; focus stays.
+    void selectRows(const std::vector<int>& rows);
+
+    // Scrolls to the cell and opens its editor, its text selected.
+    void beginEditing(const QModelIndex& cell);
+    // The editor that is open; null where there is none.
+    [[nodiscard]] QWidget* openEditor() const;
+    // As if the person had pressed Return or Escape. Without an editor nothing happens.
+    void commitEditing();
+    void revertEditing();
+
     // Stands in the middle of the table while it has no rows.
     void setEmptyText(const QString& text);
 
+  signals:
+    // The Delete or Backspace key, outside an editor.
+    void deleteRequested();
+
   protected:
+    bool edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) override;
+    void rowsAboutToBeRemoved(const QModelIndex& parent, int first, int last) override;
     void paintEvent(QPaintEvent* event) override;
     void initViewItemOption(QStyleOptionViewItem* option) const override;
     void keyPressEvent(QKeyEvent* event) override;
@@ -29,8 +51,10 @@ class RecordTableView : public QTableView {
 
   private:
     void fitRows();
+    void editByKey();
 
     QString emptyText_;
+    QPersistentModelIndex edited_;
 };
 
 }  // namespace zorvel

@@ -1,10 +1,13 @@
 #include "ui/main/abundance_delegate.h"
 
+#include <QCoreApplication>
 #include <QPainter>
 #include <algorithm>
 
+#include "model/typed_values.h"
 #include "ui/kit/look.h"
 #include "ui/main/species_table_model.h"
+#include "ui/main/table_text_fields.h"
 
 namespace zorvel {
 
@@ -12,6 +15,21 @@ namespace {
 constexpr int numberRoom = 76;  // pixels at the right end kept free of the bar
 constexpr double barHeight = 8;
 }  // namespace
+
+QString abundanceProblem(const QString& text) {
+    const Typed<std::int64_t> abundance = parseTypedAbundance(text.toStdString());
+    if (abundance) return {};
+    return QCoreApplication::translate("TypedValues", abundance.problem());
+}
+
+AbundanceDelegate::AbundanceDelegate(QObject* parent)
+    : TextFieldDelegate(
+          [](QWidget* table) {
+              auto* field = new SpeciesTableTextField("abundance", table);
+              field->setCheck(abundanceProblem);
+              return field;
+          },
+          parent) {}
 
 void AbundanceDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                               const QModelIndex& index) const {

@@ -1,15 +1,19 @@
 #include "ui/main/census_table_model.h"
 
+#include <algorithm>
+#include <utility>
+
 #include "metrics/census_metrics.h"
-#include "model/diversity_document.h"
+#include "model/edits.h"
 #include "ui/kit/shown_text.h"
 #include "ui/main/natural_order.h"
 
 namespace zorvel {
 
 namespace {
-constexpr qsizetype longestName = 1000;  // characters
-}
+constexpr qsizetype longestName = 1000;          // characters
+constexpr std::size_t longestEditable = 30'000;  // bytes; a line editor cuts longer texts
+}  // namespace
 
 QString shownName(const std::optional<SharedText>& name) {
     if (!name) return unnamedName;
@@ -19,21 +23,99 @@ QString shownName(const std::optional<SharedText>& name) {
                      longestName);
 }
 
-CensusTableModel::CensusTableModel(const ObjectContext& context, QObject* parent)
+QString editableName(const std::optional<SharedText>& name) {
+    return name ? QString::fromStdString(name->str()) : QString();
+}
+
+bool isNameEditable(const std::optional<SharedText>& name) {
+    return !name || name->view().size() <= longestEditable;
+}
+
+CensusTableModel::CensusTableModel(ObjectContext& context, QObject* parent)
     : OrderedTableModel(parent), context_(context) {
     reload();
 }
 
 void CensusTableModel::reload() {
     beginResetModel();
-    censuses_ = context_.censuses();
-    richness_.clear();
-    richness_.reserve(censuses_.size());
-    for (const Census& census : censuses_) {
-        richness_.push_back(richness(includedCountsVector(census)));
-    }
+    records_.clear();
+    for (const BlockPointer& block : context_.blocks()) records_.push_back(rowOfBlock(block));
     arrange();
     endResetModel();
+}
+
+CensusTableModel::Row CensusTableModel::rowOfBlock(const BlockPointer& block) const {
+    const std::optional<Census> census = context_.census(block->id);
+    return {block, census ? richness(includedCountsVector(*census)) : 0};
+}
+
+std::size_t CensusTableModel::placeOf(RecordId census) const {
+    const auto found =
+        std::lower_bound(records_.begin(), records_.end(), census,
+                         [](const Row& row, RecordId id) { return row.block->id < id; });
+    return static_cast<std::size_t>(found - records_.begin());
+}
+
+void CensusTableModel::recordsDidChange(const ChangeSet& changes) {
+    RecordsChange told;
+    const bool sameCensuses = std::all_of(
+        changes.begin(), changes.end(),
+        [](const CensusChange& change) { return !change.inserted() && !change.deleted(); });
+    if (!sameCensuses) {
+        std::vector<Row> after = changedRecords(changes, told);
+        change(told, [&] { records_ = std::move(after); });
+        return;
+    }
+    for (const CensusChange& each : changes) {
+        const std::size_t place = placeOf(each.census);
+        if (place == records_.size() || records_[place].block->id != each.census) continue;
+        records_[place] = rowOfBlock(each.after);
+        told.updated.push_back(static_cast<std::uint32_t>(place));
+    }
+    tellUpdated(told.updated);
+}
+
+// Both lists ascend by identity, so one walk merges them.
+std::vector<CensusTableModel::Row> CensusTableModel::changedRecords(const ChangeSet& changes,
+                                                                    RecordsChange& told) const {
+    std::vector<Row> after;
+    after.reserve(records_.size() + changes.size());
+    std::size_t old = 0;
+    for (const CensusChange& change : changes) {
+        while (old < records_.size() && records_[old].block->id < change.census) {
+            after.push_back(records_[old++]);
+        }
+        const bool shown = old < records_.size() && records_[old].block->id == change.census;
+        const auto place = static_cast<std::uint32_t>(after.size());
+        if (shown && change.deleted()) told.removed.push_back(static_cast<std::uint32_t>(old));
+        if (shown && !change.deleted()) told.updated.push_back(place);
+        if (!shown && !change.deleted()) told.inserted.push_back(place);
+        if (!change.deleted()) after.push_back(rowOfBlock(change.after));
+        if (shown) ++old;
+    }
+    after.insert(after.end(), records_.begin() + static_cast<std::ptrdiff_t>(old), records_.end());
+    return after;
+}
+
+std::optional<Census> CensusTableModel::censusAt(int row) const {
+    return context_.census(idAt(row));
+}
+
+int CensusTableModel::rowOfCensus(RecordId census) const {
+    const std::size_t place = placeOf(census);
+    const bool found = place < records_.size() && records_[place].block->id == census;
+    return found ? rowOf(place) : -1;
+}
+
+std::vector<int> CensusTableModel::rowsOfCensuses(const std::vector<RecordId>& ascending) const {
+    Records places;
+    for (const RecordId census : ascending) {
+        const std::size_t place = placeOf(census);
+        if (place < records_.size() && records_[place].block->id == census) {
+            places.push_back(static_cast<std::uint32_t>(place));
+        }
+    }
+    return rowsOf(places);
 }
 
 int CensusTableModel::columnCount(const QModelIndex& parent) const {
@@ -42,16 +124,39 @@ int CensusTableModel::columnCount(const QModelIndex& parent) const {
 
 QVariant CensusTableModel::data(const QModelIndex& index, int role) const {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
-    const std::size_t record = recordAt(index.row());
-    if (role == Qt::TextAlignmentRole && index.column() == speciesColumn) {
-        return QVariant::fromValue(Qt::AlignRight | Qt::AlignVCenter);
+    const Row& row = records_[recordAt(index.row())];
+    if (index.column() == speciesColumn) {
+        if (role == Qt::TextAlignmentRole) {
+            return QVariant::fromValue(Qt::AlignRight | Qt::AlignVCenter);
+        }
+        return role == Qt::DisplayRole ? QVariant(static_cast<qlonglong>(row.richness))
+                                       : QVariant();
     }
-    if (role == Qt::DisplayRole && index.column() == speciesColumn) {
-        return static_cast<qlonglong>(richness_[record]);
+    if (role == Qt::DisplayRole || role == Qt::ToolTipRole) {
+        return shownName(row.block->attributes.name);
     }
-    const bool showsName = role == Qt::DisplayRole || role == Qt::ToolTipRole;
-    if (showsName && index.column() == nameColumn) return shownName(censuses_[record].name());
+    if (role == Qt::EditRole) return editableName(row.block->attributes.name);
     return {};
+}
+
+bool CensusTableModel::setData(const QModelIndex& index, const QVariant& value, int role) {
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid) || index.column() != nameColumn ||
+        role != Qt::EditRole) {
+        return false;
+    }
+    const std::optional<Census> census = censusAt(index.row());
+    if (!census) return false;
+    if (value.toString() == editableName(census->name())) return true;
+    editName(context_, *census, value.toString().toStdString());
+    context_.announceChanges();
+    return true;
+}
+
+Qt::ItemFlags CensusTableModel::flags(const QModelIndex& index) const {
+    Qt::ItemFlags flags = OrderedTableModel::flags(index) | Qt::ItemNeverHasChildren;
+    const bool editable = index.isValid() && index.column() == nameColumn &&
+                          isNameEditable(blockAt(index.row()).attributes.name);
+    return editable ? flags | Qt::ItemIsEditable : flags;
 }
 
 QVariant CensusTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
@@ -65,12 +170,18 @@ QVariant CensusTableModel::headerData(int section, Qt::Orientation orientation, 
     return {};
 }
 
-OrderedTableModel::SortKeys CensusTableModel::sortKeys(int column) const {
-    if (column == speciesColumn) return richness_;
+OrderedTableModel::SortKeys CensusTableModel::sortKeys(int column, const Records& records) const {
+    if (column == speciesColumn) {
+        std::vector<std::int64_t> keys;
+        keys.reserve(records.size());
+        for (const std::uint32_t record : records) keys.push_back(records_[record].richness);
+        return keys;
+    }
     std::vector<std::string> keys;
-    keys.reserve(censuses_.size());
-    for (const Census& census : censuses_) {
-        keys.push_back(naturalKey(shownName(census.name()).toStdString()));
+    keys.reserve(records.size());
+    for (const std::uint32_t record : records) {
+        keys.push_back(
+            naturalKey(shownName(records_[record].block->attributes.name).toStdString()));
     }
     return keys;
 }

@@ -1,5 +1,6 @@
-// The censuses of a project: name, and the number of species found. Reads the records afresh when
-// told to; never changes them. Main thread.
+// The censuses of a project: name, and the number of species found. It shows the state that it was
+// last told of; a typed name goes through the edits of the model, never straight into a record.
+// Main thread.
 #pragma once
 
 #include <optional>
@@ -16,29 +17,58 @@ class CensusTableModel : public OrderedTableModel {
     enum Column { nameColumn, speciesColumn, columnTotal };
 
     // The context must outlive the model.
-    explicit CensusTableModel(const ObjectContext& context, QObject* parent = nullptr);
+    explicit CensusTableModel(ObjectContext& context, QObject* parent = nullptr);
 
+    // All that is there now, for instance after another project was taken over.
     void reload();
+    // Counts the species of the changed censuses alone.
+    void recordsDidChange(const ChangeSet& changes);
 
-    [[nodiscard]] Census censusAt(int row) const { return censuses_[recordAt(row)]; }
+    [[nodiscard]] RecordId idAt(int row) const { return blockAt(row).id; }
+    // Of no record where the census is gone since the model was last told.
+    [[nodiscard]] std::optional<Census> censusAt(int row) const;
+    // -1 where there is none.
+    [[nodiscard]] int rowOfCensus(RecordId census) const;
+    // Rows of many, ascending.
+    [[nodiscard]] std::vector<int> rowsOfCensuses(const std::vector<RecordId>& ascending) const;
 
     [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+    bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+    [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
     [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation,
                                       int role) const override;
 
   protected:
-    [[nodiscard]] std::size_t recordCount() const override { return censuses_.size(); }
-    [[nodiscard]] SortKeys sortKeys(int column) const override;
+    [[nodiscard]] std::size_t recordCount() const override { return records_.size(); }
+    [[nodiscard]] SortKeys sortKeys(int column, const Records& records) const override;
 
   private:
-    const ObjectContext& context_;
-    std::vector<Census> censuses_;
-    std::vector<std::int64_t> richness_;  // of the included taxa, a census each
+    struct Row {
+        BlockPointer block;
+        std::int64_t richness = 0;  // of the included taxa
+    };
+
+    [[nodiscard]] const CensusBlock& blockAt(int row) const {
+        return *records_[recordAt(row)].block;
+    }
+    [[nodiscard]] Row rowOfBlock(const BlockPointer& block) const;
+    // The place of the census, or where it would stand.
+    [[nodiscard]] std::size_t placeOf(RecordId census) const;
+    [[nodiscard]] std::vector<Row> changedRecords(const ChangeSet& changes,
+                                                  RecordsChange& told) const;
+
+    ObjectContext& context_;
+    std::vector<Row> records_;  // ascending by identity
 };
 
 // The name of a record as it is shown: "unnamed" where it has none, shortened where it is
 // longer than any screen.
 QString shownName(const std::optional<SharedText>& name);
+
+// The whole name for an editor; empty where there is none.
+QString editableName(const std::optional<SharedText>& name);
+// False for a name so long that no line editor could hold it.
+bool isNameEditable(const std::optional<SharedText>& name);
 
 }  // namespace zorvel

@@ -8,7 +8,6 @@
 #include <QIcon>
 #include <QItemSelectionModel>
 #include <QShortcut>
-#include <algorithm>
 #include <utility>
 
 #include "ui/kit/glyphs.h"
@@ -17,21 +16,39 @@
 #include "ui/main/census_details.h"
 #include "ui/main/census_table_model.h"
 #include "ui/main/species_table_model.h"
+#include "ui/main/table_text_fields.h"
+#include "ui/main/text_field_delegate.h"
 #include "ui_main_view.h"
 
 namespace zorvel {
 
-MainViewController::MainViewController(const DiversityDocument& document, JobQueue& jobs,
+MainViewController::MainViewController(DiversityDocument& document, JobQueue& jobs,
                                        RandomSourceMaker makeRandom, QWidget* parent)
     : QWidget(parent),
       document_(document),
       ui_(std::make_unique<Ui::MainView>()),
       censusModel_(new CensusTableModel(document.objectContext(), this)),
-      speciesModel_(new SpeciesTableModel(this)) {
+      speciesModel_(new SpeciesTableModel(document.objectContext(), this)),
+      observer_(document.objectContext().addObserver(
+          [this](const ChangeSet& changes) { recordsDidChange(changes); })) {
     ui_->setupUi(this);
     ui_->metricsPanel->setServices(jobs, std::move(makeRandom));
-    setUpTables();
+    setUpCensusTable();
+    setUpSpeciesTable();
+    keepThroughReset();
+    setUpButtons();
     setUpTexts();
+    setUpSplitters();
+    stopProgress();
+    showCensusCount();
+    refreshSpeciesControls();
+}
+
+MainViewController::~MainViewController() {
+    document_.objectContext().removeObserver(observer_);
+}
+
+void MainViewController::setUpSplitters() {
     ui_->splitter->setSizes({250, 470, 304});
     ui_->splitter->setStretchFactor(0, 0);
     ui_->splitter->setStretchFactor(1, 1);
@@ -39,15 +56,37 @@ MainViewController::MainViewController(const DiversityDocument& document, JobQue
     ui_->censusSplitter->setSizes({480, 170});
     ui_->censusSplitter->setStretchFactor(0, 1);
     ui_->censusSplitter->setStretchFactor(1, 0);
-    connect(ui_->openButton, &QPushButton::clicked, this, &MainViewController::openRequested);
-    stopProgress();
-    showRightPage();
 }
 
-MainViewController::~MainViewController() = default;
+void MainViewController::setUpButtons() {
+    for (QToolButton* button : {ui_->addCensusButton, ui_->addSpeciesButton}) {
+        button->setIcon(glyphIcon(Glyph::plus));
+    }
+    for (QToolButton* button : {ui_->removeCensusButton, ui_->removeSpeciesButton}) {
+        button->setIcon(glyphIcon(Glyph::minus));
+    }
+    connect(ui_->openButton, &QPushButton::clicked, this, &MainViewController::openRequested);
+    connect(ui_->addFirstCensusButton, &QPushButton::clicked, this,
+            &MainViewController::addCensusRow);
+    connect(ui_->addCensusButton, &QToolButton::clicked, this, &MainViewController::addCensusRow);
+    connect(ui_->removeCensusButton, &QToolButton::clicked, this,
+            &MainViewController::deleteCensusRows);
+    connect(ui_->addSpeciesButton, &QToolButton::clicked, this, &MainViewController::addSpeciesRow);
+    connect(ui_->removeSpeciesButton, &QToolButton::clicked, this,
+            &MainViewController::deleteSpeciesRows);
+    connect(ui_->censusTable, &RecordTableView::deleteRequested, this,
+            &MainViewController::deleteCensusRows);
+    connect(ui_->speciesTable, &RecordTableView::deleteRequested, this,
+            &MainViewController::deleteSpeciesRows);
+    connect(ui_->speciesTable, &SpeciesTableView::includeToggleRequested, this,
+            &MainViewController::toggleInclude);
+}
 
-void MainViewController::setUpTables() {
+void MainViewController::setUpCensusTable() {
     ui_->censusTable->setModel(censusModel_);
+    auto* names = new TextFieldDelegate(
+        [](QWidget* table) { return new CensusTableTextField(table); }, ui_->censusTable);
+    ui_->censusTable->setItemDelegateForColumn(CensusTableModel::nameColumn, names);
     QHeaderView* censusHeader = ui_->censusTable->horizontalHeader();
     censusHeader->setSectionResizeMode(CensusTableModel::nameColumn, QHeaderView::Stretch);
     censusHeader->setSectionResizeMode(CensusTableModel::speciesColumn, QHeaderView::Fixed);
@@ -57,10 +96,21 @@ void MainViewController::setUpTables() {
     // Another order may put another of the selected censuses on top.
     connect(censusModel_, &CensusTableModel::layoutChanged, this,
             &MainViewController::tableViewSelectionDidChange, Qt::QueuedConnection);
+}
 
+void MainViewController::setUpSpeciesTable() {
     ui_->speciesTable->setModel(speciesModel_);
-    ui_->speciesTable->setItemDelegateForColumn(SpeciesTableModel::abundanceColumn,
-                                                new AbundanceDelegate(ui_->speciesTable));
+    auto* names = new TextFieldDelegate(
+        [](QWidget* table) { return new SpeciesTableTextField("name", table); }, ui_->speciesTable);
+    auto* abundances = new AbundanceDelegate(ui_->speciesTable);
+    ui_->speciesTable->setItemDelegateForColumn(SpeciesTableModel::nameColumn, names);
+    ui_->speciesTable->setItemDelegateForColumn(SpeciesTableModel::abundanceColumn, abundances);
+    connect(abundances, &TextFieldDelegate::textRefused, this,
+            [this](const QString& text, const QString& reason) {
+                showMessage(tr("\u201c%1\u201d was not stored: %2").arg(text, reason));
+            });
+    connect(ui_->speciesTable->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            &MainViewController::refreshSpeciesControls);
     QHeaderView* speciesHeader = ui_->speciesTable->horizontalHeader();
     speciesHeader->setSectionResizeMode(SpeciesTableModel::includeColumn, QHeaderView::Fixed);
     speciesHeader->setSectionResizeMode(SpeciesTableModel::nameColumn, QHeaderView::Stretch);
@@ -107,14 +157,6 @@ void MainViewController::changeEvent(QEvent* event) {
     if (event->type() == QEvent::PaletteChange) showSecondaryTexts();
 }
 
-void MainViewController::reloadCensuses() {
-    censusModel_->reload();
-    ui_->censusCountLabel->setText(tr("%L1").arg(censusModel_->rowCount()));
-    shownCensus_.reset();
-    tableViewSelectionDidChange();
-    showRightPage();
-}
-
 void MainViewController::selectFirstCensus() {
     if (censusModel_->rowCount() == 0) return;
     ui_->censusTable->selectRow(0);
@@ -126,26 +168,26 @@ void MainViewController::showRightPage() {
     ui_->pages->setCurrentWidget(empty ? ui_->emptyPage : ui_->projectPage);
     for (QWidget* part :
          {static_cast<QWidget*>(ui_->emptyIcon), static_cast<QWidget*>(ui_->emptyHeading),
-          static_cast<QWidget*>(ui_->emptyText), static_cast<QWidget*>(ui_->openButton)}) {
+          static_cast<QWidget*>(ui_->emptyText), static_cast<QWidget*>(ui_->emptyButtons)}) {
         part->setVisible(!isInProgress());
     }
 }
 
 std::optional<Census> MainViewController::selectedCensus() const {
-    const QModelIndexList rows = ui_->censusTable->selectionModel()->selectedRows();
-    if (rows.isEmpty()) return std::nullopt;
-    const auto byRow = [](const QModelIndex& a, const QModelIndex& b) { return a.row() < b.row(); };
-    return censusModel_->censusAt(std::min_element(rows.begin(), rows.end(), byRow)->row());
+    const std::vector<int> rows = ui_->censusTable->selectedRows();
+    return rows.empty() ? std::nullopt : censusModel_->censusAt(rows.front());
 }
 
 void MainViewController::tableViewSelectionDidChange() {
     const std::optional<Census> census = selectedCensus();
     const std::optional<RecordId> id = census ? std::optional(census->id()) : std::nullopt;
+    refreshSpeciesControls();
     if (id && id == shownCensus_) return;
     shownCensus_ = id;
     showSpecies(census);
     showDetails(census);
     refreshMetrics();
+    refreshSpeciesControls();
 }
 
 void MainViewController::refreshMetrics() {
@@ -157,10 +199,19 @@ void MainViewController::refreshMetrics() {
 void MainViewController::showSpecies(const std::optional<Census>& census) {
     speciesModel_->setCensus(census ? census->block() : nullptr);
     ui_->speciesTable->scrollToTop();
+    showSpeciesHeading(census);
+    showSpeciesCount();
+}
+
+void MainViewController::showSpeciesHeading(const std::optional<Census>& census) {
     ui_->speciesHeading->setText(census ? tr("Species of %1").arg(shownName(census->name()))
                                         : tr("Species"));
     ui_->speciesHeading->setToolTip(ui_->speciesHeading->text());
-    showSpeciesCount();
+}
+
+void MainViewController::showCensusCount() {
+    ui_->censusCountLabel->setText(tr("%L1").arg(censusModel_->rowCount()));
+    showRightPage();
 }
 
 void MainViewController::showDetails(const std::optional<Census>& census) {
@@ -177,27 +228,6 @@ void MainViewController::showSpeciesCount() {
     ui_->speciesTable->setEmptyText(all == 0 ? tr("No species") : tr("No species of that name"));
     ui_->speciesCountLabel->setText(shown == all ? tr("%L1").arg(all)
                                                  : tr("%L1 of %L2").arg(shown).arg(all));
-}
-
-// The selection stays on the species that are still shown.
-void MainViewController::filterSpecies(const QString& text) {
-    QItemSelectionModel* selection = ui_->speciesTable->selectionModel();
-    std::vector<RecordId> selected;
-    for (const QModelIndex& row : selection->selectedRows()) {
-        selected.push_back(speciesModel_->taxonAt(row.row()));
-    }
-    speciesModel_->setFilter(text);
-    std::sort(selected.begin(), selected.end());
-    QItemSelection kept;
-    for (int row = 0; row < speciesModel_->rowCount() && !selected.empty(); ++row) {
-        if (!std::binary_search(selected.begin(), selected.end(), speciesModel_->taxonAt(row))) {
-            continue;
-        }
-        const QModelIndex index = speciesModel_->index(row, 0);
-        kept.select(index, index);
-    }
-    selection->select(kept, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
-    showSpeciesCount();
 }
 
 void MainViewController::startProgress(const QString& text) {
@@ -220,6 +250,10 @@ bool MainViewController::isInProgress() const {
 
 void MainViewController::showMessage(const QString& message) {
     ui_->messageStrip->addMessage(message);
+}
+
+MessageStrip& MainViewController::messageStrip() {
+    return *ui_->messageStrip;
 }
 
 QByteArray MainViewController::saveLayout() const {

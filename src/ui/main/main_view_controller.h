@@ -1,6 +1,7 @@
 // The content of a project's window: the census table, the species of the selected census, its
-// details, and its metrics. It reads the document's records and changes none. Of several selected
-// censuses the topmost feeds the other parts. Main thread.
+// details, and its metrics. It shows the document's records as they change, and changes them by the
+// edits of the model alone. Of several selected censuses the topmost feeds the other parts. Main
+// thread.
 #pragma once
 
 #include <QWidget>
@@ -18,21 +19,37 @@ namespace zorvel {
 
 class CensusTableModel;
 class JobQueue;
+class MessageStrip;
 class SpeciesTableModel;
 
 class MainViewController : public QWidget {
     Q_OBJECT
   public:
     // Document and queue must outlive the view.
-    MainViewController(const DiversityDocument& document, JobQueue& jobs,
-                       RandomSourceMaker makeRandom, QWidget* parent = nullptr);
+    MainViewController(DiversityDocument& document, JobQueue& jobs, RandomSourceMaker makeRandom,
+                       QWidget* parent = nullptr);
     ~MainViewController() override;
 
-    // Shows the records as they stand now; without a census, the page that says what to do first.
-    void reloadCensuses();
     void selectFirstCensus();
     // The topmost of the selected ones.
     [[nodiscard]] std::optional<Census> selectedCensus() const;
+
+    // Commands; what cannot be done now does nothing. A new record is at the end of its table, with
+    // its name open for editing; deleting acts on all that is selected.
+    void addCensusRow();
+    void deleteCensusRows();
+    void addSpeciesRow();
+    void deleteSpeciesRows();
+    [[nodiscard]] bool canDeleteCensus() const;
+    [[nodiscard]] bool canAddSpecies() const;
+    [[nodiscard]] bool canDeleteSpecies() const;
+    // The records concerned are selected and in sight afterwards.
+    void undo();
+    void redo();
+
+    // Stores what is typed in an open editor. False where it cannot be stored: the editor stays
+    // open and says why.
+    bool commitEditing();
 
     // The indicator turns and the label says what runs.
     void startProgress(const QString& text);
@@ -40,6 +57,7 @@ class MainViewController : public QWidget {
     [[nodiscard]] bool isInProgress() const;
 
     void showMessage(const QString& message);
+    [[nodiscard]] MessageStrip& messageStrip();
 
     // Places of the splitters, to be kept between runs.
     [[nodiscard]] QByteArray saveLayout() const;
@@ -60,21 +78,38 @@ class MainViewController : public QWidget {
   private slots:
     void tableViewSelectionDidChange();
     void filterSpecies(const QString& text);
+    void toggleInclude();
 
   private:
-    void setUpTables();
+    void setUpCensusTable();
+    void setUpSpeciesTable();
+    void setUpButtons();
     void setUpTexts();
+    void setUpSplitters();
+    void keepThroughReset();
+
+    void recordsDidChange(const ChangeSet& changes);
+    void shownCensusDidChange(const CensusChange& change);
+    void revealChanges(const ChangeSet& changes);
+    void selectCensus(RecordId census);
+    void travel(void (ObjectContext::*step)());
+
     void showSecondaryTexts();
+    void showCensusCount();
     void showSpecies(const std::optional<Census>& census);
+    void showSpeciesHeading(const std::optional<Census>& census);
     void showDetails(const std::optional<Census>& census);
     void showSpeciesCount();
     void showRightPage();
+    void refreshSpeciesControls();
 
-    const DiversityDocument& document_;
+    DiversityDocument& document_;
     std::unique_ptr<Ui::MainView> ui_;
     CensusTableModel* censusModel_;
     SpeciesTableModel* speciesModel_;
+    ObjectContext::ObserverId observer_;
     std::optional<RecordId> shownCensus_;
+    bool revealing_ = false;  // the changes come from undo or redo
 };
 
 }  // namespace zorvel

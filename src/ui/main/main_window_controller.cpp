@@ -8,6 +8,8 @@
 #include <QUrl>
 #include <utility>
 
+#include "platform/file_reading.h"
+#include "ui/kit/message_strip.h"
 #include "ui/main/main_view_controller.h"
 
 namespace zorvel {
@@ -16,6 +18,7 @@ namespace {
 
 const char geometryKey[] = "mainWindow/geometry";
 const char layoutKey[] = "mainWindow/layout";
+const char problemMessage[] = "file";  // name of the message in the strip
 
 QStringList localFiles(const QMimeData& data) {
     QStringList paths;
@@ -27,26 +30,80 @@ QStringList localFiles(const QMimeData& data) {
 
 }  // namespace
 
-MainWindowController::MainWindowController(JobQueue& jobs, RandomSourceMaker makeRandom)
-    : mainView_(new MainViewController(document_, jobs, std::move(makeRandom), this)) {
-    setCentralWidget(mainView_);
-    setWindowTitle(tr("Untitled"));
+MainWindowController::MainWindowController(Document& document, JobQueue& jobs,
+                                           RandomSourceMaker makeRandom)
+    : jobs_(jobs), makeRandom_(std::move(makeRandom)) {
     setAcceptDrops(true);
     setMinimumSize(800, 480);
     resize(1024, 700);
     const QSettings settings;
     restoreGeometry(settings.value(geometryKey).toByteArray());
+    setDocument(document);
     mainView_->restoreLayout(settings.value(layoutKey).toByteArray());
 }
 
-bool MainWindowController::isFree() const {
-    return document_.objectContext().censusCount() == 0 && !mainView_->isInProgress();
+void MainWindowController::showDocument(Document& document) {
+    const QByteArray layout = mainView_->saveLayout();
+    document_->disconnect(this);
+    delete mainView_;
+    setDocument(document);
+    mainView_->restoreLayout(layout);
+    emit documentDidChange();
 }
 
-void MainWindowController::closeEvent(QCloseEvent* event) {
+void MainWindowController::setDocument(Document& document) {
+    document_ = &document;
+    shownTrouble_.reset();
+    mainView_ = new MainViewController(document.project(), jobs_, makeRandom_, this);
+    setCentralWidget(mainView_);
+    connect(mainView_, &MainViewController::openRequested, this,
+            &MainWindowController::openRequested);
+    connect(document_, &Document::displayNameDidChange, this, &MainWindowController::showTitle);
+    connect(document_, &Document::saveStateDidChange, this, [this] {
+        showTitle();
+        showProblem();
+    });
+    connect(document_, &Document::backupDidFail, mainView_, &MainViewController::showMessage);
+    showTitle();
+    showProblem();
+    mainView_->selectFirstCensus();
+}
+
+void MainWindowController::showTitle() {
+    // An untitled project may bear the name of the file that it came from.
+    const QString name = document_->displayName();
+    const bool saysSo = !document_->isUntitled() || name.startsWith(tr("Untitled"));
+    setWindowTitle((saysSo ? name : tr("%1 (untitled)").arg(name)) + "[*]");
+    setWindowModified(document_->saveState() != Document::SaveState::saved);
+}
+
+// A trouble that lasts is told once: the strip stays silent about it when it was dismissed.
+void MainWindowController::showProblem() {
+    const std::optional<FileProblem> problem = document_->problem();
+    if (!problem) {
+        shownTrouble_.reset();
+        mainView_->messageStrip().withdraw(problemMessage);
+        return;
+    }
+    if (shownTrouble_ == problem->trouble) return;
+    shownTrouble_ = problem->trouble;
+    mainView_->messageStrip().setMessage(problemMessage,
+                                         projectMessage(document_->displayName(), *problem),
+                                         {tr("Save As..."), [this] { emit saveAsRequested(); }});
+}
+
+void MainWindowController::keepPlaces() {
     QSettings settings;
     settings.setValue(geometryKey, saveGeometry());
     settings.setValue(layoutKey, mainView_->saveLayout());
+}
+
+void MainWindowController::closeEvent(QCloseEvent* event) {
+    if (mayClose_ && !mayClose_()) {
+        event->ignore();
+        return;
+    }
+    keepPlaces();
     QMainWindow::closeEvent(event);
 }
 

@@ -1,10 +1,13 @@
-// The window of one project: it owns the project and holds the main view, no more. Menus come from
-// whoever makes the window. Main thread.
+// The window of one project: its title, the messages about its file, and the main view; no more.
+// The document belongs to the document controller; another may take its place. Menus, and the
+// answers to what is asked for, come from whoever makes the window. Main thread.
 #pragma once
 
 #include <QMainWindow>
+#include <functional>
+#include <optional>
 
-#include "model/diversity_document.h"
+#include "platform/document.h"
 #include "ui/main/metrics_panel.h"
 
 namespace zorvel {
@@ -15,17 +18,25 @@ class MainViewController;
 class MainWindowController : public QMainWindow {
     Q_OBJECT
   public:
-    // The queue must outlive the window. Size, and places of the splitters, are those of the window
-    // closed last.
-    MainWindowController(JobQueue& jobs, RandomSourceMaker makeRandom);
+    // Document and queue must outlive the window. Size, and places of the splitters, are those of
+    // the window closed last.
+    MainWindowController(Document& document, JobQueue& jobs, RandomSourceMaker makeRandom);
 
-    [[nodiscard]] DiversityDocument& document() { return document_; }
+    [[nodiscard]] Document& document() { return *document_; }
     [[nodiscard]] MainViewController& mainView() { return *mainView_; }
-    // Nothing in it, and nothing on its way: an opened file may take its place.
-    [[nodiscard]] bool isFree() const;
+    // In place of the one that is shown, which must live until this returns.
+    void showDocument(Document& document);
+
+    // Asked each time that the window is to close; false keeps it open.
+    void setCloseQuestion(std::function<bool()> mayClose) { mayClose_ = std::move(mayClose); }
+    // Size and places, for the next window.
+    void keepPlaces();
 
   signals:
+    void openRequested();
+    void saveAsRequested();
     void filesDropped(const QStringList& paths);
+    void documentDidChange();
 
   protected:
     void closeEvent(QCloseEvent* event) override;
@@ -33,8 +44,16 @@ class MainWindowController : public QMainWindow {
     void dropEvent(QDropEvent* event) override;
 
   private:
-    DiversityDocument document_;
-    MainViewController* mainView_;
+    void setDocument(Document& document);
+    void showTitle();
+    void showProblem();
+
+    Document* document_ = nullptr;
+    JobQueue& jobs_;
+    RandomSourceMaker makeRandom_;
+    MainViewController* mainView_ = nullptr;
+    std::optional<FileTrouble> shownTrouble_;
+    std::function<bool()> mayClose_;
 };
 
 }  // namespace zorvel

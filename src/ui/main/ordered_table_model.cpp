@@ -1,8 +1,34 @@
 #include "ui/main/ordered_table_model.h"
 
 #include <algorithm>
+#include <iterator>
+#include <numeric>
 
 namespace zorvel {
+
+namespace {
+
+// More separate ranges of rows than this are told as one reset: views take long over each.
+constexpr std::size_t rangesAtMost = 200;
+
+// Ascending rows as ranges of neighbours.
+std::vector<std::pair<int, int>> rangesOf(const std::vector<int>& rows) {
+    std::vector<std::pair<int, int>> ranges;
+    for (const int row : rows) {
+        if (!ranges.empty() && ranges.back().second + 1 == row) {
+            ranges.back().second = row;
+        } else {
+            ranges.emplace_back(row, row);
+        }
+    }
+    return ranges;
+}
+
+bool holds(const std::vector<std::uint32_t>& ascending, std::uint32_t record) {
+    return std::binary_search(ascending.begin(), ascending.end(), record);
+}
+
+}  // namespace
 
 int OrderedTableModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : static_cast<int>(order_.size());
@@ -17,16 +43,27 @@ int OrderedTableModel::rowOf(std::size_t record) const {
     return found == order_.end() ? -1 : static_cast<int>(found - order_.begin());
 }
 
+std::vector<int> OrderedTableModel::rowsOf(const Records& records) const {
+    if (records.size() == 1) {
+        const int row = rowOf(records.front());
+        return row < 0 ? std::vector<int>{} : std::vector<int>{row};
+    }
+    std::vector<int> rows;
+    for (std::size_t row = 0; row < order_.size() && !records.empty(); ++row) {
+        if (holds(records, order_[row])) rows.push_back(static_cast<int>(row));
+    }
+    return rows;
+}
+
 bool OrderedTableModel::accepts(std::size_t /*record*/) const {
     return true;
 }
 
 void OrderedTableModel::sort(int column, Qt::SortOrder order) {
-    if (column == sortColumn_ && order == sortOrder_) return;
     sortColumn_ = column;
     sortOrder_ = order;
     emit layoutAboutToBeChanged({}, VerticalSortHint);
-    const std::vector<std::uint32_t> before = order_;
+    const Records before = order_;
     std::sort(order_.begin(), order_.end());
     orderByKeys(order_);
     movePersistentIndexes(before);
@@ -41,17 +78,21 @@ void OrderedTableModel::arrange() {
     orderByKeys(order_);
 }
 
-void OrderedTableModel::orderByKeys(std::vector<std::uint32_t>& records) const {
+void OrderedTableModel::orderByKeys(Records& records) const {
     if (sortColumn_ < 0 || sortColumn_ >= columnCount()) return;
+    Records places(records.size());
+    std::iota(places.begin(), places.end(), 0U);
     const auto sortBy = [&](const auto& keys) {
-        std::stable_sort(records.begin(), records.end(), [&](std::uint32_t a, std::uint32_t b) {
+        std::stable_sort(places.begin(), places.end(), [&](std::uint32_t a, std::uint32_t b) {
             return sortOrder_ == Qt::AscendingOrder ? keys[a] < keys[b] : keys[b] < keys[a];
         });
     };
-    std::visit(sortBy, sortKeys(sortColumn_));
+    std::visit(sortBy, sortKeys(sortColumn_, records));
+    for (std::uint32_t& place : places) place = records[place];
+    records = std::move(places);
 }
 
-void OrderedTableModel::movePersistentIndexes(const std::vector<std::uint32_t>& before) {
+void OrderedTableModel::movePersistentIndexes(const Records& before) {
     std::vector<int> rows(recordCount(), -1);
     for (std::size_t row = 0; row < order_.size(); ++row) rows[order_[row]] = static_cast<int>(row);
     const QModelIndexList old = persistentIndexList();
@@ -62,6 +103,117 @@ void OrderedTableModel::movePersistentIndexes(const std::vector<std::uint32_t>& 
         moved.append(createIndex(rows[record], index.column()));
     }
     changePersistentIndexList(old, moved);
+}
+
+void OrderedTableModel::change(const RecordsChange& change, const std::function<void()>& swap) {
+    const std::vector<Range> removed = rangesOf(rowsOf(change.removed));
+    if (removed.size() > rangesAtMost ||
+        (change.inserted.size() > rangesAtMost &&
+         (sortColumn_ >= 0 || change.inserted.back() - change.inserted.front() >=
+                                  change.inserted.size() + rangesAtMost))) {
+        changeByReset(change, swap);
+        return;
+    }
+    removeRanges(removed);
+    swap();
+    renumber(change);
+    insertRecords(change.inserted);
+    tellUpdated(change.updated);
+}
+
+void OrderedTableModel::changeByReset(const RecordsChange& change,
+                                      const std::function<void()>& swap) {
+    emit rowsAboutToBeReplaced();
+    beginResetModel();
+    order_.erase(
+        std::remove_if(order_.begin(), order_.end(),
+                       [&](std::uint32_t record) { return holds(change.removed, record); }),
+        order_.end());
+    swap();
+    renumber(change);
+    order_.insert(order_.end(), change.inserted.begin(), change.inserted.end());
+    std::sort(order_.begin(), order_.end());
+    orderByKeys(order_);
+    endResetModel();
+    emit rowsReplaced();
+}
+
+void OrderedTableModel::removeRanges(const std::vector<Range>& ranges) {
+    for (auto range = ranges.rbegin(); range != ranges.rend(); ++range) {
+        beginRemoveRows({}, range->first, range->second);
+        order_.erase(order_.begin() + range->first, order_.begin() + range->second + 1);
+        endRemoveRows();
+    }
+}
+
+// The records that stay have other places now.
+void OrderedTableModel::renumber(const RecordsChange& change) {
+    if (change.removed.empty() && change.inserted.empty()) return;
+    const std::size_t before = recordCount() + change.removed.size() - change.inserted.size();
+    Records now(before);
+    auto removed = change.removed.begin();
+    auto inserted = change.inserted.begin();
+    std::uint32_t next = 0;
+    for (std::uint32_t record = 0; record < before; ++record) {
+        if (removed != change.removed.end() && *removed == record) {
+            ++removed;
+            continue;
+        }
+        while (inserted != change.inserted.end() && *inserted == next) {
+            ++inserted;
+            ++next;
+        }
+        now[record] = next++;
+    }
+    for (std::uint32_t& record : order_) record = now[record];
+}
+
+// Neighbours that go to one place go there together.
+void OrderedTableModel::insertRecords(const Records& inserted) {
+    for (std::size_t i = 0; i < inserted.size();) {
+        const std::size_t place = placeFor(inserted[i]);
+        std::size_t end = i + 1;
+        const bool together = sortColumn_ < 0 || place == order_.size();
+        while (together && end < inserted.size() && inserted[end] == inserted[end - 1] + 1) ++end;
+        const int row = static_cast<int>(place);
+        beginInsertRows({}, row, row + static_cast<int>(end - i) - 1);
+        order_.insert(order_.begin() + row, inserted.begin() + static_cast<std::ptrdiff_t>(i),
+                      inserted.begin() + static_cast<std::ptrdiff_t>(end));
+        endInsertRows();
+        i = end;
+    }
+}
+
+std::size_t OrderedTableModel::placeFor(std::uint32_t record) const {
+    const bool last = std::all_of(order_.begin(), order_.end(),
+                                  [record](std::uint32_t each) { return each < record; });
+    if (last) return order_.size();
+    const bool sorted = sortColumn_ >= 0 && sortColumn_ < columnCount();
+    const SortKeys key = sorted ? sortKeys(sortColumn_, {record}) : SortKeys{};
+    const auto stands = [&](std::uint32_t a, std::uint32_t other) {
+        if (!sorted) return a < other;
+        const SortKeys otherKey = sortKeys(sortColumn_, {other});
+        if (key == otherKey) return a < other;
+        return sortOrder_ == Qt::AscendingOrder ? key < otherKey : otherKey < key;
+    };
+    const auto place = std::upper_bound(order_.begin(), order_.end(), record, stands);
+    return static_cast<std::size_t>(place - order_.begin());
+}
+
+void OrderedTableModel::tellUpdated(const Records& updated) {
+    if (updated.empty()) return;
+    const std::vector<int> rows = rowsOf(updated);
+    if (rows.empty()) return;
+    std::vector<Range> ranges = rangesOf(rows);
+    if (ranges.size() > rangesAtMost) ranges = {{rows.front(), rows.back()}};
+    for (const Range& range : ranges) {
+        emit dataChanged(index(range.first, 0), index(range.second, columnCount() - 1));
+    }
+}
+
+void OrderedTableModel::tellColumn(int column, int role) {
+    if (order_.empty()) return;
+    emit dataChanged(index(0, column), index(rowCount() - 1, column), {role});
 }
 
 }  // namespace zorvel

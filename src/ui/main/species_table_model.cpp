@@ -3,25 +3,73 @@
 #include <algorithm>
 #include <utility>
 
-#include "model/diversity_document.h"
+#include "model/edits.h"
+#include "model/typed_values.h"
 #include "ui/main/census_table_model.h"
 #include "ui/main/natural_order.h"
 
 namespace zorvel {
 
+SpeciesTableModel::SpeciesTableModel(ObjectContext& context, QObject* parent)
+    : OrderedTableModel(parent), context_(context) {}
+
 void SpeciesTableModel::setCensus(std::shared_ptr<const CensusBlock> block) {
     beginResetModel();
-    block_ = std::move(block);
-    taxa_.clear();
-    largest_ = 0;
-    if (block_) {
-        block_->forEachTaxon([this](const TaxonRecord& taxon) {
-            taxa_.push_back(&taxon);
-            largest_ = std::max(largest_, taxon.values.abundance);
-        });
-    }
+    takeBlock(std::move(block));
     arrange();
     endResetModel();
+}
+
+void SpeciesTableModel::takeBlock(std::shared_ptr<const CensusBlock> block) {
+    // The records of the old block live until the pointers to them are gone.
+    const std::shared_ptr<const CensusBlock> old = std::exchange(block_, std::move(block));
+    taxa_.clear();
+    largest_ = 0;
+    if (!block_) return;
+    taxa_.reserve(block_->taxonCount());
+    block_->forEachTaxon([this](const TaxonRecord& taxon) {
+        taxa_.push_back(&taxon);
+        largest_ = std::max(largest_, taxon.values.abundance);
+    });
+}
+
+void SpeciesTableModel::blockDidChange(std::shared_ptr<const CensusBlock> after) {
+    const RecordsChange told = changeTo(*after);
+    const std::int64_t largest = largest_;
+    change(told, [&] { takeBlock(std::move(after)); });
+    if (largest_ != largest) tellColumn(abundanceColumn, shareRole);
+}
+
+OrderedTableModel::RecordsChange SpeciesTableModel::changeTo(const CensusBlock& after) const {
+    RecordsChange told;
+    std::size_t inserted = 0;
+    std::size_t removed = 0;
+    const auto visit = [&](const TaxonRecord* before, const TaxonRecord* now) {
+        const std::size_t old = placeOf(before ? before->id : now->id);
+        const auto place = static_cast<std::uint32_t>(old - removed + inserted);
+        if (!before) {
+            told.inserted.push_back(place);
+            ++inserted;
+        } else if (!now) {
+            told.removed.push_back(static_cast<std::uint32_t>(old));
+            ++removed;
+        } else {
+            told.updated.push_back(place);
+        }
+    };
+    forEachTaxonChange(block_.get(), &after, visit);
+    return told;
+}
+
+std::size_t SpeciesTableModel::placeOf(RecordId taxon) const {
+    const auto found =
+        std::lower_bound(taxa_.begin(), taxa_.end(), taxon,
+                         [](const TaxonRecord* each, RecordId id) { return each->id < id; });
+    return static_cast<std::size_t>(found - taxa_.begin());
+}
+
+bool SpeciesTableModel::isTaxonAt(std::size_t place, RecordId taxon) const {
+    return place < taxa_.size() && taxa_[place]->id == taxon;
 }
 
 void SpeciesTableModel::setFilter(const QString& text) {
@@ -38,9 +86,31 @@ RecordId SpeciesTableModel::taxonAt(int row) const {
 }
 
 int SpeciesTableModel::rowOfTaxon(RecordId taxon) const {
-    const auto found = std::find_if(taxa_.begin(), taxa_.end(),
-                                    [taxon](const TaxonRecord* each) { return each->id == taxon; });
-    return found == taxa_.end() ? -1 : rowOf(static_cast<std::size_t>(found - taxa_.begin()));
+    const std::size_t place = placeOf(taxon);
+    return isTaxonAt(place, taxon) ? rowOf(place) : -1;
+}
+
+std::vector<int> SpeciesTableModel::rowsOfTaxa(const std::vector<RecordId>& ascending) const {
+    Records places;
+    for (const RecordId taxon : ascending) {
+        const std::size_t place = placeOf(taxon);
+        if (isTaxonAt(place, taxon)) places.push_back(static_cast<std::uint32_t>(place));
+    }
+    return rowsOf(places);
+}
+
+std::vector<Zorvel> SpeciesTableModel::taxaAt(const std::vector<int>& rows) const {
+    const std::optional<Census> census = block_ ? context_.census(block_->id) : std::nullopt;
+    if (!census) return {};
+    std::vector<RecordId> wanted;
+    wanted.reserve(rows.size());
+    for (const int row : rows) wanted.push_back(taxonAt(row));
+    std::sort(wanted.begin(), wanted.end());
+    std::vector<Zorvel> taxa;
+    for (const Zorvel& taxon : census->taxa()) {
+        if (std::binary_search(wanted.begin(), wanted.end(), taxon.id())) taxa.push_back(taxon);
+    }
+    return taxa;
 }
 
 int SpeciesTableModel::columnCount(const QModelIndex& parent) const {
@@ -49,7 +119,7 @@ int SpeciesTableModel::columnCount(const QModelIndex& parent) const {
 
 QVariant SpeciesTableModel::data(const QModelIndex& index, int role) const {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
-    const TaxonValues& taxon = taxa_[recordAt(index.row())]->values;
+    const TaxonValues& taxon = valuesAt(index.row());
     switch (index.column()) {
         case includeColumn:
             return includeData(taxon, role);
@@ -70,11 +140,14 @@ QVariant SpeciesTableModel::includeData(const TaxonValues& taxon, int role) cons
 
 QVariant SpeciesTableModel::nameData(const TaxonValues& taxon, int role) const {
     if (role == Qt::DisplayRole || role == Qt::ToolTipRole) return shownName(taxon.name);
+    if (role == Qt::EditRole) return editableName(taxon.name);
     return {};
 }
 
 QVariant SpeciesTableModel::abundanceData(const TaxonValues& taxon, int role) const {
-    if (role == Qt::DisplayRole) return static_cast<qlonglong>(taxon.abundance);
+    if (role == Qt::DisplayRole || role == Qt::EditRole) {
+        return static_cast<qlonglong>(taxon.abundance);
+    }
     if (role == Qt::TextAlignmentRole)
         return QVariant::fromValue(Qt::AlignRight | Qt::AlignVCenter);
     if (role == shareRole) {
@@ -82,6 +155,40 @@ QVariant SpeciesTableModel::abundanceData(const TaxonValues& taxon, int role) co
         return largest_ > 0 ? present / static_cast<double>(largest_) : 0.0;
     }
     return {};
+}
+
+bool SpeciesTableModel::setData(const QModelIndex& index, const QVariant& value, int role) {
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return false;
+    const std::vector<Zorvel> taxa = taxaAt({index.row()});
+    if (taxa.empty() || !edit(taxa.front(), index.column(), value, role)) return false;
+    context_.announceChanges();
+    return true;
+}
+
+bool SpeciesTableModel::edit(const Zorvel& taxon, int column, const QVariant& value, int role) {
+    if (column == includeColumn && role == Qt::CheckStateRole) {
+        editInclude(context_, {taxon}, value.toInt() == Qt::Checked);
+        return true;
+    }
+    if (role != Qt::EditRole) return false;
+    if (column == nameColumn) {
+        if (value.toString() == editableName(taxon.name())) return true;
+        editName(context_, taxon, value.toString().toStdString());
+        return true;
+    }
+    const Typed<std::int64_t> abundance = parseTypedAbundance(value.toString().toStdString());
+    if (column != abundanceColumn || !abundance) return false;
+    editAbundance(context_, taxon, abundance.value());
+    return true;
+}
+
+Qt::ItemFlags SpeciesTableModel::flags(const QModelIndex& index) const {
+    const Qt::ItemFlags flags = OrderedTableModel::flags(index) | Qt::ItemNeverHasChildren;
+    if (!index.isValid()) return flags;
+    if (index.column() == includeColumn) return flags | Qt::ItemIsUserCheckable;
+    const bool editable =
+        index.column() == abundanceColumn || isNameEditable(valuesAt(index.row()).name);
+    return editable ? flags | Qt::ItemIsEditable : flags;
 }
 
 QVariant SpeciesTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
@@ -101,20 +208,21 @@ QVariant SpeciesTableModel::headerData(int section, Qt::Orientation orientation,
     return {};
 }
 
-OrderedTableModel::SortKeys SpeciesTableModel::sortKeys(int column) const {
+OrderedTableModel::SortKeys SpeciesTableModel::sortKeys(int column, const Records& records) const {
     if (column == nameColumn) {
         std::vector<std::string> keys;
-        keys.reserve(taxa_.size());
-        for (const TaxonRecord* taxon : taxa_) {
-            keys.push_back(naturalKey(taxon->values.name ? taxon->values.name->view()
-                                                         : std::string_view(unnamedName)));
+        keys.reserve(records.size());
+        for (const std::uint32_t record : records) {
+            const std::optional<SharedText>& name = taxa_[record]->values.name;
+            keys.push_back(naturalKey(name ? name->view() : std::string_view(unnamedName)));
         }
         return keys;
     }
     std::vector<std::int64_t> keys;
-    keys.reserve(taxa_.size());
-    for (const TaxonRecord* taxon : taxa_) {
-        keys.push_back(column == abundanceColumn ? taxon->values.abundance : taxon->values.include);
+    keys.reserve(records.size());
+    for (const std::uint32_t record : records) {
+        const TaxonValues& taxon = taxa_[record]->values;
+        keys.push_back(column == abundanceColumn ? taxon.abundance : taxon.include);
     }
     return keys;
 }

@@ -1,10 +1,11 @@
 // The taxa of one census: include mark, name, abundance; all of them, or those whose name holds a
-// text. It keeps the census's block, so the records may change under it; it shows what it was
-// given until it is given another. Main thread.
+// text. It shows the block of the census that it was last told of; what is typed goes through the
+// edits of the model, never straight into a record. Main thread.
 #pragma once
 
 #include <QString>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,36 +21,55 @@ class SpeciesTableModel : public OrderedTableModel {
     // In the abundance column: the abundance as a share (0 to 1) of the largest of the census.
     static constexpr int shareRole = Qt::UserRole;
 
-    using OrderedTableModel::OrderedTableModel;
+    // The context must outlive the model.
+    explicit SpeciesTableModel(ObjectContext& context, QObject* parent = nullptr);
 
     // No block: no rows.
     void setCensus(std::shared_ptr<const CensusBlock> block);
+    // The block that the same census has become, not null. What both blocks share costs a pointer
+    // a taxon.
+    void blockDidChange(std::shared_ptr<const CensusBlock> after);
     // Names that hold the text, whatever its case; an empty text shows all.
     void setFilter(const QString& text);
 
     [[nodiscard]] RecordId taxonAt(int row) const;
     // -1 where the taxon is not shown.
     [[nodiscard]] int rowOfTaxon(RecordId taxon) const;
+    // Rows of many, ascending.
+    [[nodiscard]] std::vector<int> rowsOfTaxa(const std::vector<RecordId>& ascending) const;
+    // The handles of the taxa in these rows, in the project's order, as they stand in the project.
+    [[nodiscard]] std::vector<Zorvel> taxaAt(const std::vector<int>& rows) const;
     // Of the census, shown or not.
     [[nodiscard]] std::size_t taxonCount() const { return taxa_.size(); }
 
     [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+    bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+    [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
     [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation,
                                       int role) const override;
 
   protected:
     [[nodiscard]] std::size_t recordCount() const override { return taxa_.size(); }
-    [[nodiscard]] SortKeys sortKeys(int column) const override;
+    [[nodiscard]] SortKeys sortKeys(int column, const Records& records) const override;
     [[nodiscard]] bool accepts(std::size_t record) const override;
 
   private:
+    [[nodiscard]] const TaxonValues& valuesAt(int row) const {
+        return taxa_[recordAt(row)]->values;
+    }
+    [[nodiscard]] std::size_t placeOf(RecordId taxon) const;
+    [[nodiscard]] bool isTaxonAt(std::size_t place, RecordId taxon) const;
+    [[nodiscard]] RecordsChange changeTo(const CensusBlock& after) const;
     [[nodiscard]] QVariant includeData(const TaxonValues& taxon, int role) const;
     [[nodiscard]] QVariant nameData(const TaxonValues& taxon, int role) const;
     [[nodiscard]] QVariant abundanceData(const TaxonValues& taxon, int role) const;
+    void takeBlock(std::shared_ptr<const CensusBlock> block);
+    bool edit(const Zorvel& taxon, int column, const QVariant& value, int role);
 
+    ObjectContext& context_;
     std::shared_ptr<const CensusBlock> block_;
-    std::vector<const TaxonRecord*> taxa_;  // within block_
+    std::vector<const TaxonRecord*> taxa_;  // within block_, ascending by identity
     std::int64_t largest_ = 0;
     std::string filter_;  // folded
 };

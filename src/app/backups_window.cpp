@@ -1,0 +1,80 @@
+#include "app/backups_window.h"
+
+#include <QDateTime>
+#include <QDialogButtonBox>
+#include <QFileInfo>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLocale>
+#include <QPushButton>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+#include "ui/kit/look_style.h"
+#include "ui/kit/shown_text.h"
+
+namespace zorvel {
+
+namespace {
+constexpr int pathRole = Qt::UserRole;
+}
+
+BackupsWindow::BackupsWindow(const QString& displayName, const QStringList& paths, QWidget* parent)
+    : QDialog(parent), list_(new QTreeWidget(this)) {
+    setObjectName("backupsWindow");
+    setAttribute(Qt::WA_DeleteOnClose);
+    setWindowTitle(tr("Backups of %1").arg(shortened(displayName, 200)));
+    resize(460, 340);
+    auto* text = new QLabel(tr("A backup is made before the first change after a project was "
+                               "opened. A copy opens as an untitled project."),
+                            this);
+    text->setWordWrap(true);
+    list_->setObjectName("backupsList");
+    list_->setAccessibleName(tr("Backups"));
+    list_->setHeaderLabels({tr("Date"), tr("Size")});
+    list_->setRootIsDecorated(false);
+    list_->setUniformRowHeights(true);
+    list_->setAlternatingRowColors(true);
+    list_->header()->setStretchLastSection(false);
+    list_->header()->setSectionResizeMode(0, QHeaderView::Stretch);
+    auto* buttons = new QDialogButtonBox(this);
+    openButton_ = buttons->addButton(tr("Open Copy"), QDialogButtonBox::ActionRole);
+    openButton_->setObjectName("openCopyButton");
+    openButton_->setProperty(primaryButtonProperty, true);
+    openButton_->setDefault(true);
+    buttons->addButton(QDialogButtonBox::Close);
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(12, 12, 12, 12);
+    column->addWidget(text);
+    column->addWidget(list_, 1);
+    column->addWidget(buttons);
+    connect(buttons, &QDialogButtonBox::rejected, this, &QWidget::close);
+    connect(openButton_, &QPushButton::clicked, this, &BackupsWindow::openCopy);
+    connect(list_, &QTreeWidget::itemActivated, this, &BackupsWindow::openCopy);
+    fill(paths);
+}
+
+void BackupsWindow::fill(const QStringList& paths) {
+    for (auto path = paths.rbegin(); path != paths.rend(); ++path) {
+        const QFileInfo file(*path);
+        auto* item = new QTreeWidgetItem(
+            list_, {QLocale().toString(file.lastModified(), "d MMM yyyy, HH:mm:ss"),
+                    QLocale().formattedDataSize(file.size())});
+        item->setData(0, pathRole, *path);
+        item->setToolTip(0, breakable(file.completeBaseName()));
+        item->setTextAlignment(1, Qt::AlignRight | Qt::AlignVCenter);
+    }
+    if (paths.isEmpty()) new QTreeWidgetItem(list_, {tr("There is no backup yet")});
+    list_->setCurrentItem(list_->topLevelItem(0));
+    openButton_->setEnabled(!paths.isEmpty());
+}
+
+void BackupsWindow::openCopy() {
+    const QTreeWidgetItem* item = list_->currentItem();
+    const QString path = item != nullptr ? item->data(0, pathRole).toString() : QString();
+    if (path.isEmpty()) return;
+    emit copyRequested(path);
+    close();
+}
+
+}  // namespace zorvel

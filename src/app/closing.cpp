@@ -1,0 +1,75 @@
+// How the windows of the projects close, and how the program ends with the last of them.
+#include <QApplication>
+#include <algorithm>
+
+#include "app/document_commands.h"
+#include "app/project_windows.h"
+#include "app/quitting.h"
+#include "platform/document_controller.h"
+#include "ui/kit/alerts.h"
+#include "ui/main/main_view_controller.h"
+#include "ui/main/main_window_controller.h"
+
+namespace zorvel {
+
+bool ProjectWindows::mayClose(MainWindowController& window) {
+    if (!quitting_) {
+        const QPointer<MainWindowController> guard(&window);
+        if (!window.mainView().commitEditing() || !askToKeep(window)) return false;
+        const bool last = windows().size() == 1;
+        if (last && !settleBeforeQuitting(documents_, panels_,
+                                          discarded_.empty() ? nullptr : &window.document())) {
+            discarded_.clear();
+            return false;
+        }
+        if (!guard) return false;
+    }
+    connect(&window, &QObject::destroyed, this,
+            [this, document = QPointer<Document>(&window.document())] { letGo(document); });
+    return true;
+}
+
+bool ProjectWindows::askToKeep(MainWindowController& window) {
+    Document& document = window.document();
+    if (!document.isUntitled() || document.isUntouched()) return true;
+    const QPointer<MainWindowController> guard(&window);
+    const int answer = panels_.alerts.ask(
+        &window, {tr("Save “%1” before closing?").arg(document.displayName()),
+                  tr("It is not saved as a project file yet. What is discarded is lost."),
+                  {tr("Save..."), tr("Discard"), tr("Cancel")},
+                  1});
+    if (!guard) return false;
+    if (answer == 1) discarded_.emplace_back(&document);
+    if (answer == 0) {
+        saveDocumentAs(document, &window, panels_, [guard](bool saved) {
+            if (saved && guard) guard->close();
+        });
+    }
+    return answer == 1;
+}
+
+// After the window has gone, which looks at the document to its end.
+void ProjectWindows::letGo(Document* document) {
+    if (document == nullptr) return;
+    const auto found = std::find(discarded_.begin(), discarded_.end(), document);
+    if (found == discarded_.end()) {
+        documents_.close(*document);
+    } else {
+        discarded_.erase(found);
+        documents_.discard(*document);
+    }
+}
+
+bool ProjectWindows::quit() {
+    if (quitting_) return true;
+    for (MainWindowController* window : windows()) {
+        if (!window->mainView().commitEditing()) return false;
+    }
+    if (!settleBeforeQuitting(documents_, panels_)) return false;
+    quitting_ = true;
+    for (MainWindowController* window : windows()) window->close();
+    QCoreApplication::quit();
+    return true;
+}
+
+}  // namespace zorvel

@@ -1,0 +1,15 @@
+// File > Open Recent: the files opened or saved last, and the command that forgets them. Main
+// thread.
+#pragma once
+
+class QMenu;
+
+namespace zorvel {
+
+class MainWindowController;
+class ProjectWindows;
+
+// Fills the menu each time that it is about to be shown. Both must outlive it.
+void keepRecentMenu(QMenu& menu, MainWindowController& window, ProjectWindows& windows);
+
+}  // namespace zorvel

@@ -1,0 +1,61 @@
+#include "ui/kit/alerts.h"
+
+#include <QMessageBox>
+#include <QPointer>
+#include <QPushButton>
+
+#include "ui/kit/look_style.h"
+#include "ui/kit/shown_text.h"
+
+namespace zorvel {
+
+namespace {
+
+constexpr qsizetype longest = 600;  // characters
+
+// Goes with its parent, should that close while it waits.
+QPointer<QMessageBox> box(QWidget* parent, QMessageBox::Icon icon, const QString& text,
+                          const QString& informativeText) {
+    QPointer<QMessageBox> box(new QMessageBox(parent));
+    box->setIcon(icon);
+    box->setTextFormat(Qt::PlainText);
+    box->setText(breakable(shortened(text, longest)));
+    box->setInformativeText(breakable(shortened(informativeText, longest)));
+    return box;
+}
+
+}  // namespace
+
+int DesktopAlerts::ask(QWidget* parent, const Question& question) {
+    const QPointer<QMessageBox> alert =
+        box(parent, QMessageBox::Warning, question.text, question.informativeText);
+    const int last = static_cast<int>(question.buttons.size()) - 1;
+    for (int i = 0; i <= last; ++i) {
+        const QMessageBox::ButtonRole role = i == last ? QMessageBox::RejectRole
+                                             : i == question.destructive
+                                                 ? QMessageBox::DestructiveRole
+                                                 : QMessageBox::AcceptRole;
+        QPushButton* button = alert->addButton(question.buttons[i], role);
+        button->setProperty("place", i);
+        if (i == 0) {
+            alert->setDefaultButton(button);
+            button->setProperty(primaryButtonProperty, true);
+        }
+        if (i == last) alert->setEscapeButton(button);
+    }
+    alert->exec();
+    if (!alert) return last;
+    const QAbstractButton* clicked = alert->clickedButton();
+    const int answer = clicked != nullptr ? clicked->property("place").toInt() : last;
+    delete alert;
+    return answer;
+}
+
+void DesktopAlerts::warn(QWidget* parent, const QString& text, const QString& informativeText) {
+    const QPointer<QMessageBox> alert = box(parent, QMessageBox::Warning, text, informativeText);
+    alert->addButton(QMessageBox::Ok);
+    alert->exec();
+    delete alert;
+}
+
+}  // namespace zorvel

@@ -1,0 +1,40 @@
+// Questions and warnings that wait for an answer. An interface, so that a test can answer. Main
+// thread.
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+class QWidget;
+
+namespace zorvel {
+
+struct Question {
+    QString text;             // what is asked, a sentence
+    QString informativeText;  // what follows from the answers
+    // Left to right in order of importance: the first is what Return chooses, the last what Escape
+    // and the closing of the question choose.
+    QStringList buttons;
+    // The button that loses something, told apart from the others; -1: none.
+    int destructive = -1;
+};
+
+class Alerts {
+  public:
+    Alerts() = default;
+    Alerts(const Alerts&) = delete;
+    Alerts& operator=(const Alerts&) = delete;
+    virtual ~Alerts() = default;
+
+    // The place of the button chosen. parent may be null; it may be gone afterwards.
+    virtual int ask(QWidget* parent, const Question& question) = 0;
+    virtual void warn(QWidget* parent, const QString& text, const QString& informativeText) = 0;
+};
+
+class DesktopAlerts final : public Alerts {
+  public:
+    int ask(QWidget* parent, const Question& question) override;
+    void warn(QWidget* parent, const QString& text, const QString& informativeText) override;
+};
+
+}  // namespace zorvel

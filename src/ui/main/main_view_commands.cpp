@@ -1,0 +1,122 @@
+// The commands of the main view: each is one edit of the model, announced at once so that the
+// tables show it when the command returns.
+#include "model/edits.h"
+#include "ui/main/census_table_model.h"
+#include "ui/main/main_view_controller.h"
+#include "ui/main/species_table_model.h"
+#include "ui/main/table_text_fields.h"
+#include "ui_main_view.h"
+
+namespace zorvel {
+
+void MainViewController::addCensusRow() {
+    if (!commitEditing()) return;
+    const Census census = addCensus(document_.objectContext());
+    document_.objectContext().announceChanges();
+    selectCensus(census.id());
+    const int row = censusModel_->rowOfCensus(census.id());
+    ui_->censusTable->beginEditing(censusModel_->index(row, CensusTableModel::nameColumn));
+}
+
+void MainViewController::selectCensus(RecordId census) {
+    const int row = censusModel_->rowOfCensus(census);
+    if (row >= 0) ui_->censusTable->selectRows({row});
+}
+
+void MainViewController::deleteCensusRows() {
+    if (!commitEditing()) return;
+    std::vector<Census> censuses;
+    for (const int row : ui_->censusTable->selectedRows()) {
+        if (const std::optional<Census> census = censusModel_->censusAt(row)) {
+            censuses.push_back(*census);
+        }
+    }
+    if (censuses.empty()) return;
+    deleteCensuses(document_.objectContext(), censuses);
+    document_.objectContext().announceChanges();
+}
+
+void MainViewController::addSpeciesRow() {
+    if (!commitEditing()) return;
+    const std::optional<Census> census = selectedCensus();
+    if (!census) return;
+    const Zorvel taxon = addTaxon(document_.objectContext(), *census);
+    document_.objectContext().announceChanges();
+    const int row = speciesModel_->rowOfTaxon(taxon.id());
+    if (row < 0) return;
+    ui_->speciesTable->selectRows({row});
+    ui_->speciesTable->beginEditing(speciesModel_->index(row, SpeciesTableModel::nameColumn));
+}
+
+// The row that takes the place of the deleted ones is selected.
+void MainViewController::deleteSpeciesRows() {
+    if (!commitEditing()) return;
+    const std::vector<int> rows = ui_->speciesTable->selectedRows();
+    if (rows.empty()) return;
+    deleteTaxa(document_.objectContext(), speciesModel_->taxaAt(rows));
+    document_.objectContext().announceChanges();
+    const int last = speciesModel_->rowCount() - 1;
+    if (last >= 0) ui_->speciesTable->selectRows({std::min(rows.front(), last)});
+}
+
+// The first of the selected rows tells which way.
+void MainViewController::toggleInclude() {
+    const std::vector<int> rows = ui_->speciesTable->selectedRows();
+    if (rows.empty()) return;
+    const QModelIndex first = speciesModel_->index(rows.front(), SpeciesTableModel::includeColumn);
+    const bool included = first.data(Qt::CheckStateRole).toInt() == Qt::Checked;
+    editInclude(document_.objectContext(), speciesModel_->taxaAt(rows), !included);
+    document_.objectContext().announceChanges();
+}
+
+bool MainViewController::canDeleteCensus() const {
+    return !ui_->censusTable->selectedRows().empty();
+}
+
+bool MainViewController::canAddSpecies() const {
+    return selectedCensus().has_value();
+}
+
+bool MainViewController::canDeleteSpecies() const {
+    return !ui_->speciesTable->selectedRows().empty();
+}
+
+void MainViewController::refreshSpeciesControls() {
+    ui_->removeCensusButton->setEnabled(canDeleteCensus());
+    ui_->addSpeciesButton->setEnabled(canAddSpecies());
+    ui_->removeSpeciesButton->setEnabled(canDeleteSpecies());
+}
+
+void MainViewController::undo() {
+    travel(&ObjectContext::undo);
+}
+
+void MainViewController::redo() {
+    travel(&ObjectContext::redo);
+}
+
+void MainViewController::travel(void (ObjectContext::*step)()) {
+    if (!commitEditing()) return;
+    ObjectContext& context = document_.objectContext();
+    context.announceChanges();
+    (context.*step)();
+    revealing_ = true;
+    context.announceChanges();
+    revealing_ = false;
+}
+
+bool MainViewController::commitEditing() {
+    for (RecordTableView* table : {static_cast<RecordTableView*>(ui_->censusTable),
+                                   static_cast<RecordTableView*>(ui_->speciesTable)}) {
+        auto* field = qobject_cast<TableTextField*>(table->openEditor());
+        if (field != nullptr && !field->problem().isEmpty()) {
+            field->setFocus();
+            field->tellProblem();
+            return false;
+        }
+        table->commitEditing();
+    }
+    return true;
+}
+
+}  // namespace zorvel
