@@ -48,6 +48,9 @@ FileTrouble troubleOf(int code, int systemError) {
             return troubleOfReadOnly(code);
         case SQLITE_IOERR:
             return troubleOfInputOutput(code, systemError);
+        // Of statements that are right, such as all of ours: the file is not what they expect.
+        case SQLITE_ERROR:
+        case SQLITE_TOOBIG:
         case SQLITE_CORRUPT:
         case SQLITE_NOTADB:
         case SQLITE_FORMAT:
