@@ -60,6 +60,8 @@ struct ProjectFile::Parts {
     WrittenState written;
     // A write of which it is not known whether it took place.
     std::optional<WrittenState> attempt;
+    // False while what is written may be in the file and yet not safe on the disk.
+    bool safe = true;
     // As the file was after our last access to it; absent where that may have been cut short.
     std::optional<FileStamp> stamp;
 
@@ -69,10 +71,11 @@ struct ProjectFile::Parts {
     void migrate(int version);
     void requireSamePlace() const;
     void requireSameFile() const;
-    bool settleAttempt();
+    void settleAttempt();
     void commit(Transaction& transaction);
     void write(Blocks blocks);
     void load(ProjectRecords& records);
+    void checkCopy(Connection& copy) const;
 };
 
 void ProjectFile::Parts::hold() {
@@ -196,11 +199,9 @@ void ProjectFile::Parts::requireSameFile() const {
     if (stamp && !(fileStamp(resolved) == stamp)) fail(FileTrouble::changedElsewhere);
 }
 
-// Finds out, in the transaction that is open, what became of the last write. Whether that had been
-// in doubt.
-bool ProjectFile::Parts::settleAttempt() {
+// Finds out, in the transaction that is open, what became of the last write.
+void ProjectFile::Parts::settleAttempt() {
     const ProjectRow found = readProjectRow(*connection);
-    const bool inDoubt = attempt.has_value();
     if (attempt && sameWrite(found, attempt->row)) {
         written = std::move(*attempt);
         writer->accept();
@@ -210,7 +211,6 @@ bool ProjectFile::Parts::settleAttempt() {
         fail(FileTrouble::changedElsewhere);
     }
     attempt.reset();
-    return inDoubt;
 }
 
 void ProjectFile::Parts::write(Blocks blocks) {
@@ -219,10 +219,9 @@ void ProjectFile::Parts::write(Blocks blocks) {
     // another version of the file, laid over it by a program that keeps times, may have the same.
     connection->forgetPages();
     Transaction transaction(*connection, Transaction::Kind::write);
-    const bool wasInDoubt = settleAttempt();
+    settleAttempt();
     const ChangeSet changes = changesBetween(written.blocks, blocks);
-    // What had been in doubt may be in the file and yet not safe on the disk.
-    if (changes.empty() && !wasInDoubt) return;
+    if (changes.empty() && safe) return;
     WrittenState next{{written.row.identity, written.row.generation + 1, randomInteger()},
                       std::move(blocks)};
     stamp.reset();
@@ -234,12 +233,14 @@ void ProjectFile::Parts::write(Blocks blocks) {
         throw;
     }
     attempt = std::move(next);
+    safe = false;
     commit(transaction);
 }
 
 void ProjectFile::Parts::commit(Transaction& transaction) {
     requireSamePlace();
     transaction.commit();
+    safe = true;
     written = std::move(*attempt);
     attempt.reset();
     writer->accept();
@@ -247,12 +248,22 @@ void ProjectFile::Parts::commit(Transaction& transaction) {
     stamp = fileStamp(resolved);
 }
 
+// The pages may have been overwritten behind our back.
+void ProjectFile::Parts::checkCopy(Connection& copy) const {
+    checkPages(copy);
+    const ProjectRow row = readProjectRow(copy);
+    const bool ours = sameWrite(row, written.row) || (attempt && sameWrite(row, attempt->row));
+    if (!notWritable && !ours) fail(FileTrouble::changedElsewhere);
+}
+
 std::optional<FileProblem> ProjectFile::copyTo(const std::string& path) {
     return guarded([&] {
         ReplacementFile file(resolvedPath(path), parts_->options.vfs);
         {
             Connection copy(file.temporaryPath(), Connection::Access::build, parts_->options.vfs);
+            parts_->connection->forgetPages();
             parts_->connection->copyPagesTo(copy);
+            parts_->checkCopy(copy);
         }
         file.takePlace();
     });

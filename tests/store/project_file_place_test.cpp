@@ -93,6 +93,20 @@ TEST_F(ProjectPlace, BusyWhileAnotherProgramReadsOrWrites) {
     }
 }
 
+TEST_F(ProjectPlace, NoCopyOfWhatIsBusyOrNotOurs) {
+    {
+        PlainDatabase other(path("p.zorvel"));
+        other.run("BEGIN EXCLUSIVE");
+        EXPECT_EQ(numberOf(file_->copyTo(path("copy.zorvel"))), numberOf(FileTrouble::busy));
+        EXPECT_FALSE(fs::exists(path("copy.zorvel")));
+    }
+    created(path("other.zorvel"), ObjectContext());
+    put("p.zorvel", bytesOf("other.zorvel"));
+    EXPECT_EQ(numberOf(file_->copyTo(path("copy.zorvel"))),
+              numberOf(FileTrouble::changedElsewhere));
+    EXPECT_FALSE(fs::exists(path("copy.zorvel")));
+}
+
 TEST_F(ProjectPlace, MovedOrChangedMeanwhileIsNotWrittenTo) {
     struct Case {
         const char* what;
