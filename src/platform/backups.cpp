@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "platform/file_names.h"
+#include "platform/leftovers.h"
 
 namespace zorvel {
 
@@ -20,14 +21,15 @@ struct Backup {
     QString displayName;
     QString time;
     int number = 1;  // of those of one second
+    QDateTime modified;
     QString path;
 };
 
 // Time goes first: of all names, the newest is last.
 bool isOlder(const Backup& a, const Backup& b) {
     if (a.time != b.time) return a.time < b.time;
-    if (a.number != b.number) return a.number < b.number;
-    return a.displayName < b.displayName;
+    if (a.modified != b.modified) return a.modified < b.modified;
+    return a.number < b.number;
 }
 
 std::vector<Backup> backupsIn(const QString& folder) {
@@ -39,7 +41,8 @@ std::vector<Backup> backupsIn(const QString& folder) {
         const QRegularExpressionMatch match = form.match(file.fileName());
         if (!match.hasMatch()) continue;
         const int number = match.captured(3).isEmpty() ? 1 : match.captured(3).toInt();
-        backups.push_back({match.captured(1), match.captured(2), number, file.absoluteFilePath()});
+        backups.push_back({match.captured(1), match.captured(2), number, file.lastModified(),
+                           file.absoluteFilePath()});
     }
     std::sort(backups.begin(), backups.end(), isOlder);
     return backups;
@@ -71,6 +74,7 @@ std::optional<FileProblem> makeBackup(ProjectFile& file, const BackupOrder& orde
         freePath(folder, name + " " + QDateTime::currentDateTime().toString(timeFormat));
     if (auto problem = file.copyTo(QFile::encodeName(path).toStdString())) return problem;
     prune(folder, name);
+    deleteLeftovers(folder);
     return std::nullopt;
 }
 

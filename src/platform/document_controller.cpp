@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QMetaObject>
 #include <QStandardPaths>
 #include <algorithm>
 #include <thread>
@@ -28,10 +29,15 @@ DocumentController::DocumentController(JobQueue& jobs, Folders folders,
       services_{writer_.get(), settings, folders_.backups},
       untitled_(folders_.untitled) {}
 
-// A thread that hangs in a disk is left to the end of the process, with all that it uses.
+// What its own file does not take even now is kept as an untitled project. A thread that hangs in a
+// disk is left to the end of the process, with all that it uses.
 DocumentController::~DocumentController() {
+    constexpr std::chrono::seconds patience(1);
     for (Document* document : documents()) close(*document);
-    finish(std::chrono::seconds(1));
+    for (Document* document : finish(patience)) {
+        if (!document->saver_->isBusy() && document->problem()) keepAside(*document);
+    }
+    finish(patience);
     const bool hangs = std::any_of(closing_.begin(), closing_.end(),
                                    [](const auto& closing) { return closing->saver_->isBusy(); });
     closing_.clear();
@@ -162,13 +168,13 @@ void DocumentController::continueClosing(Document& document) {
     if (!isClosing(document) || saver.isBusy()) return;
     if (!saver.isUnsaved()) {
         saver.release(false);
-    } else if (saver.state() == DocumentSaver::State::stuck && !document.keptAside_) {
+    } else if (saver.state() == DocumentSaver::State::stuck) {
         keepAside(document);
     }
 }
 
 void DocumentController::keepAside(Document& document) {
-    document.keptAside_ = true;
+    if (std::exchange(document.keptAside_, true)) return;
     writer_->start(
         this, [folder = untitled_.path()] { return QDir().mkpath(folder); }, [](bool) {});
     const QString name = document.displayName();
@@ -184,8 +190,10 @@ void DocumentController::forget(Document& document) {
         return closing.get() == &document;
     });
     if (place == closing_.end()) return;
-    place->release()->deleteLater();
+    gone_.push_back(std::move(*place));
     closing_.erase(place);
+    QMetaObject::invokeMethod(
+        this, [this] { gone_.clear(); }, Qt::QueuedConnection);
     resumeWaiting();
 }
 
@@ -202,25 +210,31 @@ std::vector<Document*> DocumentController::unsafeDocuments() const {
     return all;
 }
 
-// Saves what may still be saved; true while there is something to wait for.
-bool DocumentController::workToFinish() {
-    bool pending = false;
-    for (Document* document : unsafeDocuments()) {
-        DocumentSaver& saver = *document->saver_;
-        if (saver.state() == DocumentSaver::State::waiting || !saver.problem()) saver.saveNow();
-        pending |= saver.isBusy();
-    }
-    return pending || std::any_of(closing_.begin(), closing_.end(),
-                                  [](const auto& d) { return d->saver_->isEnding(); });
+bool DocumentController::hasWorkToFinish() const {
+    const std::vector<Document*> all = unsafeDocuments();
+    return std::any_of(all.begin(), all.end(),
+                       [](const Document* document) {
+                           return document->saver_->isBusy() || !document->problem();
+                       }) ||
+           std::any_of(closing_.begin(), closing_.end(),
+                       [](const auto& closing) { return closing->saver_->isEnding(); });
 }
 
+// Timers do not run meanwhile: what became due, or found its file in use, is written from here.
 std::vector<Document*> DocumentController::finish(std::chrono::milliseconds atMost) {
     for (Document* document : unsafeDocuments()) document->saver_->saveNow();
     QElapsedTimer timer;
+    QElapsedTimer sinceTry;
     timer.start();
-    while (workToFinish() && timer.elapsed() < atMost.count()) {
+    sinceTry.start();
+    while (hasWorkToFinish() && timer.elapsed() < atMost.count()) {
         std::this_thread::sleep_for(std::chrono::milliseconds(2));
         QCoreApplication::sendPostedEvents(writer_.get());
+        if (sinceTry.elapsed() < services_.settings.busyRetry.count()) continue;
+        sinceTry.restart();
+        for (Document* document : unsafeDocuments()) {
+            if (!document->problem()) document->saver_->saveNow();
+        }
     }
     return unsafeDocuments();
 }

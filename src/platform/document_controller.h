@@ -38,7 +38,7 @@ class DocumentController : public QObject {
 
     // The queue, which reads files, must outlive the controller; writing has a thread of its own.
     DocumentController(JobQueue& jobs, Folders folders, const SaveSettings& settings = {});
-    // Waits a second for what finish() has not been called for.
+    // Closes what is open, as close() and finish() with a few seconds do.
     ~DocumentController() override;
 
     // An empty untitled project.
@@ -130,7 +130,7 @@ class DocumentController : public QObject {
     [[nodiscard]] bool isClosing(const Document& document) const;
     void keepAside(Document& document);
     void forget(Document& document);
-    bool workToFinish();
+    [[nodiscard]] bool hasWorkToFinish() const;
     [[nodiscard]] std::vector<Document*> unsafeDocuments() const;
 
     JobQueue& jobs_;
@@ -143,6 +143,7 @@ class DocumentController : public QObject {
     using Owned = std::vector<std::unique_ptr<Document>>;
     Owned documents_;
     Owned closing_;
+    Owned gone_;  // until the turn is over in which their files were let go of
     std::vector<FileIdentity> reading_;
     std::vector<Request> waiting_;
 };

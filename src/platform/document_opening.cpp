@@ -8,6 +8,7 @@
 #include "platform/file_names.h"
 #include "platform/file_reading.h"
 #include "platform/job_queue.h"
+#include "platform/leftovers.h"
 
 namespace zorvel {
 
@@ -36,7 +37,11 @@ void DocumentController::openBackup(const QString& path, const QString& displayN
 
 void DocumentController::recover() {
     jobs_.start(
-        this, [folder = untitled_.path()] { return UntitledFolder::names(folder); },
+        this,
+        [folder = untitled_.path()] {
+            deleteLeftovers(folder);
+            return UntitledFolder::names(folder);
+        },
         [this](const QStringList& names) {
             for (const QString& name : names) {
                 if (!untitled_.claim(name)) continue;

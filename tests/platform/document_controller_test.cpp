@@ -2,6 +2,7 @@
 
 #include <sys/stat.h>
 
+#include <QDateTime>
 #include <algorithm>
 
 #include "document_fixture.h"
@@ -238,6 +239,41 @@ TEST_F(DocumentControllerTest, WhatAClosedProjectCannotWriteIsKeptAsAnUntitledOn
     ASSERT_EQ(back.size(), 1u);
     EXPECT_EQ(back[0]->displayName(), "a");
     EXPECT_EQ(censusNames(*back[0]), (Names{"North", "South"}));
+}
+
+// The disk of the project stays full to the end, that of the user's folder does not.
+TEST_F(DocumentControllerTest, WhatCouldNotBeWrittenByTheEndIsKeptAsAnUntitledProject) {
+    TestDisk disk;
+    settings.vfs = disk.name();
+    const QString path = makeProject("a.zorvel", {"North"});
+    auto run = newRun();
+    Document* document = run->open(path);
+    disk.failWrites(TestDisk::full, path);
+    addNamedCensus(*document, "South");
+    ASSERT_TRUE(waitUntil([&] { return document->saveState() == State::failed; }));
+    run.reset();
+    EXPECT_EQ(namesInFile(path), (Names{"North"}));
+    run = newRun();
+    const auto back = recovered(*run, 1);
+    ASSERT_EQ(back.size(), 1u);
+    EXPECT_EQ(censusNames(*back[0]), (Names{"North", "South"}));
+    run.reset();
+}
+
+// Killed programs leave unfinished files; those of one that runs are young.
+TEST_F(DocumentControllerTest, OldLeftoversOfUnfinishedFilesGo) {
+    QDir().mkpath(folders().untitled);
+    const QString old = makeFile("data/untitled/.zorvel-0123456789abcdef.tmp", "x");
+    const QString young = makeFile("data/untitled/.zorvel-fedcba9876543210.tmp", "x");
+    QFile file(old);
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    ASSERT_TRUE(file.setFileTime(QDateTime::currentDateTime().addDays(-2),
+                                 QFileDevice::FileModificationTime));
+    file.close();
+    auto run = newRun();
+    recovered(*run, 0);
+    EXPECT_TRUE(waitUntil([&] { return !QFile::exists(old); }));
+    EXPECT_TRUE(QFile::exists(young));
 }
 
 TEST_F(DocumentControllerTest, CopiesAreUntitledProjectsWorthKeeping) {

@@ -11,6 +11,7 @@
 #include <unistd.h>
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QTimer>
 #include <cstdio>
 #include <random>
@@ -53,13 +54,11 @@ class Person : public QObject {
         for (const char* name : {"first", "second"}) {
             controller_.open(folder + "/" + name + ".zorvel");
         }
+        if (QDir(folder + "/untitled").isEmpty()) take(controller_.newDocument());
         controller_.recover();
-        QTimer::singleShot(waitForUntitled, this, [this] { begin(); });
     }
 
   private:
-    static constexpr int waitForUntitled = 150;
-
     void take(Document& document) {
         documents_.push_back(&document);
         tell(document);
@@ -69,18 +68,7 @@ class Person : public QObject {
                 say(document, "saved " + digest(document));
             }
         });
-        if (begun_ && documents_.size() == 3) edit();
-    }
-
-    void begin() {
-        begun_ = true;
-        bool hasUntitled = false;
-        for (const Document* document : documents_) hasUntitled |= document->isUntitled();
-        if (!hasUntitled) {
-            take(controller_.newDocument());
-        } else if (documents_.size() == 3) {
-            edit();
-        }
+        if (documents_.size() == 3) edit();
     }
 
     void edit() {
@@ -136,7 +124,6 @@ class Person : public QObject {
     DocumentController controller_;
     std::mt19937 random_;
     std::vector<Document*> documents_;
-    bool begun_ = false;
     bool ready_ = false;
 };
 

@@ -2,6 +2,7 @@
 // writing thread uses it.
 #pragma once
 
+#include <QString>
 #include <condition_variable>
 #include <mutex>
 #include <string>
@@ -20,10 +21,11 @@ class TestDisk : public CallListener {
 
     [[nodiscard]] const char* name() const { return layer_.name(); }
 
-    // Every call that writes fails from now on; 0: none.
-    void failWrites(int code) {
+    // Every call that writes fails from now on, to files whose path begins so; 0: none.
+    void failWrites(int code, const QString& pathStart = {}) {
         const std::lock_guard lock(mutex_);
         writeCode_ = code;
+        pathStart_ = pathStart.toStdString();
     }
     // So many of the next requests for a lock find the file in use.
     void seemBusy(int times) {
@@ -35,29 +37,24 @@ class TestDisk : public CallListener {
         hanging_ = hanging;
         changed_.notify_all();
     }
-    // Calls of that kind so far.
-    [[nodiscard]] int syncs() const {
-        const std::lock_guard lock(mutex_);
-        return syncs_;
-    }
 
     Verdict before(const FileCall& call) override {
         std::unique_lock lock(mutex_);
         changed_.wait(lock, [this] { return !hanging_; });
-        if (call.kind == CallKind::sync) ++syncs_;
         if (call.kind == CallKind::lock && busyTimes_ > 0) {
             --busyTimes_;
             return {busy, 0};
         }
-        return {call.kind == CallKind::write ? writeCode_ : 0, 0};
+        const bool fails = call.kind == CallKind::write && call.path.rfind(pathStart_, 0) == 0;
+        return {fails ? writeCode_ : 0, 0};
     }
 
   private:
-    mutable std::mutex mutex_;
+    std::mutex mutex_;
     std::condition_variable changed_;
     int writeCode_ = 0;
     int busyTimes_ = 0;
-    int syncs_ = 0;
+    std::string pathStart_;
     bool hanging_ = false;
     VfsLayer layer_{*this};
 };
