@@ -2,13 +2,16 @@
 // there stays whole, and nothing is left lying about.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstddef>
+#include <filesystem>
 #include <functional>
 #include <iostream>
 #include <memory>
 #include <optional>
 #include <string>
 
+#include "store/project_format.h"
 #include "tests/store/project_faults.h"
 #include "tests/support/system_calls.h"
 
@@ -78,12 +81,25 @@ class ProjectWholeFaults : public ProjectFaults {
         return std::nullopt;
     }
 
+    void layOut(const std::string& bytes, const std::string& journal) {
+        std::filesystem::remove_all(folder_);
+        std::filesystem::create_directory(folder_);
+        put("project.zorvel", bytes);
+        if (!journal.empty()) put("project.zorvel-journal", journal);
+    }
+    [[nodiscard]] bool holdsHiddenFiles() const {
+        const std::filesystem::directory_iterator files(folder_);
+        return std::any_of(begin(files), end(files), [](const auto& file) {
+            return file.path().filename().string().starts_with('.');
+        });
+    }
+
     // Opening fails, or finds the start; when the disk is well again it finds the start.
-    void failEachCallOfOpening(const std::string& bytes, const std::string& journal) {
+    enum class Opening { leavesTheFile, mayChangeTheFile };
+    void failEachCallOfOpening(const std::string& bytes, const std::string& journal,
+                               Opening opening) {
         for (std::size_t call = 1;; ++call) {
-            put("project.zorvel", bytes);
-            std::filesystem::remove(path("project.zorvel-journal"));
-            if (!journal.empty()) put("project.zorvel-journal", journal);
+            layOut(bytes, journal);
             failCall(call);
             const auto problem = openAndCompare();
             plan_.heal();
@@ -94,7 +110,8 @@ class ProjectWholeFaults : public ProjectFaults {
                 return;
             }
             if (problem) expectTrouble(*problem);
-            ASSERT_TRUE(!journal.empty() || bytesOf("project.zorvel") == bytes);
+            ASSERT_TRUE(opening == Opening::mayChangeTheFile || bytesOf("project.zorvel") == bytes);
+            ASSERT_FALSE(canTidy() && holdsHiddenFiles()) << "something was left";
             const auto again = openAndCompare();
             ASSERT_FALSE(again) << again->detail;
         }
@@ -122,15 +139,24 @@ TEST_P(ProjectWholeFaults, CopyingOneInPlaceOfAnother) {
     EXPECT_FALSE(source.value()->write(start()));
 }
 
-TEST_P(ProjectWholeFaults, Opening) {
+TEST_P(ProjectWholeFaults, OpeningOne) {
     const SystemCalls heard(plan_);
-    failEachCallOfOpening(oldBytes_, "");
+    failEachCallOfOpening(oldBytes_, "", Opening::leavesTheFile);
 }
 
 TEST_P(ProjectWholeFaults, OpeningAfterAKilledWrite) {
     ASSERT_NO_FATAL_FAILURE(leaveHotJournal());
     const SystemCalls heard(plan_);
-    failEachCallOfOpening(hotBytes_, hotJournal_);
+    failEachCallOfOpening(hotBytes_, hotJournal_, Opening::mayChangeTheFile);
+}
+
+TEST_P(ProjectWholeFaults, OpeningAnOlderVersion) {
+    ProjectFormat newer = projectFormats().back();
+    ++newer.version;
+    newer.upgrade = "UPDATE taxon SET include = include";
+    const FormatsForTest formats({projectFormats().back(), newer});
+    const SystemCalls heard(plan_);
+    failEachCallOfOpening(oldBytes_, "", Opening::mayChangeTheFile);
 }
 
 INSTANTIATE_TEST_SUITE_P(Each, ProjectWholeFaults, testing::ValuesIn(faultCases), nameOf);

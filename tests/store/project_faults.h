@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -27,6 +28,10 @@ struct FaultCase {
     bool lasting;
     FileTrouble trouble;
 };
+
+inline void PrintTo(const FaultCase& row, std::ostream* out) {
+    *out << row.name;
+}
 
 class ProjectFaults : public QuickScratchFolder, public testing::WithParamInterface<FaultCase> {
   protected:
