@@ -82,7 +82,7 @@ std::optional<FileProblem> addToProject(const std::string& path,
     auto opened = ProjectFile::open(path);
     if (!opened) return opened.problem();
     ProjectFile& file = *opened.value();
-    if (const auto reason = file.whyNotWritable()) return reason;
+    if (auto reason = file.whyNotWritable()) return reason;
     FileResult<ProjectRecords> records = file.load();
     if (!records) return records.problem();
     ObjectContext context;

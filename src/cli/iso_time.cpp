@@ -47,13 +47,15 @@ std::string clockText(std::chrono::microseconds sinceMidnight) {
 }  // namespace
 
 std::string isoLocalTime(TimeStamp time) {
-    // In seconds, since the last time stamps leave no room for an offset.
+    // In seconds, since the first and last time stamps leave no room for an offset.
     const auto seconds = std::chrono::floor<std::chrono::seconds>(time);
+    constexpr std::chrono::microseconds second = std::chrono::seconds(1);
+    const auto fraction = (time.time_since_epoch() % second + second) % second;
     const std::chrono::minutes offset = offsetAt(seconds);
     const std::chrono::sys_seconds local = seconds + offset;
     const auto day = std::chrono::floor<std::chrono::days>(local);
     const std::int64_t minutes = std::abs(offset.count());
-    return dateText(day) + "T" + clockText(local - day + (time - seconds)) +
+    return dateText(day) + "T" + clockText(local - day + fraction) +
            (offset.count() < 0 ? "-" : "+") + padded(minutes / 60, 2) + ":" +
            padded(minutes % 60, 2);
 }
