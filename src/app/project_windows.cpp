@@ -39,7 +39,8 @@ ProjectWindows::ProjectWindows(DocumentController& documents, JobQueue& jobs,
 }
 
 ProjectWindows::~ProjectWindows() {
-    for (MainWindowController* window : windows()) delete window;
+    // Closed ones too, which wait for their deletion: they look at their documents to the end.
+    for (const auto& window : windows_) delete window;
 }
 
 std::vector<MainWindowController*> ProjectWindows::windows() const {

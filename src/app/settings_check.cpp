@@ -29,6 +29,7 @@ void keepDamaged(const QString& path) {
 
 void checkSettings() {
     const QSettings settings;
+    static_cast<void>(settings.allKeys());  // sections are parsed when they are first asked for
     const QString path = settings.fileName();
     const QFileInfo file(path);
     if (settings.status() == QSettings::FormatError) {

@@ -38,7 +38,6 @@ TEST(CommandLine, AnswersOptionsAndLeavesFiles) {
 
 class CommandsTest : public WindowTest {
   protected:
-    void trigger(const char* name) { child<QAction>(name).trigger(); }
     std::string clipboard() { return QApplication::clipboard()->text().toStdString(); }
 };
 
@@ -83,13 +82,12 @@ TEST_F(CommandsTest, TheLookIsAppliedAndKept) {
 }
 
 TEST_F(CommandsTest, OpenAndCloseFromTheMenu) {
-    panel.answer = write("trees.csv", ",Abies\nNorth,3\n");
+    panel.answer = {write("trees.csv", ",Abies\nNorth,3\n")};
     trigger("openDocument");
     ASSERT_TRUE(waitUntil([this] { return censusTable().model()->rowCount() == 1; }));
     trigger("openDocument");  // the window is taken: the file gets another
-    EXPECT_EQ(windows->windows().size(), 2u);
+    ASSERT_TRUE(waitUntil([this] { return windows->windows().size() == 2; }));
     trigger("performClose");
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     EXPECT_EQ(windows->windows().size(), 1u);
 }
 

@@ -4,6 +4,7 @@
 #include <QFontMetrics>
 #include <QImage>
 #include <QPainter>
+#include <QPushButton>
 #include <QWidget>
 #include <algorithm>
 #include <cmath>
@@ -52,7 +53,7 @@ TEST(Look, TextIsLegibleOnEveryGroundOfBothSchemes) {
 
 TEST(Glyphs, EachPaintsWithinItsSquareInItsColour) {
     for (const Glyph glyph : {Glyph::tick, Glyph::cross, Glyph::warning, Glyph::search,
-                              Glyph::chevronUp, Glyph::chevronDown}) {
+                              Glyph::chevronUp, Glyph::chevronDown, Glyph::plus, Glyph::minus}) {
         QImage image(40, 40, QImage::Format_ARGB32_Premultiplied);
         image.fill(Qt::white);
         QPainter painter(&image);
@@ -112,6 +113,28 @@ TEST(MessageStripTest, KeepsTheLatestMessagesUntilDismissed) {
     EXPECT_TRUE(strip.isHidden());
     strip.addMessage("again");
     EXPECT_EQ(strip.messages(), QStringList{"again"});
+}
+
+TEST(MessageStripTest, ANamedMessageIsReplacedInItsPlaceAndWithdrawn) {
+    MessageStrip strip;
+    auto& button = *strip.findChild<QPushButton*>("messageActionButton");
+    int runs = 0;
+    strip.setMessage("file", "disk full", {"Save As...", [&] { ++runs; }});
+    strip.addMessage("other");
+    strip.setMessage("file", "read-only", {"Save As...", [&] { runs += 10; }});
+    EXPECT_EQ(strip.messages(), (QStringList{"read-only", "other"}));
+    EXPECT_FALSE(button.isHidden());
+    button.click();
+    EXPECT_EQ(runs, 10);
+    strip.withdraw("file");
+    EXPECT_EQ(strip.messages(), QStringList{"other"});
+    EXPECT_TRUE(button.isHidden());
+    strip.withdraw("file");
+    EXPECT_FALSE(strip.isHidden());
+    // An action may take its own message away.
+    strip.setMessage("file", "again", {"Forget", [&] { strip.dismiss(); }});
+    button.click();
+    EXPECT_TRUE(strip.isHidden());
 }
 
 }  // namespace

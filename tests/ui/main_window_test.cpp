@@ -37,10 +37,10 @@ std::vector<std::string> panelOf(const CountsVector& counts, std::int64_t size, 
 
 TEST_F(MainWindowTest, ShowsEachCensusReachedByKeyboard) {
     open(exampleFile);
-    EXPECT_EQ(window->windowTitle(), "oribatid-mites.csv");
+    EXPECT_EQ(window->windowTitle(), "oribatid-mites (untitled)[*]");
     ASSERT_EQ(censusTable().model()->rowCount(), 70);
     ASSERT_TRUE(censusTable().hasFocus());
-    const std::vector<Census> censuses = window->document().objectContext().censuses();
+    const std::vector<Census> censuses = context().censuses();
     for (int row = 0; row < 6; ++row) {
         if (row > 0) QTest::keyClick(&censusTable(), Qt::Key_Down);
         ASSERT_TRUE(waitForJobs());
@@ -89,7 +89,7 @@ TEST_F(MainWindowTest, ReadsThePreferencesAtEachRefresh) {
     ASSERT_TRUE(waitForJobs());
     EXPECT_EQ(label("rarefiedRichnessLabelTextField"), "Rarefied richness (20)");
     EXPECT_EQ(label("alroySQSLabelTextField"), "Alroy SQS (quota: 0.50)");
-    const Census first = window->document().objectContext().censuses().front();
+    const Census first = context().censuses().front();
     const auto expected = panelOf(includedCountsVector(first), 20, 0.5, seed);
     EXPECT_EQ(text("rarefiedRichness"), expected[2]);
     EXPECT_EQ(text("alroySQS"), expected[4]);
@@ -211,9 +211,8 @@ TEST_F(MainWindowTest, WithoutAnEarlierValueTheFieldStaysEmpty) {
 }
 
 TEST_F(MainWindowTest, ACensusWithoutIncludedSpecimens) {
-    ObjectContext& context = window->document().objectContext();
-    context.insertCensus({"Bog", 46.0123, 0, "wet", std::nullopt}, {{"Sphagnum", 9, false}});
-    window->mainView().reloadCensuses();
+    context().insertCensus({"Bog", 46.0123, 0, "wet", std::nullopt}, {{"Sphagnum", 9, false}});
+    context().announceChanges();
     window->mainView().selectFirstCensus();
     EXPECT_EQ(text("richness"), "0");
     EXPECT_EQ(text("individuals"), "0");

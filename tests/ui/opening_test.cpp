@@ -1,6 +1,6 @@
 #include <QPushButton>
-#include <QTest>
 #include <QToolButton>
+#include <set>
 
 #include "ui/kit/message_strip.h"
 #include "ui/window_fixture.h"
@@ -18,7 +18,7 @@ class OpeningTest : public WindowTest {
 TEST_F(OpeningTest, AnEmptyWindowSaysWhatToDoFirst) {
     EXPECT_TRUE(emptyPageShown());
     EXPECT_FALSE(stripShown());
-    panel.answer = write("one.csv", ",a,b\nNorth,3,4\n");
+    panel.answer = {write("one.csv", ",a,b\nNorth,3,4\n")};
     QTest::mouseClick(&child<QPushButton>("openButton"), Qt::LeftButton);
     ASSERT_TRUE(waitUntil([this] { return censusTable().model()->rowCount() == 1; }));
     EXPECT_FALSE(emptyPageShown());
@@ -28,7 +28,7 @@ TEST_F(OpeningTest, AnEmptyWindowSaysWhatToDoFirst) {
 TEST_F(OpeningTest, ACancelledPanelOpensNothing) {
     QTest::mouseClick(&child<QPushButton>("openButton"), Qt::LeftButton);
     EXPECT_FALSE(window->mainView().isInProgress());
-    EXPECT_TRUE(window->isFree());
+    EXPECT_TRUE(windows->isFree(*window));
 }
 
 TEST_F(OpeningTest, FilesThatCannotBeRead) {
@@ -47,7 +47,7 @@ TEST_F(OpeningTest, FilesThatCannotBeRead) {
         open(test.path);
         EXPECT_TRUE(stripShown());
         EXPECT_TRUE(emptyPageShown());
-        EXPECT_EQ(window->windowTitle(), "Untitled");
+        EXPECT_EQ(window->windowTitle(), "Untitled[*]");
         EXPECT_NE(message().find(test.begins), std::string::npos) << message();
         EXPECT_GE(console.size(), 2u);
         EXPECT_EQ(console.back().rfind("WARNING: ", 0), 0u);
@@ -81,28 +81,44 @@ TEST_F(OpeningTest, AMessageStaysWhileOtherWorkGoesOn) {
 }
 
 TEST_F(OpeningTest, AFileTakesAFreeWindowOrOneOfItsOwn) {
-    const QString first = write("first.csv", ",a\nNorth,3\n");
-    const QString second = write("second.csv", ",a\nSouth,4\n");
-    windows->openFile(first, window);
-    windows->openFile(second, window);  // the first is still on its way
+    windows->openFile(write("first.csv", ",a\nNorth,3\n"), window);
+    windows->openFile(write("second.csv", ",a\nSouth,4\n"), window);
+    ASSERT_TRUE(waitUntil([this] { return windows->windows().size() == 2; }));
     const std::vector<MainWindowController*> open = windows->windows();
-    ASSERT_EQ(open.size(), 2u);
     EXPECT_NE(open[0]->pos(), open[1]->pos());
+    std::set<std::string> names;
     for (MainWindowController* each : open) {
-        ASSERT_TRUE(waitUntil([each] { return !each->mainView().isInProgress(); }));
-        ASSERT_EQ(each->document().objectContext().censusCount(), 1u);
+        EXPECT_FALSE(each->mainView().isInProgress());
+        const ObjectContext& shown = each->document().project().objectContext();
+        ASSERT_EQ(shown.censusCount(), 1u);
+        names.insert(shown.censuses()[0].name()->str());
     }
-    EXPECT_EQ(open[0]->document().objectContext().censuses()[0].name()->str(), "North");
-    EXPECT_EQ(open[1]->document().objectContext().censuses()[0].name()->str(), "South");
+    EXPECT_EQ(names, (std::set<std::string>{"North", "South"}));
+    EXPECT_EQ(documents->documents().size(), 2u);
+}
+
+TEST_F(OpeningTest, AnErrorIsToldWhereTheFileWasAskedFor) {
+    open(exampleFile);
+    windows->openUntitled();
+    open(write("bad.csv", ",a\nNorth,x\n"));
+    EXPECT_TRUE(stripShown());
+    EXPECT_EQ(windows->windows().size(), 2u);
+    // With no window left, in an alert.
+    for (MainWindowController* each : windows->windows()) each->close();
+    sendDeletions();
+    windows->openFile(folder.filePath("missing.csv"));
+    ASSERT_TRUE(waitUntil([this] { return !alerts.warnings.isEmpty(); }));
+    EXPECT_TRUE(alerts.warnings[0].startsWith("missing.csv could not be read"));
 }
 
 TEST_F(OpeningTest, AWindowMayCloseWhileItsJobsRun) {
     open(exampleFile);
-    windows->openFile(exampleFile, nullptr);
+    windows->openFile(exampleFile, window);
     for (MainWindowController* each : windows->windows()) each->close();
-    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    EXPECT_TRUE(windows->windows().empty());
+    sendDeletions();
     drainJobs();
+    EXPECT_TRUE(windows->windows().empty());
+    EXPECT_TRUE(documents->documents().empty());
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <QAbstractItemModelTester>
 #include <QPersistentModelIndex>
 #include <algorithm>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -73,9 +74,15 @@ class SpeciesTableModelTest : public ::testing::Test {
                                                                     {"Acer", 5, true},
                                                                     {std::nullopt, 7, false}});
         model.setCensus(census.block());
+        observer = context.addObserver([this](const ChangeSet& changes) {
+            if (changes.front().after) model.blockDidChange(changes.front().after);
+        });
     }
+    Census census() { return context.censuses().front(); }
+
     ObjectContext context;
-    SpeciesTableModel model;
+    ObjectContext::ObserverId observer = 0;
+    SpeciesTableModel model{context};
     QAbstractItemModelTester tester{&model, Mode::Fatal};
 };
 
@@ -127,12 +134,124 @@ TEST_F(SpeciesTableModelTest, CellsCarryWhatIsPainted) {
     EXPECT_EQ(share(2), 0.0);
     EXPECT_EQ(model.index(3, 0).data(Qt::CheckStateRole).toInt(), Qt::Checked);
     EXPECT_EQ(model.index(4, 0).data(Qt::CheckStateRole).toInt(), Qt::Unchecked);
-    EXPECT_FALSE(model.flags(model.index(0, 0)) & (Qt::ItemIsUserCheckable | Qt::ItemIsEditable));
+    EXPECT_TRUE(model.flags(model.index(0, 0)) & Qt::ItemIsUserCheckable);
+    EXPECT_TRUE(model.flags(model.index(0, 1)) & Qt::ItemIsEditable);
 }
 
-TEST_F(SpeciesTableModelTest, ShowsWhatItWasGivenWhileTheRecordsChange) {
-    context.deleteCensus(context.censuses().front());
+TEST_F(SpeciesTableModelTest, ShowsWhatItWasToldOfUntilItIsToldAgain) {
+    context.deleteCensus(census());
     EXPECT_EQ(column(model, 1).front(), "Quercus");
+    EXPECT_FALSE(model.setData(model.index(0, 1), "Other", Qt::EditRole));
+}
+
+TEST_F(SpeciesTableModelTest, AnEditIsToldOfItsRowAloneAndMovesNothing) {
+    model.sort(2, Qt::DescendingOrder);  // abies 40, unnamed 7, Quercus 5, Acer 5, Betula -2
+    std::vector<std::pair<int, int>> told;
+    QObject::connect(&model, &SpeciesTableModel::dataChanged,
+                     [&](const QModelIndex& first, const QModelIndex& last) {
+                         told.emplace_back(first.row(), last.row());
+                     });
+    EXPECT_TRUE(model.setData(model.index(2, 2), "30", Qt::EditRole));
+    EXPECT_EQ(column(model, 2), (Texts{"40", "7", "30", "5", "-2"}));
+    EXPECT_EQ(told, (std::vector<std::pair<int, int>>{{2, 2}}));
+    // What makes every bar shorter or longer is told of all of them.
+    EXPECT_TRUE(model.setData(model.index(0, 2), "10", Qt::EditRole));
+    EXPECT_EQ(model.index(0, 2).data(SpeciesTableModel::shareRole).toDouble(), 1.0 / 3);
+    EXPECT_EQ(told.back(), (std::pair<int, int>{0, 4}));
+    // Nothing new is nothing to undo.
+    const std::uint64_t revision = context.revision();
+    EXPECT_TRUE(model.setData(model.index(0, 2), "10", Qt::EditRole));
+    EXPECT_TRUE(model.setData(model.index(1, 1), "", Qt::EditRole));
+    EXPECT_FALSE(model.setData(model.index(0, 2), "1.5", Qt::EditRole));
+    EXPECT_EQ(context.revision(), revision);
+}
+
+TEST_F(SpeciesTableModelTest, RowsComeAndGoWithTheirRecords) {
+    model.setFilter("a");  // abies, Betula, Acer, unnamed
+    const QPersistentModelIndex acer = model.index(2, 1);
+    context.deleteTaxon(census().taxa()[1]);
+    context.deleteTaxon(census().taxa()[0]);
+    context.announceChanges();
+    EXPECT_EQ(column(model, 1), (Texts{"Betula", "Acer", "unnamed"}));
+    EXPECT_EQ(acer.data().toString(), "Acer");
+    const Zorvel added = context.insertTaxon(census());
+    context.setName(added, SharedText("Zzz"));
+    context.announceChanges();
+    EXPECT_EQ(column(model, 1), (Texts{"Betula", "Acer", "unnamed", "Zzz"}));
+    context.undo();
+    context.undo();
+    context.undo();
+    context.undo();
+    context.announceChanges();
+    // Quercus is not searched for, but it has just come back.
+    EXPECT_EQ(column(model, 1), (Texts{"Quercus", "abies", "Betula", "Acer", "unnamed"}));
+    EXPECT_EQ(acer.row(), 3);
+    model.sort(1);
+    context.redo();
+    context.announceChanges();
+    context.undo();
+    context.announceChanges();
+    EXPECT_EQ(column(model, 1), (Texts{"abies", "Acer", "Betula", "Quercus", "unnamed"}));
+}
+
+// Every way in which rows can change, against a model made anew from the records.
+TEST(TableModels, FollowRandomChangesAsAModelMadeAnewShowsThem) {
+    ObjectContext context;
+    Census first = context.insertCensus(named("first"), {});
+    CensusTableModel censuses(context);
+    SpeciesTableModel species(context);
+    QAbstractItemModelTester censusTester(&censuses, Mode::Fatal);
+    QAbstractItemModelTester speciesTester(&species, Mode::Fatal);
+    species.setCensus(first.block());
+    context.addObserver([&](const ChangeSet& changes) {
+        censuses.recordsDidChange(changes);
+        for (const CensusChange& change : changes) {
+            if (change.census == first.id()) species.blockDidChange(change.after);
+        }
+    });
+    std::mt19937 random(5);
+    for (int turn = 0; turn < 400; ++turn) {
+        for (unsigned n = random() % 4; n > 0; --n) {
+            const std::vector<Zorvel> taxa = first.taxa();
+            const std::vector<Census> all = context.censuses();
+            switch (random() % 7) {
+                case 0:
+                    context.insertTaxa(first, std::vector<TaxonValues>(random() % 300));
+                    break;
+                case 1:
+                    if (!taxa.empty()) context.deleteTaxon(taxa[random() % taxa.size()]);
+                    break;
+                case 2:
+                    if (!taxa.empty()) context.setAbundance(taxa[random() % taxa.size()], turn);
+                    break;
+                case 3:
+                    context.insertCensus(named("n"), {{"a", 1, true}});
+                    break;
+                case 4:
+                    if (all.size() > 1) context.deleteCensus(all[1 + random() % (all.size() - 1)]);
+                    break;
+                case 5:
+                    context.undo();
+                    break;
+                default:
+                    context.redo();
+            }
+            if (!first.exists()) context.redo();  // its own insertion stays
+        }
+        if (turn % 50 == 0) censuses.sort(static_cast<int>(random() % 3) - 1);
+        context.announceChanges();
+        if (turn % 10 != 0) continue;
+        species.sort(-1);
+        SpeciesTableModel anew(context);
+        anew.setCensus(first.block());
+        ASSERT_EQ(column(species, 2), column(anew, 2)) << turn;
+        Texts shown = column(censuses, 1);
+        CensusTableModel others(context);
+        Texts expected = column(others, 1);
+        std::sort(shown.begin(), shown.end());
+        std::sort(expected.begin(), expected.end());
+        ASSERT_EQ(shown, expected) << turn;
+    }
 }
 
 }  // namespace

@@ -1,9 +1,11 @@
-// The program's windows as the tests drive them: real widgets, a fake panel, seeded random numbers,
-// and waits that process events until a condition holds.
+// The program's windows as the tests drive them: real widgets, fake panels that answer what the
+// test says, folders of the test's own, seeded random numbers, and waits that process events until
+// a condition holds.
 #pragma once
 
 #include <gtest/gtest.h>
 
+#include <QAction>
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
@@ -12,6 +14,7 @@
 #include <QSettings>
 #include <QTableView>
 #include <QTemporaryDir>
+#include <QTest>
 #include <latch>
 #include <memory>
 #include <stdexcept>
@@ -22,12 +25,16 @@
 #include "app/project_windows.h"
 #include "base/console.h"
 #include "metrics/random_source.h"
+#include "platform/document_controller.h"
 #include "platform/job_queue.h"
 #include "platform/preferences.h"
+#include "ui/kit/alerts.h"
 #include "ui/kit/open_panel.h"
+#include "ui/kit/save_panel.h"
 #include "ui/kit/value_field.h"
 #include "ui/main/main_view_controller.h"
 #include "ui/main/main_window_controller.h"
+#include "ui/main/record_tables.h"
 
 namespace zorvel {
 
@@ -46,8 +53,36 @@ bool waitUntil(Condition condition) {
 
 class FakeOpenPanel : public OpenPanel {
   public:
-    QString chooseTextFile(QWidget* /*parent*/) override { return answer; }
+    QStringList chooseFiles(QWidget* /*parent*/) override { return answer; }
+    QStringList answer;
+};
+
+class FakeSavePanel : public SavePanel {
+  public:
+    QString chooseProjectPath(QWidget* /*parent*/, const QString& suggestion) override {
+        suggestions.append(suggestion);
+        return answer;
+    }
     QString answer;
+    QStringList suggestions;
+};
+
+// Answers with the button of a title; a question that the test does not expect fails it.
+class FakeAlerts : public Alerts {
+  public:
+    int ask(QWidget* /*parent*/, const Question& question) override {
+        asked.append(question.text);
+        const auto place = static_cast<int>(question.buttons.indexOf(answers.value(0)));
+        EXPECT_GE(place, 0) << question.text.toStdString();
+        if (!answers.isEmpty()) answers.removeFirst();
+        return place < 0 ? static_cast<int>(question.buttons.size()) - 1 : place;
+    }
+    void warn(QWidget* /*parent*/, const QString& text, const QString& informative) override {
+        warnings.append(text + ": " + informative);
+    }
+    QStringList answers;
+    QStringList asked;
+    QStringList warnings;
 };
 
 class WindowTest : public ::testing::Test {
@@ -59,14 +94,37 @@ class WindowTest : public ::testing::Test {
         QSettings().clear();
         Preferences().initializePreferences();
         setConsoleSink([this](std::string_view line) { console.emplace_back(line); });
-        windows = std::make_unique<ProjectWindows>(
-            *jobs, [this] { return makeRandom(); }, look, panel);
-        window = &windows->openUntitled();
+        startProgram();
     }
     void TearDown() override {
-        windows.reset();
+        endProgram();
         jobs.reset();
         setConsoleSink({});
+    }
+
+    // As at the start of the program, with what an earlier one has left in the folders.
+    void startProgram(const QStringList& files = {}) {
+        documents = std::make_unique<DocumentController>(
+            *jobs,
+            DocumentController::Folders{folder.filePath("untitled"), folder.filePath("backups")});
+        windows = std::make_unique<ProjectWindows>(
+            *documents, *jobs, [this] { return makeRandom(); }, look,
+            Panels{panel, savePanel, alerts});
+        windows->start(files);
+        window = windows->windows().front();
+        drainJobs();
+    }
+    void endProgram() {
+        windows.reset();
+        documents.reset();
+    }
+    void sendDeletions() { QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete); }
+
+    ObjectContext& context() { return window->document().project().objectContext(); }
+    void trigger(const char* name) { child<QAction>(name).trigger(); }
+    bool waitUntilSaved() {
+        return waitUntil(
+            [this] { return window->document().saveState() == Document::SaveState::saved; });
     }
 
     QString write(const QString& name, const QByteArray& bytes) {
@@ -119,17 +177,31 @@ class WindowTest : public ::testing::Test {
     }
     std::string text(const std::string& key) { return value(key).text().toStdString(); }
     std::string label(const char* name) { return child<QLabel>(name).text().toStdString(); }
-    QTableView& censusTable() { return child<QTableView>("censusTable"); }
-    QTableView& speciesTable() { return child<QTableView>("speciesTable"); }
+    CensusTableView& censusTable() { return child<CensusTableView>("censusTable"); }
+    SpeciesTableView& speciesTable() { return child<SpeciesTableView>("speciesTable"); }
+    std::string cell(QTableView& table, int row, int column) {
+        return table.model()->index(row, column).data().toString().toStdString();
+    }
+    // Types into a cell's editor, in place of what stands there, and presses the key.
+    void type(RecordTableView& table, int row, int column, const QString& text,
+              Qt::Key key = Qt::Key_Return) {
+        table.beginEditing(table.model()->index(row, column));
+        ASSERT_NE(table.openEditor(), nullptr);
+        QTest::keyClicks(table.openEditor(), text);
+        QTest::keyClick(table.openEditor(), key);
+    }
 
     QTemporaryDir folder;
     std::vector<std::string> console;
     std::unique_ptr<JobQueue> jobs = std::make_unique<JobQueue>(workers);
     LookChoice look{*qApp};
     FakeOpenPanel panel;
+    FakeSavePanel savePanel;
+    FakeAlerts alerts;
     std::function<std::unique_ptr<RandomSource>()> makeRandom = [] {
         return std::make_unique<SeededRandom>(seed);
     };
+    std::unique_ptr<DocumentController> documents;
     std::unique_ptr<ProjectWindows> windows;
     MainWindowController* window = nullptr;
 };

@@ -153,7 +153,7 @@ bool CensusTableModel::setData(const QModelIndex& index, const QVariant& value, 
 }
 
 Qt::ItemFlags CensusTableModel::flags(const QModelIndex& index) const {
-    Qt::ItemFlags flags = OrderedTableModel::flags(index) | Qt::ItemNeverHasChildren;
+    const Qt::ItemFlags flags = OrderedTableModel::flags(index);
     const bool editable = index.isValid() && index.column() == nameColumn &&
                           isNameEditable(blockAt(index.row()).attributes.name);
     return editable ? flags | Qt::ItemIsEditable : flags;

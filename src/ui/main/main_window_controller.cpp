@@ -45,8 +45,11 @@ MainWindowController::MainWindowController(Document& document, JobQueue& jobs,
 void MainWindowController::showDocument(Document& document) {
     const QByteArray layout = mainView_->saveLayout();
     document_->disconnect(this);
+    mainView_->messageStrip().withdraw(problemMessage);
+    const QStringList messages = mainView_->messageStrip().messages();
     delete mainView_;
     setDocument(document);
+    for (const QString& message : messages) mainView_->showMessage(message);
     mainView_->restoreLayout(layout);
     emit documentDidChange();
 }
@@ -56,6 +59,7 @@ void MainWindowController::setDocument(Document& document) {
     shownTrouble_.reset();
     mainView_ = new MainViewController(document.project(), jobs_, makeRandom_, this);
     setCentralWidget(mainView_);
+    mainView_->show();  // the layout would do so in a moment
     connect(mainView_, &MainViewController::openRequested, this,
             &MainWindowController::openRequested);
     connect(document_, &Document::displayNameDidChange, this, &MainWindowController::showTitle);

@@ -183,7 +183,7 @@ bool SpeciesTableModel::edit(const Zorvel& taxon, int column, const QVariant& va
 }
 
 Qt::ItemFlags SpeciesTableModel::flags(const QModelIndex& index) const {
-    const Qt::ItemFlags flags = OrderedTableModel::flags(index) | Qt::ItemNeverHasChildren;
+    const Qt::ItemFlags flags = OrderedTableModel::flags(index);
     if (!index.isValid()) return flags;
     if (index.column() == includeColumn) return flags | Qt::ItemIsUserCheckable;
     const bool editable =

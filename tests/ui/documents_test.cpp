@@ -1,0 +1,261 @@
+// Windows and the files of their projects.
+#include <QDir>
+#include <QFileInfo>
+#include <QMenu>
+#include <QPushButton>
+#include <QTreeWidget>
+
+#include "app/backups_window.h"
+#include "model/edits.h"
+#include "store/project_file.h"
+#include "ui/kit/message_strip.h"
+#include "ui/window_fixture.h"
+
+namespace zorvel {
+namespace {
+
+class DocumentsTest : public WindowTest {
+  protected:
+    QString path(const char* name) { return folder.filePath(name); }
+    // A project of one census with one taxon, in a file and in the window.
+    void openProject(const char* name) {
+        trigger("addCensusMenuItemTapped");
+        trigger("addSpeciesMenuItemTapped");
+        type(speciesTable(), 0, 1, "Abies");
+        type(speciesTable(), 0, 2, "5");
+        savePanel.answer = path(name);
+        trigger("saveDocument");
+        ASSERT_TRUE(waitUntil([this] { return !window->document().isUntitled(); }));
+        ASSERT_TRUE(waitUntilSaved());
+    }
+    // The abundance of the first taxon, as another program would read it; -1 without one.
+    std::int64_t abundanceIn(const QString& file) {
+        auto opened = ProjectFile::open(file.toStdString(), {true, nullptr});
+        if (!opened) return -1;
+        auto records = opened.value()->load();
+        if (!records || records.value().censuses.empty()) return -1;
+        std::int64_t abundance = -1;
+        records.value().censuses[0]->forEachTaxon(
+            [&](const TaxonRecord& taxon) { abundance = taxon.values.abundance; });
+        return abundance;
+    }
+    std::int64_t shownAbundance() { return context().taxa().at(0).abundance(); }
+    void editAbundanceTo(const char* text) { type(speciesTable(), 0, 2, text); }
+    QStringList messages() { return child<MessageStrip>("messageStrip").messages(); }
+    QPushButton& strip() { return child<QPushButton>("messageActionButton"); }
+    bool waitForWindows(std::size_t count) {
+        return waitUntil([this, count] {
+            sendDeletions();
+            return windows->windows().size() == count && documents->documents().size() == count;
+        });
+    }
+};
+
+TEST_F(DocumentsTest, SavingAsksForAPlaceOnceAndThenSavesItself) {
+    EXPECT_EQ(window->windowTitle(), "Untitled[*]");
+    openProject("moss");
+    EXPECT_EQ(savePanel.suggestions, QStringList{"Untitled"});
+    EXPECT_EQ(window->windowTitle(), "moss[*]");
+    EXPECT_FALSE(window->isWindowModified());
+    editAbundanceTo("7");
+    EXPECT_TRUE(window->isWindowModified());
+    ASSERT_TRUE(waitUntilSaved());
+    EXPECT_FALSE(window->isWindowModified());
+    EXPECT_EQ(abundanceIn(path("moss.zorvel")), 7);
+    EXPECT_EQ(savePanel.suggestions.size(), 1);
+    trigger("undo");
+    ASSERT_TRUE(waitUntilSaved());
+    EXPECT_EQ(abundanceIn(path("moss.zorvel")), 5);
+}
+
+TEST_F(DocumentsTest, AFileIsReplacedOnlyWhereThePersonSaysSo) {
+    const QString other = write("other.zorvel", "something else");
+    trigger("addCensusMenuItemTapped");
+    savePanel.answer = path("other");
+    alerts.answers = {"Cancel"};
+    trigger("saveDocumentAs");
+    EXPECT_EQ(alerts.asked, QStringList{"Replace “other.zorvel”?"});
+    EXPECT_EQ(QFileInfo(other).size(), 14);
+    EXPECT_TRUE(window->document().isUntitled());
+    alerts.answers = {"Replace"};
+    trigger("saveDocumentAs");
+    ASSERT_TRUE(waitUntil([this] { return !window->document().isUntitled(); }));
+    EXPECT_EQ(abundanceIn(other), -1);
+    EXPECT_GT(QFileInfo(other).size(), 14);
+    savePanel.answer = path("no/such/folder/x");
+    trigger("saveDocumentAs");
+    ASSERT_TRUE(waitUntil([this] { return !alerts.warnings.isEmpty(); }));
+    EXPECT_TRUE(alerts.warnings[0].contains("x.zorvel"));
+}
+
+TEST_F(DocumentsTest, ALostFileIsToldOnceAndSaveAsHelps) {
+    openProject("moss");
+    ASSERT_TRUE(QFile::remove(path("moss.zorvel")));
+    editAbundanceTo("8");
+    ASSERT_TRUE(waitUntil([this] { return !messages().isEmpty(); }));
+    EXPECT_TRUE(messages()[0].startsWith("moss: ")) << messages()[0].toStdString();
+    EXPECT_TRUE(strip().isVisible());
+    editAbundanceTo("9");
+    QTest::qWait(700);
+    EXPECT_EQ(messages().size(), 1);
+    EXPECT_TRUE(alerts.asked.isEmpty());
+    EXPECT_TRUE(window->isWindowModified());
+    savePanel.answer = path("moss2");
+    QTest::mouseClick(&strip(), Qt::LeftButton);
+    ASSERT_TRUE(waitUntil([this] { return messages().isEmpty(); }));
+    EXPECT_EQ(window->windowTitle(), "moss2[*]");
+    EXPECT_FALSE(child<MessageStrip>("messageStrip").isVisible());
+    EXPECT_EQ(abundanceIn(path("moss2.zorvel")), 9);
+}
+
+TEST_F(DocumentsTest, ADismissedTroubleStaysDismissed) {
+    openProject("moss");
+    ASSERT_TRUE(QFile::remove(path("moss.zorvel")));
+    editAbundanceTo("8");
+    ASSERT_TRUE(waitUntil([this] { return !messages().isEmpty(); }));
+    child<MessageStrip>("messageStrip").dismiss();
+    editAbundanceTo("9");
+    QTest::qWait(700);
+    EXPECT_TRUE(messages().isEmpty());
+    alerts.answers = {"Quit Anyway"};
+    EXPECT_TRUE(window->close());
+}
+
+TEST_F(DocumentsTest, ClosingAnUntitledProjectAsks) {
+    windows->openUntitled();
+    trigger("addCensusMenuItemTapped");
+    QTest::keyClicks(censusTable().openEditor(), "North");
+    alerts.answers = {"Cancel"};
+    EXPECT_FALSE(window->close());
+    EXPECT_EQ(context().censuses()[0].name()->str(), "North");  // what was typed is stored first
+    savePanel.answer = path("north");
+    alerts.answers = {"Save..."};
+    EXPECT_FALSE(window->close());  // not yet
+    ASSERT_TRUE(waitForWindows(1));
+    EXPECT_TRUE(QFileInfo::exists(path("north.zorvel")));
+
+    window = windows->windows().front();
+    EXPECT_TRUE(windows->isFree(*window));
+    trigger("addCensusMenuItemTapped");
+    alerts.answers = {"Discard"};
+    EXPECT_TRUE(window->close());
+    ASSERT_TRUE(waitForWindows(0));
+    ASSERT_TRUE(
+        waitUntil([this] { return QDir(path("untitled")).entryList(QDir::Files).isEmpty(); }));
+    EXPECT_EQ(alerts.asked.size(), 3);
+}
+
+TEST_F(DocumentsTest, AnUntouchedProjectClosesInSilence) {
+    open(exampleFile);
+    EXPECT_TRUE(window->close());
+    EXPECT_TRUE(alerts.asked.isEmpty());
+}
+
+TEST_F(DocumentsTest, QuittingAsksNothingAndUntitledProjectsComeBack) {
+    trigger("addCensusMenuItemTapped");
+    QTest::keyClicks(censusTable().openEditor(), "North");
+    windows->openUntitled();
+    EXPECT_TRUE(windows->quit());
+    EXPECT_TRUE(alerts.asked.isEmpty());
+    sendDeletions();
+    endProgram();
+    startProgram();
+    ASSERT_TRUE(waitUntil([this] { return context().censusCount() == 1; }));
+    EXPECT_EQ(context().censuses()[0].name()->str(), "North");
+    EXPECT_EQ(windows->windows().size(), 1u);  // it took the place of the empty one
+    EXPECT_TRUE(window->document().isUntitled());
+}
+
+TEST_F(DocumentsTest, QuittingTellsWhatCouldNotBeSaved) {
+    openProject("moss");
+    ASSERT_TRUE(QFile::remove(path("moss.zorvel")));
+    editAbundanceTo("8");
+    alerts.answers = {"Cancel"};
+    EXPECT_FALSE(windows->quit());
+    EXPECT_FALSE(window->isHidden());
+    alerts.answers = {"Save As..."};
+    savePanel.answer = path("rescued");
+    EXPECT_TRUE(windows->quit());
+    EXPECT_EQ(abundanceIn(path("rescued.zorvel")), 8);
+    EXPECT_EQ(alerts.asked.size(), 2);
+}
+
+TEST_F(DocumentsTest, OneFileIsOneWindow) {
+    openProject("moss");
+    MainWindowController& other = windows->openUntitled();
+    windows->openFile(path("moss.zorvel"), &other);
+    windows->openFile(path("moss.zorvel"), &other);
+    ASSERT_TRUE(waitUntil([&] { return !other.mainView().isInProgress(); }));
+    EXPECT_EQ(windows->windows().size(), 2u);
+    EXPECT_TRUE(windows->isFree(other));
+    window->close();
+    ASSERT_TRUE(waitForWindows(1));
+    windows->openFile(path("moss.zorvel"), &other);
+    windows->openFile(path("moss.zorvel"), &other);
+    ASSERT_TRUE(waitUntil([&] { return !other.mainView().isInProgress(); }));
+    EXPECT_EQ(windows->windows().size(), 1u);
+    window = &other;
+    EXPECT_EQ(window->windowTitle(), "moss[*]");
+    EXPECT_EQ(shownAbundance(), 5);
+    EXPECT_EQ(censusTable().selectedRows(), std::vector<int>{0});
+}
+
+TEST_F(DocumentsTest, RevertGoesBackToTheOpeningAndCanBeUndone) {
+    openProject("moss");
+    window->close();
+    sendDeletions();
+    startProgram({path("moss.zorvel")});
+    ASSERT_TRUE(waitUntil([this] { return context().censusCount() == 1; }));
+    editAbundanceTo("8");
+    alerts.answers = {"Cancel", "Revert"};
+    trigger("revertToOpening");
+    EXPECT_EQ(shownAbundance(), 8);
+    trigger("revertToOpening");
+    EXPECT_EQ(shownAbundance(), 5);
+    ASSERT_TRUE(waitUntil([this] { return cell(speciesTable(), 0, 2) == "5"; }));
+    trigger("undo");
+    EXPECT_EQ(shownAbundance(), 8);
+}
+
+TEST_F(DocumentsTest, ABackupOpensAsAnUntitledCopy) {
+    openProject("moss");
+    endProgram();
+    startProgram({path("moss.zorvel")});
+    ASSERT_TRUE(waitUntil([this] { return context().censusCount() == 1; }));
+    editAbundanceTo("8");
+    ASSERT_TRUE(waitUntilSaved());
+    trigger("browseBackups");
+    auto* list = window->findChild<QTreeWidget*>("backupsList");
+    ASSERT_NE(list, nullptr);
+    EXPECT_EQ(list->topLevelItemCount(), 1);
+    window->findChild<QPushButton*>("openCopyButton")->click();
+    ASSERT_TRUE(waitForWindows(2));
+    EXPECT_EQ(shownAbundance(), 8);
+    window = windows->windows().back();
+    EXPECT_EQ(shownAbundance(), 5);
+    EXPECT_TRUE(window->document().isUntitled());
+}
+
+TEST_F(DocumentsTest, ADuplicateIsAnUntitledProjectOfItsOwn) {
+    openProject("moss");
+    trigger("duplicateDocument");
+    ASSERT_EQ(windows->windows().size(), 2u);
+    window = windows->windows().back();
+    EXPECT_EQ(window->windowTitle(), "moss (untitled)[*]");
+    editAbundanceTo("8");
+    ASSERT_TRUE(waitUntilSaved());
+    EXPECT_EQ(abundanceIn(path("moss.zorvel")), 5);
+}
+
+TEST_F(DocumentsTest, RecentFilesAreListedAndForgotten) {
+    openProject("moss");
+    auto& menu = child<QMenu>("recentMenu");
+    emit menu.aboutToShow();
+    EXPECT_EQ(menu.actions().value(0)->text(), "moss.zorvel");
+    menu.findChild<QAction*>("clearRecentDocuments")->trigger();
+    emit menu.aboutToShow();
+    EXPECT_EQ(menu.actions().size(), 2);  // a separator and the command
+}
+
+}  // namespace
+}  // namespace zorvel

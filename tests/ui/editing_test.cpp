@@ -1,0 +1,216 @@
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QToolButton>
+
+#include "model/edits.h"
+#include "ui/kit/message_strip.h"
+#include "ui/main/table_text_fields.h"
+#include "ui/window_fixture.h"
+
+namespace zorvel {
+namespace {
+
+class EditingTest : public WindowTest {
+  protected:
+    void SetUp() override {
+        WindowTest::SetUp();
+        open(write("trees.csv", ",Abies,Betula,Larix\nNorth,3,14,2\nSouth,5,6,0\n"));
+        ASSERT_TRUE(waitForValues());
+    }
+    bool waitForValues() {
+        return waitUntil([this] { return !text("rarefiedRichness").empty(); });
+    }
+    Census census(std::size_t place) { return context().censuses().at(place); }
+    std::string taxonName(std::size_t place) { return census(0).taxa().at(place).name()->str(); }
+};
+
+TEST_F(EditingTest, TypedValuesReachTheRecordsAndEverythingShownFollows) {
+    type(speciesTable(), 0, SpeciesTableView::kAbundanceColumn, "30");
+    EXPECT_EQ(census(0).taxa()[0].abundance(), 30);
+    EXPECT_EQ(text("individuals"), "46");
+    type(speciesTable(), 0, SpeciesTableView::kNameColumn, "  Abies alba ");
+    EXPECT_EQ(taxonName(0), "Abies alba");
+    type(censusTable(), 0, 0, "Northern");
+    EXPECT_EQ(label("speciesHeading"), "Species of Northern");
+    EXPECT_EQ(label("metricsHeading"), "Northern");
+    type(speciesTable(), 2, SpeciesTableView::kAbundanceColumn, "0");
+    EXPECT_EQ(cell(censusTable(), 0, 1), "2");
+    EXPECT_EQ(text("richness"), "2");
+    for (int i = 0; i < 4; ++i) trigger("undo");
+    EXPECT_FALSE(context().canUndo());
+    EXPECT_EQ(label("speciesHeading"), "Species of North");
+    EXPECT_EQ(text("individuals"), "19");
+    EXPECT_EQ(cell(censusTable(), 0, 1), "3");
+    trigger("redo");
+    EXPECT_EQ(text("individuals"), "46");
+}
+
+TEST_F(EditingTest, AnAbundanceThatIsNoneIsRefusedWithAWordAndTheEditorStays) {
+    for (const char* typed : {"3.5", "1,000", "-4", "x", "", "99999999999999999999"}) {
+        speciesTable().beginEditing(speciesTable().model()->index(0, 2));
+        auto* field = qobject_cast<TableTextField*>(speciesTable().openEditor());
+        ASSERT_NE(field, nullptr);
+        QTest::keyClick(field, Qt::Key_Delete);
+        QTest::keyClicks(field, typed);
+        QTest::keyClick(field, Qt::Key_Return);
+        EXPECT_EQ(speciesTable().openEditor(), field) << typed;
+        EXPECT_FALSE(field->accessibleDescription().isEmpty()) << typed;
+        EXPECT_FALSE(window->close()) << typed;  // what was typed is not dropped in silence
+        // Leaving it drops the text, and the strip tells why.
+        censusTable().setFocus();
+        EXPECT_EQ(speciesTable().openEditor(), nullptr) << typed;
+        EXPECT_TRUE(child<MessageStrip>("messageStrip")
+                        .messages()
+                        .value(0)
+                        .contains(QString("“%1”").arg(typed)));
+        child<MessageStrip>("messageStrip").dismiss();
+    }
+    EXPECT_EQ(census(0).taxa()[0].abundance(), 3);
+    EXPECT_FALSE(context().canUndo());
+}
+
+TEST_F(EditingTest, EscapeRevertsAndUnchangedTextIsNoEdit) {
+    type(speciesTable(), 0, 1, "Other", Qt::Key_Escape);
+    EXPECT_EQ(speciesTable().openEditor(), nullptr);
+    type(speciesTable(), 0, 1, "Abies");
+    type(speciesTable(), 0, 2, "3");
+    EXPECT_FALSE(context().canUndo());
+    EXPECT_EQ(window->document().saveState(), Document::SaveState::saved);
+}
+
+TEST_F(EditingTest, SpaceAndTheCheckBoxChangeWhatIsIncluded) {
+    speciesTable().setFocus();
+    speciesTable().selectRows({0, 1});
+    QTest::keyClick(&speciesTable(), Qt::Key_Space);
+    EXPECT_EQ(text("individuals"), "2");
+    EXPECT_EQ(context().undoName(), "Leave Out Species");
+    const QRect box = speciesTable().visualRect(speciesTable().model()->index(1, 0));
+    QTest::mouseClick(speciesTable().viewport(), Qt::LeftButton, {},
+                      QPoint(box.left() + 14, box.center().y()));
+    EXPECT_EQ(text("individuals"), "16");
+    trigger("undo");
+    trigger("undo");
+    EXPECT_EQ(text("individuals"), "19");
+}
+
+TEST_F(EditingTest, AddingAndDeleting) {
+    QTest::mouseClick(&child<QToolButton>("addSpeciesButton"), Qt::LeftButton);
+    ASSERT_NE(speciesTable().openEditor(), nullptr);
+    QTest::keyClicks(speciesTable().openEditor(), "Pinus");
+    trigger("addCensusMenuItemTapped");  // what is typed is stored first
+    EXPECT_EQ(taxonName(3), "Pinus");
+    ASSERT_NE(censusTable().openEditor(), nullptr);
+    QTest::keyClicks(censusTable().openEditor(), "West");
+    QTest::keyClick(censusTable().openEditor(), Qt::Key_Return);
+    EXPECT_EQ(label("speciesHeading"), "Species of West");
+    EXPECT_EQ(label("censusCountLabel"), "3");
+    censusTable().selectRows({0, 1});
+    QTest::keyClick(&censusTable(), Qt::Key_Delete);
+    EXPECT_EQ(context().censusCount(), 1u);
+    EXPECT_EQ(censusTable().selectedRows(), std::vector<int>{0});
+    EXPECT_EQ(label("speciesHeading"), "Species of West");
+    trigger("deleteCensusMenuItemTapped");
+    EXPECT_FALSE(child<QToolButton>("addSpeciesButton").isEnabled());
+    EXPECT_TRUE(child<QPushButton>("addFirstCensusButton").isVisible());
+    trigger("undo");
+    trigger("undo");
+    EXPECT_EQ(context().censusCount(), 3u);
+    EXPECT_TRUE(child<QToolButton>("addSpeciesButton").isEnabled());
+}
+
+TEST_F(EditingTest, UndoSelectsWhatItBringsBack) {
+    speciesTable().selectRows({1});
+    trigger("deleteSpeciesMenuItemTapped");
+    EXPECT_EQ(speciesTable().selectedRows(), std::vector<int>{1});
+    EXPECT_EQ(cell(speciesTable(), 1, 1), "Larix");
+    censusTable().selectRows({1});
+    trigger("undo");
+    EXPECT_EQ(label("speciesHeading"), "Species of North");
+    ASSERT_EQ(speciesTable().selectedRows(), std::vector<int>{1});
+    EXPECT_EQ(cell(speciesTable(), 1, 1), "Betula");
+}
+
+TEST_F(EditingTest, ChangesElsewhereLeaveAnEditorSelectionAndPlaceAlone) {
+    context().insertTaxa(census(0), std::vector<TaxonValues>(300));
+    context().announceChanges();
+    speciesTable().beginEditing(speciesTable().model()->index(200, 2));
+    QTest::keyClicks(speciesTable().openEditor(), "77");
+    const int place = speciesTable().verticalScrollBar()->value();
+    ASSERT_GT(place, 0);
+    context().insertTaxon(census(0));
+    context().setAbundance(census(0).taxa()[1], 1'000'000);  // every bar changes
+    context().setAbundance(census(0).taxa()[200], 5);        // and so does the record itself
+    context().announceChanges();
+    EXPECT_EQ(speciesTable().verticalScrollBar()->value(), place);
+    EXPECT_EQ(speciesTable().selectedRows(), std::vector<int>{200});
+    ASSERT_NE(speciesTable().openEditor(), nullptr);
+    QTest::keyClick(speciesTable().openEditor(), Qt::Key_Return);
+    EXPECT_EQ(census(0).taxa()[200].abundance(), 77);
+}
+
+TEST_F(EditingTest, AnEditorWhoseRecordGoesCommitsNowhere) {
+    speciesTable().beginEditing(speciesTable().model()->index(1, 2));
+    QTest::keyClicks(speciesTable().openEditor(), "99");
+    context().deleteTaxon(census(0).taxa()[1]);
+    context().announceChanges();
+    EXPECT_EQ(speciesTable().openEditor(), nullptr);
+    EXPECT_EQ(census(0).taxa()[0].abundance(), 3);
+    EXPECT_EQ(census(0).taxa()[1].abundance(), 2);
+    censusTable().beginEditing(censusTable().model()->index(1, 0));
+    QTest::keyClicks(censusTable().openEditor(), "gone");
+    context().deleteCensus(census(1));
+    context().announceChanges();
+    EXPECT_EQ(census(0).name()->str(), "North");
+}
+
+TEST_F(EditingTest, UndoGoesToTheEditorThatHasTheFocus) {
+    type(speciesTable(), 0, 2, "8");
+    speciesTable().beginEditing(speciesTable().model()->index(0, 1));
+    QTest::keyClicks(speciesTable().openEditor(), "Pin");
+    trigger("undo");
+    EXPECT_EQ(census(0).taxa()[0].abundance(), 8);
+    ASSERT_NE(speciesTable().openEditor(), nullptr);
+    EXPECT_NE(qobject_cast<QLineEdit*>(speciesTable().openEditor())->text(), "Pin");
+}
+
+TEST_F(EditingTest, TheMenuNamesTheStep) {
+    type(speciesTable(), 0, 2, "8");
+    QAction& undo = child<QAction>("undo");
+    auto* menu = qobject_cast<QMenu*>(undo.associatedObjects().value(0));
+    ASSERT_NE(menu, nullptr);
+    emit menu->aboutToShow();
+    EXPECT_EQ(undo.text(), "&Undo Change Abundance");
+    EXPECT_TRUE(undo.isEnabled());
+    EXPECT_FALSE(child<QAction>("redo").isEnabled());
+}
+
+TEST_F(EditingTest, ALargeCensusStaysQuick) {
+    std::vector<TaxonValues> taxa(100'000);
+    for (std::size_t i = 0; i < taxa.size(); ++i) {
+        taxa[i] = {SharedText("Species " + std::to_string(i)), static_cast<std::int64_t>(i % 50),
+                   true};
+    }
+    context().insertTaxa(census(1), std::move(taxa));
+    context().announceChanges();
+    censusTable().selectRows({1});
+    speciesTable().sortByColumn(1, Qt::DescendingOrder);
+    int resets = 0;
+    QObject::connect(speciesTable().model(), &QAbstractItemModel::modelReset, [&] { ++resets; });
+    QElapsedTimer timer;
+    timer.start();
+    for (int row = 0; row < 10; ++row) {
+        speciesTable().model()->setData(speciesTable().model()->index(row, 2), 1000 + row,
+                                        Qt::EditRole);
+    }
+    const double each = static_cast<double>(timer.nsecsElapsed()) / 10e6;
+    RecordProperty("milliseconds_an_edit", std::to_string(each));
+    EXPECT_LT(each, 200);  // whatever the build and the machine; a rebuild by sorting takes longer
+    EXPECT_EQ(resets, 0);
+}
+
+}  // namespace
+}  // namespace zorvel
