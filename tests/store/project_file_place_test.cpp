@@ -28,6 +28,22 @@ class ProjectPlace : public ProjectFileTest {
         return context_.frozenCopy();
     }
     int write() { return numberOf(file_->write(edited())); }
+    // What another process sees of the locks on a byte of the file.
+    [[nodiscard]] bool isLockedForOthers(int command, off_t byte) const {
+        ChildProcess other([&] {
+            struct flock range {};
+            range.l_type = F_WRLCK;
+            range.l_whence = SEEK_SET;
+            range.l_start = byte;
+            range.l_len = 1;
+            const int descriptor = ::open(path("p.zorvel").c_str(), O_RDWR);
+            if (fcntl(descriptor, command, &range) != 0) return std::string("error");
+            return std::string(range.l_type == F_UNLCK ? "free" : "locked");
+        });
+        const std::string said = other.word();
+        EXPECT_TRUE(said == "free" || said == "locked") << said;
+        return said == "locked";
+    }
     static std::string word(int number) { return std::to_string(number); }
 
     ObjectContext context_;
@@ -63,21 +79,25 @@ TEST_F(ProjectPlace, HeldByAnotherProcess) {
     EXPECT_EQ(troubleOf(path("p.zorvel")), -1);
 }
 
-// Closing any handle of a file drops the locks that this process has on it.
+// Closing any handle of a file drops the locks that SQLite has on it in this process.
 TEST_F(ProjectPlace, ReadingTheFileAsideKeepsTheLocksOfAWrite) {
+    constexpr off_t reservedByte = 0x40000001;
     PlainDatabase writing(path("p.zorvel"));
     writing.run("BEGIN IMMEDIATE");
     { const Opened aside = opened(path("p.zorvel"), {true, nullptr}); }
     EXPECT_EQ(troubleOf(path("p.zorvel")), numberOf(FileTrouble::heldElsewhere));
-    ChildProcess other([this] {
-        try {
-            PlainDatabase(path("p.zorvel")).run("BEGIN IMMEDIATE");
-        } catch (const std::exception&) {
-            return std::string("locked");
-        }
-        return std::string("free");
-    });
-    EXPECT_EQ(other.word(), "locked");
+    EXPECT_TRUE(isLockedForOthers(F_GETLK, reservedByte));
+    writing.run("COMMIT");
+    EXPECT_FALSE(isLockedForOthers(F_GETLK, reservedByte));
+}
+
+// Though the handle that bears the mark stays open for the one who reads.
+TEST_F(ProjectPlace, MarkGoesWithWhoWrites) {
+    constexpr off_t markByte = off_t{1} << 62;
+    const Opened aside = opened(path("p.zorvel"), {true, nullptr});
+    EXPECT_TRUE(isLockedForOthers(F_OFD_GETLK, markByte));
+    file_.reset();
+    EXPECT_FALSE(isLockedForOthers(F_OFD_GETLK, markByte));
 }
 
 TEST_F(ProjectPlace, BusyWhileAnotherProgramReadsOrWrites) {

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "store/context_state.h"
 #include "tests/store/project_file_support.h"
 
 namespace zorvel {
@@ -96,14 +97,17 @@ TEST_F(ProjectFileTest, TaxaAddedByTurnsKeepTheOrderOfTheirCensus) {
             context.insertCensus({}, std::vector<TaxonValues>(static_cast<std::size_t>(i) * 256)));
     }
     for (std::size_t i = 0; i < 900; ++i) {
-        const Zorvel taxon = context.insertTaxon(censuses[i % 7 % 3]);
+        const Zorvel taxon = context.insertTaxon(censuses[i / 5 % 3]);
         context.setAbundance(taxon, static_cast<std::int64_t>(i));
     }
     created(path("p.zorvel"), context);
     const Opened found = opened(path("p.zorvel"));
     EXPECT_TRUE(sameRecords(found.records.censuses, context.blocks()));
     for (const BlockPointer& block : found.records.censuses) {
-        for (const auto& chunk : block->chunks) EXPECT_EQ(chunk->capacity(), chunk->size());
+        for (const auto& chunk : block->chunks) {
+            EXPECT_EQ(chunk->capacity(), chunk->size());
+            EXPECT_LE(chunk->size(), taxaPerChunk);
+        }
     }
 }
 
@@ -157,6 +161,22 @@ TEST_F(ProjectFileTest, TextsThatAreNotUtf8AreNotWritten) {
     }
     context.setName(taxon, "a");
     EXPECT_FALSE(file->write(context.frozenCopy()));
+    expectHolds(path("p.zorvel"), context);
+}
+
+// Rows that waited when a write failed are not written by the next one.
+TEST_F(ProjectFileTest, FailedWriteLeavesNothingForTheNext) {
+    ObjectContext context;
+    const Zorvel taxon = context.insertTaxon(context.insertCensus());
+    const Census later = context.insertCensus();
+    const auto file = created(path("p.zorvel"), context);
+    context.setAbundance(taxon, 99);
+    context.setNotes(later, "\xFF");
+    ASSERT_TRUE(file->write(context.frozenCopy()));
+    context.undo();
+    context.undo();
+    context.setNotes(later, "fine");
+    ASSERT_FALSE(file->write(context.frozenCopy()));
     expectHolds(path("p.zorvel"), context);
 }
 
