@@ -98,7 +98,7 @@ Document& DocumentController::addUntitledCopy(ProjectRecords records, const QStr
 
 QString DocumentController::freeUntitledName() const {
     for (int number = 1;; ++number) {
-        const QString name = number == 1 ? tr("Untitled") : tr("Untitled %1").arg(number);
+        QString name = number == 1 ? tr("Untitled") : tr("Untitled %1").arg(number);
         const auto isTaken = [&](const auto& document) { return document->displayName() == name; };
         if (std::none_of(documents_.begin(), documents_.end(), isTaken)) return name;
     }

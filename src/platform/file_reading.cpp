@@ -40,7 +40,7 @@ bool isProject(const std::string& path) {
 // "line 3, cell 7", as far as it is known.
 QString placeText(const TextProject& project) {
     if (project.place.line == 0) return {};
-    const QString line = tr("line %1").arg(project.place.line);
+    QString line = tr("line %1").arg(project.place.line);
     if (project.place.cell == 0) return line;
     return line + tr(", cell %1").arg(project.place.cell);
 }
