@@ -1,14 +1,12 @@
 #include "platform/document.h"
 
-#include <unistd.h>
-
 #include <QElapsedTimer>
 #include <algorithm>
-#include <filesystem>
 
 #include "document_fixture.h"
 #include "store/undo_step.h"
 #include "test_disk.h"
+#include "without_power.h"
 
 namespace zorvel {
 namespace {
@@ -216,31 +214,6 @@ TEST_F(DocumentTest, AFileThatIsGoneIsStuckUntilItIsSavedElsewhere) {
         QFile::remove(at("elsewhere.zorvel"));
     }
 }
-
-// As another user where the tests run as root, whom no permission stops.
-class WithoutPower {
-  public:
-    explicit WithoutPower(const QString& folder) {
-        if (::geteuid() != 0) return;
-        const std::string root = folder.toStdString();
-        std::vector<std::string> paths{root};
-        for (const auto& entry : std::filesystem::recursive_directory_iterator(root)) {
-            paths.push_back(entry.path().string());
-        }
-        for (const std::string& path : paths)
-            changed_ |= ::chown(path.c_str(), nobody, nobody) == 0;
-        changed_ = changed_ && ::seteuid(nobody) == 0;
-    }
-    ~WithoutPower() {
-        if (changed_ && ::seteuid(0) != 0) std::abort();
-    }
-    WithoutPower(const WithoutPower&) = delete;
-    WithoutPower& operator=(const WithoutPower&) = delete;
-
-  private:
-    static constexpr uid_t nobody = 65534;
-    bool changed_ = false;
-};
 
 TEST_F(DocumentTest, AReadOnlyFileOpensAndIsStuckFromTheFirstEdit) {
     const QString path = makeProject("a.zorvel", {"North"});
