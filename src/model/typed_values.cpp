@@ -246,9 +246,11 @@ Typed<std::optional<TimeStamp>> parseTypedTime(std::string_view text) {
 }
 
 std::string typedTimeText(TimeStamp time) {
-    const auto seconds = std::chrono::floor<std::chrono::seconds>(time);
-    const auto fraction = (time - seconds).count();
-    const std::time_t since = seconds.time_since_epoch().count();
+    // By division: the whole second before the first time stamps has no time stamp itself.
+    constexpr std::int64_t perSecond = 1'000'000;
+    const std::int64_t count = time.time_since_epoch().count();
+    const std::int64_t fraction = (count % perSecond + perSecond) % perSecond;
+    const std::time_t since = count / perSecond - (count % perSecond < 0 ? 1 : 0);
     std::tm local{};
     if (localtime_r(&since, &local) == nullptr) return {};
     std::array<char, 64> text{};

@@ -145,6 +145,8 @@ TEST_F(TypedTimes, InTheZoneOfTheComputer) {
     ASSERT_TRUE(summer && summer.value());
     EXPECT_EQ(*summer.value(), TimeStamp(std::chrono::sys_days(std::chrono::year(2024) / 7 / 1) +
                                          std::chrono::hours(12)));
+    EXPECT_EQ(typedTimeText(TimeStamp::min()).substr(0, 8), "-290308-");
+    EXPECT_EQ(typedTimeText(TimeStamp::max()).substr(0, 7), "294247-");
     const auto none = parseTypedTime(" ");
     ASSERT_TRUE(none);
     EXPECT_FALSE(none.value());
