@@ -29,7 +29,7 @@ namespace fs = std::filesystem;
 // ZORVEL_POWER_CUTS in the environment asks for so many at each call, for longer runs.
 int cutsAtEachCall() {
     const char* asked = std::getenv("ZORVEL_POWER_CUTS");
-    return asked ? std::atoi(asked) : 10;
+    return asked ? std::atoi(asked) : 11;
 }
 
 FileImages imagesOf(const fs::path& folder) {

@@ -39,7 +39,7 @@ class ProjectStory {
             const UndoStep step(context_, "Import");
             for (int i = 0; i < 3; ++i) {
                 context_.insertCensus({SharedText("Plot " + std::to_string(i)), 0, 0, {}, {}},
-                                      taxa(250, "species of plot " + std::to_string(i % 2) + " "));
+                                      taxa(120, "species of plot " + std::to_string(i % 2) + " "));
             }
         }
         note("an import");
