@@ -50,6 +50,9 @@ QPainterPath strokes(Glyph glyph) {
         case Glyph::minus:
             line({{3.5, 8}, {12.5, 8}});
             break;
+        case Glyph::dots:
+            for (const double x : {3.0, 8.0, 13.0}) path.addEllipse(QPointF(x, 8), 0.6, 0.6);
+            break;
     }
     return path;
 }

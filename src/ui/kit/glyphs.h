@@ -10,7 +10,7 @@ class QPainter;
 
 namespace zorvel {
 
-enum class Glyph { tick, cross, warning, search, chevronUp, chevronDown, plus, minus };
+enum class Glyph { tick, cross, warning, search, chevronUp, chevronDown, plus, minus, dots };
 
 // Fits the glyph into the largest square centred in rect.
 void paintGlyph(QPainter& painter, Glyph glyph, const QRectF& rect, const QColor& color);

@@ -1,7 +1,10 @@
 #include "ui/kit/value_field.h"
 
+#include <QClipboard>
 #include <QEvent>
 #include <QFontMetricsF>
+#include <QGuiApplication>
+#include <QKeyEvent>
 #include <QPainter>
 #include <QPalette>
 #include <QScopedValueRollback>
@@ -53,6 +56,16 @@ void ValueField::changeEvent(QEvent* event) {
     // The application's look or font has changed, not this field's own.
     if (event->type() == QEvent::PaletteChange) showColor();
     if (event->type() == QEvent::FontChange) fitFont();
+}
+
+void ValueField::copyValue() const {
+    const QString copied = hasSelectedText() ? selectedText() : text();
+    if (!copied.isEmpty()) QGuiApplication::clipboard()->setText(copied);
+}
+
+void ValueField::keyPressEvent(QKeyEvent* event) {
+    if (event->matches(QKeySequence::Copy)) return copyValue();
+    QLineEdit::keyPressEvent(event);
 }
 
 void ValueField::paintEvent(QPaintEvent* event) {

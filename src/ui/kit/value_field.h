@@ -21,6 +21,9 @@ class ValueField : public QLineEdit {
     void setStale(const QString& reason);
     [[nodiscard]] bool isStale() const { return stale_; }
 
+    // To the clipboard: what is selected, or else the whole value.
+    void copyValue() const;
+
     // What the plain field says when asked: what its value means.
     void setExplanation(const QString& explanation);
 
@@ -28,6 +31,7 @@ class ValueField : public QLineEdit {
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
   private:
     void fitFont();

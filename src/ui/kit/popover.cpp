@@ -1,0 +1,158 @@
+#include "ui/kit/popover.h"
+
+#include <QApplication>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QScrollArea>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "ui/kit/look.h"
+
+namespace zorvel {
+
+namespace {
+
+constexpr int widest = 420;  // pixels
+constexpr int gap = 6;       // between anchor and frame, and around the text beside the padding
+constexpr int shade = 6;     // width of the shadow on every side
+constexpr int padding = 16;  // around the text
+constexpr int chrome = 2 * (shade + padding);
+
+}  // namespace
+
+QRect popoverPlace(const QSize& host, const QRect& anchor, const QSize& wanted) {
+    const QSize size = wanted.boundedTo(host);
+    const int left = anchor.left() - gap - size.width();
+    const int right = anchor.right() + 1 + gap;
+    const int farthest = host.width() - size.width();
+    const int x = left >= 0 ? left : right <= farthest ? right : std::max(farthest, 0);
+    const int y = anchor.center().y() - size.height() / 2;
+    return {QPoint(x, std::clamp(y, 0, host.height() - size.height())), size};
+}
+
+Popover::Popover(QWidget* host) : QFrame(host), scroll_(new QScrollArea(this)), text_(new QLabel) {
+    text_->setObjectName("popoverText");
+    text_->setWordWrap(true);
+    text_->setTextFormat(Qt::RichText);
+    text_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    text_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    text_->setFocusPolicy(Qt::StrongFocus);
+    scroll_->setWidget(text_);
+    scroll_->setWidgetResizable(true);
+    scroll_->setFrameShape(QFrame::NoFrame);
+    scroll_->setFocusPolicy(Qt::NoFocus);
+    scroll_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll_->viewport()->setAutoFillBackground(false);
+    text_->setAutoFillBackground(false);
+    auto* layout = new QVBoxLayout(this);
+    const int margin = shade + padding;
+    layout->setContentsMargins(margin, margin, margin, margin);
+    layout->addWidget(scroll_);
+    hide();
+    connect(qApp, &QApplication::focusChanged, this,
+            [this](QWidget* /*old*/, QWidget* now) { focusDidChange(now); });
+}
+
+Popover::~Popover() {
+    qApp->removeEventFilter(this);
+}
+
+void Popover::setText(const QString& rich, const QString& plain) {
+    text_->setText(rich);
+    text_->setAccessibleName(plain);
+    setAccessibleName(plain);
+    if (isVisible()) place();
+}
+
+void Popover::showBeside(const QRect& anchor) {
+    anchor_ = anchor;
+    if (!isVisible()) focusBefore_ = QApplication::focusWidget();
+    place();
+    show();
+    raise();
+    qApp->installEventFilter(this);
+    text_->setFocus(Qt::PopupFocusReason);
+}
+
+void Popover::place() {
+    const int width = std::min(widest, parentWidget()->width()) - chrome;
+    const QSize wanted(width + chrome, text_->heightForWidth(width) + chrome);
+    setGeometry(popoverPlace(parentWidget()->size(), anchor_, wanted));
+    scroll_->ensureVisible(0, 0);
+}
+
+void Popover::dismiss() {
+    if (!isVisible()) return;
+    const QPointer<QWidget> before = focusBefore_;
+    const QWidget* focus = QApplication::focusWidget();
+    const bool mine = focus == nullptr || contains(focus);
+    hide();
+    if (mine && before) before->setFocus(Qt::PopupFocusReason);
+}
+
+void Popover::hideEvent(QHideEvent* event) {
+    qApp->removeEventFilter(this);
+    QFrame::hideEvent(event);
+}
+
+// Its context menu too, which is a window of its own.
+bool Popover::contains(const QWidget* widget) const {
+    while (widget != nullptr && widget != this) widget = widget->parentWidget();
+    return widget != nullptr;
+}
+
+void Popover::focusDidChange(QWidget* now) {
+    if (!isVisible() || now == nullptr || contains(now)) return;
+    const QPoint middle = now->mapTo(now->window(), now->rect().center());
+    if (now->window() == window() &&
+        anchor_.translated(parentWidget()->mapTo(window(), QPoint())).contains(middle)) {
+        return;
+    }
+    hide();
+}
+
+bool Popover::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == parentWidget() && event->type() == QEvent::Resize) dismiss();
+    if (event->type() != QEvent::MouseButtonPress || !watched->isWidgetType()) return false;
+    const auto* widget = static_cast<const QWidget*>(watched);
+    if (contains(widget)) return false;
+    const QPoint place = static_cast<QMouseEvent*>(event)->globalPosition().toPoint();
+    if (!anchor_.contains(parentWidget()->mapFromGlobal(place))) dismiss();
+    return false;
+}
+
+bool Popover::focusNextPrevChild(bool next) {
+    dismiss();
+    QWidget* window = parentWidget()->window();
+    QWidget* from = window->focusWidget();
+    // What has the focus now asks its window, as if the key had come there.
+    return from != nullptr && !contains(from) && QFrame::focusNextPrevChild(next);
+}
+
+void Popover::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Escape || event->key() == Qt::Key_F1) return dismiss();
+    QFrame::keyPressEvent(event);
+}
+
+void Popover::paintEvent(QPaintEvent* /*event*/) {
+    const LookColors& colors = lookColors(palette());
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    QColor shadow = Qt::black;
+    shadow.setAlpha(10);
+    painter.setBrush(shadow);
+    for (int inset = 0; inset < shade; ++inset) {
+        const double side = inset;
+        painter.drawRoundedRect(QRectF(rect()).adjusted(side, side, -side, -side), 12, 12);
+    }
+    painter.setPen(colors.border);
+    painter.setBrush(colors.raised);
+    const double edge = shade + 0.5;
+    painter.drawRoundedRect(QRectF(rect()).adjusted(edge, edge, -edge, -edge), 8, 8);
+}
+
+}  // namespace zorvel

@@ -1,0 +1,49 @@
+// A calm frame inside a window that tells more about one of its parts, beside which it stands: it
+// blocks nothing. Escape, F1, Tab or a click elsewhere closes it, and the focus returns to where it
+// was. Its text can be selected. Main thread.
+#pragma once
+
+#include <QFrame>
+#include <QPointer>
+#include <QRect>
+
+class QLabel;
+class QScrollArea;
+
+namespace zorvel {
+
+// Where a popover of that size stands in its host: left of the anchor, or else right of it, or else
+// over it; its middle at the height of the anchor's as far as the host has room.
+QRect popoverPlace(const QSize& host, const QRect& anchor, const QSize& wanted);
+
+class Popover : public QFrame {
+    Q_OBJECT
+  public:
+    explicit Popover(QWidget* host);
+    ~Popover() override;
+
+    // plain: what a screen reader says.
+    void setText(const QString& rich, const QString& plain);
+    // Takes the focus. anchor: in the host's coordinates; a click on it closes nothing.
+    void showBeside(const QRect& anchor);
+    void dismiss();
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    bool focusNextPrevChild(bool next) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    void place();
+    void focusDidChange(QWidget* now);
+    [[nodiscard]] bool contains(const QWidget* widget) const;
+
+    QScrollArea* scroll_;
+    QLabel* text_;
+    QRect anchor_;
+    QPointer<QWidget> focusBefore_;
+};
+
+}  // namespace zorvel
