@@ -9,6 +9,7 @@
 #include <QTextCursor>
 
 #include "ui/kit/record_table_view.h"
+#include "ui/kit/value_field.h"
 
 namespace zorvel {
 
@@ -16,6 +17,8 @@ bool canCopy(const QWidget* widget) {
     if (const auto* table = qobject_cast<const RecordTableView*>(widget)) {
         return table->selectionModel() != nullptr && table->selectionModel()->hasSelection();
     }
+    if (const auto* value = qobject_cast<const ValueField*>(widget))
+        return !value->text().isEmpty();
     if (const auto* line = qobject_cast<const QLineEdit*>(widget)) return line->hasSelectedText();
     if (const auto* label = qobject_cast<const QLabel*>(widget)) return label->hasSelectedText();
     if (const auto* text = qobject_cast<const QPlainTextEdit*>(widget)) {
@@ -39,6 +42,7 @@ bool canSelectAll(const QWidget* widget) {
 void copyFrom(QWidget* widget) {
     if (!canCopy(widget)) return;
     if (auto* table = qobject_cast<RecordTableView*>(widget)) table->copySelection();
+    if (auto* value = qobject_cast<ValueField*>(widget)) return value->copyValue();
     if (auto* line = qobject_cast<QLineEdit*>(widget)) line->copy();
     if (auto* text = qobject_cast<QPlainTextEdit*>(widget)) text->copy();
     if (auto* label = qobject_cast<QLabel*>(widget)) {

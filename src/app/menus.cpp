@@ -113,6 +113,9 @@ void addEditMenu(MainWindowController& window) {
                                [&] { copyFrom(window.focusWidget()); });
     QAction* all = addCommand(window, menu, "selectAll", tr("Select &All"), QKeySequence::SelectAll,
                               [&] { selectAllOf(window.focusWidget()); });
+    addCommand(window, menu, "copyAllMetrics", tr("Copy All &Metrics"),
+               QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_C),
+               [&] { window.mainView().copyAllMetrics(); });
     enableWhileShown(menu, copy, [&] { return canCopy(window.focusWidget()); });
     enableWhileShown(menu, all, [&] { return canSelectAll(window.focusWidget()); });
 }
@@ -123,7 +126,8 @@ void addRecordMenus(MainWindowController& window) {
                QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_N),
                [&] { window.mainView().addCensusRow(); });
     QAction* deleteCensus =
-        addCommand(window, census, "deleteCensusMenuItemTapped", tr("&Delete Census"), {},
+        addCommand(window, census, "deleteCensusMenuItemTapped", tr("&Delete Census"),
+                   QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Delete),
                    [&] { window.mainView().deleteCensusRows(); });
     enableWhileShown(census, deleteCensus, [&] { return window.mainView().canDeleteCensus(); });
 
@@ -131,11 +135,24 @@ void addRecordMenus(MainWindowController& window) {
     QAction* addSpecies =
         addCommand(window, species, "addSpeciesMenuItemTapped", tr("&Add Species"),
                    QKeySequence(Qt::CTRL | Qt::Key_E), [&] { window.mainView().addSpeciesRow(); });
-    QAction* deleteSpecies =
-        addCommand(window, species, "deleteSpeciesMenuItemTapped", tr("&Delete Species"), {},
-                   [&] { window.mainView().deleteSpeciesRows(); });
+    QAction* deleteSpecies = addCommand(
+        window, species, "deleteSpeciesMenuItemTapped", tr("&Delete Species"),
+        QKeySequence(Qt::CTRL | Qt::Key_Delete), [&] { window.mainView().deleteSpeciesRows(); });
     enableWhileShown(species, addSpecies, [&] { return window.mainView().canAddSpecies(); });
     enableWhileShown(species, deleteSpecies, [&] { return window.mainView().canDeleteSpecies(); });
+}
+
+void addAnalysisMenu(MainWindowController& window) {
+    QMenu& menu = *window.menuBar()->addMenu(tr("&Analysis"));
+    addCommand(window, menu, "projectwideMetricsMenuItemTapped", tr("&Project-Wide Metrics"),
+               QKeySequence(Qt::CTRL | Qt::Key_M),
+               [&] { window.mainView().calculateProjectWideMetrics(); });
+    addCommand(window, menu, "individualBasedRarefactionMenuItemTapped",
+               tr("&Individual-Based Rarefaction"), QKeySequence(Qt::CTRL | Qt::Key_R),
+               [&] { window.mainView().individualBasedRarefaction(); });
+    addCommand(window, menu, "sampleBasedRarefactionMenuItemTapped",
+               tr("&Sample-Based Rarefaction"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_R),
+               [&] { window.mainView().sampleBasedRarefaction(); });
 }
 
 void addViewMenu(MainWindowController& window, LookChoice& look) {
@@ -172,6 +189,7 @@ void addMenus(MainWindowController& window, ProjectWindows& windows, LookChoice&
     addFileMenu(window, windows);
     addEditMenu(window);
     addRecordMenus(window);
+    addAnalysisMenu(window);
     addViewMenu(window, look);
     addHelpMenu(window);
 }

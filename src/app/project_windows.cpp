@@ -63,7 +63,7 @@ MainWindowController& ProjectWindows::openUntitled() {
 
 MainWindowController& ProjectWindows::openWindow(Document& document) {
     const std::vector<MainWindowController*> open = windows();
-    auto* window = new MainWindowController(document, jobs_, makeRandom_);
+    auto* window = new MainWindowController(document, jobs_, makeRandom_, panels_.alerts);
     window->setAttribute(Qt::WA_DeleteOnClose);
     if (!open.empty()) window->move(open.back()->pos() + QPoint(cascade, cascade));
     windows_.erase(std::remove(windows_.begin(), windows_.end(), nullptr), windows_.end());
@@ -80,6 +80,8 @@ void ProjectWindows::connectWindow(MainWindowController& window) {
     connect(shown, &MainWindowController::filesDropped, this, [=, this](const QStringList& paths) {
         for (const QString& path : paths) openFile(path, shown);
     });
+    connect(this, &ProjectWindows::preferencesDidChange, shown,
+            [=] { shown->mainView().updateMetrics(); });
     connect(shown, &MainWindowController::saveAsRequested, this,
             [=, this] { saveWindowAs(*shown, panels_); });
     window.setCloseQuestion([=, this] { return mayClose(*shown); });

@@ -55,6 +55,10 @@ class ProjectWindows : public QObject {
     [[nodiscard]] DocumentController& documents() { return documents_; }
     [[nodiscard]] const Panels& panels() const { return panels_; }
 
+  signals:
+    // To be emitted by whoever has stored preferences: every window shows its metrics anew.
+    void preferencesDidChange();
+
   private:
     struct Opening {
         QString path;

@@ -1,6 +1,7 @@
 // The commands of the main view: each is one edit of the model, announced at once so that the
 // tables show it when the command returns.
 #include "model/edits.h"
+#include "ui/main/analysis_commands.h"
 #include "ui/main/census_table_model.h"
 #include "ui/main/main_view_controller.h"
 #include "ui/main/species_table_model.h"
@@ -39,7 +40,12 @@ void MainViewController::deleteCensusRows() {
 void MainViewController::addSpeciesRow() {
     if (!commitEditing()) return;
     const std::optional<Census> census = selectedCensus();
-    if (!census) return;
+    if (!census) {
+        ui_->messageStrip->setMessage("noCensus",
+                                      tr("No species was added: select the census that it "
+                                         "belongs to first."));
+        return;
+    }
     const Zorvel taxon = addTaxon(document_.objectContext(), *census);
     document_.objectContext().announceChanges();
     const int row = speciesModel_->rowOfTaxon(taxon.id());
@@ -69,12 +75,32 @@ void MainViewController::toggleInclude() {
     document_.objectContext().announceChanges();
 }
 
+void MainViewController::copyAllMetrics() {
+    ui_->metricsPanel->copyAll();
+}
+
+void MainViewController::calculateProjectWideMetrics() {
+    runAnalysis(Analysis::projectWideMetrics);
+}
+
+void MainViewController::individualBasedRarefaction() {
+    runAnalysis(Analysis::individualBasedRarefaction);
+}
+
+void MainViewController::sampleBasedRarefaction() {
+    runAnalysis(Analysis::sampleBasedRarefaction);
+}
+
+void MainViewController::runAnalysis(Analysis analysis) {
+    if (commitEditing()) analyses_->run(analysis, document_.objectContext().censusCount());
+}
+
 bool MainViewController::canDeleteCensus() const {
     return !ui_->censusTable->selectedRows().empty();
 }
 
 bool MainViewController::canAddSpecies() const {
-    return selectedCensus().has_value();
+    return document_.objectContext().censusCount() > 0;
 }
 
 bool MainViewController::canDeleteSpecies() const {
@@ -83,8 +109,29 @@ bool MainViewController::canDeleteSpecies() const {
 
 void MainViewController::refreshSpeciesControls() {
     ui_->removeCensusButton->setEnabled(canDeleteCensus());
-    ui_->addSpeciesButton->setEnabled(canAddSpecies());
-    ui_->removeSpeciesButton->setEnabled(canDeleteSpecies());
+    for (QToolButton* control : {ui_->addSpeciesButton, ui_->removeSpeciesButton,
+                                 static_cast<QToolButton*>(ui_->speciesPopUpButton)}) {
+        control->setEnabled(canAddSpecies());
+    }
+}
+
+void MainViewController::setUpPullDowns() {
+    const auto add = [this](PullDownButton* button, const char* name, const QString& title,
+                            void (MainViewController::*command)()) {
+        connect(button->addItem(name, title), &QAction::triggered, this, command);
+    };
+    PullDownButton* census = ui_->censusPopUpButton;
+    add(census, "addCensus", tr("Add census"), &MainViewController::addCensusRow);
+    add(census, "deleteCensus", tr("Delete census"), &MainViewController::deleteCensusRows);
+    add(census, "sampleBasedRarefaction", tr("Sample-based rarefaction"),
+        &MainViewController::sampleBasedRarefaction);
+    add(census, "calculateProjectWideMetrics", tr("Project-wide metrics"),
+        &MainViewController::calculateProjectWideMetrics);
+    PullDownButton* species = ui_->speciesPopUpButton;
+    add(species, "addSpecies", tr("Add species"), &MainViewController::addSpeciesRow);
+    add(species, "deleteSpecies", tr("Delete species"), &MainViewController::deleteSpeciesRows);
+    add(species, "individualBasedRarefaction", tr("Individual-based rarefaction"),
+        &MainViewController::individualBasedRarefaction);
 }
 
 void MainViewController::undo() {

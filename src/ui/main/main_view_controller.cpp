@@ -13,6 +13,7 @@
 #include "ui/kit/glyphs.h"
 #include "ui/kit/look.h"
 #include "ui/main/abundance_delegate.h"
+#include "ui/main/analysis_commands.h"
 #include "ui/main/census_details.h"
 #include "ui/main/census_table_model.h"
 #include "ui/main/species_table_model.h"
@@ -23,10 +24,12 @@
 namespace zorvel {
 
 MainViewController::MainViewController(DiversityDocument& document, JobQueue& jobs,
-                                       RandomSourceMaker makeRandom, QWidget* parent)
+                                       RandomSourceMaker makeRandom, Alerts& alerts,
+                                       QWidget* parent)
     : QWidget(parent),
       document_(document),
       ui_(std::make_unique<Ui::MainView>()),
+      analyses_(new AnalysisCommands(*this, alerts)),
       censusModel_(new CensusTableModel(document.objectContext(), this)),
       speciesModel_(new SpeciesTableModel(document.objectContext(), this)),
       observer_(document.objectContext().addObserver(
@@ -37,6 +40,7 @@ MainViewController::MainViewController(DiversityDocument& document, JobQueue& jo
     setUpSpeciesTable();
     keepThroughReset();
     setUpButtons();
+    setUpPullDowns();
     setUpTexts();
     setUpSplitters();
     stopProgress();

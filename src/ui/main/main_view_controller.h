@@ -17,17 +17,20 @@ class MainView;
 
 namespace zorvel {
 
+class Alerts;
+class AnalysisCommands;
 class CensusTableModel;
 class JobQueue;
 class MessageStrip;
 class SpeciesTableModel;
+enum class Analysis;
 
 class MainViewController : public QWidget {
     Q_OBJECT
   public:
-    // Document and queue must outlive the view.
+    // Document, queue and alerts must outlive the view.
     MainViewController(DiversityDocument& document, JobQueue& jobs, RandomSourceMaker makeRandom,
-                       QWidget* parent = nullptr);
+                       Alerts& alerts, QWidget* parent = nullptr);
     ~MainViewController() override;
 
     void selectFirstCensus();
@@ -41,11 +44,14 @@ class MainViewController : public QWidget {
     void addSpeciesRow();
     void deleteSpeciesRows();
     [[nodiscard]] bool canDeleteCensus() const;
+    // There is a census; adding says so where none is selected.
     [[nodiscard]] bool canAddSpecies() const;
     [[nodiscard]] bool canDeleteSpecies() const;
     // The records concerned are selected and in sight afterwards.
     void undo();
     void redo();
+
+    void copyAllMetrics();
 
     // Stores what is typed in an open editor. False where it cannot be stored: the editor stays
     // open and says why.
@@ -68,6 +74,10 @@ class MainViewController : public QWidget {
     void refreshMetrics();
     // The preferences have changed.
     void updateMetrics() { refreshMetrics(); }
+    // The analyses: see analysis_commands.h.
+    void calculateProjectWideMetrics();
+    void individualBasedRarefaction();
+    void sampleBasedRarefaction();
 
   signals:
     void openRequested();
@@ -84,6 +94,7 @@ class MainViewController : public QWidget {
     void setUpCensusTable();
     void setUpSpeciesTable();
     void setUpButtons();
+    void setUpPullDowns();
     void setUpTexts();
     void setUpSplitters();
     void keepThroughReset();
@@ -102,9 +113,11 @@ class MainViewController : public QWidget {
     void showSpeciesCount();
     void showRightPage();
     void refreshSpeciesControls();
+    void runAnalysis(Analysis analysis);
 
     DiversityDocument& document_;
     std::unique_ptr<Ui::MainView> ui_;
+    AnalysisCommands* analyses_;
     CensusTableModel* censusModel_;
     SpeciesTableModel* speciesModel_;
     ObjectContext::ObserverId observer_;

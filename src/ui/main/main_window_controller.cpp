@@ -31,8 +31,8 @@ QStringList localFiles(const QMimeData& data) {
 }  // namespace
 
 MainWindowController::MainWindowController(Document& document, JobQueue& jobs,
-                                           RandomSourceMaker makeRandom)
-    : jobs_(jobs), makeRandom_(std::move(makeRandom)) {
+                                           RandomSourceMaker makeRandom, Alerts& alerts)
+    : jobs_(jobs), makeRandom_(std::move(makeRandom)), alerts_(alerts) {
     setAcceptDrops(true);
     setMinimumSize(800, 480);
     resize(1024, 700);
@@ -57,7 +57,7 @@ void MainWindowController::showDocument(Document& document) {
 void MainWindowController::setDocument(Document& document) {
     document_ = &document;
     shownTrouble_.reset();
-    mainView_ = new MainViewController(document.project(), jobs_, makeRandom_, this);
+    mainView_ = new MainViewController(document.project(), jobs_, makeRandom_, alerts_, this);
     setCentralWidget(mainView_);
     mainView_->show();  // the layout would do so in a moment
     connect(mainView_, &MainViewController::openRequested, this,

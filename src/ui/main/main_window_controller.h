@@ -12,15 +12,17 @@
 
 namespace zorvel {
 
+class Alerts;
 class JobQueue;
 class MainViewController;
 
 class MainWindowController : public QMainWindow {
     Q_OBJECT
   public:
-    // Document and queue must outlive the window. Size, and places of the splitters, are those of
-    // the window closed last.
-    MainWindowController(Document& document, JobQueue& jobs, RandomSourceMaker makeRandom);
+    // Document, queue and alerts must outlive the window. Size, and places of the splitters, are
+    // those of the window closed last.
+    MainWindowController(Document& document, JobQueue& jobs, RandomSourceMaker makeRandom,
+                         Alerts& alerts);
 
     [[nodiscard]] Document& document() { return *document_; }
     [[nodiscard]] MainViewController& mainView() { return *mainView_; }
@@ -51,6 +53,7 @@ class MainWindowController : public QMainWindow {
     Document* document_ = nullptr;
     JobQueue& jobs_;
     RandomSourceMaker makeRandom_;
+    Alerts& alerts_;
     MainViewController* mainView_ = nullptr;
     std::optional<FileTrouble> shownTrouble_;
     std::function<bool()> mayClose_;

@@ -1,7 +1,10 @@
 #include "ui/main/metrics_panel.h"
 
+#include <QClipboard>
 #include <QEvent>
+#include <QGuiApplication>
 #include <QLabel>
+#include <QStringList>
 #include <algorithm>
 #include <optional>
 #include <string>
@@ -15,9 +18,10 @@
 #include "platform/job_queue.h"
 #include "platform/preferences.h"
 #include "ui/kit/look.h"
+#include "ui/kit/popover.h"
 #include "ui/kit/shown_text.h"
 #include "ui/kit/value_field.h"
-#include "ui/main/metric_explanations.h"
+#include "ui/main/explanation_text.h"
 #include "ui_metrics_panel.h"
 
 namespace zorvel {
@@ -56,9 +60,14 @@ MetricsPanel::MetricsPanel(QWidget* parent)
     ui_->metricsNote->setContentsMargins(0, 12, 0, 0);
     showSecondaryTexts();
     nameRows();
+    auto* moves = new MetricRows(rows(), this);
+    connect(moves, &MetricRows::explanationRequested, this, &MetricsPanel::explain);
+    connect(moves, &MetricRows::copyAllRequested, this, &MetricsPanel::copyAll);
 }
 
-MetricsPanel::~MetricsPanel() = default;
+MetricsPanel::~MetricsPanel() {
+    delete popover_;
+}
 
 void MetricsPanel::setServices(JobQueue& jobs, RandomSourceMaker makeRandom) {
     jobs_ = &jobs;
@@ -67,7 +76,9 @@ void MetricsPanel::setServices(JobQueue& jobs, RandomSourceMaker makeRandom) {
 
 void MetricsPanel::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange) showSecondaryTexts();
+    if (event->type() != QEvent::PaletteChange) return;
+    showSecondaryTexts();
+    followValues();
 }
 
 void MetricsPanel::showSecondaryTexts() {
@@ -79,7 +90,7 @@ void MetricsPanel::showSecondaryTexts() {
     }
 }
 
-MetricsPanel::Rows MetricsPanel::rows() const {
+MetricRows::Rows MetricsPanel::rows() const {
     return {{
         {"individuals", ui_->individualsValueTextField, ui_->individualsLabelTextField},
         {"richness", ui_->richnessValueTextField, ui_->richnessLabelTextField},
@@ -97,15 +108,17 @@ MetricsPanel::Rows MetricsPanel::rows() const {
 
 void MetricsPanel::nameRows() {
     const Preferences preferences;
-    for (const Row& row : rows()) {
+    for (const MetricRow& row : rows()) {
         const auto caption =
             std::find_if(metricsPanelRows.begin(), metricsPanelRows.end(),
                          [&row](const PanelRow& each) { return each.key == row.key; });
         const std::string text =
             metricCaption(*caption, preferences.rarefactionSize(), preferences.sqsQuota());
         setCaption(row.caption, row.value, QString::fromStdString(text));
-        row.value->setExplanation(metricExplanation(row.key));
-        row.caption->setToolTip(metricExplanation(row.key));
+        const QString meaning =
+            metricMeaning(row.key) + '\n' + tr("F1 or a click tells how it is computed.");
+        row.value->setExplanation(meaning);
+        row.caption->setToolTip(meaning);
     }
 }
 
@@ -115,20 +128,26 @@ void MetricsPanel::setCaption(QLabel* caption, ValueField* value, const QString&
 }
 
 void MetricsPanel::refresh(const QString& censusName, const CountsVector& counts) {
+    const Preferences preferences;
+    Request request{censusName, counts, preferences.rarefactionSize(), preferences.sqsQuota()};
+    if (request_ == request) return;
+    request_ = std::move(request);
     ++*latest_;
-    census_ = censusName;
+    inputs_ = metricInputs(counts, request_->size, request_->quota);
+    sqsPending_ = true;
     ui_->metricsHeading->setText(censusName);
     ui_->metricsHeading->setToolTip(censusName);
     ui_->metricsNote->clear();
-    fillAtOnce(counts);
+    fillAtOnce();
     markPending(ui_->rarefiedRichnessValueTextField, rarefiedOwner_);
     markPending(ui_->alroySQSValueTextField, sqsOwner_);
-    startRarefaction(counts);
-    startSqs(counts);
+    startRarefaction();
+    startSqs();
+    followValues();
 }
 
-void MetricsPanel::fillAtOnce(const CountsVector& counts) {
-    const CensusMetrics metrics = censusMetrics(counts);
+void MetricsPanel::fillAtOnce() {
+    const CensusMetrics metrics = censusMetrics(request_->counts);
     const auto whole = [](std::int64_t value) {
         return QString::fromStdString(integerText(value));
     };
@@ -147,55 +166,105 @@ void MetricsPanel::markPending(ValueField* value, const QString& owner) {
     if (!owner.isEmpty()) value->setStale(tr("Value of %1; the new one is on its way.").arg(owner));
 }
 
-void MetricsPanel::startRarefaction(const CountsVector& counts) {
-    const std::int64_t size = Preferences().rarefactionSize();
-    const std::uint64_t request = *latest_;
-    const auto work = [counts, size, request, latest = latest_]() -> std::optional<double> {
-        if (*latest != request) return std::nullopt;
+void MetricsPanel::startRarefaction() {
+    const std::uint64_t number = *latest_;
+    const auto work = [counts = request_->counts, size = request_->size, number,
+                       latest = latest_]() -> std::optional<double> {
+        if (*latest != number) return std::nullopt;
         return sharedCalculator().individualBasedPoint(counts, size).estimate;
     };
-    jobs_->start(this, work, [this, size, request](std::optional<double> estimate) {
-        if (estimate && *latest_ == request) showRarefied(*estimate, size);
+    jobs_->start(this, work, [this, number](std::optional<double> estimate) {
+        if (estimate && *latest_ == number) showRarefied(*estimate);
     });
 }
 
-void MetricsPanel::startSqs(const CountsVector& counts) {
-    const double quota = Preferences().sqsQuota();
-    const std::uint64_t request = *latest_;
-    const auto work = [counts, quota, request, latest = latest_,
+void MetricsPanel::startSqs() {
+    const std::uint64_t number = *latest_;
+    const auto work = [counts = request_->counts, quota = request_->quota, number, latest = latest_,
                        random = std::shared_ptr(makeRandom_())]() -> std::optional<SqsResult> {
-        if (*latest != request) return std::nullopt;
+        if (*latest != number) return std::nullopt;
         SqsResult result = shareholderQuorum(counts, sqsTrials, quota, *random);
         if (const std::string line = result.warning(); !line.empty()) writeConsoleLine(line);
         return result;
     };
-    jobs_->start(this, work, [this, quota, request](const std::optional<SqsResult>& result) {
-        if (result && *latest_ == request) showSqs(*result, quota);
+    jobs_->start(this, work, [this, number](const std::optional<SqsResult>& result) {
+        if (result && *latest_ == number) showSqs(*result);
     });
 }
 
-void MetricsPanel::showRarefied(double estimate, std::int64_t size) {
+void MetricsPanel::showRarefied(double estimate) {
     ValueField* value = ui_->rarefiedRichnessValueTextField;
     value->setText(metricText("rarefiedRichness", estimate));
     setCaption(ui_->rarefiedRichnessLabelTextField, value,
-               QString::fromStdString(rarefiedRichnessCaption(size)));
+               QString::fromStdString(rarefiedRichnessCaption(request_->size)));
     value->setStale({});
-    rarefiedOwner_ = census_;
+    rarefiedOwner_ = request_->census;
+    followValues();
 }
 
-void MetricsPanel::showSqs(const SqsResult& result, double quota) {
+void MetricsPanel::showSqs(const SqsResult& result) {
+    sqsPending_ = false;
+    inputs_.absence = result.absence;
+    inputs_.coverage = result.frequencySum;
     ValueField* value = ui_->alroySQSValueTextField;
     if (result.estimate) {
         value->setText(metricText("alroySQS", *result.estimate));
-        setCaption(ui_->alroySQSLabelTextField, value, QString::fromStdString(sqsCaption(quota)));
+        setCaption(ui_->alroySQSLabelTextField, value,
+                   QString::fromStdString(sqsCaption(request_->quota)));
         value->setStale({});
-        sqsOwner_ = census_;
-        return;
+        sqsOwner_ = request_->census;
+    } else {
+        QString note = metricRemarkText("alroySQS", inputs_);
+        if (!sqsOwner_.isEmpty()) note += ' ' + tr("The grey value is that of %1.").arg(sqsOwner_);
+        value->setStale(note);
+        ui_->metricsNote->setText(breakable(note));
     }
-    QString note = tr("No SQS estimate for %1: %2.").arg(census_, sqsAbsenceReason(result));
-    if (!sqsOwner_.isEmpty()) note += ' ' + tr("The grey value is that of %1.").arg(sqsOwner_);
-    value->setStale(note);
-    ui_->metricsNote->setText(breakable(note));
+    followValues();
+}
+
+QString MetricsPanel::text() const {
+    if (!request_) return {};
+    QStringList lines{request_->census};
+    for (const MetricRow& row : rows()) {
+        const bool sqs = row.key == "alroySQS";
+        // The caption of a grey value may tell of the parameter that it was computed with.
+        const QString caption =
+            !row.value->isStale() ? row.caption->text()
+            : sqs                 ? QString::fromStdString(sqsCaption(request_->quota))
+                                  : QString::fromStdString(rarefiedRichnessCaption(request_->size));
+        const QString none = sqs && !sqsPending_ ? "-" : "";
+        lines.append(caption + '\t' + (row.value->isStale() ? none : row.value->text()));
+    }
+    return lines.join('\n');
+}
+
+void MetricsPanel::copyAll() const {
+    if (const QString all = text(); !all.isEmpty()) QGuiApplication::clipboard()->setText(all);
+}
+
+void MetricsPanel::explain(int row) {
+    if (!request_) return;
+    if (!popover_) popover_ = new Popover(window());
+    if (popover_->isVisible() && explained_ == row) return popover_->dismiss();
+    explained_ = row;
+    updateExplanation();
+    const MetricRow anchor = rows()[static_cast<std::size_t>(row)];
+    popover_->showBeside(MetricRows::placeIn(*window(), anchor));
+}
+
+void MetricsPanel::followValues() {
+    if (popover_ && popover_->isVisible()) updateExplanation();
+}
+
+void MetricsPanel::updateExplanation() {
+    const MetricRow row = rows()[static_cast<std::size_t>(explained_)];
+    ExplainedValue value{row.key, request_->census, row.value->text(), {}, inputs_};
+    if (row.value->isStale()) {
+        value.text.clear();
+        value.note = row.value->toolTip();
+    }
+    const ExplanationText text = explanationText(value, lookColors(palette()).secondary);
+    popover_->setText(text.rich, text.plain);
 }
 
 }  // namespace zorvel

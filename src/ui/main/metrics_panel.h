@@ -1,29 +1,32 @@
 // The metrics of one census, each a caption and a value. What takes no time is filled in at once;
 // rarefied richness and SQS come from background jobs. A value that belongs to another census than
-// the panel's heading is grey and says whose it is. Main thread.
+// the panel's heading is grey and says whose it is. Each value explains itself beside its row on
+// demand. Main thread.
 #pragma once
 
+#include <QPointer>
 #include <QString>
 #include <QWidget>
-#include <array>
 #include <atomic>
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 
 #include "metrics/counts.h"
 #include "metrics/random_source.h"
 #include "metrics/sqs.h"
+#include "model/metric_explanations.h"
+#include "ui/main/metric_rows.h"
 
 namespace Ui {
 class MetricsPanel;
 }
-class QLabel;
 
 namespace zorvel {
 
 class JobQueue;
-class ValueField;
+class Popover;
 
 // Called on the main thread, one source a job.
 using RandomSourceMaker = std::function<std::unique_ptr<RandomSource>()>;
@@ -38,40 +41,60 @@ class MetricsPanel : public QWidget {
     void setServices(JobQueue& jobs, RandomSourceMaker makeRandom);
 
     // counts: the included taxa of the census. Of several refreshes the last one stands, whichever
-    // job ends last; jobs that have not begun when another refresh comes do no work.
+    // job ends last; jobs that have not begun when another refresh comes do no work. Where neither
+    // census nor counts nor preferences have changed, what is shown stays, and SQS is not drawn
+    // anew.
     void refresh(const QString& censusName, const CountsVector& counts);
+
+    // The census's name, then a line a value: its caption, a tab, the text; "-" where there is no
+    // estimate, and nothing where the value is still on its way.
+    [[nodiscard]] QString text() const;
+    void copyAll() const;
+
+  public slots:
+    // Beside the row, counted from the top; closes the explanation where it is that row's.
+    void explain(int row);
 
   protected:
     void changeEvent(QEvent* event) override;
 
   private:
-    struct Row {
-        std::string_view key;
-        ValueField* value;
-        QLabel* caption;
-    };
-    using Rows = std::array<Row, 10>;
+    // All that the values follow from.
+    struct Request {
+        QString census;
+        CountsVector counts;
+        std::int64_t size = 0;
+        double quota = 0;
 
-    [[nodiscard]] Rows rows() const;
+        bool operator==(const Request&) const = default;
+    };
+
+    [[nodiscard]] MetricRows::Rows rows() const;
     void nameRows();
     void showSecondaryTexts();
-    void fillAtOnce(const CountsVector& counts);
-    void startRarefaction(const CountsVector& counts);
-    void startSqs(const CountsVector& counts);
-    void showRarefied(double estimate, std::int64_t size);
-    void showSqs(const SqsResult& result, double quota);
+    void fillAtOnce();
+    void startRarefaction();
+    void startSqs();
+    void showRarefied(double estimate);
+    void showSqs(const SqsResult& result);
     void setCaption(QLabel* caption, ValueField* value, const QString& text);
     void markPending(ValueField* value, const QString& owner);
+    void updateExplanation();
+    void followValues();  // in the explanation, while it is open
 
     std::unique_ptr<Ui::MetricsPanel> ui_;
     JobQueue* jobs_ = nullptr;
     RandomSourceMaker makeRandom_;
     // Number of the last refresh; jobs look at it before they begin.
     std::shared_ptr<std::atomic<std::uint64_t>> latest_;
-    QString census_;
+    std::optional<Request> request_;
+    MetricInputs inputs_;
+    bool sqsPending_ = false;
     // Whose value stands in the field; empty before the first.
     QString rarefiedOwner_;
     QString sqsOwner_;
+    QPointer<Popover> popover_;
+    int explained_ = -1;  // the row that the popover is about
 };
 
 }  // namespace zorvel

@@ -1,0 +1,57 @@
+// How a person moves over the rows of the metrics panel: the arrow keys go from value to value, F1
+// or a click on a row asks for its explanation, a context menu copies. A row is a caption and a
+// value; the panel owns both. Main thread.
+#pragma once
+
+#include <QObject>
+#include <QRect>
+#include <array>
+#include <string_view>
+
+class QContextMenuEvent;
+class QKeyEvent;
+class QLabel;
+class QMouseEvent;
+class QWidget;
+
+namespace zorvel {
+
+class ValueField;
+
+struct MetricRow {
+    std::string_view key;
+    ValueField* value;
+    QLabel* caption;
+};
+
+class MetricRows : public QObject {
+    Q_OBJECT
+  public:
+    using Rows = std::array<MetricRow, 10>;
+
+    // In the order in which they stand.
+    MetricRows(const Rows& rows, QWidget* panel);
+
+    // From the caption to the value, in the coordinates of the widget, which holds the panel.
+    [[nodiscard]] static QRect placeIn(const QWidget& widget, const MetricRow& row);
+
+  signals:
+    void explanationRequested(int row);
+    void copyAllRequested();
+
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+  private:
+    [[nodiscard]] int rowAt(const QWidget* widget, const QPoint& place) const;
+    bool keyDidPress(int row, const QKeyEvent& event);
+    void focusRow(int row);
+    void mouseDidRelease(const QWidget* widget, const QMouseEvent& event);
+    void showMenu(int row, const QPoint& place);
+
+    Rows rows_;
+    QWidget* panel_;
+    QPoint pressed_;  // on the screen
+};
+
+}  // namespace zorvel
