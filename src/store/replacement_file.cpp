@@ -32,7 +32,7 @@ std::unique_ptr<FileHandle> heldForReplacement(const std::string& path) {
 
 }  // namespace
 
-ReplacementFile::ReplacementFile(std::string path, const char* vfs)
+ReplacementFile::ReplacementFile(const std::string& path, const char* vfs)
     : ReplacementFile(path, vfs, heldForReplacement(path)) {}
 
 ReplacementFile::ReplacementFile(std::string path, const char* vfs,

@@ -15,7 +15,7 @@ class ReplacementFile {
     // An empty file. A file at the path must be one that may be written, and must not be open
     // elsewhere; its permissions, and where possible its owner, go over to the new one. path: see
     // resolvedPath().
-    ReplacementFile(std::string path, const char* vfs);
+    ReplacementFile(const std::string& path, const char* vfs);
     // The same where the file at the path is held already, and marked.
     ReplacementFile(std::string path, const char* vfs, std::unique_ptr<FileHandle> replaced);
     ~ReplacementFile();
