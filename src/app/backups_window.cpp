@@ -32,6 +32,7 @@ BackupsWindow::BackupsWindow(const QString& displayName, const QStringList& path
     list_->setObjectName("backupsList");
     list_->setAccessibleName(tr("Backups"));
     list_->setHeaderLabels({tr("Date"), tr("Size")});
+    list_->headerItem()->setTextAlignment(1, Qt::AlignRight | Qt::AlignVCenter);
     list_->setRootIsDecorated(false);
     list_->setUniformRowHeights(true);
     list_->setAlternatingRowColors(true);
@@ -61,6 +62,7 @@ void BackupsWindow::fill(const QStringList& paths) {
             list_, {QLocale().toString(file.lastModified(), "d MMM yyyy, HH:mm:ss"),
                     QLocale().formattedDataSize(file.size())});
         item->setData(0, pathRole, *path);
+        item->setSizeHint(0, QSize(0, fontMetrics().height() + 12));
         item->setToolTip(0, breakable(file.completeBaseName()));
         item->setTextAlignment(1, Qt::AlignRight | Qt::AlignVCenter);
     }

@@ -1,10 +1,10 @@
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QToolButton>
+#include <ctime>
 
 #include "model/edits.h"
 #include "ui/kit/message_strip.h"
@@ -188,6 +188,13 @@ TEST_F(EditingTest, TheMenuNamesTheStep) {
     EXPECT_FALSE(child<QAction>("redo").isEnabled());
 }
 
+// Of processor time, so that what else the machine does matters little.
+double mainThreadMilliseconds() {
+    timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
+}
+
 TEST_F(EditingTest, ALargeCensusStaysQuick) {
     std::vector<TaxonValues> taxa(100'000);
     for (std::size_t i = 0; i < taxa.size(); ++i) {
@@ -200,15 +207,15 @@ TEST_F(EditingTest, ALargeCensusStaysQuick) {
     speciesTable().sortByColumn(1, Qt::DescendingOrder);
     int resets = 0;
     QObject::connect(speciesTable().model(), &QAbstractItemModel::modelReset, [&] { ++resets; });
-    QElapsedTimer timer;
-    timer.start();
+    const double before = mainThreadMilliseconds();
     for (int row = 0; row < 10; ++row) {
         speciesTable().model()->setData(speciesTable().model()->index(row, 2), 1000 + row,
                                         Qt::EditRole);
     }
-    const double each = static_cast<double>(timer.nsecsElapsed()) / 10e6;
+    const double each = (mainThreadMilliseconds() - before) / 10;
     RecordProperty("milliseconds_an_edit", std::to_string(each));
-    EXPECT_LT(each, 200);  // whatever the build and the machine; a rebuild by sorting takes longer
+    // Whatever the build and the machine: to sort by name alone takes several times as long.
+    EXPECT_LT(each, 150);
     EXPECT_EQ(resets, 0);
 }
 

@@ -14,14 +14,19 @@
 #include <functional>
 #include <memory>
 
+#include "app/backups_window.h"
 #include "app/look_choice.h"
 #include "app/project_windows.h"
 #include "app/start_up.h"
 #include "metrics/random_source.h"
+#include "platform/document_controller.h"
 #include "platform/job_queue.h"
+#include "ui/kit/alerts.h"
 #include "ui/kit/open_panel.h"
+#include "ui/kit/save_panel.h"
 #include "ui/main/main_view_controller.h"
 #include "ui/main/main_window_controller.h"
+#include "ui/main/record_tables.h"
 
 namespace {
 
@@ -40,8 +45,9 @@ class Session {
   public:
     Session(QApplication& application, QString folder)
         : look_(application),
-          windows_(
-              jobs_, [] { return std::make_unique<SeededRandom>(1); }, look_, panel_),
+          documents_(jobs_, {scratch_.filePath("untitled"), scratch_.filePath("backups")}),
+          windows_(documents_, jobs_, [] { return std::make_unique<SeededRandom>(1); }, look_,
+                   {panel_, savePanel_, alerts_}),
           folder_(std::move(folder)) {}
 
     void takeAll(LookChoice::Choice choice, const QString& name) {
@@ -69,9 +75,52 @@ class Session {
         shot("search");
         open(written("bad.csv", ",a,b\nNorth,3,x\n"));
         shot("bad");
+        editing();
+        failure();
+        backups();
     }
 
   private:
+    void editing() {
+        open(ZORVEL_SOURCE_DIR "/examples/oribatid-mites.csv");
+        select(2);
+        auto* species = window_->findChild<SpeciesTableView*>("speciesTable");
+        species->beginEditing(species->model()->index(3, SpeciesTableView::kNameColumn));
+        shot("editing-name");
+        species->beginEditing(species->model()->index(4, SpeciesTableView::kAbundanceColumn));
+        shot("editing-abundance");
+        species->revertEditing();
+        window_->mainView().addCensusRow();
+        shot("added-census");
+        window_->mainView().commitEditing();
+        window_->mainView().addSpeciesRow();
+        shot("added-species");
+        window_->mainView().commitEditing();
+    }
+
+    void failure() {
+        const QString path = scratch_.filePath("moss " + name_ + ".zorvel");
+        bool saved = false;
+        window_->document().saveAs(path, [&](const auto&) { saved = true; });
+        settle([&] { return saved; });
+        QFile::remove(path);
+        window_->mainView().undo();
+        settle([this] { return window_->document().problem().has_value(); });
+        shot("failure");
+    }
+
+    void backups() {
+        QStringList paths;
+        for (const char* time : {"08.00.00", "09.30.00", "17.45.12"}) {
+            paths.append(written(QString("moss 2024-05-01 %1.zorvel").arg(time), "backup"));
+        }
+        BackupsWindow list("moss", paths, window_);
+        list.setAttribute(Qt::WA_DeleteOnClose, false);
+        list.show();
+        QCoreApplication::processEvents();
+        list.grab().save(QString("%1/backups-%2.png").arg(folder_, name_));
+    }
+
     QTableView* table(const char* name) { return window_->findChild<QTableView*>(name); }
 
     QString written(const QString& name, const QByteArray& text) {
@@ -81,7 +130,7 @@ class Session {
     }
 
     void open(const QString& path) {
-        if (!window_->isFree()) {
+        if (!windows_.isFree(*window_)) {
             window_ = &windows_.openUntitled();
             window_->resize(1024, 700);
         }
@@ -104,8 +153,11 @@ class Session {
     JobQueue jobs_;
     LookChoice look_;
     DesktopOpenPanel panel_;
-    ProjectWindows windows_;
+    DesktopSavePanel savePanel_;
+    DesktopAlerts alerts_;
     QTemporaryDir scratch_;
+    DocumentController documents_;
+    ProjectWindows windows_;
     QString folder_;
     QString name_;
     MainWindowController* window_ = nullptr;
