@@ -6,11 +6,6 @@
 namespace zorvel {
 namespace {
 
-bool sameAttributes(const CensusAttributes& a, const CensusAttributes& b) {
-    return a.name == b.name && sameValue(a.latitude, b.latitude) &&
-           sameValue(a.longitude, b.longitude) && a.notes == b.notes && a.timeStamp == b.timeStamp;
-}
-
 bool isNothing(const CensusChange& change) {
     return change.before == change.after ||
            (change.before && change.after && sameBlock(*change.before, *change.after));
@@ -20,6 +15,11 @@ bool isNothing(const CensusChange& change) {
 
 bool sameValue(double a, double b) {
     return a == b ? std::signbit(a) == std::signbit(b) : std::isnan(a) && std::isnan(b);
+}
+
+bool sameAttributes(const CensusAttributes& a, const CensusAttributes& b) {
+    return a.name == b.name && sameValue(a.latitude, b.latitude) &&
+           sameValue(a.longitude, b.longitude) && a.notes == b.notes && a.timeStamp == b.timeStamp;
 }
 
 bool sameBlock(const CensusBlock& a, const CensusBlock& b) {

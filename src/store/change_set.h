@@ -64,6 +64,7 @@ void forEachTaxonChange(const CensusBlock* before, const CensusBlock* after, Vis
 
 // Not a number is the same as not a number; 0 and -0 differ.
 bool sameValue(double a, double b);
+bool sameAttributes(const CensusAttributes& a, const CensusAttributes& b);
 // Whether the attributes and all the taxa are the same.
 bool sameBlock(const CensusBlock& a, const CensusBlock& b);
 

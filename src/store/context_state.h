@@ -9,7 +9,6 @@
 #include <memory>
 #include <optional>
 #include <string_view>
-#include <unordered_set>
 #include <vector>
 
 #include "store/census_block.h"
@@ -17,6 +16,7 @@
 #include "store/chunk_list.h"
 #include "store/history.h"
 #include "store/object_context.h"
+#include "store/text_set.h"
 
 namespace zorvel {
 
@@ -28,17 +28,7 @@ class NamePool {
     [[nodiscard]] std::vector<SharedText> all() const { return {names_.begin(), names_.end()}; }
 
   private:
-    struct BytesHash {
-        using is_transparent = void;
-        std::size_t operator()(std::string_view text) const {
-            return std::hash<std::string_view>{}(text);
-        }
-    };
-    struct BytesEqual {
-        using is_transparent = void;
-        bool operator()(std::string_view a, std::string_view b) const { return a == b; }
-    };
-    std::unordered_set<SharedText, BytesHash, BytesEqual> names_;
+    TextSet names_;
 };
 
 // Chunks hold at most this many records: an edit copies one chunk, and a pointer for each other.

@@ -4,11 +4,11 @@
 #include <cstdint>
 #include <optional>
 #include <string_view>
-#include <unordered_set>
 #include <vector>
 
 #include "base/shared_text.h"
 #include "store/name_ledger.h"
+#include "store/text_set.h"
 
 namespace zorvel {
 
@@ -25,23 +25,13 @@ class NameColumn {
     [[nodiscard]] std::vector<SharedText> all() const;
 
   private:
-    struct BytesHash {
-        using is_transparent = void;
-        std::size_t operator()(std::string_view text) const {
-            return std::hash<std::string_view>{}(text);
-        }
-    };
-    struct BytesEqual {
-        using is_transparent = void;
-        bool operator()(std::string_view a, std::string_view b) const { return a == b; }
-    };
     struct Row {
         std::int64_t id = 0;
         SharedText text;
         std::int64_t uses = 0;
     };
     std::vector<Row> rows_;
-    std::unordered_set<SharedText, BytesHash, BytesEqual> texts_;
+    TextSet texts_;
 };
 
 }  // namespace zorvel

@@ -5,12 +5,12 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <functional>
 #include <string_view>
 #include <unordered_map>
 #include <vector>
 
 #include "base/shared_text.h"
+#include "store/text_set.h"
 
 namespace zorvel {
 
@@ -46,11 +46,6 @@ class NameLedger {
     void revert() noexcept;
 
   private:
-    struct BytesHash {
-        std::size_t operator()(const SharedText& text) const {
-            return std::hash<std::string_view>{}(text.view());
-        }
-    };
     using Names = std::unordered_map<SharedText, Name, BytesHash>;
     using Entry = Names::value_type;
 

@@ -28,11 +28,6 @@ void bindText(Statement& statement, int place, const std::optional<SharedText>& 
     statement.bind(place, text->view());
 }
 
-bool sameAttributes(const CensusAttributes& a, const CensusAttributes& b) {
-    return a.name == b.name && sameValue(a.latitude, b.latitude) &&
-           sameValue(a.longitude, b.longitude) && a.notes == b.notes && a.timeStamp == b.timeStamp;
-}
-
 }  // namespace
 
 void NameRow::bind(Statement& statement, int place) const {
