@@ -15,6 +15,7 @@
 #include <algorithm>
 
 #include "ui/kit/look.h"
+#include "ui/kit/typed_keys.h"
 
 namespace zorvel {
 
@@ -41,6 +42,8 @@ RecordTableView::RecordTableView(QWidget* parent) : QTableView(parent) {
     horizontalHeader()->setSectionsMovable(false);
     horizontalHeader()->setMinimumSectionSize(36);
     fitRows();
+    connect(horizontalHeader(), &QHeaderView::sectionPressed, this,
+            &RecordTableView::commitEditing);
     // What was selected stays in sight in the new order.
     connect(
         horizontalHeader(), &QHeaderView::sortIndicatorChanged, this,
@@ -100,8 +103,35 @@ void RecordTableView::beginEditing(const QModelIndex& cell) {
 
 bool RecordTableView::edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) {
     const bool begun = QTableView::edit(index, trigger, event);
-    if (state() == EditingState && indexWidget(index) != nullptr) edited_ = index;
+    QWidget* editor = state() == EditingState ? indexWidget(index) : nullptr;
+    if (editor != nullptr && editor != opened_) {
+        edited_ = index;
+        opened_ = editor;
+        editorDidOpen(editor);
+    }
     return begun;
+}
+
+void RecordTableView::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {
+    const QPointer<QWidget> closing(editor);
+    QTableView::closeEditor(editor, hint);
+    if (closing.isNull() || closing != opened_) return;
+    opened_.clear();
+    editorDidClose(closing);
+}
+
+void RecordTableView::editCell(int row, int column) {
+    if (row < 0 || row >= rowCount()) return;
+    const QModelIndex cell = column < 0 ? firstEditable(row) : model()->index(row, column);
+    if (cell.isValid()) beginEditing(cell);
+}
+
+QModelIndex RecordTableView::firstEditable(int row) const {
+    for (int column = 0; column < model()->columnCount(); ++column) {
+        const QModelIndex cell = model()->index(row, column);
+        if ((cell.flags() & Qt::ItemIsEditable) != 0) return cell;
+    }
+    return {};
 }
 
 QWidget* RecordTableView::openEditor() const {
@@ -152,33 +182,45 @@ void RecordTableView::initViewItemOption(QStyleOptionViewItem* option) const {
 }
 
 void RecordTableView::keyPressEvent(QKeyEvent* event) {
-    if (event->matches(QKeySequence::Copy)) {
+    if (handleCommandKey(*event)) return;
+    if (isTypedText(*event) && event->key() != Qt::Key_Space) {
+        typeIntoRow(event);
+    } else {
+        QTableView::keyPressEvent(event);
+    }
+}
+
+bool RecordTableView::handleCommandKey(const QKeyEvent& event) {
+    const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeypadModifier;
+    const bool enter = event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter;
+    if (event.matches(QKeySequence::Copy)) {
         copySelection();
-        return;
+    } else if (event.key() == Qt::Key_Delete || event.key() == Qt::Key_Backspace) {
+        emit deleteRequested();
+    } else if ((enter && modifiers == Qt::ControlModifier) ||
+               (event.key() == Qt::Key_Insert && modifiers == Qt::NoModifier)) {
+        emit addRowRequested();
+    } else if (enter || event.key() == Qt::Key_F2) {
+        editByKey();
+    } else {
+        return false;
     }
-    switch (event->key()) {
-        case Qt::Key_Delete:
-        case Qt::Key_Backspace:
-            emit deleteRequested();
-            return;
-        case Qt::Key_Return:
-        case Qt::Key_Enter:
-            editByKey();
-            return;
-        default:
-            QTableView::keyPressEvent(event);
-    }
+    return true;
 }
 
 // The current cell, or the first of its row that can be edited.
 void RecordTableView::editByKey() {
-    QModelIndex cell = currentIndex();
+    const QModelIndex cell = currentIndex();
     if (!cell.isValid()) return;
-    for (int column = 0; (cell.flags() & Qt::ItemIsEditable) == 0; ++column) {
-        if (column == model()->columnCount()) return;
-        cell = cell.siblingAtColumn(column);
-    }
-    beginEditing(cell);
+    const bool editable = (cell.flags() & Qt::ItemIsEditable) != 0;
+    editCell(cell.row(), editable ? cell.column() : -1);
+}
+
+// The field opens with its text selected, so that the key replaces it.
+void RecordTableView::typeIntoRow(QKeyEvent* event) {
+    if (!currentIndex().isValid() || !selectionModel()->isSelected(currentIndex())) return;
+    editCell(currentIndex().row(), columnForTyping(event->text()));
+    if (QWidget* editor = openEditor()) QCoreApplication::sendEvent(editor, event);
 }
 
 void RecordTableView::changeEvent(QEvent* event) {

@@ -1,10 +1,12 @@
 // A table of records: whole rows, sorted by a click on a header (a third click restores the order
 // of the project), its selection paler while the focus is elsewhere, its rows copied as text. Cells
-// that can be edited open by a double click, by F2 and by Return; an editor whose row goes away is
-// closed and commits nothing. Main thread.
+// that can be edited open by a double click, by F2, by Return, and by typing, which replaces what
+// stands there. An editor commits before the rows are sorted; one whose row goes away is closed and
+// commits nothing. Main thread.
 #pragma once
 
 #include <QPersistentModelIndex>
+#include <QPointer>
 #include <QTableView>
 #include <vector>
 
@@ -39,8 +41,24 @@ class RecordTableView : public QTableView {
   signals:
     // The Delete or Backspace key, outside an editor.
     void deleteRequested();
+    // The Insert key or Ctrl+Return, or Tab past the last row.
+    void addRowRequested();
 
   protected:
+    // Edits a cell, its row alone selected; a column below 0 is the first that can be edited. A
+    // row that is not there is not gone to.
+    void editCell(int row, int column);
+    // The row that is, or was last, edited; -1 once it is gone.
+    [[nodiscard]] int editedRow() const { return edited_.isValid() ? edited_.row() : -1; }
+    [[nodiscard]] int rowCount() const { return model()->rowCount(); }
+
+    // Which cell of a row a typed text goes to.
+    [[nodiscard]] virtual int columnForTyping(const QString& /*text*/) const { return -1; }
+    virtual void editorDidOpen(QWidget* /*editor*/) {}
+    // What it held is stored or dropped, and the table has the focus.
+    virtual void editorDidClose(QWidget* /*editor*/) {}
+
+    void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
     bool edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) override;
     void rowsAboutToBeRemoved(const QModelIndex& parent, int first, int last) override;
     void paintEvent(QPaintEvent* event) override;
@@ -51,10 +69,14 @@ class RecordTableView : public QTableView {
 
   private:
     void fitRows();
+    [[nodiscard]] QModelIndex firstEditable(int row) const;
+    bool handleCommandKey(const QKeyEvent& event);
     void editByKey();
+    void typeIntoRow(QKeyEvent* event);
 
     QString emptyText_;
     QPersistentModelIndex edited_;
+    QPointer<QWidget> opened_;  // its editor
 };
 
 }  // namespace zorvel

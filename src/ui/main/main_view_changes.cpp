@@ -70,6 +70,7 @@ void MainViewController::keepThroughReset() {
     const auto keep = [this](RecordTableView* table, auto* model, auto rowsOf) {
         auto kept = std::make_shared<Kept>();
         connect(model, &OrderedTableModel::rowsAboutToBeReplaced, this, [=] {
+            table->commitEditing();
             *kept = {idsAt(table->selectedRows(), *model), table->verticalScrollBar()->value()};
         });
         connect(model, &OrderedTableModel::rowsReplaced, this, [=] {
@@ -83,6 +84,7 @@ void MainViewController::keepThroughReset() {
 
 // The selection stays on the species that are still shown.
 void MainViewController::filterSpecies(const QString& text) {
+    ui_->speciesTable->commitEditing();
     const std::vector<RecordId> selected = idsAt(ui_->speciesTable->selectedRows(), *speciesModel_);
     speciesModel_->setFilter(text);
     ui_->speciesTable->selectRows(speciesModel_->rowsOfTaxa(selected));

@@ -26,12 +26,7 @@ void MainViewController::selectCensus(RecordId census) {
 
 void MainViewController::deleteCensusRows() {
     if (!commitEditing()) return;
-    std::vector<Census> censuses;
-    for (const int row : ui_->censusTable->selectedRows()) {
-        if (const std::optional<Census> census = censusModel_->censusAt(row)) {
-            censuses.push_back(*census);
-        }
-    }
+    const std::vector<Census> censuses = selectedCensuses();
     if (censuses.empty()) return;
     deleteCensuses(document_.objectContext(), censuses);
     document_.objectContext().announceChanges();

@@ -49,6 +49,7 @@ MainViewController::MainViewController(DiversityDocument& document, JobQueue& jo
 }
 
 MainViewController::~MainViewController() {
+    if (document_.documentMainViewController() == this) document_.forgetMainView();
     document_.objectContext().removeObserver(observer_);
 }
 
@@ -84,6 +85,10 @@ void MainViewController::setUpButtons() {
             &MainViewController::deleteSpeciesRows);
     connect(ui_->speciesTable, &SpeciesTableView::includeToggleRequested, this,
             &MainViewController::toggleInclude);
+    connect(ui_->censusTable, &RecordTableView::addRowRequested, this,
+            [this] { document_.addCensus(); });
+    connect(ui_->speciesTable, &RecordTableView::addRowRequested, this,
+            [this] { document_.addSpecies(); });
 }
 
 void MainViewController::setUpCensusTable() {
@@ -105,7 +110,12 @@ void MainViewController::setUpCensusTable() {
 void MainViewController::setUpSpeciesTable() {
     ui_->speciesTable->setModel(speciesModel_);
     auto* names = new TextFieldDelegate(
-        [](QWidget* table) { return new SpeciesTableTextField("name", table); }, ui_->speciesTable);
+        [this](QWidget* table) {
+            auto* field = new SpeciesTableTextField("name", table);
+            field->setFormatter(taxonFormatter_);
+            return field;
+        },
+        ui_->speciesTable);
     auto* abundances = new AbundanceDelegate(ui_->speciesTable);
     ui_->speciesTable->setItemDelegateForColumn(SpeciesTableModel::nameColumn, names);
     ui_->speciesTable->setItemDelegateForColumn(SpeciesTableModel::abundanceColumn, abundances);
@@ -182,11 +192,22 @@ std::optional<Census> MainViewController::selectedCensus() const {
     return rows.empty() ? std::nullopt : censusModel_->censusAt(rows.front());
 }
 
+std::vector<Census> MainViewController::selectedCensuses() const {
+    std::vector<Census> censuses;
+    for (const int row : ui_->censusTable->selectedRows()) {
+        if (const std::optional<Census> census = censusModel_->censusAt(row)) {
+            censuses.push_back(*census);
+        }
+    }
+    return censuses;
+}
+
 void MainViewController::tableViewSelectionDidChange() {
     const std::optional<Census> census = selectedCensus();
     const std::optional<RecordId> id = census ? std::optional(census->id()) : std::nullopt;
     refreshSpeciesControls();
     if (id && id == shownCensus_) return;
+    ui_->speciesTable->commitEditing();
     shownCensus_ = id;
     showSpecies(census);
     showDetails(census);
@@ -239,6 +260,10 @@ void MainViewController::startProgress(const QString& text) {
     ui_->progressLabel->setText(text);
     ui_->progressRow->show();
     showRightPage();
+}
+
+void MainViewController::startProgress(std::string_view text) {
+    startProgress(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
 }
 
 void MainViewController::stopProgress() {

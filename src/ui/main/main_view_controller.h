@@ -9,6 +9,7 @@
 #include <optional>
 
 #include "model/diversity_document.h"
+#include "model/main_view.h"
 #include "ui/main/metrics_panel.h"
 
 namespace Ui {
@@ -25,7 +26,7 @@ class MessageStrip;
 class SpeciesTableModel;
 enum class Analysis;
 
-class MainViewController : public QWidget {
+class MainViewController : public QWidget, public MainView {
     Q_OBJECT
   public:
     // Document, queue and alerts must outlive the view.
@@ -36,13 +37,16 @@ class MainViewController : public QWidget {
     void selectFirstCensus();
     // The topmost of the selected ones.
     [[nodiscard]] std::optional<Census> selectedCensus() const;
+    [[nodiscard]] std::vector<Census> selectedCensuses() const override;
+
+    TaxonFormatter& taxonFormatter() override { return taxonFormatter_; }
 
     // Commands; what cannot be done now does nothing. A new record is at the end of its table, with
     // its name open for editing; deleting acts on all that is selected.
-    void addCensusRow();
-    void deleteCensusRows();
-    void addSpeciesRow();
-    void deleteSpeciesRows();
+    void addCensusRow() override;
+    void deleteCensusRows() override;
+    void addSpeciesRow() override;
+    void deleteSpeciesRows() override;
     [[nodiscard]] bool canDeleteCensus() const;
     // There is a census; adding says so where none is selected.
     [[nodiscard]] bool canAddSpecies() const;
@@ -59,7 +63,8 @@ class MainViewController : public QWidget {
 
     // The indicator turns and the label says what runs.
     void startProgress(const QString& text);
-    void stopProgress();
+    void startProgress(std::string_view text) override;
+    void stopProgress() override;
     [[nodiscard]] bool isInProgress() const;
 
     void showMessage(const QString& message);
@@ -120,6 +125,7 @@ class MainViewController : public QWidget {
     AnalysisCommands* analyses_;
     CensusTableModel* censusModel_;
     SpeciesTableModel* speciesModel_;
+    TaxonFormatter taxonFormatter_;
     ObjectContext::ObserverId observer_;
     std::optional<RecordId> shownCensus_;
     bool revealing_ = false;  // the changes come from undo or redo

@@ -57,7 +57,10 @@ void MainWindowController::showDocument(Document& document) {
 void MainWindowController::setDocument(Document& document) {
     document_ = &document;
     shownTrouble_.reset();
-    mainView_ = new MainViewController(document.project(), jobs_, makeRandom_, alerts_, this);
+    document.project().makeWindowControllers([&] {
+        mainView_ = new MainViewController(document.project(), jobs_, makeRandom_, alerts_, this);
+        return mainView_;
+    });
     setCentralWidget(mainView_);
     mainView_->show();  // the layout would do so in a moment
     connect(mainView_, &MainViewController::openRequested, this,

@@ -1,7 +1,11 @@
-// The two tables of the main window, with the columns that their editing goes through. Main thread.
+// The two tables of the main window, edited like a spreadsheet: Tab ends a cell and goes on to the
+// next one, from the last cell of the last row to a new row; Shift+Tab goes back the same way, the
+// arrows go up and down a column. They hear of the end of an edit from their own cells alone. Main
+// thread.
 #pragma once
 
 #include "ui/kit/record_table_view.h"
+#include "ui/main/table_text_fields.h"
 
 namespace zorvel {
 
@@ -12,6 +16,13 @@ class CensusTableView : public RecordTableView {
     static constexpr int kNameColumn = -1;
 
     using RecordTableView::RecordTableView;
+
+  public slots:
+    void censusNameTextFieldEditingDidEnd(TextMovement movement);
+
+  protected:
+    void editorDidOpen(QWidget* editor) override;
+    void editorDidClose(QWidget* editor) override;
 };
 
 class SpeciesTableView : public RecordTableView {
@@ -22,11 +33,18 @@ class SpeciesTableView : public RecordTableView {
 
     using RecordTableView::RecordTableView;
 
+  public slots:
+    void speciesTableTextFieldEditingDidEnd(TextMovement movement, const QString& identifier);
+
   signals:
     // The space bar: the marks of all selected rows change at once.
     void includeToggleRequested();
 
   protected:
+    // A digit is typed into the abundance, anything else into the name.
+    [[nodiscard]] int columnForTyping(const QString& text) const override;
+    void editorDidOpen(QWidget* editor) override;
+    void editorDidClose(QWidget* editor) override;
     void keyPressEvent(QKeyEvent* event) override;
 };
 

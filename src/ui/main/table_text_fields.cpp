@@ -1,6 +1,10 @@
 #include "ui/main/table_text_fields.h"
 
+#include <QKeyEvent>
+#include <QSignalBlocker>
 #include <QToolTip>
+
+#include "ui/kit/typed_keys.h"
 
 namespace zorvel {
 
@@ -31,6 +35,51 @@ SpeciesTableTextField::SpeciesTableTextField(const QString& identifier, QWidget*
     const bool name = identifier == "name";
     setAccessibleName(name ? tr("Name of the species") : tr("Abundance"));
     if (!name) setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+}
+
+void SpeciesTableTextField::keyPressEvent(QKeyEvent* event) {
+    if (!isTypedText(*event) && !event->matches(QKeySequence::Paste)) {
+        TableTextField::keyPressEvent(event);
+        return;
+    }
+    const Typed before = typed();
+    TableTextField::keyPressEvent(event);
+    completeAfter(before);
+}
+
+void SpeciesTableTextField::inputMethodEvent(QInputMethodEvent* event) {
+    const bool ended = !event->commitString().isEmpty() && event->preeditString().isEmpty();
+    const Typed before = typed();
+    TableTextField::inputMethodEvent(event);
+    if (ended) completeAfter(before);
+}
+
+SpeciesTableTextField::Typed SpeciesTableTextField::typed() const {
+    const auto bytesBefore = [text = text()](int place) {
+        return static_cast<std::size_t>(QStringView(text).left(place).toUtf8().size());
+    };
+    Typed typed{text().toStdString(), {}};
+    if (hasSelectedText()) {
+        typed.selection.location = bytesBefore(selectionStart());
+        typed.selection.length = bytesBefore(selectionEnd()) - typed.selection.location;
+    } else {
+        typed.selection.location = bytesBefore(cursorPosition());
+    }
+    return typed;
+}
+
+// The tail is inserted, which leaves the field's own undo as it is.
+void SpeciesTableTextField::completeAfter(const Typed& before) {
+    auto [partial, selection] = typed();
+    if (formatter_ == nullptr || partial == before.text) return;
+    std::optional<TextRange> proposed = selection;
+    if (formatter_->isPartialStringValid(partial, proposed, before.text, before.selection)) return;
+    const QString tail = QString::fromStdString(partial.substr(proposed->location));
+    const int caret = cursorPosition();
+    if (caret + tail.size() > maxLength()) return;
+    const QSignalBlocker blocker(this);
+    insert(tail);
+    setSelection(caret, static_cast<int>(tail.size()));
 }
 
 }  // namespace zorvel

@@ -1,7 +1,10 @@
 #include "ui/main/text_field_delegate.h"
 
 #include <QAbstractItemModel>
+#include <QGuiApplication>
+#include <QInputMethod>
 #include <QKeyEvent>
+#include <optional>
 #include <utility>
 
 #include "ui/main/table_text_fields.h"
@@ -10,17 +13,45 @@ namespace zorvel {
 
 namespace {
 
-bool isCommitKey(const QEvent& event) {
-    if (event.type() != QEvent::KeyPress) return false;
-    switch (static_cast<const QKeyEvent&>(event).key()) {
+std::optional<TextMovement> movementOf(const QKeyEvent& key) {
+    const Qt::KeyboardModifiers modifiers = key.modifiers() & ~Qt::KeypadModifier;
+    switch (key.key()) {
         case Qt::Key_Return:
         case Qt::Key_Enter:
+            return modifiers == Qt::ControlModifier ? TextMovement::newRow
+                                                    : TextMovement::returnKey;
         case Qt::Key_Tab:
+            return modifiers == Qt::ShiftModifier ? TextMovement::backtab : TextMovement::tab;
         case Qt::Key_Backtab:
-            return true;
+            return TextMovement::backtab;
+        case Qt::Key_Escape:
+            return TextMovement::cancel;
         default:
-            return false;
+            break;
     }
+    if (modifiers != Qt::NoModifier) return std::nullopt;
+    if (key.key() == Qt::Key_Up) return TextMovement::up;
+    if (key.key() == Qt::Key_Down) return TextMovement::down;
+    if (key.key() == Qt::Key_Insert) return TextMovement::newRow;
+    return std::nullopt;
+}
+
+// The view stores, closes and goes on before this returns, so that the next key, however soon it
+// comes, finds the next field.
+void endEditing(TextFieldDelegate& delegate, TableTextField& field, TextMovement movement) {
+    if (movement == TextMovement::cancel) {
+        field.setMovement(movement);
+        emit delegate.closeEditor(&field, QAbstractItemDelegate::RevertModelCache);
+        return;
+    }
+    QGuiApplication::inputMethod()->commit();
+    if (!field.problem().isEmpty()) {
+        field.tellProblem();
+        return;
+    }
+    field.setMovement(movement);
+    emit delegate.commitData(&field);
+    emit delegate.closeEditor(&field, QAbstractItemDelegate::NoHint);
 }
 
 }  // namespace
@@ -59,16 +90,13 @@ void TextFieldDelegate::updateEditorGeometry(QWidget* editor, const QStyleOption
 
 bool TextFieldDelegate::eventFilter(QObject* object, QEvent* event) {
     auto* field = qobject_cast<TableTextField*>(object);
-    if (field == nullptr || !isCommitKey(*event)) {
-        return QStyledItemDelegate::eventFilter(object, event);
+    if (field != nullptr && event->type() == QEvent::KeyPress) {
+        if (const auto movement = movementOf(*static_cast<QKeyEvent*>(event))) {
+            endEditing(*this, *field, *movement);
+            return true;
+        }
     }
-    if (field->problem().isEmpty()) {
-        emit commitData(field);
-        emit closeEditor(field, NoHint);
-    } else {
-        field->tellProblem();
-    }
-    return true;
+    return QStyledItemDelegate::eventFilter(object, event);
 }
 
 }  // namespace zorvel

@@ -1,6 +1,7 @@
-// Puts a text field over a cell to edit it. Return and Tab commit, Escape reverts, and so does a
-// text that cannot be stored once the focus leaves it; until then the field stays open and says
-// why. Shared by the cells of a table. Main thread.
+// Puts a text field over a cell to edit it. Return, Tab, the arrows up and down, Insert and
+// Ctrl+Return commit, Escape reverts, and so does a text that cannot be stored once the focus
+// leaves it; until then the field stays open and says why. Where the person goes from there is the
+// table's matter. Shared by the cells of a table. Main thread.
 #pragma once
 
 #include <QStyledItemDelegate>
