@@ -1,11 +1,18 @@
 #include <QAction>
 #include <QClipboard>
+#include <QHash>
+#include <QKeySequence>
 #include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
 #include <QTest>
+#include <QToolButton>
+#include <utility>
 
 #include "app/command_line.h"
 #include "app/edit_commands.h"
 #include "ui/kit/look.h"
+#include "ui/kit/message_strip.h"
 #include "ui/window_fixture.h"
 
 namespace zorvel {
@@ -79,6 +86,108 @@ TEST_F(CommandsTest, TheLookIsAppliedAndKept) {
     other.findChild<QAction*>("lightLook")->trigger();
     EXPECT_TRUE(child<QAction>("lightLook").isChecked());
     EXPECT_EQ(schemeOf(QApplication::palette()), ColorScheme::light);
+}
+
+TEST_F(CommandsTest, PullDownMenusHoldTheirCommandsInOrder) {
+    const struct {
+        const char* button;
+        std::vector<std::pair<QString, QString>> items;
+    } cases[] = {
+        {"censusPopUpButton",
+         {{"Add census", "addCensus"},
+          {"Delete census", "deleteCensus"},
+          {"Sample-based rarefaction", "sampleBasedRarefaction"},
+          {"Project-wide metrics", "calculateProjectWideMetrics"}}},
+        {"speciesPopUpButton",
+         {{"Add species", "addSpecies"},
+          {"Delete species", "deleteSpecies"},
+          {"Individual-based rarefaction", "individualBasedRarefaction"}}},
+    };
+    for (const auto& test : cases) {
+        std::vector<std::pair<QString, QString>> items;
+        for (const QAction* action : child<QToolButton>(test.button).menu()->actions()) {
+            items.emplace_back(action->text(), action->objectName());
+        }
+        EXPECT_EQ(items, test.items) << test.button;
+    }
+}
+
+TEST_F(CommandsTest, PullDownCommandsActOnTheRecords) {
+    trigger("addCensus");
+    EXPECT_NE(censusTable().openEditor(), nullptr);
+    trigger("addSpecies");
+    EXPECT_NE(speciesTable().openEditor(), nullptr);
+    EXPECT_EQ(context().censuses().front().taxonCount(), 1u);
+    trigger("deleteSpecies");
+    EXPECT_EQ(context().censuses().front().taxonCount(), 0u);
+    trigger("deleteCensus");
+    EXPECT_EQ(context().censusCount(), 0u);
+}
+
+TEST_F(CommandsTest, SpeciesControlsAreEnabledWhileThereIsACensus) {
+    const auto expectEnabled = [this](bool enabled) {
+        for (const char* name : {"addSpeciesButton", "removeSpeciesButton", "speciesPopUpButton"}) {
+            EXPECT_EQ(child<QToolButton>(name).isEnabled(), enabled) << name;
+        }
+        EXPECT_TRUE(child<QToolButton>("censusPopUpButton").isEnabled());
+    };
+    expectEnabled(false);
+    trigger("addCensusMenuItemTapped");
+    expectEnabled(true);
+    censusTable().clearSelection();
+    expectEnabled(true);
+    trigger("addSpeciesMenuItemTapped");  // there is no census to add it to
+    EXPECT_EQ(context().censuses().front().taxonCount(), 0u);
+    EXPECT_EQ(window->mainView().messageStrip().messages().size(), 1);
+    censusTable().selectRow(0);
+    trigger("deleteCensusMenuItemTapped");
+    expectEnabled(false);
+    trigger("undo");
+    expectEnabled(true);
+}
+
+TEST_F(CommandsTest, AnalysesAreRefusedWithTooFewCensuses) {
+    struct Command {
+        std::size_t fewest;
+        const char* pullDown;
+        const char* menu;
+        const char* refusal;
+    };
+    const Command commands[] = {
+        {3, "calculateProjectWideMetrics", "projectwideMetricsMenuItemTapped",
+         "Must have at least three censuses to calculate project-wide metrics"},
+        {1, "individualBasedRarefaction", "individualBasedRarefactionMenuItemTapped",
+         "Must have at least one census to calculate individual-based rarefaction"},
+        {5, "sampleBasedRarefaction", "sampleBasedRarefactionMenuItemTapped",
+         "Must have at least five censuses to calculate sample-based rarefaction"},
+    };
+    for (std::size_t censuses = 0; censuses <= 5; ++censuses) {
+        for (const Command& command : commands) {
+            for (const char* name : {command.pullDown, command.menu}) {
+                alerts.warnings.clear();
+                trigger(name);
+                QStringList expected;
+                if (censuses < command.fewest) {
+                    expected.append(QString("Too few censuses: ") + command.refusal);
+                }
+                EXPECT_EQ(alerts.warnings, expected) << name << ' ' << censuses;
+            }
+        }
+        trigger("addCensus");
+    }
+}
+
+TEST_F(CommandsTest, EveryRecordCommandHasAShortcutOfItsOwn) {
+    QHash<QKeySequence, QString> taken;
+    for (const QAction* action : window->menuBar()->findChildren<QAction*>()) {
+        const QString name = action->objectName();
+        EXPECT_FALSE(name.endsWith("MenuItemTapped") && action->shortcut().isEmpty())
+            << name.toStdString();
+        if (action->shortcut().isEmpty()) continue;
+        EXPECT_FALSE(taken.contains(action->shortcut())) << name.toStdString();
+        taken.insert(action->shortcut(), name);
+    }
+    EXPECT_GT(taken.size(), 15);
 }
 
 TEST_F(CommandsTest, OpenAndCloseFromTheMenu) {

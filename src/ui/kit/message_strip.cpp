@@ -8,6 +8,7 @@
 #include <QPushButton>
 #include <QToolButton>
 
+#include "ui/kit/accessible_roles.h"
 #include "ui/kit/glyphs.h"
 #include "ui/kit/look.h"
 #include "ui/kit/shown_text.h"
@@ -25,6 +26,7 @@ MessageStrip::MessageStrip(QWidget* parent)
       text_(new QLabel(this)),
       actionButton_(new QPushButton(this)),
       dismissButton_(new QToolButton(this)) {
+    installAccessibleRoles();
     text_->setObjectName("messageText");
     text_->setWordWrap(true);
     text_->setTextFormat(Qt::PlainText);

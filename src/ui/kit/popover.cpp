@@ -9,6 +9,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "ui/kit/accessible_roles.h"
 #include "ui/kit/look.h"
 
 namespace zorvel {
@@ -34,6 +35,7 @@ QRect popoverPlace(const QSize& host, const QRect& anchor, const QSize& wanted) 
 }
 
 Popover::Popover(QWidget* host) : QFrame(host), scroll_(new QScrollArea(this)), text_(new QLabel) {
+    installAccessibleRoles();
     text_->setObjectName("popoverText");
     text_->setWordWrap(true);
     text_->setTextFormat(Qt::RichText);

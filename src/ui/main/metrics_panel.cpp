@@ -58,6 +58,7 @@ MetricsPanel::MetricsPanel(QWidget* parent)
         number->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     }
     ui_->metricsNote->setContentsMargins(0, 12, 0, 0);
+    setNote({});
     showSecondaryTexts();
     nameRows();
     auto* moves = new MetricRows(rows(), this);
@@ -137,7 +138,7 @@ void MetricsPanel::refresh(const QString& censusName, const CountsVector& counts
     sqsPending_ = true;
     ui_->metricsHeading->setText(censusName);
     ui_->metricsHeading->setToolTip(censusName);
-    ui_->metricsNote->clear();
+    setNote({});
     fillAtOnce();
     markPending(ui_->rarefiedRichnessValueTextField, rarefiedOwner_);
     markPending(ui_->alroySQSValueTextField, sqsOwner_);
@@ -217,9 +218,14 @@ void MetricsPanel::showSqs(const SqsResult& result) {
         QString note = metricRemarkText("alroySQS", inputs_);
         if (!sqsOwner_.isEmpty()) note += ' ' + tr("The grey value is that of %1.").arg(sqsOwner_);
         value->setStale(note);
-        ui_->metricsNote->setText(breakable(note));
+        setNote(note);
     }
     followValues();
+}
+
+void MetricsPanel::setNote(const QString& note) {
+    ui_->metricsNote->setText(breakable(note));
+    ui_->metricsNote->setVisible(!note.isEmpty());
 }
 
 QString MetricsPanel::text() const {

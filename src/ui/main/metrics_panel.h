@@ -79,6 +79,7 @@ class MetricsPanel : public QWidget {
     void showSqs(const SqsResult& result);
     void setCaption(QLabel* caption, ValueField* value, const QString& text);
     void markPending(ValueField* value, const QString& owner);
+    void setNote(const QString& note);
     void updateExplanation();
     void followValues();  // in the explanation, while it is open
 
