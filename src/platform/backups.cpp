@@ -56,24 +56,27 @@ QString freePath(const QString& folder, const QString& stem) {
     return path;
 }
 
-void prune(const QString& folder, const QString& displayName) {
+// The one just made stays whatever its time: a clock that was set back makes it seem the oldest.
+void prune(const QString& folder, const QString& displayName, const QString& made) {
     std::vector<Backup> backups = backupsIn(folder);
-    backups.erase(std::remove_if(backups.begin(), backups.end(),
-                                 [&](const Backup& b) { return b.displayName != displayName; }),
-                  backups.end());
-    for (std::size_t i = 0; i + backupsKept < backups.size(); ++i) QFile::remove(backups[i].path);
+    const auto isNoneOfThem = [&](const Backup& backup) {
+        return backup.displayName != displayName || backup.path == made;
+    };
+    backups.erase(std::remove_if(backups.begin(), backups.end(), isNoneOfThem), backups.end());
+    constexpr std::size_t others = backupsKept - 1;
+    for (std::size_t i = 0; i + others < backups.size(); ++i) QFile::remove(backups[i].path);
 }
 
 }  // namespace
 
 std::optional<FileProblem> makeBackup(ProjectFile& file, const BackupOrder& order) {
     const QString folder = order.folder + "/" + QString::fromStdString(file.projectId());
-    QDir().mkpath(folder);
+    if (auto problem = makeFolder(folder)) return problem;
     const QString name = asFileName(order.displayName);
     const QString path =
         freePath(folder, name + " " + QDateTime::currentDateTime().toString(timeFormat));
     if (auto problem = file.copyTo(QFile::encodeName(path).toStdString())) return problem;
-    prune(folder, name);
+    prune(folder, name, QFileInfo(path).absoluteFilePath());
     deleteLeftovers(folder);
     return std::nullopt;
 }

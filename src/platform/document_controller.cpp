@@ -1,7 +1,6 @@
 #include "platform/document_controller.h"
 
 #include <QCoreApplication>
-#include <QDir>
 #include <QElapsedTimer>
 #include <QMetaObject>
 #include <QStandardPaths>
@@ -13,6 +12,7 @@
 #include "platform/file_names.h"
 #include "platform/file_reading.h"
 #include "platform/job_queue.h"
+#include "platform/project_writes.h"
 
 namespace zorvel {
 
@@ -65,7 +65,7 @@ void DocumentController::noteRecent(const QString& path) {
 }
 
 Document& DocumentController::newDocument() {
-    return addDocument(freeUntitledName(), untitled_.claimNew({}));
+    return addDocument(freeUntitledName(false), untitled_.claimNew({}));
 }
 
 Document& DocumentController::duplicate(const Document& document) {
@@ -96,10 +96,12 @@ Document& DocumentController::addUntitledCopy(ProjectRecords records, const QStr
     return document;
 }
 
-QString DocumentController::freeUntitledName() const {
+QString DocumentController::freeUntitledName(bool forOpened) const {
     for (int number = 1;; ++number) {
         QString name = number == 1 ? tr("Untitled") : tr("Untitled %1").arg(number);
-        const auto isTaken = [&](const auto& document) { return document->displayName() == name; };
+        const auto isTaken = [&](const auto& document) {
+            return document->displayName() == name && (!forOpened || !document->isUntouched());
+        };
         if (std::none_of(documents_.begin(), documents_.end(), isTaken)) return name;
     }
 }
@@ -116,7 +118,9 @@ void DocumentController::saveDocumentAs(Document& document, const QString& path,
         done(FileProblem{FileTrouble::other, reason, 0});
         return;
     }
-    const bool livesThere = holder != nullptr && !document.isUntitled() && !saver.isMakingFile();
+    // Not where the file has been renamed to that path since: it takes the new path then.
+    const bool livesThere = holder != nullptr && !document.isUntitled() && !saver.isMakingFile() &&
+                            fileIdentity(encodedPath(document.path())) == identity;
     if (livesThere && saver.state() != DocumentSaver::State::stuck) {
         saver.saveThen(std::move(done));
         return;
@@ -176,10 +180,13 @@ void DocumentController::continueClosing(Document& document) {
 void DocumentController::keepAside(Document& document) {
     if (std::exchange(document.keptAside_, true)) return;
     writer_->start(
-        this, [folder = untitled_.path()] { return QDir().mkpath(folder); }, [](bool) {});
+        this, [folder = untitled_.path()] { return makeFolder(folder); },
+        [](const std::optional<FileProblem>&) {});
     const QString name = document.displayName();
     const QString told = projectMessage(name, *document.problem());
-    document.saver_->moveTo(untitled_.claimNew(name), [this, told](const auto& problem) {
+    document.saver_->moveTo(untitled_.claimNew(name), [this, told, &document](const auto& problem) {
+        // Tried again after the next write that fails.
+        document.keptAside_ = !problem;
         if (problem) return;
         emit changesWereKept(told + " " + tr("The changes are kept in an untitled project."));
     });

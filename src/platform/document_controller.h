@@ -117,7 +117,8 @@ class DocumentController : public QObject {
 
     Document& addDocument(const QString& untitledName, const QString& untitledPath);
     Document& addUntitledCopy(ProjectRecords records, const QString& name);
-    [[nodiscard]] QString freeUntitledName() const;
+    // An untouched project keeps its name from a new one, but gives it up to one that is opened.
+    [[nodiscard]] QString freeUntitledName(bool forOpened) const;
     void noteRecent(const QString& path);
 
     // What a document asks for.

@@ -176,7 +176,7 @@ void DocumentController::openRecords(const Request& request, FileReading& readin
     const bool inFolder = request.source != Source::any;
     QString name =
         inFolder ? UntitledFolder::nameIn(request.shownName) : displayNameOf(request.path);
-    if (name.isEmpty()) name = freeUntitledName();
+    if (name.isEmpty()) name = freeUntitledName(true);
     Document& document = addDocument(name, reading.file ? QString() : untitled_.claimNew(name));
     document.takeOver(std::move(reading.records));
     if (reading.file) document.saver_->setFile(std::move(reading.file), inFolder);

@@ -142,7 +142,9 @@ void DocumentSaver::finishWrite(const WriteOutcome& outcome) {
     --running_;
     writing_ = false;
     takeFacts(outcome.facts);
-    if (!facts_ || !facts_->whyNotWritable) backupDue_ = false;
+    // Where nothing was written either, the next try may still make the backup.
+    const bool again = outcome.problem && outcome.backupProblem;
+    if (!again && (!facts_ || !facts_->whyNotWritable)) backupDue_ = false;
     if (outcome.problem) {
         fail(*outcome.problem);
     } else {
@@ -150,7 +152,7 @@ void DocumentSaver::finishWrite(const WriteOutcome& outcome) {
     }
     answerSaves();
     emit stateDidChange();
-    if (outcome.backupProblem) emit backupDidFail(*outcome.backupProblem);
+    if (outcome.backupProblem && !again) emit backupDidFail(*outcome.backupProblem);
 }
 
 void DocumentSaver::takeFacts(const std::optional<FileFacts>& facts) {

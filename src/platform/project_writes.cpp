@@ -2,12 +2,14 @@
 
 #include <unistd.h>
 
-#include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 #include "platform/backups.h"
+#include "store/file_failure.h"
 
 namespace zorvel {
 
@@ -42,11 +44,23 @@ FileFacts factsOf(const ProjectFile& file) {
             QString::fromStdString(file.projectId()), file.whyNotWritable()};
 }
 
+std::optional<FileProblem> makeFolder(const QString& folder) {
+    std::error_code error;
+    std::filesystem::create_directories(encodedPath(folder), error);
+    if (!error) return std::nullopt;
+    FileTrouble trouble = troubleOfErrno(error.value());
+    const bool isOfFiles = trouble == FileTrouble::notFound || trouble == FileTrouble::noPermission;
+    if (isOfFiles) trouble = FileTrouble::readOnlyFolder;
+    return FileProblem{trouble, "make the folder " + folder.toStdString(), error.value()};
+}
+
 WriteOutcome writeProject(const WriteOrder& order) {
     FileHolder& holder = *order.holder;
     if (!holder.file) {
         if (order.untitledPath.isEmpty()) return {FileProblem{FileTrouble::moved, {}, 0}, {}, {}};
-        QDir().mkpath(QFileInfo(order.untitledPath).path());
+        if (auto problem = makeFolder(QFileInfo(order.untitledPath).path())) {
+            return {std::move(problem), {}, {}};
+        }
         return makeFile(holder, order.untitledPath, *order.state, order.options);
     }
     WriteOutcome outcome;

@@ -70,6 +70,9 @@ WriteOutcome moveProject(const MoveOrder& order);
 // Lets go of the file, and deletes it if it is the one of that path.
 void closeProject(FileHolder& holder, const std::string& deleteAt);
 
+// With the folders above it; nothing where it is there already.
+std::optional<FileProblem> makeFolder(const QString& folder);
+
 // As the system takes it.
 std::string encodedPath(const QString& path);
 

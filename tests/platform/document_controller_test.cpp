@@ -77,8 +77,12 @@ TEST_F(DocumentControllerTest, UntitledProjectsComeBackOnceUntilTheyAreSavedOrDi
     EXPECT_EQ(untitledFiles().size(), 2);
 
     run = newRun();
+    Document& untouched = run->controller.newDocument();
     const auto back = recovered(*run, 2);
+    run->controller.close(untouched);
     ASSERT_EQ(back.size(), 2u);
+    EXPECT_EQ(back[0]->displayName(), "Untitled");
+    EXPECT_EQ(back[1]->displayName(), "Untitled 2");
     for (const Document* document : back) {
         EXPECT_TRUE(document->isUntitled());
         EXPECT_FALSE(document->isUntouched());
@@ -239,6 +243,21 @@ TEST_F(DocumentControllerTest, WhatAClosedProjectCannotWriteIsKeptAsAnUntitledOn
     ASSERT_EQ(back.size(), 1u);
     EXPECT_EQ(back[0]->displayName(), "a");
     EXPECT_EQ(censusNames(*back[0]), (Names{"North", "South"}));
+}
+
+TEST_F(DocumentControllerTest, KeepingAsideIsTriedUntilThereIsRoom) {
+    const QString path = makeProject("a.zorvel", {"North"});
+    makeFile("data", "in the way of the folder");
+    auto run = newRun();
+    Document* document = run->open(path);
+    QFile::remove(path);
+    addNamedCensus(*document, "South");
+    run->controller.close(*document);
+    processEventsFor(300);
+    EXPECT_TRUE(run->told.kept.empty());
+    ASSERT_TRUE(QFile::remove(at("data")));
+    EXPECT_TRUE(waitUntil([&] { return !run->told.kept.empty(); }));
+    EXPECT_EQ(untitledFiles().size(), 1);
 }
 
 // The disk of the project stays full to the end, that of the user's folder does not.

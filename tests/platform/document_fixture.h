@@ -93,17 +93,18 @@ struct Told {
     std::vector<Opened> opened;
     std::vector<Failed> failed;
     std::vector<QString> kept;
+    QObject connections;  // they end with this, before the controller tells its last
 
     explicit Told(DocumentController& controller) {
-        QObject::connect(&controller, &DocumentController::documentDidOpen, &controller,
+        QObject::connect(&controller, &DocumentController::documentDidOpen, &connections,
                          [this](Document* document, const QString& path) {
                              opened.push_back({document, path});
                          });
-        QObject::connect(&controller, &DocumentController::openDidFail, &controller,
+        QObject::connect(&controller, &DocumentController::openDidFail, &connections,
                          [this](const QString& path, const QString& message) {
                              failed.push_back({path, message});
                          });
-        QObject::connect(&controller, &DocumentController::changesWereKept, &controller,
+        QObject::connect(&controller, &DocumentController::changesWereKept, &connections,
                          [this](const QString& message) { kept.push_back(message); });
     }
 };
