@@ -74,6 +74,13 @@ bool forbidsWriting(int error) {
     return error == EACCES || error == EPERM || error == EROFS || error == ETXTBSY;
 }
 
+// It is the folder that says no.
+[[noreturn]] void failToMake(int error) {
+    const bool forbidden = error == EACCES || error == EPERM;
+    fail(forbidden ? FileTrouble::readOnlyFolder : troubleOfErrno(error),
+         "make a file in the folder", error);
+}
+
 // An error number; 0 where the lock is set.
 int setLock(int descriptor, short type) {
     struct flock range {};
@@ -137,7 +144,7 @@ std::unique_ptr<FileHandle> FileHandle::open(const std::string& path, Use use) {
 std::unique_ptr<FileHandle> FileHandle::create(const std::string& path, mode_t mode) {
     const std::lock_guard lock(heldFiles().mutex);
     const int created = ::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | openFlags, mode);
-    if (created < 0) failWithErrno(errno, "make a file in the folder");
+    if (created < 0) failToMake(errno);
     // Nobody else has it open, so that closing it here drops no locks.
     close(created);
     try {

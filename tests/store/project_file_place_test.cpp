@@ -271,6 +271,14 @@ TEST_F(ProjectPlace, FilesAndFoldersThatMayNotBeWritten) {
         EXPECT_EQ(bytesOf("p.zorvel") == before, rights.outcome != "-1 -1");
         EXPECT_EQ(entries(), 1U);
     }
+    fs::permissions(folder_, fs::perms(0755));
+    ChildProcess maker(
+        [this] {
+            const auto made = ProjectFile::create(path("new.zorvel"), *edited());
+            return word(made ? -1 : numberOf(made.problem()));
+        },
+        true);
+    EXPECT_EQ(maker.word(), readOnlyFolder);
 }
 
 }  // namespace
