@@ -15,10 +15,11 @@ namespace zorvel {
 bool ProjectWindows::mayClose(MainWindowController& window) {
     if (!quitting_) {
         const QPointer<MainWindowController> guard(&window);
-        if (!window.mainView().commitEditing() || !askToKeep(window)) return false;
+        if (!window.mainView().readyToClose() || !askToKeep(window)) return false;
+        const bool discards = std::count(discarded_.begin(), discarded_.end(), &window.document());
         const bool last = windows().size() == 1;
-        if (last && !settleBeforeQuitting(documents_, panels_,
-                                          discarded_.empty() ? nullptr : &window.document())) {
+        if (last &&
+            !settleBeforeQuitting(documents_, panels_, discards ? &window.document() : nullptr)) {
             discarded_.clear();
             return false;
         }
@@ -63,7 +64,7 @@ void ProjectWindows::letGo(Document* document) {
 bool ProjectWindows::quit() {
     if (quitting_) return true;
     for (MainWindowController* window : windows()) {
-        if (!window->mainView().commitEditing()) return false;
+        if (!window->mainView().readyToClose()) return false;
     }
     if (!settleBeforeQuitting(documents_, panels_)) return false;
     quitting_ = true;
