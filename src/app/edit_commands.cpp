@@ -10,6 +10,8 @@
 
 #include "ui/kit/record_table_view.h"
 #include "ui/kit/value_field.h"
+#include "ui/main/details_field.h"
+#include "ui/main/details_notes.h"
 
 namespace zorvel {
 
@@ -50,6 +52,39 @@ void copyFrom(QWidget* widget) {
     }
 }
 
+bool canCut(const QWidget* widget) {
+    const bool rows = qobject_cast<const RecordTableView*>(widget) != nullptr;
+    return canCopy(widget) && (rows || canPaste(widget));
+}
+
+void cutFrom(QWidget* widget) {
+    if (!canCut(widget)) return;
+    if (auto* table = qobject_cast<RecordTableView*>(widget)) emit table->cutRequested();
+    if (auto* line = qobject_cast<QLineEdit*>(widget)) line->cut();
+    if (auto* text = qobject_cast<QPlainTextEdit*>(widget)) text->cut();
+}
+
+bool canPaste(const QWidget* widget) {
+    if (qobject_cast<const RecordTableView*>(widget) != nullptr) return true;
+    if (const auto* line = qobject_cast<const QLineEdit*>(widget)) return !line->isReadOnly();
+    const auto* text = qobject_cast<const QPlainTextEdit*>(widget);
+    return text != nullptr && !text->isReadOnly();
+}
+
+void pasteInto(QWidget* widget) {
+    if (!canPaste(widget)) return;
+    if (auto* table = qobject_cast<RecordTableView*>(widget)) emit table->pasteRequested();
+    if (auto* line = qobject_cast<QLineEdit*>(widget)) line->paste();
+    if (auto* text = qobject_cast<QPlainTextEdit*>(widget)) text->paste();
+}
+
+void deleteFrom(QWidget* widget) {
+    if (!canCut(widget)) return;
+    if (auto* table = qobject_cast<RecordTableView*>(widget)) emit table->deleteRequested();
+    if (auto* line = qobject_cast<QLineEdit*>(widget)) line->del();
+    if (auto* text = qobject_cast<QPlainTextEdit*>(widget)) text->textCursor().removeSelectedText();
+}
+
 void selectAllOf(QWidget* widget) {
     if (auto* table = qobject_cast<RecordTableView*>(widget)) table->selectAll();
     if (auto* line = qobject_cast<QLineEdit*>(widget)) line->selectAll();
@@ -60,6 +95,8 @@ void selectAllOf(QWidget* widget) {
 }
 
 bool isTextEditor(const QWidget* widget) {
+    if (const auto* field = qobject_cast<const DetailsField*>(widget)) return field->isTyped();
+    if (const auto* notes = qobject_cast<const DetailsNotes*>(widget)) return notes->isTyped();
     if (const auto* line = qobject_cast<const QLineEdit*>(widget)) return !line->isReadOnly();
     const auto* text = qobject_cast<const QPlainTextEdit*>(widget);
     return text != nullptr && !text->isReadOnly() &&

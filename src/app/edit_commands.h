@@ -9,9 +9,15 @@ namespace zorvel {
 bool canCopy(const QWidget* widget);
 bool canSelectAll(const QWidget* widget);
 void copyFrom(QWidget* widget);
+// A table's rows, or the selected part of a text that can be edited.
+bool canCut(const QWidget* widget);
+void cutFrom(QWidget* widget);
+bool canPaste(const QWidget* widget);
+void pasteInto(QWidget* widget);
+void deleteFrom(QWidget* widget);
 void selectAllOf(QWidget* widget);
 
-// A line or text that is being edited undoes its own typing; the project's steps wait meanwhile.
+// A line or text that is being edited (a detail of a record: that was typed into) undoes its own typing; the project's steps wait meanwhile.
 bool isTextEditor(const QWidget* widget);
 bool canUndoIn(const QWidget* editor);
 bool canRedoIn(const QWidget* editor);

@@ -109,13 +109,26 @@ void addEditMenu(MainWindowController& window) {
     addTravelItem(window, menu, true);
     addTravelItem(window, menu, false);
     menu.addSeparator();
+    QAction* cut = addCommand(window, menu, "cut", tr("Cu&t"), QKeySequence::Cut,
+                              [&] { cutFrom(window.focusWidget()); });
     QAction* copy = addCommand(window, menu, "copy", tr("&Copy"), QKeySequence::Copy,
                                [&] { copyFrom(window.focusWidget()); });
+    QAction* paste = addCommand(window, menu, "paste", tr("&Paste"), QKeySequence::Paste,
+                                [&] { pasteInto(window.focusWidget()); });
+    // Without a shortcut: the key means the next character to an editor, and the rows to a table.
+    QAction* remove = addCommand(window, menu, "delete", tr("&Delete"), {},
+                                 [&] { deleteFrom(window.focusWidget()); });
     QAction* all = addCommand(window, menu, "selectAll", tr("Select &All"), QKeySequence::SelectAll,
                               [&] { selectAllOf(window.focusWidget()); });
     addCommand(window, menu, "copyAllMetrics", tr("Copy All &Metrics"),
                QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_C),
                [&] { window.mainView().copyAllMetrics(); });
+    menu.addSeparator();
+    addCommand(window, menu, "find", tr("&Find Species..."), QKeySequence::Find,
+               [&] { window.mainView().findSpecies(); });
+    enableWhileShown(menu, cut, [&] { return canCut(window.focusWidget()); });
+    enableWhileShown(menu, paste, [&] { return canPaste(window.focusWidget()); });
+    enableWhileShown(menu, remove, [&] { return canCut(window.focusWidget()); });
     enableWhileShown(menu, copy, [&] { return canCopy(window.focusWidget()); });
     enableWhileShown(menu, all, [&] { return canSelectAll(window.focusWidget()); });
 }

@@ -15,6 +15,7 @@ namespace {
     QT_TRANSLATE_NOOP("UndoSteps", "Change Latitude"),
     QT_TRANSLATE_NOOP("UndoSteps", "Change Longitude"),
     QT_TRANSLATE_NOOP("UndoSteps", "Change Notes"),
+    QT_TRANSLATE_NOOP("UndoSteps", "Cut"),
     QT_TRANSLATE_NOOP("UndoSteps", "Delete Census"),
     QT_TRANSLATE_NOOP("UndoSteps", "Delete Censuses"),
     QT_TRANSLATE_NOOP("UndoSteps", "Delete Species"),

@@ -218,7 +218,7 @@ TEST_F(MainWindowTest, ACensusWithoutIncludedSpecimens) {
     EXPECT_EQ(text("individuals"), "0");
     EXPECT_EQ(text("shannonH"), "0.0");
     EXPECT_EQ(text("buzasE"), "-");
-    EXPECT_EQ(text("latitude"), "46.0123");
+    EXPECT_EQ(child<QLineEdit>("latitudeTextField").text(), "46.0123");
     EXPECT_EQ(child<QPlainTextEdit>("notesTextView").toPlainText(), "wet");
     EXPECT_EQ(speciesTable().model()->rowCount(), 1);
 }

@@ -19,6 +19,22 @@
 
 namespace zorvel {
 
+namespace {
+
+// In quotes where the cell would otherwise come apart, or lose quotes of its own.
+QString spreadsheetCell(QString text) {
+    const bool plain = !text.startsWith('"') && !text.contains('\t') && !text.contains('\n') &&
+                       !text.contains('\r');
+    return plain ? text : '"' + text.replace('"', "\"\"") + '"';
+}
+
+QString storedText(const QModelIndex& cell) {
+    const QVariant stored = cell.data(Qt::EditRole);
+    return (stored.isValid() ? stored : cell.data(Qt::DisplayRole)).toString();
+}
+
+}  // namespace
+
 RecordTableView::RecordTableView(QWidget* parent) : QTableView(parent) {
     setFrameShape(QFrame::NoFrame);
     setShowGrid(false);
@@ -163,8 +179,9 @@ QString RecordTableView::selectedText() const {
         QStringList cells;
         for (int column = 0; column < model()->columnCount(); ++column) {
             const QModelIndex cell = model()->index(row, column);
-            const QVariant text = cell.data(Qt::DisplayRole);
-            if (text.isValid()) cells.append(text.toString());
+            if (cell.data(Qt::DisplayRole).isValid()) {
+                cells.append(spreadsheetCell(storedText(cell)));
+            }
         }
         lines.append(cells.join('\t'));
     }
@@ -178,6 +195,8 @@ void RecordTableView::copySelection() const {
 
 void RecordTableView::initViewItemOption(QStyleOptionViewItem* option) const {
     QTableView::initViewItemOption(option);
+    option->decorationPosition = QStyleOptionViewItem::Right;
+    option->decorationSize = {14, 14};
     option->state.setFlag(QStyle::State_Active, hasFocus() && isActiveWindow());
 }
 
@@ -230,9 +249,18 @@ void RecordTableView::changeEvent(QEvent* event) {
 
 void RecordTableView::contextMenuEvent(QContextMenuEvent* event) {
     QMenu menu(this);
-    QAction* copy = menu.addAction(tr("&Copy"), this, &RecordTableView::copySelection);
-    copy->setShortcut(QKeySequence::Copy);
-    copy->setEnabled(selectionModel() != nullptr && selectionModel()->hasSelection());
+    const bool any = selectionModel() != nullptr && selectionModel()->hasSelection();
+    const auto add = [&](const QString& title, auto command, QKeySequence::StandardKey key,
+                         bool enabled) {
+        QAction* action = menu.addAction(title, this, command);
+        action->setShortcut(key);
+        action->setEnabled(enabled);
+    };
+    add(tr("Cu&t"), &RecordTableView::cutRequested, QKeySequence::Cut, any);
+    add(tr("&Copy"), &RecordTableView::copySelection, QKeySequence::Copy, any);
+    add(tr("&Paste"), &RecordTableView::pasteRequested, QKeySequence::Paste, true);
+    add(tr("&Delete"), &RecordTableView::deleteRequested, QKeySequence::Delete, any);
+    menu.addSeparator();
     QAction* all = menu.addAction(tr("Select &All"), this, &RecordTableView::selectAll);
     all->setShortcut(QKeySequence::SelectAll);
     menu.exec(event->globalPos());

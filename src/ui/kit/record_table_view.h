@@ -17,7 +17,8 @@ class RecordTableView : public QTableView {
   public:
     explicit RecordTableView(QWidget* parent = nullptr);
 
-    // The selected rows from top to bottom, a line each, cells between tabs; empty without one.
+    // The selected rows from top to bottom, a line each, cells between tabs, as a spreadsheet takes
+    // them: values as they are stored, however long; empty without one.
     [[nodiscard]] QString selectedText() const;
     // To the clipboard; leaves the clipboard alone where nothing is selected.
     void copySelection() const;
@@ -41,6 +42,8 @@ class RecordTableView : public QTableView {
   signals:
     // The Delete or Backspace key, outside an editor.
     void deleteRequested();
+    void cutRequested();
+    void pasteRequested();
     // The Insert key or Ctrl+Return, or Tab past the last row.
     void addRowRequested();
 

@@ -1,19 +1,15 @@
-// The texts of a census's details: where, when, and what was noted.
+// The texts of a census's details, each the shortest that reads back as the value that is stored.
 #pragma once
 
 #include <QString>
 
-#include "model/diversity_document.h"
+#include "store/object_context.h"
 
 namespace zorvel {
 
-struct CensusDetails {
-    QString latitude;  // degrees, the shortest text that reads back as the same number
-    QString longitude;
-    QString date;  // in the computer's time zone; empty where there is none
-    QString notes;
-};
-
-CensusDetails censusDetails(const Census& census);
+QString latitudeText(const Census& census);   // degrees
+QString longitudeText(const Census& census);  // degrees
+// In the computer's time zone; empty where there is none.
+QString dateText(const Census& census);
 
 }  // namespace zorvel

@@ -7,6 +7,7 @@
 #include "model/edits.h"
 #include "ui/kit/shown_text.h"
 #include "ui/main/natural_order.h"
+#include "ui/main/shared_name_texts.h"
 
 namespace zorvel {
 
@@ -39,7 +40,11 @@ CensusTableModel::CensusTableModel(ObjectContext& context, QObject* parent)
 void CensusTableModel::reload() {
     beginResetModel();
     records_.clear();
-    for (const BlockPointer& block : context_.blocks()) records_.push_back(rowOfBlock(block));
+    sharedNames_.clear();
+    for (const BlockPointer& block : context_.blocks()) {
+        records_.push_back(rowOfBlock(block));
+        sharedNames_.add(block->attributes.name);
+    }
     arrange();
     endResetModel();
 }
@@ -58,6 +63,9 @@ std::size_t CensusTableModel::placeOf(RecordId census) const {
 
 void CensusTableModel::recordsDidChange(const ChangeSet& changes) {
     RecordsChange told;
+    const std::size_t shared = sharedNames_.recordCount();
+    countNames(changes);
+    if (sharedNames_.recordCount() != shared) tellColumn(nameColumn, Qt::DecorationRole);
     const bool sameCensuses = std::all_of(
         changes.begin(), changes.end(),
         [](const CensusChange& change) { return !change.inserted() && !change.deleted(); });
@@ -73,6 +81,17 @@ void CensusTableModel::recordsDidChange(const ChangeSet& changes) {
         told.updated.push_back(static_cast<std::uint32_t>(place));
     }
     tellUpdated(told.updated);
+}
+
+void CensusTableModel::countNames(const ChangeSet& changes) {
+    for (const CensusChange& change : changes) {
+        const std::size_t place = placeOf(change.census);
+        const bool shown = place < records_.size() && records_[place].block->id == change.census;
+        if (shown) sharedNames_.remove(records_[place].block->attributes.name);
+        if (change.after && (shown || change.inserted())) {
+            sharedNames_.add(change.after->attributes.name);
+        }
+    }
 }
 
 // Both lists ascend by identity, so one walk merges them.
@@ -132,11 +151,19 @@ QVariant CensusTableModel::data(const QModelIndex& index, int role) const {
         return role == Qt::DisplayRole ? QVariant(static_cast<qlonglong>(row.richness))
                                        : QVariant();
     }
-    if (role == Qt::DisplayRole || role == Qt::ToolTipRole) {
-        return shownName(row.block->attributes.name);
+    return nameData(row.block->attributes.name, role);
+}
+
+QVariant CensusTableModel::nameData(const std::optional<SharedText>& name, int role) const {
+    if (role == Qt::DisplayRole) return shownName(name);
+    if (role == Qt::EditRole) return editableName(name);
+    const bool shared = sharedNames_.isShared(name);
+    if (role == Qt::ToolTipRole) {
+        return shared ? shownName(name) + "\n\n" + sharedCensusReason() : shownName(name);
     }
-    if (role == Qt::EditRole) return editableName(row.block->attributes.name);
-    return {};
+    if (!shared) return {};
+    if (role == Qt::AccessibleDescriptionRole) return sharedCensusReason();
+    return role == Qt::DecorationRole ? QVariant(sharedNameIcon()) : QVariant();
 }
 
 bool CensusTableModel::setData(const QModelIndex& index, const QVariant& value, int role) {

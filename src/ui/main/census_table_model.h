@@ -8,6 +8,7 @@
 
 #include "model/diversity_document.h"
 #include "ui/main/ordered_table_model.h"
+#include "ui/main/shared_names.h"
 
 namespace zorvel {
 
@@ -57,9 +58,12 @@ class CensusTableModel : public OrderedTableModel {
     [[nodiscard]] std::size_t placeOf(RecordId census) const;
     [[nodiscard]] std::vector<Row> changedRecords(const ChangeSet& changes,
                                                   RecordsChange& told) const;
+    [[nodiscard]] QVariant nameData(const std::optional<SharedText>& name, int role) const;
+    void countNames(const ChangeSet& changes);
 
     ObjectContext& context_;
     std::vector<Row> records_;  // ascending by identity
+    SharedNames sharedNames_;   // of records_
 };
 
 // The name of a record as it is shown: "unnamed" where it has none, shortened where it is

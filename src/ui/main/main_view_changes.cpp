@@ -82,15 +82,6 @@ void MainViewController::keepThroughReset() {
     keep(ui_->speciesTable, speciesModel_, &SpeciesTableModel::rowsOfTaxa);
 }
 
-// The selection stays on the species that are still shown.
-void MainViewController::filterSpecies(const QString& text) {
-    ui_->speciesTable->commitEditing();
-    const std::vector<RecordId> selected = idsAt(ui_->speciesTable->selectedRows(), *speciesModel_);
-    speciesModel_->setFilter(text);
-    ui_->speciesTable->selectRows(speciesModel_->rowsOfTaxa(selected));
-    showSpeciesCount();
-}
-
 void MainViewController::recordsDidChange(const ChangeSet& changes) {
     const std::vector<int> selected = ui_->censusTable->selectedRows();
     for (const CensusChange& change : changes) {

@@ -158,7 +158,15 @@ bool MainViewController::commitEditing() {
         }
         table->commitEditing();
     }
+    ui_->detailsPane->commit();
     return true;
+}
+
+bool MainViewController::readyToClose() {
+    if (!commitEditing()) return false;
+    if (ui_->detailsPane->commit()) return true;
+    ui_->detailsPane->tellProblems();
+    return false;
 }
 
 }  // namespace zorvel

@@ -7,16 +7,16 @@
 #include <QIODevice>
 #include <QIcon>
 #include <QItemSelectionModel>
-#include <QShortcut>
 #include <utility>
 
 #include "ui/kit/glyphs.h"
 #include "ui/kit/look.h"
 #include "ui/main/abundance_delegate.h"
 #include "ui/main/analysis_commands.h"
-#include "ui/main/census_details.h"
 #include "ui/main/census_table_model.h"
+#include "ui/main/shared_name_texts.h"
 #include "ui/main/species_table_model.h"
+#include "ui/main/table_columns.h"
 #include "ui/main/table_text_fields.h"
 #include "ui/main/text_field_delegate.h"
 #include "ui_main_view.h"
@@ -38,6 +38,8 @@ MainViewController::MainViewController(DiversityDocument& document, JobQueue& jo
     ui_->metricsPanel->setServices(jobs, std::move(makeRandom));
     setUpCensusTable();
     setUpSpeciesTable();
+    setUpDetails();
+    setUpSearch();
     keepThroughReset();
     setUpButtons();
     setUpPullDowns();
@@ -83,6 +85,12 @@ void MainViewController::setUpButtons() {
             &MainViewController::deleteCensusRows);
     connect(ui_->speciesTable, &RecordTableView::deleteRequested, this,
             &MainViewController::deleteSpeciesRows);
+    for (RecordTableView* table : {static_cast<RecordTableView*>(ui_->censusTable),
+                                   static_cast<RecordTableView*>(ui_->speciesTable)}) {
+        connect(table, &RecordTableView::cutRequested, this, [this, table] { cutRows(*table); });
+        connect(table, &RecordTableView::pasteRequested, this,
+                [this, table] { pasteRows(*table); });
+    }
     connect(ui_->speciesTable, &SpeciesTableView::includeToggleRequested, this,
             &MainViewController::toggleInclude);
     connect(ui_->censusTable, &RecordTableView::addRowRequested, this,
@@ -96,10 +104,7 @@ void MainViewController::setUpCensusTable() {
     auto* names = new TextFieldDelegate(
         [](QWidget* table) { return new CensusTableTextField(table); }, ui_->censusTable);
     ui_->censusTable->setItemDelegateForColumn(CensusTableModel::nameColumn, names);
-    QHeaderView* censusHeader = ui_->censusTable->horizontalHeader();
-    censusHeader->setSectionResizeMode(CensusTableModel::nameColumn, QHeaderView::Stretch);
-    censusHeader->setSectionResizeMode(CensusTableModel::speciesColumn, QHeaderView::Fixed);
-    ui_->censusTable->setColumnWidth(CensusTableModel::speciesColumn, 92);
+    censusColumns_ = new TableColumns(*ui_->censusTable, CensusTableModel::nameColumn, {150, 92});
     connect(ui_->censusTable->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &MainViewController::tableViewSelectionDidChange);
     // Another order may put another of the selected censuses on top.
@@ -125,19 +130,16 @@ void MainViewController::setUpSpeciesTable() {
             });
     connect(ui_->speciesTable->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &MainViewController::refreshSpeciesControls);
-    QHeaderView* speciesHeader = ui_->speciesTable->horizontalHeader();
-    speciesHeader->setSectionResizeMode(SpeciesTableModel::includeColumn, QHeaderView::Fixed);
-    speciesHeader->setSectionResizeMode(SpeciesTableModel::nameColumn, QHeaderView::Stretch);
-    speciesHeader->setSectionResizeMode(SpeciesTableModel::abundanceColumn, QHeaderView::Fixed);
-    ui_->speciesTable->setColumnWidth(SpeciesTableModel::includeColumn, 40);
-    ui_->speciesTable->setColumnWidth(SpeciesTableModel::abundanceColumn, 200);
+    speciesColumns_ =
+        new TableColumns(*ui_->speciesTable, SpeciesTableModel::nameColumn, {40, 230, 200});
+}
 
-    ui_->searchBar->addAction(glyphIcon(Glyph::search), QLineEdit::LeadingPosition);
-    connect(ui_->searchBar, &QLineEdit::textChanged, this, &MainViewController::filterSpecies);
-    connect(new QShortcut(QKeySequence::Find, this), &QShortcut::activated, this, [this] {
-        ui_->searchBar->setFocus(Qt::ShortcutFocusReason);
-        ui_->searchBar->selectAll();
-    });
+void MainViewController::setUpDetails() {
+    ui_->detailsPane->setContext(document_.objectContext());
+    connect(ui_->detailsPane, &DetailsView::textRefused, this,
+            [this](const QString& detail, const QString& text, const QString& reason) {
+                showMessage(tr("%1: \u201c%2\u201d was not stored: %3").arg(detail, text, reason));
+            });
 }
 
 void MainViewController::setUpTexts() {
@@ -146,12 +148,6 @@ void MainViewController::setUpTexts() {
     }
     ui_->emptyHeading->setFont(scaledFont(font(), 1.6, true));
     ui_->emptyIcon->setPixmap(windowIcon().pixmap(96, 96));
-    for (ValueField* value :
-         {ui_->latitudeValueTextField, ui_->longitudeValueTextField, ui_->dateValueTextField}) {
-        value->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    }
-    ui_->notesTextView->document()->setDocumentMargin(0);
-    ui_->notesTextView->viewport()->setAutoFillBackground(false);
     showSecondaryTexts();
 }
 
@@ -159,9 +155,8 @@ void MainViewController::setUpTexts() {
 void MainViewController::showSecondaryTexts() {
     QPalette quiet;
     quiet.setColor(QPalette::WindowText, lookColors(QPalette()).secondary);
-    for (QLabel* label :
-         {ui_->censusCountLabel, ui_->speciesCountLabel, ui_->emptyText, ui_->progressLabel,
-          ui_->latitudeLabel, ui_->longitudeLabel, ui_->dateLabel, ui_->notesLabel}) {
+    for (QLabel* label : {ui_->censusCountLabel, ui_->speciesCountLabel, ui_->emptyText,
+                          ui_->progressLabel, ui_->sharedNamesLabel}) {
         label->setPalette(quiet);
     }
 }
@@ -240,11 +235,7 @@ void MainViewController::showCensusCount() {
 }
 
 void MainViewController::showDetails(const std::optional<Census>& census) {
-    const CensusDetails details = census ? censusDetails(*census) : CensusDetails{};
-    ui_->latitudeValueTextField->setText(details.latitude);
-    ui_->longitudeValueTextField->setText(details.longitude);
-    ui_->dateValueTextField->setText(details.date);
-    ui_->notesTextView->setPlainText(details.notes);
+    ui_->detailsPane->showCensus(census);
 }
 
 void MainViewController::showSpeciesCount() {
@@ -253,6 +244,10 @@ void MainViewController::showSpeciesCount() {
     ui_->speciesTable->setEmptyText(all == 0 ? tr("No species") : tr("No species of that name"));
     ui_->speciesCountLabel->setText(shown == all ? tr("%L1").arg(all)
                                                  : tr("%L1 of %L2").arg(shown).arg(all));
+    const QString shared = sharedSpeciesLine(speciesModel_->sharedNames());
+    ui_->sharedNamesLabel->setText(shared);
+    ui_->sharedNamesLabel->setToolTip(shared.isEmpty() ? QString() : sharedSpeciesReason());
+    ui_->sharedNamesLabel->setVisible(!shared.isEmpty());
 }
 
 void MainViewController::startProgress(const QString& text) {
@@ -288,7 +283,8 @@ MessageStrip& MainViewController::messageStrip() {
 QByteArray MainViewController::saveLayout() const {
     QByteArray state;
     QDataStream stream(&state, QIODevice::WriteOnly);
-    stream << ui_->splitter->saveState() << ui_->censusSplitter->saveState();
+    stream << ui_->splitter->saveState() << ui_->censusSplitter->saveState()
+           << censusColumns_->widths() << speciesColumns_->widths();
     return state;
 }
 
@@ -296,9 +292,13 @@ void MainViewController::restoreLayout(const QByteArray& state) {
     QByteArray columns;
     QByteArray rows;
     QDataStream stream(state);
-    stream >> columns >> rows;
+    QList<int> censusWidths;
+    QList<int> speciesWidths;
+    stream >> columns >> rows >> censusWidths >> speciesWidths;
     if (!columns.isEmpty()) ui_->splitter->restoreState(columns);
     if (!rows.isEmpty()) ui_->censusSplitter->restoreState(rows);
+    censusColumns_->setWidths(censusWidths);
+    speciesColumns_->setWidths(speciesWidths);
 }
 
 }  // namespace zorvel

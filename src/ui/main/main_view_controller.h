@@ -23,7 +23,9 @@ class AnalysisCommands;
 class CensusTableModel;
 class JobQueue;
 class MessageStrip;
+class RecordTableView;
 class SpeciesTableModel;
+class TableColumns;
 enum class Analysis;
 
 class MainViewController : public QWidget, public MainView {
@@ -57,9 +59,18 @@ class MainViewController : public QWidget, public MainView {
 
     void copyAllMetrics();
 
+    // Rows of one of the tables, by way of the clipboard. What is pasted is selected and in sight;
+    // the strip says why where nothing could be pasted.
+    void cutRows(const RecordTableView& table);
+    void pasteRows(RecordTableView& table);
+    // The search field takes the focus.
+    void findSpecies();
+
     // Stores what is typed in an open editor. False where it cannot be stored: the editor stays
     // open and says why.
     bool commitEditing();
+    // The same for all that is typed, before the window goes.
+    bool readyToClose();
 
     // The indicator turns and the label says what runs.
     void startProgress(const QString& text);
@@ -98,6 +109,8 @@ class MainViewController : public QWidget, public MainView {
   private:
     void setUpCensusTable();
     void setUpSpeciesTable();
+    void setUpDetails();
+    void setUpSearch();
     void setUpButtons();
     void setUpPullDowns();
     void setUpTexts();
@@ -125,6 +138,8 @@ class MainViewController : public QWidget, public MainView {
     AnalysisCommands* analyses_;
     CensusTableModel* censusModel_;
     SpeciesTableModel* speciesModel_;
+    TableColumns* censusColumns_ = nullptr;
+    TableColumns* speciesColumns_ = nullptr;
     TaxonFormatter taxonFormatter_;
     ObjectContext::ObserverId observer_;
     std::optional<RecordId> shownCensus_;

@@ -21,19 +21,20 @@ std::string foldedAscii(std::string_view text) {
     return folded;
 }
 
-}  // namespace
-
-std::string foldedForSearch(std::string_view text) {
+// Neither case nor the form of composed characters matters.
+std::string foldedCase(std::string_view text) {
     if (isAscii(text)) return foldedAscii(text);
     const QString folded = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
     return folded.toCaseFolded().normalized(QString::NormalizationForm_C).toStdString();
 }
 
+}  // namespace
+
 // A run of digits becomes the digit 0, its length without leading zeros, and those digits: longer
 // is larger, equal lengths compare digit by digit, and the run keeps its place among other
 // characters.
 std::string naturalKey(std::string_view name) {
-    const std::string folded = foldedForSearch(name);
+    const std::string folded = foldedCase(name);
     std::string key;
     key.reserve(folded.size() + 4);
     for (std::size_t i = 0; i < folded.size();) {

@@ -11,7 +11,4 @@ namespace zorvel {
 // key. ASCII is taken on a fast path; other text is folded as Unicode says.
 std::string naturalKey(std::string_view name);
 
-// Text folded for a search that heeds neither case nor the form of composed characters.
-std::string foldedForSearch(std::string_view text);
-
 }  // namespace zorvel

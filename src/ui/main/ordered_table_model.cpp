@@ -66,16 +66,34 @@ void OrderedTableModel::sort(int column, Qt::SortOrder order) {
     const Records before = order_;
     std::sort(order_.begin(), order_.end());
     orderByKeys(order_);
+    if (narrowed_) {
+        std::sort(all_.begin(), all_.end());
+        orderByKeys(all_);
+    }
     movePersistentIndexes(before);
     emit layoutChanged({}, VerticalSortHint);
 }
 
 void OrderedTableModel::arrange() {
-    order_.clear();
-    for (std::size_t record = 0; record < recordCount(); ++record) {
-        if (accepts(record)) order_.push_back(static_cast<std::uint32_t>(record));
-    }
+    order_.resize(recordCount());
+    std::iota(order_.begin(), order_.end(), 0U);
     orderByKeys(order_);
+    const bool narrowed = std::exchange(narrowed_, false);
+    all_.clear();
+    if (narrowed) narrow(true);
+}
+
+void OrderedTableModel::narrow(bool on) {
+    if (!narrowed_) all_ = std::move(order_);
+    narrowed_ = on;
+    order_.clear();
+    if (!on) {
+        order_ = std::move(all_);
+        all_.clear();
+        return;
+    }
+    std::copy_if(all_.begin(), all_.end(), std::back_inserter(order_),
+                 [this](std::uint32_t record) { return accepts(record); });
 }
 
 void OrderedTableModel::orderByKeys(Records& records) const {
@@ -146,9 +164,23 @@ void OrderedTableModel::removeRanges(const std::vector<Range>& ranges) {
     }
 }
 
-// The records that stay have other places now.
 void OrderedTableModel::renumber(const RecordsChange& change) {
     if (change.removed.empty() && change.inserted.empty()) return;
+    renumber(order_, change);
+    if (narrowed_) changeAll(change);
+}
+
+// New records come last, as in what is shown.
+void OrderedTableModel::changeAll(const RecordsChange& change) {
+    all_.erase(std::remove_if(all_.begin(), all_.end(),
+                              [&](std::uint32_t record) { return holds(change.removed, record); }),
+               all_.end());
+    renumber(all_, change);
+    all_.insert(all_.end(), change.inserted.begin(), change.inserted.end());
+}
+
+// The records that stay have other places now.
+void OrderedTableModel::renumber(Records& records, const RecordsChange& change) const {
     const std::size_t before = recordCount() + change.removed.size() - change.inserted.size();
     Records now(before);
     auto removed = change.removed.begin();
@@ -165,7 +197,7 @@ void OrderedTableModel::renumber(const RecordsChange& change) {
         }
         now[record] = next++;
     }
-    for (std::uint32_t& record : order_) record = now[record];
+    for (std::uint32_t& record : records) record = now[record];
 }
 
 // Neighbours that go to one place go there together.

@@ -52,8 +52,11 @@ class OrderedTableModel : public QAbstractTableModel {
     [[nodiscard]] virtual SortKeys sortKeys(int column, const Records& records) const = 0;
     [[nodiscard]] virtual bool accepts(std::size_t record) const;
 
-    // Between beginResetModel and endResetModel, when records or what is accepted have changed.
+    // Between beginResetModel and endResetModel, when the records have changed.
     void arrange();
+    // The same when what is accepted has changed, on: whether anything can be refused. What is
+    // shown keeps its order, which is not made anew.
+    void narrow(bool on);
 
     // swap() replaces the records. Removed rows go first, with the old records still in place;
     // inserted ones come last, whatever is accepted: a record at the end of the project at the end
@@ -68,6 +71,8 @@ class OrderedTableModel : public QAbstractTableModel {
     using Range = std::pair<int, int>;  // first and last row
 
     void orderByKeys(Records& records) const;
+    void renumber(Records& records, const RecordsChange& change) const;
+    void changeAll(const RecordsChange& change);
     void movePersistentIndexes(const Records& before);
     void changeByReset(const RecordsChange& change, const std::function<void()>& swap);
     void removeRanges(const std::vector<Range>& ranges);
@@ -75,7 +80,9 @@ class OrderedTableModel : public QAbstractTableModel {
     void insertRecords(const Records& inserted);
     [[nodiscard]] std::size_t placeFor(std::uint32_t record) const;
 
-    Records order_;
+    Records order_;  // what is shown
+    Records all_;    // of all records, while only some of them may be shown
+    bool narrowed_ = false;
     int sortColumn_ = -1;
     Qt::SortOrder sortOrder_ = Qt::AscendingOrder;
 };

@@ -7,6 +7,7 @@
 #include "model/typed_values.h"
 #include "ui/main/census_table_model.h"
 #include "ui/main/natural_order.h"
+#include "ui/main/shared_name_texts.h"
 
 namespace zorvel {
 
@@ -16,6 +17,10 @@ SpeciesTableModel::SpeciesTableModel(ObjectContext& context, QObject* parent)
 void SpeciesTableModel::setCensus(std::shared_ptr<const CensusBlock> block) {
     beginResetModel();
     takeBlock(std::move(block));
+    sharedNames_.clear();
+    sharedNames_.reserve(taxa_.size());
+    for (const TaxonRecord* taxon : taxa_) sharedNames_.add(taxon->values.name);
+    search_.clear();
     arrange();
     endResetModel();
 }
@@ -36,8 +41,15 @@ void SpeciesTableModel::takeBlock(std::shared_ptr<const CensusBlock> block) {
 void SpeciesTableModel::blockDidChange(std::shared_ptr<const CensusBlock> after) {
     const RecordsChange told = changeTo(*after);
     const std::int64_t largest = largest_;
+    const std::size_t shared = sharedNames_.recordCount();
+    forEachTaxonChange(block_.get(), after.get(),
+                       [this](const TaxonRecord* before, const TaxonRecord* now) {
+                           if (before) sharedNames_.remove(before->values.name);
+                           if (now) sharedNames_.add(now->values.name);
+                       });
     change(told, [&] { takeBlock(std::move(after)); });
     if (largest_ != largest) tellColumn(abundanceColumn, shareRole);
+    if (sharedNames_.recordCount() != shared) tellColumn(nameColumn, Qt::DecorationRole);
 }
 
 OrderedTableModel::RecordsChange SpeciesTableModel::changeTo(const CensusBlock& after) const {
@@ -77,7 +89,7 @@ void SpeciesTableModel::setFilter(const QString& text) {
     if (folded == filter_) return;
     beginResetModel();
     filter_ = std::move(folded);
-    arrange();
+    narrow(!filter_.empty());
     endResetModel();
 }
 
@@ -139,8 +151,16 @@ QVariant SpeciesTableModel::includeData(const TaxonValues& taxon, int role) cons
 }
 
 QVariant SpeciesTableModel::nameData(const TaxonValues& taxon, int role) const {
-    if (role == Qt::DisplayRole || role == Qt::ToolTipRole) return shownName(taxon.name);
+    if (role == Qt::DisplayRole) return shownName(taxon.name);
     if (role == Qt::EditRole) return editableName(taxon.name);
+    const bool shared = sharedNames_.isShared(taxon.name);
+    if (role == Qt::ToolTipRole) {
+        const QString name = shownName(taxon.name);
+        return shared ? name + "\n\n" + sharedSpeciesReason() : name;
+    }
+    if (!shared) return {};
+    if (role == Qt::AccessibleDescriptionRole) return sharedSpeciesReason();
+    if (role == Qt::DecorationRole && marksSharedNames()) return sharedNameIcon();
     return {};
 }
 
@@ -229,9 +249,9 @@ OrderedTableModel::SortKeys SpeciesTableModel::sortKeys(int column, const Record
 
 bool SpeciesTableModel::accepts(std::size_t record) const {
     if (filter_.empty()) return true;
+    static const SharedText unnamed(unnamedName);
     const std::optional<SharedText>& name = taxa_[record]->values.name;
-    return foldedForSearch(name ? name->view() : std::string_view(unnamedName)).find(filter_) !=
-           std::string::npos;
+    return search_.holds(name ? *name : unnamed, filter_);
 }
 
 }  // namespace zorvel

@@ -11,6 +11,8 @@
 
 #include "model/diversity_document.h"
 #include "ui/main/ordered_table_model.h"
+#include "ui/main/search_text.h"
+#include "ui/main/shared_names.h"
 
 namespace zorvel {
 
@@ -29,7 +31,7 @@ class SpeciesTableModel : public OrderedTableModel {
     // The block that the same census has become, not null. What both blocks share costs a pointer
     // a taxon.
     void blockDidChange(std::shared_ptr<const CensusBlock> after);
-    // Names that hold the text, whatever its case; an empty text shows all.
+    // Names that hold the text, case and accents aside; an empty text shows all.
     void setFilter(const QString& text);
 
     [[nodiscard]] RecordId taxonAt(int row) const;
@@ -41,6 +43,12 @@ class SpeciesTableModel : public OrderedTableModel {
     [[nodiscard]] std::vector<Zorvel> taxaAt(const std::vector<int>& rows) const;
     // Of the census, shown or not.
     [[nodiscard]] std::size_t taxonCount() const { return taxa_.size(); }
+    // Names that several species of the census bear. Each of these is marked, unless they are the
+    // most of them, as in an imported list without names: a mark in every row would tell nothing.
+    [[nodiscard]] const SharedNames& sharedNames() const { return sharedNames_; }
+    [[nodiscard]] bool marksSharedNames() const {
+        return 2 * sharedNames_.recordCount() <= taxa_.size();
+    }
 
     [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
@@ -71,7 +79,9 @@ class SpeciesTableModel : public OrderedTableModel {
     std::shared_ptr<const CensusBlock> block_;
     std::vector<const TaxonRecord*> taxa_;  // within block_, ascending by identity
     std::int64_t largest_ = 0;
-    std::string filter_;  // folded
+    SharedNames sharedNames_;  // of taxa_
+    std::string filter_;       // folded
+    mutable NameSearch search_;
 };
 
 }  // namespace zorvel

@@ -1,0 +1,80 @@
+#include "ui/main/details_field.h"
+
+#include <QEvent>
+#include <QKeyEvent>
+
+#include "ui/kit/look.h"
+
+namespace zorvel {
+
+QColor problemColor(const QPalette& palette) {
+    return schemeOf(palette) == ColorScheme::dark ? QColor("#f0938a") : QColor("#b3382c");
+}
+
+bool isTravelKey(const QEvent& event) {
+    if (event.type() != QEvent::ShortcutOverride) return false;
+    const auto& key = static_cast<const QKeyEvent&>(event);
+    return key.matches(QKeySequence::Undo) || key.matches(QKeySequence::Redo);
+}
+
+DetailsField::DetailsField(QWidget* parent) : QLineEdit(parent) {
+    connect(this, &QLineEdit::textEdited, this, [this] { tellProblem({}); });
+}
+
+void DetailsField::showStored(const QString& text) {
+    if (isTyped()) {
+        stored_ = text;
+    } else {
+        restore(text);
+    }
+}
+
+void DetailsField::restore(const QString& text) {
+    stored_ = text;
+    if (text != this->text() || isModified()) setText(text);
+    if (!hasFocus()) setCursorPosition(0);
+    tellProblem({});
+}
+
+void DetailsField::tellProblem(const QString& reason) {
+    problem_ = reason;
+    setAccessibleDescription(reason);
+    if (problemLabel_ == nullptr) return;
+    QPalette colors;
+    colors.setColor(QPalette::WindowText, problemColor(palette()));
+    problemLabel_->setPalette(colors);
+    problemLabel_->setText(reason);
+    problemLabel_->setVisible(!reason.isEmpty());
+}
+
+bool DetailsField::event(QEvent* event) {
+    if (!isTyped() && isTravelKey(*event)) {
+        event->ignore();
+        return false;
+    }
+    return QLineEdit::event(event);
+}
+
+void DetailsField::keyPressEvent(QKeyEvent* event) {
+    switch (event->key()) {
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+            emit commitRequested();
+            if (problem_.isEmpty()) selectAll();
+            return;
+        case Qt::Key_Escape:
+            restore(stored_);
+            selectAll();
+            return;
+        default:
+            QLineEdit::keyPressEvent(event);
+    }
+}
+
+void DetailsField::focusOutEvent(QFocusEvent* event) {
+    QLineEdit::focusOutEvent(event);
+    // The field's own context menu is no way out of it.
+    if (event->reason() != Qt::PopupFocusReason) emit commitRequested();
+}
+
+}  // namespace zorvel

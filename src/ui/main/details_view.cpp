@@ -1,0 +1,186 @@
+#include "ui/main/details_view.h"
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QLabel>
+#include <utility>
+#include <vector>
+
+#include "model/edits.h"
+#include "model/typed_values.h"
+#include "ui/kit/look.h"
+#include "ui/main/census_details.h"
+#include "ui/main/details_field.h"
+#include "ui/main/details_notes.h"
+#include "ui_details_view.h"
+
+namespace zorvel {
+
+struct DetailsView::Line {
+    DetailsField* field = nullptr;
+    QString name;
+    std::function<QString(const Census&)> shown;
+    // Stores the typed text, or says why not.
+    std::function<QString(const Census&, const std::string&)> store;
+};
+
+namespace {
+
+QString worded(const char* reason) {
+    return QCoreApplication::translate("TypedValues", reason);
+}
+
+// How a detail is stored: read by parse, written by edit.
+template <class Parse, class Edit>
+auto storing(ObjectContext*& context, Parse parse, Edit edit) {
+    return [&context, parse, edit](const Census& census, const std::string& text) {
+        const auto value = parse(text);
+        if (!value) return worded(value.problem());
+        edit(*context, census, value.value());
+        return QString();
+    };
+}
+
+}  // namespace
+
+DetailsView::DetailsView(QWidget* parent)
+    : QWidget(parent), ui_(std::make_unique<Ui::DetailsView>()) {
+    ui_->setupUi(this);
+    setUpLines();
+    setUpNotes();
+    showColors();
+    showCensus(std::nullopt);
+}
+
+DetailsView::~DetailsView() = default;
+
+void DetailsView::setUpLines() {
+    addLine(ui_->latitudeTextField, tr("Latitude"), latitudeText,
+            storing(context_, parseTypedLatitude, editLatitude));
+    addLine(ui_->longitudeTextField, tr("Longitude"), longitudeText,
+            storing(context_, parseTypedLongitude, editLongitude));
+    addLine(ui_->dateTextField, tr("Date"), dateText,
+            storing(context_, parseTypedTime, editTimeStamp));
+    ui_->latitudeTextField->setProblemLabel(ui_->latitudeProblem);
+    ui_->longitudeTextField->setProblemLabel(ui_->longitudeProblem);
+    ui_->dateTextField->setProblemLabel(ui_->dateProblem);
+}
+
+void DetailsView::addLine(DetailsField* field, const QString& name,
+                          std::function<QString(const Census&)> shown,
+                          std::function<QString(const Census&, const std::string&)> store) {
+    lines_.push_back(std::make_unique<Line>(Line{field, name, std::move(shown), std::move(store)}));
+    Line& line = *lines_.back();
+    connect(field, &DetailsField::commitRequested, this, [this, &line] { commitLine(line); });
+}
+
+void DetailsView::setUpNotes() {
+    connect(ui_->notesTextView, &DetailsNotes::commitRequested, this, &DetailsView::commitNotes);
+}
+
+std::optional<Census> DetailsView::census() const {
+    return context_ && census_ ? context_->census(*census_) : std::nullopt;
+}
+
+void DetailsView::showCensus(const std::optional<Census>& census) {
+    const std::optional<RecordId> id = census ? std::optional(census->id()) : std::nullopt;
+    if (id != census_) leaveCensus();
+    census_ = id;
+    for (const auto& line : lines_) {
+        line->field->setEnabled(census.has_value());
+        line->field->showStored(census ? line->shown(*census) : QString());
+    }
+    ui_->notesTextView->setEnabled(census.has_value());
+    ui_->notesTextView->showStored(census ? census->notes() : std::nullopt);
+    showNotesState();
+}
+
+// Nothing typed is left in the fields afterwards.
+void DetailsView::leaveCensus() {
+    commit();
+    const std::optional<Census> left = census();
+    const QString gone = tr("Its census is gone.");
+    for (const auto& line : lines_) {
+        if (line->field->isTyped()) {
+            const QString reason = left ? line->field->problem() : gone;
+            emit textRefused(line->name, line->field->text(), reason);
+        }
+        line->field->restore({});
+    }
+    if (ui_->notesTextView->isTyped()) {
+        emit textRefused(tr("Notes"), ui_->notesTextView->typedText(), gone);
+    }
+    ui_->notesTextView->restore(std::nullopt);
+}
+
+bool DetailsView::commit() {
+    bool stored = true;
+    for (const auto& line : lines_) {
+        commitLine(*line);
+        stored = stored && !line->field->isTyped();
+    }
+    commitNotes();
+    return stored;
+}
+
+void DetailsView::commitLine(Line& line) {
+    const std::optional<Census> shown = census();
+    if (!shown) return;
+    if (!line.field->isTyped()) return line.field->showStored(line.shown(*shown));
+    const QString reason = line.store(*shown, line.field->text().toStdString());
+    if (!reason.isEmpty()) return line.field->tellProblem(reason);
+    line.field->restore(line.shown(*shown));
+    context_->announceChanges();
+}
+
+void DetailsView::commitNotes() {
+    const std::optional<Census> shown = census();
+    if (!shown || !ui_->notesTextView->isTyped()) return;
+    const int place = ui_->notesTextView->textCursor().position();
+    editNotes(*context_, *shown, ui_->notesTextView->typedText().toStdString());
+    ui_->notesTextView->restore(shown->notes());
+    QTextCursor cursor = ui_->notesTextView->textCursor();
+    cursor.setPosition(place);
+    ui_->notesTextView->setTextCursor(cursor);
+    showNotesState();
+    context_->announceChanges();
+}
+
+void DetailsView::tellProblems() {
+    for (const auto& line : lines_) {
+        if (line->field->problem().isEmpty()) continue;
+        line->field->setFocus();
+        emit textRefused(line->name, line->field->text(), line->field->problem());
+        return;
+    }
+}
+
+void DetailsView::showNotesState() {
+    const std::optional<Census> shown = census();
+    const bool whole = ui_->notesTextView->isWhole();
+    ui_->notesProblem->setVisible(!whole);
+    if (whole || !shown) return ui_->notesTextView->setAccessibleDescription({});
+    const auto size = static_cast<qsizetype>(shown->notes()->view().size());
+    ui_->notesProblem->setText(
+        tr("Only the beginning is shown: these notes are too long (%1) to be edited here.")
+            .arg(locale().formattedDataSize(size)));
+    ui_->notesTextView->setAccessibleDescription(ui_->notesProblem->text());
+}
+
+// Captions say less than the fields beside them and take the quieter colour.
+void DetailsView::showColors() {
+    QPalette quiet;
+    quiet.setColor(QPalette::WindowText, lookColors(QPalette()).secondary);
+    for (QLabel* label : {ui_->latitudeLabel, ui_->longitudeLabel, ui_->dateLabel, ui_->notesLabel,
+                          ui_->notesProblem}) {
+        label->setPalette(quiet);
+    }
+    for (const auto& line : lines_) line->field->tellProblem(line->field->problem());
+}
+
+void DetailsView::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange) showColors();
+}
+
+}  // namespace zorvel

@@ -1,0 +1,82 @@
+#include "ui/main/shared_name_texts.h"
+
+#include <QCoreApplication>
+#include <QGuiApplication>
+#include <QIconEngine>
+#include <QPainter>
+#include <QPixmap>
+#include <algorithm>
+
+#include "ui/kit/look.h"
+#include "ui/kit/shown_text.h"
+
+namespace zorvel {
+
+namespace {
+
+constexpr qsizetype longestName = 40;  // characters of a name within a sentence
+
+QString tr(const char* text) {
+    return QCoreApplication::translate("SharedNames", text);
+}
+
+// Two rings that overlap, in the secondary colour of the moment.
+class SharedNameEngine : public QIconEngine {
+  public:
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode, QIcon::State) override {
+        const double unit = std::min(rect.width(), rect.height()) / 16.0;
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->translate(rect.center() + QPointF(0.5, 0.5));
+        painter->setPen(QPen(lookColors(QGuiApplication::palette()).warningMark, 1.5 * unit));
+        painter->setBrush(Qt::NoBrush);
+        painter->drawEllipse(QPointF(-2.25 * unit, 0), 3.75 * unit, 3.75 * unit);
+        painter->drawEllipse(QPointF(2.25 * unit, 0), 3.75 * unit, 3.75 * unit);
+        painter->restore();
+    }
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
+        QPixmap pixmap(size);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        paint(&painter, pixmap.rect(), mode, state);
+        return pixmap;
+    }
+    [[nodiscard]] QIconEngine* clone() const override { return new SharedNameEngine; }
+};
+
+}  // namespace
+
+QString sharedSpeciesReason() {
+    return tr(
+        "Another species of this census has the same name: the census matrix, and the averages, "
+        "Chao2 and sample-based rarefaction made from it, take the last of them alone; the pooled "
+        "values of the project add them up.");
+}
+
+QString sharedCensusReason() {
+    return tr(
+        "Another census has the same name: in the census matrix, and in the averages, Chao2 and "
+        "sample-based rarefaction made from it, they are merged into the row of the first, and the "
+        "rows of the others stay empty.");
+}
+
+QString sharedSpeciesLine(const SharedNames& names) {
+    if (names.nameCount() == 0) return {};
+    const auto records = static_cast<qulonglong>(names.recordCount());
+    if (names.nameCount() > 1) {
+        return tr("%L1 species share their name with another; the census matrix takes the last of "
+                  "each name alone.")
+            .arg(records);
+    }
+    const QString name = QString::fromStdString(names.oneName().str());
+    return tr("%L1 species share the name “%2”; the census matrix takes the last of them alone.")
+        .arg(records)
+        .arg(shortened(name, longestName));
+}
+
+const QIcon& sharedNameIcon() {
+    static const QIcon icon(new SharedNameEngine);
+    return icon;
+}
+
+}  // namespace zorvel
