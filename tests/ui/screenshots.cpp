@@ -5,12 +5,17 @@
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QFile>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QMessageBox>
+#include <QPainter>
 #include <QPixmap>
 #include <QTableView>
 #include <QTemporaryDir>
+#include <QTimer>
+#include <QToolButton>
 #include <functional>
 #include <memory>
 
@@ -75,12 +80,55 @@ class Session {
         shot("search");
         open(written("bad.csv", ",a,b\nNorth,3,x\n"));
         shot("bad");
+        explanations();
+        menus();
+        alert();
         editing();
         failure();
         backups();
     }
 
   private:
+    void explain(const char* value) {
+        QKeyEvent press(QEvent::KeyPress, Qt::Key_F1, Qt::NoModifier);
+        auto* field = window_->findChild<QWidget*>(value);
+        field->setFocus();
+        QApplication::sendEvent(field, &press);
+    }
+
+    void explanations() {
+        open(ZORVEL_SOURCE_DIR "/examples/oribatid-mites.csv");
+        select(4);
+        explain("chaoOneValueTextField");
+        shot("explanation");
+        open(written("small.csv", ",Abies alba,Larix decidua\nNorth,3,4\nSouth,30,25\n"));
+        select(1);
+        select(0);
+        explain("alroySQSValueTextField");
+        shot("explanation-missing");
+    }
+
+    void menus() {
+        for (const char* name : {"censusPopUpButton", "speciesPopUpButton"}) {
+            auto* button = window_->findChild<QToolButton*>(name);
+            const QPoint place = button->mapTo(window_, QPoint(0, button->height()));
+            button->menu()->popup(window_->mapToGlobal(place));
+            QPixmap picture = window_->grab();
+            QPainter(&picture).drawPixmap(place, button->menu()->grab());
+            button->menu()->close();
+            picture.save(QString("%1/%2-%3.png").arg(folder_, name, name_));
+        }
+    }
+
+    void alert() {
+        QTimer::singleShot(200, window_, [this] {
+            QWidget* box = QApplication::activeModalWidget();
+            box->grab().save(QString("%1/alert-%2.png").arg(folder_, name_));
+            box->close();
+        });
+        window_->mainView().calculateProjectWideMetrics();
+    }
+
     void editing() {
         open(ZORVEL_SOURCE_DIR "/examples/oribatid-mites.csv");
         select(2);

@@ -36,8 +36,8 @@ QString rows(const QList<Entry>& entries, const QColor& secondary) {
     for (const Entry& entry : entries) {
         table +=
             QString(
-                "<tr><td style=\"padding:0 12px 6px 0;color:%1\">%2</td>"
-                "<td style=\"padding:0 0 6px 0\">%3</td></tr>")
+                "<tr><td style=\"padding:6px 12px 0 0;color:%1\">%2</td>"
+                "<td style=\"padding:6px 0 0 0\">%3</td></tr>")
                 .arg(secondary.name(), entry.label.toHtmlEscaped(), entry.text.toHtmlEscaped());
     }
     return table + "</table>";

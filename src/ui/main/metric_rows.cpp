@@ -29,7 +29,9 @@ QRect MetricRows::placeIn(const QWidget& widget, const MetricRow& row) {
     const auto rectOf = [&widget](const QWidget* part) {
         return QRect(part->mapTo(&widget, QPoint()), part->size());
     };
-    return rectOf(row.caption).united(rectOf(row.value));
+    const QRect both = rectOf(row.caption).united(rectOf(row.value));
+    const QRect card = rectOf(row.caption->parentWidget());
+    return {card.left(), both.top(), card.width(), both.height()};
 }
 
 // The row that the widget belongs to, or else the one that is nearest to a place in its card.

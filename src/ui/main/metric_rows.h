@@ -32,7 +32,7 @@ class MetricRows : public QObject {
     // In the order in which they stand.
     MetricRows(const Rows& rows, QWidget* panel);
 
-    // From the caption to the value, in the coordinates of the widget, which holds the panel.
+    // From edge to edge of its card, in the coordinates of the widget, which holds the card.
     [[nodiscard]] static QRect placeIn(const QWidget& widget, const MetricRow& row);
 
   signals:
