@@ -75,7 +75,7 @@ class Session {
         window_->findChild<QLineEdit*>("searchBar")->setText("or");
         window_->findChild<QLineEdit*>("searchBar")->setFocus();
         table("censusTable")->sortByColumn(1, Qt::AscendingOrder);
-        window_->mainView().startProgress("importing census matrix...");
+        window_->mainView().startProgress(QString("importing census matrix..."));
         window_->mainView().showMessage("moss.csv could not be read (line 3, cell 7): example");
         shot("search");
         open(written("bad.csv", ",a,b\nNorth,3,x\n"));
