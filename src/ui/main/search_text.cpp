@@ -29,6 +29,8 @@ bool isAccent(char32_t c) {
 // Letters that Unicode does not take apart; folded for case already.
 const char* plainLetter(char32_t c) {
     switch (c) {
+        case 0x00DF:
+            return "ss";
         case 0x00E6:
             return "ae";
         case 0x00F0:

@@ -1,0 +1,283 @@
+// The details of the selected census as a person types them, and the marks of names that several
+// records share.
+#include <QAccessible>
+#include <QClipboard>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <limits>
+#include <random>
+
+#include "model/edits.h"
+#include "model/equal_names.h"
+#include "ui/kit/message_strip.h"
+#include "ui/main/shared_name_texts.h"
+#include "ui/window_fixture.h"
+
+namespace zorvel {
+namespace {
+
+class DetailsTest : public WindowTest {
+  protected:
+    void SetUp() override {
+        WindowTest::SetUp();
+        open(write("trees.csv", ",Abies,Betula\nNorth,3,14\nSouth,5,6\n"));
+    }
+    Census census(std::size_t place = 0) { return context().censuses().at(place); }
+    QLineEdit& field(const std::string& name) {
+        return child<QLineEdit>((name + "TextField").c_str());
+    }
+    QPlainTextEdit& notes() { return child<QPlainTextEdit>("notesTextView"); }
+    QStringList messages() { return child<MessageStrip>("messageStrip").messages(); }
+    void typeInto(QWidget& widget, const QString& text) {
+        widget.setFocus();
+        if (auto* line = qobject_cast<QLineEdit*>(&widget)) line->selectAll();
+        if (auto* many = qobject_cast<QPlainTextEdit*>(&widget)) many->selectAll();
+        QTest::keyClick(&widget, Qt::Key_Delete);
+        QApplication::clipboard()->setText(text);
+        QTest::keySequence(&widget, QKeySequence::Paste);
+    }
+    // Typed, and stored by Return.
+    void enter(const std::string& name, const QString& text) {
+        typeInto(field(name), text);
+        QTest::keyClick(&field(name), Qt::Key_Return);
+    }
+};
+
+TEST_F(DetailsTest, PositionsAreReadAsPeopleWriteThem) {
+    const struct {
+        const char* name;
+        const char* typed;
+        double stored;
+        const char* shown;
+    } rows[] = {
+        {"latitude", "46.5", 46.5, "46.5"},      {"latitude", "-46,25", -46.25, "-46.25"},
+        {"latitude", "46° 30' N", 46.5, "46.5"}, {"latitude", "12°15'00\"S", -12.25, "-12.25"},
+        {"longitude", "7 15 W", -7.25, "-7.25"}, {"longitude", "180", 180, "180"},
+        {"longitude", " 0.1 E ", 0.1, "0.1"},
+    };
+    for (const auto& row : rows) {
+        enter(row.name, row.typed);
+        const bool latitude = std::string(row.name) == "latitude";
+        EXPECT_EQ(latitude ? census().latitude() : census().longitude(), row.stored) << row.typed;
+        EXPECT_EQ(field(row.name).text(), row.shown) << row.typed;
+    }
+}
+
+TEST_F(DetailsTest, EachDetailIsAStepOfItsOwn) {
+    enter("latitude", "46.5");
+    enter("longitude", "7");
+    enter("date", "2024-05-31 14:05");
+    typeInto(notes(), "wet\n  meadow");
+    QTest::keyClick(&notes(), Qt::Key_Return, Qt::ControlModifier);
+    EXPECT_EQ(census().notes()->str(), "wet\n  meadow");
+    ASSERT_TRUE(census().timeStamp());
+    for (const char* step :
+         {"Change Notes", "Change Date", "Change Longitude", "Change Latitude"}) {
+        EXPECT_EQ(context().undoName(), step);
+        trigger("undo");
+    }
+    EXPECT_FALSE(context().canUndo());
+    EXPECT_EQ(field("latitude").text(), "0");
+    EXPECT_EQ(field("date").text(), "");
+    EXPECT_EQ(notes().toPlainText(), "");
+    for (int i = 0; i < 4; ++i) trigger("redo");
+    EXPECT_EQ(field("date").text(), "2024-05-31 14:05");
+    EXPECT_EQ(notes().toPlainText(), "wet\n  meadow");
+}
+
+TEST_F(DetailsTest, WhatCannotBeStoredStaysInItsFieldWithTheReason) {
+    const std::pair<const char*, const char*> rows[] = {
+        {"latitude", "91"},   {"latitude", ""},      {"latitude", "7 E"},   {"longitude", "-180.5"},
+        {"longitude", "nan"}, {"date", "31.5.2024"}, {"date", "2023-02-29"}};
+    for (const auto& [name, typed] : rows) {
+        enter(name, typed);
+        const auto& problem = child<QLabel>((std::string(name) + "Problem").c_str());
+        EXPECT_EQ(field(name).text(), typed);
+        EXPECT_TRUE(problem.isVisible()) << typed;
+        EXPECT_FALSE(problem.text().isEmpty()) << typed;
+        EXPECT_EQ(field(name).accessibleDescription(), problem.text()) << typed;
+        QTest::keyClick(&field(name), Qt::Key_Escape);
+        EXPECT_FALSE(problem.isVisible()) << typed;
+    }
+    EXPECT_EQ(field("latitude").text(), "0");
+    EXPECT_FALSE(context().canUndo());
+}
+
+TEST_F(DetailsTest, ARefusedTextIsHandedOutWhenItsFieldGoesOn) {
+    enter("latitude", "north of here");
+    EXPECT_FALSE(window->close());
+    ASSERT_EQ(messages().size(), 1);
+    EXPECT_TRUE(messages().front().contains("“north of here”"));
+    child<MessageStrip>("messageStrip").dismiss();
+
+    censusTable().selectRows({1});
+    ASSERT_EQ(messages().size(), 1);
+    EXPECT_TRUE(messages().front().contains("“north of here”"));
+    EXPECT_EQ(field("latitude").text(), "0");
+    EXPECT_FALSE(child<QLabel>("latitudeProblem").isVisible());
+    EXPECT_FALSE(context().canUndo());
+}
+
+TEST_F(DetailsTest, WhatWasTypedIsStoredByLeavingItWhicheverWay) {
+    typeInto(field("latitude"), "1.5");
+    field("longitude").setFocus();
+    EXPECT_EQ(census(0).latitude(), 1.5);
+    typeInto(field("longitude"), "2.5");
+    censusTable().selectRows({1});
+    EXPECT_EQ(census(0).longitude(), 2.5);
+    EXPECT_EQ(census(1).longitude(), 0);
+    typeInto(notes(), "of the south");
+    trigger("addCensusMenuItemTapped");
+    EXPECT_EQ(census(1).notes()->str(), "of the south");
+    EXPECT_FALSE(census(2).notes());
+}
+
+TEST_F(DetailsTest, AnUnchangedTextIsNoEditWhateverWasImported) {
+    const double outside = 1234.5;
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const SharedText odd("one\r\ntwo\u00A0\u2028three");
+    context().insertCensus({"Odd", outside, nan, odd, std::nullopt}, {});
+    context().announceChanges();
+    const std::uint64_t revision = context().revision();
+    censusTable().selectRows({2});
+    EXPECT_EQ(field("latitude").text(), "1234.5");
+    EXPECT_EQ(field("longitude").text(), "nan");
+    for (QWidget* each :
+         {static_cast<QWidget*>(&field("latitude")), static_cast<QWidget*>(&field("longitude")),
+          static_cast<QWidget*>(&field("date")), static_cast<QWidget*>(&notes())}) {
+        each->setFocus();
+        QTest::keyClick(each, Qt::Key_X);
+        QTest::keyClick(each, Qt::Key_Backspace);
+        QTest::keyClick(each, Qt::Key_Return, Qt::ControlModifier);
+    }
+    censusTable().setFocus();
+    EXPECT_EQ(context().revision(), revision);
+    EXPECT_EQ(census(2).notes()->str(), odd.str());
+    // An edit of the notes keeps the spaces that do not break.
+    notes().setFocus();
+    notes().moveCursor(QTextCursor::End);
+    QTest::keyClicks(&notes(), "!");
+    QTest::keyClick(&notes(), Qt::Key_Return, Qt::ControlModifier);
+    EXPECT_EQ(census(2).notes()->str(), "one\ntwo\u00A0\u2028three!");
+}
+
+TEST_F(DetailsTest, NotesTooLongForAnEditorAreShownInPart) {
+    std::string megabytes(5'000'000, 'x');
+    context().insertCensus({"Phone", 0, 0, SharedText(megabytes), std::nullopt}, {});
+    context().announceChanges();
+    censusTable().selectRows({2});
+    EXPECT_LT(notes().toPlainText().size(), 50'000);
+    EXPECT_TRUE(notes().isReadOnly());
+    EXPECT_TRUE(child<QLabel>("notesProblem").isVisible());
+    notes().setFocus();
+    QTest::keyClicks(&notes(), "y");
+    censusTable().selectRows({0});
+    EXPECT_FALSE(notes().isReadOnly());
+    EXPECT_FALSE(child<QLabel>("notesProblem").isVisible());
+    EXPECT_EQ(census(2).notes()->str().size(), megabytes.size());
+}
+
+TEST_F(DetailsTest, TypedTextOutlivesAnUndoAndADeletedCensus) {
+    enter("latitude", "12");
+    typeInto(field("latitude"), "bad");
+    trigger("undo");  // the field's own typing
+    typeInto(field("latitude"), "bad");
+    window->mainView().undo();
+    EXPECT_EQ(census().latitude(), 0);
+    EXPECT_EQ(field("latitude").text(), "bad");
+    context().deleteCensus(census());
+    context().announceChanges();
+    ASSERT_FALSE(messages().isEmpty());
+    EXPECT_TRUE(messages().back().contains("“bad”"));
+}
+
+TEST_F(DetailsTest, EveryFieldHasALabelAndATurnOfTab) {
+    field("latitude").setFocus();
+    for (const char* next : {"longitudeTextField", "dateTextField", "notesTextView"}) {
+        QTest::keyClick(window->focusWidget(), Qt::Key_Tab);
+        EXPECT_EQ(window->focusWidget()->objectName(), next);
+    }
+    for (const char* name : {"latitude", "longitude", "date", "notes"}) {
+        const auto* buddy = child<QLabel>((std::string(name) + "Label").c_str()).buddy();
+        ASSERT_NE(buddy, nullptr) << name;
+        EXPECT_FALSE(buddy->accessibleName().isEmpty()) << name;
+    }
+}
+
+TEST_F(DetailsTest, SharedNamesAreMarkedAsTheyComeAndGo) {
+    const auto isMarked = [](QTableView& table, int row, int column) {
+        const QModelIndex cell = table.model()->index(row, column);
+        return cell.data(Qt::DecorationRole).isValid() &&
+               !cell.data(Qt::AccessibleDescriptionRole).toString().isEmpty();
+    };
+    context().insertTaxa(census(), {{"Carex", 1}, {"Larix", 1}, {"Acer", 2}});
+    context().announceChanges();
+    EXPECT_FALSE(isMarked(speciesTable(), 0, 1));
+    type(speciesTable(), 1, 1, "Abies");
+    EXPECT_TRUE(isMarked(speciesTable(), 0, 1));
+    EXPECT_TRUE(isMarked(speciesTable(), 1, 1));
+    EXPECT_FALSE(isMarked(speciesTable(), 2, 1));
+    EXPECT_TRUE(child<QLabel>("sharedNamesLabel").text().contains("“Abies”"));
+    trigger("undo");
+    EXPECT_FALSE(isMarked(speciesTable(), 0, 1));
+    EXPECT_FALSE(child<QLabel>("sharedNamesLabel").isVisible());
+
+    type(censusTable(), 1, 0, "North");
+    EXPECT_TRUE(isMarked(censusTable(), 0, 0));
+    EXPECT_TRUE(isMarked(censusTable(), 1, 0));
+    censusTable().selectRows({1});
+    window->mainView().deleteCensusRows();
+    EXPECT_FALSE(isMarked(censusTable(), 0, 0));
+}
+
+TEST_F(DetailsTest, AListWithoutNamesIsToldInOneLine) {
+    open(write("list.csv", "3\n4\n5\n"));
+    QLabel& line = child<QLabel>("sharedNamesLabel");
+    context().insertTaxa(census(0), std::vector<TaxonValues>(40, {"unnamed taxon", 1}));
+    context().announceChanges();
+    censusTable().selectRows({0});
+    EXPECT_TRUE(line.text().startsWith("40 ")) << line.text().toStdString();
+    EXPECT_FALSE(speciesTable().model()->index(5, 1).data(Qt::DecorationRole).isValid());
+    EXPECT_TRUE(speciesTable()
+                    .model()
+                    ->index(5, 1)
+                    .data(Qt::ToolTipRole)
+                    .toString()
+                    .contains(sharedSpeciesReason()));
+}
+
+// Against a full recount after every step.
+TEST(SharedNames, AgreeWithARecountThroughRandomChanges) {
+    const std::optional<SharedText> names[] = {std::nullopt,
+                                               SharedText("Abies"),
+                                               SharedText("\u00C9chinops"),
+                                               SharedText("E\u0301chinops"),
+                                               SharedText(""),
+                                               SharedText("abies")};
+    std::mt19937 random(3);
+    SharedNames kept;
+    std::vector<std::optional<SharedText>> list;
+    for (int step = 0; step < 2000; ++step) {
+        if (list.empty() || random() % 3 != 0) {
+            list.push_back(names[random() % std::size(names)]);
+            kept.add(list.back());
+        } else {
+            const auto place = static_cast<std::ptrdiff_t>(random() % list.size());
+            kept.remove(list[static_cast<std::size_t>(place)]);
+            list.erase(list.begin() + place);
+        }
+        if (list.size() > 12) list.clear(), kept.clear();
+        std::vector<const std::string*> plain;
+        for (const auto& name : list) plain.push_back(name ? &name->str() : nullptr);
+        const std::vector<bool> marks = equalNames(plain);
+        std::size_t marked = 0;
+        for (std::size_t i = 0; i < list.size(); ++i) {
+            ASSERT_EQ(kept.isShared(list[i]), marks[i]) << "step " << step;
+            marked += marks[i];
+        }
+        ASSERT_EQ(kept.recordCount(), marked) << "step " << step;
+    }
+}
+
+}  // namespace
+}  // namespace zorvel
