@@ -32,15 +32,27 @@ bool ProjectWindows::mayClose(MainWindowController& window) {
 
 bool ProjectWindows::askToKeep(MainWindowController& window) {
     Document& document = window.document();
-    if (!document.isUntitled() || document.isUntouched()) return true;
+    const bool failing = document.saveState() == Document::SaveState::failed ||
+                         document.saveState() == Document::SaveState::stuck;
+    const bool unsaved = document.isUntitled() && !document.isUntouched();
+    // Of the last window the question at quitting tells.
+    if (!unsaved && (!failing || windows().size() == 1)) return true;
+    const QString name = document.displayName();
+    const Question question =
+        unsaved ? Question{tr("Save “%1” before closing?").arg(name),
+                           tr("It is not saved as a project file yet. What is discarded is lost."),
+                           {tr("Save..."), tr("Discard"), tr("Cancel")},
+                           1}
+                : Question{tr("The last changes of “%1” could not be written.").arg(name),
+                           tr("If the window closes, writing is tried again until the program "
+                              "quits; what then is still not written is kept as an untitled "
+                              "project."),
+                           {tr("Save As..."), tr("Close Anyway"), tr("Cancel")},
+                           1};
     const QPointer<MainWindowController> guard(&window);
-    const int answer = panels_.alerts.ask(
-        &window, {tr("Save “%1” before closing?").arg(document.displayName()),
-                  tr("It is not saved as a project file yet. What is discarded is lost."),
-                  {tr("Save..."), tr("Discard"), tr("Cancel")},
-                  1});
+    const int answer = panels_.alerts.ask(&window, question);
     if (!guard) return false;
-    if (answer == 1) discarded_.emplace_back(&document);
+    if (unsaved && answer == 1) discarded_.emplace_back(&document);
     if (answer == 0) {
         saveDocumentAs(document, &window, panels_, [guard](bool saved) {
             if (saved && guard) guard->close();

@@ -166,6 +166,22 @@ TEST_F(DocumentsTest, QuittingAsksNothingAndUntitledProjectsComeBack) {
     EXPECT_TRUE(window->document().isUntitled());
 }
 
+TEST_F(DocumentsTest, ClosingTellsWhatCouldNotBeWritten) {
+    windows->openUntitled();
+    openProject("moss");
+    ASSERT_TRUE(QFile::remove(path("moss.zorvel")));
+    editAbundanceTo("8");
+    ASSERT_TRUE(waitUntil([this] { return !messages().isEmpty(); }));
+    alerts.answers = {"Cancel"};
+    EXPECT_FALSE(window->close());
+    savePanel.answer = path("rescued");
+    alerts.answers = {"Save As..."};
+    EXPECT_FALSE(window->close());  // not yet
+    ASSERT_TRUE(waitForWindows(1));
+    EXPECT_EQ(abundanceIn(path("rescued.zorvel")), 8);
+    EXPECT_EQ(alerts.asked.size(), 2);
+}
+
 TEST_F(DocumentsTest, QuittingTellsWhatCouldNotBeSaved) {
     openProject("moss");
     ASSERT_TRUE(QFile::remove(path("moss.zorvel")));

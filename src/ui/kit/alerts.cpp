@@ -37,7 +37,7 @@ int DesktopAlerts::ask(QWidget* parent, const Question& question) {
                                                  : QMessageBox::AcceptRole;
         QPushButton* button = alert->addButton(question.buttons[i], role);
         button->setProperty("place", i);
-        if (i == 0) {
+        if (i == (question.destructive == 0 ? last : 0)) {
             alert->setDefaultButton(button);
             button->setProperty(primaryButtonProperty, true);
         }

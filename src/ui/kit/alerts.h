@@ -12,8 +12,8 @@ namespace zorvel {
 struct Question {
     QString text;             // what is asked, a sentence
     QString informativeText;  // what follows from the answers
-    // Left to right in order of importance: the first is what Return chooses, the last what Escape
-    // and the closing of the question choose.
+    // Left to right in order of importance: the first is what Return chooses unless it loses
+    // something, the last what Escape and the closing of the question choose.
     QStringList buttons;
     // The button that loses something, told apart from the others; -1: none.
     int destructive = -1;
