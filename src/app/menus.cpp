@@ -137,20 +137,21 @@ void addRecordMenus(MainWindowController& window) {
     QMenu& census = *window.menuBar()->addMenu(tr("&Census"));
     addCommand(window, census, "addCensusMenuItemTapped", tr("&Add Census"),
                QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_N),
-               [&] { window.mainView().addCensusRow(); });
+               [&] { window.document().project().addCensus(); });
     QAction* deleteCensus =
         addCommand(window, census, "deleteCensusMenuItemTapped", tr("&Delete Census"),
                    QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Delete),
-                   [&] { window.mainView().deleteCensusRows(); });
+                   [&] { window.document().project().deleteCensus(); });
     enableWhileShown(census, deleteCensus, [&] { return window.mainView().canDeleteCensus(); });
 
     QMenu& species = *window.menuBar()->addMenu(tr("&Species"));
-    QAction* addSpecies =
-        addCommand(window, species, "addSpeciesMenuItemTapped", tr("&Add Species"),
-                   QKeySequence(Qt::CTRL | Qt::Key_E), [&] { window.mainView().addSpeciesRow(); });
-    QAction* deleteSpecies = addCommand(
-        window, species, "deleteSpeciesMenuItemTapped", tr("&Delete Species"),
-        QKeySequence(Qt::CTRL | Qt::Key_Delete), [&] { window.mainView().deleteSpeciesRows(); });
+    QAction* addSpecies = addCommand(window, species, "addSpeciesMenuItemTapped",
+                                     tr("&Add Species"), QKeySequence(Qt::CTRL | Qt::Key_E),
+                                     [&] { window.document().project().addSpecies(); });
+    QAction* deleteSpecies =
+        addCommand(window, species, "deleteSpeciesMenuItemTapped", tr("&Delete Species"),
+                   QKeySequence(Qt::CTRL | Qt::Key_Delete),
+                   [&] { window.document().project().deleteSpecies(); });
     enableWhileShown(species, addSpecies, [&] { return window.mainView().canAddSpecies(); });
     enableWhileShown(species, deleteSpecies, [&] { return window.mainView().canDeleteSpecies(); });
 }

@@ -197,6 +197,10 @@ TEST_F(KeyboardTest, TypingOnARowOpensItsCell) {
     press(Qt::Key_Insert);
     EXPECT_EQ(editedCell(speciesTable()), std::pair(4, 1));
     EXPECT_EQ(taxonName(3), "Picea");
+    typeText("Pinus");
+    press(Qt::Key_E, Qt::ControlModifier);
+    EXPECT_EQ(editedCell(speciesTable()), std::pair(5, 1));
+    EXPECT_EQ(taxonName(4), "Pinus");
     press(Qt::Key_Escape);
     speciesTable().clearSelection();
     typeText("x");  // no row is meant

@@ -26,6 +26,19 @@ void TableTextField::tellProblem() {
     QToolTip::showText(mapToGlobal(QPoint(0, height() / 2)), reason, this);
 }
 
+// Where Ctrl+E is a key of text lines, too, for the way to their end, it is the window's all the
+// same: another species follows the one that is being typed.
+bool TableTextField::event(QEvent* event) {
+    if (event->type() == QEvent::ShortcutOverride) {
+        const auto* key = static_cast<QKeyEvent*>(event);
+        if (key->key() == Qt::Key_E && key->modifiers() == Qt::ControlModifier) {
+            event->ignore();
+            return true;
+        }
+    }
+    return QLineEdit::event(event);
+}
+
 CensusTableTextField::CensusTableTextField(QWidget* parent) : TableTextField(parent) {
     setAccessibleName(tr("Name of the census"));
 }

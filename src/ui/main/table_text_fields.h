@@ -43,6 +43,7 @@ class TableTextField : public QLineEdit {
 
   protected:
     [[nodiscard]] TextMovement movement() const { return movement_; }
+    bool event(QEvent* event) override;
 
   private:
     Check check_;
