@@ -35,21 +35,6 @@ bool sameText(const std::optional<SharedText>& a, const std::optional<SharedText
     return a == b;
 }
 
-// Whether the metrics of a census can have changed: what is counted, or its name.
-bool countsDiffer(const CensusChange& change) {
-    bool differ = !sameText(change.before->attributes.name, change.after->attributes.name);
-    forEachTaxonChange(change.before.get(), change.after.get(),
-                       [&](const TaxonRecord* before, const TaxonRecord* after) {
-                           const bool counted = (before && before->values.include) ||
-                                                (after && after->values.include);
-                           const bool same = before && after &&
-                                             before->values.include == after->values.include &&
-                                             before->values.abundance == after->values.abundance;
-                           if (counted && !same) differ = true;
-                       });
-    return differ;
-}
-
 std::vector<RecordId> changedTaxa(const CensusChange& change) {
     std::vector<RecordId> taxa;
     forEachTaxonChange(change.before.get(), change.after.get(),
@@ -108,7 +93,7 @@ void MainViewController::shownCensusDidChange(const CensusChange& change) {
     if (renamed) showSpeciesHeading(census);
     showDetails(census);
     showSpeciesCount();
-    if (countsDiffer(change)) refreshMetrics();
+    refreshMetrics();
 }
 
 // A census that came back or changed is selected, and in it the taxa that did. Of what has gone
@@ -119,12 +104,12 @@ void MainViewController::revealChanges(const ChangeSet& changes) {
         if (change.after) there.push_back(change.census);
     }
     if (there.empty()) return;
-    if (there.size() > revealedAtMost) there.resize(1);
+    if (there.size() > revealedAtMost) there.erase(there.begin() + 1, there.end());
     const bool shown = there.size() == 1 && shownCensus_ == there.front();
     if (!shown) ui_->censusTable->selectRows(censusModel_->rowsOfCensuses(there));
     if (changes.size() != 1 || changes.front().inserted()) return;
     std::vector<RecordId> taxa = changedTaxa(changes.front());
-    if (taxa.size() > revealedAtMost) taxa.resize(1);
+    if (taxa.size() > revealedAtMost) taxa.erase(taxa.begin() + 1, taxa.end());
     const std::vector<int> rows = speciesModel_->rowsOfTaxa(taxa);
     if (!rows.empty()) ui_->speciesTable->selectRows(rows);
 }

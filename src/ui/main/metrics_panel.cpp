@@ -131,9 +131,12 @@ void MetricsPanel::setCaption(QLabel* caption, ValueField* value, const QString&
 void MetricsPanel::refresh(const QString& censusName, const CountsVector& counts) {
     const Preferences preferences;
     Request request{censusName, counts, preferences.rarefactionSize(), preferences.sqsQuota()};
-    if (request_ == request) return;
+    const bool isAgain = request_ == request;
     request_ = std::move(request);
     ++*latest_;
+    // What stands there is of these counts, and stays black until another draw of SQS takes its
+    // place.
+    if (isAgain) return startJobs();
     inputs_ = metricInputs(counts, request_->size, request_->quota);
     sqsPending_ = true;
     ui_->metricsHeading->setText(censusName);
@@ -142,9 +145,13 @@ void MetricsPanel::refresh(const QString& censusName, const CountsVector& counts
     fillAtOnce();
     markPending(ui_->rarefiedRichnessValueTextField, rarefiedOwner_);
     markPending(ui_->alroySQSValueTextField, sqsOwner_);
+    startJobs();
+    followValues();
+}
+
+void MetricsPanel::startJobs() {
     startRarefaction();
     startSqs();
-    followValues();
 }
 
 void MetricsPanel::fillAtOnce() {

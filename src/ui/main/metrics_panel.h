@@ -73,6 +73,7 @@ class MetricsPanel : public QWidget {
     void nameRows();
     void showSecondaryTexts();
     void fillAtOnce();
+    void startJobs();
     void startRarefaction();
     void startSqs();
     void showRarefied(double estimate);
