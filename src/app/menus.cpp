@@ -81,8 +81,12 @@ void addFileMenu(MainWindowController& window, ProjectWindows& windows) {
 
 // Undo and redo act on the editor that has the focus, or else on the project.
 void addTravelItem(MainWindowController& window, QMenu& menu, bool back) {
-    QAction* action =
-        addItem(menu, back ? "undo" : "redo", {}, back ? QKeySequence::Undo : QKeySequence::Redo);
+    QAction* action = addItem(menu, back ? "undo" : "redo", {}, QKeySequence::Undo);
+    // Desktops differ in the keys for redo; both are taken.
+    if (!back) {
+        action->setShortcuts(
+            {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)});
+    }
     QObject::connect(action, &QAction::triggered, &window, [&window, back] {
         QWidget* focus = window.focusWidget();
         if (isTextEditor(focus)) return back ? undoIn(focus) : redoIn(focus);
