@@ -32,6 +32,14 @@ Texts column(const QAbstractItemModel& model, int number) {
     return texts;
 }
 
+std::vector<double> shares(const SpeciesTableModel& model) {
+    std::vector<double> shares;
+    for (int row = 0; row < model.rowCount(); ++row) {
+        shares.push_back(model.index(row, 2).data(SpeciesTableModel::shareRole).toDouble());
+    }
+    return shares;
+}
+
 TEST(NaturalOrder, SortsAsPeopleExpect) {
     const Texts expected = {"",        "Abies",     "betula", "Core 1", "core 2",
                             "Core 10", "Core 010b", "Core x", "Zea",    "\xC3\x89picea"};
@@ -245,6 +253,7 @@ TEST(TableModels, FollowRandomChangesAsAModelMadeAnewShowsThem) {
         SpeciesTableModel anew(context);
         anew.setCensus(first.block());
         ASSERT_EQ(column(species, 2), column(anew, 2)) << turn;
+        ASSERT_EQ(shares(species), shares(anew)) << turn;
         Texts shown = column(censuses, 1);
         CensusTableModel others(context);
         Texts expected = column(others, 1);

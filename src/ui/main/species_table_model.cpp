@@ -17,6 +17,7 @@ SpeciesTableModel::SpeciesTableModel(ObjectContext& context, QObject* parent)
 void SpeciesTableModel::setCensus(std::shared_ptr<const CensusBlock> block) {
     beginResetModel();
     takeBlock(std::move(block));
+    findLargest();
     sharedNames_.clear();
     sharedNames_.reserve(taxa_.size());
     for (const TaxonRecord* taxon : taxa_) sharedNames_.add(taxon->values.name);
@@ -28,26 +29,50 @@ void SpeciesTableModel::setCensus(std::shared_ptr<const CensusBlock> block) {
 void SpeciesTableModel::takeBlock(std::shared_ptr<const CensusBlock> block) {
     // The records of the old block live until the pointers to them are gone.
     const std::shared_ptr<const CensusBlock> old = std::exchange(block_, std::move(block));
-    taxa_.clear();
+    static const CensusBlock none;
+    const auto& before = old ? old->chunks : none.chunks;
+    const auto& after = block_ ? block_->chunks : none.chunks;
+    const std::size_t both = std::min(before.size(), after.size());
+    // As long as chunks are of one length, their records stand in the same places.
+    std::size_t place = 0;
+    std::size_t chunk = 0;
+    for (; chunk < both && before[chunk]->size() == after[chunk]->size(); ++chunk) {
+        if (before[chunk] != after[chunk]) {
+            std::transform(after[chunk]->begin(), after[chunk]->end(),
+                           taxa_.begin() + static_cast<std::ptrdiff_t>(place),
+                           [](const TaxonRecord& taxon) { return &taxon; });
+        }
+        place += after[chunk]->size();
+    }
+    taxa_.resize(place);
+    for (; chunk < after.size(); ++chunk) {
+        for (const TaxonRecord& taxon : *after[chunk]) taxa_.push_back(&taxon);
+    }
+}
+
+void SpeciesTableModel::findLargest() {
     largest_ = 0;
-    if (!block_) return;
-    taxa_.reserve(block_->taxonCount());
-    block_->forEachTaxon([this](const TaxonRecord& taxon) {
-        taxa_.push_back(&taxon);
-        largest_ = std::max(largest_, taxon.values.abundance);
-    });
+    for (const TaxonRecord* taxon : taxa_) {
+        largest_ = std::max(largest_, taxon->values.abundance);
+    }
 }
 
 void SpeciesTableModel::blockDidChange(std::shared_ptr<const CensusBlock> after) {
     const RecordsChange told = changeTo(*after);
     const std::int64_t largest = largest_;
     const std::size_t shared = sharedNames_.recordCount();
+    bool largestWent = false;
     forEachTaxonChange(block_.get(), after.get(),
-                       [this](const TaxonRecord* before, const TaxonRecord* now) {
+                       [&](const TaxonRecord* before, const TaxonRecord* now) {
                            if (before) sharedNames_.remove(before->values.name);
                            if (now) sharedNames_.add(now->values.name);
+                           if (before && before->values.abundance == largest) largestWent = true;
+                           if (now) largest_ = std::max(largest_, now->values.abundance);
                        });
-    change(told, [&] { takeBlock(std::move(after)); });
+    change(told, [&] {
+        takeBlock(std::move(after));
+        if (largestWent) findLargest();
+    });
     if (largest_ != largest) tellColumn(abundanceColumn, shareRole);
     if (sharedNames_.recordCount() != shared) tellColumn(nameColumn, Qt::DecorationRole);
 }
@@ -118,9 +143,13 @@ std::vector<Zorvel> SpeciesTableModel::taxaAt(const std::vector<int>& rows) cons
     wanted.reserve(rows.size());
     for (const int row : rows) wanted.push_back(taxonAt(row));
     std::sort(wanted.begin(), wanted.end());
+    const std::vector<Zorvel> all = census->taxa();  // ascending by identity, too
     std::vector<Zorvel> taxa;
-    for (const Zorvel& taxon : census->taxa()) {
-        if (std::binary_search(wanted.begin(), wanted.end(), taxon.id())) taxa.push_back(taxon);
+    auto each = all.begin();
+    for (const RecordId id : wanted) {
+        each = std::lower_bound(each, all.end(), id,
+                                [](const Zorvel& taxon, RecordId at) { return taxon.id() < at; });
+        if (each != all.end() && each->id() == id) taxa.push_back(*each);
     }
     return taxa;
 }

@@ -28,8 +28,8 @@ class SpeciesTableModel : public OrderedTableModel {
 
     // No block: no rows.
     void setCensus(std::shared_ptr<const CensusBlock> block);
-    // The block that the same census has become, not null. What both blocks share costs a pointer
-    // a taxon.
+    // The block that the same census has become, not null. Chunks that both blocks share cost next
+    // to nothing while no record moves to another place.
     void blockDidChange(std::shared_ptr<const CensusBlock> after);
     // Names that hold the text, case and accents aside; an empty text shows all.
     void setFilter(const QString& text);
@@ -73,6 +73,7 @@ class SpeciesTableModel : public OrderedTableModel {
     [[nodiscard]] QVariant nameData(const TaxonValues& taxon, int role) const;
     [[nodiscard]] QVariant abundanceData(const TaxonValues& taxon, int role) const;
     void takeBlock(std::shared_ptr<const CensusBlock> block);
+    void findLargest();
     bool edit(const Zorvel& taxon, int column, const QVariant& value, int role);
 
     ObjectContext& context_;
