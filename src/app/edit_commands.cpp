@@ -12,6 +12,7 @@
 #include "ui/kit/value_field.h"
 #include "ui/main/details_field.h"
 #include "ui/main/details_notes.h"
+#include "ui/main/table_text_fields.h"
 
 namespace zorvel {
 
@@ -97,6 +98,7 @@ void selectAllOf(QWidget* widget) {
 bool isTextEditor(const QWidget* widget) {
     if (const auto* field = qobject_cast<const DetailsField*>(widget)) return field->isTyped();
     if (const auto* notes = qobject_cast<const DetailsNotes*>(widget)) return notes->isTyped();
+    if (const auto* cell = qobject_cast<const TableTextField*>(widget)) return cell->canTravel();
     if (const auto* line = qobject_cast<const QLineEdit*>(widget)) return !line->isReadOnly();
     const auto* text = qobject_cast<const QPlainTextEdit*>(widget);
     return text != nullptr && !text->isReadOnly() &&

@@ -17,7 +17,8 @@ void pasteInto(QWidget* widget);
 void deleteFrom(QWidget* widget);
 void selectAllOf(QWidget* widget);
 
-// A line or text that is being edited (a detail of a record: that was typed into) undoes its own typing; the project's steps wait meanwhile.
+// A line or text that is being edited undoes its own typing; the project's steps wait meanwhile. A
+// cell of a table or a detail of a record does so only while there is typing in it.
 bool isTextEditor(const QWidget* widget);
 bool canUndoIn(const QWidget* editor);
 bool canRedoIn(const QWidget* editor);

@@ -62,6 +62,28 @@ TEST_F(KeyboardTest, AProjectIsTypedUndoneToNothingAndDoneAgain) {
     EXPECT_EQ(label("metricsHeading"), "Plot 5");
 }
 
+TEST_F(KeyboardTest, UndoIsTheFieldsOwnWhileThereIsTypingInIt) {
+    openTrees();
+    press(Qt::Key_E, Qt::ControlModifier);
+    ASSERT_EQ(census(0).taxa().size(), 4u);
+    typeText("Q");
+    press(QKeySequence::Undo);
+    ASSERT_NE(field(), nullptr);
+    EXPECT_EQ(field()->text(), "");
+    press(QKeySequence::Undo);  // once too often
+    EXPECT_EQ(census(0).taxa().size(), 4u);
+    press(QKeySequence::Redo);
+    ASSERT_NE(field(), nullptr);
+    EXPECT_EQ(field()->text(), "Q");
+    press(Qt::Key_Escape);
+    edit(speciesTable(), 3, SpeciesTableView::kNameColumn);
+    press(QKeySequence::Undo);
+    EXPECT_EQ(field(), nullptr);
+    EXPECT_EQ(census(0).taxa().size(), 3u);
+    press(QKeySequence::Redo);
+    EXPECT_EQ(census(0).taxa().size(), 4u);
+}
+
 TEST_F(KeyboardTest, ABurstOfKeysLosesNone) {
     openTrees();
     press(Qt::Key_E, Qt::ControlModifier);

@@ -15,4 +15,10 @@ bool isTypedText(const QKeyEvent& key) {
     return first.isPrint() || first.isSurrogate();
 }
 
+bool isTravelKey(const QEvent& event) {
+    if (event.type() != QEvent::ShortcutOverride) return false;
+    const auto& key = static_cast<const QKeyEvent&>(event);
+    return key.matches(QKeySequence::Undo) || key.matches(QKeySequence::Redo);
+}
+
 }  // namespace zorvel

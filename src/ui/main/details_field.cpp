@@ -4,17 +4,12 @@
 #include <QKeyEvent>
 
 #include "ui/kit/look.h"
+#include "ui/kit/typed_keys.h"
 
 namespace zorvel {
 
 QColor problemColor(const QPalette& palette) {
     return schemeOf(palette) == ColorScheme::dark ? QColor("#f0938a") : QColor("#b3382c");
-}
-
-bool isTravelKey(const QEvent& event) {
-    if (event.type() != QEvent::ShortcutOverride) return false;
-    const auto& key = static_cast<const QKeyEvent&>(event);
-    return key.matches(QKeySequence::Undo) || key.matches(QKeySequence::Redo);
 }
 
 DetailsField::DetailsField(QWidget* parent) : QLineEdit(parent) {

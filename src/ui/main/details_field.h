@@ -44,7 +44,4 @@ class DetailsField : public QLineEdit {
 // The colour of a reason why something cannot be stored, for the palette at hand.
 QColor problemColor(const QPalette& palette);
 
-// Leaves undo and redo to the window while an editor holds nothing of its own: true for such keys.
-bool isTravelKey(const QEvent& event);
-
 }  // namespace zorvel

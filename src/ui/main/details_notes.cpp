@@ -4,7 +4,7 @@
 #include <QTextDocument>
 
 #include "ui/kit/shown_text.h"
-#include "ui/main/details_field.h"
+#include "ui/kit/typed_keys.h"
 
 namespace zorvel {
 

@@ -29,6 +29,10 @@ void TableTextField::tellProblem() {
 // Where Ctrl+E is a key of text lines, too, for the way to their end, it is the window's all the
 // same: another species follows the one that is being typed.
 bool TableTextField::event(QEvent* event) {
+    if (!canTravel() && isTravelKey(*event)) {
+        event->ignore();
+        return true;
+    }
     if (event->type() == QEvent::ShortcutOverride) {
         const auto* key = static_cast<QKeyEvent*>(event);
         if (key->key() == Qt::Key_E && key->modifiers() == Qt::ControlModifier) {

@@ -33,6 +33,9 @@ class TableTextField : public QLineEdit {
     void setCheck(Check check) { check_ = std::move(check); }
     // Of a text that was typed; what stood there before is never wrong.
     [[nodiscard]] QString problem() const;
+    // There is something in the field itself to be undone or done again; where there is not, the
+    // keys for that are the window's.
+    [[nodiscard]] bool canTravel() const { return isUndoAvailable() || isRedoAvailable(); }
     // Under the field, until the person types on.
     void tellProblem();
 
