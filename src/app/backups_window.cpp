@@ -56,12 +56,13 @@ BackupsWindow::BackupsWindow(const QString& displayName, const QStringList& path
 }
 
 void BackupsWindow::fill(const QStringList& paths) {
-    for (auto path = paths.rbegin(); path != paths.rend(); ++path) {
-        const QFileInfo file(*path);
+    const QStringList newestFirst(paths.rbegin(), paths.rend());
+    for (const QString& path : newestFirst) {
+        const QFileInfo file(path);
         auto* item = new QTreeWidgetItem(
             list_, {QLocale().toString(file.lastModified(), "d MMM yyyy, HH:mm:ss"),
                     QLocale().formattedDataSize(file.size())});
-        item->setData(0, pathRole, *path);
+        item->setData(0, pathRole, path);
         item->setSizeHint(0, QSize(0, fontMetrics().height() + 12));
         item->setToolTip(0, breakable(file.completeBaseName()));
         item->setTextAlignment(1, Qt::AlignRight | Qt::AlignVCenter);

@@ -56,7 +56,7 @@ class ProjectStory {
         for (int i = 0; i < count; ++i) {
             TaxonValues& taxon = values[static_cast<std::size_t>(i)];
             if (i % 10 != 9) taxon.name = SharedText(stem + std::to_string(i));
-            taxon.abundance = i * 17;
+            taxon.abundance = std::int64_t{17} * i;
         }
         return values;
     }
