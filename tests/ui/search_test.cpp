@@ -65,6 +65,7 @@ TEST_F(SearchTest, TheKeysOfTheField) {
     EXPECT_EQ(window->focusWidget(), &search());
     QTest::keyClicks(&search(), "abies");
     EXPECT_EQ(label("speciesCountLabel"), "2 of 4");
+    EXPECT_EQ(child<QLabel>("speciesCountLabel").accessibleName(), "Species shown: 2 of 4");
     QTest::keyClick(&search(), Qt::Key_Down);
     EXPECT_EQ(window->focusWidget(), &speciesTable());
     EXPECT_EQ(speciesTable().selectedRows(), std::vector<int>{0});
@@ -109,6 +110,20 @@ TEST_F(SearchTest, RecordsComeAndGoWhileSomeAreHidden) {
     EXPECT_EQ(shown(), (Names{"Alnus", "Abies lasiocarpa", "Quercus"}));
     window->mainView().undo();
     EXPECT_EQ(cell(speciesTable(), 0, 1), "Betula pendula");
+}
+
+// Each would be a range of its own, over which a view takes seconds.
+TEST_F(SearchTest, ThousandsOfSelectedHitsDoNotStopTheWindowWhenTheSearchEnds) {
+    std::vector<TaxonValues> taxa;
+    for (int i = 0; i < 3000; ++i) taxa.insert(taxa.end(), {{"Abies", 1}, {"Fagus", 1}});
+    context().insertCensus({"Forest", 0, 0, std::nullopt, std::nullopt}, taxa);
+    context().announceChanges();
+    censusTable().selectRows({1});
+    search().setText("fagus");
+    speciesTable().selectAll();
+    EXPECT_EQ(speciesTable().selectedRows().size(), 3000U);
+    search().clear();
+    EXPECT_EQ(speciesTable().selectedRows(), std::vector<int>{1});
 }
 
 TEST_F(SearchTest, ACensusIsSearchedFromTheMomentItIsSelected) {

@@ -25,7 +25,8 @@ class RecordTableView : public QTableView {
 
     // The selected rows, ascending.
     [[nodiscard]] std::vector<int> selectedRows() const;
-    // These rows alone, ascending, the first of them in sight and current; focus stays.
+    // These rows alone, ascending, the first of them in sight and current; focus stays. Of rows
+    // scattered over thousands of places only the first is selected.
     void selectRows(const std::vector<int>& rows);
 
     // Scrolls to the cell and opens its editor, its text selected.

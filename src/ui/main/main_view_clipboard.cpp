@@ -15,17 +15,6 @@ namespace {
 
 const char pasteMessage[] = "paste";  // name of the message in the strip
 
-// Of rows scattered over a sorted table no more than this many are selected: each is a range of its
-// own, and a view takes long over many.
-constexpr std::size_t scatteredAtMost = 2000;
-
-void reveal(RecordTableView& table, std::vector<int> rows) {
-    if (rows.empty()) return;
-    const auto span = static_cast<std::size_t>(rows.back() - rows.front()) + 1;
-    if (span != rows.size() && rows.size() > scatteredAtMost) rows.resize(1);
-    table.selectRows(rows);
-}
-
 }  // namespace
 
 void MainViewController::cutRows(const RecordTableView& table) {
@@ -48,8 +37,9 @@ void MainViewController::pasteRows(RecordTableView& table) {
         return;
     }
     context.announceChanges();
-    reveal(table, censuses ? censusModel_->rowsOfCensuses(outcome.records)
-                           : speciesModel_->rowsOfTaxa(outcome.records));
+    const std::vector<int> rows = censuses ? censusModel_->rowsOfCensuses(outcome.records)
+                                           : speciesModel_->rowsOfTaxa(outcome.records);
+    if (!rows.empty()) table.selectRows(rows);
 }
 
 }  // namespace zorvel

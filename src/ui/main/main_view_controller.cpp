@@ -231,6 +231,7 @@ void MainViewController::showSpeciesHeading(const std::optional<Census>& census)
 
 void MainViewController::showCensusCount() {
     ui_->censusCountLabel->setText(tr("%L1").arg(censusModel_->rowCount()));
+    ui_->censusCountLabel->setAccessibleName(tr("Censuses: %L1").arg(censusModel_->rowCount()));
     showRightPage();
 }
 
@@ -244,6 +245,9 @@ void MainViewController::showSpeciesCount() {
     ui_->speciesTable->setEmptyText(all == 0 ? tr("No species") : tr("No species of that name"));
     ui_->speciesCountLabel->setText(shown == all ? tr("%L1").arg(all)
                                                  : tr("%L1 of %L2").arg(shown).arg(all));
+    ui_->speciesCountLabel->setAccessibleName(
+        shown == all ? tr("Species: %L1").arg(all)
+                     : tr("Species shown: %L1 of %L2").arg(shown).arg(all));
     const QString shared = sharedSpeciesLine(speciesModel_->sharedNames());
     ui_->sharedNamesLabel->setText(shared);
     ui_->sharedNamesLabel->setToolTip(shared.isEmpty() ? QString() : sharedSpeciesReason());
