@@ -1,5 +1,8 @@
 // The commands of the main view: each is one edit of the model, announced at once so that the
 // tables show it when the command returns.
+#include <QGuiApplication>
+#include <QInputMethod>
+
 #include "model/edits.h"
 #include "ui/main/analysis_commands.h"
 #include "ui/main/census_table_model.h"
@@ -9,6 +12,10 @@
 #include "ui_main_view.h"
 
 namespace zorvel {
+
+namespace {
+const char noCensusMessage[] = "noCensus";  // name of the message in the strip
+}  // namespace
 
 void MainViewController::addCensusRow() {
     if (!commitEditing()) return;
@@ -36,11 +43,12 @@ void MainViewController::addSpeciesRow() {
     if (!commitEditing()) return;
     const std::optional<Census> census = selectedCensus();
     if (!census) {
-        ui_->messageStrip->setMessage("noCensus",
+        ui_->messageStrip->setMessage(noCensusMessage,
                                       tr("No species was added: select the census that it "
                                          "belongs to first."));
         return;
     }
+    ui_->messageStrip->withdraw(noCensusMessage);
     const Zorvel taxon = addTaxon(document_.objectContext(), *census);
     document_.objectContext().announceChanges();
     const int row = speciesModel_->rowOfTaxon(taxon.id());
@@ -148,6 +156,7 @@ void MainViewController::travel(void (ObjectContext::*step)()) {
 }
 
 bool MainViewController::commitEditing() {
+    QGuiApplication::inputMethod()->commit();  // what is still being composed is typed, too
     for (RecordTableView* table : {static_cast<RecordTableView*>(ui_->censusTable),
                                    static_cast<RecordTableView*>(ui_->speciesTable)}) {
         auto* field = qobject_cast<TableTextField*>(table->openEditor());
