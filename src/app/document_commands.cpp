@@ -21,7 +21,8 @@ QString tr(const char* text) {
 }
 
 // Empty where the person changed her mind.
-QString choosePath(const QString& suggestion, QWidget* window, const Panels& panels) {
+QString choosePath(const QString& suggestion, const QPointer<QWidget>& window,
+                   const Panels& panels) {
     const QString chosen = panels.save.chooseProjectPath(window, suggestion);
     if (chosen.isEmpty()) return {};
     QString path = withProjectEnding(chosen);
@@ -41,7 +42,7 @@ void saveDocumentAs(Document& document, QWidget* window, const Panels& panels,
     const QPointer<Document> guard(&document);
     const QPointer<QWidget> parent(window);
     const QString suggestion = document.isUntitled() ? document.displayName() : document.path();
-    const QString path = choosePath(suggestion, window, panels);
+    const QString path = choosePath(suggestion, parent, panels);
     if (path.isEmpty() || !guard) return saved(false);
     Alerts& alerts = panels.alerts;
     document.saveAs(path, [saved = std::move(saved), path, parent,
