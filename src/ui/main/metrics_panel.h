@@ -42,7 +42,7 @@ class MetricsPanel : public QWidget {
 
     // counts: the included taxa of the census. Of several refreshes the last one stands, whichever
     // job ends last; jobs that have not begun when another refresh comes do no work. Where neither
-    // census nor counts nor preferences have changed, what is shown stays, and SQS is not drawn
+    // census nor counts nor preferences have changed, what is shown stays until SQS has been drawn
     // anew.
     void refresh(const QString& censusName, const CountsVector& counts);
 
