@@ -88,10 +88,10 @@ qsizetype MessageStrip::placeOf(const QString& name) const {
 }
 
 const MessageStrip::Action* MessageStrip::offeredAction() const {
-    for (auto message = messages_.rbegin(); message != messages_.rend(); ++message) {
-        if (message->action.run) return &message->action;
-    }
-    return nullptr;
+    const auto found =
+        std::find_if(messages_.rbegin(), messages_.rend(),
+                     [](const Message& message) { return bool(message.action.run); });
+    return found == messages_.rend() ? nullptr : &found->action;
 }
 
 QStringList MessageStrip::messages() const {

@@ -45,7 +45,7 @@ MainViewController::MainViewController(DiversityDocument& document, JobQueue& jo
     setUpPullDowns();
     setUpTexts();
     setUpSplitters();
-    stopProgress();
+    MainViewController::stopProgress();
     showCensusCount();
     refreshSpeciesControls();
 }
