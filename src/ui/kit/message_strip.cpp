@@ -7,6 +7,7 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QToolButton>
+#include <algorithm>
 
 #include "ui/kit/accessible_roles.h"
 #include "ui/kit/glyphs.h"
