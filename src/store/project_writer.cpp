@@ -142,7 +142,7 @@ void ProjectWriter::writeTaxa(const CensusChange& change) {
         if (after) {
             taxonRows_.add({stored(after->id), stored(change.census), nameId(after->values.name),
                             after->values.abundance, after->values.include});
-        } else {
+        } else if (before) {
             removal.add(before->id);
         }
     };
