@@ -15,15 +15,16 @@ function(zorvel_library name folder)
   target_link_libraries(zorvel_${name} PUBLIC ${ARG_LINKS} PRIVATE ${ARG_PRIVATE_LINKS} zorvel_warnings)
 endfunction()
 
-# zorvel_test(<name> SOURCES <file>... LINKS <target>... [LABELS <label>...] [NO_MAIN])
+# zorvel_test(<name> SOURCES <file>... LINKS <target>... [LABELS <label>...] [NO_MAIN] [OPTIMISED])
 # A GoogleTest executable. NO_MAIN: one of the sources brings main() (a Qt application is needed).
+# OPTIMISED: the tests compute much themselves; the others' own code is not optimised under the
+# sanitizers, where that would double the time of compiling. What they test always is.
 # What has the label "thread" is also built by the target thread_tests, for the thread sanitizer.
 function(zorvel_test name)
-  cmake_parse_arguments(ARG "NO_MAIN" "" "SOURCES;LINKS;LABELS" ${ARGN})
+  cmake_parse_arguments(ARG "NO_MAIN;OPTIMISED" "" "SOURCES;LINKS;LABELS" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
   target_link_libraries(${name} PRIVATE ${ARG_LINKS} GTest::gtest GTest::gmock zorvel_warnings)
-  # The tests' own code takes twice as long to compile when it is optimised; what it tests is.
-  if(ZORVEL_SANITIZE)
+  if(ZORVEL_SANITIZE AND NOT ARG_OPTIMISED)
     target_compile_options(${name} PRIVATE -O0)
   endif()
   if(NOT ARG_NO_MAIN)

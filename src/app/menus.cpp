@@ -14,6 +14,7 @@
 #include "app/look_choice.h"
 #include "app/project_windows.h"
 #include "app/recent_menu.h"
+#include "app/sort_menu.h"
 #include "app/step_names.h"
 #include "ui/main/main_view_controller.h"
 #include "ui/main/main_window_controller.h"
@@ -193,6 +194,8 @@ void addViewMenu(MainWindowController& window, LookChoice& look) {
         QObject::connect(action, &QAction::triggered, &look,
                          [choice, &look] { look.choose(choice); });
     }
+    menu.addSeparator();
+    addSortMenus(menu, window);
 }
 
 void addHelpMenu(MainWindowController& window) {

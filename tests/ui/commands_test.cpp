@@ -204,5 +204,31 @@ TEST_F(CommandsTest, OpenAndCloseFromTheMenu) {
     EXPECT_EQ(windows->windows().size(), 1u);
 }
 
+TEST_F(CommandsTest, TablesAreSortedFromTheMenuAsByTheirHeaders) {
+    open(write("three.csv", ",Picea,Abies,Larix\nB,3,20,100\nA,1,0,0\n"));
+    const auto choose = [this](const char* menu, const QString& title) {
+        for (QAction* action : child<QMenu>(menu).actions()) {
+            if (action->text() == title) action->trigger();
+        }
+    };
+    const auto column = [](const QTableView& table, int place) {
+        QStringList cells;
+        for (int row = 0; row < table.model()->rowCount(); ++row) {
+            cells.append(table.model()->index(row, place).data().toString());
+        }
+        return cells.join(',');
+    };
+    choose("speciesTableSortMenu", "Abundance");
+    EXPECT_EQ(column(speciesTable(), 2), "3,20,100");
+    choose("speciesTableSortMenu", "Name");
+    EXPECT_EQ(column(speciesTable(), 1), "Abies,Larix,Picea");
+    choose("speciesTableSortMenu", "Name");
+    EXPECT_EQ(column(speciesTable(), 1), "Picea,Larix,Abies");
+    choose("speciesTableSortMenu", "As Entered");
+    EXPECT_EQ(column(speciesTable(), 1), "Picea,Abies,Larix");
+    choose("censusTableSortMenu", "Census");
+    EXPECT_EQ(column(censusTable(), 0), "A,B");
+}
+
 }  // namespace
 }  // namespace zorvel
