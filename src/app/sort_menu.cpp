@@ -32,17 +32,19 @@ void sortBy(QTableView& table, int column) {
 
 void addSortMenu(QMenu& menu, MainWindowController& window, const QString& title,
                  const char* tableName) {
-    auto* table = window.findChild<QTableView*>(tableName);
+    // Another project in the window has tables of its own: they are looked for when needed.
+    const auto* first = window.findChild<QTableView*>(tableName);
     QMenu* sorts = menu.addMenu(title);
     sorts->setObjectName(QString(tableName) + "SortMenu");
     const auto add = [&](const QString& text, int column) {
-        QObject::connect(sorts->addAction(text), &QAction::triggered, table,
-                         [&window, table, column] {
-                             if (window.mainView().commitEditing()) sortBy(*table, column);
+        QObject::connect(sorts->addAction(text), &QAction::triggered, &window,
+                         [&window, tableName, column] {
+                             if (!window.mainView().commitEditing()) return;
+                             sortBy(*window.mainView().findChild<QTableView*>(tableName), column);
                          });
     };
-    for (int column = 0; column < table->model()->columnCount(); ++column) {
-        add(titleOfColumn(*table, column), column);
+    for (int column = 0; column < first->model()->columnCount(); ++column) {
+        add(titleOfColumn(*first, column), column);
     }
     sorts->addSeparator();
     add(tr("As Entered"), -1);

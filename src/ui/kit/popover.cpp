@@ -58,7 +58,9 @@ Popover::Popover(QWidget* host) : QFrame(host), scroll_(new QScrollArea(this)), 
             [this](QWidget* /*old*/, QWidget* now) { focusDidChange(now); });
 }
 
+// What is left of it must not hear of the focus that moves as it goes.
 Popover::~Popover() {
+    disconnect(qApp, nullptr, this, nullptr);
     qApp->removeEventFilter(this);
 }
 

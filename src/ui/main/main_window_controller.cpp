@@ -42,6 +42,12 @@ MainWindowController::MainWindowController(Document& document, JobQueue& jobs,
     mainView_->restoreLayout(settings.value(layoutKey).toByteArray());
 }
 
+// The view goes while the window is still whole: an editor that is open commits as it goes.
+MainWindowController::~MainWindowController() {
+    document_->disconnect(this);
+    delete mainView_;
+}
+
 void MainWindowController::showDocument(Document& document) {
     const QByteArray layout = mainView_->saveLayout();
     document_->disconnect(this);

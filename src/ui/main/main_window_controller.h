@@ -23,6 +23,7 @@ class MainWindowController : public QMainWindow {
     // those of the window closed last.
     MainWindowController(Document& document, JobQueue& jobs, RandomSourceMaker makeRandom,
                          Alerts& alerts);
+    ~MainWindowController() override;
 
     [[nodiscard]] Document& document() { return *document_; }
     [[nodiscard]] MainViewController& mainView() { return *mainView_; }

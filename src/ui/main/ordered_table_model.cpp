@@ -157,9 +157,10 @@ void OrderedTableModel::changeByReset(const RecordsChange& change,
 }
 
 void OrderedTableModel::removeRanges(const std::vector<Range>& ranges) {
-    for (auto range = ranges.rbegin(); range != ranges.rend(); ++range) {
-        beginRemoveRows({}, range->first, range->second);
-        order_.erase(order_.begin() + range->first, order_.begin() + range->second + 1);
+    const std::vector<Range> lastFirst(ranges.rbegin(), ranges.rend());
+    for (const auto& [first, last] : lastFirst) {
+        beginRemoveRows({}, first, last);
+        order_.erase(order_.begin() + first, order_.begin() + last + 1);
         endRemoveRows();
     }
 }
