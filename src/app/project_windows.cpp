@@ -113,7 +113,7 @@ QPointer<MainWindowController> ProjectWindows::endOpening(const QString& path) {
     const auto found = std::find_if(openings_.begin(), openings_.end(),
                                     [&](const Opening& each) { return each.path == path; });
     if (found == openings_.end()) return nullptr;
-    const QPointer<MainWindowController> window = found->window;
+    QPointer<MainWindowController> window = found->window;
     openings_.erase(found);
     if (window) showProgress(*window);
     return window;

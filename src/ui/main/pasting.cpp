@@ -11,7 +11,7 @@ namespace zorvel {
 namespace {
 
 // Far above any table, and far below what would stop the window for long.
-constexpr qsizetype longestText = 64 * 1024 * 1024;
+constexpr qsizetype longestText = qsizetype{64} * 1024 * 1024;
 
 QString tr(const char* text) {
     return QCoreApplication::translate("Pasting", text);
