@@ -15,6 +15,8 @@
 #include "metrics/random_source.h"
 #include "platform/job_queue.h"
 #include "ui/kit/alerts.h"
+#include "ui/kit/open_panel.h"
+#include "ui/kit/save_panel.h"
 #include "ui/main/main_view_controller.h"
 #include "ui/main/record_tables.h"
 #include "ui/main/species_table_model.h"
@@ -48,6 +50,22 @@ class NoAlerts : public Alerts {
     void warn(QWidget* /*parent*/, const QString& /*text*/, const QString& /*more*/) override {}
 };
 
+class NoOpenPanel : public OpenPanel {
+  public:
+    QStringList chooseFiles(QWidget* /*parent*/) override { return {}; }
+};
+
+class NoSavePanel : public SavePanel {
+  public:
+    QString chooseProjectPath(QWidget* /*parent*/, const QString& /*suggestion*/) override {
+        return {};
+    }
+    QString chooseFile(QWidget* /*parent*/, const QString& /*suggestion*/,
+                       const QList<FileType>& /*types*/) override {
+        return {};
+    }
+};
+
 struct Window {
     Window() {
         std::mt19937 random(1);
@@ -61,7 +79,8 @@ struct Window {
         }
         document.objectContext().announceChanges();
         view = std::make_unique<MainViewController>(
-            document, jobs, [] { return std::make_unique<SeededRandom>(1); }, alerts);
+            document, jobs, [] { return std::make_unique<SeededRandom>(1); },
+            Panels{openPanel, savePanel, alerts});
         view->resize(1024, 700);
         view->show();
         select(0);
@@ -76,6 +95,8 @@ struct Window {
 
     DiversityDocument document;
     JobQueue jobs;
+    NoOpenPanel openPanel;
+    NoSavePanel savePanel;
     NoAlerts alerts;
     std::unique_ptr<MainViewController> view;
 };

@@ -63,7 +63,7 @@ MainWindowController& ProjectWindows::openUntitled() {
 
 MainWindowController& ProjectWindows::openWindow(Document& document) {
     const std::vector<MainWindowController*> open = windows();
-    auto* window = new MainWindowController(document, jobs_, makeRandom_, panels_.alerts);
+    auto* window = new MainWindowController(document, jobs_, makeRandom_, panels_);
     window->setAttribute(Qt::WA_DeleteOnClose);
     if (!open.empty()) window->move(open.back()->pos() + QPoint(cascade, cascade));
     windows_.erase(std::remove(windows_.begin(), windows_.end(), nullptr), windows_.end());

@@ -5,6 +5,8 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
+#include <memory>
 
 #include "metrics/int128.h"
 
@@ -86,5 +88,8 @@ class SeededRandom final : public GeneratedRandom {
   public:
     explicit SeededRandom(std::uint64_t seed);
 };
+
+// One source a job; called on the thread that starts the job.
+using RandomSourceMaker = std::function<std::unique_ptr<RandomSource>()>;
 
 }  // namespace zorvel

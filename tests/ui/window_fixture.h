@@ -63,8 +63,16 @@ class FakeSavePanel : public SavePanel {
         suggestions.append(suggestion);
         return answer;
     }
+    QString chooseFile(QWidget* /*parent*/, const QString& suggestion,
+                       const QList<FileType>& types) override {
+        suggestions.append(suggestion);
+        endings.clear();
+        for (const FileType& type : types) endings.append(type.ending);
+        return answer;
+    }
     QString answer;
     QStringList suggestions;
+    QStringList endings;  // of the types offered last
 };
 
 // Answers with the button of a title; a question that the test does not expect fails it.

@@ -4,24 +4,64 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QStandardPaths>
+#include <QStringList>
 
 #include "platform/file_names.h"
 
 namespace zorvel {
 
+namespace {
+
+const FileType& typeOfFilter(const QList<FileType>& types, const QStringList& filters,
+                             const QString& chosen) {
+    const qsizetype place = filters.indexOf(chosen);
+    return types.at(place < 0 ? 0 : place);
+}
+
+}  // namespace
+
+QString DesktopSavePanel::startingAt(const QString& name) const {
+    if (!QFileInfo(name).isRelative()) return name;
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    return QDir(folder_.isEmpty() ? documents : folder_).filePath(name);
+}
+
 QString DesktopSavePanel::chooseProjectPath(QWidget* parent, const QString& suggestion) {
-    QString start = withProjectEnding(suggestion);
-    if (QFileInfo(start).isRelative()) {
-        const QString documents =
-            QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-        start = QDir(folder_.isEmpty() ? documents : folder_).filePath(start);
-    }
+    const QString start = startingAt(withProjectEnding(suggestion));
     // Whoever asked adds the ending, so the panel cannot know what would be replaced.
     QString path = QFileDialog::getSaveFileName(parent, QFileDialog::tr("Save As"), start,
                                                 QFileDialog::tr("Projects (*.zorvel)"), nullptr,
                                                 QFileDialog::DontConfirmOverwrite);
     if (!path.isEmpty()) folder_ = QFileInfo(path).path();
     return path;
+}
+
+QString DesktopSavePanel::chooseFile(QWidget* parent, const QString& suggestion,
+                                     const QList<FileType>& types) {
+    QStringList filters;
+    for (const FileType& type : types) filters.append(type.title + " (*" + type.ending + ")");
+    QFileDialog dialog(parent, QFileDialog::tr("Save As"),
+                       startingAt(withEnding(suggestion, types, types.first())));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setNameFilters(filters);
+    // The dialog adds the ending itself, so that it asks about the very file that is replaced.
+    const auto follow = [&](const QString& filter) {
+        dialog.setDefaultSuffix(typeOfFilter(types, filters, filter).ending.mid(1));
+    };
+    follow(filters.first());
+    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, follow);
+    if (dialog.exec() != QDialog::Accepted) return {};
+    const QString path = withEnding(dialog.selectedFiles().value(0), types,
+                                    typeOfFilter(types, filters, dialog.selectedNameFilter()));
+    folder_ = QFileInfo(path).path();
+    return path;
+}
+
+QString withEnding(const QString& path, const QList<FileType>& types, const FileType& preferred) {
+    for (const FileType& type : types) {
+        if (path.endsWith(type.ending, Qt::CaseInsensitive)) return path;
+    }
+    return path + preferred.ending;
 }
 
 QString withProjectEnding(const QString& path) {

@@ -24,12 +24,12 @@
 namespace zorvel {
 
 MainViewController::MainViewController(DiversityDocument& document, JobQueue& jobs,
-                                       RandomSourceMaker makeRandom, Alerts& alerts,
+                                       RandomSourceMaker makeRandom, const Panels& panels,
                                        QWidget* parent)
     : QWidget(parent),
       document_(document),
       ui_(std::make_unique<Ui::MainView>()),
-      analyses_(new AnalysisCommands(*this, alerts)),
+      analyses_(new AnalysisCommands(*this, panels.alerts)),
       censusModel_(new CensusTableModel(document.objectContext(), this)),
       speciesModel_(new SpeciesTableModel(document.objectContext(), this)),
       observer_(document.objectContext().addObserver(

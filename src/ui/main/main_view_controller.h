@@ -10,6 +10,7 @@
 
 #include "model/diversity_document.h"
 #include "model/main_view.h"
+#include "ui/kit/panels.h"
 #include "ui/main/metrics_panel.h"
 
 namespace Ui {
@@ -18,7 +19,6 @@ class MainView;
 
 namespace zorvel {
 
-class Alerts;
 class AnalysisCommands;
 class CensusTableModel;
 class JobQueue;
@@ -31,9 +31,9 @@ enum class Analysis;
 class MainViewController : public QWidget, public MainView {
     Q_OBJECT
   public:
-    // Document, queue and alerts must outlive the view.
+    // Document, queue and panels must outlive the view.
     MainViewController(DiversityDocument& document, JobQueue& jobs, RandomSourceMaker makeRandom,
-                       Alerts& alerts, QWidget* parent = nullptr);
+                       const Panels& panels, QWidget* parent = nullptr);
     ~MainViewController() override;
 
     void selectFirstCensus();

@@ -31,8 +31,8 @@ QStringList localFiles(const QMimeData& data) {
 }  // namespace
 
 MainWindowController::MainWindowController(Document& document, JobQueue& jobs,
-                                           RandomSourceMaker makeRandom, Alerts& alerts)
-    : jobs_(jobs), makeRandom_(std::move(makeRandom)), alerts_(alerts) {
+                                           RandomSourceMaker makeRandom, const Panels& panels)
+    : jobs_(jobs), makeRandom_(std::move(makeRandom)), panels_(panels) {
     setAcceptDrops(true);
     setMinimumSize(800, 480);
     resize(1024, 700);
@@ -64,7 +64,7 @@ void MainWindowController::setDocument(Document& document) {
     document_ = &document;
     shownTrouble_.reset();
     document.project().makeWindowControllers([&] {
-        mainView_ = new MainViewController(document.project(), jobs_, makeRandom_, alerts_, this);
+        mainView_ = new MainViewController(document.project(), jobs_, makeRandom_, panels_, this);
         return mainView_;
     });
     setCentralWidget(mainView_);

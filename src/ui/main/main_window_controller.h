@@ -8,21 +8,21 @@
 #include <optional>
 
 #include "platform/document.h"
+#include "ui/kit/panels.h"
 #include "ui/main/metrics_panel.h"
 
 namespace zorvel {
 
-class Alerts;
 class JobQueue;
 class MainViewController;
 
 class MainWindowController : public QMainWindow {
     Q_OBJECT
   public:
-    // Document, queue and alerts must outlive the window. Size, and places of the splitters, are
+    // Document, queue and panels must outlive the window. Size, and places of the splitters, are
     // those of the window closed last.
     MainWindowController(Document& document, JobQueue& jobs, RandomSourceMaker makeRandom,
-                         Alerts& alerts);
+                         const Panels& panels);
     ~MainWindowController() override;
 
     [[nodiscard]] Document& document() { return *document_; }
@@ -54,7 +54,7 @@ class MainWindowController : public QMainWindow {
     Document* document_ = nullptr;
     JobQueue& jobs_;
     RandomSourceMaker makeRandom_;
-    Alerts& alerts_;
+    Panels panels_;
     MainViewController* mainView_ = nullptr;
     std::optional<FileTrouble> shownTrouble_;
     std::function<bool()> mayClose_;

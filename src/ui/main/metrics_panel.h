@@ -28,9 +28,6 @@ namespace zorvel {
 class JobQueue;
 class Popover;
 
-// Called on the main thread, one source a job.
-using RandomSourceMaker = std::function<std::unique_ptr<RandomSource>()>;
-
 class MetricsPanel : public QWidget {
     Q_OBJECT
   public:

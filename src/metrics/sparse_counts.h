@@ -1,0 +1,44 @@
+// A counts matrix without its zeros: the cells of each row in ascending order of their columns. It
+// takes memory in proportion to the cells that are not 0, where a CountsMatrix takes it for all.
+// A plain value; safe to read on any thread.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "metrics/counts.h"
+
+namespace zorvel {
+
+class SparseCounts {
+  public:
+    using Column = std::uint32_t;
+
+    SparseCounts() = default;
+    // columns: the number of taxon names, one without any specimen included.
+    explicit SparseCounts(std::size_t columns) : columns_(columns) {}
+
+    // Appends a row. columns: ascending, each below columns(), as many as counts; zeros among the
+    // counts are left out.
+    void addRow(std::span<const Column> columns, CountsView counts);
+
+    [[nodiscard]] std::size_t rows() const { return rowEnds_.size(); }
+    [[nodiscard]] std::size_t columns() const { return columns_; }
+    // The cells of a row that are not 0, and their columns.
+    [[nodiscard]] CountsView row(std::size_t row) const;
+    [[nodiscard]] std::span<const Column> columnsOfRow(std::size_t row) const;
+
+  private:
+    [[nodiscard]] std::size_t rowBegin(std::size_t row) const {
+        return row == 0 ? 0 : rowEnds_[row - 1];
+    }
+
+    std::size_t columns_ = 0;
+    std::vector<std::size_t> rowEnds_;
+    std::vector<Column> cellColumns_;
+    CountsVector cells_;
+};
+
+}  // namespace zorvel

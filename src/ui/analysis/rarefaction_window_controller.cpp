@@ -1,0 +1,11 @@
+#include "ui/analysis/rarefaction_window_controller.h"
+
+namespace zorvel {
+
+RarefactionWindowController::RarefactionWindowController(RarefactionKind kind, JobQueue& jobs,
+                                                         const Panels& panels)
+    : viewController_(new RarefactionViewController(kind, jobs, panels, this)) {
+    setCentralWidget(viewController_);
+}
+
+}  // namespace zorvel

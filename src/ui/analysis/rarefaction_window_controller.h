@@ -1,0 +1,23 @@
+// The window of one rarefaction curve. It belongs to whoever makes it, and to no project. Main
+// thread.
+#pragma once
+
+#include <QMainWindow>
+
+#include "ui/analysis/rarefaction_view_controller.h"
+
+namespace zorvel {
+
+class RarefactionWindowController : public QMainWindow {
+    Q_OBJECT
+  public:
+    // Queue and panels must outlive the window.
+    RarefactionWindowController(RarefactionKind kind, JobQueue& jobs, const Panels& panels);
+
+    [[nodiscard]] RarefactionViewController& viewController() { return *viewController_; }
+
+  private:
+    RarefactionViewController* viewController_;
+};
+
+}  // namespace zorvel
