@@ -13,6 +13,13 @@ std::int64_t presence(std::int64_t cell) {
     return cell > 1 ? 1 : cell;
 }
 
+std::vector<std::int64_t> saturated(const std::vector<SaturatingSum>& sums) {
+    std::vector<std::int64_t> values;
+    values.reserve(sums.size());
+    for (const SaturatingSum& sum : sums) values.push_back(sum.value());
+    return values;
+}
+
 template <typename Cell>
 std::vector<std::int64_t> columnSums(const CountsMatrix& matrix, Cell cell) {
     if (matrix.empty()) return {};
@@ -21,10 +28,7 @@ std::vector<std::int64_t> columnSums(const CountsMatrix& matrix, Cell cell) {
         const std::size_t width = std::min(row.size(), sums.size());
         for (std::size_t j = 0; j < width; ++j) sums[j].add(cell(row[j]));
     }
-    std::vector<std::int64_t> values;
-    values.reserve(sums.size());
-    for (const SaturatingSum& sum : sums) values.push_back(sum.value());
-    return values;
+    return saturated(sums);
 }
 
 // Column sums of the incidence matrix where no cell is negative; empty where one is. A loop that
@@ -49,6 +53,29 @@ std::vector<std::int64_t> presences(const CountsMatrix& matrix) {
     return sums.empty() ? columnSums(matrix, presence) : sums;
 }
 
+// A cell that is not there is 0 and adds nothing. Negative cells may be as low as they like, but
+// there is room for billions of them: each sum is formed like a SaturatingSum.
+std::vector<std::int64_t> presences(const SparseCounts& counts) {
+    std::vector<SaturatingSum> sums(counts.rows() == 0 ? 0 : counts.columns());
+    for (std::size_t i = 0; i < counts.rows(); ++i) {
+        const CountsView row = counts.row(i);
+        const auto columns = counts.columnsOfRow(i);
+        for (std::size_t k = 0; k < row.size(); ++k) sums[columns[k]].add(presence(row[k]));
+    }
+    return saturated(sums);
+}
+
+IncidenceSummary summaryOf(std::size_t censuses, const std::vector<std::int64_t>& frequencies) {
+    IncidenceSummary summary;
+    summary.censuses = static_cast<std::int64_t>(censuses);
+    summary.frequencyCounts.assign(censuses + 1, 0);
+    for (const std::int64_t frequency : frequencies) {
+        if (frequency >= 0) ++summary.frequencyCounts[static_cast<std::size_t>(frequency)];
+        ++summary.taxonNames;
+    }
+    return summary;
+}
+
 }  // namespace
 
 CountsMatrix incidenceMatrix(const CountsMatrix& matrix) {
@@ -68,18 +95,19 @@ std::vector<std::int64_t> incidenceFrequencyCounts(const CountsMatrix& matrix) {
 }
 
 IncidenceSummary summariseIncidence(const CountsMatrix& matrix) {
-    IncidenceSummary summary;
-    summary.censuses = static_cast<std::int64_t>(matrix.size());
-    summary.frequencyCounts.assign(matrix.size() + 1, 0);
-    for (const std::int64_t frequency : presences(matrix)) {
-        if (frequency >= 0) ++summary.frequencyCounts[static_cast<std::size_t>(frequency)];
-        ++summary.taxonNames;
-    }
-    return summary;
+    return summaryOf(matrix.size(), presences(matrix));
+}
+
+IncidenceSummary summariseIncidence(const SparseCounts& counts) {
+    return summaryOf(counts.rows(), presences(counts));
 }
 
 double chaoTwo(const CountsMatrix& matrix) {
     return chaoTwo(summariseIncidence(matrix));
+}
+
+double chaoTwo(const SparseCounts& counts) {
+    return chaoTwo(summariseIncidence(counts));
 }
 
 double chaoTwo(const IncidenceSummary& summary) {

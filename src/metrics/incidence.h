@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "metrics/counts.h"
+#include "metrics/sparse_counts.h"
 
 namespace zorvel {
 
@@ -37,6 +38,7 @@ std::vector<std::int64_t> incidenceFrequencies(const CountsMatrix& incidence);
 std::vector<std::int64_t> incidenceFrequencyCounts(const CountsMatrix& matrix);
 
 IncidenceSummary summariseIncidence(const CountsMatrix& matrix);
+IncidenceSummary summariseIncidence(const SparseCounts& counts);
 
 // Chao2, classic form (Chao 1987) with the factor (T - 1) / T:
 //     S + ((T - 1) / T) Q_1^2 / (2 Q_2),
@@ -44,6 +46,7 @@ IncidenceSummary summariseIncidence(const CountsMatrix& matrix);
 // bias-corrected form, with Q_1 (Q_1 - 1) / (2 (Q_2 + 1)), differs. 0 for fewer than two censuses;
 // without a taxon found exactly twice +infinity, or NaN if none is found once either.
 double chaoTwo(const CountsMatrix& matrix);
+double chaoTwo(const SparseCounts& counts);
 double chaoTwo(const IncidenceSummary& summary);
 
 }  // namespace zorvel

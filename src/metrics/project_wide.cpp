@@ -1,16 +1,40 @@
 #include "metrics/project_wide.h"
 
+#include <algorithm>
+#include <atomic>
+#include <cstddef>
+#include <thread>
+#include <vector>
+
 #include "metrics/saturating_sum.h"
 #include "metrics/sqs.h"
 
 namespace zorvel {
+namespace {
 
-AverageMetrics averageMetrics(const CountsMatrix& matrix) {
+constexpr std::int64_t sqsTrials = 100;
+
+// The rows of either form of a matrix.
+std::size_t rowCount(const SparseCounts& counts) {
+    return counts.rows();
+}
+std::size_t rowCount(const CountsMatrix& matrix) {
+    return matrix.size();
+}
+CountsView rowOf(const SparseCounts& counts, std::size_t i) {
+    return counts.row(i);
+}
+CountsView rowOf(const CountsMatrix& matrix, std::size_t i) {
+    return matrix[i];
+}
+
+template <class Counts>
+AverageMetrics averagesOf(const Counts& counts) {
     SaturatingSum specimens;
     SaturatingSum taxa;
     AverageMetrics sums;
-    for (const CountsVector& row : matrix) {
-        const CensusMetrics metrics = censusMetrics(row);
+    for (std::size_t i = 0; i < rowCount(counts); ++i) {
+        const CensusMetrics metrics = censusMetrics(rowOf(counts, i));
         specimens.add(metrics.individuals);
         taxa.add(metrics.richness);
         sums.chaoClassic += metrics.chaoClassic;
@@ -20,7 +44,7 @@ AverageMetrics averageMetrics(const CountsMatrix& matrix) {
         sums.simpsonD += metrics.simpsonD;
         sums.buzasE += metrics.buzasE;
     }
-    const auto censuses = static_cast<double>(matrix.size());
+    const auto censuses = static_cast<double>(rowCount(counts));
     return {static_cast<double>(specimens.value()) / censuses,
             static_cast<double>(taxa.value()) / censuses,
             sums.chaoClassic / censuses,
@@ -31,20 +55,112 @@ AverageMetrics averageMetrics(const CountsMatrix& matrix) {
             sums.buzasE / censuses};
 }
 
-ProjectWideMetrics projectWideMetrics(CountsView pooled, const CountsMatrix& matrix,
-                                      std::int64_t rarefactionSize, double sqsQuota,
-                                      RandomSource& random, RarefactionCalculator& calculator) {
-    constexpr std::int64_t sqsTrials = 100;
+template <class Counts>
+double rarefiedAverage(const Counts& counts, std::int64_t n, RarefactionCalculator& calculator) {
+    double sum = 0;
+    for (std::size_t i = 0; i < rowCount(counts); ++i) {
+        sum += calculator.individualBasedPoint(rowOf(counts, i), n).estimate;
+    }
+    return sum / static_cast<double>(rowCount(counts));
+}
+
+// Some dozens of rows at a time: they take unlike times, and short ones.
+constexpr std::size_t rowsAtATime = 32;
+
+// Calls work(i) for every i below count, on that many threads, this one among them.
+template <class Work>
+void onThreads(std::size_t count, unsigned threads, Work work) {
+    std::atomic<std::size_t> next = 0;
+    const auto run = [&] {
+        for (;;) {
+            const std::size_t begin = next.fetch_add(rowsAtATime);
+            if (begin >= count) return;
+            for (std::size_t i = begin; i < std::min(count, begin + rowsAtATime); ++i) work(i);
+        }
+    };
+    const std::size_t useful =
+        std::min<std::size_t>(threads, (count + rowsAtATime - 1) / rowsAtATime);
+    std::vector<std::jthread> others;
+    for (std::size_t i = 1; i < useful; ++i) others.emplace_back(run);
+    run();
+}
+
+template <class Counts>
+AverageSqs sqsAverage(const Counts& counts, double quota, RandomSource& random, unsigned threads) {
+    std::vector<std::uint64_t> seeds(rowCount(counts));
+    for (std::uint64_t& seed : seeds) seed = random.bits64();
+    std::vector<std::optional<double>> estimates(seeds.size());
+    if (threads == 0) threads = std::max(1U, std::thread::hardware_concurrency());
+    onThreads(seeds.size(), threads, [&](std::size_t i) {
+        SeededRandom own(seeds[i]);
+        estimates[i] = shareholderQuorum(rowOf(counts, i), sqsTrials, quota, own).estimate;
+    });
+    AverageSqs average;
+    double sum = 0;
+    for (const std::optional<double>& estimate : estimates) {
+        if (!estimate) continue;
+        sum += *estimate;
+        ++average.censuses;
+    }
+    if (average.censuses > 0) average.estimate = sum / static_cast<double>(average.censuses);
+    return average;
+}
+
+template <class Counts>
+ProjectWideMetrics metricsOf(CountsView pooled, const Counts& counts, std::int64_t rarefactionSize,
+                             double sqsQuota, RandomSource& random,
+                             RarefactionCalculator& calculator) {
     ProjectWideMetrics result;
     result.pooled = censusMetrics(pooled);
     result.pooledRarefiedRichness =
         calculator.individualBasedPoint(pooled, rarefactionSize).estimate;
     result.pooledAlroySQS = alroySQS(pooled, sqsTrials, sqsQuota, random);
-    result.averages = averageMetrics(matrix);
-    result.chaoTwo = chaoTwo(matrix);
+    result.averages = averagesOf(counts);
+    result.averageRarefiedRichness = rarefiedAverage(counts, rarefactionSize, calculator);
+    result.averageAlroySQS = sqsAverage(counts, sqsQuota, random, 0);
+    const IncidenceSummary incidence = summariseIncidence(counts);
+    result.chaoTwo = chaoTwo(incidence);
     result.sampleBasedRarefiedRichness =
-        calculator.sampleBasedPoint(matrix, rarefactionSize).estimate;
+        calculator.sampleBasedPoint(incidence, rarefactionSize).estimate;
     return result;
+}
+
+}  // namespace
+
+AverageMetrics averageMetrics(const SparseCounts& counts) {
+    return averagesOf(counts);
+}
+AverageMetrics averageMetrics(const CountsMatrix& matrix) {
+    return averagesOf(matrix);
+}
+
+double averageRarefiedRichness(const SparseCounts& counts, std::int64_t n,
+                               RarefactionCalculator& calculator) {
+    return rarefiedAverage(counts, n, calculator);
+}
+double averageRarefiedRichness(const CountsMatrix& matrix, std::int64_t n,
+                               RarefactionCalculator& calculator) {
+    return rarefiedAverage(matrix, n, calculator);
+}
+
+AverageSqs averageAlroySQS(const SparseCounts& counts, double quota, RandomSource& random,
+                           unsigned threads) {
+    return sqsAverage(counts, quota, random, threads);
+}
+AverageSqs averageAlroySQS(const CountsMatrix& matrix, double quota, RandomSource& random,
+                           unsigned threads) {
+    return sqsAverage(matrix, quota, random, threads);
+}
+
+ProjectWideMetrics projectWideMetrics(CountsView pooled, const SparseCounts& counts,
+                                      std::int64_t rarefactionSize, double sqsQuota,
+                                      RandomSource& random, RarefactionCalculator& calculator) {
+    return metricsOf(pooled, counts, rarefactionSize, sqsQuota, random, calculator);
+}
+ProjectWideMetrics projectWideMetrics(CountsView pooled, const CountsMatrix& matrix,
+                                      std::int64_t rarefactionSize, double sqsQuota,
+                                      RandomSource& random, RarefactionCalculator& calculator) {
+    return metricsOf(pooled, matrix, rarefactionSize, sqsQuota, random, calculator);
 }
 
 }  // namespace zorvel

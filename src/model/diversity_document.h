@@ -12,6 +12,7 @@
 #include "interchange/import_records.h"
 #include "metrics/counts.h"
 #include "metrics/rarefaction.h"
+#include "metrics/sparse_counts.h"
 #include "model/main_view.h"
 #include "model/turn_end.h"
 #include "store/object_context.h"
@@ -25,6 +26,17 @@ struct CountsMatrixResult {
     CountsMatrix matrix;
     NameList taxonNames;
     NameList censusNames;
+};
+
+// The same matrix without its zeros, and with it what equal and missing names made of the records.
+struct SparseCountsResult {
+    SparseCounts counts;
+    CountsVector pooled;  // pooledCountsVector of the same taxa
+    NameList taxonNames;
+    NameList censusNames;
+    std::size_t mergedCensuses = 0;  // whose taxa stand in the row of an earlier one of their name
+    std::size_t replacedTaxa = 0;    // whose cell a later taxon of their name and row took
+    std::size_t taxaInNoRow = 0;     // without a name, or of a census without one
 };
 
 // Stands for a missing name in both name lists.
@@ -57,6 +69,12 @@ CountsVector pooledCountsVector(const std::vector<Zorvel>& taxa);
 // without a census, or of a census without a name are in no row. Takes memory for every cell.
 CountsMatrixResult buildCountsMatrix(const std::vector<Zorvel>& taxa,
                                      const std::vector<Census>& censuses);
+
+// The same in memory for the cells that are not 0.
+SparseCountsResult buildSparseCounts(const std::vector<Zorvel>& taxa,
+                                     const std::vector<Census>& censuses);
+// Of all censuses and taxa of the context, without a list of them: what large projects should use.
+SparseCountsResult buildSparseCounts(const ObjectContext& context);
 
 class DiversityDocument {
   public:

@@ -1,5 +1,9 @@
 // Name lists, counts vectors and the counts matrix of a list of records. Each gives what a plain
 // scan of the name lists for the first match would give, in one pass over the taxa.
+#include <algorithm>
+#include <span>
+#include <utility>
+
 #include "metrics/saturating_sum.h"
 #include "model/diversity_document.h"
 #include "model/name_table.h"
@@ -17,31 +21,35 @@ const std::string& nameOrUnnamed(const std::optional<SharedText>& name) {
     return name ? name->str() : unnamed();
 }
 
-// The columns of a project: its distinct taxon names in ascending order.
-class Columns {
-  public:
-    explicit Columns(const std::vector<Zorvel>& taxa) {
-        TaxonCursor cursor;
-        for (const Zorvel& taxon : taxa) {
-            const TaxonRecord* record = cursor.find(taxon);
-            table_.add(record ? nameOrUnnamed(record->values.name) : unnamed());
-        }
-        columns_.resize(table_.size());
-        names_.reserve(table_.size());
-        for (const std::size_t number : table_.sortedNumbers()) {
-            columns_[number] = names_.size();
-            names_.push_back(table_.name(number));
+// The records of these taxa in order: visit(block of the census, record), both null for a taxon
+// that is gone.
+template <class Visit>
+void forEachRecord(const std::vector<Zorvel>& taxa, Visit visit) {
+    TaxonCursor cursor;
+    for (const Zorvel& taxon : taxa) {
+        const TaxonRecord* record = cursor.find(taxon);
+        visit(record ? &cursor.block() : nullptr, record);
+    }
+}
+template <class Visit>
+void forEachRecord(const std::vector<BlockPointer>& blocks, Visit visit) {
+    for (const BlockPointer& block : blocks) {
+        block->forEachTaxon([&](const TaxonRecord& record) { visit(block.get(), &record); });
+    }
+}
+
+// The distinct taxon names of a project in ascending order, from their numbers in the table.
+struct Columns {
+    explicit Columns(const NameTable& table) : columnOf(table.size()) {
+        names.reserve(table.size());
+        for (const std::size_t number : table.sortedNumbers()) {
+            columnOf[number] = static_cast<SparseCounts::Column>(names.size());
+            names.push_back(table.name(number));
         }
     }
 
-    [[nodiscard]] const NameList& names() const { return names_; }
-    // Of a name that one of the taxa has.
-    std::size_t column(const SharedText& name) { return columns_[table_.add(name.str())]; }
-
-  private:
-    NameTable table_;
-    std::vector<std::size_t> columns_;  // by number in the table
-    NameList names_;
+    NameList names;
+    std::vector<SparseCounts::Column> columnOf;  // by number in the table
 };
 
 // The row of each census name: the first of those that are equal. Remembers the row of the census
@@ -77,6 +85,124 @@ class Rows {
     std::optional<std::size_t> lastRow_;
 };
 
+// A taxon that goes into a row, in the order of the taxa.
+struct Cell {
+    std::uint32_t row = 0;
+    SparseCounts::Column column = 0;
+    std::int64_t count = 0;
+};
+
+// Makes rows of cells. Works through the cells of a row by a sorted list of their columns and
+// places, so that of equal columns the last cell is known.
+class RowMaker {
+  public:
+    explicit RowMaker(SparseCounts& counts) : counts_(counts) {}
+
+    // The cells of the next row, in any order of columns. Gives the number of those that another
+    // one behind them replaced.
+    std::size_t addRow(std::span<const Cell> cells) {
+        order_.clear();
+        for (std::size_t i = 0; i < cells.size(); ++i) order_.emplace_back(cells[i].column, i);
+        std::sort(order_.begin(), order_.end());
+        columns_.clear();
+        values_.clear();
+        for (std::size_t i = 0; i < order_.size(); ++i) {
+            if (i + 1 < order_.size() && order_[i + 1].first == order_[i].first) continue;
+            columns_.push_back(order_[i].first);
+            values_.push_back(cells[order_[i].second].count);
+        }
+        counts_.addRow(columns_, values_);
+        return cells.size() - columns_.size();
+    }
+
+  private:
+    SparseCounts& counts_;
+    std::vector<std::pair<SparseCounts::Column, std::size_t>> order_;
+    std::vector<SparseCounts::Column> columns_;
+    CountsVector values_;
+};
+
+// One pass over the taxa gathers their cells by the numbers of their names; then the names are
+// sorted, and the rows made.
+class CountsBuilder {
+  public:
+    explicit CountsBuilder(const std::vector<BlockPointer>& censuses)
+        : names_(censusNames(censuses)), rows_(names_) {
+        for (std::size_t i = 0; i < censuses.size(); ++i) {
+            const std::optional<std::size_t> row = rows_.row(*censuses[i]);
+            if (row && *row != i) ++result_.mergedCensuses;
+        }
+    }
+
+    template <class Taxa>
+    SparseCountsResult build(const Taxa& taxa) {
+        forEachRecord(taxa, [this](const CensusBlock* census, const TaxonRecord* record) {
+            add(census, record);
+        });
+        const Columns columns(table_);
+        fillRows(columns);
+        fillPooled(columns);
+        result_.taxonNames = columns.names;
+        result_.censusNames = std::move(names_);
+        return std::move(result_);
+    }
+
+  private:
+    static NameList censusNames(const std::vector<BlockPointer>& censuses) {
+        NameList names;
+        names.reserve(censuses.size());
+        for (const BlockPointer& block : censuses) {
+            names.push_back(nameOrUnnamed(block->attributes.name));
+        }
+        return names;
+    }
+
+    void add(const CensusBlock* census, const TaxonRecord* record) {
+        const bool named = record && record->values.name;
+        const std::size_t number = table_.add(named ? record->values.name->str() : unnamed());
+        if (number == sums_.size()) sums_.emplace_back();
+        const std::optional<std::size_t> row = named ? rows_.row(*census) : std::nullopt;
+        if (named) sums_[number].add(record->values.abundance);
+        if (row) {
+            cells_.push_back({static_cast<std::uint32_t>(*row),
+                              static_cast<SparseCounts::Column>(number), record->values.abundance});
+        } else if (record) {
+            ++result_.taxaInNoRow;
+        }
+    }
+
+    void fillRows(const Columns& columns) {
+        for (Cell& cell : cells_) cell.column = columns.columnOf[cell.column];
+        const auto byRow = [](const Cell& a, const Cell& b) { return a.row < b.row; };
+        if (!std::is_sorted(cells_.begin(), cells_.end(), byRow)) {
+            std::stable_sort(cells_.begin(), cells_.end(), byRow);
+        }
+        result_.counts = SparseCounts(columns.names.size());
+        RowMaker maker(result_.counts);
+        auto cell = cells_.begin();
+        for (std::size_t row = 0; row < names_.size(); ++row) {
+            const auto end = std::find_if(cell, cells_.end(),
+                                          [row](const Cell& other) { return other.row != row; });
+            result_.replacedTaxa += maker.addRow(std::span(cell, end));
+            cell = end;
+        }
+    }
+
+    void fillPooled(const Columns& columns) {
+        result_.pooled.resize(sums_.size());
+        for (std::size_t number = 0; number < sums_.size(); ++number) {
+            result_.pooled[columns.columnOf[number]] = sums_[number].value();
+        }
+    }
+
+    NameList names_;
+    Rows rows_;
+    NameTable table_;
+    std::vector<SaturatingSum> sums_;  // by number in the table
+    std::vector<Cell> cells_;          // column: a number in the table until the names are sorted
+    SparseCountsResult result_;
+};
+
 }  // namespace
 
 CountsVector includedCountsVector(const Census& census) {
@@ -95,7 +221,11 @@ CountsVector fullCountsVector(const Census& census) {
 }
 
 NameList projectTaxonNames(const std::vector<Zorvel>& taxa) {
-    return Columns(taxa).names();
+    NameTable table;
+    forEachRecord(taxa, [&](const CensusBlock*, const TaxonRecord* record) {
+        table.add(record ? nameOrUnnamed(record->values.name) : unnamed());
+    });
+    return Columns(table).names;
 }
 
 NameList censusNameList(const std::vector<Census>& censuses) {
@@ -108,36 +238,29 @@ NameList censusNameList(const std::vector<Census>& censuses) {
 }
 
 CountsVector pooledCountsVector(const std::vector<Zorvel>& taxa) {
-    Columns columns(taxa);
-    std::vector<SaturatingSum> sums(columns.names().size());
-    TaxonCursor cursor;
-    for (const Zorvel& taxon : taxa) {
-        const TaxonRecord* record = cursor.find(taxon);
-        if (!record || !record->values.name) continue;
-        sums[columns.column(*record->values.name)].add(record->values.abundance);
-    }
-    CountsVector pooled;
-    pooled.reserve(sums.size());
-    for (const SaturatingSum& sum : sums) pooled.push_back(sum.value());
-    return pooled;
+    return buildSparseCounts(taxa, {}).pooled;
+}
+
+SparseCountsResult buildSparseCounts(const std::vector<Zorvel>& taxa,
+                                     const std::vector<Census>& censuses) {
+    std::vector<BlockPointer> rows;
+    rows.reserve(censuses.size());
+    for (const Census& census : censuses) rows.push_back(census.block());
+    return CountsBuilder(rows).build(taxa);
+}
+
+SparseCountsResult buildSparseCounts(const ObjectContext& context) {
+    const std::vector<BlockPointer> blocks = context.blocks();
+    return CountsBuilder(blocks).build(blocks);
 }
 
 CountsMatrixResult buildCountsMatrix(const std::vector<Zorvel>& taxa,
                                      const std::vector<Census>& censuses) {
-    Columns columns(taxa);
+    SparseCountsResult sparse = buildSparseCounts(taxa, censuses);
     CountsMatrixResult result;
-    result.taxonNames = columns.names();
-    result.censusNames = censusNameList(censuses);
-    result.matrix.assign(censuses.size(), CountsVector(result.taxonNames.size(), 0));
-    Rows rows(result.censusNames);
-    TaxonCursor cursor;
-    for (const Zorvel& taxon : taxa) {
-        const TaxonRecord* record = cursor.find(taxon);
-        if (!record || !record->values.name) continue;
-        const std::optional<std::size_t> row = rows.row(cursor.block());
-        if (!row) continue;
-        result.matrix[*row][columns.column(*record->values.name)] = record->values.abundance;
-    }
+    result.matrix = sparse.counts.dense();
+    result.taxonNames = std::move(sparse.taxonNames);
+    result.censusNames = std::move(sparse.censusNames);
     return result;
 }
 

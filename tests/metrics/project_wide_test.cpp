@@ -54,7 +54,7 @@ TEST(ProjectWide, TenSpecimensLackOnlySqs) {
 }
 
 TEST(AverageMetrics, OneValueThatIsNotFiniteSpoilsItsAverageAlone) {
-    const AverageMetrics averages = averageMetrics({{7, 0}, {5, 2}, {2, 6}});
+    const AverageMetrics averages = averageMetrics(CountsMatrix{{7, 0}, {5, 2}, {2, 6}});
     EXPECT_TRUE(std::isnan(averages.pielouJ));
     EXPECT_TRUE(std::isnan(averages.chaoClassic));
     EXPECT_DOUBLE_EQ(averages.richness, 5.0 / 3);
@@ -65,11 +65,12 @@ TEST(AverageMetrics, OneValueThatIsNotFiniteSpoilsItsAverageAlone) {
 // In doubles each census of one specimen would vanish beside 2^53.
 TEST(AverageMetrics, AbundancesAreSummedAsIntegers) {
     constexpr std::int64_t large = std::int64_t{1} << 53;
-    EXPECT_EQ(averageMetrics({{large}, {1}, {1}, {2}}).abundance, (9007199254740992.0 + 4) / 4);
+    EXPECT_EQ(averageMetrics(CountsMatrix{{large}, {1}, {1}, {2}}).abundance,
+              (9007199254740992.0 + 4) / 4);
 }
 
 TEST(AverageMetrics, NoCensusesGiveNan) {
-    const AverageMetrics averages = averageMetrics({});
+    const AverageMetrics averages = averageMetrics(CountsMatrix());
     for (const double value :
          {averages.abundance, averages.richness, averages.chaoClassic, averages.shannonH,
           averages.fisherAlpha, averages.pielouJ, averages.simpsonD, averages.buzasE})
