@@ -9,20 +9,24 @@
 #include <vector>
 
 #include "metrics/counts.h"
+#include "metrics/incidence.h"
+#include "metrics/sparse_counts.h"
 #include "metrics/sqs.h"
 
 namespace zorvel {
 
 struct MetricExplanation {
-    std::string_view key;  // as in metric_captions.h
-    const char* name;      // "Chao1, bias-corrected"
+    std::string_view key;
+    const char* name;  // "Chao1, bias-corrected"
     const char* meaning;
-    const char* formula;  // in the symbols of MetricInputs; p stands for a species' share of N
+    const char* formula;  // in the symbols of the inputs; p stands for a species' share of N
     const char* variant;  // how it differs from what others call so; may be empty
     const char* source;   // the publication
 };
 
-// Those of one census first, then those of a project.
+// Those of one census first, under the keys of metric_captions.h; then those that a project has
+// besides: its own counts ("pooledRichness"), averages ("averageShannonH") and what rests on
+// incidence.
 const std::vector<MetricExplanation>& metricExplanations();
 // Null for an unknown key.
 const MetricExplanation* explanationOf(std::string_view key);
@@ -41,16 +45,40 @@ struct MetricInputs {
 };
 MetricInputs metricInputs(CountsView counts, std::int64_t sampleSize, double quota);
 
+// What goes into the metrics of a project.
+struct ProjectMetricInputs {
+    MetricInputs pooled;        // all censuses as one; n counts censuses where sample-based
+    std::int64_t censuses = 0;  // T
+    // How many of them have no species with two specimens, and so on: their values, or the lack of
+    // one, decide over the average.
+    std::int64_t withoutDoubletons = 0;
+    std::int64_t withoutFive = 0;  // no species with five specimens
+    std::int64_t withoutSpecies = 0;
+    std::int64_t ofOneSpecies = 0;
+    std::int64_t ofOneSpecimen = 0;
+    std::int64_t withinSampleSize = 0;   // N is not above n
+    std::int64_t beyondRarefaction = 0;  // N is above what can be rarefied
+    std::int64_t withSqs = 0;            // there is an estimate
+    std::int64_t taxonNames = 0;         // S_all, those without any specimen included
+    std::int64_t taxaFound = 0;          // S
+    std::int64_t uniques = 0;            // Q1, species found in one census
+    std::int64_t duplicates = 0;         // Q2, in two
+};
+// What the averages take of the censuses; withSqs stays. The pooled n must be there.
+void countCensuses(const SparseCounts& counts, ProjectMetricInputs& inputs);
+void takeIncidence(const IncidenceSummary& summary, ProjectMetricInputs& inputs);
+
 // "N = 140, S = 20, f1 = 4, f2 = 2": those that the metric takes, in that order.
 std::string inputsText(std::string_view key, const MetricInputs& inputs);
+std::string inputsText(std::string_view key, const ProjectMetricInputs& inputs);
 
 // Why a value is "-", missing, or 0 although there are species, as a sentence; or what is
-// particular about it. %1 stands for a number, which argument gives. Null where there is nothing to
-// say.
+// particular about it. %1, %2 stand for the arguments. Null where there is nothing to say.
 struct MetricRemark {
     const char* text = nullptr;
-    std::string argument;
+    std::vector<std::string> arguments = {};
 };
 MetricRemark metricRemark(std::string_view key, const MetricInputs& inputs);
+MetricRemark metricRemark(std::string_view key, const ProjectMetricInputs& inputs);
 
 }  // namespace zorvel

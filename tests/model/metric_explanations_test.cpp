@@ -67,13 +67,13 @@ TEST(MetricExplanations, WhyThereIsNoSqs) {
         CountsVector counts;
         double quota;
         const char* words;
-        const char* argument;
+        std::vector<std::string> arguments;
     };
     const std::vector<Row> rows = {
-        {{5, 5}, 0.8, "at least 11 specimens", ""},
-        {CountsVector(12, 1), 0.8, "of its own", ""},
-        {{20, 1, 1, 1}, 0.99, "reachable coverage", "0.92"},
-        {{20, 10}, 0, "reached by no trial", ""},
+        {{5, 5}, 0.8, "at least 11 specimens", {}},
+        {CountsVector(12, 1), 0.8, "of its own", {}},
+        {{20, 1, 1, 1}, 0.99, "reachable coverage", {"0.92"}},
+        {{20, 10}, 0, "reached by no trial", {}},
     };
     for (const Row& row : rows) {
         SCOPED_TRACE(row.words);
@@ -84,7 +84,7 @@ TEST(MetricExplanations, WhyThereIsNoSqs) {
         const MetricRemark remark = metricRemark("alroySQS", inputs);
         ASSERT_NE(remark.text, nullptr);
         EXPECT_NE(std::string(remark.text).find(row.words), std::string::npos);
-        EXPECT_EQ(remark.argument, row.argument);
+        EXPECT_EQ(remark.arguments, row.arguments);
     }
 }
 

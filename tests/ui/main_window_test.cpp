@@ -175,7 +175,7 @@ TEST_F(MainWindowTest, AnAbsentEstimateKeepsTheTextAndSaysWhy) {
         const char* reason;
         const char* console;
     } cases[] = {
-        {"4,3,3", "SQS needs at least 11 specimens", ""},
+        {"4,3,3", "it needs at least 11 specimens", ""},
         {"1,1,1,1,1,1,1,1,1,1,1", "every specimen belongs to a species of its own",
          "WARNING: Good's U is 0: everything but the dominant is a singleton, and it may be too"},
     };
@@ -192,7 +192,7 @@ TEST_F(MainWindowTest, AnAbsentEstimateKeepsTheTextAndSaysWhy) {
         ASSERT_TRUE(waitUntil([this] { return !label("metricsNote").empty(); }));
         EXPECT_EQ(text("alroySQS"), before);
         EXPECT_TRUE(value("alroySQS").isStale());
-        EXPECT_EQ(label("metricsNote"), std::string("There is no estimate: ") + test.reason +
+        EXPECT_EQ(label("metricsNote"), std::string("SQS has no estimate: ") + test.reason +
                                             ". The grey value is that of North.");
         EXPECT_EQ(console.empty() ? "" : console.front(), test.console);
         QTest::keyClick(&censusTable(), Qt::Key_Up);

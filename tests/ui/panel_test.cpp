@@ -156,7 +156,7 @@ TEST_F(PanelTest, AMissingValueSaysWhyItIsMissing) {
     goToSouth();
     QTest::mouseClick(&caption("alroySQS"), Qt::LeftButton);
     EXPECT_TRUE(says("No value for South\n"));
-    EXPECT_TRUE(says("SQS needs at least 11 specimens. The grey value is that of North."));
+    EXPECT_TRUE(says("SQS has no estimate: it needs at least 11 specimens. The grey value is that of North."));
     EXPECT_TRUE(says("N = 7, S = 2"));
     // The reason stands once.
     EXPECT_EQ(explanation().find("11 specimens"), explanation().rfind("11 specimens"));
@@ -170,7 +170,7 @@ TEST_F(PanelTest, AQuotaOutOfReachNamesTheCoverageOfTheDrawnResult) {
     open(write("one.csv", ",a,b,c,d,e,f\nNorth,10,5,3,2,1,1\n"));
     ASSERT_TRUE(waitUntil([this] { return !label("metricsNote").empty(); }));
     EXPECT_EQ(label("metricsNote"),
-              "There is no estimate: the quota is above the reachable coverage, 0.92.");
+              "SQS has no estimate: the quota is above the reachable coverage, 0.92.");
     value("alroySQS").setFocus();
     QTest::keyClick(&value("alroySQS"), Qt::Key_F1);
     EXPECT_TRUE(says("q = 0.99"));

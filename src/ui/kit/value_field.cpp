@@ -21,6 +21,7 @@ ValueField::ValueField(QWidget* parent) : QLineEdit(parent) {
     setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     showColor();
     connect(this, &QLineEdit::textChanged, this, [this] {
+        setPending(false);
         fitFont();
         setCursorPosition(0);
     });
@@ -33,16 +34,26 @@ void ValueField::setScale(double scale) {
 
 void ValueField::setStale(const QString& reason) {
     stale_ = !reason.isEmpty();
-    setToolTip(stale_ ? reason : explanation_);
-    setAccessibleDescription(toolTip());
+    reason_ = reason;
+    showDescription();
     showColor();
 }
 
 void ValueField::setExplanation(const QString& explanation) {
     explanation_ = explanation;
-    if (stale_) return;
-    setToolTip(explanation);
-    setAccessibleDescription(explanation);
+    showDescription();
+}
+
+void ValueField::setPending(bool pending) {
+    if (pending_ == pending) return;
+    pending_ = pending;
+    showDescription();
+    update();
+}
+
+void ValueField::showDescription() {
+    setToolTip(stale_ ? reason_ : explanation_);
+    setAccessibleDescription(pending_ ? tr("It is being computed.") : toolTip());
 }
 
 void ValueField::resizeEvent(QResizeEvent* event) {
@@ -70,9 +81,20 @@ void ValueField::keyPressEvent(QKeyEvent* event) {
 
 void ValueField::paintEvent(QPaintEvent* event) {
     QLineEdit::paintEvent(event);
-    if (!hasFocus()) return;
     QPainter painter(this);
+    if (pending_) paintPending(painter);
+    if (!hasFocus()) return;
     painter.fillRect(0, height() - 1, width(), 1, lookColors(palette()).accent);
+}
+
+void ValueField::paintPending(QPainter& painter) const {
+    const double thick = fontMetrics().xHeight() + 2;
+    const double wide = std::min(width() * 0.6, fontMetrics().averageCharWidth() * 6.0);
+    const double left = alignment().testFlag(Qt::AlignRight) ? width() - wide : 0;
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(lookColors(palette()).hairline);
+    painter.drawRoundedRect(QRectF(left, (height() - thick) / 2, wide, thick), 3, 3);
 }
 
 void ValueField::fitFont() {

@@ -21,6 +21,10 @@ class ValueField : public QLineEdit {
     void setStale(const QString& reason);
     [[nodiscard]] bool isStale() const { return stale_; }
 
+    // A soft bar in place of a value that is on its way. It goes with the first text.
+    void setPending(bool pending);
+    [[nodiscard]] bool isPending() const { return pending_; }
+
     // To the clipboard: what is selected, or else the whole value.
     void copyValue() const;
 
@@ -36,9 +40,13 @@ class ValueField : public QLineEdit {
   private:
     void fitFont();
     void showColor();
+    void showDescription();
+    void paintPending(QPainter& painter) const;
 
     double scale_ = 1;
     bool stale_ = false;
+    bool pending_ = false;
+    QString reason_;  // of being stale
     bool adjusting_ = false;
     QString explanation_;
 };

@@ -1,10 +1,7 @@
 #include "ui/main/metrics_panel.h"
 
-#include <QClipboard>
 #include <QEvent>
-#include <QGuiApplication>
 #include <QLabel>
-#include <QStringList>
 #include <algorithm>
 #include <optional>
 #include <string>
@@ -18,10 +15,8 @@
 #include "platform/job_queue.h"
 #include "platform/preferences.h"
 #include "ui/kit/look.h"
-#include "ui/kit/popover.h"
 #include "ui/kit/shown_text.h"
 #include "ui/kit/value_field.h"
-#include "ui/main/explanation_text.h"
 #include "ui_metrics_panel.h"
 
 namespace zorvel {
@@ -30,14 +25,18 @@ namespace {
 
 constexpr std::int64_t sqsTrials = 100;
 
-int digitsOf(std::string_view key) {
-    const auto row = std::find_if(metricsPanelRows.begin(), metricsPanelRows.end(),
-                                  [key](const PanelRow& each) { return each.key == key; });
-    return row->digits;
+int rowOf(std::string_view key) {
+    const auto* row = std::find_if(metricsPanelRows.begin(), metricsPanelRows.end(),
+                                   [key](const PanelRow& each) { return each.key == key; });
+    return static_cast<int>(row - metricsPanelRows.begin());
+}
+
+const PanelRow& panelRow(std::string_view key) {
+    return metricsPanelRows[static_cast<std::size_t>(rowOf(key))];
 }
 
 QString metricText(std::string_view key, double value) {
-    return QString::fromStdString(formatMetric(value, digitsOf(key)));
+    return QString::fromStdString(formatMetric(value, panelRow(key).digits));
 }
 
 }  // namespace
@@ -60,15 +59,13 @@ MetricsPanel::MetricsPanel(QWidget* parent)
     ui_->metricsNote->setContentsMargins(0, 12, 0, 0);
     setNote({});
     showSecondaryTexts();
+    sheet_ = new MetricSheet(rows(), this, [this](int row) {
+        return metricDetails(metricsPanelRows[static_cast<std::size_t>(row)].key, inputs_);
+    });
     nameRows();
-    auto* moves = new MetricRows(rows(), this);
-    connect(moves, &MetricRows::explanationRequested, this, &MetricsPanel::explain);
-    connect(moves, &MetricRows::copyAllRequested, this, &MetricsPanel::copyAll);
 }
 
-MetricsPanel::~MetricsPanel() {
-    delete popover_;
-}
+MetricsPanel::~MetricsPanel() = default;
 
 void MetricsPanel::setServices(JobQueue& jobs, RandomSourceMaker makeRandom) {
     jobs_ = &jobs;
@@ -79,7 +76,7 @@ void MetricsPanel::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
     if (event->type() != QEvent::PaletteChange) return;
     showSecondaryTexts();
-    followValues();
+    sheet_->followValues();
 }
 
 void MetricsPanel::showSecondaryTexts() {
@@ -109,23 +106,27 @@ MetricRows::Rows MetricsPanel::rows() const {
 
 void MetricsPanel::nameRows() {
     const Preferences preferences;
-    for (const MetricRow& row : rows()) {
-        const auto caption =
-            std::find_if(metricsPanelRows.begin(), metricsPanelRows.end(),
-                         [&row](const PanelRow& each) { return each.key == row.key; });
+    for (int row = 0; row < static_cast<int>(metricsPanelRows.size()); ++row) {
         const std::string text =
-            metricCaption(*caption, preferences.rarefactionSize(), preferences.sqsQuota());
-        setCaption(row.caption, row.value, QString::fromStdString(text));
-        const QString meaning =
-            metricMeaning(row.key) + '\n' + tr("F1 or a click tells how it is computed.");
-        row.value->setExplanation(meaning);
-        row.caption->setToolTip(meaning);
+            metricCaption(metricsPanelRows[static_cast<std::size_t>(row)],
+                          preferences.rarefactionSize(), preferences.sqsQuota());
+        sheet_->setCaption(row, QString::fromStdString(text));
     }
 }
 
-void MetricsPanel::setCaption(QLabel* caption, ValueField* value, const QString& text) {
-    caption->setText(text);
-    value->setAccessibleName(text);
+QString MetricsPanel::caption(std::string_view key) const {
+    return QString::fromStdString(metricCaption(panelRow(key), request_->size, request_->quota));
+}
+
+void MetricsPanel::showValue(std::string_view key, const QString& text) {
+    sheet_->show(rowOf(key), caption(key), text);
+}
+
+// The field keeps its text until its job ends.
+void MetricsPanel::expect(std::string_view key, const QString& owner) {
+    const QString reason =
+        owner.isEmpty() ? QString() : tr("Value of %1; the new one is on its way.").arg(owner);
+    sheet_->expect(rowOf(key), caption(key), reason);
 }
 
 void MetricsPanel::refresh(const QString& censusName, const CountsVector& counts) {
@@ -138,15 +139,14 @@ void MetricsPanel::refresh(const QString& censusName, const CountsVector& counts
     // place.
     if (isAgain) return startJobs();
     inputs_ = metricInputs(counts, request_->size, request_->quota);
-    sqsPending_ = true;
+    sheet_->setSubject(censusName);
     ui_->metricsHeading->setText(censusName);
     ui_->metricsHeading->setToolTip(censusName);
     setNote({});
     fillAtOnce();
-    markPending(ui_->rarefiedRichnessValueTextField, rarefiedOwner_);
-    markPending(ui_->alroySQSValueTextField, sqsOwner_);
+    expect("rarefiedRichness", rarefiedOwner_);
+    expect("alroySQS", sqsOwner_);
     startJobs();
-    followValues();
 }
 
 void MetricsPanel::startJobs() {
@@ -159,19 +159,13 @@ void MetricsPanel::fillAtOnce() {
     const auto whole = [](std::int64_t value) {
         return QString::fromStdString(integerText(value));
     };
-    ui_->richnessValueTextField->setText(whole(metrics.richness));
-    ui_->individualsValueTextField->setText(whole(metrics.individuals));
-    ui_->chaoOneValueTextField->setText(metricText("chaoOne", metrics.chaoOne));
-    ui_->shannonHValueTextField->setText(metricText("shannonH", metrics.shannonH));
-    ui_->fisherAlphaValueTextField->setText(metricText("fisherAlpha", metrics.fisherAlpha));
-    ui_->pielouJValueTextField->setText(metricText("pielouJ", metrics.pielouJ));
-    ui_->simpsonDValueTextField->setText(metricText("simpsonD", metrics.simpsonD));
-    ui_->buzasEValueTextField->setText(metricText("buzasE", metrics.buzasE));
-}
-
-// The field keeps its text until its job ends.
-void MetricsPanel::markPending(ValueField* value, const QString& owner) {
-    if (!owner.isEmpty()) value->setStale(tr("Value of %1; the new one is on its way.").arg(owner));
+    showValue("individuals", whole(metrics.individuals));
+    showValue("richness", whole(metrics.richness));
+    const std::pair<std::string_view, double> values[] = {
+        {"chaoOne", metrics.chaoOne},         {"shannonH", metrics.shannonH},
+        {"fisherAlpha", metrics.fisherAlpha}, {"pielouJ", metrics.pielouJ},
+        {"simpsonD", metrics.simpsonD},       {"buzasE", metrics.buzasE}};
+    for (const auto& [key, value] : values) showValue(key, metricText(key, value));
 }
 
 void MetricsPanel::startRarefaction() {
@@ -201,83 +195,27 @@ void MetricsPanel::startSqs() {
 }
 
 void MetricsPanel::showRarefied(double estimate) {
-    ValueField* value = ui_->rarefiedRichnessValueTextField;
-    value->setText(metricText("rarefiedRichness", estimate));
-    setCaption(ui_->rarefiedRichnessLabelTextField, value,
-               QString::fromStdString(rarefiedRichnessCaption(request_->size)));
-    value->setStale({});
+    showValue("rarefiedRichness", metricText("rarefiedRichness", estimate));
     rarefiedOwner_ = request_->census;
-    followValues();
 }
 
 void MetricsPanel::showSqs(const SqsResult& result) {
-    sqsPending_ = false;
     inputs_.absence = result.absence;
     inputs_.coverage = result.frequencySum;
-    ValueField* value = ui_->alroySQSValueTextField;
     if (result.estimate) {
-        value->setText(metricText("alroySQS", *result.estimate));
-        setCaption(ui_->alroySQSLabelTextField, value,
-                   QString::fromStdString(sqsCaption(request_->quota)));
-        value->setStale({});
+        showValue("alroySQS", metricText("alroySQS", *result.estimate));
         sqsOwner_ = request_->census;
-    } else {
-        QString note = metricRemarkText("alroySQS", inputs_);
-        if (!sqsOwner_.isEmpty()) note += ' ' + tr("The grey value is that of %1.").arg(sqsOwner_);
-        value->setStale(note);
-        setNote(note);
+        return;
     }
-    followValues();
+    QString note = metricDetails("alroySQS", inputs_).remark;
+    if (!sqsOwner_.isEmpty()) note += ' ' + tr("The grey value is that of %1.").arg(sqsOwner_);
+    sheet_->showAbsent(rowOf("alroySQS"), caption("alroySQS"), note);
+    setNote(note);
 }
 
 void MetricsPanel::setNote(const QString& note) {
     ui_->metricsNote->setText(breakable(note));
     ui_->metricsNote->setVisible(!note.isEmpty());
-}
-
-QString MetricsPanel::text() const {
-    if (!request_) return {};
-    QStringList lines{request_->census};
-    for (const MetricRow& row : rows()) {
-        const bool sqs = row.key == "alroySQS";
-        // The caption of a grey value may tell of the parameter that it was computed with.
-        const QString caption =
-            !row.value->isStale() ? row.caption->text()
-            : sqs                 ? QString::fromStdString(sqsCaption(request_->quota))
-                                  : QString::fromStdString(rarefiedRichnessCaption(request_->size));
-        const QString none = sqs && !sqsPending_ ? "-" : "";
-        lines.append(caption + '\t' + (row.value->isStale() ? none : row.value->text()));
-    }
-    return lines.join('\n');
-}
-
-void MetricsPanel::copyAll() const {
-    if (const QString all = text(); !all.isEmpty()) QGuiApplication::clipboard()->setText(all);
-}
-
-void MetricsPanel::explain(int row) {
-    if (!request_) return;
-    if (!popover_) popover_ = new Popover(window());
-    if (popover_->isVisible() && explained_ == row) return popover_->dismiss();
-    explained_ = row;
-    updateExplanation();
-    const MetricRow anchor = rows()[static_cast<std::size_t>(row)];
-    popover_->showBeside(MetricRows::placeIn(*window(), anchor));
-}
-
-void MetricsPanel::followValues() {
-    if (popover_ && popover_->isVisible()) updateExplanation();
-}
-
-void MetricsPanel::updateExplanation() {
-    const MetricRow row = rows()[static_cast<std::size_t>(explained_)];
-    ExplainedValue value{row.key, request_->census, row.value->text(), {}, inputs_};
-    if (row.value->isStale()) {
-        value.text.clear();
-        value.note = row.value->toolTip();
-    }
-    const ExplanationText text = explanationText(value, lookColors(palette()).secondary);
-    popover_->setText(text.rich, text.plain);
 }
 
 }  // namespace zorvel

@@ -4,12 +4,10 @@
 // demand. Main thread.
 #pragma once
 
-#include <QPointer>
 #include <QString>
 #include <QWidget>
 #include <atomic>
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <optional>
 
@@ -17,7 +15,7 @@
 #include "metrics/random_source.h"
 #include "metrics/sqs.h"
 #include "model/metric_explanations.h"
-#include "ui/main/metric_rows.h"
+#include "ui/kit/metric_sheet.h"
 
 namespace Ui {
 class MetricsPanel;
@@ -26,7 +24,6 @@ class MetricsPanel;
 namespace zorvel {
 
 class JobQueue;
-class Popover;
 
 class MetricsPanel : public QWidget {
     Q_OBJECT
@@ -43,14 +40,7 @@ class MetricsPanel : public QWidget {
     // anew.
     void refresh(const QString& censusName, const CountsVector& counts);
 
-    // The census's name, then a line a value: its caption, a tab, the text; "-" where there is no
-    // estimate, and nothing where the value is still on its way.
-    [[nodiscard]] QString text() const;
-    void copyAll() const;
-
-  public slots:
-    // Beside the row, counted from the top; closes the explanation where it is that row's.
-    void explain(int row);
+    void copyAll() const { sheet_->copyAll(); }
 
   protected:
     void changeEvent(QEvent* event) override;
@@ -75,11 +65,10 @@ class MetricsPanel : public QWidget {
     void startSqs();
     void showRarefied(double estimate);
     void showSqs(const SqsResult& result);
-    void setCaption(QLabel* caption, ValueField* value, const QString& text);
-    void markPending(ValueField* value, const QString& owner);
+    void showValue(std::string_view key, const QString& text);
+    void expect(std::string_view key, const QString& owner);
+    [[nodiscard]] QString caption(std::string_view key) const;
     void setNote(const QString& note);
-    void updateExplanation();
-    void followValues();  // in the explanation, while it is open
 
     std::unique_ptr<Ui::MetricsPanel> ui_;
     JobQueue* jobs_ = nullptr;
@@ -88,12 +77,10 @@ class MetricsPanel : public QWidget {
     std::shared_ptr<std::atomic<std::uint64_t>> latest_;
     std::optional<Request> request_;
     MetricInputs inputs_;
-    bool sqsPending_ = false;
     // Whose value stands in the field; empty before the first.
     QString rarefiedOwner_;
     QString sqsOwner_;
-    QPointer<Popover> popover_;
-    int explained_ = -1;  // the row that the popover is about
+    MetricSheet* sheet_;
 };
 
 }  // namespace zorvel

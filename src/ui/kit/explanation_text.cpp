@@ -1,4 +1,4 @@
-#include "ui/main/explanation_text.h"
+#include "ui/kit/explanation_text.h"
 
 #include <QCoreApplication>
 #include <QList>
@@ -22,7 +22,7 @@ struct Entry {
 QList<Entry> entriesOf(const ExplainedValue& value, const MetricExplanation& explanation) {
     QList<Entry> entries{{tr("Formula"), tr(explanation.formula)}};
     if (*explanation.variant != '\0') entries.append({tr("Variant"), tr(explanation.variant)});
-    entries.append({tr("Inputs"), QString::fromStdString(inputsText(value.key, value.inputs))});
+    if (!value.details.inputs.isEmpty()) entries.append({tr("Inputs"), value.details.inputs});
     entries.append({tr("Source"), tr(explanation.source)});
     return entries;
 }
@@ -43,6 +43,23 @@ QString rows(const QList<Entry>& entries, const QColor& secondary) {
     return table + "</table>";
 }
 
+QString remarkText(const MetricRemark& remark) {
+    if (remark.text == nullptr) return {};
+    QString text = tr(remark.text);
+    int place = 0;
+    for (const std::string& argument : remark.arguments) {
+        text.replace('%' + QString::number(++place), QString::fromStdString(argument));
+    }
+    return text;
+}
+
+QString valueLine(const ExplainedValue& value) {
+    const QString subject = breakable(value.subject);
+    if (value.pending) return tr("No value for %1 yet").arg(subject);
+    return value.text.isEmpty() ? tr("No value for %1").arg(subject)
+                                : tr("%1 for %2").arg(value.text, subject);
+}
+
 }  // namespace
 
 QString metricMeaning(std::string_view key) {
@@ -50,31 +67,26 @@ QString metricMeaning(std::string_view key) {
     return explanation == nullptr ? QString() : tr(explanation->meaning);
 }
 
-QString metricRemarkText(std::string_view key, const MetricInputs& inputs) {
-    const MetricRemark remark = metricRemark(key, inputs);
-    if (remark.text == nullptr) return {};
-    QString text = tr(remark.text);
-    return text.replace("%1", QString::fromStdString(remark.argument));
+MetricDetails metricDetails(std::string_view key, const MetricInputs& inputs) {
+    return {QString::fromStdString(inputsText(key, inputs)), remarkText(metricRemark(key, inputs))};
 }
 
 ExplanationText explanationText(const ExplainedValue& value, const QColor& secondary) {
     const MetricExplanation* explanation = explanationOf(value.key);
     if (explanation == nullptr) return {};
-    const QString census = breakable(value.census);
-    const QString valueLine = value.text.isEmpty() ? tr("No value for %1").arg(census)
-                                                   : tr("%1 for %2").arg(value.text, census);
+    const QString line = valueLine(value);
     QStringList sentences{tr(explanation->meaning)};
-    const QString remark = metricRemarkText(value.key, value.inputs);
+    const QString& remark = value.details.remark;
     if (!value.note.isEmpty()) sentences.append(breakable(value.note));
     if (!remark.isEmpty() && !value.note.contains(remark)) sentences.append(remark);
     const QList<Entry> entries = entriesOf(value, *explanation);
 
     ExplanationText text;
     text.rich = paragraph(tr(explanation->name), "font-weight:600;font-size:large");
-    text.rich += paragraph(valueLine, "font-weight:600");
+    text.rich += paragraph(line, "font-weight:600");
     for (const QString& sentence : sentences) text.rich += paragraph(sentence);
     text.rich += rows(entries, secondary);
-    QStringList lines{tr(explanation->name), valueLine};
+    QStringList lines{tr(explanation->name), line};
     lines += sentences;
     for (const Entry& entry : entries) lines.append(entry.label + ": " + entry.text);
     text.plain = lines.join('\n');

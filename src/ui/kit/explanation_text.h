@@ -13,15 +13,21 @@ namespace zorvel {
 // What the value means, in a sentence; empty for an unknown key.
 QString metricMeaning(std::string_view key);
 
-// Why the value is "-" or missing, or what is particular about it; mostly empty.
-QString metricRemarkText(std::string_view key, const MetricInputs& inputs);
+// What went into a value, and why it is "-" or missing, or what is particular about it; the latter
+// is mostly empty.
+struct MetricDetails {
+    QString inputs;
+    QString remark;
+};
+MetricDetails metricDetails(std::string_view key, const MetricInputs& inputs);
 
 struct ExplainedValue {
     std::string_view key;
-    QString census;
-    QString text;  // as it is shown; empty where there is none, or another census's
-    QString note;  // what the panel says about it, such as that it belongs to another census
-    MetricInputs inputs;
+    QString subject;       // the census, or the project
+    QString text;          // as it is shown; empty where there is none, or another subject's
+    bool pending = false;  // it is still to come
+    QString note;  // what the panel says about it, such as that it belongs to another subject
+    MetricDetails details;
 };
 
 struct ExplanationText {

@@ -1,12 +1,12 @@
-// How a person moves over the rows of the metrics panel: the arrow keys go from value to value, F1
-// or a click on a row asks for its explanation, a context menu copies. A row is a caption and a
-// value; the panel owns both. Main thread.
+// How a person moves over rows of metrics: the arrow keys go from value to value, F1 or a click on
+// a row asks for its explanation, a context menu copies. A row is a caption and a value, whose
+// widgets belong to the panel that shows them. Main thread.
 #pragma once
 
 #include <QObject>
 #include <QRect>
-#include <array>
 #include <string_view>
+#include <vector>
 
 class QContextMenuEvent;
 class QKeyEvent;
@@ -19,7 +19,7 @@ namespace zorvel {
 class ValueField;
 
 struct MetricRow {
-    std::string_view key;
+    std::string_view key;  // of its explanation
     ValueField* value;
     QLabel* caption;
 };
@@ -27,10 +27,10 @@ struct MetricRow {
 class MetricRows : public QObject {
     Q_OBJECT
   public:
-    using Rows = std::array<MetricRow, 10>;
+    using Rows = std::vector<MetricRow>;
 
     // In the order in which they stand.
-    MetricRows(const Rows& rows, QWidget* panel);
+    MetricRows(Rows rows, QWidget* panel);
 
     // From edge to edge of its card, in the coordinates of the widget, which holds the card.
     [[nodiscard]] static QRect placeIn(const QWidget& widget, const MetricRow& row);

@@ -1,4 +1,4 @@
-#include "ui/main/metric_rows.h"
+#include "ui/kit/metric_rows.h"
 
 #include <QApplication>
 #include <QContextMenuEvent>
@@ -9,13 +9,14 @@
 #include <QScrollArea>
 #include <algorithm>
 #include <cstdlib>
+#include <utility>
 
 #include "ui/kit/value_field.h"
 
 namespace zorvel {
 
-MetricRows::MetricRows(const Rows& rows, QWidget* panel)
-    : QObject(panel), rows_(rows), panel_(panel) {
+MetricRows::MetricRows(Rows rows, QWidget* panel)
+    : QObject(panel), rows_(std::move(rows)), panel_(panel) {
     for (const MetricRow& row : rows_) {
         row.value->installEventFilter(this);
         row.caption->installEventFilter(this);
