@@ -1,0 +1,143 @@
+"""The help pages: well-formed, without dead links, and true.
+
+check_help.py PAGES TREE TOOL: PAGES is the folder of the made pages, TREE that of the sources, TOOL
+the command-line tool. In the pages,
+  pre data-file="NAME"    is a file that the examples of the page read (data-encoding: in another
+                          encoding than UTF-8),
+  pre data-run="NAME"     is what a shell shows: commands after "$ ", and all that they write,
+  table class="faults"    has the text of a file of the kind data-kind in its first column (below
+                          the line data-before) and what the tool says of it in the second,
+  data-value="NAME: ROW"  is the value of that row in the session of that name,
+  data-working="..."      is the computation that the text shows, which has the result shown.
+"""
+
+import math
+import os
+import re
+import subprocess
+import sys
+import tempfile
+import unittest
+import xml.etree.ElementTree as xml
+from pathlib import Path
+
+HTML = "{http://www.w3.org/1999/xhtml}"
+pages_folder, tree, tool = (Path(argument).resolve() for argument in sys.argv[1:4])
+
+
+def text_of(element):
+    text = element.text or ""
+    for child in element:
+        text += "\n" if child.tag == HTML + "br" else text_of(child)
+        text += child.tail or ""
+    return text
+
+
+def pages():
+    found = {path.name: xml.parse(path).getroot() for path in sorted(pages_folder.glob("*.html"))}
+    made_from = {path.name for path in (tree / "docs/help").glob("*.html")} - {"frame.html"}
+    assert made_from <= found.keys(), f"not made: {made_from - found.keys()}"
+    return {name: found[name] for name in sorted(made_from)}
+
+
+def with_attribute(page, name):
+    return [element for element in page.iter() if name in element.attrib]
+
+
+class Shell:
+    """A folder of its own with the files of a page, the tool on the path."""
+
+    def __init__(self, folder, page=None):
+        self.folder = Path(folder)
+        self.environment = dict(os.environ, PATH=f"{tool.parent}{os.pathsep}{os.environ['PATH']}")
+        for element in with_attribute(page, "data-file") if page is not None else []:
+            encoding = element.get("data-encoding", "utf-8")
+            (self.folder / element.get("data-file")).write_bytes(text_of(element).encode(encoding))
+
+    def run(self, command):
+        ran = subprocess.run(["sh", "-c", command], cwd=self.folder, env=self.environment,
+                             stdout=subprocess.PIPE, stderr=subprocess.STDOUT, timeout=120)
+        return ran.stdout.decode()
+
+
+def commands_in(session):
+    return re.findall(r"^\$ (.*)\n", session, re.MULTILINE)
+
+
+class Help(unittest.TestCase):
+    maxDiff = None
+
+    @classmethod
+    def setUpClass(cls):
+        cls.pages = pages()
+
+    def test_links_and_pictures_lead_somewhere(self):
+        ids = {name: {e.get("id") for e in with_attribute(page, "id")}
+               for name, page in self.pages.items()}
+        for name, page in self.pages.items():
+            self.assertEqual(len(ids[name]), len(with_attribute(page, "id")), f"equal ids in {name}")
+            for element in with_attribute(page, "href") + with_attribute(page, "src"):
+                link = element.get("href") or element.get("src")
+                with self.subTest(page=name, link=link):
+                    file, _, anchor = link.partition("#")
+                    self.assertTrue((pages_folder / (file or name)).is_file())
+                    if anchor:
+                        self.assertIn(anchor, ids[file or name])
+            for image in page.iter(HTML + "img"):
+                self.assertTrue(image.get("alt"), f"a picture without words in {name}")
+
+    def test_every_page_can_be_reached_and_runs_nothing(self):
+        linked = {link.get("href") for page in self.pages.values() for link in page.iter(HTML + "a")}
+        self.assertLessEqual(self.pages.keys(), linked)
+        for name, page in self.pages.items():
+            self.assertFalse(list(page.iter(HTML + "script")), name)
+
+    def test_every_metric_has_its_section(self):
+        header = (tree / "src/metrics/metric_captions.h").read_text()
+        keys = set(re.findall(r'^    \{"(\w+)", "', header, re.MULTILINE))
+        self.assertGreater(len(keys), 10)
+        self.assertLessEqual(keys, {e.get("id") for e in self.pages["metrics.html"].iter()})
+
+    def test_examples_of_the_tool_are_true(self):
+        for name, page in self.pages.items():
+            with tempfile.TemporaryDirectory() as folder:
+                shell = Shell(folder, page)
+                for element in with_attribute(page, "data-run"):
+                    shown = text_of(element)
+                    commands = commands_in(shown)
+                    self.assertTrue(commands, f"{name}: a session without a command")
+                    ran = "".join(f"$ {command}\n{shell.run(command)}" for command in commands)
+                    with self.subTest(page=name, command=commands[0]):
+                        self.assertEqual(shown, ran)
+
+    def test_faults_are_told_in_these_words(self):
+        for name, page in self.pages.items():
+            for table in (t for t in page.iter(HTML + "table") if t.get("class") == "faults"):
+                rows = [row for row in table.iter(HTML + "tr") if row.find(HTML + "td") is not None]
+                self.assertTrue(rows)
+                for row in rows:
+                    text, message = (text_of(cell) for cell in row)
+                    if "data-before" in table.attrib:
+                        text = f"{table.get('data-before')}\n{text}"
+                    with self.subTest(page=name, text=text), tempfile.TemporaryDirectory() as folder:
+                        shell = Shell(folder)
+                        (shell.folder / "file").write_text(text + "\n")
+                        told = shell.run(f"zorvel-cli records file --kind {table.get('data-kind')}")
+                        self.assertRegex(told, rf"(?m): {re.escape(message)}$")
+
+    def test_worked_examples_have_the_results_shown(self):
+        for name, page in self.pages.items():
+            sessions = {e.get("data-run"): text_of(e) for e in with_attribute(page, "data-run")}
+            for element in with_attribute(page, "data-value"):
+                session, caption = element.get("data-value").split(": ", 1)
+                with self.subTest(page=name, value=element.get("data-value")):
+                    self.assertIn(f"\n{caption}\t{element.text}\n", sessions[session])
+            for element in with_attribute(page, "data-working"):
+                with self.subTest(page=name, working=element.get("data-working")):
+                    result = eval(element.get("data-working"), dict(vars(math)))
+                    digits = len(element.text.partition(".")[2])
+                    self.assertEqual(f"{result:.{digits}f}", element.text)
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1])
