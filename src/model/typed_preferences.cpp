@@ -1,0 +1,39 @@
+#include "model/typed_preferences.h"
+
+#include <charconv>
+#include <cmath>
+#include <system_error>
+
+#include "base/numbers.h"
+
+namespace zorvel {
+namespace {
+
+constexpr const char* notWhole = "A sample size is a whole number, without a point or spaces.";
+constexpr const char* tooLarge = "This number is larger than the program can hold.";
+constexpr const char* notQuota = "A quota is a number with a decimal point, such as 0.8.";
+
+}  // namespace
+
+Typed<std::int64_t> parseTypedSampleSize(std::string_view text) {
+    // from_chars takes a minus sign alone, and would take one after the plus.
+    if (text.starts_with('+')) {
+        text.remove_prefix(1);
+        if (text.starts_with('-')) return notWhole;
+    }
+    std::int64_t value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error == std::errc::invalid_argument || end != text.data() + text.size()) return notWhole;
+    if (error != std::errc()) return tooLarge;
+    return value;
+}
+
+Typed<double> parseTypedQuota(std::string_view text) {
+    if (text.find_first_not_of("0123456789+-.eE") != std::string_view::npos) return notQuota;
+    const std::optional<double> value = parseWholeDouble(text);
+    if (!value) return notQuota;
+    if (!std::isfinite(*value)) return tooLarge;
+    return *value;
+}
+
+}  // namespace zorvel
