@@ -1,0 +1,95 @@
+#include "ui/kit/color_chip.h"
+
+#include <QKeyEvent>
+#include <QPainter>
+#include <QPainterPath>
+
+#include "ui/kit/glyphs.h"
+#include "ui/kit/look.h"
+
+namespace zorvel {
+
+namespace {
+
+constexpr double ring = 3;    // room around the colour for the focus
+constexpr double radius = 4;  // of the colour's corners
+constexpr int square = 5;     // of the chequered ground
+
+// The ground is the same in both schemes: that of a page.
+void paintChequered(QPainter& painter, const QRect& rect) {
+    painter.fillRect(rect, Qt::white);
+    for (int y = 0; y * square < rect.height(); ++y) {
+        for (int x = y % 2; x * square < rect.width(); x += 2) {
+            painter.fillRect(rect.x() + x * square, rect.y() + y * square, square, square,
+                             QColor("#c4c9c6"));
+        }
+    }
+}
+
+// The one of black and white that stands out against the colour on white.
+QColor markColor(const QColor& color) {
+    const double alpha = color.alphaF();
+    const double lightness = qGray(color.rgb()) * alpha + 255 * (1 - alpha);
+    return lightness > 140 ? Qt::black : Qt::white;
+}
+
+}  // namespace
+
+ColorChip::ColorChip(const QSize& size, QWidget* parent) : QAbstractButton(parent), size_(size) {
+    setFocusPolicy(Qt::StrongFocus);
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+}
+
+void ColorChip::setColor(const QColor& color) {
+    color_ = color;
+    update();
+}
+
+void ColorChip::setInUse(bool inUse) {
+    inUse_ = inUse;
+    update();
+}
+
+void ColorChip::paintColor(QPainter& painter, const QRectF& rect) const {
+    QPainterPath outline;
+    outline.addRoundedRect(rect, radius, radius);
+    painter.save();
+    painter.setClipPath(outline);
+    if (color_.alpha() < 255) paintChequered(painter, rect.toAlignedRect());
+    painter.fillRect(rect, color_);
+    painter.restore();
+    const LookColors& colors = lookColors(palette());
+    painter.setBrush(Qt::NoBrush);
+    painter.setPen(QPen(underMouse() || isDown() ? colors.text : colors.border, 1));
+    painter.drawPath(outline);
+}
+
+void ColorChip::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    const QRectF inner = QRectF(rect()).adjusted(ring + 0.5, ring + 0.5, -ring - 0.5, -ring - 0.5);
+    paintColor(painter, inner);
+    if (inUse_) {
+        paintGlyph(painter, Glyph::tick, inner.adjusted(2, 2, -2, -2), markColor(color_));
+    }
+    if (!hasFocus()) return;
+    painter.setPen(QPen(lookColors(palette()).accent, 1.5));
+    painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), radius + 2, radius + 2);
+}
+
+void ColorChip::keyPressEvent(QKeyEvent* event) {
+    if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) return click();
+    QAbstractButton::keyPressEvent(event);
+}
+
+void ColorChip::enterEvent(QEnterEvent* event) {
+    QAbstractButton::enterEvent(event);
+    update();
+}
+
+void ColorChip::leaveEvent(QEvent* event) {
+    QAbstractButton::leaveEvent(event);
+    update();
+}
+
+}  // namespace zorvel
