@@ -139,6 +139,9 @@ void LookStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
         case PE_PanelButtonTool:
             paintToolButton(*option, *painter);
             return;
+        case PE_IndicatorRadioButton:
+            paintRadioMark(*option, *painter);
+            return;
         case PE_IndicatorItemViewItemCheck:
             paintItemCheck(*option, *painter);
             return;

@@ -110,6 +110,24 @@ void paintFieldPanel(const QStyleOption& option, QPainter& painter) {
                  focused ? 1.5 : 1);
 }
 
+void paintRadioMark(const QStyleOption& option, QPainter& painter) {
+    const LookColors& colors = lookColors(option.palette);
+    const bool on = (option.state & QStyle::State_On) != 0;
+    const bool enabled = (option.state & QStyle::State_Enabled) != 0;
+    const bool focused = (option.state & QStyle::State_HasFocus) != 0;
+    const QRectF circle = option.rect;
+    const QColor fill = !on ? colors.base : enabled ? colors.selection : colors.disabled;
+    paintRounded(painter, circle, circle.width() / 2, fill,
+                 focused ? colors.accent
+                 : on    ? fill
+                         : colors.border,
+                 focused ? 1.5 : 1);
+    if (!on) return;
+    const double inset = circle.width() * 0.32;
+    paintRounded(painter, circle.adjusted(inset, inset, -inset, -inset), circle.width() / 2,
+                 colors.selectionText, {});
+}
+
 // A box with its tick where the cell can be checked; where it is only shown, the tick alone.
 void paintItemCheck(const QStyleOption& option, QPainter& painter) {
     const LookColors& colors = lookColors(option.palette);

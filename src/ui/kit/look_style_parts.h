@@ -17,6 +17,7 @@ void paintMenuBarItem(const QStyleOptionMenuItem& option, QPainter& painter);
 void paintPushButton(const QStyleOption& option, QPainter& painter, bool primary);
 void paintToolButton(const QStyleOption& option, QPainter& painter);
 void paintFieldPanel(const QStyleOption& option, QPainter& painter);
+void paintRadioMark(const QStyleOption& option, QPainter& painter);
 void paintItemCheck(const QStyleOption& option, QPainter& painter);
 void paintScrollBar(const QStyleOptionSlider& option, const QRect& handle, QPainter& painter);
 

@@ -22,6 +22,10 @@ constexpr int shade = 6;     // width of the shadow on every side
 constexpr int padding = 16;  // around the text
 constexpr int chrome = 2 * (shade + padding);
 
+bool closes(const QKeyEvent& press) {
+    return press.key() == Qt::Key_Escape || press.key() == Qt::Key_F1;
+}
+
 }  // namespace
 
 QRect popoverPlace(const QSize& host, const QRect& anchor, const QSize& wanted) {
@@ -136,8 +140,17 @@ bool Popover::focusNextPrevChild(bool next) {
     return from != nullptr && !contains(from) && QFrame::focusNextPrevChild(next);
 }
 
+// The keys that close it do so before they mean a command of the window.
+bool Popover::event(QEvent* event) {
+    if (event->type() == QEvent::ShortcutOverride && closes(*static_cast<QKeyEvent*>(event))) {
+        event->accept();
+        return true;
+    }
+    return QFrame::event(event);
+}
+
 void Popover::keyPressEvent(QKeyEvent* event) {
-    if (event->key() == Qt::Key_Escape || event->key() == Qt::Key_F1) return dismiss();
+    if (closes(*event)) return dismiss();
     QFrame::keyPressEvent(event);
 }
 
