@@ -73,18 +73,24 @@ std::int64_t Preferences::rarefactionSize() const {
     return read(rarefactionSizeKey).toLongLong();
 }
 
+std::int64_t Preferences::limitedSize(std::int64_t size) {
+    return std::max<std::int64_t>(size, 1);
+}
+
 void Preferences::setRarefactionSize(std::int64_t size) {
-    store(rarefactionSizeKey, QVariant::fromValue<qlonglong>(std::max<std::int64_t>(size, 1)));
+    store(rarefactionSizeKey, QVariant::fromValue<qlonglong>(limitedSize(size)));
 }
 
 double Preferences::sqsQuota() const {
     return read(sqsQuotaKey).toDouble();
 }
 
+double Preferences::limitedQuota(double quota) {
+    return quota < 0 ? 0.1 : quota > 1.0 ? 0.99 : quota;
+}
+
 void Preferences::setSqsQuota(double quota) {
-    if (quota < 0) quota = 0.1;
-    if (quota > 1.0) quota = 0.99;
-    store(sqsQuotaKey, quota);
+    store(sqsQuotaKey, limitedQuota(quota));
 }
 
 double Preferences::confidence() const {

@@ -19,11 +19,13 @@ class Preferences {
     // Specimens (or censuses) to which richness is rarefied.
     [[nodiscard]] std::int64_t rarefactionSize() const;
     // Stores size, or 1 where it is less.
+    static std::int64_t limitedSize(std::int64_t size);
     void setRarefactionSize(std::int64_t size);
 
     // Coverage at which shareholder quorum subsampling stops.
     [[nodiscard]] double sqsQuota() const;
     // Stores 0.1 for a negative quota, 0.99 for one above 1, and any other as it is.
+    static double limitedQuota(double quota);
     void setSqsQuota(double quota);
 
     // Of the limits around a rarefaction curve: 0.95 or 0.99.
