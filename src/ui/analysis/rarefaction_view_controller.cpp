@@ -1,18 +1,247 @@
 #include "ui/analysis/rarefaction_view_controller.h"
 
+#include <QBoxLayout>
+#include <QClipboard>
+#include <QEvent>
+#include <QGuiApplication>
+#include <QLabel>
+#include <QMimeData>
+#include <QPointer>
+#include <QPushButton>
+#include <QShortcut>
+#include <QShowEvent>
 #include <utility>
+
+#include "interchange/writers.h"
+#include "platform/file_names.h"
+#include "platform/job_queue.h"
+#include "platform/preferences.h"
+#include "ui/analysis/plot_paper.h"
+#include "ui/analysis/rarefaction_view.h"
+#include "ui/kit/alerts.h"
+#include "ui/kit/file_writing.h"
+#include "ui/kit/look.h"
+#include "ui/kit/look_style.h"
+#include "ui/kit/place_window.h"
+#include "ui/kit/save_panel.h"
+#include "ui/kit/shown_text.h"
 
 namespace zorvel {
 
+namespace {
+
+constexpr int placeFromCorner = 120;
+constexpr qsizetype longestSubject = 120;  // characters
+
+std::optional<ConfidenceLevel> levelNow() {
+    return confidenceLevelOf(Preferences().confidence());
+}
+
+QByteArray bytesFor(const QString& path, const PlotDrawing& drawing) {
+    if (path.endsWith(".svg", Qt::CaseInsensitive)) return svgOf(drawing);
+    if (path.endsWith(".png", Qt::CaseInsensitive)) return pngOf(drawing);
+    return pdfOf(drawing);
+}
+
+// A label of plain text that leaves its width to the window.
+QLabel* addLabel(QBoxLayout& column, const char* name, const QString& accessibleName,
+                 QWidget* parent) {
+    auto* label = new QLabel(parent);
+    label->setObjectName(name);
+    label->setTextFormat(Qt::PlainText);
+    label->setWordWrap(true);
+    label->setAccessibleName(accessibleName);
+    column.addWidget(label);
+    return label;
+}
+
+}  // namespace
+
 RarefactionViewController::RarefactionViewController(RarefactionKind kind, JobQueue& jobs,
                                                      const Panels& panels, QWidget* parent)
-    : QWidget(parent), kind_(kind), jobs_(jobs), panels_(panels) {}
+    : QWidget(parent),
+      kind_(kind),
+      texts_(kind),
+      jobs_(jobs),
+      panels_(panels),
+      rarefactionView_(new RarefactionView(this)) {
+    auto* paper = new PlotPaper(rarefactionView_, texts_.sampleSizeTitle(),
+                                RarefactionTexts::richnessTitle(), this);
+    auto* column = new QVBoxLayout(this);
+    column->setContentsMargins(16, 14, 16, 14);
+    column->setSpacing(10);
+    column->addLayout(headingRows());
+    column->addWidget(paper, 1);
+    readout_ = addLabel(*column, "rarefactionReadout", tr("Values of the marked point"), this);
+    column->addLayout(buttonRow());
+    connect(rarefactionView_, &RarefactionView::markedPointDidChange, this,
+            &RarefactionViewController::showReadout);
+    connect(rarefactionView_, &RarefactionView::focusDidChange, paper, &PlotPaper::setFocused);
+    showTexts();
+}
 
 RarefactionViewController::~RarefactionViewController() = default;
 
-void RarefactionViewController::setRarefactionData(std::vector<Rarefaction> data,
-                                                   const QString& /*subject*/) {
-    rarefactionData_ = std::move(data);
+QBoxLayout* RarefactionViewController::headingRows() {
+    auto* rows = new QVBoxLayout;
+    rows->setSpacing(2);
+    heading_ = addLabel(*rows, "rarefactionSubject", tr("Subject"), this);
+    heading_->setFont(scaledFont(font(), 1.3, true));
+    summary_ = addLabel(*rows, "rarefactionSummary", tr("Curve"), this);
+    summary_->setForegroundRole(QPalette::PlaceholderText);
+    absence_ = addLabel(*rows, "rarefactionAbsence", tr("Note"), this);
+    return rows;
+}
+
+QPushButton* RarefactionViewController::addButton(QBoxLayout& row, const char* name,
+                                                  const QString& title, const QKeySequence& keys,
+                                                  void (RarefactionViewController::*command)()) {
+    auto* button = new QPushButton(title, this);
+    button->setObjectName(name);
+    button->setToolTip(keys.toString(QKeySequence::NativeText));
+    connect(button, &QPushButton::clicked, this, command);
+    // Beside the button's mnemonic, which its own shortcut would take the place of.
+    connect(new QShortcut(keys, this), &QShortcut::activated, this, command);
+    row.addWidget(button);
+    return button;
+}
+
+QBoxLayout* RarefactionViewController::buttonRow() {
+    using Self = RarefactionViewController;
+    auto* row = new QHBoxLayout;
+    row->setSpacing(8);
+    addButton(*row, "copyPlotButton", tr("&Copy Plot"), QKeySequence::Copy, &Self::copyPlot);
+    addButton(*row, "copyTableButton", tr("Copy &Table"),
+              QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_C), &Self::copyTable);
+    row->addStretch(1);
+    addButton(*row, "saveDataButton", tr("Save T&able\u2026"),
+              QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S), &Self::saveDataTapped);
+    addButton(*row, "savePlotButton", tr("Save &Plot\u2026"), QKeySequence::Save,
+              &Self::savePlotTapped)
+        ->setProperty(primaryButtonProperty, true);
+    return row;
+}
+
+void RarefactionViewController::setRarefactionData(std::vector<Rarefaction> curve,
+                                                   const QString& subject) {
+    rarefactionData_ = std::move(curve);
+    subject_ = subject;
+    showTexts();
+}
+
+bool RarefactionViewController::event(QEvent* event) {
+    // A preference may have been changed in another window, or by another process.
+    if (event->type() == QEvent::WindowActivate) preferencesDidChange();
+    return QWidget::event(event);
+}
+
+void RarefactionViewController::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    if (!std::exchange(hasAppeared_, true)) viewWillAppear();
+}
+
+void RarefactionViewController::viewWillAppear() {
+    if (rarefactionData_) rarefactionView_->setRarefactionData(*rarefactionData_);
+    rarefactionView_->setFocus();
+    showTexts();
+    placeWindow(*window(), placeFromCorner, placeFromCorner);
+}
+
+void RarefactionViewController::preferencesDidChange() {
+    rarefactionView_->preferencesDidChange();
+    showTexts();
+}
+
+void RarefactionViewController::showTexts() {
+    const std::span<const Rarefaction> curve = rarefactionData_
+                                                   ? std::span<const Rarefaction>(*rarefactionData_)
+                                                   : std::span<const Rarefaction>();
+    heading_->setText(breakable(shortened(subject_, longestSubject)));
+    heading_->setVisible(!subject_.isEmpty());
+    summary_->setText(texts_.summary(curve, levelNow()));
+    const QString absence = texts_.absence(curve, levelNow());
+    absence_->setText(absence);
+    absence_->setVisible(!absence.isEmpty());
+    rarefactionView_->setAccessibleName(tr("Rarefaction curve"));
+    showReadout();
+}
+
+// The view that has the focus speaks, not the label that stands by.
+void RarefactionViewController::showReadout() {
+    const int marked = rarefactionView_->markedPoint();
+    const bool drawn = rarefactionData_ && rarefactionData_->size() >= kFewestPlotPoints;
+    const bool isMarked = drawn && marked >= 0;
+    QString text;
+    if (isMarked) {
+        text = texts_.readout((*rarefactionData_)[static_cast<std::size_t>(marked)], levelNow());
+    } else if (drawn) {
+        text = tr("Point at the curve, or press an arrow key, to read out its values.");
+    }
+    readout_->setForegroundRole(isMarked ? QPalette::WindowText : QPalette::PlaceholderText);
+    readout_->setText(text);
+    rarefactionView_->setAccessibleDescription(text);
+}
+
+PlotDrawing RarefactionViewController::drawing() const {
+    RarefactionView* view = rarefactionView_;
+    const QString title =
+        subject_.isEmpty() ? tr("Rarefaction curve") : tr("Rarefaction curve: %1").arg(subject_);
+    return {view->size(), title, [view](QPainter& painter) { view->drawRect(painter); }};
+}
+
+QString RarefactionViewController::fileNameFor(const QString& what) const {
+    return subject_.isEmpty() ? what : asFileName(subject_) + " " + what;
+}
+
+// The alert must appear even if this window has gone meanwhile, so the queue itself receives.
+void RarefactionViewController::write(const QString& path, const QByteArray& bytes,
+                                      const QString& failure) {
+    Alerts& alerts = panels_.alerts;
+    const QPointer<QWidget> parent(window());
+    jobs_.start(
+        &jobs_, [path, bytes] { return writeWholeFile(path, bytes); },
+        [&alerts, parent, failure](const QString& problem) {
+            if (!problem.isEmpty()) alerts.warn(parent, failure, problem);
+        });
+}
+
+void RarefactionViewController::savePlot() {
+    const QPointer<RarefactionViewController> self(this);
+    const QString path = panels_.save.chooseFile(
+        window(), fileNameFor(tr("rarefaction")),
+        {{tr("PDF document"), ".pdf"}, {tr("SVG drawing"), ".svg"}, {tr("PNG image"), ".png"}});
+    if (!self || path.isEmpty()) return;
+    write(path, bytesFor(path, drawing()), tr("The plot could not be saved"));
+}
+
+void RarefactionViewController::saveData() {
+    if (!rarefactionData_) return;
+    const QByteArray text = QByteArray::fromStdString(writeRarefactionTable(*rarefactionData_));
+    const QPointer<RarefactionViewController> self(this);
+    const QString path = panels_.save.chooseFile(window(), fileNameFor(tr("rarefaction")),
+                                                 {{tr("Comma-separated table"), ".csv"}});
+    if (!self || path.isEmpty()) return;
+    write(path, text, tr("The table could not be saved"));
+}
+
+void RarefactionViewController::copyPlot() {
+    const PlotDrawing plot = drawing();
+    auto* copied = new QMimeData;
+    copied->setImageData(imageOf(plot));
+    copied->setData("application/pdf", pdfOf(plot));
+    copied->setData("image/svg+xml", svgOf(plot));
+    QGuiApplication::clipboard()->setMimeData(copied);
+}
+
+void RarefactionViewController::copyTable() {
+    if (!rarefactionData_) return;
+    const QByteArray table = QByteArray::fromStdString(writeRarefactionTable(*rarefactionData_));
+    QString cells = QString::fromUtf8(table);
+    cells.remove(' ').replace(',', '\t');
+    auto* copied = new QMimeData;
+    copied->setText(cells);
+    copied->setData("text/csv", table);
+    QGuiApplication::clipboard()->setMimeData(copied);
 }
 
 }  // namespace zorvel

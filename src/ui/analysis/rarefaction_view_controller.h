@@ -8,14 +8,18 @@
 #include <vector>
 
 #include "metrics/rarefaction.h"
+#include "ui/analysis/plot_files.h"
+#include "ui/analysis/rarefaction_texts.h"
 #include "ui/kit/panels.h"
+
+class QBoxLayout;
+class QLabel;
+class QPushButton;
 
 namespace zorvel {
 
 class JobQueue;
 class RarefactionView;
-
-enum class RarefactionKind { individualBased, sampleBased };
 
 class RarefactionViewController : public QWidget {
     Q_OBJECT
@@ -27,18 +31,58 @@ class RarefactionViewController : public QWidget {
 
     // The curve to show, in increasing sample size; before the window appears. subject: the name of
     // the census or project that it is of, shown and suggested as a file name.
-    void setRarefactionData(std::vector<Rarefaction> data, const QString& subject);
+    void setRarefactionData(std::vector<Rarefaction> curve, const QString& subject);
     [[nodiscard]] const std::optional<std::vector<Rarefaction>>& rarefactionData() const {
         return rarefactionData_;
     }
     [[nodiscard]] RarefactionView& rarefactionView() { return *rarefactionView_; }
 
+    // The plot without the mark of a point, as it is shown at this moment.
+    [[nodiscard]] PlotDrawing drawing() const;
+
+  public slots:
+    // Asks where, and writes the plot in the background as PDF, SVG or PNG, by the path's ending. A
+    // failed write is told in an alert, even if the window has closed meanwhile.
+    void savePlot();
+    void savePlotTapped() { savePlot(); }
+    // The same for the table, whatever the confidence level of the preferences. Nothing without
+    // data.
+    void saveData();
+    void saveDataTapped() { saveData(); }
+    // As an image, PDF and SVG: the program that pastes takes what it can best use.
+    void copyPlot();
+    // Cells parted by tabs, for a spreadsheet, and the text of the table's file beside them.
+    void copyTable();
+    // Draws anew and tells of the level that holds now.
+    void preferencesDidChange();
+
+  protected:
+    bool event(QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+
   private:
+    void viewWillAppear();
+    [[nodiscard]] QBoxLayout* headingRows();
+    [[nodiscard]] QBoxLayout* buttonRow();
+    QPushButton* addButton(QBoxLayout& row, const char* name, const QString& title,
+                           const QKeySequence& keys, void (RarefactionViewController::*command)());
+    void showTexts();
+    void showReadout();
+    [[nodiscard]] QString fileNameFor(const QString& what) const;
+    void write(const QString& path, const QByteArray& bytes, const QString& failure);
+
     RarefactionKind kind_;
+    RarefactionTexts texts_;
     JobQueue& jobs_;
     Panels panels_;
     std::optional<std::vector<Rarefaction>> rarefactionData_;
-    RarefactionView* rarefactionView_ = nullptr;
+    QString subject_;
+    RarefactionView* rarefactionView_;
+    QLabel* heading_ = nullptr;
+    QLabel* summary_ = nullptr;
+    QLabel* absence_ = nullptr;
+    QLabel* readout_ = nullptr;
+    bool hasAppeared_ = false;
 };
 
 }  // namespace zorvel

@@ -1,0 +1,81 @@
+#include "ui/analysis/rarefaction_texts.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "metrics/census_metrics.h"
+
+namespace zorvel {
+
+namespace {
+
+constexpr int digits = 1;  // of expected taxa
+
+QString taxa(double value) {
+    return QString::fromStdString(formatMetric(value, digits));
+}
+
+}  // namespace
+
+QString RarefactionTexts::sampleSizeTitle() const {
+    return kind_ == RarefactionKind::individualBased ? tr("Specimens") : tr("Censuses");
+}
+
+QString RarefactionTexts::richnessTitle() {
+    return tr("Expected taxa");
+}
+
+QString RarefactionTexts::units(std::int64_t sampleSize) const {
+    if (kind_ == RarefactionKind::individualBased) {
+        return sampleSize == 1 ? tr("1 specimen") : tr("%1 specimens").arg(sampleSize);
+    }
+    return sampleSize == 1 ? tr("1 census") : tr("%1 censuses").arg(sampleSize);
+}
+
+QString RarefactionTexts::summary(std::span<const Rarefaction> data,
+                                  std::optional<ConfidenceLevel> level) const {
+    const QString kind = kind_ == RarefactionKind::individualBased
+                             ? tr("Individual-based rarefaction")
+                             : tr("Sample-based rarefaction");
+    QStringList parts{kind};
+    if (!data.empty()) parts.append(tr("up to %1").arg(units(data.back().sampleSize)));
+    if (level) parts.append(tr("band: %1 confidence limits").arg(confidenceLevelText(*level)));
+    return parts.join(QStringLiteral(" \u00b7 "));
+}
+
+QString RarefactionTexts::readout(const Rarefaction& point,
+                                  std::optional<ConfidenceLevel> level) const {
+    QStringList parts{units(point.sampleSize), tr("%1 expected taxa").arg(taxa(point.estimate))};
+    if (level) {
+        parts.append(tr("%1 limits %2 to %3")
+                         .arg(confidenceLevelText(*level), taxa(lowerLimit(point, *level)),
+                              taxa(upperLimit(point, *level))));
+    }
+    return parts.join(QStringLiteral(" \u00b7 "));
+}
+
+QString RarefactionTexts::absence(std::span<const Rarefaction> data,
+                                  std::optional<ConfidenceLevel> level) const {
+    if (data.size() < kFewestPlotPoints) {
+        const QString points = data.empty() ? tr("none") : data.size() == 1 ? tr("one") : tr("two");
+        return tr("A curve is drawn from three points on; this one has %1.").arg(points);
+    }
+    if (!level) {
+        return tr(
+            "The confidence level of the preferences is neither 95% nor 99%: the curve has "
+            "no band, and the axis of taxa ends at 1.");
+    }
+    const double most = maxUpperLimit(data, *level);
+    if (!(most > 0) || !std::isfinite(most)) {
+        return tr(
+            "The curve has no upper confidence limit to scale its axis by. The table holds "
+            "what could be computed.");
+    }
+    const bool gaps = std::any_of(data.begin(), data.end(), [&](const Rarefaction& point) {
+        return !std::isfinite(lowerLimit(point, *level)) ||
+               !std::isfinite(upperLimit(point, *level));
+    });
+    return gaps ? tr("The band has gaps where no confidence limit can be computed.") : QString();
+}
+
+}  // namespace zorvel

@@ -1,0 +1,173 @@
+#include "ui/analysis/rarefaction_view.h"
+
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <algorithm>
+#include <cmath>
+#include <string>
+#include <utility>
+
+#include "base/console.h"
+#include "base/numbers.h"
+#include "platform/preferences.h"
+#include "ui/analysis/rarefaction_painting.h"
+
+namespace zorvel {
+
+namespace {
+
+constexpr int pageOfPoints = 10;  // by the page keys
+
+// With a digit after the point, of a whole number too.
+std::string textWithPoint(double value) {
+    std::string text = shortestText(value);
+    if (!std::isfinite(value) || text.find('.') != std::string::npos) return text;
+    text.insert(std::min(text.find('e'), text.size()), ".0");
+    return text;
+}
+
+// The level of the preferences at this moment; a line tells of one that is not in use.
+std::optional<ConfidenceLevel> preferredLevel() {
+    const double confidence = Preferences().confidence();
+    const std::optional<ConfidenceLevel> level = confidenceLevelOf(confidence);
+    if (!level) {
+        writeConsoleLine("WARNING: unexpected confidence level of " + textWithPoint(confidence));
+    }
+    return level;
+}
+
+}  // namespace
+
+RarefactionView::RarefactionView(QWidget* parent) : QWidget(parent) {
+    setObjectName("rarefactionView");
+    setFocusPolicy(Qt::StrongFocus);
+    setMouseTracking(true);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+}
+
+void RarefactionView::setRarefactionData(std::vector<Rarefaction> curve) {
+    rarefactionData_ = std::move(curve);
+    marked_ = -1;
+    update();
+}
+
+bool RarefactionView::isDrawable() const {
+    return rarefactionData_ && rarefactionData_->size() >= kFewestPlotPoints;
+}
+
+double RarefactionView::maxUpperLimit() const {
+    const std::optional<ConfidenceLevel> level = preferredLevel();
+    return level ? zorvel::maxUpperLimit(*rarefactionData_, *level) : 1.0;
+}
+
+void RarefactionView::computeGeometry() {
+    geometry_ = zorvel::computeGeometry(*rarefactionData_, width(), height(), maxUpperLimit());
+}
+
+void RarefactionView::drawRect(QPainter& painter) {
+    if (!isDrawable()) return;
+    computeGeometry();
+    RarefactionPlot plot;
+    plot.geometry = geometry_;
+    plot.labelFont = plotLabelFont();
+    plot.curve = curveLines(*rarefactionData_, geometry_);
+    plot.curveColor = Preferences().plotColor();
+    if (const std::optional<ConfidenceLevel> level = preferredLevel()) {
+        plot.band = bandPolygons(*rarefactionData_, geometry_, *level);
+        plot.bandColor = bandColorOf(Preferences().plotColor());
+    }
+    paintRarefactionPlot(painter, plot);
+}
+
+void RarefactionView::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    drawRect(painter);
+    drawMark(painter);
+}
+
+// A ring on the curve over a thin line down to the axis.
+void RarefactionView::drawMark(QPainter& painter) const {
+    if (!isDrawable() || marked_ < 0 || !geometry_.hasScale()) return;
+    const Rarefaction& point = (*rarefactionData_)[static_cast<std::size_t>(marked_)];
+    if (!std::isfinite(point.estimate)) return;
+    const QPointF up = geometry_.pointOf(static_cast<double>(point.sampleSize), point.estimate);
+    const QPointF place(up.x(), height() - up.y());
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(QColor(0, 0, 0, 110), 1, Qt::DashLine));
+    painter.drawLine(QPointF(place.x(), height() - geometry_.yConst), place);
+    painter.setPen(QPen(Qt::black, 1.5));
+    painter.setBrush(Qt::white);
+    painter.drawEllipse(place, 4.5, 4.5);
+}
+
+void RarefactionView::markPoint(int place) {
+    const int count = isDrawable() ? static_cast<int>(rarefactionData_->size()) : 0;
+    const int marked = place < 0 || count == 0 ? -1 : std::min(place, count - 1);
+    if (marked == marked_) return;
+    marked_ = marked;
+    update();
+    emit markedPointDidChange(marked_);
+}
+
+void RarefactionView::mouseMoveEvent(QMouseEvent* event) {
+    if (isDrawable()) {
+        markPoint(nearestRecord(*rarefactionData_, geometry_, event->position().x()));
+    }
+}
+
+void RarefactionView::leaveEvent(QEvent* /*event*/) {
+    markPoint(-1);
+}
+
+int RarefactionView::placeAfterKey(int key) const {
+    const int last = static_cast<int>(rarefactionData_->size()) - 1;
+    switch (key) {
+        case Qt::Key_Right:
+        case Qt::Key_Up:
+            return marked_ + 1;
+        case Qt::Key_Left:
+        case Qt::Key_Down:
+            return marked_ < 0 ? last : std::max(marked_ - 1, 0);
+        case Qt::Key_PageUp:
+            return std::max(marked_, 0) + pageOfPoints;
+        case Qt::Key_PageDown:
+            return std::max((marked_ < 0 ? last : marked_) - pageOfPoints, 0);
+        case Qt::Key_Home:
+            return 0;
+        default:
+            return last;
+    }
+}
+
+void RarefactionView::keyPressEvent(QKeyEvent* event) {
+    static constexpr int keys[] = {Qt::Key_Right,  Qt::Key_Up,   Qt::Key_Left, Qt::Key_Down,
+                                   Qt::Key_PageUp, Qt::Key_Home, Qt::Key_End,  Qt::Key_PageDown};
+    const bool plain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+    if (!plain || !isDrawable()) return QWidget::keyPressEvent(event);
+    if (std::find(std::begin(keys), std::end(keys), event->key()) != std::end(keys)) {
+        markPoint(placeAfterKey(event->key()));
+    } else if (event->key() == Qt::Key_Escape && marked_ >= 0) {
+        markPoint(-1);
+    } else {
+        QWidget::keyPressEvent(event);
+    }
+}
+
+void RarefactionView::focusInEvent(QFocusEvent* /*event*/) {
+    emit focusDidChange(true);
+}
+
+void RarefactionView::focusOutEvent(QFocusEvent* /*event*/) {
+    emit focusDidChange(false);
+}
+
+QSize RarefactionView::sizeHint() const {
+    return {600, 400};
+}
+
+QSize RarefactionView::minimumSizeHint() const {
+    return {200, 150};
+}
+
+}  // namespace zorvel

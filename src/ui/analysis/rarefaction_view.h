@@ -1,0 +1,67 @@
+// Draws one rarefaction curve over its confidence band, in the colour and at the level that the
+// preferences name at each draw. A record can be marked, by pointing at it or with the arrow keys;
+// the mark is on the screen alone. Main thread.
+#pragma once
+
+#include <QWidget>
+#include <optional>
+#include <vector>
+
+#include "metrics/rarefaction.h"
+#include "ui/analysis/rarefaction_plot.h"
+
+namespace zorvel {
+
+class RarefactionView : public QWidget {
+    Q_OBJECT
+  public:
+    explicit RarefactionView(QWidget* parent = nullptr);
+
+    // In increasing sample size.
+    void setRarefactionData(std::vector<Rarefaction> curve);
+    [[nodiscard]] const std::optional<std::vector<Rarefaction>>& rarefactionData() const {
+        return rarefactionData_;
+    }
+
+    // Onto any device, over the rectangle of the view's size from the painter's (0, 0). Nothing at
+    // all for fewer than three records. A stored confidence level that is neither 0.95 nor 0.99 is
+    // told on the console, twice a draw: the richness axis then runs to 1, without a band.
+    void drawRect(QPainter& painter);
+    // As of the last draw.
+    [[nodiscard]] const PlotGeometry& geometry() const { return geometry_; }
+
+    // The place of the marked record; -1: none.
+    [[nodiscard]] int markedPoint() const { return marked_; }
+    void markPoint(int place);
+
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
+  public slots:
+    void preferencesDidChange() { update(); }
+
+  signals:
+    void markedPointDidChange(int place);
+    void focusDidChange(bool focused);
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+
+  private:
+    [[nodiscard]] bool isDrawable() const;
+    void computeGeometry();
+    [[nodiscard]] double maxUpperLimit() const;
+    void drawMark(QPainter& painter) const;
+    [[nodiscard]] int placeAfterKey(int key) const;
+
+    std::optional<std::vector<Rarefaction>> rarefactionData_;
+    PlotGeometry geometry_;
+    int marked_ = -1;
+};
+
+}  // namespace zorvel
