@@ -1,14 +1,25 @@
 // The analyses that have windows of their own: how many censuses each needs, what the person reads
-// when there are fewer, and the opening of the window. Main thread.
+// when there are fewer, and the opening of the window. An analysis is of the records as they stand
+// when the command is given: its job has a frozen copy, or the counts themselves. Main thread.
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 #include <QString>
-#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+#include "metrics/random_source.h"
+#include "metrics/rarefaction.h"
+#include "ui/analysis/project_wide_metrics_window_controller.h"
+#include "ui/analysis/rarefaction_window_controller.h"
+#include "ui/kit/panels.h"
 
 namespace zorvel {
 
-class Alerts;
+class DiversityDocument;
+class JobQueue;
 class MainViewController;
 
 enum class Analysis { projectWideMetrics, individualBasedRarefaction, sampleBasedRarefaction };
@@ -16,18 +27,50 @@ enum class Analysis { projectWideMetrics, individualBasedRarefaction, sampleBase
 class AnalysisCommands : public QObject {
     Q_OBJECT
   public:
-    // Both must outlive the commands.
-    AnalysisCommands(MainViewController& view, Alerts& alerts);
+    // All must outlive the commands; queue and panels the windows as well.
+    AnalysisCommands(MainViewController& view, const DiversityDocument& document, JobQueue& jobs,
+                     RandomSourceMaker makeRandom, const Panels& panels);
 
     // A warning tells of too few censuses. Individual-based rarefaction is that of the selected
-    // census, and does nothing without one.
-    void run(Analysis analysis, std::size_t censuses);
+    // census, and does nothing without one. The project-wide window is there at once and fills
+    // later, whatever becomes of the project; a curve that comes when the project is closed is
+    // dropped.
+    void run(Analysis analysis);
+
+    void setProjectName(const QString& name) { projectName_ = name; }
+
+    // The newest that are still there, or null.
+    [[nodiscard]] ProjectWideMetricsWindowController* projectWideMetricsWindowController() const {
+        return projectWideMetricsWindowController_;
+    }
+    [[nodiscard]] RarefactionWindowController* rarefactionWindowController() const {
+        return rarefactionWindowController_;
+    }
 
   private:
-    void open(Analysis analysis);
+    using Curve = std::vector<Rarefaction>;
+
+    [[nodiscard]] bool hasEnoughCensuses(Analysis analysis) const;
+    void warnOfTooFew(Analysis analysis);
+    void calculateProjectWideMetrics();
+    void individualBasedRarefaction();
+    void sampleBasedRarefaction();
+    // work() makes the curve on a worker, and must own all that it reads.
+    void startRarefaction(RarefactionKind kind, const QString& subject,
+                          std::function<Curve()> work);
+    void openRarefaction(RarefactionKind kind, const QString& subject, Curve curve);
+    // The name of the progress that has begun.
+    QString startProgress(const QString& text);
 
     MainViewController& view_;
-    Alerts& alerts_;
+    const DiversityDocument& document_;
+    JobQueue& jobs_;
+    RandomSourceMaker makeRandom_;
+    Panels panels_;
+    QString projectName_;
+    QPointer<ProjectWideMetricsWindowController> projectWideMetricsWindowController_;
+    QPointer<RarefactionWindowController> rarefactionWindowController_;
+    std::uint64_t started_ = 0;  // analyses, for the names of their progress
 };
 
 }  // namespace zorvel
