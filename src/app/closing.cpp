@@ -1,4 +1,4 @@
-// How the windows of the projects close, and how the program ends with the last of them.
+// How the windows close, and how the program ends with the last of them.
 #include <QApplication>
 #include <algorithm>
 
@@ -17,8 +17,7 @@ bool ProjectWindows::mayClose(MainWindowController& window) {
         const QPointer<MainWindowController> guard(&window);
         if (!window.mainView().readyToClose() || !askToKeep(window)) return false;
         const bool discards = std::count(discarded_.begin(), discarded_.end(), &window.document());
-        const bool last = windows().size() == 1;
-        if (last &&
+        if (isLast(window) &&
             !settleBeforeQuitting(documents_, panels_, discards ? &window.document() : nullptr)) {
             discarded_.clear();
             return false;
@@ -30,13 +29,27 @@ bool ProjectWindows::mayClose(MainWindowController& window) {
     return true;
 }
 
+// A project that was closed before may still be on its way to the disk.
+bool ProjectWindows::mayCloseSecondary(QWidget& window) {
+    const QPointer<QWidget> guard(&window);
+    return quitting_ || !isLast(window) || (settleBeforeQuitting(documents_, panels_) && guard);
+}
+
+bool ProjectWindows::isLast(const QWidget& window) const {
+    const auto isOther = [&window](const QWidget* each) { return each != &window; };
+    const std::vector<MainWindowController*> projects = windows();
+    const std::vector<QWidget*> others = secondary_.windows();
+    return std::none_of(projects.begin(), projects.end(), isOther) &&
+           std::none_of(others.begin(), others.end(), isOther);
+}
+
 bool ProjectWindows::askToKeep(MainWindowController& window) {
     Document& document = window.document();
     const bool failing = document.saveState() == Document::SaveState::failed ||
                          document.saveState() == Document::SaveState::stuck;
     const bool unsaved = document.isUntitled() && !document.isUntouched();
     // Of the last window the question at quitting tells.
-    if (!unsaved && (!failing || windows().size() == 1)) return true;
+    if (!unsaved && (!failing || isLast(window))) return true;
     const QString name = document.displayName();
     const Question question =
         unsaved ? Question{tr("Save “%1” before closing?").arg(name),
@@ -81,6 +94,7 @@ bool ProjectWindows::quit() {
     if (!settleBeforeQuitting(documents_, panels_)) return false;
     quitting_ = true;
     for (MainWindowController* window : windows()) window->close();
+    secondary_.closeAll();
     QCoreApplication::quit();
     return true;
 }

@@ -10,6 +10,8 @@
 #include "app/document_commands.h"
 #include "app/menus.h"
 #include "platform/document_controller.h"
+#include "ui/analysis/rarefaction_view.h"
+#include "ui/analysis/rarefaction_window_controller.h"
 #include "ui/kit/alerts.h"
 #include "ui/kit/open_panel.h"
 #include "ui/main/main_view_controller.h"
@@ -22,6 +24,8 @@ namespace {
 // How far a new window stands to the right of and below the one before, in pixels.
 constexpr int cascade = 30;
 
+const char openingProgress[] = "opening";  // its name in the main view
+
 }  // namespace
 
 ProjectWindows::ProjectWindows(DocumentController& documents, JobQueue& jobs,
@@ -30,7 +34,9 @@ ProjectWindows::ProjectWindows(DocumentController& documents, JobQueue& jobs,
       jobs_(jobs),
       makeRandom_(std::move(makeRandom)),
       look_(look),
-      panels_(panels) {
+      panels_(panels),
+      secondary_([this](QWidget& window) { return mayCloseSecondary(window); }) {
+    connect(&secondary_, &SecondaryWindows::quitRequested, this, &ProjectWindows::quit);
     connect(&documents_, &DocumentController::documentDidOpen, this,
             [this](Document* document, const QString& path) { documentDidOpen(*document, path); });
     connect(&documents_, &DocumentController::openDidFail, this, &ProjectWindows::openDidFail);
@@ -84,7 +90,17 @@ void ProjectWindows::connectWindow(MainWindowController& window) {
             [=] { shown->mainView().updateMetrics(); });
     connect(shown, &MainWindowController::saveAsRequested, this,
             [=, this] { saveWindowAs(*shown, panels_); });
+    connect(shown, &MainWindowController::analysisWindowDidOpen, this,
+            [this](QWidget* opened) { addAnalysisWindow(*opened); });
     window.setCloseQuestion([=, this] { return mayClose(*shown); });
+}
+
+void ProjectWindows::addAnalysisWindow(QWidget& opened) {
+    addSecondary(opened);
+    if (auto* plot = qobject_cast<RarefactionWindowController*>(&opened)) {
+        connect(this, &ProjectWindows::plotPreferencesDidChange,
+                &plot->viewController().rarefactionView(), &RarefactionView::preferencesDidChange);
+    }
 }
 
 void ProjectWindows::chooseFile(MainWindowController& window) {
@@ -103,9 +119,10 @@ void ProjectWindows::showProgress(MainWindowController& window) {
     const auto first = std::find_if(openings_.begin(), openings_.end(),
                                     [&](const Opening& each) { return each.window == &window; });
     if (first == openings_.end()) {
-        window.mainView().stopProgress();
+        window.mainView().stopProgress(openingProgress);
     } else {
-        window.mainView().startProgress(tr("opening %1...").arg(QFileInfo(first->path).fileName()));
+        window.mainView().startProgress(openingProgress,
+                                        tr("opening %1...").arg(QFileInfo(first->path).fileName()));
     }
 }
 

@@ -1,6 +1,7 @@
-// The windows of the open projects, one a document: opens files into them, asks what has to be
-// asked when they close, and ends the program. It owns the windows until they are closed; the
-// documents belong to their controller. Main thread.
+// The windows of the open projects, one a document, and those that outlive their project: opens
+// files into them, asks what has to be asked when they close, and ends the program, which ends with
+// the last window of any kind. It owns the windows until they are closed; the documents belong to
+// their controller. Main thread.
 #pragma once
 
 #include <QObject>
@@ -9,6 +10,7 @@
 #include <QStringList>
 #include <vector>
 
+#include "app/secondary_windows.h"
 #include "ui/kit/panels.h"
 #include "ui/main/metrics_panel.h"
 
@@ -49,6 +51,8 @@ class ProjectWindows : public QObject {
     bool quit();
 
     [[nodiscard]] std::vector<MainWindowController*> windows() const;
+    // Takes a window without a parent over; it must delete itself when it closes, or be hidden.
+    void addSecondary(QWidget& window) { secondary_.add(window); }
     // Nothing in it, and nothing on its way: an opened project may take its place.
     [[nodiscard]] bool isFree(MainWindowController& window) const;
 
@@ -58,6 +62,14 @@ class ProjectWindows : public QObject {
   signals:
     // To be emitted by whoever has stored preferences: every window shows its metrics anew.
     void preferencesDidChange();
+    // The same for level and color of plots, at once.
+    void plotPreferencesDidChange();
+
+    // Commands of the menus that belong to no project.
+    void preferencesRequested();
+    void helpRequested();
+    void websiteRequested();
+    void supportRequested();
 
   private:
     struct Opening {
@@ -67,6 +79,7 @@ class ProjectWindows : public QObject {
 
     MainWindowController& openWindow(Document& document);
     void connectWindow(MainWindowController& window);
+    void addAnalysisWindow(QWidget& opened);
     void documentDidOpen(Document& document, const QString& path);
     void openDidFail(const QString& path, const QString& message);
     QPointer<MainWindowController> endOpening(const QString& path);
@@ -75,6 +88,9 @@ class ProjectWindows : public QObject {
     [[nodiscard]] MainWindowController* windowOf(const Document& document) const;
     [[nodiscard]] MainWindowController* freeWindow() const;
     bool mayClose(MainWindowController& window);
+    bool mayCloseSecondary(QWidget& window);
+    // No other window is on the screen.
+    [[nodiscard]] bool isLast(const QWidget& window) const;
     // What becomes of an untitled project with edits; false where its window stays open for now.
     bool askToKeep(MainWindowController& window);
     void letGo(Document* document);
@@ -85,6 +101,7 @@ class ProjectWindows : public QObject {
     LookChoice& look_;
     Panels panels_;
     std::vector<QPointer<MainWindowController>> windows_;
+    SecondaryWindows secondary_;
     std::vector<Opening> openings_;
     std::vector<QPointer<Document>> discarded_;
     bool quitting_ = false;

@@ -63,7 +63,7 @@ TEST_F(OpeningTest, LongTextsLeaveTheWindowItsWidth) {
     open(write("cell.csv", ",a\nNorth," + QByteArray(5'000'000, 'x') + '\n'));
     EXPECT_LT(message().size(), 1000u);
     EXPECT_LE(window->mainView().minimumSizeHint().width(), width);
-    window->mainView().startProgress(QString(250, 'x'));
+    window->mainView().startProgress({}, QString(250, 'x'));
     EXPECT_LE(window->mainView().minimumSizeHint().width(), width);
     window->mainView().stopProgress();
     open(write("name.csv", ",a\n" + QByteArray(5'000'000, 'N') + ",3\n"));

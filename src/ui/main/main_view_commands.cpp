@@ -95,7 +95,19 @@ void MainViewController::sampleBasedRarefaction() {
 }
 
 void MainViewController::runAnalysis(Analysis analysis) {
-    if (commitEditing()) analyses_->run(analysis, document_.objectContext().censusCount());
+    if (commitEditing()) analyses_->run(analysis);
+}
+
+void MainViewController::setProjectName(const QString& name) {
+    analyses_->setProjectName(name);
+}
+
+ProjectWideMetricsWindowController* MainViewController::projectWideMetricsWindowController() const {
+    return analyses_->projectWideMetricsWindowController();
+}
+
+RarefactionWindowController* MainViewController::rarefactionWindowController() const {
+    return analyses_->rarefactionWindowController();
 }
 
 bool MainViewController::canDeleteCensus() const {

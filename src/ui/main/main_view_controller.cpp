@@ -29,7 +29,7 @@ MainViewController::MainViewController(DiversityDocument& document, JobQueue& jo
     : QWidget(parent),
       document_(document),
       ui_(std::make_unique<Ui::MainView>()),
-      analyses_(new AnalysisCommands(*this, panels.alerts)),
+      analyses_(new AnalysisCommands(*this, document, jobs, makeRandom, panels)),
       censusModel_(new CensusTableModel(document.objectContext(), this)),
       speciesModel_(new SpeciesTableModel(document.objectContext(), this)),
       observer_(document.objectContext().addObserver(
@@ -45,7 +45,7 @@ MainViewController::MainViewController(DiversityDocument& document, JobQueue& jo
     setUpPullDowns();
     setUpTexts();
     setUpSplitters();
-    MainViewController::stopProgress();
+    showProgress();
     showCensusCount();
     refreshSpeciesControls();
 }
@@ -254,21 +254,33 @@ void MainViewController::showSpeciesCount() {
     ui_->sharedNamesLabel->setVisible(!shared.isEmpty());
 }
 
-void MainViewController::startProgress(const QString& text) {
-    ui_->progressIndicator->startAnimation();
-    ui_->progressLabel->setText(text);
-    ui_->progressRow->show();
-    showRightPage();
+void MainViewController::startProgress(const QString& name, const QString& text) {
+    running_.start(name, text);
+    showProgress();
+}
+
+void MainViewController::stopProgress(const QString& name) {
+    running_.stop(name);
+    showProgress();
 }
 
 void MainViewController::startProgress(std::string_view text) {
-    startProgress(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
+    startProgress({}, QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
 }
 
 void MainViewController::stopProgress() {
-    ui_->progressIndicator->stopAnimation();
-    ui_->progressLabel->clear();
-    ui_->progressRow->hide();
+    stopProgress(QString());
+}
+
+void MainViewController::showProgress() {
+    const bool runs = !running_.isEmpty();
+    if (runs) {
+        ui_->progressIndicator->startAnimation();
+    } else {
+        ui_->progressIndicator->stopAnimation();
+    }
+    ui_->progressLabel->setText(running_.text());
+    ui_->progressRow->setVisible(runs);
     showRightPage();
 }
 

@@ -12,6 +12,7 @@
 #include "model/main_view.h"
 #include "ui/kit/panels.h"
 #include "ui/main/metrics_panel.h"
+#include "ui/main/running_work.h"
 
 namespace Ui {
 class MainView;
@@ -23,6 +24,8 @@ class AnalysisCommands;
 class CensusTableModel;
 class JobQueue;
 class MessageStrip;
+class ProjectWideMetricsWindowController;
+class RarefactionWindowController;
 class RecordTableView;
 class SpeciesTableModel;
 class TableColumns;
@@ -72,11 +75,19 @@ class MainViewController : public QWidget, public MainView {
     // The same for all that is typed, before the window goes.
     bool readyToClose();
 
-    // The indicator turns and the label says what runs.
-    void startProgress(const QString& text);
+    // The indicator turns and the label says what runs: of several works, each of a name of its
+    // own, the one that began last. Work without a name is one of them.
+    void startProgress(const QString& name, const QString& text);
+    void stopProgress(const QString& name);
     void startProgress(std::string_view text) override;
     void stopProgress() override;
     [[nodiscard]] bool isInProgress() const;
+
+    // The project's name, for the windows of analyses, which bear it from then on.
+    void setProjectName(const QString& name);
+    // The newest that was opened from here and is still there, or null.
+    [[nodiscard]] ProjectWideMetricsWindowController* projectWideMetricsWindowController() const;
+    [[nodiscard]] RarefactionWindowController* rarefactionWindowController() const;
 
     void showMessage(const QString& message);
     [[nodiscard]] MessageStrip& messageStrip();
@@ -97,6 +108,9 @@ class MainViewController : public QWidget, public MainView {
 
   signals:
     void openRequested();
+    // Before a window that belongs to no project is shown, which lives on when the project closes:
+    // whoever hears of it must close it before queue and panels go.
+    void analysisWindowDidOpen(QWidget* opened);
 
   protected:
     void changeEvent(QEvent* event) override;
@@ -130,6 +144,7 @@ class MainViewController : public QWidget, public MainView {
     void showDetails(const std::optional<Census>& census);
     void showSpeciesCount();
     void showRightPage();
+    void showProgress();
     void refreshSpeciesControls();
     void runAnalysis(Analysis analysis);
 
@@ -140,6 +155,7 @@ class MainViewController : public QWidget, public MainView {
     SpeciesTableModel* speciesModel_;
     TableColumns* censusColumns_ = nullptr;
     TableColumns* speciesColumns_ = nullptr;
+    RunningWork running_;
     TaxonFormatter taxonFormatter_;
     ObjectContext::ObserverId observer_;
     std::optional<RecordId> shownCensus_;

@@ -71,6 +71,8 @@ void MainWindowController::setDocument(Document& document) {
     mainView_->show();  // the layout would do so in a moment
     connect(mainView_, &MainViewController::openRequested, this,
             &MainWindowController::openRequested);
+    connect(mainView_, &MainViewController::analysisWindowDidOpen, this,
+            &MainWindowController::analysisWindowDidOpen);
     connect(document_, &Document::displayNameDidChange, this, &MainWindowController::showTitle);
     connect(document_, &Document::saveStateDidChange, this, [this] {
         showTitle();
@@ -87,6 +89,7 @@ void MainWindowController::showTitle() {
     const QString name = document_->displayName();
     const bool saysSo = !document_->isUntitled() || name.startsWith(tr("Untitled"));
     setWindowTitle((saysSo ? name : tr("%1 (untitled)").arg(name)) + "[*]");
+    mainView_->setProjectName(name);
     setWindowModified(document_->saveState() != Document::SaveState::saved);
 }
 

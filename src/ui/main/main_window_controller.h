@@ -40,6 +40,8 @@ class MainWindowController : public QMainWindow {
     void saveAsRequested();
     void filesDropped(const QStringList& paths);
     void documentDidChange();
+    // Before it is shown: a window that lives on when this one closes, see main_view_controller.h.
+    void analysisWindowDidOpen(QWidget* opened);
 
   protected:
     void closeEvent(QCloseEvent* event) override;

@@ -5,8 +5,10 @@
 #include <QIconEngine>
 #include <QPainter>
 #include <QPixmap>
+#include <QStringList>
 #include <algorithm>
 
+#include "model/diversity_document.h"
 #include "ui/kit/look.h"
 #include "ui/kit/shown_text.h"
 
@@ -72,6 +74,37 @@ QString sharedSpeciesLine(const SharedNames& names) {
     return tr("%L1 species share the name “%2”; the census matrix takes the last of them alone.")
         .arg(records)
         .arg(shortened(name, longestName));
+}
+
+QString mergedNamesNote(const SparseCountsResult& counts) {
+    const struct {
+        std::size_t count;
+        QString ofOne;
+        QString ofMany;
+    } cases[] = {
+        {counts.mergedCensuses,
+         tr("One census has the name of an earlier one: the census matrix holds its species in the "
+            "row of that one, and its own row stays empty."),
+         tr("%L1 censuses have the name of an earlier one: the census matrix holds their species "
+            "in the row of that one, and their own rows stay empty.")},
+        {counts.replacedTaxa,
+         tr("One species has the name of a later one of its census: the census matrix takes the "
+            "later one alone, and the pooled values add them up."),
+         tr("%L1 species have the name of a later one of their census: the census matrix takes the "
+            "later one alone, and the pooled values add them up.")},
+        {counts.taxaInNoRow,
+         tr("One species is not in the census matrix, since it or its census has no name."),
+         tr("%L1 species are not in the census matrix, since they or their census have no name.")},
+    };
+    QStringList sentences;
+    for (const auto& each : cases) {
+        if (each.count == 1) sentences.append(each.ofOne);
+        if (each.count > 1) sentences.append(each.ofMany.arg(qulonglong{each.count}));
+    }
+    if (sentences.isEmpty()) return {};
+    sentences.append(
+        tr("Averages, Chao2 and sample-based rarefaction are made from the census matrix."));
+    return sentences.join(QLatin1Char(' '));
 }
 
 const QIcon& sharedNameIcon() {

@@ -1,5 +1,5 @@
-// What the main window says of records that share their name: which, and what the analyses then do
-// with them. Main thread.
+// What the program says of records that share their name, or have none: which, and what the
+// analyses then do with them. Main thread, but for the note.
 #pragma once
 
 #include <QIcon>
@@ -9,12 +9,18 @@
 
 namespace zorvel {
 
+struct SparseCountsResult;
+
 // Of one species or one census among those of its name, a sentence each.
 QString sharedSpeciesReason();
 QString sharedCensusReason();
 
 // The line above the species table; empty where no name is shared.
 QString sharedSpeciesLine(const SharedNames& names);
+
+// What equal and missing names made of the records of a whole project, in sentences; empty where
+// nothing. Any thread.
+QString mergedNamesNote(const SparseCountsResult& counts);
 
 // The quiet mark beside such a name.
 const QIcon& sharedNameIcon();

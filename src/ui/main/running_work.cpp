@@ -1,0 +1,26 @@
+#include "ui/main/running_work.h"
+
+#include <algorithm>
+
+namespace zorvel {
+
+QList<RunningWork::Work>::iterator RunningWork::find(const QString& name) {
+    return std::find_if(works_.begin(), works_.end(),
+                        [&name](const Work& work) { return work.name == name; });
+}
+
+void RunningWork::start(const QString& name, const QString& text) {
+    const auto found = find(name);
+    if (found == works_.end()) {
+        works_.append({name, text});
+    } else {
+        found->text = text;
+    }
+}
+
+void RunningWork::stop(const QString& name) {
+    const auto found = find(name);
+    if (found != works_.end()) works_.erase(found);
+}
+
+}  // namespace zorvel

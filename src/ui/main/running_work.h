@@ -1,0 +1,31 @@
+// What runs in the background, for the one line that tells of it: each piece of work under a name
+// of its own, so that the end of one leaves the words of the others. Main thread.
+#pragma once
+
+#include <QList>
+#include <QString>
+
+namespace zorvel {
+
+class RunningWork {
+  public:
+    // Work of that name which runs already has other words from now on, and stands where it stood.
+    void start(const QString& name, const QString& text);
+    // Nothing where no work of that name runs.
+    void stop(const QString& name);
+
+    [[nodiscard]] bool isEmpty() const { return works_.isEmpty(); }
+    // The words of what began last; empty where nothing runs.
+    [[nodiscard]] QString text() const { return isEmpty() ? QString() : works_.back().text; }
+
+  private:
+    struct Work {
+        QString name;
+        QString text;
+    };
+    [[nodiscard]] QList<Work>::iterator find(const QString& name);
+
+    QList<Work> works_;
+};
+
+}  // namespace zorvel
