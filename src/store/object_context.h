@@ -38,6 +38,8 @@ class Census {
     [[nodiscard]] std::optional<TimeStamp> timeStamp() const;
     [[nodiscard]] std::vector<Zorvel> taxa() const;
     [[nodiscard]] std::size_t taxonCount() const;
+    // The taxon of that identity; absent where this census has none. Takes no list of all of them.
+    [[nodiscard]] std::optional<Zorvel> taxon(RecordId id) const;
     // The taxa's values without handles: the fast way to read them all. Stays valid while held;
     // an empty block where the record is gone.
     [[nodiscard]] std::shared_ptr<const CensusBlock> block() const;

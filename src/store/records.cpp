@@ -53,6 +53,11 @@ std::vector<Zorvel> Census::taxa() const {
     return handles;
 }
 
+std::optional<Zorvel> Census::taxon(RecordId id) const {
+    if (!findRecord(found()->chunks, id)) return std::nullopt;
+    return Zorvel(context_, id_, id);
+}
+
 std::size_t Census::taxonCount() const {
     return found()->taxonCount();
 }

@@ -259,6 +259,23 @@ TEST(ObjectContext, TaxaInsertedOneByOneOrTogetherFillTheirChunks) {
     EXPECT_THAT(context.insertTaxa(census, someTaxa(2)), ElementsAre());
 }
 
+TEST(ObjectContext, ATaxonIsFoundByItsIdentityInItsCensusAlone) {
+    ObjectContext context;
+    const Census census = context.insertCensus({}, someTaxa(700));
+    const Census other = context.insertCensus({}, someTaxa(1));
+    const std::vector<Zorvel> taxa = census.taxa();
+    context.deleteTaxon(taxa[300]);
+    for (const std::size_t place : {0, 255, 256, 299, 300, 301, 699}) {
+        const std::optional<Zorvel> expected =
+            place == 300 ? std::nullopt : std::optional(taxa[place]);
+        EXPECT_EQ(census.taxon(taxa[place].id()), expected) << place;
+        EXPECT_EQ(other.taxon(taxa[place].id()), std::nullopt) << place;
+    }
+    EXPECT_EQ(census.taxon(other.taxa()[0].id()), std::nullopt);
+    context.deleteCensus(census);
+    EXPECT_EQ(census.taxon(taxa[0].id()), std::nullopt);
+}
+
 TEST(TaxonCursor, FindsTaxaInAnyOrder) {
     ObjectContext context;
     context.insertCensus({}, someTaxa(700));

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "metrics/census_metrics.h"
 #include "model/edits.h"
 #include "ui/kit/shown_text.h"
 #include "ui/main/natural_order.h"
@@ -42,16 +41,24 @@ void CensusTableModel::reload() {
     records_.clear();
     sharedNames_.clear();
     for (const BlockPointer& block : context_.blocks()) {
-        records_.push_back(rowOfBlock(block));
+        records_.push_back(followed({}, block));
         sharedNames_.add(block->attributes.name);
     }
     arrange();
     endResetModel();
 }
 
-CensusTableModel::Row CensusTableModel::rowOfBlock(const BlockPointer& block) const {
-    const std::optional<Census> census = context_.census(block->id);
-    return {block, census ? richness(includedCountsVector(*census)) : 0};
+// Counts the taxa that differ from those of the row alone.
+CensusTableModel::Row CensusTableModel::followed(Row row, const BlockPointer& after) {
+    const auto isFound = [](const TaxonRecord* taxon) {
+        return taxon && taxon->values.include && taxon->values.abundance >= 1;
+    };
+    forEachTaxonChange(row.block.get(), after.get(),
+                       [&](const TaxonRecord* before, const TaxonRecord* now) {
+                           row.richness += int{isFound(now)} - int{isFound(before)};
+                       });
+    row.block = after;
+    return row;
 }
 
 std::size_t CensusTableModel::placeOf(RecordId census) const {
@@ -77,7 +84,7 @@ void CensusTableModel::recordsDidChange(const ChangeSet& changes) {
     for (const CensusChange& each : changes) {
         const std::size_t place = placeOf(each.census);
         if (place == records_.size() || records_[place].block->id != each.census) continue;
-        records_[place] = rowOfBlock(each.after);
+        records_[place] = followed(records_[place], each.after);
         told.updated.push_back(static_cast<std::uint32_t>(place));
     }
     tellUpdated(told.updated);
@@ -109,7 +116,9 @@ std::vector<CensusTableModel::Row> CensusTableModel::changedRecords(const Change
         if (shown && change.deleted()) told.removed.push_back(static_cast<std::uint32_t>(old));
         if (shown && !change.deleted()) told.updated.push_back(place);
         if (!shown && !change.deleted()) told.inserted.push_back(place);
-        if (!change.deleted()) after.push_back(rowOfBlock(change.after));
+        if (!change.deleted()) {
+            after.push_back(followed(shown ? records_[old] : Row(), change.after));
+        }
         if (shown) ++old;
     }
     after.insert(after.end(), records_.begin() + static_cast<std::ptrdiff_t>(old), records_.end());

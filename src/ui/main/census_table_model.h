@@ -47,13 +47,14 @@ class CensusTableModel : public OrderedTableModel {
   private:
     struct Row {
         BlockPointer block;
-        std::int64_t richness = 0;  // of the included taxa
+        std::int64_t richness = 0;  // see metrics/census_metrics.h; of the included taxa
     };
 
     [[nodiscard]] const CensusBlock& blockAt(int row) const {
         return *records_[recordAt(row)].block;
     }
-    [[nodiscard]] Row rowOfBlock(const BlockPointer& block) const;
+    // The row of the block that the row's census has become; a row without a block: of a new one.
+    [[nodiscard]] static Row followed(Row row, const BlockPointer& after);
     // The place of the census, or where it would stand.
     [[nodiscard]] std::size_t placeOf(RecordId census) const;
     [[nodiscard]] std::vector<Row> changedRecords(const ChangeSet& changes,

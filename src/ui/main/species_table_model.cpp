@@ -143,13 +143,10 @@ std::vector<Zorvel> SpeciesTableModel::taxaAt(const std::vector<int>& rows) cons
     wanted.reserve(rows.size());
     for (const int row : rows) wanted.push_back(taxonAt(row));
     std::sort(wanted.begin(), wanted.end());
-    const std::vector<Zorvel> all = census->taxa();  // ascending by identity, too
     std::vector<Zorvel> taxa;
-    auto each = all.begin();
+    taxa.reserve(wanted.size());
     for (const RecordId id : wanted) {
-        each = std::lower_bound(each, all.end(), id,
-                                [](const Zorvel& taxon, RecordId at) { return taxon.id() < at; });
-        if (each != all.end() && each->id() == id) taxa.push_back(*each);
+        if (const std::optional<Zorvel> taxon = census->taxon(id)) taxa.push_back(*taxon);
     }
     return taxa;
 }
