@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <memory>
 
+#include "app/application_delegate.h"
 #include "app/command_line.h"
 #include "app/look_choice.h"
 #include "app/project_windows.h"
@@ -13,6 +14,8 @@
 #include "platform/document_controller.h"
 #include "platform/job_queue.h"
 #include "ui/kit/alerts.h"
+#include "ui/kit/color_panel.h"
+#include "ui/kit/link_opener.h"
 #include "ui/kit/open_panel.h"
 #include "ui/kit/save_panel.h"
 
@@ -48,13 +51,16 @@ int main(int argc, char** argv) {
     zorvel::DesktopOpenPanel openPanel;
     zorvel::DesktopSavePanel savePanel;
     zorvel::DesktopAlerts alerts;
+    zorvel::DesktopColorPanel colors;
+    zorvel::DesktopLinkOpener links;
     int status = 0;
     {
         zorvel::DocumentController documents(jobs, zorvel::DocumentController::userFolders());
         zorvel::ProjectWindows windows(documents, jobs,
                                        [] { return std::make_unique<zorvel::SystemRandom>(); },
                                        look, {openPanel, savePanel, alerts});
-        windows.start(zorvel::filesOf(arguments));
+        zorvel::AppDelegate delegate(windows, colors, links);
+        delegate.applicationDidFinishLaunching(zorvel::filesOf(arguments));
         status = QApplication::exec();
     }
     // The windows have kept their places when they closed, and jobs only read.

@@ -16,6 +16,7 @@
 #include "app/recent_menu.h"
 #include "app/sort_menu.h"
 #include "app/step_names.h"
+#include "app/window_menu.h"
 #include "ui/main/main_view_controller.h"
 #include "ui/main/main_window_controller.h"
 
@@ -109,7 +110,13 @@ void addTravelItem(MainWindowController& window, QMenu& menu, bool back) {
     enableWhileShown(menu, action, show);
 }
 
-void addEditMenu(MainWindowController& window) {
+// Desktops without a key of their own for it take that of others.
+QKeySequence preferencesKey() {
+    const QKeySequence key(QKeySequence::Preferences);
+    return key.isEmpty() ? QKeySequence(Qt::CTRL | Qt::Key_Comma) : key;
+}
+
+void addEditMenu(MainWindowController& window, ProjectWindows& windows) {
     QMenu& menu = *window.menuBar()->addMenu(tr("&Edit"));
     addTravelItem(window, menu, true);
     addTravelItem(window, menu, false);
@@ -131,6 +138,9 @@ void addEditMenu(MainWindowController& window) {
     menu.addSeparator();
     addCommand(window, menu, "find", tr("&Find Species..."), QKeySequence::Find,
                [&] { window.mainView().findSpecies(); });
+    menu.addSeparator();
+    addCommand(window, menu, "preferencesMenuItemTapped", tr("Prefere&nces..."), preferencesKey(),
+               [&] { emit windows.preferencesRequested(); });
     enableWhileShown(menu, cut, [&] { return canCut(window.focusWidget()); });
     enableWhileShown(menu, paste, [&] { return canPaste(window.focusWidget()); });
     enableWhileShown(menu, remove, [&] { return canCut(window.focusWidget()); });
@@ -198,8 +208,17 @@ void addViewMenu(MainWindowController& window, LookChoice& look) {
     addSortMenus(menu, window);
 }
 
-void addHelpMenu(MainWindowController& window) {
+// F1 explains the value that has the focus, and opens the help everywhere else.
+void addHelpMenu(MainWindowController& window, ProjectWindows& windows) {
     QMenu& menu = *window.menuBar()->addMenu(tr("&Help"));
+    addCommand(window, menu, "showHelp", tr("Zorvel &Help"), QKeySequence::HelpContents,
+               [&] { emit windows.helpRequested(); });
+    menu.addSeparator();
+    addCommand(window, menu, "websiteMenuItemTapped", tr("Zorvel &Web Site"), {},
+               [&] { emit windows.websiteRequested(); });
+    addCommand(window, menu, "emailSupportMenuItemTapped", tr("&Send Mail to Support"), {},
+               [&] { emit windows.supportRequested(); });
+    menu.addSeparator();
     QAction* about = addItem(menu, "about", tr("&About Zorvel"));
     QObject::connect(about, &QAction::triggered, &window, [&window] { showAbout(&window); });
 }
@@ -208,11 +227,12 @@ void addHelpMenu(MainWindowController& window) {
 
 void addMenus(MainWindowController& window, ProjectWindows& windows, LookChoice& look) {
     addFileMenu(window, windows);
-    addEditMenu(window);
+    addEditMenu(window, windows);
     addRecordMenus(window);
     addAnalysisMenu(window);
     addViewMenu(window, look);
-    addHelpMenu(window);
+    addWindowMenu(window);
+    addHelpMenu(window, windows);
 }
 
 }  // namespace zorvel

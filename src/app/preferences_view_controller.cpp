@@ -1,0 +1,223 @@
+#include "app/preferences_view_controller.h"
+
+#include <QAbstractButton>
+#include <QButtonGroup>
+#include <QCoreApplication>
+#include <QHideEvent>
+#include <QLineEdit>
+#include <QShowEvent>
+
+#include "base/console.h"
+#include "base/numbers.h"
+#include "model/typed_preferences.h"
+#include "platform/preferences.h"
+#include "ui/kit/look.h"
+#include "ui/kit/place_window.h"
+#include "ui/main/details_field.h"
+#include "ui_preferences_view.h"
+
+namespace zorvel {
+
+namespace {
+
+constexpr int sampleSizeTag = 1001;
+constexpr int quotaTag = 1002;
+constexpr int level95Tag = 95;
+constexpr int level99Tag = 99;
+
+int tagOf(const QObject& object) {
+    return object.property("tag").toInt();
+}
+
+// The shortest that reads back as the same number, with a digit after the point.
+std::string levelText(double level) {
+    std::string text = shortestText(level);
+    if (text.find_first_not_of("-0123456789") == std::string::npos) text += ".0";
+    return text;
+}
+
+QString worded(const char* problem) {
+    return QCoreApplication::translate("TypedValues", problem);
+}
+
+QString shortest(double value) {
+    return QString::fromStdString(shortestText(value));
+}
+
+}  // namespace
+
+PreferencesViewController::PreferencesViewController(ColorPanel& colors, QWidget* parent)
+    : QWidget(parent), ui_(std::make_unique<Ui::PreferencesView>()) {
+    ui_->setupUi(this);
+    ui_->plotColorWell->setPanel(colors);
+    viewDidLoad();
+}
+
+PreferencesViewController::~PreferencesViewController() = default;
+
+void PreferencesViewController::viewDidLoad() {
+    for (QLabel* heading : {ui_->metricsHeading, ui_->plotHeading}) {
+        heading->setFont(scaledFont(font(), 1.15, true));
+    }
+    for (QLineEdit* field :
+         {ui_->rarefactionSampleSizeValueTextField, ui_->sqsQuotaValueTextField}) {
+        connect(field, &QLineEdit::editingFinished, this, [this, field] { editingDidEnd(field); });
+    }
+    connect(ui_->rarefactionSampleSizeValueTextField, &QLineEdit::textChanged, this,
+            &PreferencesViewController::noteSampleSize);
+    connect(ui_->sqsQuotaValueTextField, &QLineEdit::textChanged, this,
+            &PreferencesViewController::noteQuota);
+    auto* levels = new QButtonGroup(this);
+    for (QAbstractButton* button : {static_cast<QAbstractButton*>(ui_->confidence95Button),
+                                    static_cast<QAbstractButton*>(ui_->confidence99Button)}) {
+        levels->addButton(button);
+        connect(button, &QAbstractButton::clicked, this,
+                [this, button] { confidenceButtonTapped(button); });
+    }
+    connect(ui_->plotColorWell, &ColorWell::colorDidChange, this,
+            &PreferencesViewController::colorWellTapped);
+    connect(ui_->colorPalette, &ColorPalette::colorChosen, ui_->plotColorWell, &ColorWell::choose);
+    connect(ui_->closeButton, &QAbstractButton::clicked, this,
+            &PreferencesViewController::closeRequested);
+    for (QLabel* line : {ui_->confidenceNote, ui_->colorNote, ui_->storingNote}) setQuiet(*line);
+}
+
+void PreferencesViewController::viewWillAppear() {
+    const Preferences preferences;
+    ui_->rarefactionSampleSizeValueTextField->setText(
+        QString::fromStdString(integerText(preferences.rarefactionSize())));
+    ui_->sqsQuotaValueTextField->setText(
+        QString::fromStdString(fixedText(preferences.sqsQuota(), 2)));
+    noteSampleSize();
+    noteQuota();
+    showColor();
+    showConfidence();
+    placeWindow(*window(), 60, 60);
+}
+
+void PreferencesViewController::showConfidence() {
+    const double level = Preferences().confidence();
+    if (level != 0.95 && level != 0.99) {
+        writeConsoleLine("unexpected confidence level in Preferences: " + levelText(level));
+    }
+    (level == 0.99 ? ui_->confidence99Button : ui_->confidence95Button)->setChecked(true);
+}
+
+void PreferencesViewController::showColor() {
+    const QColor color = Preferences().plotColor();
+    ui_->plotColorWell->showColor(color);
+    ui_->colorPalette->showUsed(color);
+}
+
+void PreferencesViewController::viewWillDisappear() {
+    storeSampleSize(ui_->rarefactionSampleSizeValueTextField->text());
+    storeQuota(ui_->sqsQuotaValueTextField->text());
+    emit preferencesDidChange();
+}
+
+void PreferencesViewController::editingDidEnd(QObject* sender) {
+    const auto* field = qobject_cast<QLineEdit*>(sender);
+    if (field == nullptr) return;
+    if (tagOf(*field) == sampleSizeTag) storeSampleSize(field->text());
+    if (tagOf(*field) == quotaTag) storeQuota(field->text());
+}
+
+void PreferencesViewController::storeSampleSize(const QString& text) {
+    if (const auto size = parseTypedSampleSize(text.toStdString())) {
+        Preferences().setRarefactionSize(size.value());
+    }
+    noteSampleSize();
+}
+
+void PreferencesViewController::storeQuota(const QString& text) {
+    if (const auto quota = parseTypedQuota(text.toStdString())) {
+        Preferences().setSqsQuota(quota.value());
+    }
+    noteQuota();
+}
+
+void PreferencesViewController::confidenceButtonTapped(QObject* sender) {
+    const auto* button = qobject_cast<QAbstractButton*>(sender);
+    if (button == nullptr) return;
+    const int tag = tagOf(*button);
+    if (tag != level95Tag && tag != level99Tag) {
+        writeConsoleLine("unexpected tag for the confidence radio button: " + integerText(tag));
+    }
+    Preferences().setConfidence(tag == level99Tag ? 0.99 : 0.95);
+    emit plotPreferencesDidChange();
+}
+
+void PreferencesViewController::colorWellTapped() {
+    Preferences().setPlotColor(ui_->plotColorWell->color());
+    ui_->colorPalette->showUsed(ui_->plotColorWell->color());
+    emit plotPreferencesDidChange();
+}
+
+void PreferencesViewController::noteSampleSize() {
+    QLineEdit& field = *ui_->rarefactionSampleSizeValueTextField;
+    const auto size = parseTypedSampleSize(field.text().toStdString());
+    QString note;
+    if (!size) {
+        note = tr("%1 %2 stays.").arg(worded(size.problem())).arg(Preferences().rarefactionSize());
+    } else if (const auto limited = Preferences::limitedSize(size.value());
+               limited != size.value()) {
+        note = tr("Stored as %1, the smallest sample.").arg(limited);
+    }
+    showNote(field, *ui_->sampleSizeNote,
+             tr("Specimens, or censuses, to which richness is rarefied."), note);
+}
+
+// What is stored may have more digits than are shown.
+void PreferencesViewController::noteQuota() {
+    QLineEdit& field = *ui_->sqsQuotaValueTextField;
+    const auto quota = parseTypedQuota(field.text().toStdString());
+    const double stored = Preferences().sqsQuota();
+    QString note;
+    if (!quota) {
+        note = tr("%1 %2 stays.").arg(worded(quota.problem()), shortest(stored));
+    } else if (const double limited = Preferences::limitedQuota(quota.value());
+               limited != quota.value()) {
+        note = tr("Stored as %1: a quota is from 0 to 1.").arg(limited);
+    } else if (!field.isModified() && stored != quota.value()) {
+        note = tr("Rounded: until this window closes, %1 is stored.").arg(shortest(stored));
+    }
+    showNote(field, *ui_->quotaNote,
+             tr("Share of all specimens that the species drawn must cover."), note);
+}
+
+void PreferencesViewController::showNote(QLineEdit& field, QLabel& line, const QString& purpose,
+                                         const QString& note) {
+    line.setText(note.isEmpty() ? purpose : note);
+    field.setAccessibleDescription(line.text());
+    if (note.isEmpty()) return setQuiet(line);
+    QPalette colors;
+    colors.setColor(QPalette::WindowText, problemColor(palette()));
+    line.setPalette(colors);
+}
+
+void PreferencesViewController::setQuiet(QLabel& line) {
+    QPalette colors;
+    colors.setColor(QPalette::WindowText, lookColors(palette()).secondary);
+    line.setPalette(colors);
+}
+
+// A window that is minimised has not closed, nor does it appear when it comes back.
+void PreferencesViewController::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    if (!event->spontaneous()) viewWillAppear();
+}
+
+void PreferencesViewController::hideEvent(QHideEvent* event) {
+    if (!event->spontaneous()) viewWillDisappear();
+    QWidget::hideEvent(event);
+}
+
+void PreferencesViewController::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    if (event->type() != QEvent::PaletteChange) return;
+    for (QLabel* line : {ui_->confidenceNote, ui_->colorNote, ui_->storingNote}) setQuiet(*line);
+    noteSampleSize();
+    noteQuota();
+}
+
+}  // namespace zorvel

@@ -1,0 +1,25 @@
+// The window of the preferences: not modal, nothing that the program would stay for. Main thread.
+#pragma once
+
+#include <QMainWindow>
+
+#include "app/preferences_view_controller.h"
+
+namespace zorvel {
+
+class PreferencesWindowController : public QMainWindow {
+    Q_OBJECT
+  public:
+    // The panel must outlive the window.
+    explicit PreferencesWindowController(ColorPanel& colors);
+
+    [[nodiscard]] PreferencesViewController& viewController() { return *viewController_; }
+
+  signals:
+    void quitRequested();
+
+  private:
+    PreferencesViewController* viewController_;
+};
+
+}  // namespace zorvel

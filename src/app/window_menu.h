@@ -1,0 +1,11 @@
+// The menu Window: minimise, zoom, the windows of the program by their titles, and all of them to
+// the front. Main thread.
+#pragma once
+
+namespace zorvel {
+
+class MainWindowController;
+
+void addWindowMenu(MainWindowController& window);
+
+}  // namespace zorvel
