@@ -1,6 +1,7 @@
 // screenshots FOLDER: writes the window's states as pictures, light and dark, at the scale of
 // QT_SCALE_FACTOR. For looking at, and for the picture of the README; not a test.
 #include <QApplication>
+#include <QDialog>
 #include <QDir>
 #include <QElapsedTimer>
 #include <QEventLoop>
@@ -21,12 +22,16 @@
 
 #include "app/backups_window.h"
 #include "app/look_choice.h"
+#include "app/preferences_window_controller.h"
 #include "app/project_windows.h"
 #include "app/start_up.h"
 #include "metrics/random_source.h"
 #include "platform/document_controller.h"
 #include "platform/job_queue.h"
+#include "platform/preferences.h"
 #include "ui/kit/alerts.h"
+#include "ui/kit/color_panel.h"
+#include "ui/kit/color_well.h"
 #include "ui/kit/open_panel.h"
 #include "ui/kit/save_panel.h"
 #include "ui/main/main_view_controller.h"
@@ -75,7 +80,7 @@ class Session {
         window_->findChild<QLineEdit*>("searchBar")->setText("or");
         window_->findChild<QLineEdit*>("searchBar")->setFocus();
         table("censusTable")->sortByColumn(1, Qt::AscendingOrder);
-        window_->mainView().startProgress(QString("importing census matrix..."));
+        window_->mainView().startProgress(std::string_view("importing census matrix..."));
         window_->mainView().showMessage("moss.csv could not be read (line 3, cell 7): example");
         shot("search");
         open(written("bad.csv", ",a,b\nNorth,3,x\n"));
@@ -86,6 +91,7 @@ class Session {
         editing();
         failure();
         backups();
+        preferences();
     }
 
   private:
@@ -167,6 +173,32 @@ class Session {
         list.show();
         QCoreApplication::processEvents();
         list.grab().save(QString("%1/backups-%2.png").arg(folder_, name_));
+    }
+
+    void preferences() {
+        DesktopColorPanel colors;
+        Preferences().setPlotColor(QColor("#d55e00"));
+        PreferencesWindowController page(colors);
+        page.setAttribute(Qt::WA_DeleteOnClose, false);
+        const auto take = [&](const char* state) {
+            QCoreApplication::processEvents();
+            page.grab().save(QString("%1/preferences-%2%3.png").arg(folder_, state, name_));
+        };
+        page.show();
+        take("");
+        page.findChild<QLineEdit*>("rarefactionSampleSizeValueTextField")->setText("25.5");
+        page.findChild<QLineEdit*>("sqsQuotaValueTextField")->setText("1.2");
+        page.findChild<QLineEdit*>("sqsQuotaValueTextField")->setFocus();
+        Preferences().setPlotColor(QColor(0, 114, 178, 102));
+        page.findChild<ColorWell*>("plotColorWell")->showColor(QColor(0, 114, 178, 102));
+        take("refused-");
+        page.findChild<ColorWell*>("plotColorWell")->click();
+        QCoreApplication::processEvents();
+        if (auto* panel = page.findChild<QDialog*>()) {
+            panel->grab().save(QString("%1/color-panel-%2.png").arg(folder_, name_));
+        }
+        page.close();
+        Preferences().setPlotColor(QColor(255, 0, 0));
     }
 
     QTableView* table(const char* name) { return window_->findChild<QTableView*>(name); }
