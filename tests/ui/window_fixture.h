@@ -35,21 +35,11 @@
 #include "ui/main/main_view_controller.h"
 #include "ui/main/main_window_controller.h"
 #include "ui/main/record_tables.h"
+#include "ui/wait.h"
 
 namespace zorvel {
 
 inline const char* const exampleFile = ZORVEL_SOURCE_DIR "/examples/oribatid-mites.csv";
-
-template <class Condition>
-bool waitUntil(Condition condition) {
-    QElapsedTimer timer;
-    timer.start();
-    while (!condition()) {
-        if (timer.elapsed() > 20000) return false;
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-    }
-    return true;
-}
 
 class FakeOpenPanel : public OpenPanel {
   public:

@@ -5,24 +5,19 @@
 
 #include <QString>
 #include <QWidget>
+#include <cstddef>
 #include <memory>
-#include <optional>
 
-#include "metrics/counts.h"
-#include "metrics/random_source.h"
-#include "metrics/sparse_counts.h"
+#include "model/metric_explanations.h"
+#include "ui/analysis/project_wide_inputs.h"
+#include "ui/analysis/project_wide_layout.h"
+#include "ui/analysis/project_wide_steps.h"
+#include "ui/kit/explanation_text.h"
 
 namespace zorvel {
 
 class JobQueue;
-
-// What the values are computed from, as it was when the command was given.
-struct ProjectWideInputs {
-    std::optional<CountsVector> countsVector;  // pooled: one entry a taxon name
-    std::optional<SparseCounts> countsMatrix;  // a row a census, a column a taxon name
-    QString project;                           // its name
-    QString note;  // what was merged because of equal names, in sentences; mostly empty
-};
+class MetricSheet;
 
 class ProjectWideMetricsViewController : public QWidget {
     Q_OBJECT
@@ -32,14 +27,40 @@ class ProjectWideMetricsViewController : public QWidget {
                                      QWidget* parent = nullptr);
     ~ProjectWideMetricsViewController() override;
 
-    // Once; the window may be there before, and fills from then on. Groups whose input is absent
-    // stay empty.
+    // Once; the window may be there before, and fills from then on, or from when it is first shown.
+    // Groups whose input is absent stay empty.
     void setInputs(ProjectWideInputs inputs);
 
+  signals:
+    // The last value that can be had is there.
+    void didFill();
+
+  protected:
+    void showEvent(QShowEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
   private:
+    void viewWillAppear();
+    void nameRows();
+    void showSecondaryTexts();
+    void showHead();
+    void compute();
+    void startStep(std::size_t step);
+    void showResult(const ProjectWideStep& step, const ProjectWideResult& result);
+    void finish();
+    void addNote(const QString& note);
+    [[nodiscard]] MetricDetails detailsOf(int row) const;
+    [[nodiscard]] QString caption(std::size_t row) const;
+
     JobQueue& jobs_;
     RandomSourceMaker makeRandom_;
-    std::shared_ptr<const ProjectWideInputs> inputs_;  // shared with the jobs
+    ProjectWideWidgets widgets_;
+    MetricSheet* sheet_;
+    // Shared with the jobs, until the last has ended.
+    std::shared_ptr<const ProjectWideInputs> inputs_;
+    ProjectWideTask task_;
+    ProjectMetricInputs explained_;
+    bool appeared_ = false;
 };
 
 }  // namespace zorvel

@@ -7,7 +7,11 @@ namespace zorvel {
 ProjectWideMetricsWindowController::ProjectWideMetricsWindowController(JobQueue& jobs,
                                                                        RandomSourceMaker makeRandom)
     : viewController_(new ProjectWideMetricsViewController(jobs, std::move(makeRandom), this)) {
+    setObjectName("projectWideMetricsWindow");
     setCentralWidget(viewController_);
+    setWindowTitle(viewController_->windowTitle());
+    connect(viewController_, &QWidget::windowTitleChanged, this, &QWidget::setWindowTitle);
+    resize(1000, 560);
 }
 
 }  // namespace zorvel

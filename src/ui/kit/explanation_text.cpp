@@ -53,6 +53,11 @@ QString remarkText(const MetricRemark& remark) {
     return text;
 }
 
+template <class Inputs>
+MetricDetails detailsOf(std::string_view key, const Inputs& inputs) {
+    return {QString::fromStdString(inputsText(key, inputs)), remarkText(metricRemark(key, inputs))};
+}
+
 QString valueLine(const ExplainedValue& value) {
     const QString subject = breakable(value.subject);
     if (value.pending) return tr("No value for %1 yet").arg(subject);
@@ -68,7 +73,11 @@ QString metricMeaning(std::string_view key) {
 }
 
 MetricDetails metricDetails(std::string_view key, const MetricInputs& inputs) {
-    return {QString::fromStdString(inputsText(key, inputs)), remarkText(metricRemark(key, inputs))};
+    return detailsOf(key, inputs);
+}
+
+MetricDetails metricDetails(std::string_view key, const ProjectMetricInputs& inputs) {
+    return detailsOf(key, inputs);
 }
 
 ExplanationText explanationText(const ExplainedValue& value, const QColor& secondary) {

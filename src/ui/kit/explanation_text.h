@@ -20,6 +20,7 @@ struct MetricDetails {
     QString remark;
 };
 MetricDetails metricDetails(std::string_view key, const MetricInputs& inputs);
+MetricDetails metricDetails(std::string_view key, const ProjectMetricInputs& inputs);
 
 struct ExplainedValue {
     std::string_view key;

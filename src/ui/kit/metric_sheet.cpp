@@ -46,6 +46,7 @@ void MetricSheet::show(int row, const QString& caption, const QString& text) {
     shown.state = Shown::State::there;
     shown.row.value->setPending(false);
     shown.row.value->setStale({});
+    shown.row.value->setPlaceholderText({});
     shown.row.value->setText(text);
     setCaption(row, caption);
     followValues();
@@ -56,6 +57,7 @@ void MetricSheet::expect(int row, const QString& caption, const QString& reason)
     shown.state = Shown::State::pending;
     shown.caption = caption;
     shown.row.value->setStale(reason);
+    shown.row.value->setPlaceholderText({});
     shown.row.value->setPending(shown.row.value->text().isEmpty());
     followValues();
 }
@@ -65,6 +67,7 @@ void MetricSheet::showAbsent(int row, const QString& caption, const QString& rea
     shown.state = Shown::State::absent;
     shown.caption = caption;
     shown.row.value->setPending(false);
+    shown.row.value->setPlaceholderText(tr("none"));
     shown.row.value->setStale(reason);
     followValues();
 }
