@@ -98,6 +98,17 @@ class Help(unittest.TestCase):
         self.assertGreater(len(keys), 10)
         self.assertLessEqual(keys, {e.get("id") for e in self.pages["metrics.html"].iter()})
 
+    def test_the_options_of_the_tool_are_those_told(self):
+        commands = set(re.findall(r"<tr><td><code>(\w+)</code>",
+                                  (tree / "docs/help/command-line.html").read_text()))
+        with tempfile.TemporaryDirectory() as folder:
+            shell = Shell(folder)
+            overview = shell.run("zorvel-cli --help")
+            self.assertEqual(commands, set(re.findall(r"^  (\w+)   ", overview, re.MULTILINE)))
+            told = "".join(shell.run(f"zorvel-cli {command} --help") for command in commands)
+        page = " ".join(self.pages["command-line.html"].itertext())
+        self.assertEqual(set(re.findall(r"--\w+", page)), set(re.findall(r"--\w+", told)))
+
     def test_examples_of_the_tool_are_true(self):
         for name, page in self.pages.items():
             with tempfile.TemporaryDirectory() as folder:
