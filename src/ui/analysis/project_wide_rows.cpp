@@ -57,11 +57,7 @@ const std::vector<ProjectWideRow>& projectWideRows() {
     static const std::vector<ProjectWideRow> all = [] {
         std::vector<ProjectWideRow> rows;
         add(rows, ProjectWideGroup::pooled, pooledMetricRows, pooledNames);
-        std::array<MetricCaption, 10> averages;
-        std::copy(averageMetricRows.begin(), averageMetricRows.end(), averages.begin());
-        averages[8] = {"rarefiedRichness", "Average rarefied richness", 1};
-        averages[9] = {"alroySQS", "Average SQS", 1};
-        add(rows, ProjectWideGroup::averages, averages, averageNames);
+        add(rows, ProjectWideGroup::averages, averageMetricRows, averageNames);
         add(rows, ProjectWideGroup::incidence, incidenceMetricRows, incidenceNames);
         return rows;
     }();
