@@ -94,6 +94,18 @@ double maxUpperLimit(std::span<const Rarefaction> data, ConfidenceLevel level) {
     return largest;
 }
 
+double richnessMaximum(std::span<const Rarefaction> data, ConfidenceLevel level) {
+    const double limit = maxUpperLimit(data, level);
+    if (isScalable(limit)) return limit;
+    double largest = 0;
+    for (const Rarefaction& point : data) {
+        for (const double value : {upperLimit(point, level), point.estimate}) {
+            if (std::isfinite(value)) largest = std::max(largest, value);
+        }
+    }
+    return largest;
+}
+
 QPointF PlotGeometry::pointOf(double sampleSize, double richness) const {
     return {xMult * sampleSize + xConst, richness * yMult + yConst};
 }

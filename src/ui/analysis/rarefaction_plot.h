@@ -27,6 +27,11 @@ double upperLimit(const Rarefaction& point, ConfidenceLevel level);
 // The largest upper limit of the level, NaN passed over; 0 where there is none above 0.
 double maxUpperLimit(std::span<const Rarefaction> data, ConfidenceLevel level);
 
+// What the axis of richness runs to: the largest upper limit, or where that is zero or not finite
+// (a curve without any variance that can be computed still has its estimates) the largest finite
+// number among upper limits and estimates; 0 where there is none.
+double richnessMaximum(std::span<const Rarefaction> data, ConfidenceLevel level);
+
 // With fewer records nothing is drawn.
 inline constexpr std::size_t kFewestPlotPoints = 3;
 

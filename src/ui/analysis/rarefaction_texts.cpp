@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 
 #include "metrics/census_metrics.h"
 
@@ -10,6 +11,16 @@ namespace zorvel {
 namespace {
 
 constexpr int digits = 1;  // of expected taxa
+
+auto limitedRecords(std::span<const Rarefaction> data, ConfidenceLevel level) {
+    return std::count_if(data.begin(), data.end(), [&](const Rarefaction& point) {
+        return std::isfinite(lowerLimit(point, level)) && std::isfinite(upperLimit(point, level));
+    });
+}
+
+bool hasBand(std::span<const Rarefaction> data, ConfidenceLevel level) {
+    return data.size() >= kFewestPlotPoints && limitedRecords(data, level) > 0;
+}
 
 QString taxa(double value) {
     return QString::fromStdString(formatMetric(value, digits));
@@ -39,7 +50,8 @@ QString RarefactionTexts::summary(std::span<const Rarefaction> data,
                              : tr("Sample-based rarefaction");
     QStringList parts{kind};
     if (!data.empty()) parts.append(tr("up to %1").arg(units(data.back().sampleSize)));
-    if (level) parts.append(tr("band: %1 confidence limits").arg(confidenceLevelText(*level)));
+    if (level && hasBand(data, *level))
+        parts.append(tr("band: %1 confidence limits").arg(confidenceLevelText(*level)));
     return parts.join(QStringLiteral(" \u00b7 "));
 }
 
@@ -65,17 +77,25 @@ QString RarefactionTexts::absence(std::span<const Rarefaction> data,
             "The confidence level of the preferences is neither 95% nor 99%: the curve has "
             "no band, and the axis of taxa ends at 1.");
     }
-    const double most = maxUpperLimit(data, *level);
-    if (!(most > 0) || !std::isfinite(most)) {
-        return tr(
-            "The curve has no upper confidence limit to scale its axis by. The table holds "
-            "what could be computed.");
+    return missingLimits(data, *level);
+}
+
+// Without a value of Chao2 no variance of a sample-based curve has one.
+QString RarefactionTexts::missingLimits(std::span<const Rarefaction> data,
+                                        ConfidenceLevel level) const {
+    const auto lacksVariance = [](const Rarefaction& point) { return std::isnan(point.variance); };
+    const auto limited = limitedRecords(data, level);
+    if (limited == std::ssize(data)) return {};
+    if (limited > 0) {
+        return tr("The band has gaps where no confidence limit can be computed.");
     }
-    const bool gaps = std::any_of(data.begin(), data.end(), [&](const Rarefaction& point) {
-        return !std::isfinite(lowerLimit(point, *level)) ||
-               !std::isfinite(upperLimit(point, *level));
-    });
-    return gaps ? tr("The band has gaps where no confidence limit can be computed.") : QString();
+    if (kind_ == RarefactionKind::sampleBased &&
+        std::all_of(data.begin(), data.end(), lacksVariance)) {
+        return tr(
+            "The curve has no confidence band: its variance rests on Chao2, which has no "
+            "value for these censuses.");
+    }
+    return tr("The curve has no confidence band: no limit of it can be computed.");
 }
 
 }  // namespace zorvel

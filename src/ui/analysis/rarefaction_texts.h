@@ -33,6 +33,8 @@ class RarefactionTexts {
                                   std::optional<ConfidenceLevel> level) const;
 
   private:
+    [[nodiscard]] QString missingLimits(std::span<const Rarefaction> data,
+                                        ConfidenceLevel level) const;
     [[nodiscard]] QString units(std::int64_t sampleSize) const;
 
     RarefactionKind kind_;

@@ -56,13 +56,13 @@ bool RarefactionView::isDrawable() const {
     return rarefactionData_ && rarefactionData_->size() >= kFewestPlotPoints;
 }
 
-double RarefactionView::maxUpperLimit() const {
+double RarefactionView::maxRichness() const {
     const std::optional<ConfidenceLevel> level = preferredLevel();
-    return level ? zorvel::maxUpperLimit(*rarefactionData_, *level) : 1.0;
+    return level ? richnessMaximum(*rarefactionData_, *level) : 1.0;
 }
 
 void RarefactionView::computeGeometry() {
-    geometry_ = zorvel::computeGeometry(*rarefactionData_, width(), height(), maxUpperLimit());
+    geometry_ = zorvel::computeGeometry(*rarefactionData_, width(), height(), maxRichness());
 }
 
 void RarefactionView::drawRect(QPainter& painter) {
@@ -154,8 +154,9 @@ void RarefactionView::keyPressEvent(QKeyEvent* event) {
     }
 }
 
-void RarefactionView::focusInEvent(QFocusEvent* /*event*/) {
-    emit focusDidChange(true);
+void RarefactionView::focusInEvent(QFocusEvent* event) {
+    const Qt::FocusReason reason = event->reason();
+    emit focusDidChange(reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason);
 }
 
 void RarefactionView::focusOutEvent(QFocusEvent* /*event*/) {

@@ -42,7 +42,8 @@ class RarefactionView : public QWidget {
 
   signals:
     void markedPointDidChange(int place);
-    void focusDidChange(bool focused);
+    // shown: the focus came by the keyboard, and a frame should tell where it is.
+    void focusDidChange(bool shown);
 
   protected:
     void paintEvent(QPaintEvent* event) override;
@@ -55,7 +56,7 @@ class RarefactionView : public QWidget {
   private:
     [[nodiscard]] bool isDrawable() const;
     void computeGeometry();
-    [[nodiscard]] double maxUpperLimit() const;
+    [[nodiscard]] double maxRichness() const;
     void drawMark(QPainter& painter) const;
     [[nodiscard]] int placeAfterKey(int key) const;
 

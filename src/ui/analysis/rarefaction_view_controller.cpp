@@ -90,6 +90,7 @@ QBoxLayout* RarefactionViewController::headingRows() {
     summary_ = addLabel(*rows, "rarefactionSummary", tr("Curve"), this);
     summary_->setForegroundRole(QPalette::PlaceholderText);
     absence_ = addLabel(*rows, "rarefactionAbsence", tr("Note"), this);
+    absence_->setContentsMargins(0, 6, 0, 0);
     return rows;
 }
 
