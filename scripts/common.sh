@@ -11,8 +11,9 @@ logs=$root/build/logs
 build_packages=(g++ cmake ninja-build qt6-base-dev libqt6svg6-dev libsqlite3-dev
   libutf8proc-dev libcli11-dev)
 # What the tests need besides: GoogleTest, a reader of JSON, a locale with a decimal comma, the time
-# zones, the formatter of man pages, other programs that read the project file.
-test_packages=(libgtest-dev libgmock-dev nlohmann-json3-dev locales tzdata groff-base sqlite3 python3)
+# zones, the formatter of man pages, other programs that read the project file and PDF.
+test_packages=(libgtest-dev libgmock-dev nlohmann-json3-dev locales tzdata groff-base sqlite3 python3
+  poppler-utils)
 # What the checks need besides: clang's compiler, formatter, linter and fuzzer, the linter of shell
 # scripts, and the library of the benchmarks, which are checked too.
 check_packages=(clang-14 libclang-rt-14-dev clang-tidy-14 clang-format-14 shellcheck
