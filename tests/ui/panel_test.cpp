@@ -1,5 +1,6 @@
 #include <QClipboard>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QPushButton>
 #include <QTest>
@@ -156,7 +157,8 @@ TEST_F(PanelTest, AMissingValueSaysWhyItIsMissing) {
     goToSouth();
     QTest::mouseClick(&caption("alroySQS"), Qt::LeftButton);
     EXPECT_TRUE(says("No value for South\n"));
-    EXPECT_TRUE(says("SQS has no estimate: it needs at least 11 specimens. The grey value is that of North."));
+    EXPECT_TRUE(says(
+        "SQS has no estimate: it needs at least 11 specimens. The grey value is that of North."));
     EXPECT_TRUE(says("N = 7, S = 2"));
     // The reason stands once.
     EXPECT_EQ(explanation().find("11 specimens"), explanation().rfind("11 specimens"));
@@ -246,6 +248,34 @@ TEST_F(PanelTest, ARefreshThatChangesNothingDrawsAgainWithoutAFlicker) {
     Preferences().setSqsQuota(0.5);
     window->mainView().refreshMetrics();
     EXPECT_EQ(draws, drawn + 2);
+}
+
+// Whatever text it was: of a cell, by either key, or a detail of the census.
+TEST_F(PanelTest, TheEndOfAnEditThatChangesNothingDrawsAgain) {
+    int draws = 0;
+    makeRandom = [&draws] {
+        ++draws;
+        return std::make_unique<SeededRandom>(static_cast<std::uint64_t>(draws));
+    };
+    openTwo();
+    const std::string step = context().undoName();
+    const auto drawsAfter = [&](const std::function<void()>& edit) {
+        QCoreApplication::processEvents();
+        const int before = draws;
+        edit();
+        QCoreApplication::processEvents();
+        EXPECT_FALSE(value("alroySQS").isStale());
+        EXPECT_FALSE(value("rarefiedRichness").isStale());
+        return draws - before;
+    };
+    const int name = SpeciesTableView::kNameColumn;
+    EXPECT_EQ(drawsAfter([&] { type(speciesTable(), 0, name, "a"); }), 1);
+    EXPECT_EQ(drawsAfter([&] { type(speciesTable(), 0, name, "x", Qt::Key_Escape); }), 1);
+    EXPECT_EQ(drawsAfter([&] { type(censusTable(), 0, 0, "North"); }), 1);
+    QLineEdit& latitude = child<QLineEdit>("latitudeTextField");
+    latitude.setFocus();
+    EXPECT_GE(drawsAfter([&] { QTest::keyClick(&latitude, Qt::Key_Return); }), 1);
+    EXPECT_EQ(context().undoName(), step);
 }
 
 TEST_F(PanelTest, ChangedPreferencesReachEveryWindow) {

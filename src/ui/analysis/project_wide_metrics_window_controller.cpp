@@ -11,7 +11,7 @@ ProjectWideMetricsWindowController::ProjectWideMetricsWindowController(JobQueue&
     setCentralWidget(viewController_);
     setWindowTitle(viewController_->windowTitle());
     connect(viewController_, &QWidget::windowTitleChanged, this, &QWidget::setWindowTitle);
-    resize(1000, 560);
+    resize(1000, 620);
 }
 
 }  // namespace zorvel

@@ -14,6 +14,8 @@
 #include "ui/main/abundance_delegate.h"
 #include "ui/main/analysis_commands.h"
 #include "ui/main/census_table_model.h"
+#include "ui/main/details_field.h"
+#include "ui/main/details_notes.h"
 #include "ui/main/shared_name_texts.h"
 #include "ui/main/species_table_model.h"
 #include "ui/main/table_columns.h"
@@ -39,6 +41,7 @@ MainViewController::MainViewController(DiversityDocument& document, JobQueue& jo
     setUpCensusTable();
     setUpSpeciesTable();
     setUpDetails();
+    hearOfEndsOfEditing();
     setUpSearch();
     keepThroughReset();
     setUpButtons();
@@ -140,6 +143,18 @@ void MainViewController::setUpDetails() {
             [this](const QString& detail, const QString& text, const QString& reason) {
                 showMessage(tr("%1: \u201c%2\u201d was not stored: %3").arg(detail, text, reason));
             });
+}
+
+// Queued: the record is changed by then, and a window that is about to go hears of none.
+void MainViewController::hearOfEndsOfEditing() {
+    const auto hear = [this](auto* field, auto signal) {
+        connect(field, signal, this, &MainViewController::editingDidEnd, Qt::QueuedConnection);
+    };
+    for (auto* cells : findChildren<TextFieldDelegate*>()) {
+        hear(cells, &TextFieldDelegate::closeEditor);
+    }
+    for (auto* detail : findChildren<DetailsField*>()) hear(detail, &DetailsField::commitRequested);
+    for (auto* notes : findChildren<DetailsNotes*>()) hear(notes, &DetailsNotes::commitRequested);
 }
 
 void MainViewController::setUpTexts() {

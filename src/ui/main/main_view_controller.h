@@ -101,6 +101,8 @@ class MainViewController : public QWidget, public MainView {
     void refreshMetrics();
     // The preferences have changed.
     void updateMetrics() { refreshMetrics(); }
+    // That of a text, be it stored, unchanged or given up.
+    void editingDidEnd() { refreshMetrics(); }
     // The analyses: see analysis_commands.h.
     void calculateProjectWideMetrics();
     void individualBasedRarefaction();
@@ -128,6 +130,7 @@ class MainViewController : public QWidget, public MainView {
     void setUpButtons();
     void setUpPullDowns();
     void setUpTexts();
+    void hearOfEndsOfEditing();
     void setUpSplitters();
     void keepThroughReset();
 
