@@ -5,7 +5,6 @@
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QScrollBar>
-#include <QTemporaryDir>
 #include <memory>
 #include <random>
 #include <string>
@@ -14,6 +13,7 @@
 #include "bench/run_benchmarks.h"
 #include "metrics/random_source.h"
 #include "platform/job_queue.h"
+#include "tests/support/offscreen_home.h"
 #include "ui/kit/alerts.h"
 #include "ui/kit/open_panel.h"
 #include "ui/kit/save_panel.h"
@@ -175,10 +175,7 @@ BENCHMARK(scrollAPage)->Arg(largeCensus)->Unit(benchmark::kMillisecond);
 }  // namespace
 
 int main(int argc, char** argv) {
-    const QTemporaryDir home;
-    qputenv("HOME", home.path().toUtf8());
-    qputenv("XDG_CONFIG_HOME", home.path().toUtf8());
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const zorvel::OffscreenHome home;
     QApplication application(argc, argv);
     zorvel::setUpApplication();
     return zorvel::runBenchmarks(argc, argv);

@@ -5,8 +5,6 @@
 
 #include <QCoreApplication>
 #include <QDir>
-#include <QElapsedTimer>
-#include <QEventLoop>
 #include <QFile>
 #include <QFileInfo>
 #include <QPointer>
@@ -22,29 +20,9 @@
 #include "platform/document_controller.h"
 #include "platform/job_queue.h"
 #include "store/project_file.h"
+#include "tests/support/wait_until.h"
 
 namespace zorvel {
-
-// Processes events until the condition holds; false after twenty seconds.
-template <class Condition>
-bool waitUntil(Condition condition) {
-    QElapsedTimer timer;
-    timer.start();
-    while (!condition()) {
-        if (timer.elapsed() > 20000) return false;
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
-    }
-    return true;
-}
-
-// For what must not happen.
-inline void processEventsFor(int milliseconds) {
-    QElapsedTimer timer;
-    timer.start();
-    while (timer.elapsed() < milliseconds) {
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 5);
-    }
-}
 
 // A census of that name, with one taxon, as a step of its own.
 inline Census addNamedCensus(Document& document, const std::string& name) {

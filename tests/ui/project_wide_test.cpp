@@ -13,11 +13,11 @@
 #include "metrics/random_source.h"
 #include "platform/job_queue.h"
 #include "platform/preferences.h"
+#include "tests/support/wait_until.h"
 #include "ui/analysis/project_wide_metrics_window_controller.h"
 #include "ui/analysis/project_wide_rows.h"
 #include "ui/kit/popover.h"
 #include "ui/kit/value_field.h"
-#include "ui/wait.h"
 
 namespace zorvel {
 namespace {

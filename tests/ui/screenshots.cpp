@@ -29,6 +29,8 @@
 #include "platform/document_controller.h"
 #include "platform/job_queue.h"
 #include "platform/preferences.h"
+#include "project_wide_pictures.h"
+#include "tests/support/offscreen_home.h"
 #include "ui/kit/alerts.h"
 #include "ui/kit/color_panel.h"
 #include "ui/kit/color_well.h"
@@ -92,6 +94,7 @@ class Session {
         failure();
         backups();
         preferences();
+        takeProjectWidePictures(folder_, name_);
     }
 
   private:
@@ -246,10 +249,7 @@ class Session {
 }  // namespace
 
 int main(int argc, char** argv) {
-    const QTemporaryDir home;
-    qputenv("HOME", home.path().toUtf8());
-    qputenv("XDG_CONFIG_HOME", home.path().toUtf8());
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const OffscreenHome home;
     QApplication application(argc, argv);
     const QString folder = application.arguments().value(1, ".");
     QDir().mkpath(folder);

@@ -7,8 +7,6 @@
 
 #include <QAction>
 #include <QApplication>
-#include <QElapsedTimer>
-#include <QEventLoop>
 #include <QFile>
 #include <QLabel>
 #include <QSettings>
@@ -28,60 +26,16 @@
 #include "platform/document_controller.h"
 #include "platform/job_queue.h"
 #include "platform/preferences.h"
-#include "ui/kit/alerts.h"
-#include "ui/kit/open_panel.h"
-#include "ui/kit/save_panel.h"
+#include "tests/support/wait_until.h"
+#include "ui/fake_panels.h"
 #include "ui/kit/value_field.h"
 #include "ui/main/main_view_controller.h"
 #include "ui/main/main_window_controller.h"
 #include "ui/main/record_tables.h"
-#include "ui/wait.h"
 
 namespace zorvel {
 
 inline const char* const exampleFile = ZORVEL_SOURCE_DIR "/examples/oribatid-mites.csv";
-
-class FakeOpenPanel : public OpenPanel {
-  public:
-    QStringList chooseFiles(QWidget* /*parent*/) override { return answer; }
-    QStringList answer;
-};
-
-class FakeSavePanel : public SavePanel {
-  public:
-    QString chooseProjectPath(QWidget* /*parent*/, const QString& suggestion) override {
-        suggestions.append(suggestion);
-        return answer;
-    }
-    QString chooseFile(QWidget* /*parent*/, const QString& suggestion,
-                       const QList<FileType>& types) override {
-        suggestions.append(suggestion);
-        endings.clear();
-        for (const FileType& type : types) endings.append(type.ending);
-        return answer;
-    }
-    QString answer;
-    QStringList suggestions;
-    QStringList endings;  // of the types offered last
-};
-
-// Answers with the button of a title; a question that the test does not expect fails it.
-class FakeAlerts : public Alerts {
-  public:
-    int ask(QWidget* /*parent*/, const Question& question) override {
-        asked.append(question.text);
-        const auto place = static_cast<int>(question.buttons.indexOf(answers.value(0)));
-        EXPECT_GE(place, 0) << question.text.toStdString();
-        if (!answers.isEmpty()) answers.removeFirst();
-        return place < 0 ? static_cast<int>(question.buttons.size()) - 1 : place;
-    }
-    void warn(QWidget* /*parent*/, const QString& text, const QString& informative) override {
-        warnings.append(text + ": " + informative);
-    }
-    QStringList answers;
-    QStringList asked;
-    QStringList warnings;
-};
 
 class WindowTest : public ::testing::Test {
   protected:

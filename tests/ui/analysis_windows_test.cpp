@@ -1,0 +1,256 @@
+// The windows of analyses as the main window opens them, and how they and the projects go.
+#include <QDir>
+#include <QPointer>
+#include <algorithm>
+#include <future>
+#include <utility>
+
+#include "model/edits.h"
+#include "ui/analysis/project_wide_metrics_window_controller.h"
+#include "ui/analysis/rarefaction_window_controller.h"
+#include "ui/main/shared_name_texts.h"
+#include "ui/window_fixture.h"
+
+namespace zorvel {
+namespace {
+
+bool sameCurve(const std::vector<Rarefaction>& a, const std::vector<Rarefaction>& b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](const Rarefaction& one, const Rarefaction& other) {
+                          return one.sampleSize == other.sampleSize &&
+                                 one.estimate == other.estimate && one.upper99 == other.upper99;
+                      });
+}
+
+class AnalysisWindowsTest : public WindowTest {
+  protected:
+    void SetUp() override {
+        WindowTest::SetUp();
+        open(exampleFile);
+        drainJobs();
+    }
+    void TearDown() override {
+        releaseJobs();
+        WindowTest::TearDown();
+    }
+
+    // Jobs given from now on wait until they are released.
+    void holdJobs() {
+        const std::shared_future<void> gate = gate_.get_future().share();
+        for (int i = 0; i < workers; ++i) {
+            jobs->start(
+                window,
+                [gate] {
+                    gate.wait();
+                    return 0;
+                },
+                [](int) {});
+        }
+        held_ = true;
+    }
+    void releaseJobs() {
+        if (std::exchange(held_, false)) gate_.set_value();
+    }
+    MainViewController& view() { return window->mainView(); }
+    RarefactionWindowController* curve() { return view().rarefactionWindowController(); }
+    ProjectWideMetricsWindowController* wide() {
+        return view().projectWideMetricsWindowController();
+    }
+    RarefactionWindowController* openCurve() {
+        trigger("sampleBasedRarefaction");
+        EXPECT_TRUE(waitUntil([this] { return curve() != nullptr && curve()->isVisible(); }));
+        return curve();
+    }
+    bool waitUntilGone(const QPointer<QWidget>& gone) {
+        return waitUntil([&] {
+            sendDeletions();
+            return gone.isNull();
+        });
+    }
+
+    // The project can no longer be written to its file.
+    void loseTheFile() {
+        savePanel.answer = folder.filePath("mites.zorvel");
+        trigger("saveDocument");
+        ASSERT_TRUE(waitUntil([this] { return !window->document().isUntitled(); }));
+        ASSERT_TRUE(waitUntilSaved());
+        ASSERT_TRUE(QFile::remove(savePanel.answer));
+        trigger("addCensus");
+        ASSERT_TRUE(waitUntil([this] { return window->document().problem().has_value(); }));
+    }
+
+  private:
+    std::promise<void> gate_;
+    bool held_ = false;
+};
+
+TEST_F(AnalysisWindowsTest, CurvesAreOfTheRecordsAsTheyWere) {
+    censusTable().selectRows({2});
+    drainJobs();
+    const Census census = context().censuses()[2];
+    const CountsMatrix matrix = buildCountsMatrix(context().taxa(), context().censuses()).matrix;
+    const struct {
+        const char* command;
+        const char* title;
+        std::vector<Rarefaction> expected;
+    } cases[] = {
+        {"individualBasedRarefaction", "Individual-based Rarefaction",
+         sharedCalculator().individualBasedCurve(includedCountsVector(census))},
+        {"sampleBasedRarefaction", "Sample-based Rarefaction",
+         sharedCalculator().sampleBasedCurve(matrix)},
+    };
+    holdJobs();
+    for (const auto& each : cases) trigger(each.command);
+    EXPECT_EQ(label("progressLabel"), "calculating rarefaction...");
+    deleteTaxa(context(), census.taxa());
+    context().announceChanges();
+    censusTable().selectRows({0});
+    EXPECT_EQ(curve(), nullptr);
+    releaseJobs();
+    ASSERT_TRUE(waitUntil([this] { return !view().isInProgress(); }));
+    EXPECT_EQ(label("progressLabel"), "");
+    QList<RarefactionWindowController*> opened;
+    for (QWidget* each : QApplication::topLevelWidgets()) {
+        if (auto* plot = qobject_cast<RarefactionWindowController*>(each)) opened.append(plot);
+    }
+    ASSERT_EQ(opened.size(), 2);
+    for (const auto& each : cases) {
+        const auto found = std::find_if(opened.begin(), opened.end(), [&](const QWidget* plot) {
+            return plot->windowTitle() == each.title && plot->isVisible();
+        });
+        ASSERT_NE(found, opened.end()) << each.title;
+        ASSERT_FALSE(each.expected.empty());
+        EXPECT_TRUE(sameCurve(*(*found)->viewController().rarefactionData(), each.expected))
+            << each.title;
+    }
+}
+
+TEST_F(AnalysisWindowsTest, WithoutASelectedCensusThereIsNoCurve) {
+    censusTable().clearSelection();
+    trigger("individualBasedRarefaction");
+    EXPECT_FALSE(view().isInProgress());
+    drainJobs();
+    EXPECT_EQ(curve(), nullptr);
+    EXPECT_TRUE(alerts.warnings.isEmpty());
+}
+
+TEST_F(AnalysisWindowsTest, TheProjectWideWindowIsThereAtOnce) {
+    holdJobs();
+    trigger("calculateProjectWideMetrics");
+    const QPointer<ProjectWideMetricsWindowController> first = wide();
+    ASSERT_NE(first, nullptr);
+    EXPECT_TRUE(first->isVisible());
+    EXPECT_EQ(label("progressLabel"), "calculating project-wide metrics...");
+    trigger("calculateProjectWideMetrics");
+    EXPECT_NE(wide(), first);
+    first->close();
+    ASSERT_TRUE(waitUntilGone(first.data()));
+    EXPECT_TRUE(view().isInProgress());
+    releaseJobs();
+    ASSERT_TRUE(waitUntil([this] { return !view().isInProgress(); }));
+    EXPECT_TRUE(wide()->isVisible());
+}
+
+TEST_F(AnalysisWindowsTest, TheEndOfOneWorkLeavesTheWordsOfTheOthers) {
+    view().startProgress(std::string_view("importing census matrix..."));
+    view().startProgress("opening", "opening moss...");
+    holdJobs();
+    trigger("sampleBasedRarefaction");
+    EXPECT_EQ(label("progressLabel"), "calculating rarefaction...");
+    view().stopProgress("opening");
+    EXPECT_EQ(label("progressLabel"), "calculating rarefaction...");
+    view().stopProgress("opening");
+    releaseJobs();
+    ASSERT_TRUE(waitUntil([this] { return curve() != nullptr; }));
+    EXPECT_EQ(label("progressLabel"), "importing census matrix...");
+    EXPECT_TRUE(view().isInProgress());
+    view().stopProgress();
+    EXPECT_EQ(label("progressLabel"), "");
+    EXPECT_FALSE(view().isInProgress());
+}
+
+TEST_F(AnalysisWindowsTest, AProjectClosedWhileItsJobsRunIsNotMissed) {
+    MainWindowController& other = windows->openUntitled();
+    holdJobs();
+    trigger("individualBasedRarefaction");
+    trigger("calculateProjectWideMetrics");
+    const QPointer<ProjectWideMetricsWindowController> filling = wide();
+    const QPointer<MainWindowController> gone(window);
+    EXPECT_TRUE(window->close());
+    ASSERT_TRUE(waitUntilGone(gone.data()));
+    releaseJobs();
+    window = &other;
+    drainJobs();
+    EXPECT_TRUE(filling->isVisible());
+    for (const QWidget* each : QApplication::topLevelWidgets()) {
+        EXPECT_FALSE(each->inherits("zorvel::RarefactionWindowController"));
+    }
+}
+
+// The program ends when its last window of any kind is closed, and not before.
+TEST_F(AnalysisWindowsTest, APlotStaysUntilThePersonClosesIt) {
+    int ended = 0;
+    QObject receiver;
+    QObject::connect(qApp, &QGuiApplication::lastWindowClosed, &receiver, [&] { ++ended; });
+    const QPointer<RarefactionWindowController> plot = openCurve();
+    loseTheFile();
+    alerts.answers = {"Close Anyway"};  // it is not the last window
+    EXPECT_TRUE(window->close());
+    sendDeletions();
+    EXPECT_TRUE(windows->windows().empty());
+    EXPECT_TRUE(plot->isVisible());
+    EXPECT_EQ(ended, 0);
+    // What could not be written goes to an untitled project, which closing waits for.
+    plot->findChild<QAction*>("performClose")->trigger();
+    EXPECT_FALSE(QDir(folder.filePath("untitled")).isEmpty());
+    ASSERT_TRUE(waitUntilGone(plot.data()));
+    EXPECT_EQ(ended, 1);
+}
+
+TEST_F(AnalysisWindowsTest, TheLastPlotStaysWhereThePersonWantsToStay) {
+    const QPointer<RarefactionWindowController> plot = openCurve();
+    loseTheFile();
+    alerts.answers = {"Cancel"};
+    EXPECT_FALSE(windows->quit());
+    EXPECT_TRUE(plot->isVisible());
+    alerts.answers = {"Quit Anyway"};
+    plot->findChild<QAction*>("terminate")->trigger();
+    EXPECT_TRUE(plot.isNull() || plot->isHidden());
+    EXPECT_TRUE(windows->windows().empty());
+}
+
+TEST_F(AnalysisWindowsTest, TheEndOfTheProgramTakesItsWindowsAlong) {
+    const QPointer<RarefactionWindowController> open = openCurve();
+    holdJobs();
+    trigger("calculateProjectWideMetrics");
+    const QPointer<ProjectWideMetricsWindowController> filling = wide();
+    filling->close();  // and its deletion is on its way
+    endProgram();
+    EXPECT_TRUE(open.isNull());
+    EXPECT_TRUE(filling.isNull());
+}
+
+TEST(MergedNamesNote, TellsWhatEqualNamesMadeOfTheRecords) {
+    EXPECT_EQ(mergedNamesNote({}), "");
+    const auto note = [](std::size_t censuses, std::size_t replaced, std::size_t missing) {
+        SparseCountsResult counts;
+        counts.mergedCensuses = censuses;
+        counts.replacedTaxa = replaced;
+        counts.taxaInNoRow = missing;
+        return mergedNamesNote(counts).toStdString();
+    };
+    const std::string made =
+        " Averages, Chao2 and sample-based rarefaction are made from the census matrix.";
+    EXPECT_EQ(
+        note(0, 0, 1),
+        "One species is not in the census matrix, since it or its census has no name." + made);
+    EXPECT_EQ(note(2, 1234, 0),
+              "2 censuses have the name of an earlier one: the census matrix holds their species "
+              "in the row of that one, and their own rows stay empty. 1,234 species have the name "
+              "of a later one of their census: the census matrix takes the later one alone, and "
+              "the pooled values add them up." +
+                  made);
+}
+
+}  // namespace
+}  // namespace zorvel
