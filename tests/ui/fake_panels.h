@@ -1,0 +1,56 @@
+// Panels and alerts that answer what the test says, and keep what they were asked.
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <QStringList>
+
+#include "ui/kit/alerts.h"
+#include "ui/kit/open_panel.h"
+#include "ui/kit/save_panel.h"
+
+namespace zorvel {
+
+class FakeOpenPanel : public OpenPanel {
+  public:
+    QStringList chooseFiles(QWidget* /*parent*/) override { return answer; }
+    QStringList answer;
+};
+
+class FakeSavePanel : public SavePanel {
+  public:
+    QString chooseProjectPath(QWidget* /*parent*/, const QString& suggestion) override {
+        suggestions.append(suggestion);
+        return answer;
+    }
+    QString chooseFile(QWidget* /*parent*/, const QString& suggestion,
+                       const QList<FileType>& types) override {
+        suggestions.append(suggestion);
+        endings.clear();
+        for (const FileType& type : types) endings.append(type.ending);
+        return answer;
+    }
+    QString answer;
+    QStringList suggestions;
+    QStringList endings;  // of the types offered last
+};
+
+// Answers with the button of a title; a question that the test does not expect fails it.
+class FakeAlerts : public Alerts {
+  public:
+    int ask(QWidget* /*parent*/, const Question& question) override {
+        asked.append(question.text);
+        const auto place = static_cast<int>(question.buttons.indexOf(answers.value(0)));
+        EXPECT_GE(place, 0) << question.text.toStdString();
+        if (!answers.isEmpty()) answers.removeFirst();
+        return place < 0 ? static_cast<int>(question.buttons.size()) - 1 : place;
+    }
+    void warn(QWidget* /*parent*/, const QString& text, const QString& informative) override {
+        warnings.append(text + ": " + informative);
+    }
+    QStringList answers;
+    QStringList asked;
+    QStringList warnings;
+};
+
+}  // namespace zorvel

@@ -1,0 +1,375 @@
+#include "ui/analysis/rarefaction_window_controller.h"
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <csignal>
+
+#include <QApplication>
+#include <QClipboard>
+#include <QDir>
+#include <QFile>
+#include <QImage>
+#include <QLabel>
+#include <QMimeData>
+#include <QPainter>
+#include <QProcess>
+#include <QScreen>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <QTest>
+#include <limits>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "base/console.h"
+#include "interchange/writers.h"
+#include "platform/job_queue.h"
+#include "platform/preferences.h"
+#include "tests/support/wait_until.h"
+#include "ui/analysis/rarefaction_view.h"
+#include "ui/fake_panels.h"
+#include "ui/kit/file_writing.h"
+
+namespace zorvel {
+namespace {
+
+constexpr double nan = std::numeric_limits<double>::quiet_NaN();
+
+// Estimate r at sample size r, limits 2 around it at 95% and 4 at 99%: at 95% the axes end at 20
+// and 22, at 99% at 20 and 24.
+std::vector<Rarefaction> straightCurve() {
+    std::vector<Rarefaction> curve;
+    for (int r = 1; r <= 20; ++r) {
+        const double value = r;
+        curve.push_back({r, value, 1, value - 2, value + 2, value - 4, value + 4});
+    }
+    return curve;
+}
+
+class RarefactionWindowTest : public ::testing::Test {
+  protected:
+    void SetUp() override {
+        QSettings().clear();
+        Preferences().initializePreferences();
+        Preferences().setPlotColor(QColor(0, 0, 255));
+        setConsoleSink([this](std::string_view line) { console.emplace_back(line); });
+    }
+    void TearDown() override {
+        window.reset();
+        jobs.reset();
+        setConsoleSink({});
+    }
+
+    void show(std::vector<Rarefaction> curve, const QString& subject = "North") {
+        window = std::make_unique<RarefactionWindowController>(
+            RarefactionKind::individualBased, *jobs, Panels{openPanel, savePanel, alerts});
+        window->viewController().setRarefactionData(std::move(curve), subject);
+        window->show();
+        QCoreApplication::processEvents();
+    }
+
+    RarefactionViewController& controller() { return window->viewController(); }
+    RarefactionView& view() { return controller().rarefactionView(); }
+    std::string label(const char* name) {
+        auto* found = window->findChild<QLabel*>(name);
+        return found->isVisible() ? found->text().toStdString() : std::string();
+    }
+    // The view drawn alone, a pixel a point.
+    QImage drawn(const QColor& ground = Qt::green) {
+        QImage image(view().size(), QImage::Format_RGB32);
+        image.fill(ground);
+        QPainter painter(&image);
+        view().drawRect(painter);
+        return image;
+    }
+    QPoint pixelOf(double size, double richness) {
+        const QPointF place = view().geometry().pointOf(size, richness);
+        return {static_cast<int>(place.x()), static_cast<int>(view().height() - place.y())};
+    }
+    // What stands in the picture of the plot, of as many pixels a point, at a few known places.
+    void expectPlot(const QImage& image, int scale) {
+        ASSERT_EQ(image.size(), view().size() * scale);
+        const struct {
+            double size;
+            double richness;
+            QColor color;
+        } rows[] = {{10.5, 10.5, QColor(0, 0, 255)},
+                    {10.5, 11.8, QColor(204, 204, 255)},
+                    {10.5, 9.2, QColor(204, 204, 255)},
+                    {10.5, 14, Qt::white},
+                    {10.5, 5, Qt::white}};
+        for (const auto& row : rows) {
+            const QColor color = image.pixelColor(pixelOf(row.size, row.richness) * scale);
+            EXPECT_NEAR(color.red(), row.color.red(), 2) << row.richness;
+            EXPECT_NEAR(color.blue(), row.color.blue(), 2) << row.richness;
+        }
+    }
+
+    void saveTo(const QString& path, void (RarefactionViewController::*save)()) {
+        savePanel.answer = path;
+        (controller().*save)();
+        QObject receiver;
+        bool done = false;
+        jobs->start(
+            &receiver, [] { return 0; }, [&done](int) { done = true; });
+        ASSERT_TRUE(waitUntil([&done] { return done; }));
+    }
+    QString path(const char* name) { return folder.filePath(name); }
+    static QByteArray bytesOf(const QString& path) {
+        QFile file(path);
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
+        return file.readAll();
+    }
+    static QByteArray outputOf(const QString& program, const QStringList& arguments) {
+        QProcess process;
+        process.start(program, arguments);
+        EXPECT_TRUE(process.waitForFinished()) << program.toStdString();
+        EXPECT_EQ(process.exitCode(), 0) << process.readAllStandardError().toStdString();
+        return process.readAllStandardOutput();
+    }
+
+    QTemporaryDir folder;
+    std::vector<std::string> console;
+    std::unique_ptr<JobQueue> jobs = std::make_unique<JobQueue>(1);  // jobs end in order
+    FakeOpenPanel openPanel;
+    FakeSavePanel savePanel;
+    FakeAlerts alerts;
+    std::unique_ptr<RarefactionWindowController> window;
+};
+
+TEST_F(RarefactionWindowTest, DrawsCurveAndBandInThePreferredColour) {
+    show(straightCurve());
+    const QImage image = drawn();
+    expectPlot(image, 1);
+    EXPECT_EQ(image.pixelColor(0, 0), QColor(Qt::white));
+    const QPointF origin = view().geometry().origin();
+    const int base = static_cast<int>(view().height() - origin.y());
+    int black = 0;
+    for (int y = base - 1; y <= base + 1; ++y) {
+        if (image.pixelColor(static_cast<int>(origin.x()) + 37, y) == QColor(Qt::black)) ++black;
+    }
+    EXPECT_EQ(black, 1);  // the axis is one sharp line
+}
+
+TEST_F(RarefactionWindowTest, FollowsThePreferencesAtTheNextDraw) {
+    show(straightCurve());
+    drawn();
+    EXPECT_EQ(view().geometry().maxDiversity, 22);
+    Preferences().setConfidence(0.99);
+    Preferences().setPlotColor(QColor(0, 128, 0));
+    const QImage image = drawn();
+    EXPECT_EQ(view().geometry().maxDiversity, 24);
+    EXPECT_EQ(image.pixelColor(pixelOf(10.5, 10.5)), QColor(0, 128, 0));
+    EXPECT_EQ(image.pixelColor(pixelOf(10.5, 13.5)), QColor(204, 230, 204));
+    EXPECT_EQ(label("rarefactionSummary"),
+              "Individual-based rarefaction · up to 20 specimens · band: 95% confidence limits");
+    controller().preferencesDidChange();
+    EXPECT_EQ(label("rarefactionSummary"),
+              "Individual-based rarefaction · up to 20 specimens · band: 99% confidence limits");
+}
+
+TEST_F(RarefactionWindowTest, TellsTwiceADrawOfALevelThatIsNotInUse) {
+    show(straightCurve());
+    const struct {
+        double level;
+        const char* text;
+    } rows[] = {{0.9, "0.9"}, {1, "1.0"}, {0, "0.0"}, {-2, "-2.0"}, {1e30, "1.0e+30"}};
+    for (const auto& row : rows) {
+        Preferences().setConfidence(row.level);
+        console.clear();
+        const QImage image = drawn();
+        const std::string line = std::string("WARNING: unexpected confidence level of ") + row.text;
+        EXPECT_EQ(console, (std::vector<std::string>{line, line}));
+        EXPECT_EQ(view().geometry().maxDiversity, 1);
+        EXPECT_EQ(image.pixelColor(pixelOf(0.5, 0.5)), QColor(0, 0, 255));  // the curve
+        EXPECT_EQ(image.pixelColor(pixelOf(10, 0.5)), QColor(Qt::white));   // no band
+    }
+}
+
+TEST_F(RarefactionWindowTest, LeavesAGapInTheBandButNotInTheCurve) {
+    std::vector<Rarefaction> curve = straightCurve();
+    for (int i = 8; i <= 11; ++i) curve[i].lower95 = curve[i].upper95 = nan;
+    show(curve);
+    const QImage image = drawn();
+    EXPECT_EQ(image.pixelColor(pixelOf(10.5, 10.5)), QColor(0, 0, 255));
+    EXPECT_EQ(image.pixelColor(pixelOf(10.5, 11.8)), QColor(Qt::white));
+    EXPECT_EQ(image.pixelColor(pixelOf(6, 7)), QColor(204, 204, 255));
+    EXPECT_EQ(image.pixelColor(pixelOf(16, 17)), QColor(204, 204, 255));
+    EXPECT_NE(label("rarefactionAbsence"), "");
+}
+
+TEST_F(RarefactionWindowTest, DrawsNothingOfFewerThanThreePointsAndSaysWhy) {
+    for (const std::size_t count : {0, 1, 2}) {
+        std::vector<Rarefaction> curve = straightCurve();
+        curve.resize(count);
+        show(curve);
+        QImage untouched(view().size(), QImage::Format_RGB32);
+        untouched.fill(Qt::green);
+        EXPECT_EQ(drawn(Qt::green), untouched);
+        EXPECT_NE(label("rarefactionAbsence").find("three points"), std::string::npos);
+        QTest::keyClick(&view(), Qt::Key_Right);
+        EXPECT_EQ(view().markedPoint(), -1);
+        EXPECT_EQ(label("rarefactionReadout"), "");
+    }
+}
+
+TEST_F(RarefactionWindowTest, AppearsAtItsPlace) {
+    show(straightCurve());
+    const QPoint corner = window->screen()->availableGeometry().topLeft();
+    EXPECT_EQ(window->frameGeometry().topLeft(), corner + QPoint(120, 120));
+    window->move(300, 200);  // by the person: it stays there
+    window->hide();
+    window->show();
+    EXPECT_EQ(window->pos(), QPoint(300, 200));
+}
+
+TEST_F(RarefactionWindowTest, ReadsOutPointsByKeyAndPointer) {
+    show(straightCurve());
+    const struct {
+        Qt::Key key;
+        int place;
+    } rows[] = {{Qt::Key_Right, 0},    {Qt::Key_Right, 1}, {Qt::Key_Left, 0},
+                {Qt::Key_Left, 0},     {Qt::Key_End, 19},  {Qt::Key_Right, 19},
+                {Qt::Key_PageDown, 9}, {Qt::Key_Home, 0},  {Qt::Key_PageUp, 10},
+                {Qt::Key_Escape, -1},  {Qt::Key_Left, 19}};
+    for (const auto& row : rows) {
+        QTest::keyClick(&view(), row.key);
+        EXPECT_EQ(view().markedPoint(), row.place) << row.key;
+    }
+    QTest::mouseMove(&view(), pixelOf(4.4, 15));
+    EXPECT_EQ(view().markedPoint(), 3);
+    const std::string values = "4 specimens · 4.0 expected taxa · 95% limits 2.0 to 6.0";
+    EXPECT_EQ(label("rarefactionReadout"), values);
+    EXPECT_EQ(view().accessibleDescription().toStdString(), values);
+    const QImage onScreen = view().grab().toImage();
+    const QPoint ring = pixelOf(4, 4);
+    EXPECT_EQ(onScreen.pixelColor(ring), QColor(Qt::white));  // the ring's middle
+    EXPECT_EQ(drawn().pixelColor(ring), QColor(0, 0, 255));   // what is saved has no ring
+}
+
+TEST_F(RarefactionWindowTest, SavesOnePdfPageOfTheViewsSize) {
+    show(straightCurve());
+    window->resize(700, 500);
+    QCoreApplication::processEvents();
+    drawn();
+    saveTo(path("north.pdf"), &RarefactionViewController::savePlotTapped);
+    EXPECT_EQ(savePanel.endings, (QStringList{".pdf", ".svg", ".png"}));
+    EXPECT_EQ(savePanel.suggestions, QStringList("North rarefaction"));
+    const QByteArray facts = outputOf("pdfinfo", {path("north.pdf")}).simplified();
+    const QSize size = view().size();
+    EXPECT_TRUE(facts.contains("Pages: 1 ")) << facts.toStdString();
+    EXPECT_TRUE(facts.contains(
+        QString("Page size: %1 x %2 pts").arg(size.width()).arg(size.height()).toUtf8()))
+        << facts.toStdString();
+    const QByteArray text = outputOf("pdftotext", {path("north.pdf"), "-"}).simplified();
+    const QList<QByteArray> words = text.split(' ');
+    for (const char* tick : {"0", "5", "10", "15", "20"}) {
+        EXPECT_EQ(words.count(tick), 2) << text.toStdString();
+    }
+    outputOf("pdftoppm", {"-r", "72", "-png", "-singlefile", path("north.pdf"), path("north")});
+    expectPlot(QImage(path("north.png")), 1);
+    EXPECT_TRUE(alerts.warnings.isEmpty());
+}
+
+TEST_F(RarefactionWindowTest, SavesAPageWithoutAnythingOfFewerThanThreePoints) {
+    show({});
+    saveTo(path("empty.pdf"), &RarefactionViewController::savePlotTapped);
+    EXPECT_TRUE(outputOf("pdfinfo", {path("empty.pdf")}).simplified().contains("Pages: 1 "));
+    EXPECT_EQ(outputOf("pdftotext", {path("empty.pdf"), "-"}).trimmed(), "");
+}
+
+TEST_F(RarefactionWindowTest, SavesSvgWithTextAndAnImageOfTwoPixelsAPoint) {
+    show(straightCurve());
+    drawn();
+    saveTo(path("north.SVG"), &RarefactionViewController::savePlotTapped);
+    const QByteArray svg = bytesOf(path("north.SVG"));
+    const QString box = QString("viewBox=\"0 0 %1 %2\"").arg(view().width()).arg(view().height());
+    EXPECT_TRUE(svg.contains(box.toUtf8()));
+    EXPECT_TRUE(svg.contains(">15</text>"));
+    EXPECT_TRUE(svg.contains("#0000ff"));
+    saveTo(path("north.png"), &RarefactionViewController::savePlotTapped);
+    expectPlot(QImage(path("north.png")), 2);
+}
+
+TEST_F(RarefactionWindowTest, SavesTheTableWhateverTheLevel) {
+    Preferences().setConfidence(0.99);
+    show(straightCurve());
+    saveTo(path("north.csv"), &RarefactionViewController::saveDataTapped);
+    EXPECT_EQ(savePanel.endings, QStringList(".csv"));
+    EXPECT_EQ(bytesOf(path("north.csv")).toStdString(), writeRarefactionTable(straightCurve()));
+}
+
+TEST_F(RarefactionWindowTest, SavingAgainReplacesAndCancellingDoesNothing) {
+    show(straightCurve());
+    QFile old(path("north.csv"));
+    ASSERT_TRUE(old.open(QIODevice::WriteOnly));
+    old.write(QByteArray(100000, 'x'));
+    old.close();
+    saveTo(old.fileName(), &RarefactionViewController::saveDataTapped);
+    EXPECT_EQ(bytesOf(old.fileName()).toStdString(), writeRarefactionTable(straightCurve()));
+    saveTo({}, &RarefactionViewController::saveDataTapped);
+    saveTo({}, &RarefactionViewController::savePlotTapped);
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files), QStringList("north.csv"));
+    EXPECT_TRUE(alerts.warnings.isEmpty());
+}
+
+TEST_F(RarefactionWindowTest, ShowsTheSystemsWordsForAFailedWrite) {
+    show(straightCurve());
+    saveTo(path("no/such/folder.pdf"), &RarefactionViewController::savePlotTapped);
+    saveTo("/dev/full", &RarefactionViewController::saveDataTapped);
+    EXPECT_EQ(alerts.warnings,
+              (QStringList{"The plot could not be saved: No such file or directory",
+                           "The table could not be saved: No space left on device"}));
+    struct stat device = {};
+    ASSERT_EQ(stat("/dev/full", &device), 0);
+    EXPECT_TRUE(S_ISCHR(device.st_mode));
+}
+
+TEST_F(RarefactionWindowTest, TellsOfAFailedWriteAfterTheWindowHasGone) {
+    show(straightCurve());
+    savePanel.answer = path("no/such/folder.csv");
+    controller().saveData();
+    window.reset();
+    EXPECT_TRUE(waitUntil([this] { return !alerts.warnings.isEmpty(); }));
+}
+
+TEST_F(RarefactionWindowTest, CopiesPlotAndTable) {
+    show(straightCurve());
+    drawn();
+    QTest::keyClick(window.get(), Qt::Key_C, Qt::ControlModifier);
+    const QMimeData* copied = QGuiApplication::clipboard()->mimeData();
+    expectPlot(qvariant_cast<QImage>(copied->imageData()), 2);
+    EXPECT_TRUE(copied->data("application/pdf").startsWith("%PDF"));
+    EXPECT_TRUE(copied->data("image/svg+xml").contains("<svg"));
+    QTest::keyClick(window.get(), Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
+    copied = QGuiApplication::clipboard()->mimeData();
+    const QStringList lines = copied->text().split('\n');
+    EXPECT_EQ(lines.size(), 22);
+    EXPECT_EQ(lines.value(3).toStdString(), "3\t3.000\t1.000\t1.000\t5.000\t-1.000\t7.000");
+    EXPECT_EQ(copied->data("text/csv").toStdString(), writeRarefactionTable(straightCurve()));
+}
+
+TEST(FileWritingTest, AFileThatCannotBeWrittenWholeStaysAsItWas) {
+    const QTemporaryDir folder;
+    const QString path = folder.filePath("table.csv");
+    ASSERT_EQ(writeWholeFile(path, "old"), "");
+    struct rlimit before = {};
+    getrlimit(RLIMIT_FSIZE, &before);
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    struct rlimit little = before;
+    little.rlim_cur = 1000;
+    setrlimit(RLIMIT_FSIZE, &little);
+    const QString problem = writeWholeFile(path, QByteArray(100000, 'x'));
+    setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, handler);
+    EXPECT_EQ(problem.toStdString(), "File too large");
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    EXPECT_EQ(file.readAll(), "old");
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files).size(), 1);  // nothing is left behind
+}
+
+}  // namespace
+}  // namespace zorvel
