@@ -1,4 +1,7 @@
 // zorvel-cli project: the metrics of all censuses together.
+#include <array>
+#include <optional>
+
 #include "cli/command.h"
 #include "cli/figures.h"
 #include "cli/json_writer.h"
@@ -8,12 +11,18 @@
 namespace zorvel::cli {
 namespace {
 
+// Below the rows that the windows show too.
+constexpr std::array<MetricCaption, 1> censusesOfAverageRows = {
+    {{"censusesWithAlroySQS", "Censuses with Alroy SQS", wholeNumber}}};
+
 ProjectWideMetrics compute(const Call& call, const Project& project) {
-    const auto taxa = project.document->objectContext().taxa();
-    const CountsVector pooled = pooledCountsVector(taxa);
-    const CountsMatrix matrix = buildCountsMatrix(taxa, project.censuses).matrix;
-    return projectWideMetrics(pooled, matrix, call.size, call.quota, *randomSource(call),
-                              sharedCalculator());
+    const SparseCountsResult built = buildSparseCounts(project.document->objectContext());
+    return projectWideMetrics(built.pooled, built.counts, call.size, call.quota,
+                              *randomSource(call), sharedCalculator());
+}
+
+Figure figureOf(const std::optional<double>& value) {
+    return value ? Figure(*value) : Figure();
 }
 
 Figures pooledFigures(const ProjectWideMetrics& metrics) {
@@ -27,14 +36,22 @@ Figures pooledFigures(const ProjectWideMetrics& metrics) {
             {"simpsonD", pooled.simpsonD},
             {"buzasE", pooled.buzasE},
             {"rarefiedRichness", metrics.pooledRarefiedRichness},
-            {"alroySQS", metrics.pooledAlroySQS ? Figure(*metrics.pooledAlroySQS) : Figure()}};
+            {"alroySQS", figureOf(metrics.pooledAlroySQS)}};
 }
 
-Figures averageFigures(const AverageMetrics& averages) {
-    return {{"individuals", averages.abundance},   {"richness", averages.richness},
-            {"chaoClassic", averages.chaoClassic}, {"shannonH", averages.shannonH},
-            {"fisherAlpha", averages.fisherAlpha}, {"pielouJ", averages.pielouJ},
-            {"simpsonD", averages.simpsonD},       {"buzasE", averages.buzasE}};
+Figures averageFigures(const ProjectWideMetrics& metrics) {
+    const AverageMetrics& averages = metrics.averages;
+    return {{"individuals", averages.abundance},
+            {"richness", averages.richness},
+            {"chaoClassic", averages.chaoClassic},
+            {"shannonH", averages.shannonH},
+            {"fisherAlpha", averages.fisherAlpha},
+            {"pielouJ", averages.pielouJ},
+            {"simpsonD", averages.simpsonD},
+            {"buzasE", averages.buzasE},
+            {"averageRarefiedRichness", metrics.averageRarefiedRichness},
+            {"averageAlroySQS", figureOf(metrics.averageAlroySQS.estimate)},
+            {"censusesWithAlroySQS", metrics.averageAlroySQS.censuses}};
 }
 
 Figures incidenceFigures(const ProjectWideMetrics& metrics) {
@@ -48,7 +65,7 @@ void writeJson(const ProjectWideMetrics& metrics, Output& output) {
     writeFields(json, pooledFigures(metrics));
     json.key("averages");
     json.beginObject();
-    writeFields(json, averageFigures(metrics.averages));
+    writeFields(json, averageFigures(metrics));
     json.endObject();
     writeFields(json, incidenceFigures(metrics));
     json.endObject();
@@ -65,7 +82,8 @@ std::optional<Problem> run(const Call& call, Project& project, Output& output) {
         return std::nullopt;
     }
     writeLines(output, pooledMetricRows, pooledFigures(metrics), call);
-    writeLines(output, averageMetricRows, averageFigures(metrics.averages), call);
+    writeLines(output, averageMetricRows, averageFigures(metrics), call);
+    writeLines(output, censusesOfAverageRows, averageFigures(metrics), call);
     writeLines(output, incidenceMetricRows, incidenceFigures(metrics), call);
     return std::nullopt;
 }

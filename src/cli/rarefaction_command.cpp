@@ -26,8 +26,8 @@ Result<Curve> sampleBased(const Project& project) {
     if (project.censuses.size() < 5) {
         return Problem{"Must have at least five censuses to calculate sample-based rarefaction"};
     }
-    const auto taxa = project.document->objectContext().taxa();
-    return sharedCalculator().sampleBasedCurve(buildCountsMatrix(taxa, project.censuses).matrix);
+    const SparseCountsResult built = buildSparseCounts(project.document->objectContext());
+    return sharedCalculator().sampleBasedCurve(summariseIncidence(built.counts));
 }
 
 void writeJson(const Curve& curve, Output& output) {

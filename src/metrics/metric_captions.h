@@ -50,7 +50,7 @@ inline constexpr std::array<MetricCaption, 10> pooledMetricRows = {{
     {"rarefiedRichness", "Rarefied richness", 1},
     {"alroySQS", "Alroy SQS", 1},
 }};
-inline constexpr std::array<MetricCaption, 8> averageMetricRows = {{
+inline constexpr std::array<MetricCaption, 10> averageMetricRows = {{
     {"individuals", "Average abundance", 1},
     {"richness", "Average richness", 1},
     {"chaoClassic", "Average Chao1", 1},
@@ -59,6 +59,8 @@ inline constexpr std::array<MetricCaption, 8> averageMetricRows = {{
     {"pielouJ", "Average Pielou's J", 3},
     {"simpsonD", "Average Simpson's D", 3},
     {"buzasE", "Average Buzas-Gibson's E", 3},
+    {"averageRarefiedRichness", "Average rarefied richness", 1},
+    {"averageAlroySQS", "Average Alroy SQS", 1},
 }};
 inline constexpr std::array<MetricCaption, 2> incidenceMetricRows = {{
     {"chaoTwo", "Chao2", 1},
@@ -79,12 +81,14 @@ inline std::string sqsCaption(double quota) {
 // The whole caption of a row, its parameter included where it has one; unique among the rows of its
 // kind of analysis ("Sample-based rarefied richness (50)").
 inline std::string metricCaption(const MetricCaption& row, std::int64_t n, double quota) {
+    const std::string caption(row.caption);
     if (row.key == "rarefiedRichness") return rarefiedRichnessCaption(n);
     if (row.key == "alroySQS") return sqsCaption(quota);
-    if (row.key == "sampleBasedRarefiedRichness") {
-        return std::string(row.caption) + " (" + integerText(n) + ")";
+    if (row.key == "averageRarefiedRichness" || row.key == "sampleBasedRarefiedRichness") {
+        return caption + " (" + integerText(n) + ")";
     }
-    return std::string(row.caption);
+    if (row.key == "averageAlroySQS") return caption + " (quota: " + fixedText(quota, 2) + ")";
+    return caption;
 }
 
 }  // namespace zorvel

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cstddef>
+#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -81,7 +82,10 @@ void onThreads(std::size_t count, unsigned threads, Work work) {
     const std::size_t useful =
         std::min<std::size_t>(threads, (count + rowsAtATime - 1) / rowsAtATime);
     std::vector<std::jthread> others;
-    for (std::size_t i = 1; i < useful; ++i) others.emplace_back(run);
+    try {
+        for (std::size_t i = 1; i < useful; ++i) others.emplace_back(run);
+    } catch (const std::system_error&) {  // no more threads to be had: fewer do it
+    }
     run();
 }
 

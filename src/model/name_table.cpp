@@ -1,16 +1,45 @@
 #include "model/name_table.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <utility>
 
 namespace zorvel {
 
+// Texts lie a few dozen bytes apart: multiplied by 2^64 / golden ratio, the highest bits of their
+// places are spread evenly (Knuth 1998, section 6.4).
+inline TextNumbers::Slot& TextNumbers::slot(const std::string* text) {
+    const auto place = static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(text));
+    std::size_t i = static_cast<std::size_t>((place * 0x9e3779b97f4a7c15U) >> (64 - bits_));
+    while (slots_[i].text != text && slots_[i].text) i = (i + 1) & (slots_.size() - 1);
+    return slots_[i];
+}
+
+std::size_t TextNumbers::add(const std::string* text, std::size_t number) {
+    Slot& found = slot(text);
+    if (found.text) return found.number;
+    found = {text, number};
+    if (++used_ > slots_.size() / 2) grow();
+    return number;
+}
+
+void TextNumbers::grow() {
+    std::vector<Slot> old(std::size_t{1} << ++bits_);
+    old.swap(slots_);
+    for (const Slot& each : old) {
+        if (each.text) slot(each.text) = each;
+    }
+}
+
 std::size_t NameTable::add(const std::string& name) {
-    const auto [same, firstTime] = sameText_.try_emplace(&name, names_.size());
-    if (!firstTime) return same->second;
+    const std::size_t known = sameText_.add(&name, names_.size());
+    if (known < names_.size()) return known;
     const auto [place, inserted] = numbers_.try_emplace(name, names_.size());
-    if (inserted) names_.push_back(&name);
-    same->second = place->second;
+    if (inserted) {
+        names_.push_back(&name);
+    } else {
+        sameText_.setNumber(&name, place->second);
+    }
     return place->second;
 }
 

@@ -14,6 +14,29 @@
 
 namespace zorvel {
 
+// Numbers of texts by their place in memory, in a flat table: a look-up that finds touches one
+// place, and nothing of the text.
+class TextNumbers {
+  public:
+    // The number of that very text; where it is new, the given one.
+    std::size_t add(const std::string* text, std::size_t number);
+    // Of a text that was added.
+    void setNumber(const std::string* text, std::size_t number) { slot(text).number = number; }
+
+  private:
+    struct Slot {
+        const std::string* text = nullptr;  // null: free
+        std::size_t number = 0;
+    };
+    // That of the text, or the free one that it would take.
+    Slot& slot(const std::string* text);
+    void grow();
+
+    unsigned bits_ = 10;
+    std::size_t used_ = 0;  // at most half of the slots
+    std::vector<Slot> slots_ = std::vector<Slot>(std::size_t{1} << bits_);
+};
+
 class NameTable {
   public:
     // The number of the name, new ones at the end. The text must live as long as the table.
@@ -31,7 +54,7 @@ class NameTable {
     std::vector<const std::string*> names_;
     std::unordered_map<std::string_view, std::size_t, CanonicalHash, CanonicalEqual> numbers_;
     // Most names are met again as the very same shared text: no need to look at their bytes.
-    std::unordered_map<const std::string*, std::size_t> sameText_;
+    TextNumbers sameText_;
 };
 
 }  // namespace zorvel

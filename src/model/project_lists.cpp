@@ -92,8 +92,7 @@ struct Cell {
     std::int64_t count = 0;
 };
 
-// Makes rows of cells. Works through the cells of a row by a sorted list of their columns and
-// places, so that of equal columns the last cell is known.
+// Makes rows of cells: of equal columns the last cell counts.
 class RowMaker {
   public:
     explicit RowMaker(SparseCounts& counts) : counts_(counts) {}
@@ -102,14 +101,20 @@ class RowMaker {
     // one behind them replaced.
     std::size_t addRow(std::span<const Cell> cells) {
         order_.clear();
-        for (std::size_t i = 0; i < cells.size(); ++i) order_.emplace_back(cells[i].column, i);
+        for (std::size_t i = 0; i < cells.size(); ++i) {
+            order_.push_back(std::uint64_t{cells[i].column} << 32 | i);
+        }
         std::sort(order_.begin(), order_.end());
         columns_.clear();
         values_.clear();
         for (std::size_t i = 0; i < order_.size(); ++i) {
-            if (i + 1 < order_.size() && order_[i + 1].first == order_[i].first) continue;
-            columns_.push_back(order_[i].first);
-            values_.push_back(cells[order_[i].second].count);
+            const Cell& cell = cells[static_cast<std::uint32_t>(order_[i])];
+            if (!columns_.empty() && columns_.back() == cell.column) {
+                values_.back() = cell.count;
+                continue;
+            }
+            columns_.push_back(cell.column);
+            values_.push_back(cell.count);
         }
         counts_.addRow(columns_, values_);
         return cells.size() - columns_.size();
@@ -117,7 +122,7 @@ class RowMaker {
 
   private:
     SparseCounts& counts_;
-    std::vector<std::pair<SparseCounts::Column, std::size_t>> order_;
+    std::vector<std::uint64_t> order_;  // the column in the upper half, the place in the lower
     std::vector<SparseCounts::Column> columns_;
     CountsVector values_;
 };

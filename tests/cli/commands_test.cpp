@@ -68,6 +68,9 @@ constexpr const char* pooledText =
     "Average Pielou's J\t0.881\n"
     "Average Simpson's D\t0.620\n"
     "Average Buzas-Gibson's E\t0.923\n"
+    "Average rarefied richness (2)\t1.6\n"
+    "Average Alroy SQS (quota: 1.50)\t-\n"
+    "Censuses with Alroy SQS\t0\n"
     "Chao2\t3.0\n"
     "Sample-based rarefied richness (2)\t3.0\n";
 
@@ -158,6 +161,8 @@ TEST(Commands, JsonNamesStandInOrder) {
     Keys project = indices;
     project.insert(project.end(), {"rarefiedRichness", "alroySQS", "averages"});
     project.insert(project.end(), indices.begin(), indices.end());
+    project.insert(project.end(),
+                   {"averageRarefiedRichness", "averageAlroySQS", "censusesWithAlroySQS"});
     project.insert(project.end(), {"chaoTwo", "sampleBasedRarefiedRichness"});
     const Keys point = {"sampleSize", "estimate", "variance", "lower95",
                         "upper95",    "lower99",  "upper99"};
@@ -190,6 +195,12 @@ TEST(Commands, JsonHoldsAllDigits) {
     const json project = jsonOf({"project", "pooled.csv", "--json"});
     EXPECT_NEAR(project["averages"]["individuals"], 23.0 / 3, 1e-14);
     EXPECT_TRUE(project["averages"]["chaoClassic"].is_null());
+    // Of two specimens: 1 + 60/156, 1 + 20/42 and 2 expected taxa.
+    const json two = jsonOf({"project", "pooled.csv", "--json", "--size", "2"});
+    EXPECT_NEAR(two["averages"]["averageRarefiedRichness"], (4 + 60.0 / 156 + 20.0 / 42) / 3,
+                1e-12);
+    EXPECT_TRUE(project["averages"]["averageAlroySQS"].is_number());
+    EXPECT_EQ(project["averages"]["censusesWithAlroySQS"], 1) << "A alone has 11 specimens";
     EXPECT_NEAR(project["buzasE"], 0.7586100731011026, 1e-14);
 
     const json curve = jsonOf({"rarefaction", "five.csv", "--samples", "--json"});
