@@ -144,11 +144,10 @@ TEST_F(RarefactionWindowTest, DrawsCurveAndBandInThePreferredColour) {
     const QImage image = drawn();
     expectPlot(image, 1);
     EXPECT_EQ(image.pixelColor(0, 0), QColor(Qt::white));
-    const QPointF origin = view().geometry().origin();
-    const int base = static_cast<int>(view().height() - origin.y());
+    const QPoint axis = pixelOf(12.5, 0);
     int black = 0;
-    for (int y = base - 1; y <= base + 1; ++y) {
-        if (image.pixelColor(static_cast<int>(origin.x()) + 37, y) == QColor(Qt::black)) ++black;
+    for (int y = axis.y() - 1; y <= axis.y() + 1; ++y) {
+        if (image.pixelColor(axis.x(), y) == QColor(Qt::black)) ++black;
     }
     EXPECT_EQ(black, 1);  // the axis is one sharp line
 }

@@ -46,10 +46,6 @@ QList<PlotTick> ticks(double maximum, const TickOf& tickOf) {
     return ticks;
 }
 
-bool hasLimits(const Rarefaction& point, ConfidenceLevel level) {
-    return std::isfinite(lowerLimit(point, level)) && std::isfinite(upperLimit(point, level));
-}
-
 QPolygonF bandOfRun(std::span<const Rarefaction> run, const PlotGeometry& geometry,
                     ConfidenceLevel level) {
     QPolygonF band;
@@ -83,6 +79,10 @@ double lowerLimit(const Rarefaction& point, ConfidenceLevel level) {
 
 double upperLimit(const Rarefaction& point, ConfidenceLevel level) {
     return level == ConfidenceLevel::percent95 ? point.upper95 : point.upper99;
+}
+
+bool hasLimits(const Rarefaction& point, ConfidenceLevel level) {
+    return std::isfinite(lowerLimit(point, level)) && std::isfinite(upperLimit(point, level));
 }
 
 double maxUpperLimit(std::span<const Rarefaction> data, ConfidenceLevel level) {

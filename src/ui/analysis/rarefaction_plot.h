@@ -23,6 +23,8 @@ QString confidenceLevelText(ConfidenceLevel level);
 
 double lowerLimit(const Rarefaction& point, ConfidenceLevel level);
 double upperLimit(const Rarefaction& point, ConfidenceLevel level);
+// Both of them are finite.
+bool hasLimits(const Rarefaction& point, ConfidenceLevel level);
 
 // The largest upper limit of the level, NaN passed over; 0 where there is none above 0.
 double maxUpperLimit(std::span<const Rarefaction> data, ConfidenceLevel level);

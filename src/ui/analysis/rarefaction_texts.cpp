@@ -13,9 +13,8 @@ namespace {
 constexpr int digits = 1;  // of expected taxa
 
 auto limitedRecords(std::span<const Rarefaction> data, ConfidenceLevel level) {
-    return std::count_if(data.begin(), data.end(), [&](const Rarefaction& point) {
-        return std::isfinite(lowerLimit(point, level)) && std::isfinite(upperLimit(point, level));
-    });
+    return std::count_if(data.begin(), data.end(),
+                         [&](const Rarefaction& point) { return hasLimits(point, level); });
 }
 
 bool hasBand(std::span<const Rarefaction> data, ConfidenceLevel level) {

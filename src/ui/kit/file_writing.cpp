@@ -8,12 +8,18 @@ namespace zorvel {
 
 namespace {
 
-// Open for writing, with its own way of ending the write.
-template <class File, class Finish>
-QString writeAll(File& file, QIODevice::OpenMode mode, const QByteArray& bytes,
-                 const Finish& finish) {
-    const bool written = file.open(mode) && file.write(bytes) == bytes.size() && finish(file);
-    if (written) return {};
+// A write that comes to an end of the room tells why only when it is asked to go on.
+bool writeBytes(QFileDevice& file, const QByteArray& bytes) {
+    qint64 written = 0;
+    while (written < bytes.size()) {
+        const qint64 more = file.write(bytes.constData() + written, bytes.size() - written);
+        if (more <= 0) return false;
+        written += more;
+    }
+    return true;
+}
+
+QString problemOf(const QFileDevice& file) {
     const QString description = file.errorString();
     return description.isEmpty() ? QStringLiteral("Unknown error") : description;
 }
@@ -21,15 +27,15 @@ QString writeAll(File& file, QIODevice::OpenMode mode, const QByteArray& bytes,
 }  // namespace
 
 QString writeWholeFile(const QString& path, const QByteArray& bytes) {
+    constexpr auto mode = QIODevice::WriteOnly | QIODevice::Unbuffered;
     const QFileInfo there(path);
     if (there.exists() && !there.isFile() && !there.isDir()) {
         QFile device(path);
-        return writeAll(device, QIODevice::WriteOnly | QIODevice::Unbuffered, bytes,
-                        [](QFile&) { return true; });
+        return device.open(mode) && writeBytes(device, bytes) ? QString() : problemOf(device);
     }
     QSaveFile file(path);
-    return writeAll(file, QIODevice::WriteOnly, bytes,
-                    [](QSaveFile& saved) { return saved.commit(); });
+    const bool saved = file.open(mode) && writeBytes(file, bytes) && file.commit();
+    return saved ? QString() : problemOf(file);
 }
 
 }  // namespace zorvel
