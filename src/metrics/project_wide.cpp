@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cmath>
 #include <cstddef>
 #include <system_error>
 #include <thread>
@@ -102,7 +103,7 @@ AverageSqs sqsAverage(const Counts& counts, double quota, RandomSource& random, 
     AverageSqs average;
     double sum = 0;
     for (const std::optional<double>& estimate : estimates) {
-        if (!estimate) continue;
+        if (!estimate || !std::isfinite(*estimate)) continue;
         sum += *estimate;
         ++average.censuses;
     }

@@ -38,7 +38,9 @@ double averageRarefiedRichness(const SparseCounts& counts, std::int64_t n,
 double averageRarefiedRichness(const CountsMatrix& matrix, std::int64_t n,
                                RarefactionCalculator& calculator);
 
-// The average of the SQS estimates of those rows that have one.
+// The average of the SQS estimates of those rows that have one: a row with a warning or fewer than
+// 11 specimens has none, nor has one whose trials saw nothing (a single taxon is always thrown
+// back) or whose quota is not above 0, which give NaN.
 struct AverageSqs {
     std::optional<double> estimate;  // absent where no row has one
     std::int64_t censuses = 0;       // the rows that have one

@@ -63,6 +63,61 @@ CountsMatrixResult plainMatrix(const std::vector<Zorvel>& taxa,
     return result;
 }
 
+// What equal and missing names made of the records, counted taxon by taxon.
+void expectSameMerging(const SparseCountsResult& result, const std::vector<Zorvel>& taxa,
+                       const std::vector<Census>& censuses) {
+    std::size_t mergedCensuses = 0;
+    for (std::size_t i = 0; i < censuses.size(); ++i) {
+        const auto name = censuses[i].name();
+        if (name && firstIndex(result.censusNames, *name) != i) ++mergedCensuses;
+    }
+    std::size_t taxaInNoRow = 0;
+    std::vector<std::pair<std::size_t, std::size_t>> cells;
+    for (const Zorvel& taxon : taxa) {
+        if (!taxon.exists()) continue;
+        const auto census = taxon.census()->name();
+        const std::size_t row = census ? firstIndex(result.censusNames, *census) : censuses.size();
+        if (!taxon.name() || row == censuses.size()) {
+            ++taxaInNoRow;
+        } else {
+            cells.emplace_back(row, firstIndex(result.taxonNames, *taxon.name()));
+        }
+    }
+    const std::size_t all = cells.size();
+    std::sort(cells.begin(), cells.end());
+    cells.erase(std::unique(cells.begin(), cells.end()), cells.end());
+    ASSERT_EQ(result.mergedCensuses, mergedCensuses);
+    ASSERT_EQ(result.taxaInNoRow, taxaInNoRow);
+    ASSERT_EQ(result.replacedTaxa, all - cells.size());
+}
+
+// Row by row, so that a cell of 0 that is stored, or two of one column, show.
+void expectSameRows(const SparseCounts& counts, const CountsMatrix& plain) {
+    ASSERT_EQ(counts.rows(), plain.size());
+    for (std::size_t i = 0; i < plain.size(); ++i) {
+        std::vector<SparseCounts::Column> columns;
+        CountsVector cells;
+        for (std::size_t j = 0; j < plain[i].size(); ++j) {
+            if (plain[i][j] == 0) continue;
+            columns.push_back(static_cast<SparseCounts::Column>(j));
+            cells.push_back(plain[i][j]);
+        }
+        ASSERT_THAT(counts.row(i), testing::ElementsAreArray(cells));
+        ASSERT_THAT(counts.columnsOfRow(i), testing::ElementsAreArray(columns));
+        ASSERT_EQ(counts.columns(), plain[i].size());
+    }
+}
+
+void expectSameSparse(const SparseCountsResult& result, const std::vector<Zorvel>& taxa,
+                      const std::vector<Census>& censuses) {
+    const CountsMatrixResult plain = plainMatrix(taxa, censuses);
+    ASSERT_EQ(result.taxonNames, plain.taxonNames);
+    ASSERT_EQ(result.censusNames, plain.censusNames);
+    ASSERT_EQ(result.pooled, plainPooled(taxa));
+    ASSERT_NO_FATAL_FAILURE(expectSameRows(result.counts, plain.matrix));
+    ASSERT_NO_FATAL_FAILURE(expectSameMerging(result, taxa, censuses));
+}
+
 void expectSameLists(const std::vector<Zorvel>& taxa, const std::vector<Census>& censuses) {
     ASSERT_EQ(projectTaxonNames(taxa), plainTaxonNames(taxa));
     ASSERT_EQ(pooledCountsVector(taxa), plainPooled(taxa));
@@ -72,6 +127,7 @@ void expectSameLists(const std::vector<Zorvel>& taxa, const std::vector<Census>&
     ASSERT_EQ(result.taxonNames, plain.taxonNames);
     ASSERT_EQ(result.censusNames, plain.censusNames);
     ASSERT_EQ(censusNameList(censuses), plain.censusNames);
+    ASSERT_NO_FATAL_FAILURE(expectSameSparse(buildSparseCounts(taxa, censuses), taxa, censuses));
 }
 
 TEST(ProjectLists, RandomProjectsGiveWhatPlainScansGive) {
@@ -98,6 +154,8 @@ TEST(ProjectLists, RandomProjectsGiveWhatPlainScansGive) {
         ASSERT_NO_FATAL_FAILURE(expectSameLists(taxa, censuses)) << "seed " << seed;
         const auto frozen = context.frozenCopy();
         ASSERT_NO_FATAL_FAILURE(expectSameLists(frozen->taxa(), frozen->censuses()));
+        ASSERT_NO_FATAL_FAILURE(expectSameSparse(buildSparseCounts(*frozen), taxa, censuses))
+            << "seed " << seed;
         // Any other order, and lists that lack some censuses or hold deleted taxa.
         std::shuffle(taxa.begin(), taxa.end(), random);
         if (!censuses.empty()) censuses.erase(censuses.begin());
@@ -169,6 +227,34 @@ TEST_F(ExampleProject, CensusesOfOneNameShareTheFirstRow) {
     addTaxon(second, "Picea", 2);
     EXPECT_THAT(matrix().matrix, ElementsAre(ElementsAre(4, 2), ElementsAre(0, 0)));
     EXPECT_THAT(matrix().censusNames, ElementsAre("caf\u00E9", "cafe\u0301"));
+}
+
+TEST_F(ExampleProject, ALaterZeroReplacesAnEarlierCount) {
+    const Census first = addCensus("North");
+    addTaxon(first, "Abies", 4);
+    addTaxon(addCensus("North"), "Abies", 0);
+    const SparseCountsResult result = buildSparseCounts(context_);
+    EXPECT_THAT(result.counts.row(0), IsEmpty());
+    EXPECT_EQ(result.counts.columns(), 1U);
+    EXPECT_EQ(result.counts.rows(), 2U);
+    EXPECT_THAT(result.pooled, ElementsAre(4));
+    EXPECT_EQ(result.mergedCensuses, 1U);
+    EXPECT_EQ(result.replacedTaxa, 1U);
+}
+
+// More names than any table has room for at first.
+TEST_F(ExampleProject, ManyNames) {
+    const Census census = addCensus("North");
+    std::vector<TaxonValues> taxa;
+    for (std::int64_t i = 9'999; i >= 0; --i) {
+        taxa.push_back({SharedText(std::to_string(10'000 + i)), i, true});
+    }
+    context_.insertTaxa(census, std::move(taxa));
+    const CountsVector pooled = buildSparseCounts(context_).pooled;
+    ASSERT_EQ(pooled.size(), 10'000U);
+    for (std::size_t i = 0; i < pooled.size(); ++i) {
+        ASSERT_EQ(pooled[i], static_cast<std::int64_t>(i));
+    }
 }
 
 TEST_F(ExampleProject, UnnamedEntriesStayZeroUnlessNamedSo) {
