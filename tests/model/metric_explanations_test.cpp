@@ -3,12 +3,16 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <numeric>
 #include <string>
 #include <vector>
 
 #include "metrics/census_metrics.h"
+#include "metrics/incidence.h"
 #include "metrics/metric_captions.h"
+#include "metrics/project_wide.h"
 #include "metrics/random_source.h"
+#include "metrics/sparse_counts.h"
 
 namespace zorvel {
 namespace {
@@ -59,6 +63,53 @@ TEST(MetricExplanations, NoDashWithoutAReason) {
             EXPECT_EQ(metricRemark(key, inputs).text != nullptr, !std::isfinite(value) || zero);
         }
     }
+}
+
+ProjectMetricInputs inputsOfProject(const std::vector<CountsVector>& censuses) {
+    SparseCounts counts(censuses.front().size());
+    std::vector<SparseCounts::Column> columns(censuses.front().size());
+    std::iota(columns.begin(), columns.end(), SparseCounts::Column{0});
+    for (const CountsVector& census : censuses) counts.addRow(columns, census);
+    ProjectMetricInputs inputs;
+    inputs.pooled.sampleSize = 5;
+    inputs.pooled.quota = 0.8;
+    countCensuses(counts, inputs);
+    takeIncidence(summariseIncidence(counts), inputs);
+    return inputs;
+}
+
+// The same of averages and Chao2; where there is a reason, it tells how many censuses are to blame.
+TEST(MetricExplanations, NoDashOfAProjectWithoutAReason) {
+    const std::vector<std::vector<CountsVector>> projects = {
+        {{10, 2, 3}, {5, 2, 0}, {6, 2, 1}}, {{0, 0, 0}, {7, 2, 0}, {2, 1, 0}},
+        {{1, 0, 0}, {0, 2, 9}, {2, 2, 0}},  {{8, 0, 0}, {0, 8, 0}, {0, 0, 8}},
+        {{2, 5, 0}, {2, 5, 0}, {2, 5, 0}},  {{1, 1, 1}, {2, 3, 4}, {9, 2, 0}}};
+    for (const auto& censuses : projects) {
+        const AverageMetrics mean = averageMetrics(censuses);
+        const ProjectMetricInputs inputs = inputsOfProject(censuses);
+        const struct {
+            const char* key;
+            double value;
+        } values[] = {{"averageAbundance", mean.abundance},     {"averageRichness", mean.richness},
+                      {"averageChaoClassic", mean.chaoClassic}, {"averageShannonH", mean.shannonH},
+                      {"averagePielouJ", mean.pielouJ},         {"averageSimpsonD", mean.simpsonD},
+                      {"averageBuzasE", mean.buzasE},           {"chaoTwo", chaoTwo(censuses)}};
+        for (const auto& [key, value] : values) {
+            SCOPED_TRACE(std::string(key) + ", Q2 = " + std::to_string(inputs.duplicates));
+            const bool raised =
+                std::string(key) == "chaoTwo" && inputs.taxonNames > inputs.taxaFound;
+            EXPECT_EQ(metricRemark(key, inputs).text != nullptr, !std::isfinite(value) || raised);
+        }
+    }
+    const ProjectMetricInputs inputs = inputsOfProject(projects[1]);
+    EXPECT_EQ(metricRemark("averageChaoClassic", inputs).arguments,
+              (std::vector<std::string>{"1", "3"}));
+    EXPECT_EQ(metricRemark("averageFisherAlpha", inputs).arguments,
+              (std::vector<std::string>{"1", "3"}));
+    EXPECT_EQ(metricRemark("averageRarefiedRichness", inputs).arguments,
+              (std::vector<std::string>{"2", "3"}));
+    EXPECT_EQ(inputsText("averageRarefiedRichness", inputs), "T = 3, n = 5");
+    EXPECT_EQ(inputsText("chaoTwo", inputs), "T = 3, S_all = 3, Q1 = 0, Q2 = 2");
 }
 
 TEST(MetricExplanations, WhyThereIsNoSqs) {
