@@ -9,9 +9,9 @@
 namespace zorvel {
 namespace {
 
-constexpr const char* notWhole = "A sample size is a whole number, without a point or spaces.";
-constexpr const char* tooLarge = "This number is larger than the program can hold.";
-constexpr const char* notQuota = "A quota is a number with a decimal point, such as 0.8.";
+constexpr const char* notWhole = "A sample size is a whole number.";
+constexpr const char* tooLarge = "This number is too large.";
+constexpr const char* notQuota = "A quota is a number with a decimal point.";
 
 }  // namespace
 

@@ -83,7 +83,7 @@ TEST_F(PreferencesWindowTest, NumbersAreReadLimitedAndStored) {
         {sizeField, "25.5", "50", "50", "50 stays"},
         {sizeField, " 25", "50", "50", "50 stays"},
         {sizeField, "", "50", "50", "50 stays"},
-        {sizeField, "9223372036854775808", "50", "50", "larger than the program can hold"},
+        {sizeField, "9223372036854775808", "50", "50", "too large. 50 stays"},
         {quotaField, ".75", "0.75", "0.75", nullptr},
         {quotaField, "0.05", "0.050000000000000003", "0.05", nullptr},
         {quotaField, "0", "0", "0.00", nullptr},
