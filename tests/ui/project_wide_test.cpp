@@ -80,7 +80,7 @@ class ProjectWideTest : public ::testing::Test {
         QTest::keyClick(&value(name), Qt::Key_F1);
         auto* popover = window->findChild<Popover*>();
         if (popover == nullptr || !popover->isVisible()) return "";
-        const std::string words = popover->accessibleName().toStdString();
+        std::string words = popover->accessibleName().toStdString();
         popover->dismiss();
         return words;
     }
