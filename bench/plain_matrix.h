@@ -151,6 +151,8 @@ inline Parsed<std::vector<MockCensus>> parseCensusMatrix(std::string_view text) 
     std::size_t row = 0;
     std::size_t column = 0;
     std::size_t count = 0;
+    std::size_t zeros = 0;
+    bool named = false;
     MockCensus census;
     census.name = "imported census";
     Parsed<std::vector<MockCensus>> result;
@@ -163,21 +165,31 @@ inline Parsed<std::vector<MockCensus>> parseCensusMatrix(std::string_view text) 
             header.push_back(field.text);
         } else if (column == 0) {
             census.name = field.text;
+            named = true;
         } else {
             ++count;
             const auto value = plain::parseWholeInteger(field.text);
             const std::string message = cellMessage(field, value, count, species);
             if (!message.empty()) return problem(message, {lineOf(text, field.start), column + 1});
+            if (*value == 0) ++zeros;
             if (*value != 0) census.taxa.push_back({*value, header[column]});
         }
         ++column;
         if (field.end == 'C') continue;
         if (row == 0 && !header.empty()) species = header.size() - 1;
-        if (census.name != "imported census") result.value->push_back(census);
+        if (census.name != "imported census") {
+            result.value->push_back(census);
+            result.leftOut.zeroCells += zeros;
+            if (count < species) ++result.leftOut.shortRows;
+        } else if (named) {
+            ++result.leftOut.markedRows;
+        }
         census = MockCensus();
         census.name = "imported census";
         column = 0;
         count = 0;
+        zeros = 0;
+        named = false;
         ++row;
         if (field.end == 'A') break;
     }

@@ -28,6 +28,27 @@ std::string summaryOf(const Project& source) {
            (source.kind ? kindName(*source.kind) : "project");
 }
 
+// What the rules of the format left out, where a person would want to know; zeros are no loss.
+std::string leftOutText(const LeftOut& leftOut) {
+    std::string text;
+    const auto add = [&text](std::size_t count, const char* one, const char* several) {
+        if (count != 0) text += (text.empty() ? "" : "; ") + counted(count, one, several);
+    };
+    add(leftOut.unfinishedLines, "unfinished last line left out", "unfinished lines left out");
+    add(leftOut.markedRows, "row called imported census left out",
+        "rows called imported census left out");
+    add(leftOut.shortRows, "row with fewer cells than names filled up with zeros",
+        "rows with fewer cells than names filled up with zeros");
+    add(leftOut.negativeCells, "negative abundance taken as 0", "negative abundances taken as 0");
+    return text;
+}
+
+void tellOutcome(const Project& source) {
+    tellAt(source.file, {}, summaryOf(source));
+    const std::string leftOut = leftOutText(source.leftOut);
+    if (!leftOut.empty()) tellAt(source.file, {}, leftOut);
+}
+
 bool isSameFile(const std::string& file, const std::string& project) {
     const std::optional<FileIdentity> identity = fileIdentity(file);
     return file != "-" && identity && identity == fileIdentity(project);
@@ -125,7 +146,7 @@ bool import(const Call& call) {
         return false;
     }
     if (isNew.value()) tellAt(call.into, {}, "made as a new project");
-    for (const Project& source : sources) tellAt(source.file, {}, summaryOf(source));
+    for (const Project& source : sources) tellOutcome(source);
     return true;
 }
 

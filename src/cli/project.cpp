@@ -72,6 +72,7 @@ bool readText(const std::string& file, FileKind (*otherwise)(std::string_view), 
     if (!parsed.value && parsed.consoleLines.empty()) {
         tellAt(project.file, parsed.place, "cannot be read as this kind of file");
     }
+    project.leftOut = parsed.leftOut;
     if (parsed.value) storeCensuses(*project.document, *parsed.value);
     return parsed.value.has_value();
 }

@@ -15,6 +15,7 @@ namespace zorvel::cli {
 struct Project {
     std::string file;              // as messages call it
     std::optional<FileKind> kind;  // of a text file; absent where the file is a project
+    LeftOut leftOut;               // of a text file
     std::unique_ptr<DiversityDocument> document;
     std::vector<Census> censuses;  // in the file's order; valid while the document lives
     NameList names;                // of the censuses

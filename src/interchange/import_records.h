@@ -44,6 +44,17 @@ struct TextPlace {
     friend bool operator==(const TextPlace&, const TextPlace&) = default;
 };
 
+// What a format leaves out by its rules, without a console line.
+struct LeftOut {
+    std::size_t unfinishedLines = 0;  // a last line that lacks its value, or its line break
+    std::size_t markedRows = 0;       // of a matrix, called importedCensusName
+    std::size_t shortRows = 0;        // of a matrix, with fewer cells than names: kept, the rest 0
+    std::size_t zeroCells = 0;        // of the censuses kept: absent taxa
+    std::size_t negativeCells = 0;    // taken as absent taxa too
+
+    friend bool operator==(const LeftOut&, const LeftOut&) = default;
+};
+
 // What a parser returns: its records, or none with the place of the problem; and its console lines
 // in order. A parser prints nothing itself.
 template <class T>
@@ -51,6 +62,7 @@ struct Parsed {
     std::optional<T> value;
     std::vector<std::string> consoleLines;
     TextPlace place;
+    LeftOut leftOut;  // of the records
 
     friend bool operator==(const Parsed&, const Parsed&) = default;
 };

@@ -153,6 +153,7 @@ class DataLine {
 
     Parsed<MockCensus> readAbundances(Values& values, MockCensus census) {
         constexpr std::size_t firstCell = 6;
+        Parsed<MockCensus> result;
         for (std::size_t i = 0; i < names_.size(); ++i) {
             const std::optional<std::int64_t> abundance = abundanceOf(values.next());
             if (!abundance) {
@@ -160,8 +161,9 @@ class DataLine {
                                            {0, firstCell + i});
             }
             if (*abundance >= 1) census.taxa.push_back({*abundance, names_[i]});
+            if (*abundance == 0) ++result.leftOut.zeroCells;
+            if (*abundance < 0) ++result.leftOut.negativeCells;
         }
-        Parsed<MockCensus> result;
         result.value = std::move(census);
         return result;
     }
@@ -182,7 +184,8 @@ Parsed<Censuses> parseIOSFile(std::string_view text) {
     Censuses censuses;
     DataLine reader(*names);
     // The last line is what follows the last line break: not a data line.
-    for (auto line = lines.next(); !lines.atEnd(); line = lines.next()) {
+    auto line = lines.next();
+    for (; !lines.atEnd(); line = lines.next()) {
         Parsed<MockCensus> census = reader.read(*line);
         if (!census.value) {
             result.consoleLines = std::move(census.consoleLines);
@@ -190,7 +193,10 @@ Parsed<Censuses> parseIOSFile(std::string_view text) {
             return result;
         }
         censuses.push_back(std::move(*census.value));
+        result.leftOut.zeroCells += census.leftOut.zeroCells;
+        result.leftOut.negativeCells += census.leftOut.negativeCells;
     }
+    if (!line->empty()) result.leftOut.unfinishedLines = 1;
     result.value = std::move(censuses);
     return result;
 }

@@ -59,6 +59,7 @@ class MatrixReader {
         if (censuses_.empty()) return refused<Censuses>(noCensusMessage);
         Parsed<Censuses> result;
         result.value = std::move(censuses_);
+        result.leftOut = leftOut_;
         return result;
     }
 
@@ -87,19 +88,28 @@ class MatrixReader {
         if (field.onlyEndsRow()) return true;
         std::string name(field.text);
         present_.clear();
-        if (terminator == FieldTerminator::comma && !readCells(terminator)) return false;
-        if (name != importedCensusName) addCensus(std::move(name));
+        std::size_t cells = 0;
+        if (terminator == FieldTerminator::comma && !readCells(terminator, cells)) return false;
+        if (name == importedCensusName) {
+            ++leftOut_.markedRows;
+            return true;
+        }
+        addCensus(std::move(name));
+        leftOut_.zeroCells += cells - present_.size();
+        if (cells < species_) ++leftOut_.shortRows;
         return true;
     }
 
-    bool readCells(FieldTerminator& terminator) {
-        std::size_t column = 1;
-        for (;; ++column) {
+    // cells: how many the row has, an empty last one aside.
+    bool readCells(FieldTerminator& terminator, std::size_t& cells) {
+        for (std::size_t column = 1;; ++column) {
             column = readPlainCells(column);
             const ScannedField field = scanField(cursor_);
             terminator = field.terminator;
+            cells = column - 1;
             if (field.onlyEndsRow()) return true;
             if (!readCell(field, column)) return false;
+            cells = column;
             if (terminator != FieldTerminator::comma) return true;
         }
     }
@@ -175,6 +185,7 @@ class MatrixReader {
     std::size_t species_ = 0;
     std::vector<PresentCell> present_;  // of the row under way
     Censuses censuses_;
+    LeftOut leftOut_;
     Parsed<Censuses> problem_;
 };
 

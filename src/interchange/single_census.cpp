@@ -49,13 +49,17 @@ const char* checkRecord(const Record& record, std::int64_t& abundance) {
 
 Parsed<MockCensus> parseCensus(std::string_view text) {
     MockCensus census;
+    LeftOut leftOut;
     census.name = importedCensusName;
     FieldCursor cursor(text);
     while (!cursor.atEnd()) {
         const Record record = readRecord(cursor);
         const bool atEnd = record.last.terminator == FieldTerminator::endOfInput;
         // A name without a value at the very end of the text is dropped in silence.
-        if (atEnd && record.last.text.empty()) break;
+        if (atEnd && record.last.text.empty()) {
+            if (record.name) leftOut.unfinishedLines = 1;
+            break;
+        }
         std::int64_t abundance = 0;
         if (const char* message = checkRecord(record, abundance)) {
             const std::size_t cell = record.name ? 2 : 1;
@@ -66,6 +70,7 @@ Parsed<MockCensus> parseCensus(std::string_view text) {
     if (census.taxa.empty()) return refused<MockCensus>(noTaxonMessage);
     Parsed<MockCensus> result;
     result.value = std::move(census);
+    result.leftOut = leftOut;
     return result;
 }
 

@@ -12,6 +12,7 @@ Parsed<std::vector<MockCensus>> asList(Parsed<MockCensus> parsed) {
     Parsed<std::vector<MockCensus>> list;
     list.consoleLines = std::move(parsed.consoleLines);
     list.place = parsed.place;
+    list.leftOut = parsed.leftOut;
     if (parsed.value) list.value.emplace().push_back(std::move(*parsed.value));
     return list;
 }

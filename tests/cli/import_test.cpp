@@ -56,6 +56,35 @@ TEST_F(Import, MakesAProjectAndAddsToIt) {
     EXPECT_EQ(folder_.names(), Names{"p.zorvel"});
 }
 
+TEST_F(Import, TellsWhatAFormatLeavesOut) {
+    const std::string header = "Name\",\"Date\",\"Notes\",\"Lat\",\"Lon\",\"a\",\"b\"\n";
+    const std::string line = "Bog\",\"Mar 5, 2016 3:42 PM\",\"\",1,2,4,-3";
+    struct Row {
+        std::string kind;
+        std::string text;
+        std::string told;
+    };
+    const Row rows[] = {
+        {"list", "1 2", ""},
+        {"census", "a,1\nb,", "1 unfinished last line left out"},
+        {"census", "a,1\nb,2", ""},
+        {"matrix", " ,a,b\nN,0,0\n", ""},
+        {"matrix", " ,a,b\nN,0,1\nimported census,1,2\nS,1,\nimported census,0,0\n",
+         "2 rows called imported census left out; 1 row with fewer cells than names filled up with "
+         "zeros"},
+        {"ios", header + line + "\n" + line,
+         "1 unfinished last line left out; 1 negative abundance taken as 0"},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.text);
+        const Ran ran = import({"-", "--kind", row.kind}, row.text);
+        EXPECT_EQ(ran.exitCode, 0);
+        const std::string last = ran.err.substr(ran.err.find("<stdin>: stored"));
+        const std::string second = last.substr(last.find('\n') + 1);
+        EXPECT_EQ(second, row.told.empty() ? "" : "<stdin>: " + row.told + "\n");
+    }
+}
+
 TEST_F(Import, MergesProjects) {
     ObjectContext context;
     context.insertCensus({}, {{std::nullopt, -3, false}, {SharedText("Abies"), 4, true}});

@@ -96,6 +96,29 @@ TEST(MatrixParser, Problems) {
     });
 }
 
+TEST(MatrixParser, CountsWhatItLeavesOut) {
+    struct Row {
+        const char* text;
+        std::size_t zeroCells;
+        std::size_t markedRows;
+        std::size_t shortRows;
+    };
+    const Row rows[] = {
+        {",a,b,c\nN,1,2,3", 0, 0, 0},
+        {",a,b,c\nN,0,2,0\nS,0,0,0\n", 5, 0, 0},
+        {",a,b,c,d,e,f,g,h,i,j\nN,0,0,0,0,0,0,0,0,0,7\nS,00,0,0,0,0,0,0,0,0,0", 19, 0, 0},
+        {",a,b,c\nN,0,2,\nS\nT,0,0,1,", 3, 0, 2},
+        {",a,b,c\nimported census,0,0,\nN,1,0,1", 1, 1, 0},
+    };
+    for (const Row& row : rows) {
+        SCOPED_TRACE(row.text);
+        const LeftOut leftOut = parseCensusMatrix(row.text).leftOut;
+        EXPECT_EQ(leftOut.zeroCells, row.zeroCells);
+        EXPECT_EQ(leftOut.markedRows, row.markedRows);
+        EXPECT_EQ(leftOut.shortRows, row.shortRows);
+    }
+}
+
 TEST(MatrixParser, SharesOneNameAColumn) {
     const auto parsed = parseCensusMatrix("x,a\nN,1\nS,2\n");
     ASSERT_TRUE(parsed.value);
