@@ -164,7 +164,7 @@ TEST_F(RarefactionWindowTest, FollowsThePreferencesAtTheNextDraw) {
     EXPECT_EQ(image.pixelColor(pixelOf(10.5, 13.5)), QColor(204, 230, 204));
     EXPECT_EQ(label("rarefactionSummary"),
               "Individual-based rarefaction · up to 20 specimens · band: 95% confidence limits");
-    controller().preferencesDidChange();
+    view().preferencesDidChange();
     EXPECT_EQ(label("rarefactionSummary"),
               "Individual-based rarefaction · up to 20 specimens · band: 99% confidence limits");
 }

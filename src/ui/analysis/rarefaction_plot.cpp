@@ -27,8 +27,8 @@ double tickStep(std::size_t place) {
     constexpr std::size_t entries = std::size(tickSteps);
     if (place < entries) return tickSteps[place];
     const std::size_t beyond = place - entries;
-    const double tens = std::pow(10.0, 1.0 + static_cast<double>(beyond / 3));
-    return tickSteps[entries - 3 + beyond % 3] * tens;
+    const std::size_t tens = 1 + beyond / 3;
+    return tickSteps[entries - 3 + beyond % 3] * std::pow(10.0, tens);
 }
 
 template <class TickOf>

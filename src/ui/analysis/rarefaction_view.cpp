@@ -101,6 +101,11 @@ void RarefactionView::drawMark(QPainter& painter) const {
     painter.drawEllipse(place, 4.5, 4.5);
 }
 
+void RarefactionView::preferencesDidChange() {
+    update();
+    emit preferencesWereFollowed();
+}
+
 void RarefactionView::markPoint(int place) {
     const int count = isDrawable() ? static_cast<int>(rarefactionData_->size()) : 0;
     const int marked = place < 0 || count == 0 ? -1 : std::min(place, count - 1);

@@ -38,9 +38,11 @@ class RarefactionView : public QWidget {
     [[nodiscard]] QSize minimumSizeHint() const override;
 
   public slots:
-    void preferencesDidChange() { update(); }
+    void preferencesDidChange();
 
   signals:
+    // What is said beside the plot about colour and level is to be said anew.
+    void preferencesWereFollowed();
     void markedPointDidChange(int place);
     // shown: the focus came by the keyboard, and a frame should tell where it is.
     void focusDidChange(bool shown);

@@ -74,6 +74,8 @@ RarefactionViewController::RarefactionViewController(RarefactionKind kind, JobQu
     column->addWidget(paper, 1);
     readout_ = addLabel(*column, "rarefactionReadout", tr("Values of the marked point"), this);
     column->addLayout(buttonRow());
+    connect(rarefactionView_, &RarefactionView::preferencesWereFollowed, this,
+            &RarefactionViewController::showTexts);
     connect(rarefactionView_, &RarefactionView::markedPointDidChange, this,
             &RarefactionViewController::showReadout);
     connect(rarefactionView_, &RarefactionView::focusDidChange, paper, &PlotPaper::setFocused);
@@ -150,7 +152,6 @@ void RarefactionViewController::viewWillAppear() {
 
 void RarefactionViewController::preferencesDidChange() {
     rarefactionView_->preferencesDidChange();
-    showTexts();
 }
 
 void RarefactionViewController::showTexts() {
