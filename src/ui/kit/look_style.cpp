@@ -2,6 +2,7 @@
 
 #include <QAbstractItemView>
 #include <QPainter>
+#include <QPlainTextEdit>
 #include <QStyleOptionButton>
 #include <QStyleOptionHeader>
 #include <QStyleOptionMenuItem>
@@ -17,6 +18,14 @@ namespace zorvel {
 namespace {
 bool isPrimary(const QWidget* widget) {
     return widget != nullptr && widget->property(primaryButtonProperty).toBool();
+}
+
+// Between the text of a line and the frame's own margin, in pixels.
+constexpr int fieldPadding = 4;
+
+// Texts of several lines look like the lines.
+bool isTextField(const QWidget* widget) {
+    return qobject_cast<const QPlainTextEdit*>(widget) != nullptr;
 }
 }  // namespace
 
@@ -43,6 +52,8 @@ int LookStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
             return 4;
         case PM_MenuPanelWidth:
             return 1;
+        case PM_DefaultFrameWidth:  // the text's own square stays within the round corners
+            return isTextField(widget) ? 3 : QProxyStyle::pixelMetric(metric, option, widget);
         case PM_MenuBarItemSpacing:
         case PM_MenuBarPanelWidth:
         case PM_ButtonShiftHorizontal:
@@ -87,6 +98,14 @@ QSize LookStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
     if (type == CT_MenuItem) whole.rheight() += 4;
     if (type == CT_HeaderSection) whole.setHeight(option->fontMetrics.height() + 14);
     return whole;
+}
+
+QRect LookStyle::subElementRect(SubElement element, const QStyleOption* option,
+                                const QWidget* widget) const {
+    const QRect rect = QProxyStyle::subElementRect(element, option, widget);
+    const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
+    if (element != SE_LineEditContents || frame == nullptr || frame->lineWidth <= 0) return rect;
+    return rect.adjusted(fieldPadding, 0, -fieldPadding, 0);
 }
 
 QRect LookStyle::subControlRect(ComplexControl control, const QStyleOptionComplex* option,
@@ -193,6 +212,13 @@ void LookStyle::drawControl(ControlElement element, const QStyleOption* option, 
                 return;
             }
             QProxyStyle::drawControl(element, option, painter, widget);
+            return;
+        case CE_ShapedFrame:
+            if (isTextField(widget)) {
+                paintFieldPanel(*option, *painter);
+            } else {
+                QProxyStyle::drawControl(element, option, painter, widget);
+            }
             return;
         case CE_PushButtonBevel:
             drawPrimitive(PE_PanelButtonCommand, option, painter, widget);

@@ -10,6 +10,7 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QPainter>
+#include <QResizeEvent>
 #include <QScrollBar>
 #include <QStringList>
 #include <algorithm>
@@ -88,6 +89,14 @@ void RecordTableView::paintEvent(QPaintEvent* event) {
     painter.setPen(lookColors(palette()).secondary);
     painter.drawText(viewport()->rect().adjusted(16, 16, -16, -16),
                      Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap, emptyText_);
+}
+
+// The current row stays in sight where it was, for instance when a message takes room below.
+void RecordTableView::resizeEvent(QResizeEvent* event) {
+    const QRect cell = visualRect(currentIndex());
+    const bool wasSeen = cell.top() >= 0 && cell.bottom() < event->oldSize().height();
+    QTableView::resizeEvent(event);
+    if (wasSeen && currentIndex().isValid()) scrollTo(currentIndex());
 }
 
 std::vector<int> RecordTableView::selectedRows() const {

@@ -14,7 +14,8 @@ constexpr qsizetype longestNotes = 20'000;  // characters
 
 DetailsNotes::DetailsNotes(QWidget* parent) : QPlainTextEdit(parent) {
     setTabChangesFocus(true);
-    document()->setDocumentMargin(2);
+    document()->setDocumentMargin(4);
+    setFrameStyle(frameStyle());  // asks the style for the frame of a text of several lines
 }
 
 bool DetailsNotes::isTyped() const {
@@ -69,8 +70,14 @@ void DetailsNotes::keyPressEvent(QKeyEvent* event) {
     }
 }
 
+void DetailsNotes::focusInEvent(QFocusEvent* event) {
+    QPlainTextEdit::focusInEvent(event);
+    update();  // the frame tells of the focus
+}
+
 void DetailsNotes::focusOutEvent(QFocusEvent* event) {
     QPlainTextEdit::focusOutEvent(event);
+    update();
     // The editor's own context menu is no way out of it.
     if (event->reason() != Qt::PopupFocusReason) emit commitRequested();
 }
