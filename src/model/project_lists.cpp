@@ -107,8 +107,8 @@ class RowMaker {
         std::sort(order_.begin(), order_.end());
         columns_.clear();
         values_.clear();
-        for (std::size_t i = 0; i < order_.size(); ++i) {
-            const Cell& cell = cells[static_cast<std::uint32_t>(order_[i])];
+        for (const std::uint64_t place : order_) {
+            const Cell& cell = cells[static_cast<std::uint32_t>(place)];
             if (!columns_.empty() && columns_.back() == cell.column) {
                 values_.back() = cell.count;
                 continue;
