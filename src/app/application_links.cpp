@@ -16,7 +16,7 @@ QString besideProgram(const char* relative) {
 }  // namespace
 
 QString helpAddress() {
-    if (const QString address = ZORVEL_HELP_URL; !address.isEmpty()) return address;
+    if (QString address = ZORVEL_HELP_URL; !address.isEmpty()) return address;
     const QString built = besideProgram("../help/index.html");
     const QString page =
         QFileInfo::exists(built) ? built : besideProgram(ZORVEL_INSTALLED_HELP "/index.html");

@@ -20,7 +20,7 @@ QString describedColor(const QColor& color) {
     const auto found = std::find_if(named.begin(), named.end(), [&](const NamedColor& each) {
         return each.color.rgb() == (color.rgb() | 0xff000000U);
     });
-    const QString name = found != named.end() ? found->name : color.name().toUpper();
+    QString name = found != named.end() ? found->name : color.name().toUpper();
     if (color.alpha() == 255) return name;
     return ColorPalette::tr("%1, %2% opaque").arg(name).arg(qRound(color.alphaF() * 100));
 }
