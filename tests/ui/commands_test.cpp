@@ -179,10 +179,12 @@ TEST_F(CommandsTest, AnalysesAreRefusedWithTooFewCensuses) {
 }
 
 TEST_F(CommandsTest, EveryRecordCommandHasAShortcutOfItsOwn) {
+    const QStringList rare = {"websiteMenuItemTapped", "emailSupportMenuItemTapped"};
     QHash<QKeySequence, QString> taken;
     for (const QAction* action : window->menuBar()->findChildren<QAction*>()) {
         const QString name = action->objectName();
-        EXPECT_FALSE(name.endsWith("MenuItemTapped") && action->shortcut().isEmpty())
+        EXPECT_FALSE(name.endsWith("MenuItemTapped") && action->shortcut().isEmpty() &&
+                     !rare.contains(name))
             << name.toStdString();
         if (action->shortcut().isEmpty()) continue;
         EXPECT_FALSE(taken.contains(action->shortcut())) << name.toStdString();

@@ -188,6 +188,28 @@ TEST_F(EditingTest, TheMenuNamesTheStep) {
     EXPECT_FALSE(child<QAction>("redo").isEnabled());
 }
 
+// A message takes room below the tables, which may be what the row stood in.
+TEST_F(EditingTest, ARowBeingEditedStaysInSight) {
+    context().insertTaxa(census(0), std::vector<TaxonValues>(200));
+    context().announceChanges();
+    const auto isInSight = [](RecordTableView& table) {
+        return table.viewport()->rect().contains(table.visualRect(table.currentIndex()));
+    };
+    for (const bool fromTop : {false, true}) {
+        trigger("addSpeciesMenuItemTapped");
+        window->mainView().messageStrip().dismiss();
+        ASSERT_TRUE(waitUntil([&] { return isInSight(speciesTable()); }));
+        const int height = speciesTable().viewport()->height();
+        if (fromTop) speciesTable().verticalScrollBar()->setValue(0);
+        const bool wasInSight = isInSight(speciesTable());
+        for (int i = 0; i < 4; ++i) window->mainView().showMessage(QString(250, 'x'));
+        ASSERT_TRUE(waitUntil([&] { return speciesTable().viewport()->height() < height; }));
+        EXPECT_EQ(isInSight(speciesTable()), wasInSight);
+        EXPECT_NE(speciesTable().openEditor(), nullptr);
+        EXPECT_NE(wasInSight, fromTop);
+    }
+}
+
 // Of processor time, so that what else the machine does matters little.
 double mainThreadMilliseconds() {
     timespec time{};

@@ -1,6 +1,7 @@
 #include <QHeaderView>
 #include <QLineEdit>
 #include <QPointer>
+#include <QProcess>
 
 #include "ui/key_presses.h"
 #include "ui/kit/message_strip.h"
@@ -19,11 +20,28 @@ class KeyboardTest : public KeyPressTest {
         table.beginEditing(table.model()->index(row, column));
         ASSERT_NE(field(), nullptr);
     }
+    // The project gets a file of its own.
+    void save() {
+        savePanel.answer = folder.filePath("typed.zorvel");
+        trigger("saveDocument");
+        ASSERT_TRUE(waitUntil([this] { return !window->document().isUntitled(); }));
+    }
+    // What the command-line tool prints of that file.
+    std::string printedRecords() {
+        EXPECT_TRUE(waitUntilSaved());
+        QProcess tool;
+        tool.start(ZORVEL_CLI, {"records", savePanel.answer});
+        EXPECT_TRUE(tool.waitForFinished());
+        EXPECT_EQ(tool.exitCode(), 0) << tool.readAllStandardError().toStdString();
+        return tool.readAllStandardOutput().toStdString();
+    }
     std::int64_t abundance(std::size_t place) { return census(0).taxa().at(place).abundance(); }
 };
 
 TEST_F(KeyboardTest, AProjectIsTypedUndoneToNothingAndDoneAgain) {
     ASSERT_TRUE(waitUntil([this] { return window->isActiveWindow(); }));
+    save();
+    const std::string nothing = printedRecords();
     std::vector<std::string> expected;
     for (int plot = 1; plot <= 5; ++plot) {
         const std::string name = "Plot " + std::to_string(plot);
@@ -48,16 +66,18 @@ TEST_F(KeyboardTest, AProjectIsTypedUndoneToNothingAndDoneAgain) {
         EXPECT_EQ(text("richness"), "10");
     }
     EXPECT_EQ(records(), expected);
+    const std::string typed = printedRecords();
+    ASSERT_NE(typed, nothing);
     ASSERT_TRUE(waitForJobs());
     const std::string chao = text("chaoOne");
     int steps = 0;
     for (; context().canUndo() && steps < 1000; ++steps) press(QKeySequence::Undo);
     EXPECT_EQ(steps, 5 * 2 + 50 * 3);
-    EXPECT_TRUE(records().empty());
+    EXPECT_EQ(printedRecords(), nothing);
     for (; context().canRedo() && steps > 0; --steps) {
         press(QKeySequence::Redo);
     }
-    EXPECT_EQ(records(), expected);
+    EXPECT_EQ(printedRecords(), typed);
     EXPECT_EQ(text("chaoOne"), chao);
     EXPECT_EQ(label("metricsHeading"), "Plot 5");
 }
