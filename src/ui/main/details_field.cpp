@@ -40,6 +40,19 @@ void DetailsField::tellProblem(const QString& reason) {
     problemLabel_->setPalette(colors);
     problemLabel_->setText(reason);
     problemLabel_->setVisible(!reason.isEmpty());
+    makeRoomForProblem();
+}
+
+// A splitter does not ask what height a text needs at its width.
+void DetailsField::makeRoomForProblem() {
+    if (problemLabel_ == nullptr) return;
+    problemLabel_->setMinimumHeight(problem_.isEmpty() ? 0
+                                                       : problemLabel_->heightForWidth(width()));
+}
+
+void DetailsField::resizeEvent(QResizeEvent* event) {
+    QLineEdit::resizeEvent(event);
+    makeRoomForProblem();
 }
 
 bool DetailsField::event(QEvent* event) {

@@ -13,7 +13,7 @@ class DetailsField : public QLineEdit {
   public:
     explicit DetailsField(QWidget* parent = nullptr);
 
-    // Where the reason is told.
+    // Where the reason is told: as wide as the field.
     void setProblemLabel(QLabel* label) { problemLabel_ = label; }
 
     // The text of the stored value. What was typed stays in its place.
@@ -34,8 +34,11 @@ class DetailsField : public QLineEdit {
     bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
 
   private:
+    void makeRoomForProblem();
+
     QString stored_;
     QString problem_;
     QLabel* problemLabel_ = nullptr;

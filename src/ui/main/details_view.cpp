@@ -46,6 +46,7 @@ auto storing(ObjectContext*& context, Parse parse, Edit edit) {
 DetailsView::DetailsView(QWidget* parent)
     : QWidget(parent), ui_(std::make_unique<Ui::DetailsView>()) {
     ui_->setupUi(this);
+    ui_->notesLabel->setContentsMargins(0, 6, 0, 0);  // in line with the first line of the notes
     setUpLines();
     setUpNotes();
     showColors();

@@ -161,6 +161,7 @@ void MainViewController::setUpTexts() {
     for (QLabel* heading : {ui_->censusHeading, ui_->speciesHeading}) {
         heading->setFont(scaledFont(font(), 1.1, true));
     }
+    ui_->sharedNamesLabel->setContentsMargins(0, 0, 12, 8);
     ui_->emptyHeading->setFont(scaledFont(font(), 1.6, true));
     ui_->emptyIcon->setPixmap(windowIcon().pixmap(96, 96));
     showSecondaryTexts();
