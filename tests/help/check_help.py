@@ -14,6 +14,7 @@ the command-line tool. In the pages,
 import math
 import os
 import re
+import struct
 import subprocess
 import sys
 import tempfile
@@ -85,6 +86,9 @@ class Help(unittest.TestCase):
                         self.assertIn(anchor, ids[file or name])
             for image in page.iter(HTML + "img"):
                 self.assertTrue(image.get("alt"), f"a picture without words in {name}")
+                header = (pages_folder / image.get("src")).read_bytes()[16:24]
+                size = (int(image.get("width")), int(image.get("height")))
+                self.assertEqual(size, struct.unpack(">II", header), image.get("src"))
 
     def test_every_page_can_be_reached_and_runs_nothing(self):
         linked = {link.get("href") for page in self.pages.values() for link in page.iter(HTML + "a")}
