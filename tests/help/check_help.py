@@ -7,7 +7,7 @@ the command-line tool. In the pages,
   pre data-run="NAME"     is what a shell shows: commands after "$ ", and all that they write,
   table class="faults"    has the text of a file of the kind data-kind in its first column (below
                           the line data-before) and what the tool says of it in the second,
-  data-value="NAME: ROW"  is the value of that row in the session of that name,
+  data-value="NAME: ROW"  is the value of that row in the transcript of that name,
   data-working="..."      is the computation that the text shows, which has the result shown.
 """
 
@@ -61,8 +61,8 @@ class Shell:
         return ran.stdout.decode()
 
 
-def commands_in(session):
-    return re.findall(r"^\$ (.*)\n", session, re.MULTILINE)
+def commands_in(transcript):
+    return re.findall(r"^\$ (.*)\n", transcript, re.MULTILINE)
 
 
 class Help(unittest.TestCase):
@@ -120,7 +120,7 @@ class Help(unittest.TestCase):
                 for element in with_attribute(page, "data-run"):
                     shown = text_of(element)
                     commands = commands_in(shown)
-                    self.assertTrue(commands, f"{name}: a session without a command")
+                    self.assertTrue(commands, f"{name}: a transcript without a command")
                     ran = "".join(f"$ {command}\n{shell.run(command)}" for command in commands)
                     with self.subTest(page=name, command=commands[0]):
                         self.assertEqual(shown, ran)
@@ -142,11 +142,11 @@ class Help(unittest.TestCase):
 
     def test_worked_examples_have_the_results_shown(self):
         for name, page in self.pages.items():
-            sessions = {e.get("data-run"): text_of(e) for e in with_attribute(page, "data-run")}
+            transcripts = {e.get("data-run"): text_of(e) for e in with_attribute(page, "data-run")}
             for element in with_attribute(page, "data-value"):
-                session, caption = element.get("data-value").split(": ", 1)
+                transcript, caption = element.get("data-value").split(": ", 1)
                 with self.subTest(page=name, value=element.get("data-value")):
-                    self.assertIn(f"\n{caption}\t{element.text}\n", sessions[session])
+                    self.assertIn(f"\n{caption}\t{element.text}\n", transcripts[transcript])
             for element in with_attribute(page, "data-working"):
                 with self.subTest(page=name, working=element.get("data-working")):
                     result = eval(element.get("data-working"), dict(vars(math)))
