@@ -9,12 +9,12 @@ fuzz_seconds=${ZORVEL_FUZZ_SECONDS:-8}
 files() {
   local pattern tests=()
   for pattern in "$@"; do tests+=(-o -name "$pattern"); done
-  find src tests bench fuzz -type f \( "${tests[@]:1}" \) | sort
+  find src tests bench fuzz scripts -type f \( "${tests[@]:1}" \) | sort
 }
 
 check_format() {
   files '*.cpp' '*.h' | xargs clang-format-14 --dry-run -Werror || return 1
-  shellcheck -x -P SCRIPTDIR run test .ci/run scripts/*.sh || return 1
+  shellcheck -x -P SCRIPTDIR run test .ci/run scripts/*.sh scripts/make_help_pictures || return 1
   check_white_space
 }
 
