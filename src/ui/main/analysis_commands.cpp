@@ -79,7 +79,7 @@ void AnalysisCommands::warnOfTooFew(Analysis analysis) {
 }
 
 QString AnalysisCommands::startProgress(const QString& text) {
-    const QString name = QStringLiteral("analysis %1").arg(++started_);
+    QString name = QStringLiteral("analysis %1").arg(++started_);
     view_.startProgress(name, text);
     return name;
 }
