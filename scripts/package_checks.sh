@@ -1,0 +1,83 @@
+# shellcheck shell=bash
+# The Debian package: how it is made of a build, and what it is held against. Sourced after
+# common.sh.
+# shellcheck disable=SC2034,SC2154  # lists for those who source this file; root from common.sh
+
+# What CPack needs: the finder of library dependencies, and what it asks for the kind of a file.
+package_packages=(dpkg-dev file gzip)
+# What the checks need besides.
+package_check_packages=(lintian appstream desktop-file-utils shared-mime-info man-db)
+
+# make_package PRESET: of a finished build; sets package to the file.
+make_package() {
+  local folder=$root/build/package epoch
+  # Times in the package are those of the release, so that the same tree makes the same package.
+  epoch=$(date -d "$(sed -n 's/^ -- .*>  //p;T;q' "$root/packaging/debian/changelog")" +%s) ||
+    die "The date of packaging/debian/changelog cannot be read."
+  rm -rf -- "$folder"
+  mkdir -p -- "$folder"
+  with_log package env SOURCE_DATE_EPOCH="$epoch" cpack -G DEB -B "$folder" \
+    --config "$root/build/$1/CPackConfig.cmake" || die "The package could not be made."
+  rm -rf -- "$folder/_CPack_Packages"
+  package=$(find "$folder" -name '*.deb')
+  [[ -f $package ]] || die "CPack made no package."
+}
+
+# check_package_files FILE: the whole package by lintian, its parts by the tools of the desktops.
+check_package_files() {
+  local content=$root/build/package/content
+  with_log lintian lintian --fail-on error,warning --allow-root "$1" ||
+    die "lintian found fault with $1."
+  [[ $(dpkg-deb -f "$1" Depends) == *libqt6widgets6* ]] || die "$1 does not depend on its libraries."
+  rm -rf -- "$content"
+  dpkg-deb -x "$1" "$content"
+  check_package_paths "$content"
+  check_package_metadata "$content/usr/share"
+  check_package_manuals "$content/usr/share/man"
+  rm -rf -- "$content"
+}
+
+# check_package_paths FOLDER: what a user would miss, and no page without its pictures.
+check_package_paths() {
+  local path missing=()
+  for path in bin/zorvel bin/zorvel-cli \
+    share/applications/zorvel.desktop share/mime/packages/zorvel.xml \
+    share/metainfo/example.zorvel.Zorvel.metainfo.xml \
+    share/icons/hicolor/scalable/{apps/zorvel,mimetypes/application-x-zorvel}.svg \
+    share/icons/hicolor/{16x16,24x24,32x32,48x48,64x64,128x128,256x256}/apps/zorvel.png \
+    share/icons/hicolor/{16x16,48x48,256x256}/mimetypes/application-x-zorvel.png \
+    share/man/man1/{zorvel,zorvel-cli}.1.gz share/bash-completion/completions/zorvel-cli \
+    share/doc/zorvel/{copyright,changelog.gz,CHANGELOG.md} share/doc-base/zorvel \
+    share/doc/zorvel/examples/oribatid-mites.csv \
+    share/doc/zorvel/help/{index.html,tutorial.html,metrics.html,style.css}; do
+    [[ -s $1/usr/$path ]] || missing+=("/usr/$path")
+  done
+  while read -r path; do
+    [[ -s $1/usr/share/doc/zorvel/help/$path ]] || missing+=("picture $path")
+  done < <(grep -hoP '<img[^>]* src="\K[^"]+' -r "$1/usr/share/doc/zorvel/help" | sort -u)
+  ((${#missing[@]} == 0)) || die "The package lacks: ${missing[*]}"
+}
+
+# check_package_metadata SHARE
+check_package_metadata() {
+  local types=$root/build/package/mime
+  with_log desktop-entry desktop-file-validate "$1/applications/zorvel.desktop" ||
+    die "The desktop entry is wrong."
+  with_log metainfo appstreamcli validate --no-net "$1"/metainfo/*.metainfo.xml ||
+    die "The metainfo is wrong."
+  mkdir -p -- "$types"
+  cp -r -- "$1/mime/packages" "$types/"
+  with_log project-type update-mime-database "$types" || die "The type of projects is wrong."
+  grep -q ':\*\.zorvel$' "$types/globs2" || die "The type of projects has lost its suffix."
+  rm -rf -- "$types"
+}
+
+# check_package_manuals MAN: man formats every page without a warning.
+check_package_manuals() {
+  local page
+  for page in "$1"/man1/*.gz; do
+    with_log manual env LC_ALL=C.UTF-8 MANROFFSEQ= MANWIDTH=80 \
+      man --warnings -E UTF-8 -l -Tutf8 -Z "$page" || die "$page cannot be formatted."
+    ! grep -a 'warning: ' "$logs/manual.log" >&2 || die "$page is not well formed."
+  done
+}
