@@ -1,8 +1,5 @@
 #include "ui/analysis/rarefaction_window_controller.h"
 
-#include <QKeySequence>
-#include <QShortcut>
-
 namespace zorvel {
 
 RarefactionWindowController::RarefactionWindowController(RarefactionKind kind, JobQueue& jobs,
@@ -11,8 +8,6 @@ RarefactionWindowController::RarefactionWindowController(RarefactionKind kind, J
     setObjectName("rarefactionWindow");
     setCentralWidget(viewController_);
     resize(720, 560);
-    auto* close = new QShortcut(QKeySequence::Close, this);
-    connect(close, &QShortcut::activated, this, &QWidget::close);
 }
 
 }  // namespace zorvel
