@@ -14,7 +14,7 @@ files() {
 
 check_format() {
   files '*.cpp' '*.h' | xargs clang-format-14 --dry-run -Werror || return 1
-  shellcheck -x -P SCRIPTDIR run test .ci/run scripts/*.sh scripts/make_help_pictures || return 1
+  shellcheck -x -P SCRIPTDIR run test .ci/run scripts/*.sh scripts/make_help_pictures scripts/package packaging/icons/render || return 1
   check_white_space
 }
 

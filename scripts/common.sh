@@ -8,7 +8,7 @@ root=$(cd -- "$(dirname -- "${BASH_SOURCE[0]}")/.." && pwd)
 logs=$root/build/logs
 
 # The compiler, the build tools and the libraries of both programs.
-build_packages=(g++ cmake ninja-build qt6-base-dev libqt6svg6-dev libsqlite3-dev
+build_packages=(g++ cmake ninja-build qt6-base-dev qt6-svg-dev libsqlite3-dev
   libutf8proc-dev libcli11-dev)
 # What the tests need besides: GoogleTest, a reader of JSON, a locale with a decimal comma, the time
 # zones, the formatter of man pages, other programs that read the project file and PDF.

@@ -17,8 +17,8 @@ bool ProjectWindows::mayClose(MainWindowController& window) {
         const QPointer<MainWindowController> guard(&window);
         if (!window.mainView().readyToClose() || !askToKeep(window)) return false;
         const bool discards = std::count(discarded_.begin(), discarded_.end(), &window.document());
-        if (isLast(window) &&
-            !settleBeforeQuitting(documents_, panels_, discards ? &window.document() : nullptr)) {
+        if (isLast(window) && !settleBeforeQuitting(documents_, jobs_, panels_,
+                                                    discards ? &window.document() : nullptr)) {
             discarded_.clear();
             return false;
         }
@@ -32,7 +32,8 @@ bool ProjectWindows::mayClose(MainWindowController& window) {
 // A project that was closed before may still be on its way to the disk.
 bool ProjectWindows::mayCloseSecondary(QWidget& window) {
     const QPointer<QWidget> guard(&window);
-    return quitting_ || !isLast(window) || (settleBeforeQuitting(documents_, panels_) && guard);
+    return quitting_ || !isLast(window) ||
+           (settleBeforeQuitting(documents_, jobs_, panels_) && guard);
 }
 
 bool ProjectWindows::isLast(const QWidget& window) const {
@@ -91,7 +92,7 @@ bool ProjectWindows::quit() {
     for (MainWindowController* window : windows()) {
         if (!window->mainView().readyToClose()) return false;
     }
-    if (!settleBeforeQuitting(documents_, panels_)) return false;
+    if (!settleBeforeQuitting(documents_, jobs_, panels_)) return false;
     quitting_ = true;
     for (MainWindowController* window : windows()) window->close();
     secondary_.closeAll();

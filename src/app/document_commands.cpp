@@ -25,14 +25,8 @@ QString choosePath(const QString& suggestion, const QPointer<QWidget>& window,
                    const Panels& panels) {
     const QString chosen = panels.save.chooseProjectPath(window, suggestion);
     if (chosen.isEmpty()) return {};
-    QString path = withProjectEnding(chosen);
-    if (!QFileInfo::exists(path)) return path;
-    const int answer = panels.alerts.ask(
-        window, {tr("Replace “%1”?").arg(QFileInfo(path).fileName()),
-                 tr("A file of that name is there already. What it holds will be lost."),
-                 {tr("Replace"), tr("Cancel")},
-                 0});
-    return answer == 0 ? path : QString();
+    const QString path = withProjectEnding(chosen);
+    return mayReplace(panels.alerts, window, path) ? path : QString();
 }
 
 }  // namespace

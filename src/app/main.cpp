@@ -63,7 +63,7 @@ int main(int argc, char** argv) {
         delegate.applicationDidFinishLaunching(zorvel::filesOf(arguments));
         status = QApplication::exec();
     }
-    // The windows have kept their places when they closed, and jobs only read.
+    // The windows have kept their places when they closed, and files were waited for.
     if (!jobs.stop(std::chrono::seconds(2))) std::_Exit(status);
     return status;
 }

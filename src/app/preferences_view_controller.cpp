@@ -29,13 +29,6 @@ int tagOf(const QObject& object) {
     return object.property("tag").toInt();
 }
 
-// The shortest that reads back as the same number, with a digit after the point.
-std::string levelText(double level) {
-    std::string text = shortestText(level);
-    if (text.find_first_not_of("-0123456789") == std::string::npos) text += ".0";
-    return text;
-}
-
 QString worded(const char* problem) {
     return QCoreApplication::translate("TypedValues", problem);
 }
@@ -98,7 +91,8 @@ void PreferencesViewController::viewWillAppear() {
 void PreferencesViewController::showConfidence() {
     const double level = Preferences().confidence();
     if (level != 0.95 && level != 0.99) {
-        writeConsoleLine("unexpected confidence level in Preferences: " + levelText(level));
+        writeConsoleLine("unexpected confidence level in Preferences: " +
+                         shortestTextWithPoint(level));
     }
     (level == 0.99 ? ui_->confidence99Button : ui_->confidence95Button)->setChecked(true);
 }

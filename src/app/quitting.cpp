@@ -14,6 +14,7 @@
 #include "app/document_commands.h"
 #include "platform/document_controller.h"
 #include "platform/file_reading.h"
+#include "platform/job_queue.h"
 #include "ui/kit/alerts.h"
 
 namespace zorvel {
@@ -39,17 +40,19 @@ std::unique_ptr<QLabel> showNotice() {
     return notice;
 }
 
-std::vector<Document*> waitForWrites(DocumentController& documents) {
+std::vector<Document*> waitForWrites(DocumentController& documents, JobQueue& jobs) {
+    bool filesAreThere = jobs.finishWrites(silence);
     std::vector<Document*> unsafe = documents.finish(silence);
     QElapsedTimer timer;
     timer.start();
     std::unique_ptr<QLabel> notice;
     // What has failed is not waited for: it says why.
     const auto isOnItsWay = [](const Document* document) { return !document->problem(); };
-    while (std::any_of(unsafe.begin(), unsafe.end(), isOnItsWay) &&
+    while ((!filesAreThere || std::any_of(unsafe.begin(), unsafe.end(), isOnItsWay)) &&
            timer.elapsed() < (patience - silence).count()) {
         if (!notice) notice = showNotice();
         QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
+        filesAreThere = jobs.finishWrites(breath);
         unsafe = documents.finish(breath);
     }
     return unsafe;
@@ -90,10 +93,10 @@ Answer askAbout(const Document& document, const Panels& panels) {
 
 }  // namespace
 
-bool settleBeforeQuitting(DocumentController& documents, const Panels& panels,
+bool settleBeforeQuitting(DocumentController& documents, JobQueue& jobs, const Panels& panels,
                           const Document* discarded) {
     std::vector<QPointer<Document>> unsafe;
-    for (Document* document : waitForWrites(documents)) {
+    for (Document* document : waitForWrites(documents, jobs)) {
         if (document != discarded) unsafe.emplace_back(document);
     }
     for (const QPointer<Document>& document : unsafe) {

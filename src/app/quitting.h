@@ -8,11 +8,13 @@ namespace zorvel {
 
 class Document;
 class DocumentController;
+class JobQueue;
 
-// Waits at most ten seconds, with a word on the screen after half a second. Then asks about each
-// document whose last changes are not on the disk: save it elsewhere, quit all the same, or not.
-// discarded, if not null, is left out of it. False where the person wants to stay.
-bool settleBeforeQuitting(DocumentController& documents, const Panels& panels,
+// Waits at most ten seconds for projects and for the files that jobs write, with a word on the
+// screen after half a second. Then asks about each document whose last changes are not on the disk:
+// save it elsewhere, quit all the same, or not. discarded, if not null, is left out of it. False
+// where the person wants to stay.
+bool settleBeforeQuitting(DocumentController& documents, JobQueue& jobs, const Panels& panels,
                           const Document* discarded = nullptr);
 
 }  // namespace zorvel

@@ -1,5 +1,6 @@
 #include "base/numbers.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <clocale>
@@ -32,6 +33,12 @@ std::string shortestText(double value) {
     std::array<char, 64> buffer{};
     const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
     return {buffer.data(), end.ptr};
+}
+
+std::string shortestTextWithPoint(double value) {
+    std::string text = shortestText(value);
+    if (!std::isfinite(value) || text.find('.') != std::string::npos) return text;
+    return text.insert(std::min(text.find('e'), text.size()), ".0");
 }
 
 std::string integerText(std::int64_t value) {

@@ -16,6 +16,9 @@ std::string fixedText(double value, int digits);
 // The shortest decimal text that reads back as the same double; "nan", "inf", "-inf" otherwise.
 std::string shortestText(double value);
 
+// The same with at least one digit after the point of a finite number: "1.0", "1.0e+30".
+std::string shortestTextWithPoint(double value);
+
 std::string integerText(std::int64_t value);
 
 // The whole text as one number in the syntax of strtod in the C locale (optional sign, decimal or

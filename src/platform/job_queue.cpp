@@ -25,13 +25,24 @@ bool JobQueue::stop(std::chrono::milliseconds atMost) {
     return jobsChanged_.wait_for(lock, atMost, [this] { return running_ == 0; });
 }
 
-void JobQueue::enqueue(QObject* receiver, std::function<void()> work,
-                       std::function<void()> deliver) {
+bool JobQueue::finishWrites(std::chrono::milliseconds atMost) {
+    bool finished = false;
+    {
+        std::unique_lock lock(jobsMutex_);
+        finished = jobsChanged_.wait_for(lock, atMost, [this] { return writes_ == 0; });
+    }
+    QCoreApplication::sendPostedEvents(this, QEvent::User);
+    return finished;
+}
+
+void JobQueue::enqueue(QObject* receiver, std::function<void()> work, std::function<void()> deliver,
+                       bool writes) {
     const JobId id = ++lastId_;
     deliveries_.emplace(id, Delivery{receiver, std::move(deliver)});
     {
         const std::lock_guard lock(jobsMutex_);
-        jobs_.push_back({id, std::move(work)});
+        jobs_.push_back({id, std::move(work), writes});
+        if (writes) ++writes_;
     }
     jobsChanged_.notify_one();
 }
@@ -43,7 +54,8 @@ void JobQueue::runJobs() {
         report(job->id);
         const std::lock_guard lock(jobsMutex_);
         --running_;
-        if (stopping_) jobsChanged_.notify_all();
+        if (job->writes) --writes_;
+        if (stopping_ || job->writes) jobsChanged_.notify_all();
     }
 }
 

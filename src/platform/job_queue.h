@@ -1,7 +1,8 @@
 // Runs work on background threads and brings the results back to the thread that owns the queue
 // (the main thread). Jobs start in the order given, finish in any order, and are never cancelled; a
 // result whose receiver has been destroyed is dropped. Destroying the queue drops the jobs that
-// have not begun, waits for those that run, and delivers nothing more.
+// have not begun, waits for those that run, and delivers nothing more; whoever ends the program
+// first lets those finish that write what the person has asked for.
 #pragma once
 
 #include <QObject>
@@ -34,7 +35,19 @@ class JobQueue : public QObject {
     // runs later on this queue's thread, if receiver still lives then; it is also destroyed there,
     // whether it was called or not. Call on this queue's thread.
     template <class Work, class Deliver>
-    void start(QObject* receiver, Work work, Deliver deliver);
+    void start(QObject* receiver, Work work, Deliver deliver) {
+        start(receiver, std::move(work), std::move(deliver), false);
+    }
+
+    // The same for work that leaves something behind, such as a file: finishWrites() waits for it.
+    template <class Work, class Deliver>
+    void startWrite(QObject* receiver, Work work, Deliver deliver) {
+        start(receiver, std::move(work), std::move(deliver), true);
+    }
+
+    // Waits for the writes, but no longer than atMost, and delivers what has come by then. False
+    // where a write has not ended.
+    bool finishWrites(std::chrono::milliseconds atMost);
 
     // For quitting: drops the jobs that have not begun and waits for those that run, but no longer
     // than atMost. False where one still runs (a file on a dead network never ends): the queue must
@@ -49,13 +62,17 @@ class JobQueue : public QObject {
     struct Job {
         JobId id = 0;
         std::function<void()> work;
+        bool writes = false;
     };
     struct Delivery {
         QPointer<QObject> receiver;
         std::function<void()> deliver;
     };
 
-    void enqueue(QObject* receiver, std::function<void()> work, std::function<void()> deliver);
+    template <class Work, class Deliver>
+    void start(QObject* receiver, Work work, Deliver deliver, bool writes);
+    void enqueue(QObject* receiver, std::function<void()> work, std::function<void()> deliver,
+                 bool writes);
     void runJobs();
     std::optional<Job> nextJob();
     void report(JobId id);
@@ -71,6 +88,7 @@ class JobQueue : public QObject {
     std::deque<Job> jobs_;
     bool stopping_ = false;
     std::size_t running_ = 0;
+    std::size_t writes_ = 0;  // that have not ended
 
     std::mutex mailMutex_;
     std::deque<JobId> mail_;
@@ -79,12 +97,12 @@ class JobQueue : public QObject {
 };
 
 template <class Work, class Deliver>
-void JobQueue::start(QObject* receiver, Work work, Deliver deliver) {
+void JobQueue::start(QObject* receiver, Work work, Deliver deliver, bool writes) {
     using Value = std::invoke_result_t<Work&>;
     auto slot = std::make_shared<std::optional<Value>>();
     auto run = [slot, work = std::move(work)]() mutable { slot->emplace(work()); };
     auto hand = [slot, deliver = std::move(deliver)]() mutable { deliver(std::move(**slot)); };
-    enqueue(receiver, std::move(run), std::move(hand));
+    enqueue(receiver, std::move(run), std::move(hand), writes);
 }
 
 }  // namespace zorvel

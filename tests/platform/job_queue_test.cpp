@@ -196,5 +196,31 @@ TEST(JobQueue, StoppingWaitsForWhatRunsButNotForEver) {
     EXPECT_TRUE(queue.stop(std::chrono::seconds(10)));
 }
 
+// A file that was asked for is written although the program is about to end, and a write that
+// failed is told.
+TEST(JobQueue, FinishingWritesWaitsForThemAndDelivers) {
+    JobQueue queue(1);
+    QObject receiver;
+    std::promise<void> gate;
+    queue.start(
+        &receiver,
+        [opened = gate.get_future().share()] {
+            opened.wait();
+            return 0;
+        },
+        [](int) {});
+    EXPECT_TRUE(queue.finishWrites(std::chrono::milliseconds(0)));  // there is none
+    std::atomic<bool> written = false;
+    bool told = false;
+    queue.startWrite(
+        &receiver, [&written] { return written.exchange(true); }, [&told](bool) { told = true; });
+    EXPECT_FALSE(queue.finishWrites(std::chrono::milliseconds(20)));
+    EXPECT_FALSE(told);
+    gate.set_value();
+    EXPECT_TRUE(queue.finishWrites(std::chrono::seconds(10)));
+    EXPECT_TRUE(written);
+    EXPECT_TRUE(told);
+}
+
 }  // namespace
 }  // namespace zorvel

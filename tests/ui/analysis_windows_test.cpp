@@ -1,6 +1,7 @@
 // The windows of analyses as the main window opens them, and how they and the projects go.
 #include <QDir>
 #include <QPointer>
+#include <QTimer>
 #include <algorithm>
 #include <cmath>
 #include <future>
@@ -204,7 +205,8 @@ TEST_F(AnalysisWindowsTest, APlotStaysUntilThePersonClosesIt) {
     EXPECT_TRUE(plot->isVisible());
     EXPECT_TRUE(plot->testAttribute(Qt::WA_QuitOnClose));
     // What could not be written goes to an untitled project, which closing waits for.
-    plot->findChild<QAction*>("performClose")->trigger();
+    plot->activateWindow();
+    QTest::keySequence(plot.data(), QKeySequence::Close);
     EXPECT_FALSE(QDir(folder.filePath("untitled")).isEmpty());
     ASSERT_TRUE(waitUntilGone(plot.data()));
     for (const QWidget* each : QApplication::topLevelWidgets()) EXPECT_FALSE(each->isVisible());
@@ -217,9 +219,22 @@ TEST_F(AnalysisWindowsTest, TheLastPlotStaysWhereThePersonWantsToStay) {
     EXPECT_FALSE(windows->quit());
     EXPECT_TRUE(plot->isVisible());
     alerts.answers = {"Quit Anyway"};
-    plot->findChild<QAction*>("terminate")->trigger();
+    QTest::keyClick(plot.data(), Qt::Key_Q, Qt::ControlModifier);
     EXPECT_TRUE(plot.isNull() || plot->isHidden());
     EXPECT_TRUE(windows->windows().empty());
+}
+
+TEST_F(AnalysisWindowsTest, QuittingWaitsForAPlotThatIsBeingSaved) {
+    RarefactionViewController& plot = openCurve()->viewController();
+    holdJobs();
+    savePanel.answer = folder.filePath("plot.pdf");
+    plot.savePlot();
+    savePanel.answer = folder.filePath("no/such/plot.svg");
+    plot.savePlot();
+    QTimer::singleShot(700, window, [this] { releaseJobs(); });
+    EXPECT_TRUE(windows->quit());
+    EXPECT_TRUE(QFile::exists(folder.filePath("plot.pdf")));
+    EXPECT_EQ(alerts.warnings.size(), 1);
 }
 
 TEST_F(AnalysisWindowsTest, TheEndOfTheProgramTakesItsWindowsAlong) {

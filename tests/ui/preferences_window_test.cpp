@@ -174,7 +174,7 @@ TEST_F(PreferencesWindowTest, AnUnknownLevelShowsAs95AndStays) {
     const struct {
         double level;
         const char* line;
-    } rows[] = {{0.9, "0.9"}, {1, "1.0"}, {0, "0.0"}};
+    } rows[] = {{0.9, "0.9"}, {1, "1.0"}, {0, "0.0"}, {1e-7, "1.0e-07"}};
     for (const auto& row : rows) {
         close();
         Preferences().setConfidence(row.level);

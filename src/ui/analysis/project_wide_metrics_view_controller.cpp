@@ -173,12 +173,20 @@ void ProjectWideMetricsViewController::showResult(const ProjectWideStep& step,
         if (result.texts[i]) {
             sheet_->show(static_cast<int>(row), caption(row),
                          QString::fromStdString(*result.texts[i]));
+            if (projectWideRows()[row].explanation == "averageAlroySQS") noteCensusesWithSqs();
             continue;
         }
         const QString reason = metricDetails(projectWideRows()[row].explanation, explained_).remark;
         sheet_->showAbsent(static_cast<int>(row), caption(row), reason);
         addNote(reason);
     }
+}
+
+// Unlike the other averages, this one may leave censuses out.
+void ProjectWideMetricsViewController::noteCensusesWithSqs() {
+    addNote(tr("The average SQS is that of the %L1 of %L2 censuses that have an estimate.")
+                .arg(explained_.withSqs)
+                .arg(explained_.censuses));
 }
 
 void ProjectWideMetricsViewController::finish() {

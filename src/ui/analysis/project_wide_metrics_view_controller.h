@@ -47,6 +47,7 @@ class ProjectWideMetricsViewController : public QWidget {
     void compute();
     void startStep(std::size_t step);
     void showResult(const ProjectWideStep& step, const ProjectWideResult& result);
+    void noteCensusesWithSqs();
     void finish();
     void addNote(const QString& note);
     [[nodiscard]] MetricDetails detailsOf(int row) const;

@@ -5,7 +5,6 @@
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
-#include <string>
 #include <utility>
 
 #include "base/console.h"
@@ -19,20 +18,13 @@ namespace {
 
 constexpr int pageOfPoints = 10;  // by the page keys
 
-// With a digit after the point, of a whole number too.
-std::string textWithPoint(double value) {
-    std::string text = shortestText(value);
-    if (!std::isfinite(value) || text.find('.') != std::string::npos) return text;
-    text.insert(std::min(text.find('e'), text.size()), ".0");
-    return text;
-}
-
 // The level of the preferences at this moment; a line tells of one that is not in use.
 std::optional<ConfidenceLevel> preferredLevel() {
     const double confidence = Preferences().confidence();
     const std::optional<ConfidenceLevel> level = confidenceLevelOf(confidence);
     if (!level) {
-        writeConsoleLine("WARNING: unexpected confidence level of " + textWithPoint(confidence));
+        writeConsoleLine("WARNING: unexpected confidence level of " +
+                         shortestTextWithPoint(confidence));
     }
     return level;
 }

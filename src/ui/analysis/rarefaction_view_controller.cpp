@@ -200,7 +200,7 @@ void RarefactionViewController::write(const QString& path, const QByteArray& byt
                                       const QString& failure) {
     Alerts& alerts = panels_.alerts;
     const QPointer<QWidget> parent(window());
-    jobs_.start(
+    jobs_.startWrite(
         &jobs_, [path, bytes] { return writeWholeFile(path, bytes); },
         [&alerts, parent, failure](const QString& problem) {
             if (!problem.isEmpty()) alerts.warn(parent, failure, problem);

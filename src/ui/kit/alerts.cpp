@@ -1,5 +1,6 @@
 #include "ui/kit/alerts.h"
 
+#include <QFileInfo>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
@@ -25,6 +26,18 @@ QPointer<QMessageBox> box(QWidget* parent, QMessageBox::Icon icon, const QString
 }
 
 }  // namespace
+
+bool mayReplace(Alerts& alerts, QWidget* parent, const QString& path) {
+    const QFileInfo file(path);
+    if (!file.exists()) return true;
+    const int answer = alerts.ask(
+        parent,
+        {QMessageBox::tr("Replace “%1”?").arg(file.fileName()),
+         QMessageBox::tr("A file of that name is there already. What it holds will be lost."),
+         {QMessageBox::tr("Replace"), QMessageBox::tr("Cancel")},
+         0});
+    return answer == 0;
+}
 
 int DesktopAlerts::ask(QWidget* parent, const Question& question) {
     const QPointer<QMessageBox> alert =

@@ -31,6 +31,9 @@ class Alerts {
     virtual void warn(QWidget* parent, const QString& text, const QString& informativeText) = 0;
 };
 
+// Whether the file may be replaced; asked only where there is one.
+bool mayReplace(Alerts& alerts, QWidget* parent, const QString& path);
+
 class DesktopAlerts final : public Alerts {
   public:
     int ask(QWidget* parent, const Question& question) override;

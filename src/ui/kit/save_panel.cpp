@@ -7,6 +7,7 @@
 #include <QStringList>
 
 #include "platform/file_names.h"
+#include "ui/kit/alerts.h"
 
 namespace zorvel {
 
@@ -50,11 +51,17 @@ QString DesktopSavePanel::chooseFile(QWidget* parent, const QString& suggestion,
     };
     follow(filters.first());
     QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, follow);
-    if (dialog.exec() != QDialog::Accepted) return {};
-    const QString path = withEnding(dialog.selectedFiles().value(0), types,
-                                    typeOfFilter(types, filters, dialog.selectedNameFilter()));
-    folder_ = QFileInfo(path).path();
-    return path;
+    DesktopAlerts alerts;
+    while (dialog.exec() == QDialog::Accepted) {
+        const QString chosen = dialog.selectedFiles().value(0);
+        const FileType& type = typeOfFilter(types, filters, dialog.selectedNameFilter());
+        const QString path = withEnding(chosen, types, type);
+        folder_ = QFileInfo(path).path();
+        // To a name that has a point ("St. Helena") the dialog adds nothing, and asks about
+        // nothing.
+        if (path == chosen || mayReplace(alerts, parent, path)) return path;
+    }
+    return {};
 }
 
 QString withEnding(const QString& path, const QList<FileType>& types, const FileType& preferred) {
