@@ -31,7 +31,8 @@ bool JobQueue::finishWrites(std::chrono::milliseconds atMost) {
         std::unique_lock lock(jobsMutex_);
         finished = jobsChanged_.wait_for(lock, atMost, [this] { return writes_ == 0; });
     }
-    QCoreApplication::sendPostedEvents(this, QEvent::User);
+    // Each time one result, whose event brings the next.
+    while (hasMail()) QCoreApplication::sendPostedEvents(this, QEvent::User);
     return finished;
 }
 
@@ -75,6 +76,11 @@ void JobQueue::report(JobId id) {
     const std::lock_guard lock(mailMutex_);
     mail_.push_back(id);
     if (mail_.size() == 1) QCoreApplication::postEvent(this, new QEvent(QEvent::User));
+}
+
+bool JobQueue::hasMail() {
+    const std::lock_guard lock(mailMutex_);
+    return !mail_.empty();
 }
 
 std::optional<JobQueue::JobId> JobQueue::nextReport() {

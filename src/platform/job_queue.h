@@ -76,6 +76,7 @@ class JobQueue : public QObject {
     void runJobs();
     std::optional<Job> nextJob();
     void report(JobId id);
+    bool hasMail();
     std::optional<JobId> nextReport();
 
     // What the owner's thread alone touches: a worker knows its job by number only, so that no

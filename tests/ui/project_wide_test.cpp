@@ -186,6 +186,16 @@ TEST_F(ProjectWideTest, WithoutSqsTheRestIsFilledAndTheReasonStands) {
     EXPECT_FALSE(value("averageRichness").isPending());
 }
 
+TEST_F(ProjectWideTest, TheAverageOfSqsTellsItsCensuses) {
+    CountsMatrix censuses = fullCensuses;
+    censuses.push_back(CountsVector(censuses.front().size(), 1));
+    fill(inputsOf(censuses));
+    EXPECT_NE(text("averageAlroySqs"), "");
+    const std::string words = "of the " + std::to_string(fullCensuses.size()) + " of " +
+                              std::to_string(censuses.size()) + " censuses";
+    EXPECT_NE(label("projectNotes").find(words), std::string::npos) << label("projectNotes");
+}
+
 TEST_F(ProjectWideTest, ADashSaysWhichCensusesAreToBlame) {
     fill(inputsOf({{0, 0, 0}, {7, 0, 0}, {1, 0, 0}, {2, 1, 0}}));
     const struct {
