@@ -9,8 +9,11 @@
 #include <QClipboard>
 #include <QDir>
 #include <QFile>
+#include <QFileDialog>
 #include <QImage>
 #include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
 #include <QMimeData>
 #include <QPainter>
 #include <QProcess>
@@ -18,6 +21,7 @@
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 #include <limits>
 #include <memory>
 #include <string>
@@ -348,6 +352,33 @@ TEST_F(RarefactionWindowTest, CopiesPlotAndTable) {
     EXPECT_EQ(lines.size(), 22);
     EXPECT_EQ(lines.value(3).toStdString(), "3\t3.000\t1.000\t1.000\t5.000\t-1.000\t7.000");
     EXPECT_EQ(copied->data("text/csv").toStdString(), writeRarefactionTable(straightCurve()));
+}
+
+// A name with a point in it gets its ending after the dialog has asked what it asks.
+TEST(SavePanelTest, AsksBeforeItReplacesAFileWhoseEndingWasNotTyped) {
+    const QTemporaryDir folder;
+    const QString there = folder.filePath("St. Helena.pdf");
+    ASSERT_EQ(writeWholeFile(there, "old"), "");
+    QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    QStringList asked;
+    const auto answer = [&] {
+        QWidget* modal = QApplication::activeModalWidget();
+        if (auto* question = qobject_cast<QMessageBox*>(modal)) {
+            asked.append(question->text());
+            question->reject();
+        } else if (auto* dialog = qobject_cast<QFileDialog*>(modal)) {
+            if (!asked.isEmpty()) return dialog->reject();
+            dialog->findChild<QLineEdit*>()->setText(folder.filePath("St. Helena"));
+            QMetaObject::invokeMethod(dialog, "accept", Qt::QueuedConnection);
+        }
+    };
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, answer);
+    timer.start(50);
+    DesktopSavePanel panel;
+    EXPECT_EQ(panel.chooseFile(nullptr, "plot", {{"PDF", ".pdf"}}), "");
+    ASSERT_EQ(asked.size(), 1);
+    EXPECT_TRUE(asked.front().contains("Helena.pdf")) << asked.front().toStdString();
 }
 
 TEST(FileWritingTest, AFileThatCannotBeWrittenWholeStaysAsItWas) {

@@ -55,7 +55,7 @@ QString DesktopSavePanel::chooseFile(QWidget* parent, const QString& suggestion,
     while (dialog.exec() == QDialog::Accepted) {
         const QString chosen = dialog.selectedFiles().value(0);
         const FileType& type = typeOfFilter(types, filters, dialog.selectedNameFilter());
-        const QString path = withEnding(chosen, types, type);
+        QString path = withEnding(chosen, types, type);
         folder_ = QFileInfo(path).path();
         // To a name that has a point ("St. Helena") the dialog adds nothing, and asks about
         // nothing.
