@@ -29,10 +29,10 @@ Typed<std::int64_t> parseTypedSampleSize(std::string_view text) {
 }
 
 Typed<double> parseTypedQuota(std::string_view text) {
-    if (text.find_first_not_of("0123456789+-.eE") != std::string_view::npos) return notQuota;
     const std::optional<double> value = parseWholeDouble(text);
     if (!value) return notQuota;
-    if (!std::isfinite(*value)) return tooLarge;
+    const bool isWord = text.find_first_of("nN") != std::string_view::npos;
+    if (!std::isfinite(*value)) return isWord ? notQuota : tooLarge;
     return *value;
 }
 

@@ -14,9 +14,9 @@ namespace zorvel {
 // An optional sign and digits that fit in 64 bits; of any value, since whoever stores it limits it.
 Typed<std::int64_t> parseTypedSampleSize(std::string_view text);
 
-// One decimal number as strtod reads it in the C locale, with optional sign and exponent (".75",
-// "1e-1"), of any value. The words and hexadecimals that strtod takes too, and what is too large
-// for a double, are refused: none of them is a share of specimens.
+// One number as strtod reads it in the C locale (".75", "1e-1", "0x1p-1"), of any value. The words
+// for infinity and not-a-number that strtod takes too, and what is too large for a double, are
+// refused: none of them is a share of specimens.
 Typed<double> parseTypedQuota(std::string_view text);
 
 }  // namespace zorvel

@@ -54,7 +54,7 @@ TEST(TypedPreferences, ASampleSizeIsASignAndDigitsAlone) {
                  parseTypedSampleSize("fifty").problem());
 }
 
-TEST(TypedPreferences, AQuotaIsOneDecimalNumberUnderEveryLocale) {
+TEST(TypedPreferences, AQuotaIsOneNumberUnderEveryLocale) {
     const std::string before = std::setlocale(LC_ALL, nullptr);
     std::setlocale(LC_ALL, "de_DE.UTF-8");
     const struct {
@@ -67,7 +67,7 @@ TEST(TypedPreferences, AQuotaIsOneDecimalNumberUnderEveryLocale) {
         {".", {}},      {"-", {}},        {"e5", {}},     {"1e", {}},        {"1e+", {}},
         {"+-1", {}},    {"-+1", {}},      {" 0.8", {}},   {"0.8 ", {}},      {"0,8", {}},
         {"0.8.", {}},   {"80%", {}},      {"inf", {}},    {"-infinity", {}}, {"nan", {}},
-        {"nan(1)", {}}, {"0x1p-1", {}},   {"0x0", {}},    {"0.8f", {}},      {"1d-1", {}},
+        {"nan(1)", {}}, {"0x1p-1", 0.5},  {"0x0", 0},     {"0.8f", {}},      {"1d-1", {}},
     };
     for (const auto& row : rows) {
         const auto read = parseTypedQuota(row.text);
