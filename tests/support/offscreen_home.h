@@ -14,8 +14,7 @@ class OffscreenHome {
         for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"}) {
             qputenv(name, home_.path().toUtf8());
         }
-        QFile::setPermissions(home_.path(),
-                              QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+        QFile::setPermissions(home_.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
         qputenv("XDG_RUNTIME_DIR", home_.path().toUtf8());
         qputenv("QT_QPA_PLATFORM", "offscreen");
         qunsetenv("DBUS_SESSION_BUS_ADDRESS");
