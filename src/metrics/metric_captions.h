@@ -81,7 +81,7 @@ inline std::string sqsCaption(double quota) {
 // The whole caption of a row, its parameter included where it has one; unique among the rows of its
 // kind of analysis ("Sample-based rarefied richness (50)").
 inline std::string metricCaption(const MetricCaption& row, std::int64_t n, double quota) {
-    const std::string caption(row.caption);
+    std::string caption(row.caption);
     if (row.key == "rarefiedRichness") return rarefiedRichnessCaption(n);
     if (row.key == "alroySQS") return sqsCaption(quota);
     if (row.key == "averageRarefiedRichness" || row.key == "sampleBasedRarefiedRichness") {
