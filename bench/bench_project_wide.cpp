@@ -73,7 +73,7 @@ void countPeak(benchmark::State& state) {
 }
 
 // What the random numbers are does not matter, but that they are the same for both forms. A new
-// calculator: the growth of its table to all specimens is a part of the first computation.
+// calculator: what it works out for its table is a part of the first computation.
 ProjectWideMetrics allValues(const Size& size) {
     RarefactionCalculator calculator;
     const SparseCountsResult result = buildSparseCounts(project(size));

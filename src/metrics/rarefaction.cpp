@@ -44,14 +44,16 @@ RarefactionCalculator::RarefactionCalculator() {
 
 void RarefactionCalculator::buildLogFactorials(std::int64_t size) {
     const std::unique_lock lock(mutex_);
+    size_ = 0;
     logfact_.assign(1, 0.0);
-    append(size);
+    grow(std::max<std::int64_t>(size, 1));
+    fill(size_);
 }
 
 void RarefactionCalculator::extendLogFactorials(std::int64_t size) {
     std::unique_lock lock(mutex_);
-    if (size > static_cast<std::int64_t>(logfact_.size())) {
-        append(size);
+    if (size > size_) {
+        grow(size);
         return;
     }
     lock.unlock();
@@ -59,37 +61,52 @@ void RarefactionCalculator::extendLogFactorials(std::int64_t size) {
 }
 
 bool RarefactionCalculator::ensureLogFactorials(std::int64_t last) {
-    const auto reaches = [this, last] { return last < static_cast<std::int64_t>(logfact_.size()); };
     if (last >= kMaxLogFactorials) return false;
     {
         const std::shared_lock lock(mutex_);
-        if (reaches()) return true;
+        if (last < size_) return true;
     }
     const std::unique_lock lock(mutex_);
-    if (!reaches()) append(last + 1);  // another thread may have grown it meanwhile
-    return reaches();
+    grow(last + 1);
+    return true;
 }
 
-void RarefactionCalculator::append(std::int64_t size) {
-    size = std::min(size, kMaxLogFactorials);
+bool RarefactionCalculator::fillLogFactorials(std::int64_t last) {
+    if (!ensureLogFactorials(last)) return false;
+    {
+        const std::shared_lock lock(mutex_);
+        if (last < static_cast<std::int64_t>(logfact_.size())) return true;
+    }
+    const std::unique_lock lock(mutex_);
+    return fill(last + 1);
+}
+
+// Another thread may have grown or filled it further meanwhile.
+void RarefactionCalculator::grow(std::int64_t size) {
+    size_ = std::max(size_, std::min(size, kMaxLogFactorials));
+}
+
+bool RarefactionCalculator::fill(std::int64_t size) {
     auto k = static_cast<std::int64_t>(logfact_.size());
-    if (size <= k) return;
+    if (size <= k) return true;
     try {
         logfact_.reserve(static_cast<std::size_t>(size));
     } catch (const std::bad_alloc&) {
-        return;
+        return false;
     }
     for (; k < size; ++k) logfact_.push_back(logfact_.back() + std::log(static_cast<double>(k)));
+    return true;
 }
 
-std::vector<double> RarefactionCalculator::logfact() const {
-    const std::shared_lock lock(mutex_);
+std::vector<double> RarefactionCalculator::logfact() {
+    const std::unique_lock lock(mutex_);
+    fill(size_);
     return logfact_;
 }
 
 std::size_t RarefactionCalculator::logfactSize() const {
     const std::shared_lock lock(mutex_);
-    return logfact_.size();
+    return static_cast<std::size_t>(size_);
 }
 
 Rarefaction RarefactionCalculator::individualBasedPoint(CountsView counts, std::int64_t n) {

@@ -53,20 +53,27 @@ class RarefactionCalculator {
     // is refused with a line on the console.
     void extendLogFactorials(std::int64_t size);
     // A copy of the table, entry k holding ln k!.
-    [[nodiscard]] std::vector<double> logfact() const;
+    [[nodiscard]] std::vector<double> logfact();
     [[nodiscard]] std::size_t logfactSize() const;
 
-    // 2 GiB of table: larger totals, and those that memory has no room for, are refused with NaN.
+    // 2 GiB of table: larger totals are refused with NaN, as is a number of censuses whose entries
+    // memory has no room for.
     static constexpr std::int64_t kMaxLogFactorials = std::int64_t{1} << 28;
 
   private:
     // Grows the table, where needed, so that it has the entry last. False where it may not.
     bool ensureLogFactorials(std::int64_t last);
-    // Under the exclusive lock. Leaves the table as it is where there is no memory for it.
-    void append(std::int64_t size);
+    // The same, and works the entry out. False also where there is no memory for it.
+    bool fillLogFactorials(std::int64_t last);
+    // Under the exclusive lock.
+    void grow(std::int64_t size);
+    bool fill(std::int64_t size);
 
-    mutable std::shared_mutex mutex_;  // guards logfact_
-    std::vector<double> logfact_;
+    // Entries are worked out when something first reads them: of the tens of millions that a large
+    // project grows the table to, individual-based rarefaction reads none.
+    mutable std::shared_mutex mutex_;  // guards both
+    std::int64_t size_ = 0;
+    std::vector<double> logfact_;  // the entries worked out so far, at most size_
 };
 
 // The calculator of this process, made at its first use and never released.

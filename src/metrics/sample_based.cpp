@@ -53,7 +53,7 @@ Rarefaction tauPoint(const std::vector<double>& lf, const std::vector<FrequencyC
 
 Rarefaction RarefactionCalculator::sampleBasedPoint(const IncidenceSummary& summary,
                                                     std::int64_t t) {
-    if (t < 0 || !ensureLogFactorials(summary.censuses)) return undefinedPoint(t);
+    if (t < 0 || !fillLogFactorials(summary.censuses)) return undefinedPoint(t);
     const double chao = chaoTwo(summary);
     const std::vector<FrequencyClass> classes = frequencyClasses(summary);
     const std::shared_lock lock(mutex_);
@@ -63,7 +63,7 @@ Rarefaction RarefactionCalculator::sampleBasedPoint(const IncidenceSummary& summ
 std::vector<Rarefaction> RarefactionCalculator::sampleBasedCurve(const IncidenceSummary& summary) {
     std::vector<Rarefaction> curve;
     if (summary.censuses < 2) return curve;
-    const bool ready = ensureLogFactorials(summary.censuses);
+    const bool ready = fillLogFactorials(summary.censuses);
     const double chao = chaoTwo(summary);
     const std::vector<FrequencyClass> classes = frequencyClasses(summary);
     const std::shared_lock lock(mutex_);

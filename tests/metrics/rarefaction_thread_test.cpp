@@ -25,15 +25,19 @@ TEST(SharedTable, GrowsUnderReaders) {
     struct Asked {
         CountsVector counts;
         std::array<std::int64_t, 7> answer;
+        std::array<std::int64_t, 7> samples;
     };
     std::vector<std::vector<Asked>> asked(6);
     const auto work = [&](std::size_t thread) {
         for (std::size_t step = 0; step < 40; ++step) {
             const auto largest = static_cast<std::int64_t>(9000 + thread * 13 + step * 700);
             const CountsVector counts = {largest, 200, 3, 1, 1};
-            asked[thread].push_back({counts, bits(shared.individualBasedPoint(counts, 100))});
+            asked[thread].push_back({counts, bits(shared.individualBasedPoint(counts, 100)), {}});
             if (shared.logfactSize() <= static_cast<std::size_t>(largest + 205)) ++wrong;
             if (bits(shared.sampleBasedPoint(matrix, 2)) != expectedSamples) ++wrong;
+            // Reads the entries up to its number of censuses, which others are working out.
+            const IncidenceSummary many = {largest, 3, {0, 1, 2}};
+            asked[thread].back().samples = bits(shared.sampleBasedPoint(many, 7));
         }
     };
     std::vector<std::thread> threads;
@@ -46,6 +50,8 @@ TEST(SharedTable, GrowsUnderReaders) {
     for (const std::vector<Asked>& questions : asked) {
         for (const Asked& each : questions) {
             EXPECT_EQ(bits(alone.individualBasedPoint(each.counts, 100)), each.answer);
+            const IncidenceSummary many = {each.counts.front(), 3, {0, 1, 2}};
+            EXPECT_EQ(bits(alone.sampleBasedPoint(many, 7)), each.samples);
         }
     }
     EXPECT_EQ(shared.logfact(), alone.logfact());
