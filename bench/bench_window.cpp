@@ -55,6 +55,7 @@ class NoAlerts : public Alerts {
 class NoOpenPanel : public OpenPanel {
   public:
     QStringList chooseFiles(QWidget* /*parent*/) override { return {}; }
+    QString chooseTextFile(QWidget* /*parent*/) override { return {}; }
 };
 
 class NoSavePanel : public SavePanel {

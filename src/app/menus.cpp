@@ -16,6 +16,7 @@
 #include "app/recent_menu.h"
 #include "app/sort_menu.h"
 #include "app/step_names.h"
+#include "app/transfer_menus.h"
 #include "app/window_menu.h"
 #include "ui/main/main_view_controller.h"
 #include "ui/main/main_window_controller.h"
@@ -77,6 +78,8 @@ void addFileMenu(MainWindowController& window, ProjectWindows& windows) {
     QAction* backups =
         add("browseBackups", tr("&Browse Backups..."), {}, [&] { windows.browseBackups(window); });
     enableWhileShown(menu, backups, [&] { return !window.document().isUntitled(); });
+    menu.addSeparator();
+    addTransferMenus(menu, window, windows);
     menu.addSeparator();
     add("terminate", tr("&Quit"), QKeySequence(Qt::CTRL | Qt::Key_Q), [&] { windows.quit(); });
 }

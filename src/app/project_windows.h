@@ -58,6 +58,7 @@ class ProjectWindows : public QObject {
 
     [[nodiscard]] DocumentController& documents() { return documents_; }
     [[nodiscard]] const Panels& panels() const { return panels_; }
+    [[nodiscard]] JobQueue& jobs() { return jobs_; }
 
   signals:
     // To be emitted by whoever has stored preferences: every window shows its metrics anew.

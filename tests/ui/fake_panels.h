@@ -14,6 +14,7 @@ namespace zorvel {
 class FakeOpenPanel : public OpenPanel {
   public:
     QStringList chooseFiles(QWidget* /*parent*/) override { return answer; }
+    QString chooseTextFile(QWidget* /*parent*/) override { return answer.value(0); }
     QStringList answer;
 };
 

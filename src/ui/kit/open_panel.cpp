@@ -14,4 +14,12 @@ QStringList DesktopOpenPanel::chooseFiles(QWidget* parent) {
     return paths;
 }
 
+QString DesktopOpenPanel::chooseTextFile(QWidget* parent) {
+    const QString filter = QFileDialog::tr("Text files (*.txt *.csv)");
+    const QString path =
+        QFileDialog::getOpenFileName(parent, QFileDialog::tr("Import"), folder_, filter);
+    if (!path.isEmpty()) folder_ = QFileInfo(path).path();
+    return path;
+}
+
 }  // namespace zorvel

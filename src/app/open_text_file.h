@@ -1,0 +1,32 @@
+// Asks for a text file and reads it, for whatever is made of texts: imports, the species list. Main
+// thread; the file itself is read in the background.
+#pragma once
+
+#include <QString>
+#include <functional>
+#include <optional>
+#include <string>
+
+namespace zorvel {
+
+class MainWindowController;
+class ProjectWindows;
+
+struct OpenedText {
+    QString path;
+    std::string text;  // UTF-8, not empty
+};
+
+// Called once: at once or later, or never where the program ends before.
+using TextReceiver = std::function<void(std::optional<OpenedText> text)>;
+
+// Asks for one file of type txt or csv. Nothing comes of it where the person cancelled, where the
+// file could not be read, of which an alert tells, or where it is empty. window: to stand over, and
+// to show that a file is being read; may be null, and may have closed when the text comes.
+void openTextFile(ProjectWindows& windows, MainWindowController* window, TextReceiver receive);
+
+// The same without a question, for a file that was named otherwise.
+void readTextInBackground(ProjectWindows& windows, MainWindowController* window,
+                          const QString& path, TextReceiver receive);
+
+}  // namespace zorvel
