@@ -4,6 +4,7 @@
 #include <atomic>
 #include <cmath>
 #include <cstddef>
+#include <numeric>
 #include <system_error>
 #include <thread>
 #include <vector>
@@ -57,15 +58,6 @@ AverageMetrics averagesOf(const Counts& counts) {
             sums.buzasE / censuses};
 }
 
-template <class Counts>
-double rarefiedAverage(const Counts& counts, std::int64_t n, RarefactionCalculator& calculator) {
-    double sum = 0;
-    for (std::size_t i = 0; i < rowCount(counts); ++i) {
-        sum += calculator.individualBasedPoint(rowOf(counts, i), n).estimate;
-    }
-    return sum / static_cast<double>(rowCount(counts));
-}
-
 // Some dozens of rows at a time: they take unlike times, and short ones.
 constexpr std::size_t rowsAtATime = 32;
 
@@ -90,13 +82,26 @@ void onThreads(std::size_t count, unsigned threads, Work work) {
     run();
 }
 
+unsigned allThreads() {
+    return std::max(1U, std::thread::hardware_concurrency());
+}
+
+template <class Counts>
+double rarefiedAverage(const Counts& counts, std::int64_t n, RarefactionCalculator& calculator) {
+    std::vector<double> estimates(rowCount(counts));
+    onThreads(estimates.size(), allThreads(), [&](std::size_t i) {
+        estimates[i] = calculator.individualBasedPoint(rowOf(counts, i), n).estimate;
+    });
+    const double sum = std::accumulate(estimates.begin(), estimates.end(), 0.0);
+    return sum / static_cast<double>(estimates.size());
+}
+
 template <class Counts>
 AverageSqs sqsAverage(const Counts& counts, double quota, RandomSource& random, unsigned threads) {
     std::vector<std::uint64_t> seeds(rowCount(counts));
     for (std::uint64_t& seed : seeds) seed = random.bits64();
     std::vector<std::optional<double>> estimates(seeds.size());
-    if (threads == 0) threads = std::max(1U, std::thread::hardware_concurrency());
-    onThreads(seeds.size(), threads, [&](std::size_t i) {
+    onThreads(seeds.size(), threads == 0 ? allThreads() : threads, [&](std::size_t i) {
         SeededRandom own(seeds[i]);
         estimates[i] = shareholderQuorum(rowOf(counts, i), sqsTrials, quota, own).estimate;
     });

@@ -69,7 +69,7 @@ void SqsTrials::layOutUnseen() {
         intervals_[kept++] = interval;
     }
     intervals_.resize(kept);
-    unseenGuide_.build(intervals_, 2 * kept);
+    unseenGuide_.build(intervals_, kept);
     guide_ = &unseenGuide_;
 }
 
@@ -80,7 +80,7 @@ inline void SqsTrials::draw(RandomSource& random, Trial& trial) {
     const unsigned shift = guide_->bucketShift;
     const std::uint32_t* const first = guide_->first.data();
     Interval* const intervals = intervals_.data();
-    std::size_t repeatsLeft = 4 + intervals_.size();
+    std::size_t repeatsLeft = 4 + 2 * intervals_.size();
     Trial state = trial;
     while (repeatsLeft > 0 && state.coverage < quota_ && state.seen < taxa_) {
         const std::uint64_t position = random.below(total);
