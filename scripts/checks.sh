@@ -14,7 +14,8 @@ files() {
 
 check_format() {
   files '*.cpp' '*.h' | xargs clang-format-14 --dry-run -Werror || return 1
-  shellcheck -x -P SCRIPTDIR run test .ci/run scripts/*.sh scripts/make_help_pictures scripts/package packaging/icons/render || return 1
+  shellcheck -x -P SCRIPTDIR run test .ci/run scripts/*.sh \
+    scripts/{make_help_pictures,package,check_package,tutorial} packaging/icons/render || return 1
   check_white_space
 }
 

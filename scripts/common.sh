@@ -10,10 +10,12 @@ logs=$root/build/logs
 # The compiler, the build tools and the libraries of both programs.
 build_packages=(g++ cmake ninja-build qt6-base-dev qt6-svg-dev libsqlite3-dev
   libutf8proc-dev libcli11-dev)
+# A desktop without a screen: a display, a window manager, keys, the clipboard, and what drives them.
+desktop_packages=(xvfb openbox xdotool xclip python3)
 # What the tests need besides: GoogleTest, a reader of JSON, a locale with a decimal comma, the time
-# zones, the formatter of man pages, other programs that read the project file and PDF.
-test_packages=(libgtest-dev libgmock-dev nlohmann-json3-dev locales tzdata groff-base sqlite3 python3
-  poppler-utils)
+# zones, the formatter of man pages, other programs that read the project file and PDF, a desktop.
+test_packages=(libgtest-dev libgmock-dev nlohmann-json3-dev locales tzdata groff-base sqlite3
+  poppler-utils "${desktop_packages[@]}")
 # What the checks need besides: clang's compiler, formatter, linter and fuzzer, the linter of shell
 # scripts, and the library of the benchmarks, which are checked too.
 check_packages=(clang-14 libclang-rt-14-dev clang-tidy-14 clang-format-14 shellcheck
