@@ -49,6 +49,7 @@ std::vector<TaxonValues> taxa(std::size_t count, std::size_t names, std::mt19937
 class NoAlerts : public Alerts {
   public:
     int ask(QWidget* /*parent*/, const Question& /*question*/) override { return 0; }
+    int choose(QWidget* /*parent*/, const Choice& choice) override { return choice.preselected; }
     void warn(QWidget* /*parent*/, const QString& /*text*/, const QString& /*more*/) override {}
 };
 

@@ -1,36 +1,72 @@
 #include "app/imports.h"
 
-#include <QPointer>
+#include <QFileInfo>
 #include <optional>
 #include <utility>
 
-#include "app/open_text_file.h"
+#include "app/import_texts.h"
 #include "app/project_windows.h"
 #include "base/console.h"
-#include "model/import.h"
+#include "model/import_drivers.h"
+#include "platform/queue_jobs.h"
 #include "ui/main/main_view_controller.h"
 #include "ui/main/main_window_controller.h"
 
 namespace zorvel {
 
-Document* currentOrNewDocument(ProjectWindows& windows, MainWindowController* window) {
-    return window != nullptr ? &window->document() : &windows.openUntitled().document();
+namespace {
+
+// Goes with the main view: the import then stops, and nobody hears of it.
+class ImportRun : public QObject {
+  public:
+    ImportRun(MainViewController& view, JobQueue& jobs) : QObject(&view), jobs_(jobs, this) {}
+    ~ImportRun() override { stop_.request_stop(); }
+
+    void start(Document& document, FileKind kind, OpenedText text) {
+        const QString name = QFileInfo(text.path).fileName();
+        importText(importDriver(kind), std::move(text.text), document.project(),
+                   {jobs_, stop_, [this, name](const ImportReport& report) { end(name, report); }});
+    }
+
+  private:
+    void end(const QString& name, const ImportReport& report) {
+        auto* view = qobject_cast<MainViewController*>(parent());
+        if (view != nullptr) view->showMessage(importMessage(name, report));
+        deleteLater();
+    }
+
+    QueueJobs jobs_;
+    std::stop_source stop_;
+};
+
+}  // namespace
+
+bool CommandWindow::isGone() const {
+    return given && (window == nullptr || window->isHidden());
+}
+
+Document* currentOrNewDocument(ProjectWindows& windows, const CommandWindow& command) {
+    if (command.isGone()) return nullptr;
+    return command.given ? &command.window->document() : &windows.openUntitled().document();
+}
+
+void importInto(Document& document, ProjectWindows& windows, FileKind kind, OpenedText text) {
+    auto* view = dynamic_cast<MainViewController*>(document.project().documentMainViewController());
+    if (view == nullptr) return;
+    (new ImportRun(*view, windows.jobs()))->start(document, kind, std::move(text));
 }
 
 void runImport(ProjectWindows& windows, MainWindowController* window, FileKind kind) {
-    const bool hadWindow = window != nullptr;
-    openTextFile(windows, window,
-                 [=, &windows,
-                  guard = QPointer<MainWindowController>(window)](std::optional<OpenedText> text) {
-                     if (!text) {
-                         writeConsoleLine("WARNING: no string obtained from file");
-                         return;
-                     }
-                     if (hadWindow && !guard) return;
-                     Document* document = currentOrNewDocument(windows, guard);
-                     const auto parsed = parseFile(kind, text->text);
-                     if (parsed.value) storeCensuses(document->project(), *parsed.value);
-                 });
+    const CommandWindow command(window);
+    openTextFile(windows, window, [=, &windows](std::optional<OpenedText> text) {
+        if (!text) {
+            writeConsoleLine("WARNING: no string obtained from file");
+        } else if (Document* document = currentOrNewDocument(windows, command)) {
+            importInto(*document, windows, kind, std::move(*text));
+        } else {
+            writeConsoleLine("Could not get a diversity document");
+        }
+    });
 }
 
 }  // namespace zorvel

@@ -1,6 +1,9 @@
-// The commands that import a text file into a project. Main thread.
+// The commands that import a text file into a project, and what they tell the person. Main thread.
 #pragma once
 
+#include <QPointer>
+
+#include "app/open_text_file.h"
 #include "interchange/file_kind.h"
 
 namespace zorvel {
@@ -9,11 +12,25 @@ class Document;
 class MainWindowController;
 class ProjectWindows;
 
-// The project of the window, or a new one in a window of its own where there is no window.
-Document* currentOrNewDocument(ProjectWindows& windows, MainWindowController* window);
+// The window that a command was given in; null where it was given without one.
+struct CommandWindow {
+    explicit CommandWindow(MainWindowController* asked) : given(asked != nullptr), window(asked) {}
+    // Closed since.
+    [[nodiscard]] bool isGone() const;
 
-// Asks for a file, and imports it as one of that kind. A window that closes while its file is read
-// gets nothing.
+    bool given;
+    QPointer<MainWindowController> window;
+};
+
+// The project of the window, or a new one in a window of its own where the command was given
+// without one. Null where the window is gone.
+Document* currentOrNewDocument(ProjectWindows& windows, const CommandWindow& command);
+
+// Asks for a file, and imports it as one of that kind.
 void runImport(ProjectWindows& windows, MainWindowController* window, FileKind kind);
+
+// In the background; the message strip of the project's window tells what came of it. The import is
+// given up where the window closes.
+void importInto(Document& document, ProjectWindows& windows, FileKind kind, OpenedText text);
 
 }  // namespace zorvel

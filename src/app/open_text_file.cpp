@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QFileInfo>
 #include <QPointer>
+#include <memory>
 #include <utility>
 
 #include "app/project_windows.h"
@@ -22,33 +23,49 @@ QString tr(const char* text) {
     return QCoreApplication::translate("OpenTextFile", text);
 }
 
-using Window = QPointer<MainWindowController>;
-
-// Each reading has a name of its own in the main view.
-QString newProgressName() {
-    static int last = 0;
-    return QString("reading %1").arg(++last);
-}
-
-void handOver(Result<std::string> read, const QString& path, const Window& window, Alerts& alerts,
-              const TextReceiver& receive) {
-    const QString name = QFileInfo(path).fileName();
-    if (!read.ok()) {
-        alerts.warn(window, tr("“%1” could not be read").arg(name),
-                    tr("The file is %1.").arg(QString::fromStdString(read.problem().message)));
-        return receive(std::nullopt);
+// Of a file that is being read. What comes of it is handed over once: cancelling does so at once,
+// and the bytes that come later find nobody.
+struct Reading {
+    void showProgress(MainViewController& view) {
+        shownIn = &view;
+        progress =
+            view.startProgress(tr("reading %1...").arg(QFileInfo(path).fileName()).toStdString(),
+                               [this] { handOver(std::nullopt); });
     }
-    if (read.value().empty()) {
-        if (window) window->mainView().showMessage(tr("%1 is empty.").arg(name));
-        return receive(std::nullopt);
+
+    void finish(Result<std::string> read) {
+        if (!receive) return;
+        const QString name = QFileInfo(path).fileName();
+        if (read.ok() && !read.value().empty()) {
+            return handOver(OpenedText{path, std::move(read).value()});
+        }
+        if (read.ok()) {
+            if (shownIn) shownIn->showMessage(tr("%1 is empty.").arg(name));
+        } else {
+            alerts.warn(window, tr("“%1” could not be read").arg(name),
+                        tr("It is %1.").arg(QString::fromStdString(read.problem().message)));
+        }
+        handOver(std::nullopt);
     }
-    receive(OpenedText{path, std::move(read).value()});
-}
+
+    void handOver(std::optional<OpenedText> text) {
+        if (shownIn) shownIn->stopProgress(progress);
+        const TextReceiver receiver = std::exchange(receive, nullptr);
+        if (receiver) receiver(std::move(text));
+    }
+
+    QString path;
+    QPointer<MainWindowController> window;
+    Alerts& alerts;
+    TextReceiver receive;
+    QPointer<MainViewController> shownIn = nullptr;
+    MainView::ProgressId progress = 0;
+};
 
 }  // namespace
 
 void openTextFile(ProjectWindows& windows, MainWindowController* window, TextReceiver receive) {
-    const Window guard(window);
+    const QPointer<MainWindowController> guard(window);
     const QString path = windows.panels().open.chooseTextFile(window);
     if (path.isEmpty()) return receive(std::nullopt);
     readTextInBackground(windows, guard, path, std::move(receive));
@@ -56,18 +73,12 @@ void openTextFile(ProjectWindows& windows, MainWindowController* window, TextRec
 
 void readTextInBackground(ProjectWindows& windows, MainWindowController* window,
                           const QString& path, TextReceiver receive) {
-    const QString progress = newProgressName();
-    if (window != nullptr) {
-        window->mainView().startProgress(progress,
-                                         tr("reading %1...").arg(QFileInfo(path).fileName()));
-    }
+    const auto reading = std::make_shared<Reading>(
+        Reading{path, window, windows.panels().alerts, std::move(receive)});
+    if (window != nullptr) reading->showProgress(window->mainView());
     windows.jobs().start(
         &windows, [file = encodedPath(path)] { return readTextFile(file); },
-        [=, guard = Window(window), receive = std::move(receive),
-         &alerts = windows.panels().alerts](Result<std::string> read) {
-            if (guard) guard->mainView().stopProgress(progress);
-            handOver(std::move(read), path, guard, alerts, receive);
-        });
+        [reading](Result<std::string> read) { reading->finish(std::move(read)); });
 }
 
 }  // namespace zorvel

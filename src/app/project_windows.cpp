@@ -8,8 +8,10 @@
 
 #include "app/backups_window.h"
 #include "app/document_commands.h"
+#include "app/exports.h"
 #include "app/menus.h"
 #include "platform/document_controller.h"
+#include "ui/analysis/project_wide_metrics_window_controller.h"
 #include "ui/analysis/rarefaction_view.h"
 #include "ui/analysis/rarefaction_window_controller.h"
 #include "ui/kit/alerts.h"
@@ -35,7 +37,8 @@ ProjectWindows::ProjectWindows(DocumentController& documents, JobQueue& jobs,
       makeRandom_(std::move(makeRandom)),
       look_(look),
       panels_(panels),
-      secondary_([this](QWidget& window) { return mayCloseSecondary(window); }) {
+      secondary_([this](QWidget& window) { return mayCloseSecondary(window); }),
+      exports_(std::make_unique<Exports>(*this, makeRandom_)) {
     connect(&secondary_, &SecondaryWindows::quitRequested, this, &ProjectWindows::quit);
     connect(&documents_, &DocumentController::documentDidOpen, this,
             [this](Document* document, const QString& path) { documentDidOpen(*document, path); });
@@ -100,6 +103,11 @@ void ProjectWindows::addAnalysisWindow(QWidget& opened) {
     if (auto* plot = qobject_cast<RarefactionWindowController*>(&opened)) {
         connect(this, &ProjectWindows::plotPreferencesDidChange,
                 &plot->viewController().rarefactionView(), &RarefactionView::preferencesDidChange);
+        connect(&plot->viewController(), &RarefactionViewController::printRequested, this,
+                [this, plot] { emit printRequested(plot); });
+    } else if (auto* metrics = qobject_cast<ProjectWideMetricsWindowController*>(&opened)) {
+        connect(&metrics->viewController(), &ProjectWideMetricsViewController::printRequested, this,
+                [this, metrics] { emit printRequested(metrics); });
     }
 }
 
@@ -138,7 +146,8 @@ QPointer<MainWindowController> ProjectWindows::endOpening(const QString& path) {
 
 bool ProjectWindows::isFree(MainWindowController& window) const {
     const Document& document = window.document();
-    return document.isUntouched() && document.project().objectContext().censusCount() == 0;
+    return !window.mainView().isInProgressBeside(openingProgress) && document.isUntouched() &&
+           document.project().objectContext().censusCount() == 0;
 }
 
 MainWindowController* ProjectWindows::freeWindow() const {
@@ -182,7 +191,6 @@ void ProjectWindows::openDidFail(const QString& path, const QString& message) {
     tell(endOpening(path), message);
 }
 
-// In the strip of that window or of any other; without one in an alert.
 void ProjectWindows::tell(MainWindowController* window, const QString& message) {
     const std::vector<MainWindowController*> open = windows();
     if (window != nullptr && !window->isHidden()) {

@@ -8,6 +8,7 @@
 #include <QPointer>
 #include <QString>
 #include <QStringList>
+#include <memory>
 #include <vector>
 
 #include "app/secondary_windows.h"
@@ -18,6 +19,7 @@ namespace zorvel {
 
 class Document;
 class DocumentController;
+class Exports;
 class JobQueue;
 class LookChoice;
 class MainWindowController;
@@ -59,12 +61,18 @@ class ProjectWindows : public QObject {
     [[nodiscard]] DocumentController& documents() { return documents_; }
     [[nodiscard]] const Panels& panels() const { return panels_; }
     [[nodiscard]] JobQueue& jobs() { return jobs_; }
+    [[nodiscard]] Exports& exports() { return *exports_; }
+    // In the strip of that window or of any other; without one in an alert.
+    void tell(MainWindowController* window, const QString& message);
 
   signals:
     // To be emitted by whoever has stored preferences: every window shows its metrics anew.
     void preferencesDidChange();
     // The same for level and color of plots, at once.
     void plotPreferencesDidChange();
+
+    // What that window shows is to be printed.
+    void printRequested(QWidget* window);
 
     // Commands of the menus that belong to no project.
     void preferencesRequested();
@@ -85,7 +93,6 @@ class ProjectWindows : public QObject {
     void openDidFail(const QString& path, const QString& message);
     QPointer<MainWindowController> endOpening(const QString& path);
     void showProgress(MainWindowController& window);
-    void tell(MainWindowController* window, const QString& message);
     [[nodiscard]] MainWindowController* windowOf(const Document& document) const;
     [[nodiscard]] MainWindowController* freeWindow() const;
     bool mayClose(MainWindowController& window);
@@ -105,6 +112,7 @@ class ProjectWindows : public QObject {
     SecondaryWindows secondary_;
     std::vector<Opening> openings_;
     std::vector<QPointer<Document>> discarded_;
+    std::unique_ptr<Exports> exports_;
     bool quitting_ = false;
 };
 

@@ -66,11 +66,12 @@ LeadingInteger readLeadingInteger(std::string_view text) {
 
 }  // namespace
 
-Parsed<MockCensus> parseAbundanceList(std::string_view text) {
+Parsed<MockCensus> parseAbundanceList(std::string_view text, const std::stop_token& stop) {
     const SharedText taxonName("unnamed taxon");
     MockCensus census;
     census.name = importedCensusName;
     for (std::size_t at = skipSeparators(text, 0); at < text.size();) {
+        if (stop.stop_requested()) return {};
         const LeadingInteger read = readLeadingInteger(text.substr(at));
         if (read.length == 0) return refused<MockCensus>(notNumericMessage, entryPlace(text, at));
         if (read.value < 1) return refused<MockCensus>(notPositiveMessage, entryPlace(text, at));

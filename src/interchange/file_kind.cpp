@@ -3,6 +3,7 @@
 #include "interchange/characters.h"
 #include "interchange/file_kind.h"
 #include "interchange/lines.h"
+#include "interchange/parsers.h"
 #include "interchange/scan_field.h"
 #include "interchange/whole_integer.h"
 
@@ -60,6 +61,24 @@ bool isSingleCensus(std::string_view text) {
     return second.terminator != FieldTerminator::comma && parseWholeInteger(second.text);
 }
 
+// What the lines up to and with the second one that holds anything say.
+std::string_view firstTwoLines(std::string_view text) {
+    const std::size_t next = skipLineBreaks(text, lineEnd(text, 0));
+    return text.substr(0, lineEnd(text, next));
+}
+
+bool isMatrixBeyondDoubt(std::string_view text) {
+    FieldCursor cursor(text);
+    std::size_t cells = 0;
+    for (;; ++cells) {
+        const ScannedField field = scanField(cursor);
+        if (cells > 0 && parseWholeInteger(field.text)) return false;
+        if (field.terminator != FieldTerminator::comma) break;
+    }
+    const auto parsed = parseCensusMatrix(firstTwoLines(text));
+    return cells >= 2 && parsed.value && parsed.leftOut.shortRows == 0;
+}
+
 }  // namespace
 
 bool looksLikeProjectFile(std::string_view bytes) {
@@ -71,6 +90,19 @@ FileKind guessFileKind(std::string_view text) {
     if (isList(text)) return FileKind::list;
     if (isSingleCensus(text)) return FileKind::census;
     return FileKind::matrix;
+}
+
+bool isCertain(FileKind guess, std::string_view text) {
+    switch (guess) {
+        case FileKind::list:
+        case FileKind::ios:
+            return true;
+        case FileKind::census:
+            return false;
+        case FileKind::matrix:
+            return isMatrixBeyondDoubt(text);
+    }
+    return false;
 }
 
 }  // namespace zorvel

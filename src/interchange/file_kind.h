@@ -15,4 +15,9 @@ bool looksLikeProjectFile(std::string_view bytes);
 // a whole number; matrix where nothing speaks for another.
 FileKind guessFileKind(std::string_view text);
 
+// Whether a person would take the text for nothing else: a list and a phone export by the guess
+// alone, a matrix where it has two species or more, none of them a number, and its first row fits.
+// A name and a number a line may be a census or a matrix of one species: never certain.
+bool isCertain(FileKind guess, std::string_view text);
+
 }  // namespace zorvel

@@ -173,7 +173,7 @@ class DataLine {
 
 }  // namespace
 
-Parsed<Censuses> parseIOSFile(std::string_view text) {
+Parsed<Censuses> parseIOSFile(std::string_view text, const std::stop_token& stop) {
     Lines lines(text);
     const std::optional<std::vector<SharedText>> names = taxonNames(*lines.next());
     if (!names) {
@@ -186,6 +186,7 @@ Parsed<Censuses> parseIOSFile(std::string_view text) {
     // The last line is what follows the last line break: not a data line.
     auto line = lines.next();
     for (; !lines.atEnd(); line = lines.next()) {
+        if (stop.stop_requested()) return {};
         Parsed<MockCensus> census = reader.read(*line);
         if (!census.value) {
             result.consoleLines = std::move(census.consoleLines);

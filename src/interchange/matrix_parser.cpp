@@ -49,11 +49,12 @@ PlainNumber readPlainNumber(std::string_view text, std::size_t at) {
 // non-zero cell of one row.
 class MatrixReader {
   public:
-    explicit MatrixReader(std::string_view text) : cursor_(text) {}
+    MatrixReader(std::string_view text, const std::stop_token& stop) : cursor_(text), stop_(stop) {}
 
     Parsed<Censuses> read() {
         FieldTerminator terminator = readHeader();
         while (terminator != FieldTerminator::endOfInput) {
+            if (stop_.stop_requested()) return {};
             if (!readRow(terminator)) return std::move(problem_);
         }
         if (censuses_.empty()) return refused<Censuses>(noCensusMessage);
@@ -181,6 +182,7 @@ class MatrixReader {
     }
 
     FieldCursor cursor_;
+    const std::stop_token& stop_;
     std::vector<SharedText> header_;  // the corner cell included
     std::size_t species_ = 0;
     std::vector<PresentCell> present_;  // of the row under way
@@ -191,8 +193,9 @@ class MatrixReader {
 
 }  // namespace
 
-Parsed<std::vector<MockCensus>> parseCensusMatrix(std::string_view text) {
-    return MatrixReader(text).read();
+Parsed<std::vector<MockCensus>> parseCensusMatrix(std::string_view text,
+                                                  const std::stop_token& stop) {
+    return MatrixReader(text, stop).read();
 }
 
 }  // namespace zorvel

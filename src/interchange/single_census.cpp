@@ -10,7 +10,7 @@ namespace {
 constexpr const char* missingMessage =
     "An abundance value is missing.  See help for formatting an input file.";
 constexpr const char* emptyMessage = "Empty string; expected some sort of value";
-constexpr const char* notIntegerMessage = "Not an abundance value, or not an integer";
+constexpr const char* notIntegerReason = "Not an abundance value, or not an integer";
 constexpr const char* notPositiveMessage =
     "File contains zero or negative abundance value, but all abundances must be positive integers. "
     " See help for formatting an input file.";
@@ -39,7 +39,7 @@ const char* checkRecord(const Record& record, std::int64_t& abundance) {
     if (field.onlyEndsRow()) return emptyMessage;
     if (!record.name) return missingMessage;
     const auto value = parseWholeInteger(field.text);
-    if (!value) return notIntegerMessage;
+    if (!value) return notIntegerReason;
     if (*value < 1) return notPositiveMessage;
     abundance = *value;
     return nullptr;
@@ -47,12 +47,13 @@ const char* checkRecord(const Record& record, std::int64_t& abundance) {
 
 }  // namespace
 
-Parsed<MockCensus> parseCensus(std::string_view text) {
+Parsed<MockCensus> parseCensus(std::string_view text, const std::stop_token& stop) {
     MockCensus census;
     LeftOut leftOut;
     census.name = importedCensusName;
     FieldCursor cursor(text);
     while (!cursor.atEnd()) {
+        if (stop.stop_requested()) return {};
         const Record record = readRecord(cursor);
         const bool atEnd = record.last.terminator == FieldTerminator::endOfInput;
         // A name without a value at the very end of the text is dropped in silence.

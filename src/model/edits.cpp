@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "model/typed_name.h"
+#include "store/census_batch.h"
 #include "store/undo_step.h"
 
 namespace zorvel {
@@ -13,6 +14,27 @@ std::optional<SharedText> storedName(std::string_view typed) {
     const std::optional<std::string> name = typedName(typed);
     if (!name) return std::nullopt;
     return SharedText(*name);
+}
+
+CensusAttributes attributesOf(const MockCensus& census) {
+    CensusAttributes attributes;
+    attributes.name = census.name;
+    attributes.notes = census.notes;
+    attributes.latitude = census.latitude;
+    attributes.longitude = census.longitude;
+    attributes.timeStamp = census.timeStamp;
+    return attributes;
+}
+
+std::vector<TaxonValues> taxaOf(const MockCensus& census) {
+    std::vector<TaxonValues> taxa;
+    taxa.reserve(census.taxa.size());
+    for (const MockTaxon& taxon : census.taxa) {
+        TaxonValues& values = taxa.emplace_back();
+        values.name = taxon.name;
+        values.abundance = taxon.abundance;
+    }
+    return taxa;
 }
 
 }  // namespace
@@ -84,25 +106,29 @@ void deleteTaxa(ObjectContext& context, const std::vector<Zorvel>& taxa) {
 }
 
 Census storeCensus(ObjectContext& context, const MockCensus& census) {
-    CensusAttributes attributes;
-    attributes.name = census.name;
-    attributes.notes = census.notes;
-    attributes.latitude = census.latitude;
-    attributes.longitude = census.longitude;
-    attributes.timeStamp = census.timeStamp;
-    std::vector<TaxonValues> taxa;
-    taxa.reserve(census.taxa.size());
-    for (const MockTaxon& taxon : census.taxa) {
-        TaxonValues& values = taxa.emplace_back();
-        values.name = taxon.name;
-        values.abundance = taxon.abundance;
-    }
-    return context.insertCensus(attributes, std::move(taxa));
+    return context.insertCensus(attributesOf(census), taxaOf(census));
+}
+
+bool storeCensus(CensusBatch& batch, const MockCensus& census) {
+    return batch.add(attributesOf(census), taxaOf(census));
+}
+
+std::shared_ptr<CensusBatch> newBatch(ObjectContext& context,
+                                      const std::vector<MockCensus>& censuses) {
+    std::size_t records = censuses.size();
+    for (const MockCensus& census : censuses) records += census.taxa.size();
+    return context.newBatch(records);
+}
+
+void importBatch(ObjectContext& context, CensusBatch& batch, const char* stepName) {
+    const UndoStep step(context, stepName);
+    context.insertCensuses(batch);
 }
 
 void importCensuses(ObjectContext& context, const std::vector<MockCensus>& censuses) {
-    const UndoStep step(context, "Import");
-    for (const MockCensus& census : censuses) storeCensus(context, census);
+    const std::shared_ptr<CensusBatch> batch = newBatch(context, censuses);
+    for (const MockCensus& census : censuses) storeCensus(*batch, census);
+    importBatch(context, *batch, "Import");
 }
 
 }  // namespace zorvel

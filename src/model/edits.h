@@ -4,11 +4,13 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string_view>
 #include <vector>
 
 #include "interchange/import_records.h"
+#include "store/census_batch.h"
 #include "store/object_context.h"
 
 namespace zorvel {
@@ -37,6 +39,13 @@ void deleteTaxa(ObjectContext& context, const std::vector<Zorvel>& taxa);
 // One census record with all its taxa, at the end of the project: a step without a name where no
 // other is open. An empty name stays an empty text; an absent time is stored as none.
 Census storeCensus(ObjectContext& context, const MockCensus& census);
+
+// The same in a batch of the context, on any thread, where many are to be stored: the batch is made
+// for these censuses, is filled with them, and then becomes one step.
+std::shared_ptr<CensusBatch> newBatch(ObjectContext& context,
+                                      const std::vector<MockCensus>& censuses);
+bool storeCensus(CensusBatch& batch, const MockCensus& census);
+void importBatch(ObjectContext& context, CensusBatch& batch, const char* stepName);
 
 // All of them, in order, as one step.
 void importCensuses(ObjectContext& context, const std::vector<MockCensus>& censuses);

@@ -17,20 +17,40 @@ Parsed<std::vector<MockCensus>> asList(Parsed<MockCensus> parsed) {
     return list;
 }
 
+// A console line without the word or the letter that marks it.
+std::string_view withoutMark(std::string_view line) {
+    for (const std::string_view mark : {"WARNING: ", "ERROR: "}) {
+        if (line.substr(0, mark.size()) == mark) return line.substr(mark.size());
+    }
+    const bool lettered =
+        line.size() > 3 && line[0] >= 'A' && line[0] <= 'Z' && line[1] == ':' && line[2] == ' ';
+    return lettered ? line.substr(3) : line;
+}
+
 }  // namespace
 
-Parsed<std::vector<MockCensus>> parseFile(FileKind kind, std::string_view text) {
+Parsed<std::vector<MockCensus>> parseFile(FileKind kind, std::string_view text,
+                                          const std::stop_token& stop) {
     switch (kind) {
         case FileKind::list:
-            return asList(parseAbundanceList(text));
+            return asList(parseAbundanceList(text, stop));
         case FileKind::census:
-            return asList(parseCensus(text));
+            return asList(parseCensus(text, stop));
         case FileKind::matrix:
-            return parseCensusMatrix(text);
+            return parseCensusMatrix(text, stop);
         case FileKind::ios:
-            return parseIOSFile(text);
+            return parseIOSFile(text, stop);
     }
     return {};
+}
+
+std::string reasonOf(const std::vector<std::string>& consoleLines) {
+    std::string reasons;
+    for (const std::string& line : consoleLines) {
+        if (!reasons.empty()) reasons += "; ";
+        reasons += withoutMark(line);
+    }
+    return reasons.empty() ? "its contents are in none of the known formats" : reasons;
 }
 
 void storeCensuses(DiversityDocument& document, const std::vector<MockCensus>& censuses) {

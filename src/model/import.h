@@ -1,6 +1,8 @@
 // From the text of a file of any kind to the records of a project.
 #pragma once
 
+#include <stop_token>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -10,8 +12,14 @@
 
 namespace zorvel {
 
-// The parser of the kind; a list and a single census give one record.
-Parsed<std::vector<MockCensus>> parseFile(FileKind kind, std::string_view text);
+// The parser of the kind; a list and a single census give one record. Nothing at all where it is
+// told to stop.
+Parsed<std::vector<MockCensus>> parseFile(FileKind kind, std::string_view text,
+                                          const std::stop_token& stop = {});
+
+// What the console says, as a part of a sentence for the person at the screen: without the marks of
+// the lines.
+std::string reasonOf(const std::vector<std::string>& consoleLines);
 
 // All of them in one step of undo, see importCensuses().
 void storeCensuses(DiversityDocument& document, const std::vector<MockCensus>& censuses);

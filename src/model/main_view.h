@@ -2,6 +2,7 @@
 // none. Main thread.
 #pragma once
 
+#include <functional>
 #include <string_view>
 #include <vector>
 
@@ -27,9 +28,11 @@ class MainView {
     virtual void addSpeciesRow() = 0;
     virtual void deleteSpeciesRows() = 0;
 
-    // Something runs in the background: the text says what.
-    virtual void startProgress(std::string_view text) = 0;
-    virtual void stopProgress() = 0;
+    // Something runs in the background: the text says what. It can be given up by cancel(), where
+    // there is one. Each start is told to stop by the number that it got.
+    using ProgressId = int;
+    virtual ProgressId startProgress(std::string_view text, std::function<void()> cancel) = 0;
+    virtual void stopProgress(ProgressId progress) = 0;
 };
 
 }  // namespace zorvel

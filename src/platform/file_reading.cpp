@@ -12,7 +12,6 @@
 #include <utility>
 
 #include "model/file_messages.h"
-#include "model/text_project.h"
 #include "platform/file_names.h"
 #include "platform/project_writes.h"
 
@@ -38,18 +37,11 @@ bool isProject(const std::string& path) {
 }
 
 // "line 3, cell 7", as far as it is known.
-QString placeText(const TextProject& project) {
-    if (project.place.line == 0) return {};
-    QString line = tr("line %1").arg(project.place.line);
-    if (project.place.cell == 0) return line;
-    return line + tr(", cell %1").arg(project.place.cell);
-}
-
-QString failureText(const QString& name, const TextProject& project) {
-    const QString reason = QString::fromStdString(project.failure);
-    const QString place = placeText(project);
-    if (place.isEmpty()) return tr("%1 could not be read: %2").arg(name, reason);
-    return tr("%1 could not be read (%2): %3").arg(name, place, reason);
+QString placeText(const TextPlace& place) {
+    if (place.line == 0) return {};
+    QString line = tr("line %1").arg(place.line);
+    if (place.cell == 0) return line;
+    return line + tr(", cell %1").arg(place.cell);
 }
 
 FileReading readText(const QString& path) {
@@ -58,7 +50,8 @@ FileReading readText(const QString& path) {
     if (project.failure.empty()) {
         reading.records = std::move(project.records);
     } else {
-        reading.failure = failureText(QFileInfo(path).fileName(), project);
+        reading.failure =
+            unreadableMessage(QFileInfo(path).fileName(), project.failure, project.place);
     }
     return reading;
 }
@@ -74,6 +67,14 @@ FileReading failed(const QString& shownName, const FileProblem& problem) {
 
 QString projectMessage(const QString& shownName, const FileProblem& problem) {
     return shownName + ": " + QString::fromStdString(fileMessage(problem));
+}
+
+QString unreadableMessage(const QString& shownName, const std::string& reason,
+                          const TextPlace& place) {
+    const QString why = QString::fromStdString(reason);
+    const QString where = placeText(place);
+    if (where.isEmpty()) return tr("%1 could not be read: %2").arg(shownName, why);
+    return tr("%1 could not be read (%2): %3").arg(shownName, where, why);
 }
 
 FileReading readProjectFile(const QString& path, const QString& shownName,

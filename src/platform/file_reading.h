@@ -5,7 +5,9 @@
 #include <QString>
 #include <memory>
 #include <optional>
+#include <string>
 
+#include "model/text_project.h"
 #include "store/file_problem.h"
 #include "store/project_file.h"
 #include "store/project_records.h"
@@ -32,6 +34,10 @@ FileReading readProjectFile(const QString& path, const QString& shownName,
 
 // The records alone, of a file that is not to be changed; it is closed again.
 FileReading readCopy(const QString& path, const QString& shownName, ProjectFileOptions options);
+
+// "NAME could not be read (line 3, cell 7): reason", for a text file.
+QString unreadableMessage(const QString& shownName, const std::string& reason,
+                          const TextPlace& place);
 
 // "NAME: sentence".
 QString projectMessage(const QString& shownName, const FileProblem& problem);

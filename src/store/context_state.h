@@ -11,6 +11,7 @@
 #include <string_view>
 #include <vector>
 
+#include "store/census_batch.h"
 #include "store/census_block.h"
 #include "store/change_set.h"
 #include "store/chunk_list.h"
@@ -21,13 +22,21 @@
 namespace zorvel {
 
 // Names kept once by their bytes. Never shrinks: a project holds few names that it has not shown.
+// Large numbers of them that other threads look at are frozen, in layers.
 class NamePool {
   public:
     SharedText intern(const SharedText& name);
     std::optional<SharedText> intern(const std::optional<SharedText>& name);
-    [[nodiscard]] std::vector<SharedText> all() const { return {names_.begin(), names_.end()}; }
+    // Each name once.
+    [[nodiscard]] std::vector<SharedText> all() const;
+
+    // All names as they stand now, for another thread to look at.
+    NameLayers known();
+    // What that thread has met beside them.
+    void add(TextSet names);
 
   private:
+    NameLayers frozen_;
     TextSet names_;
 };
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "store/census_batch.h"
 #include "store/context_state.h"
 #include "store/taxon_cursor.h"
 
@@ -33,6 +34,17 @@ Census ObjectContext::insertCensus(const CensusAttributes& attributes,
     const RecordId id = block->id;
     state_->change({{id, nullptr, std::move(block)}});
     return Census(this, id);
+}
+
+std::shared_ptr<CensusBatch> ObjectContext::newBatch(std::size_t records) {
+    const RecordId first = state_->nextId;
+    state_->nextId += records;
+    return std::make_shared<CensusBatch>(first, state_->nextId, state_->names.known());
+}
+
+void ObjectContext::insertCensuses(CensusBatch& batch) {
+    state_->names.add(std::exchange(batch.newNames_, {}));
+    state_->change(std::exchange(batch.changes_, {}));
 }
 
 std::vector<TaxonRecord> ObjectContext::newRecords(std::vector<TaxonValues> taxa) {

@@ -22,6 +22,7 @@
 
 namespace zorvel {
 
+class CensusBatch;
 class ObjectContext;
 class Zorvel;
 
@@ -98,6 +99,11 @@ class ObjectContext {
     std::vector<Zorvel> insertTaxa(const Census& census, std::vector<TaxonValues> taxa);
     // A census with all its taxa at once, at the end of the project.
     Census insertCensus(const CensusAttributes& attributes, std::vector<TaxonValues> taxa);
+    // Many of them, made elsewhere: a batch for that many records, censuses and taxa counted
+    // together, and its censuses as one change. They stand where the batch was asked for, among
+    // those that are inserted meanwhile. The batch is empty afterwards.
+    std::shared_ptr<CensusBatch> newBatch(std::size_t records);
+    void insertCensuses(CensusBatch& batch);
 
     // Deleting and setting act on records of this context alone: a handle of a record that is gone,
     // or of another context (a frozen copy too), changes nothing. Nor does a value that the record

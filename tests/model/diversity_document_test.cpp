@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "model/edits.h"
+#include "tests/model/fake_view.h"
 
 namespace zorvel {
 namespace {
@@ -81,27 +82,6 @@ TEST(DiversityDocument, WithoutTurnsNothingIsAnnouncedByItself) {
     document.objectContext().announceChanges();
     EXPECT_EQ(heard, 1);
 }
-
-class FakeView : public MainView {
-  public:
-    explicit FakeView(const ObjectContext& shown) : context(shown) {}
-    [[nodiscard]] std::vector<Census> selectedCensuses() const override {
-        std::vector<Census> all = context.censuses();
-        return {all.begin(), all.begin() + selected};
-    }
-    TaxonFormatter& taxonFormatter() override { return formatter; }
-    void addCensusRow() override { commands += "+C"; }
-    void deleteCensusRows() override { commands += "-C"; }
-    void addSpeciesRow() override { commands += "+S"; }
-    void deleteSpeciesRows() override { commands += "-S"; }
-    void startProgress(std::string_view /*text*/) override {}
-    void stopProgress() override {}
-
-    const ObjectContext& context;
-    TaxonFormatter formatter;
-    std::ptrdiff_t selected = 0;
-    std::string commands;
-};
 
 void runCommands(DiversityDocument& document) {
     document.addCensus();

@@ -159,7 +159,7 @@ TEST_F(AnalysisWindowsTest, TheProjectWideWindowIsThereAtOnce) {
 }
 
 TEST_F(AnalysisWindowsTest, TheEndOfOneWorkLeavesTheWordsOfTheOthers) {
-    view().startProgress(std::string_view("importing census matrix..."));
+    const int import = view().startProgress("importing census matrix...", nullptr);
     view().startProgress("opening", "opening moss...");
     holdJobs();
     trigger("sampleBasedRarefaction");
@@ -171,7 +171,7 @@ TEST_F(AnalysisWindowsTest, TheEndOfOneWorkLeavesTheWordsOfTheOthers) {
     ASSERT_TRUE(waitUntil([this] { return curve() != nullptr; }));
     EXPECT_EQ(label("progressLabel"), "importing census matrix...");
     EXPECT_TRUE(view().isInProgress());
-    view().stopProgress();
+    view().stopProgress(import);
     EXPECT_EQ(label("progressLabel"), "");
     EXPECT_FALSE(view().isInProgress());
 }

@@ -46,11 +46,18 @@ class FakeAlerts : public Alerts {
         if (!answers.isEmpty()) answers.removeFirst();
         return place < 0 ? static_cast<int>(question.buttons.size()) - 1 : place;
     }
+    // What is likely, unless the test says otherwise.
+    int choose(QWidget* /*parent*/, const Choice& choice) override {
+        choices.append(choice);
+        return chosen.isEmpty() ? choice.preselected : chosen.takeFirst();
+    }
     void warn(QWidget* /*parent*/, const QString& text, const QString& informative) override {
         warnings.append(text + ": " + informative);
     }
     QStringList answers;
     QStringList asked;
+    QList<int> chosen;
+    QList<Choice> choices;
     QStringList warnings;
 };
 

@@ -63,9 +63,9 @@ TEST_F(OpeningTest, LongTextsLeaveTheWindowItsWidth) {
     open(write("cell.csv", ",a\nNorth," + QByteArray(5'000'000, 'x') + '\n'));
     EXPECT_LT(message().size(), 1000u);
     EXPECT_LE(window->mainView().minimumSizeHint().width(), width);
-    window->mainView().startProgress({}, QString(250, 'x'));
+    window->mainView().startProgress("long", QString(250, 'x'));
     EXPECT_LE(window->mainView().minimumSizeHint().width(), width);
-    window->mainView().stopProgress();
+    window->mainView().stopProgress("long");
     open(write("name.csv", ",a\n" + QByteArray(5'000'000, 'N') + ",3\n"));
     ASSERT_TRUE(waitUntil([this] { return !label("metricsNote").empty(); }));
     EXPECT_LT(label("metricsHeading").size(), 2000u);

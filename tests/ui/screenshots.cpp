@@ -124,7 +124,7 @@ class Session {
     }
     void progress() {
         openMites();
-        window_->mainView().startProgress(std::string_view("importing census matrix..."));
+        window_->mainView().startProgress("importing census matrix...", [] {});
     }
     void messages() {
         typical();

@@ -5,6 +5,7 @@
 #include <QPointer>
 #include <QPushButton>
 
+#include "ui/kit/choice_dialog.h"
 #include "ui/kit/look_style.h"
 #include "ui/kit/shown_text.h"
 
@@ -62,6 +63,14 @@ int DesktopAlerts::ask(QWidget* parent, const Question& question) {
     const int answer = clicked != nullptr ? clicked->property("place").toInt() : last;
     delete alert;
     return answer;
+}
+
+int DesktopAlerts::choose(QWidget* parent, const Choice& choice) {
+    const QPointer<ChoiceDialog> dialog(new ChoiceDialog(choice, parent));
+    const bool accepted = dialog->exec() == QDialog::Accepted;
+    const int chosen = dialog && accepted ? dialog->chosen() : -1;
+    delete dialog;
+    return chosen;
 }
 
 void DesktopAlerts::warn(QWidget* parent, const QString& text, const QString& informativeText) {

@@ -19,6 +19,17 @@ struct Question {
     int destructive = -1;
 };
 
+// One of several things, of which one is likely.
+struct Choice {
+    QString title;            // of the window
+    QString text;             // what is asked, a sentence
+    QString excerpt;          // what to judge by: lines of a file, shown as they are
+    QString informativeText;  // on it
+    QStringList options;      // with the letters that choose them, and what each means after a tab
+    int preselected = 0;
+    QString accept;  // of the button
+};
+
 class Alerts {
   public:
     Alerts() = default;
@@ -28,6 +39,8 @@ class Alerts {
 
     // The place of the button chosen. parent may be null; it may be gone afterwards.
     virtual int ask(QWidget* parent, const Question& question) = 0;
+    // The place of the option chosen; -1 where the person cancelled.
+    virtual int choose(QWidget* parent, const Choice& choice) = 0;
     virtual void warn(QWidget* parent, const QString& text, const QString& informativeText) = 0;
 };
 
@@ -37,6 +50,7 @@ bool mayReplace(Alerts& alerts, QWidget* parent, const QString& path);
 class DesktopAlerts final : public Alerts {
   public:
     int ask(QWidget* parent, const Question& question) override;
+    int choose(QWidget* parent, const Choice& choice) override;
     void warn(QWidget* parent, const QString& text, const QString& informativeText) override;
 };
 

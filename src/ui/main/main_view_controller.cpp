@@ -7,6 +7,7 @@
 #include <QIODevice>
 #include <QIcon>
 #include <QItemSelectionModel>
+#include <QKeyEvent>
 #include <utility>
 
 #include "ui/kit/glyphs.h"
@@ -24,6 +25,14 @@
 #include "ui_main_view.h"
 
 namespace zorvel {
+
+namespace {
+
+QString progressName(MainView::ProgressId progress) {
+    return QString("progress %1").arg(progress);
+}
+
+}  // namespace
 
 MainViewController::MainViewController(DiversityDocument& document, JobQueue& jobs,
                                        RandomSourceMaker makeRandom, const Panels& panels,
@@ -75,6 +84,8 @@ void MainViewController::setUpButtons() {
     for (QToolButton* button : {ui_->removeCensusButton, ui_->removeSpeciesButton}) {
         button->setIcon(glyphIcon(Glyph::minus));
     }
+    connect(ui_->cancelProgressButton, &QPushButton::clicked, this,
+            &MainViewController::cancelProgress);
     connect(ui_->openButton, &QPushButton::clicked, this, &MainViewController::openRequested);
     connect(ui_->addFirstCensusButton, &QPushButton::clicked, this,
             &MainViewController::addCensusRow);
@@ -270,8 +281,9 @@ void MainViewController::showSpeciesCount() {
     ui_->sharedNamesLabel->setVisible(!shared.isEmpty());
 }
 
-void MainViewController::startProgress(const QString& name, const QString& text) {
-    running_.start(name, text);
+void MainViewController::startProgress(const QString& name, const QString& text,
+                                       std::function<void()> cancel) {
+    running_.start(name, text, std::move(cancel));
     showProgress();
 }
 
@@ -280,12 +292,32 @@ void MainViewController::stopProgress(const QString& name) {
     showProgress();
 }
 
-void MainViewController::startProgress(std::string_view text) {
-    startProgress({}, QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
+MainView::ProgressId MainViewController::startProgress(std::string_view text,
+                                                       std::function<void()> cancel) {
+    startProgress(progressName(++lastProgress_),
+                  QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())),
+                  std::move(cancel));
+    return lastProgress_;
 }
 
-void MainViewController::stopProgress() {
-    stopProgress(QString());
+void MainViewController::stopProgress(ProgressId progress) {
+    stopProgress(progressName(progress));
+}
+
+bool MainViewController::isInProgressBeside(const QString& name) const {
+    return running_.hasOther(name);
+}
+
+// What it does may end the work, and with it the function.
+void MainViewController::cancelProgress() {
+    const std::function<void()> cancel = running_.cancel();
+    if (cancel) cancel();
+}
+
+// Comes here where nothing that has the focus takes it.
+void MainViewController::keyPressEvent(QKeyEvent* event) {
+    if (event->matches(QKeySequence::Cancel) && running_.cancel()) return cancelProgress();
+    QWidget::keyPressEvent(event);
 }
 
 void MainViewController::showProgress() {
@@ -296,6 +328,7 @@ void MainViewController::showProgress() {
         ui_->progressIndicator->stopAnimation();
     }
     ui_->progressLabel->setText(running_.text());
+    ui_->cancelProgressButton->setVisible(running_.cancel() != nullptr);
     ui_->progressRow->setVisible(runs);
     showRightPage();
 }

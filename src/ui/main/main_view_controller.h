@@ -24,6 +24,7 @@ class AnalysisCommands;
 class CensusTableModel;
 class JobQueue;
 class MessageStrip;
+struct PrintedSheet;
 class ProjectWideMetricsWindowController;
 class RarefactionWindowController;
 class RecordTableView;
@@ -61,6 +62,10 @@ class MainViewController : public QWidget, public MainView {
     void redo();
 
     void copyAllMetrics();
+    // The selected census for paper: its metrics, and its species in the order in which they are
+    // shown. It holds the records as they stand. Absent, and the strip says why, where none is
+    // selected; also where what is being typed cannot be stored.
+    [[nodiscard]] std::optional<PrintedSheet> printedCensus();
 
     // Rows of one of the tables, by way of the clipboard. What is pasted is selected and in sight;
     // the strip says why where nothing could be pasted.
@@ -76,12 +81,16 @@ class MainViewController : public QWidget, public MainView {
     bool readyToClose();
 
     // The indicator turns and the label says what runs: of several works, each of a name of its
-    // own, the one that began last. Work without a name is one of them.
-    void startProgress(const QString& name, const QString& text);
+    // own, the one that began last. Work that can be cancelled has a button for it.
+    void startProgress(const QString& name, const QString& text, std::function<void()> cancel = {});
     void stopProgress(const QString& name);
-    void startProgress(std::string_view text) override;
-    void stopProgress() override;
+    ProgressId startProgress(std::string_view text, std::function<void()> cancel) override;
+    void stopProgress(ProgressId progress) override;
     [[nodiscard]] bool isInProgress() const;
+    // Whether work of another name runs.
+    [[nodiscard]] bool isInProgressBeside(const QString& name) const;
+    // Gives up the work that the label names, where it can be cancelled.
+    void cancelProgress();
 
     // The project's name, for the windows of analyses, which bear it from then on.
     void setProjectName(const QString& name);
@@ -116,6 +125,7 @@ class MainViewController : public QWidget, public MainView {
 
   protected:
     void changeEvent(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
   private slots:
     void tableViewSelectionDidChange();
@@ -159,6 +169,7 @@ class MainViewController : public QWidget, public MainView {
     TableColumns* censusColumns_ = nullptr;
     TableColumns* speciesColumns_ = nullptr;
     RunningWork running_;
+    ProgressId lastProgress_ = 0;
     TaxonFormatter taxonFormatter_;
     ObjectContext::ObserverId observer_;
     std::optional<RecordId> shownCensus_;

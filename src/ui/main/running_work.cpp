@@ -1,6 +1,7 @@
 #include "ui/main/running_work.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace zorvel {
 
@@ -9,13 +10,18 @@ QList<RunningWork::Work>::iterator RunningWork::find(const QString& name) {
                         [&name](const Work& work) { return work.name == name; });
 }
 
-void RunningWork::start(const QString& name, const QString& text) {
+void RunningWork::start(const QString& name, const QString& text, std::function<void()> cancel) {
     const auto found = find(name);
     if (found == works_.end()) {
-        works_.append({name, text});
+        works_.append({name, text, std::move(cancel)});
     } else {
-        found->text = text;
+        *found = {name, text, std::move(cancel)};
     }
+}
+
+bool RunningWork::hasOther(const QString& name) const {
+    return std::any_of(works_.begin(), works_.end(),
+                       [&name](const Work& work) { return work.name != name; });
 }
 
 void RunningWork::stop(const QString& name) {

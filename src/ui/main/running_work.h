@@ -4,24 +4,31 @@
 
 #include <QList>
 #include <QString>
+#include <functional>
 
 namespace zorvel {
 
 class RunningWork {
   public:
     // Work of that name which runs already has other words from now on, and stands where it stood.
-    void start(const QString& name, const QString& text);
+    void start(const QString& name, const QString& text, std::function<void()> cancel = {});
     // Nothing where no work of that name runs.
     void stop(const QString& name);
 
     [[nodiscard]] bool isEmpty() const { return works_.isEmpty(); }
+    [[nodiscard]] bool hasOther(const QString& name) const;
     // The words of what began last; empty where nothing runs.
     [[nodiscard]] QString text() const { return isEmpty() ? QString() : works_.back().text; }
+    // How it is given up; null where it cannot be.
+    [[nodiscard]] std::function<void()> cancel() const {
+        return isEmpty() ? nullptr : works_.back().cancel;
+    }
 
   private:
     struct Work {
         QString name;
         QString text;
+        std::function<void()> cancel;
     };
     [[nodiscard]] QList<Work>::iterator find(const QString& name);
 

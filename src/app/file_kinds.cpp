@@ -1,0 +1,173 @@
+#include "app/file_kinds.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QPointer>
+#include <QRegularExpression>
+#include <algorithm>
+#include <array>
+#include <string>
+#include <utility>
+
+#include "app/project_windows.h"
+#include "interchange/text_file.h"
+#include "platform/file_names.h"
+#include "platform/job_queue.h"
+#include "platform/project_writes.h"
+#include "ui/kit/alerts.h"
+#include "ui/kit/shown_text.h"
+#include "ui/main/main_window_controller.h"
+
+namespace zorvel {
+
+namespace {
+
+constexpr std::size_t sampleSize = 65536;  // bytes
+constexpr int excerptLines = 5;
+constexpr qsizetype longestLine = 200;  // characters
+
+QString tr(const char* text) {
+    return QCoreApplication::translate("FileKinds", text);
+}
+
+// The first bytes of a regular file; reading another would take from whoever waits for it.
+std::string firstBytes(const QString& path) {
+    const std::string encoded = encodedPath(path);
+    struct stat status {};
+    if (::stat(encoded.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return {};
+    const int descriptor = ::open(encoded.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    if (descriptor < 0) return {};
+    std::string bytes(sampleSize, '\0');
+    const ssize_t count = ::read(descriptor, bytes.data(), bytes.size());
+    ::close(descriptor);
+    bytes.resize(count > 0 ? static_cast<std::size_t>(count) : 0);
+    return bytes;
+}
+
+// Without the last line where the file goes on, which may be cut within a character.
+std::string wholeLines(std::string bytes) {
+    if (bytes.size() == sampleSize) bytes.resize(bytes.find_last_of("\r\n") + 1);
+    return bytes;
+}
+
+QString excerptOf(const QString& text) {
+    static const QRegularExpression lineBreak("\r\n|[\r\n]");
+    QStringList lines = text.split(lineBreak);
+    const bool more = lines.size() > excerptLines;
+    while (lines.size() > excerptLines) lines.removeLast();
+    for (QString& line : lines) line = shortened(line, longestLine);
+    return lines.join('\n').trimmed() + (more ? QString("\n…") : QString());
+}
+
+using Samples = std::vector<FileSample>;
+
+struct Kind {
+    FileKind kind;
+    QString title;
+    QString meaning;
+};
+
+const std::array<Kind, 4>& kinds() {
+    static const std::array<Kind, 4> all = {
+        Kind{FileKind::list, tr("&Abundance list"), tr("numbers alone: one census without names")},
+        Kind{FileKind::census, tr("&Single census"), tr("a species and its number on each line")},
+        Kind{FileKind::matrix, tr("Census &matrix"),
+             tr("species in the first line, then a census on each line")},
+        Kind{FileKind::ios, tr("&Phone-app file"), tr("an export of the phone app")},
+    };
+    return all;
+}
+
+Choice choiceOf(const Samples& alike) {
+    Choice choice;
+    choice.title = tr("Import");
+    const QString name = shortened(QFileInfo(alike.front().path).fileName(), 80);
+    const auto count = static_cast<int>(alike.size());
+    choice.text = count == 1 ? tr("What does “%1” hold?").arg(name)
+                             : tr("What do these %L1 files hold?").arg(count);
+    choice.excerpt = alike.front().firstLines;
+    if (count > 1) {
+        choice.informativeText = tr("All %L1 files look alike; these are the first lines of “%2”.")
+                                     .arg(QString::number(count), name);
+    }
+    for (const Kind& kind : kinds()) {
+        if (kind.kind == alike.front().guess) {
+            choice.preselected = static_cast<int>(choice.options.size());
+        }
+        choice.options.append(kind.title + '\t' + kind.meaning);
+    }
+    choice.accept = count == 1 ? tr("Import") : tr("Import All %L1 Files").arg(count);
+    return choice;
+}
+
+// What the person says of each doubtful kind; absent where she cancelled.
+std::optional<FileKind> askFor(FileKind guess, const Samples& samples, Alerts& alerts,
+                               QWidget* window) {
+    Samples alike;
+    std::copy_if(samples.begin(), samples.end(), std::back_inserter(alike),
+                 [&](const FileSample& sample) {
+                     return sample.isText && !sample.certain && sample.guess == guess;
+                 });
+    if (alike.empty()) return guess;
+    const int chosen = alerts.choose(window, choiceOf(alike));
+    if (chosen < 0) return std::nullopt;
+    return kinds().at(static_cast<std::size_t>(chosen)).kind;
+}
+
+std::vector<KnownFile> decide(const Samples& samples, Alerts& alerts,
+                              const QPointer<MainWindowController>& window) {
+    std::array<std::optional<FileKind>, 4> answers;
+    for (std::size_t i = 0; i < answers.size(); ++i) {
+        answers.at(i) = askFor(kinds().at(i).kind, samples, alerts, window);
+    }
+    std::vector<KnownFile> files;
+    for (const FileSample& sample : samples) {
+        if (!sample.isText) {
+            files.push_back({sample.path});
+            continue;
+        }
+        const auto place =
+            std::find_if(kinds().begin(), kinds().end(),
+                         [&](const Kind& kind) { return kind.kind == sample.guess; }) -
+            kinds().begin();
+        const std::optional<FileKind> kind =
+            sample.certain ? sample.guess : answers.at(static_cast<std::size_t>(place));
+        if (kind) files.push_back({sample.path, KnownFile::Sort::text, *kind});
+    }
+    return files;
+}
+
+}  // namespace
+
+FileSample sampleFile(const QString& path) {
+    FileSample sample;
+    sample.path = path;
+    const std::string bytes = firstBytes(path);
+    if (bytes.empty() || path.endsWith(projectEnding) || startsLikeProject(bytes)) return sample;
+    const Result<std::string> text = decodeText(wholeLines(bytes));
+    if (!text.ok() || text.value().empty()) return sample;
+    sample.isText = true;
+    sample.guess = guessFileKind(text.value());
+    sample.certain = isCertain(sample.guess, text.value());
+    sample.firstLines = excerptOf(QString::fromStdString(text.value()));
+    return sample;
+}
+
+void findKinds(ProjectWindows& windows, MainWindowController* window, const QStringList& paths,
+               std::function<void(const std::vector<KnownFile>& files)> receive) {
+    windows.jobs().start(
+        &windows,
+        [paths] {
+            Samples samples;
+            for (const QString& path : paths) samples.push_back(sampleFile(path));
+            return samples;
+        },
+        [&windows, guard = QPointer<MainWindowController>(window), receive = std::move(receive)](
+            const Samples& samples) { receive(decide(samples, windows.panels().alerts, guard)); });
+}
+
+}  // namespace zorvel

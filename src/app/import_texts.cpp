@@ -1,0 +1,73 @@
+#include "app/import_texts.h"
+
+#include <QCoreApplication>
+#include <QLocale>
+#include <QStringList>
+
+#include "model/import.h"
+#include "model/import_drivers.h"
+#include "platform/file_reading.h"
+
+namespace zorvel {
+
+namespace {
+
+QString tr(const char* text) {
+    return QCoreApplication::translate("ImportTexts", text);
+}
+
+// A number and its noun, which is one of two.
+QString counted(std::size_t count, const QString& one, const QString& many) {
+    return count == 1 ? one : many.arg(QLocale().toString(qulonglong{count}));
+}
+
+QString storedMessage(const QString& fileName, const ImportReport& report) {
+    if (report.censuses == 0) return tr("There is no census in %1.").arg(fileName);
+    const QString censuses = counted(report.censuses, tr("1 census"), tr("%1 censuses"));
+    const QString taxa = counted(report.taxa, tr("1 taxon"), tr("%1 taxa"));
+    const QString note = leftOutNote(report.leftOut);
+    const QString stored = tr("Imported %1 with %2 from %3.").arg(censuses, taxa, fileName);
+    return note.isEmpty() ? stored : stored + ' ' + note;
+}
+
+}  // namespace
+
+QString leftOutNote(const LeftOut& leftOut) {
+    QStringList sentences;
+    if (leftOut.unfinishedLines > 0) {
+        sentences.append(tr("Its last line is not finished and was left out."));
+    }
+    if (leftOut.markedRows > 0) {
+        sentences.append(counted(leftOut.markedRows,
+                                 tr("A row called “imported census” was left out."),
+                                 tr("%1 rows called “imported census” were left out.")));
+    }
+    if (leftOut.shortRows > 0) {
+        sentences.append(counted(
+            leftOut.shortRows,
+            tr("A row has fewer values than there are species: the missing ones count as 0."),
+            tr("%1 rows have fewer values than there are species: the missing ones count "
+               "as 0.")));
+    }
+    if (leftOut.negativeCells > 0) {
+        sentences.append(counted(leftOut.negativeCells, tr("A negative abundance counts as 0."),
+                                 tr("%1 negative abundances count as 0.")));
+    }
+    return sentences.join(' ');
+}
+
+QString importMessage(const QString& fileName, const ImportReport& report) {
+    switch (report.outcome) {
+        case ImportReport::Outcome::stored:
+            return storedMessage(fileName, report);
+        case ImportReport::Outcome::refused:
+            return unreadableMessage(fileName, reasonOf(report.consoleLines), report.place);
+        case ImportReport::Outcome::cancelled:
+            return tr("The import of %1 was cancelled. Nothing was stored.").arg(fileName);
+        case ImportReport::Outcome::noWindow:
+            break;
+    }
+    return {};
+}
+
+}  // namespace zorvel

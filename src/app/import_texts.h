@@ -1,0 +1,19 @@
+// What a window says of an import that has ended.
+#pragma once
+
+#include <QString>
+
+namespace zorvel {
+
+struct ImportReport;
+struct LeftOut;
+
+// A sentence or more, of the file of that name: what was stored and what was left out, or why
+// nothing was stored.
+QString importMessage(const QString& fileName, const ImportReport& report);
+
+// What a format leaves out by its rules and the person would miss, in sentences; empty where
+// nothing. Absent taxa are not missed.
+QString leftOutNote(const LeftOut& leftOut);
+
+}  // namespace zorvel

@@ -1,0 +1,42 @@
+// A main view without a window: it selects the first censuses of a context, and keeps what it was
+// told.
+#pragma once
+
+#include <functional>
+#include <map>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "model/main_view.h"
+
+namespace zorvel {
+
+class FakeView : public MainView {
+  public:
+    explicit FakeView(const ObjectContext& shown) : context(shown) {}
+    [[nodiscard]] std::vector<Census> selectedCensuses() const override {
+        std::vector<Census> all = context.censuses();
+        return {all.begin(), all.begin() + selected};
+    }
+    TaxonFormatter& taxonFormatter() override { return formatter; }
+    void addCensusRow() override { commands += "+C"; }
+    void deleteCensusRows() override { commands += "-C"; }
+    void addSpeciesRow() override { commands += "+S"; }
+    void deleteSpeciesRows() override { commands += "-S"; }
+    ProgressId startProgress(std::string_view text, std::function<void()> cancel) override {
+        running[++lastProgress] = {std::string(text), std::move(cancel)};
+        return lastProgress;
+    }
+    void stopProgress(ProgressId progress) override { running.erase(progress); }
+
+    const ObjectContext& context;
+    TaxonFormatter formatter;
+    std::ptrdiff_t selected = 0;
+    std::string commands;
+    std::map<ProgressId, std::pair<std::string, std::function<void()>>> running;
+    ProgressId lastProgress = 0;
+};
+
+}  // namespace zorvel
