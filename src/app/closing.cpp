@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "app/document_commands.h"
+#include "app/exports.h"
 #include "app/project_windows.h"
 #include "app/quitting.h"
 #include "platform/document_controller.h"
@@ -17,8 +18,9 @@ bool ProjectWindows::mayClose(MainWindowController& window) {
         const QPointer<MainWindowController> guard(&window);
         if (!window.mainView().readyToClose() || !askToKeep(window)) return false;
         const bool discards = std::count(discarded_.begin(), discarded_.end(), &window.document());
-        if (isLast(window) && !settleBeforeQuitting(documents_, jobs_, panels_,
-                                                    discards ? &window.document() : nullptr)) {
+        if (isLast(window) && !(exports_->mayQuit() &&
+                                settleBeforeQuitting(documents_, jobs_, panels_,
+                                                     discards ? &window.document() : nullptr))) {
             discarded_.clear();
             return false;
         }
@@ -33,7 +35,7 @@ bool ProjectWindows::mayClose(MainWindowController& window) {
 bool ProjectWindows::mayCloseSecondary(QWidget& window) {
     const QPointer<QWidget> guard(&window);
     return quitting_ || !isLast(window) ||
-           (settleBeforeQuitting(documents_, jobs_, panels_) && guard);
+           (exports_->mayQuit() && settleBeforeQuitting(documents_, jobs_, panels_) && guard);
 }
 
 bool ProjectWindows::isLast(const QWidget& window) const {
@@ -92,7 +94,7 @@ bool ProjectWindows::quit() {
     for (MainWindowController* window : windows()) {
         if (!window->mainView().readyToClose()) return false;
     }
-    if (!settleBeforeQuitting(documents_, jobs_, panels_)) return false;
+    if (!exports_->mayQuit() || !settleBeforeQuitting(documents_, jobs_, panels_)) return false;
     quitting_ = true;
     for (MainWindowController* window : windows()) window->close();
     secondary_.closeAll();

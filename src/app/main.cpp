@@ -8,6 +8,7 @@
 #include "app/application_delegate.h"
 #include "app/command_line.h"
 #include "app/look_choice.h"
+#include "app/printing.h"
 #include "app/project_windows.h"
 #include "app/start_up.h"
 #include "metrics/random_source.h"
@@ -53,12 +54,14 @@ int main(int argc, char** argv) {
     zorvel::DesktopAlerts alerts;
     zorvel::DesktopColorPanel colors;
     zorvel::DesktopLinkOpener links;
+    zorvel::DesktopPrintPanel printPanel;
     int status = 0;
     {
         zorvel::DocumentController documents(jobs, zorvel::DocumentController::userFolders());
         zorvel::ProjectWindows windows(documents, jobs,
                                        [] { return std::make_unique<zorvel::SystemRandom>(); },
                                        look, {openPanel, savePanel, alerts});
+        zorvel::Printing printing(windows, printPanel);
         zorvel::AppDelegate delegate(windows, colors, links);
         delegate.applicationDidFinishLaunching(zorvel::filesOf(arguments));
         status = QApplication::exec();

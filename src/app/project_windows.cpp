@@ -9,6 +9,9 @@
 #include "app/backups_window.h"
 #include "app/document_commands.h"
 #include "app/exports.h"
+#include "app/file_kinds.h"
+#include "app/import_texts.h"
+#include "app/imports.h"
 #include "app/menus.h"
 #include "platform/document_controller.h"
 #include "ui/analysis/project_wide_metrics_window_controller.h"
@@ -42,6 +45,11 @@ ProjectWindows::ProjectWindows(DocumentController& documents, JobQueue& jobs,
     connect(&secondary_, &SecondaryWindows::quitRequested, this, &ProjectWindows::quit);
     connect(&documents_, &DocumentController::documentDidOpen, this,
             [this](Document* document, const QString& path) { documentDidOpen(*document, path); });
+    connect(&documents_, &DocumentController::documentDidLeaveOut, this,
+            [this](const Document* document, const QString& path, const LeftOut& leftOut) {
+                const QString note = leftOutNote(QFileInfo(path).fileName(), leftOut);
+                if (!note.isEmpty()) tell(windowOf(*document), note);
+            });
     connect(&documents_, &DocumentController::openDidFail, this, &ProjectWindows::openDidFail);
     connect(&documents_, &DocumentController::changesWereKept, this,
             [this](const QString& message) { tell(nullptr, message); });
@@ -63,7 +71,7 @@ std::vector<MainWindowController*> ProjectWindows::windows() const {
 void ProjectWindows::start(const QStringList& files) {
     MainWindowController& first = openUntitled();
     documents_.recover();
-    for (const QString& file : files) openFile(file, &first);
+    openFiles(files, &first);
 }
 
 MainWindowController& ProjectWindows::openUntitled() {
@@ -86,9 +94,8 @@ void ProjectWindows::connectWindow(MainWindowController& window) {
     addMenus(window, *this, look_);
     MainWindowController* const shown = &window;
     connect(shown, &MainWindowController::openRequested, this, [=, this] { chooseFile(*shown); });
-    connect(shown, &MainWindowController::filesDropped, this, [=, this](const QStringList& paths) {
-        for (const QString& path : paths) openFile(path, shown);
-    });
+    connect(shown, &MainWindowController::filesDropped, this,
+            [=, this](const QStringList& paths) { takeDroppedFiles(paths, *shown); });
     connect(this, &ProjectWindows::preferencesDidChange, shown,
             [=] { shown->mainView().updateMetrics(); });
     connect(shown, &MainWindowController::saveAsRequested, this,
@@ -113,13 +120,44 @@ void ProjectWindows::addAnalysisWindow(QWidget& opened) {
 
 void ProjectWindows::chooseFile(MainWindowController& window) {
     const QPointer<MainWindowController> guard(&window);
-    for (const QString& path : panels_.open.chooseFiles(&window)) openFile(path, guard);
+    const QStringList paths = panels_.open.chooseFiles(&window);
+    openFiles(paths, guard);
 }
 
-void ProjectWindows::openFile(const QString& path, MainWindowController* window) {
-    openings_.push_back({path, window});
+void ProjectWindows::openFiles(const QStringList& paths, MainWindowController* window) {
+    if (paths.isEmpty()) return;
+    for (const QString& path : paths) openings_.push_back({path, window});
     if (window != nullptr) showProgress(*window);
-    documents_.open(path);
+    findKinds(*this, window, paths,
+              [this, paths](const std::vector<KnownFile>& known) { openKnownFiles(paths, known); });
+}
+
+// What the person does not want after all is not among the known ones.
+void ProjectWindows::openKnownFiles(const QStringList& asked, const std::vector<KnownFile>& known) {
+    auto next = known.begin();
+    for (const QString& path : asked) {
+        if (next == known.end() || next->path != path) {
+            endOpening(path);
+            continue;
+        }
+        documents_.open(path, next->isText ? std::optional(next->kind) : std::nullopt);
+        ++next;
+    }
+}
+
+void ProjectWindows::takeDroppedFiles(const QStringList& paths, MainWindowController& window) {
+    const CommandWindow command(&window);
+    findKinds(*this, &window, paths, [this, command](const std::vector<KnownFile>& known) {
+        std::vector<KnownFile> texts;
+        for (const KnownFile& file : known) {
+            if (file.isText) {
+                texts.push_back(file);
+            } else {
+                openFile(file.path, command.window);
+            }
+        }
+        importFiles(*this, command, texts);
+    });
 }
 
 // Of several openings the oldest one's name is shown.

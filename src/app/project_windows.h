@@ -21,6 +21,7 @@ class Document;
 class DocumentController;
 class Exports;
 class JobQueue;
+struct KnownFile;
 class LookChoice;
 class MainWindowController;
 
@@ -38,10 +39,17 @@ class ProjectWindows : public QObject {
     // An empty project in a window of its own, shown.
     MainWindowController& openUntitled();
 
-    // Reads the file in the background. It takes the given window if that is free, and another
-    // otherwise; the given window tells of a file that cannot be read. A project that is open
-    // already comes to the front.
-    void openFile(const QString& path, MainWindowController* window = nullptr);
+    // Reads the files in the background; the person is asked what a text file holds where its first
+    // lines leave a doubt. Each becomes a project, which takes the given window if that is free,
+    // and another otherwise; the given window tells of a file that cannot be read. A project that
+    // is open already comes to the front.
+    void openFiles(const QStringList& paths, MainWindowController* window = nullptr);
+    void openFile(const QString& path, MainWindowController* window = nullptr) {
+        openFiles({path}, window);
+    }
+
+    // The same for files dropped on a window, but for texts: they are imported into its project.
+    void takeDroppedFiles(const QStringList& paths, MainWindowController& window);
 
     // Asks for files and opens them.
     void chooseFile(MainWindowController& window);
@@ -91,6 +99,7 @@ class ProjectWindows : public QObject {
     void addAnalysisWindow(QWidget& opened);
     void documentDidOpen(Document& document, const QString& path);
     void openDidFail(const QString& path, const QString& message);
+    void openKnownFiles(const QStringList& asked, const std::vector<KnownFile>& known);
     QPointer<MainWindowController> endOpening(const QString& path);
     void showProgress(MainWindowController& window);
     [[nodiscard]] MainWindowController* windowOf(const Document& document) const;

@@ -6,8 +6,10 @@
 #include <functional>
 #include <utility>
 
+#include "app/exports.h"
 #include "app/imports.h"
 #include "app/project_windows.h"
+#include "app/species_list_command.h"
 #include "ui/main/main_window_controller.h"
 
 namespace zorvel {
@@ -35,14 +37,17 @@ void addImportMenu(QMenu& file, MainWindowController& window, ProjectWindows& wi
     add("importCensusMatrixMenuItemTapped", tr("Census &Matrix..."), FileKind::matrix);
     add("importIOSFileMenuItemTapped", tr("&Phone-App File..."), FileKind::ios);
     menu.addSeparator();
-    addCommand(menu, "importSpeciesListMenuItemTapped", tr("Species &List..."), [] {});
+    addCommand(menu, "importSpeciesListMenuItemTapped", tr("Species &List..."),
+               [&] { importSpeciesList(windows, &window); });
 }
 
-void addExportMenu(QMenu& file, MainWindowController& /*window*/, ProjectWindows& /*windows*/) {
+void addExportMenu(QMenu& file, MainWindowController& window, ProjectWindows& windows) {
     QMenu& menu = *file.addMenu(tr("&Export"));
     menu.setObjectName("exportMenu");
-    addCommand(menu, "exportCensusMatrixMenuItemTapped", tr("Census &Matrix..."), [] {});
-    addCommand(menu, "exportMetricsMenuItemTapped", tr("Me&trics..."), [] {});
+    addCommand(menu, "exportCensusMatrixMenuItemTapped", tr("Census &Matrix..."),
+               [&] { windows.exports().exportCensusMatrix(&window); });
+    addCommand(menu, "exportMetricsMenuItemTapped", tr("Me&trics..."),
+               [&] { windows.exports().exportMetrics(&window); });
 }
 
 }  // namespace

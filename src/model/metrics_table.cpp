@@ -22,15 +22,31 @@ MetricRow metricRow(const CountsVector& counts, RandomSource& random) {
             metrics.buzasE};
 }
 
-}  // namespace
-
-MetricsTable buildMetricsTable(const std::vector<Census>& censuses, RandomSource& random) {
+MetricsTable tableWithoutRows(const std::vector<Census>& censuses) {
     MetricsTable table;
     table.columnTitles.assign(metricColumnTitles.begin(), metricColumnTitles.end());
     table.censusNames = censusNameList(censuses);
     table.rows.reserve(censuses.size());
+    return table;
+}
+
+}  // namespace
+
+MetricsTable buildMetricsTable(const std::vector<Census>& censuses, RandomSource& random) {
+    MetricsTable table = tableWithoutRows(censuses);
     for (const Census& census : censuses) {
         table.rows.push_back(metricRow(fullCountsVector(census), random));
+    }
+    return table;
+}
+
+std::optional<MetricsTable> buildMetricsTable(const std::vector<Census>& censuses,
+                                              const RandomSourceMaker& makeRandom,
+                                              const std::function<bool()>& goesOn) {
+    MetricsTable table = tableWithoutRows(censuses);
+    for (const Census& census : censuses) {
+        if (!goesOn()) return std::nullopt;
+        table.rows.push_back(metricRow(fullCountsVector(census), *makeRandom()));
     }
     return table;
 }

@@ -1,6 +1,8 @@
 // The metrics table of a list of censuses: what the metrics export writes.
 #pragma once
 
+#include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -20,5 +22,11 @@ struct MetricsTable {
 // All taxa of each census take part, whatever their include flag. SQS with 100 trials at the fixed
 // quota 0.8; 0 where it gives no estimate.
 MetricsTable buildMetricsTable(const std::vector<Census>& censuses, RandomSource& random);
+
+// The same with a source of its own for each census, so that a seed gives a census the same row
+// whatever stands before it. goesOn() is asked before each; absent where it is false.
+std::optional<MetricsTable> buildMetricsTable(const std::vector<Census>& censuses,
+                                              const RandomSourceMaker& makeRandom,
+                                              const std::function<bool()>& goesOn);
 
 }  // namespace zorvel

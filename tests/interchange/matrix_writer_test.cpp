@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
 
 #include <cstdint>
+#include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "interchange/parsers.h"
@@ -49,6 +51,49 @@ TEST(MatrixWriter, RowsOfTheLongestCells) {
                                                    std::vector<std::string>(taxa), {"N"});
         EXPECT_TRUE(text.ends_with("\nN" + row + "\n")) << taxa;
     }
+}
+
+SparseCounts randomMatrix(std::mt19937_64& random, std::size_t rows, std::size_t columns) {
+    SparseCounts matrix(columns);
+    for (std::size_t row = 0; row < rows; ++row) {
+        std::vector<SparseCounts::Column> places;
+        CountsVector counts;
+        const std::uint64_t presence = random() % 101;
+        for (std::size_t column = 0; column < columns; ++column) {
+            if (random() % 100 >= presence) continue;
+            places.push_back(static_cast<SparseCounts::Column>(column));
+            counts.push_back(static_cast<std::int64_t>(random()) >> (random() % 64));
+        }
+        matrix.addRow(places, counts);
+    }
+    return matrix;
+}
+
+// The last one is wider than a piece.
+TEST(MatrixWriter, SparseRowsGiveTheSameText) {
+    std::mt19937_64 random(5);
+    for (const auto& [rows, columns] : std::vector<std::pair<std::size_t, std::size_t>>{
+             {0, 0}, {0, 4}, {3, 0}, {1, 1}, {40, 1}, {7, 30}, {200, 90}, {3, 200'000}}) {
+        const SparseCounts matrix = randomMatrix(random, rows, columns);
+        const std::vector<std::string> taxa(columns, "t");
+        std::vector<std::string> censuses;
+        for (std::size_t i = 0; i < rows; ++i) censuses.push_back("N" + std::to_string(i));
+        std::string text;
+        EXPECT_TRUE(writeCensusMatrix(matrix, taxa, censuses, [&](std::string_view piece) {
+            text += piece;
+            return true;
+        }));
+        EXPECT_TRUE(text == writeCensusMatrix(matrix.dense(), taxa, censuses)) << rows << columns;
+    }
+}
+
+TEST(MatrixWriter, StopsWhereNoMoreIsWanted) {
+    std::mt19937_64 random(5);
+    int pieces = 0;
+    EXPECT_FALSE(writeCensusMatrix(randomMatrix(random, 9, 200'000),
+                                   std::vector<std::string>(200'000), std::vector<std::string>(9),
+                                   [&](std::string_view) { return ++pieces < 2; }));
+    EXPECT_EQ(pieces, 2);
 }
 
 TEST(MatrixWriter, ReadsBack) {

@@ -75,6 +75,9 @@ class Builder {
         widgets_.copyAll = new QPushButton(tr("Copy &All"), widgets_.content);
         widgets_.copyAll->setObjectName("copyAllMetrics");
         line->addWidget(widgets_.copyAll);
+        widgets_.print = new QPushButton(tr("&Print\u2026"), widgets_.content);
+        widgets_.print->setObjectName("printMetrics");
+        line->addWidget(widgets_.print);
         widgets_.summary = plainLabel("projectSummary");
         widgets_.summary->setWordWrap(true);
         widgets_.summary->setContentsMargins(0, 4, 0, 0);

@@ -22,6 +22,7 @@ struct ProjectWideWidgets {
     QLabel* summary = nullptr;
     Spinner* spinner = nullptr;
     QPushButton* copyAll = nullptr;
+    QPushButton* print = nullptr;
     QLabel* notes = nullptr;
     std::vector<QLabel*> quiet;  // that say less than what stands beside them
     MetricRows::Rows rows;

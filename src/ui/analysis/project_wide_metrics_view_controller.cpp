@@ -33,14 +33,31 @@ ProjectWideMetricsViewController::ProjectWideMetricsViewController(JobQueue& job
     showSecondaryTexts();
     showHead();
     connect(widgets_.copyAll, &QPushButton::clicked, sheet_, &MetricSheet::copyAll);
-    auto* copy = new QShortcut(QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_C), this);
-    connect(copy, &QShortcut::activated, widgets_.copyAll, &QPushButton::click);
-    widgets_.copyAll->setToolTip(
-        tr("All values as text (%1)").arg(copy->key().toString(QKeySequence::NativeText)));
+    connect(widgets_.print, &QPushButton::clicked, this,
+            &ProjectWideMetricsViewController::printRequested);
+    setKey(*widgets_.copyAll, tr("All values as text (%1)"),
+           QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_C));
+    setKey(*widgets_.print, tr("All values on paper (%1)"), QKeySequence::Print);
     widgets_.rows.front().value->setFocus();
 }
 
 ProjectWideMetricsViewController::~ProjectWideMetricsViewController() = default;
+
+// meaning: with a place for the key.
+void ProjectWideMetricsViewController::setKey(QPushButton& button, const QString& meaning,
+                                              const QKeySequence& key) {
+    connect(new QShortcut(key, this), &QShortcut::activated, &button, &QPushButton::click);
+    button.setToolTip(meaning.arg(key.toString(QKeySequence::NativeText)));
+}
+
+PrintedSheet ProjectWideMetricsViewController::printedSheet() const {
+    PrintedSheet sheet;
+    sheet.title = widgets_.heading->text();
+    sheet.lines = {tr("Project-wide Metrics"), widgets_.summary->text()};
+    sheet.lines += notes_;
+    sheet.tables = printedMetrics(sheet_->lines());
+    return sheet;
+}
 
 void ProjectWideMetricsViewController::nameRows() {
     sheet_->setSubject(tr("the project"));
@@ -101,8 +118,10 @@ void ProjectWideMetricsViewController::showHead() {
         widgets_.heading->setText(title);
         widgets_.summary->setText(tr("Reading the censuses\u2026"));
         widgets_.copyAll->setEnabled(false);
+        widgets_.print->setEnabled(false);
         widgets_.spinner->startAnimation();
-        return addNote(tr("A click on a value, or F1, tells how it is computed."));
+        return widgets_.notes->setText(
+            breakable(tr("A click on a value, or F1, tells how it is computed.")));
     }
     const QString project = shortened(inputs_->project, 200);
     setWindowTitle(project.isEmpty() ? title : tr("%1 \u2013 %2").arg(title, project));
@@ -123,8 +142,8 @@ void ProjectWideMetricsViewController::showHead() {
 }
 
 void ProjectWideMetricsViewController::addNote(const QString& note) {
-    const QString before = widgets_.notes->text();
-    widgets_.notes->setText(before.isEmpty() ? breakable(note) : before + "\n\n" + breakable(note));
+    notes_.append(note);
+    widgets_.notes->setText(widgets_.notes->text() + "\n\n" + breakable(note));
 }
 
 QString ProjectWideMetricsViewController::caption(std::size_t row) const {
@@ -190,6 +209,7 @@ void ProjectWideMetricsViewController::noteCensusesWithSqs() {
 }
 
 void ProjectWideMetricsViewController::finish() {
+    widgets_.print->setEnabled(true);
     widgets_.spinner->stopAnimation();
     task_ = {};
     inputs_.reset();

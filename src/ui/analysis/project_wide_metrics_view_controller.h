@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <QWidget>
 #include <cstddef>
 #include <memory>
@@ -13,6 +14,10 @@
 #include "ui/analysis/project_wide_layout.h"
 #include "ui/analysis/project_wide_steps.h"
 #include "ui/kit/explanation_text.h"
+#include "ui/kit/printed_sheet.h"
+
+class QKeySequence;
+class QPushButton;
 
 namespace zorvel {
 
@@ -31,7 +36,12 @@ class ProjectWideMetricsViewController : public QWidget {
     // Groups whose input is absent stay empty.
     void setInputs(ProjectWideInputs inputs);
 
+    // The values for paper, as they stand.
+    [[nodiscard]] PrintedSheet printedSheet() const;
+
   signals:
+    // Once the values are there.
+    void printRequested();
     // The last value that can be had is there.
     void didFill();
 
@@ -52,6 +62,7 @@ class ProjectWideMetricsViewController : public QWidget {
     void addNote(const QString& note);
     [[nodiscard]] MetricDetails detailsOf(int row) const;
     [[nodiscard]] QString caption(std::size_t row) const;
+    void setKey(QPushButton& button, const QString& meaning, const QKeySequence& key);
 
     JobQueue& jobs_;
     RandomSourceMaker makeRandom_;
@@ -61,6 +72,7 @@ class ProjectWideMetricsViewController : public QWidget {
     std::shared_ptr<const ProjectWideInputs> inputs_;
     ProjectWideTask task_;
     ProjectMetricInputs explained_;
+    QStringList notes_;  // on the values
     bool appeared_ = false;
 };
 

@@ -117,6 +117,8 @@ QBoxLayout* RarefactionViewController::buttonRow() {
     addButton(*row, "copyTableButton", tr("Copy &Table"),
               QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_C), &Self::copyTable);
     row->addStretch(1);
+    addButton(*row, "printPlotButton", tr("P&rint\u2026"), QKeySequence::Print,
+              &Self::printRequested);
     addButton(*row, "saveDataButton", tr("Save T&able\u2026"),
               QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S), &Self::saveDataTapped);
     addButton(*row, "savePlotButton", tr("Save &Plot\u2026"), QKeySequence::Save,
@@ -195,16 +197,12 @@ QString RarefactionViewController::fileNameFor(const QString& what) const {
     return subject_.isEmpty() ? what : asFileName(subject_) + " " + what;
 }
 
-// The alert must appear even if this window has gone meanwhile, so the queue itself receives.
 void RarefactionViewController::write(const QString& path, const QByteArray& bytes,
                                       const QString& failure) {
-    Alerts& alerts = panels_.alerts;
-    const QPointer<QWidget> parent(window());
-    jobs_.startWrite(
-        &jobs_, [path, bytes] { return writeWholeFile(path, bytes); },
-        [&alerts, parent, failure](const QString& problem) {
-            if (!problem.isEmpty()) alerts.warn(parent, failure, problem);
-        });
+    writeInBackground(jobs_, panels_.alerts, window(), path, failure,
+                      [bytes](const ByteSink& sink) {
+                          sink({bytes.constData(), static_cast<std::size_t>(bytes.size())});
+                      });
 }
 
 void RarefactionViewController::savePlot() {

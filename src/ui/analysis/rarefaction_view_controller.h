@@ -56,6 +56,10 @@ class RarefactionViewController : public QWidget {
     // Draws anew and tells of the level that holds now.
     void preferencesDidChange();
 
+  signals:
+    // The plot is to be put on paper.
+    void printRequested();
+
   protected:
     bool event(QEvent* event) override;
     void showEvent(QShowEvent* event) override;

@@ -88,14 +88,21 @@ QString MetricSheet::copied(const Shown& shown) {
     return "-";
 }
 
+QList<MetricLine> MetricSheet::lines() const {
+    QList<MetricLine> lines;
+    if (!subject_) return lines;
+    for (const Shown& shown : rows_) lines.append({shown.heading, shown.caption, copied(shown)});
+    return lines;
+}
+
 QString MetricSheet::text() const {
     if (!subject_) return {};
-    QStringList lines{*subject_};
-    for (const Shown& shown : rows_) {
-        if (!shown.heading.isEmpty()) lines.append(shown.heading);
-        lines.append(shown.caption + '\t' + copied(shown));
+    QStringList texts{*subject_};
+    for (const MetricLine& line : lines()) {
+        if (!line.heading.isEmpty()) texts.append(line.heading);
+        texts.append(line.caption + '\t' + line.text);
     }
-    return lines.join('\n');
+    return texts.join('\n');
 }
 
 void MetricSheet::copyAll() const {

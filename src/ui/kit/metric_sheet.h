@@ -3,6 +3,7 @@
 // had, leaves the row as it was, grey where it shows another subject's. Main thread.
 #pragma once
 
+#include <QList>
 #include <QObject>
 #include <QPointer>
 #include <QString>
@@ -16,6 +17,13 @@
 namespace zorvel {
 
 class Popover;
+
+// A row as it is copied or printed.
+struct MetricLine {
+    QString heading;  // that stands above it; mostly empty
+    QString caption;
+    QString text;
+};
 
 class MetricSheet : public QObject {
     Q_OBJECT
@@ -44,8 +52,10 @@ class MetricSheet : public QObject {
 
     // A line of its own above the row in what is copied.
     void setHeading(int row, const QString& heading);
-    // The subject, then a line a value: its caption, a tab, the text; "-" where there is no value,
-    // and nothing where it is still on its way.
+    // The rows as they stand; none before a subject is named. The text is "-" where there is no
+    // value, and empty where it is still on its way.
+    [[nodiscard]] QList<MetricLine> lines() const;
+    // The subject, then a line a value: its caption, a tab, the text.
     [[nodiscard]] QString text() const;
     void copyAll() const;
 

@@ -38,6 +38,7 @@ class AnalysisCommands : public QObject {
     void run(Analysis analysis);
 
     void setProjectName(const QString& name) { projectName_ = name; }
+    [[nodiscard]] const QString& projectName() const { return projectName_; }
 
     // The newest that are still there, or null.
     [[nodiscard]] ProjectWideMetricsWindowController* projectWideMetricsWindowController() const {

@@ -41,6 +41,7 @@ class MetricsPanel : public QWidget {
     void refresh(const QString& censusName, const CountsVector& counts);
 
     void copyAll() const { sheet_->copyAll(); }
+    [[nodiscard]] QList<MetricLine> lines() const { return sheet_->lines(); }
 
   protected:
     void changeEvent(QEvent* event) override;

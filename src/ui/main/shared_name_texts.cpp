@@ -76,7 +76,7 @@ QString sharedSpeciesLine(const SharedNames& names) {
         .arg(shortened(name, longestName));
 }
 
-QString mergedNamesNote(const SparseCountsResult& counts) {
+QString matrixNote(const SparseCountsResult& counts) {
     const struct {
         std::size_t count;
         QString ofOne;
@@ -101,10 +101,14 @@ QString mergedNamesNote(const SparseCountsResult& counts) {
         if (each.count == 1) sentences.append(each.ofOne);
         if (each.count > 1) sentences.append(each.ofMany.arg(qulonglong{each.count}));
     }
-    if (sentences.isEmpty()) return {};
-    sentences.append(
-        tr("Averages, Chao2 and sample-based rarefaction are made from the census matrix."));
     return sentences.join(QLatin1Char(' '));
+}
+
+QString mergedNamesNote(const SparseCountsResult& counts) {
+    const QString note = matrixNote(counts);
+    if (note.isEmpty()) return {};
+    return note + QLatin1Char(' ') +
+           tr("Averages, Chao2 and sample-based rarefaction are made from the census matrix.");
 }
 
 const QIcon& sharedNameIcon() {

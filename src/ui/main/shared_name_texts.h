@@ -1,5 +1,5 @@
 // What the program says of records that share their name, or have none: which, and what the
-// analyses then do with them. Main thread, but for the note.
+// analyses then do with them. Main thread, but for the notes.
 #pragma once
 
 #include <QIcon>
@@ -18,8 +18,10 @@ QString sharedCensusReason();
 // The line above the species table; empty where no name is shared.
 QString sharedSpeciesLine(const SharedNames& names);
 
-// What equal and missing names made of the records of a whole project, in sentences; empty where
-// nothing. Any thread.
+// What equal and missing names made of the records of a whole project in the census matrix, in
+// sentences; empty where nothing. Any thread.
+QString matrixNote(const SparseCountsResult& counts);
+// The same with what it means to the analyses.
 QString mergedNamesNote(const SparseCountsResult& counts);
 
 // The quiet mark beside such a name.

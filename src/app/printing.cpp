@@ -1,0 +1,118 @@
+#include "app/printing.h"
+
+#include <QBuffer>
+#include <QFileInfo>
+#include <QPdfWriter>
+#include <QPointer>
+#include <QPrintDialog>
+#include <QPrinter>
+#include <utility>
+
+#include "app/project_windows.h"
+#include "ui/analysis/plot_printing.h"
+#include "ui/analysis/project_wide_metrics_window_controller.h"
+#include "ui/analysis/rarefaction_window_controller.h"
+#include "ui/kit/alerts.h"
+#include "ui/kit/file_writing.h"
+#include "ui/kit/printed_sheet.h"
+#include "ui/kit/shown_text.h"
+#include "ui/main/main_view_controller.h"
+#include "ui/main/main_window_controller.h"
+
+namespace zorvel {
+
+namespace {
+
+std::function<bool(QPagedPaintDevice&)> painting(const PrintedSheet& sheet) {
+    return [sheet](QPagedPaintDevice& device) { return printSheet(device, sheet); };
+}
+
+// Empty where nothing could be painted.
+QByteArray pdfOn(const PrintTarget& target, const QString& title,
+                 const std::function<bool(QPagedPaintDevice&)>& paint) {
+    QByteArray bytes;
+    QBuffer buffer(&bytes);
+    buffer.open(QIODevice::WriteOnly);
+    QPdfWriter writer(&buffer);
+    writer.setTitle(title);
+    writer.setCreator(QStringLiteral("Zorvel"));
+    writer.setPageLayout(target.layout);
+    writer.setPageRanges(target.pages);
+    return paint(writer) ? bytes : QByteArray();
+}
+
+}  // namespace
+
+std::optional<PrintTarget> DesktopPrintPanel::choosePrinter(QWidget* parent, const QString& title,
+                                                            QPageLayout::Orientation orientation) {
+    auto printer = std::make_unique<QPrinter>(QPrinter::HighResolution);
+    printer->setDocName(title);
+    printer->setPageOrientation(orientation);
+    QPrintDialog dialog(printer.get(), parent);
+    if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+    PrintTarget target;
+    target.layout = printer->pageLayout();
+    target.pages = printer->pageRanges();
+    if (printer->outputFormat() == QPrinter::PdfFormat) {
+        target.path = printer->outputFileName();
+    } else {
+        target.printer = std::move(printer);
+    }
+    return target;
+}
+
+Printing::Printing(ProjectWindows& windows, PrintPanel& panel) : windows_(windows), panel_(panel) {
+    connect(&windows, &ProjectWindows::printRequested, this, &Printing::print);
+}
+
+std::optional<Printing::Subject> Printing::subjectOf(QWidget* window) {
+    if (auto* plot = qobject_cast<RarefactionWindowController*>(window)) {
+        const PlotDrawing drawing = plot->viewController().drawing();
+        const bool wide = drawing.size.width() > drawing.size.height();
+        return Subject{
+            drawing.title, wide ? QPageLayout::Landscape : QPageLayout::Portrait,
+            [drawing](QPagedPaintDevice& device) { return printDrawing(device, drawing); }};
+    }
+    std::optional<PrintedSheet> sheet;
+    if (auto* metrics = qobject_cast<ProjectWideMetricsWindowController*>(window)) {
+        sheet = metrics->viewController().printedSheet();
+    } else if (auto* project = qobject_cast<MainWindowController*>(window)) {
+        sheet = project->mainView().printedCensus();
+    }
+    if (!sheet) return std::nullopt;
+    return Subject{sheet->title, QPageLayout::Portrait, painting(*sheet)};
+}
+
+void Printing::print(QWidget* window) {
+    const std::optional<Subject> subject = subjectOf(window);
+    if (!subject) return;
+    const QPointer<QWidget> guard(window);
+    const std::optional<PrintTarget> target =
+        panel_.choosePrinter(window, subject->title, subject->orientation);
+    if (!target || !guard) return;
+    if (target->printer == nullptr) return writeFile(window, *target, *subject);
+    if (!subject->paint(*target->printer)) {
+        windows_.panels().alerts.warn(
+            window, tr("“%1” could not be printed").arg(shortened(subject->title, 80)),
+            tr("The printer did not take it."));
+    }
+}
+
+void Printing::writeFile(QWidget* window, const PrintTarget& target, const Subject& subject) {
+    const QByteArray bytes = pdfOn(target, subject.title, subject.paint);
+    const QString name = QFileInfo(target.path).fileName();
+    const auto tell = [windows = QPointer<ProjectWindows>(&windows_), name,
+                       project = QPointer<MainWindowController>(
+                           qobject_cast<MainWindowController*>(window))](bool there) {
+        if (there && windows && project) windows->tell(project, tr("Printed to %1.").arg(name));
+    };
+    writeInBackground(
+        windows_.jobs(), windows_.panels().alerts, window, target.path,
+        tr("“%1” could not be written").arg(name),
+        [bytes](const ByteSink& sink) {
+            sink({bytes.constData(), static_cast<std::size_t>(bytes.size())});
+        },
+        tell);
+}
+
+}  // namespace zorvel

@@ -1,0 +1,48 @@
+// The command that prints what the active window shows: a curve's plot, the metrics of a project,
+// or the selected census. Main thread; to a file it is written in the background.
+#pragma once
+
+#include <QObject>
+#include <QPageLayout>
+#include <QString>
+#include <functional>
+#include <optional>
+
+#include "ui/kit/print_panel.h"
+
+namespace zorvel {
+
+class ProjectWindows;
+
+// Asks by the desktop's panel.
+class DesktopPrintPanel final : public PrintPanel {
+  public:
+    std::optional<PrintTarget> choosePrinter(QWidget* parent, const QString& title,
+                                             QPageLayout::Orientation orientation) override;
+};
+
+class Printing : public QObject {
+    Q_OBJECT
+  public:
+    // Prints whenever the windows ask for it. Both must outlive this.
+    Printing(ProjectWindows& windows, PrintPanel& panel);
+
+    // Nothing for a window of another kind. An alert tells where it could not be printed, and the
+    // strip of a project's window that a file is written.
+    void print(QWidget* window);
+
+  private:
+    struct Subject {
+        QString title;
+        QPageLayout::Orientation orientation = QPageLayout::Portrait;
+        std::function<bool(QPagedPaintDevice&)> paint;
+    };
+
+    static std::optional<Subject> subjectOf(QWidget* window);
+    void writeFile(QWidget* window, const PrintTarget& target, const Subject& subject);
+
+    ProjectWindows& windows_;
+    PrintPanel& panel_;
+};
+
+}  // namespace zorvel

@@ -1,0 +1,80 @@
+// The selected census on paper.
+#include <QStringList>
+#include <memory>
+
+#include "ui/kit/metric_sheet.h"
+#include "ui/kit/printed_sheet.h"
+#include "ui/main/analysis_commands.h"
+#include "ui/main/census_details.h"
+#include "ui/main/census_table_model.h"
+#include "ui/main/main_view_controller.h"
+#include "ui/main/species_table_model.h"
+#include "ui_main_view.h"
+
+namespace zorvel {
+
+namespace {
+
+const char noCensusMessage[] = "noCensusToPrint";  // name of the message in the strip
+
+QStringList detailLines(const Census& census, const QString& project) {
+    QStringList lines;
+    if (!project.isEmpty()) lines.append(MainViewController::tr("Project: %1").arg(project));
+    lines.append(MainViewController::tr("Latitude %1, longitude %2")
+                     .arg(latitudeText(census), longitudeText(census)));
+    if (const QString date = dateText(census); !date.isEmpty()) {
+        lines.append(MainViewController::tr("Date: %1").arg(date));
+    }
+    lines.append(MainViewController::tr("The metrics are those of the included species."));
+    return lines;
+}
+
+QStringList speciesCells(const SpeciesTableModel& species, int row) {
+    const auto text = [&](int column, int role) { return species.index(row, column).data(role); };
+    const bool included =
+        text(SpeciesTableModel::includeColumn, Qt::CheckStateRole).toInt() == Qt::Checked;
+    return {text(SpeciesTableModel::nameColumn, Qt::DisplayRole).toString(),
+            text(SpeciesTableModel::abundanceColumn, Qt::DisplayRole).toString(),
+            included ? MainViewController::tr("yes") : MainViewController::tr("no")};
+}
+
+// A copy of the rows: the table may change while a panel waits for its answer.
+PrintedTable printedSpecies(const SpeciesTableModel& species) {
+    auto rows = std::make_shared<QList<QStringList>>();
+    for (int row = 0; row < species.rowCount(); ++row) rows->append(speciesCells(species, row));
+    PrintedTable table;
+    const auto all = static_cast<qlonglong>(species.taxonCount());
+    table.heading = rows->size() == all
+                        ? MainViewController::tr("Species (%L1)").arg(all)
+                        : MainViewController::tr("Species (those found: %L1 of %L2)")
+                              .arg(rows->size())
+                              .arg(all);
+    table.columns = {{MainViewController::tr("Name"), 5, false},
+                     {MainViewController::tr("Abundance"), 1.5, true},
+                     {MainViewController::tr("Included"), 1, false}};
+    table.rowCount = static_cast<int>(rows->size());
+    table.cells = [rows](int row) { return rows->at(row); };
+    return table;
+}
+
+}  // namespace
+
+std::optional<PrintedSheet> MainViewController::printedCensus() {
+    if (!commitEditing()) return std::nullopt;
+    const std::optional<Census> census = selectedCensus();
+    if (!census) {
+        ui_->messageStrip->setMessage(
+            noCensusMessage, tr("Nothing was printed: select the census to be printed first."));
+        return std::nullopt;
+    }
+    ui_->messageStrip->withdraw(noCensusMessage);
+    PrintedSheet sheet;
+    sheet.title = shownName(census->name());
+    sheet.lines = detailLines(*census, analyses_->projectName());
+    sheet.tables = printedMetrics(ui_->metricsPanel->lines());
+    if (!sheet.tables.isEmpty()) sheet.tables.front().heading = tr("Metrics");
+    sheet.tables.append(printedSpecies(*speciesModel_));
+    return sheet;
+}
+
+}  // namespace zorvel
