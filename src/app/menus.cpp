@@ -81,6 +81,10 @@ void addFileMenu(MainWindowController& window, ProjectWindows& windows) {
     menu.addSeparator();
     addTransferMenus(menu, window, windows);
     menu.addSeparator();
+    QAction* print = add("print", tr("&Print..."), QKeySequence::Print,
+                         [&] { emit windows.printRequested(&window); });
+    enableWhileShown(menu, print, [&] { return window.mainView().canDeleteCensus(); });
+    menu.addSeparator();
     add("terminate", tr("&Quit"), QKeySequence(Qt::CTRL | Qt::Key_Q), [&] { windows.quit(); });
 }
 

@@ -42,7 +42,7 @@ const std::vector<FolderRule>& folderRules() {
         {"app",
          {"base", "metrics", "interchange", "store", "model", "platform", "ui/kit", "ui/analysis",
           "ui/main"},
-         {"QtCore", "QtGui", "QtWidgets"}},
+         {"QtCore", "QtGui", "QtWidgets", "QtPrintSupport"}},
         {"cli", {"base", "metrics", "interchange", "store", "model"}, {"CLI11", "nlohmann-json"}},
     };
     return rules;
@@ -64,6 +64,10 @@ const std::vector<LibraryRule>& libraryRules() {
         {"QtGui", {}, {"Qt6::Gui"}, "what paints belongs to platform or ui"},
         {"QtWidgets", {}, {"Qt6::Widgets"}, "widgets belong to ui"},
         {"QtSvg", {"QSvg*"}, {"Qt6::Svg"}, "ui/analysis writes its plots as SVG"},
+        {"QtPrintSupport",
+         {"QPrint*"},
+         {"Qt6::PrintSupport"},
+         "app asks for the printer; what paints takes a QPagedPaintDevice"},
         {"QtDBus", {"QDBus*"}, {"Qt6::DBus"}, "ui/kit asks the desktop what it prefers"},
     };
     return rules;
@@ -76,8 +80,7 @@ const std::vector<BannedHeader>& bannedHeaders() {
         {"QtWidgets", "include the single class: <QWidget>; the module costs seconds a file"},
         {"QtTest", "tests belong to tests/"},
         {"QtConcurrent", "platform/job_queue.h runs work off the main thread"},
-        {"QtPrintSupport", "QPdfWriter of QtGui writes PDF"},
-        {"QPrint", "QPdfWriter of QtGui writes PDF"},
+        {"QtPrintSupport", "include the single class: <QPrinter>"},
         {"QtSql", "SQL lives in store, over SQLite itself"},
         {"QSql", "SQL lives in store, over SQLite itself"},
         {"QThreadPool", "platform/job_queue.h runs work off the main thread"},

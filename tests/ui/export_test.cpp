@@ -1,0 +1,324 @@
+// Exports from the menu command to the file on the disk, beside what the command-line tool writes.
+#include <QDir>
+#include <QPointer>
+#include <QProcess>
+#include <QPushButton>
+
+#include "app/exports.h"
+#include "model/edits.h"
+#include "ui/kit/message_strip.h"
+#include "window_fixture.h"
+
+namespace zorvel {
+namespace {
+
+// Keeps every worker from its next job.
+class BusyWorkers {
+  public:
+    BusyWorkers(JobQueue& jobs, int workers) {
+        for (int i = 0; i < workers; ++i) {
+            jobs.start(
+                &receiver_,
+                [gate = gate_] {
+                    gate->wait();
+                    return 0;
+                },
+                [](int) {});
+        }
+    }
+    ~BusyWorkers() { release(); }
+    BusyWorkers(const BusyWorkers&) = delete;
+    BusyWorkers& operator=(const BusyWorkers&) = delete;
+    void release() {
+        if (!std::exchange(released_, true)) gate_->count_down();
+    }
+
+  private:
+    QObject receiver_;
+    std::shared_ptr<std::latch> gate_ = std::make_shared<std::latch>(1);
+    bool released_ = false;
+};
+
+struct ExportKind {
+    const char* command;
+    QString progress;
+    QString suggestion;
+    QStringList toolArguments;
+};
+
+const ExportKind matrixExport = {"exportCensusMatrixMenuItemTapped",
+                                 "preparing census matrix export...",
+                                 "Untitled census matrix",
+                                 {"matrix"}};
+const ExportKind metricsExport = {"exportMetricsMenuItemTapped",
+                                  "preparing metrics export...",
+                                  "Untitled metrics",
+                                  {"metrics", "--seed", "11"}};
+
+class ExportTest : public WindowTest {
+  protected:
+    void SetUp() override {
+        WindowTest::SetUp();
+        savePanel.answer = folder.filePath("out.csv");
+    }
+    void addNamed(const char* name, const std::vector<std::pair<const char*, int>>& taxa) {
+        MockCensus census;
+        census.name = name;
+        for (const auto& [taxon, abundance] : taxa) census.taxa.push_back({abundance, taxon});
+        window->document().project().storeCensus(census);
+        context().announceChanges();
+    }
+    bool isIdle() { return !window->mainView().isInProgress(); }
+    void exportNow(const ExportKind& kind) {
+        trigger(kind.command);
+        ASSERT_TRUE(waitUntil([this] { return isIdle(); }));
+    }
+    QByteArray exported() {
+        QFile file(savePanel.answer);
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("no file");
+    }
+    MessageStrip& strip() { return child<MessageStrip>("messageStrip"); }
+    std::string said() { return strip().messages().join(" | ").toStdString(); }
+    QByteArray toolOutput(QStringList arguments, const QString& file) {
+        QProcess tool;
+        arguments.insert(1, file);
+        tool.start(ZORVEL_CLI, arguments);
+        EXPECT_TRUE(tool.waitForFinished());
+        EXPECT_EQ(tool.exitCode(), 0) << tool.readAllStandardError().toStdString();
+        return tool.readAllStandardOutput();
+    }
+};
+
+TEST_F(ExportTest, FilesEqualThoseOfTheTool) {
+    open(exampleFile);
+    for (const ExportKind& kind : {matrixExport, metricsExport}) {
+        drainJobs();
+        trigger(kind.command);
+        EXPECT_EQ(label("progressLabel"), kind.progress.toStdString());
+        EXPECT_TRUE(waitUntil([this] { return isIdle(); }));
+        EXPECT_EQ(label("progressLabel"), "");
+        const QByteArray expected = toolOutput(kind.toolArguments, exampleFile);
+        EXPECT_GT(expected.size(), 1000);
+        EXPECT_TRUE(exported() == expected) << kind.command;
+        EXPECT_EQ(savePanel.endings, QStringList{".csv"});
+    }
+    EXPECT_EQ(said(),
+              "Exported 70 censuses to out.csv. | Exported 70 censuses to out.csv. The SQS of one "
+              "census, for which there is no estimate, stands as 0.0.");
+}
+
+TEST_F(ExportTest, SmallProjects) {
+    const struct {
+        ExportKind kind;
+        std::vector<std::pair<const char*, std::vector<std::pair<const char*, int>>>> censuses;
+        QByteArray text;
+        std::string message;
+    } cases[] = {
+        {matrixExport, {}, " \n", "Exported 0 censuses to out.csv."},
+        {metricsExport,
+         {},
+         " , Abundance, Richness, Chao-1, alroySQS, Shannon's H, Fisher's alpha, Pielou's J, "
+         "Simpson's D, Buzas-Gibson E\n",
+         "Exported 0 censuses to out.csv."},
+        {matrixExport,
+         {{"North", {{"Abies", 3}, {"Abies", 5}}}, {"South", {{"Larix", 2}}}, {"North", {}}},
+         " , Abies, Larix\nNorth,5,0\nSouth,0,2\nNorth,0,0\n",
+         "Exported 3 censuses to out.csv. One census has the name of an earlier one: the census "
+         "matrix holds its species in the row of that one, and its own row stays empty. One "
+         "species has the name of a later one of its census: the census matrix takes the later one "
+         "alone, and the pooled values add them up."},
+        {metricsExport,
+         {{"bare", {}}},
+         " , Abundance, Richness, Chao-1, alroySQS, Shannon's H, Fisher's alpha, Pielou's J, "
+         "Simpson's D, Buzas-Gibson E\nbare, 0, 0, -, 0.0, 0.0, 0.0, 0.0, 0.0, -\n",
+         "Exported one census to out.csv. The SQS of one census, for which there is no estimate, "
+         "stands as 0.0."},
+    };
+    for (const auto& c : cases) {
+        window = &windows->openUntitled();
+        for (const auto& [name, taxa] : c.censuses) addNamed(name, taxa);
+        exportNow(c.kind);
+        EXPECT_EQ(exported().toStdString(), c.text.toStdString());
+        EXPECT_EQ(said(), c.message);
+    }
+}
+
+TEST_F(ExportTest, IsOfTheProjectAsItWas) {
+    addNamed("North", {{"Abies", 3}});
+    BusyWorkers busy(*jobs, workers);
+    trigger(matrixExport.command);
+    addNamed("South", {{"Larix", 2}});
+    busy.release();
+    ASSERT_TRUE(waitUntil([this] { return isIdle(); }));
+    EXPECT_EQ(exported(), " , Abies\nNorth,3\n");
+}
+
+TEST_F(ExportTest, WhatIsTypedIsExported) {
+    addNamed("North", {{"Abies", 3}});
+    censusTable().beginEditing(censusTable().model()->index(0, 0));
+    QTest::keyClicks(censusTable().openEditor(), "East");
+    exportNow(matrixExport);
+    EXPECT_EQ(exported(), " , Abies\nEast,3\n");
+}
+
+TEST_F(ExportTest, NothingIsWrittenWhereThePanelIsCancelled) {
+    savePanel.answer.clear();
+    exportNow(matrixExport);
+    EXPECT_EQ(savePanel.suggestions, QStringList{matrixExport.suggestion});
+    EXPECT_EQ(said(), "");
+    EXPECT_EQ(alerts.warnings, QStringList());
+}
+
+TEST_F(ExportTest, AnAlertTellsOfAFileThatCannotBeWritten) {
+    savePanel.answer = folder.filePath("no/such/folder/out.csv");
+    exportNow(matrixExport);
+    EXPECT_EQ(alerts.warnings,
+              QStringList{"“out.csv” could not be written: No such file or directory"});
+    EXPECT_EQ(said(), "");
+}
+
+TEST_F(ExportTest, TwoAtOnceEachEndWithAPanelOfTheirOwn) {
+    BusyWorkers busy(*jobs, workers);
+    trigger(matrixExport.command);
+    trigger(metricsExport.command);
+    busy.release();
+    ASSERT_TRUE(waitUntil([this] { return strip().messages().size() == 2; }));
+    savePanel.suggestions.sort();
+    EXPECT_EQ(savePanel.suggestions,
+              (QStringList{matrixExport.suggestion, metricsExport.suggestion}));
+    EXPECT_TRUE(isIdle());
+}
+
+TEST_F(ExportTest, CanBeCancelledWhileItIsPrepared) {
+    for (const ExportKind& kind : {matrixExport, metricsExport}) {
+        BusyWorkers busy(*jobs, workers);
+        trigger(kind.command);
+        child<QPushButton>("cancelProgressButton").click();
+        EXPECT_TRUE(isIdle());
+        busy.release();
+        drainJobs();
+        EXPECT_EQ(savePanel.suggestions, QStringList());
+    }
+}
+
+TEST_F(ExportTest, OutlivesItsWindow) {
+    addNamed("North", {{"Abies", 3}});
+    MainWindowController& other = windows->openUntitled();
+    BusyWorkers busy(*jobs, workers);
+    trigger(matrixExport.command);
+    alerts.answers = {"Discard"};
+    window->close();
+    sendDeletions();
+    busy.release();
+    window = &other;
+    ASSERT_TRUE(waitUntil([this] { return !said().empty(); }));
+    EXPECT_EQ(said(), "Exported one census to out.csv.");
+    EXPECT_EQ(exported(), " , Abies\nNorth,3\n");
+}
+
+TEST_F(ExportTest, QuittingAsksWhileOneIsPrepared) {
+    for (const bool byClosing : {false, true}) {
+        alerts.asked.clear();
+        BusyWorkers busy(*jobs, workers);
+        trigger(matrixExport.command);
+        alerts.answers = {"Cancel"};
+        EXPECT_FALSE(byClosing ? window->close() : windows->quit());
+        EXPECT_EQ(alerts.asked, QStringList{"An export is still being prepared"});
+        busy.release();
+        ASSERT_TRUE(waitUntil([this] { return isIdle(); }));
+        EXPECT_EQ(exported(), " \n");
+    }
+}
+
+TEST_F(ExportTest, QuittingAnywayDropsWhatIsPreparedAndAsksNoMore) {
+    BusyWorkers busy(*jobs, workers);
+    trigger(matrixExport.command);
+    alerts.answers = {"Quit Anyway"};
+    EXPECT_TRUE(windows->quit());
+    busy.release();
+    drainJobs();
+    EXPECT_EQ(savePanel.suggestions, QStringList());
+}
+
+TEST_F(ExportTest, QuittingWaitsForTheFile) {
+    addNamed("North", {{"Abies", 3}});
+    exportNow(matrixExport);
+    savePanel.answer = folder.filePath("later.csv");
+    trigger(matrixExport.command);
+    ASSERT_TRUE(waitUntil([this] { return savePanel.suggestions.size() == 2; }));
+    alerts.answers = {"Discard"};
+    windows->quit();
+    EXPECT_EQ(exported(), " , Abies\nNorth,3\n");
+}
+
+TEST_F(ExportTest, WithoutAWindowALineTellsWhy) {
+    windows->exports().exportCensusMatrix(nullptr);
+    windows->exports().exportMetrics(nullptr);
+    EXPECT_EQ(console,
+              (std::vector<std::string>{
+                  "WARNING: Could not obtain document/window/view for census matrix export",
+                  "WARNING: Could not obtain document/window/view for metrics matrix export"}));
+}
+
+class SpeciesListTest : public ExportTest {
+  protected:
+    void import(const QByteArray& text) {
+        panel.answer = QStringList{write("names.txt", text)};
+        strip().dismiss();
+        trigger("importSpeciesListMenuItemTapped");
+        ASSERT_TRUE(waitUntil([this] { return isIdle() && !said().empty(); }));
+    }
+};
+
+TEST_F(SpeciesListTest, MessagesTellWhatIsNew) {
+    addNamed("North", {{"Abies alba", 3}});
+    const struct {
+        QByteArray text;
+        std::string message;
+    } cases[] = {
+        {"Larix",
+         "Added one name from names.txt, to complete species names until this window is "
+         "closed."},
+        {"Picea,Pinus\nPicea\tAbies alba",
+         "Added 2 names from names.txt, to complete species names until this window is closed; one "
+         "was known already."},
+        {"Larix", "The one name in names.txt was known already."},
+        {"Larix\nPicea\nPicea", "All 2 names in names.txt were known already."},
+        {",\n\t,", "There are no names in names.txt."},
+        {"Taxus,Larix,Picea",
+         "Added one name from names.txt, to complete species names until this window is closed; 2 "
+         "were known already."},
+    };
+    for (const auto& c : cases) {
+        import(c.text);
+        EXPECT_EQ(said(), c.message);
+    }
+    EXPECT_EQ(context().undoName(), "");
+}
+
+TEST_F(SpeciesListTest, ItsNamesComplete) {
+    addNamed("North", {{"Abies alba", 3}});
+    import("Picea abies\nPicea omorika");
+    const auto completed = [this](std::string typed) {
+        std::optional<TextRange> proposed = TextRange{typed.size(), 0};
+        window->mainView().taxonFormatter().isPartialStringValid(typed, proposed, "",
+                                                                 {typed.size() - 1, 0});
+        return typed;
+    };
+    EXPECT_EQ(completed("Picea o"), "Picea omorika");
+    EXPECT_EQ(completed("Ab"), "Abies alba");
+    EXPECT_EQ(completed("picea"), "picea");
+    child<CensusTableView>("censusTable").selectRow(0);
+    speciesTable().beginEditing(speciesTable().model()->index(0, 1));
+    QTest::keyClicks(speciesTable().openEditor(), "Pic");
+    EXPECT_EQ(speciesTable().openEditor()->property("text"), "Picea abies");
+}
+
+TEST_F(SpeciesListTest, WithoutATextOneLineIsWritten) {
+    trigger("importSpeciesListMenuItemTapped");
+    EXPECT_EQ(console, std::vector<std::string>{"WARNING: no names found"});
+    EXPECT_EQ(said(), "");
+}
+
+}  // namespace
+}  // namespace zorvel
