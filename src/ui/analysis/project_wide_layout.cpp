@@ -129,7 +129,7 @@ class Builder {
         auto* inside = new QVBoxLayout(card);
         inside->setSpacing(2);
         inside->setContentsMargins(12, 10, 12, 10);
-        const MetricRow made = addRow(row, *card);
+        const CaptionedValue made = addRow(row, *card);
         widgets_.quiet.push_back(made.caption);
         made.value->setScale(1.9);
         made.value->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
@@ -147,7 +147,7 @@ class Builder {
         grid->setColumnStretch(0, 1);
         int line = 0;
         for (const ProjectWideRow* row : rows) {
-            const MetricRow made = addRow(*row, *card);
+            const CaptionedValue made = addRow(*row, *card);
             made.caption->setMinimumHeight(rowHeight);
             made.value->setFixedWidth(valueWidth);
             grid->addWidget(made.caption, line, 0);
@@ -157,7 +157,7 @@ class Builder {
         return card;
     }
 
-    MetricRow addRow(const ProjectWideRow& row, QWidget& card) {
+    CaptionedValue addRow(const ProjectWideRow& row, QWidget& card) {
         auto* caption = new QLabel(&card);
         caption->setObjectName(row.label);
         caption->setTextFormat(Qt::PlainText);

@@ -17,7 +17,7 @@ namespace zorvel {
 
 MetricRows::MetricRows(Rows rows, QWidget* panel)
     : QObject(panel), rows_(std::move(rows)), panel_(panel) {
-    for (const MetricRow& row : rows_) {
+    for (const CaptionedValue& row : rows_) {
         row.value->installEventFilter(this);
         row.caption->installEventFilter(this);
         row.caption->setBuddy(row.value);
@@ -26,7 +26,7 @@ MetricRows::MetricRows(Rows rows, QWidget* panel)
     }
 }
 
-QRect MetricRows::placeIn(const QWidget& widget, const MetricRow& row) {
+QRect MetricRows::placeIn(const QWidget& widget, const CaptionedValue& row) {
     const auto rectOf = [&widget](const QWidget* part) {
         return QRect(part->mapTo(&widget, QPoint()), part->size());
     };
@@ -37,7 +37,7 @@ QRect MetricRows::placeIn(const QWidget& widget, const MetricRow& row) {
 
 // The row that the widget belongs to, or else the one that is nearest to a place in its card.
 int MetricRows::rowAt(const QWidget* widget, const QPoint& place) const {
-    const auto own = std::find_if(rows_.begin(), rows_.end(), [widget](const MetricRow& row) {
+    const auto own = std::find_if(rows_.begin(), rows_.end(), [widget](const CaptionedValue& row) {
         return row.value == widget || row.caption == widget;
     });
     if (own != rows_.end()) return static_cast<int>(own - rows_.begin());

@@ -18,7 +18,7 @@ namespace zorvel {
 
 class ValueField;
 
-struct MetricRow {
+struct CaptionedValue {
     std::string_view key;  // of its explanation
     ValueField* value;
     QLabel* caption;
@@ -27,13 +27,13 @@ struct MetricRow {
 class MetricRows : public QObject {
     Q_OBJECT
   public:
-    using Rows = std::vector<MetricRow>;
+    using Rows = std::vector<CaptionedValue>;
 
     // In the order in which they stand.
     MetricRows(Rows rows, QWidget* panel);
 
     // From edge to edge of its card, in the coordinates of the widget, which holds the card.
-    [[nodiscard]] static QRect placeIn(const QWidget& widget, const MetricRow& row);
+    [[nodiscard]] static QRect placeIn(const QWidget& widget, const CaptionedValue& row);
 
   signals:
     void explanationRequested(int row);

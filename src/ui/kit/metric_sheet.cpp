@@ -14,7 +14,7 @@ namespace zorvel {
 
 MetricSheet::MetricSheet(MetricRows::Rows rows, QWidget* host, DetailsOf detailsOf)
     : QObject(host), host_(host), detailsOf_(std::move(detailsOf)) {
-    for (const MetricRow& row : rows) {
+    for (const CaptionedValue& row : rows) {
         rows_.push_back({row, Shown::State::there, {}, {}});
         const QString meaning =
             metricMeaning(row.key) + '\n' + tr("F1 or a click tells how it is computed.");

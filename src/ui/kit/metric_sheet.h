@@ -67,7 +67,7 @@ class MetricSheet : public QObject {
   private:
     struct Shown {
         enum class State { there, pending, absent };
-        MetricRow row;
+        CaptionedValue row;
         State state = State::there;
         QString caption;  // that goes with the subject
         QString heading;
