@@ -91,6 +91,16 @@ Answer askAbout(const Document& document, const Panels& panels) {
                   1}));
 }
 
+// An export, or a plot that was saved.
+bool mayGiveUpFiles(JobQueue& jobs, const Panels& panels) {
+    if (jobs.finishWrites(milliseconds(0))) return true;
+    return panels.alerts.ask(nullptr,
+                             {tr("A file is still being written"),
+                              tr("If you quit now, what was there before stays in its place."),
+                              {tr("Quit Anyway"), tr("Cancel")},
+                              0}) == 0;
+}
+
 }  // namespace
 
 bool settleBeforeQuitting(DocumentController& documents, JobQueue& jobs, const Panels& panels,
@@ -105,7 +115,7 @@ bool settleBeforeQuitting(DocumentController& documents, JobQueue& jobs, const P
         if (answer == Answer::cancel) return false;
         if (answer == Answer::saveAs && document && !saveElsewhere(*document, panels)) return false;
     }
-    return true;
+    return mayGiveUpFiles(jobs, panels);
 }
 
 }  // namespace zorvel

@@ -1,11 +1,13 @@
 // Exports from the menu command to the file on the disk, beside what the command-line tool writes.
-#include <QDir>
-#include <QPointer>
+#include <sys/stat.h>
+
 #include <QProcess>
 #include <QPushButton>
+#include <latch>
+#include <memory>
+#include <utility>
 
 #include "app/exports.h"
-#include "model/edits.h"
 #include "ui/kit/message_strip.h"
 #include "window_fixture.h"
 
@@ -249,6 +251,18 @@ TEST_F(ExportTest, QuittingWaitsForTheFile) {
     alerts.answers = {"Discard"};
     windows->quit();
     EXPECT_EQ(exported(), " , Abies\nNorth,3\n");
+}
+
+// A pipe that nobody reads.
+TEST_F(ExportTest, QuittingAsksWhereAFileIsNotWrittenInTime) {
+    ASSERT_EQ(mkfifo(savePanel.answer.toUtf8().constData(), 0600), 0);
+    trigger(matrixExport.command);
+    ASSERT_TRUE(waitUntil([this] { return savePanel.suggestions.size() == 1; }));
+    alerts.answers = {"Cancel"};
+    EXPECT_FALSE(windows->quit());
+    EXPECT_EQ(alerts.asked, QStringList{"A file is still being written"});
+    EXPECT_EQ(exported(), " \n");
+    EXPECT_TRUE(waitUntil([this] { return isIdle(); }));
 }
 
 TEST_F(ExportTest, WithoutAWindowALineTellsWhy) {

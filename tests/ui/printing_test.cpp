@@ -1,5 +1,4 @@
 // What reaches the paper: pages are printed to PDF files and read back.
-#include <QApplication>
 #include <QFileInfo>
 #include <QPainter>
 #include <QPdfWriter>

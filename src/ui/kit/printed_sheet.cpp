@@ -61,7 +61,8 @@ QList<PrintedTable> printedMetrics(const QList<MetricLine>& lines) {
         if (tables.isEmpty() || !lines[i].heading.isEmpty()) {
             PrintedTable table;
             table.heading = lines[i].heading;
-            table.columns = {{{}, 4, false}, {{}, 1, true}};
+            // The last one is empty, so that a value stands near its caption.
+            table.columns = {{{}, 3, false}, {{}, 1, true}, {{}, 4, false}};
             table.cells = [lines, first = i](int row) {
                 const MetricLine& line = lines[first + row];
                 return QStringList{line.caption, line.text};

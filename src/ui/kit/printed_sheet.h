@@ -21,7 +21,7 @@ struct PrintedTable {
     QString heading;  // above the table; may be empty
     QList<PrintedColumn> columns;
     int rowCount = 0;
-    std::function<QStringList(int row)> cells;  // as many as columns
+    std::function<QStringList(int row)> cells;  // one a column from the first on
 };
 
 struct MetricLine;

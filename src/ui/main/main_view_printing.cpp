@@ -20,8 +20,11 @@ const char noCensusMessage[] = "noCensusToPrint";  // name of the message in the
 QStringList detailLines(const Census& census, const QString& project) {
     QStringList lines;
     if (!project.isEmpty()) lines.append(MainViewController::tr("Project: %1").arg(project));
-    lines.append(MainViewController::tr("Latitude %1, longitude %2")
-                     .arg(latitudeText(census), longitudeText(census)));
+    // Both are 0 where no place was entered.
+    if (census.latitude() != 0 || census.longitude() != 0) {
+        lines.append(MainViewController::tr("Latitude %1, longitude %2")
+                         .arg(latitudeText(census), longitudeText(census)));
+    }
     if (const QString date = dateText(census); !date.isEmpty()) {
         lines.append(MainViewController::tr("Date: %1").arg(date));
     }
