@@ -136,7 +136,7 @@ std::vector<KnownFile> decide(const Samples& samples, Alerts& alerts,
             kinds().begin();
         const std::optional<FileKind> kind =
             sample.certain ? sample.guess : answers.at(static_cast<std::size_t>(place));
-        if (kind) files.push_back({sample.path, KnownFile::Sort::text, *kind});
+        if (kind) files.push_back({sample.path, true, *kind});
     }
     return files;
 }

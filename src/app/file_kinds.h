@@ -17,13 +17,9 @@ class MainWindowController;
 class ProjectWindows;
 
 struct KnownFile {
-    enum class Sort {
-        text,
-        other,  // a project, or what will turn out not to be text
-    };
     QString path;
-    Sort sort = Sort::other;
-    FileKind kind = FileKind::matrix;  // of a text
+    bool isText = false;  // otherwise a project, or what will turn out to be neither
+    FileKind kind = FileKind::matrix;
 };
 
 // A file as its first bytes show it. Waits for the disk.

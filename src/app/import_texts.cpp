@@ -21,21 +21,10 @@ QString counted(std::size_t count, const QString& one, const QString& many) {
     return count == 1 ? one : many.arg(QLocale().toString(qulonglong{count}));
 }
 
-QString storedMessage(const QString& fileName, const ImportReport& report) {
-    if (report.censuses == 0) return tr("There is no census in %1.").arg(fileName);
-    const QString censuses = counted(report.censuses, tr("1 census"), tr("%1 censuses"));
-    const QString taxa = counted(report.taxa, tr("1 taxon"), tr("%1 taxa"));
-    const QString note = leftOutNote(report.leftOut);
-    const QString stored = tr("Imported %1 with %2 from %3.").arg(censuses, taxa, fileName);
-    return note.isEmpty() ? stored : stored + ' ' + note;
-}
-
-}  // namespace
-
-QString leftOutNote(const LeftOut& leftOut) {
+QStringList leftOutSentences(const LeftOut& leftOut) {
     QStringList sentences;
     if (leftOut.unfinishedLines > 0) {
-        sentences.append(tr("Its last line is not finished and was left out."));
+        sentences.append(tr("The last line of the file is not finished and was left out."));
     }
     if (leftOut.markedRows > 0) {
         sentences.append(counted(leftOut.markedRows,
@@ -53,7 +42,23 @@ QString leftOutNote(const LeftOut& leftOut) {
         sentences.append(counted(leftOut.negativeCells, tr("A negative abundance counts as 0."),
                                  tr("%1 negative abundances count as 0.")));
     }
+    return sentences;
+}
+
+QString storedMessage(const QString& fileName, const ImportReport& report) {
+    if (report.censuses == 0) return tr("There is no census in %1.").arg(fileName);
+    const QString censuses = counted(report.censuses, tr("1 census"), tr("%1 censuses"));
+    const QString taxa = counted(report.taxa, tr("1 taxon"), tr("%1 taxa"));
+    QStringList sentences = leftOutSentences(report.leftOut);
+    sentences.prepend(tr("Imported %1 with %2 from %3.").arg(censuses, taxa, fileName));
     return sentences.join(' ');
+}
+
+}  // namespace
+
+QString leftOutNote(const QString& fileName, const LeftOut& leftOut) {
+    const QStringList sentences = leftOutSentences(leftOut);
+    return sentences.isEmpty() ? QString() : fileName + ": " + sentences.join(' ');
 }
 
 QString importMessage(const QString& fileName, const ImportReport& report) {

@@ -14,6 +14,6 @@ QString importMessage(const QString& fileName, const ImportReport& report);
 
 // What a format leaves out by its rules and the person would miss, in sentences; empty where
 // nothing. Absent taxa are not missed.
-QString leftOutNote(const LeftOut& leftOut);
+QString leftOutNote(const QString& fileName, const LeftOut& leftOut);
 
 }  // namespace zorvel

@@ -19,7 +19,8 @@ namespace {
 // Goes with the main view: the import then stops, and nobody hears of it.
 class ImportRun : public QObject {
   public:
-    ImportRun(MainViewController& view, JobQueue& jobs) : QObject(&view), jobs_(jobs, this) {}
+    ImportRun(MainViewController& view, JobQueue& jobs, std::function<void(bool cancelled)> ended)
+        : QObject(&view), jobs_(jobs, this), ended_(std::move(ended)) {}
     ~ImportRun() override { stop_.request_stop(); }
 
     void start(Document& document, FileKind kind, OpenedText text) {
@@ -33,10 +34,12 @@ class ImportRun : public QObject {
         auto* view = qobject_cast<MainViewController*>(parent());
         if (view != nullptr) view->showMessage(importMessage(name, report));
         deleteLater();
+        ended_(report.outcome == ImportReport::Outcome::cancelled);
     }
 
     QueueJobs jobs_;
     std::stop_source stop_;
+    std::function<void(bool cancelled)> ended_;
 };
 
 }  // namespace
@@ -50,10 +53,29 @@ Document* currentOrNewDocument(ProjectWindows& windows, const CommandWindow& com
     return command.given ? &command.window->document() : &windows.openUntitled().document();
 }
 
-void importInto(Document& document, ProjectWindows& windows, FileKind kind, OpenedText text) {
+void importInto(Document& document, ProjectWindows& windows, FileKind kind, OpenedText text,
+                std::function<void(bool cancelled)> ended) {
     auto* view = dynamic_cast<MainViewController*>(document.project().documentMainViewController());
     if (view == nullptr) return;
-    (new ImportRun(*view, windows.jobs()))->start(document, kind, std::move(text));
+    (new ImportRun(*view, windows.jobs(), std::move(ended)))
+        ->start(document, kind, std::move(text));
+}
+
+void importFiles(ProjectWindows& windows, const CommandWindow& command,
+                 const std::vector<KnownFile>& files) {
+    if (files.empty() || command.isGone()) return;
+    const KnownFile file = files.front();
+    const auto next = [=, &windows, rest = std::vector<KnownFile>(files.begin() + 1, files.end())] {
+        importFiles(windows, command, rest);
+    };
+    readTextInBackground(
+        windows, command.window, file.path, [=, &windows](std::optional<OpenedText> text) {
+            Document* document = text ? currentOrNewDocument(windows, command) : nullptr;
+            if (document == nullptr) return next();
+            importInto(*document, windows, file.kind, std::move(*text), [=](bool cancelled) {
+                if (!cancelled) next();
+            });
+        });
 }
 
 void runImport(ProjectWindows& windows, MainWindowController* window, FileKind kind) {

@@ -1,8 +1,11 @@
-// The commands that import a text file into a project, and what they tell the person. Main thread.
+// The commands that import text files into a project, and what they tell the person. Main thread.
 #pragma once
 
 #include <QPointer>
+#include <functional>
+#include <vector>
 
+#include "app/file_kinds.h"
 #include "app/open_text_file.h"
 #include "interchange/file_kind.h"
 
@@ -29,8 +32,15 @@ Document* currentOrNewDocument(ProjectWindows& windows, const CommandWindow& com
 // Asks for a file, and imports it as one of that kind.
 void runImport(ProjectWindows& windows, MainWindowController* window, FileKind kind);
 
+// Imports the files one after the other, in their order. A file that cannot be read or imported
+// does not keep the others out; cancelling does.
+void importFiles(ProjectWindows& windows, const CommandWindow& command,
+                 const std::vector<KnownFile>& files);
+
 // In the background; the message strip of the project's window tells what came of it. The import is
-// given up where the window closes.
-void importInto(Document& document, ProjectWindows& windows, FileKind kind, OpenedText text);
+// given up where the window closes; otherwise ended is called.
+void importInto(
+    Document& document, ProjectWindows& windows, FileKind kind, OpenedText text,
+    std::function<void(bool cancelled)> ended = [](bool) {});
 
 }  // namespace zorvel

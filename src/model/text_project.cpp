@@ -29,22 +29,23 @@ ProjectRecords recordsOf(const std::vector<MockCensus>& censuses) {
 
 }  // namespace
 
-TextProject readTextProject(const std::string& path) {
+TextProject readTextProject(const std::string& path, std::optional<FileKind> kind) {
     const Result<std::string> text = readTextFile(path);
     if (!text.ok()) return unreadable(text.problem().message);
     if (text.value().empty()) return unreadable("the file is empty");
 
-    const FileKind kind = guessFileKind(text.value());
-    Parsed<std::vector<MockCensus>> parsed = parseFile(kind, text.value());
+    if (!kind) kind = guessFileKind(text.value());
+    Parsed<std::vector<MockCensus>> parsed = parseFile(*kind, text.value());
     TextProject project;
     project.place = parsed.place;
+    project.leftOut = parsed.leftOut;
     std::vector<std::string> lines = std::move(parsed.consoleLines);
     if (parsed.value) {
         project.records = recordsOf(*parsed.value);
         if (parsed.value->empty()) project.failure = "there is no census in the file";
     } else {
         project.failure = reasonOf(lines);
-        lines.emplace_back(importDriver(kind).failureLine);
+        lines.emplace_back(importDriver(*kind).failureLine);
     }
     writeConsoleLines(lines);
     return project;

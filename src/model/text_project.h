@@ -3,8 +3,10 @@
 // any thread.
 #pragma once
 
+#include <optional>
 #include <string>
 
+#include "interchange/file_kind.h"
 #include "interchange/import_records.h"
 #include "store/project_records.h"
 
@@ -15,9 +17,11 @@ struct TextProject {
     // Why there are none, in words for the person at the screen; empty where the file was read.
     std::string failure;
     TextPlace place;  // of the failure, as far as it is known
+    LeftOut leftOut;  // of the records
 };
 
-// Writes to the console what the parser says and, on failure, the import's own line after it.
-TextProject readTextProject(const std::string& path);
+// Of that kind, or of the one that it seems to be. Writes to the console what the parser says and,
+// on failure, the import's own line after it.
+TextProject readTextProject(const std::string& path, std::optional<FileKind> kind = std::nullopt);
 
 }  // namespace zorvel

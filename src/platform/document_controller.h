@@ -12,6 +12,7 @@
 #include <optional>
 #include <vector>
 
+#include "model/text_project.h"
 #include "platform/document.h"
 #include "platform/document_saver.h"
 #include "platform/event_loop_turns.h"
@@ -47,8 +48,9 @@ class DocumentController : public QObject {
     // Opens a project, or any text file of counts as an untitled project of what is in it. A
     // project that is open already, by this path or another, is not opened twice: documentDidOpen
     // tells of the one that is there. Exactly one of documentDidOpen and openDidFail follows, at
-    // once or later.
-    void open(const QString& path);
+    // once or later. kind: of a text file, guessed where there is none; what its format leaves out
+    // by its rules is told of by documentDidLeaveOut after documentDidOpen.
+    void open(const QString& path, std::optional<FileKind> kind = std::nullopt);
 
     // Opens each untitled project that an earlier run has left and no other run has open now.
     void recover();
@@ -76,6 +78,8 @@ class DocumentController : public QObject {
   signals:
     // path: as given to open(); empty for a recovered or duplicated project.
     void documentDidOpen(zorvel::Document* document, const QString& path);
+    void documentDidLeaveOut(zorvel::Document* document, const QString& path,
+                             const zorvel::LeftOut& leftOut);
     // message: whole, for the person, with the file's name.
     void openDidFail(const QString& path, const QString& message);
     void recentPathsDidChange();
@@ -96,6 +100,7 @@ class DocumentController : public QObject {
         Source source = Source::any;
         QString shownName;
         std::optional<FileIdentity> identity;
+        std::optional<FileKind> kind = std::nullopt;  // of a text file
     };
 
     // Opening (document_opening.cpp).

@@ -22,8 +22,8 @@ bool isOthersBusiness(FileTrouble trouble) {
 
 }  // namespace
 
-void DocumentController::open(const QString& path) {
-    Request request{path, Source::any, QFileInfo(path).fileName(), std::nullopt};
+void DocumentController::open(const QString& path, std::optional<FileKind> kind) {
+    Request request{path, Source::any, QFileInfo(path).fileName(), std::nullopt, kind};
     if (untitled_.holds(path)) {
         request.source = Source::untitledFolder;
         untitled_.claim(request.shownName);
@@ -141,7 +141,9 @@ void DocumentController::read(const Request& request) {
             if (request.source == Source::backup) {
                 return readCopy(request.path, request.shownName, options);
             }
-            if (request.source == Source::any) return readAnyFile(request.path, options);
+            if (request.source == Source::any) {
+                return readAnyFile(request.path, options, request.kind);
+            }
             return readProjectFile(request.path, request.shownName, options);
         },
         [this, request](FileReading reading) { finishReading(request, reading); });
@@ -184,6 +186,9 @@ void DocumentController::openRecords(const Request& request, FileReading& readin
     document.worthKeeping_ = inFolder;
     if (!inFolder) noteRecent(request.path);
     emit documentDidOpen(&document, request.source == Source::recovered ? QString() : request.path);
+    if (reading.leftOut != LeftOut()) {
+        emit documentDidLeaveOut(&document, request.path, reading.leftOut);
+    }
 }
 
 }  // namespace zorvel

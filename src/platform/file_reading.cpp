@@ -44,11 +44,12 @@ QString placeText(const TextPlace& place) {
     return line + tr(", cell %1").arg(place.cell);
 }
 
-FileReading readText(const QString& path) {
-    TextProject project = readTextProject(encodedPath(path));
+FileReading readText(const QString& path, std::optional<FileKind> kind) {
+    TextProject project = readTextProject(encodedPath(path), kind);
     FileReading reading;
     if (project.failure.empty()) {
         reading.records = std::move(project.records);
+        reading.leftOut = project.leftOut;
     } else {
         reading.failure =
             unreadableMessage(QFileInfo(path).fileName(), project.failure, project.place);
@@ -96,11 +97,12 @@ FileReading readCopy(const QString& path, const QString& shownName, ProjectFileO
     return reading;
 }
 
-FileReading readAnyFile(const QString& path, const ProjectFileOptions& options) {
+FileReading readAnyFile(const QString& path, const ProjectFileOptions& options,
+                        std::optional<FileKind> kind) {
     if (path.endsWith(projectEnding) || isProject(encodedPath(path))) {
         return readProjectFile(path, QFileInfo(path).fileName(), options);
     }
-    return readText(path);
+    return readText(path, kind);
 }
 
 }  // namespace zorvel

@@ -22,11 +22,14 @@ struct FileReading {
     QString failure;
     // Of a project file.
     std::optional<FileProblem> problem;
+    // Of a text file's records.
+    LeftOut leftOut;
 };
 
 // A project file, or a text file of counts, told apart by their first bytes; what has the ending of
-// a project is taken for one.
-FileReading readAnyFile(const QString& path, const ProjectFileOptions& options);
+// a project is taken for one. kind: of a text file; guessed where there is none.
+FileReading readAnyFile(const QString& path, const ProjectFileOptions& options,
+                        std::optional<FileKind> kind = std::nullopt);
 
 // shownName stands before the message of a failure.
 FileReading readProjectFile(const QString& path, const QString& shownName,
