@@ -159,7 +159,7 @@ TEST_F(AnalysisWindowsTest, TheProjectWideWindowIsThereAtOnce) {
 }
 
 TEST_F(AnalysisWindowsTest, TheEndOfOneWorkLeavesTheWordsOfTheOthers) {
-    const int import = view().startProgress("importing census matrix...", nullptr);
+    const int import = view().startProgress(std::string_view("importing census matrix..."), {});
     view().startProgress("opening", "opening moss...");
     holdJobs();
     trigger("sampleBasedRarefaction");
