@@ -12,13 +12,11 @@
 #include <string>
 
 #include "app/start_up.h"
+#include "bench/bench_panels.h"
 #include "bench/run_benchmarks.h"
 #include "metrics/random_source.h"
 #include "platform/job_queue.h"
 #include "tests/support/offscreen_home.h"
-#include "ui/kit/alerts.h"
-#include "ui/kit/open_panel.h"
-#include "ui/kit/save_panel.h"
 #include "ui/main/main_view_controller.h"
 #include "ui/main/record_tables.h"
 #include "ui/main/species_table_model.h"
@@ -46,30 +44,6 @@ std::vector<TaxonValues> taxa(std::size_t count, std::size_t names, std::mt19937
     return list;
 }
 
-class NoAlerts : public Alerts {
-  public:
-    int ask(QWidget* /*parent*/, const Question& /*question*/) override { return 0; }
-    int choose(QWidget* /*parent*/, const Choice& choice) override { return choice.preselected; }
-    void warn(QWidget* /*parent*/, const QString& /*text*/, const QString& /*more*/) override {}
-};
-
-class NoOpenPanel : public OpenPanel {
-  public:
-    QStringList chooseFiles(QWidget* /*parent*/) override { return {}; }
-    QString chooseTextFile(QWidget* /*parent*/) override { return {}; }
-};
-
-class NoSavePanel : public SavePanel {
-  public:
-    QString chooseProjectPath(QWidget* /*parent*/, const QString& /*suggestion*/) override {
-        return {};
-    }
-    QString chooseFile(QWidget* /*parent*/, const QString& /*suggestion*/,
-                       const QList<FileType>& /*types*/) override {
-        return {};
-    }
-};
-
 struct Window {
     Window() {
         std::mt19937 random(1);
@@ -83,8 +57,7 @@ struct Window {
         }
         document.objectContext().announceChanges();
         view = std::make_unique<MainViewController>(
-            document, jobs, [] { return std::make_unique<SeededRandom>(1); },
-            Panels{openPanel, savePanel, alerts});
+            document, jobs, [] { return std::make_unique<SeededRandom>(1); }, panels.all());
         view->resize(1024, 700);
         view->show();
         select(0);
@@ -99,9 +72,7 @@ struct Window {
 
     DiversityDocument document;
     JobQueue jobs;
-    NoOpenPanel openPanel;
-    NoSavePanel savePanel;
-    NoAlerts alerts;
+    BenchPanels panels;
     std::unique_ptr<MainViewController> view;
 };
 

@@ -1,0 +1,283 @@
+// Imports as a person starts them: by the menu, by a drop, by names on the command line.
+#include <QMenu>
+#include <QPushButton>
+#include <future>
+
+#include "app/file_kinds.h"
+#include "app/imports.h"
+#include "ui/kit/message_strip.h"
+#include "ui/window_fixture.h"
+
+namespace zorvel {
+namespace {
+
+const char phoneFile[] =
+    "\"Name\",\"Date\",\"Notes\",\"Latitude\",\"Longitude\",\"Abies\",\"Larix\"\n"
+    "\"North\",\"Mar 5, 2016 3:42 PM\",\"wet\",1.5,-2,4,0\n";
+const char matrix[] = ",Abies,Larix\nNorth,3,0\nSouth,1,2\n";
+
+class ImportTest : public WindowTest {
+  protected:
+    void TearDown() override {
+        releaseJobs();
+        WindowTest::TearDown();
+    }
+
+    QStringList messages() { return window->mainView().messageStrip().messages(); }
+    bool idle() { return !window->mainView().isInProgress(); }
+    int rows() { return censusTable().model()->rowCount(); }
+    std::string name(int row) { return cell(censusTable(), row, 0); }
+
+    void import(const char* action, const QString& path) {
+        panel.answer = path.isEmpty() ? QStringList() : QStringList{path};
+        trigger(action);
+        ASSERT_TRUE(waitUntil([this] { return idle(); }));
+    }
+    void drop(const QStringList& paths) { emit window->filesDropped(paths); }
+
+    // No worker takes anything up until it is released.
+    void holdJobs() {
+        release_ = std::promise<void>();
+        const std::shared_future<void> released = release_->get_future().share();
+        for (int i = 0; i < workers; ++i) {
+            jobs->start(
+                &holder_,
+                [released] {
+                    released.wait();
+                    return 0;
+                },
+                [](int) {});
+        }
+    }
+    void releaseJobs() {
+        if (release_) release_->set_value();
+        release_.reset();
+    }
+
+  private:
+    QObject holder_;
+    std::optional<std::promise<void>> release_;
+};
+
+TEST_F(ImportTest, EveryKindOfFileThroughTheMenu) {
+    const struct {
+        const char* action;
+        QByteArray text;
+        int censuses;
+        const char* message;
+        QString undo;
+    } cases[] = {
+        {"importAbundanceListMenuItemTapped", "3 5\n7", 1,
+         "Imported 1 census with 3 taxa from file.txt.", "&Undo Import Abundance List"},
+        {"importOneCensusMenuItemTapped", "Abies,3\nLarix,2\nPicea,", 1,
+         "Imported 1 census with 2 taxa from file.txt. The last line of the file is not finished "
+         "and was left out.",
+         "&Undo Import Census"},
+        {"importCensusMatrixMenuItemTapped",
+         ",Abies,Larix\nNorth,3,0\nSouth,1,2\nimported census,1,1\nWest\n", 3,
+         "Imported 3 censuses with 3 taxa from file.txt. A row called “imported census” was left "
+         "out. A row has fewer values than there are species: the missing ones count as 0.",
+         "&Undo Import Census Matrix"},
+        {"importIOSFileMenuItemTapped", phoneFile, 1,
+         "Imported 1 census with 1 taxon from file.txt.", "&Undo Import Phone-App File"},
+    };
+    int before = 0;
+    for (const auto& test : cases) {
+        import(test.action, write("file.txt", test.text));
+        EXPECT_EQ(rows(), before + test.censuses) << test.message;
+        EXPECT_EQ(messages().last(), test.message);
+        EXPECT_TRUE(window->mainView().selectedCensuses().empty());
+        QAction& undo = child<QAction>("undo");
+        auto& menu = *qobject_cast<QMenu*>(undo.parent());
+        emit menu.aboutToShow();
+        EXPECT_EQ(undo.text(), test.undo);
+        emit menu.aboutToHide();
+        before = rows();
+    }
+    EXPECT_TRUE(console.empty());
+    trigger("undo");
+    trigger("undo");
+    EXPECT_EQ(rows(), 2);
+    trigger("redo");
+    EXPECT_EQ(rows(), 5);
+    EXPECT_EQ(name(3), "South");
+}
+
+TEST_F(ImportTest, AFaultyFileIsToldOfWithItsPlaceAndStoresNothing) {
+    import("importCensusMatrixMenuItemTapped",
+           write("plots.csv", ",Abies,Larix\nNorth,3,4\nSouth,1,two\n"));
+    EXPECT_EQ(rows(), 0);
+    EXPECT_EQ(messages(), (QStringList{"plots.csv could not be read (line 3, cell 3): Not an "
+                                       "abundance value, or not an integer: two"}));
+    EXPECT_EQ(console, (std::vector<std::string>{
+                           "B: Not an abundance value, or not an integer: two",
+                           "WARNING: Censuses could not be obtained from census matrix"}));
+    EXPECT_TRUE(windows->isFree(*window));
+}
+
+TEST_F(ImportTest, NoTextNoImport) {
+    const struct {
+        QString path;
+        int warnings;
+        const char* says;
+    } cases[] = {
+        {"", 0, ""},
+        {write("empty.txt", ""), 0, ""},
+        {folder.filePath("missing.csv"), 1, "“missing.csv” could not be read: It is "},
+        {write("excel.csv", QByteArray("\xff\xfe"
+                                       "a\0,\0"
+                                       "1\0",
+                                       8)),
+         1, "UTF-16"},
+        {write("old.csv", "M\xfcller,3\n"), 1, "Latin-1"},
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.path.toStdString());
+        console.clear();
+        alerts.warnings.clear();
+        import("importOneCensusMenuItemTapped", test.path);
+        EXPECT_EQ(console, std::vector<std::string>{"WARNING: no string obtained from file"});
+        ASSERT_EQ(alerts.warnings.size(), test.warnings);
+        EXPECT_TRUE(alerts.warnings.join(' ').contains(test.says));
+    }
+    EXPECT_EQ(messages(), QStringList{"empty.txt is empty."});
+    EXPECT_EQ(windows->windows().size(), 1U);
+    EXPECT_FALSE(context().canUndo());
+}
+
+TEST_F(ImportTest, WithoutAWindowTheFileMakesAProject) {
+    runImport(*windows, nullptr, FileKind::matrix);
+    EXPECT_EQ(windows->windows().size(), 1U);
+    panel.answer = {write("plots.csv", matrix)};
+    runImport(*windows, nullptr, FileKind::matrix);
+    EXPECT_EQ(windows->windows().size(), 1U);
+    ASSERT_TRUE(waitUntil([this] { return windows->windows().size() == 2; }));
+    window = windows->windows().back();
+    ASSERT_TRUE(waitUntil([this] { return rows() == 2; }));
+}
+
+TEST_F(ImportTest, AWindowThatClosesMeanwhileIsNotMissed) {
+    MainWindowController& other = windows->openUntitled();
+    panel.answer = {write("plots.csv", matrix)};
+    runImport(*windows, &other, FileKind::matrix);
+    importInto(other.document(), *windows, FileKind::matrix, {"more.csv", matrix});
+    other.close();
+    sendDeletions();
+    drainJobs();
+    drainJobs();
+    EXPECT_EQ(windows->windows().size(), 1U);
+    EXPECT_EQ(rows(), 0);
+    EXPECT_EQ(console, std::vector<std::string>{"Could not get a diversity document"});
+}
+
+TEST_F(ImportTest, SeveralAtOnceEachTellOfThemselves) {
+    holdJobs();
+    importInto(window->document(), *windows, FileKind::matrix, {"one.csv", matrix});
+    importInto(window->document(), *windows, FileKind::list, {"two.txt", "4 5"});
+    EXPECT_EQ(label("progressLabel"), "importing abundance list...");
+    EXPECT_FALSE(windows->isFree(*window));
+    releaseJobs();
+    ASSERT_TRUE(waitUntil([this] { return idle(); }));
+    EXPECT_EQ(rows(), 3);
+    EXPECT_EQ(messages().size(), 2);
+}
+
+TEST_F(ImportTest, CancelAndEscapeGiveUpWhatIsNamed) {
+    panel.answer = {write("plots.csv", matrix)};
+    holdJobs();
+    trigger("importCensusMatrixMenuItemTapped");
+    EXPECT_EQ(label("progressLabel"), "reading plots.csv...");
+    QPushButton& cancel = child<QPushButton>("cancelProgressButton");
+    ASSERT_TRUE(cancel.isVisible());
+    cancel.click();
+    EXPECT_TRUE(idle());
+    importInto(window->document(), *windows, FileKind::matrix, {"plots.csv", matrix});
+    QTest::keyClick(&censusTable(), Qt::Key_Escape);
+    releaseJobs();
+    ASSERT_TRUE(waitUntil([this] { return idle(); }));
+    drainJobs();
+    EXPECT_EQ(rows(), 0);
+    EXPECT_EQ(messages(),
+              QStringList{"The import of plots.csv was cancelled. Nothing was stored."});
+    EXPECT_FALSE(cancel.isVisible());
+    window->mainView().startProgress("other", "other work...");
+    EXPECT_FALSE(cancel.isVisible());
+}
+
+TEST_F(ImportTest, DroppedTextsAreImportedInOrderAndAskedAboutOnce) {
+    const QString project = folder.filePath("kept.zorvel");
+    open(write("kept.csv", ",a,b\nEast,1,2\n"));
+    savePanel.answer = project;
+    trigger("saveDocumentAs");
+    ASSERT_TRUE(
+        waitUntil([&] { return QFile::exists(project) && !window->document().isUntitled(); }));
+    MainWindowController& other = windows->openUntitled();
+    window = &other;
+    drop({write("b.txt", "Abies,3\n"), write("plots.csv", matrix), project,
+          write("a.txt", "Picea,4\nLarix,1\n"), write("list.txt", "7\n8\n9\n")});
+    ASSERT_TRUE(waitUntil([this] { return rows() == 5 && idle(); }));
+    ASSERT_EQ(alerts.choices.size(), 1);
+    const Choice& choice = alerts.choices.front();
+    EXPECT_EQ(choice.options[choice.preselected].section('\t', 0, 0), "&Single census");
+    EXPECT_EQ(choice.excerpt, "Abies,3");
+    EXPECT_TRUE(choice.text.contains("2 files")) << choice.text.toStdString();
+    EXPECT_EQ(context().undoName(), "Import Abundance List");
+    EXPECT_EQ(name(1), "North");
+    EXPECT_EQ(context().censuses()[3].taxonCount(), 2U);
+    EXPECT_EQ(windows->windows().size(), 2U);
+}
+
+TEST_F(ImportTest, TheAnswerDecidesAndCancellingOpensNothing) {
+    alerts.chosen = {-1};
+    open(write("doubt.csv", "site,oak\nNorth,3\n"));
+    EXPECT_TRUE(windows->isFree(*window));
+    EXPECT_TRUE(messages().isEmpty());
+    alerts.chosen = {1};
+    open(folder.filePath("doubt.csv"));
+    EXPECT_EQ(console.back(), "WARNING: Census could not be obtained");
+    open(folder.filePath("doubt.csv"));
+    EXPECT_EQ(name(0), "North");
+    EXPECT_EQ(alerts.choices.size(), 3);
+}
+
+TEST_F(ImportTest, FirstLinesTellTheKindOrLeaveADoubt) {
+    QByteArray large = ",Ä,b\nNorth,1,2\n";
+    while (large.size() < 65535) large += "South,1,2\n";
+    large.insert(65535, "Ö");
+    const struct {
+        QByteArray text;
+        bool isText;
+        FileKind guess;
+        bool certain;
+    } cases[] = {
+        {phoneFile, true, FileKind::ios, true},
+        {"1, 2\n3\n", true, FileKind::list, true},
+        {matrix, true, FileKind::matrix, true},
+        {large, true, FileKind::matrix, true},
+        {",a,b\n\nNorth,1,2", true, FileKind::matrix, true},
+        {"Abies,3\nLarix,2\n", true, FileKind::census, false},
+        {"site,oak\nNorth,3\n", true, FileKind::matrix, false},
+        {"site,oak,elm\nNorth,3,many\n", true, FileKind::matrix, false},
+        {"site,oak,elm\nNorth,3\n", true, FileKind::matrix, false},
+        {"site,oak,12\nNorth,3,4\n", true, FileKind::matrix, false},
+        {"only words\n", true, FileKind::matrix, false},
+        {"", false, FileKind::matrix, false},
+        {QByteArray("\xff\xfe"
+                    "a\0",
+                    4),
+         false, FileKind::matrix, false},
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.text.left(40).toStdString());
+        const FileSample sample = sampleFile(write("sample.csv", test.text));
+        EXPECT_EQ(sample.isText, test.isText);
+        EXPECT_EQ(sample.guess, test.guess);
+        EXPECT_EQ(sample.certain, test.certain);
+        EXPECT_LE(sample.firstLines.count('\n'), 5);
+    }
+    EXPECT_FALSE(sampleFile(folder.filePath("missing.csv")).isText);
+    EXPECT_FALSE(sampleFile(folder.path()).isText);
+}
+
+}  // namespace
+}  // namespace zorvel
