@@ -1,23 +1,50 @@
 #include "model/taxon_formatter.h"
 
-#include <unordered_set>
-
 #include "base/text.h"
 
 namespace zorvel {
 
+namespace {
+constexpr std::size_t taxaAtOnce = 4096;  // about 4 ms where every name is a new one
+}
+
+const TaxonFormatter::Names& TaxonFormatter::taxonNames() {
+    while (learnSome()) {
+    }
+    return taxonNames_;
+}
+
+void TaxonFormatter::learn(const TaxonRecord& taxon) {
+    if (!taxon.values.name) return;
+    const std::string& name = taxon.values.name->str();
+    if (seen_.insert(&name).second) taxonNames_.insert(name);
+}
+
 void TaxonFormatter::updatedTaxonNotification(const ChangeSet& changes) {
-    // Most names are met again as the very same shared text.
-    std::unordered_set<const std::string*> seen;
+    seen_.clear();
     for (const CensusChange& change : changes) {
         if (change.deleted()) continue;
+        if (change.inserted()) {
+            waiting_.insert(waiting_.end(), change.after->chunks.begin(),
+                            change.after->chunks.end());
+            continue;
+        }
         forEachTaxonChange(change.before.get(), change.after.get(),
                            [&](const TaxonRecord* /*before*/, const TaxonRecord* after) {
-                               if (!after || !after->values.name) return;
-                               const std::string& name = after->values.name->str();
-                               if (seen.insert(&name).second) taxonNames_.insert(name);
+                               if (after) learn(*after);
                            });
     }
+    learnSome();
+}
+
+bool TaxonFormatter::learnSome() {
+    seen_.clear();
+    for (std::size_t taxa = 0; taxa < taxaAtOnce && !waiting_.empty(); waiting_.pop_front()) {
+        for (const TaxonRecord& taxon : *waiting_.front()) learn(taxon);
+        taxa += waiting_.front()->size();
+    }
+    seen_.clear();
+    return !waiting_.empty();
 }
 
 bool TaxonFormatter::isPartialStringValid(std::string& partial, std::optional<TextRange>& proposed,

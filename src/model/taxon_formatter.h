@@ -4,11 +4,14 @@
 #pragma once
 
 #include <cstddef>
+#include <deque>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <set>
 #include <string>
 #include <string_view>
+#include <unordered_set>
 
 #include "store/change_set.h"
 
@@ -24,13 +27,17 @@ class TaxonFormatter {
   public:
     using Names = std::set<std::string, std::less<>>;
 
-    // Known names in order; one that begins with what is typed is found without a scan.
-    [[nodiscard]] const Names& taxonNames() const { return taxonNames_; }
+    // Known names in order; one that begins with what is typed is found without a scan. Learns what
+    // waits.
+    [[nodiscard]] const Names& taxonNames();
     void setTaxonNames(Names names) { taxonNames_ = std::move(names); }
     void addTaxonNames(const Names& names) { taxonNames_.insert(names.begin(), names.end()); }
 
-    // Every name of a taxon that came or changed becomes known. None is ever forgotten.
+    // Every name of a taxon that came or changed becomes known: at once, but for those of many taxa
+    // in new censuses, which wait. None is ever forgotten.
     void updatedTaxonNotification(const ChangeSet& changes);
+    // Learns for a few milliseconds from what waits. Whether more waits: call again soon.
+    bool learnSome();
 
     // Whether the text stands as it was typed. If not, partial has become the completion and
     // proposed the part of it that was not typed, to be selected so that typing on replaces it.
@@ -42,7 +49,12 @@ class TaxonFormatter {
                               std::string_view original, TextRange originalSelection) const;
 
   private:
+    void learn(const TaxonRecord& taxon);
+
     Names taxonNames_;
+    std::deque<std::shared_ptr<const TaxonChunk>> waiting_;
+    // In the turn: most names are met again as the very same shared text.
+    std::unordered_set<const std::string*> seen_;
 };
 
 }  // namespace zorvel

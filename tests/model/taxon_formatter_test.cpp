@@ -100,5 +100,31 @@ TEST(TaxonFormatter, LearnsNamesAndForgetsNone) {
     EXPECT_EQ(formatter.taxonNames(), (TaxonFormatter::Names{"Abies", "Abies alba", "Picea"}));
 }
 
+TEST(TaxonFormatter, LearnsFromManyNewTaxaLittleByLittle) {
+    constexpr int taxa = 10'000;
+    ObjectContext context;
+    TaxonFormatter formatter;
+    context.addObserver([&](const ChangeSet& set) { formatter.updatedTaxonNotification(set); });
+    MockCensus census;
+    for (int i = 0; i < taxa; ++i) census.taxa.push_back({1, "Species " + std::to_string(i)});
+    importCensuses(context, {census});
+    context.announceChanges();
+    deleteCensuses(context, context.censuses());
+    context.announceChanges();
+    const auto completes = [&formatter](std::string text, const std::string& whole) {
+        std::optional<TextRange> selection = TextRange{text.size(), 0};
+        formatter.isPartialStringValid(text, selection, "", {0, 0});
+        return text == whole;
+    };
+    EXPECT_TRUE(completes("Species 12", "Species 120"));
+    EXPECT_FALSE(completes("Species 999", "Species 9990"));
+    int turns = 0;
+    while (formatter.learnSome()) ++turns;
+    EXPECT_GE(turns, 1);
+    EXPECT_LE(turns, 10);
+    EXPECT_TRUE(completes("Species 999", "Species 9990"));
+    EXPECT_EQ(formatter.taxonNames().size(), std::size_t{taxa});
+}
+
 }  // namespace
 }  // namespace zorvel

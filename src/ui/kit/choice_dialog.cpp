@@ -87,7 +87,7 @@ void ChoiceDialog::addOptions(const Choice& choice, QVBoxLayout& column) {
         auto* label = new QLabel(meaning, this);
         label->setTextFormat(Qt::PlainText);
         label->setForegroundRole(QPalette::PlaceholderText);
-        label->setContentsMargins(24, 0, 0, 6);
+        label->setContentsMargins(20, 0, 0, 6);
         rows->addWidget(label);
         if (button->isChecked()) button->setFocus();
     }

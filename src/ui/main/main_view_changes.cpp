@@ -1,6 +1,7 @@
 // How the main view follows the records: every change comes here once a turn, whoever made it.
 #include <QItemSelectionModel>
 #include <QScrollBar>
+#include <QTimer>
 #include <algorithm>
 
 #include "ui/main/census_table_model.h"
@@ -84,6 +85,12 @@ void MainViewController::recordsDidChange(const ChangeSet& changes) {
     showCensusCount();
     refreshSpeciesControls();
     if (revealing_) revealChanges(changes);
+    QTimer::singleShot(0, this, &MainViewController::learnNames);
+}
+
+// The names of many new taxa take longer than a person should wait: a few in each turn.
+void MainViewController::learnNames() {
+    if (taxonFormatter_.learnSome()) QTimer::singleShot(0, this, &MainViewController::learnNames);
 }
 
 void MainViewController::shownCensusDidChange(const CensusChange& change) {

@@ -148,6 +148,7 @@ class MainViewController : public QWidget, public MainView {
     void shownCensusDidChange(const CensusChange& change);
     void revealChanges(const ChangeSet& changes);
     void selectCensus(RecordId census);
+    void learnNames();
     void travel(void (ObjectContext::*step)());
 
     void showSecondaryTexts();
