@@ -14,7 +14,7 @@ CountsMatrixResult takeMatrix(Project& project) {
     return result;
 }
 
-std::optional<Problem> run(const Call& /*call*/, Project& project, Output& output) {
+std::optional<Problem> runMatrix(const Call& /*call*/, Project& project, Output& output) {
     const CountsMatrixResult result = takeMatrix(project);
     output.write(writeCensusMatrix(result.matrix, result.taxonNames, result.censusNames));
     return std::nullopt;
@@ -27,7 +27,7 @@ const Command matrixCommand = {
     .description = "The censuses by taxa as a census matrix",
     .example = "matrix phone-export.txt --kind ios --output counts.csv",
     .refusesJson = true,
-    .run = run,
+    .run = runMatrix,
 };
 
 }  // namespace zorvel::cli

@@ -38,7 +38,7 @@ void writeJson(const Call& call, const Project& project, Output& output) {
     json.endArray();
 }
 
-std::optional<Problem> run(const Call& call, Project& project, Output& output) {
+std::optional<Problem> runMetrics(const Call& call, Project& project, Output& output) {
     (call.json ? writeJson : writeText)(call, project, output);
     return std::nullopt;
 }
@@ -49,7 +49,7 @@ const Command metricsCommand = {
     .name = "metrics",
     .description = "The metrics table of every census, over all its taxa",
     .example = "metrics counts.csv --output metrics.csv",
-    .run = run,
+    .run = runMetrics,
 };
 
 }  // namespace zorvel::cli

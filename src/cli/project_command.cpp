@@ -71,7 +71,7 @@ void writeJson(const ProjectWideMetrics& metrics, Output& output) {
     json.endObject();
 }
 
-std::optional<Problem> run(const Call& call, Project& project, Output& output) {
+std::optional<Problem> runProject(const Call& call, Project& project, Output& output) {
     if (project.censuses.size() < 3) {
         return Problem{"Must have at least three censuses to calculate project-wide metrics"};
     }
@@ -94,7 +94,7 @@ const Command projectCommand = {
     .name = "project",
     .description = "The metrics of all censuses, pooled, averaged and by incidence",
     .example = "project counts.csv --json",
-    .run = run,
+    .run = runProject,
 };
 
 }  // namespace zorvel::cli

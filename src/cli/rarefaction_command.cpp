@@ -47,7 +47,7 @@ void writeJson(const Curve& curve, Output& output) {
     json.endArray();
 }
 
-std::optional<Problem> run(const Call& call, Project& project, Output& output) {
+std::optional<Problem> runRarefaction(const Call& call, Project& project, Output& output) {
     const Result<Curve> curve =
         call.samples ? sampleBased(project) : individualBased(call, project);
     if (!curve) return curve.problem();
@@ -67,7 +67,7 @@ const Command rarefactionCommand = {
     .example = "rarefaction counts.csv --samples",
     .takesCensus = true,
     .takesSamples = true,
-    .run = run,
+    .run = runRarefaction,
 };
 
 }  // namespace zorvel::cli

@@ -37,7 +37,7 @@ void writeCensus(JsonWriter& json, const CensusBlock& census) {
     json.endObject();
 }
 
-std::optional<Problem> run(const Call& /*call*/, Project& project, Output& output) {
+std::optional<Problem> runRecords(const Call& /*call*/, Project& project, Output& output) {
     JsonWriter json(output);
     json.beginArray();
     for (const Census& census : project.censuses) {
@@ -54,7 +54,7 @@ const Command recordsCommand = {
     .name = "records",
     .description = "Every census with its taxa, as JSON (with or without --json)",
     .example = "records phone-export.txt --kind ios",
-    .run = run,
+    .run = runRecords,
 };
 
 }  // namespace zorvel::cli

@@ -8,7 +8,7 @@
 namespace zorvel::cli {
 namespace {
 
-std::optional<Problem> run(const Call& call, Project& project, Output& output) {
+std::optional<Problem> runSummary(const Call& call, Project& project, Output& output) {
     if (project.censuses.empty()) return Problem{"holds no census"};
     const Result<std::size_t> chosen = chooseCensus(project.names, call.census);
     if (!chosen) return chosen.problem();
@@ -35,7 +35,7 @@ const Command summaryCommand = {
     .description = "The metrics of one census, over its included taxa",
     .example = "summary counts.csv --census North --size 100",
     .takesCensus = true,
-    .run = run,
+    .run = runSummary,
 };
 
 }  // namespace zorvel::cli

@@ -3,20 +3,15 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <limits>
 #include <string>
 
 #include "bench/plain_census_metrics.h"
 #include "metrics/random_source.h"
 #include "tests/metrics/same_number.h"
+#include "tests/support/extreme_values.h"
 
 namespace zorvel {
 namespace {
-
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-constexpr double infinity = std::numeric_limits<double>::infinity();
-constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
-constexpr std::int64_t least = std::numeric_limits<std::int64_t>::min();
 
 CensusMetrics oneByOne(CountsView counts) {
     return {individuals(counts), richness(counts), chaoOne(counts),

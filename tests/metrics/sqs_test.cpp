@@ -3,19 +3,15 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 #include <string>
 #include <vector>
 
 #include "base/console.h"
 #include "metrics/sqs_trials.h"
+#include "tests/support/extreme_values.h"
 
 namespace zorvel {
 namespace {
-
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-constexpr double infinity = std::numeric_limits<double>::infinity();
-constexpr std::int64_t most = std::numeric_limits<std::int64_t>::max();
 
 // How many random bits a trial needs.
 class CountingRandom final : public RandomSource {

@@ -1,10 +1,9 @@
 #include "platform/job_queue.h"
+#include "tests/support/wait_until.h"
 
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
-#include <QEventLoop>
 #include <atomic>
 #include <chrono>
 #include <future>
@@ -15,18 +14,6 @@
 
 namespace zorvel {
 namespace {
-
-// Processes events until the condition holds; false after ten seconds.
-template <class Condition>
-bool waitUntil(Condition condition) {
-    QElapsedTimer timer;
-    timer.start();
-    while (!condition()) {
-        if (timer.elapsed() > 10000) return false;
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-    }
-    return true;
-}
 
 TEST(JobQueue, WorksElsewhereAndDeliversHere) {
     JobQueue queue;

@@ -5,7 +5,7 @@
 namespace zorvel {
 namespace {
 
-constexpr std::size_t sectorSize = 512;
+constexpr std::size_t diskSector = 512;
 
 bool chance(double share, std::mt19937& random) {
     return std::bernoulli_distribution(share)(random);
@@ -106,7 +106,7 @@ void SimulatedDisk::applyTorn(const Change& change, std::string& bytes, std::mt1
     while (begin < change.bytes.size()) {
         const std::size_t offset = change.offset + begin;
         const std::size_t end =
-            std::min(change.bytes.size(), begin + sectorSize - offset % sectorSize);
+            std::min(change.bytes.size(), begin + diskSector - offset % diskSector);
         if (chance(0.5, random)) {
             overwrite(bytes, offset, std::string_view(change.bytes).substr(begin, end - begin));
         }

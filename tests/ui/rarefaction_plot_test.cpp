@@ -1,9 +1,9 @@
 #include "ui/analysis/rarefaction_plot.h"
+#include "tests/support/extreme_values.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <limits>
 #include <string>
 #include <vector>
 
@@ -15,8 +15,6 @@ void PrintTo(const QPointF& point, std::ostream* out) {
 
 namespace {
 
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-constexpr double inf = std::numeric_limits<double>::infinity();
 constexpr auto level95 = ConfidenceLevel::percent95;
 constexpr auto level99 = ConfidenceLevel::percent99;
 
@@ -56,7 +54,7 @@ TEST(RarefactionPlotTest, TicksFollowTheLargestValue) {
         {0, ""},
         {-4, ""},
         {nan, ""},
-        {inf, ""},
+        {infinity, ""},
     };
     for (const auto& row : rows) {
         PlotGeometry geometry = computeGeometry({}, 500, 400, row.maximum);
@@ -89,9 +87,10 @@ TEST(RarefactionPlotTest, PlacesTicksAndPointsByTheSize) {
 }
 
 TEST(RarefactionPlotTest, ScalesToTheLargestUpperLimitOfTheLevel) {
-    const std::vector<Rarefaction> data = {point(1, 1), {2, 3, 1, 2, nan, 2, inf}, point(3, 2)};
+    const std::vector<Rarefaction> data = {
+        point(1, 1), {2, 3, 1, 2, nan, 2, infinity}, point(3, 2)};
     EXPECT_EQ(maxUpperLimit(data, level95), 4);
-    EXPECT_EQ(maxUpperLimit(data, level99), inf);
+    EXPECT_EQ(maxUpperLimit(data, level99), infinity);
     EXPECT_EQ(maxUpperLimit({}, level95), 0);
     EXPECT_EQ(richnessMaximum(data, level95), 4);
     EXPECT_EQ(richnessMaximum(data, level99), 6);
@@ -108,7 +107,7 @@ TEST(RarefactionPlotTest, ScalesToTheLargestUpperLimitOfTheLevel) {
 TEST(RarefactionPlotTest, AnAxisWithoutScaleLeavesNothingToDraw) {
     const std::vector<Rarefaction> data = {point(1, 1), point(2, 2), point(3, 3)};
     const std::vector<Rarefaction> noSizes = {point(-2, 1), point(-1, 2), point(0, 3)};
-    for (const double maximum : {0.0, nan, inf, 1e-320}) {
+    for (const double maximum : {0.0, nan, infinity, 1e-320}) {
         const PlotGeometry geometry = computeGeometry(data, 500, 400, maximum);
         EXPECT_EQ(geometry.yMult, 0) << maximum;
         EXPECT_TRUE(curveLines(data, geometry).isEmpty());
@@ -144,7 +143,7 @@ TEST_F(BandTest, LeavesGapsWhereALimitIsNotFinite) {
     std::vector<Rarefaction> data;
     for (int size = 1; size <= 7; ++size) data.push_back(point(size, size));
     data[2].lower95 = nan;
-    data[3].upper95 = inf;
+    data[3].upper95 = infinity;
     const QList<QPolygonF> gap = bandPolygons(data, geometry, level95);
     ASSERT_EQ(gap.size(), 2);
     EXPECT_EQ(pointsOf(gap[0]), moved({{1, 1}, {1, 0}, {2, 1}, {2, 4}, {1, 3}, {1, 1}, {0, 0}}));

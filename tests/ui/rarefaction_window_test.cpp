@@ -22,7 +22,6 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
-#include <limits>
 #include <memory>
 #include <string>
 #include <vector>
@@ -31,6 +30,7 @@
 #include "interchange/writers.h"
 #include "platform/job_queue.h"
 #include "platform/preferences.h"
+#include "tests/support/extreme_values.h"
 #include "tests/support/wait_until.h"
 #include "ui/analysis/rarefaction_view.h"
 #include "ui/fake_panels.h"
@@ -38,8 +38,6 @@
 
 namespace zorvel {
 namespace {
-
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 
 // Estimate r at sample size r, limits 2 around it at 95% and 4 at 99%: at 95% the axes end at 20
 // and 22, at 99% at 20 and 24.
