@@ -64,7 +64,7 @@ void importInto(Document& document, ProjectWindows& windows, FileKind kind, Open
 void importFiles(ProjectWindows& windows, const CommandWindow& command,
                  const std::vector<KnownFile>& files) {
     if (files.empty() || command.isGone()) return;
-    const KnownFile file = files.front();
+    const KnownFile& file = files.front();
     const auto next = [=, &windows, rest = std::vector<KnownFile>(files.begin() + 1, files.end())] {
         importFiles(windows, command, rest);
     };
