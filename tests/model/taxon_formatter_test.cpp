@@ -101,12 +101,12 @@ TEST(TaxonFormatter, LearnsNamesAndForgetsNone) {
 }
 
 TEST(TaxonFormatter, LearnsFromManyNewTaxaLittleByLittle) {
-    constexpr int taxa = 10'000;
+    constexpr int taxa = 20'000;
     ObjectContext context;
     TaxonFormatter formatter;
     context.addObserver([&](const ChangeSet& set) { formatter.updatedTaxonNotification(set); });
     MockCensus census;
-    for (int i = 0; i < taxa; ++i) census.taxa.push_back({1, "Species " + std::to_string(i)});
+    for (int i = 0; i < taxa; ++i) census.taxa.push_back({1, std::to_string(i) + " alba"});
     importCensuses(context, {census});
     context.announceChanges();
     deleteCensuses(context, context.censuses());
@@ -116,13 +116,13 @@ TEST(TaxonFormatter, LearnsFromManyNewTaxaLittleByLittle) {
         formatter.isPartialStringValid(text, selection, "", {0, 0});
         return text == whole;
     };
-    EXPECT_TRUE(completes("Species 12", "Species 120"));
-    EXPECT_FALSE(completes("Species 999", "Species 9990"));
+    EXPECT_TRUE(completes("12 ", "12 alba"));
+    EXPECT_FALSE(completes("19990 ", "19990 alba"));
     int turns = 0;
     while (formatter.learnSome()) ++turns;
     EXPECT_GE(turns, 1);
     EXPECT_LE(turns, 10);
-    EXPECT_TRUE(completes("Species 999", "Species 9990"));
+    EXPECT_TRUE(completes("19990 ", "19990 alba"));
     EXPECT_EQ(formatter.taxonNames().size(), std::size_t{taxa});
 }
 

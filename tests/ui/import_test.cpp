@@ -32,6 +32,7 @@ class ImportTest : public WindowTest {
         panel.answer = path.isEmpty() ? QStringList() : QStringList{path};
         trigger(action);
         ASSERT_TRUE(waitUntil([this] { return idle(); }));
+        QCoreApplication::processEvents();  // the turn in which the table hears of it
     }
     void drop(const QStringList& paths) { emit window->filesDropped(paths); }
 
@@ -178,7 +179,7 @@ TEST_F(ImportTest, SeveralAtOnceEachTellOfThemselves) {
     EXPECT_FALSE(windows->isFree(*window));
     releaseJobs();
     ASSERT_TRUE(waitUntil([this] { return idle(); }));
-    EXPECT_EQ(rows(), 3);
+    EXPECT_TRUE(waitUntil([this] { return rows() == 3; }));
     EXPECT_EQ(messages().size(), 2);
 }
 
