@@ -7,6 +7,8 @@
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QTextCursor>
+#include <QTextDocument>
+#include <QTextDocumentFragment>
 
 #include "ui/kit/record_table_view.h"
 #include "ui/kit/value_field.h"
@@ -15,6 +17,23 @@
 #include "ui/main/table_text_fields.h"
 
 namespace zorvel {
+
+namespace {
+
+// Of what a label shows, in characters; tags of its text are none.
+int shownLength(const QString& text) {
+    if (!Qt::mightBeRichText(text)) return static_cast<int>(text.size());
+    return static_cast<int>(QTextDocumentFragment::fromHtml(text).toPlainText().size());
+}
+
+// What a label has selected, with the line breaks that other programs know: Qt marks those of
+// paragraphs and table cells with characters of its own.
+QString plainLines(QString text) {
+    for (const char16_t mark : {u'\ufdd0', u'\ufdd1', u'\u2028', u'\u2029'}) text.replace(mark, '\n');
+    return text.trimmed();
+}
+
+}  // namespace
 
 bool canCopy(const QWidget* widget) {
     if (const auto* table = qobject_cast<const RecordTableView*>(widget)) {
@@ -49,7 +68,7 @@ void copyFrom(QWidget* widget) {
     if (auto* line = qobject_cast<QLineEdit*>(widget)) line->copy();
     if (auto* text = qobject_cast<QPlainTextEdit*>(widget)) text->copy();
     if (auto* label = qobject_cast<QLabel*>(widget)) {
-        QApplication::clipboard()->setText(label->selectedText());
+        QApplication::clipboard()->setText(plainLines(label->selectedText()));
     }
 }
 
@@ -91,7 +110,7 @@ void selectAllOf(QWidget* widget) {
     if (auto* line = qobject_cast<QLineEdit*>(widget)) line->selectAll();
     if (auto* text = qobject_cast<QPlainTextEdit*>(widget)) text->selectAll();
     if (auto* label = qobject_cast<QLabel*>(widget)) {
-        label->setSelection(0, static_cast<int>(label->text().size()));
+        label->setSelection(0, shownLength(label->text()));
     }
 }
 

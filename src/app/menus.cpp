@@ -15,6 +15,7 @@
 #include "app/project_windows.h"
 #include "app/recent_menu.h"
 #include "app/sort_menu.h"
+#include "app/standard_keys.h"
 #include "app/step_names.h"
 #include "app/transfer_menus.h"
 #include "app/window_menu.h"
@@ -66,10 +67,10 @@ void addFileMenu(MainWindowController& window, ProjectWindows& windows) {
     recent->setObjectName("recentMenu");
     keepRecentMenu(*recent, window, windows);
     menu.addSeparator();
-    add("performClose", tr("&Close"), QKeySequence::Close, [&] { window.close(); });
+    add("performClose", tr("&Close"), closeKey(), [&] { window.close(); });
     add("saveDocument", tr("&Save"), QKeySequence::Save,
         [&] { saveDocument(window, windows.panels()); });
-    add("saveDocumentAs", tr("Save &As..."), QKeySequence::SaveAs,
+    add("saveDocumentAs", tr("Save &As..."), saveAsKey(),
         [&] { saveWindowAs(window, windows.panels()); });
     add("duplicateDocument", tr("&Duplicate"), {}, [&] { windows.duplicate(window); });
     QAction* revert = add("revertToOpening", tr("Re&vert to Opening State..."), {},
@@ -115,12 +116,6 @@ void addTravelItem(MainWindowController& window, QMenu& menu, bool back) {
     };
     show();
     enableWhileShown(menu, action, show);
-}
-
-// Desktops without a key of their own for it take that of others.
-QKeySequence preferencesKey() {
-    const QKeySequence key(QKeySequence::Preferences);
-    return key.isEmpty() ? QKeySequence(Qt::CTRL | Qt::Key_Comma) : key;
 }
 
 void addEditMenu(MainWindowController& window, ProjectWindows& windows) {

@@ -81,6 +81,8 @@ void PreferencesViewController::viewWillAppear() {
         QString::fromStdString(integerText(preferences.rarefactionSize())));
     ui_->sqsQuotaValueTextField->setText(
         QString::fromStdString(fixedText(preferences.sqsQuota(), 2)));
+    // The window gives its first field the focus: what is typed replaces the number there.
+    ui_->rarefactionSampleSizeValueTextField->selectAll();
     noteSampleSize();
     noteQuota();
     showColor();

@@ -4,6 +4,8 @@
 #include <QKeySequence>
 #include <QLayout>
 
+#include "app/standard_keys.h"
+
 namespace zorvel {
 
 PreferencesWindowController::PreferencesWindowController(ColorPanel& colors)
@@ -16,7 +18,7 @@ PreferencesWindowController::PreferencesWindowController(ColorPanel& colors)
     layout()->setSizeConstraint(QLayout::SetFixedSize);
     auto* close = new QAction(this);
     close->setObjectName("performClose");
-    close->setShortcuts({QKeySequence(QKeySequence::Close), QKeySequence(Qt::Key_Escape)});
+    close->setShortcuts({closeKey(), QKeySequence(Qt::Key_Escape)});
     connect(close, &QAction::triggered, this, &QWidget::close);
     auto* quit = new QAction(this);
     quit->setObjectName("terminate");

@@ -7,6 +7,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "app/standard_keys.h"
+
 namespace zorvel {
 
 SecondaryWindows::SecondaryWindows(std::function<bool(QWidget& window)> mayClose)
@@ -27,8 +29,7 @@ void SecondaryWindows::add(QWidget& window) {
         window.addAction(action);
         return action;
     };
-    connect(addCommand("performClose", QKeySequence::Close), &QAction::triggered, &window,
-            &QWidget::close);
+    connect(addCommand("performClose", closeKey()), &QAction::triggered, &window, &QWidget::close);
     connect(addCommand("terminate", QKeySequence(Qt::CTRL | Qt::Key_Q)), &QAction::triggered, this,
             &SecondaryWindows::quitRequested);
 }

@@ -17,8 +17,10 @@ from pathlib import Path
 PATIENCE = float(os.environ.get("ZORVEL_PATIENCE", 60))  # seconds, for one answer of a program
 PROGRAMS = ("Xvfb", "openbox", "xdotool", "xclip")
 # No frames, so that a window's place is that of its content; no keys of the window manager's own.
-BARE_WINDOWS = """<openbox_config xmlns="http://openbox.org/3.4/rc"><applications>
-<application class="*"><decor>no</decor></application></applications></openbox_config>"""
+BARE_WINDOWS = """<openbox_config xmlns="http://openbox.org/3.4/rc">
+<theme><keepBorder>no</keepBorder></theme>
+<applications><application class="*"><decor>no</decor></application></applications>
+</openbox_config>"""
 
 
 class Missing(Exception):

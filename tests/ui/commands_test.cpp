@@ -2,6 +2,7 @@
 #include <QClipboard>
 #include <QHash>
 #include <QKeySequence>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
@@ -66,6 +67,19 @@ TEST_F(CommandsTest, CopyTakesWhatTheFocusedPartHasSelected) {
     censusTable().setFocus();
     QTest::keyClick(&censusTable(), Qt::Key_C, Qt::ControlModifier);
     EXPECT_EQ(clipboard(), "North\t2");
+}
+
+TEST_F(CommandsTest, AnExplanationCanBeCopiedWhole) {
+    open(write("trees.csv", ",Abies,Betula\nNorth,3,14\n"));
+    value("shannonH").setFocus();
+    QTest::keyClick(&value("shannonH"), Qt::Key_F1);
+    ASSERT_TRUE(waitUntil([] { return qobject_cast<QLabel*>(QApplication::focusWidget()); }));
+    trigger("selectAll");
+    trigger("copy");
+    const QString copied = QApplication::clipboard()->text();
+    EXPECT_TRUE(copied.startsWith("Shannon's H")) << copied.toStdString();
+    EXPECT_TRUE(copied.endsWith("623-656.")) << copied.toStdString();  // of the source
+    EXPECT_TRUE(copied.contains("\nInputs\nN = 17, S = 2\n")) << copied.toStdString();
 }
 
 TEST_F(CommandsTest, ValuesCannotBeTyped) {

@@ -167,6 +167,17 @@ TEST_F(KeyboardTest, KeysGoFromCellToCell) {
     EXPECT_FALSE(context().canUndo());
 }
 
+TEST_F(KeyboardTest, HomeAndEndGoToTheFirstAndTheLastRow) {
+    openTrees();
+    RecordTableView& table = speciesTable();
+    table.setFocus();
+    table.selectRows({1});
+    press(Qt::Key_End);
+    EXPECT_EQ(table.selectedRows(), std::vector<int>{2});
+    press(Qt::Key_Home, Qt::ShiftModifier);
+    EXPECT_EQ(table.selectedRows(), (std::vector<int>{0, 1, 2}));
+}
+
 TEST_F(KeyboardTest, CensusNamesGoToTheNextCensusAndToANewOne) {
     openTrees();
     edit(censusTable(), 0, 0);

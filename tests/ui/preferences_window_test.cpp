@@ -57,6 +57,13 @@ class PreferencesWindowTest : public ApplicationTest {
     }
 };
 
+TEST_F(PreferencesWindowTest, DigitsTypedAtOnceReplaceTheSampleSize) {
+    ASSERT_TRUE(waitUntil([this] { return field(sizeField).hasFocus(); }));
+    QTest::keyClicks(&field(sizeField), "10");
+    close();
+    EXPECT_EQ(stored(sizeField), "10");
+}
+
 TEST_F(PreferencesWindowTest, ShowsWhatIsStored) {
     EXPECT_EQ(shown(sizeField), "50");
     EXPECT_EQ(shown(quotaField), "0.80");

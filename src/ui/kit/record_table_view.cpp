@@ -148,6 +148,14 @@ bool RecordTableView::edit(const QModelIndex& index, EditTrigger trigger, QEvent
     return begun;
 }
 
+// Rows are what is gone through here, not the cells of one.
+QModelIndex RecordTableView::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
+    if (action == MoveHome || action == MoveEnd) modifiers |= Qt::ControlModifier;
+    const int column = currentIndex().isValid() ? currentIndex().column() : 0;
+    const QModelIndex reached = QTableView::moveCursor(action, modifiers);
+    return action == MoveHome || action == MoveEnd ? reached.siblingAtColumn(column) : reached;
+}
+
 void RecordTableView::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {
     const QPointer<QWidget> closing(editor);
     QTableView::closeEditor(editor, hint);

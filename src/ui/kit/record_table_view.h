@@ -1,8 +1,8 @@
 // A table of records: whole rows, sorted by a click on a header (a third click restores the order
 // of the project), its selection paler while the focus is elsewhere, its rows copied as text. Cells
 // that can be edited open by a double click, by F2, by Return, and by typing, which replaces what
-// stands there. An editor commits before the rows are sorted; one whose row goes away is closed and
-// commits nothing. Main thread.
+// stands there. Home and End go to the first and the last row. An editor commits before the rows
+// are sorted; one whose row goes away is closed and commits nothing. Main thread.
 #pragma once
 
 #include <QPersistentModelIndex>
@@ -62,6 +62,7 @@ class RecordTableView : public QTableView {
     // What it held is stored or dropped, and the table has the focus.
     virtual void editorDidClose(QWidget* /*editor*/) {}
 
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
     bool edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) override;
     void rowsAboutToBeRemoved(const QModelIndex& parent, int first, int last) override;
