@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QFontMetrics>
 #include <QImage>
+#include <QMenu>
 #include <QPainter>
 #include <QPushButton>
 #include <QWidget>
@@ -49,6 +50,19 @@ TEST(Look, TextIsLegibleOnEveryGroundOfBothSchemes) {
         EXPECT_GE(contrast(colors.selectionText, colors.selection), 4.5);
         EXPECT_GE(contrast(colors.stale, colors.raised), 3.0);
     }
+}
+
+TEST(Look, TheChosenItemOfAMenuStandsOnTheColourOfSelection) {
+    QMenu menu;
+    QAction* chosen = menu.addAction("Chosen");
+    menu.addAction("Other");
+    menu.popup({});
+    menu.setActiveAction(chosen);
+    const QImage picture = menu.grab().toImage();
+    const QRect item = menu.actionGeometry(chosen);
+    EXPECT_EQ(picture.pixelColor(item.right() - 3, item.center().y()),
+              menu.palette().color(QPalette::Highlight));
+    menu.close();
 }
 
 TEST(Glyphs, EachPaintsWithinItsSquareInItsColour) {

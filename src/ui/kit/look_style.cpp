@@ -168,9 +168,11 @@ void LookStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
             return;
         case PE_PanelMenu:
         case PE_PanelTipLabel:
+            painter->save();  // the items of a menu are painted with this painter too
             painter->setPen(colors.border);
             painter->setBrush(colors.raised);
             painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
+            painter->restore();
             return;
         default:
             break;
