@@ -12,19 +12,19 @@ namespace {
 constexpr const char* notNumericMessage =
     "File contains non-numeric characters (possibly a decimal point), but should contain only a "
     "list of integers. See help for formatting an input file.";
-constexpr const char* notPositiveMessage =
+constexpr const char* listNotPositiveMessage =
     "File contains zero or negative abundance value, but all abundances must be positive integers. "
     "See help for formatting an input file.";
 constexpr const char* noValueMessage = "No taxon abundances were added";
 
 // Bytes of the separator that begins at text[at]; 0 if none does.
-std::size_t separatorLength(std::string_view text, std::size_t at) {
+std::size_t countSeparatorLength(std::string_view text, std::size_t at) {
     if (at < text.size() && (text[at] == ' ' || text[at] == ',' || text[at] == '\t')) return 1;
     return lineBreakLength(text, at);
 }
 
 std::size_t skipSeparators(std::string_view text, std::size_t at) {
-    while (const std::size_t length = separatorLength(text, at)) at += length;
+    while (const std::size_t length = countSeparatorLength(text, at)) at += length;
     return at;
 }
 
@@ -33,7 +33,7 @@ TextPlace entryPlace(std::string_view text, std::size_t at) {
     TextPlace place{lineNumber(text, at), 1};
     bool inEntry = false;
     for (std::size_t i = 0; i < at;) {
-        const std::size_t separator = separatorLength(text, i);
+        const std::size_t separator = countSeparatorLength(text, i);
         if (separator != 0 && inEntry) ++place.cell;
         if (lineBreakLength(text, i) != 0) place.cell = 1;
         inEntry = separator == 0;
@@ -74,7 +74,8 @@ Parsed<MockCensus> parseAbundanceList(std::string_view text, const std::stop_tok
         if (stop.stop_requested()) return {};
         const LeadingInteger read = readLeadingInteger(text.substr(at));
         if (read.length == 0) return refused<MockCensus>(notNumericMessage, entryPlace(text, at));
-        if (read.value < 1) return refused<MockCensus>(notPositiveMessage, entryPlace(text, at));
+        if (read.value < 1)
+            return refused<MockCensus>(listNotPositiveMessage, entryPlace(text, at));
         census.taxa.push_back({read.value, taxonName});
         at = skipSeparators(text, at + read.length);
     }

@@ -8,7 +8,7 @@ namespace {
 
 // Bytes of the separator that begins at text[at]; 0 if none does. The space is none: it is part of
 // a name.
-std::size_t separatorLength(std::string_view text, std::size_t at) {
+std::size_t nameSeparatorLength(std::string_view text, std::size_t at) {
     if (text[at] == ',' || text[at] == '\t') return 1;
     return lineBreakLength(text, at);
 }
@@ -25,7 +25,7 @@ Parsed<std::vector<std::string>> parseSpeciesList(std::optional<std::string_view
     std::size_t start = 0;  // of the name under way
     for (std::size_t at = 0; at <= text->size();) {
         const bool ends = at == text->size();
-        const std::size_t separator = ends ? 0 : separatorLength(*text, at);
+        const std::size_t separator = ends ? 0 : nameSeparatorLength(*text, at);
         if ((ends || separator != 0) && at > start) {
             result.value->emplace_back(text->substr(start, at - start));
         }

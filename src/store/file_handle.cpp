@@ -15,7 +15,7 @@ namespace {
 // Beyond every byte that SQLite locks, and beyond the end of any file.
 constexpr off_t markOffset = off_t{1} << 62;
 
-constexpr int openFlags = O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
+constexpr int alwaysFlags = O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
 
 // All that this process holds open of one file.
 struct Held {
@@ -57,7 +57,7 @@ FileIdentity identityOfRegularFile(const std::string& path) {
 // Opens once more, and keeps, the file of that identity; an error number where that fails.
 int addDescriptor(Held& held, const std::string& path, int access, FileIdentity identity) {
     held.descriptors.reserve(held.descriptors.size() + 1);
-    const int descriptor = ::open(path.c_str(), access | openFlags);
+    const int descriptor = ::open(path.c_str(), access | alwaysFlags);
     if (descriptor < 0) return errno;
     struct stat status {};
     if (fstat(descriptor, &status) != 0 || !(identityOf(status) == identity)) {
@@ -143,7 +143,7 @@ std::unique_ptr<FileHandle> FileHandle::open(const std::string& path, Use use) {
 
 std::unique_ptr<FileHandle> FileHandle::create(const std::string& path, mode_t mode) {
     const std::lock_guard lock(heldFiles().mutex);
-    const int created = ::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | openFlags, mode);
+    const int created = ::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | alwaysFlags, mode);
     if (created < 0) failToMake(errno);
     // Nobody else has it open, so that closing it here drops no locks.
     close(created);

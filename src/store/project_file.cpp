@@ -20,12 +20,6 @@ namespace {
 
 using Blocks = std::vector<BlockPointer>;
 
-// One state of the project, and the row that says so in the file.
-struct WrittenState {
-    ProjectRow row;
-    Blocks blocks;
-};
-
 ProjectRow newProjectRow() {
     return {randomHexadecimal(4) + "-" + randomHexadecimal(4) + "-" + randomHexadecimal(8), 1,
             randomInteger()};
@@ -47,6 +41,12 @@ std::optional<FileProblem> reasonNotToWrite(const std::string& path, bool readOn
 }  // namespace
 
 struct ProjectFile::Parts {
+    // One state of the project, and the row that says so in the file.
+    struct WrittenState {
+        ProjectRow row;
+        Blocks blocks;
+    };
+
     std::string path;
     std::string resolved;
     ProjectFileOptions options;

@@ -22,14 +22,15 @@ const std::string negative =
 const std::string help = ".  See help for formatting an input file.";
 const std::string none = "none @0:0 | No censuses could be imported";
 
-struct Case {
+struct MatrixCase {
     std::string text;
     std::string shown;
 };
 
 template <std::size_t N>
-void expectAll(const Case (&cases)[N]) {
-    for (const Case& c : cases) EXPECT_EQ(shown(parseCensusMatrix(c.text)), c.shown) << c.text;
+void expectAll(const MatrixCase (&cases)[N]) {
+    for (const MatrixCase& c : cases)
+        EXPECT_EQ(shown(parseCensusMatrix(c.text)), c.shown) << c.text;
 }
 
 TEST(MatrixParser, Censuses) {

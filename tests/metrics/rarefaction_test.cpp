@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <limits>
 #include <string>
 
 #include "base/console.h"
@@ -16,18 +15,15 @@
 #include "metrics/pair_sums.h"
 #include "metrics/random_source.h"
 #include "tests/metrics/rarefaction_support.h"
+#include "tests/support/extreme_values.h"
 
 namespace zorvel {
 namespace {
 
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
-constexpr std::int64_t kHuge = std::numeric_limits<std::int64_t>::max();
-constexpr std::int64_t kLowest = std::numeric_limits<std::int64_t>::min();
-
 TEST(IndividualBasedPoint, FixedCases) {
     const Rarefaction one{1, 1, 0, 1, 1, 1, 1};
     const auto undefined = [](std::int64_t n) {
-        return Rarefaction{n, kNan, kNan, kNan, kNan, kNan, kNan};
+        return Rarefaction{n, nan, nan, nan, nan, nan, nan};
     };
     struct Case {
         CountsVector counts;
@@ -37,7 +33,7 @@ TEST(IndividualBasedPoint, FixedCases) {
     const std::vector<Case> cases = {
         {{}, 1, one},
         {{7}, 1, one},
-        {{kHuge, kHuge}, 1, one},
+        {{most, most}, 1, one},
         {{}, 2, {2, 0, 0, 1, 0, 1, 0}},
         {{0, 0}, 50, {50, 0, 0, 1, 0, 1, 0}},
         {{9}, 4, {4, 1, 0, 1, 1, 1, 1}},
@@ -45,19 +41,19 @@ TEST(IndividualBasedPoint, FixedCases) {
         {{1, 1, 1}, 2, {2, 2, 0, 2, 2, 2, 2}},
         {{5, 4, 0, 1}, 10, {10, 3, 0, 3, 3, 3, 3}},
         {{5, 4, 0, 1}, 11, {11, 3, 0, 3, 3, 3, 3}},
-        {{5, 4, 1}, kHuge, {kHuge, 3, 0, 3, 3, 3, 3}},
+        {{5, 4, 1}, most, {most, 3, 0, 3, 3, 3, 3}},
         {{5, 4, 3}, 10, {10, 3, 0, 3, 3, 3, 3}},  // each is larger than what is left behind
         {{5, 4, 1}, 0, {0, 0, 0, 1, 0, 1, 0}},
         {{5, 4, 1}, -1, undefined(-1)},
-        {{5, 4, 1}, kLowest, undefined(kLowest)},
+        {{5, 4, 1}, least, undefined(least)},
         // Negative entries: more taxa than specimens, or no specimens at all.
         {{5, -7}, 2, {2, 1, 0, 1, 1, 1, 1}},
-        {{5, kLowest, -1}, 2, {2, 1, 0, 1, 1, 1, 1}},
-        {{5, kLowest, -1}, kHuge, {kHuge, 1, 0, 1, 1, 1, 1}},
-        {{kHuge, kHuge - 1, 1 - kHuge, -kHuge}, 2, {2, 2, 0, 2, 2, 2, 2}},
+        {{5, least, -1}, 2, {2, 1, 0, 1, 1, 1, 1}},
+        {{5, least, -1}, most, {most, 1, 0, 1, 1, 1, 1}},
+        {{most, most - 1, 1 - most, -most}, 2, {2, 2, 0, 2, 2, 2, 2}},
         // Totals beyond any table.
-        {{kHuge, 3}, 2, undefined(2)},
-        {{kHuge - 5, 3}, kHuge, undefined(kHuge)},
+        {{most, 3}, 2, undefined(2)},
+        {{most - 5, 3}, most, undefined(most)},
         {{RarefactionCalculator::kMaxLogFactorials, 3, 2}, 50, undefined(50)},
     };
     RarefactionCalculator calculator;

@@ -9,12 +9,10 @@
 #include "metrics/random_source.h"
 #include "metrics/rarefaction.h"
 #include "tests/metrics/rarefaction_support.h"
+#include "tests/support/extreme_values.h"
 
 namespace zorvel {
 namespace {
-
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 
 struct Project {
     CountsMatrix matrix;
@@ -27,11 +25,11 @@ std::vector<Project> projects() {
     return {{{}, {0}, 0},
             {{{}}, {0, 0}, 0},
             {{{4, 0, 1}}, {1, 2}, 0},
-            {{{}, {}, {}}, {0, 0, 0, 0}, kNan},
+            {{{}, {}, {}}, {0, 0, 0, 0}, nan},
             // All censuses share their taxa: 0 / 0.
-            {{four, four, four, four, four}, {0, 0, 0, 0, 0, 4}, kNan},
+            {{four, four, four, four, four}, {0, 0, 0, 0, 0, 4}, nan},
             // No taxon twice.
-            {{{1, 0, 0}, {0, 7, 0}, {0, 0, 1}}, {0, 3, 0, 0}, kInfinity},
+            {{{1, 0, 0}, {0, 7, 0}, {0, 0, 1}}, {0, 3, 0, 0}, infinity},
             // A name without specimens counts as a name: 4 + 2 * 1 * 1 / (2 * 3 * 1).
             {{{1, 0, 5, 0}, {0, 7, 2, 0}, {0, 9, 1, 0}}, {1, 1, 1, 1}, 4 + 2.0 / 6},
             // Negative cells are no presences; a taxon with a negative sum has no frequency.

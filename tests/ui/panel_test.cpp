@@ -16,12 +16,12 @@ namespace zorvel {
 namespace {
 
 // North has an SQS estimate, South has too few specimens for one.
-const char twoCensuses[] = ",a,b,c,d\nNorth,30,20,9,1\nSouth,4,3,0,0\n";
+const char unequalCensuses[] = ",a,b,c,d\nNorth,30,20,9,1\nSouth,4,3,0,0\n";
 
 class PanelTest : public WindowTest {
   protected:
     void openTwo() {
-        open(write("two.csv", twoCensuses));
+        open(write("two.csv", unequalCensuses));
         ASSERT_TRUE(waitForJobs());
     }
     void goToSouth() {

@@ -13,7 +13,7 @@ namespace zorvel {
 
 namespace {
 
-constexpr qsizetype longest = 600;  // characters
+constexpr qsizetype longestAlert = 600;  // characters
 
 // Goes with its parent, should that close while it waits.
 QPointer<QMessageBox> box(QWidget* parent, QMessageBox::Icon icon, const QString& text,
@@ -21,8 +21,8 @@ QPointer<QMessageBox> box(QWidget* parent, QMessageBox::Icon icon, const QString
     QPointer<QMessageBox> box(new QMessageBox(parent));
     box->setIcon(icon);
     box->setTextFormat(Qt::PlainText);
-    box->setText(breakable(shortened(text, longest)));
-    box->setInformativeText(breakable(shortened(informativeText, longest)));
+    box->setText(breakable(shortened(text, longestAlert)));
+    box->setInformativeText(breakable(shortened(informativeText, longestAlert)));
     return box;
 }
 

@@ -17,14 +17,14 @@ namespace zorvel {
 
 namespace {
 
-constexpr int leastWidth = 520;     // pixels
-constexpr qsizetype longest = 300;  // characters
+constexpr int leastWidth = 520;             // pixels
+constexpr qsizetype longestQuestion = 300;  // characters
 
 QLabel* addText(QVBoxLayout& column, const QString& text, bool quiet = false) {
     auto* label = new QLabel(column.parentWidget());
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
-    label->setText(breakable(shortened(text, longest)));
+    label->setText(breakable(shortened(text, longestQuestion)));
     if (quiet) label->setForegroundRole(QPalette::PlaceholderText);
     column.addWidget(label);
     return label;

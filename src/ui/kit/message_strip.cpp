@@ -17,9 +17,9 @@
 namespace zorvel {
 
 namespace {
-constexpr int markRoom = 40;    // pixels left of the text
-constexpr int shownAtMost = 4;  // messages
-constexpr int longest = 300;    // characters of a message
+constexpr int markRoom = 40;         // pixels left of the text
+constexpr int shownAtMost = 4;       // messages
+constexpr int longestMessage = 300;  // characters of a message
 }  // namespace
 
 MessageStrip::MessageStrip(QWidget* parent)
@@ -54,14 +54,14 @@ MessageStrip::MessageStrip(QWidget* parent)
 }
 
 void MessageStrip::addMessage(const QString& message) {
-    messages_.append({{}, shortened(message, longest), {}});
+    messages_.append({{}, shortened(message, longestMessage), {}});
     while (messages_.size() > shownAtMost) messages_.removeFirst();
     showMessages();
     announce();
 }
 
 void MessageStrip::setMessage(const QString& name, const QString& message, const Action& action) {
-    const QString text = shortened(message, longest);
+    const QString text = shortened(message, longestMessage);
     const qsizetype place = placeOf(name);
     if (place >= 0 && messages_[place].text == text) return;
     if (place < 0) {

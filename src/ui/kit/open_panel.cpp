@@ -16,8 +16,7 @@ QStringList DesktopOpenPanel::chooseFiles(QWidget* parent) {
 
 QString DesktopOpenPanel::chooseTextFile(QWidget* parent) {
     const QString filter = QFileDialog::tr("Text files (*.txt *.csv)");
-    const QString path =
-        QFileDialog::getOpenFileName(parent, QFileDialog::tr("Import"), folder_, filter);
+    QString path = QFileDialog::getOpenFileName(parent, QFileDialog::tr("Import"), folder_, filter);
     if (!path.isEmpty()) folder_ = QFileInfo(path).path();
     return path;
 }

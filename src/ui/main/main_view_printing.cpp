@@ -15,7 +15,7 @@ namespace zorvel {
 
 namespace {
 
-const char noCensusMessage[] = "noCensusToPrint";  // name of the message in the strip
+const char noCensusToPrint[] = "noCensusToPrint";  // name of the message in the strip
 
 QStringList detailLines(const Census& census, const QString& project) {
     QStringList lines;
@@ -67,10 +67,10 @@ std::optional<PrintedSheet> MainViewController::printedCensus() {
     const std::optional<Census> census = selectedCensus();
     if (!census) {
         ui_->messageStrip->setMessage(
-            noCensusMessage, tr("Nothing was printed: select the census to be printed first."));
+            noCensusToPrint, tr("Nothing was printed: select the census to be printed first."));
         return std::nullopt;
     }
-    ui_->messageStrip->withdraw(noCensusMessage);
+    ui_->messageStrip->withdraw(noCensusToPrint);
     PrintedSheet sheet;
     sheet.title = shownName(census->name());
     sheet.lines = detailLines(*census, analyses_->projectName());
