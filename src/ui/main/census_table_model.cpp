@@ -13,6 +13,10 @@ namespace zorvel {
 namespace {
 constexpr qsizetype longestName = 1000;          // characters
 constexpr std::size_t longestEditable = 30'000;  // bytes; a line editor cuts longer texts
+
+bool isFound(const TaxonRecord& taxon) {
+    return taxon.values.include && taxon.values.abundance >= 1;
+}
 }  // namespace
 
 QString shownName(const std::optional<SharedText>& name) {
@@ -41,7 +45,7 @@ void CensusTableModel::reload() {
     records_.clear();
     sharedNames_.clear();
     for (const BlockPointer& block : context_.blocks()) {
-        records_.push_back(followed({}, block));
+        records_.push_back({block, std::nullopt});
         sharedNames_.add(block->attributes.name);
     }
     arrange();
@@ -50,15 +54,24 @@ void CensusTableModel::reload() {
 
 // Counts the taxa that differ from those of the row alone.
 CensusTableModel::Row CensusTableModel::followed(Row row, const BlockPointer& after) {
-    const auto isFound = [](const TaxonRecord* taxon) {
-        return taxon && taxon->values.include && taxon->values.abundance >= 1;
-    };
-    forEachTaxonChange(row.block.get(), after.get(),
-                       [&](const TaxonRecord* before, const TaxonRecord* now) {
-                           row.richness += int{isFound(now)} - int{isFound(before)};
-                       });
+    if (row.richness) {
+        forEachTaxonChange(row.block.get(), after.get(),
+                           [&](const TaxonRecord* before, const TaxonRecord* now) {
+                               *row.richness += int{now && isFound(*now)};
+                               *row.richness -= int{before && isFound(*before)};
+                           });
+    }
     row.block = after;
     return row;
+}
+
+std::int64_t CensusTableModel::richnessOf(const Row& row) {
+    if (!row.richness) {
+        row.richness = 0;
+        row.block->forEachTaxon(
+            [&](const TaxonRecord& taxon) { *row.richness += int{isFound(taxon)}; });
+    }
+    return *row.richness;
 }
 
 std::size_t CensusTableModel::placeOf(RecordId census) const {
@@ -117,7 +130,8 @@ std::vector<CensusTableModel::Row> CensusTableModel::changedRecords(const Change
         if (shown && !change.deleted()) told.updated.push_back(place);
         if (!shown && !change.deleted()) told.inserted.push_back(place);
         if (!change.deleted()) {
-            after.push_back(followed(shown ? records_[old] : Row(), change.after));
+            after.push_back(shown ? followed(records_[old], change.after)
+                                  : Row{change.after, std::nullopt});
         }
         if (shown) ++old;
     }
@@ -157,7 +171,7 @@ QVariant CensusTableModel::data(const QModelIndex& index, int role) const {
         if (role == Qt::TextAlignmentRole) {
             return QVariant::fromValue(Qt::AlignRight | Qt::AlignVCenter);
         }
-        return role == Qt::DisplayRole ? QVariant(static_cast<qlonglong>(row.richness))
+        return role == Qt::DisplayRole ? QVariant(static_cast<qlonglong>(richnessOf(row)))
                                        : QVariant();
     }
     return nameData(row.block->attributes.name, role);
@@ -210,7 +224,7 @@ OrderedTableModel::SortKeys CensusTableModel::sortKeys(int column, const Records
     if (column == speciesColumn) {
         std::vector<std::int64_t> keys;
         keys.reserve(records.size());
-        for (const std::uint32_t record : records) keys.push_back(records_[record].richness);
+        for (const std::uint32_t record : records) keys.push_back(richnessOf(records_[record]));
         return keys;
     }
     std::vector<std::string> keys;

@@ -47,14 +47,17 @@ class CensusTableModel : public OrderedTableModel {
   private:
     struct Row {
         BlockPointer block;
-        std::int64_t richness = 0;  // see metrics/census_metrics.h; of the included taxa
+        // See metrics/census_metrics.h; of the included taxa. Absent until it is asked for: of
+        // many censuses that arrive at once few are on the screen.
+        mutable std::optional<std::int64_t> richness;
     };
 
     [[nodiscard]] const CensusBlock& blockAt(int row) const {
         return *records_[recordAt(row)].block;
     }
-    // The row of the block that the row's census has become; a row without a block: of a new one.
+    // The row of the block that the row's census has become.
     [[nodiscard]] static Row followed(Row row, const BlockPointer& after);
+    [[nodiscard]] static std::int64_t richnessOf(const Row& row);
     // The place of the census, or where it would stand.
     [[nodiscard]] std::size_t placeOf(RecordId census) const;
     [[nodiscard]] std::vector<Row> changedRecords(const ChangeSet& changes,
