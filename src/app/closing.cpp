@@ -1,6 +1,7 @@
 // How the windows close, and how the program ends with the last of them.
 #include <QApplication>
 #include <algorithm>
+#include <utility>
 
 #include "app/document_commands.h"
 #include "app/exports.h"
@@ -18,9 +19,7 @@ bool ProjectWindows::mayClose(MainWindowController& window) {
         const QPointer<MainWindowController> guard(&window);
         if (!window.mainView().readyToClose() || !askToKeep(window)) return false;
         const bool discards = std::count(discarded_.begin(), discarded_.end(), &window.document());
-        if (isLast(window) && !(exports_->mayQuit() &&
-                                settleBeforeQuitting(documents_, jobs_, panels_,
-                                                     discards ? &window.document() : nullptr))) {
+        if (isLast(window) && !mayEnd(discards ? &window.document() : nullptr)) {
             discarded_.clear();
             return false;
         }
@@ -34,8 +33,25 @@ bool ProjectWindows::mayClose(MainWindowController& window) {
 // A project that was closed before may still be on its way to the disk.
 bool ProjectWindows::mayCloseSecondary(QWidget& window) {
     const QPointer<QWidget> guard(&window);
-    return quitting_ || !isLast(window) ||
-           (exports_->mayQuit() && settleBeforeQuitting(documents_, jobs_, panels_) && guard);
+    return quitting_ || !isLast(window) || (mayEnd() && guard);
+}
+
+// While it is settled what was read meanwhile may arrive, which is not to open a window that the
+// person would have to close again.
+bool ProjectWindows::mayEnd(const Document* discarded) {
+    if (!exports_->mayQuit()) return false;
+    settling_ = true;
+    const bool ends = settleBeforeQuitting(documents_, jobs_, panels_, discarded);
+    settling_ = false;
+    for (const Arrival& arrival : std::exchange(arrivals_, {})) {
+        if (arrival.document == nullptr) continue;
+        if (ends) {
+            documents_.close(*arrival.document);
+        } else {
+            documentDidOpen(*arrival.document, arrival.path);
+        }
+    }
+    return ends;
 }
 
 bool ProjectWindows::isLast(const QWidget& window) const {
@@ -94,7 +110,7 @@ bool ProjectWindows::quit() {
     for (MainWindowController* window : windows()) {
         if (!window->mainView().readyToClose()) return false;
     }
-    if (!exports_->mayQuit() || !settleBeforeQuitting(documents_, jobs_, panels_)) return false;
+    if (!mayEnd()) return false;
     quitting_ = true;
     for (MainWindowController* window : windows()) window->close();
     secondary_.closeAll();

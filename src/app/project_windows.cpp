@@ -203,6 +203,10 @@ MainWindowController* ProjectWindows::windowOf(const Document& document) const {
 }
 
 void ProjectWindows::documentDidOpen(Document& document, const QString& path) {
+    if (settling_ && windowOf(document) == nullptr) {
+        arrivals_.push_back({&document, path});
+        return;
+    }
     const bool asked = std::any_of(openings_.begin(), openings_.end(),
                                    [&](const Opening& each) { return each.path == path; });
     MainWindowController* window = endOpening(path);

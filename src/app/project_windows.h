@@ -89,6 +89,11 @@ class ProjectWindows : public QObject {
     void supportRequested();
 
   private:
+    // What was opened while the end of the program is being settled.
+    struct Arrival {
+        QPointer<Document> document;
+        QString path;
+    };
     struct Opening {
         QString path;
         QPointer<MainWindowController> window;  // where it was asked for
@@ -106,6 +111,9 @@ class ProjectWindows : public QObject {
     [[nodiscard]] MainWindowController* freeWindow() const;
     bool mayClose(MainWindowController& window);
     bool mayCloseSecondary(QWidget& window);
+    // Settles what has to be settled before the program ends; false where the person wants to stay.
+    // discarded: see settleBeforeQuitting().
+    bool mayEnd(const Document* discarded = nullptr);
     // No other window is on the screen.
     [[nodiscard]] bool isLast(const QWidget& window) const;
     // What becomes of an untitled project with edits; false where its window stays open for now.
@@ -122,6 +130,8 @@ class ProjectWindows : public QObject {
     std::vector<Opening> openings_;
     std::vector<QPointer<Document>> discarded_;
     std::unique_ptr<Exports> exports_;
+    std::vector<Arrival> arrivals_;
+    bool settling_ = false;
     bool quitting_ = false;
 };
 
