@@ -52,7 +52,7 @@ void addNames(MainViewController& view, const TaxonFormatter::Names& names, cons
     const std::size_t before = formatter.taxonNames().size();
     formatter.addTaxonNames(names);
     const std::size_t added = formatter.taxonNames().size() - before;
-    view.showMessage(message(file, added, names.size() - added));
+    view.showNews(message(file, added, names.size() - added));
 }
 
 }  // namespace

@@ -129,6 +129,18 @@ TEST(MessageStripTest, KeepsTheLatestMessagesUntilDismissed) {
     EXPECT_EQ(strip.messages(), QStringList{"again"});
 }
 
+TEST(MessageStripTest, WarnsWhileAProblemIsAmongTheMessages) {
+    MessageStrip strip;
+    strip.resize(300, 60);
+    const auto ground = [&] { return strip.grab().toImage().pixelColor(4, 30); };
+    strip.addMessage("imported", MessageStrip::Tone::news);
+    EXPECT_NE(ground(), lookColors(ColorScheme::light).warning);
+    strip.setMessage("file", "disk full");
+    EXPECT_EQ(ground(), lookColors(ColorScheme::light).warning);
+    strip.withdraw("file");
+    EXPECT_NE(ground(), lookColors(ColorScheme::light).warning);
+}
+
 TEST(MessageStripTest, ANamedMessageIsReplacedInItsPlaceAndWithdrawn) {
     MessageStrip strip;
     auto& button = *strip.findChild<QPushButton*>("messageActionButton");

@@ -1,4 +1,6 @@
+#include <QHeaderView>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QToolButton>
 #include <set>
 
@@ -23,6 +25,17 @@ TEST_F(OpeningTest, AnEmptyWindowSaysWhatToDoFirst) {
     ASSERT_TRUE(waitUntil([this] { return censusTable().model()->rowCount() == 1; }));
     EXPECT_FALSE(emptyPageShown());
     EXPECT_EQ(windows->windows().size(), 1u);
+}
+
+// Its layout is that of the window before it, whose table needed a scroll bar.
+TEST_F(OpeningTest, ATableOfASecondWindowIsAsWideAsItsRoom) {
+    open(exampleFile);
+    windows->openFile(write("one.csv", ",a,b\nNorth,3,4\n"), window);
+    ASSERT_TRUE(waitUntil([this] { return windows->windows().size() == 2; }));
+    auto& table = *windows->windows().back()->findChild<RecordTableView*>("censusTable");
+    ASSERT_TRUE(waitUntil([&] { return table.model()->rowCount() == 1; }));
+    EXPECT_TRUE(waitUntil([&] { return !table.verticalScrollBar()->isVisible(); }));
+    EXPECT_EQ(table.horizontalHeader()->length(), table.width());
 }
 
 TEST_F(OpeningTest, ACancelledPanelOpensNothing) {

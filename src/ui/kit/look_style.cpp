@@ -73,6 +73,7 @@ int LookStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidg
         case SH_ItemView_ShowDecorationSelected:
             return 1;
         case SH_MessageBox_CenterButtons:
+        case SH_DialogButtonBox_ButtonsHaveIcons:
             return 0;
         default:
             return QProxyStyle::styleHint(hint, option, widget, returned);

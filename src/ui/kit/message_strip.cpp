@@ -53,8 +53,8 @@ MessageStrip::MessageStrip(QWidget* parent)
     hide();
 }
 
-void MessageStrip::addMessage(const QString& message) {
-    messages_.append({{}, shortened(message, longestMessage), {}});
+void MessageStrip::addMessage(const QString& message, Tone tone) {
+    messages_.append({{}, shortened(message, longestMessage), {}, tone});
     while (messages_.size() > shownAtMost) messages_.removeFirst();
     showMessages();
     announce();
@@ -65,10 +65,10 @@ void MessageStrip::setMessage(const QString& name, const QString& message, const
     const qsizetype place = placeOf(name);
     if (place >= 0 && messages_[place].text == text) return;
     if (place < 0) {
-        messages_.append({name, text, action});
+        messages_.append({name, text, action, Tone::problem});
         while (messages_.size() > shownAtMost) messages_.removeFirst();
     } else {
-        messages_[place] = {name, text, action};
+        messages_[place] = {name, text, action, Tone::problem};
     }
     showMessages();
     announce();
@@ -101,6 +101,13 @@ QStringList MessageStrip::messages() const {
     return texts;
 }
 
+MessageStrip::Tone MessageStrip::tone() const {
+    const bool problem =
+        std::any_of(messages_.begin(), messages_.end(),
+                    [](const Message& message) { return message.tone == Tone::problem; });
+    return problem ? Tone::problem : Tone::news;
+}
+
 void MessageStrip::showMessages() {
     const QString all = messages().join('\n');
     text_->setText(breakable(all));
@@ -109,6 +116,7 @@ void MessageStrip::showMessages() {
     actionButton_->setVisible(action != nullptr);
     if (action != nullptr) actionButton_->setText(action->title);
     setVisible(!messages_.isEmpty());
+    update();
 }
 
 void MessageStrip::announce() {
@@ -124,12 +132,14 @@ void MessageStrip::dismiss() {
 void MessageStrip::paintEvent(QPaintEvent* /*event*/) {
     const LookColors& colors = lookColors(palette());
     QPainter painter(this);
-    painter.fillRect(rect(), colors.warning);
+    const bool problem = tone() == Tone::problem;
+    painter.fillRect(rect(), problem ? colors.warning : colors.quietSelection);
     painter.fillRect(0, 0, width(), 1, colors.hairline);
     const int top = text_->y() + (text_->fontMetrics().height() - 16) / 2;
     const bool single = text_->height() < 2 * text_->fontMetrics().lineSpacing();
     const int y = single ? text_->geometry().center().y() - 8 : top;
-    paintGlyph(painter, Glyph::warning, QRectF(14, y, 16, 16), colors.warningMark);
+    paintGlyph(painter, problem ? Glyph::warning : Glyph::tick, QRectF(14, y, 16, 16),
+               problem ? colors.warningMark : colors.accent);
 }
 
 }  // namespace zorvel

@@ -169,9 +169,8 @@ void MainViewController::hearOfEndsOfEditing() {
 }
 
 void MainViewController::setUpTexts() {
-    for (QLabel* heading : {ui_->censusHeading, ui_->speciesHeading}) {
-        heading->setFont(scaledFont(font(), 1.1, true));
-    }
+    ui_->censusHeading->setFont(scaledFont(font(), 1.1, true));
+    ui_->speciesHeading->setFont(scaledFont(font(), 1.1, true));
     ui_->sharedNamesLabel->setContentsMargins(0, 0, 12, 8);
     ui_->emptyHeading->setFont(scaledFont(font(), 1.6, true));
     ui_->emptyIcon->setPixmap(windowIcon().pixmap(96, 96));
@@ -339,6 +338,10 @@ bool MainViewController::isInProgress() const {
 
 void MainViewController::showMessage(const QString& message) {
     ui_->messageStrip->addMessage(message);
+}
+
+void MainViewController::showNews(const QString& message) {
+    ui_->messageStrip->addMessage(message, MessageStrip::Tone::news);
 }
 
 MessageStrip& MainViewController::messageStrip() {

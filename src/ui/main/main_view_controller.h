@@ -99,6 +99,8 @@ class MainViewController : public QWidget, public MainView {
     [[nodiscard]] RarefactionWindowController* rarefactionWindowController() const;
 
     void showMessage(const QString& message);
+    // The same for work that is done.
+    void showNews(const QString& message);
     [[nodiscard]] MessageStrip& messageStrip();
 
     // Places of the splitters, to be kept between runs.

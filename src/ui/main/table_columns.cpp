@@ -69,7 +69,8 @@ void TableColumns::fill() {
 }
 
 bool TableColumns::eventFilter(QObject* object, QEvent* event) {
-    if (event->type() == QEvent::Resize) fill();
+    // A resize during the resize that precedes the first showing is not announced by Qt.
+    if (event->type() == QEvent::Resize || event->type() == QEvent::Show) fill();
     return QObject::eventFilter(object, event);
 }
 
