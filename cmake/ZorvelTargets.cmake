@@ -5,6 +5,13 @@
 function(zorvel_library name folder)
   cmake_parse_arguments(ARG "" "" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
   add_library(zorvel_${name} STATIC ${ARG_SOURCES})
+  # What has a tr() of its own, for a context of its own, cannot be joined with others of its kind.
+  foreach(source IN LISTS ARG_SOURCES)
+    file(STRINGS ${source} own_tr REGEX "^QString tr\\(")
+    if(own_tr)
+      set_source_files_properties(${source} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+    endif()
+  endforeach()
   set(root ${PROJECT_BINARY_DIR}/include/${name})
   cmake_path(GET folder PARENT_PATH parent)
   file(MAKE_DIRECTORY ${root}/${parent})
