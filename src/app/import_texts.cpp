@@ -66,7 +66,8 @@ QString importMessage(const QString& fileName, const ImportReport& report) {
         case ImportReport::Outcome::stored:
             return storedMessage(fileName, report);
         case ImportReport::Outcome::refused:
-            return unreadableMessage(fileName, reasonOf(report.consoleLines), report.place);
+            return unreadableMessage(fileName, reasonOf(report.consoleLines, report.advice),
+                                     report.place);
         case ImportReport::Outcome::cancelled:
             return tr("The import of %1 was cancelled. Nothing was stored.").arg(fileName);
         case ImportReport::Outcome::noWindow:

@@ -69,6 +69,7 @@ bool readText(const std::string& file, FileKind (*otherwise)(std::string_view), 
     if (!project.kind) project.kind = otherwise(text.value());
     const Parsed<std::vector<MockCensus>> parsed = parseFile(*project.kind, text.value());
     for (const std::string& line : parsed.consoleLines) tellAt(project.file, parsed.place, line);
+    if (!parsed.advice.empty()) tellAt(project.file, parsed.place, parsed.advice);
     if (!parsed.value && parsed.consoleLines.empty()) {
         tellAt(project.file, parsed.place, "cannot be read as this kind of file");
     }

@@ -62,7 +62,8 @@ struct Parsed {
     std::optional<T> value;
     std::vector<std::string> consoleLines;
     TextPlace place;
-    LeftOut leftOut;  // of the records
+    std::string advice;  // what to do about the problem, where that is known: not for the console
+    LeftOut leftOut;     // of the records
 
     friend bool operator==(const Parsed&, const Parsed&) = default;
 };

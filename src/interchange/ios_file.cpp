@@ -33,6 +33,10 @@ class Lines {
     // True after the last line.
     [[nodiscard]] bool atEnd() const { return done_; }
     [[nodiscard]] std::size_t number() const { return lineNumber(text_, start_); }
+    // The line is what stands between the two characters of CR LF.
+    [[nodiscard]] bool splitsLineEnd() const {
+        return start_ > 0 && text_.substr(start_ - 1, 2) == "\r\n";
+    }
 
   private:
     std::string_view text_;
@@ -171,6 +175,15 @@ class DataLine {
     const std::vector<SharedText>& names_;
 };
 
+// A line without anything in it lacks its items, which says little about why.
+std::string adviceOn(std::string_view line, const Lines& lines) {
+    if (!line.empty()) return {};
+    return lines.splitsLineEnd()
+               ? "the lines end in CR LF, which this format does not allow; save the file with LF "
+                 "line ends and try again"
+               : "the line is empty, which this format does not allow; remove it and try again";
+}
+
 }  // namespace
 
 Parsed<Censuses> parseIOSFile(std::string_view text, const std::stop_token& stop) {
@@ -191,6 +204,7 @@ Parsed<Censuses> parseIOSFile(std::string_view text, const std::stop_token& stop
         if (!census.value) {
             result.consoleLines = std::move(census.consoleLines);
             result.place = {lines.number(), census.place.cell};
+            result.advice = adviceOn(*line, lines);
             return result;
         }
         censuses.push_back(std::move(*census.value));

@@ -12,6 +12,7 @@ Parsed<std::vector<MockCensus>> asList(Parsed<MockCensus> parsed) {
     Parsed<std::vector<MockCensus>> list;
     list.consoleLines = std::move(parsed.consoleLines);
     list.place = parsed.place;
+    list.advice = std::move(parsed.advice);
     list.leftOut = parsed.leftOut;
     if (parsed.value) list.value.emplace().push_back(std::move(*parsed.value));
     return list;
@@ -44,13 +45,14 @@ Parsed<std::vector<MockCensus>> parseFile(FileKind kind, std::string_view text,
     return {};
 }
 
-std::string reasonOf(const std::vector<std::string>& consoleLines) {
+std::string reasonOf(const std::vector<std::string>& consoleLines, const std::string& advice) {
     std::string reasons;
     for (const std::string& line : consoleLines) {
         if (!reasons.empty()) reasons += "; ";
         reasons += withoutMark(line);
     }
-    return reasons.empty() ? "its contents are in none of the known formats" : reasons;
+    if (reasons.empty()) return "its contents are in none of the known formats";
+    return advice.empty() ? reasons : reasons + ": " + advice;
 }
 
 void storeCensuses(DiversityDocument& document, const std::vector<MockCensus>& censuses) {

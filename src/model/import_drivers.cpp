@@ -49,6 +49,7 @@ class Import : public std::enable_shared_from_this<Import> {
         if (services_.stop.stop_requested()) return;
         report_.consoleLines = result.consoleLines;
         report_.place = result.place;
+        report_.advice = result.advice;
         report_.leftOut = result.leftOut;
         if (!result.value) result.consoleLines.emplace_back(driver_.failureLine);
         writeConsoleLines(result.consoleLines);
@@ -63,7 +64,8 @@ class Import : public std::enable_shared_from_this<Import> {
                              [self = shared_from_this()] { self->store(); });
     }
 
-    // In the background. Each census is let go of as its record is made.
+    // In the background. Each census is let go of as its record is made, and all records where they
+    // are not wanted: taking many millions of them down would keep the main thread.
     void makeRecords() {
         for (MockCensus& census : *censuses_) {
             if (services_.stop.stop_requested()) break;
@@ -71,6 +73,7 @@ class Import : public std::enable_shared_from_this<Import> {
             storeCensus(*batch_, std::exchange(census, {}));
         }
         censuses_.reset();
+        if (services_.stop.stop_requested()) batch_.reset();
     }
 
     void store() {

@@ -41,6 +41,7 @@ struct ImportReport {
     LeftOut leftOut;                        // of what was stored
     std::vector<std::string> consoleLines;  // of the parser
     TextPlace place;                        // of the problem
+    std::string advice;                     // about it
 };
 
 struct ImportServices {

@@ -44,7 +44,7 @@ TextProject readTextProject(const std::string& path, std::optional<FileKind> kin
         project.records = recordsOf(*parsed.value);
         if (parsed.value->empty()) project.failure = "there is no census in the file";
     } else {
-        project.failure = reasonOf(lines);
+        project.failure = reasonOf(lines, parsed.advice);
         lines.emplace_back(importDriver(*kind).failureLine);
     }
     writeConsoleLines(lines);

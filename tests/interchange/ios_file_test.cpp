@@ -132,14 +132,18 @@ TEST(ParseIOSFile, ProblemsWithTheirPlace) {
     }
 }
 
-TEST(ParseIOSFile, CarriageReturnsMakeEmptyLines) {
+TEST(ParseIOSFile, CarriageReturnsMakeEmptyLinesOfWhichTheAdviceTells) {
     const Zone zone("UTC0");
     std::string text = header("\"A\"") + line("1,2,4");
+    EXPECT_NE(parseIOSFile(text + "\n\n").advice.find("line is empty"), std::string::npos);
+    EXPECT_EQ(parseIOSFile(text + "North\n").advice, "");
     for (std::size_t at = 0; (at = text.find('\n', at)) != std::string::npos; at += 2) {
         text.replace(at, 1, "\r\n");
     }
-    EXPECT_THAT(parseIOSFile(text).consoleLines,
+    const auto parsed = parseIOSFile(text);
+    EXPECT_THAT(parsed.consoleLines,
                 ElementsAre("WARNING: incorrect number of items in data line"));
+    EXPECT_NE(parsed.advice.find("CR LF"), std::string::npos);
 }
 
 TEST(ParseIOSFile, HostileTextsTakeNoLongTime) {
