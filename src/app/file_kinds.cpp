@@ -26,12 +26,32 @@ namespace zorvel {
 
 namespace {
 
-constexpr std::size_t sampleSize = 65536;  // bytes
+constexpr std::size_t sampleStep = 65536;               // bytes
+constexpr std::size_t largestSample = 64 * sampleStep;  // bytes
 constexpr int excerptLines = 5;
 constexpr qsizetype longestLine = 200;  // characters
 
 QString tr(const char* text) {
     return QCoreApplication::translate("FileKinds", text);
+}
+
+// A header and a line or two tell the kind, and a header may be long.
+bool isEnough(const std::string& bytes) {
+    constexpr int lineEnds = 3;
+    return bytes.size() >= largestSample || std::count_if(bytes.begin(), bytes.end(), [](char c) {
+                                                return c == '\n' || c == '\r';
+                                            }) >= lineEnds;
+}
+
+// The file goes on: without its last line, which may be cut within a character; of a single line
+// without a character that is cut.
+void dropCutLine(std::string& bytes) {
+    const std::size_t end = bytes.find_last_of("\r\n");
+    if (end != std::string::npos) return bytes.resize(end + 1);
+    while (!bytes.empty() && (static_cast<unsigned char>(bytes.back()) & 0xC0U) == 0x80U) {
+        bytes.pop_back();
+    }
+    if (!bytes.empty() && static_cast<unsigned char>(bytes.back()) >= 0xC0U) bytes.pop_back();
 }
 
 // The first bytes of a regular file; reading another would take from whoever waits for it.
@@ -41,16 +61,16 @@ std::string firstBytes(const QString& path) {
     if (::stat(encoded.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return {};
     const int descriptor = ::open(encoded.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
     if (descriptor < 0) return {};
-    std::string bytes(sampleSize, '\0');
-    const ssize_t count = ::read(descriptor, bytes.data(), bytes.size());
+    std::string bytes;
+    for (bool more = true; more;) {
+        const std::size_t size = bytes.size();
+        bytes.resize(size + sampleStep);
+        const ssize_t count = ::read(descriptor, bytes.data() + size, sampleStep);
+        bytes.resize(size + (count > 0 ? static_cast<std::size_t>(count) : 0));
+        more = bytes.size() == size + sampleStep && !isEnough(bytes);
+    }
     ::close(descriptor);
-    bytes.resize(count > 0 ? static_cast<std::size_t>(count) : 0);
-    return bytes;
-}
-
-// Without the last line where the file goes on, which may be cut within a character.
-std::string wholeLines(std::string bytes) {
-    if (bytes.size() == sampleSize) bytes.resize(bytes.find_last_of("\r\n") + 1);
+    if (bytes.size() % sampleStep == 0) dropCutLine(bytes);
     return bytes;
 }
 
@@ -148,7 +168,7 @@ FileSample sampleFile(const QString& path) {
     sample.path = path;
     const std::string bytes = firstBytes(path);
     if (bytes.empty() || path.endsWith(projectEnding) || startsLikeProject(bytes)) return sample;
-    const Result<std::string> text = decodeText(wholeLines(bytes));
+    const Result<std::string> text = decodeText(bytes);
     if (!text.ok() || text.value().empty()) return sample;
     sample.isText = true;
     sample.guess = guessFileKind(text.value());

@@ -56,7 +56,11 @@ Document* currentOrNewDocument(ProjectWindows& windows, const CommandWindow& com
 void importInto(Document& document, ProjectWindows& windows, FileKind kind, OpenedText text,
                 std::function<void(bool cancelled)> ended) {
     auto* view = dynamic_cast<MainViewController*>(document.project().documentMainViewController());
-    if (view == nullptr) return;
+    if (view == nullptr) {
+        QueueJobs jobs(windows.jobs(), &windows);
+        return importText(importDriver(kind), {}, document.project(),
+                          {jobs, {}, [&](const ImportReport&) { ended(false); }});
+    }
     (new ImportRun(*view, windows.jobs(), std::move(ended)))
         ->start(document, kind, std::move(text));
 }
@@ -68,14 +72,14 @@ void importFiles(ProjectWindows& windows, const CommandWindow& command,
     const auto next = [=, &windows, rest = std::vector<KnownFile>(files.begin() + 1, files.end())] {
         importFiles(windows, command, rest);
     };
-    readTextInBackground(
-        windows, command.window, file.path, [=, &windows](std::optional<OpenedText> text) {
-            Document* document = text ? currentOrNewDocument(windows, command) : nullptr;
-            if (document == nullptr) return next();
-            importInto(*document, windows, file.kind, std::move(*text), [=](bool cancelled) {
-                if (!cancelled) next();
-            });
+    const auto received = [=, &windows](std::optional<OpenedText> text) {
+        Document* document = text ? currentOrNewDocument(windows, command) : nullptr;
+        if (document == nullptr) return next();
+        importInto(*document, windows, file.kind, std::move(*text), [=](bool cancelled) {
+            if (!cancelled) next();
         });
+    };
+    readTextInBackground(windows, command.window, file.path, received, [] {});
 }
 
 void runImport(ProjectWindows& windows, MainWindowController* window, FileKind kind) {

@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QFileInfo>
 #include <QPointer>
+#include <atomic>
 #include <memory>
 #include <utility>
 
@@ -23,6 +24,11 @@ QString tr(const char* text) {
     return QCoreApplication::translate("OpenTextFile", text);
 }
 
+// "cannot be opened: Permission denied" as it stands alone.
+QString sentence(const QString& reason) {
+    return reason.left(1).toUpper() + reason.mid(1) + '.';
+}
+
 // Of a file that is being read. What comes of it is handed over once: cancelling does so at once,
 // and the bytes that come later find nobody.
 struct Reading {
@@ -30,7 +36,13 @@ struct Reading {
         shownIn = &view;
         progress =
             view.startProgress(tr("reading %1...").arg(QFileInfo(path).fileName()).toStdString(),
-                               [this] { handOver(std::nullopt); });
+                               [this] { cancel(); });
+    }
+
+    void cancel() {
+        *givenUp = true;
+        if (cancelled) receive = [this](const std::optional<OpenedText>&) { cancelled(); };
+        handOver(std::nullopt);
     }
 
     void finish(Result<std::string> read) {
@@ -43,7 +55,7 @@ struct Reading {
             if (shownIn) shownIn->showMessage(tr("%1 is empty.").arg(name));
         } else {
             alerts.warn(window, tr("“%1” could not be read").arg(name),
-                        tr("It is %1.").arg(QString::fromStdString(read.problem().message)));
+                        sentence(QString::fromStdString(read.problem().message)));
         }
         handOver(std::nullopt);
     }
@@ -58,6 +70,9 @@ struct Reading {
     QPointer<MainWindowController> window;
     Alerts& alerts;
     TextReceiver receive;
+    std::function<void()> cancelled;
+    // Shared with the job: a large text is let go of there.
+    std::shared_ptr<std::atomic<bool>> givenUp = std::make_shared<std::atomic<bool>>(false);
     QPointer<MainViewController> shownIn = nullptr;
     MainView::ProgressId progress = 0;
 };
@@ -72,12 +87,17 @@ void openTextFile(ProjectWindows& windows, MainWindowController* window, TextRec
 }
 
 void readTextInBackground(ProjectWindows& windows, MainWindowController* window,
-                          const QString& path, TextReceiver receive) {
+                          const QString& path, TextReceiver receive,
+                          std::function<void()> cancelled) {
     const auto reading = std::make_shared<Reading>(
-        Reading{path, window, windows.panels().alerts, std::move(receive)});
+        Reading{path, window, windows.panels().alerts, std::move(receive), std::move(cancelled)});
     if (window != nullptr) reading->showProgress(window->mainView());
     windows.jobs().start(
-        &windows, [file = encodedPath(path)] { return readTextFile(file); },
+        &windows,
+        [file = encodedPath(path), givenUp = reading->givenUp] {
+            Result<std::string> read = readTextFile(file);
+            return *givenUp ? Result<std::string>(std::string()) : std::move(read);
+        },
         [reading](Result<std::string> read) { reading->finish(std::move(read)); });
 }
 

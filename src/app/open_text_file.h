@@ -25,8 +25,10 @@ using TextReceiver = std::function<void(std::optional<OpenedText> text)>;
 // to show that a file is being read; may be null, and may have closed when the text comes.
 void openTextFile(ProjectWindows& windows, MainWindowController* window, TextReceiver receive);
 
-// The same without a question, for a file that was named otherwise.
+// The same without a question, for a file that was named otherwise. cancelled: called instead where
+// the person gives the reading up; without it that is a file of which nothing comes.
 void readTextInBackground(ProjectWindows& windows, MainWindowController* window,
-                          const QString& path, TextReceiver receive);
+                          const QString& path, TextReceiver receive,
+                          std::function<void()> cancelled = {});
 
 }  // namespace zorvel

@@ -116,6 +116,17 @@ TEST_F(ImportTest, AFaultyFileIsToldOfWithItsPlaceAndStoresNothing) {
     EXPECT_TRUE(windows->isFree(*window));
 }
 
+TEST_F(ImportTest, OfWrongLineEndsTheMessageSaysMoreThanTheConsole) {
+    import("importIOSFileMenuItemTapped",
+           write("phone.csv", QByteArray(phoneFile).replace("\n", "\r\n")));
+    EXPECT_EQ(console,
+              (std::vector<std::string>{"WARNING: incorrect number of items in data line",
+                                        "WARNING: Censuses could not be obtained from iOS file"}));
+    EXPECT_TRUE(messages().last().contains("the lines end in CR LF"));
+    open(folder.filePath("phone.csv"));
+    EXPECT_TRUE(messages().last().contains("the lines end in CR LF"));
+}
+
 TEST_F(ImportTest, NoTextNoImport) {
     const struct {
         QString path;
@@ -124,12 +135,13 @@ TEST_F(ImportTest, NoTextNoImport) {
     } cases[] = {
         {"", 0, ""},
         {write("empty.txt", ""), 0, ""},
-        {folder.filePath("missing.csv"), 1, "“missing.csv” could not be read: It is "},
+        {folder.filePath("missing.csv"), 1,
+         "“missing.csv” could not be read: Cannot be opened: No such file"},
         {write("excel.csv", QByteArray("\xff\xfe"
                                        "a\0,\0"
                                        "1\0",
                                        8)),
-         1, "UTF-16"},
+         1, "Not UTF-8 text: it seems to be UTF-16"},
         {write("old.csv", "M\xfcller,3\n"), 1, "Latin-1"},
     };
     for (const auto& test : cases) {
@@ -205,6 +217,21 @@ TEST_F(ImportTest, CancelAndEscapeGiveUpWhatIsNamed) {
     EXPECT_FALSE(cancel.isVisible());
 }
 
+TEST_F(ImportTest, OfSeveralFilesCancellingOneKeepsTheOthersOut) {
+    holdJobs();
+    importFiles(*windows, CommandWindow(window),
+                {{write("one.txt", "3"), true, FileKind::list},
+                 {write("two.txt", "4"), true, FileKind::list}});
+    EXPECT_EQ(label("progressLabel"), "reading one.txt...");
+    child<QPushButton>("cancelProgressButton").click();
+    EXPECT_TRUE(idle());
+    releaseJobs();
+    drainJobs();
+    drainJobs();
+    EXPECT_EQ(rows(), 0);
+    EXPECT_TRUE(idle());
+}
+
 TEST_F(ImportTest, DroppedTextsAreImportedInOrderAndAskedAboutOnce) {
     const QString project = folder.filePath("kept.zorvel");
     open(write("kept.csv", ",a,b\nEast,1,2\n"));
@@ -245,6 +272,9 @@ TEST_F(ImportTest, FirstLinesTellTheKindOrLeaveADoubt) {
     QByteArray large = ",Ä,b\nNorth,1,2\n";
     while (large.size() < 65535) large += "South,1,2\n";
     large.insert(65535, "Ö");
+    QByteArray longHeader;
+    for (int i = 0; i < 10'000; ++i) longHeader += ",Genus species " + QByteArray::number(i);
+    const QByteArray longRow = "\nNorth" + QByteArray(",7").repeated(10'000);
     const struct {
         QByteArray text;
         bool isText;
@@ -255,6 +285,9 @@ TEST_F(ImportTest, FirstLinesTellTheKindOrLeaveADoubt) {
         {"1, 2\n3\n", true, FileKind::list, true},
         {matrix, true, FileKind::matrix, true},
         {large, true, FileKind::matrix, true},
+        {longHeader + longRow + longRow + '\n', true, FileKind::matrix, true},
+        {"xx" + QByteArray("ü").repeated(5'000'000), true, FileKind::matrix, false},
+        {QByteArray("1 ").repeated(5'000'000), true, FileKind::list, true},
         {",a,b\n\nNorth,1,2", true, FileKind::matrix, true},
         {"Abies,3\nLarix,2\n", true, FileKind::census, false},
         {"site,oak\nNorth,3\n", true, FileKind::matrix, false},
