@@ -110,7 +110,11 @@ void importMatrix(benchmark::State& state) {
 void importCensus(benchmark::State& state) {
     import(state, FileKind::census, censusText(static_cast<int>(state.range(0))));
 }
-BENCHMARK(importMatrix)->Args({10'000, 1000})->UseRealTime()->Unit(benchmark::kMillisecond);
+BENCHMARK(importMatrix)
+    ->Args({10'000, 1000})
+    ->Args({1000, 10'000})  // a million taxa
+    ->UseRealTime()
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK(importCensus)->Arg(1'000'000)->UseRealTime()->Unit(benchmark::kMillisecond);
 
 void importLargeMatrix(benchmark::State& state) {
