@@ -10,6 +10,7 @@
 #include "platform/file_names.h"
 #include "platform/job_queue.h"
 #include "ui/kit/alerts.h"
+#include "ui/kit/message_strip.h"
 #include "ui/kit/save_panel.h"
 #include "ui/main/main_view_controller.h"
 #include "ui/main/main_window_controller.h"
@@ -121,7 +122,8 @@ void Exports::saveTextFile(const RunningExport& running, const ExportedFile& fil
 
 void Exports::fileDidEnd(const RunningExport& running, const QString& message) {
     if (running->view) running->view->stopProgress(running->name);
-    if (!message.isEmpty()) windows_.tell(running->window, message);
+    if (message.isEmpty()) return;
+    windows_.tell(running->window, message, MessageStrip::Tone::news);
 }
 
 }  // namespace zorvel

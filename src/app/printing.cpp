@@ -14,6 +14,7 @@
 #include "ui/analysis/rarefaction_window_controller.h"
 #include "ui/kit/alerts.h"
 #include "ui/kit/file_writing.h"
+#include "ui/kit/message_strip.h"
 #include "ui/kit/printed_sheet.h"
 #include "ui/kit/shown_text.h"
 #include "ui/main/main_view_controller.h"
@@ -104,7 +105,8 @@ void Printing::writeFile(QWidget* window, const PrintTarget& target, const Subje
     const auto tell = [windows = QPointer<ProjectWindows>(&windows_), name,
                        project = QPointer<MainWindowController>(
                            qobject_cast<MainWindowController*>(window))](bool there) {
-        if (there && windows && project) windows->tell(project, tr("Printed to %1.").arg(name));
+        if (!there || !windows || !project) return;
+        windows->tell(project, tr("Printed to %1.").arg(name), MessageStrip::Tone::news);
     };
     writeInBackground(
         windows_.jobs(), windows_.panels().alerts, window, target.path,

@@ -233,12 +233,13 @@ void ProjectWindows::openDidFail(const QString& path, const QString& message) {
     tell(endOpening(path), message);
 }
 
-void ProjectWindows::tell(MainWindowController* window, const QString& message) {
+void ProjectWindows::tell(MainWindowController* window, const QString& message,
+                          MessageStrip::Tone tone) {
     const std::vector<MainWindowController*> open = windows();
     if (window != nullptr && !window->isHidden()) {
-        window->mainView().showMessage(message);
+        window->mainView().messageStrip().addMessage(message, tone);
     } else if (!open.empty()) {
-        open.back()->mainView().showMessage(message);
+        open.back()->mainView().messageStrip().addMessage(message, tone);
     } else if (!quitting_) {
         panels_.alerts.warn(nullptr, message, {});
     }

@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "app/secondary_windows.h"
+#include "ui/kit/message_strip.h"
 #include "ui/kit/panels.h"
 #include "ui/main/metrics_panel.h"
 
@@ -71,7 +72,8 @@ class ProjectWindows : public QObject {
     [[nodiscard]] JobQueue& jobs() { return jobs_; }
     [[nodiscard]] Exports& exports() { return *exports_; }
     // In the strip of that window or of any other; without one in an alert.
-    void tell(MainWindowController* window, const QString& message);
+    void tell(MainWindowController* window, const QString& message,
+              MessageStrip::Tone tone = MessageStrip::Tone::problem);
 
   signals:
     // To be emitted by whoever has stored preferences: every window shows its metrics anew.
