@@ -23,6 +23,16 @@ make_package() {
   [[ -f $package ]] || die "CPack made no package."
 }
 
+# check_tested_package: a package of the programs that the tests have built, since another build
+# takes minutes. It is not for use: the programs in it carry the sanitizers.
+check_tested_package() {
+  build asan-ubsan
+  make_package asan-ubsan
+  check_package_files "$package"
+  check_package_completion "$root/packaging/bash-completion/zorvel-cli"
+  rm -f -- "$package"
+}
+
 # check_package_files FILE: the whole package by lintian, its parts by the tools of the desktops.
 check_package_files() {
   local content=$root/build/package/content
@@ -80,4 +90,30 @@ check_package_manuals() {
       man --warnings -E UTF-8 -l -Tutf8 -Z "$page" || die "$page cannot be formatted."
     ! grep -a 'warning: ' "$logs/manual.log" >&2 || die "$page is not well formed."
   done
+}
+
+# check_package_completion FILE: what bash offers after some beginnings of a command line.
+check_package_completion() {
+  local typed offered
+  while IFS='|' read -r typed offered; do
+    [[ " $(complete_words "$1" "$typed") " == *" $offered "* ]] ||
+      die "bash does not complete \"$typed\" to \"$offered\"."
+  done <<'END'
+zorvel-cli su|summary
+zorvel-cli --vers|--version
+zorvel-cli summary --cen|--census
+zorvel-cli import --in|--into
+zorvel-cli metrics --kind m|matrix
+END
+}
+
+# complete_words FILE LINE: the completions of the last word of LINE, as a fresh bash finds them.
+complete_words() {
+  # shellcheck disable=SC2016  # the inner shell reads its own arguments
+  bash -eu -c '
+    . "$1"
+    read -ra COMP_WORDS <<<"$2"
+    COMP_CWORD=$((${#COMP_WORDS[@]} - 1))
+    _zorvel_cli
+    printf "%s" "${COMPREPLY[*]}"' - "$1" "$2"
 }
