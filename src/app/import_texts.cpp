@@ -61,6 +61,12 @@ QString leftOutNote(const QString& fileName, const LeftOut& leftOut) {
     return sentences.isEmpty() ? QString() : fileName + ": " + sentences.join(' ');
 }
 
+bool isGoodNews(const ImportReport& report) {
+    if (report.outcome == ImportReport::Outcome::cancelled) return true;
+    return report.outcome == ImportReport::Outcome::stored && report.censuses > 0 &&
+           leftOutSentences(report.leftOut).isEmpty();
+}
+
 QString importMessage(const QString& fileName, const ImportReport& report) {
     switch (report.outcome) {
         case ImportReport::Outcome::stored:

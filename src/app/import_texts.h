@@ -12,6 +12,9 @@ struct LeftOut;
 // nothing was stored.
 QString importMessage(const QString& fileName, const ImportReport& report);
 
+// Whether the person has nothing to see to: all was stored, or the import given up.
+bool isGoodNews(const ImportReport& report);
+
 // What a format leaves out by its rules and the person would miss, in sentences; empty where
 // nothing. Absent taxa are not missed.
 QString leftOutNote(const QString& fileName, const LeftOut& leftOut);

@@ -9,6 +9,7 @@
 #include "base/console.h"
 #include "model/import_drivers.h"
 #include "platform/queue_jobs.h"
+#include "ui/kit/message_strip.h"
 #include "ui/main/main_view_controller.h"
 #include "ui/main/main_window_controller.h"
 
@@ -32,7 +33,9 @@ class ImportRun : public QObject {
   private:
     void end(const QString& name, const ImportReport& report) {
         auto* view = qobject_cast<MainViewController*>(parent());
-        if (view != nullptr) view->showMessage(importMessage(name, report));
+        const auto tone =
+            isGoodNews(report) ? MessageStrip::Tone::news : MessageStrip::Tone::problem;
+        if (view != nullptr) view->messageStrip().addMessage(importMessage(name, report), tone);
         deleteLater();
         ended_(report.outcome == ImportReport::Outcome::cancelled);
     }

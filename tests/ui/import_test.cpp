@@ -66,27 +66,31 @@ TEST_F(ImportTest, EveryKindOfFileThroughTheMenu) {
         QByteArray text;
         int censuses;
         const char* message;
+        bool warned;  // that something was left out
         QString undo;
     } cases[] = {
         {"importAbundanceListMenuItemTapped", "3 5\n7", 1,
-         "Imported 1 census with 3 taxa from file.txt.", "&Undo Import Abundance List"},
+         "Imported 1 census with 3 taxa from file.txt.", false, "&Undo Import Abundance List"},
         {"importOneCensusMenuItemTapped", "Abies,3\nLarix,2\nPicea,", 1,
          "Imported 1 census with 2 taxa from file.txt. The last line of the file is not finished "
          "and was left out.",
-         "&Undo Import Census"},
+         true, "&Undo Import Census"},
         {"importCensusMatrixMenuItemTapped",
          ",Abies,Larix\nNorth,3,0\nSouth,1,2\nimported census,1,1\nWest\n", 3,
          "Imported 3 censuses with 3 taxa from file.txt. A row called “imported census” was left "
          "out. A row has fewer values than there are species: the missing ones count as 0.",
-         "&Undo Import Census Matrix"},
+         true, "&Undo Import Census Matrix"},
         {"importIOSFileMenuItemTapped", phoneFile, 1,
-         "Imported 1 census with 1 taxon from file.txt.", "&Undo Import Phone-App File"},
+         "Imported 1 census with 1 taxon from file.txt.", false, "&Undo Import Phone-App File"},
     };
     int before = 0;
     for (const auto& test : cases) {
         import(test.action, write("file.txt", test.text));
         EXPECT_EQ(rows(), before + test.censuses) << test.message;
         EXPECT_EQ(messages().last(), test.message);
+        MessageStrip& strip = window->mainView().messageStrip();
+        EXPECT_EQ(strip.tone() == MessageStrip::Tone::problem, test.warned) << test.message;
+        strip.dismiss();
         EXPECT_TRUE(window->mainView().selectedCensuses().empty());
         QAction& undo = child<QAction>("undo");
         auto& menu = *qobject_cast<QMenu*>(undo.parent());
