@@ -11,7 +11,7 @@ namespace zorvel {
 
 namespace {
 const char service[] = "org.freedesktop.portal.Desktop";
-const char path[] = "/org/freedesktop/portal/desktop";
+const char portalPath[] = "/org/freedesktop/portal/desktop";
 const char interface[] = "org.freedesktop.portal.Settings";
 const char appearance[] = "org.freedesktop.appearance";
 const char colorScheme[] = "color-scheme";
@@ -25,9 +25,9 @@ DesktopScheme::DesktopScheme(QObject* parent)
 void DesktopScheme::askPortal() {
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (!bus.isConnected()) return;
-    bus.connect(service, path, interface, "SettingChanged", this,
+    bus.connect(service, portalPath, interface, "SettingChanged", this,
                 SLOT(settingChanged(QString, QString, QDBusVariant)));
-    QDBusMessage question = QDBusMessage::createMethodCall(service, path, interface, "Read");
+    QDBusMessage question = QDBusMessage::createMethodCall(service, portalPath, interface, "Read");
     question << appearance << colorScheme;
     auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
