@@ -138,7 +138,7 @@ void addEditMenu(MainWindowController& window, ProjectWindows& windows) {
                QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_C),
                [&] { window.mainView().copyAllMetrics(); });
     menu.addSeparator();
-    addCommand(window, menu, "find", tr("&Find Species..."), QKeySequence::Find,
+    addCommand(window, menu, "find", tr("&Find Species"), QKeySequence::Find,
                [&] { window.mainView().findSpecies(); });
     menu.addSeparator();
     addCommand(window, menu, "preferencesMenuItemTapped", tr("Prefere&nces..."), preferencesKey(),

@@ -2,6 +2,7 @@
 
 #include <QBuffer>
 #include <QFileInfo>
+#include <QMarginsF>
 #include <QPdfWriter>
 #include <QPointer>
 #include <QPrintDialog>
@@ -9,6 +10,7 @@
 #include <utility>
 
 #include "app/project_windows.h"
+#include "platform/file_names.h"
 #include "ui/analysis/plot_printing.h"
 #include "ui/analysis/project_wide_metrics_window_controller.h"
 #include "ui/analysis/rarefaction_window_controller.h"
@@ -47,10 +49,13 @@ QByteArray pdfOn(const PrintTarget& target, const QString& title,
 std::optional<PrintTarget> DesktopPrintPanel::choosePrinter(QWidget* parent, const QString& title,
                                                             QPageLayout::Orientation orientation) {
     auto printer = std::make_unique<QPrinter>(QPrinter::HighResolution);
-    printer->setDocName(title);
+    // The panel names its file after this, without the ending.
+    printer->setDocName(asFileName(title) + ".pdf");
     printer->setPageOrientation(orientation);
+    printer->setPageMargins(QMarginsF(15, 15, 15, 15), QPageLayout::Millimeter);
     QPrintDialog dialog(printer.get(), parent);
     if (dialog.exec() != QDialog::Accepted) return std::nullopt;
+    printer->setDocName(title);
     PrintTarget target;
     target.layout = printer->pageLayout();
     target.pages = printer->pageRanges();
@@ -93,14 +98,18 @@ void Printing::print(QWidget* window) {
     if (!target || !guard) return;
     if (target->printer == nullptr) return writeFile(window, *target, *subject);
     if (!subject->paint(*target->printer)) {
-        windows_.panels().alerts.warn(
-            window, tr("“%1” could not be printed").arg(shortened(subject->title, 80)),
-            tr("The printer did not take it."));
+        warn(window, *subject, tr("The printer did not take it."));
     }
+}
+
+void Printing::warn(QWidget* window, const Subject& subject, const QString& reason) {
+    windows_.panels().alerts.warn(
+        window, tr("“%1” could not be printed").arg(shortened(subject.title, 80)), reason);
 }
 
 void Printing::writeFile(QWidget* window, const PrintTarget& target, const Subject& subject) {
     const QByteArray bytes = pdfOn(target, subject.title, subject.paint);
+    if (bytes.isEmpty()) return warn(window, subject, tr("No page could be painted."));
     const QString name = QFileInfo(target.path).fileName();
     const auto tell = [windows = QPointer<ProjectWindows>(&windows_), name,
                        project = QPointer<MainWindowController>(

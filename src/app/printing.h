@@ -40,6 +40,7 @@ class Printing : public QObject {
 
     static std::optional<Subject> subjectOf(QWidget* window);
     void writeFile(QWidget* window, const PrintTarget& target, const Subject& subject);
+    void warn(QWidget* window, const Subject& subject, const QString& reason);
 
     ProjectWindows& windows_;
     PrintPanel& panel_;

@@ -83,7 +83,7 @@ void addWindowMenu(MainWindowController& window) {
         return action;
     };
     add("performMiniaturize", tr("&Minimize"), [&window] { window.showMinimized(); });
-    QAction* zoom = add("performZoom", tr("&Zoom"), [&window] { toggleZoom(window); });
+    QAction* zoom = add("performZoom", tr("Ma&ximize"), [&window] { toggleZoom(window); });
     zoom->setCheckable(true);
     add("arrangeInFront", tr("&Bring All to Front"), [&window] { arrangeInFront(window); });
     menu.addSeparator();

@@ -63,6 +63,7 @@ const char* fileTroubleText(FileTrouble trouble) {
 }
 
 std::string fileMessage(const FileProblem& problem) {
+    if (problem.trouble == FileTrouble::notFound) return fileTroubleText(problem.trouble);
     std::string more = problem.detail;
     if (problem.systemError != 0) {
         if (!more.empty()) more += ": ";

@@ -11,8 +11,8 @@ namespace zorvel {
 // what it means for the data, and what to do about it.
 const char* fileTroubleText(FileTrouble trouble);
 
-// The sentence, and in brackets the detail and the system's own words for its error where there are
-// any.
+// The sentence, and in brackets the detail and the system's own words for its error where they say
+// more.
 std::string fileMessage(const FileProblem& problem);
 
 }  // namespace zorvel

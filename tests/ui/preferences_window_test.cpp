@@ -230,14 +230,14 @@ TEST_F(PreferencesWindowTest, TheWellTakesAColorWithItsAlphaFromThePanel) {
     QSignalSpy plotChanges(windows.get(), &ProjectWindows::plotPreferencesDidChange);
     well().setFocus();
     QTest::keyClick(&well(), Qt::Key_Return);
-    EXPECT_EQ(colors.titles, QStringList{"Color of the curve"});
+    EXPECT_EQ(colors.titles, QStringList{"Colour of the curve"});
     EXPECT_EQ(colors.shown, QColor(255, 0, 0));
     colors.choose(QColor(0, 114, 178, 102));
     EXPECT_EQ(Preferences().plotColor(), QColor(0, 114, 178, 102));
     EXPECT_EQ(well().color(), QColor(0, 114, 178, 102));
     EXPECT_EQ(plotChanges.count(), 1);
     const QAccessibleInterface* read = QAccessible::queryAccessibleInterface(&well());
-    EXPECT_EQ(read->text(QAccessible::Name), "Color of the curve");
+    EXPECT_EQ(read->text(QAccessible::Name), "Colour of the curve");
     EXPECT_EQ(read->text(QAccessible::Description), "Blue, 40% opaque");
     // What lets the ground through is neither its own color nor the ground's all over.
     const QImage picture = well().grab().toImage();
