@@ -29,7 +29,8 @@ int shownLength(const QString& text) {
 // What a label has selected, with the line breaks that other programs know: Qt marks those of
 // paragraphs and table cells with characters of its own.
 QString plainLines(QString text) {
-    for (const char16_t mark : {u'\ufdd0', u'\ufdd1', u'\u2028', u'\u2029'}) text.replace(mark, '\n');
+    for (const char16_t mark : {u'\ufdd0', u'\ufdd1', u'\u2028', u'\u2029'})
+        text.replace(mark, '\n');
     return text.trimmed();
 }
 
