@@ -51,14 +51,14 @@ for ((run = 0; run < runs; ++run)); do
   shown=$(milliseconds)
   # The key of the preferences, until it is answered.
   window=$(tail -n 1 "$home/found")
-  xdotool windowactivate --sync "$window" key --window "$window" ctrl+comma
+  xdotool windowactivate --sync "$window" key ctrl+comma
   await Preferences
   answered=$(milliseconds)
   echo "shown after $((shown - began)) ms, answered a key after $((answered - began)) ms," \
     "$(($(processor_time "$process") * 1000 / $(getconf CLK_TCK))) ms of them on the processor"
   if ((run == runs - 1)); then
     # Without the preferences, in whose field a text cursor blinks.
-    xdotool key --window "$(tail -n 1 "$home/found")" Escape
+    xdotool key Escape
     sleep 3
     before=$(processor_time "$process")
     sleep "$idle_seconds"

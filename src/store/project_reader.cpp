@@ -26,8 +26,9 @@ class Rows {
 
     bool next() {
         if (!statement_.next()) return false;
-        if (statement_.type(0) != SQLITE_INTEGER) complain("id", "is no integer");
-        const std::int64_t id = statement_.integer(0);
+        sqlite3_value* cell = statement_.value(0);
+        if (sqlite3_value_type(cell) != SQLITE_INTEGER) complain("id", "is no integer");
+        const std::int64_t id = sqlite3_value_int64(cell);
         if (id <= id_ || id > highestId) complain("id", "is out of range or order");
         id_ = id;
         return true;
@@ -36,8 +37,17 @@ class Rows {
     [[nodiscard]] std::int64_t id() const { return id_; }
 
     [[nodiscard]] std::int64_t integer(int column, const char* name) {
-        if (statement_.type(column) != SQLITE_INTEGER) complainOfType(column, name);
-        return statement_.integer(column);
+        const std::optional<std::int64_t> integer = integerOrNull(column, name);
+        if (!integer) complainOfType(column, name);
+        return *integer;
+    }
+    // Nothing for NULL.
+    [[nodiscard]] std::optional<std::int64_t> integerOrNull(int column, const char* name) {
+        sqlite3_value* cell = statement_.value(column);
+        const int type = sqlite3_value_type(cell);
+        if (type == SQLITE_NULL) return std::nullopt;
+        if (type != SQLITE_INTEGER) complainOfType(column, name);
+        return sqlite3_value_int64(cell);
     }
 
     [[nodiscard]] bool isNull(int column) const { return statement_.type(column) == SQLITE_NULL; }
@@ -113,8 +123,8 @@ void readTaxa(Connection& connection, NameColumn& names, BlockBuilder& blocks) {
         TaxonRecord taxon;
         taxon.id = static_cast<RecordId>(rows.id());
         if (blocks.isCensus(taxon.id)) rows.complain("id", "is that of a census too");
-        if (!rows.isNull(2)) {
-            const SharedText* name = names.use(rows.integer(2, "name"));
+        if (const std::optional<std::int64_t> number = rows.integerOrNull(2, "name")) {
+            const SharedText* name = names.use(*number);
             if (!name) rows.complain("name", "is no row of the table name");
             taxon.values.name = *name;
         }

@@ -48,6 +48,12 @@ class Statement {
     }
     // Valid until the next row.
     [[nodiscard]] std::string_view text(int column) const;
+    // For kind and number of a cell with one look into the row; to be asked with
+    // sqlite3_value_type() and sqlite3_value_int64() by the thread of the connection. Valid until
+    // the next row.
+    [[nodiscard]] sqlite3_value* value(int column) const {
+        return sqlite3_column_value(statement_, column);
+    }
 
   private:
     void check(int code) {
