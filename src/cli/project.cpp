@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -60,6 +61,19 @@ Result<std::string> readText(const std::string& file) {
     return decodeText(std::move(bytes).value());
 }
 
+// Such censuses are more often a misreading than what the file is meant to say.
+void warnWithoutTaxa(const std::string& file, const std::vector<MockCensus>& censuses,
+                     const LeftOut& leftOut) {
+    const bool anyTaxon = std::any_of(censuses.begin(), censuses.end(),
+                                      [](const auto& census) { return !census.taxa.empty(); });
+    if (anyTaxon || censuses.empty()) return;
+    const bool zeros = leftOut.zeroCells + leftOut.negativeCells > 0;
+    tellAt(file, {},
+           std::string("WARNING: none of its censuses has a taxon: ") +
+               (zeros ? "every abundance is 0"
+                      : "there are no abundances, or no commas in front of them"));
+}
+
 bool readText(const std::string& file, FileKind (*otherwise)(std::string_view), Project& project) {
     const Result<std::string> text = readText(file);
     if (!text) {
@@ -70,12 +84,14 @@ bool readText(const std::string& file, FileKind (*otherwise)(std::string_view), 
     const Parsed<std::vector<MockCensus>> parsed = parseFile(*project.kind, text.value());
     for (const std::string& line : parsed.consoleLines) tellAt(project.file, parsed.place, line);
     if (!parsed.advice.empty()) tellAt(project.file, parsed.place, parsed.advice);
-    if (!parsed.value && parsed.consoleLines.empty()) {
+    if (!parsed.value && parsed.consoleLines.empty() && parsed.advice.empty()) {
         tellAt(project.file, parsed.place, "cannot be read as this kind of file");
     }
+    if (!parsed.value) return false;
     project.leftOut = parsed.leftOut;
-    if (parsed.value) storeCensuses(*project.document, *parsed.value);
-    return parsed.value.has_value();
+    storeCensuses(*project.document, *parsed.value);
+    warnWithoutTaxa(project.file, *parsed.value, parsed.leftOut);
+    return true;
 }
 
 }  // namespace

@@ -1,8 +1,10 @@
 #include "model/import.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "interchange/parsers.h"
+#include "interchange/separator_guess.h"
 #include "model/edits.h"
 
 namespace zorvel {
@@ -28,10 +30,8 @@ std::string_view withoutMark(std::string_view line) {
     return lettered ? line.substr(3) : line;
 }
 
-}  // namespace
-
-Parsed<std::vector<MockCensus>> parseFile(FileKind kind, std::string_view text,
-                                          const std::stop_token& stop) {
+Parsed<std::vector<MockCensus>> parseAs(FileKind kind, std::string_view text,
+                                        const std::stop_token& stop) {
     switch (kind) {
         case FileKind::list:
             return asList(parseAbundanceList(text, stop));
@@ -45,14 +45,37 @@ Parsed<std::vector<MockCensus>> parseFile(FileKind kind, std::string_view text,
     return {};
 }
 
+// Whether an abundance was found, be it 0.
+bool holdsAbundance(const Parsed<std::vector<MockCensus>>& parsed) {
+    return parsed.value && (parsed.leftOut.zeroCells + parsed.leftOut.negativeCells > 0 ||
+                            std::any_of(parsed.value->begin(), parsed.value->end(),
+                                        [](const auto& census) { return !census.taxa.empty(); }));
+}
+
+}  // namespace
+
+Parsed<std::vector<MockCensus>> parseFile(FileKind kind, std::string_view text,
+                                          const std::stop_token& stop) {
+    auto parsed = parseAs(kind, text, stop);
+    if (holdsAbundance(parsed) || stop.stop_requested()) return parsed;
+    const std::string_view separator = foreignSeparator(text);
+    const bool isListed = kind == FileKind::list && separator == "tabs";  // which a list may have
+    if (separator.empty() || isListed) return parsed;
+    parsed.value.reset();
+    parsed.advice = "the cells seem to be separated by " + std::string(separator) +
+                    ", but Zorvel reads commas; save the file with commas as separator and try "
+                    "again";
+    return parsed;
+}
+
 std::string reasonOf(const std::vector<std::string>& consoleLines, const std::string& advice) {
     std::string reasons;
     for (const std::string& line : consoleLines) {
         if (!reasons.empty()) reasons += "; ";
         reasons += withoutMark(line);
     }
-    if (reasons.empty()) return "its contents are in none of the known formats";
-    return advice.empty() ? reasons : reasons + ": " + advice;
+    if (reasons.empty() && advice.empty()) return "its contents are in none of the known formats";
+    return reasons + (reasons.empty() || advice.empty() ? "" : ": ") + advice;
 }
 
 void storeCensuses(DiversityDocument& document, const std::vector<MockCensus>& censuses) {

@@ -13,7 +13,9 @@
 namespace zorvel {
 
 // The parser of the kind; a list and a single census give one record. Nothing at all where it is
-// told to stop.
+// told to stop. A text whose cells are separated by semicolons or tabs, so that the parser finds no
+// abundance in it, is refused: the advice says so, and the console lines are the parser's alone,
+// if any.
 Parsed<std::vector<MockCensus>> parseFile(FileKind kind, std::string_view text,
                                           const std::stop_token& stop = {});
 

@@ -85,6 +85,23 @@ TEST_F(Import, TellsWhatAFormatLeavesOut) {
     }
 }
 
+TEST_F(Import, IsNoPlainNewsWhereNoTaxonIsFound) {
+    for (const auto& [text, told] :
+         {std::pair(" ,a\nN,0\n", "every abundance is 0"),
+          std::pair("a 1\nb 2\n", "there are no abundances, or no commas in front of them")}) {
+        const Ran ran = import({"-"}, text);
+        EXPECT_EQ(ran.exitCode, 0);
+        EXPECT_THAT(ran.err,
+                    ::testing::StartsWith("<stdin>: WARNING: none of its censuses has a taxon: " +
+                                          std::string(told) + "\n"));
+    }
+    std::filesystem::remove(project_);
+    const Ran ran = import({"three.csv", "-"}, "site;a;b\nNorth;1;2\n");
+    EXPECT_EQ(ran.exitCode, 1);
+    EXPECT_THAT(ran.err, ::testing::StartsWith("<stdin>: the cells seem to be separated by semi"));
+    EXPECT_EQ(folder_.names(), Names{});
+}
+
 TEST_F(Import, MergesProjects) {
     ObjectContext context;
     context.insertCensus({}, {{std::nullopt, -3, false}, {SharedText("Abies"), 4, true}});

@@ -6,6 +6,7 @@
 #include <chrono>
 #include <limits>
 #include <string>
+#include <vector>
 
 namespace zorvel {
 namespace {
@@ -64,6 +65,45 @@ TEST(Import, AProblemKeepsItsLinesAndPlace) {
     EXPECT_FALSE(parsed.value);
     EXPECT_EQ(parsed.consoleLines.size(), 1U);
     EXPECT_EQ(parsed.place.line, 3U);
+}
+
+TEST(Import, CellsThatNoCommaSeparatesAreRefused) {
+    struct Row {
+        FileKind kind;
+        std::string text;
+        std::string separator;  // empty: read, or refused for another reason
+    };
+    const std::string rest =
+        "\";\"D\";\"O\";\"La\";\"Lo\";\"Abies\"\n\"North\";\"Mar\";\"\";1;2;4\n";
+    const std::vector<Row> rows = {
+        {FileKind::matrix, "site;A;B\nNorth;3;4\nSouth;0;1\n", "semicolons"},
+        {FileKind::matrix, "\r\nsite\tA\tB\r\n\r\nNorth\t3\t", "tabs"},
+        {FileKind::matrix, "site;A;B\nNorth;3,5;4\n", "semicolons"},
+        {FileKind::matrix, "\"site\";\"A, b\"\n\"North\nEast\";\"3\"\n", "semicolons"},
+        {FileKind::matrix, "site;Abies, alba\nNorth, East;3\n", "semicolons"},
+        {FileKind::census, "Abies\t12\nPicea\t3\n", "tabs"},
+        {FileKind::list, "3;5;7", "semicolons"},
+        {FileKind::ios, "\"N" + rest, "semicolons"},
+        {FileKind::matrix, " ,A;a,B;b\nN;n,1,2\nS;s,0,0\n", ""},
+        {FileKind::matrix, " ,A;a,B;b\nN;1,0,0\n", ""},
+        {FileKind::matrix, " ,A;1,B;2\nN;n,1,x\n", ""},
+        {FileKind::matrix, " ,A;a\nN;1,x\n", ""},
+        {FileKind::matrix, "site;A\nNorth; upper slope\n", ""},
+        {FileKind::matrix, " ,A\nNorth;3\n", ""},
+        {FileKind::list, "Abies\t5\nPicea\t1\n", ""},
+        {FileKind::census, "Abies;1,12\n", ""},
+    };
+    for (const Row& row : rows) {
+        const auto parsed = parseFile(row.kind, row.text);
+        EXPECT_EQ(parsed.advice.find("separated by " + row.separator + ",") != std::string::npos,
+                  !row.separator.empty())
+            << row.text;
+        EXPECT_FALSE(parsed.value && !row.separator.empty()) << row.text;
+    }
+    const auto silent = parseFile(FileKind::matrix, rows.front().text);
+    EXPECT_TRUE(silent.consoleLines.empty());
+    EXPECT_EQ(reasonOf({}, silent.advice), silent.advice);
+    EXPECT_EQ(parseFile(FileKind::list, "3;5;7").consoleLines.size(), 1U);
 }
 
 TEST(Import, ImportsAlwaysAdd) {
