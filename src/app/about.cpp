@@ -13,6 +13,7 @@ void showAbout(QWidget* window) {
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->setWindowTitle(QObject::tr("About Zorvel"));
     box->setIconPixmap(QApplication::windowIcon().pixmap(64, 64));
+    box->setTextFormat(Qt::RichText);
     box->setText(QString("<b>Zorvel %1</b>").arg(QCoreApplication::applicationVersion()));
     box->setInformativeText(
         QObject::tr("Measures the diversity of biological samples, for field ecologists and "

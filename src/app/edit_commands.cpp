@@ -21,9 +21,9 @@ namespace zorvel {
 namespace {
 
 // Of what a label shows, in characters; tags of its text are none.
-int shownLength(const QString& text) {
-    if (!Qt::mightBeRichText(text)) return static_cast<int>(text.size());
-    return static_cast<int>(QTextDocumentFragment::fromHtml(text).toPlainText().size());
+int shownLength(const QLabel& label) {
+    if (label.textFormat() != Qt::RichText) return static_cast<int>(label.text().size());
+    return static_cast<int>(QTextDocumentFragment::fromHtml(label.text()).toPlainText().size());
 }
 
 // What a label has selected, with the line breaks that other programs know: Qt marks those of
@@ -111,7 +111,7 @@ void selectAllOf(QWidget* widget) {
     if (auto* line = qobject_cast<QLineEdit*>(widget)) line->selectAll();
     if (auto* text = qobject_cast<QPlainTextEdit*>(widget)) text->selectAll();
     if (auto* label = qobject_cast<QLabel*>(widget)) {
-        label->setSelection(0, shownLength(label->text()));
+        label->setSelection(0, shownLength(*label));
     }
 }
 

@@ -208,4 +208,23 @@ std::vector<Finding> checkHeaders(const fs::path& tree) {
     return findings;
 }
 
+std::vector<Finding> checkWords(const fs::path& tree) {
+    std::vector<Finding> findings;
+    for (const fs::path& path : filesOf(tree)) {
+        if (!isSource(path) && path.extension() != ".ui") continue;
+        const std::string name = path.lexically_relative(tree / "src").generic_string();
+        std::ifstream file(path);
+        std::string line;
+        for (int number = 1; std::getline(file, line); ++number) {
+            const std::string_view code =
+                std::string_view(line).substr(0, isSource(path) ? line.find("//") : line.npos);
+            for (const KeptWord& kept : keptWords()) {
+                if (code.find(kept.word) == code.npos || contains(kept.files, name)) continue;
+                findings.push_back({"src/" + name, number, kept.word + ": " + kept.instead});
+            }
+        }
+    }
+    return findings;
+}
+
 }  // namespace zorvel::layout

@@ -27,4 +27,7 @@ std::vector<Finding> checkLinks(const std::filesystem::path& tree);
 // Headers that do not open with a comment and #pragma once.
 std::vector<Finding> checkHeaders(const std::filesystem::path& tree);
 
+// Words, in sources and forms, that belong to other files.
+std::vector<Finding> checkWords(const std::filesystem::path& tree);
+
 }  // namespace zorvel::layout

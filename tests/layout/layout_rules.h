@@ -28,9 +28,17 @@ struct BannedHeader {
     std::string instead;
 };
 
+// A word of the code that only these files may use.
+struct KeptWord {
+    std::string word;
+    std::vector<std::string> files;  // below src/
+    std::string instead;
+};
+
 const std::vector<FolderRule>& folderRules();
 const std::vector<LibraryRule>& libraryRules();
 const std::vector<BannedHeader>& bannedHeaders();
+const std::vector<KeptWord>& keptWords();
 
 // Null where there is none.
 const FolderRule* ruleOfFolder(std::string_view folder);

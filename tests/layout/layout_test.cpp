@@ -63,6 +63,10 @@ TEST(Layout, HeadersOfThisTree) {
     expectNone(checkHeaders(ZORVEL_SOURCE_DIR));
 }
 
+TEST(Layout, WordsOfThisTree) {
+    expectNone(checkWords(ZORVEL_SOURCE_DIR));
+}
+
 TEST(Layout, RowsNameOnlyFoldersBelowThem) {
     for (const FolderRule& rule : folderRules()) {
         for (const std::string& folder : rule.folders) {
@@ -159,6 +163,16 @@ TEST(Layout, FindsHeadersWithoutOpening) {
     ASSERT_EQ(findings.size(), 2U);
     EXPECT_EQ(findings[0].path, "src/base/mute.h");
     EXPECT_EQ(findings[1].path, "src/base/twice.h");
+}
+
+TEST(Layout, FindsWordsOfOtherFiles) {
+    const Tree tree({{"src/app/a.cpp", "// Qt::RichText\nlabel.setTextFormat(Qt::RichText);\n"},
+                     {"src/app/about.cpp", "label.setTextFormat(Qt::RichText);\n"},
+                     {"src/ui/main/a.ui", "<set>https://a</set><enum>Qt::RichText</enum>\n"}});
+    const auto findings = checkWords(tree.root());
+    ASSERT_EQ(findings.size(), 2U);
+    EXPECT_EQ(findings[0].line, 2);
+    EXPECT_EQ(findings[1].path, "src/ui/main/a.ui");
 }
 
 TEST(CMakeCommands, WordsQuotesCommentsAndLines) {

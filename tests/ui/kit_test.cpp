@@ -3,9 +3,12 @@
 #include <QApplication>
 #include <QFontMetrics>
 #include <QImage>
+#include <QLabel>
 #include <QMenu>
+#include <QMessageBox>
 #include <QPainter>
 #include <QPushButton>
+#include <QToolTip>
 #include <QWidget>
 #include <algorithm>
 #include <cmath>
@@ -50,6 +53,27 @@ TEST(Look, TextIsLegibleOnEveryGroundOfBothSchemes) {
         EXPECT_GE(contrast(colors.selectionText, colors.selection), 4.5);
         EXPECT_GE(contrast(colors.stale, colors.raised), 3.0);
     }
+}
+
+// Whoever makes the label, Qt too.
+TEST(Look, EveryLabelShowsMarkupAsText) {
+    applyLook(*qApp, ColorScheme::light);
+    const QString name = "<img src=\"/p.png\"><b>x</b>";
+    QMessageBox box;
+    box.setText(name);
+    box.setInformativeText(name);
+    QLabel label(name, &box);
+    box.show();
+    QToolTip::showText({}, name);
+    int shown = 0;
+    for (QWidget* widget : QApplication::allWidgets()) {
+        const auto* each = qobject_cast<QLabel*>(widget);
+        if (each == nullptr || each->text() != name) continue;
+        EXPECT_EQ(each->textFormat(), Qt::PlainText) << each->metaObject()->className();
+        ++shown;
+    }
+    EXPECT_EQ(shown, 4);
+    QToolTip::hideText();
 }
 
 TEST(Look, TheChosenItemOfAMenuStandsOnTheColourOfSelection) {

@@ -1,6 +1,7 @@
 #include "ui/kit/look_style.h"
 
 #include <QAbstractItemView>
+#include <QLabel>
 #include <QPainter>
 #include <QPlainTextEdit>
 #include <QStyleOptionButton>
@@ -30,6 +31,14 @@ bool isTextField(const QWidget* widget) {
 }  // namespace
 
 LookStyle::LookStyle() : QProxyStyle("fusion") {}
+
+void LookStyle::polish(QWidget* widget) {
+    QProxyStyle::polish(widget);
+    auto* label = qobject_cast<QLabel*>(widget);
+    if (label != nullptr && label->textFormat() == Qt::AutoText) {
+        label->setTextFormat(Qt::PlainText);
+    }
+}
 
 int LookStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
                            const QWidget* widget) const {

@@ -1,5 +1,9 @@
 // The program's widget style: Fusion, with flat headers, hairlines instead of frames, thin scroll
 // bars, rounded fields and buttons, and the same care in the dark. Owned by the application.
+//
+// It is also the one place that makes labels show plain text, those of tooltips and message boxes
+// too: what looks like markup may come from a file. A label of ours with markup says so itself, by
+// setTextFormat(Qt::RichText).
 #pragma once
 
 #include <QProxyStyle>
@@ -13,6 +17,8 @@ class LookStyle : public QProxyStyle {
   public:
     LookStyle();
 
+    using QProxyStyle::polish;
+    void polish(QWidget* widget) override;
     int pixelMetric(PixelMetric metric, const QStyleOption* option,
                     const QWidget* widget) const override;
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
