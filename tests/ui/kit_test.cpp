@@ -141,28 +141,48 @@ TEST(ValueFieldTest, ASchemeChangeKeepsTheMarkOfAStaleValue) {
     EXPECT_EQ(field.palette().color(QPalette::Text), lookColors(ColorScheme::light).text);
 }
 
-TEST(MessageStripTest, KeepsTheLatestMessagesUntilDismissed) {
+TEST(MessageStripTest, ProblemsStayUntilDismissedAndNewsMakesRoom) {
     MessageStrip strip;
     EXPECT_TRUE(strip.isHidden());
+    const auto shown = [&] { return strip.accessibleName().split('\n'); };
+    for (const char* news : {"n1", "n2", "n3", "n4", "n5"}) {
+        strip.addMessage(news, MessageStrip::Tone::news);
+    }
+    EXPECT_EQ(strip.messages(), (QStringList{"n2", "n3", "n4", "n5"}));
+    strip.setMessage("file", "disk full", {}, MessageStrip::Lasting::untilWithdrawn);
     for (int i = 1; i <= 6; ++i) strip.addMessage(QString::number(i));
-    EXPECT_FALSE(strip.isHidden());
-    EXPECT_EQ(strip.messages(), (QStringList{"3", "4", "5", "6"}));
+    strip.addMessage("n6", MessageStrip::Tone::news);
+    strip.addMessage("n7", MessageStrip::Tone::news);
+    EXPECT_EQ(strip.messages(), (QStringList{"disk full", "1", "2", "3", "4", "5", "6", "n7"}));
+    EXPECT_EQ(shown(), (QStringList{"disk full", "3", "4", "5", "6", "n7"}));
     strip.dismiss();
+    EXPECT_EQ(shown(), (QStringList{"disk full", "1", "2"}));
+    strip.dismiss();
+    strip.dismiss();
+    EXPECT_EQ(shown(), QStringList{"disk full"});
+    strip.withdraw("file");
     EXPECT_TRUE(strip.isHidden());
-    strip.addMessage("again");
-    EXPECT_EQ(strip.messages(), QStringList{"again"});
 }
 
-TEST(MessageStripTest, WarnsWhileAProblemIsAmongTheMessages) {
+TEST(MessageStripTest, EachMessageHasTheGroundAndTheSignOfItsTone) {
     MessageStrip strip;
-    strip.resize(300, 60);
-    const auto ground = [&] { return strip.grab().toImage().pixelColor(4, 30); };
     strip.addMessage("imported", MessageStrip::Tone::news);
-    EXPECT_NE(ground(), lookColors(ColorScheme::light).warning);
     strip.setMessage("file", "disk full");
-    EXPECT_EQ(ground(), lookColors(ColorScheme::light).warning);
-    strip.withdraw("file");
-    EXPECT_NE(ground(), lookColors(ColorScheme::light).warning);
+    strip.resize(300, 66);
+    const QImage picture = strip.grab().toImage();
+    const LookColors& colors = lookColors(ColorScheme::light);
+    EXPECT_EQ(picture.pixelColor(4, 4), colors.quietSelection);
+    EXPECT_EQ(picture.pixelColor(4, 60), colors.warning);
+    const auto hasMark = [&](int from, int to) {
+        for (int y = from; y < to; ++y) {
+            for (int x = 0; x < 40; ++x) {
+                if (picture.pixelColor(x, y) == colors.warningMark) return true;
+            }
+        }
+        return false;
+    };
+    EXPECT_FALSE(hasMark(0, 33));
+    EXPECT_TRUE(hasMark(33, 66));
 }
 
 TEST(MessageStripTest, ANamedMessageIsReplacedInItsPlaceAndWithdrawn) {

@@ -86,10 +86,11 @@ TEST_F(OpeningTest, LongTextsLeaveTheWindowItsWidth) {
     EXPECT_LE(child<QWidget>("metricsPanel").minimumSizeHint().width(), panelWidth);
 }
 
-TEST_F(OpeningTest, AMessageStaysWhileOtherWorkGoesOn) {
-    open(write("bad.csv", ",a\nNorth,x\n"));
+TEST_F(OpeningTest, MessagesStayWhatTheyAreWhenAnotherProjectTakesTheWindow) {
+    window->mainView().showNews("done");
     open(exampleFile);
     EXPECT_TRUE(stripShown());
+    EXPECT_EQ(window->mainView().messageStrip().tone(), MessageStrip::Tone::news);
     EXPECT_EQ(censusTable().model()->rowCount(), 70);
 }
 

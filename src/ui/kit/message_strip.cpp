@@ -7,6 +7,7 @@
 #include <QPainter>
 #include <QPushButton>
 #include <QToolButton>
+#include <QVBoxLayout>
 #include <algorithm>
 
 #include "ui/kit/accessible_roles.h"
@@ -18,20 +19,18 @@ namespace zorvel {
 
 namespace {
 constexpr int markRoom = 40;         // pixels left of the text
-constexpr int shownAtMost = 4;       // messages
+constexpr int lineMargin = 8;        // pixels above and below it
+constexpr int shownAtMost = 4;       // problems that can be dismissed
 constexpr int longestMessage = 300;  // characters of a message
 }  // namespace
 
 MessageStrip::MessageStrip(QWidget* parent)
     : QFrame(parent),
-      text_(new QLabel(this)),
+      column_(new QVBoxLayout),
+      others_(new QLabel(this)),
       actionButton_(new QPushButton(this)),
       dismissButton_(new QToolButton(this)) {
     installAccessibleRoles();
-    text_->setObjectName("messageText");
-    text_->setWordWrap(true);
-    text_->setTextFormat(Qt::PlainText);
-    text_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     actionButton_->setObjectName("messageActionButton");
     actionButton_->setAutoDefault(false);
     dismissButton_->setObjectName("dismissMessageButton");
@@ -40,11 +39,17 @@ MessageStrip::MessageStrip(QWidget* parent)
     dismissButton_->setToolTip(tr("Dismiss"));
     dismissButton_->setAccessibleName(tr("Dismiss message"));
     dismissButton_->setFocusPolicy(Qt::StrongFocus);
+    others_->setContentsMargins(markRoom, 0, 0, lineMargin);
+    column_->setSpacing(0);
+    column_->addWidget(others_);
+    auto* buttons = new QHBoxLayout;
+    buttons->setContentsMargins(0, lineMargin, lineMargin, lineMargin);
+    buttons->addWidget(actionButton_, 0, Qt::AlignVCenter);
+    buttons->addWidget(dismissButton_, 0, Qt::AlignTop);
     auto* row = new QHBoxLayout(this);
-    row->setContentsMargins(markRoom, 8, 8, 8);
-    row->addWidget(text_, 1);
-    row->addWidget(actionButton_, 0, Qt::AlignVCenter);
-    row->addWidget(dismissButton_, 0, Qt::AlignTop);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->addLayout(column_, 1);
+    row->addLayout(buttons);
     connect(actionButton_, &QPushButton::clicked, this, [this] {
         // What it runs may replace the message.
         if (const Action* action = offeredAction()) std::function<void()>(action->run)();
@@ -53,23 +58,42 @@ MessageStrip::MessageStrip(QWidget* parent)
     hide();
 }
 
-void MessageStrip::addMessage(const QString& message, Tone tone) {
-    messages_.append({{}, shortened(message, longestMessage), {}, tone});
-    while (messages_.size() > shownAtMost) messages_.removeFirst();
-    showMessages();
-    announce();
+QLabel* MessageStrip::addLine() {
+    auto* line = new QLabel(this);
+    line->setObjectName("messageText");
+    line->setWordWrap(true);
+    line->setTextFormat(Qt::PlainText);
+    line->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    line->setContentsMargins(markRoom, lineMargin, 0, lineMargin);
+    column_->insertWidget(static_cast<int>(lines_.size()), line);
+    lines_.append(line);
+    return line;
 }
 
-void MessageStrip::setMessage(const QString& name, const QString& message, const Action& action) {
-    const QString text = shortened(message, longestMessage);
+void MessageStrip::addMessage(const QString& message, Tone tone) {
+    add({{}, shortened(message, longestMessage), {}, tone, Lasting::untilDismissed});
+}
+
+void MessageStrip::setMessage(const QString& name, const QString& message, const Action& action,
+                              Lasting lasting) {
+    const Message set{name, shortened(message, longestMessage), action, Tone::problem, lasting};
     const qsizetype place = placeOf(name);
-    if (place >= 0 && messages_[place].text == text) return;
-    if (place < 0) {
-        messages_.append({name, text, action, Tone::problem});
-        while (messages_.size() > shownAtMost) messages_.removeFirst();
-    } else {
-        messages_[place] = {name, text, action, Tone::problem};
+    if (place < 0) return add(set);
+    const bool same = messages_[place].text == set.text;
+    messages_[place] = set;
+    showMessages();
+    if (!same) announce();
+}
+
+// The oldest news goes where there are too many messages; the new one is read first.
+void MessageStrip::add(const Message& message) {
+    const auto isNews = [](const Message& each) { return each.tone == Tone::news; };
+    while (messages_.size() >= shownAtMost) {
+        const auto oldest = std::find_if(messages_.begin(), messages_.end(), isNews);
+        if (oldest == messages_.end()) break;
+        messages_.erase(oldest);
     }
+    messages_.append(message);
     showMessages();
     announce();
 }
@@ -78,6 +102,11 @@ void MessageStrip::withdraw(const QString& name) {
     const qsizetype place = placeOf(name);
     if (place < 0) return;
     messages_.removeAt(place);
+    showMessages();
+}
+
+void MessageStrip::takeMessages(const MessageStrip& other) {
+    messages_ = other.messages_;
     showMessages();
 }
 
@@ -101,6 +130,23 @@ QStringList MessageStrip::messages() const {
     return texts;
 }
 
+bool MessageStrip::isOrdinaryProblem(const Message& message) {
+    return message.tone == Tone::problem && message.lasting == Lasting::untilDismissed;
+}
+
+qsizetype MessageStrip::hiddenCount() const {
+    return std::count_if(messages_.begin(), messages_.end(), isOrdinaryProblem) - shownAtMost;
+}
+
+QList<MessageStrip::Message> MessageStrip::shown() const {
+    QList<Message> shown;
+    qsizetype hidden = hiddenCount();
+    for (const Message& message : messages_) {
+        if (!isOrdinaryProblem(message) || hidden-- <= 0) shown.append(message);
+    }
+    return shown;
+}
+
 MessageStrip::Tone MessageStrip::tone() const {
     const bool problem =
         std::any_of(messages_.begin(), messages_.end(),
@@ -109,12 +155,28 @@ MessageStrip::Tone MessageStrip::tone() const {
 }
 
 void MessageStrip::showMessages() {
-    const QString all = messages().join('\n');
-    text_->setText(breakable(all));
-    setAccessibleName(all);
+    const QList<Message> shown = this->shown();
+    while (lines_.size() < shown.size()) addLine();
+    QStringList texts;
+    for (qsizetype i = 0; i < lines_.size(); ++i) {
+        lines_[i]->setVisible(i < shown.size());
+        if (i >= shown.size()) continue;
+        lines_[i]->setText(breakable(shown[i].text));
+        texts.append(shown[i].text);
+    }
+    const auto others = static_cast<int>(messages_.size() - shown.size());
+    others_->setVisible(others > 0);
+    others_->setText(
+        others == 1
+            ? tr("One earlier message comes into sight when these are dismissed.")
+            : tr("%L1 earlier messages come into sight when these are dismissed.").arg(others));
+    setAccessibleName(texts.join('\n'));
     const Action* action = offeredAction();
     actionButton_->setVisible(action != nullptr);
     if (action != nullptr) actionButton_->setText(action->title);
+    dismissButton_->setVisible(std::any_of(shown.begin(), shown.end(), [](const Message& message) {
+        return message.lasting == Lasting::untilDismissed;
+    }));
     setVisible(!messages_.isEmpty());
     update();
 }
@@ -125,21 +187,34 @@ void MessageStrip::announce() {
 }
 
 void MessageStrip::dismiss() {
-    messages_.clear();
+    QList<Message> left;
+    qsizetype hidden = hiddenCount();
+    for (const Message& message : messages_) {
+        const bool lasts = message.lasting == Lasting::untilWithdrawn;
+        if (lasts || (isOrdinaryProblem(message) && hidden-- > 0)) left.append(message);
+    }
+    messages_ = left;
     showMessages();
 }
 
 void MessageStrip::paintEvent(QPaintEvent* /*event*/) {
     const LookColors& colors = lookColors(palette());
+    const QList<Message> shown = this->shown();
     QPainter painter(this);
-    const bool problem = tone() == Tone::problem;
-    painter.fillRect(rect(), problem ? colors.warning : colors.quietSelection);
+    painter.fillRect(rect(), tone() == Tone::problem ? colors.warning : colors.quietSelection);
+    for (qsizetype i = 0; i < shown.size(); ++i) {
+        const QLabel& line = *lines_[i];
+        const bool problem = shown[i].tone == Tone::problem;
+        const int bottom = i + 1 < shown.size() ? line.geometry().bottom() + 1 : height();
+        painter.fillRect(0, line.y(), width(), bottom - line.y(),
+                         problem ? colors.warning : colors.quietSelection);
+        // Beside the first row of the text, which stands in the middle of its line.
+        const int room = line.height() - std::max(line.heightForWidth(line.width()), 0);
+        const int row = line.y() + room / 2 + lineMargin + line.fontMetrics().height() / 2;
+        paintGlyph(painter, problem ? Glyph::warning : Glyph::tick, QRectF(14, row - 8, 16, 16),
+                   problem ? colors.warningMark : colors.accent);
+    }
     painter.fillRect(0, 0, width(), 1, colors.hairline);
-    const int top = text_->y() + (text_->fontMetrics().height() - 16) / 2;
-    const bool single = text_->height() < 2 * text_->fontMetrics().lineSpacing();
-    const int y = single ? text_->geometry().center().y() - 8 : top;
-    paintGlyph(painter, problem ? Glyph::warning : Glyph::tick, QRectF(14, y, 16, 16),
-               problem ? colors.warningMark : colors.accent);
 }
 
 }  // namespace zorvel

@@ -1,8 +1,9 @@
-// Tells of a problem, or of work that is done, at the edge of a window: it blocks nothing and stays
-// until it is dismissed. Further messages join those that are still shown, newest last; a very long
-// one is shortened. The strip is marked as a warning while one of its messages tells of a problem.
-// A message may have a name, by which it is replaced or withdrawn, and an action, offered as a
-// button beside the text: where several have one, that of the newest. Main thread.
+// Tells of problems and of work that is done, at the edge of a window, and blocks nothing. Each
+// message has a line and a sign of its own, newest last; a very long one is shortened. A problem
+// stays until it is dismissed; of many, the newest are shown, and the others after those have been
+// dismissed. News makes room for later messages. A message may have a name, by which it is replaced
+// or withdrawn, and an action, offered as a button beside the text: where several have one, that of
+// the newest. Main thread.
 #pragma once
 
 #include <QFrame>
@@ -13,6 +14,7 @@
 class QLabel;
 class QPushButton;
 class QToolButton;
+class QVBoxLayout;
 
 namespace zorvel {
 
@@ -27,17 +29,24 @@ class MessageStrip : public QFrame {
     explicit MessageStrip(QWidget* parent = nullptr);
 
     enum class Tone { problem, news };
+    // What dismissing does to a problem: one that holds stays until it is withdrawn.
+    enum class Lasting { untilDismissed, untilWithdrawn };
 
     void addMessage(const QString& message, Tone tone = Tone::problem);
-    // In place of the message of that name if it is shown, otherwise as the newest. The same text
-    // again changes nothing.
-    void setMessage(const QString& name, const QString& message, const Action& action = {});
+    // In place of the message of that name if there is one, otherwise as the newest. The same text
+    // again is not announced again.
+    void setMessage(const QString& name, const QString& message, const Action& action = {},
+                    Lasting lasting = Lasting::untilDismissed);
     void withdraw(const QString& name);
+    // All that have not been dismissed, shown or not.
     [[nodiscard]] QStringList messages() const;
-    // Of what is shown: a problem where there is one.
+    // A problem where there is one.
     [[nodiscard]] Tone tone() const;
+    // The messages of another strip, each in its tone, in place of those of this one.
+    void takeMessages(const MessageStrip& other);
 
   public slots:
+    // Of what is shown, all that can be dismissed.
     void dismiss();
 
   protected:
@@ -49,14 +58,23 @@ class MessageStrip : public QFrame {
         QString text;
         Action action;
         Tone tone = Tone::problem;
+        Lasting lasting = Lasting::untilDismissed;
     };
 
+    void add(const Message& message);
     void showMessages();
     void announce();
+    QLabel* addLine();
+    // Of those that can be dismissed, the oldest are not shown where there are many.
+    static bool isOrdinaryProblem(const Message& message);
+    [[nodiscard]] qsizetype hiddenCount() const;  // below 0 where there is room for more
+    [[nodiscard]] QList<Message> shown() const;
     [[nodiscard]] qsizetype placeOf(const QString& name) const;
     [[nodiscard]] const Action* offeredAction() const;
 
-    QLabel* text_;
+    QVBoxLayout* column_;
+    QList<QLabel*> lines_;  // as many as were ever shown at once
+    QLabel* others_;        // how many are not shown
     QPushButton* actionButton_;
     QToolButton* dismissButton_;
     QList<Message> messages_;

@@ -6,6 +6,7 @@
 #include <QMimeData>
 #include <QSettings>
 #include <QUrl>
+#include <memory>
 #include <utility>
 
 #include "platform/file_reading.h"
@@ -52,10 +53,9 @@ void MainWindowController::showDocument(Document& document) {
     const QByteArray layout = mainView_->saveLayout();
     document_->disconnect(this);
     mainView_->messageStrip().withdraw(problemMessage);
-    const QStringList messages = mainView_->messageStrip().messages();
-    delete mainView_;
+    const std::unique_ptr<MainViewController> earlier(mainView_);
     setDocument(document);
-    for (const QString& message : messages) mainView_->showMessage(message);
+    mainView_->messageStrip().takeMessages(earlier->messageStrip());
     mainView_->restoreLayout(layout);
     emit documentDidChange();
 }
@@ -93,7 +93,8 @@ void MainWindowController::showTitle() {
     setWindowModified(document_->saveState() != Document::SaveState::saved);
 }
 
-// A trouble that lasts is told once: the strip stays silent about it when it was dismissed.
+// Changes that cannot be written stand in the strip until they are. That a file cannot be written
+// is told once as long as nothing in it has changed.
 void MainWindowController::showProblem() {
     const std::optional<FileProblem> problem = document_->problem();
     if (!problem) {
@@ -101,11 +102,14 @@ void MainWindowController::showProblem() {
         mainView_->messageStrip().withdraw(problemMessage);
         return;
     }
-    if (shownTrouble_ == problem->trouble) return;
+    const Document::SaveState state = document_->saveState();
+    const bool holds = state == Document::SaveState::failed || state == Document::SaveState::stuck;
+    if (!holds && shownTrouble_ == problem->trouble) return;
     shownTrouble_ = problem->trouble;
-    mainView_->messageStrip().setMessage(problemMessage,
-                                         projectMessage(document_->displayName(), *problem),
-                                         {tr("Save As..."), [this] { emit saveAsRequested(); }});
+    mainView_->messageStrip().setMessage(
+        problemMessage, projectMessage(document_->displayName(), *problem),
+        {tr("Save As..."), [this] { emit saveAsRequested(); }},
+        holds ? MessageStrip::Lasting::untilWithdrawn : MessageStrip::Lasting::untilDismissed);
 }
 
 void MainWindowController::keepPlaces() {
