@@ -1,16 +1,12 @@
 // zorvel-cli import: the censuses of files, all of them or none, into a project.
-#include <fcntl.h>
-#include <sys/file.h>
-
+#include <cerrno>
 #include <cstdint>
 
 #include "base/numbers.h"
 #include "cli/command.h"
 #include "cli/messages.h"
 #include "interchange/file_kind.h"
-#include "interchange/open_file.h"
 #include "model/file_messages.h"
-#include "store/file_paths.h"
 #include "store/project_file.h"
 
 namespace zorvel::cli {
@@ -90,62 +86,74 @@ void addCensuses(ObjectContext& context, const std::vector<Project>& sources) {
     }
 }
 
-std::optional<FileProblem> makeProject(const std::string& path,
-                                       const std::vector<Project>& sources) {
+// What came of writing: the problem, if any, and how many censuses the file holds where all was
+// written in spite of it; 0 where no writing began.
+struct Written {
+    std::optional<FileProblem> problem;
+    std::size_t censuses = 0;
+};
+
+Written makeProject(const std::string& path, const std::vector<Project>& sources) {
     ObjectContext context;
     addCensuses(context, sources);
-    const auto made = ProjectFile::create(path, context);
-    return made ? std::nullopt : std::optional(made.problem());
+    ProjectFileOptions options;
+    options.keepExisting = true;
+    const auto made = ProjectFile::create(path, context, options);
+    return {made ? std::nullopt : std::optional(made.problem()), context.censusCount()};
 }
 
-std::optional<FileProblem> addToProject(const std::string& path,
-                                        const std::vector<Project>& sources) {
+Written addToProject(const std::string& path, const std::vector<Project>& sources) {
     auto opened = ProjectFile::open(path);
-    if (!opened) return opened.problem();
+    if (!opened) return {opened.problem()};
     ProjectFile& file = *opened.value();
-    if (auto reason = file.whyNotWritable()) return reason;
+    if (auto reason = file.whyNotWritable()) return {reason};
     FileResult<ProjectRecords> records = file.load();
-    if (!records) return records.problem();
+    if (!records) return {records.problem()};
     ObjectContext context;
     context.adopt(std::move(records).value());
     addCensuses(context, sources);
     const auto state = context.frozenCopy();
     // After a fault of the disk the second attempt finds out what came of the first.
-    return file.write(state) ? file.write(state) : std::nullopt;
+    return {file.write(state) ? file.write(state) : std::nullopt, context.censusCount()};
 }
 
-// Of two calls that find no project at the same moment, the second adds to what the first makes.
-class FolderLock {
-  public:
-    explicit FolderLock(const std::string& project)
-        : folder_(
-              open(folderOf(resolvedPath(project)).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
-        if (folder_) flock(folder_.descriptor(), LOCK_EX);
+bool holdsCensuses(const std::string& path, std::size_t count) {
+    ProjectFileOptions options;
+    options.readOnly = true;
+    const auto file = ProjectFile::open(path, options);
+    const auto records = file ? file.value()->load() : file.problem();
+    return records && records.value().censuses.size() == count;
+}
+
+// Stores, and tells of the project. A disk may report a fault when all has been written: what is
+// then in the file decides, since a caller repeats an import that failed.
+bool store(const std::string& path, const std::vector<Project>& sources) {
+    bool isNew = !fileIdentity(path);
+    Written written;
+    if (isNew) written = makeProject(path, sources);
+    // Of two calls that find no project at the same moment, one adds to what the other makes.
+    if (written.problem && written.problem->systemError == EEXIST) isNew = false;
+    if (!isNew) written = addToProject(path, sources);
+    const auto& problem = written.problem;
+    if (problem && !(written.censuses > 0 && holdsCensuses(path, written.censuses))) {
+        tellAt(path, {}, fileMessage(*problem));
+        return false;
     }
-
-  private:
-    OpenFile folder_;
-};
-
-// Whether there was no project yet.
-FileResult<bool> store(const std::string& path, const std::vector<Project>& sources) {
-    std::optional<FolderLock> lock;
-    if (!fileIdentity(path)) lock.emplace(path);
-    const bool isNew = !fileIdentity(path);
-    if (const auto problem = (isNew ? makeProject : addToProject)(path, sources)) return *problem;
-    return isNew;
+    if (isNew) tellAt(path, {}, "made as a new project");
+    if (problem) {
+        tellAt(path, {},
+               "WARNING: all is stored, but the disk then reported an error, so that a power "
+               "failure may undo it (" +
+                   problem->detail + "): check the disk");
+    }
+    return true;
 }
 
 // Nothing after the write may fail: a caller repeats an import that failed.
 bool import(const Call& call) {
     const std::vector<Project> sources = loadSources(call);
     if (sources.size() < call.files.size()) return false;
-    const FileResult<bool> isNew = store(call.into, sources);
-    if (!isNew) {
-        tellAt(call.into, {}, fileMessage(isNew.problem()));
-        return false;
-    }
-    if (isNew.value()) tellAt(call.into, {}, "made as a new project");
+    if (!store(call.into, sources)) return false;
     for (const Project& source : sources) tellOutcome(source);
     return true;
 }

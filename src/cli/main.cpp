@@ -51,9 +51,10 @@ ExitCode run(const Call& call) {
     if (call.command->import) {
         return call.command->import(call) ? ExitCode::success : ExitCode::failure;
     }
+    Output output(call.output);
+    if (output.failed()) return end(output);
     std::optional<Project> project = loadProject(call.files.front(), call.kind, defaultKind);
     if (!project) return ExitCode::failure;
-    Output output(call.output);
     if (const auto problem = call.command->run(call, *project, output)) {
         tellAt(project->file, {}, problem->message);
         return ExitCode::failure;

@@ -1,7 +1,10 @@
 #include "cli/output.h"
 
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
+#include "cli/project.h"
 #include "interchange/whole_file.h"
 
 namespace zorvel::cli {
@@ -9,11 +12,27 @@ namespace {
 
 constexpr std::size_t chunkSize = std::size_t{1} << 16;
 
+constexpr const char* projectEnding = ".zorvel";
+
+// By its content or its name, also at the end of symbolic links.
+bool isProject(const std::string& path) {
+    std::error_code error;
+    const std::filesystem::path end = std::filesystem::weakly_canonical(path, error);
+    return path.ends_with(projectEnding) || end.string().ends_with(projectEnding) ||
+           holdsProject(path);
+}
+
 }  // namespace
 
 Output::Output(std::optional<std::string> path)
     : path_(std::move(path).value_or("-")), streams_(path_ == "-") {
-    if (streams_) path_ = "/dev/stdout";
+    if (streams_) {
+        path_ = "/dev/stdout";
+    } else if (isProject(path_)) {
+        problem_ = Problem{path_ +
+                           ": is a project or named like one, and a result would replace it: give "
+                           "--output another name"};
+    }
 }
 
 void Output::write(std::string_view text) {

@@ -12,13 +12,14 @@ namespace zorvel::cli {
 
 class Output {
   public:
-    // Absent or "-": standard output.
+    // Absent or "-": standard output. A project, or what is named like one, is no place for a
+    // result: failed() then is true from the start.
     explicit Output(std::optional<std::string> path);
 
     void write(std::string_view text);
     void write(char byte) { write(std::string_view(&byte, 1)); }
 
-    // True once standard output has refused a byte: what follows is dropped.
+    // True once it is known that the result cannot be written: what follows is dropped.
     [[nodiscard]] bool failed() const { return problem_.has_value(); }
 
     // Must be called once, last. The problem names the file; its system error is EPIPE where a

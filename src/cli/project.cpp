@@ -18,16 +18,6 @@
 namespace zorvel::cli {
 namespace {
 
-// Only of a file that can be read again: the bytes of a pipe come once.
-bool holdsProject(const std::string& file) {
-    struct stat status {};
-    if (file == "-" || stat(file.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return false;
-    const OpenFile opened(open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
-    std::array<char, 100> head{};
-    const ssize_t count = opened ? read(opened.descriptor(), head.data(), head.size()) : 0;
-    return count > 0 && startsLikeProject({head.data(), static_cast<std::size_t>(count)});
-}
-
 FileResult<ProjectRecords> readRecords(const std::string& file) {
     ProjectFileOptions options;
     options.readOnly = true;
@@ -95,6 +85,15 @@ bool readText(const std::string& file, FileKind (*otherwise)(std::string_view), 
 }
 
 }  // namespace
+
+bool holdsProject(const std::string& file) {
+    struct stat status {};
+    if (file == "-" || stat(file.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return false;
+    const OpenFile opened(open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
+    std::array<char, 100> head{};
+    const ssize_t count = opened ? read(opened.descriptor(), head.data(), head.size()) : 0;
+    return count > 0 && startsLikeProject({head.data(), static_cast<std::size_t>(count)});
+}
 
 std::optional<Project> loadProject(const std::string& file, std::optional<FileKind> kind,
                                    FileKind (*otherwise)(std::string_view text)) {

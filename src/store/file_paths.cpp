@@ -40,11 +40,11 @@ std::string temporaryBeside(const std::string& path) {
     return folderOf(path) + "/.zorvel-" + randomHexadecimal(8) + ".tmp";
 }
 
-void syncFolder(const std::string& folder) {
-    const int descriptor = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (descriptor < 0) failWithErrno(errno, "open the folder");
-    const int error = fsync(descriptor) == 0 ? 0 : errno;
-    close(descriptor);
+void syncFolder(const std::string& folder, int descriptor) {
+    const int opened = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (opened < 0 && errno != EACCES) failWithErrno(errno, "open the folder");
+    const int error = (opened < 0 ? syncfs(descriptor) : fsync(opened)) == 0 ? 0 : errno;
+    if (opened >= 0) close(opened);
     // Some network file systems cannot sync a folder, and say so.
     if (error != 0 && error != EINVAL) failWithErrno(error, "sync the folder");
 }

@@ -1,4 +1,4 @@
-// Paths beside a project file.
+// Paths beside a project file, for this folder alone: failures are thrown as FileFailure.
 #pragma once
 
 #include <string>
@@ -19,7 +19,8 @@ std::string journalOf(const std::string& path);
 // A name that no file has, in the same folder as path.
 std::string temporaryBeside(const std::string& path);
 
-// Makes a rename safe on the disk.
-void syncFolder(const std::string& folder);
+// Makes a rename safe on the disk. descriptor: of a file in the folder, through which all of its
+// disk is synced where the folder itself may not be read.
+void syncFolder(const std::string& folder, int descriptor);
 
 }  // namespace zorvel

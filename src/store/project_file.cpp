@@ -142,7 +142,9 @@ FileResult<std::unique_ptr<ProjectFile>> ProjectFile::create(const std::string& 
         parts->options = options;
         parts->options.readOnly = false;
         parts->written = {newProjectRow(), state.blocks()};
-        ReplacementFile file(parts->resolved, options.vfs);
+        using Place = ReplacementFile::Place;
+        ReplacementFile file(parts->resolved, options.vfs,
+                             options.keepExisting ? Place::free : Place::any);
         NameLedger names;
         {
             Connection building(file.temporaryPath(), Connection::Access::build, options.vfs);

@@ -36,6 +36,8 @@ struct ProjectFileOptions {
     bool readOnly = false;
     // The name of SQLite's layer over the system's files; null for its default.
     const char* vfs = nullptr;
+    // Of create(): where there is a file at the path, it fails with EEXIST and leaves it.
+    bool keepExisting = false;
 };
 
 class ProjectFile {

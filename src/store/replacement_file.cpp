@@ -1,5 +1,6 @@
 #include "store/replacement_file.h"
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <cstdio>
@@ -21,8 +22,10 @@ bool exists(const std::string& path) {
     return lstat(path.c_str(), &status) == 0;
 }
 
-std::unique_ptr<FileHandle> heldForReplacement(const std::string& path) {
+std::unique_ptr<FileHandle> heldForReplacement(const std::string& path,
+                                               ReplacementFile::Place place) {
     if (!exists(path)) return nullptr;
+    if (place == ReplacementFile::Place::free) failWithErrno(EEXIST, "make the file");
     auto held = FileHandle::open(path, FileHandle::Use::write);
     if (!held->isMarked()) {
         fail(FileTrouble::readOnlyFile, "the file to be replaced", held->reasonUnmarked());
@@ -32,8 +35,10 @@ std::unique_ptr<FileHandle> heldForReplacement(const std::string& path) {
 
 }  // namespace
 
-ReplacementFile::ReplacementFile(const std::string& path, const char* vfs)
-    : ReplacementFile(path, vfs, heldForReplacement(path)) {}
+ReplacementFile::ReplacementFile(const std::string& path, const char* vfs, Place place)
+    : ReplacementFile(path, vfs, heldForReplacement(path, place)) {
+    place_ = place;
+}
 
 ReplacementFile::ReplacementFile(std::string path, const char* vfs,
                                  std::unique_ptr<FileHandle> replaced)
@@ -83,14 +88,25 @@ void ReplacementFile::clearCompanions() {
     }
 }
 
+// The error number, 0 if all went well.
+int ReplacementFile::move() const {
+    if (place_ == Place::free) {
+        if (renameat2(AT_FDCWD, temporary_.c_str(), AT_FDCWD, path_.c_str(), RENAME_NOREPLACE) ==
+            0) {
+            return 0;
+        }
+        // Some file systems know no such renaming.
+        if (errno != EINVAL || exists(path_)) return errno == EINVAL ? EEXIST : errno;
+    }
+    return std::rename(temporary_.c_str(), path_.c_str()) == 0 ? 0 : errno;
+}
+
 std::unique_ptr<FileHandle> ReplacementFile::takePlace() {
     if (fsync(handle_->descriptor()) != 0) failWithErrno(errno, "sync the new file");
     clearCompanions();
-    if (std::rename(temporary_.c_str(), path_.c_str()) != 0) {
-        failWithErrno(errno, "rename the new file");
-    }
+    if (const int error = move()) failWithErrno(error, "rename the new file");
     placed_ = true;
-    syncFolder(folderOf(path_));
+    syncFolder(folderOf(path_), handle_->descriptor());
     return std::move(handle_);
 }
 

@@ -12,10 +12,14 @@ namespace zorvel {
 
 class ReplacementFile {
   public:
+    enum class Place {
+        any,
+        free,  // fails with EEXIST where a file is at the path, or comes there meanwhile
+    };
     // An empty file. A file at the path must be one that may be written, and must not be open
     // elsewhere; its permissions, and where possible its owner, go over to the new one. path: see
     // resolvedPath().
-    ReplacementFile(const std::string& path, const char* vfs);
+    ReplacementFile(const std::string& path, const char* vfs, Place place = Place::any);
     // The same where the file at the path is held already, and marked.
     ReplacementFile(std::string path, const char* vfs, std::unique_ptr<FileHandle> replaced);
     ~ReplacementFile();
@@ -24,16 +28,19 @@ class ReplacementFile {
 
     [[nodiscard]] const std::string& temporaryPath() const { return temporary_; }
 
-    // Takes the path. The handle of the new file, marked as open.
+    // Takes the path. The handle of the new file, marked as open. It has its place already where
+    // only the syncing of the folder failed.
     std::unique_ptr<FileHandle> takePlace();
 
   private:
     void adoptPermissions();
     void clearCompanions();
+    [[nodiscard]] int move() const;
 
     std::string path_;
     std::string temporary_;
     const char* vfs_;
+    Place place_ = Place::any;
     std::unique_ptr<FileHandle> replaced_;
     std::unique_ptr<FileHandle> handle_;
     bool placed_ = false;

@@ -1,16 +1,21 @@
 // zorvel-cli import: all of the files into a project, or nothing.
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <chrono>
 #include <filesystem>
 #include <nlohmann/json.hpp>
 #include <tuple>
 
 #include "base/numbers.h"
+#include "cli/command.h"
 #include "store/project_file.h"
+#include "tests/support/system_calls.h"
 #include "tool.h"
 
 namespace zorvel::test {
@@ -34,6 +39,15 @@ class Import : public ::testing::Test {
             names.push_back(census["name"]);
         }
         return names;
+    }
+
+    // The command by a user whom permissions bind; empty where there is no way to be one.
+    [[nodiscard]] static Names asPlainUser(Names command) {
+        if (geteuid() != 0) return command;
+        if (runProgram({"setpriv", "--version"}).exitCode != 0) return {};
+        const Names plainUser = {"setpriv", "--reuid=65534", "--regid=65534", "--clear-groups"};
+        command.insert(command.begin(), plainUser.begin(), plainUser.end());
+        return command;
     }
 
     const TemporaryFolder folder_;
@@ -142,7 +156,9 @@ TEST_F(Import, LeavesWhatIsNoProjectOfItsOwn) {
     writeBytes(empty, "");
     ASSERT_EQ(import({"three.csv"}).exitCode, 0);
     const std::string link = folder_.file("link");
+    const std::string loop = folder_.file("loop");
     std::filesystem::create_symlink(project_, link);
+    std::filesystem::create_symlink(loop, loop);
     struct Row {
         std::string file;
         std::string target;
@@ -153,6 +169,7 @@ TEST_F(Import, LeavesWhatIsNoProjectOfItsOwn) {
         {"three.csv", empty, empty + ": The file is empty"},
         {"three.csv", folder_.path(), folder_.path() + ": This is a folder"},
         {"three.csv", folder_.file("no/p.zorvel"), folder_.file("no/p.zorvel") + ": There is no"},
+        {"three.csv", loop, loop + ": The file cannot be used."},
         {"three.csv", "/dev/null", "/dev/null: This is a folder or a device"},
         {project_, project_, project_ + ": is the very file to import into\n"},
         {link, project_, link + ": is the very file to import into\n"},
@@ -167,7 +184,7 @@ TEST_F(Import, LeavesWhatIsNoProjectOfItsOwn) {
     EXPECT_EQ(readBytes(text), "Abies,1\n");
     EXPECT_EQ(readBytes(empty), "");
     EXPECT_TRUE(readBytes(project_) == before);
-    EXPECT_EQ(folder_.names(), (Names{"empty.zorvel", "link", "p.zorvel", "text.csv"}));
+    EXPECT_EQ(folder_.names(), (Names{"empty.zorvel", "link", "loop", "p.zorvel", "text.csv"}));
 }
 
 TEST_F(Import, RefusesAProjectThatIsOpenElsewhere) {
@@ -187,13 +204,8 @@ TEST_F(Import, RefusesAProjectThatIsOpenElsewhere) {
 TEST_F(Import, RefusesWhatMayNotBeWritten) {
     ASSERT_EQ(import({"three.csv"}).exitCode, 0);
     const std::string before = readBytes(project_);
-    // Permissions do not bind the super-user.
-    Names call = {ZORVEL_CLI, "import", "three.csv", "--into", project_};
-    if (geteuid() == 0) {
-        const Names plainUser = {"setpriv", "--reuid=65534", "--regid=65534", "--clear-groups"};
-        call.insert(call.begin(), plainUser.begin(), plainUser.end());
-        if (runProgram({"setpriv", "--version"}).exitCode != 0) GTEST_SKIP() << "no setpriv";
-    }
+    const Names call = asPlainUser({ZORVEL_CLI, "import", "three.csv", "--into", project_});
+    if (call.empty()) GTEST_SKIP() << "no setpriv";
     for (const auto& [file, folder, message] :
          {std::tuple(0444U, 0777U, "The file may be read but not changed"),
           std::tuple(0666U, 0555U, "The folder of the file may not be written")}) {
@@ -239,6 +251,41 @@ TEST_F(Import, IsWholeOrAbsentAfterAKill) {
     EXPECT_GT(killed, rounds / 3);
     EXPECT_EQ(import({file}).exitCode, 0);
     EXPECT_EQ(censuses().size(), kept + 1'000);
+}
+
+// Reads back what is true: whoever repeats a call that failed would store the censuses twice.
+TEST_F(Import, IsDoneWhereTheDiskFailsAfterTheWrite) {
+    struct FailingFolders : CallListener {
+        Verdict before(const FileCall& call) override { return {call.syncsFolder ? EIO : 0, 0}; }
+    } failing;
+    cli::Call call;
+    call.files = {dataFolder + "three.csv"};
+    call.into = project_;
+    testing::internal::CaptureStderr();
+    {
+        const SystemCalls heard(failing);
+        EXPECT_TRUE(cli::importCommand.import(call));
+    }
+    EXPECT_THAT(testing::internal::GetCapturedStderr(),
+                ::testing::HasSubstr("WARNING: all is stored"));
+    EXPECT_EQ(censuses().size(), 3U);
+    // Nothing was written here: that the file happens to hold as many censuses is no success.
+    const auto held = ProjectFile::open(project_);
+    EXPECT_EQ(import({"three.csv"}).exitCode, 1);
+}
+
+TEST_F(Import, NeedsNoMoreOfTheFolderThanToWriteInIt) {
+    const int folder = open(folder_.path().c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    ASSERT_EQ(flock(folder, LOCK_EX), 0);
+    chmod(folder_.path().c_str(), 0333);
+    Names call =
+        asPlainUser({"timeout", "60", ZORVEL_CLI, "import", "three.csv", "--into", project_});
+    if (call.empty()) GTEST_SKIP() << "no setpriv";
+    EXPECT_EQ(runProgram(call).exitCode, 0);
+    EXPECT_EQ(runProgram(call).exitCode, 0);
+    close(folder);
+    chmod(folder_.path().c_str(), 0777);
+    EXPECT_EQ(censuses().size(), 6U);
 }
 
 // Whoever comes second adds to the project, or is refused while the first has it open.

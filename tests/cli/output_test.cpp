@@ -38,6 +38,27 @@ TEST(Output, FileMayBeTheInput) {
     EXPECT_EQ(readBytes(file), " , a, b\nNorth,2,1\n");
 }
 
+TEST(Output, AProjectIsNotReplaced) {
+    const TemporaryFolder folder;
+    const std::string project = folder.file("p.zorvel");
+    ASSERT_EQ(runTool({"import", "three.csv", "--into", project}).exitCode, 0);
+    const std::string bytes = readBytes(project);
+    writeBytes(folder.file("damaged.zorvel"), "SQL");
+    std::filesystem::create_hard_link(project, folder.file("other.csv"));
+    std::filesystem::create_symlink("p.zorvel", folder.file("link.csv"));
+    std::filesystem::create_symlink("damaged.zorvel", folder.file("damaged.csv"));
+    for (const char* name :
+         {"p.zorvel", "other.csv", "link.csv", "damaged.zorvel", "damaged.csv", "new.zorvel"}) {
+        const std::string file = folder.file(name);
+        const Ran ran = runTool({"matrix", project, "--output", file});
+        EXPECT_EQ(ran.exitCode, 1);
+        EXPECT_EQ(ran.err.find(file + ": is a project or named like one"), 0U) << ran.err;
+    }
+    EXPECT_TRUE(readBytes(project) == bytes);
+    EXPECT_EQ(readBytes(folder.file("damaged.zorvel")), "SQL");
+    EXPECT_FALSE(std::filesystem::exists(folder.file("new.zorvel")));
+}
+
 TEST(Output, NothingIsWrittenOnAProblem) {
     const TemporaryFolder folder;
     const std::string kept = folder.file("kept");

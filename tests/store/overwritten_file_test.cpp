@@ -4,11 +4,14 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <cerrno>
+#include <functional>
 #include <memory>
 #include <string>
 
 #include "store/project_file.h"
 #include "tests/support/scratch_folder.h"
+#include "tests/support/system_calls.h"
 
 namespace zorvel {
 namespace {
@@ -73,6 +76,26 @@ TEST_F(OverwrittenFile, WithTheSameSizeAndTime) {
         }
         EXPECT_TRUE(bytesOf("project.zorvel") == other) << "it was written to";
     }
+}
+
+// A rival makes its project while ours is synced, just before ours would take the path.
+TEST_F(OverwrittenFile, ThatCameMeanwhileIsKeptWhereAsked) {
+    struct Rival : CallListener {
+        Verdict before(const FileCall& call) override {
+            if (call.kind == CallKind::sync && !call.syncsFolder) come();
+            return {};
+        }
+        std::function<void()> come;
+    } rival;
+    rival.come = [this] { put("new.zorvel", "rival"); };
+    ProjectFileOptions options;
+    options.keepExisting = true;
+    const SystemCalls heard(rival);
+    const auto made = ProjectFile::create(path("new.zorvel"), context_, options);
+    ASSERT_FALSE(made);
+    EXPECT_EQ(made.problem().systemError, EEXIST);
+    EXPECT_EQ(bytesOf("new.zorvel"), "rival");
+    EXPECT_EQ(entries(), 2U);
 }
 
 }  // namespace
