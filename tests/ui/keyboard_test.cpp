@@ -198,6 +198,16 @@ TEST_F(KeyboardTest, CensusNamesGoToTheNextCensusAndToANewOne) {
     EXPECT_EQ(context().censusCount(), 4u);
 }
 
+TEST_F(KeyboardTest, ANewRowIsSelectedWhateverKeysAreHeld) {
+    openTrees();
+    press(Qt::Key_E, Qt::ControlModifier);
+    EXPECT_EQ(speciesTable().selectedRows(), std::vector<int>{3});
+    press(Qt::Key_Return, Qt::ControlModifier);
+    EXPECT_EQ(speciesTable().selectedRows(), std::vector<int>{4});
+    press(Qt::Key_N, Qt::ControlModifier | Qt::ShiftModifier);
+    EXPECT_EQ(censusTable().selectedRows(), std::vector<int>{2});
+}
+
 TEST_F(KeyboardTest, TabAddsToTheProjectOfItsOwnTable) {
     openTrees();
     MainWindowController& other = windows->openUntitled();

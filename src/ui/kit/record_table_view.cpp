@@ -132,7 +132,9 @@ void RecordTableView::selectRows(const std::vector<int>& rows) {
 void RecordTableView::beginEditing(const QModelIndex& cell) {
     commitEditing();
     setFocus();
-    setCurrentIndex(cell);
+    // The view's own setCurrentIndex() would select as the keys that are held say.
+    selectionModel()->setCurrentIndex(
+        cell, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
     scrollTo(cell);
     edit(cell, AllEditTriggers, nullptr);
 }

@@ -194,7 +194,7 @@ void MainViewController::changeEvent(QEvent* event) {
 
 void MainViewController::selectFirstCensus() {
     if (censusModel_->rowCount() == 0) return;
-    ui_->censusTable->selectRow(0);
+    ui_->censusTable->selectRows({0});
     ui_->censusTable->setFocus();
 }
 
