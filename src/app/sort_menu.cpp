@@ -1,6 +1,7 @@
 #include "app/sort_menu.h"
 
 #include <QAction>
+#include <QActionGroup>
 #include <QCoreApplication>
 #include <QHeaderView>
 #include <QMenu>
@@ -30,21 +31,32 @@ void sortBy(QTableView& table, int column) {
     header.setSortIndicator(column, again ? Qt::DescendingOrder : Qt::AscendingOrder);
 }
 
+// The order of a column is marked, and named where it runs backwards.
 void addSortMenu(QMenu& menu, MainWindowController& window, const QString& title,
                  const char* tableName) {
     // Another project in the window has tables of its own: they are looked for when needed.
-    const auto* first = window.findChild<QTableView*>(tableName);
+    const auto table = [&window, tableName] { return window.findChild<QTableView*>(tableName); };
     QMenu* sorts = menu.addMenu(title);
     sorts->setObjectName(QString(tableName) + "SortMenu");
+    auto* group = new QActionGroup(sorts);
     const auto add = [&](const QString& text, int column) {
-        QObject::connect(sorts->addAction(text), &QAction::triggered, &window,
-                         [&window, tableName, column] {
-                             if (!window.mainView().commitEditing()) return;
-                             sortBy(*window.mainView().findChild<QTableView*>(tableName), column);
-                         });
+        QAction* action = group->addAction(sorts->addAction(text));
+        action->setCheckable(true);
+        QObject::connect(action, &QAction::triggered, &window, [&window, table, column] {
+            if (window.mainView().commitEditing()) sortBy(*table(), column);
+        });
+        QObject::connect(sorts, &QMenu::aboutToShow, action, [table, action, text, column] {
+            const QHeaderView& header = *table()->horizontalHeader();
+            const bool current = header.sortIndicatorSection() == column;
+            const bool backwards =
+                current && column >= 0 && header.sortIndicatorOrder() == Qt::DescendingOrder;
+            action->setChecked(current);
+            action->setText(backwards ? tr("%1 (descending)").arg(text) : text);
+        });
     };
-    for (int column = 0; column < first->model()->columnCount(); ++column) {
-        add(titleOfColumn(*first, column), column);
+    const QAbstractItemModel& model = *table()->model();
+    for (int column = 0; column < model.columnCount(); ++column) {
+        add(titleOfColumn(*table(), column), column);
     }
     sorts->addSeparator();
     add(tr("As Entered"), -1);
