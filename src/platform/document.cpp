@@ -63,8 +63,8 @@ QString Document::path() const {
 }
 
 bool Document::isUntouched() const {
-    return isUntitled() && !worthKeeping_ &&
-           project_.objectContext().revision() == openingRevision_;
+    const ObjectContext& context = project_.objectContext();
+    return isUntitled() && !worthKeeping_ && !context.canUndo() && !context.isStepOpen();
 }
 
 Document::SaveState Document::saveState() const {

@@ -44,7 +44,8 @@ class Document : public QObject {
     // Of the project file; empty while untitled.
     [[nodiscard]] QString path() const;
     [[nodiscard]] bool isUntitled() const { return path().isEmpty(); }
-    // Untitled, and never edited: leaves no file, and gives way to an opened project.
+    // Untitled, and never edited, or every edit undone: leaves no file, and gives way to an opened
+    // project.
     [[nodiscard]] bool isUntouched() const;
 
     [[nodiscard]] SaveState saveState() const;

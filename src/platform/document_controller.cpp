@@ -138,7 +138,7 @@ QStringList DocumentController::backupsOf(const Document& document) const {
 }
 
 void DocumentController::close(Document& document) {
-    beginClosing(document, false);
+    beginClosing(document, document.isUntouched());
 }
 
 void DocumentController::discard(Document& document) {

@@ -58,6 +58,16 @@ TEST_F(DocumentControllerTest, AnUntouchedProjectLeavesNoFile) {
     EXPECT_TRUE(first.path().isEmpty());
     addNamedCensus(second, "North");
     EXPECT_FALSE(second.isUntouched());
+    // Every edit undone, whether it had been written or not.
+    for (const bool written : {true, false}) {
+        Document& undone = run->controller.newDocument();
+        addNamedCensus(undone, "taken back");
+        ASSERT_TRUE(!written || isSavedSoon(&undone));
+        ObjectContext& context = undone.project().objectContext();
+        while (context.canUndo()) context.undo();
+        EXPECT_TRUE(undone.isUntouched());
+        run->controller.close(undone);
+    }
     run->controller.close(first);
     ASSERT_TRUE(run->controller.finish(std::chrono::seconds(20)).empty());
     EXPECT_EQ(untitledFiles().size(), 1);
