@@ -33,6 +33,9 @@ const char* fileTroubleText(FileTrouble trouble) {
         case FileTrouble::busy:
             return "Another program is using the file just now, so it cannot be read or written. "
                    "Close that program, or wait and try again.";
+        case FileTrouble::noLocks:
+            return "The disk or network drive of the file does not lock files, so it cannot be "
+                   "used safely there. Save or copy it to another disk.";
         case FileTrouble::readOnlyFile:
             return "The file may be read but not changed, so changes cannot be saved in it. Save "
                    "a copy under another name, or change its permissions.";

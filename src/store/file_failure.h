@@ -41,6 +41,8 @@ inline FileTrouble troubleOfErrno(int number) {
         case ESTALE:
         case ENXIO:
             return FileTrouble::inputOutput;
+        case EOPNOTSUPP:  // of locks, see lockFile()
+            return FileTrouble::noLocks;
         default:
             return FileTrouble::other;
     }

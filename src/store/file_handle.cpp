@@ -1,26 +1,20 @@
 #include "store/file_handle.h"
 
-#include <fcntl.h>
 #include <unistd.h>
 
 #include <map>
 #include <mutex>
-#include <vector>
 
 #include "store/file_failure.h"
 
 namespace zorvel {
 namespace {
 
-// Beyond every byte that SQLite locks, and beyond the end of any file.
-constexpr off_t markOffset = off_t{1} << 62;
-
 constexpr int alwaysFlags = O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
 
 // All that this process holds open of one file.
 struct Held {
-    std::vector<int> descriptors;
-    int writable = -1;  // one of them, if any may write
+    HeldDescriptors descriptors;
     bool marked = false;
     std::size_t users = 0;
 };
@@ -56,7 +50,6 @@ FileIdentity identityOfRegularFile(const std::string& path) {
 
 // Opens once more, and keeps, the file of that identity; an error number where that fails.
 int addDescriptor(Held& held, const std::string& path, int access, FileIdentity identity) {
-    held.descriptors.reserve(held.descriptors.size() + 1);
     const int descriptor = ::open(path.c_str(), access | alwaysFlags);
     if (descriptor < 0) return errno;
     struct stat status {};
@@ -64,8 +57,7 @@ int addDescriptor(Held& held, const std::string& path, int access, FileIdentity 
         close(descriptor);
         return ESTALE;
     }
-    held.descriptors.push_back(descriptor);
-    if (access == O_RDWR) held.writable = descriptor;
+    (access == O_RDWR ? held.descriptors.writable : held.descriptors.readable) = descriptor;
     return 0;
 }
 
@@ -81,14 +73,14 @@ bool forbidsWriting(int error) {
          "make a file in the folder", error);
 }
 
-// An error number; 0 where the lock is set.
-int setLock(int descriptor, short type) {
+// An error number; 0 where the mark is set, or gone.
+int setMark(int descriptor, short type) {
     struct flock range {};
     range.l_type = type;
     range.l_whence = SEEK_SET;
     range.l_start = markOffset;
     range.l_len = 1;
-    return fcntl(descriptor, F_OFD_SETLK, &range) == 0 ? 0 : errno;
+    return lockFile(descriptor, F_OFD_SETLK, range);
 }
 
 }  // namespace
@@ -105,6 +97,20 @@ std::optional<FileIdentity> fileIdentity(const std::string& path) {
     return stamp->identity;
 }
 
+HeldDescriptors heldDescriptors(int descriptor) {
+    struct stat status {};
+    if (fstat(descriptor, &status) != 0) return {};
+    const std::lock_guard lock(heldFiles().mutex);
+    const auto place = heldFiles().files.find(identityOf(status));
+    return place == heldFiles().files.end() ? HeldDescriptors() : place->second.descriptors;
+}
+
+int lockFile(int descriptor, int command, struct flock& range) {
+    if (fcntl(descriptor, command, &range) == 0) return 0;
+    // SQLite would take the first for a lock of another program.
+    return errno == ENOLCK || errno == EINVAL ? EOPNOTSUPP : errno;
+}
+
 FileHandle::FileHandle(FileIdentity identity) : identity_(identity) {
     ++heldFiles().files[identity_].users;
 }
@@ -114,11 +120,13 @@ FileHandle::~FileHandle() {
     const auto place = heldFiles().files.find(identity_);
     Held& held = place->second;
     if (marked_) {
-        setLock(held.writable, F_UNLCK);
+        setMark(held.descriptors.writable, F_UNLCK);
         held.marked = false;
     }
     if (--held.users > 0) return;
-    for (const int descriptor : held.descriptors) close(descriptor);
+    for (const int descriptor : {held.descriptors.readable, held.descriptors.writable}) {
+        if (descriptor >= 0) close(descriptor);
+    }
     heldFiles().files.erase(place);
 }
 
@@ -126,15 +134,15 @@ std::unique_ptr<FileHandle> FileHandle::open(const std::string& path, Use use) {
     const std::lock_guard lock(heldFiles().mutex);
     std::unique_ptr<FileHandle> handle(new FileHandle(identityOfRegularFile(path)));
     Held& held = heldFiles().files[handle->identity_];
-    if (use == Use::write) {
-        if (held.writable < 0) {
+    if (use != Use::read) {
+        if (held.descriptors.writable < 0) {
             const int error = addDescriptor(held, path, O_RDWR, handle->identity_);
             if (error != 0 && !forbidsWriting(error)) failWithErrno(error, "open");
             handle->reasonUnmarked_ = error;
         }
-        if (held.writable >= 0) handle->mark();
+        if (use == Use::write && held.descriptors.writable >= 0) handle->mark();
     }
-    if (held.descriptors.empty()) {
+    if (held.descriptors.any() < 0) {
         const int error = addDescriptor(held, path, O_RDONLY, handle->identity_);
         if (error != 0) failWithErrno(error, "open");
     }
@@ -145,7 +153,6 @@ std::unique_ptr<FileHandle> FileHandle::create(const std::string& path, mode_t m
     const std::lock_guard lock(heldFiles().mutex);
     const int created = ::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | alwaysFlags, mode);
     if (created < 0) failToMake(errno);
-    // Nobody else has it open, so that closing it here drops no locks.
     close(created);
     try {
         std::unique_ptr<FileHandle> handle = open(path, Use::write);
@@ -160,9 +167,9 @@ std::unique_ptr<FileHandle> FileHandle::create(const std::string& path, mode_t m
 void FileHandle::mark() {
     Held& held = heldFiles().files[identity_];
     if (held.marked) fail(FileTrouble::heldElsewhere, "by this program");
-    const int error = setLock(held.writable, F_WRLCK);
+    const int error = setMark(held.descriptors.writable, F_WRLCK);
     if (error == EAGAIN || error == EACCES) fail(FileTrouble::heldElsewhere);
-    // Some network file systems know no such locks: there the file goes unmarked, yet is written.
+    if (error != 0) failWithErrno(error, "mark the file as open");
     held.marked = true;
     marked_ = true;
 }
@@ -177,8 +184,7 @@ std::string FileHandle::start(std::size_t size) const {
 
 int FileHandle::descriptor() const {
     const std::lock_guard lock(heldFiles().mutex);
-    const Held& held = heldFiles().files[identity_];
-    return held.writable >= 0 ? held.writable : held.descriptors.front();
+    return heldFiles().files[identity_].descriptors.any();
 }
 
 }  // namespace zorvel

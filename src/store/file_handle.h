@@ -1,9 +1,10 @@
 // The files that this process holds open besides SQLite's own handles, each once however often it
-// is asked for: closing any handle of a file drops the locks that SQLite has on it, so that none is
-// closed while another project file still uses it. A file held for writing bears a mark (a lock on
-// one byte far behind its end) that every process sees. Any thread.
+// is asked for: all locks on a file in this process go through it (sqlite_system_calls.h). A file
+// held for writing bears a mark (a lock on one byte far behind its end) that every process sees.
+// Any thread.
 #pragma once
 
+#include <fcntl.h>
 #include <sys/stat.h>
 
 #include <memory>
@@ -13,6 +14,10 @@
 #include "store/project_file.h"
 
 namespace zorvel {
+
+// The byte that bears the mark: beyond every byte that SQLite locks, and beyond the end of any
+// file.
+inline constexpr off_t markOffset = off_t{1} << 62;
 
 // What tells that nobody but us has written to a file.
 struct FileStamp {
@@ -29,11 +34,27 @@ struct FileStamp {
 // Follows symbolic links; absent where nothing is there.
 std::optional<FileStamp> fileStamp(const std::string& path);
 
+// What is held open of a file; -1 stands for none.
+struct HeldDescriptors {
+    int readable = -1;
+    int writable = -1;  // may read as well
+    [[nodiscard]] int any() const { return writable >= 0 ? writable : readable; }
+};
+
+// Of the file that any descriptor leads to; none where no FileHandle holds it.
+HeldDescriptors heldDescriptors(int descriptor);
+
+// Asks for, or about, a lock of an open file description. An error number; EOPNOTSUPP where the
+// file system has no locks.
+int lockFile(int descriptor, int command, struct flock& range);
+
 // One file held open, for as long as the object lives.
 class FileHandle {
   public:
     enum class Use {
         read,
+        // A write that was cut off is undone; the file is not marked.
+        recover,
         // Marked as open, if it may be written at all.
         write,
     };

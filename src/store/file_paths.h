@@ -1,6 +1,7 @@
 // Paths beside a project file, for this folder alone: failures are thrown as FileFailure.
 #pragma once
 
+#include <array>
 #include <string>
 
 namespace zorvel {
@@ -13,7 +14,10 @@ std::string folderOf(const std::string& path);
 
 bool isFolderWritable(const std::string& folder);
 
-// SQLite's companions of that file, which hold a write that was cut off.
+// What SQLite adds to the name of a file for those that it keeps beside it.
+inline constexpr std::array<const char*, 3> companionEndings = {"-journal", "-wal", "-shm"};
+
+// SQLite's companion of that file that holds a write that was cut off.
 std::string journalOf(const std::string& path);
 
 // A name that no file has, in the same folder as path.

@@ -19,6 +19,7 @@ enum class FileTrouble {
     hostile,          // holds what no project holds: views, triggers, computed columns
     heldElsewhere,    // open in another running Zorvel
     busy,             // another program is reading or writing it just now
+    noLocks,          // its disk cannot lock files, so that two programs might write at once
     readOnlyFile,     // may be read but not written
     readOnlyFolder,   // its folder takes no new file, so it cannot be written safely
     noPermission,     // may not even be read

@@ -118,6 +118,7 @@ FileResult<std::unique_ptr<ProjectFile>> ProjectFile::open(const std::string& pa
 void ProjectFile::Parts::recover() {
     if (!notWritable || !fileStamp(journalOf(resolved))) return;
     guarded([this] {
+        const auto held = FileHandle::open(resolved, FileHandle::Use::recover);
         Connection writing(resolved, Connection::Access::write, options.vfs);
         Statement(writing, "SELECT count(*) FROM sqlite_schema").run();
     });

@@ -80,7 +80,7 @@ void ReplacementFile::clearCompanions() {
             Statement(old, "SELECT count(*) FROM sqlite_schema").run();
         });
     }
-    for (const char* ending : {"-journal", "-wal", "-shm"}) {
+    for (const char* ending : companionEndings) {
         const std::string companion = path_ + ending;
         if (unlink(companion.c_str()) != 0 && errno != ENOENT) {
             failWithErrno(errno, "remove what was left beside the file");

@@ -3,6 +3,7 @@
 #include <sqlite3.h>
 
 #include "store/file_failure.h"
+#include "store/sqlite_system_calls.h"
 #include "store/sqlite_trouble.h"
 
 namespace zorvel {
@@ -39,6 +40,7 @@ void setLimits(sqlite3* handle) {
 }  // namespace
 
 Connection::Connection(const std::string& path, Access access, const char* vfs) {
+    useOurSystemCalls();
     const int code = sqlite3_open_v2(access == Access::memory ? ":memory:" : path.c_str(), &handle_,
                                      openFlags(access), access == Access::memory ? nullptr : vfs);
     try {

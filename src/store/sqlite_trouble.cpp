@@ -32,7 +32,8 @@ FileTrouble troubleOfReadOnly(int code) {
 FileTrouble troubleOfInputOutput(int code, int systemError) {
     if (code == SQLITE_IOERR_NOMEM) return FileTrouble::other;
     const FileTrouble trouble = troubleOfErrno(systemError);
-    return trouble == FileTrouble::diskFull ? trouble : FileTrouble::inputOutput;
+    const bool known = trouble == FileTrouble::diskFull || trouble == FileTrouble::noLocks;
+    return known ? trouble : FileTrouble::inputOutput;
 }
 
 FileTrouble troubleOf(int code, int systemError) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstddef>
 #include <filesystem>
 #include <functional>
@@ -157,6 +158,23 @@ TEST_P(ProjectWholeFaults, OpeningAnOlderVersion) {
     const FormatsForTest formats({projectFormats().back(), newer});
     const SystemCalls heard(plan_);
     failEachCallOfOpening(oldBytes_, "", Opening::mayChangeTheFile);
+}
+
+class FileSystemWithoutLocks : public QuickScratchFolder, public CallListener {
+    Verdict before(const FileCall& call) override {
+        return {call.kind == CallKind::lock ? ENOLCK : 0};
+    }
+};
+
+TEST_F(FileSystemWithoutLocks, IsTheReasonGiven) {
+    const ProjectStory story;
+    ASSERT_TRUE(ProjectFile::create(path("p.zorvel"), *story.states().front().records).ok());
+    const SystemCalls heard(*this);
+    for (const bool readOnly : {false, true}) {
+        const auto file = ProjectFile::open(path("p.zorvel"), {readOnly, nullptr});
+        ASSERT_FALSE(file.ok());
+        EXPECT_EQ(file.problem().trouble, FileTrouble::noLocks) << file.problem().detail;
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Each, ProjectWholeFaults, testing::ValuesIn(faultCases), nameOf);

@@ -4,6 +4,8 @@
 #include <sys/socket.h>
 #include <sys/un.h>
 
+#include <array>
+#include <cstdio>
 #include <functional>
 
 #include "tests/store/project_file_support.h"
@@ -79,16 +81,34 @@ TEST_F(ProjectPlace, HeldByAnotherProcess) {
     EXPECT_EQ(troubleOf(path("p.zorvel")), -1);
 }
 
-// Closing any handle of a file drops the locks that SQLite has on it in this process.
+// As any code of the process may do, such as a file dialog, which looks into what it lists.
 TEST_F(ProjectPlace, ReadingTheFileAsideKeepsTheLocksOfAWrite) {
-    constexpr off_t reservedByte = 0x40000001;
+    const auto saidToOthers = [this] {
+        const std::string command =
+            "sqlite3 '" + path("p.zorvel") + "' 'SELECT count(*) FROM project' 2>&1";
+        std::array<char, 200> line{};
+        FILE* const other = popen(command.c_str(), "r");
+        const char* const said = fgets(line.data(), line.size(), other);
+        pclose(other);
+        return std::string(said ? said : "");
+    };
+    const std::string before = bytesOf("p.zorvel");
     PlainDatabase writing(path("p.zorvel"));
-    writing.run("BEGIN IMMEDIATE");
-    { const Opened aside = opened(path("p.zorvel"), {true, nullptr}); }
+    // So large that pages of it reach the file before its end.
+    writing.run(
+        "PRAGMA cache_size=4; BEGIN IMMEDIATE; CREATE TABLE big(a);"
+        "INSERT INTO big WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n"
+        " WHERE i < 2000) SELECT zeroblob(100) FROM n");
+    ASSERT_NE(bytesOf("p.zorvel"), before);
+    const std::string journal = bytesOf("p.zorvel-journal");
+    EXPECT_EQ(numberOf(ProjectFile::open(path("p.zorvel"), {true, nullptr}).problem()),
+              numberOf(FileTrouble::busy));
     EXPECT_EQ(troubleOf(path("p.zorvel")), numberOf(FileTrouble::heldElsewhere));
-    EXPECT_TRUE(isLockedForOthers(F_GETLK, reservedByte));
-    writing.run("COMMIT");
-    EXPECT_FALSE(isLockedForOthers(F_GETLK, reservedByte));
+    EXPECT_NE(saidToOthers().find("locked"), std::string::npos);
+    EXPECT_TRUE(bytesOf("p.zorvel-journal") == journal) << "it was played back";
+    writing.run("DROP TABLE big; COMMIT");
+    EXPECT_EQ(saidToOthers(), "1\n");
+    EXPECT_EQ(rows(path("p.zorvel"), "PRAGMA integrity_check"), std::vector<std::string>{"ok"});
 }
 
 // Though the handle that bears the mark stays open for the one who reads.

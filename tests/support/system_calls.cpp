@@ -12,6 +12,7 @@
 // The linker leads the program's calls to __wrap_..., and gives the system's own as __real_... .
 // NOLINTBEGIN(bugprone-reserved-identifier)
 extern "C" {
+int __real_fcntl(int descriptor, int command, ...);
 int __real_open(const char* path, int flags, ...);
 int __real_fsync(int descriptor);
 int __real_rename(const char* from, const char* to);
@@ -70,6 +71,19 @@ SystemCalls::~SystemCalls() {
 }  // namespace zorvel
 
 extern "C" {
+
+// Locks are heard when they are set.
+int __wrap_fcntl(int descriptor, int command, ...) {
+    va_list arguments;
+    va_start(arguments, command);
+    auto* const range = va_arg(arguments, struct flock*);
+    va_end(arguments);
+    const bool locks = command == F_OFD_SETLK && range->l_type != F_UNLCK;
+    if (!locks || !zorvel::listening) return __real_fcntl(descriptor, command, range);
+    const std::string path = zorvel::pathOf(descriptor);
+    return zorvel::pass(zorvel::callOf(zorvel::CallKind::lock, path.c_str()),
+                        [&] { return __real_fcntl(descriptor, command, range); });
+}
 
 int __wrap_open(const char* path, int flags, ...) {
     va_list arguments;

@@ -1,5 +1,5 @@
-// Lets a listener hear of, and fail, the calls by which the program itself opens, syncs, renames
-// and removes files. Works where the executable is linked with --wrap for each of them.
+// Lets a listener hear of, and fail, the calls by which the program itself opens, locks, syncs,
+// renames and removes files. Works where the executable is linked with --wrap for each of them.
 // One thread.
 #pragma once
 
