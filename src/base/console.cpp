@@ -4,6 +4,8 @@
 #include <mutex>
 #include <utility>
 
+#include "base/text.h"
+
 namespace zorvel {
 namespace {
 
@@ -22,8 +24,8 @@ void emit(const ConsoleSink& sink, std::string_view line) {
         sink(line);
         return;
     }
-    std::fwrite(line.data(), 1, line.size(), stdout);
-    std::fputc('\n', stdout);
+    const std::string shown = terminalLine(line) + '\n';
+    std::fwrite(shown.data(), 1, shown.size(), stdout);
     std::fflush(stdout);
 }
 

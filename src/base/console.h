@@ -1,5 +1,6 @@
 // The console: one line of text at a time, to a sink that the program chooses at its start.
-// Standard output unless another sink is set. May be called from any thread; lines never mix.
+// Standard output unless another sink is set, there as terminalLine() makes it. May be called from
+// any thread; lines never mix.
 #pragma once
 
 #include <functional>

@@ -5,8 +5,10 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <cstdio>
 #include <cstring>
 #include <functional>
+#include <string>
 #include <vector>
 
 namespace zorvel {
@@ -92,6 +94,46 @@ void orderMarks(CodePoints& points) {
     }
 }
 
+bool isSafeOnTerminal(utf8proc_int32_t point) {
+    const auto within = [point](utf8proc_int32_t first, utf8proc_int32_t last) {
+        return point >= first && point <= last;
+    };
+    if (within(0x20, 0x7E) || point == '\t') return true;
+    return !(within(0, 0x9F) || point == 0x061C || point == 0x200B || within(0x200E, 0x200F) ||
+             within(0x2028, 0x202E) || within(0x2060, 0x206F) || point == 0xFEFF ||
+             within(0xE0000, 0xE007F));
+}
+
+std::string escapedPoint(utf8proc_int32_t point, bool asByte) {
+    std::array<char, 16> buffer{};
+    const int length = std::snprintf(buffer.data(), buffer.size(), asByte ? "\\x%02x" : "\\u%04x",
+                                     static_cast<unsigned>(point));
+    return {buffer.data(), static_cast<std::size_t>(length)};
+}
+
+void appendEscaped(std::string& line, std::string_view text) {
+    const auto* bytes = reinterpret_cast<const utf8proc_uint8_t*>(text.data());
+    for (std::size_t i = 0; i < text.size();) {
+        const std::size_t length = sequenceLength(bytes + i, text.size() - i);
+        utf8proc_int32_t point = bytes[i];
+        if (length > 1) utf8proc_iterate(bytes + i, static_cast<utf8proc_ssize_t>(length), &point);
+        if (length > 0 && isSafeOnTerminal(point)) {
+            line.append(text, i, length);
+        } else {
+            line += escapedPoint(point, length < 2);
+        }
+        i += std::max<std::size_t>(length, 1);
+    }
+}
+
+// The nearest place that is not within a sequence, at most 3 bytes back.
+std::size_t sequenceStart(std::string_view text, std::size_t at) {
+    std::size_t start = at;
+    while (start > 0 && at - start < 3 && (static_cast<unsigned char>(text[start]) & 0xC0U) == 0x80)
+        --start;
+    return start;
+}
+
 }  // namespace
 
 bool isAscii(std::string_view text) {
@@ -109,6 +151,23 @@ std::optional<std::size_t> firstInvalidUtf8(std::string_view text) {
         i += length;
     }
     return std::nullopt;
+}
+
+std::string terminalLine(std::string_view text) {
+    constexpr std::size_t longest = 1000;  // bytes
+    constexpr std::size_t keptAtStart = 600;
+    constexpr std::size_t keptAtEnd = 300;
+    std::string line;
+    if (text.size() <= longest) {
+        appendEscaped(line, text);
+        return line;
+    }
+    const std::size_t cut = sequenceStart(text, keptAtStart);
+    const std::size_t resumed = sequenceStart(text, text.size() - keptAtEnd);
+    appendEscaped(line, text.substr(0, cut));
+    line += " [... " + std::to_string(resumed - cut) + " bytes left out ...] ";
+    appendEscaped(line, text.substr(resumed));
+    return line;
 }
 
 std::string canonicalForm(std::string_view text) {

@@ -37,6 +37,11 @@ bool isAscii(std::string_view text);
 // and values past U+10FFFF are ill-formed); absent where all of the text is UTF-8.
 std::optional<std::size_t> firstInvalidUtf8(std::string_view text);
 
+// The text as one line that is safe to show on a terminal: control characters except tabs, line
+// separators, characters that turn the direction of writing or take no room, and bytes that are not
+// UTF-8 stand there as \x1b or \u202e; of a text longer than anybody reads the middle is left out.
+std::string terminalLine(std::string_view text);
+
 // Whether a person would see a character end and another begin at that byte (Unicode Standard Annex
 // 29): false within a sequence of a letter and its accents. The ends of the text are boundaries; so
 // is every place in a text that is not UTF-8.

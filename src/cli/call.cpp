@@ -188,7 +188,7 @@ Reply helpReply(const CLI::App& app) {
     const CLI::App& asked = subs.empty() ? app : *subs.front();
     std::string text = asked.help(subs.empty() ? "" : "zorvel-cli");
     text.erase(text.find_last_not_of('\n') + 1);
-    return {ExitCode::success, text + "\n"};
+    return {ExitCode::success, text + "\n", {}};
 }
 
 std::string reasonOf(const CLI::App& app, const CLI::ParseError& error) {
@@ -202,8 +202,8 @@ std::string reasonOf(const CLI::App& app, const CLI::ParseError& error) {
 Reply errorReply(const CLI::App& app, const CLI::ParseError& error) {
     const auto subs = app.get_subcommands();
     const std::string help = subs.empty() ? "" : " " + subs.front()->get_name();
-    return {ExitCode::wrongCall,
-            "zorvel-cli: " + reasonOf(app, error) + "\nTry: zorvel-cli" + help + " --help"};
+    return {ExitCode::wrongCall, "zorvel-cli: " + reasonOf(app, error),
+            "Try: zorvel-cli" + help + " --help"};
 }
 
 }  // namespace
@@ -227,7 +227,7 @@ std::variant<Call, Reply> readCall(int argc, const char* const* argv) {
         app.parse(argc, argv);
         checkCall(app, call);
     } catch (const CLI::CallForVersion& version) {
-        return Reply{ExitCode::success, std::string(version.what()) + "\n"};
+        return Reply{ExitCode::success, std::string(version.what()) + "\n", {}};
     } catch (const CLI::CallForHelp&) {
         return helpReply(app);
     } catch (const CLI::ParseError& error) {

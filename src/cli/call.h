@@ -35,7 +35,8 @@ struct Call {
 // wrong with the call on standard error.
 struct Reply {
     ExitCode code = ExitCode::success;
-    std::string text;  // for standard error without its last line feed, as messages are
+    std::string text;  // for standard error one line, without its line feed, as messages are
+    std::string hint;  // for standard error the line after it
 };
 
 // As --kind names it.

@@ -39,6 +39,7 @@ ExitCode answer(const Reply& reply) {
         return end(output);
     }
     tell(reply.text);
+    tell(reply.hint);
     return reply.code;
 }
 

@@ -4,13 +4,14 @@
 
 #include "base/console.h"
 #include "base/numbers.h"
+#include "base/text.h"
 #include "interchange/whole_file.h"
 
 namespace zorvel::cli {
 
 void tell(std::string_view message) {
     // There is nowhere left to report a failure.
-    static_cast<void>(writeFileWhole("/dev/stderr", std::string(message) + "\n"));
+    static_cast<void>(writeFileWhole("/dev/stderr", terminalLine(message) + "\n"));
 }
 
 void tellAt(std::string_view file, TextPlace place, std::string_view message) {

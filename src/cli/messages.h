@@ -9,6 +9,7 @@
 
 namespace zorvel::cli {
 
+// As terminalLine() makes it: names and cells may hold anything.
 void tell(std::string_view message);
 
 // "FILE:LINE:CELL: MESSAGE", without the numbers that are not known.

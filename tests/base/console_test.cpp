@@ -30,9 +30,9 @@ TEST(Console, LinesOfOneCallStandTogether) {
 
 TEST(Console, WithoutASinkLinesGoToStandardOutput) {
     testing::internal::CaptureStdout();
-    writeConsoleLine("WARNING: one");
+    writeConsoleLine("WARNING: one\x1b");
     writeConsoleLines({"two", ""});
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "WARNING: one\ntwo\n\n");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "WARNING: one\\x1b\ntwo\n\n");
 }
 
 }  // namespace

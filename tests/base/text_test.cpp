@@ -137,5 +137,29 @@ TEST(Text, GraphemeBoundaries) {
     }
 }
 
+TEST(TerminalLine, ShowsWhatATerminalWouldObey) {
+    struct Row {
+        std::string text;
+        std::string line;
+    };
+    const Row rows[] = {
+        {"", ""},
+        {"C: not an integer: \u00e9\t\u2603 \U0001F332\u200d",
+         "C: not an integer: \u00e9\t\u2603 \U0001F332\u200d"},
+        {"\x1b]52;c;QQ==\a", "\\x1b]52;c;QQ==\\x07"},
+        {std::string("a\0b\nc\r\x7f", 7), "a\\x00b\\x0ac\\x0d\\x7f"},
+        {"\u0085\u009b31m", "\\u0085\\u009b31m"},
+        {"\u202eabc\u2066\u200b\ufeff\u2028", "\\u202eabc\\u2066\\u200b\\ufeff\\u2028"},
+        {"caf\xe9 \x9b\xc3", "caf\\xe9 \\x9b\\xc3"},
+        {std::string(1000, 'a'), std::string(1000, 'a')},
+    };
+    for (const Row& row : rows) EXPECT_EQ(terminalLine(row.text), row.line);
+    std::string emphatic = "it says: ";
+    for (int i = 0; i < 500'000; ++i) emphatic += "\u00e9";
+    EXPECT_EQ(terminalLine(emphatic + ". See help"), emphatic.substr(0, 599) +
+                                                         " [... 999120 bytes left out ...] " +
+                                                         emphatic.substr(9, 290) + ". See help");
+}
+
 }  // namespace
 }  // namespace zorvel

@@ -114,5 +114,20 @@ TEST(Output, ReaderThatGoesAwayIsNoNews) {
     EXPECT_EQ(ran.err, "");
 }
 
+// Names and cells of a file must not command the terminal; a result is data, and stays as it is.
+TEST(Output, MessagesHoldNoControlCharacters) {
+    const Ran refused = runTool({"metrics", "-"}, {" ,a\nNorth,\x1b]52;c;QQ==\a\n", {}, ""});
+    EXPECT_EQ(refused.err,
+              "<stdin>:2:2: B: Not an abundance value, or not an integer: \\x1b]52;c;QQ==\\x07\n");
+    const Surroundings named = {" ,a,b\n\"\x1b[2J\n\",1,10\n", {}, ""};
+    EXPECT_EQ(runTool({"summary", "-", "--quota", "5"}, named).err.substr(0, 32),
+              "<stdin>: \\x1b[2J\\x0a: WARNING: Q");
+    EXPECT_EQ(runTool({"matrix", "-"}, named).out, " , a, b\n\x1b[2J\n,1,10\n");
+    EXPECT_EQ(runTool({"metrics", "\x1b[2J"}).err,
+              "\\x1b[2J: cannot be opened: No such file or directory\n");
+    EXPECT_EQ(runTool({"\x1b[2J\n"}).err.substr(0, 45),
+              "zorvel-cli: there is no command '\\x1b[2J\\x0a'");
+}
+
 }  // namespace
 }  // namespace zorvel::test
