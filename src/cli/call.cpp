@@ -126,6 +126,13 @@ void addFiles(CLI::App& sub, const Command& command, Call& call) {
         ->type_name("PROJECT");
 }
 
+// The common options that the command has no use for: its help does not list them.
+std::vector<const char*> refusedOptions(const Command& command) {
+    if (command.import) return {"--size", "--quota", "--seed", "--json", "--output"};
+    if (command.refusesJson) return {"--json"};
+    return {};
+}
+
 void addCommand(CLI::App& app, const Command& command, Call& call) {
     CLI::App* sub = app.add_subcommand(command.name, command.description)->group("Commands");
     addFiles(*sub, command, call);
@@ -141,6 +148,7 @@ void addCommand(CLI::App& app, const Command& command, Call& call) {
             ->excludes(census);
     }
     addCommonOptions(*sub, call);
+    for (const char* option : refusedOptions(command)) sub->get_option(option)->group("");
     sub->footer(std::string("Example: zorvel-cli ") + command.example);
     sub->callback([&call, &command] { call.command = &command; });
 }
@@ -163,24 +171,23 @@ void checkImport(const Call& call) {
     if (call.into == "-") {
         throw CLI::ValidationError("--into", "a project is a file, not standard output");
     }
-    for (const auto& [option, given] :
-         {std::pair("--json", call.json), std::pair("--output", call.output.has_value())}) {
-        if (given) throw CLI::ValidationError(option, "import writes no result");
-    }
     if (std::count(call.files.begin(), call.files.end(), "-") > 1) {
         throw CLI::ValidationError("FILE", "standard input can be read only once");
     }
 }
 
 void checkCall(const CLI::App& app, const Call& call) {
-    checkGivenOnce(app, *app.get_subcommand(call.command->name));
+    const CLI::App& sub = *app.get_subcommand(call.command->name);
+    checkGivenOnce(app, sub);
+    for (const char* option : refusedOptions(*call.command)) {
+        if (app.count(option) + sub.count(option) == 0) continue;
+        throw CLI::ValidationError(
+            option, std::string(call.command->name) +
+                        (call.command->import ? " writes no result" : " is written as text only"));
+    }
     for (const std::string& file : call.files) checkFileName("FILE", file);
     if (call.output) checkFileName("--output", *call.output);
-    if (call.command->import) return checkImport(call);
-    if (call.json && call.command->refusesJson) {
-        throw CLI::ValidationError("--json",
-                                   std::string(call.command->name) + " is written as text only");
-    }
+    if (call.command->import) checkImport(call);
 }
 
 Reply helpReply(const CLI::App& app) {

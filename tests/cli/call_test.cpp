@@ -57,6 +57,7 @@ TEST(Call, WrongOnesAreRefused) {
         {{"import", three, "--into", ""}, "--into: the name of the file is empty"},
         {{"import", three, "--into", "-"}, "--into: a project is a file, not standard output"},
         {{"import", "-", "-", "--into", "p.zorvel"}, "FILE: standard input can be read only once"},
+        {{"--size", "3", "import", three, "--into", "p.zorvel"}, "--size: import writes no result"},
         {{"--json", "import", three, "--into", "p.zorvel"}, "--json: import writes no result"},
         {{"import", three, "--into", "p.zorvel", "--output", "-"},
          "--output: import writes no result"},
@@ -113,6 +114,24 @@ TEST(Call, HelpAndVersionNeedNoFile) {
     const Ran version = runTool({"metrics", "--version"});
     EXPECT_EQ(version.exitCode, 0);
     EXPECT_EQ(version.out, "zorvel-cli " ZORVEL_VERSION "\n");
+}
+
+TEST(Call, HelpListsWhatTheCommandTakes) {
+    const std::vector<std::vector<const char*>> options = {
+        {"--kind", "matrix"}, {"--size", "5"}, {"--quota", "0.5"},
+        {"--seed", "1"},      {"--json"},      {"--output", "result"}};
+    for (const cli::Command* command : commands) {
+        const std::string help = runTool({command->name, "--help"}).out;
+        for (const auto& option : options) {
+            std::vector<const char*> argv = {"zorvel-cli", command->name, "counts.csv"};
+            if (command->import) argv.insert(argv.end(), {"--into", "p.zorvel"});
+            argv.insert(argv.end(), option.begin(), option.end());
+            const auto read = cli::readCall(static_cast<int>(argv.size()), argv.data());
+            EXPECT_EQ(std::holds_alternative<cli::Call>(read),
+                      help.find(option.front()) != std::string::npos)
+                << command->name << ' ' << option.front();
+        }
+    }
 }
 
 TEST(Call, ExamplesOfTheHelpAreRightCalls) {
