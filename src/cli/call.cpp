@@ -194,6 +194,8 @@ Reply helpReply(const CLI::App& app) {
     const auto subs = app.get_subcommands();
     const CLI::App& asked = subs.empty() ? app : *subs.front();
     std::string text = asked.help(subs.empty() ? "" : "zorvel-cli");
+    // The group of options without a name, which is not shown, leaves an empty line.
+    if (const auto gap = text.find("\n\n\n"); gap != std::string::npos) text.erase(gap, 1);
     text.erase(text.find_last_not_of('\n') + 1);
     return {ExitCode::success, text + "\n", {}};
 }

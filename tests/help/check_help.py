@@ -1,4 +1,4 @@
-"""The help pages: well-formed, without dead links, and true.
+"""The help pages: well-formed, without dead links, and true. The README: its transcripts are true.
 
 check_help.py PAGES TREE TOOL: PAGES is the folder of the made pages, TREE that of the sources, TOOL
 the command-line tool. In the pages,
@@ -18,6 +18,7 @@ import struct
 import subprocess
 import sys
 import tempfile
+import textwrap
 import unittest
 import xml.etree.ElementTree as xml
 from pathlib import Path
@@ -124,6 +125,17 @@ class Help(unittest.TestCase):
                     ran = "".join(f"$ {command}\n{shell.run(command)}" for command in commands)
                     with self.subTest(page=name, command=commands[0]):
                         self.assertEqual(shown, ran)
+
+    def test_transcripts_of_the_readme_are_true(self):
+        blocks = re.findall(r"^    \$ .*\n(?:    .*\n)*", (tree / "README.md").read_text(), re.MULTILINE)
+        self.assertGreater(len(blocks), 3)
+        with tempfile.TemporaryDirectory() as folder:
+            (Path(folder) / "examples").symlink_to(tree / "examples")
+            shell = Shell(folder)
+            for block in blocks:
+                shown = textwrap.dedent(block)
+                ran = "".join(f"$ {command}\n{shell.run(command)}" for command in commands_in(shown))
+                self.assertEqual(shown, ran.expandtabs())
 
     def test_faults_are_told_in_these_words(self):
         for name, page in self.pages.items():
