@@ -1,6 +1,7 @@
 #include "platform/document_controller.h"
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QElapsedTimer>
 #include <QMetaObject>
 #include <QStandardPaths>
@@ -17,7 +18,12 @@
 namespace zorvel {
 
 DocumentController::Folders DocumentController::userFolders() {
-    const QString data = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
+    QString data = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
+    // The XDG standard says to ignore a relative folder, which Qt 6.4 takes.
+    const QString named = qEnvironmentVariable("XDG_DATA_HOME");
+    if (QDir::isRelativePath(data)) {
+        data = QDir::homePath() + "/.local/share" + data.mid(named.size());
+    }
     return {data + "/untitled", data + "/backups"};
 }
 

@@ -361,5 +361,16 @@ TEST_F(DocumentControllerTest, RemembersTheLastTenFiles) {
     EXPECT_TRUE(run->controller.recentPaths().isEmpty());
 }
 
+TEST(UserFolders, AreNeverRelative) {
+    const QByteArray before = qgetenv("XDG_DATA_HOME");
+    for (const char* named : {"data/files", "./data", ""}) {
+        qputenv("XDG_DATA_HOME", named);
+        const auto folders = DocumentController::userFolders();
+        EXPECT_EQ(folders.untitled.toStdString(),
+                  (QDir::homePath() + "/.local/share/zorvel/zorvel/untitled").toStdString());
+    }
+    qputenv("XDG_DATA_HOME", before);
+}
+
 }  // namespace
 }  // namespace zorvel
