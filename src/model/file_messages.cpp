@@ -27,6 +27,15 @@ const char* fileTroubleText(FileTrouble trouble) {
         case FileTrouble::hostile:
             return "The file holds what no project of Zorvel holds, so it is not safe to use; "
                    "nothing in it was changed. Ask whoever it came from for a clean copy.";
+        case FileTrouble::strangeCompanion:
+            return "A file beside the project is none that Zorvel leaves there, and opening the "
+                   "project would change it or other files; nothing was changed. Move that file to "
+                   "another folder, then try again.";
+        case FileTrouble::interruptedWrite:
+            return "A program was stopped while it wrote to the project, and the file or its "
+                   "folder "
+                   "may not be written to restore it. Copy the project and the file beside it that "
+                   "ends in -journal to a folder of your own, and open that copy.";
         case FileTrouble::heldElsewhere:
             return "The project is open in another running Zorvel, which alone may change it. "
                    "Close it there first.";

@@ -15,6 +15,7 @@ bool canPassBy(FileTrouble trouble) {
     switch (trouble) {
         case FileTrouble::busy:
         case FileTrouble::heldElsewhere:
+        case FileTrouble::strangeCompanion:
         case FileTrouble::diskFull:
         case FileTrouble::inputOutput:
         case FileTrouble::other:

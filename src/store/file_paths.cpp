@@ -32,10 +32,6 @@ bool isFolderWritable(const std::string& folder) {
     return faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) == 0;
 }
 
-std::string journalOf(const std::string& path) {
-    return path + "-journal";
-}
-
 std::string temporaryBeside(const std::string& path) {
     return folderOf(path) + "/.zorvel-" + randomHexadecimal(8) + ".tmp";
 }

@@ -1,7 +1,6 @@
 // Paths beside a project file, for this folder alone: failures are thrown as FileFailure.
 #pragma once
 
-#include <array>
 #include <string>
 
 namespace zorvel {
@@ -13,12 +12,6 @@ std::string resolvedPath(const std::string& path);
 std::string folderOf(const std::string& path);
 
 bool isFolderWritable(const std::string& folder);
-
-// What SQLite adds to the name of a file for those that it keeps beside it.
-inline constexpr std::array<const char*, 3> companionEndings = {"-journal", "-wal", "-shm"};
-
-// SQLite's companion of that file that holds a write that was cut off.
-std::string journalOf(const std::string& path);
 
 // A name that no file has, in the same folder as path.
 std::string temporaryBeside(const std::string& path);

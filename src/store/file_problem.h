@@ -10,19 +10,21 @@ namespace zorvel {
 
 enum class FileTrouble {
     notFound,
-    notAFile,         // a directory, FIFO, socket or device
-    empty,            // of no bytes
-    notAProject,      // text, or any other kind of file
-    foreignDatabase,  // an SQLite database of another program
-    newerVersion,     // made by a later Zorvel
-    damaged,          // truncated, flipped bits, rows that contradict one another
-    hostile,          // holds what no project holds: views, triggers, computed columns
-    heldElsewhere,    // open in another running Zorvel
-    busy,             // another program is reading or writing it just now
-    noLocks,          // its disk cannot lock files, so that two programs might write at once
-    readOnlyFile,     // may be read but not written
-    readOnlyFolder,   // its folder takes no new file, so it cannot be written safely
-    noPermission,     // may not even be read
+    notAFile,          // a directory, FIFO, socket or device
+    empty,             // of no bytes
+    notAProject,       // text, or any other kind of file
+    foreignDatabase,   // an SQLite database of another program
+    newerVersion,      // made by a later Zorvel
+    damaged,           // truncated, flipped bits, rows that contradict one another
+    hostile,           // holds what no project holds: views, triggers, computed columns
+    strangeCompanion,  // beside it is what SQLite would add to it, or follow to other files
+    interruptedWrite,  // to be undone first, which it or its folder does not permit
+    heldElsewhere,     // open in another running Zorvel
+    busy,              // another program is reading or writing it just now
+    noLocks,           // its disk cannot lock files, so that two programs might write at once
+    readOnlyFile,      // may be read but not written
+    readOnlyFolder,    // its folder takes no new file, so it cannot be written safely
+    noPermission,      // may not even be read
     diskFull,
     inputOutput,       // the disk or the network reported an error
     moved,             // deleted, renamed or replaced since it was opened

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "store/companion_files.h"
 #include "store/file_failure.h"
 #include "store/file_handle.h"
 #include "store/file_paths.h"
@@ -41,10 +42,12 @@ std::optional<FileProblem> reasonNotToWrite(const std::string& path, bool readOn
 }  // namespace
 
 struct ProjectFile::Parts {
-    // One state of the project, and the row that says so in the file.
+    // One state of the project, and what says so in the file: a row for our writes, SQLite's count
+    // of changes for those of any program.
     struct WrittenState {
         ProjectRow row;
         Blocks blocks;
+        std::uint32_t changes = 0;
     };
 
     std::string path;
@@ -71,6 +74,8 @@ struct ProjectFile::Parts {
     void migrate(int version);
     void requireSamePlace() const;
     void requireSameFile() const;
+    [[nodiscard]] std::uint32_t changesOfFile() const;
+    [[nodiscard]] bool isInFile(const WrittenState& state, const ProjectRow& row) const;
     void settleAttempt();
     void commit(Transaction& transaction);
     void write(Blocks blocks);
@@ -142,7 +147,7 @@ FileResult<std::unique_ptr<ProjectFile>> ProjectFile::create(const std::string& 
         parts->resolved = resolvedPath(path);
         parts->options = options;
         parts->options.readOnly = false;
-        parts->written = {newProjectRow(), state.blocks()};
+        parts->written = {newProjectRow(), state.blocks(), 0};
         using Place = ReplacementFile::Place;
         ReplacementFile file(parts->resolved, options.vfs,
                              options.keepExisting ? Place::free : Place::any);
@@ -159,6 +164,7 @@ FileResult<std::unique_ptr<ProjectFile>> ProjectFile::create(const std::string& 
         }
         parts->handle = file.takePlace();
         parts->connect();
+        parts->written.changes = parts->changesOfFile();
         parts->writer.emplace(*parts->connection, std::move(names));
         return std::unique_ptr<ProjectFile>(new ProjectFile(std::move(parts)));
     });
@@ -176,9 +182,9 @@ void ProjectFile::Parts::load(ProjectRecords& records) {
     Transaction transaction(*connection, Transaction::Kind::read);
     ReadProject project = readProject(*connection);
     stamp = fileStamp(resolved);
+    written = {std::move(project.row), project.records.censuses, changesOfFile()};
     transaction.commit();
     if (!notWritable) writer.emplace(*connection, std::move(project.names));
-    written = {std::move(project.row), project.records.censuses};
     records = std::move(project.records);
 }
 
@@ -202,13 +208,22 @@ void ProjectFile::Parts::requireSameFile() const {
     if (stamp && !(fileStamp(resolved) == stamp)) fail(FileTrouble::changedElsewhere);
 }
 
-// Finds out, in the transaction that is open, what became of the last write.
+std::uint32_t ProjectFile::Parts::changesOfFile() const {
+    return changeCount(handle->start(headerSize));
+}
+
+bool ProjectFile::Parts::isInFile(const WrittenState& state, const ProjectRow& row) const {
+    return sameWrite(row, state.row) && changesOfFile() == state.changes;
+}
+
+// Finds out, in the transaction that is open, what became of the last write, and that there was no
+// other: the time of change alone does not tell, since it may stand still for some milliseconds.
 void ProjectFile::Parts::settleAttempt() {
     const ProjectRow found = readProjectRow(*connection);
-    if (attempt && sameWrite(found, attempt->row)) {
+    if (attempt && isInFile(*attempt, found)) {
         written = std::move(*attempt);
         writer->accept();
-    } else if (sameWrite(found, written.row)) {
+    } else if (isInFile(written, found)) {
         writer->revert();
     } else {
         fail(FileTrouble::changedElsewhere);
@@ -226,7 +241,8 @@ void ProjectFile::Parts::write(Blocks blocks) {
     const ChangeSet changes = changesBetween(written.blocks, blocks);
     if (changes.empty() && safe) return;
     WrittenState next{{written.row.identity, written.row.generation + 1, randomInteger()},
-                      std::move(blocks)};
+                      std::move(blocks),
+                      written.changes + 1};
     stamp.reset();
     try {
         writer->write(changes);

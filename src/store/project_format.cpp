@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <charconv>
-#include <chrono>
 #include <utility>
 
 #include "store/file_failure.h"
@@ -81,27 +80,25 @@ FormatsForTest::~FormatsForTest() {
 }
 
 void makeTables(Connection& connection, const ProjectFormat& format) {
-    for (const std::string& table : format.tables) connection.run(table.c_str());
+    for (const std::string& table : format.tables) connection.run(table.c_str(), "make the tables");
     markAsProject(connection, format.version);
 }
 
 void markAsProject(Connection& connection, int version) {
     const std::string marks = "PRAGMA application_id=" + std::to_string(projectApplicationId) +
                               "; PRAGMA user_version=" + std::to_string(version) + ";";
-    connection.run(marks.c_str());
+    connection.run(marks.c_str(), "mark as a project");
 }
 
 void checkDatabase(Connection& connection, int version) {
-    constexpr std::chrono::seconds patience{10};
     const auto format =
         std::find_if(projectFormats().begin(), projectFormats().end(),
                      [&](const ProjectFormat& known) { return known.version == version; });
     if (format == projectFormats().end()) fail(FileTrouble::damaged, "no such version");
-    {
-        const Connection::Deadline deadline(connection, patience);
-        checkTables(connection, *format);
-    }
+    Transaction transaction(connection, Transaction::Kind::read);
+    checkTables(connection, *format);
     checkPages(connection);
+    transaction.commit();
 }
 
 void checkTables(Connection& connection, const ProjectFormat& format) {

@@ -1,6 +1,5 @@
 #include "store/project_header.h"
 
-#include <cstdint>
 #include <string>
 
 #include "store/file_failure.h"
@@ -14,10 +13,13 @@ constexpr std::string_view magic("SQLite format 3\0", 16);
 
 // Places in the header of an SQLite database, and what a project has there.
 constexpr std::size_t journalAt = 18;  // 1 and 1: a rollback journal; 2: a write-ahead log
+constexpr std::size_t changeCountAt = 24;
 constexpr std::size_t encodingAt = 56;
 constexpr std::size_t versionAt = 60;
 constexpr std::size_t applicationAt = 68;
 constexpr std::uint32_t utf8Encoding = 1;
+
+}  // namespace
 
 std::uint32_t numberAt(std::string_view bytes, std::size_t place) {
     std::uint32_t number = 0;
@@ -26,8 +28,6 @@ std::uint32_t numberAt(std::string_view bytes, std::size_t place) {
     }
     return number;
 }
-
-}  // namespace
 
 bool startsLikeProject(std::string_view bytes) {
     return bytes.starts_with(magic);
@@ -53,6 +53,11 @@ int checkHeader(std::string_view start) {
         fail(FileTrouble::hostile, "text encoding " + std::to_string(encoding));
     }
     return static_cast<int>(version);
+}
+
+std::uint32_t changeCount(std::string_view start) {
+    if (start.size() < headerSize) fail(FileTrouble::damaged, "the file ends within its header");
+    return numberAt(start, changeCountAt);
 }
 
 }  // namespace zorvel

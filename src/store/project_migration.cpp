@@ -16,7 +16,7 @@ void upgrade(Connection& copy, int version) {
     Transaction transaction(copy, Transaction::Kind::write);
     for (const ProjectFormat& format : projectFormats()) {
         if (format.version <= version) continue;
-        copy.run(format.upgrade.c_str());
+        copy.run(format.upgrade.c_str(), "bring up to date");
         markAsProject(copy, format.version);
     }
     // A step that went wrong must not get further than this.

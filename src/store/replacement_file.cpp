@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <utility>
 
+#include "store/companion_files.h"
 #include "store/file_failure.h"
 #include "store/file_paths.h"
 #include "store/project_header.h"

@@ -2,6 +2,7 @@
 
 #include <sqlite3.h>
 
+#include "store/companion_files.h"
 #include "store/file_failure.h"
 #include "store/sqlite_system_calls.h"
 #include "store/sqlite_trouble.h"
@@ -39,8 +40,10 @@ void setLimits(sqlite3* handle) {
 
 }  // namespace
 
-Connection::Connection(const std::string& path, Access access, const char* vfs) {
+Connection::Connection(const std::string& path, Access access, const char* vfs)
+    : path_(access == Access::memory ? std::string() : path) {
     useOurSystemCalls();
+    lookBeside();
     const int code = sqlite3_open_v2(access == Access::memory ? ":memory:" : path.c_str(), &handle_,
                                      openFlags(access), access == Access::memory ? nullptr : vfs);
     try {
@@ -62,7 +65,9 @@ void Connection::configure(Access access) {
         int on;
     };
     // Before the defences, which do not let the journal go.
-    if (access == Access::build) run("PRAGMA journal_mode=OFF; PRAGMA locking_mode=EXCLUSIVE;");
+    if (access == Access::build) {
+        run("PRAGMA journal_mode=OFF; PRAGMA locking_mode=EXCLUSIVE;", "configure");
+    }
     for (const Switch& option :
          {Switch{SQLITE_DBCONFIG_DEFENSIVE, 1}, Switch{SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0},
           Switch{SQLITE_DBCONFIG_ENABLE_TRIGGER, 0}, Switch{SQLITE_DBCONFIG_ENABLE_VIEW, 0},
@@ -72,14 +77,21 @@ void Connection::configure(Access access) {
     }
     setLimits(handle_);
     sqlite3_busy_timeout(handle_, busyMilliseconds);
-    // None of these reads the file. EXTRA is FULL, and syncs the folder after the journal has been
-    // deleted: a power cut must not bring back the journal, and with it the old state.
+    // Some of these read the schema, which takes some hundred instructions of a project, and any
+    // time of a file that has more in it.
+    constexpr int mostInstructions = 1000;
+    const auto stop = [](void*) { return 1; };
+    sqlite3_progress_handler(handle_, mostInstructions, stop, nullptr);
+    // EXTRA is FULL, and syncs the folder after the journal has been deleted: a power cut must not
+    // bring back the journal, and with it the old state.
     run("PRAGMA cell_size_check=ON; PRAGMA mmap_size=0; PRAGMA temp_store=MEMORY;"
-        "PRAGMA synchronous=EXTRA; PRAGMA cache_size=-8000;");
+        "PRAGMA synchronous=EXTRA; PRAGMA cache_size=-8000;",
+        "read the schema");
+    sqlite3_progress_handler(handle_, 0, nullptr, nullptr);
 }
 
-void Connection::run(const char* sql) {
-    check(sqlite3_exec(handle_, sql, nullptr, nullptr, nullptr), sql);
+void Connection::run(const char* sql, const char* doing) {
+    check(sqlite3_exec(handle_, sql, nullptr, nullptr, nullptr), doing);
 }
 
 void Connection::check(int code, const char* doing) const {
@@ -88,7 +100,12 @@ void Connection::check(int code, const char* doing) const {
     throw FileFailure{sqliteProblem(handle_, code, doing)};
 }
 
+void Connection::lookBeside() const {
+    if (!path_.empty()) checkCompanions(path_);
+}
+
 void Connection::copyPagesTo(Connection& other) const {
+    lookBeside();
     sqlite3_backup* const backup = sqlite3_backup_init(other.handle_, "main", handle_, "main");
     if (!backup) other.check(sqlite3_extended_errcode(other.handle_), "copy");
     sqlite3_backup_step(backup, -1);
@@ -106,22 +123,9 @@ bool Connection::hasMoved() const {
     return code == SQLITE_OK && moved != 0;
 }
 
-Connection::Deadline::Deadline(Connection& connection, std::chrono::milliseconds allowed)
-    : connection_(connection), end_(std::chrono::steady_clock::now() + allowed) {
-    constexpr int instructionsBetween = 1000;
-    sqlite3_progress_handler(connection_.handle(), instructionsBetween, isOver, this);
-}
-
-Connection::Deadline::~Deadline() {
-    sqlite3_progress_handler(connection_.handle(), 0, nullptr, nullptr);
-}
-
-int Connection::Deadline::isOver(void* self) {
-    return std::chrono::steady_clock::now() > static_cast<Deadline*>(self)->end_ ? 1 : 0;
-}
-
 Transaction::Transaction(Connection& connection, Kind kind) : connection_(connection) {
-    connection_.run(kind == Kind::write ? "BEGIN IMMEDIATE" : "BEGIN");
+    connection_.lookBeside();
+    connection_.run(kind == Kind::write ? "BEGIN IMMEDIATE" : "BEGIN", "begin");
 }
 
 Transaction::~Transaction() {
@@ -133,7 +137,7 @@ Transaction::~Transaction() {
 }
 
 void Transaction::commit() {
-    connection_.run("COMMIT");
+    connection_.run("COMMIT", "commit");
     open_ = false;
 }
 

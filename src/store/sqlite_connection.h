@@ -3,7 +3,6 @@
 // it is safe on the disk. Failures are thrown as FileFailure. One thread at a time.
 #pragma once
 
-#include <chrono>
 #include <string>
 
 #include "store/file_problem.h"
@@ -26,7 +25,7 @@ class Connection {
         memory,
     };
 
-    // vfs: see ProjectFileOptions. The path must be absolute. Nothing is read yet.
+    // vfs: see ProjectFileOptions. The path must be absolute.
     Connection(const std::string& path, Access access, const char* vfs);
     ~Connection();
     Connection(const Connection&) = delete;
@@ -35,10 +34,15 @@ class Connection {
     [[nodiscard]] sqlite3* handle() const { return handle_; }
 
     // Statements without rows.
-    void run(const char* sql);
+    // doing says what was tried, for the message of a failure.
+    void run(const char* sql, const char* doing);
 
-    // Fails where the code is an error; doing says what was tried.
+    // Fails where the code is an error.
     void check(int code, const char* doing) const;
+
+    // To be called before each access to the file that may play a journal back: see
+    // checkCompanions().
+    void lookBeside() const;
 
     // Makes the other, empty database a copy of this one as it was last committed.
     void copyPagesTo(Connection& other) const;
@@ -49,22 +53,9 @@ class Connection {
     // Whether the file is no longer the one at its path.
     [[nodiscard]] bool hasMoved() const;
 
-    // What runs for longer from now on is interrupted; no more limit when the object goes.
-    class Deadline {
-      public:
-        Deadline(Connection& connection, std::chrono::milliseconds allowed);
-        ~Deadline();
-        Deadline(const Deadline&) = delete;
-        Deadline& operator=(const Deadline&) = delete;
-
-      private:
-        static int isOver(void* self);
-        Connection& connection_;
-        std::chrono::steady_clock::time_point end_;
-    };
-
   private:
     void configure(Access access);
+    std::string path_;  // empty in memory
     sqlite3* handle_ = nullptr;
 };
 

@@ -57,7 +57,8 @@ class Statement {
 
   private:
     void check(int code) {
-        if (code != SQLITE_OK) connection_.check(code, sqlite3_sql(statement_));
+        if (code != SQLITE_OK)
+            connection_.check(code, sqlite3_stmt_readonly(statement_) != 0 ? "read" : "write");
     }
     Connection& connection_;
     sqlite3_stmt* statement_ = nullptr;

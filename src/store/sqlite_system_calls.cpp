@@ -9,8 +9,8 @@
 #include <mutex>
 #include <string_view>
 
+#include "store/companion_files.h"
 #include "store/file_handle.h"
-#include "store/file_paths.h"
 
 namespace zorvel {
 namespace {

@@ -24,6 +24,8 @@ FileTrouble troubleOfReadOnly(int code) {
             return FileTrouble::moved;
         case SQLITE_READONLY_DIRECTORY:
             return FileTrouble::readOnlyFolder;
+        case SQLITE_READONLY_ROLLBACK:
+            return FileTrouble::interruptedWrite;
         default:
             return FileTrouble::readOnlyFile;
     }
@@ -71,10 +73,8 @@ FileTrouble troubleOf(int code, int systemError) {
 
 FileProblem sqliteProblem(sqlite3* connection, int code, const char* doing) {
     const int systemError = connection ? sqlite3_system_errno(connection) : 0;
-    std::string detail = sqlite3_errstr(code);
-    if (connection && sqlite3_extended_errcode(connection) == code) {
-        detail = sqlite3_errmsg(connection);
-    }
+    // Not sqlite3_errmsg(), which repeats what stands in the file, and SQL.
+    std::string detail = code == SQLITE_INTERRUPT ? "too much to read" : sqlite3_errstr(code);
     detail += " (";
     detail += doing;
     detail += ", code ";

@@ -1,10 +1,12 @@
 // Files that are no projects, or no longer, or only look like one: each is refused with its own
 // trouble, in little time, and stays byte for byte as it was, alone in its folder.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <ostream>
 #include <string>
 #include <string_view>
@@ -302,6 +304,96 @@ TEST_F(HostileFiles, PagesThatAreNotThere) {
         put("project.zorvel", bytes);
         expectRefused(FileTrouble::damaged);
     }
+}
+
+// The schema is read before it can be compared with what is expected.
+TEST_F(HostileFiles, EndlessSchema) {
+    const std::string numbers =
+        "WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n WHERE i < 5000) ";
+    alter(editSchema + "INSERT INTO sqlite_schema " + numbers +
+          "SELECT 'table', 't' || i, 't' || i, 2, 'CREATE TABLE t' || i || '(a)' FROM n");
+    expectRefused(FileTrouble::hostile);
+    EXPECT_NE(outcome().find("too much to read"), std::string::npos) << "it was read whole";
+}
+
+// A journal that is played back when the project is opened; SQLite deletes the file that it names.
+class StrangeCompanions : public HostileFiles {
+  protected:
+    void SetUp() override {
+        HostileFiles::SetUp();
+        {
+            PlainDatabase writing(path("project.zorvel"));
+            writing.run(
+                "PRAGMA cache_size=4; BEGIN; CREATE TABLE big(a);"
+                "INSERT INTO big WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n"
+                " WHERE i < 2000) SELECT zeroblob(100) FROM n");
+            half_ = bytesOf("project.zorvel");
+            journal_ = bytesOf("project.zorvel-journal");
+        }
+        ASSERT_NE(half_, whole_);
+        put("victim", "thesis");
+        const std::string victim = path("victim");
+        std::uint32_t sum = 0;
+        for (const char c : victim) sum += static_cast<std::uint32_t>(c);
+        std::string ending(8, '\0');
+        setNumber(ending, 0, static_cast<std::uint32_t>(victim.size()));
+        setNumber(ending, 4, sum);
+        const std::string magic = journal_.substr(0, 8);
+        killer_ = journal_ + victim + ending + magic;
+    }
+    [[nodiscard]] bool isVictimThere() const { return bytesOf("victim") == "thesis"; }
+
+    std::string half_;
+    std::string journal_;
+    std::string killer_;
+};
+
+TEST_F(StrangeCompanions, AreRefused) {
+    const struct {
+        const char* name;
+        std::function<void(const std::string& companion)> make;
+    } rows[] = {
+        {"-journal", [&](const std::string& name) { put(name, killer_); }},
+        {"-journal",
+         [&](const std::string& name) {
+             std::filesystem::create_symlink(path("victim"), path(name));
+         }},
+        {"-journal", [&](const std::string& name) { mkfifo(path(name).c_str(), 0600); }},
+        {"-wal", [&](const std::string& name) { put(name, ""); }},
+        {"-shm", [&](const std::string& name) { put(name, ""); }},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.name);
+        const std::string companion = std::string("project.zorvel") + row.name;
+        put("project.zorvel", half_);
+        row.make(companion);
+        expectRefused(FileTrouble::strangeCompanion);
+        EXPECT_TRUE(isVictimThere());
+        std::filesystem::remove(path(companion));
+    }
+}
+
+TEST_F(StrangeCompanions, LaidBesideAnOpenProjectStopItsWrites) {
+    put("project.zorvel", whole_);
+    const auto file = ProjectFile::open(path("project.zorvel"));
+    ASSERT_TRUE(file.ok() && file.value()->load().ok());
+    put("project.zorvel-journal", killer_);
+    const auto problem = file.value()->write(story_.states()[1].records);
+    ASSERT_TRUE(problem);
+    EXPECT_EQ(problem->trouble, FileTrouble::strangeCompanion);
+    EXPECT_TRUE(file.value()->copyTo(path("copy.zorvel")));
+    EXPECT_EQ(bytesOf("project.zorvel") == whole_ && isVictimThere(), true);
+    std::filesystem::remove(path("project.zorvel-journal"));
+    EXPECT_FALSE(file.value()->write(story_.states()[1].records));
+}
+
+// One that was laid there between our look and that of SQLite.
+TEST_F(StrangeCompanions, DeleteNothingEvenIfPlayedBack) {
+    put("project.zorvel", half_);
+    put("project.zorvel-journal", killer_);
+    EXPECT_ANY_THROW(alter("SELECT * FROM taxon"));
+    EXPECT_TRUE(bytesOf("project.zorvel") == whole_) << "it was not played back";
+    EXPECT_TRUE(isVictimThere());
 }
 
 // Changes may stand in the log alone, which a copy of the file is without.

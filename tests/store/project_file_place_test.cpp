@@ -29,6 +29,15 @@ class ProjectPlace : public ProjectFileTest {
         context_.setAbundance(taxon, taxon.abundance() + 1);
         return context_.frozenCopy();
     }
+    [[nodiscard]] timespec time() const {
+        struct stat status {};
+        EXPECT_EQ(stat(path("p.zorvel").c_str(), &status), 0);
+        return status.st_mtim;
+    }
+    void setTime(timespec modified) const {
+        const timespec times[] = {modified, modified};
+        EXPECT_EQ(utimensat(AT_FDCWD, path("p.zorvel").c_str(), times, 0), 0);
+    }
     int write() { return numberOf(file_->write(edited())); }
     // What another process sees of the locks on a byte of the file.
     [[nodiscard]] bool isLockedForOthers(int command, off_t byte) const {
@@ -163,12 +172,20 @@ TEST_F(ProjectPlace, MovedOrChangedMeanwhileIsNotWrittenTo) {
              fs::rename(path("q.zorvel"), path("p.zorvel"));
          },
          FileTrouble::moved},
-        {"overwritten with itself", [&] { put(bytesOf("p.zorvel")); },
+        {"overwritten with itself",
+         [&] {
+             put(bytesOf("p.zorvel"));
+             setTime({});
+         },
          FileTrouble::changedElsewhere},
         {"overwritten with text", [&] { put("text"); }, FileTrouble::changedElsewhere},
         {"emptied", [&] { put(""); }, FileTrouble::changedElsewhere},
-        {"written by another program",
-         [&] { PlainDatabase(path("p.zorvel")).run("UPDATE taxon SET abundance = 99"); },
+        {"written by another program before the clock goes on",
+         [&] {
+             const timespec before = time();
+             PlainDatabase(path("p.zorvel")).run("UPDATE taxon SET abundance = 99");
+             setTime(before);
+         },
          FileTrouble::changedElsewhere},
     };
     for (const Case& row : cases) {
