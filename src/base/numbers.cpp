@@ -36,8 +36,15 @@ std::string shortestText(double value) {
 }
 
 std::string shortestTextWithPoint(double value) {
-    std::string text = shortestText(value);
-    if (!std::isfinite(value) || text.find('.') != std::string::npos) return text;
+    if (!std::isfinite(value)) return shortestText(value);
+    const double size = std::abs(value);
+    const bool plain = size == 0 || (size >= 1e-4 && size < 1e16);
+    std::array<char, 64> buffer{};
+    const auto end =
+        std::to_chars(buffer.data(), buffer.data() + buffer.size(), value,
+                      plain ? std::chars_format::fixed : std::chars_format::scientific);
+    std::string text(buffer.data(), end.ptr);
+    if (text.find('.') != std::string::npos) return text;
     return text.insert(std::min(text.find('e'), text.size()), ".0");
 }
 

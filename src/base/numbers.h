@@ -16,7 +16,8 @@ std::string fixedText(double value, int digits);
 // The shortest decimal text that reads back as the same double; "nan", "inf", "-inf" otherwise.
 std::string shortestText(double value);
 
-// The same with at least one digit after the point of a finite number: "1.0", "1.0e+30".
+// The same as console lines show a number: with at least one digit after the point ("1.0"), and an
+// exponent only from 1e16 on and below 0.0001 ("1.0e+30").
 std::string shortestTextWithPoint(double value);
 
 std::string integerText(std::int64_t value);

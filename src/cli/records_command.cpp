@@ -11,28 +11,28 @@ std::optional<std::string_view> view(const std::optional<SharedText>& text) {
     return text->view();
 }
 
-void writeTaxon(JsonWriter& json, const TaxonValues& taxon) {
+void writeTaxon(JsonWriter& json, const DiversityDocument& keys, const TaxonValues& taxon) {
     json.beginObject();
-    json.field("name", view(taxon.name));
-    json.field("abundance", taxon.abundance);
-    json.key("include");
+    json.field(keys.kTaxonNameKey, view(taxon.name));
+    json.field(keys.kTaxonAbundanceKey, taxon.abundance);
+    json.key(keys.kTaxonIncludeKey);
     json.boolean(taxon.include);
     json.endObject();
 }
 
-void writeCensus(JsonWriter& json, const CensusBlock& census) {
+void writeCensus(JsonWriter& json, const DiversityDocument& keys, const CensusBlock& census) {
     const CensusAttributes& attributes = census.attributes;
     std::optional<std::string> time;
     if (attributes.timeStamp) time = isoLocalTime(*attributes.timeStamp);
     json.beginObject();
-    json.field("name", view(attributes.name));
-    json.field("latitude", attributes.latitude);
-    json.field("longitude", attributes.longitude);
-    json.field("notes", view(attributes.notes));
-    json.field("timeStamp", time);
-    json.key("taxa");
+    json.field(keys.kCensusNameKey, view(attributes.name));
+    json.field(keys.kCensusLatitudeKey, attributes.latitude);
+    json.field(keys.kCensusLongitudeKey, attributes.longitude);
+    json.field(keys.kCensusNotesKey, view(attributes.notes));
+    json.field(keys.kCensusTimeStampKey, time);
+    json.key(keys.kCensusTaxaKey);
     json.beginArray();
-    census.forEachTaxon([&json](const TaxonRecord& taxon) { writeTaxon(json, taxon.values); });
+    census.forEachTaxon([&](const TaxonRecord& taxon) { writeTaxon(json, keys, taxon.values); });
     json.endArray();
     json.endObject();
 }
@@ -42,7 +42,7 @@ std::optional<Problem> runRecords(const Call& /*call*/, Project& project, Output
     json.beginArray();
     for (const Census& census : project.censuses) {
         if (output.failed()) break;
-        writeCensus(json, *census.block());
+        writeCensus(json, *project.document, *census.block());
     }
     json.endArray();
     return std::nullopt;

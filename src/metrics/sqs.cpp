@@ -59,7 +59,8 @@ std::string SqsResult::warning() const {
             return "WARNING: Good's U is 0: everything but the dominant is a singleton, and it may "
                    "be too";
         case SqsAbsence::quotaAboveCoverage:
-            return "WARNING: Quota exceeds sum of frequencies: " + shortestText(frequencySum);
+            return "WARNING: Quota exceeds sum of frequencies: " +
+                   shortestTextWithPoint(frequencySum);
         case SqsAbsence::quotaAboveSpecimens:
             return "WARNING: Quota exceeds number of specimens";
         case SqsAbsence::none:

@@ -85,7 +85,7 @@ class DiversityDocument {
     DiversityDocument(const DiversityDocument&) = delete;
     DiversityDocument& operator=(const DiversityDocument&) = delete;
 
-    // Names of the entities and attributes of the data model.
+    // Names of the entities and attributes wherever records are written by key, as in JSON.
     const std::string kTaxonEntity = "Zorvel";
     const std::string kTaxonAbundanceKey = "abundance";
     const std::string kTaxonIncludeKey = "include";

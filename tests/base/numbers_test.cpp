@@ -51,6 +51,15 @@ TEST(Numbers, ShortestTextReadsBackAsTheSameDouble) {
         ASSERT_EQ(parseWholeDouble(shortestText(value)), value);
     }
     EXPECT_EQ(shortestText(0.1), "0.1");
+    const std::pair<double, const char*> rows[] = {{0.9204545454545454, "0.9204545454545454"},
+                                                   {1, "1.0"},
+                                                   {-0.0, "-0.0"},
+                                                   {100'000, "100000.0"},
+                                                   {0.0001, "0.0001"},
+                                                   {0.00005, "5.0e-05"},
+                                                   {1e16, "1.0e+16"},
+                                                   {1.5e300, "1.5e+300"}};
+    for (const auto& [value, text] : rows) EXPECT_EQ(shortestTextWithPoint(value), text);
     EXPECT_EQ(shortestText(-Limits::quiet_NaN()), "nan");
     EXPECT_EQ(integerText(std::numeric_limits<std::int64_t>::min()), "-9223372036854775808");
 }

@@ -91,7 +91,7 @@ TEST(Commands, TextIsWhole) {
          ""},
         {{"project", "pooled.csv", "--size", "2", "--quota", "1.5"},
          pooledText,
-         "pooled.csv: WARNING: Quota exceeds sum of frequencies: 1\n"},
+         "pooled.csv: WARNING: Quota exceeds sum of frequencies: 1.0\n"},
         {{"rarefaction", "one.csv", "--kind", "census"},
          std::string(rarefactionHeader) +
              "         1,            1.000,   0.000,       1.000,       1.000,       1.000,       "

@@ -63,8 +63,8 @@ TEST(AlroySqs, AbsencesAndTheirWarnings) {
         {"coverage itself", worked, 0.9204545454545454, true, ""},
         {"above coverage", worked, 0.95, false, coverage + "0.9204545454545454"},
         {"far above coverage", worked, infinity, false, coverage + "0.9204545454545454"},
-        {"above a whole coverage", {20, 20}, 1.5, false, coverage + "1"},
-        {"above the specimens", {20, 20}, 41, false, coverage + "1"},
+        {"above a whole coverage", {20, 20}, 1.5, false, coverage + "1.0"},
+        {"above the specimens", {20, 20}, 41, false, coverage + "1.0"},
     };
     for (const Row& row : rows) {
         std::optional<double> estimate;

@@ -51,7 +51,6 @@ class AnalysisCommands : public QObject {
   private:
     using Curve = std::vector<Rarefaction>;
 
-    [[nodiscard]] bool hasEnoughCensuses(Analysis analysis) const;
     void warnOfTooFew(Analysis analysis);
     void calculateProjectWideMetrics();
     void individualBasedRarefaction();
