@@ -12,14 +12,19 @@ namespace {
 
 constexpr std::size_t chunkSize = std::size_t{1} << 16;
 
-constexpr const char* projectEnding = ".zorvel";
+// As a project, or as what SQLite keeps beside one.
+bool isNamedAsProject(std::string_view path) {
+    for (const std::string_view ending : {"-journal", "-wal", "-shm"}) {
+        if (path.ends_with(ending)) path.remove_suffix(ending.size());
+    }
+    return path.ends_with(".zorvel");
+}
 
 // By its content or its name, also at the end of symbolic links.
 bool isProject(const std::string& path) {
     std::error_code error;
     const std::filesystem::path end = std::filesystem::weakly_canonical(path, error);
-    return path.ends_with(projectEnding) || end.string().ends_with(projectEnding) ||
-           holdsProject(path);
+    return isNamedAsProject(path) || isNamedAsProject(end.string()) || holdsProject(path);
 }
 
 }  // namespace

@@ -21,7 +21,7 @@ std::string resolvedPath(const std::string& path) {
         if (error) return resolved.string();
         resolved = resolved.parent_path() / next;
     }
-    failWithErrno(ELOOP, "too many symbolic links");
+    failWithErrno(ELOOP, "follow the symbolic links");
 }
 
 std::string folderOf(const std::string& path) {

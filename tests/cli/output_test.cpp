@@ -47,8 +47,8 @@ TEST(Output, AProjectIsNotReplaced) {
     std::filesystem::create_hard_link(project, folder.file("other.csv"));
     std::filesystem::create_symlink("p.zorvel", folder.file("link.csv"));
     std::filesystem::create_symlink("damaged.zorvel", folder.file("damaged.csv"));
-    for (const char* name :
-         {"p.zorvel", "other.csv", "link.csv", "damaged.zorvel", "damaged.csv", "new.zorvel"}) {
+    for (const char* name : {"p.zorvel", "other.csv", "link.csv", "damaged.zorvel", "damaged.csv",
+                             "new.zorvel", "p.zorvel-journal"}) {
         const std::string file = folder.file(name);
         const Ran ran = runTool({"matrix", project, "--output", file});
         EXPECT_EQ(ran.exitCode, 1);
