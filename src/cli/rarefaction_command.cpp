@@ -5,6 +5,7 @@
 #include "cli/command.h"
 #include "cli/json_writer.h"
 #include "interchange/writers.h"
+#include "metrics/census_metrics.h"
 #include "metrics/rarefaction.h"
 
 namespace zorvel::cli {
@@ -19,6 +20,9 @@ Result<Curve> individualBased(const Call& call, const Project& project) {
     const Result<std::size_t> chosen = chooseCensus(project.names, call.census);
     if (!chosen) return chosen.problem();
     const CountsVector counts = includedCountsVector(project.censuses[chosen.value()]);
+    if (individuals(counts) > RarefactionCalculator::kMostIndividuals) {
+        return Problem{"There are more than 10^18 specimens, too many to rarefy exactly"};
+    }
     return sharedCalculator().individualBasedCurve(counts);
 }
 

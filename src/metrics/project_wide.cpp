@@ -10,7 +10,6 @@
 #include <vector>
 
 #include "metrics/saturating_sum.h"
-#include "metrics/sqs.h"
 
 namespace zorvel {
 namespace {
@@ -100,17 +99,20 @@ template <class Counts>
 AverageSqs sqsAverage(const Counts& counts, double quota, RandomSource& random, unsigned threads) {
     std::vector<std::uint64_t> seeds(rowCount(counts));
     for (std::uint64_t& seed : seeds) seed = random.bits64();
-    std::vector<std::optional<double>> estimates(seeds.size());
+    std::vector<SqsResult> results(seeds.size());
     onThreads(seeds.size(), threads == 0 ? allThreads() : threads, [&](std::size_t i) {
         SeededRandom own(seeds[i]);
-        estimates[i] = shareholderQuorum(rowOf(counts, i), sqsTrials, quota, own).estimate;
+        results[i] = shareholderQuorum(rowOf(counts, i), sqsTrials, quota, own);
     });
     AverageSqs average;
     double sum = 0;
-    for (const std::optional<double>& estimate : estimates) {
-        if (!estimate || !std::isfinite(*estimate)) continue;
-        sum += *estimate;
-        ++average.censuses;
+    for (const SqsResult& result : results) {
+        if (result.absence == SqsAbsence::none) {
+            sum += *result.estimate;
+            ++average.censuses;
+        } else {
+            ++average.lacking[static_cast<std::size_t>(result.absence)];
+        }
     }
     if (average.censuses > 0) average.estimate = sum / static_cast<double>(average.censuses);
     return average;

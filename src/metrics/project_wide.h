@@ -11,6 +11,7 @@
 #include "metrics/random_source.h"
 #include "metrics/rarefaction.h"
 #include "metrics/sparse_counts.h"
+#include "metrics/sqs.h"
 
 namespace zorvel {
 
@@ -44,6 +45,7 @@ double averageRarefiedRichness(const CountsMatrix& matrix, std::int64_t n,
 struct AverageSqs {
     std::optional<double> estimate;  // absent where no row has one
     std::int64_t censuses = 0;       // the rows that have one
+    SqsAbsenceCounts lacking{};      // the other rows
 };
 
 // 100 trials a row at the quota; nothing is written to the console. Each row draws from a generator

@@ -30,8 +30,10 @@ Rarefaction raisedToOne(Rarefaction point) {
     return point;
 }
 
-Rarefaction pointAt(const RarefactionSums& sums, std::int64_t n, bool ready) {
-    if (n < 0 || !ready) return undefinedPoint(n);
+Rarefaction pointAt(const RarefactionSums& sums, std::int64_t n) {
+    if (n < 0 || sums.individuals() > RarefactionCalculator::kMostIndividuals) {
+        return undefinedPoint(n);
+    }
     const RichnessMoments richness = sums.at(n);
     return raisedToOne(pointWithLimits(n, richness.estimate, richness.variance));
 }
@@ -112,7 +114,8 @@ std::size_t RarefactionCalculator::logfactSize() const {
 Rarefaction RarefactionCalculator::individualBasedPoint(CountsView counts, std::int64_t n) {
     if (n == 1) return fixedPoint();
     const RarefactionSums sums(counts, n);
-    return pointAt(sums, n, ensureLogFactorials(sums.individuals()));
+    ensureLogFactorials(sums.individuals());
+    return pointAt(sums, n);
 }
 
 std::vector<Rarefaction> RarefactionCalculator::individualBasedCurve(CountsView counts) {
@@ -121,12 +124,12 @@ std::vector<Rarefaction> RarefactionCalculator::individualBasedCurve(CountsView 
     if (total < 1) return curve;
     const std::int64_t step = total < 200 ? 1 : total / 100;
     const RarefactionSums sums(counts, std::max<std::int64_t>(step, 2));
-    const bool ready = ensureLogFactorials(total);
+    ensureLogFactorials(total);
     curve.push_back(fixedPoint());
     for (std::int64_t multiple = step > 1 ? 1 : 2; multiple <= total / step; ++multiple) {
-        curve.push_back(pointAt(sums, multiple * step, ready));
+        curve.push_back(pointAt(sums, multiple * step));
     }
-    if (total % step != 0) curve.push_back(pointAt(sums, total, ready));
+    if (total % step != 0) curve.push_back(pointAt(sums, total));
     return curve;
 }
 

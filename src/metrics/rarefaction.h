@@ -32,8 +32,8 @@ class RarefactionCalculator {
     // The expected number of taxa among n specimens drawn without replacement (Hurlbert
     // 1971) and its variance (Heck, van Belle & Simberloff 1975). n = 1 gives
     // (1, 1, 0, 1, 1, 1, 1) for any counts; n from N on gives S without variance. Lower limits are
-    // at least 1, upper limits are not capped at S. NaN throughout for n < 0, and where N is above
-    // what the table may hold.
+    // at least 1, upper limits are not capped at S. NaN throughout for n < 0 and, n = 1 apart, for
+    // N above kMostIndividuals.
     Rarefaction individualBasedPoint(CountsView counts, std::int64_t n);
     // Every n up to N where N < 200; otherwise 1, the multiples of N / 100, and N. Empty for N < 1.
     std::vector<Rarefaction> individualBasedCurve(CountsView counts);
@@ -56,8 +56,10 @@ class RarefactionCalculator {
     [[nodiscard]] std::vector<double> logfact();
     [[nodiscard]] std::size_t logfactSize() const;
 
-    // 2 GiB of table: larger totals are refused with NaN, as is a number of censuses whose entries
-    // memory has no room for.
+    // The total up to which individual-based values have been held against quadruple precision.
+    static constexpr std::int64_t kMostIndividuals = 1'000'000'000'000'000'000;
+    // 2 GiB of table. Sample-based rarefaction, which reads it, gives NaN for as many censuses or
+    // more, and where memory has no room for their entries.
     static constexpr std::int64_t kMaxLogFactorials = std::int64_t{1} << 28;
 
   private:

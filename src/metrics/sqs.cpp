@@ -65,6 +65,8 @@ std::string SqsResult::warning() const {
             return "WARNING: Quota exceeds number of specimens";
         case SqsAbsence::none:
         case SqsAbsence::fewerThanElevenSpecimens:
+        case SqsAbsence::quotaNotPositive:
+        case SqsAbsence::noTrialKeptATaxon:
             break;
     }
     return {};
@@ -81,7 +83,10 @@ SqsResult shareholderQuorum(CountsView counts, std::int64_t trials, double quota
     if (sum < quota) return absent(SqsAbsence::quotaAboveCoverage, sum);
     if (frequency.specimens < quota) return absent(SqsAbsence::quotaAboveSpecimens, sum);
     SqsTrials subsamples(abundanceClasses(counts), frequency, quota);
-    return {meanOfTrials(subsamples, trials, random), SqsAbsence::none, sum};
+    const double estimate = meanOfTrials(subsamples, trials, random);
+    if (!std::isnan(estimate)) return {estimate, SqsAbsence::none, sum};
+    return {estimate, quota > 0 ? SqsAbsence::noTrialKeptATaxon : SqsAbsence::quotaNotPositive,
+            sum};
 }
 
 std::optional<double> alroySQS(CountsView counts, std::int64_t trials, double quota,

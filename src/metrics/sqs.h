@@ -5,6 +5,7 @@
 // its own.
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -14,14 +15,18 @@
 
 namespace zorvel {
 
-// Why there is no estimate.
+// Why there is no estimate, or none but NaN.
 enum class SqsAbsence {
     none,  // there is one
     fewerThanElevenSpecimens,
     everySpecimenSingleton,  // Good's u is 0
     quotaAboveCoverage,      // the summed adjusted frequencies do not reach the quota
     quotaAboveSpecimens,
+    quotaNotPositive,   // NaN: every trial ends before its first draw
+    noTrialKeptATaxon,  // NaN: the first taxon, above the quota by itself, was always thrown back
 };
+// How many censuses lack an estimate for each reason, by its place in the enumeration.
+using SqsAbsenceCounts = std::array<std::int64_t, 7>;
 
 struct SqsResult {
     std::optional<double> estimate;  // absent, or a number that may be NaN

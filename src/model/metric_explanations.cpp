@@ -40,21 +40,30 @@ MetricRemark sqsRemark(const MetricInputs& inputs) {
             return {QT_TRANSLATE_NOOP(
                 "MetricExplanations",
                 "SQS has no estimate: the quota is above the number of specimens.")};
+        case SqsAbsence::quotaNotPositive:
+            return {QT_TRANSLATE_NOOP("MetricExplanations",
+                                      "SQS has no value: a quota that is not above 0 is reached "
+                                      "before any specimen is drawn.")};
+        case SqsAbsence::noTrialKeptATaxon:
+            if (inputs.richness == 1) {
+                return {QT_TRANSLATE_NOOP("MetricExplanations",
+                                          "SQS has no value: the only species exceeds the quota "
+                                          "by itself, and is thrown back in every trial.")};
+            }
+            return {QT_TRANSLATE_NOOP("MetricExplanations",
+                                      "SQS has no value: in every trial the first species drawn "
+                                      "exceeded the quota by itself and was thrown back.")};
         case SqsAbsence::none:
             break;
-    }
-    if (!(inputs.quota > 0)) {
-        return {QT_TRANSLATE_NOOP("MetricExplanations",
-                                  "A quota that is not above 0 is reached by no trial.")};
     }
     return {};
 }
 
 MetricRemark rarefiedRemark(const MetricInputs& inputs) {
-    if (inputs.individuals > RarefactionCalculator::kMaxLogFactorials) {
-        return {QT_TRANSLATE_NOOP("MetricExplanations",
-                                  "There are too many specimens to rarefy; the limit is %1."),
-                {integerText(RarefactionCalculator::kMaxLogFactorials)}};
+    if (isBeyondRarefaction(inputs)) {
+        return {
+            QT_TRANSLATE_NOOP("MetricExplanations",
+                              "There are more than 10^18 specimens, too many to rarefy exactly.")};
     }
     if (inputs.individuals > 0 && inputs.sampleSize >= inputs.individuals) {
         return {QT_TRANSLATE_NOOP(
@@ -65,10 +74,18 @@ MetricRemark rarefiedRemark(const MetricInputs& inputs) {
 }
 
 MetricRemark fisherRemark(const MetricInputs& inputs) {
-    if (inputs.richness == 0 || inputs.largest >= 5) return {};
-    return {
-        QT_TRANSLATE_NOOP("MetricExplanations",
-                          "It is not computed, and shown as 0, where no species has 5 specimens.")};
+    if (inputs.richness == 0) return {};
+    if (inputs.largest < 5) {
+        return {QT_TRANSLATE_NOOP(
+            "MetricExplanations",
+            "It is not computed, and shown as 0, where no species has 5 specimens.")};
+    }
+    if (inputs.individuals <= inputs.richness) {
+        return {QT_TRANSLATE_NOOP("MetricExplanations",
+                                  "It is not computed, and shown as 0: negative abundances leave "
+                                  "no more specimens than species.")};
+    }
+    return {};
 }
 
 }  // namespace
@@ -102,6 +119,10 @@ MetricInputs metricInputs(CountsView counts, std::int64_t sampleSize, double quo
     return inputs;
 }
 
+bool isBeyondRarefaction(const MetricInputs& inputs) {
+    return inputs.sampleSize != 1 && inputs.individuals > RarefactionCalculator::kMostIndividuals;
+}
+
 std::string inputsText(std::string_view key, const MetricInputs& inputs) {
     std::string text =
         "N = " + integerText(inputs.individuals) + ", S = " + integerText(inputs.richness);
@@ -126,9 +147,9 @@ MetricRemark metricRemark(std::string_view key, const MetricInputs& inputs) {
                                   "It has no value for a single species: ln S is 0.")};
     }
     if (key == "simpsonD" && inputs.individuals == 1) {
-        return {
-            QT_TRANSLATE_NOOP("MetricExplanations",
-                              "It has no value for a single specimen: there are no two to draw.")};
+        return {QT_TRANSLATE_NOOP("MetricExplanations",
+                                  "It has no value where N is 1: there are no two specimens to "
+                                  "draw.")};
     }
     if (key == "buzasE" && inputs.richness == 0) {
         return {QT_TRANSLATE_NOOP("MetricExplanations", "It has no value without a species.")};

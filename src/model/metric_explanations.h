@@ -44,6 +44,8 @@ struct MetricInputs {
     SqsAbsence absence = SqsAbsence::none;
 };
 MetricInputs metricInputs(CountsView counts, std::int64_t sampleSize, double quota);
+// N is above what can be rarefied to n.
+bool isBeyondRarefaction(const MetricInputs& inputs);
 
 // What goes into the metrics of a project.
 struct ProjectMetricInputs {
@@ -57,14 +59,15 @@ struct ProjectMetricInputs {
     std::int64_t ofOneSpecies = 0;
     std::int64_t ofOneSpecimen = 0;
     std::int64_t withinSampleSize = 0;   // N is not above n
-    std::int64_t beyondRarefaction = 0;  // N is above what can be rarefied
+    std::int64_t beyondRarefaction = 0;  // isBeyondRarefaction()
     std::int64_t withSqs = 0;            // there is an estimate
-    std::int64_t taxonNames = 0;         // S_all, those without any specimen included
-    std::int64_t taxaFound = 0;          // S
-    std::int64_t uniques = 0;            // Q1, species found in one census
-    std::int64_t duplicates = 0;         // Q2, in two
+    SqsAbsenceCounts withoutSqs{};
+    std::int64_t taxonNames = 0;  // S_all, those without any specimen included
+    std::int64_t taxaFound = 0;   // S
+    std::int64_t uniques = 0;     // Q1, species found in one census
+    std::int64_t duplicates = 0;  // Q2, in two
 };
-// What the averages take of the censuses; withSqs stays. The pooled n must be there.
+// What the averages take of the censuses; what is known of SQS stays. The pooled n must be there.
 void countCensuses(const SparseCounts& counts, ProjectMetricInputs& inputs);
 void takeIncidence(const IncidenceSummary& summary, ProjectMetricInputs& inputs);
 

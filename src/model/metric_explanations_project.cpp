@@ -1,7 +1,6 @@
 #include <algorithm>
 
 #include "base/numbers.h"
-#include "metrics/rarefaction.h"
 #include "model/metric_explanation_texts.h"
 #include "model/metric_explanations.h"
 
@@ -38,8 +37,8 @@ constexpr CensusRemark censusRemarks[] = {
     {"averageRarefiedRichness", &ProjectMetricInputs::beyondRarefaction,
      QT_TRANSLATE_NOOP(
          "MetricExplanations",
-         "Censuses of too many specimens to rarefy: %1 of %2. They have no value, and "
-         "so the average has none.")},
+         "Censuses of more than 10^18 specimens, too many to rarefy exactly: %1 of %2. They have "
+         "no value, and so the average has none.")},
     {"averageRarefiedRichness", &ProjectMetricInputs::withinSampleSize,
      QT_TRANSLATE_NOOP("MetricExplanations",
                        "Censuses of n specimens or fewer: %1 of %2. They count with their whole "
@@ -48,14 +47,27 @@ constexpr CensusRemark censusRemarks[] = {
 
 MetricRemark averageSqsRemark(const ProjectMetricInputs& inputs) {
     if (inputs.censuses == 0) return {};
-    if (!(inputs.pooled.quota > 0)) return metricRemark("alroySQS", MetricInputs());
-    if (inputs.withSqs == 0) {
-        return {QT_TRANSLATE_NOOP("MetricExplanations",
-                                  "SQS has no estimate for any census: each needs at least 11 "
-                                  "specimens, and a coverage that reaches the quota.")};
+    if (!(inputs.pooled.quota > 0)) {
+        MetricInputs census;
+        census.absence = SqsAbsence::quotaNotPositive;
+        return metricRemark("alroySQS", census);
     }
-    return {QT_TRANSLATE_NOOP("MetricExplanations", "Censuses that have an estimate: %1 of %2."),
-            {integerText(inputs.withSqs), integerText(inputs.censuses)}};
+    MetricRemark remark{
+        QT_TRANSLATE_NOOP("MetricExplanations", "Censuses that have an estimate: %1 of %2."),
+        {integerText(inputs.withSqs), integerText(inputs.censuses)}};
+    if (inputs.withSqs == inputs.censuses) return remark;
+    remark.text = QT_TRANSLATE_NOOP(
+        "MetricExplanations",
+        "Censuses that have an estimate: %1 of %2. Of the others have fewer than 11 specimens: %3; "
+        "only species of one specimen: %4; a reachable coverage below the quota: %5; a first "
+        "species that exceeded the quota by itself and was thrown back in every trial: %6.");
+    for (const SqsAbsence absence :
+         {SqsAbsence::fewerThanElevenSpecimens, SqsAbsence::everySpecimenSingleton,
+          SqsAbsence::quotaAboveCoverage, SqsAbsence::noTrialKeptATaxon}) {
+        remark.arguments.push_back(
+            integerText(inputs.withoutSqs[static_cast<std::size_t>(absence)]));
+    }
+    return remark;
 }
 
 MetricRemark incidenceRemark(std::string_view key, const ProjectMetricInputs& inputs) {
@@ -96,14 +108,13 @@ std::string averageInputsText(std::string_view key, const ProjectMetricInputs& i
 void countCensuses(const SparseCounts& counts, ProjectMetricInputs& inputs) {
     inputs.censuses = static_cast<std::int64_t>(counts.rows());
     for (std::size_t row = 0; row < counts.rows(); ++row) {
-        const MetricInputs census = metricInputs(counts.row(row), 0, 0);
+        const MetricInputs census = metricInputs(counts.row(row), inputs.pooled.sampleSize, 0);
         inputs.withoutDoubletons += census.doubletons == 0 ? 1 : 0;
         inputs.withoutFive += census.richness > 0 && census.largest < 5 ? 1 : 0;
         inputs.withoutSpecies += census.richness == 0 ? 1 : 0;
         inputs.ofOneSpecies += census.richness == 1 ? 1 : 0;
         inputs.ofOneSpecimen += census.individuals == 1 ? 1 : 0;
-        inputs.beyondRarefaction +=
-            census.individuals > RarefactionCalculator::kMaxLogFactorials ? 1 : 0;
+        inputs.beyondRarefaction += isBeyondRarefaction(census) ? 1 : 0;
         inputs.withinSampleSize += census.individuals <= inputs.pooled.sampleSize ? 1 : 0;
     }
 }

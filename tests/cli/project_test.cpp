@@ -93,7 +93,9 @@ TEST_F(ProjectInput, MayHoldExtremes) {
     for (std::vector<std::string> call : calls) {
         call.push_back(project_);
         const Ran ran = runTool(call);
-        EXPECT_EQ(ran.exitCode, 0) << call.front() << ran.err;
+        const bool tooMany = ran.err.find("too many to rarefy") != std::string::npos;
+        EXPECT_EQ(tooMany, call.front() == "rarefaction" && call.size() == 2);
+        EXPECT_EQ(ran.exitCode, tooMany ? 1 : 0) << call.front() << ran.err;
     }
 }
 

@@ -41,14 +41,37 @@ class QuadRarefaction {
     static double error(double value, Quad truth) {
         return static_cast<double>(fabsq(value - truth) / fmaxq(1, fabsq(truth)));
     }
-    Quad lnFactorial(std::int64_t k) const { return lgammaq(static_cast<Quad>(k) + 1); }
+    // What ln k! is above (k + 1/2) ln k - k + ln(2 pi) / 2.
+    static Quad stirlingTail(Quad k) {
+        const Quad square = 1 / (k * k);
+        Quad sum = 0;
+        for (const Quad divisor : {1188, -1680, 1260, -360, 12}) sum = sum * square + 1 / divisor;
+        return sum / k;
+    }
+    // The logarithm of C(N - s, n) / C(N, n) = the product of 1 - b / (N - k) over k < a, a and b
+    // being the smaller and the larger of s and n. For totals beyond all log-factorials that hold
+    // enough digits their leading terms are taken together, which leaves nothing above a.
+    [[nodiscard]] Quad lnMissing(std::int64_t s) const {
+        const Quad a = std::min(s, n_), b = std::max(s, n_), total = total_, rest = total - b;
+        if (a <= 8) {
+            Quad sum = 0;
+            for (int k = 0; k < a; ++k) sum += log1pq(-b / (total - k));
+            return sum;
+        }
+        if (rest - a < 4096) {
+            return lgammaq(rest + 1) - lgammaq(rest - a + 1) - lgammaq(total + 1) +
+                   lgammaq(total - a + 1);
+        }
+        const Quad half = 0.5;
+        return (total + half) * log1pq(-a / total) - (rest + half) * log1pq(-a / rest) +
+               a * log1pq(-b / (total - a)) + stirlingTail(rest) - stirlingTail(rest - a) -
+               stirlingTail(total) + stirlingTail(total - a);
+    }
     Quad missing(std::int64_t s) {
         if (s > total_ - n_) return 0;
         const auto known = known_.find(s);
         if (known != known_.end()) return known->second;
-        const Quad value = expq(lnFactorial(total_ - s) - lnFactorial(total_ - s - n_) -
-                                lnFactorial(total_) + lnFactorial(total_ - n_));
-        return known_.emplace(s, value).first->second;
+        return known_.emplace(s, expq(lnMissing(s))).first->second;
     }
 
     std::int64_t total_, n_;
@@ -68,6 +91,7 @@ CountsVector ladder(std::int64_t largest) {
 }
 
 TEST(RarefactionPrecision, HoldsForEverySize) {
+    constexpr std::int64_t most = RarefactionCalculator::kMostIndividuals;
     struct Community {
         std::string name;
         CountsVector counts;
@@ -84,15 +108,21 @@ TEST(RarefactionPrecision, HoldsForEverySize) {
         {"steps of 9", joined(joined(ladder(300), 20'000, 9), 20'000, 18)},
         {"20000 taxa", randomCommunity(5, 20'000, 8.3)},
         {"wide", randomCommunity(6, 300, 12.4)},
+        {"10^9 and a ladder", joined(ladder(1'000), 1, 1'000'000'000)},
+        {"10^12, wide", randomCommunity(7, 150, 25)},
+        {"10^15 and singletons", joined({1'000'000'000'000'000}, 1'000'000, 1)},
+        {"10^18, few", {6 * most / 10, 4 * most / 10 - 7, 3, 2, 1, 1}},
+        {"10^18, 2000 alike", CountsVector(2'000, most / 2'000)},
+        {"10^18, wide", randomCommunity(8, 120, 39.5)},
         {"negative", {900'000, 800'000, 5, 3, 2, 1, 1, -710'000}},
         {"negative ladder", joined(ladder(200), 1, -19'000)},
     };
     for (const auto& [name, counts] : communities) {
         const std::int64_t total = individuals(counts);
-        ASSERT_LE(total, 10'000'000);
+        ASSERT_LE(total, most);
         for (const std::int64_t n :
-             {std::int64_t{2}, std::int64_t{50}, std::int64_t{90}, total / 2000, total / 100,
-              total / 2, total - total / 50, total - 7, total - 1}) {
+             {std::int64_t{2}, std::int64_t{50}, std::int64_t{90}, total / 1'000'000'000,
+              total / 2000, total / 100, total / 2, total - total / 50, total - 7, total - 1}) {
             if (n < 2 || n >= total) continue;
             SCOPED_TRACE(name + ", n = " + std::to_string(n));
             const QuadRarefaction truth(counts, n);

@@ -21,6 +21,7 @@ namespace zorvel {
 namespace {
 
 TEST(IndividualBasedPoint, FixedCases) {
+    constexpr std::int64_t limit = RarefactionCalculator::kMostIndividuals;
     const Rarefaction one{1, 1, 0, 1, 1, 1, 1};
     const auto undefined = [](std::int64_t n) {
         return Rarefaction{n, nan, nan, nan, nan, nan, nan};
@@ -51,10 +52,12 @@ TEST(IndividualBasedPoint, FixedCases) {
         {{5, least, -1}, 2, {2, 1, 0, 1, 1, 1, 1}},
         {{5, least, -1}, most, {most, 1, 0, 1, 1, 1, 1}},
         {{most, most - 1, 1 - most, -most}, 2, {2, 2, 0, 2, 2, 2, 2}},
-        // Totals beyond any table.
+        // Totals beyond any table, and beyond what is known to be exact.
+        {{limit - 1, 1}, limit / 2, {limit / 2, 1.5, 0.25, 1, 2.48, 1, 2.79}},
+        {{limit, 1}, limit / 2, undefined(limit / 2)},
+        {{limit, 1}, 1, one},
         {{most, 3}, 2, undefined(2)},
         {{most - 5, 3}, most, undefined(most)},
-        {{RarefactionCalculator::kMaxLogFactorials, 3, 2}, 50, undefined(50)},
     };
     RarefactionCalculator calculator;
     for (const Case& each : cases) {

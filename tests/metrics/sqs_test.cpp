@@ -82,15 +82,17 @@ TEST(AlroySqs, PresentButNotANumber) {
     struct Row {
         std::int64_t trials;
         double quota;
+        SqsAbsence absence = SqsAbsence::quotaNotPositive;
     };
     const CountsVector counts = {10, 5, 3, 2, 1, 1};
     for (const Row& row : {Row{100, 0}, Row{100, -0.5}, Row{100, -infinity}, Row{100, nan},
-                           Row{0, 0.8}, Row{-3, 0.8}}) {
+                           Row{0, 0.8, SqsAbsence::noTrialKeptATaxon},
+                           Row{-3, 0.8, SqsAbsence::noTrialKeptATaxon}}) {
         SeededRandom random(1);
         const SqsResult result = shareholderQuorum(counts, row.trials, row.quota, random);
         ASSERT_TRUE(result.estimate.has_value());
         EXPECT_TRUE(std::isnan(*result.estimate)) << row.trials << " trials, quota " << row.quota;
-        EXPECT_EQ(result.absence, SqsAbsence::none);
+        EXPECT_EQ(result.absence, row.absence);
     }
 }
 

@@ -45,7 +45,8 @@ TEST(MetricExplanations, InputsOfTheValue) {
 // A remark stands wherever a value of the panel shows as a dash, and not where it is plain.
 TEST(MetricExplanations, NoDashWithoutAReason) {
     const std::vector<CountsVector> censuses = {
-        {}, {0}, {1}, {7}, {1, 1, 1}, {1, 1}, {2, 2}, {10, 5, 3, 2, 1, 1}, {3, 3, 3}, {-3, 4}};
+        {},        {0},     {1},     {7},        {1, 1, 1}, {1, 1},    {2, 2}, {10, 5, 3, 2, 1, 1},
+        {3, 3, 3}, {-3, 4}, {7, -9}, {5, 1, -4}, {5, -4},   {3, 2, -4}};
     for (const CountsVector& counts : censuses) {
         const CensusMetrics metrics = censusMetrics(counts);
         const MetricInputs inputs = metricInputs(counts, 5, 0.8);
@@ -124,19 +125,49 @@ TEST(MetricExplanations, WhyThereIsNoSqs) {
         {{5, 5}, 0.8, "at least 11 specimens", {}},
         {CountsVector(12, 1), 0.8, "of its own", {}},
         {{20, 1, 1, 1}, 0.99, "reachable coverage", {"0.92"}},
-        {{20, 10}, 0, "reached by no trial", {}},
+        {{20, 10}, 0, "before any specimen", {}},
+        {{5, 5}, 0, "at least 11 specimens", {}},
+        {{30}, 0.8, "only species exceeds the quota", {}},
+        {{30}, 1, nullptr, {}},
+        {{30}, 1.01, "reachable coverage", {"1.00"}},
+        {{1'000'000'000, 1}, 0.5, "in every trial the first species", {}},
+        {{10, 5, 3, 2, 1, 1}, 0.8, nullptr, {}},
     };
     for (const Row& row : rows) {
-        SCOPED_TRACE(row.words);
+        SCOPED_TRACE(testing::PrintToString(row.counts) + " " + std::to_string(row.quota));
         MetricInputs inputs = metricInputs(row.counts, 50, row.quota);
         const SqsResult result = shareholderQuorum(row.counts, 100, row.quota, random);
         inputs.absence = result.absence;
         inputs.coverage = result.frequencySum;
         const MetricRemark remark = metricRemark("alroySQS", inputs);
-        ASSERT_NE(remark.text, nullptr);
+        ASSERT_EQ(remark.text != nullptr, row.words != nullptr);
+        EXPECT_EQ(remark.text == nullptr, result.estimate && std::isfinite(*result.estimate));
+        if (remark.text == nullptr) continue;
         EXPECT_NE(std::string(remark.text).find(row.words), std::string::npos);
         EXPECT_EQ(remark.arguments, row.arguments);
     }
+}
+
+TEST(MetricExplanations, WhyAnAverageLacksSqsOfCensuses) {
+    SeededRandom random(1);
+    CountsMatrix censuses = {{5, 5}, {4, 4}, {3, 0}, {0, 30}, {20, 1}};
+    for (CountsVector& census : censuses) census.resize(12);
+    censuses.push_back(CountsVector(12, 1));
+    const auto arguments = [&](double quota) {
+        ProjectMetricInputs inputs = inputsOfProject(censuses);
+        const AverageSqs average = averageAlroySQS(censuses, quota, random);
+        inputs.withSqs = average.censuses;
+        inputs.withoutSqs = average.lacking;
+        inputs.pooled.quota = quota;
+        return metricRemark("averageAlroySQS", inputs).arguments;
+    };
+    using Arguments = std::vector<std::string>;
+    EXPECT_EQ(arguments(0.93), (Arguments{"1", "6", "3", "1", "0", "1"}));
+    EXPECT_EQ(arguments(0.97), (Arguments{"0", "6", "3", "1", "1", "1"}));
+    EXPECT_EQ(arguments(0), Arguments{});
+    censuses = {censuses[3], censuses[3], censuses[3]};
+    EXPECT_EQ(arguments(0.8), (Arguments{"0", "3", "0", "0", "0", "3"}));
+    EXPECT_EQ(arguments(1), (Arguments{"3", "3"}));
 }
 
 }  // namespace

@@ -198,7 +198,13 @@ TEST_F(RarefactionWindowTest, LeavesAGapInTheBandButNotInTheCurve) {
     EXPECT_EQ(image.pixelColor(pixelOf(10.5, 11.8)), QColor(Qt::white));
     EXPECT_EQ(image.pixelColor(pixelOf(6, 7)), QColor(204, 204, 255));
     EXPECT_EQ(image.pixelColor(pixelOf(16, 17)), QColor(204, 204, 255));
-    EXPECT_NE(label("rarefactionAbsence"), "");
+    EXPECT_EQ(label("rarefactionAbsence"),
+              "The band has gaps where no confidence limit can be computed.");
+    constexpr std::int64_t tooMany = RarefactionCalculator::kMostIndividuals + 1;
+    show(RarefactionCalculator().individualBasedCurve(CountsVector{tooMany}));
+    EXPECT_EQ(label("rarefactionAbsence"),
+              "The curve cannot be drawn: there are more than 10^18 specimens, too many to rarefy "
+              "exactly.");
 }
 
 TEST_F(RarefactionWindowTest, DrawsNothingOfFewerThanThreePointsAndSaysWhy) {

@@ -92,6 +92,7 @@ ProjectWideResult averageRarefied(const ProjectWideTask& task, ProjectMetricInpu
 ProjectWideResult averageSqs(const ProjectWideTask& task, ProjectMetricInputs explained) {
     const AverageSqs mean = averageAlroySQS(*task.inputs->countsMatrix, task.quota, *task.random);
     explained.withSqs = mean.censuses;
+    explained.withoutSqs = mean.lacking;
     if (!mean.estimate) return {{std::nullopt}, explained};
     return {textsFrom(averageSqsRow, {*mean.estimate}), explained};
 }

@@ -85,6 +85,11 @@ QString RarefactionTexts::missingLimits(std::span<const Rarefaction> data,
     const auto lacksVariance = [](const Rarefaction& point) { return std::isnan(point.variance); };
     const auto limited = limitedRecords(data, level);
     if (limited == std::ssize(data)) return {};
+    if (kind_ == RarefactionKind::individualBased && std::isnan(data.back().estimate)) {
+        return tr(
+            "The curve cannot be drawn: there are more than 10^18 specimens, too many to "
+            "rarefy exactly.");
+    }
     if (limited > 0) {
         return tr("The band has gaps where no confidence limit can be computed.");
     }
