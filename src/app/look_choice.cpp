@@ -1,8 +1,8 @@
 #include "app/look_choice.h"
 
 #include <QApplication>
-#include <QSettings>
 
+#include "platform/settings.h"
 #include "ui/kit/look.h"
 
 namespace zorvel {
@@ -18,7 +18,7 @@ const char* nameOf(LookChoice::Choice choice) {
 }  // namespace
 
 LookChoice::LookChoice(QApplication& application) : application_(application) {
-    const QString stored = QSettings().value(lookKey).toString();
+    const QString stored = setting(lookKey).toString();
     for (const Choice choice : {light, dark}) {
         if (stored == nameOf(choice)) choice_ = choice;
     }
@@ -29,7 +29,7 @@ LookChoice::LookChoice(QApplication& application) : application_(application) {
 void LookChoice::choose(Choice choice) {
     if (choice == choice_) return;
     choice_ = choice;
-    QSettings().setValue(lookKey, nameOf(choice));
+    storeSetting(lookKey, nameOf(choice));
     apply();
     emit choiceDidChange();
 }

@@ -14,6 +14,7 @@
 #include "metrics/random_source.h"
 #include "platform/document_controller.h"
 #include "platform/job_queue.h"
+#include "platform/settings.h"
 #include "ui/kit/alerts.h"
 #include "ui/kit/color_panel.h"
 #include "ui/kit/link_opener.h"
@@ -47,6 +48,7 @@ int main(int argc, char** argv) {
         return answer->status;
     }
     zorvel::setUpApplication();
+    zorvel::SettingsFile settings(zorvel::SettingsFile::userPath());
     zorvel::JobQueue jobs;
     zorvel::LookChoice look(application);
     zorvel::DesktopOpenPanel openPanel;
@@ -61,12 +63,14 @@ int main(int argc, char** argv) {
         zorvel::ProjectWindows windows(documents, jobs,
                                        [] { return std::make_unique<zorvel::SystemRandom>(); },
                                        look, {openPanel, savePanel, alerts});
+        windows.follow(settings);
         zorvel::Printing printing(windows, printPanel);
         zorvel::AppDelegate delegate(windows, colors, links);
         delegate.applicationDidFinishLaunching(zorvel::filesOf(arguments));
         status = QApplication::exec();
     }
     // The windows have kept their places when they closed, and files were waited for.
-    if (!jobs.stop(std::chrono::seconds(2))) std::_Exit(status);
+    const bool areSettled = settings.finish(std::chrono::seconds(2));
+    if (!jobs.stop(std::chrono::seconds(2)) || !areSettled) std::_Exit(status);
     return status;
 }

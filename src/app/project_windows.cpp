@@ -14,6 +14,7 @@
 #include "app/imports.h"
 #include "app/menus.h"
 #include "platform/document_controller.h"
+#include "platform/settings.h"
 #include "ui/analysis/project_wide_metrics_window_controller.h"
 #include "ui/analysis/rarefaction_view.h"
 #include "ui/analysis/rarefaction_window_controller.h"
@@ -29,7 +30,8 @@ namespace {
 // How far a new window stands to the right of and below the one before, in pixels.
 constexpr int cascade = 30;
 
-const char openingProgress[] = "opening";  // its name in the main view
+const char openingProgress[] = "opening";   // its name in the main view
+const char settingsMessage[] = "settings";  // and that in the strip
 
 }  // namespace
 
@@ -68,6 +70,22 @@ std::vector<MainWindowController*> ProjectWindows::windows() const {
     return open;
 }
 
+void ProjectWindows::follow(SettingsFile& settings) {
+    settings_ = &settings;
+    connect(settings_, &SettingsFile::problemDidChange, this, [this] {
+        for (MainWindowController* window : windows()) tellOfSettings(*window);
+    });
+    connect(settings_, &SettingsFile::valuesDidArrive, this,
+            &ProjectWindows::plotPreferencesDidChange);
+}
+
+void ProjectWindows::tellOfSettings(MainWindowController& window) {
+    const QString problem = settings_ != nullptr ? settings_->problem() : QString();
+    MessageStrip& strip = window.mainView().messageStrip();
+    problem.isEmpty() ? strip.withdraw(settingsMessage)
+                      : strip.setMessage(settingsMessage, problem);
+}
+
 void ProjectWindows::start(const QStringList& files) {
     MainWindowController& first = openUntitled();
     documents_.recover();
@@ -86,6 +104,7 @@ MainWindowController& ProjectWindows::openWindow(Document& document) {
     windows_.erase(std::remove(windows_.begin(), windows_.end(), nullptr), windows_.end());
     windows_.emplace_back(window);
     connectWindow(*window);
+    tellOfSettings(*window);
     window->show();
     return *window;
 }

@@ -25,6 +25,7 @@ class JobQueue;
 struct KnownFile;
 class LookChoice;
 class MainWindowController;
+class SettingsFile;
 
 class ProjectWindows : public QObject {
     Q_OBJECT
@@ -33,6 +34,10 @@ class ProjectWindows : public QObject {
     ProjectWindows(DocumentController& documents, JobQueue& jobs, RandomSourceMaker makeRandom,
                    LookChoice& look, const Panels& panels);
     ~ProjectWindows() override;
+
+    // Every window tells what is wrong with the settings, and plots follow them. They must outlive
+    // the windows.
+    void follow(SettingsFile& settings);
 
     // The first window, what an earlier run has left, and these files.
     void start(const QStringList& files);
@@ -103,6 +108,7 @@ class ProjectWindows : public QObject {
 
     MainWindowController& openWindow(Document& document);
     void connectWindow(MainWindowController& window);
+    void tellOfSettings(MainWindowController& window);
     void addAnalysisWindow(QWidget& opened);
     void documentDidOpen(Document& document, const QString& path);
     void openDidFail(const QString& path, const QString& message);
@@ -127,6 +133,7 @@ class ProjectWindows : public QObject {
     RandomSourceMaker makeRandom_;
     LookChoice& look_;
     Panels panels_;
+    SettingsFile* settings_ = nullptr;
     std::vector<QPointer<MainWindowController>> windows_;
     SecondaryWindows secondary_;
     std::vector<Opening> openings_;

@@ -3,9 +3,7 @@
 #include <QApplication>
 #include <QGuiApplication>
 #include <QIcon>
-#include <QSettings>
 
-#include "app/settings_check.h"
 #include "metrics/rarefaction.h"
 #include "platform/preferences.h"
 
@@ -17,13 +15,11 @@ void setUpApplication() {
     QCoreApplication::setApplicationVersion(ZORVEL_VERSION);
     QGuiApplication::setApplicationDisplayName("Zorvel");
     QGuiApplication::setDesktopFileName("zorvel");
-    QSettings::setDefaultFormat(QSettings::IniFormat);
     QIcon icon;
     for (const int size : {16, 24, 32, 48, 64, 128, 256}) {
         icon.addFile(QString(":/zorvel/zorvel-%1.png").arg(size), QSize(size, size));
     }
     QApplication::setWindowIcon(icon);
-    checkSettings();
     Preferences().initializePreferences();
     sharedCalculator();
 }

@@ -6,11 +6,11 @@
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRgba64>
-#include <QSettings>
 #include <QVariant>
 #include <algorithm>
 
 #include "base/console.h"
+#include "platform/settings.h"
 
 namespace zorvel {
 
@@ -29,11 +29,7 @@ Defaults& registeredDefaults() {
 }
 
 QVariant read(const char* key) {
-    return QSettings().value(key, registeredDefaults().value(key));
-}
-
-void store(const char* key, const QVariant& value) {
-    QSettings().setValue(key, value);
+    return setting(key, registeredDefaults().value(key));
 }
 
 QColor red() {
@@ -78,7 +74,7 @@ std::int64_t Preferences::limitedSize(std::int64_t size) {
 }
 
 void Preferences::setRarefactionSize(std::int64_t size) {
-    store(rarefactionSizeKey, QVariant::fromValue<qlonglong>(limitedSize(size)));
+    storeSetting(rarefactionSizeKey, QVariant::fromValue<qlonglong>(limitedSize(size)));
 }
 
 double Preferences::sqsQuota() const {
@@ -90,7 +86,7 @@ double Preferences::limitedQuota(double quota) {
 }
 
 void Preferences::setSqsQuota(double quota) {
-    store(sqsQuotaKey, limitedQuota(quota));
+    storeSetting(sqsQuotaKey, limitedQuota(quota));
 }
 
 double Preferences::confidence() const {
@@ -98,7 +94,7 @@ double Preferences::confidence() const {
 }
 
 void Preferences::setConfidence(double confidence) {
-    store(confidenceKey, confidence);
+    storeSetting(confidenceKey, confidence);
 }
 
 QColor Preferences::plotColor() const {
@@ -115,7 +111,7 @@ QColor Preferences::plotColor() const {
 }
 
 void Preferences::setPlotColor(const QColor& color) {
-    store(plotColorKey, archive(color));
+    storeSetting(plotColorKey, archive(color));
 }
 
 }  // namespace zorvel

@@ -1,6 +1,6 @@
 // The user's preferences: the one place that knows their keys, defaults and limits. It holds no
-// state: every read goes to the store (QSettings of the application's name), so a value written
-// anywhere is seen by the next read everywhere. Main thread.
+// state: every read goes to the store (platform/settings.h), so a value written anywhere is seen by
+// the next read everywhere. Main thread.
 //
 // There are two layers: a stored value, and below it the default registered for this run, which is
 // held in memory only and never written. A number that has neither reads as 0.

@@ -1,7 +1,8 @@
 #include "platform/recent_paths.h"
 
 #include <QFileInfo>
-#include <QSettings>
+
+#include "platform/settings.h"
 
 namespace zorvel {
 
@@ -10,7 +11,7 @@ namespace {
 const char recentKey[] = "recentPaths";
 
 QStringList stored() {
-    return QSettings().value(recentKey).toStringList();
+    return setting(recentKey).toStringList();
 }
 
 }  // namespace
@@ -26,11 +27,11 @@ void RecentPaths::add(const QString& path) {
     QStringList paths = stored();
     paths.removeAll(absolute);
     paths.prepend(absolute);
-    QSettings().setValue(recentKey, paths.mid(0, kept));
+    storeSetting(recentKey, paths.mid(0, kept));
 }
 
 void RecentPaths::clear() {
-    QSettings().remove(recentKey);
+    removeSetting(recentKey);
 }
 
 }  // namespace zorvel

@@ -3,11 +3,11 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QRegularExpression>
-#include <QSettings>
 #include <QUuid>
 #include <algorithm>
 
 #include "platform/file_names.h"
+#include "platform/settings.h"
 
 namespace zorvel {
 
@@ -59,14 +59,13 @@ QStringList UntitledFolder::names(const QString& folder) {
 }
 
 bool UntitledFolder::shouldTell(const QString& fileName, FileTrouble trouble) {
-    QSettings settings;
-    QStringList told = settings.value(toldKey).toStringList();
+    QStringList told = setting(toldKey).toStringList();
     told.removeIf(
         [this](const QString& entry) { return !QFileInfo::exists(pathOf(entry.section('|', 1))); });
     const QString entry = QString::number(static_cast<int>(trouble)) + "|" + fileName;
     const bool first = !told.contains(entry);
     if (first) told.append(entry);
-    settings.setValue(toldKey, told);
+    storeSetting(toldKey, told);
     return first;
 }
 

@@ -8,7 +8,6 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QPointer>
-#include <QSettings>
 #include <QTemporaryDir>
 #include <memory>
 #include <optional>
@@ -19,6 +18,7 @@
 #include "platform/document.h"
 #include "platform/document_controller.h"
 #include "platform/job_queue.h"
+#include "platform/settings.h"
 #include "store/project_file.h"
 #include "tests/support/wait_until.h"
 
@@ -108,7 +108,7 @@ struct ProgramRun {
 class DocumentFixture : public ::testing::Test {
   protected:
     DocumentFixture() {
-        QSettings().clear();
+        clearSettings();
         settings.autosave = std::chrono::milliseconds(40);
         settings.stepPoll = std::chrono::milliseconds(5);
         settings.busyRetry = std::chrono::milliseconds(5);

@@ -3,11 +3,11 @@
 #include <gtest/gtest.h>
 
 #include <QByteArray>
-#include <QSettings>
 #include <string>
 #include <vector>
 
 #include "base/console.h"
+#include "platform/settings.h"
 
 namespace zorvel {
 namespace {
@@ -15,7 +15,7 @@ namespace {
 class PreferencesTest : public ::testing::Test {
   protected:
     void SetUp() override {
-        QSettings().clear();
+        clearSettings();
         Preferences().initializePreferences();
         setConsoleSink([this](std::string_view line) { console.emplace_back(line); });
     }
@@ -29,7 +29,9 @@ TEST_F(PreferencesTest, AFreshUserGetsTheDefaultsAndStoresNothing) {
     EXPECT_EQ(Preferences().sqsQuota(), 0.8);
     EXPECT_EQ(Preferences().confidence(), 0.95);
     EXPECT_EQ(Preferences().plotColor(), QColor(255, 0, 0, 255));
-    EXPECT_TRUE(QSettings().allKeys().isEmpty());
+    for (const char* key : {"rarefactionSize", "sqsQuota", "confidence", "plotColor"}) {
+        EXPECT_FALSE(setting(key).isValid()) << key;
+    }
     EXPECT_TRUE(console.empty());
 }
 
@@ -64,8 +66,8 @@ TEST_F(PreferencesTest, LimitsOfTheQuota) {
 }
 
 TEST_F(PreferencesTest, AnEntryThatIsNoNumberReadsAsZero) {
-    QSettings().setValue("rarefactionSize", "many");
-    QSettings().setValue("sqsQuota", "most");
+    storeSetting("rarefactionSize", "many");
+    storeSetting("sqsQuota", "most");
     EXPECT_EQ(Preferences().rarefactionSize(), 0);
     EXPECT_EQ(Preferences().sqsQuota(), 0.0);
 }
@@ -84,7 +86,7 @@ TEST_F(PreferencesTest, EntriesThatAreNoColourReadAsRed) {
     };
     for (const auto& row : rows) {
         console.clear();
-        QSettings().setValue("plotColor", row.entry);
+        storeSetting("plotColor", row.entry);
         EXPECT_EQ(Preferences().plotColor(), QColor(255, 0, 0)) << row.entry.toByteArray().data();
         const std::vector<std::string> expected(
             row.warns ? 1 : 0, "WARNING: Could not read plot color from preferences");

@@ -123,7 +123,7 @@ TEST_F(PreferencesWindowTest, NumbersAreReadLimitedAndStored) {
         EXPECT_EQ(shown(row.field), row.reopened);
         EXPECT_EQ(note(noteName), purpose);
         close();
-        QSettings().clear();
+        clearSettings();
         show();
     }
 }

@@ -18,7 +18,6 @@
 #include <QPainter>
 #include <QProcess>
 #include <QScreen>
-#include <QSettings>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -30,6 +29,7 @@
 #include "interchange/writers.h"
 #include "platform/job_queue.h"
 #include "platform/preferences.h"
+#include "platform/settings.h"
 #include "tests/support/extreme_values.h"
 #include "tests/support/wait_until.h"
 #include "ui/analysis/rarefaction_view.h"
@@ -53,7 +53,7 @@ std::vector<Rarefaction> straightCurve() {
 class RarefactionWindowTest : public ::testing::Test {
   protected:
     void SetUp() override {
-        QSettings().clear();
+        clearSettings();
         Preferences().initializePreferences();
         Preferences().setPlotColor(QColor(0, 0, 255));
         setConsoleSink([this](std::string_view line) { console.emplace_back(line); });

@@ -16,7 +16,6 @@
 #include <QPixmap>
 #include <QProcess>
 #include <QProcessEnvironment>
-#include <QSettings>
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -34,6 +33,7 @@
 #include "platform/document_controller.h"
 #include "platform/job_queue.h"
 #include "platform/preferences.h"
+#include "platform/settings.h"
 #include "project_wide_pictures.h"
 #include "rarefaction_pictures.h"
 #include "tests/support/offscreen_home.h"
@@ -75,7 +75,7 @@ class Session {
           folder_(std::move(folder)) {}
 
     void takeAll(LookChoice::Choice choice, const QString& name) {
-        QSettings().clear();
+        clearSettings();
         Preferences().initializePreferences();
         look_.choose(choice);
         name_ = name;

@@ -9,7 +9,6 @@
 #include <QApplication>
 #include <QFile>
 #include <QLabel>
-#include <QSettings>
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTest>
@@ -26,6 +25,7 @@
 #include "platform/document_controller.h"
 #include "platform/job_queue.h"
 #include "platform/preferences.h"
+#include "platform/settings.h"
 #include "tests/support/wait_until.h"
 #include "ui/fake_panels.h"
 #include "ui/kit/value_field.h"
@@ -43,7 +43,7 @@ class WindowTest : public ::testing::Test {
     static constexpr int workers = 3;
 
     void SetUp() override {
-        QSettings().clear();
+        clearSettings();
         Preferences().initializePreferences();
         setConsoleSink([this](std::string_view line) { console.emplace_back(line); });
         startProgram();

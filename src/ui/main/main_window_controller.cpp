@@ -4,12 +4,12 @@
 #include <QDragEnterEvent>
 #include <QDropEvent>
 #include <QMimeData>
-#include <QSettings>
 #include <QUrl>
 #include <memory>
 #include <utility>
 
 #include "platform/file_reading.h"
+#include "platform/settings.h"
 #include "ui/kit/message_strip.h"
 #include "ui/main/main_view_controller.h"
 
@@ -37,10 +37,9 @@ MainWindowController::MainWindowController(Document& document, JobQueue& jobs,
     setAcceptDrops(true);
     setMinimumSize(800, 480);
     resize(1024, 700);
-    const QSettings settings;
-    restoreGeometry(settings.value(geometryKey).toByteArray());
+    restoreGeometry(setting(geometryKey).toByteArray());
     setDocument(document);
-    mainView_->restoreLayout(settings.value(layoutKey).toByteArray());
+    mainView_->restoreLayout(setting(layoutKey).toByteArray());
 }
 
 // The view goes while the window is still whole: an editor that is open commits as it goes.
@@ -113,9 +112,8 @@ void MainWindowController::showProblem() {
 }
 
 void MainWindowController::keepPlaces() {
-    QSettings settings;
-    settings.setValue(geometryKey, saveGeometry());
-    settings.setValue(layoutKey, mainView_->saveLayout());
+    storeSetting(geometryKey, saveGeometry());
+    storeSetting(layoutKey, mainView_->saveLayout());
 }
 
 void MainWindowController::closeEvent(QCloseEvent* event) {
