@@ -12,7 +12,6 @@
 #include "model/typed_preferences.h"
 #include "platform/preferences.h"
 #include "ui/kit/look.h"
-#include "ui/kit/place_window.h"
 #include "ui/main/details_field.h"
 #include "ui_preferences_view.h"
 
@@ -87,7 +86,6 @@ void PreferencesViewController::viewWillAppear() {
     noteQuota();
     showColor();
     showConfidence();
-    placeWindow(*window(), 60, 60);
 }
 
 void PreferencesViewController::showConfidence() {

@@ -9,7 +9,7 @@
 namespace zorvel {
 
 PreferencesWindowController::PreferencesWindowController(ColorPanel& colors)
-    : viewController_(new PreferencesViewController(colors, this)) {
+    : PlacedWindow(60, 60), viewController_(new PreferencesViewController(colors, this)) {
     setObjectName("PreferencesWindow");
     setWindowTitle(tr("Preferences"));
     setAttribute(Qt::WA_DeleteOnClose);

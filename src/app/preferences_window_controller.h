@@ -1,13 +1,12 @@
 // The window of the preferences: not modal, nothing that the program would stay for. Main thread.
 #pragma once
 
-#include <QMainWindow>
-
 #include "app/preferences_view_controller.h"
+#include "ui/kit/placed_window.h"
 
 namespace zorvel {
 
-class PreferencesWindowController : public QMainWindow {
+class PreferencesWindowController : public PlacedWindow {
     Q_OBJECT
   public:
     // The panel must outlive the window.

@@ -4,6 +4,7 @@ Needs Xvfb, openbox, xdotool and xclip. Nothing here waits for a fixed time: wai
 what must come has come, and fails in words when it has not.
 """
 
+import ctypes
 import os
 import re
 import shutil
@@ -16,10 +17,10 @@ from pathlib import Path
 
 PATIENCE = float(os.environ.get("ZORVEL_PATIENCE", 60))  # seconds, for one answer of a program
 PROGRAMS = ("Xvfb", "openbox", "xdotool", "xclip")
-# No frames, so that a window's place is that of its content; no keys of the window manager's own.
-BARE_WINDOWS = """<openbox_config xmlns="http://openbox.org/3.4/rc">
+# No keys of the window manager's own. Bare windows have no frames: their place is their content's.
+WINDOWS = """<openbox_config xmlns="http://openbox.org/3.4/rc">
 <theme><keepBorder>no</keepBorder></theme>
-<applications><application class="*"><decor>no</decor></application></applications>
+<applications><application class="*"><decor>{decor}</decor></application></applications>
 </openbox_config>"""
 
 
@@ -50,7 +51,8 @@ def lacking():
 class Desktop:
     """An X server of its own with a window manager; a context that ends both."""
 
-    def __init__(self, width=1280, height=900):
+    def __init__(self, width=1280, height=900, decor="no"):
+        self.decor = decor
         self.folder = tempfile.TemporaryDirectory(prefix="zorvel-desktop-")
         self.started = []
         self.size = f"{width}x{height}x24"
@@ -73,7 +75,7 @@ class Desktop:
                      "QT_QPA_PLATFORMTHEME", "QT_STYLE_OVERRIDE", "DBUS_SESSION_BUS_ADDRESS"):
             self.environment.pop(name, None)
         settings = Path(self.folder.name) / "openbox.xml"
-        settings.write_text(BARE_WINDOWS)
+        settings.write_text(WINDOWS.format(decor=self.decor))
         self.started.append(self.spawn("openbox", "--sm-disable", "--config-file", str(settings),
                                        env=self.environment))
         wait_for("the window manager", lambda: self.ask("get_num_desktops"))
@@ -177,6 +179,25 @@ class Desktop:
         told = self.ask("getwindowgeometry", "--shell", window)
         numbers = dict(line.split("=") for line in told.splitlines())
         return tuple(int(numbers[name]) for name in ("X", "Y", "WIDTH", "HEIGHT"))
+
+    def corner(self, window):
+        """Of the window's frame: the outermost window around it, below the root."""
+        library = ctypes.CDLL("libX11.so.6")
+        library.XOpenDisplay.restype = ctypes.c_void_p
+        display = ctypes.c_void_p(library.XOpenDisplay(self.environment["DISPLAY"].encode()))
+        root, parent, children = ctypes.c_ulong(), ctypes.c_ulong(int(window)), ctypes.c_void_p()
+        numbers = [ctypes.c_int() for _ in range(6)]
+        frame = int(window)
+        while parent.value != root.value:
+            frame = parent.value
+            library.XQueryTree(display, ctypes.c_ulong(frame), ctypes.byref(root),
+                               ctypes.byref(parent), ctypes.byref(children),
+                               ctypes.byref(numbers[0]))
+            library.XFree(children)
+        library.XGetGeometry(display, ctypes.c_ulong(frame), ctypes.byref(root),
+                             *map(ctypes.byref, numbers))
+        library.XCloseDisplay(display)
+        return numbers[0].value, numbers[1].value
 
     def picture(self, window):
         """The window as it is on the screen, as a PNG: rows of red, green and blue."""

@@ -4,6 +4,7 @@ the program has saved or copied.
 
 import json
 import subprocess
+from pathlib import Path
 
 from desktop import Missing, PATIENCE, wait_for
 
@@ -26,7 +27,7 @@ class Person:
 
     # What a person does
 
-    def start(self):
+    def start(self, project=None):
         environment = dict(self.desktop.environment, HOME=str(self.home))
         for name in ("XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME", "XDG_STATE_HOME"):
             environment.pop(name, None)
@@ -34,10 +35,10 @@ class Person:
         runtime.mkdir(mode=0o700, exist_ok=True)
         environment["XDG_RUNTIME_DIR"] = str(runtime)
         with open(self.home / "zorvel.log", "ab") as log:
-            self.program = subprocess.Popen([self.programs / "zorvel"], env=environment,
-                                            cwd=self.documents, stdin=subprocess.DEVNULL,
-                                            stdout=log, stderr=log)
-        self.desktop.window(r"Untitled\b.*")
+            self.program = subprocess.Popen([self.programs / "zorvel", *([project] if project else [])],
+                                            env=environment, cwd=self.documents,
+                                            stdin=subprocess.DEVNULL, stdout=log, stderr=log)
+        self.desktop.window(rf"{Path(project).stem if project else 'Untitled'}\b.*")
 
     def do(self, opens=None, closes=None, until=None):
         """The next step. After its first command, or the last letter of its menu, a window of the

@@ -13,7 +13,6 @@
 #include "ui/analysis/project_wide_rows.h"
 #include "ui/kit/look.h"
 #include "ui/kit/metric_sheet.h"
-#include "ui/kit/place_window.h"
 #include "ui/kit/shown_text.h"
 #include "ui/kit/spinner.h"
 #include "ui/kit/value_field.h"
@@ -102,7 +101,6 @@ void ProjectWideMetricsViewController::showEvent(QShowEvent* event) {
 
 void ProjectWideMetricsViewController::viewWillAppear() {
     if (inputs_) compute();
-    placeWindow(*window(), 100, 100);
 }
 
 void ProjectWideMetricsViewController::setInputs(ProjectWideInputs inputs) {

@@ -6,7 +6,8 @@ namespace zorvel {
 
 ProjectWideMetricsWindowController::ProjectWideMetricsWindowController(JobQueue& jobs,
                                                                        RandomSourceMaker makeRandom)
-    : viewController_(new ProjectWideMetricsViewController(jobs, std::move(makeRandom), this)) {
+    : PlacedWindow(100, 100),
+      viewController_(new ProjectWideMetricsViewController(jobs, std::move(makeRandom), this)) {
     setObjectName("projectWideMetricsWindow");
     setCentralWidget(viewController_);
     setWindowTitle(viewController_->windowTitle());

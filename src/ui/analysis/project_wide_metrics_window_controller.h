@@ -2,13 +2,12 @@
 // thread.
 #pragma once
 
-#include <QMainWindow>
-
 #include "ui/analysis/project_wide_metrics_view_controller.h"
+#include "ui/kit/placed_window.h"
 
 namespace zorvel {
 
-class ProjectWideMetricsWindowController : public QMainWindow {
+class ProjectWideMetricsWindowController : public PlacedWindow {
     Q_OBJECT
   public:
     // The queue must outlive the window.

@@ -22,7 +22,6 @@
 #include "ui/kit/file_writing.h"
 #include "ui/kit/look.h"
 #include "ui/kit/look_style.h"
-#include "ui/kit/place_window.h"
 #include "ui/kit/save_panel.h"
 #include "ui/kit/shown_text.h"
 
@@ -30,7 +29,6 @@ namespace zorvel {
 
 namespace {
 
-constexpr int placeFromCorner = 120;
 constexpr qsizetype longestSubject = 120;  // characters
 
 std::optional<ConfidenceLevel> levelNow() {
@@ -149,7 +147,6 @@ void RarefactionViewController::viewWillAppear() {
     if (rarefactionData_) rarefactionView_->setRarefactionData(*rarefactionData_);
     rarefactionView_->setFocus();
     showTexts();
-    placeWindow(*window(), placeFromCorner, placeFromCorner);
 }
 
 void RarefactionViewController::preferencesDidChange() {

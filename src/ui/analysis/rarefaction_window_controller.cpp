@@ -4,7 +4,8 @@ namespace zorvel {
 
 RarefactionWindowController::RarefactionWindowController(RarefactionKind kind, JobQueue& jobs,
                                                          const Panels& panels)
-    : viewController_(new RarefactionViewController(kind, jobs, panels, this)) {
+    : PlacedWindow(120, 120),
+      viewController_(new RarefactionViewController(kind, jobs, panels, this)) {
     setObjectName("rarefactionWindow");
     setCentralWidget(viewController_);
     resize(720, 560);

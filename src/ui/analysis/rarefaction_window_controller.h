@@ -2,13 +2,12 @@
 // thread.
 #pragma once
 
-#include <QMainWindow>
-
 #include "ui/analysis/rarefaction_view_controller.h"
+#include "ui/kit/placed_window.h"
 
 namespace zorvel {
 
-class RarefactionWindowController : public QMainWindow {
+class RarefactionWindowController : public PlacedWindow {
     Q_OBJECT
   public:
     // Queue and panels must outlive the window.
