@@ -55,8 +55,14 @@ void AppDelegate::preferencesMenuItemTapped() {
                 &ProjectWindows::preferencesDidChange);
         connect(view, &PreferencesViewController::plotPreferencesDidChange, &windows_,
                 &ProjectWindows::plotPreferencesDidChange);
+        connect(view, &PreferencesViewController::textDidEndEditing, &windows_,
+                &ProjectWindows::textDidEndEditing);
+        connect(window, &PreferencesWindowController::preferencesRequested, this,
+                &AppDelegate::preferencesMenuItemTapped);
         connect(window, &PreferencesWindowController::quitRequested, &windows_,
                 &ProjectWindows::quit);
+    } else {
+        window->viewController().showAgain();
     }
     window->isMinimized() ? window->showNormal() : window->show();
     window->raise();

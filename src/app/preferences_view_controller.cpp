@@ -6,6 +6,7 @@
 #include <QHideEvent>
 #include <QLineEdit>
 #include <QShowEvent>
+#include <QSignalBlocker>
 
 #include "base/console.h"
 #include "base/numbers.h"
@@ -88,6 +89,18 @@ void PreferencesViewController::viewWillAppear() {
     showConfidence();
 }
 
+void PreferencesViewController::showAgain() {
+    QLineEdit* const size = ui_->rarefactionSampleSizeValueTextField;
+    QLineEdit* const quota = ui_->sqsQuotaValueTextField;
+    for (QLineEdit* field : {size, quota}) {
+        if (field->isModified()) editingDidEnd(field);
+    }
+    viewWillAppear();
+    // The quota is shown rounded: it must not be stored so because the focus leaves it.
+    const QSignalBlocker blocker(quota);
+    size->setFocus(Qt::ShortcutFocusReason);
+}
+
 void PreferencesViewController::showConfidence() {
     const double level = Preferences().confidence();
     if (level != 0.95 && level != 0.99) {
@@ -114,6 +127,7 @@ void PreferencesViewController::editingDidEnd(QObject* sender) {
     if (field == nullptr) return;
     if (tagOf(*field) == sampleSizeTag) storeSampleSize(field->text());
     if (tagOf(*field) == quotaTag) storeQuota(field->text());
+    emit textDidEndEditing();
 }
 
 void PreferencesViewController::storeSampleSize(const QString& text) {

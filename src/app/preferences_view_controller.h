@@ -25,6 +25,9 @@ class PreferencesViewController : public QWidget {
     explicit PreferencesViewController(ColorPanel& colors, QWidget* parent = nullptr);
     ~PreferencesViewController() override;
 
+    // For a window that is open already: what was typed is stored, and all is shown as it is now.
+    void showAgain();
+
   public slots:
     // The sender tells by its property "tag" which it is: 1001 the sample size, 1002 the quota; 95
     // and 99 the buttons. Any other field does nothing, any other button stands for 95.
@@ -35,6 +38,8 @@ class PreferencesViewController : public QWidget {
   signals:
     // At every closing, whether or not anything was stored.
     void preferencesDidChange();
+    // A field has stored what it may: captions and values follow.
+    void textDidEndEditing();
     // At once, for plots that are on the screen: level or colour.
     void plotPreferencesDidChange();
     void closeRequested();

@@ -16,15 +16,18 @@ PreferencesWindowController::PreferencesWindowController(ColorPanel& colors)
     setAttribute(Qt::WA_QuitOnClose, false);
     setCentralWidget(viewController_);
     layout()->setSizeConstraint(QLayout::SetFixedSize);
-    auto* close = new QAction(this);
-    close->setObjectName("performClose");
-    close->setShortcuts({closeKey(), QKeySequence(Qt::Key_Escape)});
-    connect(close, &QAction::triggered, this, &QWidget::close);
-    auto* quit = new QAction(this);
-    quit->setObjectName("terminate");
-    quit->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q));
-    connect(quit, &QAction::triggered, this, &PreferencesWindowController::quitRequested);
-    addActions({close, quit});
+    const auto addCommand = [this](const char* name, const QList<QKeySequence>& keys, auto run) {
+        auto* action = new QAction(this);
+        action->setObjectName(name);
+        action->setShortcuts(keys);
+        connect(action, &QAction::triggered, this, run);
+        addAction(action);
+    };
+    addCommand("performClose", {closeKey(), QKeySequence(Qt::Key_Escape)}, &QWidget::close);
+    addCommand("terminate", {QKeySequence(Qt::CTRL | Qt::Key_Q)},
+               &PreferencesWindowController::quitRequested);
+    addCommand("preferencesMenuItemTapped", {QKeySequence(Qt::CTRL | Qt::Key_Comma)},
+               &PreferencesWindowController::preferencesRequested);
     connect(viewController_, &PreferencesViewController::closeRequested, this, &QWidget::close);
 }
 

@@ -16,6 +16,7 @@ class PreferencesWindowController : public PlacedWindow {
 
   signals:
     void quitRequested();
+    void preferencesRequested();
 
   private:
     PreferencesViewController* viewController_;

@@ -72,9 +72,11 @@ std::vector<MainWindowController*> ProjectWindows::windows() const {
 
 void ProjectWindows::follow(SettingsFile& settings) {
     settings_ = &settings;
-    connect(settings_, &SettingsFile::problemDidChange, this, [this] {
+    const auto tellAll = [this] {
         for (MainWindowController* window : windows()) tellOfSettings(*window);
-    });
+    };
+    connect(settings_, &SettingsFile::problemDidChange, this, tellAll);
+    tellAll();
     connect(settings_, &SettingsFile::valuesDidArrive, this,
             &ProjectWindows::plotPreferencesDidChange);
 }
@@ -117,6 +119,8 @@ void ProjectWindows::connectWindow(MainWindowController& window) {
             [=, this](const QStringList& paths) { takeDroppedFiles(paths, *shown); });
     connect(this, &ProjectWindows::preferencesDidChange, shown,
             [=] { shown->mainView().updateMetrics(); });
+    connect(this, &ProjectWindows::textDidEndEditing, shown,
+            [=] { shown->mainView().editingDidEnd(); });
     connect(shown, &MainWindowController::saveAsRequested, this,
             [=, this] { saveWindowAs(*shown, panels_); });
     connect(shown, &MainWindowController::analysisWindowDidOpen, this,

@@ -83,6 +83,8 @@ class ProjectWindows : public QObject {
   signals:
     // To be emitted by whoever has stored preferences: every window shows its metrics anew.
     void preferencesDidChange();
+    // The same where a field outside of the windows has ended its editing.
+    void textDidEndEditing();
     // The same for level and color of plots, at once.
     void plotPreferencesDidChange();
 

@@ -10,6 +10,7 @@
 #include "metrics/metric_captions.h"
 #include "metrics/rarefaction.h"
 #include "metrics/sqs.h"
+#include "ui/kit/message_strip.h"
 #include "ui/window_fixture.h"
 
 namespace zorvel {
@@ -33,6 +34,26 @@ std::vector<std::string> panelOf(const CountsVector& counts, std::int64_t size, 
             formatMetric(pielouJ(counts), 3),
             formatMetric(simpsonD(counts), 3),
             formatMetric(buzasE(counts), 3)};
+}
+
+TEST_F(MainWindowTest, TroubleWithTheSettingsStandsInEveryWindowUntilItIsOver) {
+    const QString path = write("zorvel.ini.d", {}) + "/zorvel.ini";  // below a file
+    SettingsFile file(path);
+    windows->follow(file);
+    const auto messages = [this] {
+        QStringList told;
+        for (MainWindowController* each : windows->windows()) {
+            told += each->mainView().messageStrip().messages();
+        }
+        return told;
+    };
+    windows->openUntitled();
+    EXPECT_EQ(messages(), (QStringList{file.problem(), file.problem()}));
+    EXPECT_TRUE(file.problem().contains(path));
+    ASSERT_TRUE(QFile::remove(folder.filePath("zorvel.ini.d")));
+    storeSetting("size", 20);
+    EXPECT_TRUE(waitUntil([&] { return messages().isEmpty(); }));
+    endProgram();
 }
 
 TEST_F(MainWindowTest, ShowsEachCensusReachedByKeyboard) {

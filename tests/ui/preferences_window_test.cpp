@@ -168,13 +168,18 @@ TEST_F(PreferencesWindowTest, EveryClosingAnnouncesOnceAndNothingElseDoes) {
     EXPECT_EQ(delegate->preferencesWindowController(), nullptr);
 }
 
-TEST_F(PreferencesWindowTest, TheMetricsFollowWhenItCloses) {
+TEST_F(PreferencesWindowTest, TheMetricsFollowWhenAFieldEndsEditingAndWhenItCloses) {
     open(exampleFile);
     ASSERT_TRUE(waitForJobs());
+    show();  // the project's window has come to the front
     typeInto(sizeField, "20");
+    field(quotaField).setFocus();
+    EXPECT_TRUE(waitUntil(
+        [this] { return label("rarefiedRichnessLabelTextField") == "Rarefied richness (20)"; }));
+    typeInto(quotaField, "0.5");
     close();
-    ASSERT_TRUE(waitForJobs());
-    EXPECT_EQ(label("rarefiedRichnessLabelTextField"), "Rarefied richness (20)");
+    EXPECT_TRUE(
+        waitUntil([this] { return label("alroySQSLabelTextField") == "Alroy SQS (quota: 0.50)"; }));
 }
 
 TEST_F(PreferencesWindowTest, AnUnknownLevelShowsAs95AndStays) {
@@ -287,7 +292,17 @@ TEST_F(PreferencesWindowTest, TheCommandBringsTheOpenWindowToTheFront) {
     show();
     EXPECT_EQ(&preferencesWindow(), first);
     EXPECT_FALSE(preferencesWindow().isMinimized());
-    EXPECT_EQ(shown(sizeField), "20");
+    EXPECT_EQ(Preferences().rarefactionSize(), 20);
+    EXPECT_EQ(field(sizeField).selectedText(), "20");
+    // What another program has stored meanwhile, and text that is no number.
+    Preferences().setSqsQuota(0.123);
+    typeInto(sizeField, "many");
+    field(quotaField).setFocus();
+    QTest::keyClick(&preferencesWindow(), Qt::Key_Comma, Qt::ControlModifier);
+    EXPECT_TRUE(field(sizeField).hasFocus());
+    EXPECT_EQ(field(sizeField).selectedText(), "20");
+    EXPECT_EQ(shown(quotaField), "0.12");
+    EXPECT_EQ(Preferences().sqsQuota(), 0.123);
 }
 
 TEST_F(PreferencesWindowTest, TheEndOfTheProgramClosesIt) {
