@@ -19,8 +19,10 @@
 #include "app/step_names.h"
 #include "app/transfer_menus.h"
 #include "app/window_menu.h"
+#include "ui/main/clipboard_rows.h"
 #include "ui/main/main_view_controller.h"
 #include "ui/main/main_window_controller.h"
+#include "ui/main/record_tables.h"
 
 namespace zorvel {
 
@@ -118,6 +120,14 @@ void addTravelItem(MainWindowController& window, QMenu& menu, bool back) {
     enableWhileShown(menu, action, show);
 }
 
+// What has the focus, except that an empty project, which shows no table, takes copied censuses.
+QWidget* pasteTarget(MainWindowController& window) {
+    QWidget* focus = window.focusWidget();
+    const bool empty = window.document().project().objectContext().censusCount() == 0;
+    if (canPaste(focus) || !empty || !clipboardHoldsCensuses()) return focus;
+    return window.findChild<CensusTableView*>();
+}
+
 void addEditMenu(MainWindowController& window, ProjectWindows& windows) {
     QMenu& menu = *window.menuBar()->addMenu(tr("&Edit"));
     addTravelItem(window, menu, true);
@@ -128,7 +138,7 @@ void addEditMenu(MainWindowController& window, ProjectWindows& windows) {
     QAction* copy = addCommand(window, menu, "copy", tr("&Copy"), QKeySequence::Copy,
                                [&] { copyFrom(window.focusWidget()); });
     QAction* paste = addCommand(window, menu, "paste", tr("&Paste"), QKeySequence::Paste,
-                                [&] { pasteInto(window.focusWidget()); });
+                                [&] { pasteInto(pasteTarget(window)); });
     // Without a shortcut: the key means the next character to an editor, and the rows to a table.
     QAction* remove = addCommand(window, menu, "delete", tr("&Delete"), {},
                                  [&] { deleteFrom(window.focusWidget()); });
@@ -144,7 +154,7 @@ void addEditMenu(MainWindowController& window, ProjectWindows& windows) {
     addCommand(window, menu, "preferencesMenuItemTapped", tr("Prefere&nces..."), preferencesKey(),
                [&] { emit windows.preferencesRequested(); });
     enableWhileShown(menu, cut, [&] { return canCut(window.focusWidget()); });
-    enableWhileShown(menu, paste, [&] { return canPaste(window.focusWidget()); });
+    enableWhileShown(menu, paste, [&] { return canPaste(pasteTarget(window)); });
     enableWhileShown(menu, remove, [&] { return canCut(window.focusWidget()); });
     enableWhileShown(menu, copy, [&] { return canCopy(window.focusWidget()); });
     enableWhileShown(menu, all, [&] { return canSelectAll(window.focusWidget()); });

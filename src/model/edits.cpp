@@ -95,6 +95,16 @@ std::vector<Zorvel> pasteTaxa(ObjectContext& context, const Census& census,
     return context.insertTaxa(census, std::move(taxa));
 }
 
+std::vector<Census> pasteCensuses(ObjectContext& context, std::vector<CopiedCensus> copied) {
+    const UndoStep step(context, "Paste");
+    std::vector<Census> censuses;
+    censuses.reserve(copied.size());
+    for (CopiedCensus& census : copied) {
+        censuses.push_back(context.insertCensus(census.attributes, std::move(census.taxa)));
+    }
+    return censuses;
+}
+
 void deleteCensuses(ObjectContext& context, const std::vector<Census>& censuses) {
     const UndoStep step(context, censuses.size() == 1 ? "Delete Census" : "Delete Censuses");
     context.deleteCensuses(censuses);

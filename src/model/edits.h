@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "interchange/import_records.h"
+#include "model/copied_records.h"
 #include "store/census_batch.h"
 #include "store/object_context.h"
 
@@ -33,6 +34,8 @@ Zorvel addTaxon(ObjectContext& context, const Census& census);
 // As many as there are, in order, at the end of the census: one step. Names are stored as they are.
 std::vector<Zorvel> pasteTaxa(ObjectContext& context, const Census& census,
                               std::vector<TaxonValues> taxa);
+// The same of censuses, at the end of the project.
+std::vector<Census> pasteCensuses(ObjectContext& context, std::vector<CopiedCensus> copied);
 void deleteCensuses(ObjectContext& context, const std::vector<Census>& censuses);
 void deleteTaxa(ObjectContext& context, const std::vector<Zorvel>& taxa);
 

@@ -1,8 +1,12 @@
 // Rows by way of the clipboard, which may hold anything.
 #include <QClipboard>
 #include <QHeaderView>
+#include <QMimeData>
 
+#include "tests/support/extreme_values.h"
+#include "tests/support/same_records.h"
 #include "ui/kit/message_strip.h"
+#include "ui/main/clipboard_rows.h"
 #include "ui/window_fixture.h"
 
 namespace zorvel {
@@ -113,6 +117,104 @@ TEST_F(PasteTest, CopiedRowsHoldWhatIsStored) {
               "Abies\t3\n" + longName + "\t1\n\t2\n\"\"\"q\"\"\tx\ny\"\t4");
     censusTable().selectAll();
     EXPECT_EQ(censusTable().selectedText(), "North\t6\nSouth\t3");
+}
+
+TEST_F(PasteTest, CensusesComeBackWholeInEveryProject) {
+    const auto valuesOf = [](const Census& record) {
+        std::vector<TaxonValues> values;
+        record.block()->forEachTaxon(
+            [&](const TaxonRecord& each) { values.push_back(each.values); });
+        return values;
+    };
+    context().insertCensus({std::nullopt, 46.5, -120.25, "wet\nand cold", TimeStamp()},
+                           {{"Abies", 3, false}, {std::nullopt, least, true}, {"a\nb", 0, true}});
+    context().announceChanges();
+    censusTable().setFocus();
+    censusTable().sortByColumn(0, Qt::DescendingOrder);  // unnamed, South, North
+    censusTable().selectRows({0, 1});
+    const CensusAttributes attributes = census(2).block()->attributes;
+    const std::vector<TaxonValues> odd = valuesOf(census(2));
+    const std::vector<TaxonValues> south = valuesOf(census(1));
+    trigger("cut");
+    EXPECT_EQ(QApplication::clipboard()->text(), "\t0\nSouth\t3");
+    ASSERT_EQ(context().censusCount(), 1U);
+    // Into the same project, into one that has no census and shows no table, and, as another run
+    // of the program finds them on the clipboard, once more.
+    for (const char* into : {"same", "empty", "other run"}) {
+        if (QString(into) == "empty") window = &windows->openUntitled();
+        if (QString(into) == "other run") {
+            auto* bytes = new QMimeData;
+            bytes->setData(copiedCensusesType,
+                           QApplication::clipboard()->mimeData()->data(copiedCensusesType));
+            QApplication::clipboard()->setMimeData(bytes);
+        }
+        const std::size_t before = context().censusCount();
+        trigger("paste");
+        ASSERT_EQ(context().censusCount(), before + 2) << into;
+        EXPECT_TRUE(sameAttributes(census(before).block()->attributes, attributes)) << into;
+        EXPECT_EQ(valuesOf(census(before)), odd) << into;
+        EXPECT_EQ(valuesOf(census(before + 1)), south) << into;
+        EXPECT_EQ(censusTable().selectedRows().size(), 2U) << into;
+        EXPECT_EQ(window->focusWidget(), &censusTable()) << into;
+        trigger("undo");
+        EXPECT_EQ(context().censusCount(), before) << into;
+        trigger("redo");
+        EXPECT_EQ(context().censusCount(), before + 2) << into;
+    }
+}
+
+TEST_F(PasteTest, SpeciesComeBackWholeInTheOrderThatIsShown) {
+    const std::vector<TaxonValues> odd = {
+        {"Zea", most, false}, {std::nullopt, least, true}, {" a\nb ", 0, false}};
+    context().insertTaxa(census(), odd);
+    context().announceChanges();
+    speciesTable().setFocus();
+    speciesTable().sortByColumn(2, Qt::DescendingOrder);
+    speciesTable().selectRows({0, 4, 5});
+    trigger("cut");
+    censusTable().selectRows({1});
+    speciesTable().setFocus();
+    trigger("paste");
+    std::vector<TaxonValues> pasted;
+    census(1).block()->forEachTaxon(
+        [&](const TaxonRecord& each) { pasted.push_back(each.values); });
+    EXPECT_EQ(std::vector<TaxonValues>(pasted.begin() + 3, pasted.end()),
+              (std::vector<TaxonValues>{odd[0], odd[2], odd[1]}));
+}
+
+TEST_F(PasteTest, RecordsThatDoNotBelongThereOrAreDamagedAreRefused) {
+    const struct {
+        const char* type;
+        QWidget& target;
+        const char* told;
+    } rows[] = {
+        {copiedSpeciesType, censusTable(), "species"},
+        {copiedCensusesType, speciesTable(), "censuses"},
+        {copiedSpeciesType, speciesTable(), "damaged"},
+        {copiedCensusesType, censusTable(), "damaged"},
+    };
+    for (const auto& row : rows) {
+        auto* data = new QMimeData;
+        data->setText("Acer\t7");
+        data->setData(row.type, "zorvel records 1\nCT");
+        QApplication::clipboard()->setMimeData(data);
+        row.target.setFocus();
+        trigger("paste");
+        EXPECT_TRUE(message().contains(row.told)) << message().toStdString();
+        EXPECT_TRUE(isUntouched()) << row.told;
+    }
+}
+
+TEST_F(PasteTest, WhatIsTooMuchToCopyIsNotCut) {
+    const SharedText notes(std::string(longestCopy, 'n'));
+    context().setNotes(census(), notes);
+    context().announceChanges();
+    QApplication::clipboard()->setText("before");
+    censusTable().setFocus();
+    trigger("cut");
+    EXPECT_EQ(context().censusCount(), 2U);
+    EXPECT_EQ(QApplication::clipboard()->text(), "before");
+    EXPECT_TRUE(message().startsWith("Nothing was copied: ")) << message().toStdString();
 }
 
 TEST_F(PasteTest, CutIsCopyAndDeleteInOneStep) {

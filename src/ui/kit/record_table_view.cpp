@@ -9,6 +9,7 @@
 #include <QItemSelectionModel>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QMimeData>
 #include <QPainter>
 #include <QResizeEvent>
 #include <QScrollBar>
@@ -218,9 +219,18 @@ QString RecordTableView::selectedText() const {
     return lines.join('\n');
 }
 
-void RecordTableView::copySelection() const {
-    const QString text = selectedText();
-    if (!text.isEmpty()) QApplication::clipboard()->setText(text);
+bool RecordTableView::copySelection() {
+    QModelIndexList cells;
+    for (const int row : selectedRows()) cells.append(model()->index(row, 0));
+    if (cells.isEmpty()) return false;
+    QMimeData* copy = model()->mimeData(cells);
+    if (copy == nullptr) {
+        emit copyRefused();
+        return false;
+    }
+    copy->setText(selectedText());
+    QApplication::clipboard()->setMimeData(copy);
+    return true;
 }
 
 void RecordTableView::initViewItemOption(QStyleOptionViewItem* option) const {

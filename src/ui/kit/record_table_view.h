@@ -20,8 +20,9 @@ class RecordTableView : public QTableView {
     // The selected rows from top to bottom, a line each, cells between tabs, as a spreadsheet takes
     // them: values as they are stored, however long; empty without one.
     [[nodiscard]] QString selectedText() const;
-    // To the clipboard; leaves the clipboard alone where nothing is selected.
-    void copySelection() const;
+    // To the clipboard, beside what the model makes of these rows for this program. False, and the
+    // clipboard stays as it is, where nothing is selected or the model cannot copy so much.
+    bool copySelection();
 
     // The selected rows, ascending.
     [[nodiscard]] std::vector<int> selectedRows() const;
@@ -44,6 +45,7 @@ class RecordTableView : public QTableView {
     // The Delete or Backspace key, outside an editor.
     void deleteRequested();
     void cutRequested();
+    void copyRefused();
     void pasteRequested();
     // The Insert key or Ctrl+Return, or Tab past the last row.
     void addRowRequested();

@@ -5,6 +5,7 @@
 
 #include "model/edits.h"
 #include "ui/kit/shown_text.h"
+#include "ui/main/clipboard_rows.h"
 #include "ui/main/natural_order.h"
 #include "ui/main/shared_name_texts.h"
 
@@ -207,6 +208,16 @@ Qt::ItemFlags CensusTableModel::flags(const QModelIndex& index) const {
     const bool editable = index.isValid() && index.column() == nameColumn &&
                           isNameEditable(blockAt(index.row()).attributes.name);
     return editable ? flags | Qt::ItemIsEditable : flags;
+}
+
+QMimeData* CensusTableModel::mimeData(const QModelIndexList& rows) const {
+    RecordCopy copy;
+    for (const QModelIndex& row : rows) {
+        const CensusBlock& census = blockAt(row.row());
+        copy.addCensus(census.attributes);
+        copy.addTaxa(census);
+    }
+    return mimeDataOf(copy, copiedCensusesType).release();
 }
 
 QVariant CensusTableModel::headerData(int section, Qt::Orientation orientation, int role) const {

@@ -1,11 +1,12 @@
 // How the main view moves rows by way of the clipboard.
 #include <QApplication>
 #include <QClipboard>
+#include <QMimeData>
 
 #include "store/undo_step.h"
 #include "ui/main/census_table_model.h"
+#include "ui/main/clipboard_rows.h"
 #include "ui/main/main_view_controller.h"
-#include "ui/main/pasting.h"
 #include "ui/main/species_table_model.h"
 #include "ui_main_view.h"
 
@@ -17,9 +18,8 @@ const char pasteMessage[] = "paste";  // name of the message in the strip
 
 }  // namespace
 
-void MainViewController::cutRows(const RecordTableView& table) {
-    if (!commitEditing() || table.selectedRows().empty()) return;
-    table.copySelection();
+void MainViewController::cutRows(RecordTableView& table) {
+    if (!commitEditing() || !table.copySelection()) return;
     const UndoStep step(document_.objectContext(), "Cut");
     &table == ui_->censusTable ? deleteCensusRows() : deleteSpeciesRows();
 }
@@ -28,10 +28,12 @@ void MainViewController::pasteRows(RecordTableView& table) {
     if (!commitEditing()) return;
     ui_->messageStrip->withdraw(pasteMessage);
     ObjectContext& context = document_.objectContext();
-    const QString text = QApplication::clipboard()->text();
+    const QMimeData nothing;
+    const QMimeData* held = QApplication::clipboard()->mimeData();
+    if (held == nullptr) held = &nothing;
     const bool censuses = &table == ui_->censusTable;
-    const PasteOutcome outcome = censuses ? pasteCensusRows(context, text)
-                                          : pasteSpeciesRows(context, selectedCensus(), text);
+    const PasteOutcome outcome = censuses ? pasteCensusRows(context, *held)
+                                          : pasteSpeciesRows(context, selectedCensus(), *held);
     if (!outcome.problem.isEmpty()) {
         ui_->messageStrip->setMessage(pasteMessage, outcome.problem);
         return;
@@ -40,6 +42,7 @@ void MainViewController::pasteRows(RecordTableView& table) {
     const std::vector<int> rows = censuses ? censusModel_->rowsOfCensuses(outcome.records)
                                            : speciesModel_->rowsOfTaxa(outcome.records);
     if (!rows.empty()) table.selectRows(rows);
+    table.setFocus();
 }
 
 }  // namespace zorvel

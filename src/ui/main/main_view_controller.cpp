@@ -102,6 +102,9 @@ void MainViewController::setUpButtons() {
     for (RecordTableView* table : {static_cast<RecordTableView*>(ui_->censusTable),
                                    static_cast<RecordTableView*>(ui_->speciesTable)}) {
         connect(table, &RecordTableView::cutRequested, this, [this, table] { cutRows(*table); });
+        connect(table, &RecordTableView::copyRefused, this, [this] {
+            showMessage(tr("Nothing was copied: it is too much to be pasted; select fewer rows."));
+        });
         connect(table, &RecordTableView::pasteRequested, this,
                 [this, table] { pasteRows(*table); });
     }

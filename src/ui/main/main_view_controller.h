@@ -69,7 +69,7 @@ class MainViewController : public QWidget, public MainView {
 
     // Rows of one of the tables, by way of the clipboard. What is pasted is selected and in sight;
     // the strip says why where nothing could be pasted.
-    void cutRows(const RecordTableView& table);
+    void cutRows(RecordTableView& table);
     void pasteRows(RecordTableView& table);
     // The search field takes the focus.
     void findSpecies();

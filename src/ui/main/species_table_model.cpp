@@ -6,6 +6,7 @@
 #include "model/edits.h"
 #include "model/typed_values.h"
 #include "ui/main/census_table_model.h"
+#include "ui/main/clipboard_rows.h"
 #include "ui/main/natural_order.h"
 #include "ui/main/shared_name_texts.h"
 
@@ -235,6 +236,13 @@ Qt::ItemFlags SpeciesTableModel::flags(const QModelIndex& index) const {
     const bool editable =
         index.column() == abundanceColumn || isNameEditable(valuesAt(index.row()).name);
     return editable ? flags | Qt::ItemIsEditable : flags;
+}
+
+QMimeData* SpeciesTableModel::mimeData(const QModelIndexList& rows) const {
+    RecordCopy copy;
+    copy.addCensus({});
+    for (const QModelIndex& row : rows) copy.addTaxon(valuesAt(row.row()));
+    return mimeDataOf(copy, copiedSpeciesType).release();
 }
 
 QVariant SpeciesTableModel::headerData(int section, Qt::Orientation orientation, int role) const {

@@ -54,6 +54,8 @@ class SpeciesTableModel : public OrderedTableModel {
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
     bool setData(const QModelIndex& index, const QVariant& value, int role) override;
     [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
+    // The taxa whole, for pasting.
+    [[nodiscard]] QMimeData* mimeData(const QModelIndexList& rows) const override;
     [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation,
                                       int role) const override;
 

@@ -1,0 +1,38 @@
+// Rows of the tables on the clipboard. Beside the text for other programs it holds the records
+// whole, for this program, in whatever window or run of it. They are put into a project all of
+// them, as one step of undo, or none and a sentence that says why: the clipboard may hold anything
+// at all. Main thread.
+#pragma once
+
+#include <QMimeData>
+#include <QString>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "model/copied_records.h"
+#include "store/object_context.h"
+
+namespace zorvel {
+
+// What the clipboard calls the bytes of copied_records.h.
+inline constexpr char copiedCensusesType[] = "application/x-zorvel-censuses";
+inline constexpr char copiedSpeciesType[] = "application/x-zorvel-species";
+
+// Null where there is more than can be pasted.
+std::unique_ptr<QMimeData> mimeDataOf(RecordCopy& copy, const char* type);
+
+bool clipboardHoldsCensuses();
+
+struct PasteOutcome {
+    std::vector<RecordId> records;  // the new ones, ascending
+    QString problem;                // empty where there are records
+};
+
+// At the end of the census: whole records, or names and abundances from a text.
+PasteOutcome pasteSpeciesRows(ObjectContext& context, const std::optional<Census>& census,
+                              const QMimeData& data);
+// At the end of the project: whole censuses, or new ones with names from a text.
+PasteOutcome pasteCensusRows(ObjectContext& context, const QMimeData& data);
+
+}  // namespace zorvel
