@@ -2,6 +2,7 @@
 #include "base/text.h"
 #include "fuzz/fuzz_input.h"
 #include "interchange/file_kind.h"
+#include "interchange/separator_guess.h"
 #include "interchange/text_file.h"
 
 using namespace zorvel;
@@ -18,5 +19,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::size_t mark = bytes.starts_with("\xEF\xBB\xBF") ? 3 : 0;
     promise(!firstInvalidUtf8(text.value()) && bytes.substr(mark) == text.value());
     guessFileKind(text.value());
+    foreignSeparator(text.value());
+    promise(!firstInvalidUtf8(terminalLine(bytes)));
     return 0;
 }
