@@ -45,6 +45,10 @@ const char* fileTroubleText(FileTrouble trouble) {
         case FileTrouble::noLocks:
             return "The disk or network drive of the file does not lock files, so it cannot be "
                    "used safely there. Save or copy it to another disk.";
+        case FileTrouble::noRoom:
+            return "The records of the project have numbers so high that no further ones could be "
+                   "stored, so changes cannot be saved in it. Copy its censuses into a new "
+                   "project.";
         case FileTrouble::readOnlyFile:
             return "The file may be read but not changed, so changes cannot be saved in it. Save "
                    "a copy under another name, or change its permissions.";

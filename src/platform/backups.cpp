@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "platform/file_names.h"
-#include "platform/leftovers.h"
+#include "store/replacement_file.h"
 
 namespace zorvel {
 
@@ -77,7 +77,7 @@ std::optional<FileProblem> makeBackup(ProjectFile& file, const BackupOrder& orde
         freePath(folder, name + " " + QDateTime::currentDateTime().toString(timeFormat));
     if (auto problem = file.copyTo(QFile::encodeName(path).toStdString())) return problem;
     prune(folder, name, QFileInfo(path).absoluteFilePath());
-    deleteLeftovers(folder);
+    removeUnfinishedFiles(QFile::encodeName(folder).toStdString());
     return std::nullopt;
 }
 

@@ -8,7 +8,7 @@
 #include "platform/file_names.h"
 #include "platform/file_reading.h"
 #include "platform/job_queue.h"
-#include "platform/leftovers.h"
+#include "store/replacement_file.h"
 
 namespace zorvel {
 
@@ -39,7 +39,7 @@ void DocumentController::recover() {
     jobs_.start(
         this,
         [folder = untitled_.path()] {
-            deleteLeftovers(folder);
+            removeUnfinishedFiles(encodedPath(folder));
             return UntitledFolder::names(folder);
         },
         [this](const QStringList& names) {

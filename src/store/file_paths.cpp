@@ -33,7 +33,8 @@ bool isFolderWritable(const std::string& folder) {
 }
 
 std::string temporaryBeside(const std::string& path) {
-    return folderOf(path) + "/.zorvel-" + randomHexadecimal(8) + ".tmp";
+    return folderOf(path) + "/" + std::string(temporaryStart) + randomHexadecimal(8) +
+           std::string(temporaryEnd);
 }
 
 void syncFolder(const std::string& folder, int descriptor) {

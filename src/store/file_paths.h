@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 namespace zorvel {
 
@@ -13,7 +14,9 @@ std::string folderOf(const std::string& path);
 
 bool isFolderWritable(const std::string& folder);
 
-// A name that no file has, in the same folder as path.
+// A name that no file has, in the same folder as path, with this start and end.
+inline constexpr std::string_view temporaryStart = ".zorvel-";
+inline constexpr std::string_view temporaryEnd = ".tmp";
 std::string temporaryBeside(const std::string& path);
 
 // Makes a rename safe on the disk. descriptor: of a file in the folder, through which all of its

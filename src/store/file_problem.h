@@ -22,6 +22,7 @@ enum class FileTrouble {
     heldElsewhere,     // open in another running Zorvel
     busy,              // another program is reading or writing it just now
     noLocks,           // its disk cannot lock files, so that two programs might write at once
+    noRoom,            // its identities are so high that new ones might not be read again
     readOnlyFile,      // may be read but not written
     readOnlyFolder,    // its folder takes no new file, so it cannot be written safely
     noPermission,      // may not even be read

@@ -12,12 +12,12 @@ bool NameColumn::add(std::int64_t id, std::string_view text) {
 }
 
 const SharedText* NameColumn::use(std::int64_t id) {
-    if (rows_.empty()) return nullptr;
+    if (rows_.empty() || id < rows_.front().id) return nullptr;
     // Most numbers are in use, so that the row is at or shortly before the place that it would
     // have if all were.
     const std::int64_t first = rows_.front().id;
     const auto size = static_cast<std::int64_t>(rows_.size());
-    auto row = rows_.begin() + std::clamp<std::int64_t>(id - first, 0, size - 1);
+    auto row = rows_.begin() + std::min(id - first, size - 1);
     if (row->id != id) {
         row = std::lower_bound(rows_.begin(), rows_.end(), id,
                                [](const Row& a, std::int64_t wanted) { return a.id < wanted; });

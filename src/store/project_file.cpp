@@ -110,6 +110,7 @@ FileResult<std::unique_ptr<ProjectFile>> ProjectFile::open(const std::string& pa
         parts->options = options;
         parts->hold();
         const int version = checkHeader(parts->handle->start(headerSize));
+        if (!parts->notWritable) removeUnfinishedFiles(folderOf(parts->resolved));
         parts->recover();
         parts->connect();
         checkDatabase(*parts->connection, version);
@@ -184,6 +185,9 @@ void ProjectFile::Parts::load(ProjectRecords& records) {
     stamp = fileStamp(resolved);
     written = {std::move(project.row), project.records.censuses, changesOfFile()};
     transaction.commit();
+    if (!notWritable && project.highestId > highestNumber / 2) {
+        notWritable = FileProblem{FileTrouble::noRoom, std::to_string(project.highestId), 0};
+    }
     if (!notWritable) writer.emplace(*connection, std::move(project.names));
     records = std::move(project.records);
 }
@@ -240,7 +244,8 @@ void ProjectFile::Parts::write(Blocks blocks) {
     settleAttempt();
     const ChangeSet changes = changesBetween(written.blocks, blocks);
     if (changes.empty() && safe) return;
-    WrittenState next{{written.row.identity, written.row.generation + 1, randomInteger()},
+    const std::int64_t generation = written.row.generation % highestNumber + 1;
+    WrittenState next{{written.row.identity, generation, randomInteger()},
                       std::move(blocks),
                       written.changes + 1};
     stamp.reset();
@@ -278,6 +283,7 @@ void ProjectFile::Parts::checkCopy(Connection& copy) const {
 std::optional<FileProblem> ProjectFile::copyTo(const std::string& path) {
     return guarded([&] {
         ReplacementFile file(resolvedPath(path), parts_->options.vfs);
+        file.adoptPermissions(*parts_->handle, S_IRUSR | S_IWUSR);
         {
             Connection copy(file.temporaryPath(), Connection::Access::build, parts_->options.vfs);
             parts_->connection->forgetPages();

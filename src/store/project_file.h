@@ -68,12 +68,14 @@ class ProjectFile {
     // again, with the same state or a later one. Safe on the disk when it returns nothing.
     std::optional<FileProblem> write(const std::shared_ptr<const ObjectContext>& state);
 
-    // A copy of the file as it was last written, whole or not at all, under a new name.
+    // A copy of the file as it was last written, whole or not at all, under a new name, with the
+    // same permissions.
     std::optional<FileProblem> copyTo(const std::string& path);
 
     [[nodiscard]] const std::string& path() const;
     [[nodiscard]] FileIdentity identity() const;
-    // False for a file, or a folder, that may not be written, with the reason.
+    // False for a file, or a folder, that may not be written, and, after load(), for a file without
+    // room for new records, with the reason.
     [[nodiscard]] bool canWrite() const;
     [[nodiscard]] std::optional<FileProblem> whyNotWritable() const;
     // Of the project, whatever its file is called; letters, digits and dashes.

@@ -25,8 +25,9 @@ void upgrade(Connection& copy, int version) {
     transaction.commit();
 }
 
-void keepOld(Connection& old, const std::string& path, const char* vfs) {
+void keepOld(Connection& old, const FileHandle& held, const std::string& path, const char* vfs) {
     ReplacementFile file(path, vfs);
+    file.adoptPermissions(held);
     {
         Connection copy(file.temporaryPath(), Connection::Access::build, vfs);
         old.copyPagesTo(copy);
@@ -54,13 +55,14 @@ std::unique_ptr<FileHandle> upgradeFile(const std::string& path, std::unique_ptr
                                         std::unique_ptr<Connection> old, int version,
                                         const char* vfs) {
     const std::string kept = keptOldPath(path, version);
+    const FileHandle& heldOld = *held;
     ReplacementFile file(path, vfs, std::move(held));
     {
         Connection copy(file.temporaryPath(), Connection::Access::build, vfs);
         old->copyPagesTo(copy);
         upgrade(copy, version);
     }
-    keepOld(*old, kept, vfs);
+    keepOld(*old, heldOld, kept, vfs);
     old.reset();
     try {
         return file.takePlace();

@@ -15,9 +15,6 @@
 namespace zorvel {
 namespace {
 
-// Identities leave room for as many new ones.
-constexpr std::int64_t highestId = (std::int64_t{1} << 62) - 1;
-
 // The rows of one table, in the order of their identities, which are in column 0.
 class Rows {
   public:
@@ -29,7 +26,7 @@ class Rows {
         sqlite3_value* cell = statement_.value(0);
         if (sqlite3_value_type(cell) != SQLITE_INTEGER) complain("id", "is no integer");
         const std::int64_t id = sqlite3_value_int64(cell);
-        if (id <= id_ || id > highestId) complain("id", "is out of range or order");
+        if (id <= id_ || id > highestNumber) complain("id", "is out of range or order");
         id_ = id;
         return true;
     }
@@ -91,18 +88,18 @@ std::optional<TimeStamp> timeStampOf(Rows& rows, int column) {
     return TimeStamp(std::chrono::microseconds(rows.integer(column, "time_stamp")));
 }
 
-NameColumn readNames(Connection& connection) {
-    NameColumn names;
+// Each of these returns the highest identity of its table.
+std::int64_t readNames(Connection& connection, NameColumn& names) {
     Rows rows(connection, "name", "SELECT id, text FROM name ORDER BY id");
     while (rows.next()) {
         if (!names.add(rows.id(), rows.text(1, "text"))) {
             rows.complain("text", "stands in another row too");
         }
     }
-    return names;
+    return rows.id();
 }
 
-void readCensuses(Connection& connection, NameColumn& names, BlockBuilder& blocks) {
+std::int64_t readCensuses(Connection& connection, NameColumn& names, BlockBuilder& blocks) {
     Rows rows(connection, "census",
               "SELECT id, name, latitude, longitude, notes, time_stamp FROM census ORDER BY id");
     while (rows.next()) {
@@ -114,9 +111,10 @@ void readCensuses(Connection& connection, NameColumn& names, BlockBuilder& block
         attributes.timeStamp = timeStampOf(rows, 5);
         blocks.addCensus(static_cast<RecordId>(rows.id()), std::move(attributes));
     }
+    return rows.id();
 }
 
-void readTaxa(Connection& connection, NameColumn& names, BlockBuilder& blocks) {
+std::int64_t readTaxa(Connection& connection, NameColumn& names, BlockBuilder& blocks) {
     Rows rows(connection, "taxon",
               "SELECT id, census, name, abundance, include FROM taxon ORDER BY id");
     while (rows.next()) {
@@ -137,6 +135,7 @@ void readTaxa(Connection& connection, NameColumn& names, BlockBuilder& blocks) {
             rows.complain("census", "is no row of the table census");
         }
     }
+    return rows.id();
 }
 
 // Files are named after it, so that it must be no path.
@@ -157,8 +156,7 @@ ProjectRow readProjectRow(Connection& connection) {
     row.identity = rows.text(1, "identity");
     if (!isProjectIdentity(row.identity)) rows.complain("identity", "is not a plain word");
     row.generation = rows.integer(2, "generation");
-    // Each write counts on, so that there must be room.
-    if (row.generation < 1 || row.generation > highestId) {
+    if (row.generation < 1 || row.generation > highestNumber) {
         rows.complain("generation", "is out of range");
     }
     row.token = rows.integer(3, "token");
@@ -169,10 +167,13 @@ ProjectRow readProjectRow(Connection& connection) {
 ReadProject readProject(Connection& connection) {
     ReadProject project;
     project.row = readProjectRow(connection);
-    NameColumn names = readNames(connection);
+    NameColumn names;
     BlockBuilder blocks;
-    readCensuses(connection, names, blocks);
-    readTaxa(connection, names, blocks);
+    for (const std::int64_t highest :
+         {readNames(connection, names), readCensuses(connection, names, blocks),
+          readTaxa(connection, names, blocks)}) {
+        project.highestId = std::max(project.highestId, highest);
+    }
     project.records.censuses = blocks.take();
     project.names = names.ledger();
     project.records.names = names.all();

@@ -11,6 +11,9 @@
 
 namespace zorvel {
 
+// Of identities and generations. Above half of it, a project gets no new records.
+inline constexpr std::int64_t highestNumber = (std::int64_t{1} << 62) - 1;
+
 // The one row of the table project.
 struct ProjectRow {
     std::string identity;
@@ -25,6 +28,7 @@ struct ReadProject {
     ProjectRow row;
     ProjectRecords records;
     NameLedger names;
+    std::int64_t highestId = 0;  // of all tables
 };
 
 // In the transaction that is open.

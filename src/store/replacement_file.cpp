@@ -4,6 +4,8 @@
 #include <unistd.h>
 
 #include <cstdio>
+#include <ctime>
+#include <filesystem>
 #include <utility>
 
 #include "store/companion_files.h"
@@ -34,6 +36,21 @@ std::unique_ptr<FileHandle> heldForReplacement(const std::string& path,
     return held;
 }
 
+// Whether nobody can be at work on it, if nobody has marked it.
+bool isUnfinished(const std::string& path) {
+    constexpr std::time_t day = 86400;
+    const std::string name = std::filesystem::path(path).filename();
+    struct stat status {};
+    if (!name.starts_with(temporaryStart) || !name.ends_with(temporaryEnd) ||
+        lstat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) {
+        return false;
+    }
+    if (status.st_mtime < std::time(nullptr) - day) return true;
+    // One of no bytes may be just about to be marked; exported texts, which have a further dash in
+    // their names, bear no mark.
+    return status.st_size > 0 && name.find('-', temporaryStart.size()) == std::string::npos;
+}
+
 }  // namespace
 
 ReplacementFile::ReplacementFile(const std::string& path, const char* vfs, Place place)
@@ -49,7 +66,7 @@ ReplacementFile::ReplacementFile(std::string path, const char* vfs,
       replaced_(std::move(replaced)),
       handle_(FileHandle::create(temporary_, newFileMode)) {
     try {
-        adoptPermissions();
+        if (replaced_) adoptPermissions(*replaced_);
     } catch (...) {
         unlink(temporary_.c_str());
         throw;
@@ -60,13 +77,12 @@ ReplacementFile::~ReplacementFile() {
     if (!placed_) unlink(temporary_.c_str());
 }
 
-void ReplacementFile::adoptPermissions() {
-    if (!replaced_) return;
+void ReplacementFile::adoptPermissions(const FileHandle& from, mode_t more) {
     struct stat status {};
-    if (fstat(replaced_->descriptor(), &status) != 0) failWithErrno(errno, "look at the file");
+    if (fstat(from.descriptor(), &status) != 0) failWithErrno(errno, "look at the file");
     // Only the super-user may give a file away; for others it stays theirs.
     if (fchown(handle_->descriptor(), status.st_uid, status.st_gid) != 0) errno = 0;
-    if (fchmod(handle_->descriptor(), status.st_mode & 07777U) != 0) {
+    if (fchmod(handle_->descriptor(), (status.st_mode & 07777U) | more) != 0) {
         failWithErrno(errno, "set the permissions");
     }
 }
@@ -109,6 +125,20 @@ std::unique_ptr<FileHandle> ReplacementFile::takePlace() {
     placed_ = true;
     syncFolder(folderOf(path_), handle_->descriptor());
     return std::move(handle_);
+}
+
+void removeUnfinishedFiles(const std::string& folder) {
+    guarded([&] {
+        for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+            const std::string path = entry.path();
+            guarded([&] {
+                if (isUnfinished(path) &&
+                    FileHandle::open(path, FileHandle::Use::write)->isMarked()) {
+                    unlink(path.c_str());
+                }
+            });
+        }
+    });
 }
 
 }  // namespace zorvel

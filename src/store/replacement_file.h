@@ -26,6 +26,9 @@ class ReplacementFile {
     ReplacementFile(const ReplacementFile&) = delete;
     ReplacementFile& operator=(const ReplacementFile&) = delete;
 
+    // Those of another file, before it is filled. more: permissions added to them.
+    void adoptPermissions(const FileHandle& from, mode_t more = 0);
+
     [[nodiscard]] const std::string& temporaryPath() const { return temporary_; }
 
     // Takes the path. The handle of the new file, marked as open. It has its place already where
@@ -33,7 +36,6 @@ class ReplacementFile {
     std::unique_ptr<FileHandle> takePlace();
 
   private:
-    void adoptPermissions();
     void clearCompanions();
     [[nodiscard]] int move() const;
 
@@ -45,5 +47,9 @@ class ReplacementFile {
     std::unique_ptr<FileHandle> handle_;
     bool placed_ = false;
 };
+
+// Removes what killed programs have left in a folder of files that they had not finished: what no
+// running program has marked as its own, or nobody has touched for a day.
+void removeUnfinishedFiles(const std::string& folder);
 
 }  // namespace zorvel

@@ -186,6 +186,10 @@ const AlteredRow valueRows[] = {
     {"NameIsABlob", "UPDATE name SET text = x'41'", FileTrouble::damaged},
     {"NameStandsTwice", "INSERT INTO name SELECT max(id) + 1, min(text) FROM name",
      FileTrouble::damaged},
+    {"CensusIsTheLowestNumber", "UPDATE taxon SET census = -9223372036854775807 - 1",
+     FileTrouble::damaged},
+    {"NameOfTaxonIsTheLowestNumber", "UPDATE taxon SET name = -9223372036854775807 - 1",
+     FileTrouble::damaged},
     {"CensusIsMissing", "UPDATE taxon SET census = 987654", FileTrouble::damaged},
     {"CensusIsAText", "UPDATE taxon SET census = 'North'", FileTrouble::damaged},
     {"CensusOfTaxonIsNegative", "UPDATE taxon SET census = -1", FileTrouble::damaged},
@@ -323,10 +327,7 @@ class StrangeCompanions : public HostileFiles {
         HostileFiles::SetUp();
         {
             PlainDatabase writing(path("project.zorvel"));
-            writing.run(
-                "PRAGMA cache_size=4; BEGIN; CREATE TABLE big(a);"
-                "INSERT INTO big WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n"
-                " WHERE i < 2000) SELECT zeroblob(100) FROM n");
+            writing.run(largeWrite);
             half_ = bytesOf("project.zorvel");
             journal_ = bytesOf("project.zorvel-journal");
         }

@@ -5,6 +5,7 @@
 #include <sys/un.h>
 
 #include <array>
+#include <chrono>
 #include <cstdio>
 #include <functional>
 
@@ -37,6 +38,20 @@ class ProjectPlace : public ProjectFileTest {
     void setTime(timespec modified) const {
         const timespec times[] = {modified, modified};
         EXPECT_EQ(utimensat(AT_FDCWD, path("p.zorvel").c_str(), times, 0), 0);
+    }
+    // A program is killed while it writes.
+    void leaveHotJournal() {
+        file_.reset();
+        std::string half;
+        std::string journal;
+        {
+            PlainDatabase writing(path("p.zorvel"));
+            writing.run(largeWrite);
+            half = bytesOf("p.zorvel");
+            journal = bytesOf("p.zorvel-journal");
+        }
+        put("p.zorvel", half);
+        put("p.zorvel-journal", journal);
     }
     int write() { return numberOf(file_->write(edited())); }
     // What another process sees of the locks on a byte of the file.
@@ -103,11 +118,7 @@ TEST_F(ProjectPlace, ReadingTheFileAsideKeepsTheLocksOfAWrite) {
     };
     const std::string before = bytesOf("p.zorvel");
     PlainDatabase writing(path("p.zorvel"));
-    // So large that pages of it reach the file before its end.
-    writing.run(
-        "PRAGMA cache_size=4; BEGIN IMMEDIATE; CREATE TABLE big(a);"
-        "INSERT INTO big WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n"
-        " WHERE i < 2000) SELECT zeroblob(100) FROM n");
+    writing.run(largeWrite);
     ASSERT_NE(bytesOf("p.zorvel"), before);
     const std::string journal = bytesOf("p.zorvel-journal");
     EXPECT_EQ(numberOf(ProjectFile::open(path("p.zorvel"), {true, nullptr}).problem()),
@@ -224,16 +235,9 @@ TEST_F(ProjectPlace, ReplacingKeepsPermissionsAndFollowsLinks) {
 
 // The journal of another file's cut-off write must not be played back into the new file.
 TEST_F(ProjectPlace, JournalLeftBesideThePathIsNotForTheNewFile) {
-    std::string journal;
-    {
-        PlainDatabase writing(path("p.zorvel"));
-        writing.run(
-            "PRAGMA cache_size=1; BEGIN; UPDATE taxon SET abundance = 99;"
-            "CREATE TABLE big(a); INSERT INTO big SELECT zeroblob(100000);");
-        journal = bytesOf("p.zorvel-journal");
-    }
+    leaveHotJournal();
+    const std::string journal = bytesOf("p.zorvel-journal");
     ASSERT_GT(journal.size(), 512U);
-    file_.reset();
     for (const char* name : {"p.zorvel", "new.zorvel"}) {
         SCOPED_TRACE(name);
         put(std::string(name) + "-journal", journal);
@@ -267,6 +271,53 @@ TEST_F(ProjectPlace, WhatIsNoFileIsNotOpened) {
               numberOf(FileTrouble::notFound));
     EXPECT_EQ(entries(), before);
     close(listening);
+}
+
+TEST_F(ProjectPlace, CopiesHaveThePermissionsOfTheProject) {
+    for (const unsigned mode : {0600U, 0640U, 0666U}) {
+        fs::permissions(path("p.zorvel"), fs::perms(mode));
+        EXPECT_FALSE(file_->copyTo(path("copy.zorvel")));
+        EXPECT_EQ(modeOf("copy.zorvel"), mode);
+    }
+}
+
+// What programs that were killed have left of files that they were making.
+TEST_F(ProjectPlace, UnfinishedFilesGoWhenAProjectIsOpened) {
+    const struct {
+        std::string name;
+        const char* bytes;
+        bool old;
+        bool stays;
+    } rows[] = {
+        {".zorvel-0123456789abcdef.tmp", "half", false, false},
+        {".zorvel-1123456789abcdef.tmp", "", false, true},
+        {".zorvel-2123456789abcdef.tmp", "", true, false},
+        {".zorvel-4711-0.tmp", "text", false, true},
+        {".zorvel-4712-0.tmp", "text", true, false},
+        {".other-0123456789abcdef.tmp", "half", true, true},
+    };
+    for (const auto& row : rows) {
+        put(row.name, row.bytes);
+        const auto time = fs::last_write_time(path(row.name));
+        if (row.old) fs::last_write_time(path(row.name), time - std::chrono::hours(25));
+    }
+    ASSERT_EQ(rename(path("p.zorvel").c_str(), path(".zorvel-3123456789abcdef.tmp").c_str()), 0);
+    created(path("q.zorvel"), context_);
+    EXPECT_EQ(troubleOf(path("q.zorvel")), -1);
+    EXPECT_TRUE(fs::exists(path(".zorvel-3123456789abcdef.tmp"))) << "it is in use";
+    for (const auto& row : rows) EXPECT_EQ(fs::exists(path(row.name)), row.stays) << row.name;
+}
+
+// It cannot be undone there, and what is there is half of it.
+TEST_F(ProjectPlace, CutOffWriteInAFolderThatMayNotBeWritten) {
+    leaveHotJournal();
+    for (const char* name : {"p.zorvel", "p.zorvel-journal"}) {
+        fs::permissions(path(name), fs::perms(0444));
+    }
+    fs::permissions(folder_, fs::perms(0755));
+    ChildProcess other([this] { return word(troubleOf(path("p.zorvel"))); }, true);
+    EXPECT_EQ(other.word(), word(numberOf(FileTrouble::interruptedWrite)));
+    EXPECT_EQ(troubleOf(path("p.zorvel")), -1) << "by the super-user";
 }
 
 struct Rights {

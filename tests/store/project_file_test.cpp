@@ -8,6 +8,7 @@
 
 #include "store/context_state.h"
 #include "tests/store/project_file_support.h"
+#include "tests/support/plain_sqlite.h"
 
 namespace zorvel {
 namespace {
@@ -71,6 +72,39 @@ TEST_F(ProjectFileTest, ExtremesComeBackWhicheverWayTheyWereWritten) {
     ASSERT_FALSE(file->copyTo(path("copied.zorvel")));
     expectHolds(path("copied.zorvel"), context);
     EXPECT_EQ(entries(), 3U);
+}
+
+// What is written can be read again, or nothing is written.
+TEST_F(ProjectFileTest, NumbersNearTheirLimits) {
+    const int fine = -1;
+    const int noRoom = numberOf(FileTrouble::noRoom);
+    const struct {
+        const char* sql;
+        int trouble;
+    } rows[] = {
+        {"UPDATE project SET generation = 4611686018427387903", fine},
+        {"INSERT INTO census(id) VALUES(2305843009213693951)", fine},
+        {"INSERT INTO census(id) VALUES(2305843009213693952)", noRoom},
+        {"UPDATE taxon SET id = 4611686018427387903", noRoom},
+        {"UPDATE name SET id = 4611686018427387903; UPDATE taxon SET name = 4611686018427387903",
+         noRoom},
+    };
+    ObjectContext start;
+    start.insertCensus({}, {{"Abies alba", 1, true}});
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.sql);
+        created(path("p.zorvel"), start);
+        PlainDatabase(path("p.zorvel")).run(row.sql);
+        const std::string before = bytesOf("p.zorvel");
+        Opened found = opened(path("p.zorvel"));
+        EXPECT_EQ(numberOf(found.file->whyNotWritable()), row.trouble);
+        ObjectContext context;
+        context.adopt(found.records);
+        context.insertCensus({}, {{"Zea mays", 1, true}});
+        EXPECT_EQ(numberOf(found.file->write(context.frozenCopy())), row.trouble);
+        EXPECT_EQ(bytesOf("p.zorvel") == before, row.trouble != fine);
+        if (row.trouble == fine) expectHolds(path("p.zorvel"), context);
+    }
 }
 
 TEST_F(ProjectFileTest, RecordsOfALoadAreTheirContextsAndAreWrittenOn) {

@@ -8,6 +8,12 @@
 
 namespace zorvel {
 
+// Begins a write so large that pages of it reach the file before its end.
+inline const char* const largeWrite =
+    "PRAGMA cache_size=4; BEGIN IMMEDIATE; CREATE TABLE big(a);"
+    "INSERT INTO big WITH RECURSIVE n(i) AS (SELECT 1 UNION ALL SELECT i + 1 FROM n"
+    " WHERE i < 2000) SELECT zeroblob(100) FROM n";
+
 class PlainDatabase {
   public:
     explicit PlainDatabase(const std::string& path) {
