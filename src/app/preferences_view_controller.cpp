@@ -13,7 +13,6 @@
 #include "model/typed_preferences.h"
 #include "platform/preferences.h"
 #include "ui/kit/look.h"
-#include "ui/main/details_field.h"
 #include "ui_preferences_view.h"
 
 namespace zorvel {
@@ -47,6 +46,11 @@ PreferencesViewController::PreferencesViewController(ColorPanel& colors, QWidget
 }
 
 PreferencesViewController::~PreferencesViewController() = default;
+
+// The layout would tell the height that its texts need at another width.
+QSize PreferencesViewController::sizeHint() const {
+    return {minimumWidth(), heightForWidth(minimumWidth())};
+}
 
 void PreferencesViewController::viewDidLoad() {
     for (QLabel* heading : {ui_->metricsHeading, ui_->plotHeading}) {
@@ -199,7 +203,7 @@ void PreferencesViewController::showNote(QLineEdit& field, QLabel& line, const Q
     field.setAccessibleDescription(line.text());
     if (note.isEmpty()) return setQuiet(line);
     QPalette colors;
-    colors.setColor(QPalette::WindowText, problemColor(palette()));
+    colors.setColor(QPalette::WindowText, lookColors(palette()).problem);
     line.setPalette(colors);
 }
 

@@ -1,8 +1,12 @@
 #include <QAccessible>
+#include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QScrollArea>
+#include <QSplitter>
 #include <QTest>
+#include <QToolButton>
 #include <functional>
 #include <future>
 
@@ -88,6 +92,49 @@ TEST_F(MainWindowTest, CaptionsAreTheAccessibleNamesOfTheirValues) {
         EXPECT_EQ(interface->text(QAccessible::Name).toStdString(), caption);
         EXPECT_EQ(interface->text(QAccessible::Value).toStdString(), text(key));
         EXPECT_FALSE(interface->text(QAccessible::Description).isEmpty()) << key;
+    }
+}
+
+// However the splitters are dragged.
+TEST_F(MainWindowTest, ASmallWindowKeepsItsToolsAndGivesNamesTheMostRoom) {
+    const QByteArray name(200, 'N');
+    QByteArray text = "," + QByteArray(200, 'T');
+    for (int i = 0; i < 40; ++i) text += ",t" + QByteArray::number(i);
+    open(write("long.csv", text + '\n' + name + QByteArray(",7").repeated(41) + '\n'));
+    auto& splitter = child<QSplitter>("splitter");
+    auto& search = child<QLineEdit>("searchBar");
+    search.setText("t");
+    EXPECT_LE(window->minimumSizeHint().width(), window->minimumWidth());
+    for (const QSize& size : {QSize(780, 420), QSize(1012, 656), QSize(1600, 900)}) {
+        window->resize(size);
+        for (const QList<int>& sizes :
+             {QList{250, 470, 304}, {2000, 1, 1}, {1, 2000, 1}, {1, 1, 2000}}) {
+            splitter.setSizes(sizes);
+            QCoreApplication::processEvents();
+            for (const char* pane : {"censusTitle", "speciesTitle"}) {
+                auto& title = child<QWidget>(pane);
+                const auto parts = title.findChildren<QWidget*>(Qt::FindDirectChildrenOnly);
+                for (const QWidget* part : parts) {
+                    EXPECT_TRUE(title.rect().contains(part->geometry()));
+                    for (const QWidget* other : parts) {
+                        EXPECT_TRUE(part == other ||
+                                    !part->geometry().intersects(other->geometry()))
+                            << part->objectName().toStdString();
+                    }
+                }
+            }
+            const auto signs = search.findChildren<QToolButton*>();
+            EXPECT_EQ(signs.size(), 2);  // to search and to clear
+            for (const QToolButton* sign : signs) {
+                EXPECT_TRUE(sign->isVisible() && search.rect().contains(sign->geometry()));
+            }
+            const QHeaderView& columns = *speciesTable().horizontalHeader();
+            EXPECT_GT(columns.sectionSize(1), columns.sectionSize(2)) << size.width();
+            EXPECT_EQ(columns.length(), speciesTable().viewport()->width());
+            const auto& metrics = child<QWidget>("metricsPanel");
+            EXPECT_LE(metrics.width(), child<QScrollArea>("metricsScroll").viewport()->width());
+            EXPECT_LE(child<QWidget>("metricsHeading").geometry().right(), metrics.width());
+        }
     }
 }
 

@@ -9,6 +9,7 @@
 #include <QVBoxLayout>
 
 #include "ui/kit/card.h"
+#include "ui/kit/elided_label.h"
 #include "ui/kit/look.h"
 #include "ui/kit/spinner.h"
 #include "ui/kit/value_field.h"
@@ -18,7 +19,8 @@ namespace {
 
 constexpr std::size_t largeRows = 2;  // at the head of each group
 constexpr int rowHeight = 30;
-constexpr int valueWidth = 72;
+constexpr int leastValue = 72;
+constexpr int widestValue = 110;
 constexpr int edge = 24;  // around all
 constexpr int gap = 12;   // between cards
 
@@ -65,9 +67,9 @@ class Builder {
         auto* line = new QHBoxLayout;
         line->setSpacing(gap);
         all.addLayout(line);
-        widgets_.heading = plainLabel("projectHeading");
+        widgets_.heading = new ElidedLabel(widgets_.content);
+        widgets_.heading->setObjectName("projectHeading");
         widgets_.heading->setFont(scaledFont(widgets_.content->font(), 1.6, true));
-        widgets_.heading->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
         line->addWidget(widgets_.heading, 1);
         widgets_.spinner = new Spinner(widgets_.content);
         widgets_.spinner->setObjectName("progressIndicator");
@@ -95,14 +97,19 @@ class Builder {
             if (row.group == group) rows.push_back(&row);
         }
         // Where they are all, there is room for one below the other.
-        const bool alone = rows.size() == largeRows;
-        QBoxLayout* large = column;
-        if (!alone) {
-            large = new QHBoxLayout;
+        if (rows.size() == largeRows) {
+            for (const ProjectWideRow* row : rows) column->addWidget(largeCard(*row));
+        } else {
+            auto* large = new QHBoxLayout;
             large->setSpacing(gap);
             column->addLayout(large);
+            for (std::size_t i = 0; i < largeRows; ++i) {
+                Card* card = largeCard(*rows[i]);
+                card->setSizePolicy(QSizePolicy::Preferred,
+                                    QSizePolicy::Preferred);  // of one height
+                large->addWidget(card, 1);
+            }
         }
-        for (std::size_t i = 0; i < largeRows; ++i) large->addWidget(largeCard(*rows[i]), 1);
         rows.erase(rows.begin(), rows.begin() + largeRows);
         if (!rows.empty()) column->addWidget(listCard(rows));
         column->addStretch();
@@ -149,7 +156,9 @@ class Builder {
         for (const ProjectWideRow* row : rows) {
             const CaptionedValue made = addRow(*row, *card);
             made.caption->setMinimumHeight(rowHeight);
-            made.value->setFixedWidth(valueWidth);
+            made.caption->setContentsMargins(0, 6, 0, 6);
+            made.value->setMinimumWidth(leastValue);
+            made.value->setMaximumWidth(widestValue);
             grid->addWidget(made.caption, line, 0);
             grid->addWidget(made.value, line, 1);
             ++line;
@@ -161,6 +170,7 @@ class Builder {
         auto* caption = new QLabel(&card);
         caption->setObjectName(row.label);
         caption->setTextFormat(Qt::PlainText);
+        caption->setWordWrap(true);
         auto* value = new ValueField(&card);
         value->setObjectName(row.value);
         widgets_.rows.push_back({row.explanation, value, caption});
@@ -178,6 +188,7 @@ class Builder {
         auto* label = new QLabel(title, widgets_.content);
         label->setFont(scaledFont(widgets_.content->font(), 1, true));
         label->setMinimumHeight(44);
+        label->setWordWrap(true);
         label->setAlignment(Qt::AlignLeft | Qt::AlignBottom);
         return label;
     }

@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "ui/kit/fitting_size.h"
+
 namespace zorvel {
 
 ProjectWideMetricsWindowController::ProjectWideMetricsWindowController(JobQueue& jobs,
@@ -12,7 +14,7 @@ ProjectWideMetricsWindowController::ProjectWideMetricsWindowController(JobQueue&
     setCentralWidget(viewController_);
     setWindowTitle(viewController_->windowTitle());
     connect(viewController_, &QWidget::windowTitleChanged, this, &QWidget::setWindowTitle);
-    resize(1000, 620);
+    resizeToFit(*this, {1000, 620}, {100, 100});
 }
 
 }  // namespace zorvel

@@ -19,6 +19,7 @@
 #include "ui/analysis/plot_paper.h"
 #include "ui/analysis/rarefaction_view.h"
 #include "ui/kit/alerts.h"
+#include "ui/kit/elided_label.h"
 #include "ui/kit/file_writing.h"
 #include "ui/kit/look.h"
 #include "ui/kit/look_style.h"
@@ -85,7 +86,10 @@ RarefactionViewController::~RarefactionViewController() = default;
 QBoxLayout* RarefactionViewController::headingRows() {
     auto* rows = new QVBoxLayout;
     rows->setSpacing(2);
-    heading_ = addLabel(*rows, "rarefactionSubject", tr("Subject"), this);
+    heading_ = new ElidedLabel(this);
+    heading_->setObjectName("rarefactionSubject");
+    heading_->setAccessibleName(tr("Subject"));
+    rows->addWidget(heading_);
     heading_->setFont(scaledFont(font(), 1.3, true));
     summary_ = addLabel(*rows, "rarefactionSummary", tr("Curve"), this);
     summary_->setForegroundRole(QPalette::PlaceholderText);
@@ -157,7 +161,8 @@ void RarefactionViewController::showTexts() {
     const std::span<const Rarefaction> curve = rarefactionData_
                                                    ? std::span<const Rarefaction>(*rarefactionData_)
                                                    : std::span<const Rarefaction>();
-    heading_->setText(breakable(shortened(subject_, longestSubject)));
+    heading_->setText(shortened(subject_, longestSubject));
+    heading_->setToolTip(heading_->text());
     heading_->setVisible(!subject_.isEmpty());
     summary_->setText(texts_.summary(curve, levelNow()));
     const QString absence = texts_.absence(curve, levelNow());

@@ -1,5 +1,7 @@
 #include "ui/analysis/rarefaction_window_controller.h"
 
+#include "ui/kit/fitting_size.h"
+
 namespace zorvel {
 
 RarefactionWindowController::RarefactionWindowController(RarefactionKind kind, JobQueue& jobs,
@@ -8,7 +10,7 @@ RarefactionWindowController::RarefactionWindowController(RarefactionKind kind, J
       viewController_(new RarefactionViewController(kind, jobs, panels, this)) {
     setObjectName("rarefactionWindow");
     setCentralWidget(viewController_);
-    resize(720, 560);
+    resizeToFit(*this, {720, 560}, {120, 120});
 }
 
 }  // namespace zorvel

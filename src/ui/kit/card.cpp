@@ -1,5 +1,6 @@
 #include "ui/kit/card.h"
 
+#include <QEvent>
 #include <QGridLayout>
 #include <QPainter>
 
@@ -9,6 +10,12 @@ namespace zorvel {
 
 Card::Card(QWidget* parent) : QFrame(parent) {
     setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+}
+
+// The hairlines move with the rows.
+bool Card::event(QEvent* event) {
+    if (event->type() == QEvent::LayoutRequest) update();
+    return QFrame::event(event);
 }
 
 void Card::paintEvent(QPaintEvent* /*event*/) {
@@ -22,8 +29,11 @@ void Card::paintEvent(QPaintEvent* /*event*/) {
     if (grid == nullptr) return;
     painter.setRenderHint(QPainter::Antialiasing, false);
     for (int row = 1; row < grid->rowCount(); ++row) {
-        const QRect cell = grid->cellRect(row, 0);
-        painter.fillRect(cell.x(), cell.y(), grid->contentsRect().width(), 1, colors.hairline);
+        // Where the item stands: a cell does not know of the height that wrapped text takes.
+        const QLayoutItem* item = grid->itemAtPosition(row, 0);
+        if (item == nullptr) continue;
+        const QRect room = grid->contentsRect();
+        painter.fillRect(room.x(), item->geometry().y(), room.width(), 1, colors.hairline);
     }
 }
 

@@ -11,6 +11,7 @@ class Card : public QFrame {
     explicit Card(QWidget* parent = nullptr);
 
   protected:
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 };
 

@@ -6,6 +6,11 @@
 
 namespace zorvel {
 
+ElidedLabel::ElidedLabel(QWidget* parent) : QLabel(parent) {
+    setTextFormat(Qt::PlainText);
+    setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+}
+
 QSize ElidedLabel::minimumSizeHint() const {
     return {fontMetrics().horizontalAdvance(u'\u2026'), QLabel::minimumSizeHint().height()};
 }

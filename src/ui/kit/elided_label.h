@@ -1,4 +1,5 @@
-// A line of plain text that ends in an ellipsis where its room does not do. Main thread.
+// A line of plain text that takes what width there is, and ends in an ellipsis where that does not
+// do. Main thread.
 #pragma once
 
 #include <QLabel>
@@ -8,7 +9,7 @@ namespace zorvel {
 class ElidedLabel : public QLabel {
     Q_OBJECT
   public:
-    using QLabel::QLabel;
+    explicit ElidedLabel(QWidget* parent = nullptr);
 
     [[nodiscard]] QSize minimumSizeHint() const override;
 

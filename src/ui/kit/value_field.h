@@ -31,6 +31,9 @@ class ValueField : public QLineEdit {
     // What the plain field says when asked: what its value means.
     void setExplanation(const QString& explanation);
 
+    // As wide as the text.
+    [[nodiscard]] QSize sizeHint() const override;
+
   protected:
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;

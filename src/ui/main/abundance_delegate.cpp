@@ -12,7 +12,8 @@
 namespace zorvel {
 
 namespace {
-constexpr int numberRoom = 76;  // pixels at the right end kept free of the bar
+constexpr int numberRoom = 76;    // pixels at the right end kept free of the bar
+constexpr double leastRoom = 24;  // for the longest bar
 constexpr double barHeight = 8;
 }  // namespace
 
@@ -37,7 +38,9 @@ void AbundanceDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opt
     const double share = index.data(SpeciesTableModel::shareRole).toDouble();
     const double room = option.rect.width() - numberRoom - 12;
     const QString number = index.data(Qt::DisplayRole).toString();
-    if (share <= 0 || option.fontMetrics.horizontalAdvance(number) > numberRoom - 16) return;
+    if (share <= 0 || room < leastRoom ||
+        option.fontMetrics.horizontalAdvance(number) > numberRoom - 16)
+        return;
 
     const LookColors& colors = lookColors(option.palette);
     const bool strong =

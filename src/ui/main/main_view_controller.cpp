@@ -8,6 +8,7 @@
 #include <QIcon>
 #include <QItemSelectionModel>
 #include <QKeyEvent>
+#include <initializer_list>
 #include <utility>
 
 #include "ui/kit/glyphs.h"
@@ -184,8 +185,9 @@ void MainViewController::setUpTexts() {
 void MainViewController::showSecondaryTexts() {
     QPalette quiet;
     quiet.setColor(QPalette::WindowText, lookColors(QPalette()).secondary);
-    for (QLabel* label : {ui_->censusCountLabel, ui_->speciesCountLabel, ui_->emptyText,
-                          ui_->progressLabel, ui_->sharedNamesLabel}) {
+    for (QLabel* label : std::initializer_list<QLabel*>{
+             ui_->censusCountLabel, ui_->speciesCountLabel, ui_->emptyText, ui_->progressLabel,
+             ui_->sharedNamesLabel}) {
         label->setPalette(quiet);
     }
 }

@@ -10,6 +10,7 @@
 
 #include "platform/file_reading.h"
 #include "platform/settings.h"
+#include "ui/kit/fitting_size.h"
 #include "ui/kit/message_strip.h"
 #include "ui/main/main_view_controller.h"
 
@@ -35,8 +36,8 @@ MainWindowController::MainWindowController(Document& document, JobQueue& jobs,
                                            RandomSourceMaker makeRandom, const Panels& panels)
     : jobs_(jobs), makeRandom_(std::move(makeRandom)), panels_(panels) {
     setAcceptDrops(true);
-    setMinimumSize(800, 480);
-    resize(1024, 700);
+    setMinimumSize(780, 420);
+    resizeToFit(*this, {1024, 700});
     restoreGeometry(setting(geometryKey).toByteArray());
     setDocument(document);
     mainView_->restoreLayout(setting(layoutKey).toByteArray());

@@ -56,6 +56,9 @@ MetricsPanel::MetricsPanel(QWidget* parent)
     for (ValueField* number : {ui_->individualsValueTextField, ui_->richnessValueTextField}) {
         number->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     }
+    for (QLabel* wrapped : {ui_->rarefiedRichnessLabelTextField, ui_->alroySQSLabelTextField}) {
+        wrapped->setContentsMargins(0, 6, 0, 6);
+    }
     ui_->metricsNote->setContentsMargins(0, 12, 0, 0);
     setNote({});
     showSecondaryTexts();

@@ -5,11 +5,11 @@
 #include <QScopedValueRollback>
 #include <QTableView>
 #include <algorithm>
+#include <numeric>
 
 namespace zorvel {
 
 namespace {
-constexpr int narrowestElastic = 60;
 constexpr int widest = 2000;
 }  // namespace
 
@@ -23,24 +23,12 @@ TableColumns::TableColumns(QTableView& table, int elasticColumn, const QList<int
     setWidths(widths);
 }
 
-QList<int> TableColumns::widths() const {
-    QList<int> widths;
-    for (int i = 0; i < table_.horizontalHeader()->count(); ++i) {
-        widths.append(table_.horizontalHeader()->sectionSize(i));
-    }
-    return widths;
-}
-
 void TableColumns::setWidths(const QList<int>& widths) {
-    QHeaderView* header = table_.horizontalHeader();
-    const bool fits = widths.size() == header->count() &&
+    const bool fits = widths.size() == table_.horizontalHeader()->count() &&
                       std::all_of(widths.begin(), widths.end(),
                                   [](int width) { return width > 0 && width <= widest; });
     if (!fits) return;
-    {
-        const QScopedValueRollback guard(filling_, true);
-        for (int i = 0; i < header->count(); ++i) header->resizeSection(i, widths[i]);
-    }
+    chosen_ = widths;
     fill();
 }
 
@@ -48,24 +36,38 @@ void TableColumns::setWidths(const QList<int>& widths) {
 // other takes its room from the elastic one.
 void TableColumns::sectionDidResize(int column, int before, int now) {
     if (filling_) return;
-    QHeaderView* header = table_.horizontalHeader();
-    if (column == elastic_ && column + 1 < header->count()) {
-        const QScopedValueRollback guard(filling_, true);
+    const QHeaderView* header = table_.horizontalHeader();
+    if (column != elastic_) {
+        chosen_[column] = now;
+    } else if (column + 1 < header->count()) {
         const int width = header->sectionSize(column + 1) + before - now;
-        header->resizeSection(column + 1, std::max(width, header->minimumSectionSize()));
+        chosen_[column + 1] = std::max(width, header->minimumSectionSize());
     }
     fill();
 }
 
+// Of what is too much, the widest of the others gives as much as its heading lets it.
+QList<int> TableColumns::fittingWidths() const {
+    const QHeaderView* header = table_.horizontalHeader();
+    const int room = table_.viewport()->width();
+    QList<int> widths = chosen_;
+    widths[elastic_] = 0;
+    const int others = std::accumulate(widths.begin(), widths.end(), 0);
+    const auto widest =
+        static_cast<int>(std::max_element(widths.begin(), widths.end()) - widths.begin());
+    const int least = std::max(header->sectionSizeHint(widest), header->minimumSectionSize());
+    const int given = std::clamp(others - room / 2, 0, std::max(widths[widest] - least, 0));
+    widths[widest] -= given;
+    widths[elastic_] = std::max(room - others + given, header->minimumSectionSize());
+    return widths;
+}
+
 void TableColumns::fill() {
     const QScopedValueRollback guard(filling_, true);
-    QHeaderView* header = table_.horizontalHeader();
-    int others = 0;
-    for (int i = 0; i < header->count(); ++i) {
-        if (i != elastic_) others += header->sectionSize(i);
+    const QList<int> widths = fittingWidths();
+    for (int i = 0; i < static_cast<int>(widths.size()); ++i) {
+        table_.horizontalHeader()->resizeSection(i, widths[i]);
     }
-    const int room = table_.viewport()->width() - others;
-    header->resizeSection(elastic_, std::max(room, narrowestElastic));
 }
 
 bool TableColumns::eventFilter(QObject* object, QEvent* event) {

@@ -1,6 +1,6 @@
-// The columns of a table that fill its width: one gives way as the table is resized, and a drag at
-// its right edge moves room between it and the column after it. The widths can be kept between
-// runs. Owned by its table. Main thread.
+// The columns of a table that fill its width: one gives way as the table is resized, down to half of
+// that width, from where the others do, too. A drag at its right edge moves room between it and the
+// column after it. The widths can be kept between runs. Owned by its table. Main thread.
 #pragma once
 
 #include <QList>
@@ -17,7 +17,8 @@ class TableColumns : public QObject {
     // one does not matter.
     TableColumns(QTableView& table, int elasticColumn, const QList<int>& widths);
 
-    [[nodiscard]] QList<int> widths() const;
+    // Those chosen, also while the table is too narrow for them.
+    [[nodiscard]] QList<int> widths() const { return chosen_; }
     // Of another number of columns, or not positive: nothing happens.
     void setWidths(const QList<int>& widths);
 
@@ -27,9 +28,11 @@ class TableColumns : public QObject {
   private:
     void sectionDidResize(int column, int before, int now);
     void fill();
+    [[nodiscard]] QList<int> fittingWidths() const;
 
     QTableView& table_;
     int elastic_;
+    QList<int> chosen_;
     bool filling_ = false;
 };
 
