@@ -1,21 +1,34 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
 #include <QFontMetrics>
+#include <QGridLayout>
 #include <QImage>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
 #include <QPainter>
+#include <QPlainTextEdit>
 #include <QPushButton>
+#include <QRadioButton>
+#include <QSpinBox>
 #include <QToolTip>
 #include <QWidget>
 #include <algorithm>
 #include <cmath>
 #include <memory>
+#include <utility>
+#include <vector>
 
+#include "ui/kit/card.h"
+#include "ui/kit/color_palette.h"
+#include "ui/kit/fitting_size.h"
 #include "ui/kit/glyphs.h"
 #include "ui/kit/look.h"
+#include "ui/kit/look_style.h"
 #include "ui/kit/message_strip.h"
 #include "ui/kit/spinner.h"
 #include "ui/kit/value_field.h"
@@ -38,21 +51,149 @@ double contrast(const QColor& a, const QColor& b) {
     return std::max(first, second) / std::min(first, second);
 }
 
-TEST(Look, TextIsLegibleOnEveryGroundOfBothSchemes) {
+constexpr double textRatio = 4.5;  // 1.4.3
+constexpr double markRatio = 3.0;  // 1.4.11
+
+TEST(Look, TextsAndMarksStandOutFromTheirGrounds) {
+    using C = LookColors;
+    const struct {
+        double least;
+        std::vector<QColor C::*> inks;
+        std::vector<QColor C::*> grounds;
+    } rows[] = {
+        {7,
+         {&C::text},
+         {&C::window, &C::base, &C::alternate, &C::raised, &C::quietSelection, &C::warning}},
+        {textRatio, {&C::secondary}, {&C::window, &C::base, &C::alternate, &C::raised}},
+        {textRatio, {&C::secondary}, {&C::quietSelection, &C::hover}},
+        {textRatio, {&C::greyed, &C::problem}, {&C::window, &C::base, &C::raised}},
+        {textRatio, {&C::accent}, {&C::window, &C::base, &C::raised}},
+        {textRatio, {&C::selectionText}, {&C::selection}},
+        {markRatio, {&C::border}, {&C::window, &C::base, &C::alternate, &C::raised}},
+        {markRatio, {&C::accent}, {&C::alternate, &C::quietSelection}},
+        {markRatio, {&C::warningMark}, {&C::window, &C::base, &C::alternate, &C::warning}},
+    };
     for (const ColorScheme scheme : {ColorScheme::light, ColorScheme::dark}) {
         const LookColors& colors = lookColors(scheme);
         EXPECT_EQ(schemeOf(lookPalette(scheme)), scheme);
-        for (const QColor& ground : {colors.window, colors.base, colors.alternate, colors.raised,
-                                     colors.quietSelection, colors.warning}) {
-            EXPECT_GE(contrast(colors.text, ground), 7.0) << ground.name().toStdString();
+        for (const auto& row : rows) {
+            for (const auto ink : row.inks) {
+                for (const auto ground : row.grounds) {
+                    EXPECT_GE(contrast(colors.*ink, colors.*ground), row.least)
+                        << (colors.*ink).name().toStdString() << " on "
+                        << (colors.*ground).name().toStdString();
+                }
+            }
         }
-        for (const QColor& ground : {colors.window, colors.base, colors.raised}) {
-            EXPECT_GE(contrast(colors.secondary, ground), 4.5) << ground.name().toStdString();
-            EXPECT_GE(contrast(colors.accent, ground), 3.0) << ground.name().toStdString();
-        }
-        EXPECT_GE(contrast(colors.selectionText, colors.selection), 4.5);
-        EXPECT_GE(contrast(colors.stale, colors.raised), 3.0);
     }
+    for (const NamedColor& each : distinctColors()) {
+        EXPECT_GE(contrast(each.color, Qt::white), markRatio) << each.name.toStdString();
+    }
+}
+
+TEST(Look, EveryPairOfThePaletteIsLegible) {
+    const std::pair<QPalette::ColorRole, QPalette::ColorRole> pairs[] = {
+        {QPalette::WindowText, QPalette::Window},
+        {QPalette::Text, QPalette::Base},
+        {QPalette::Text, QPalette::AlternateBase},
+        {QPalette::ButtonText, QPalette::Button},
+        {QPalette::PlaceholderText, QPalette::Base},
+        {QPalette::PlaceholderText, QPalette::Window},
+        {QPalette::ToolTipText, QPalette::ToolTipBase},
+        {QPalette::Link, QPalette::Window},
+        {QPalette::HighlightedText, QPalette::Highlight},
+    };
+    for (const ColorScheme scheme : {ColorScheme::light, ColorScheme::dark}) {
+        const QPalette palette = lookPalette(scheme);
+        for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+            for (const auto& [ink, ground] : pairs) {
+                EXPECT_GE(contrast(palette.color(group, ink), palette.color(group, ground)),
+                          textRatio)
+                    << group << ' ' << ink << ' ' << ground;
+            }
+        }
+    }
+}
+
+// The strongest contrast to the ground in the middle of what the widget paints.
+double strongestContrast(QWidget& widget, const QColor& ground, int from, int to) {
+    widget.adjustSize();
+    const QImage picture = widget.grab().toImage();
+    double strongest = 1;
+    for (int x = from; x < std::min(to, picture.width() - from); ++x) {
+        const QColor pixel = picture.pixelColor(x, picture.height() / 2);
+        strongest = std::max(strongest, contrast(pixel, ground));
+    }
+    return strongest;
+}
+
+// What is painted, not what the palette holds.
+TEST(Look, EdgesOfControlsAndWordsOnButtonsCanBeSeen) {
+    for (const ColorScheme scheme : {ColorScheme::dark, ColorScheme::light}) {
+        applyLook(*qApp, scheme);
+        const QColor ground = lookColors(scheme).window;
+        QWidget panel;
+        QWidget* controls[] = {new QLineEdit(&panel), new QCheckBox("x", &panel),
+                               new QComboBox(&panel), new QRadioButton("x", &panel),
+                               new QSpinBox(&panel),  new QPlainTextEdit(&panel)};
+        for (QWidget* control : controls) {
+            EXPECT_GE(strongestContrast(*control, ground, 0, 3), markRatio)
+                << control->metaObject()->className();
+        }
+        auto* on = new QRadioButton(&panel);
+        on->setChecked(true);
+        EXPECT_GE(strongestContrast(*on, ground, 6, 10), markRatio);
+        auto* refused = new QPushButton("Open", &panel);
+        refused->setProperty(primaryButtonProperty, true);
+        refused->setEnabled(false);
+        EXPECT_GE(strongestContrast(*refused, ground, 5, 80), markRatio);
+    }
+}
+
+TEST(Look, AlertsBearTheSignOfTheMessageStrip) {
+    applyLook(*qApp, ColorScheme::light);
+    QMessageBox box;
+    const QIcon sign = glyphIcon(Glyph::warning, &LookColors::warningMark);
+    for (const auto icon : {QMessageBox::Warning, QMessageBox::Critical, QMessageBox::Question}) {
+        box.setIcon(icon);
+        EXPECT_EQ(box.iconPixmap().toImage(), sign.pixmap(box.iconPixmap().size()).toImage());
+    }
+}
+
+// Rows of any height, as wrapped texts give them.
+TEST(CardTest, AHairlineStandsAboveEachRowButTheFirst) {
+    Card card;
+    auto* grid = new QGridLayout(&card);
+    grid->setVerticalSpacing(0);
+    for (int row = 0; row < 3; ++row) {
+        auto* text = new QLabel("words that do not fit into one line of the card", &card);
+        text->setWordWrap(true);
+        grid->addWidget(text, row, 0);
+    }
+    card.resize(120, card.heightForWidth(120));
+    const QImage picture = card.grab().toImage();
+    for (int row = 0; row < 3; ++row) {
+        const QRect room = grid->itemAtPosition(row, 0)->geometry();
+        EXPECT_EQ(
+            picture.pixelColor(room.right(), room.top()) == lookColors(card.palette()).hairline,
+            row > 0)
+            << row;
+    }
+}
+
+TEST(FittingSize, AWindowFitsItsScreenWithItsFrame) {
+    constexpr QSize frame(2, 25);
+    const struct {
+        QSize wanted, screen;
+        QPoint corner;
+    } rows[] = {{{1024, 700}, {1024, 700}, {}},
+                {{1000, 620}, {1024, 700}, {100, 100}},
+                {{720, 560}, {800, 480}, {120, 120}}};
+    for (const auto& row : rows) {
+        const QSize outer = fittingSize(row.wanted, row.screen, row.corner) + frame;
+        EXPECT_TRUE(QRect({}, row.screen).contains(QRect(row.corner, outer)));
+    }
+    EXPECT_EQ(fittingSize({1024, 700}, {1920, 1080}), QSize(1024, 700));
 }
 
 // Whoever makes the label, Qt too.
@@ -90,8 +231,9 @@ TEST(Look, TheChosenItemOfAMenuStandsOnTheColourOfSelection) {
 }
 
 TEST(Glyphs, EachPaintsWithinItsSquareInItsColour) {
-    for (const Glyph glyph : {Glyph::tick, Glyph::cross, Glyph::warning, Glyph::search,
-                              Glyph::chevronUp, Glyph::chevronDown, Glyph::plus, Glyph::minus}) {
+    for (const Glyph glyph :
+         {Glyph::tick, Glyph::cross, Glyph::warning, Glyph::information, Glyph::search,
+          Glyph::chevronUp, Glyph::chevronDown, Glyph::plus, Glyph::minus}) {
         QImage image(40, 40, QImage::Format_ARGB32_Premultiplied);
         image.fill(Qt::white);
         QPainter painter(&image);
@@ -131,7 +273,7 @@ TEST(ValueFieldTest, ASchemeChangeKeepsTheMarkOfAStaleValue) {
     field.setStale("whose it is");
     applyLook(*qApp, ColorScheme::dark);
     QCoreApplication::processEvents();
-    EXPECT_EQ(field.palette().color(QPalette::Text), lookColors(ColorScheme::dark).stale);
+    EXPECT_EQ(field.palette().color(QPalette::Text), lookColors(ColorScheme::dark).greyed);
     EXPECT_EQ(field.toolTip(), "whose it is");
     field.setStale({});
     EXPECT_EQ(field.palette().color(QPalette::Text), lookColors(ColorScheme::dark).text);

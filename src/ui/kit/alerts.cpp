@@ -1,11 +1,13 @@
 #include "ui/kit/alerts.h"
 
 #include <QFileInfo>
+#include <QLabel>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
 
 #include "ui/kit/choice_dialog.h"
+#include "ui/kit/look.h"
 #include "ui/kit/look_style.h"
 #include "ui/kit/shown_text.h"
 
@@ -14,6 +16,7 @@ namespace zorvel {
 namespace {
 
 constexpr qsizetype longestAlert = 600;  // characters
+constexpr int leastAlertWidth = 340;     // of the texts, in pixels
 
 // Goes with its parent, should that close while it waits.
 QPointer<QMessageBox> box(QWidget* parent, QMessageBox::Icon icon, const QString& text,
@@ -23,6 +26,10 @@ QPointer<QMessageBox> box(QWidget* parent, QMessageBox::Icon icon, const QString
     box->setTextFormat(Qt::PlainText);
     box->setText(breakable(shortened(text, longestAlert)));
     box->setInformativeText(breakable(shortened(informativeText, longestAlert)));
+    if (auto* label = box->findChild<QLabel*>("qt_msgbox_label")) {
+        label->setFont(scaledFont(label->font(), 1, true));
+        label->setMinimumWidth(leastAlertWidth);
+    }
     return box;
 }
 

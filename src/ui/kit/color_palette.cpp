@@ -9,10 +9,11 @@ namespace zorvel {
 
 std::vector<NamedColor> distinctColors() {
     const auto tr = [](const char* text) { return ColorPalette::tr(text); };
-    return {{tr("Black"), {0, 0, 0}},         {tr("Orange"), {230, 159, 0}},
-            {tr("Sky blue"), {86, 180, 233}}, {tr("Bluish green"), {0, 158, 115}},
-            {tr("Yellow"), {240, 228, 66}},   {tr("Blue"), {0, 114, 178}},
-            {tr("Vermillion"), {213, 94, 0}}, {tr("Reddish purple"), {204, 121, 167}}};
+    return {{tr("Black"), {0, 0, 0}},
+            {tr("Bluish green"), {0, 158, 115}},
+            {tr("Blue"), {0, 114, 178}},
+            {tr("Vermillion"), {213, 94, 0}},
+            {tr("Reddish purple"), {204, 121, 167}}};
 }
 
 QString describedColor(const QColor& color) {

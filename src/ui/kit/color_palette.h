@@ -1,6 +1,6 @@
-// Eight colours that readers with any kind of colour vision can tell apart, as buttons in a row
-// (Okabe and Ito 2008, Color Universal Design, the palette in its table of RGB values). Main
-// thread.
+// Colours that readers with any kind of colour vision can tell apart, as buttons in a row: those of
+// the palette of Okabe and Ito (2008, Color Universal Design, its table of RGB values) that stand
+// out against a white page, with a contrast of at least 3:1. Main thread.
 #pragma once
 
 #include <QColor>

@@ -8,8 +8,6 @@
 #include <QPolygonF>
 #include <algorithm>
 
-#include "ui/kit/look.h"
-
 namespace zorvel {
 
 namespace {
@@ -32,6 +30,11 @@ QPainterPath strokes(Glyph glyph) {
             line({{8, 1.75}, {15, 14}, {1, 14}, {8, 1.75}});
             line({{8, 6.25}, {8, 9.75}});
             line({{8, 11.7}, {8, 11.9}});
+            break;
+        case Glyph::information:
+            path.addEllipse(QPointF(8, 8), 6.5, 6.5);
+            line({{8, 7.75}, {8, 11.25}});
+            line({{8, 4.9}, {8, 5.1}});
             break;
         case Glyph::search:
             path.addEllipse(QPointF(7, 7), 4.25, 4.25);
@@ -59,12 +62,12 @@ QPainterPath strokes(Glyph glyph) {
 
 class GlyphEngine : public QIconEngine {
   public:
-    explicit GlyphEngine(Glyph glyph) : glyph_(glyph) {}
+    GlyphEngine(Glyph glyph, QColor LookColors::*ink) : glyph_(glyph), ink_(ink) {}
 
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
         const LookColors& colors = lookColors(QGuiApplication::palette());
         const bool disabled = mode == QIcon::Disabled;
-        paintGlyph(*painter, glyph_, rect, disabled ? colors.disabled : colors.secondary);
+        paintGlyph(*painter, glyph_, rect, disabled ? colors.border : colors.*ink_);
     }
     QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
         QPixmap pixmap(size);
@@ -73,10 +76,11 @@ class GlyphEngine : public QIconEngine {
         paint(&painter, pixmap.rect(), mode, state);
         return pixmap;
     }
-    [[nodiscard]] QIconEngine* clone() const override { return new GlyphEngine(glyph_); }
+    [[nodiscard]] QIconEngine* clone() const override { return new GlyphEngine(glyph_, ink_); }
 
   private:
     Glyph glyph_;
+    QColor LookColors::*ink_;
 };
 
 }  // namespace
@@ -93,8 +97,8 @@ void paintGlyph(QPainter& painter, Glyph glyph, const QRectF& rect, const QColor
     painter.restore();
 }
 
-QIcon glyphIcon(Glyph glyph) {
-    return QIcon(new GlyphEngine(glyph));
+QIcon glyphIcon(Glyph glyph, QColor LookColors::*ink) {
+    return QIcon(new GlyphEngine(glyph, ink));
 }
 
 }  // namespace zorvel

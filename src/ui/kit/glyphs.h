@@ -6,16 +6,29 @@
 #include <QIcon>
 #include <QRectF>
 
+#include "ui/kit/look.h"
+
 class QPainter;
 
 namespace zorvel {
 
-enum class Glyph { tick, cross, warning, search, chevronUp, chevronDown, plus, minus, dots };
+enum class Glyph {
+    tick,
+    cross,
+    warning,
+    information,
+    search,
+    chevronUp,
+    chevronDown,
+    plus,
+    minus,
+    dots
+};
 
 // Fits the glyph into the largest square centred in rect.
 void paintGlyph(QPainter& painter, Glyph glyph, const QRectF& rect, const QColor& color);
 
-// An icon that takes the secondary colour of the application's palette whenever it is painted.
-QIcon glyphIcon(Glyph glyph);
+// An icon that takes that colour of the look of the moment whenever it is painted.
+QIcon glyphIcon(Glyph glyph, QColor LookColors::*ink = &LookColors::secondary);
 
 }  // namespace zorvel

@@ -15,11 +15,10 @@ const LookColors& lookColors(ColorScheme scheme) {
         .alternate = "#f8faf8",
         .raised = "#ffffff",
         .text = "#1b2520",
-        .secondary = "#5f6d66",
-        .disabled = "#a3ada8",
-        .stale = "#87928c",
+        .secondary = "#586660",
+        .greyed = "#66736c",
         .hairline = "#e0e5e1",
-        .border = "#c6cfc9",
+        .border = "#808c86",
         .accent = "#1f7a55",
         .selection = "#1f7a55",
         .selectionText = "#ffffff",
@@ -28,6 +27,7 @@ const LookColors& lookColors(ColorScheme scheme) {
         .bar = "#b7d9c8",
         .warning = "#fdf3dc",
         .warningMark = "#b7791f",
+        .problem = "#b3382c",
     };
     static const LookColors dark = {
         .window = "#1f2523",
@@ -35,11 +35,10 @@ const LookColors& lookColors(ColorScheme scheme) {
         .alternate = "#1b211e",
         .raised = "#29302d",
         .text = "#e3e9e5",
-        .secondary = "#98a59e",
-        .disabled = "#5d6963",
-        .stale = "#78847e",
-        .hairline = "#2e3633",
-        .border = "#46514c",
+        .secondary = "#a0ada6",
+        .greyed = "#8f9c95",
+        .hairline = "#3b4541",
+        .border = "#74817a",
         .accent = "#46b583",
         .selection = "#25704f",
         .selectionText = "#ffffff",
@@ -48,6 +47,7 @@ const LookColors& lookColors(ColorScheme scheme) {
         .bar = "#2f5f4a",
         .warning = "#3a321e",
         .warningMark = "#e0b04f",
+        .problem = "#f0938a",
     };
     return scheme == ColorScheme::dark ? dark : light;
 }
@@ -65,8 +65,10 @@ QPalette lookPalette(ColorScheme scheme) {
     palette.setColor(QPalette::Midlight, colors.hover);
     palette.setColor(QPalette::Highlight, colors.selection);
     palette.setColor(QPalette::HighlightedText, colors.selectionText);
-    palette.setColor(QPalette::Inactive, QPalette::Highlight, colors.quietSelection);
-    palette.setColor(QPalette::Inactive, QPalette::HighlightedText, colors.text);
+    for (const auto group : {QPalette::Inactive, QPalette::Disabled}) {
+        palette.setColor(group, QPalette::Highlight, colors.quietSelection);
+        palette.setColor(group, QPalette::HighlightedText, colors.text);
+    }
     palette.setColor(QPalette::PlaceholderText, colors.secondary);
     palette.setColor(QPalette::ToolTipBase, colors.raised);
     palette.setColor(QPalette::ToolTipText, colors.text);
@@ -74,9 +76,8 @@ QPalette lookPalette(ColorScheme scheme) {
     palette.setColor(QPalette::LinkVisited, colors.accent);
     palette.setColor(QPalette::Shadow, Qt::black);
     for (const auto role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText}) {
-        palette.setColor(QPalette::Disabled, role, colors.disabled);
+        palette.setColor(QPalette::Disabled, role, colors.greyed);
     }
-    palette.setColor(QPalette::Disabled, QPalette::Highlight, colors.quietSelection);
     return palette;
 }
 

@@ -20,10 +20,9 @@ struct LookColors {
     QColor raised;     // cards, menus, tooltips
     QColor text;
     QColor secondary;  // captions, headers, placeholders
-    QColor disabled;
-    QColor stale;      // values of another record
+    QColor greyed;     // text of what is disabled, values of another record
     QColor hairline;   // between panes and rows
-    QColor border;     // around fields and buttons
+    QColor border;     // around fields, marks and buttons; icons of what is disabled
     QColor accent;     // focus, primary button, links
     QColor selection;  // rows of the table that has the focus
     QColor selectionText;
@@ -32,6 +31,7 @@ struct LookColors {
     QColor bar;      // share of the largest abundance
     QColor warning;  // ground of the message strip
     QColor warningMark;
+    QColor problem;  // of what was refused, in words
 };
 
 const LookColors& lookColors(ColorScheme scheme);

@@ -1,13 +1,16 @@
 #include "ui/kit/look_style.h"
 
 #include <QAbstractItemView>
+#include <QFileDialog>
 #include <QLabel>
 #include <QPainter>
 #include <QPlainTextEdit>
 #include <QStyleOptionButton>
+#include <QStyleOptionComboBox>
 #include <QStyleOptionHeader>
 #include <QStyleOptionMenuItem>
 #include <QStyleOptionSlider>
+#include <QStyleOptionSpinBox>
 #include <algorithm>
 
 #include "ui/kit/glyphs.h"
@@ -23,6 +26,11 @@ bool isPrimary(const QWidget* widget) {
 
 // Between the text of a line and the frame's own margin, in pixels.
 constexpr int fieldPadding = 4;
+
+// Its columns are as wide as their texts with narrow margins.
+bool isOfFileDialog(const QWidget* widget) {
+    return widget != nullptr && qobject_cast<const QFileDialog*>(widget->window()) != nullptr;
+}
 
 // Texts of several lines look like the lines.
 bool isTextField(const QWidget* widget) {
@@ -44,9 +52,9 @@ int LookStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
                            const QWidget* widget) const {
     switch (metric) {
         case PM_FocusFrameHMargin:  // the style adds 1: cells and headers begin 12 pixels in
-            return 11;
+            return isOfFileDialog(widget) ? 3 : 11;
         case PM_HeaderMargin:
-            return 12;
+            return isOfFileDialog(widget) ? 4 : 12;
         case PM_SplitterWidth:
             return 1;
         case PM_ScrollBarExtent:
@@ -56,6 +64,8 @@ int LookStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
         case PM_IndicatorWidth:
         case PM_IndicatorHeight:
             return 16;
+        case PM_MessageBoxIconSize:
+            return 32;
         case PM_MenuBarHMargin:
         case PM_MenuVMargin:
             return 4;
@@ -91,8 +101,18 @@ int LookStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidg
 
 QIcon LookStyle::standardIcon(StandardPixmap sign, const QStyleOption* option,
                               const QWidget* widget) const {
-    if (sign == SP_LineEditClearButton) return glyphIcon(Glyph::cross);
-    return QProxyStyle::standardIcon(sign, option, widget);
+    switch (sign) {
+        case SP_LineEditClearButton:
+            return glyphIcon(Glyph::cross);
+        case SP_MessageBoxInformation:
+            return glyphIcon(Glyph::information, &LookColors::accent);
+        case SP_MessageBoxWarning:
+        case SP_MessageBoxCritical:
+        case SP_MessageBoxQuestion:
+            return glyphIcon(Glyph::warning, &LookColors::warningMark);
+        default:
+            return QProxyStyle::standardIcon(sign, option, widget);
+    }
 }
 
 QSize LookStyle::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
@@ -101,12 +121,18 @@ QSize LookStyle::sizeFromContents(ContentsType type, const QStyleOption* option,
     if (type == CT_PushButton) {
         whole = QSize(std::max(whole.width() + 12, 88), option->fontMetrics.height() + 14);
     }
-    if (type == CT_LineEdit) whole.setHeight(option->fontMetrics.height() + 12);
+    if (type == CT_LineEdit || type == CT_ComboBox || type == CT_SpinBox)
+        whole.setHeight(option->fontMetrics.height() + 12);
     if (type == CT_MenuBarItem) {
         whole = QSize(size.width() + 16, option->fontMetrics.height() + 12);
     }
     if (type == CT_MenuItem) whole.rheight() += 4;
-    if (type == CT_HeaderSection) whole.setHeight(option->fontMetrics.height() + 14);
+    if (const auto* header = qstyleoption_cast<const QStyleOptionHeader*>(option);
+        header != nullptr && type == CT_HeaderSection) {
+        whole = QSize(option->fontMetrics.horizontalAdvance(header->text) + headerMarkRoom +
+                          2 * pixelMetric(PM_HeaderMargin, option, widget),
+                      option->fontMetrics.height() + 14);
+    }
     return whole;
 }
 
@@ -168,6 +194,9 @@ void LookStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
         case PE_PanelButtonTool:
             paintToolButton(*option, *painter);
             return;
+        case PE_IndicatorCheckBox:
+            paintCheckBox(*option, *painter);
+            return;
         case PE_IndicatorRadioButton:
             paintRadioMark(*option, *painter);
             return;
@@ -217,7 +246,7 @@ void LookStyle::drawControl(ControlElement element, const QStyleOption* option, 
             return;
         case CE_PushButtonLabel:
             if (const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
-                button != nullptr && isPrimary(widget)) {
+                button != nullptr && isPrimary(widget) && (option->state & State_Enabled) != 0) {
                 QStyleOptionButton light = *button;
                 light.palette.setColor(QPalette::ButtonText, colors.selectionText);
                 QProxyStyle::drawControl(element, &light, painter, widget);
@@ -246,6 +275,15 @@ void LookStyle::drawComplexControl(ComplexControl control, const QStyleOptionCom
     if (control == CC_ScrollBar && bar != nullptr) {
         paintScrollBar(*bar, subControlRect(control, option, SC_ScrollBarSlider, widget), *painter);
         return;
+    }
+    if (control == CC_ComboBox) {
+        const QRect arrow = subControlRect(control, option, SC_ComboBoxArrow, widget);
+        const auto* box = qstyleoption_cast<const QStyleOptionComboBox*>(option);
+        return paintComboBox(*option, arrow, box != nullptr && box->editable, *painter);
+    }
+    if (const auto* box = qstyleoption_cast<const QStyleOptionSpinBox*>(option)) {
+        return paintSpinBox(*box, subControlRect(control, option, SC_SpinBoxUp, widget),
+                            subControlRect(control, option, SC_SpinBoxDown, widget), *painter);
     }
     QProxyStyle::drawComplexControl(control, option, painter, widget);
 }

@@ -4,7 +4,9 @@
 #include <QStyleOptionHeader>
 #include <QStyleOptionMenuItem>
 #include <QStyleOptionSlider>
+#include <QStyleOptionSpinBox>
 #include <QStyleOptionViewItem>
+#include <algorithm>
 
 #include "ui/kit/glyphs.h"
 #include "ui/kit/look.h"
@@ -30,6 +32,31 @@ QColor mixed(const QColor& a, const QColor& b, double share) {
     return {part(a.red(), b.red()), part(a.green(), b.green()), part(a.blue(), b.blue())};
 }
 
+// Of a check box or radio button.
+struct MarkInk {
+    QColor line;
+    QColor mark;
+    double width;  // of the line
+};
+
+MarkInk markInk(const QStyleOption& option) {
+    const LookColors& colors = lookColors(option.palette);
+    if ((option.state & QStyle::State_Enabled) == 0) return {colors.border, colors.greyed, 1};
+    const bool focused = (option.state & QStyle::State_HasFocus) != 0;
+    const bool off = (option.state & QStyle::State_Off) != 0;
+    return {focused || !off ? colors.accent : colors.border, colors.accent, focused ? 1.5 : 1};
+}
+
+// The arrow that opens a list or steps a number.
+void paintStepMark(const QStyleOption& option, Glyph glyph, const QRect& room, bool possible,
+                   QPainter& painter) {
+    const LookColors& colors = lookColors(option.palette);
+    const bool enabled = possible && (option.state & QStyle::State_Enabled) != 0;
+    QRectF mark(0, 0, 14, 14);
+    mark.moveCenter(QRectF(room).center());
+    paintGlyph(painter, glyph, mark, enabled ? colors.secondary : colors.border);
+}
+
 }  // namespace
 
 void paintHeaderSection(const QStyleOption& option, QPainter& painter) {
@@ -47,18 +74,17 @@ void paintHeaderLabel(const QStyleOptionHeader& option, const QRect& room, QPain
     const LookColors& colors = lookColors(option.palette);
     const bool right = (option.textAlignment & Qt::AlignRight) != 0;
     const bool sorted = option.sortIndicator != QStyleOptionHeader::None;
-    constexpr int markSide = 12;
-    constexpr int gap = 4;
-    const int textRoom = room.width() - (sorted ? markSide + gap : 0);
+    constexpr int gap = headerMarkRoom - headerMarkSide;
+    const int textRoom = room.width() - (sorted ? headerMarkRoom : 0);
     const QString text = option.fontMetrics.elidedText(option.text, Qt::ElideRight, textRoom);
     const int width = option.fontMetrics.horizontalAdvance(text);
 
     painter.setPen(sorted ? colors.text : colors.secondary);
     painter.drawText(room, static_cast<int>(option.textAlignment | Qt::AlignVCenter), text);
     if (!sorted) return;
-    const int x = right ? room.right() + 1 - width - gap - markSide
+    const int x = right ? room.right() + 1 - width - headerMarkRoom
                         : room.x() + width + (width > 0 ? gap : 0);
-    const QRect mark(x, room.center().y() - markSide / 2, markSide, markSide);
+    const QRect mark(x, room.center().y() - headerMarkSide / 2, headerMarkSide, headerMarkSide);
     // Qt calls the mark of an ascending order the one that points down.
     const bool ascending = option.sortIndicator == QStyleOptionHeader::SortDown;
     paintGlyph(painter, ascending ? Glyph::chevronUp : Glyph::chevronDown, mark, colors.text);
@@ -71,7 +97,7 @@ void paintMenuBarItem(const QStyleOptionMenuItem& option, QPainter& painter) {
                       (option.state & QStyle::State_Enabled) != 0;
     if (open)
         paintRounded(painter, QRectF(option.rect).adjusted(1, 3, -1, -3), 5, colors.hover, {});
-    painter.setPen((option.state & QStyle::State_Enabled) != 0 ? colors.text : colors.disabled);
+    painter.setPen((option.state & QStyle::State_Enabled) != 0 ? colors.text : colors.greyed);
     painter.drawText(option.rect, Qt::AlignCenter | Qt::TextShowMnemonic | Qt::TextSingleLine,
                      option.text);
 }
@@ -81,7 +107,8 @@ void paintPushButton(const QStyleOption& option, QPainter& painter, bool primary
     const bool enabled = (option.state & QStyle::State_Enabled) != 0;
     const bool down = (option.state & (QStyle::State_Sunken | QStyle::State_On)) != 0;
     const bool hovered = (option.state & QStyle::State_MouseOver) != 0;
-    QColor fill = primary && enabled ? colors.selection : colors.raised;
+    primary = primary && enabled;
+    QColor fill = primary ? colors.selection : colors.raised;
     const double shade = down ? 0.18 : hovered && enabled ? 0.08 : 0;
     fill = mixed(fill, primary ? Qt::black : colors.text, shade);
     paintRounded(painter, option.rect, 6, fill, primary ? QColor() : colors.border);
@@ -110,22 +137,45 @@ void paintFieldPanel(const QStyleOption& option, QPainter& painter) {
                  focused ? 1.5 : 1);
 }
 
+void paintComboBox(const QStyleOption& option, const QRect& arrow, bool editable,
+                   QPainter& painter) {
+    if (editable) {
+        paintFieldPanel(option, painter);
+    } else {
+        paintPushButton(option, painter, false);
+    }
+    paintStepMark(option, Glyph::chevronDown, arrow, true, painter);
+}
+
+void paintSpinBox(const QStyleOptionSpinBox& option, const QRect& up, const QRect& down,
+                  QPainter& painter) {
+    if (option.frame) paintFieldPanel(option, painter);
+    paintStepMark(option, Glyph::chevronUp, up,
+                  option.stepEnabled.testFlag(QAbstractSpinBox::StepUpEnabled), painter);
+    paintStepMark(option, Glyph::chevronDown, down,
+                  option.stepEnabled.testFlag(QAbstractSpinBox::StepDownEnabled), painter);
+}
+
+void paintCheckBox(const QStyleOption& option, QPainter& painter) {
+    const MarkInk ink = markInk(option);
+    paintRounded(painter, option.rect, 4, lookColors(option.palette).base, ink.line, ink.width);
+    if ((option.state & QStyle::State_On) != 0) {
+        paintGlyph(painter, Glyph::tick, option.rect, ink.mark);
+    } else if ((option.state & QStyle::State_NoChange) != 0) {
+        paintGlyph(painter, Glyph::minus, option.rect, ink.mark);
+    }
+}
+
 void paintRadioMark(const QStyleOption& option, QPainter& painter) {
-    const LookColors& colors = lookColors(option.palette);
-    const bool on = (option.state & QStyle::State_On) != 0;
-    const bool enabled = (option.state & QStyle::State_Enabled) != 0;
-    const bool focused = (option.state & QStyle::State_HasFocus) != 0;
+    const MarkInk ink = markInk(option);
     const QRectF circle = option.rect;
-    const QColor fill = !on ? colors.base : enabled ? colors.selection : colors.disabled;
-    paintRounded(painter, circle, circle.width() / 2, fill,
-                 focused ? colors.accent
-                 : on    ? fill
-                         : colors.border,
-                 focused ? 1.5 : 1);
-    if (!on) return;
-    const double inset = circle.width() * 0.32;
-    paintRounded(painter, circle.adjusted(inset, inset, -inset, -inset), circle.width() / 2,
-                 colors.selectionText, {});
+    const double radius = circle.width() / 2;
+    // A thinner line would lose its contrast where it is round.
+    paintRounded(painter, circle, radius, lookColors(option.palette).base, ink.line,
+                 std::max(ink.width, 1.25));
+    if ((option.state & QStyle::State_On) == 0) return;
+    const double inset = circle.width() * 0.28;
+    paintRounded(painter, circle.adjusted(inset, inset, -inset, -inset), radius, ink.mark, {});
 }
 
 // A box with its tick where the cell can be checked; where it is only shown, the tick alone.

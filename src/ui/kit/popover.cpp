@@ -160,7 +160,7 @@ void Popover::paintEvent(QPaintEvent* /*event*/) {
     painter.setRenderHint(QPainter::Antialiasing);
     painter.setPen(Qt::NoPen);
     QColor shadow = Qt::black;
-    shadow.setAlpha(5);
+    shadow.setAlpha(schemeOf(palette()) == ColorScheme::dark ? 24 : 5);
     painter.setBrush(shadow);
     for (int inset = 0; inset < shade; ++inset) {
         const double side = inset;

@@ -24,12 +24,19 @@ ValueField::ValueField(QWidget* parent) : QLineEdit(parent) {
         setPending(false);
         fitFont();
         setCursorPosition(0);
+        updateGeometry();
     });
 }
 
 void ValueField::setScale(double scale) {
     scale_ = scale;
     fitFont();
+    // Also while a long text is set smaller.
+    setMinimumHeight(QLineEdit::sizeHint().height());
+}
+
+QSize ValueField::sizeHint() const {
+    return {fontMetrics().horizontalAdvance(text()) + 6, QLineEdit::sizeHint().height()};
 }
 
 void ValueField::setStale(const QString& reason) {
@@ -113,7 +120,7 @@ void ValueField::showColor() {
     const QScopedValueRollback guard(adjusting_, true);
     QPalette own;
     own.setColor(QPalette::Base, Qt::transparent);
-    if (stale_) own.setColor(QPalette::Text, lookColors(QPalette()).stale);
+    if (stale_) own.setColor(QPalette::Text, lookColors(QPalette()).greyed);
     setPalette(own);
 }
 

@@ -8,10 +8,6 @@
 
 namespace zorvel {
 
-QColor problemColor(const QPalette& palette) {
-    return schemeOf(palette) == ColorScheme::dark ? QColor("#f0938a") : QColor("#b3382c");
-}
-
 DetailsField::DetailsField(QWidget* parent) : QLineEdit(parent) {
     connect(this, &QLineEdit::textEdited, this, [this] { tellProblem({}); });
 }
@@ -36,7 +32,7 @@ void DetailsField::tellProblem(const QString& reason) {
     setAccessibleDescription(reason);
     if (problemLabel_ == nullptr) return;
     QPalette colors;
-    colors.setColor(QPalette::WindowText, problemColor(palette()));
+    colors.setColor(QPalette::WindowText, lookColors(palette()).problem);
     problemLabel_->setPalette(colors);
     problemLabel_->setText(reason);
     problemLabel_->setVisible(!reason.isEmpty());

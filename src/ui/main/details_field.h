@@ -44,7 +44,4 @@ class DetailsField : public QLineEdit {
     QLabel* problemLabel_ = nullptr;
 };
 
-// The colour of a reason why something cannot be stored, for the palette at hand.
-QColor problemColor(const QPalette& palette);
-
 }  // namespace zorvel

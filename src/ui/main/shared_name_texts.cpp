@@ -22,15 +22,21 @@ QString tr(const char* text) {
     return QCoreApplication::translate("SharedNames", text);
 }
 
-// Two rings that overlap, in the secondary colour of the moment.
+// Two rings that overlap; on a selected row, whose colour may be any, with a ground of their own.
 class SharedNameEngine : public QIconEngine {
   public:
-    void paint(QPainter* painter, const QRect& rect, QIcon::Mode, QIcon::State) override {
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
+        const LookColors& colors = lookColors(QGuiApplication::palette());
         const double unit = std::min(rect.width(), rect.height()) / 16.0;
         painter->save();
         painter->setRenderHint(QPainter::Antialiasing);
+        if (mode == QIcon::Selected) {
+            painter->setPen(Qt::NoPen);
+            painter->setBrush(colors.base);
+            painter->drawRoundedRect(rect, 4, 4);
+        }
         painter->translate(rect.center() + QPointF(0.5, 0.5));
-        painter->setPen(QPen(lookColors(QGuiApplication::palette()).warningMark, 1.5 * unit));
+        painter->setPen(QPen(colors.warningMark, 1.5 * unit));
         painter->setBrush(Qt::NoBrush);
         painter->drawEllipse(QPointF(-2.25 * unit, 0), 3.75 * unit, 3.75 * unit);
         painter->drawEllipse(QPointF(2.25 * unit, 0), 3.75 * unit, 3.75 * unit);
