@@ -73,7 +73,7 @@ Printing::Printing(ProjectWindows& windows, PrintPanel& panel) : windows_(window
 
 std::optional<Printing::Subject> Printing::subjectOf(QWidget* window) {
     if (auto* plot = qobject_cast<RarefactionWindowController*>(window)) {
-        const PlotDrawing drawing = plot->viewController().drawing();
+        const PlotDrawing drawing = plot->viewController().figure();
         const bool wide = drawing.size.width() > drawing.size.height();
         return Subject{
             drawing.title, wide ? QPageLayout::Landscape : QPageLayout::Portrait,
@@ -112,10 +112,14 @@ void Printing::writeFile(QWidget* window, const PrintTarget& target, const Subje
     if (bytes.isEmpty()) return warn(window, subject, tr("No page could be painted."));
     const QString name = QFileInfo(target.path).fileName();
     const auto tell = [windows = QPointer<ProjectWindows>(&windows_), name,
-                       project = QPointer<MainWindowController>(
-                           qobject_cast<MainWindowController*>(window))](bool there) {
-        if (!there || !windows || !project) return;
-        windows->tell(project, tr("Printed to %1.").arg(name), MessageStrip::Tone::news);
+                       shown = QPointer<QWidget>(window)](bool there) {
+        if (!there || !windows || !shown) return;
+        const QString news = tr("Printed to %1").arg(name);
+        if (auto* project = qobject_cast<MainWindowController*>(shown)) {
+            windows->tell(project, news + '.', MessageStrip::Tone::news);
+        } else if (auto* plot = qobject_cast<RarefactionWindowController*>(shown)) {
+            plot->viewController().showSaved(news);
+        }
     };
     writeInBackground(
         windows_.jobs(), windows_.panels().alerts, window, target.path,

@@ -45,6 +45,9 @@ ProjectWindows::ProjectWindows(DocumentController& documents, JobQueue& jobs,
       secondary_([this](QWidget& window) { return mayCloseSecondary(window); }),
       exports_(std::make_unique<Exports>(*this, makeRandom_)) {
     connect(&secondary_, &SecondaryWindows::quitRequested, this, &ProjectWindows::quit);
+    connect(&secondary_, &SecondaryWindows::preferencesRequested, this,
+            &ProjectWindows::preferencesRequested);
+    connect(&secondary_, &SecondaryWindows::helpRequested, this, &ProjectWindows::helpRequested);
     connect(&documents_, &DocumentController::documentDidOpen, this,
             [this](Document* document, const QString& path) { documentDidOpen(*document, path); });
     connect(&documents_, &DocumentController::documentDidLeaveOut, this,

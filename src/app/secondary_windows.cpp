@@ -32,6 +32,10 @@ void SecondaryWindows::add(QWidget& window) {
     connect(addCommand("performClose", closeKey()), &QAction::triggered, &window, &QWidget::close);
     connect(addCommand("terminate", QKeySequence(Qt::CTRL | Qt::Key_Q)), &QAction::triggered, this,
             &SecondaryWindows::quitRequested);
+    connect(addCommand("preferencesMenuItemTapped", preferencesKey()), &QAction::triggered, this,
+            &SecondaryWindows::preferencesRequested);
+    connect(addCommand("showHelp", QKeySequence::HelpContents), &QAction::triggered, this,
+            &SecondaryWindows::helpRequested);
 }
 
 std::vector<QWidget*> SecondaryWindows::windows() const {

@@ -1,6 +1,6 @@
 // The windows that belong to no project, such as those of analyses: each stays until the person
-// closes it or the program ends. Every one gets the commands to close it and to quit, by their
-// keys. Main thread.
+// closes it or the program ends. Every one gets the commands to close it, to quit, and for the
+// preferences and the help, by their keys. Main thread.
 #pragma once
 
 #include <QObject>
@@ -27,6 +27,8 @@ class SecondaryWindows : public QObject {
 
   signals:
     void quitRequested();
+    void preferencesRequested();
+    void helpRequested();
 
   protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "ui/analysis/rarefaction_window_controller.h"
 #include "ui/kit/shown_text.h"
 #include "ui/main/main_window_controller.h"
 
@@ -22,8 +23,12 @@ QString tr(const char* text) {
 }
 
 QString titleOf(const QWidget& window) {
-    QString title = window.windowTitle();
-    return title.remove("[*]");
+    QString title = window.windowTitle().remove("[*]");
+    if (const auto* plot = qobject_cast<const RarefactionWindowController*>(&window)) {
+        const QString& subject = plot->viewController().subject();
+        if (!subject.isEmpty()) title += " \u2014 " + subject;
+    }
+    return title;
 }
 
 // All that are on the screen, minimised ones too, by their titles. Questions and popups, which

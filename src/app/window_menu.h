@@ -1,5 +1,5 @@
-// The menu Window: minimise, zoom, the windows of the program by their titles, and all of them to
-// the front. Main thread.
+// The menu Window: minimise, zoom, the windows of the program by their titles, plots with the name
+// of their census or project too, and all of them to the front. Main thread.
 #pragma once
 
 namespace zorvel {

@@ -20,6 +20,10 @@ const char rarefactionSizeKey[] = "rarefactionSize";
 const char sqsQuotaKey[] = "sqsQuota";
 const char confidenceKey[] = "confidence";
 const char plotColorKey[] = "plotColor";
+const char imageFormatKey[] = "imageFormat";
+const char imageWidthKey[] = "imageWidth";
+const char imageResolutionKey[] = "imageResolution";
+const char plotTitlesKey[] = "plotTitles";
 
 using Defaults = QHash<QString, QVariant>;
 
@@ -112,6 +116,25 @@ QColor Preferences::plotColor() const {
 
 void Preferences::setPlotColor(const QColor& color) {
     storeSetting(plotColorKey, archive(color));
+}
+
+PlotImage Preferences::plotImage() const {
+    PlotImage image;
+    image.svg = read(imageFormatKey).toString() == "svg";
+    const double width = read(imageWidthKey).toDouble();
+    if (width >= PlotImage::leastWidth && width <= PlotImage::mostWidth) image.widthCm = width;
+    const int dpi = read(imageResolutionKey).toInt();
+    if (dpi >= PlotImage::leastDpi && dpi <= PlotImage::mostDpi) image.dpi = dpi;
+    const QVariant titles = read(plotTitlesKey);
+    if (titles.isValid()) image.titles = titles.toBool();
+    return image;
+}
+
+void Preferences::setPlotImage(const PlotImage& image) {
+    storeSetting(imageFormatKey, image.svg ? "svg" : "png");
+    storeSetting(imageWidthKey, image.widthCm);
+    storeSetting(imageResolutionKey, image.dpi);
+    storeSetting(plotTitlesKey, image.titles);
 }
 
 }  // namespace zorvel

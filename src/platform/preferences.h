@@ -11,6 +11,19 @@
 
 namespace zorvel {
 
+// How a plot leaves the program other than as its PDF page.
+struct PlotImage {
+    static constexpr double leastWidth = 1, mostWidth = 200;  // cm
+    static constexpr int leastDpi = 36, mostDpi = 2400;
+
+    bool svg = false;     // PNG otherwise
+    double widthCm = 16;  // on paper
+    int dpi = 300;        // of PNG
+    bool titles = true;   // around the plot, also where it is printed or copied
+
+    bool operator==(const PlotImage&) const = default;
+};
+
 class Preferences {
   public:
     // Registers the defaults: 50, 0.8, 0.95, red. Once, at the program's start.
@@ -36,6 +49,10 @@ class Preferences {
     // console line tells of one that cannot be read at all.
     [[nodiscard]] QColor plotColor() const;
     void setPlotColor(const QColor& color);
+
+    // As it was chosen last. What is stored beyond the limits reads as the default.
+    [[nodiscard]] PlotImage plotImage() const;
+    void setPlotImage(const PlotImage& image);
 };
 
 }  // namespace zorvel

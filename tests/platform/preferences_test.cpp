@@ -72,6 +72,18 @@ TEST_F(PreferencesTest, AnEntryThatIsNoNumberReadsAsZero) {
     EXPECT_EQ(Preferences().sqsQuota(), 0.0);
 }
 
+TEST_F(PreferencesTest, AnImageBeyondTheLimitsReadsAsTheDefault) {
+    const PlotImage chosen{true, 8.5, 600, false};
+    Preferences().setPlotImage(chosen);
+    EXPECT_EQ(Preferences().plotImage(), chosen);
+    for (const char* entry : {"nan", "-1", "1e9", "wide"}) {
+        for (const char* key : {"imageWidth", "imageResolution", "imageFormat"}) {
+            storeSetting(key, entry);
+        }
+        EXPECT_EQ(Preferences().plotImage(), (PlotImage{false, 16, 300, false})) << entry;
+    }
+}
+
 TEST_F(PreferencesTest, EntriesThatAreNoColourReadAsRed) {
     const struct {
         QVariant entry;

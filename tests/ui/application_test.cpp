@@ -3,6 +3,8 @@
 #include <QMenu>
 #include <QMenuBar>
 
+#include "ui/analysis/project_wide_metrics_window_controller.h"
+#include "ui/analysis/rarefaction_window_controller.h"
 #include "ui/application_fixture.h"
 
 namespace zorvel {
@@ -80,6 +82,13 @@ TEST_F(ApplicationTest, F1ExplainsAValueAndOpensTheHelpElsewhere) {
     QTest::keyClick(explained, Qt::Key_F1);  // and closes the explanation
     EXPECT_EQ(QApplication::focusWidget(), &value("chaoOne"));
     EXPECT_EQ(links.opened.size(), 1);
+    trigger("projectwideMetricsMenuItemTapped");
+    QWidget* wide = window->mainView().projectWideMetricsWindowController();
+    wide->activateWindow();
+    QTest::keyClick(wide, Qt::Key_F1);
+    EXPECT_EQ(links.opened.size(), 2);
+    QTest::keyClick(wide, Qt::Key_Comma, Qt::ControlModifier);
+    EXPECT_TRUE(preferencesWindow().isVisible());
 }
 
 TEST_F(ApplicationTest, ComingToTheFrontWithoutAProjectOpensAnEmptyOne) {
@@ -93,6 +102,18 @@ TEST_F(ApplicationTest, ComingToTheFrontWithoutAProjectOpensAnEmptyOne) {
     EXPECT_TRUE(windows->isFree(*windows->windows().front()));
     delegate->applicationDidBecomeActive();
     EXPECT_EQ(windows->windows().size(), 1u);
+}
+
+// Their titles are alike.
+TEST_F(ApplicationTest, TheWindowMenuNamesTheCensusOfAPlot) {
+    open(exampleFile);
+    window->mainView().individualBasedRarefaction();
+    ASSERT_TRUE(waitUntil([this] { return window->mainView().rarefactionWindowController(); }));
+    auto& menu = child<QMenu>("windowMenu");
+    emit menu.aboutToShow();
+    EXPECT_TRUE(titlesOf(menu.actions()).contains("Individual-based Rarefaction \u2014 Core 1"));
+    EXPECT_EQ(window->mainView().rarefactionWindowController()->windowTitle(),
+              "Individual-based Rarefaction");
 }
 
 TEST_F(ApplicationTest, TheWindowMenuListsEveryWindowAndGoesToIt) {

@@ -69,8 +69,8 @@ void take(const State& state, const QString& folder, const QString& name, JobQue
     const QString path = folder + "/rarefaction-" + state.name;
     window.grab().save(path + "-" + name + ".png");
     save(path + "-page.pdf", pdfOf(controller.drawing()));
-    save(path + "-page.svg", svgOf(controller.drawing()));
-    save(path + "-page.png", pngOf(controller.drawing()));
+    save(path + "-image.svg", svgOf(controller.figure(), 16));
+    save(path + "-image.png", pngOf(imageOf(controller.figure(), 16, 300)));
     Preferences().setConfidence(0.95);
 }
 

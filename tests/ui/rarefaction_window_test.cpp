@@ -6,7 +6,9 @@
 #include <csignal>
 
 #include <QApplication>
+#include <QCheckBox>
 #include <QClipboard>
+#include <QDialog>
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
@@ -17,11 +19,14 @@
 #include <QMimeData>
 #include <QPainter>
 #include <QProcess>
+#include <QPushButton>
+#include <QRadioButton>
 #include <QScreen>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
 #include <memory>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -112,6 +117,30 @@ class RarefactionWindowTest : public ::testing::Test {
     void saveTo(const QString& path, void (RarefactionViewController::*save)()) {
         savePanel.answer = path;
         (controller().*save)();
+        waitForWriting();
+    }
+    // The dialog of the command, with these entries.
+    QDialog& imageDialog(bool svg, const QString& width, const QString& dpi, bool titles) {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        controller().saveImageTapped();
+        auto* dialog = window->findChild<QDialog*>("imageDialog");
+        if (dialog == nullptr) throw std::runtime_error("no dialog");
+        dialog->findChild<QRadioButton*>(svg ? "svgButton" : "pngButton")->click();
+        dialog->findChild<QLineEdit*>("imageWidthField")->setText(width);
+        dialog->findChild<QLineEdit*>("imageResolutionField")->setText(dpi);
+        dialog->findChild<QCheckBox*>("imageTitlesBox")->setChecked(titles);
+        return *dialog;
+    }
+    QByteArray savedImage(const PlotImage& image) {
+        savePanel.answer = path(image.svg ? "image.svg" : "image.png");
+        QDialog& dialog = imageDialog(image.svg, QString::number(image.widthCm, 'g', 17),
+                                      QString::number(image.dpi), image.titles);
+        dialog.findChild<QPushButton*>("saveImageAsButton")->click();
+        waitForWriting();
+        EXPECT_EQ(Preferences().plotImage(), image);
+        return bytesOf(savePanel.answer);
+    }
+    void waitForWriting() {
         QObject receiver;
         bool done = false;
         jobs->start(
@@ -262,7 +291,11 @@ TEST_F(RarefactionWindowTest, SavesOnePdfPageOfTheViewsSize) {
     QCoreApplication::processEvents();
     drawn();
     saveTo(path("north.pdf"), &RarefactionViewController::savePlotTapped);
-    EXPECT_EQ(savePanel.endings, (QStringList{".pdf", ".svg", ".png"}));
+    EXPECT_EQ(savePanel.endings, QStringList(".pdf"));
+    EXPECT_EQ(label("rarefactionSaved"), "Saved to north.pdf");
+    QCoreApplication::processEvents();
+    const auto* saved = window->findChild<QLabel*>("rarefactionSaved");
+    EXPECT_GE(saved->width(), saved->fontMetrics().horizontalAdvance(saved->text()));
     EXPECT_EQ(savePanel.suggestions, QStringList("North rarefaction"));
     const QByteArray facts = outputOf("pdfinfo", {path("north.pdf")}).simplified();
     const QSize size = view().size();
@@ -287,17 +320,64 @@ TEST_F(RarefactionWindowTest, SavesAPageWithoutAnythingOfFewerThanThreePoints) {
     EXPECT_EQ(outputOf("pdftotext", {path("empty.pdf"), "-"}).trimmed(), "");
 }
 
-TEST_F(RarefactionWindowTest, SavesSvgWithTextAndAnImageOfTwoPixelsAPoint) {
+TEST_F(RarefactionWindowTest, SavesImagesOfTheirSizeOnPaperWithAndWithoutTitles) {
     show(straightCurve());
     drawn();
-    saveTo(path("north.SVG"), &RarefactionViewController::savePlotTapped);
-    const QByteArray svg = bytesOf(path("north.SVG"));
-    const QString box = QString("viewBox=\"0 0 %1 %2\"").arg(view().width()).arg(view().height());
-    EXPECT_TRUE(svg.contains(box.toUtf8()));
-    EXPECT_TRUE(svg.contains(">15</text>"));
-    EXPECT_TRUE(svg.contains("#0000ff"));
-    saveTo(path("north.png"), &RarefactionViewController::savePlotTapped);
-    expectPlot(QImage(path("north.png")), 2);
+    for (const bool titles : {false, true}) {
+        const QSize size = view().size() + (titles ? QSize(24, 52) : QSize(0, 0));
+        const QByteArray svg = savedImage({true, 8.5, 300, titles});
+        EXPECT_EQ(savePanel.endings, QStringList(".svg"));
+        const double height = 85.0 * size.height() / size.width();
+        EXPECT_TRUE(svg.contains("width=\"85mm\"")) << svg.left(400).toStdString();
+        EXPECT_TRUE(svg.contains(QString("height=\"%1mm\"").arg(height, 0, 'f', 2).toUtf8()));
+        EXPECT_TRUE(svg.contains(
+            QString("viewBox=\"0 0 %1 %2\"").arg(size.width()).arg(size.height()).toUtf8()));
+        EXPECT_TRUE(svg.contains(">15</text>"));
+        for (const char* text : {">North</text>", ">Specimens</text>", ">Expected taxa</text>"}) {
+            EXPECT_EQ(svg.contains(text), titles) << text;
+        }
+        const QImage png =
+            QImage::fromData(savedImage({false, size.width() / 72.0 * 2.54, 144, titles}), "PNG");
+        EXPECT_EQ(png.size(), size * 2);
+        EXPECT_EQ(png.dotsPerMeterX(), 5669);
+        EXPECT_EQ(png.dotsPerMeterY(), 5669);
+        expectPlot(png.copy(QRect(titles ? QPoint(48, 56) : QPoint(), view().size() * 2)), 2);
+        EXPECT_EQ(label("rarefactionSaved"), "Saved to image.png");
+        EXPECT_EQ(controller().figure().size, size);  // printed
+    }
+    window->findChild<QCheckBox*>("plotTitlesBox")->click();
+    EXPECT_EQ(controller().figure().size, view().size());
+}
+
+TEST_F(RarefactionWindowTest, TellsWhatIsWrongWithAnImageBeforeItIsSaved) {
+    show(straightCurve());
+    const struct {
+        bool svg;
+        const char* width;
+        const char* dpi;
+        const char* note;
+    } rows[] = {{false, "8,5", " 300 ", "1,004 \u00d7 "},
+                {true, "8.5", "x", "8.5 \u00d7 "},
+                {false, "8.5", "x", "whole number from 36 to 2400"},
+                {false, "8.5", "35", "whole number from 36 to 2400"},
+                {false, "8.5", "2401", "whole number from 36 to 2400"},
+                {true, "0.9", "300", "centimetres from 1 to 200"},
+                {true, "200.1", "300", "centimetres from 1 to 200"},
+                {false, "nan", "300", "centimetres from 1 to 200"},
+                {false, "", "300", "centimetres from 1 to 200"},
+                {false, "84.6", "600", "19,984 \u00d7 "},
+                {false, "85", "600", "no side may have more than 20,000"}};
+    for (const auto& row : rows) {
+        QDialog& dialog = imageDialog(row.svg, row.width, row.dpi, true);
+        const QString note = dialog.findChild<QLabel*>("imageNote")->text();
+        EXPECT_TRUE(note.contains(row.note)) << row.width << ' ' << note.toStdString();
+        EXPECT_EQ(dialog.findChild<QPushButton*>("saveImageAsButton")->isEnabled(),
+                  note.contains(" cm"));
+        QTest::keyClick(&dialog, Qt::Key_Escape);
+    }
+    EXPECT_EQ(Preferences().plotImage(), PlotImage());
+    show({});
+    EXPECT_FALSE(window->findChild<QPushButton*>("saveImageButton")->isEnabled());
 }
 
 TEST_F(RarefactionWindowTest, SavesTheTableWhateverTheLevel) {
@@ -343,6 +423,7 @@ TEST_F(RarefactionWindowTest, TellsOfAFailedWriteAfterTheWindowHasGone) {
 }
 
 TEST_F(RarefactionWindowTest, CopiesPlotAndTable) {
+    Preferences().setPlotImage({false, 16, 300, false});
     show(straightCurve());
     drawn();
     QTest::keyClick(window.get(), Qt::Key_C, Qt::ControlModifier);

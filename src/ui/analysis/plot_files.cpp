@@ -13,7 +13,7 @@ namespace zorvel {
 namespace {
 
 constexpr int pointsPerInch = 72;
-constexpr int pixelsPerPoint = 2;
+constexpr double cmPerInch = 2.54;
 
 // Whether something could be painted; the bytes are in memory, so only an empty size fails.
 bool paintOn(QPaintDevice& device, const PlotDrawing& drawing) {
@@ -42,33 +42,45 @@ QByteArray pdfOf(const PlotDrawing& drawing) {
     return paintOn(writer, drawing) ? bytes : QByteArray();
 }
 
-QByteArray svgOf(const PlotDrawing& drawing) {
+double naturalWidth(const PlotDrawing& drawing) {
+    return drawing.size.width() * cmPerInch / pointsPerInch;
+}
+
+QByteArray svgOf(const PlotDrawing& drawing, double widthCm) {
     if (drawing.size.isEmpty()) return {};
+    constexpr int unitsPerCm = 1000;
     QByteArray bytes;
     QBuffer buffer(&bytes);
     QSvgGenerator generator;
     generator.setOutputDevice(&buffer);
     generator.setTitle(drawing.title);
-    generator.setResolution(pointsPerInch);
-    generator.setSize(drawing.size);
+    generator.setResolution(qRound(unitsPerCm * cmPerInch));
+    generator.setSize(
+        (QSizeF(drawing.size) * (widthCm * unitsPerCm / drawing.size.width())).toSize());
     generator.setViewBox(QRect(QPoint(), drawing.size));
     return paintOn(generator, drawing) ? bytes : QByteArray();
 }
 
-QImage imageOf(const PlotDrawing& drawing) {
-    QImage image(drawing.size * pixelsPerPoint, QImage::Format_ARGB32_Premultiplied);
-    image.setDevicePixelRatio(pixelsPerPoint);
+QSize pixelsOf(const QSize& drawing, double widthCm, int dpi) {
+    return (QSizeF(drawing) * (widthCm / cmPerInch * dpi / drawing.width())).toSize();
+}
+
+QImage imageOf(const PlotDrawing& drawing, double widthCm, int dpi) {
+    if (drawing.size.isEmpty()) return {};
+    QImage image(pixelsOf(drawing.size, widthCm, dpi), QImage::Format_ARGB32_Premultiplied);
+    if (image.isNull()) return image;
+    const int perMetre = qRound(dpi * 100 / cmPerInch);
+    image.setDotsPerMeterX(perMetre);
+    image.setDotsPerMeterY(perMetre);
     image.fill(Qt::transparent);
-    if (!image.isNull()) paintOn(image, drawing);
+    QPainter painter(&image);
+    painter.scale(static_cast<double>(image.width()) / drawing.size.width(),
+                  static_cast<double>(image.height()) / drawing.size.height());
+    drawing.draw(painter);
     return image;
 }
 
-QByteArray pngOf(const PlotDrawing& drawing) {
-    QImage image = imageOf(drawing);
-    // So that programs that lay out by physical size give it the drawing's.
-    const int perMetre = qRound(pixelsPerPoint * pointsPerInch / 0.0254);
-    image.setDotsPerMeterX(perMetre);
-    image.setDotsPerMeterY(perMetre);
+QByteArray pngOf(const QImage& image) {
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);

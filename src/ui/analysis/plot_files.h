@@ -1,5 +1,5 @@
-// A drawing as the bytes of a file: one PDF page, SVG, or a PNG image. Each has exactly the size of
-// the drawing, in points. Main thread (fonts).
+// A drawing as what a file or the clipboard holds: one PDF page, SVG, or an image. Main thread
+// (fonts).
 #pragma once
 
 #include <QByteArray>
@@ -19,12 +19,18 @@ struct PlotDrawing {
     std::function<void(QPainter&)> draw;
 };
 
-// Text stays text in both. Empty where the drawing has no size.
+// On a page of exactly the drawing's size. Text stays text in this and in SVG. Both are empty where
+// the drawing has no size.
 QByteArray pdfOf(const PlotDrawing& drawing);
-QByteArray svgOf(const PlotDrawing& drawing);
 
-// Two pixels a point; transparent where nothing is drawn.
-QImage imageOf(const PlotDrawing& drawing);
-QByteArray pngOf(const PlotDrawing& drawing);
+// As wide on paper as is said, and as high in proportion. naturalWidth(): with a unit of a point.
+double naturalWidth(const PlotDrawing& drawing);  // cm
+QByteArray svgOf(const PlotDrawing& drawing, double widthCm);
+// Tells its resolution; transparent where nothing is drawn. Null where memory has no room for it.
+QImage imageOf(const PlotDrawing& drawing, double widthCm, int dpi);
+QSize pixelsOf(const QSize& drawing, double widthCm, int dpi);
+
+// Any thread.
+QByteArray pngOf(const QImage& image);
 
 }  // namespace zorvel

@@ -1,8 +1,12 @@
 #include "ui/analysis/rarefaction_view_controller.h"
 
+#include <QAccessible>
+#include <QAccessibleEvent>
 #include <QBoxLayout>
+#include <QCheckBox>
 #include <QClipboard>
 #include <QEvent>
+#include <QFileInfo>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QMimeData>
@@ -16,8 +20,10 @@
 #include "platform/file_names.h"
 #include "platform/job_queue.h"
 #include "platform/preferences.h"
+#include "ui/analysis/image_dialog.h"
 #include "ui/analysis/plot_paper.h"
 #include "ui/analysis/rarefaction_view.h"
+#include "ui/analysis/titled_plot.h"
 #include "ui/kit/alerts.h"
 #include "ui/kit/elided_label.h"
 #include "ui/kit/file_writing.h"
@@ -31,15 +37,11 @@ namespace zorvel {
 namespace {
 
 constexpr qsizetype longestSubject = 120;  // characters
+constexpr int copiedDpi = 144;
+constexpr int widestNews = 320;  // pixels
 
 std::optional<ConfidenceLevel> levelNow() {
     return confidenceLevelOf(Preferences().confidence());
-}
-
-QByteArray bytesFor(const QString& path, const PlotDrawing& drawing) {
-    if (path.endsWith(".svg", Qt::CaseInsensitive)) return svgOf(drawing);
-    if (path.endsWith(".png", Qt::CaseInsensitive)) return pngOf(drawing);
-    return pdfOf(drawing);
 }
 
 // A label of plain text that leaves its width to the window.
@@ -71,7 +73,7 @@ RarefactionViewController::RarefactionViewController(RarefactionKind kind, JobQu
     column->setSpacing(10);
     column->addLayout(headingRows());
     column->addWidget(paper, 1);
-    readout_ = addLabel(*column, "rarefactionReadout", tr("Values of the marked point"), this);
+    column->addLayout(readoutRow());
     column->addLayout(buttonRow());
     connect(rarefactionView_, &RarefactionView::preferencesWereFollowed, this,
             &RarefactionViewController::showTexts);
@@ -89,7 +91,15 @@ QBoxLayout* RarefactionViewController::headingRows() {
     heading_ = new ElidedLabel(this);
     heading_->setObjectName("rarefactionSubject");
     heading_->setAccessibleName(tr("Subject"));
-    rows->addWidget(heading_);
+    saved_ = new ElidedLabel(this);
+    saved_->setObjectName("rarefactionSaved");
+    saved_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
+    saved_->setMaximumWidth(widestNews);
+    saved_->setForegroundRole(QPalette::PlaceholderText);
+    auto* first = new QHBoxLayout;
+    first->addWidget(heading_, 1);
+    first->addWidget(saved_, 0, Qt::AlignTop);
+    rows->addLayout(first);
     heading_->setFont(scaledFont(font(), 1.3, true));
     summary_ = addLabel(*rows, "rarefactionSummary", tr("Curve"), this);
     summary_->setForegroundRole(QPalette::PlaceholderText);
@@ -123,9 +133,31 @@ QBoxLayout* RarefactionViewController::buttonRow() {
               &Self::printRequested);
     addButton(*row, "saveDataButton", tr("Save T&able\u2026"),
               QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S), &Self::saveDataTapped);
+    saveImageButton_ =
+        addButton(*row, "saveImageButton", tr("Save &Image\u2026"),
+                  QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_I), &Self::saveImageTapped);
     addButton(*row, "savePlotButton", tr("Save &Plot\u2026"), QKeySequence::Save,
               &Self::savePlotTapped)
         ->setProperty(primaryButtonProperty, true);
+    return row;
+}
+
+// The line of the marked point's values, and the choice that copies and prints follow.
+QBoxLayout* RarefactionViewController::readoutRow() {
+    auto* row = new QHBoxLayout;
+    row->setSpacing(16);
+    readout_ = addLabel(*row, "rarefactionReadout", tr("Values of the marked point"), this);
+    row->setStretch(0, 1);
+    titlesBox_ = new QCheckBox(tr("Tit&les"), this);
+    titlesBox_->setObjectName("plotTitlesBox");
+    titlesBox_->setToolTip(
+        tr("Copy, print and save as an image with the titles of the axes and the name"));
+    connect(titlesBox_, &QCheckBox::clicked, this, [](bool checked) {
+        PlotImage image = Preferences().plotImage();
+        image.titles = checked;
+        Preferences().setPlotImage(image);
+    });
+    row->addWidget(titlesBox_, 0, Qt::AlignTop);
     return row;
 }
 
@@ -168,19 +200,24 @@ void RarefactionViewController::showTexts() {
     const QString absence = texts_.absence(curve, levelNow());
     absence_->setText(absence);
     absence_->setVisible(!absence.isEmpty());
+    titlesBox_->setChecked(Preferences().plotImage().titles);
+    saveImageButton_->setEnabled(isDrawn());
     rarefactionView_->setAccessibleName(tr("Rarefaction curve"));
     showReadout();
+}
+
+bool RarefactionViewController::isDrawn() const {
+    return rarefactionData_ && rarefactionData_->size() >= kFewestPlotPoints;
 }
 
 // The view that has the focus speaks, not the label that stands by.
 void RarefactionViewController::showReadout() {
     const int marked = rarefactionView_->markedPoint();
-    const bool drawn = rarefactionData_ && rarefactionData_->size() >= kFewestPlotPoints;
-    const bool isMarked = drawn && marked >= 0;
+    const bool isMarked = isDrawn() && marked >= 0;
     QString text;
     if (isMarked) {
         text = texts_.readout((*rarefactionData_)[static_cast<std::size_t>(marked)], levelNow());
-    } else if (drawn) {
+    } else if (isDrawn()) {
         text = tr("Point at the curve, or press an arrow key, to read out its values.");
     }
     readout_->setForegroundRole(isMarked ? QPalette::WindowText : QPalette::PlaceholderText);
@@ -195,43 +232,96 @@ PlotDrawing RarefactionViewController::drawing() const {
     return {view->size(), title, [view](QPainter& painter) { view->drawRect(painter); }};
 }
 
+PlotDrawing RarefactionViewController::figure() const {
+    return figure(Preferences().plotImage().titles);
+}
+
+PlotDrawing RarefactionViewController::figure(bool titles) const {
+    if (!titles || !isDrawn()) return drawing();
+    return titledPlot(drawing(), {shortened(subject_, longestSubject), texts_.sampleSizeTitle(),
+                                  RarefactionTexts::richnessTitle()});
+}
+
 QString RarefactionViewController::fileNameFor(const QString& what) const {
     return subject_.isEmpty() ? what : asFileName(subject_) + " " + what;
 }
 
-void RarefactionViewController::write(const QString& path, const QByteArray& bytes,
-                                      const QString& failure) {
-    writeInBackground(jobs_, panels_.alerts, window(), path, failure,
-                      [bytes](const ByteSink& sink) {
-                          sink({bytes.constData(), static_cast<std::size_t>(bytes.size())});
-                      });
+QString RarefactionViewController::choosePath(const FileType& type) {
+    const QPointer<RarefactionViewController> self(this);
+    const QString path = panels_.save.chooseFile(window(), fileNameFor(tr("rarefaction")), {type});
+    return self ? path : QString();
+}
+
+// bytes: called in the job.
+void RarefactionViewController::write(const QString& path, const QString& failure,
+                                      std::function<QByteArray()> bytes) {
+    const auto produce = [bytes = std::move(bytes)](const ByteSink& sink) {
+        const QByteArray all = bytes();
+        sink({all.constData(), static_cast<std::size_t>(all.size())});
+    };
+    const auto tell = [self = QPointer(this), path](bool there) {
+        if (there && self) self->showSaved(tr("Saved to %1").arg(QFileInfo(path).fileName()));
+    };
+    writeInBackground(jobs_, panels_.alerts, window(), path, failure, produce, tell);
+}
+
+void RarefactionViewController::showSaved(const QString& news) {
+    saved_->setText(shortened(news, longestSubject));
+    saved_->setToolTip(breakable(saved_->text()));
+    saved_->setAccessibleName(saved_->text());
+    QAccessibleEvent alert(saved_, QAccessible::Alert);
+    QAccessible::updateAccessibility(&alert);
 }
 
 void RarefactionViewController::savePlot() {
-    const QPointer<RarefactionViewController> self(this);
-    const QString path = panels_.save.chooseFile(
-        window(), fileNameFor(tr("rarefaction")),
-        {{tr("PDF document"), ".pdf"}, {tr("SVG drawing"), ".svg"}, {tr("PNG image"), ".png"}});
-    if (!self || path.isEmpty()) return;
-    write(path, bytesFor(path, drawing()), tr("The plot could not be saved"));
+    const QString path = choosePath({tr("PDF document"), ".pdf"});
+    if (path.isEmpty()) return;
+    write(path, tr("The plot could not be saved"), [page = pdfOf(drawing())] { return page; });
+}
+
+void RarefactionViewController::saveImage() {
+    if (!isDrawn()) return;
+    auto* dialog = new ImageDialog(
+        Preferences().plotImage(), [this](bool titles) { return figure(titles).size; }, this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &QDialog::accepted, this, [this, dialog] { saveImageAs(dialog->choice()); });
+    dialog->open();
+}
+
+void RarefactionViewController::saveImageAs(const PlotImage& image) {
+    Preferences().setPlotImage(image);
+    showTexts();
+    const QString path = choosePath(image.svg ? FileType{tr("SVG drawing"), ".svg"}
+                                              : FileType{tr("PNG image"), ".png"});
+    if (path.isEmpty()) return;
+    const QString failure = tr("The image could not be saved");
+    if (image.svg) {
+        return write(path, failure, [svg = svgOf(figure(), image.widthCm)] { return svg; });
+    }
+    const QImage pixels = imageOf(figure(), image.widthCm, image.dpi);
+    if (pixels.isNull()) {
+        return panels_.alerts.warn(
+            window(), failure,
+            tr("There is not enough memory for it. Choose a smaller width or resolution."));
+    }
+    write(path, failure, [pixels] { return pngOf(pixels); });
 }
 
 void RarefactionViewController::saveData() {
     if (!rarefactionData_) return;
     const QByteArray text = QByteArray::fromStdString(writeRarefactionTable(*rarefactionData_));
-    const QPointer<RarefactionViewController> self(this);
-    const QString path = panels_.save.chooseFile(window(), fileNameFor(tr("rarefaction")),
-                                                 {{tr("Comma-separated table"), ".csv"}});
-    if (!self || path.isEmpty()) return;
-    write(path, text, tr("The table could not be saved"));
+    const QString path = choosePath({tr("Comma-separated table"), ".csv"});
+    if (path.isEmpty()) return;
+    write(path, tr("The table could not be saved"), [text] { return text; });
 }
 
 void RarefactionViewController::copyPlot() {
-    const PlotDrawing plot = drawing();
+    const PlotDrawing plot = figure();
+    const double width = naturalWidth(plot);
     auto* copied = new QMimeData;
-    copied->setImageData(imageOf(plot));
+    copied->setImageData(imageOf(plot, width, copiedDpi));
     copied->setData("application/pdf", pdfOf(plot));
-    copied->setData("image/svg+xml", svgOf(plot));
+    copied->setData("image/svg+xml", svgOf(plot, width));
     QGuiApplication::clipboard()->setMimeData(copied);
 }
 

@@ -4,6 +4,7 @@
 
 #include <QString>
 #include <QWidget>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -13,13 +14,17 @@
 #include "ui/kit/panels.h"
 
 class QBoxLayout;
+class QCheckBox;
 class QLabel;
 class QPushButton;
 
 namespace zorvel {
 
+class ElidedLabel;
 class JobQueue;
+struct PlotImage;
 class RarefactionView;
+struct FileType;
 
 class RarefactionViewController : public QWidget {
     Q_OBJECT
@@ -36,20 +41,29 @@ class RarefactionViewController : public QWidget {
         return rarefactionData_;
     }
     [[nodiscard]] RarefactionView& rarefactionView() { return *rarefactionView_; }
+    [[nodiscard]] const QString& subject() const { return subject_; }
 
     // The plot without the mark of a point, as it is shown at this moment.
     [[nodiscard]] PlotDrawing drawing() const;
+    // The same, with titles around it where the preferences say so.
+    [[nodiscard]] PlotDrawing figure() const;
+    // Beside the heading, until the next.
+    void showSaved(const QString& news);
 
   public slots:
-    // Asks where, and writes the plot in the background as PDF, SVG or PNG, by the path's ending. A
-    // failed write is told in an alert, even if the window has closed meanwhile.
+    // Asks where, and writes the view in the background as a page of PDF. That it is there is told
+    // beside the heading, a failed write in an alert, even if the window has closed meanwhile.
     void savePlot();
     void savePlotTapped() { savePlot(); }
+    // The same for the figure as SVG or PNG, once the size is chosen. Nothing where no curve is
+    // drawn.
+    void saveImage();
+    void saveImageTapped() { saveImage(); }
     // The same for the table, whatever the confidence level of the preferences. Nothing without
     // data.
     void saveData();
     void saveDataTapped() { saveData(); }
-    // As an image, PDF and SVG: the program that pastes takes what it can best use.
+    // The figure as an image, PDF and SVG: the program that pastes takes what it can best use.
     void copyPlot();
     // Cells parted by tabs, for a spreadsheet, and the text of the table's file beside them.
     void copyTable();
@@ -57,7 +71,7 @@ class RarefactionViewController : public QWidget {
     void preferencesDidChange();
 
   signals:
-    // The plot is to be put on paper.
+    // The figure is to be put on paper.
     void printRequested();
 
   protected:
@@ -67,13 +81,18 @@ class RarefactionViewController : public QWidget {
   private:
     void viewWillAppear();
     [[nodiscard]] QBoxLayout* headingRows();
+    [[nodiscard]] QBoxLayout* readoutRow();
     [[nodiscard]] QBoxLayout* buttonRow();
     QPushButton* addButton(QBoxLayout& row, const char* name, const QString& title,
                            const QKeySequence& keys, void (RarefactionViewController::*command)());
     void showTexts();
     void showReadout();
     [[nodiscard]] QString fileNameFor(const QString& what) const;
-    void write(const QString& path, const QByteArray& bytes, const QString& failure);
+    [[nodiscard]] QString choosePath(const FileType& type);
+    void write(const QString& path, const QString& failure, std::function<QByteArray()> bytes);
+    void saveImageAs(const PlotImage& image);
+    [[nodiscard]] bool isDrawn() const;
+    [[nodiscard]] PlotDrawing figure(bool titles) const;
 
     RarefactionKind kind_;
     RarefactionTexts texts_;
@@ -86,6 +105,9 @@ class RarefactionViewController : public QWidget {
     QLabel* summary_ = nullptr;
     QLabel* absence_ = nullptr;
     QLabel* readout_ = nullptr;
+    ElidedLabel* saved_ = nullptr;
+    QCheckBox* titlesBox_ = nullptr;
+    QPushButton* saveImageButton_ = nullptr;
     bool hasAppeared_ = false;
 };
 

@@ -13,7 +13,7 @@ class RarefactionWindowController : public PlacedWindow {
     // Queue and panels must outlive the window.
     RarefactionWindowController(RarefactionKind kind, JobQueue& jobs, const Panels& panels);
 
-    [[nodiscard]] RarefactionViewController& viewController() { return *viewController_; }
+    [[nodiscard]] RarefactionViewController& viewController() const { return *viewController_; }
 
   private:
     RarefactionViewController* viewController_;
