@@ -49,7 +49,7 @@ int main(int argc, char** argv) {
     }
     zorvel::setUpApplication();
     zorvel::SettingsFile settings(zorvel::SettingsFile::userPath());
-    zorvel::JobQueue jobs;
+    zorvel::JobQueue jobs(0, std::chrono::seconds(1));
     zorvel::LookChoice look(application);
     zorvel::DesktopOpenPanel openPanel;
     zorvel::DesktopSavePanel savePanel;

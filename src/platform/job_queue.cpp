@@ -3,18 +3,35 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <algorithm>
+#include <system_error>
 
 namespace zorvel {
 
-JobQueue::JobQueue(unsigned threads) {
+JobQueue::JobQueue(unsigned threads, std::chrono::milliseconds patience) {
     if (threads == 0) threads = std::max(2u, std::thread::hardware_concurrency());
-    threads_.reserve(threads);
-    for (unsigned i = 0; i < threads; ++i) threads_.emplace_back([this] { runJobs(); });
+    for (unsigned i = 0; i < threads; ++i) addThread();
+    patience_.setInterval(patience);
+    connect(&patience_, &QTimer::timeout, this, &JobQueue::relieve);
 }
 
 JobQueue::~JobQueue() {
     stop(std::chrono::milliseconds(0));
     for (std::thread& thread : threads_) thread.join();
+}
+
+void JobQueue::addThread() {
+    threads_.emplace_back([this] { runJobs(); });
+}
+
+void JobQueue::relieve() {
+    const std::lock_guard lock(jobsMutex_);
+    if (jobs_.empty()) return patience_.stop();
+    if (std::exchange(begunBefore_, begun_) != begun_) return;
+    try {
+        addThread();
+    } catch (const std::system_error&) {
+        // The system has none to give now; it is asked again.
+    }
 }
 
 bool JobQueue::stop(std::chrono::milliseconds atMost) {
@@ -44,8 +61,10 @@ void JobQueue::enqueue(QObject* receiver, std::function<void()> work, std::funct
         const std::lock_guard lock(jobsMutex_);
         jobs_.push_back({id, std::move(work), writes});
         if (writes) ++writes_;
+        if (!patience_.isActive()) begunBefore_ = begun_;
     }
     jobsChanged_.notify_one();
+    if (patience_.interval() > 0 && !patience_.isActive()) patience_.start();
 }
 
 void JobQueue::runJobs() {
@@ -66,6 +85,7 @@ std::optional<JobQueue::Job> JobQueue::nextJob() {
     if (stopping_) return std::nullopt;
     Job job = std::move(jobs_.front());
     jobs_.pop_front();
+    ++begun_;
     ++running_;
     return job;
 }

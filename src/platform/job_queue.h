@@ -1,12 +1,15 @@
 // Runs work on background threads and brings the results back to the thread that owns the queue
 // (the main thread). Jobs start in the order given, finish in any order, and are never cancelled; a
-// result whose receiver has been destroyed is dropped. Destroying the queue drops the jobs that
+// result whose receiver has been destroyed is dropped. A job that hangs in a file, as on a dead
+// network, keeps its thread, and cannot be helped; those that wait behind it get another one.
+// Destroying the queue drops the jobs that
 // have not begun, waits for those that run, and delivers nothing more; whoever ends the program
 // first lets those finish that write what the person has asked for.
 #pragma once
 
 #include <QObject>
 #include <QPointer>
+#include <QTimer>
 #include <chrono>
 #include <condition_variable>
 #include <cstddef>
@@ -27,8 +30,10 @@ namespace zorvel {
 class JobQueue : public QObject {
   public:
     // threads: at least 1; 0 stands for one a processor, and never fewer than two, so that a long
-    // job leaves room for short ones.
-    explicit JobQueue(unsigned threads = 0);
+    // job leaves room for short ones. patience: a thread more is started each time that jobs wait
+    // and none has begun for so long; 0: never.
+    explicit JobQueue(unsigned threads = 0,
+                      std::chrono::milliseconds patience = std::chrono::milliseconds(0));
     ~JobQueue() override;
 
     // work() runs on a worker: it must not throw, and must own all that it reads. deliver(result)
@@ -73,6 +78,8 @@ class JobQueue : public QObject {
     void start(QObject* receiver, Work work, Deliver deliver, bool writes);
     void enqueue(QObject* receiver, std::function<void()> work, std::function<void()> deliver,
                  bool writes);
+    void addThread();
+    void relieve();
     void runJobs();
     std::optional<Job> nextJob();
     void report(JobId id);
@@ -83,18 +90,20 @@ class JobQueue : public QObject {
     // receiver and no closure of the window is copied or destroyed elsewhere.
     std::unordered_map<JobId, Delivery> deliveries_;
     JobId lastId_ = 0;
+    std::vector<std::thread> threads_;
+    QTimer patience_;  // runs while jobs may be waiting
+    std::uint64_t begunBefore_ = 0;
 
     std::mutex jobsMutex_;
     std::condition_variable jobsChanged_;
     std::deque<Job> jobs_;
     bool stopping_ = false;
+    std::uint64_t begun_ = 0;  // ever
     std::size_t running_ = 0;
     std::size_t writes_ = 0;  // that have not ended
 
     std::mutex mailMutex_;
     std::deque<JobId> mail_;
-
-    std::vector<std::thread> threads_;
 };
 
 template <class Work, class Deliver>

@@ -129,6 +129,26 @@ TEST(JobQueue, ALongJobDoesNotHoldUpAShortOne) {
     ASSERT_TRUE(waitUntil([&] { return longDone; }));
 }
 
+TEST(JobQueue, JobsThatHangHoldNothingUp) {
+    JobQueue queue(2, std::chrono::milliseconds(5));
+    QObject receiver;
+    std::promise<void> gate;
+    const std::shared_future<void> opened = gate.get_future().share();
+    const auto hang = [opened] {
+        opened.wait();
+        return 0;
+    };
+    int ended = 0;
+    for (int i = 0; i < 4; ++i) queue.start(&receiver, hang, [&](int) { ++ended; });
+    bool done = false;
+    queue.start(
+        &receiver, [] { return 0; }, [&](int) { done = true; });
+    EXPECT_TRUE(waitUntil([&] { return done; }));
+    EXPECT_EQ(ended, 0);
+    gate.set_value();
+    EXPECT_TRUE(waitUntil([&] { return ended == 4; }));
+}
+
 TEST(JobQueue, DeliveryMayRunAnEventLoopOfItsOwn) {
     JobQueue queue(1);
     QObject receiver;
