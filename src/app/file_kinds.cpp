@@ -1,7 +1,5 @@
 #include "app/file_kinds.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <QCoreApplication>
@@ -14,6 +12,7 @@
 #include <utility>
 
 #include "app/project_windows.h"
+#include "interchange/open_file.h"
 #include "interchange/text_file.h"
 #include "platform/file_names.h"
 #include "platform/job_queue.h"
@@ -54,22 +53,17 @@ void dropCutLine(std::string& bytes) {
     if (!bytes.empty() && static_cast<unsigned char>(bytes.back()) >= 0xC0U) bytes.pop_back();
 }
 
-// The first bytes of a regular file; reading another would take from whoever waits for it.
 std::string firstBytes(const QString& path) {
-    const std::string encoded = encodedPath(path);
-    struct stat status {};
-    if (::stat(encoded.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return {};
-    const int descriptor = ::open(encoded.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    if (descriptor < 0) return {};
+    const Result<OpenFile> file = openRegularFile(encodedPath(path));
+    if (!file) return {};
     std::string bytes;
     for (bool more = true; more;) {
         const std::size_t size = bytes.size();
         bytes.resize(size + sampleStep);
-        const ssize_t count = ::read(descriptor, bytes.data() + size, sampleStep);
+        const ssize_t count = ::read(file.value().descriptor(), bytes.data() + size, sampleStep);
         bytes.resize(size + (count > 0 ? static_cast<std::size_t>(count) : 0));
         more = bytes.size() == size + sampleStep && !isEnough(bytes);
     }
-    ::close(descriptor);
     if (bytes.size() % sampleStep == 0) dropCutLine(bytes);
     return bytes;
 }

@@ -4,8 +4,8 @@
 #include <system_error>
 #include <utility>
 
-#include "cli/project.h"
 #include "interchange/whole_file.h"
+#include "model/text_project.h"
 
 namespace zorvel::cli {
 namespace {

@@ -1,18 +1,13 @@
 #include "cli/project.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <array>
 #include <utility>
 
 #include "cli/messages.h"
-#include "interchange/open_file.h"
 #include "interchange/text_file.h"
 #include "model/file_messages.h"
 #include "model/import.h"
+#include "model/text_project.h"
 #include "store/project_file.h"
 
 namespace zorvel::cli {
@@ -86,23 +81,14 @@ bool readText(const std::string& file, FileKind (*otherwise)(std::string_view), 
 
 }  // namespace
 
-bool holdsProject(const std::string& file) {
-    struct stat status {};
-    if (file == "-" || stat(file.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return false;
-    const OpenFile opened(open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
-    std::array<char, 100> head{};
-    const ssize_t count = opened ? read(opened.descriptor(), head.data(), head.size()) : 0;
-    return count > 0 && startsLikeProject({head.data(), static_cast<std::size_t>(count)});
-}
-
 std::optional<Project> loadProject(const std::string& file, std::optional<FileKind> kind,
                                    FileKind (*otherwise)(std::string_view text)) {
     Project project;
     project.file = shownFile(file);
     project.kind = kind;
     project.document = std::make_unique<DiversityDocument>();
-    const bool read =
-        holdsProject(file) ? readProject(file, project) : readText(file, otherwise, project);
+    const bool read = file != "-" && holdsProject(file) ? readProject(file, project)
+                                                        : readText(file, otherwise, project);
     if (!read) return std::nullopt;
     project.censuses = project.document->objectContext().censuses();
     project.names = censusNameList(project.censuses);

@@ -21,9 +21,6 @@ struct Project {
     NameList names;                // of the censuses
 };
 
-// Whether it is a file that begins as a project does. Not of a pipe, whose bytes come once.
-bool holdsProject(const std::string& file);
-
 // Reads the file: a project by what it was last saved with, whoever has it open, and the file stays
 // as it is; text by its kind, or where none is named by the kind that otherwise() takes it for. A
 // kind named for a project is a problem, as it is for text of another kind. Absent where the file

@@ -1,4 +1,5 @@
-// A file descriptor that closes itself, and the system's words for what went wrong with a file.
+// A file descriptor that closes itself, the opening of a file that is to be read, and the system's
+// words for what went wrong with a file. Any thread.
 #pragma once
 
 #include <unistd.h>
@@ -6,6 +7,7 @@
 #include <cerrno>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "base/result.h"
 
@@ -16,8 +18,8 @@ class OpenFile {
     // -1: no file.
     explicit OpenFile(int descriptor) : descriptor_(descriptor) {}
     ~OpenFile() { close(); }
-    OpenFile(const OpenFile&) = delete;
-    OpenFile& operator=(const OpenFile&) = delete;
+    OpenFile(OpenFile&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
+    OpenFile& operator=(OpenFile&&) = delete;
 
     explicit operator bool() const { return descriptor_ >= 0; }
     [[nodiscard]] int descriptor() const { return descriptor_; }
@@ -32,6 +34,9 @@ class OpenFile {
   private:
     int descriptor_;
 };
+
+// A regular file to read. A pipe or a device is refused, and left alone: it may never give a byte.
+Result<OpenFile> openRegularFile(const std::string& path);
 
 // "<what>: <the system's words for the error number>".
 Problem systemProblem(std::string_view what, int error);

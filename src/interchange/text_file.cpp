@@ -95,7 +95,9 @@ Result<std::string> readFileBytes(const std::string& path) {
 }
 
 Result<std::string> readTextFile(const std::string& path) {
-    Result<std::string> bytes = readFileBytes(path);
+    const Result<OpenFile> file = openRegularFile(path);
+    if (!file) return file.problem();
+    Result<std::string> bytes = readDescriptor(file.value().descriptor());
     if (!bytes) return bytes;
     return decodeText(std::move(bytes).value());
 }

@@ -18,7 +18,7 @@ Result<std::string> decodeText(std::string bytes);
 // opened or read are problems with the system's words; devices that may never end are refused.
 Result<std::string> readFileBytes(const std::string& path);
 
-// Both.
+// The text of a regular file; pipes and devices are refused, see openRegularFile().
 Result<std::string> readTextFile(const std::string& path);
 
 }  // namespace zorvel

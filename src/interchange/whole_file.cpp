@@ -5,7 +5,6 @@
 #include <cerrno>
 #include <climits>
 #include <cstdio>
-#include <cstring>
 
 #include "base/numbers.h"
 #include "interchange/open_file.h"
@@ -160,12 +159,6 @@ int writeWherever(std::string path, std::string_view bytes) {
 }
 
 }  // namespace
-
-Problem systemProblem(std::string_view what, int error) {
-    std::string buffer(256, '\0');
-    const char* words = strerror_r(error, buffer.data(), buffer.size());
-    return {std::string(what) + ": " + words, error};
-}
 
 std::optional<Problem> writeFileWhole(const std::string& path, std::string_view bytes) {
     const int error = writeWherever(path, bytes);

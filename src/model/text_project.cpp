@@ -1,14 +1,19 @@
 #include "model/text_project.h"
 
+#include <unistd.h>
+
+#include <array>
 #include <utility>
 #include <vector>
 
 #include "base/console.h"
 #include "interchange/file_kind.h"
+#include "interchange/open_file.h"
 #include "interchange/text_file.h"
 #include "model/edits.h"
 #include "model/import.h"
 #include "model/import_drivers.h"
+#include "store/project_file.h"
 
 namespace zorvel {
 
@@ -28,6 +33,14 @@ ProjectRecords recordsOf(const std::vector<MockCensus>& censuses) {
 }
 
 }  // namespace
+
+bool holdsProject(const std::string& path) {
+    const Result<OpenFile> file = openRegularFile(path);
+    if (!file) return false;
+    std::array<char, 16> start{};
+    const ssize_t count = read(file.value().descriptor(), start.data(), start.size());
+    return count > 0 && startsLikeProject({start.data(), static_cast<std::size_t>(count)});
+}
 
 TextProject readTextProject(const std::string& path, std::optional<FileKind> kind) {
     const Result<std::string> text = readTextFile(path);

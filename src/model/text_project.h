@@ -20,6 +20,10 @@ struct TextProject {
     LeftOut leftOut;  // of the records
 };
 
+// Whether it is a regular file that begins as a project does. Nothing else is looked into: the
+// bytes of a pipe come once.
+bool holdsProject(const std::string& path);
+
 // Of that kind, or of the one that it seems to be. Writes to the console what the parser says and,
 // on failure, the import's own line after it.
 TextProject readTextProject(const std::string& path, std::optional<FileKind> kind = std::nullopt);

@@ -1,14 +1,8 @@
 #include "platform/file_reading.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <QCoreApplication>
 #include <QFileInfo>
-#include <array>
 #include <string>
-#include <string_view>
 #include <utility>
 
 #include "model/file_messages.h"
@@ -21,19 +15,6 @@ namespace {
 
 QString tr(const char* text) {
     return QCoreApplication::translate("zorvel::FileReading", text);
-}
-
-// Only a regular file is looked into: reading a FIFO would take from whoever waits for it.
-bool isProject(const std::string& path) {
-    struct stat status {};
-    if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) return false;
-    const int descriptor = ::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    if (descriptor < 0) return false;
-    std::array<char, 16> first{};
-    const ssize_t count = ::read(descriptor, first.data(), first.size());
-    ::close(descriptor);
-    return count > 0 &&
-           startsLikeProject(std::string_view(first.data(), static_cast<std::size_t>(count)));
 }
 
 // "line 3, cell 7", as far as it is known.
@@ -99,7 +80,7 @@ FileReading readCopy(const QString& path, const QString& shownName, ProjectFileO
 
 FileReading readAnyFile(const QString& path, const ProjectFileOptions& options,
                         std::optional<FileKind> kind) {
-    if (path.endsWith(projectEnding) || isProject(encodedPath(path))) {
+    if (path.endsWith(projectEnding) || holdsProject(encodedPath(path))) {
         return readProjectFile(path, QFileInfo(path).fileName(), options);
     }
     return readText(path, kind);

@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -136,6 +137,12 @@ TEST_F(ReadFile, ProblemsComeInTheWordsOfTheSystem) {
     EXPECT_EQ(folder.problem().message, "cannot be read: Is a directory");
     EXPECT_EQ(readFileBytes("/dev/zero").problem().message, "cannot be read: it is a device");
     EXPECT_EQ(readFileBytes("/dev/null").value(), "");
+    // Nobody writes to it: to open it as a file is opened would never end.
+    ASSERT_EQ(mkfifo(path("pipe.csv").c_str(), 0600), 0);
+    for (const std::string& file : {path("pipe.csv"), "/dev/null"s}) {
+        EXPECT_EQ(readTextFile(file).problem().message,
+                  "cannot be read: it is a pipe or a device, not a file");
+    }
     put("latin.csv", "\xE9");
     EXPECT_FALSE(readTextFile(path("latin.csv")));
     put("marked.csv",
