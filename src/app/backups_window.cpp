@@ -1,6 +1,5 @@
 #include "app/backups_window.h"
 
-#include <QDateTime>
 #include <QDialogButtonBox>
 #include <QFileInfo>
 #include <QHeaderView>
@@ -10,6 +9,7 @@
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
+#include "platform/job_queue.h"
 #include "ui/kit/look_style.h"
 #include "ui/kit/shown_text.h"
 
@@ -19,7 +19,8 @@ namespace {
 constexpr int pathRole = Qt::UserRole;
 }
 
-BackupsWindow::BackupsWindow(const QString& displayName, const QStringList& paths, QWidget* parent)
+BackupsWindow::BackupsWindow(const QString& displayName, const QString& folder, JobQueue& jobs,
+                             QWidget* parent)
     : QDialog(parent), list_(new QTreeWidget(this)) {
     setObjectName("backupsWindow");
     setAttribute(Qt::WA_DeleteOnClose);
@@ -52,24 +53,27 @@ BackupsWindow::BackupsWindow(const QString& displayName, const QStringList& path
     connect(buttons, &QDialogButtonBox::rejected, this, &QWidget::close);
     connect(openButton_, &QPushButton::clicked, this, &BackupsWindow::openCopy);
     connect(list_, &QTreeWidget::itemActivated, this, &BackupsWindow::openCopy);
-    fill(paths);
+    new QTreeWidgetItem(list_, {tr("Looking for backups...")});
+    openButton_->setEnabled(false);
+    jobs.start(
+        this, [folder] { return backupsIn(folder); },
+        [this](const std::vector<Backup>& backups) { fill(backups); });
 }
 
-void BackupsWindow::fill(const QStringList& paths) {
-    const QStringList newestFirst(paths.rbegin(), paths.rend());
-    for (const QString& path : newestFirst) {
-        const QFileInfo file(path);
+void BackupsWindow::fill(const std::vector<Backup>& backups) {
+    list_->clear();
+    for (auto backup = backups.rbegin(); backup != backups.rend(); ++backup) {
         auto* item = new QTreeWidgetItem(
-            list_, {QLocale().toString(file.lastModified(), "d MMM yyyy, HH:mm:ss"),
-                    QLocale().formattedDataSize(file.size())});
-        item->setData(0, pathRole, path);
+            list_, {QLocale().toString(backup->modified, "d MMM yyyy, HH:mm:ss"),
+                    QLocale().formattedDataSize(backup->size)});
+        item->setData(0, pathRole, backup->path);
         item->setSizeHint(0, QSize(0, fontMetrics().height() + 12));
-        item->setToolTip(0, breakable(file.completeBaseName()));
+        item->setToolTip(0, breakable(QFileInfo(backup->path).completeBaseName()));
         item->setTextAlignment(1, Qt::AlignRight | Qt::AlignVCenter);
     }
-    if (paths.isEmpty()) new QTreeWidgetItem(list_, {tr("There is no backup yet")});
+    if (backups.empty()) new QTreeWidgetItem(list_, {tr("There is no backup yet")});
     list_->setCurrentItem(list_->topLevelItem(0));
-    openButton_->setEnabled(!paths.isEmpty());
+    openButton_->setEnabled(!backups.empty());
 }
 
 void BackupsWindow::openCopy() {

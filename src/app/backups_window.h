@@ -4,24 +4,30 @@
 #pragma once
 
 #include <QDialog>
-#include <QStringList>
+#include <QString>
+#include <vector>
+
+#include "platform/backups.h"
 
 class QPushButton;
 class QTreeWidget;
 
 namespace zorvel {
 
+class JobQueue;
+
 class BackupsWindow : public QDialog {
     Q_OBJECT
   public:
-    // paths: newest last.
-    BackupsWindow(const QString& displayName, const QStringList& paths, QWidget* parent);
+    // folder: of the project's backups. The queue, which looks into it, must outlive the window.
+    BackupsWindow(const QString& displayName, const QString& folder, JobQueue& jobs,
+                  QWidget* parent);
 
   signals:
     void copyRequested(const QString& path);
 
   private:
-    void fill(const QStringList& paths);
+    void fill(const std::vector<Backup>& backups);
     void openCopy();
 
     QTreeWidget* list_;

@@ -33,6 +33,7 @@ void fill(QMenu& menu, MainWindowController& window, ProjectWindows& windows) {
     for (const QString& path : paths) {
         QAction* item = menu.addAction(titleOf(path, paths));
         item->setToolTip(path);
+        item->setData(path);
         QObject::connect(item, &QAction::triggered, &window,
                          [path, &window, &windows] { windows.openFile(path, &window); });
     }
@@ -44,12 +45,25 @@ void fill(QMenu& menu, MainWindowController& window, ProjectWindows& windows) {
                      &DocumentController::clearRecentPaths);
 }
 
+// Without disturbing whoever is choosing from it.
+void hideMissing(QMenu& menu, const QStringList& there) {
+    for (QAction* item : menu.actions()) {
+        const QString path = item->data().toString();
+        if (!path.isEmpty()) item->setVisible(there.contains(path));
+    }
+}
+
 }  // namespace
 
 void keepRecentMenu(QMenu& menu, MainWindowController& window, ProjectWindows& windows) {
     menu.setToolTipsVisible(true);
-    QObject::connect(&menu, &QMenu::aboutToShow, &window,
-                     [&menu, &window, &windows] { fill(menu, window, windows); });
+    DocumentController& documents = windows.documents();
+    QObject::connect(&menu, &QMenu::aboutToShow, &window, [&] {
+        fill(menu, window, windows);
+        windows.documents().lookForRecentPaths();
+    });
+    QObject::connect(&documents, &DocumentController::recentPathsDidChange, &menu,
+                     [&] { hideMissing(menu, windows.documents().recentPaths()); });
     fill(menu, window, windows);
 }
 

@@ -9,7 +9,8 @@ namespace zorvel {
 class MainWindowController;
 class ProjectWindows;
 
-// Fills the menu each time that it is about to be shown. Both must outlive it.
+// Fills the menu each time that it is about to be shown, with what is known by then; a file that
+// proves to be missing goes from it a moment later. Both must outlive it.
 void keepRecentMenu(QMenu& menu, MainWindowController& window, ProjectWindows& windows);
 
 }  // namespace zorvel

@@ -1,12 +1,10 @@
 #include "platform/backups.h"
 
-#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QRegularExpression>
 #include <algorithm>
-#include <vector>
 
 #include "platform/file_names.h"
 #include "store/replacement_file.h"
@@ -17,35 +15,11 @@ namespace {
 
 const QString timeFormat = QStringLiteral("yyyy-MM-dd HH.mm.ss");
 
-struct Backup {
-    QString displayName;
-    QString time;
-    int number = 1;  // of those of one second
-    QDateTime modified;
-    QString path;
-};
-
 // Time goes first: of all names, the newest is last.
 bool isOlder(const Backup& a, const Backup& b) {
     if (a.time != b.time) return a.time < b.time;
     if (a.modified != b.modified) return a.modified < b.modified;
     return a.number < b.number;
-}
-
-std::vector<Backup> backupsIn(const QString& folder) {
-    static const QRegularExpression form(
-        "\\A(.+) (\\d{4}-\\d\\d-\\d\\d \\d\\d\\.\\d\\d\\.\\d\\d)(?: \\((\\d+)\\))?\\.zorvel\\z",
-        QRegularExpression::DotMatchesEverythingOption);
-    std::vector<Backup> backups;
-    for (const QFileInfo& file : QDir(folder).entryInfoList(QDir::Files)) {
-        const QRegularExpressionMatch match = form.match(file.fileName());
-        if (!match.hasMatch()) continue;
-        const int number = match.captured(3).isEmpty() ? 1 : match.captured(3).toInt();
-        backups.push_back({match.captured(1), match.captured(2), number, file.lastModified(),
-                           file.absoluteFilePath()});
-    }
-    std::sort(backups.begin(), backups.end(), isOlder);
-    return backups;
 }
 
 QString freePath(const QString& folder, const QString& stem) {
@@ -81,11 +55,21 @@ std::optional<FileProblem> makeBackup(ProjectFile& file, const BackupOrder& orde
     return std::nullopt;
 }
 
-QStringList backupsOf(const QString& folder, const QString& projectId) {
-    QStringList paths;
-    if (projectId.isEmpty()) return paths;
-    for (const Backup& backup : backupsIn(folder + "/" + projectId)) paths.append(backup.path);
-    return paths;
+std::vector<Backup> backupsIn(const QString& folder) {
+    static const QRegularExpression form(
+        "\\A(.+) (\\d{4}-\\d\\d-\\d\\d \\d\\d\\.\\d\\d\\.\\d\\d)(?: \\((\\d+)\\))?\\.zorvel\\z",
+        QRegularExpression::DotMatchesEverythingOption);
+    std::vector<Backup> backups;
+    if (folder.isEmpty()) return backups;
+    for (const QFileInfo& file : QDir(folder).entryInfoList(QDir::Files)) {
+        const QRegularExpressionMatch match = form.match(file.fileName());
+        if (!match.hasMatch()) continue;
+        const int number = match.captured(3).isEmpty() ? 1 : match.captured(3).toInt();
+        backups.push_back({file.absoluteFilePath(), match.captured(1), match.captured(2), number,
+                           file.lastModified(), file.size()});
+    }
+    std::sort(backups.begin(), backups.end(), isOlder);
+    return backups;
 }
 
 }  // namespace zorvel

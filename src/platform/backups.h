@@ -2,9 +2,10 @@
 // of a name are kept, so that of two copies of a project neither crowds out the other. Any thread.
 #pragma once
 
+#include <QDateTime>
 #include <QString>
-#include <QStringList>
 #include <optional>
+#include <vector>
 
 #include "platform/project_writes.h"
 #include "store/file_problem.h"
@@ -13,10 +14,20 @@ namespace zorvel {
 
 inline constexpr int backupsKept = 10;
 
+struct Backup {
+    QString path;  // absolute
+    QString displayName;
+    QString time;
+    int number = 1;  // of those of one second
+    QDateTime modified;
+    qint64 size = 0;
+};
+
 // A copy of the file as it is on the disk now; then the oldest of that name are deleted.
 std::optional<FileProblem> makeBackup(ProjectFile& file, const BackupOrder& order);
 
-// Absolute paths, oldest first, of every name that the project has had.
-QStringList backupsOf(const QString& folder, const QString& projectId);
+// Of every name that the project has had, oldest first; folder: the project's own. Waits for the
+// disk.
+std::vector<Backup> backupsIn(const QString& folder);
 
 }  // namespace zorvel

@@ -96,8 +96,8 @@ void Document::revertToOpening() {
     context.changeTo(*opening_);
 }
 
-QStringList Document::backups() const {
-    return controller_.backupsOf(*this);
+QString Document::backupFolder() const {
+    return controller_.backupFolderOf(*this);
 }
 
 void Document::noteChange() {

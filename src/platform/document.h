@@ -6,7 +6,6 @@
 
 #include <QObject>
 #include <QString>
-#include <QStringList>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -67,8 +66,8 @@ class Document : public QObject {
     [[nodiscard]] bool canRevert() const;
     void revertToOpening();
 
-    // Where the backups of this project are, newest last; none of an untitled one.
-    [[nodiscard]] QStringList backups() const;
+    // Of the backups of this project, see backupsIn(); empty for an untitled one.
+    [[nodiscard]] QString backupFolder() const;
 
   signals:
     void displayNameDidChange();

@@ -60,6 +60,18 @@ QStringList DocumentController::recentPaths() const {
     return recent_.list();
 }
 
+// One look at a time: on a dead network it does not end.
+void DocumentController::lookForRecentPaths() {
+    if (std::exchange(lookingForRecent_, true)) return;
+    jobs_.start(
+        this, [paths = recent_.stored()] { return missingAmong(paths); },
+        [this](const QStringList& missing) {
+            lookingForRecent_ = false;
+            recent_.setMissing(missing);
+            emit recentPathsDidChange();
+        });
+}
+
 void DocumentController::clearRecentPaths() {
     recent_.clear();
     emit recentPathsDidChange();
@@ -137,10 +149,10 @@ void DocumentController::saveDocumentAs(Document& document, const QString& path,
     });
 }
 
-QStringList DocumentController::backupsOf(const Document& document) const {
+QString DocumentController::backupFolderOf(const Document& document) const {
     const auto& file = document.saver_->file();
-    if (document.isUntitled() || !file) return {};
-    return zorvel::backupsOf(folders_.backups, file->projectId);
+    if (document.isUntitled() || !file || file->projectId.isEmpty()) return {};
+    return folders_.backups + "/" + file->projectId;
 }
 
 void DocumentController::close(Document& document) {

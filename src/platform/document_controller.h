@@ -71,8 +71,10 @@ class DocumentController : public QObject {
     std::vector<Document*> finish(std::chrono::milliseconds atMost);
 
     [[nodiscard]] std::vector<Document*> documents() const;
-    // Paths of projects and text files, newest first; those that are no longer there are left out.
+    // Paths of projects and text files, newest first; without those known to be missing.
     [[nodiscard]] QStringList recentPaths() const;
+    // Looks in the background which of them are still there; recentPathsDidChange() tells.
+    void lookForRecentPaths();
     void clearRecentPaths();
 
   signals:
@@ -128,7 +130,7 @@ class DocumentController : public QObject {
 
     // What a document asks for.
     void saveDocumentAs(Document& document, const QString& path, Document::Done done);
-    [[nodiscard]] QStringList backupsOf(const Document& document) const;
+    [[nodiscard]] QString backupFolderOf(const Document& document) const;
 
     // Closing. A document that is closed stays until its file is let go of.
     void beginClosing(Document& document, bool discard);
@@ -146,6 +148,7 @@ class DocumentController : public QObject {
     EventLoopTurns turns_;
     UntitledFolder untitled_;
     RecentPaths recent_;
+    bool lookingForRecent_ = false;
     using Owned = std::vector<std::unique_ptr<Document>>;
     Owned documents_;
     Owned closing_;

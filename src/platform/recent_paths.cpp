@@ -10,15 +10,15 @@ namespace {
 
 const char recentKey[] = "recentPaths";
 
-QStringList stored() {
+}  // namespace
+
+QStringList RecentPaths::stored() const {
     return setting(recentKey).toStringList();
 }
 
-}  // namespace
-
 QStringList RecentPaths::list() const {
     QStringList paths = stored();
-    paths.removeIf([](const QString& path) { return !QFileInfo::exists(path); });
+    paths.removeIf([this](const QString& path) { return missing_.contains(path); });
     return paths;
 }
 
@@ -27,11 +27,17 @@ void RecentPaths::add(const QString& path) {
     QStringList paths = stored();
     paths.removeAll(absolute);
     paths.prepend(absolute);
+    missing_.removeAll(absolute);
     storeSetting(recentKey, paths.mid(0, kept));
 }
 
 void RecentPaths::clear() {
     removeSetting(recentKey);
+}
+
+QStringList missingAmong(QStringList paths) {
+    paths.removeIf([](const QString& path) { return QFileInfo::exists(path); });
+    return paths;
 }
 
 }  // namespace zorvel

@@ -21,14 +21,14 @@ TEST_F(BackupsTest, ABackupIsMadeBeforeTheFirstChangeAfterEachOpening) {
         run = newRun();
         Document* document = run->open(path);
         ASSERT_TRUE(document);
-        EXPECT_EQ(document->backups().size(), std::min(i - 1, 10));
+        EXPECT_EQ(backupPaths(*document).size(), std::min(i - 1, 10));
         editName(document->project().objectContext(),
                  document->project().objectContext().censuses().front(), std::to_string(i));
         ASSERT_TRUE(isSavedSoon(document));
         addNamedCensus(*document, "later");
         document->project().objectContext().undo();
         ASSERT_TRUE(isSavedSoon(document));
-        const QStringList backups = document->backups();
+        const QStringList backups = backupPaths(*document);
         ASSERT_EQ(backups.size(), std::min(i, 10));
         EXPECT_EQ(namesInFile(backups.back()).front(), std::to_string(i - 1));
         run.reset();
@@ -39,8 +39,8 @@ TEST_F(BackupsTest, ABackupIsMadeBeforeTheFirstChangeAfterEachOpening) {
     Document* document = run->open(at("a copy.zorvel"));
     addNamedCensus(*document, "x");
     ASSERT_TRUE(isSavedSoon(document));
-    EXPECT_EQ(document->backups().size(), 11);
-    EXPECT_TRUE(QFileInfo(document->backups().back()).fileName().startsWith("a copy "));
+    EXPECT_EQ(backupPaths(*document).size(), 11);
+    EXPECT_TRUE(QFileInfo(backupPaths(*document).back()).fileName().startsWith("a copy "));
 }
 
 TEST_F(BackupsTest, AClockThatWasSetBackCostsNoBackup) {
@@ -48,7 +48,7 @@ TEST_F(BackupsTest, AClockThatWasSetBackCostsNoBackup) {
     Document* document = run->open(makeProject("a.zorvel", {"North"}));
     addNamedCensus(*document, "South");
     ASSERT_TRUE(isSavedSoon(document));
-    const QFileInfo first(document->backups().front());
+    const QFileInfo first(backupPaths(*document).front());
     ASSERT_TRUE(QFile::remove(first.filePath()));
     for (int i = 0; i < 10; ++i) {
         makeFile(QDir(folder.path()).relativeFilePath(first.path()) +
@@ -59,9 +59,9 @@ TEST_F(BackupsTest, AClockThatWasSetBackCostsNoBackup) {
     document = run->open(at("a.zorvel"));
     addNamedCensus(*document, "West");
     ASSERT_TRUE(isSavedSoon(document));
-    ASSERT_EQ(document->backups().size(), 10);
-    EXPECT_EQ(namesInFile(document->backups().front()), (Names{"North", "South"}));
-    EXPECT_TRUE(document->backups().back().endsWith("a 2999-01-01 00.00.09.zorvel"));
+    ASSERT_EQ(backupPaths(*document).size(), 10);
+    EXPECT_EQ(namesInFile(backupPaths(*document).front()), (Names{"North", "South"}));
+    EXPECT_TRUE(backupPaths(*document).back().endsWith("a 2999-01-01 00.00.09.zorvel"));
 }
 
 TEST_F(BackupsTest, WithoutABackupTheProjectIsSavedAndThePersonTold) {

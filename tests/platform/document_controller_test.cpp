@@ -302,10 +302,10 @@ TEST_F(DocumentControllerTest, CopiesAreUntitledProjectsWorthKeeping) {
     Document* document = run->open(makeProject("a.zorvel", {"North"}));
     addNamedCensus(*document, "South");
     ASSERT_TRUE(isSavedSoon(document));
-    ASSERT_EQ(document->backups().size(), 1);
+    ASSERT_EQ(backupPaths(*document).size(), 1);
     Document& copy = run->controller.duplicate(*document);
     addNamedCensus(copy, "West");
-    run->controller.openBackup(document->backups().front(), "a before");
+    run->controller.openBackup(backupPaths(*document).front(), "a before");
     ASSERT_TRUE(waitUntil([&] { return run->told.opened.size() == 3; }));
     Document* backup = run->told.opened.back().document;
     EXPECT_EQ(censusNames(*document), (Names{"North", "South"}));
@@ -315,7 +315,7 @@ TEST_F(DocumentControllerTest, CopiesAreUntitledProjectsWorthKeeping) {
     EXPECT_FALSE(backup->isUntouched());
     ASSERT_TRUE(waitUntil([&] { return isSaved(backup) && isSaved(&copy); }));
     EXPECT_EQ(untitledFiles().size(), 2);
-    EXPECT_EQ(namesInFile(document->backups().front()), (Names{"North"}));
+    EXPECT_EQ(namesInFile(backupPaths(*document).front()), (Names{"North"}));
 }
 
 TEST_F(DocumentControllerTest, QuittingWritesAllAndIsNotHeldUpByWhatIsBeingRead) {
@@ -347,8 +347,13 @@ TEST_F(DocumentControllerTest, RemembersTheLastTenFiles) {
     run->open(expected[5]);
     expected.move(5, 0);
     EXPECT_EQ(run->controller.recentPaths(), expected.mid(0, 10));
+    // Nothing looks for the files on this thread: they may be on a disk that does not answer.
     QFile::remove(expected[1]);
-    EXPECT_EQ(newRun()->controller.recentPaths().size(), 9);
+    run = newRun();
+    EXPECT_EQ(run->controller.recentPaths(), expected.mid(0, 10));
+    run->controller.lookForRecentPaths();
+    expected.removeAt(1);
+    EXPECT_TRUE(waitUntil([&] { return run->controller.recentPaths() == expected.mid(0, 9); }));
     run->controller.clearRecentPaths();
     EXPECT_TRUE(run->controller.recentPaths().isEmpty());
 }

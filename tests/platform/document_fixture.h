@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "model/edits.h"
+#include "platform/backups.h"
 #include "platform/document.h"
 #include "platform/document_controller.h"
 #include "platform/job_queue.h"
@@ -56,6 +57,12 @@ inline std::vector<std::string> namesInFile(const QString& path) {
     ObjectContext context;
     context.adopt(std::move(records).value());
     return censusNamesOf(context);
+}
+
+inline QStringList backupPaths(const Document& document) {
+    QStringList paths;
+    for (const Backup& backup : backupsIn(document.backupFolder())) paths.append(backup.path);
+    return paths;
 }
 
 // What a controller has told.

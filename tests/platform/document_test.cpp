@@ -189,8 +189,8 @@ TEST_F(DocumentTest, AFileInUseForLongIsAFailureUntilItIsFree) {
     disk.seemBusy(0);
     EXPECT_TRUE(isSavedSoon(&document));
     EXPECT_EQ(told, 0);
-    ASSERT_EQ(document.backups().size(), 1);
-    EXPECT_EQ(namesInFile(document.backups().front()), (Names{"North"}));
+    ASSERT_EQ(backupPaths(document).size(), 1);
+    EXPECT_EQ(namesInFile(backupPaths(document).front()), (Names{"North"}));
 }
 
 TEST_F(DocumentTest, AFileThatIsGoneIsStuckUntilItIsSavedElsewhere) {
@@ -240,7 +240,7 @@ TEST_F(DocumentTest, AReadOnlyFileOpensAndIsStuckFromTheFirstEdit) {
     EXPECT_EQ(document->saveState(), State::stuck);
     processEventsFor(150);
     EXPECT_EQ(document->saveState(), State::stuck);
-    EXPECT_TRUE(document->backups().isEmpty());
+    EXPECT_TRUE(backupPaths(*document).isEmpty());
     EXPECT_FALSE(saveAs(*document, at("b.zorvel")));
     EXPECT_EQ(namesInFile(at("b.zorvel")), (Names{"North", "South"}));
     EXPECT_FALSE(document->problem());
@@ -259,7 +259,7 @@ TEST_F(DocumentTest, SavingAsKeepsTheHistoryAndLeavesTheOldFile) {
     while (context.canUndo()) context.undo();
     ASSERT_TRUE(isSavedSoon(document));
     EXPECT_EQ(namesInFile(at("b.zorvel")), (Names{"North"}));
-    EXPECT_TRUE(document->backups().isEmpty());
+    EXPECT_TRUE(backupPaths(*document).isEmpty());
     const Names old = namesInFile(at("a.zorvel"));
     EXPECT_TRUE(old == (Names{"North"}) || old == (Names{"North", "South"}));
 }

@@ -245,8 +245,11 @@ TEST_F(DocumentsTest, ABackupOpensAsAnUntitledCopy) {
     trigger("browseBackups");
     auto* list = window->findChild<QTreeWidget*>("backupsList");
     ASSERT_NE(list, nullptr);
+    auto& openCopy = child<QPushButton>("openCopyButton");
+    EXPECT_FALSE(openCopy.isEnabled());  // they are looked for in the background
+    ASSERT_TRUE(waitUntil([&] { return openCopy.isEnabled(); }));
     EXPECT_EQ(list->topLevelItemCount(), 1);
-    window->findChild<QPushButton*>("openCopyButton")->click();
+    openCopy.click();
     ASSERT_TRUE(waitForWindows(2));
     EXPECT_EQ(shownAbundance(), 8);
     window = windows->windows().back();

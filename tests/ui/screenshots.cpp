@@ -252,14 +252,15 @@ class Session {
     }
 
     void backups() {
-        QStringList paths;
+        QString path;
         for (const char* time : {"08.00.00", "09.30.00", "17.45.12"}) {
-            paths.append(written(QString("moss 2024-05-01 %1.zorvel").arg(time), "backup"));
+            path = written(QString("moss 2024-05-01 %1.zorvel").arg(time), "backup");
         }
-        BackupsWindow list("moss", paths, window_);
+        BackupsWindow list("moss", QFileInfo(path).path(), jobs_, window_);
         list.setAttribute(Qt::WA_DeleteOnClose, false);
         list.show();
-        QCoreApplication::processEvents();
+        const auto& open = *list.findChild<QPushButton*>("openCopyButton");
+        waitUntil([&] { return open.isEnabled(); });
         list.grab().save(QString("%1/backups-%2.png").arg(folder_, name_));
     }
 
