@@ -73,6 +73,7 @@ std::string reasonOf(const std::vector<std::string>& consoleLines, const std::st
     for (const std::string& line : consoleLines) {
         if (!reasons.empty()) reasons += "; ";
         reasons += withoutMark(line);
+        if (line.ends_with(": ")) reasons += "(empty)";
     }
     if (reasons.empty() && advice.empty()) return "its contents are in none of the known formats";
     return reasons + (reasons.empty() || advice.empty() ? "" : ": ") + advice;

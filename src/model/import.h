@@ -20,7 +20,7 @@ Parsed<std::vector<MockCensus>> parseFile(FileKind kind, std::string_view text,
                                           const std::stop_token& stop = {});
 
 // What the console says, as a part of a sentence for the person at the screen: without the marks of
-// the lines, and with what the parser advises.
+// the lines, with what the parser advises, and "(empty)" for a cell that has nothing in it.
 std::string reasonOf(const std::vector<std::string>& consoleLines, const std::string& advice = {});
 
 // All of them in one step of undo, see importCensuses().
