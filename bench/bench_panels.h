@@ -18,7 +18,7 @@ class NoAlerts : public Alerts {
 class NoOpenPanel : public OpenPanel {
   public:
     QStringList chooseFiles(QWidget* /*parent*/) override { return {}; }
-    QString chooseTextFile(QWidget* /*parent*/) override { return {}; }
+    QString chooseTextFile(QWidget* /*parent*/, const QString& /*title*/) override { return {}; }
 };
 
 class NoSavePanel : public SavePanel {
@@ -26,7 +26,7 @@ class NoSavePanel : public SavePanel {
     QString chooseProjectPath(QWidget* /*parent*/, const QString& /*suggestion*/) override {
         return {};
     }
-    QString chooseFile(QWidget* /*parent*/, const QString& /*suggestion*/,
+    QString chooseFile(QWidget* /*parent*/, const QString& /*title*/, const QString& /*suggestion*/,
                        const QList<FileType>& /*types*/) override {
         return {};
     }

@@ -41,7 +41,8 @@ void Exports::exportCensusMatrix(MainWindowController* window) {
         return writeConsoleLine(
             "WARNING: Could not obtain document/window/view for census matrix export");
     }
-    start(*window, tr("preparing census matrix export..."), tr("census matrix"),
+    start(*window, tr("Export Census Matrix"), tr("preparing census matrix export..."),
+          tr("census matrix"),
           [](const ObjectContext& project, const Cancelled&) { return exportedMatrix(project); });
 }
 
@@ -50,18 +51,19 @@ void Exports::exportMetrics(MainWindowController* window) {
         return writeConsoleLine(
             "WARNING: Could not obtain document/window/view for metrics matrix export");
     }
-    start(*window, tr("preparing metrics export..."), tr("metrics"),
+    start(*window, tr("Export Metrics"), tr("preparing metrics export..."), tr("metrics"),
           [makeRandom = makeRandom_](const ObjectContext& project, const Cancelled& cancelled) {
               return exportedMetrics(project, makeRandom, cancelled);
           });
 }
 
-void Exports::start(MainWindowController& window, const QString& progress, const QString& what,
-                    Prepare prepare) {
+void Exports::start(MainWindowController& window, const QString& title, const QString& progress,
+                    const QString& what, Prepare prepare) {
     MainViewController& view = window.mainView();
     if (!view.commitEditing()) return;
     const auto running = std::make_shared<Running>();
     running->name = QStringLiteral("export %1").arg(++started_);
+    running->title = title;
     running->suggestion = asFileName(window.document().displayName()) + ' ' + what;
     running->window = &window;
     running->view = &view;
@@ -107,8 +109,9 @@ bool Exports::mayQuit() {
 
 void Exports::saveTextFile(const RunningExport& running, const ExportedFile& file) {
     const QPointer<Exports> self(this);
-    const QString path = windows_.panels().save.chooseFile(running->window, running->suggestion,
-                                                           {{tr("Comma-separated table"), ".csv"}});
+    const QString path =
+        windows_.panels().save.chooseFile(running->window, running->title, running->suggestion,
+                                          {{tr("Comma-separated table"), ".csv"}});
     if (!self || path.isEmpty()) return;
     const QString name = QFileInfo(path).fileName();
     if (running->view) running->view->startProgress(running->name, tr("writing %1...").arg(name));

@@ -49,14 +49,15 @@ class Exports : public QObject {
         // Shared with the job.
         std::shared_ptr<Cancelled> cancelled = std::make_shared<Cancelled>(false);
         QString name;        // of its progress
+        QString title;       // of the panel
         QString suggestion;  // of the file's name
         QPointer<MainWindowController> window;
         QPointer<MainViewController> view;  // that shows the progress
     };
     using RunningExport = std::shared_ptr<Running>;
 
-    void start(MainWindowController& window, const QString& progress, const QString& what,
-               Prepare prepare);
+    void start(MainWindowController& window, const QString& title, const QString& progress,
+               const QString& what, Prepare prepare);
     // Its preparation has come to an end, one way or the other.
     void end(const RunningExport& running);
     void cancel(const RunningExport& running);

@@ -79,11 +79,12 @@ struct Reading {
 
 }  // namespace
 
-void openTextFile(ProjectWindows& windows, MainWindowController* window, TextReceiver receive) {
+void openTextFile(ProjectWindows& windows, MainWindowController* window, const QString& title,
+                  TextReceiver receive, std::function<void()> cancelled) {
     const QPointer<MainWindowController> guard(window);
-    const QString path = windows.panels().open.chooseTextFile(window);
-    if (path.isEmpty()) return receive(std::nullopt);
-    readTextInBackground(windows, guard, path, std::move(receive));
+    const QString path = windows.panels().open.chooseTextFile(window, title);
+    if (path.isEmpty()) return cancelled ? cancelled() : receive(std::nullopt);
+    readTextInBackground(windows, guard, path, std::move(receive), std::move(cancelled));
 }
 
 void readTextInBackground(ProjectWindows& windows, MainWindowController* window,

@@ -20,13 +20,15 @@ struct OpenedText {
 // Called once: at once or later, or never where the program ends before.
 using TextReceiver = std::function<void(std::optional<OpenedText> text)>;
 
-// Asks for one file of type txt or csv. Nothing comes of it where the person cancelled, where the
-// file could not be read, of which an alert tells, or where it is empty. window: to stand over, and
-// to show that a file is being read; may be null, and may have closed when the text comes.
-void openTextFile(ProjectWindows& windows, MainWindowController* window, TextReceiver receive);
+// Asks for one text file. Nothing comes of it where the user cancelled, where the file could not be
+// read, of which an alert tells, or where it is empty. window: to stand over, and to show that a
+// file is being read; may be null, and may have closed when the text comes. title: what is chosen.
+// cancelled: called instead where the user gives it up; without it that is a file of which nothing
+// comes.
+void openTextFile(ProjectWindows& windows, MainWindowController* window, const QString& title,
+                  TextReceiver receive, std::function<void()> cancelled = {});
 
-// The same without a question, for a file that was named otherwise. cancelled: called instead where
-// the person gives the reading up; without it that is a file of which nothing comes.
+// The same without a question, for a file that was named otherwise.
 void readTextInBackground(ProjectWindows& windows, MainWindowController* window,
                           const QString& path, TextReceiver receive,
                           std::function<void()> cancelled = {});

@@ -59,17 +59,20 @@ void addNames(MainViewController& view, const TaxonFormatter::Names& names, cons
 
 void importSpeciesList(ProjectWindows& windows, MainWindowController* window) {
     if (window == nullptr) return;
-    const QPointer<MainViewController> view(&window->mainView());
+    const QPointer<MainWindowController> shown(window);
     JobQueue& jobs = windows.jobs();
-    openTextFile(windows, window, [view, &jobs](std::optional<OpenedText> opened) {
+    const auto received = [shown, &jobs](std::optional<OpenedText> opened) {
         if (!opened) return writeConsoleLines(parseSpeciesList(std::nullopt).consoleLines);
-        if (!view) return;
+        if (!shown) return;
         jobs.start(
-            view, [text = std::move(opened->text)] { return namesIn(text); },
-            [view, file = QFileInfo(opened->path).fileName()](const TaxonFormatter::Names& names) {
-                addNames(*view, names, file);
+            shown, [text = std::move(opened->text)] { return namesIn(text); },
+            [shown, file = QFileInfo(opened->path).fileName()](const TaxonFormatter::Names& names) {
+                addNames(shown->mainView(), names, file);
             });
-    });
+    };
+    // Whoever cancels has no list, and is told nothing: the console's line that there are no names
+    // is about a file that holds none, or could not be read.
+    openTextFile(windows, window, tr("Import Species List"), received, [] {});
 }
 
 }  // namespace zorvel

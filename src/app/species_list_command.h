@@ -8,8 +8,8 @@ class MainWindowController;
 class ProjectWindows;
 
 // Asks for a file, and makes its names known to the completion of species names in that window, for
-// as long as the window shows its project: no record has to bear them. The strip tells how many
-// were new. Nothing without a window.
+// as long as the window is open, whatever project it shows: no record has to bear them. The strip
+// tells how many were new. A cancelled panel says nothing. Nothing without a window.
 void importSpeciesList(ProjectWindows& windows, MainWindowController* window);
 
 }  // namespace zorvel

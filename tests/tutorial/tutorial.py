@@ -16,7 +16,7 @@ from person import Person, check
 
 SKIPPED = 77  # what the tests take for "cannot run here"
 PROJECT = r"stands\b.*"
-SAVING = r"Save As\b.*"
+SAVING = r"(Save|Export)\b.*"
 OPENING = r"(Open|Import)\b.*"
 PREFERENCES = r"Preferences\b.*"
 INDIVIDUALS = r"Individual-based Rarefaction\b.*"

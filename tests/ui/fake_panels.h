@@ -14,7 +14,9 @@ namespace zorvel {
 class FakeOpenPanel : public OpenPanel {
   public:
     QStringList chooseFiles(QWidget* /*parent*/) override { return answer; }
-    QString chooseTextFile(QWidget* /*parent*/) override { return answer.value(0); }
+    QString chooseTextFile(QWidget* /*parent*/, const QString& /*title*/) override {
+        return answer.value(0);
+    }
     QStringList answer;
 };
 
@@ -24,7 +26,7 @@ class FakeSavePanel : public SavePanel {
         suggestions.append(suggestion);
         return answer;
     }
-    QString chooseFile(QWidget* /*parent*/, const QString& suggestion,
+    QString chooseFile(QWidget* /*parent*/, const QString& /*title*/, const QString& suggestion,
                        const QList<FileType>& types) override {
         suggestions.append(suggestion);
         endings.clear();

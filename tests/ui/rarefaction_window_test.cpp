@@ -461,7 +461,7 @@ TEST(SavePanelTest, AsksBeforeItReplacesAFileWhoseEndingWasNotTyped) {
     QObject::connect(&timer, &QTimer::timeout, answer);
     timer.start(50);
     DesktopSavePanel panel;
-    EXPECT_EQ(panel.chooseFile(nullptr, "plot", {{"PDF", ".pdf"}}), "");
+    EXPECT_EQ(panel.chooseFile(nullptr, "Save Plot", "plot", {{"PDF", ".pdf"}}), "");
     ASSERT_EQ(asked.size(), 1);
     EXPECT_TRUE(asked.front().contains("Helena.pdf")) << asked.front().toStdString();
 }

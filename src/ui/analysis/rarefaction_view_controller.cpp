@@ -246,9 +246,10 @@ QString RarefactionViewController::fileNameFor(const QString& what) const {
     return subject_.isEmpty() ? what : asFileName(subject_) + " " + what;
 }
 
-QString RarefactionViewController::choosePath(const FileType& type) {
+QString RarefactionViewController::choosePath(const QString& title, const FileType& type) {
     const QPointer<RarefactionViewController> self(this);
-    const QString path = panels_.save.chooseFile(window(), fileNameFor(tr("rarefaction")), {type});
+    const QString path =
+        panels_.save.chooseFile(window(), title, fileNameFor(tr("rarefaction")), {type});
     return self ? path : QString();
 }
 
@@ -274,7 +275,7 @@ void RarefactionViewController::showSaved(const QString& news) {
 }
 
 void RarefactionViewController::savePlot() {
-    const QString path = choosePath({tr("PDF document"), ".pdf"});
+    const QString path = choosePath(tr("Save Plot"), {tr("PDF document"), ".pdf"});
     if (path.isEmpty()) return;
     write(path, tr("The plot could not be saved"), [page = pdfOf(drawing())] { return page; });
 }
@@ -291,8 +292,9 @@ void RarefactionViewController::saveImage() {
 void RarefactionViewController::saveImageAs(const PlotImage& image) {
     Preferences().setPlotImage(image);
     showTexts();
-    const QString path = choosePath(image.svg ? FileType{tr("SVG drawing"), ".svg"}
-                                              : FileType{tr("PNG image"), ".png"});
+    const QString path =
+        choosePath(tr("Save Image"), image.svg ? FileType{tr("SVG drawing"), ".svg"}
+                                               : FileType{tr("PNG image"), ".png"});
     if (path.isEmpty()) return;
     const QString failure = tr("The image could not be saved");
     if (image.svg) {
@@ -310,7 +312,8 @@ void RarefactionViewController::saveImageAs(const PlotImage& image) {
 void RarefactionViewController::saveData() {
     if (!rarefactionData_) return;
     const QByteArray text = QByteArray::fromStdString(writeRarefactionTable(*rarefactionData_));
-    const QString path = choosePath({tr("Comma-separated table"), ".csv"});
+    const QString path =
+        choosePath(tr("Save Rarefaction Table"), {tr("Comma-separated table"), ".csv"});
     if (path.isEmpty()) return;
     write(path, tr("The table could not be saved"), [text] { return text; });
 }

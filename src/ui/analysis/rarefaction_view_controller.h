@@ -88,7 +88,7 @@ class RarefactionViewController : public QWidget {
     void showTexts();
     void showReadout();
     [[nodiscard]] QString fileNameFor(const QString& what) const;
-    [[nodiscard]] QString choosePath(const FileType& type);
+    [[nodiscard]] QString choosePath(const QString& title, const FileType& type);
     void write(const QString& path, const QString& failure, std::function<QByteArray()> bytes);
     void saveImageAs(const PlotImage& image);
     [[nodiscard]] bool isDrawn() const;

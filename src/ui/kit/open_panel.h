@@ -17,18 +17,15 @@ class OpenPanel {
 
     // Paths of projects and text files; empty where the panel was cancelled. Waits for the answer.
     virtual QStringList chooseFiles(QWidget* parent) = 0;
-    // The path of one text file, named .txt or .csv; empty where the panel was cancelled.
-    virtual QString chooseTextFile(QWidget* parent) = 0;
+    // The path of one text file; empty where the panel was cancelled. title: what is chosen.
+    virtual QString chooseTextFile(QWidget* parent, const QString& title) = 0;
 };
 
-// The desktop's panel, for files named .zorvel, .txt and .csv; it begins in the folder chosen last.
+// The desktop's panel, for files named .zorvel, .txt and .csv, or all; it begins in panelFolder().
 class DesktopOpenPanel final : public OpenPanel {
   public:
     QStringList chooseFiles(QWidget* parent) override;
-    QString chooseTextFile(QWidget* parent) override;
-
-  private:
-    QString folder_;
+    QString chooseTextFile(QWidget* parent, const QString& title) override;
 };
 
 }  // namespace zorvel

@@ -8,6 +8,7 @@
 
 #include "platform/file_names.h"
 #include "ui/kit/alerts.h"
+#include "ui/kit/panel_folder.h"
 
 namespace zorvel {
 
@@ -19,30 +20,31 @@ const FileType& typeOfFilter(const QList<FileType>& types, const QStringList& fi
     return types.at(place < 0 ? 0 : place);
 }
 
-}  // namespace
-
-QString DesktopSavePanel::startingAt(const QString& name) const {
+QString startingAt(const QString& name, const QWidget* parent) {
     if (!QFileInfo(name).isRelative()) return name;
+    const QString folder = panelFolder(parent);
     const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-    return QDir(folder_.isEmpty() ? documents : folder_).filePath(name);
+    return QDir(folder.isEmpty() ? documents : folder).filePath(name);
 }
 
+}  // namespace
+
 QString DesktopSavePanel::chooseProjectPath(QWidget* parent, const QString& suggestion) {
-    const QString start = startingAt(withProjectEnding(suggestion));
+    const QString start = startingAt(withProjectEnding(suggestion), parent);
     // Whoever asked adds the ending, so the panel cannot know what would be replaced.
-    QString path = QFileDialog::getSaveFileName(parent, QFileDialog::tr("Save As"), start,
+    QString path = QFileDialog::getSaveFileName(parent, QFileDialog::tr("Save Project As"), start,
                                                 QFileDialog::tr("Projects (*.zorvel)"), nullptr,
                                                 QFileDialog::DontConfirmOverwrite);
-    if (!path.isEmpty()) folder_ = QFileInfo(path).path();
+    if (!path.isEmpty()) rememberPanelFolder(path);
     return path;
 }
 
-QString DesktopSavePanel::chooseFile(QWidget* parent, const QString& suggestion,
-                                     const QList<FileType>& types) {
+QString DesktopSavePanel::chooseFile(QWidget* parent, const QString& title,
+                                     const QString& suggestion, const QList<FileType>& types) {
     QStringList filters;
     for (const FileType& type : types) filters.append(type.title + " (*" + type.ending + ")");
-    QFileDialog dialog(parent, QFileDialog::tr("Save As"),
-                       startingAt(withEnding(suggestion, types, types.first())));
+    QFileDialog dialog(parent, title,
+                       startingAt(withEnding(suggestion, types, types.first()), parent));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setNameFilters(filters);
     // The dialog adds the ending itself, so that it asks about the very file that is replaced.
@@ -56,7 +58,7 @@ QString DesktopSavePanel::chooseFile(QWidget* parent, const QString& suggestion,
         const QString chosen = dialog.selectedFiles().value(0);
         const FileType& type = typeOfFilter(types, filters, dialog.selectedNameFilter());
         QString path = withEnding(chosen, types, type);
-        folder_ = QFileInfo(path).path();
+        rememberPanelFolder(path);
         // To a name that has a point ("St. Helena") the dialog adds nothing, and asks about
         // nothing.
         if (path == chosen || mayReplace(alerts, parent, path)) return path;

@@ -28,21 +28,17 @@ class SavePanel {
     // The same for a file of one of these types, the first of which is suggested. The path ends as
     // one of them does: an ending is added where none of theirs was typed. Whether a file there may
     // be replaced has been asked.
-    virtual QString chooseFile(QWidget* parent, const QString& suggestion,
+    // title: what is saved.
+    virtual QString chooseFile(QWidget* parent, const QString& title, const QString& suggestion,
                                const QList<FileType>& types) = 0;
 };
 
-// The desktop's panel; a bare name begins in the folder chosen last, or among the documents.
+// The desktop's panel; a bare name begins in panelFolder(), or among the documents.
 class DesktopSavePanel final : public SavePanel {
   public:
     QString chooseProjectPath(QWidget* parent, const QString& suggestion) override;
-    QString chooseFile(QWidget* parent, const QString& suggestion,
+    QString chooseFile(QWidget* parent, const QString& title, const QString& suggestion,
                        const QList<FileType>& types) override;
-
-  private:
-    [[nodiscard]] QString startingAt(const QString& name) const;
-
-    QString folder_;
 };
 
 // The path with an ending of one of the types: with the preferred one's, unless it has one of them.

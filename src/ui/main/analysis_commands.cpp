@@ -140,6 +140,7 @@ void AnalysisCommands::openRarefaction(RarefactionKind kind, const QString& subj
     window->setWindowTitle(kind == RarefactionKind::individualBased
                                ? tr("Individual-based Rarefaction")
                                : tr("Sample-based Rarefaction"));
+    window->setWindowFilePath(view_.window()->windowFilePath());
     emit view_.analysisWindowDidOpen(window);
     window->show();
 }
