@@ -282,6 +282,12 @@ class SpeciesListTest : public ExportTest {
         trigger("importSpeciesListMenuItemTapped");
         ASSERT_TRUE(waitUntil([this] { return isIdle() && !said().empty(); }));
     }
+    std::string completed(std::string typed) {
+        std::optional<TextRange> proposed = TextRange{typed.size(), 0};
+        window->mainView().taxonFormatter().isPartialStringValid(typed, proposed, "",
+                                                                 {typed.size() - 1, 0});
+        return typed;
+    }
 };
 
 TEST_F(SpeciesListTest, MessagesTellWhatIsNew) {
@@ -313,12 +319,6 @@ TEST_F(SpeciesListTest, MessagesTellWhatIsNew) {
 TEST_F(SpeciesListTest, ItsNamesComplete) {
     addNamed("North", {{"Abies alba", 3}});
     import("Picea abies\nPicea omorika");
-    const auto completed = [this](std::string typed) {
-        std::optional<TextRange> proposed = TextRange{typed.size(), 0};
-        window->mainView().taxonFormatter().isPartialStringValid(typed, proposed, "",
-                                                                 {typed.size() - 1, 0});
-        return typed;
-    };
     EXPECT_EQ(completed("Picea o"), "Picea omorika");
     EXPECT_EQ(completed("Ab"), "Abies alba");
     EXPECT_EQ(completed("picea"), "picea");
@@ -328,10 +328,26 @@ TEST_F(SpeciesListTest, ItsNamesComplete) {
     EXPECT_EQ(speciesTable().openEditor()->property("text"), "Picea abies");
 }
 
-TEST_F(SpeciesListTest, WithoutATextOneLineIsWritten) {
+// The window was free: an opened project takes it over.
+TEST_F(SpeciesListTest, ItsNamesStayWithTheWindow) {
+    import("Picea omorika");
+    const std::string news = said();
+    open(write("counts.csv", ",Abies alba,Larix\nNorth,1,2\n"));
+    EXPECT_EQ(windows->windows().size(), 1U);
+    EXPECT_EQ(context().censusCount(), 1U);
+    EXPECT_EQ(completed("Pi"), "Picea omorika");
+    EXPECT_EQ(completed("Ab"), "Abies alba");
+    EXPECT_EQ(said(), news);
+    EXPECT_EQ(strip().tone(), MessageStrip::Tone::news);
+}
+
+TEST_F(SpeciesListTest, WithoutATextOneLineIsWrittenUnlessThePanelWasCancelled) {
     trigger("importSpeciesListMenuItemTapped");
-    EXPECT_EQ(console, std::vector<std::string>{"WARNING: no names found"});
+    EXPECT_TRUE(console.empty());
     EXPECT_EQ(said(), "");
+    import("");
+    EXPECT_EQ(console, std::vector<std::string>{"WARNING: no names found"});
+    EXPECT_EQ(said(), "names.txt is empty.");
 }
 
 }  // namespace

@@ -56,6 +56,7 @@ void MainWindowController::showDocument(Document& document) {
     const std::unique_ptr<MainViewController> earlier(mainView_);
     setDocument(document);
     mainView_->messageStrip().takeMessages(earlier->messageStrip());
+    mainView_->taxonFormatter().addTaxonNames(earlier->taxonFormatter().taxonNames());
     mainView_->restoreLayout(layout);
     emit documentDidChange();
 }
@@ -90,6 +91,7 @@ void MainWindowController::showTitle() {
     const bool saysSo = !document_->isUntitled() || name.startsWith(tr("Untitled"));
     setWindowTitle((saysSo ? name : tr("%1 (untitled)").arg(name)) + "[*]");
     mainView_->setProjectName(name);
+    setWindowFilePath(document_->path());
     setWindowModified(document_->saveState() != Document::SaveState::saved);
 }
 

@@ -27,7 +27,8 @@ class MainWindowController : public QMainWindow {
 
     [[nodiscard]] Document& document() { return *document_; }
     [[nodiscard]] MainViewController& mainView() { return *mainView_; }
-    // In place of the one that is shown, which must live until this returns.
+    // In place of the one that is shown, which must live until this returns. Messages and the names
+    // that are known for completion stay.
     void showDocument(Document& document);
 
     // Asked each time that the window is to close; false keeps it open.
