@@ -13,6 +13,7 @@
 
 #include "app/project_windows.h"
 #include "interchange/open_file.h"
+#include "interchange/separator_guess.h"
 #include "interchange/text_file.h"
 #include "platform/file_names.h"
 #include "platform/job_queue.h"
@@ -166,7 +167,9 @@ FileSample sampleFile(const QString& path) {
     if (!text.ok() || text.value().empty()) return sample;
     sample.isText = true;
     sample.guess = guessFileKind(text.value());
-    sample.certain = isCertain(sample.guess, text.value());
+    // What other separators make of it is told when it is read: to ask for its kind leads nowhere.
+    sample.certain =
+        isCertain(sample.guess, text.value()) || !foreignSeparator(text.value()).empty();
     sample.firstLines = excerptOf(QString::fromStdString(text.value()));
     return sample;
 }

@@ -21,8 +21,11 @@ QString counted(std::size_t count, const QString& one, const QString& many) {
     return count == 1 ? one : many.arg(QLocale().toString(qulonglong{count}));
 }
 
-QStringList leftOutSentences(const LeftOut& leftOut) {
+QStringList leftOutSentences(const LeftOut& leftOut, bool taxa) {
     QStringList sentences;
+    if (!taxa) {
+        sentences.append(tr("No census has a taxon: %1.").arg(tr(whyNoTaxa(leftOut))));
+    }
     if (leftOut.unfinishedLines > 0) {
         sentences.append(tr("The last line of the file is not finished and was left out."));
     }
@@ -49,22 +52,22 @@ QString storedMessage(const QString& fileName, const ImportReport& report) {
     if (report.censuses == 0) return tr("There is no census in %1.").arg(fileName);
     const QString censuses = counted(report.censuses, tr("1 census"), tr("%1 censuses"));
     const QString taxa = counted(report.taxa, tr("1 taxon"), tr("%1 taxa"));
-    QStringList sentences = leftOutSentences(report.leftOut);
+    QStringList sentences = leftOutSentences(report.leftOut, report.taxa > 0);
     sentences.prepend(tr("Imported %1 with %2 from %3.").arg(censuses, taxa, fileName));
     return sentences.join(' ');
 }
 
 }  // namespace
 
-QString leftOutNote(const QString& fileName, const LeftOut& leftOut) {
-    const QStringList sentences = leftOutSentences(leftOut);
+QString leftOutNote(const QString& fileName, const LeftOut& leftOut, bool taxa) {
+    const QStringList sentences = leftOutSentences(leftOut, taxa);
     return sentences.isEmpty() ? QString() : fileName + ": " + sentences.join(' ');
 }
 
 bool isGoodNews(const ImportReport& report) {
     if (report.outcome == ImportReport::Outcome::cancelled) return true;
     return report.outcome == ImportReport::Outcome::stored && report.censuses > 0 &&
-           leftOutSentences(report.leftOut).isEmpty();
+           leftOutSentences(report.leftOut, report.taxa > 0).isEmpty();
 }
 
 QString importMessage(const QString& fileName, const ImportReport& report) {

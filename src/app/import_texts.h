@@ -12,11 +12,11 @@ struct LeftOut;
 // nothing was stored.
 QString importMessage(const QString& fileName, const ImportReport& report);
 
-// Whether the person has nothing to see to: all was stored, or the import given up.
+// Whether the user has nothing to see to: all was stored, or the import given up.
 bool isGoodNews(const ImportReport& report);
 
-// What a format leaves out by its rules and the person would miss, in sentences; empty where
-// nothing. Absent taxa are not missed.
-QString leftOutNote(const QString& fileName, const LeftOut& leftOut);
+// What a format leaves out by its rules and the user would miss, in sentences; empty where nothing.
+// Absent taxa are not missed, unless all are. taxa: whether any census has one.
+QString leftOutNote(const QString& fileName, const LeftOut& leftOut, bool taxa);
 
 }  // namespace zorvel

@@ -33,6 +33,12 @@ constexpr int cascade = 30;
 const char openingProgress[] = "opening";   // its name in the main view
 const char settingsMessage[] = "settings";  // and that in the strip
 
+bool hasTaxon(const ObjectContext& project) {
+    const std::vector<Census> censuses = project.censuses();
+    return std::any_of(censuses.begin(), censuses.end(),
+                       [](const Census& census) { return census.taxonCount() > 0; });
+}
+
 }  // namespace
 
 ProjectWindows::ProjectWindows(DocumentController& documents, JobQueue& jobs,
@@ -50,9 +56,10 @@ ProjectWindows::ProjectWindows(DocumentController& documents, JobQueue& jobs,
     connect(&secondary_, &SecondaryWindows::helpRequested, this, &ProjectWindows::helpRequested);
     connect(&documents_, &DocumentController::documentDidOpen, this,
             [this](Document* document, const QString& path) { documentDidOpen(*document, path); });
-    connect(&documents_, &DocumentController::documentDidLeaveOut, this,
+    connect(&documents_, &DocumentController::documentDidReadText, this,
             [this](const Document* document, const QString& path, const LeftOut& leftOut) {
-                const QString note = leftOutNote(QFileInfo(path).fileName(), leftOut);
+                const bool taxa = hasTaxon(document->project().objectContext());
+                const QString note = leftOutNote(QFileInfo(path).fileName(), leftOut, taxa);
                 if (!note.isEmpty()) tell(windowOf(*document), note);
             });
     connect(&documents_, &DocumentController::openDidFail, this, &ProjectWindows::openDidFail);
@@ -277,7 +284,7 @@ void ProjectWindows::duplicate(MainWindowController& window) {
 
 void ProjectWindows::browseBackups(MainWindowController& window) {
     const QString name = window.document().displayName();
-    auto* list = new BackupsWindow(name, window.document().backups(), &window);
+    auto* list = new BackupsWindow(name, window.document().backupFolder(), jobs_, &window);
     connect(list, &BackupsWindow::copyRequested, this,
             [this, name](const QString& path) { documents_.openBackup(path, name); });
     list->show();

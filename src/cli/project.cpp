@@ -52,11 +52,8 @@ void warnWithoutTaxa(const std::string& file, const std::vector<MockCensus>& cen
     const bool anyTaxon = std::any_of(censuses.begin(), censuses.end(),
                                       [](const auto& census) { return !census.taxa.empty(); });
     if (anyTaxon || censuses.empty()) return;
-    const bool zeros = leftOut.zeroCells + leftOut.negativeCells > 0;
     tellAt(file, {},
-           std::string("WARNING: none of its censuses has a taxon: ") +
-               (zeros ? "every abundance is 0"
-                      : "there are no abundances, or no commas in front of them"));
+           std::string("WARNING: none of its censuses has a taxon: ") + whyNoTaxa(leftOut));
 }
 
 bool readText(const std::string& file, FileKind (*otherwise)(std::string_view), Project& project) {

@@ -79,6 +79,12 @@ std::string reasonOf(const std::vector<std::string>& consoleLines, const std::st
     return reasons + (reasons.empty() || advice.empty() ? "" : ": ") + advice;
 }
 
+const char* whyNoTaxa(const LeftOut& leftOut) {
+    return leftOut.zeroCells + leftOut.negativeCells > 0
+               ? "every abundance is 0"
+               : "there are no abundances, or no commas in front of them";
+}
+
 void storeCensuses(DiversityDocument& document, const std::vector<MockCensus>& censuses) {
     importCensuses(document.objectContext(), censuses);
 }

@@ -23,6 +23,9 @@ Parsed<std::vector<MockCensus>> parseFile(FileKind kind, std::string_view text,
 // the lines, with what the parser advises, and "(empty)" for a cell that has nothing in it.
 std::string reasonOf(const std::vector<std::string>& consoleLines, const std::string& advice = {});
 
+// Why no census of a text that was read has a taxon, in words that follow a colon.
+const char* whyNoTaxa(const LeftOut& leftOut);
+
 // All of them in one step of undo, see importCensuses().
 void storeCensuses(DiversityDocument& document, const std::vector<MockCensus>& censuses);
 

@@ -49,7 +49,7 @@ class DocumentController : public QObject {
     // project that is open already, by this path or another, is not opened twice: documentDidOpen
     // tells of the one that is there. Exactly one of documentDidOpen and openDidFail follows, at
     // once or later. kind: of a text file, guessed where there is none; what its format leaves out
-    // by its rules is told of by documentDidLeaveOut after documentDidOpen.
+    // by its rules is told of by documentDidReadText after documentDidOpen.
     void open(const QString& path, std::optional<FileKind> kind = std::nullopt);
 
     // Opens each untitled project that an earlier run has left and no other run has open now.
@@ -80,7 +80,7 @@ class DocumentController : public QObject {
   signals:
     // path: as given to open(); empty for a recovered or duplicated project.
     void documentDidOpen(zorvel::Document* document, const QString& path);
-    void documentDidLeaveOut(zorvel::Document* document, const QString& path,
+    void documentDidReadText(zorvel::Document* document, const QString& path,
                              const zorvel::LeftOut& leftOut);
     // message: whole, for the person, with the file's name.
     void openDidFail(const QString& path, const QString& message);

@@ -176,6 +176,7 @@ void DocumentController::openRecords(const Request& request, FileReading& readin
         return addCopy(request, std::move(reading.records));
     }
     const bool inFolder = request.source != Source::any;
+    const bool isText = !reading.file;
     QString name =
         inFolder ? UntitledFolder::nameIn(request.shownName) : displayNameOf(request.path);
     if (name.isEmpty()) name = freeUntitledName(true);
@@ -186,9 +187,7 @@ void DocumentController::openRecords(const Request& request, FileReading& readin
     document.worthKeeping_ = inFolder;
     if (!inFolder) noteRecent(request.path);
     emit documentDidOpen(&document, request.source == Source::recovered ? QString() : request.path);
-    if (reading.leftOut != LeftOut()) {
-        emit documentDidLeaveOut(&document, request.path, reading.leftOut);
-    }
+    if (isText) emit documentDidReadText(&document, request.path, reading.leftOut);
 }
 
 }  // namespace zorvel

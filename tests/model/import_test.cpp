@@ -104,6 +104,8 @@ TEST(Import, CellsThatNoCommaSeparatesAreRefused) {
     EXPECT_TRUE(silent.consoleLines.empty());
     EXPECT_EQ(reasonOf({}, silent.advice), silent.advice);
     EXPECT_EQ(parseFile(FileKind::list, "3;5;7").consoleLines.size(), 1U);
+    EXPECT_EQ(reasonOf(parseFile(FileKind::matrix, ",Abies,Picea\nNorth,,3\n").consoleLines),
+              "Not an abundance value, or not an integer: (empty)");
 }
 
 TEST(Import, ImportsAlwaysAdd) {

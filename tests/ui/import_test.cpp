@@ -1,11 +1,15 @@
 // Imports as a person starts them: by the menu, by a drop, by names on the command line.
+#include <QDir>
+#include <QFileDialog>
 #include <QMenu>
 #include <QPushButton>
+#include <QTimer>
 #include <future>
 
 #include "app/file_kinds.h"
 #include "app/imports.h"
 #include "ui/kit/message_strip.h"
+#include "ui/kit/open_panel.h"
 #include "ui/window_fixture.h"
 
 namespace zorvel {
@@ -118,6 +122,66 @@ TEST_F(ImportTest, AFaultyFileIsToldOfWithItsPlaceAndStoresNothing) {
                            "B: Not an abundance value, or not an integer: two",
                            "WARNING: Censuses could not be obtained from census matrix"}));
     EXPECT_TRUE(windows->isFree(*window));
+}
+
+// They would come in as censuses called "North;3;0".
+TEST_F(ImportTest, WithoutTaxaNothingIsGoodNews) {
+    import("importCensusMatrixMenuItemTapped",
+           write("semicolons.csv", ";Abies;Larix\nNorth;3;0\n"));
+    EXPECT_EQ(rows(), 0);
+    EXPECT_TRUE(messages().last().startsWith(
+        "semicolons.csv could not be read: the cells seem to be separated by semicolons"));
+    open(write("tabs.txt", "\tAbies\tLarix\nNorth\t3\t0\n"));
+    EXPECT_TRUE(alerts.choices.isEmpty());
+    EXPECT_TRUE(messages().last().startsWith(
+        "tabs.txt could not be read: the cells seem to be separated by tabs"));
+    EXPECT_EQ(rows(), 0);
+    MessageStrip& strip = window->mainView().messageStrip();
+    strip.dismiss();
+    import("importCensusMatrixMenuItemTapped", write("zeros.csv", ",Abies,Larix\nNorth,0,0\n"));
+    EXPECT_EQ(rows(), 1);
+    EXPECT_EQ(messages(), QStringList{"Imported 1 census with 0 taxa from zeros.csv. No census has "
+                                      "a taxon: every abundance is 0."});
+    EXPECT_EQ(strip.tone(), MessageStrip::Tone::problem);
+    window = &windows->openUntitled();
+    open(write("names.csv", "site,Abies,Larix\nNorth\nSouth\n"));
+    ASSERT_TRUE(waitUntil([this] { return !messages().isEmpty(); }));
+    EXPECT_TRUE(messages().last().contains("No census has a taxon: there are no abundances"))
+        << messages().last().toStdString();
+}
+
+// Where the panel begins, and what it offers.
+TEST_F(ImportTest, ThePanelNamesItsPurposeAndBeginsWhereFilesWere) {
+    QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
+    const QString project = folder.filePath("kept/moss.zorvel");
+    const QString used = folder.filePath("used/file.txt");
+    for (const char* name : {"kept", "used"}) ASSERT_TRUE(QDir(folder.path()).mkdir(name));
+    write("used/file.txt", "3");
+    QString title;
+    QStringList filters;
+    const auto askedIn = [&](QWidget* parent, const QString& chosen) {
+        QString shownFolder;
+        QTimer::singleShot(0, [&] {
+            auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
+            ASSERT_NE(dialog, nullptr);
+            title = dialog->windowTitle();
+            filters = dialog->nameFilters();
+            shownFolder = dialog->directory().path();
+            if (chosen.isEmpty()) return dialog->reject();
+            dialog->selectFile(chosen);
+            QMetaObject::invokeMethod(dialog, "accept", Qt::QueuedConnection);
+        });
+        EXPECT_EQ(DesktopOpenPanel().chooseTextFile(parent, "Import Census Matrix"), chosen);
+        return shownFolder;
+    };
+    askedIn(nullptr, used);
+    EXPECT_EQ(title, "Import Census Matrix");
+    EXPECT_EQ(filters, (QStringList{"Text files (*.txt *.csv)", "All files (*)"}));
+    EXPECT_EQ(askedIn(window, {}), folder.filePath("used"));
+    savePanel.answer = project;
+    trigger("saveDocumentAs");
+    ASSERT_TRUE(waitUntil([this] { return !window->document().isUntitled(); }));
+    EXPECT_EQ(askedIn(window, {}), folder.filePath("kept"));
 }
 
 TEST_F(ImportTest, OfWrongLineEndsTheMessageSaysMoreThanTheConsole) {
