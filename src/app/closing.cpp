@@ -7,6 +7,7 @@
 #include "app/exports.h"
 #include "app/project_windows.h"
 #include "app/quitting.h"
+#include "base/console.h"
 #include "platform/document_controller.h"
 #include "ui/kit/alerts.h"
 #include "ui/main/main_view_controller.h"
@@ -116,6 +117,20 @@ bool ProjectWindows::quit() {
     secondary_.closeAll();
     QCoreApplication::quit();
     return true;
+}
+
+void ProjectWindows::endAtOnce() {
+    if (std::exchange(quitting_, true)) return;
+    for (MainWindowController* window : windows()) {
+        connect(
+            &window->mainView(), &MainViewController::textRefused, this,
+            [](const QString& message) { writeConsoleLine("WARNING: " + message.toStdString()); });
+        window->mainView().endEditing();
+    }
+    settleAtOnce(documents_, jobs_);
+    for (MainWindowController* window : windows()) window->close();
+    secondary_.closeAll();
+    QCoreApplication::exit();
 }
 
 }  // namespace zorvel

@@ -7,6 +7,7 @@
 
 #include "app/application_delegate.h"
 #include "app/command_line.h"
+#include "app/end_signals.h"
 #include "app/look_choice.h"
 #include "app/printing.h"
 #include "app/project_windows.h"
@@ -58,6 +59,7 @@ int main(int argc, char** argv) {
     zorvel::DesktopLinkOpener links;
     zorvel::DesktopPrintPanel printPanel;
     int status = 0;
+    int endSignal = 0;
     {
         zorvel::DocumentController documents(jobs, zorvel::DocumentController::userFolders());
         zorvel::ProjectWindows windows(documents, jobs,
@@ -67,10 +69,14 @@ int main(int argc, char** argv) {
         zorvel::Printing printing(windows, printPanel);
         zorvel::AppDelegate delegate(windows, colors, links);
         delegate.applicationDidFinishLaunching(zorvel::filesOf(arguments));
+        const zorvel::EndSignals endSignals([&windows] { windows.endAtOnce(); });
         status = QApplication::exec();
+        endSignal = endSignals.received();
     }
     // The windows have kept their places when they closed, and files were waited for.
     const bool areSettled = settings.finish(std::chrono::seconds(2));
-    if (!jobs.stop(std::chrono::seconds(2)) || !areSettled) std::_Exit(status);
+    const bool stopped = jobs.stop(std::chrono::seconds(2));
+    if (endSignal != 0) zorvel::endBySignal(endSignal);
+    if (!stopped || !areSettled) std::_Exit(status);
     return status;
 }

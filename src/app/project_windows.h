@@ -65,6 +65,9 @@ class ProjectWindows : public QObject {
 
     // Asks nothing, unless something could not be saved. False where the person wants to stay.
     bool quit();
+    // The same without a question: what is typed is stored, and what cannot be is told on the
+    // console; what cannot be written is kept for the next start.
+    void endAtOnce();
 
     [[nodiscard]] std::vector<MainWindowController*> windows() const;
     // Takes a window without a parent over; it must delete itself when it closes, or be hidden.

@@ -118,4 +118,8 @@ bool settleBeforeQuitting(DocumentController& documents, JobQueue& jobs, const P
     return mayGiveUpFiles(jobs, panels);
 }
 
+void settleAtOnce(DocumentController& documents, JobQueue& jobs) {
+    waitForWrites(documents, jobs);
+}
+
 }  // namespace zorvel

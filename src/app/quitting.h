@@ -17,4 +17,7 @@ class JobQueue;
 bool settleBeforeQuitting(DocumentController& documents, JobQueue& jobs, const Panels& panels,
                           const Document* discarded = nullptr);
 
+// The same wait, without a question.
+void settleAtOnce(DocumentController& documents, JobQueue& jobs);
+
 }  // namespace zorvel

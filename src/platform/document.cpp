@@ -79,6 +79,14 @@ void Document::saveSoon() {
     saver_->saveSoon();
 }
 
+void Document::setDrafts(ObjectContext::Edits drafts) {
+    saver_->setDrafts(std::move(drafts));
+}
+
+void Document::noteTyping() {
+    saver_->noteTyping();
+}
+
 void Document::saveAs(const QString& path, Done done) {
     controller_.saveDocumentAs(*this, path, std::move(done));
 }

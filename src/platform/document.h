@@ -54,6 +54,12 @@ class Document : public QObject {
     // Writes at once what waits, instead of within a second.
     void saveSoon();
 
+    // What is typed in open editors and is no change of the records yet: the drafts store it in
+    // each copy of the records that is written. Null for none. noteTyping() is called each time
+    // that it may have changed, and when an editor closes; it is in the file two seconds later.
+    void setDrafts(ObjectContext::Edits drafts);
+    void noteTyping();
+
     // A whole new file of that path, in place of one that is there, which the project lives in from
     // then on; the untitled file that it lived in is deleted, another one stays as it was. On a
     // problem all stays as it was. Calls done on the main thread, at once or later, with the

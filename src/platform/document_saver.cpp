@@ -32,6 +32,8 @@ DocumentSaver::DocumentSaver(ObjectContext& context, const SaveServices& service
     timer_.setSingleShot(true);
     timer_.setTimerType(Qt::PreciseTimer);
     connect(&timer_, &QTimer::timeout, this, [this] { tick(); });
+    typingTimer_.setSingleShot(true);
+    connect(&typingTimer_, &QTimer::timeout, this, [this] { lookAtDrafts(); });
 }
 
 // The file is closed by the thread that writes it, whatever is said to its holder before.
@@ -47,7 +49,7 @@ void DocumentSaver::setFile(std::unique_ptr<ProjectFile> file, bool untitled) {
 }
 
 void DocumentSaver::keepAsItIs() {
-    savedRevision_ = context_.revision() - 1;
+    savedRevision_ = revision() - 1;
     unsaved_ = true;
     saveSoon();
 }
@@ -67,7 +69,7 @@ std::optional<FileProblem> DocumentSaver::problem() const {
 }
 
 bool DocumentSaver::isUnsaved() const {
-    return context_.revision() != savedRevision_;
+    return revision() != savedRevision_;
 }
 
 bool DocumentSaver::isMakingFile() const {
@@ -82,6 +84,24 @@ void DocumentSaver::noteChange() {
                             : services_.settings.autosave);
     }
     emit stateDidChange();
+}
+
+void DocumentSaver::noteTyping() {
+    if (!ending_ && !typingTimer_.isActive()) typingTimer_.start(services_.settings.typing);
+}
+
+// A draft that was given up leaves the file, too.
+void DocumentSaver::lookAtDrafts() {
+    const bool drafted = drafts_ && context_.frozenCopy(drafts_)->revision() != 0;
+    if (!drafted && !draftsWritten_) return;
+    ++draftRevision_;
+    noteChange();
+}
+
+std::shared_ptr<const ObjectContext> DocumentSaver::stateToWrite() {
+    auto state = context_.frozenCopy(drafts_);
+    draftsWritten_ = state->revision() != 0;
+    return state;
 }
 
 void DocumentSaver::saveSoon() {
@@ -128,13 +148,14 @@ void DocumentSaver::write() {
     unsaved_ = true;
     writing_ = true;
     ++running_;
-    writtenRevision_ = context_.revision();
+    writtenRevision_ = revision();
     ProjectFileOptions options;
     options.vfs = services_.settings.vfs;
     services_.writer->start(
         this,
-        [order = WriteOrder{holder_, context_.frozenCopy(), untitledPath_, backupOrder(),
-                            options}] { return writeProject(order); },
+        [order = WriteOrder{holder_, stateToWrite(), untitledPath_, backupOrder(), options}] {
+            return writeProject(order);
+        },
         [this](const WriteOutcome& outcome) { finishWrite(outcome); });
     emit stateDidChange();
 }
@@ -199,7 +220,7 @@ void DocumentSaver::retryLater() {
     retry_ = first ? settings.firstRetry : std::min(retry_ * 2, settings.lastRetry);
     timer_.stop();
     if (ending_) return;
-    const bool changedMeanwhile = context_.revision() != writtenRevision_;
+    const bool changedMeanwhile = revision() != writtenRevision_;
     if (!stuck_ || changedMeanwhile) timer_.start(retry_);
 }
 
@@ -209,14 +230,13 @@ void DocumentSaver::moveTo(const QString& path, Document::Done done) {
     timer_.stop();
     MoveOrder order;
     order.holder = holder_;
-    order.state = context_.frozenCopy();
+    order.state = stateToWrite();
     order.path = QFileInfo(path).absoluteFilePath();
     order.deleteOldAt = untitledPath_;
     order.options.vfs = services_.settings.vfs;
     services_.writer->start(
         this, [order] { return moveProject(order); },
-        [this, revision = context_.revision(),
-         done = std::move(done)](const WriteOutcome& outcome) {
+        [this, revision = revision(), done = std::move(done)](const WriteOutcome& outcome) {
             finishMove(revision, outcome);
             if (done) done(outcome.problem);
         });
@@ -242,6 +262,7 @@ void DocumentSaver::finishMove(std::uint64_t revision, const WriteOutcome& outco
 void DocumentSaver::release(bool deleteUntitled) {
     ending_ = true;
     timer_.stop();
+    typingTimer_.stop();
     ++running_;
     // What was begun before may still make the file untitled, or give it a title.
     const std::string untitled = deleteUntitled ? encodedPath(untitledPath_) : std::string();

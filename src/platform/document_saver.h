@@ -41,7 +41,7 @@ class DocumentSaver : public QObject {
     // Where an untitled project is made when it is first written.
     void setUntitledPath(const QString& path) { untitledPath_ = path; }
     // The records are what the file holds.
-    void setSavedAsItIs() { savedRevision_ = context_.revision(); }
+    void setSavedAsItIs() { savedRevision_ = revision(); }
     // The project must get a file though nothing in it has changed.
     void keepAsItIs();
 
@@ -63,6 +63,9 @@ class DocumentSaver : public QObject {
 
     // To be called when the records have changed; backupName goes into the backup's name.
     void noteChange();
+    // See document.h.
+    void setDrafts(ObjectContext::Edits drafts) { drafts_ = std::move(drafts); }
+    void noteTyping();
     void setBackupName(const QString& name) { backupName_ = name; }
     // The writing that is due, now.
     void saveSoon();
@@ -82,6 +85,10 @@ class DocumentSaver : public QObject {
     void released();
 
   private:
+    // Of the records and the drafts.
+    [[nodiscard]] std::uint64_t revision() const { return context_.revision() + draftRevision_; }
+    [[nodiscard]] std::shared_ptr<const ObjectContext> stateToWrite();
+    void lookAtDrafts();
     void tick();
     void write();
     void finishWrite(const WriteOutcome& outcome);
@@ -100,6 +107,11 @@ class DocumentSaver : public QObject {
     QString untitledPath_;
     QString backupName_;
     bool backupDue_ = false;
+
+    ObjectContext::Edits drafts_;
+    QTimer typingTimer_;
+    bool draftsWritten_ = false;  // the state that was written last has some
+    std::uint64_t draftRevision_ = 0;
 
     QTimer timer_;
     std::uint64_t savedRevision_;

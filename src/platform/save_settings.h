@@ -9,6 +9,8 @@ namespace zorvel {
 struct SaveSettings {
     // From the first change that is not in the file to its writing.
     std::chrono::milliseconds autosave{400};
+    // The same for what is typed in an open editor, until it becomes a change.
+    std::chrono::milliseconds typing{1500};
     // How often a writing that is due asks whether the open step of undo has ended.
     std::chrono::milliseconds stepPoll{50};
     // Between tries of a file that another program is using just now; after busyTries of them it is

@@ -220,8 +220,14 @@ std::optional<Census> ObjectContext::census(RecordId id) const {
 }
 
 std::shared_ptr<const ObjectContext> ObjectContext::frozenCopy() const {
+    return frozenCopy({});
+}
+
+std::shared_ptr<const ObjectContext> ObjectContext::frozenCopy(const Edits& edits) const {
     auto copy = std::make_shared<ObjectContext>();
     copy->state_->censuses = state_->censuses;
+    if (edits) edits(*copy);
+    copy->state_->history.forget();
     return copy;
 }
 

@@ -135,6 +135,10 @@ class ObjectContext {
 
     // The state as it stands now, never to change; costs one pointer for each few dozen censuses.
     [[nodiscard]] std::shared_ptr<const ObjectContext> frozenCopy() const;
+    // The same with edits of its records, which insert none: this context stays as it is. Its
+    // revision is 0 where they have changed nothing.
+    using Edits = std::function<void(ObjectContext& copy)>;
+    [[nodiscard]] std::shared_ptr<const ObjectContext> frozenCopy(const Edits& edits) const;
 
     // All records, ascending by identity: the blocks of a frozen copy cost one pointer a census.
     [[nodiscard]] std::vector<BlockPointer> blocks() const;

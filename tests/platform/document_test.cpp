@@ -75,6 +75,48 @@ TEST_F(DocumentTest, OneWhoNeverStopsTypingIsSavedAllTheSame) {
     EXPECT_LT(timer.elapsed(), 10000);
 }
 
+TEST_F(DocumentTest, WhatIsTypedReachesTheFileBeforeItIsAChange) {
+    settings.typing = std::chrono::milliseconds(20);
+    run = newRun();
+    Document* document = run->open(makeProject("a.zorvel", {"North"}));
+    ASSERT_TRUE(document);
+    ObjectContext& context = document->project().objectContext();
+    const Census census = context.censuses().front();
+    std::string typed;
+    document->setDrafts([&](ObjectContext& copy) {
+        if (!typed.empty()) editName(copy, *copy.census(census.id()), typed);
+    });
+    const auto type = [&](const char* text, const char* inFile) {
+        typed = text;
+        document->noteTyping();
+        EXPECT_TRUE(waitUntil([&] { return namesInFile(at("a.zorvel")) == Names{inFile}; }))
+            << text;
+        EXPECT_TRUE(isSavedSoon(document)) << text;
+    };
+    type("Nor", "Nor");
+    type("Norwa", "Norwa");
+    EXPECT_EQ(censusNames(*document), Names{"North"});
+    EXPECT_FALSE(context.canUndo());
+    type("", "North");  // given up
+    type("Norwa", "Norwa");
+    typed.clear();
+    editName(context, census, "Norway");
+    ASSERT_TRUE(isSavedSoon(document));
+    EXPECT_EQ(namesInFile(at("a.zorvel")), Names{"Norway"});
+    context.undo();
+    ASSERT_TRUE(isSavedSoon(document));
+    EXPECT_FALSE(context.canUndo());
+
+    // An editor that opens and closes writes nothing.
+    run->controller.close(*document);
+    document = run->open(at("a.zorvel"));
+    ASSERT_TRUE(document);
+    document->noteTyping();
+    processEventsFor(100);
+    EXPECT_EQ(document->saveState(), State::saved);
+    EXPECT_EQ(document->backups().size(), 1);
+}
+
 TEST_F(DocumentTest, AnOpenStepIsWrittenWhenItHasEnded) {
     Document& document = openOnTestDisk(makeProject("a.zorvel", {"North"}));
     ObjectContext& context = document.project().objectContext();

@@ -61,6 +61,10 @@ TEST_F(CompletionTest, WhatIsTypedAtTheEndIsCompleted) {
         field()->clear();
         typeText(each.keys);
         EXPECT_EQ(shown(), each.shown) << each.keys;
+        // What is proposed is not typed yet.
+        const auto drafted = context().frozenCopy(
+            [this](ObjectContext& copy) { window->mainView().storeDrafts(copy); });
+        EXPECT_EQ(drafted->taxa().back().name()->str(), QString(each.keys).trimmed().toStdString());
     }
 }
 

@@ -119,6 +119,23 @@ TEST_F(DetailsTest, ARefusedTextIsHandedOutWhenItsFieldGoesOn) {
     EXPECT_FALSE(context().canUndo());
 }
 
+TEST_F(DetailsTest, WhatIsTypedIsADraftUntilItIsAnEdit) {
+    typeInto(field("latitude"), "north of here");
+    typeInto(field("longitude"), "2.5");
+    typeInto(notes(), "by the brook");
+    const auto copy = context().frozenCopy(
+        [this](ObjectContext& records) { window->mainView().storeDrafts(records); });
+    EXPECT_EQ(copy->censuses()[0].latitude(), 0);
+    EXPECT_EQ(copy->censuses()[0].longitude(), 2.5);
+    EXPECT_EQ(copy->censuses()[0].notes()->str(), "by the brook");
+    EXPECT_EQ(census(0).notes()->str(), "");
+    // An end that cannot ask stores the same and tells of the rest.
+    window->mainView().endEditing();
+    EXPECT_EQ(census(0).notes()->str(), "by the brook");
+    ASSERT_EQ(messages().size(), 1);
+    EXPECT_TRUE(messages().front().contains("“north of here”"));
+}
+
 TEST_F(DetailsTest, WhatWasTypedIsStoredByLeavingItWhicheverWay) {
     typeInto(field("latitude"), "1.5");
     field("longitude").setFocus();

@@ -49,6 +49,36 @@ TEST_F(EditingTest, TypedValuesReachTheRecordsAndEverythingShownFollows) {
     EXPECT_EQ(text("individuals"), "46");
 }
 
+// In a copy, as it would be stored now: the records wait for the end of the edit.
+TEST_F(EditingTest, WhatIsTypedInACellIsADraftUntilItIsAnEdit) {
+    const struct {
+        RecordTableView& table;
+        int column;
+        const char* typed;
+        const char* drafted;
+    } cases[] = {{censusTable(), 0, "Northern ", "Northern Abies 3"},
+                 {speciesTable(), 1, "Abies alba", "North Abies alba 3"},
+                 {speciesTable(), 2, "12", "North Abies 12"},
+                 {speciesTable(), 2, "12x", "North Abies 3"}};
+    const auto drafts = [this] {
+        const auto copy = context().frozenCopy(
+            [this](ObjectContext& records) { window->mainView().storeDrafts(records); });
+        const Census north = copy->censuses().front();
+        const Zorvel taxon = north.taxa().front();
+        return north.name()->str() + ' ' + taxon.name()->str() + ' ' +
+               std::to_string(taxon.abundance());
+    };
+    for (const auto& test : cases) {
+        test.table.beginEditing(test.table.model()->index(0, test.column));
+        EXPECT_EQ(drafts(), "North Abies 3") << test.typed;
+        QTest::keyClicks(test.table.openEditor(), test.typed);
+        EXPECT_EQ(drafts(), test.drafted) << test.typed;
+        EXPECT_FALSE(context().canUndo()) << test.typed;
+        QTest::keyClick(test.table.openEditor(), Qt::Key_Escape);
+        EXPECT_EQ(drafts(), "North Abies 3") << test.typed;
+    }
+}
+
 TEST_F(EditingTest, AnAbundanceThatIsNoneIsRefusedWithAWordAndTheEditorStays) {
     for (const char* typed : {"3.5", "1,000", "-4", "x", "", "99999999999999999999"}) {
         speciesTable().beginEditing(speciesTable().model()->index(0, 2));

@@ -8,6 +8,7 @@
 #include <QItemSelection>
 #include <QItemSelectionModel>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMimeData>
 #include <QPainter>
@@ -146,6 +147,9 @@ bool RecordTableView::edit(const QModelIndex& index, EditTrigger trigger, QEvent
     if (editor != nullptr && editor != opened_) {
         edited_ = index;
         opened_ = editor;
+        if (auto* line = qobject_cast<QLineEdit*>(editor)) {
+            connect(line, &QLineEdit::textEdited, this, &RecordTableView::textTyped);
+        }
         editorDidOpen(editor);
     }
     return begun;
@@ -164,6 +168,7 @@ void RecordTableView::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEdi
     QTableView::closeEditor(editor, hint);
     if (closing.isNull() || closing != opened_) return;
     opened_.clear();
+    emit textTyped();
     editorDidClose(closing);
 }
 

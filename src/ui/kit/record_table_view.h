@@ -34,6 +34,8 @@ class RecordTableView : public QTableView {
     void beginEditing(const QModelIndex& cell);
     // The editor that is open; null where there is none.
     [[nodiscard]] QWidget* openEditor() const;
+    // The cell that is, or was last, edited; none once it is gone.
+    [[nodiscard]] QModelIndex editedCell() const { return edited_; }
     // As if the person had pressed Return or Escape. Without an editor nothing happens.
     void commitEditing();
     void revertEditing();
@@ -49,13 +51,13 @@ class RecordTableView : public QTableView {
     void pasteRequested();
     // The Insert key or Ctrl+Return, or Tab past the last row.
     void addRowRequested();
+    // What is typed in the open line has changed, or the line has closed.
+    void textTyped();
 
   protected:
     // Edits a cell, its row alone selected; a column below 0 is the first that can be edited. A
     // row that is not there is not gone to.
     void editCell(int row, int column);
-    // The row that is, or was last, edited; -1 once it is gone.
-    [[nodiscard]] int editedRow() const { return edited_.isValid() ? edited_.row() : -1; }
     [[nodiscard]] int rowCount() const { return model()->rowCount(); }
 
     // Which cell of a row a typed text goes to.

@@ -20,8 +20,8 @@ struct DetailsView::Line {
     DetailsField* field = nullptr;
     QString name;
     std::function<QString(const Census&)> shown;
-    // Stores the typed text, or says why not.
-    std::function<QString(const Census&, const std::string&)> store;
+    // Stores the typed text in the context of the census, or says why not.
+    std::function<QString(ObjectContext&, const Census&, const std::string&)> store;
 };
 
 namespace {
@@ -32,11 +32,11 @@ QString worded(const char* reason) {
 
 // How a detail is stored: read by parse, written by edit.
 template <class Parse, class Edit>
-auto storing(ObjectContext*& context, Parse parse, Edit edit) {
-    return [&context, parse, edit](const Census& census, const std::string& text) {
+auto storing(Parse parse, Edit edit) {
+    return [parse, edit](ObjectContext& context, const Census& census, const std::string& text) {
         const auto value = parse(text);
         if (!value) return worded(value.problem());
-        edit(*context, census, value.value());
+        edit(context, census, value.value());
         return QString();
     };
 }
@@ -57,26 +57,27 @@ DetailsView::~DetailsView() = default;
 
 void DetailsView::setUpLines() {
     addLine(ui_->latitudeTextField, tr("Latitude"), latitudeText,
-            storing(context_, parseTypedLatitude, editLatitude));
+            storing(parseTypedLatitude, editLatitude));
     addLine(ui_->longitudeTextField, tr("Longitude"), longitudeText,
-            storing(context_, parseTypedLongitude, editLongitude));
-    addLine(ui_->dateTextField, tr("Date"), dateText,
-            storing(context_, parseTypedTime, editTimeStamp));
+            storing(parseTypedLongitude, editLongitude));
+    addLine(ui_->dateTextField, tr("Date"), dateText, storing(parseTypedTime, editTimeStamp));
     ui_->latitudeTextField->setProblemLabel(ui_->latitudeProblem);
     ui_->longitudeTextField->setProblemLabel(ui_->longitudeProblem);
     ui_->dateTextField->setProblemLabel(ui_->dateProblem);
 }
 
-void DetailsView::addLine(DetailsField* field, const QString& name,
-                          std::function<QString(const Census&)> shown,
-                          std::function<QString(const Census&, const std::string&)> store) {
+void DetailsView::addLine(
+    DetailsField* field, const QString& name, std::function<QString(const Census&)> shown,
+    std::function<QString(ObjectContext&, const Census&, const std::string&)> store) {
     lines_.push_back(std::make_unique<Line>(Line{field, name, std::move(shown), std::move(store)}));
     Line& line = *lines_.back();
     connect(field, &DetailsField::commitRequested, this, [this, &line] { commitLine(line); });
+    connect(field, &DetailsField::textChanged, this, &DetailsView::textTyped);
 }
 
 void DetailsView::setUpNotes() {
     connect(ui_->notesTextView, &DetailsNotes::commitRequested, this, &DetailsView::commitNotes);
+    connect(ui_->notesTextView, &DetailsNotes::textChanged, this, &DetailsView::textTyped);
 }
 
 std::optional<Census> DetailsView::census() const {
@@ -128,7 +129,7 @@ void DetailsView::commitLine(Line& line) {
     const std::optional<Census> shown = census();
     if (!shown) return;
     if (!line.field->isTyped()) return line.field->showStored(line.shown(*shown));
-    const QString reason = line.store(*shown, line.field->text().toStdString());
+    const QString reason = line.store(*context_, *shown, line.field->text().toStdString());
     if (!reason.isEmpty()) return line.field->tellProblem(reason);
     line.field->restore(line.shown(*shown));
     context_->announceChanges();
@@ -145,6 +146,16 @@ void DetailsView::commitNotes() {
     ui_->notesTextView->setTextCursor(cursor);
     showNotesState();
     context_->announceChanges();
+}
+
+void DetailsView::storeDrafts(ObjectContext& copy) const {
+    const std::optional<Census> shown = census_ ? copy.census(*census_) : std::nullopt;
+    if (!shown) return;
+    for (const auto& line : lines_) {
+        if (line->field->isTyped()) line->store(copy, *shown, line->field->text().toStdString());
+    }
+    const DetailsNotes& notes = *ui_->notesTextView;
+    if (notes.isTyped()) editNotes(copy, *shown, notes.typedText().toStdString());
 }
 
 void DetailsView::tellProblems() {

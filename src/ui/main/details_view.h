@@ -37,10 +37,13 @@ class DetailsView : public QWidget {
     // Stores what was typed, as far as it can be. False where something cannot: its field tells the
     // reason.
     bool commit();
+    // The same in a copy of the context, and the fields stay as they are.
+    void storeDrafts(ObjectContext& copy) const;
     // The first field that tells a reason takes the focus, and its text is handed out.
     void tellProblems();
 
   signals:
+    void textTyped();
     // Not stored: which detail of which census, what was typed, and a sentence that says why.
     void textRefused(const QString& detail, const QString& text, const QString& reason);
 
@@ -51,7 +54,7 @@ class DetailsView : public QWidget {
     struct Line;
     void addLine(DetailsField* field, const QString& name,
                  std::function<QString(const Census&)> shown,
-                 std::function<QString(const Census&, const std::string&)> store);
+                 std::function<QString(ObjectContext&, const Census&, const std::string&)> store);
     void setUpLines();
     void setUpNotes();
     void commitLine(Line& line);

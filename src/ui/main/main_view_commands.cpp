@@ -183,6 +183,33 @@ bool MainViewController::commitEditing() {
     return true;
 }
 
+void MainViewController::endEditing() {
+    QGuiApplication::inputMethod()->commit();
+    ui_->censusTable->commitEditing();
+    ui_->speciesTable->commitEditing();
+    ui_->detailsPane->showCensus(std::nullopt);
+}
+
+void MainViewController::storeDrafts(ObjectContext& copy) const {
+    ui_->detailsPane->storeDrafts(copy);
+    const auto typedIn = [](const RecordTableView* table) {
+        const auto* field = qobject_cast<TableTextField*>(table->openEditor());
+        return field != nullptr && field->isModified() ? field : nullptr;
+    };
+    if (const TableTextField* field = typedIn(ui_->censusTable)) {
+        const auto census = copy.census(censusModel_->idAt(ui_->censusTable->editedCell().row()));
+        if (census) editName(copy, *census, field->typedText().toStdString());
+    }
+    const std::optional<Census> shown = shownCensus_ ? copy.census(*shownCensus_) : std::nullopt;
+    if (const TableTextField* field = typedIn(ui_->speciesTable); field && shown) {
+        const QModelIndex cell = ui_->speciesTable->editedCell();
+        const auto taxon = shown->taxon(speciesModel_->taxonAt(cell.row()));
+        if (taxon) {
+            SpeciesTableModel::storeText(copy, *taxon, cell.column(), field->typedText());
+        }
+    }
+}
+
 bool MainViewController::readyToClose() {
     if (!commitEditing()) return false;
     if (ui_->detailsPane->commit()) return true;

@@ -144,7 +144,7 @@ void MainViewController::setUpSpeciesTable() {
     ui_->speciesTable->setItemDelegateForColumn(SpeciesTableModel::abundanceColumn, abundances);
     connect(abundances, &TextFieldDelegate::textRefused, this,
             [this](const QString& text, const QString& reason) {
-                showMessage(tr("\u201c%1\u201d was not stored: %2").arg(text, reason));
+                emit textRefused(tr("\u201c%1\u201d was not stored: %2").arg(text, reason));
             });
     connect(ui_->speciesTable->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &MainViewController::refreshSpeciesControls);
@@ -154,10 +154,12 @@ void MainViewController::setUpSpeciesTable() {
 
 void MainViewController::setUpDetails() {
     ui_->detailsPane->setContext(document_.objectContext());
-    connect(ui_->detailsPane, &DetailsView::textRefused, this,
-            [this](const QString& detail, const QString& text, const QString& reason) {
-                showMessage(tr("%1: \u201c%2\u201d was not stored: %3").arg(detail, text, reason));
-            });
+    connect(
+        ui_->detailsPane, &DetailsView::textRefused, this,
+        [this](const QString& detail, const QString& text, const QString& reason) {
+            emit textRefused(tr("%1: \u201c%2\u201d was not stored: %3").arg(detail, text, reason));
+        });
+    connect(this, &MainViewController::textRefused, this, &MainViewController::showMessage);
 }
 
 // Queued: the record is changed by then, and a window that is about to go hears of none.
@@ -170,6 +172,10 @@ void MainViewController::hearOfEndsOfEditing() {
     }
     for (auto* detail : findChildren<DetailsField*>()) hear(detail, &DetailsField::commitRequested);
     for (auto* notes : findChildren<DetailsNotes*>()) hear(notes, &DetailsNotes::commitRequested);
+    for (auto* table : findChildren<RecordTableView*>()) {
+        connect(table, &RecordTableView::textTyped, this, &MainViewController::textTyped);
+    }
+    connect(ui_->detailsPane, &DetailsView::textTyped, this, &MainViewController::textTyped);
 }
 
 void MainViewController::setUpTexts() {

@@ -79,6 +79,11 @@ class MainViewController : public QWidget, public MainView {
     bool commitEditing();
     // The same for all that is typed, before the window goes.
     bool readyToClose();
+    // Stores all that is typed, as far as it can be; textRefused() tells of the rest.
+    void endEditing();
+    // What is typed in open editors as it would be stored now, in a copy of the records; the
+    // editors stay as they are.
+    void storeDrafts(ObjectContext& copy) const;
 
     // The indicator turns and the label says what runs: of several works, each of a name of its
     // own, the one that began last. Work that can be cancelled has a button for it.
@@ -121,6 +126,10 @@ class MainViewController : public QWidget, public MainView {
 
   signals:
     void openRequested();
+    // In any editor, or one has closed.
+    void textTyped();
+    // Of a text that was not stored although its editor has closed; told in the strip, too.
+    void textRefused(const QString& message);
     // Before a window that belongs to no project is shown, which lives on when the project closes:
     // whoever hears of it must close it before queue and panels go.
     void analysisWindowDidOpen(QWidget* opened);

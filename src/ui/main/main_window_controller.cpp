@@ -45,13 +45,18 @@ MainWindowController::MainWindowController(Document& document, JobQueue& jobs,
 
 // The view goes while the window is still whole: an editor that is open commits as it goes.
 MainWindowController::~MainWindowController() {
-    document_->disconnect(this);
+    leaveDocument();
     delete mainView_;
+}
+
+void MainWindowController::leaveDocument() {
+    document_->disconnect(this);
+    document_->setDrafts({});
 }
 
 void MainWindowController::showDocument(Document& document) {
     const QByteArray layout = mainView_->saveLayout();
-    document_->disconnect(this);
+    leaveDocument();
     mainView_->messageStrip().withdraw(problemMessage);
     const std::unique_ptr<MainViewController> earlier(mainView_);
     setDocument(document);
@@ -80,6 +85,8 @@ void MainWindowController::setDocument(Document& document) {
         showProblem();
     });
     connect(document_, &Document::backupDidFail, mainView_, &MainViewController::showMessage);
+    document_->setDrafts([view = mainView_](ObjectContext& copy) { view->storeDrafts(copy); });
+    connect(mainView_, &MainViewController::textTyped, document_, &Document::noteTyping);
     showTitle();
     showProblem();
     mainView_->selectFirstCensus();

@@ -51,6 +51,7 @@ class MainWindowController : public QMainWindow {
 
   private:
     void setDocument(Document& document);
+    void leaveDocument();
     void showTitle();
     void showProblem();
 

@@ -24,7 +24,7 @@ void CensusTableView::editorDidClose(QWidget* editor) {
 }
 
 void CensusTableView::censusNameTextFieldEditingDidEnd(TextMovement movement) {
-    const int row = editedRow();
+    const int row = editedCell().row();
     if (row < 0) return;
     switch (movement) {
         case TextMovement::tab:
@@ -54,7 +54,7 @@ void SpeciesTableView::editorDidClose(QWidget* editor) {
 
 void SpeciesTableView::speciesTableTextFieldEditingDidEnd(TextMovement movement,
                                                           const QString& identifier) {
-    const int row = editedRow();
+    const int row = editedCell().row();
     if (row < 0) return;
     const bool name = identifier == "name";
     const int column = name ? kNameColumn : kAbundanceColumn;

@@ -217,15 +217,18 @@ bool SpeciesTableModel::edit(const Zorvel& taxon, int column, const QVariant& va
         editInclude(context_, {taxon}, value.toInt() == Qt::Checked);
         return true;
     }
-    if (role != Qt::EditRole) return false;
+    return role == Qt::EditRole && storeText(context_, taxon, column, value.toString());
+}
+
+bool SpeciesTableModel::storeText(ObjectContext& context, const Zorvel& taxon, int column,
+                                  const QString& text) {
     if (column == nameColumn) {
-        if (value.toString() == editableName(taxon.name())) return true;
-        editName(context_, taxon, value.toString().toStdString());
+        if (text != editableName(taxon.name())) editName(context, taxon, text.toStdString());
         return true;
     }
-    const Typed<std::int64_t> abundance = parseTypedAbundance(value.toString().toStdString());
+    const Typed<std::int64_t> abundance = parseTypedAbundance(text.toStdString());
     if (column != abundanceColumn || !abundance) return false;
-    editAbundance(context_, taxon, abundance.value());
+    editAbundance(context, taxon, abundance.value());
     return true;
 }
 

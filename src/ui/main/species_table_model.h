@@ -53,6 +53,10 @@ class SpeciesTableModel : public OrderedTableModel {
     [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
     bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+    // A text typed into a cell of that column, in the context of the taxon; false where it cannot
+    // be stored there.
+    static bool storeText(ObjectContext& context, const Zorvel& taxon, int column,
+                          const QString& text);
     [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
     // The taxa whole, for pasting.
     [[nodiscard]] QMimeData* mimeData(const QModelIndexList& rows) const override;

@@ -97,6 +97,13 @@ void SpeciesTableTextField::completeAfter(const Typed& before) {
     const QSignalBlocker blocker(this);
     insert(tail);
     setSelection(caret, static_cast<int>(tail.size()));
+    completed_ = text();
+}
+
+QString SpeciesTableTextField::typedText() const {
+    const bool proposed =
+        hasSelectedText() && text() == completed_ && selectionEnd() == text().size();
+    return proposed ? text().left(selectionStart()) : text();
 }
 
 }  // namespace zorvel

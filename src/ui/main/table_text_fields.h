@@ -33,6 +33,8 @@ class TableTextField : public QLineEdit {
     void setCheck(Check check) { check_ = std::move(check); }
     // Of a text that was typed; what stood there before is never wrong.
     [[nodiscard]] QString problem() const;
+    // Without what is only proposed.
+    [[nodiscard]] virtual QString typedText() const { return text(); }
     // There is something in the field itself to be undone or done again; where there is not, the
     // keys for that are the window's.
     [[nodiscard]] bool canTravel() const { return isUndoAvailable() || isRedoAvailable(); }
@@ -76,6 +78,7 @@ class SpeciesTableTextField : public TableTextField {
     // completion is selected, so that typing on replaces it. What is deleted, cut, undone, done
     // again or still being composed is left alone. The formatter must outlive the field.
     void setFormatter(const TaxonFormatter& formatter) { formatter_ = &formatter; }
+    [[nodiscard]] QString typedText() const override;
 
   signals:
     void speciesTableTextFieldDidEndEditing(TextMovement movement, const QString& identifier);
@@ -95,6 +98,7 @@ class SpeciesTableTextField : public TableTextField {
 
     QString identifier_;
     const TaxonFormatter* formatter_ = nullptr;
+    QString completed_;  // the text as it was completed last
 };
 
 }  // namespace zorvel
