@@ -18,7 +18,12 @@ namespace zorvel {
 bool ProjectWindows::mayClose(MainWindowController& window) {
     if (!quitting_) {
         const QPointer<MainWindowController> guard(&window);
-        if (!window.mainView().readyToClose() || !askToKeep(window)) return false;
+        if (!window.mainView().readyToClose()) return false;
+        const Question question{tr("An import is still running"),
+                                tr("If you close the window now, nothing of it is stored."),
+                                {tr("Close Anyway"), tr("Cancel")},
+                                0};
+        if (!mayDropImports({&window}, question) || !askToKeep(window)) return false;
         const bool discards = std::count(discarded_.begin(), discarded_.end(), &window.document());
         if (isLast(window) && !mayEnd(discards ? &window.document() : nullptr)) {
             discarded_.clear();
@@ -53,6 +58,21 @@ bool ProjectWindows::mayEnd(const Document* discarded) {
         }
     }
     return ends;
+}
+
+bool ProjectWindows::mayDropImports(const std::vector<MainWindowController*>& windows,
+                                    const Question& question) {
+    std::vector<QPointer<MainWindowController>> importing;
+    for (MainWindowController* window : windows) {
+        if (window->mainView().isImporting()) importing.emplace_back(window);
+    }
+    if (importing.empty()) return true;
+    const QPointer<ProjectWindows> self(this);
+    if (panels_.alerts.ask(importing.front(), question) != 0 || !self) return false;
+    for (const auto& window : importing) {
+        if (window) window->mainView().cancelImports();
+    }
+    return true;
 }
 
 bool ProjectWindows::isLast(const QWidget& window) const {
@@ -111,7 +131,11 @@ bool ProjectWindows::quit() {
     for (MainWindowController* window : windows()) {
         if (!window->mainView().readyToClose()) return false;
     }
-    if (!mayEnd()) return false;
+    const Question question{tr("An import is still running"),
+                            tr("If you quit now, nothing of it is stored."),
+                            {tr("Quit Anyway"), tr("Cancel")},
+                            0};
+    if (!mayDropImports(windows(), question) || !mayEnd()) return false;
     quitting_ = true;
     for (MainWindowController* window : windows()) window->close();
     secondary_.closeAll();

@@ -23,6 +23,7 @@ class DocumentController;
 class Exports;
 class JobQueue;
 struct KnownFile;
+struct Question;
 class LookChoice;
 class MainWindowController;
 class SettingsFile;
@@ -124,6 +125,10 @@ class ProjectWindows : public QObject {
     [[nodiscard]] MainWindowController* freeWindow() const;
     bool mayClose(MainWindowController& window);
     bool mayCloseSecondary(QWidget& window);
+    // False where the user wants to stay because an import into one of these windows would be lost.
+    // Otherwise none runs any more.
+    bool mayDropImports(const std::vector<MainWindowController*>& windows,
+                        const Question& question);
     // Settles what has to be settled before the program ends; false where the person wants to stay.
     // discarded: see settleBeforeQuitting().
     bool mayEnd(const Document* discarded = nullptr);

@@ -64,6 +64,30 @@ class ImportTest : public WindowTest {
     std::optional<std::promise<void>> release_;
 };
 
+TEST_F(ImportTest, ClosingAndQuittingAskBeforeAnImportIsLost) {
+    const QString path = write("file.csv", ",Abies\nNorth,3\n");
+    windows->openUntitled();
+    for (const bool byClosing : {true, false}) {
+        alerts.asked.clear();
+        holdJobs();
+        panel.answer = {path};
+        trigger("importCensusMatrixMenuItemTapped");
+        alerts.answers = {"Cancel"};
+        EXPECT_FALSE(byClosing ? window->close() : windows->quit());
+        EXPECT_EQ(alerts.asked, QStringList{"An import is still running"});
+        releaseJobs();
+        ASSERT_TRUE(waitUntil([this] { return idle(); }));
+        EXPECT_EQ(context().censusCount(), byClosing ? 1u : 2u);
+    }
+    holdJobs();
+    trigger("importCensusMatrixMenuItemTapped");
+    alerts.answers = {"Close Anyway", "Cancel"};
+    EXPECT_FALSE(window->close());  // the untitled project is asked about next
+    releaseJobs();
+    ASSERT_TRUE(waitUntil([this] { return idle(); }));
+    EXPECT_EQ(context().censusCount(), 2u);
+}
+
 TEST_F(ImportTest, EveryKindOfFileThroughTheMenu) {
     const struct {
         const char* action;
@@ -242,6 +266,7 @@ TEST_F(ImportTest, AWindowThatClosesMeanwhileIsNotMissed) {
     panel.answer = {write("plots.csv", matrix)};
     runImport(*windows, &other, FileKind::matrix);
     importInto(other.document(), *windows, FileKind::matrix, {"more.csv", matrix});
+    other.setCloseQuestion({});
     other.close();
     sendDeletions();
     drainJobs();

@@ -304,9 +304,10 @@ void MainViewController::stopProgress(const QString& name) {
 
 MainView::ProgressId MainViewController::startProgress(std::string_view text,
                                                        std::function<void()> cancel) {
-    startProgress(progressName(++lastProgress_),
-                  QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())),
-                  std::move(cancel));
+    running_.start(progressName(++lastProgress_),
+                   QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())),
+                   std::move(cancel), true);
+    showProgress();
     return lastProgress_;
 }
 

@@ -89,6 +89,7 @@ class MainViewController : public QWidget, public MainView {
     // own, the one that began last. Work that can be cancelled has a button for it.
     void startProgress(const QString& name, const QString& text, std::function<void()> cancel = {});
     void stopProgress(const QString& name);
+    // That of imports.
     ProgressId startProgress(std::string_view text, std::function<void()> cancel) override;
     void stopProgress(ProgressId progress) override;
     [[nodiscard]] bool isInProgress() const;
@@ -96,6 +97,9 @@ class MainViewController : public QWidget, public MainView {
     [[nodiscard]] bool isInProgressBeside(const QString& name) const;
     // Gives up the work that the label names, where it can be cancelled.
     void cancelProgress();
+    // A file is read, or stored, into the project.
+    [[nodiscard]] bool isImporting() const { return running_.hasImport(); }
+    void cancelImports() { running_.cancelImports(); }
 
     // The project's name, for the windows of analyses, which bear it from then on.
     void setProjectName(const QString& name);

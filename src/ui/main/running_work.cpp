@@ -10,12 +10,22 @@ QList<RunningWork::Work>::iterator RunningWork::find(const QString& name) {
                         [&name](const Work& work) { return work.name == name; });
 }
 
-void RunningWork::start(const QString& name, const QString& text, std::function<void()> cancel) {
+void RunningWork::start(const QString& name, const QString& text, std::function<void()> cancel,
+                        bool isImport) {
     const auto found = find(name);
-    if (found == works_.end()) {
-        works_.append({name, text, std::move(cancel)});
-    } else {
-        *found = {name, text, std::move(cancel)};
+    Work& work = found == works_.end() ? works_.emplace_back() : *found;
+    work = {name, text, std::move(cancel), isImport};
+}
+
+bool RunningWork::hasImport() const {
+    return std::any_of(works_.begin(), works_.end(),
+                       [](const Work& work) { return work.isImport; });
+}
+
+// The end of each changes the list.
+void RunningWork::cancelImports() const {
+    for (const Work& work : QList<Work>(works_)) {
+        if (work.isImport && work.cancel) work.cancel();
     }
 }
 

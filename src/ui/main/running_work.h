@@ -11,7 +11,9 @@ namespace zorvel {
 class RunningWork {
   public:
     // Work of that name which runs already has other words from now on, and stands where it stood.
-    void start(const QString& name, const QString& text, std::function<void()> cancel = {});
+    // isImport: it puts something into the project, which is lost where it is given up.
+    void start(const QString& name, const QString& text, std::function<void()> cancel = {},
+               bool isImport = false);
     // Nothing where no work of that name runs.
     void stop(const QString& name);
 
@@ -19,7 +21,9 @@ class RunningWork {
     [[nodiscard]] bool hasOther(const QString& name) const;
     // The words of what began last; empty where nothing runs.
     [[nodiscard]] QString text() const { return isEmpty() ? QString() : works_.back().text; }
-    // How it is given up; null where it cannot be.
+    [[nodiscard]] bool hasImport() const;
+    void cancelImports() const;
+    // How what began last is given up; null where it cannot be.
     [[nodiscard]] std::function<void()> cancel() const {
         return isEmpty() ? nullptr : works_.back().cancel;
     }
@@ -29,6 +33,7 @@ class RunningWork {
         QString name;
         QString text;
         std::function<void()> cancel;
+        bool isImport = false;
     };
     [[nodiscard]] QList<Work>::iterator find(const QString& name);
 
