@@ -63,6 +63,10 @@ ProjectWindows::ProjectWindows(DocumentController& documents, JobQueue& jobs,
                 if (!note.isEmpty()) tell(windowOf(*document), note);
             });
     connect(&documents_, &DocumentController::openDidFail, this, &ProjectWindows::openDidFail);
+    connect(&documents_, &DocumentController::asideDidOpen, this,
+            [this](const Document* document, const QString& message) {
+                tell(windowOf(*document), message);
+            });
     connect(&documents_, &DocumentController::changesWereKept, this,
             [this](const QString& message) { tell(nullptr, message); });
 }

@@ -86,7 +86,11 @@ Answer askAbout(const Document& document, const Panels& panels) {
                                    : tr("The disk has not answered in time.");
     return static_cast<Answer>(panels.alerts.ask(
         nullptr, {tr("The last changes to “%1” could not be saved").arg(document.displayName()),
-                  reason + "\n\n" + tr("If you quit now, they may be lost."),
+                  reason + "\n\n" +
+                      (document.isKeptAside()
+                           ? tr("If you quit now, they are kept in a copy that opens at the next "
+                                "start.")
+                           : tr("If you quit now, they may be lost.")),
                   {tr("Save As..."), tr("Quit Anyway"), tr("Cancel")},
                   1}));
 }

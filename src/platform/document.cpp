@@ -3,6 +3,7 @@
 #include <QTimer>
 #include <utility>
 
+#include "model/file_messages.h"
 #include "platform/backups.h"
 #include "platform/document_controller.h"
 #include "platform/document_saver.h"
@@ -28,7 +29,7 @@ Document::~Document() = default;
 void Document::watchSaver() {
     connect(saver_.get(), &DocumentSaver::stateDidChange, this, &Document::saveStateDidChange);
     connect(saver_.get(), &DocumentSaver::pathDidChange, this, [this] {
-        saver_->setBackupName(displayName());
+        saver_->setProjectName(displayName());
         emit displayNameDidChange();
     });
     connect(saver_.get(), &DocumentSaver::backupDidFail, this, [this](const FileProblem& problem) {
@@ -73,6 +74,21 @@ Document::SaveState Document::saveState() const {
 
 std::optional<FileProblem> Document::problem() const {
     return saver_->problem();
+}
+
+bool Document::isKeptAside() const {
+    return saver_->isKeptAside();
+}
+
+QString Document::asideNote() const {
+    const AsideCopy& aside = saver_->aside();
+    if (aside.problem()) {
+        return tr("They cannot be kept in your data folder either. %1")
+            .arg(QString::fromStdString(fileMessage(*aside.problem())));
+    }
+    return aside.exists() ? tr("Until they are saved, the changes are kept in a copy that opens at "
+                               "the next start.")
+                          : QString();
 }
 
 void Document::saveSoon() {

@@ -51,6 +51,12 @@ class Document : public QObject {
     // Why it could not be written, or could not be opened for writing.
     [[nodiscard]] std::optional<FileProblem> problem() const;
 
+    // While the changes cannot be written: a copy in the user's data folder, which opens at the
+    // next start, holds all of them.
+    [[nodiscard]] bool isKeptAside() const;
+    // A sentence on that copy, or on why there is none; empty where none was tried.
+    [[nodiscard]] QString asideNote() const;
+
     // Writes at once what waits, instead of within a second.
     void saveSoon();
 
@@ -108,8 +114,6 @@ class Document : public QObject {
     QString untitledName_;
     // Untitled, but of contents that must not be lost.
     bool worthKeeping_ = false;
-    // Closed, and stored as an untitled project, for its own file takes it no more.
-    bool keptAside_ = false;
     HistoryState history_;
     std::unique_ptr<DocumentSaver> saver_;
 };

@@ -32,16 +32,16 @@ DocumentController::DocumentController(JobQueue& jobs, Folders folders,
     : jobs_(jobs),
       folders_(std::move(folders)),
       writer_(std::make_unique<JobQueue>(1)),
-      services_{writer_.get(), settings, folders_.backups},
+      services_{writer_.get(), settings, folders_.backups, &untitled_},
       untitled_(folders_.untitled) {}
 
-// What its own file does not take even now is kept as an untitled project. A thread that hangs in a
+// What its own file does not take even now stays in its copy aside. A thread that hangs in a
 // disk is left to the end of the process, with all that it uses.
 DocumentController::~DocumentController() {
     constexpr std::chrono::seconds patience(1);
     for (Document* document : documents()) close(*document);
     for (Document* document : finish(patience)) {
-        if (!document->saver_->isBusy() && document->problem()) keepAside(*document);
+        if (document->isKeptAside()) leaveAside(*document);
     }
     finish(patience);
     const bool hangs = std::any_of(closing_.begin(), closing_.end(),
@@ -99,6 +99,7 @@ Document& DocumentController::addDocument(const QString& untitledName,
     Document& document = *documents_.back();
     document.untitledName_ = untitledName;
     document.saver_->setUntitledPath(untitledPath);
+    document.saver_->setProjectName(untitledName);
     connect(document.saver_.get(), &DocumentSaver::stateDidChange, this,
             [this, &document] { continueClosing(document); });
     connect(document.saver_.get(), &DocumentSaver::released, this,
@@ -190,24 +191,15 @@ void DocumentController::continueClosing(Document& document) {
     if (!isClosing(document) || saver.isBusy()) return;
     if (!saver.isUnsaved()) {
         saver.release(false);
-    } else if (saver.state() == DocumentSaver::State::stuck) {
-        keepAside(document);
+    } else if (saver.state() == DocumentSaver::State::stuck && saver.isKeptAside()) {
+        leaveAside(document);
     }
 }
 
-void DocumentController::keepAside(Document& document) {
-    if (std::exchange(document.keptAside_, true)) return;
-    writer_->start(
-        this, [folder = untitled_.path()] { return makeFolder(folder); },
-        [](const std::optional<FileProblem>&) {});
-    const QString name = document.displayName();
-    const QString told = projectMessage(name, *document.problem());
-    document.saver_->moveTo(untitled_.claimNew(name), [this, told, &document](const auto& problem) {
-        // Tried again after the next write that fails.
-        document.keptAside_ = !problem;
-        if (problem) return;
-        emit changesWereKept(told + " " + tr("The changes are kept in an untitled project."));
-    });
+void DocumentController::leaveAside(Document& document) {
+    const QString told = projectMessage(document.displayName(), *document.problem());
+    document.saver_->release(false);
+    emit changesWereKept(told + " " + tr("The changes are kept in an untitled project."));
 }
 
 void DocumentController::forget(Document& document) {

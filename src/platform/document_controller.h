@@ -61,8 +61,8 @@ class DocumentController : public QObject {
 
     // Forgets the document; what still waits is written first, in the background. An untitled
     // project with edits is kept for the next run, or with discard deleted. What a closed document
-    // can no longer write to its file is kept as an untitled project, of which changesWereKept()
-    // tells. Of a project with a file, discard drops what is not in it yet.
+    // can no longer write to its file stays in its copy aside, of which changesWereKept() tells. Of
+    // a project with a file, discard drops what is not in it yet.
     void close(Document& document);
     void discard(Document& document);
 
@@ -87,6 +87,8 @@ class DocumentController : public QObject {
     void recentPathsDidChange();
     // message: whole, for the person, about a document that was closed.
     void changesWereKept(const QString& message);
+    // After documentDidOpen, of a copy that was kept aside; message: whole, what it is.
+    void asideDidOpen(zorvel::Document* document, const QString& message);
 
   private:
     friend class Document;
@@ -136,7 +138,7 @@ class DocumentController : public QObject {
     void beginClosing(Document& document, bool discard);
     void continueClosing(Document& document);
     [[nodiscard]] bool isClosing(const Document& document) const;
-    void keepAside(Document& document);
+    void leaveAside(Document& document);
     void forget(Document& document);
     [[nodiscard]] bool hasWorkToFinish() const;
     [[nodiscard]] std::vector<Document*> unsafeDocuments() const;

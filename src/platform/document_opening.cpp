@@ -8,6 +8,7 @@
 #include "platform/file_names.h"
 #include "platform/file_reading.h"
 #include "platform/job_queue.h"
+#include "platform/project_writes.h"
 #include "store/replacement_file.h"
 
 namespace zorvel {
@@ -144,7 +145,9 @@ void DocumentController::read(const Request& request) {
             if (request.source == Source::any) {
                 return readAnyFile(request.path, options, request.kind);
             }
-            return readProjectFile(request.path, request.shownName, options);
+            FileReading reading = readProjectFile(request.path, request.shownName, options);
+            reading.asideOf = projectOfAside(request.path);
+            return reading;
         },
         [this, request](FileReading reading) { finishReading(request, reading); });
 }
@@ -183,11 +186,17 @@ void DocumentController::openRecords(const Request& request, FileReading& readin
     Document& document = addDocument(name, reading.file ? QString() : untitled_.claimNew(name));
     document.takeOver(std::move(reading.records));
     if (reading.file) document.saver_->setFile(std::move(reading.file), inFolder);
-    document.saver_->setBackupName(document.displayName());
+    document.saver_->setProjectName(document.displayName());
     document.worthKeeping_ = inFolder;
     if (!inFolder) noteRecent(request.path);
     emit documentDidOpen(&document, request.source == Source::recovered ? QString() : request.path);
     if (isText) emit documentDidReadText(&document, request.path, reading.leftOut);
+    if (!reading.asideOf.isEmpty()) {
+        emit asideDidOpen(&document, tr("This copy has the changes that could not be saved to %1. "
+                                        "Save it under a name of your choice, or close and "
+                                        "discard it.")
+                                         .arg(reading.asideOf));
+    }
 }
 
 }  // namespace zorvel

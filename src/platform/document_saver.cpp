@@ -8,9 +8,6 @@
 
 namespace zorvel {
 
-namespace {
-
-// What is mended by waiting, or by the person elsewhere; the rest needs another file.
 bool canPassBy(FileTrouble trouble) {
     switch (trouble) {
         case FileTrouble::busy:
@@ -25,13 +22,14 @@ bool canPassBy(FileTrouble trouble) {
     }
 }
 
-}  // namespace
-
 DocumentSaver::DocumentSaver(ObjectContext& context, const SaveServices& services)
-    : context_(context), services_(services), savedRevision_(context.revision()) {
+    : context_(context), services_(services), aside_(services), savedRevision_(context.revision()) {
     timer_.setSingleShot(true);
     timer_.setTimerType(Qt::PreciseTimer);
     connect(&timer_, &QTimer::timeout, this, [this] { tick(); });
+    asideTimer_.setSingleShot(true);
+    connect(&asideTimer_, &QTimer::timeout, this, [this] { keepAside(); });
+    connect(&aside_, &AsideCopy::didChange, this, &DocumentSaver::asideDidChange);
     typingTimer_.setSingleShot(true);
     connect(&typingTimer_, &QTimer::timeout, this, [this] { lookAtDrafts(); });
 }
@@ -82,6 +80,22 @@ void DocumentSaver::noteChange() {
     if (!timer_.isActive() && !dueNow_) {
         timer_.start(stuck_ ? std::max(services_.settings.autosave, retry_)
                             : services_.settings.autosave);
+    }
+    if (problem_ && !asideTimer_.isActive()) asideTimer_.start(services_.settings.autosave);
+    emit stateDidChange();
+}
+
+// A project that has no file yet would get one in the same folder.
+void DocumentSaver::keepAside() {
+    if (ending_ || !problem_ || !facts_ || aside_.isWriting() || isKeptAside()) return;
+    if (context_.isStepOpen()) return asideTimer_.start(services_.settings.stepPoll);
+    aside_.write(stateToWrite(), revision(), projectName_, path());
+}
+
+void DocumentSaver::asideDidChange() {
+    if (problem_ && !isKeptAside()) {
+        const auto pause = services_.settings.autosave;
+        asideTimer_.start(aside_.problem() ? std::max(pause, retry_) : pause);
     }
     emit stateDidChange();
 }
@@ -140,7 +154,7 @@ void DocumentSaver::saveNow() {
 
 std::optional<BackupOrder> DocumentSaver::backupOrder() const {
     if (!backupDue_) return std::nullopt;
-    return BackupOrder{services_.backupFolder, backupName_};
+    return BackupOrder{services_.backupFolder, projectName_};
 }
 
 void DocumentSaver::write() {
@@ -184,6 +198,7 @@ void DocumentSaver::takeFacts(const std::optional<FileFacts>& facts) {
 void DocumentSaver::succeed(std::uint64_t revision) {
     savedRevision_ = revision;
     problem_.reset();
+    aside_.drop();
     if (facts_) facts_->whyNotWritable.reset();
     stuck_ = false;
     busyTries_ = 0;
@@ -212,6 +227,7 @@ void DocumentSaver::fail(const FileProblem& problem) {
     problem_ = problem;
     stuck_ = !canPassBy(problem.trouble);
     retryLater();
+    keepAside();
 }
 
 void DocumentSaver::retryLater() {
@@ -259,13 +275,15 @@ void DocumentSaver::finishMove(std::uint64_t revision, const WriteOutcome& outco
     if (!outcome.problem) emit pathDidChange();
 }
 
-void DocumentSaver::release(bool deleteUntitled) {
+void DocumentSaver::release(bool discard) {
     ending_ = true;
     timer_.stop();
     typingTimer_.stop();
+    asideTimer_.stop();
+    discard ? aside_.drop() : aside_.letGo();
     ++running_;
     // What was begun before may still make the file untitled, or give it a title.
-    const std::string untitled = deleteUntitled ? encodedPath(untitledPath_) : std::string();
+    const std::string untitled = discard ? encodedPath(untitledPath_) : std::string();
     services_.writer->start(
         this,
         [holder = std::move(holder_), untitled] {

@@ -12,6 +12,7 @@
 #include <optional>
 #include <vector>
 
+#include "platform/aside_copy.h"
 #include "platform/document.h"
 #include "platform/project_writes.h"
 #include "platform/save_settings.h"
@@ -19,13 +20,18 @@
 namespace zorvel {
 
 class JobQueue;
+class UntitledFolder;
 
 // What the saving of all documents of a run has in common.
 struct SaveServices {
     JobQueue* writer = nullptr;  // of one thread
     SaveSettings settings;
     QString backupFolder;
+    UntitledFolder* untitled = nullptr;
 };
+
+// What ends by waiting, or by what the user does elsewhere; the rest needs another file.
+bool canPassBy(FileTrouble trouble);
 
 class DocumentSaver : public QObject {
     Q_OBJECT
@@ -55,18 +61,24 @@ class DocumentSaver : public QObject {
     // There is something that the file lacks, announced or not.
     [[nodiscard]] bool isUnsaved() const;
     // Something is under way in the writing thread.
-    [[nodiscard]] bool isBusy() const { return running_ > 0; }
+    [[nodiscard]] bool isBusy() const { return running_ > 0 || aside_.isWriting(); }
+    // From the first failure on a copy is kept in the user's data folder, until the file takes the
+    // changes or the user discards them.
+    [[nodiscard]] const AsideCopy& aside() const { return aside_; }
+    // It holds all there is.
+    [[nodiscard]] bool isKeptAside() const { return aside_.holds(revision()); }
     // release() has been called.
     [[nodiscard]] bool isEnding() const { return ending_; }
     // The file is being made or moved: nobody may open what lies there meanwhile.
     [[nodiscard]] bool isMakingFile() const;
 
-    // To be called when the records have changed; backupName goes into the backup's name.
+    // To be called when the records have changed.
     void noteChange();
     // See document.h.
     void setDrafts(ObjectContext::Edits drafts) { drafts_ = std::move(drafts); }
     void noteTyping();
-    void setBackupName(const QString& name) { backupName_ = name; }
+    // For the names of backups and of the copy aside.
+    void setProjectName(const QString& name) { projectName_ = name; }
     // The writing that is due, now.
     void saveSoon();
     // The same, in the middle of a step of undo too; nothing where a write is running.
@@ -74,9 +86,9 @@ class DocumentSaver : public QObject {
     // The same as saveSoon(), telling what has come of it.
     void saveThen(Document::Done done);
     void moveTo(const QString& path, Document::Done done);
-    // Closes the file, or deletes it if it is an untitled project's, when all that was begun before
-    // is done; then released() follows, and nothing is written any more.
-    void release(bool deleteUntitled);
+    // Closes the file, when all that was begun before is done; then released() follows, and nothing
+    // is written any more. With discard an untitled project's file is deleted, and the copy aside.
+    void release(bool discard);
 
   signals:
     void stateDidChange();
@@ -89,6 +101,8 @@ class DocumentSaver : public QObject {
     [[nodiscard]] std::uint64_t revision() const { return context_.revision() + draftRevision_; }
     [[nodiscard]] std::shared_ptr<const ObjectContext> stateToWrite();
     void lookAtDrafts();
+    void keepAside();
+    void asideDidChange();
     void tick();
     void write();
     void finishWrite(const WriteOutcome& outcome);
@@ -105,13 +119,16 @@ class DocumentSaver : public QObject {
     std::shared_ptr<FileHolder> holder_ = std::make_shared<FileHolder>();
     std::optional<FileFacts> facts_;
     QString untitledPath_;
-    QString backupName_;
+    QString projectName_;
     bool backupDue_ = false;
 
     ObjectContext::Edits drafts_;
     QTimer typingTimer_;
     bool draftsWritten_ = false;  // the state that was written last has some
     std::uint64_t draftRevision_ = 0;
+
+    AsideCopy aside_;
+    QTimer asideTimer_;
 
     QTimer timer_;
     std::uint64_t savedRevision_;

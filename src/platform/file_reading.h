@@ -22,6 +22,8 @@ struct FileReading {
     QString failure;
     // Of a project file.
     std::optional<FileProblem> problem;
+    // The project that this one is the copy aside of; empty where it is none.
+    QString asideOf;
     // Of a text file's records.
     LeftOut leftOut;
 };

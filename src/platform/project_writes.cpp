@@ -15,11 +15,17 @@ namespace zorvel {
 
 namespace {
 
+// A link to the project, beside the copy: "NAME.origin" of "NAME.zorvel".
+std::string originLink(const std::string& path) {
+    return std::filesystem::path(path).replace_extension(".origin").string();
+}
+
 // Unlinked while it is held, so that no other run can take it up in between; and only if the path
 // still leads to the very file that is open.
 void letGo(std::unique_ptr<ProjectFile>& file, const std::string& deleteAt) {
     if (file && !deleteAt.empty() && fileIdentity(deleteAt) == file->identity()) {
         ::unlink(deleteAt.c_str());
+        ::unlink(originLink(deleteAt).c_str());
     }
     file.reset();
 }
@@ -69,6 +75,23 @@ WriteOutcome writeProject(const WriteOrder& order) {
     }
     outcome.problem = holder.file->write(order.state);
     return outcome;
+}
+
+WriteOutcome writeAside(const WriteOrder& order, const QString& projectPath) {
+    const bool isNew = !order.holder->file;
+    WriteOutcome outcome = writeProject(order);
+    if (isNew && !outcome.problem && !projectPath.isEmpty()) {
+        std::error_code ignored;  // the copy says less without it
+        std::filesystem::create_symlink(encodedPath(projectPath),
+                                        originLink(encodedPath(order.untitledPath)), ignored);
+    }
+    return outcome;
+}
+
+QString projectOfAside(const QString& path) {
+    std::error_code error;
+    const auto project = std::filesystem::read_symlink(originLink(encodedPath(path)), error);
+    return error ? QString() : QFile::decodeName(project.c_str());
 }
 
 WriteOutcome moveProject(const MoveOrder& order) {

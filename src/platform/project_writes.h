@@ -62,12 +62,18 @@ struct WriteOutcome {
 
 WriteOutcome writeProject(const WriteOrder& order);
 
+// The same for a copy in the folder of untitled projects, of the project of that path, which the
+// copy remembers from its making to its deletion; empty for none.
+WriteOutcome writeAside(const WriteOrder& order, const QString& projectPath);
+// The project whose copy lies at that path; empty where it is no such copy. Any thread.
+QString projectOfAside(const QString& path);
+
 // Makes a new file of the state, in place of one of that path, and lets go of the one so far. After
 // a problem the project is still in the file so far; but one that is itself to be replaced is let
 // go of first.
 WriteOutcome moveProject(const MoveOrder& order);
 
-// Lets go of the file, and deletes it if it is the one of that path.
+// Lets go of the file, and deletes it if it is the one of that path, and what the copy remembers.
 void closeProject(FileHolder& holder, const std::string& deleteAt);
 
 // With the folders above it; nothing where it is there already.

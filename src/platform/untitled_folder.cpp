@@ -1,5 +1,6 @@
 #include "platform/untitled_folder.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QFileInfo>
 #include <QRegularExpression>
@@ -43,6 +44,10 @@ bool UntitledFolder::holds(const QString& path) const {
     const QFileInfo file(path);
     return match(file.fileName()).hasMatch() &&
            QDir::cleanPath(file.absolutePath()) == QDir::cleanPath(QDir(path_).absolutePath());
+}
+
+QString UntitledFolder::asideName(const QString& projectName) {
+    return QCoreApplication::translate("UntitledFolder", "%1 (unsaved changes)").arg(projectName);
 }
 
 QString UntitledFolder::nameIn(const QString& fileName) {

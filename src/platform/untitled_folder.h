@@ -26,6 +26,8 @@ class UntitledFolder {
     // Whether a file is one of this folder, by its path and its name.
     [[nodiscard]] bool holds(const QString& path) const;
 
+    // Of the copy of a project that cannot be saved.
+    static QString asideName(const QString& projectName);
     // The part of a file's name that is the project's; empty where it has none.
     static QString nameIn(const QString& fileName);
     // The names of the files that a folder holds, oldest first. Any thread.

@@ -251,8 +251,67 @@ TEST_F(DocumentControllerTest, WhatAClosedProjectCannotWriteIsKeptAsAnUntitledOn
     run = newRun();
     const auto back = recovered(*run, 1);
     ASSERT_EQ(back.size(), 1u);
-    EXPECT_EQ(back[0]->displayName(), "a");
+    EXPECT_EQ(back[0]->displayName(), "a (unsaved changes)");
     EXPECT_EQ(censusNames(*back[0]), (Names{"North", "South"}));
+}
+
+// As a kill would leave it: the file of the copy is read while the program runs.
+TEST_F(DocumentControllerTest, WhatCannotBeWrittenIsKeptAsideFromTheFirstFailureOn) {
+    TestDisk disk;
+    settings.vfs = disk.name();
+    settings.firstRetry = settings.lastRetry = std::chrono::hours(1);
+    const QString path = makeProject("a.zorvel", {"North"});
+    auto run = newRun();
+    const auto copies = [this] {
+        return QDir(folders().untitled).entryList({"*.zorvel"}, QDir::Files);
+    };
+    const auto fail = [&](Document& document, const Names& expected) {
+        disk.failWrites(TestDisk::full, path);
+        for (const char* name : {"South", "West"}) {
+            addNamedCensus(document, name);
+            ASSERT_TRUE(waitUntil([&] { return document.isKeptAside(); }));
+        }
+        EXPECT_TRUE(document.asideNote().contains("next start"));
+        ASSERT_EQ(copies().size(), 1);
+        EXPECT_EQ(namesInFile(folders().untitled + "/" + copies().front()), expected);
+        EXPECT_EQ(namesInFile(path), Names{"North"});
+    };
+    const Names all{"North", "South", "West"};
+
+    // It opens at the next start and says what it is; the file stays as it was.
+    fail(*run->open(path), all);
+    run.reset();
+    run = newRun();
+    QString told;
+    QObject::connect(&run->controller, &DocumentController::asideDidOpen, &run->told.connections,
+                     [&](Document* /*document*/, const QString& message) { told = message; });
+    const auto back = recovered(*run, 1);
+    ASSERT_EQ(back.size(), 1u);
+    EXPECT_EQ(back[0]->displayName(), "a (unsaved changes)");
+    EXPECT_EQ(censusNames(*back[0]), all);
+    EXPECT_TRUE(told.contains(path)) << told.toStdString();
+    EXPECT_EQ(namesInFile(path), Names{"North"});
+    run->controller.discard(*back[0]);
+    EXPECT_TRUE(waitUntil([&] { return untitledFiles().isEmpty(); }));
+
+    // It goes when the project is discarded, saved elsewhere, or saved after all.
+    Document* document = run->open(path);
+    fail(*document, all);
+    run->controller.discard(*document);
+    EXPECT_TRUE(waitUntil([&] { return untitledFiles().isEmpty(); }));
+    document = run->open(path);
+    fail(*document, all);
+    document->saveAs(at("b.zorvel"), [](const auto& problem) { EXPECT_FALSE(problem); });
+    EXPECT_TRUE(waitUntil([&] { return untitledFiles().isEmpty(); }));
+    EXPECT_EQ(namesInFile(at("b.zorvel")), all);
+    document = run->open(path);
+    fail(*document, all);
+    disk.failWrites(0);
+    document->saveSoon();
+    ASSERT_TRUE(isSavedSoon(document));
+    EXPECT_TRUE(waitUntil([&] { return untitledFiles().isEmpty(); }));
+    EXPECT_EQ(namesInFile(path), all);
+    run.reset();
 }
 
 TEST_F(DocumentControllerTest, KeepingAsideIsTriedUntilThereIsRoom) {
@@ -265,6 +324,7 @@ TEST_F(DocumentControllerTest, KeepingAsideIsTriedUntilThereIsRoom) {
     run->controller.close(*document);
     processEventsFor(300);
     EXPECT_TRUE(run->told.kept.empty());
+    EXPECT_TRUE(document->asideNote().contains("cannot be kept"));
     ASSERT_TRUE(QFile::remove(at("data")));
     EXPECT_TRUE(waitUntil([&] { return !run->told.kept.empty(); }));
     EXPECT_EQ(untitledFiles().size(), 1);

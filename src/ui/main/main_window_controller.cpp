@@ -116,7 +116,9 @@ void MainWindowController::showProblem() {
     if (!holds && shownTrouble_ == problem->trouble) return;
     shownTrouble_ = problem->trouble;
     mainView_->messageStrip().setMessage(
-        problemMessage, projectMessage(document_->displayName(), *problem),
+        problemMessage,
+        (projectMessage(document_->displayName(), *problem) + ' ' + document_->asideNote())
+            .trimmed(),
         {tr("Save As..."), [this] { emit saveAsRequested(); }},
         holds ? MessageStrip::Lasting::untilWithdrawn : MessageStrip::Lasting::untilDismissed);
 }

@@ -1,0 +1,53 @@
+#include "platform/aside_copy.h"
+
+#include <utility>
+
+#include "platform/document_saver.h"
+#include "platform/job_queue.h"
+#include "platform/untitled_folder.h"
+
+namespace zorvel {
+
+void AsideCopy::write(std::shared_ptr<const ObjectContext> state, std::uint64_t revision,
+                      const QString& name, const QString& path) {
+    if (path_.isEmpty()) path_ = services_.untitled->claimNew(UntitledFolder::asideName(name));
+    writing_ = true;
+    WriteOrder order;
+    order.holder = holder_;
+    order.state = std::move(state);
+    order.untitledPath = path_;
+    order.options.vfs = services_.settings.vfs;
+    services_.writer->start(
+        this, [order, path] { return writeAside(order, path); },
+        [this, holder = holder_, revision](const WriteOutcome& outcome) {
+            if (holder == holder_) finishWrite(revision, outcome);
+        });
+}
+
+// A copy that was taken away, or changed by another program, is made anew.
+void AsideCopy::finishWrite(std::uint64_t revision, const WriteOutcome& outcome) {
+    writing_ = false;
+    const bool lost = outcome.problem && exists() && !canPassBy(outcome.problem->trouble);
+    if (lost) letGo();
+    problem_ = outcome.problem;
+    if (!problem_) held_ = revision;
+    emit didChange();
+}
+
+void AsideCopy::end(bool remove) {
+    if (path_.isEmpty()) return;
+    services_.writer->start(
+        this,
+        [holder = std::move(holder_), path = remove ? encodedPath(path_) : std::string()] {
+            closeProject(*holder, path);
+            return true;
+        },
+        [](bool) {});
+    holder_ = std::make_shared<FileHolder>();
+    path_.clear();
+    held_.reset();
+    problem_.reset();
+    writing_ = false;
+}
+
+}  // namespace zorvel
