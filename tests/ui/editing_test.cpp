@@ -40,6 +40,7 @@ TEST_F(EditingTest, TypedValuesReachTheRecordsAndEverythingShownFollows) {
     type(speciesTable(), 2, SpeciesTableView::kAbundanceColumn, "0");
     EXPECT_EQ(cell(censusTable(), 0, 1), "2");
     EXPECT_EQ(text("richness"), "2");
+    EXPECT_EQ(label("speciesCountLabel"), "2 species, 1 absent");
     for (int i = 0; i < 4; ++i) trigger("undo");
     EXPECT_FALSE(context().canUndo());
     EXPECT_EQ(label("speciesHeading"), "Species of North");
@@ -117,6 +118,7 @@ TEST_F(EditingTest, SpaceAndTheCheckBoxChangeWhatIsIncluded) {
     speciesTable().selectRows({0, 1});
     QTest::keyClick(&speciesTable(), Qt::Key_Space);
     EXPECT_EQ(text("individuals"), "2");
+    EXPECT_EQ(label("speciesCountLabel"), "1 species, 2 excluded");
     EXPECT_EQ(context().undoName(), "Leave Out Species");
     const QRect box = speciesTable().visualRect(speciesTable().model()->index(1, 0));
     QTest::mouseClick(speciesTable().viewport(), Qt::LeftButton, {},
@@ -125,6 +127,7 @@ TEST_F(EditingTest, SpaceAndTheCheckBoxChangeWhatIsIncluded) {
     trigger("undo");
     trigger("undo");
     EXPECT_EQ(text("individuals"), "19");
+    EXPECT_EQ(label("speciesCountLabel"), "3 species");
 }
 
 TEST_F(EditingTest, AddingAndDeleting) {
@@ -137,7 +140,7 @@ TEST_F(EditingTest, AddingAndDeleting) {
     QTest::keyClicks(censusTable().openEditor(), "West");
     QTest::keyClick(censusTable().openEditor(), Qt::Key_Return);
     EXPECT_EQ(label("speciesHeading"), "Species of West");
-    EXPECT_EQ(label("censusCountLabel"), "3");
+    EXPECT_EQ(label("censusCountLabel"), "3 censuses");
     censusTable().selectRows({0, 1});
     QTest::keyClick(&censusTable(), Qt::Key_Delete);
     EXPECT_EQ(context().censusCount(), 1u);

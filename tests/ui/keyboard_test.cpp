@@ -5,6 +5,7 @@
 
 #include "ui/key_presses.h"
 #include "ui/kit/message_strip.h"
+#include "ui/main/ordered_table_model.h"
 
 namespace zorvel {
 namespace {
@@ -206,6 +207,30 @@ TEST_F(KeyboardTest, ANewRowIsSelectedWhateverKeysAreHeld) {
     EXPECT_EQ(speciesTable().selectedRows(), std::vector<int>{4});
     press(Qt::Key_N, Qt::ControlModifier | Qt::ShiftModifier);
     EXPECT_EQ(censusTable().selectedRows(), std::vector<int>{2});
+}
+
+TEST_F(KeyboardTest, ANameNeverTypedIsShownAsAbsentAndGoesWithOneUndo) {
+    openTrees();
+    const std::vector<std::string> before = records();
+    const auto isDimmed = [](RecordTableView& table, int row, int column) {
+        return table.model()->index(row, column).data(OrderedTableModel::dimmedRole).toBool();
+    };
+    for (const Qt::Key end : {Qt::Key_Escape, Qt::Key_Return}) {
+        press(Qt::Key_E, Qt::ControlModifier);
+        press(end);
+        EXPECT_TRUE(isDimmed(speciesTable(), 3, 1));
+        EXPECT_FALSE(isDimmed(speciesTable(), 2, 1));
+        press(QKeySequence::Undo);
+        EXPECT_EQ(records(), before);
+        press(Qt::Key_N, Qt::ControlModifier | Qt::ShiftModifier);
+        press(end);
+        EXPECT_TRUE(isDimmed(censusTable(), 2, 0));
+        EXPECT_EQ(label("speciesHeading"), "Species of an unnamed census");
+        EXPECT_EQ(label("metricsHeading"), "Unnamed census");
+        press(QKeySequence::Undo);
+        EXPECT_EQ(records(), before);
+        censusTable().selectRows({0});
+    }
 }
 
 TEST_F(KeyboardTest, TabAddsToTheProjectOfItsOwnTable) {

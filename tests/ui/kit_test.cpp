@@ -68,7 +68,7 @@ TEST(Look, TextsAndMarksStandOutFromTheirGrounds) {
         {textRatio, {&C::secondary}, {&C::quietSelection, &C::hover}},
         {textRatio, {&C::greyed, &C::problem}, {&C::window, &C::base, &C::raised}},
         {textRatio, {&C::accent}, {&C::window, &C::base, &C::raised}},
-        {textRatio, {&C::selectionText}, {&C::selection}},
+        {textRatio, {&C::selectionText, &C::selectionSecondary}, {&C::selection}},
         {markRatio, {&C::border}, {&C::window, &C::base, &C::alternate, &C::raised}},
         {markRatio, {&C::accent}, {&C::alternate, &C::quietSelection}},
         {markRatio, {&C::warningMark}, {&C::window, &C::base, &C::alternate, &C::warning}},

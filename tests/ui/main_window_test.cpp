@@ -326,7 +326,7 @@ TEST_F(MainWindowTest, SearchNarrowsTheSpeciesAndKeepsTheSelection) {
     QLineEdit& search = child<QLineEdit>("searchBar");
     QTest::keyClicks(&search, "LA");
     ASSERT_EQ(speciesTable().model()->rowCount(), 2);
-    EXPECT_EQ(label("speciesCountLabel"), "2 of 3");
+    EXPECT_EQ(label("speciesCountLabel"), "2 of 3 species shown");
     const QModelIndexList rows = speciesTable().selectionModel()->selectedRows(1);
     ASSERT_EQ(rows.size(), 1);
     EXPECT_EQ(rows.front().data().toString(), "Larix decidua");

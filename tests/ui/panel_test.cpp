@@ -160,11 +160,20 @@ TEST_F(PanelTest, AMissingValueSaysWhyItIsMissing) {
     EXPECT_TRUE(says(
         "SQS has no estimate: it needs at least 11 specimens. The grey value is that of North."));
     EXPECT_TRUE(says("N = 7, S = 2"));
+    // Nor can 7 specimens be rarefied to 50.
+    ASSERT_TRUE(waitUntil([this] { return !value("rarefiedRichness").isStale(); }));
+    EXPECT_EQ(value("rarefiedRichness").mark(), "N < n");
+    EXPECT_NE(label("rarefiedNote").find("7 specimens"), std::string::npos);
+    EXPECT_TRUE(value("rarefiedRichness").accessibleDescription().contains("7 specimens"));
     // The reason stands once.
     EXPECT_EQ(explanation().find("11 specimens"), explanation().rfind("11 specimens"));
     QTest::mouseClick(&caption("fisherAlpha"), Qt::LeftButton);
     EXPECT_TRUE(says("0.0 for South\n"));
     EXPECT_TRUE(says("where no species has 5 specimens"));
+    QTest::keyClick(&censusTable(), Qt::Key_Up);
+    ASSERT_TRUE(waitForJobs());
+    EXPECT_EQ(value("rarefiedRichness").mark(), "");
+    EXPECT_EQ(label("rarefiedNote"), "");
 }
 
 TEST_F(PanelTest, AQuotaOutOfReachNamesTheCoverageOfTheDrawnResult) {

@@ -1,16 +1,23 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractItemModelTester>
+#include <QColor>
+#include <QPalette>
 #include <QPersistentModelIndex>
+#include <QStyleOptionViewItem>
 #include <algorithm>
 #include <random>
 #include <string>
+#include <tuple>
+#include <utility>
 #include <vector>
 
 #include "store/object_context.h"
+#include "ui/kit/look.h"
 #include "ui/main/census_table_model.h"
 #include "ui/main/natural_order.h"
 #include "ui/main/species_table_model.h"
+#include "ui/main/text_field_delegate.h"
 
 namespace zorvel {
 namespace {
@@ -104,6 +111,47 @@ TEST_F(SpeciesTableModelTest, SortsByEachColumnAndKeepsTheProjectsOrderAmongEqua
     EXPECT_EQ(column(model, 1), (Texts{"abies", "unnamed", "Quercus", "Acer", "Betula"}));
     model.sort(0);
     EXPECT_EQ(column(model, 1).front(), "unnamed");
+}
+
+struct PaintedCells : TextFieldDelegate {
+    PaintedCells() : TextFieldDelegate(nullptr, nullptr) {}
+    // The ink of a cell, and of one that says nothing of being dimmed.
+    std::pair<QColor, QColor> inks(const QModelIndex& cell, QPalette::ColorGroup group,
+                                   QPalette::ColorRole role) const {
+        QStyleOptionViewItem option;
+        option.palette = lookPalette(ColorScheme::light);
+        const QColor plain = option.palette.color(group, role);
+        initStyleOption(&option, cell);
+        return {option.palette.color(group, role), plain};
+    }
+};
+
+// Name and abundance of an excluded species, and what stands in the place of a name.
+TEST_F(SpeciesTableModelTest, WhatDoesNotCountIsDimmedOnSelectedRowsToo) {
+    context.setInclude(census().taxa()[1], false);
+    context.setName(census().taxa()[3], std::nullopt);
+    context.announceChanges();
+    const PaintedCells cells;
+    for (int row = 0; row < model.rowCount(); ++row) {
+        for (const int cell : {1, 2}) {
+            const bool dimmed = row == 1 || row == 4 || (row == 3 && cell == 1);
+            const std::tuple<QPalette::ColorGroup, QPalette::ColorRole> looks[] = {
+                {QPalette::Active, QPalette::Text},
+                {QPalette::Active, QPalette::HighlightedText},
+                {QPalette::Inactive, QPalette::HighlightedText}};
+            for (const auto& [group, role] : looks) {
+                const auto [ink, plain] = cells.inks(model.index(row, cell), group, role);
+                EXPECT_EQ(ink != plain, dimmed) << row << ' ' << cell << ' ' << role;
+            }
+        }
+    }
+    EXPECT_EQ(model.excludedCount(), 2);
+    EXPECT_EQ(model.absentCount(), 1);  // Betula
+    context.deleteTaxon(census().taxa()[4]);
+    context.setAbundance(census().taxa()[2], 1);
+    context.announceChanges();
+    EXPECT_EQ(model.excludedCount(), 1);
+    EXPECT_EQ(model.absentCount(), 0);
 }
 
 TEST_F(SpeciesTableModelTest, PersistentIndexesFollowTheirRecord) {

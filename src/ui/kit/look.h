@@ -26,7 +26,8 @@ struct LookColors {
     QColor accent;     // focus, primary button, links
     QColor selection;  // rows of the table that has the focus
     QColor selectionText;
-    QColor quietSelection;  // rows of the others
+    QColor selectionSecondary;  // what says less, on those rows
+    QColor quietSelection;      // rows of the others
     QColor hover;
     QColor bar;      // share of the largest abundance
     QColor warning;  // ground of the message strip

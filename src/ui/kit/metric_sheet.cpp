@@ -46,10 +46,15 @@ void MetricSheet::show(int row, const QString& caption, const QString& text) {
     shown.state = Shown::State::there;
     shown.row.value->setPending(false);
     shown.row.value->setStale({});
+    shown.row.value->setMark({}, {});
     shown.row.value->setPlaceholderText({});
     shown.row.value->setText(text);
     setCaption(row, caption);
     followValues();
+}
+
+void MetricSheet::mark(int row, const QString& mark, const QString& meaning) {
+    at(row).row.value->setMark(mark, meaning);
 }
 
 void MetricSheet::expect(int row, const QString& caption, const QString& reason) {
@@ -57,6 +62,7 @@ void MetricSheet::expect(int row, const QString& caption, const QString& reason)
     shown.state = Shown::State::pending;
     shown.caption = caption;
     shown.row.value->setStale(reason);
+    shown.row.value->setMark({}, {});
     shown.row.value->setPlaceholderText({});
     shown.row.value->setPending(shown.row.value->text().isEmpty());
     followValues();

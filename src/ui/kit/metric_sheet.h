@@ -41,6 +41,8 @@ class MetricSheet : public QObject {
 
     // The value has come. The caption tells of the parameter that it was computed with.
     void show(int row, const QString& caption, const QString& text);
+    // Of a value that has come: what is particular about it, see ValueField.
+    void mark(int row, const QString& mark, const QString& meaning);
     // It is on its way: the row keeps its caption and text. reason: why that text is grey; empty
     // where the row has none.
     void expect(int row, const QString& caption, const QString& reason);

@@ -36,7 +36,9 @@ void ValueField::setScale(double scale) {
 }
 
 QSize ValueField::sizeHint() const {
-    return {fontMetrics().horizontalAdvance(text()) + 6, QLineEdit::sizeHint().height()};
+    const int marked = mark_.isEmpty() ? 0 : fontMetrics().horizontalAdvance(mark_) + 8;
+    const int width = fontMetrics().horizontalAdvance(text()) + 6 + marked;
+    return {width, QLineEdit::sizeHint().height()};
 }
 
 void ValueField::setStale(const QString& reason) {
@@ -51,6 +53,14 @@ void ValueField::setExplanation(const QString& explanation) {
     showDescription();
 }
 
+void ValueField::setMark(const QString& mark, const QString& meaning) {
+    mark_ = mark;
+    markMeaning_ = meaning;
+    showDescription();
+    updateGeometry();
+    update();
+}
+
 void ValueField::setPending(bool pending) {
     if (pending_ == pending) return;
     pending_ = pending;
@@ -59,7 +69,8 @@ void ValueField::setPending(bool pending) {
 }
 
 void ValueField::showDescription() {
-    setToolTip(stale_ ? reason_ : explanation_);
+    const QString marked = mark_.isEmpty() ? explanation_ : markMeaning_ + '\n' + explanation_;
+    setToolTip(stale_ ? reason_ : marked);
     setAccessibleDescription(pending_ ? tr("It is being computed.") : toolTip());
 }
 
@@ -90,6 +101,10 @@ void ValueField::paintEvent(QPaintEvent* event) {
     QLineEdit::paintEvent(event);
     QPainter painter(this);
     if (pending_) paintPending(painter);
+    if (!mark_.isEmpty()) {
+        painter.setPen(lookColors(QPalette()).secondary);
+        painter.drawText(rect(), Qt::AlignLeft | Qt::AlignVCenter, mark_);
+    }
     if (!hasFocus()) return;
     painter.fillRect(0, height() - 1, width(), 1, lookColors(palette()).accent);
 }

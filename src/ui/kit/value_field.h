@@ -25,6 +25,11 @@ class ValueField : public QLineEdit {
     void setPending(bool pending);
     [[nodiscard]] bool isPending() const { return pending_; }
 
+    // A word in the quieter colour before the value, with what it means as tooltip and accessible
+    // description. An empty word takes it away.
+    void setMark(const QString& mark, const QString& meaning);
+    [[nodiscard]] const QString& mark() const { return mark_; }
+
     // To the clipboard: what is selected, or else the whole value.
     void copyValue() const;
 
@@ -52,6 +57,8 @@ class ValueField : public QLineEdit {
     QString reason_;  // of being stale
     bool adjusting_ = false;
     QString explanation_;
+    QString mark_;
+    QString markMeaning_;
 };
 
 }  // namespace zorvel

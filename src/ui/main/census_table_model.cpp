@@ -28,6 +28,12 @@ QString shownName(const std::optional<SharedText>& name) {
                      longestName);
 }
 
+QFont absentNameFont() {
+    QFont font;
+    font.setItalic(true);
+    return font;
+}
+
 QString editableName(const std::optional<SharedText>& name) {
     return name ? QString::fromStdString(name->str()) : QString();
 }
@@ -181,6 +187,8 @@ QVariant CensusTableModel::data(const QModelIndex& index, int role) const {
 QVariant CensusTableModel::nameData(const std::optional<SharedText>& name, int role) const {
     if (role == Qt::DisplayRole) return shownName(name);
     if (role == Qt::EditRole) return editableName(name);
+    if (!name && role == dimmedRole) return true;
+    if (!name && role == Qt::FontRole) return absentNameFont();
     const bool shared = sharedNames_.isShared(name);
     if (role == Qt::ToolTipRole) {
         return shared ? shownName(name) + "\n\n" + sharedCensusReason() : shownName(name);

@@ -3,6 +3,7 @@
 // Main thread.
 #pragma once
 
+#include <QFont>
 #include <optional>
 #include <vector>
 
@@ -72,6 +73,8 @@ class CensusTableModel : public OrderedTableModel {
     SharedNames sharedNames_;   // of records_
 };
 
+// Of a name that is absent: the font of what stands in its place.
+QFont absentNameFont();
 // The name of a record as it is shown: "unnamed" where it has none, shortened where it is
 // longer than any screen.
 QString shownName(const std::optional<SharedText>& name);

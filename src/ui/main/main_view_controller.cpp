@@ -33,6 +33,16 @@ QString progressName(MainView::ProgressId progress) {
     return QString("progress %1").arg(progress);
 }
 
+// The first number is the richness, as in the metrics.
+QString speciesCountText(int all, const SpeciesTableModel& species) {
+    const int excluded = species.excludedCount();
+    const int absent = species.absentCount();
+    QString text = MainViewController::tr("%L1 species").arg(all - excluded - absent);
+    if (excluded > 0) text += MainViewController::tr(", %L1 excluded").arg(excluded);
+    if (absent > 0) text += MainViewController::tr(", %L1 absent").arg(absent);
+    return text;
+}
+
 }  // namespace
 
 MainViewController::MainViewController(DiversityDocument& document, JobQueue& jobs,
@@ -249,7 +259,9 @@ void MainViewController::tableViewSelectionDidChange() {
 
 void MainViewController::refreshMetrics() {
     if (const std::optional<Census> census = selectedCensus()) {
-        ui_->metricsPanel->refresh(shownName(census->name()), includedCountsVector(*census));
+        ui_->metricsPanel->refresh(
+            census->name() ? shownName(census->name()) : tr("Unnamed census"),
+            includedCountsVector(*census));
     }
 }
 
@@ -261,14 +273,16 @@ void MainViewController::showSpecies(const std::optional<Census>& census) {
 }
 
 void MainViewController::showSpeciesHeading(const std::optional<Census>& census) {
-    ui_->speciesHeading->setText(census ? tr("Species of %1").arg(shownName(census->name()))
-                                        : tr("Species"));
+    ui_->speciesHeading->setText(!census ? tr("Species")
+                                 : !census->name()
+                                     ? tr("Species of an unnamed census")
+                                     : tr("Species of %1").arg(shownName(census->name())));
     ui_->speciesHeading->setToolTip(ui_->speciesHeading->text());
 }
 
 void MainViewController::showCensusCount() {
-    ui_->censusCountLabel->setText(tr("%L1").arg(censusModel_->rowCount()));
-    ui_->censusCountLabel->setAccessibleName(tr("Censuses: %L1").arg(censusModel_->rowCount()));
+    const int count = censusModel_->rowCount();
+    ui_->censusCountLabel->setText(count == 1 ? tr("1 census") : tr("%L1 censuses").arg(count));
     showRightPage();
 }
 
@@ -280,11 +294,9 @@ void MainViewController::showSpeciesCount() {
     const auto all = static_cast<int>(speciesModel_->taxonCount());
     const int shown = speciesModel_->rowCount();
     ui_->speciesTable->setEmptyText(all == 0 ? tr("No species") : tr("No species of that name"));
-    ui_->speciesCountLabel->setText(shown == all ? tr("%L1").arg(all)
-                                                 : tr("%L1 of %L2").arg(shown).arg(all));
-    ui_->speciesCountLabel->setAccessibleName(
-        shown == all ? tr("Species: %L1").arg(all)
-                     : tr("Species shown: %L1 of %L2").arg(shown).arg(all));
+    ui_->speciesCountLabel->setText(shown == all
+                                        ? speciesCountText(all, *speciesModel_)
+                                        : tr("%L1 of %L2 species shown").arg(shown).arg(all));
     const QString shared = sharedSpeciesLine(speciesModel_->sharedNames());
     ui_->sharedNamesLabel->setText(shared);
     ui_->sharedNamesLabel->setToolTip(shared.isEmpty() ? QString() : sharedSpeciesReason());

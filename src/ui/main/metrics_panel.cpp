@@ -39,6 +39,11 @@ QString metricText(std::string_view key, double value) {
     return QString::fromStdString(formatMetric(value, panelRow(key).digits));
 }
 
+void showNote(QLabel& label, const QString& note) {
+    label.setText(breakable(note));
+    label.setVisible(!note.isEmpty());
+}
+
 }  // namespace
 
 MetricsPanel::MetricsPanel(QWidget* parent)
@@ -60,7 +65,9 @@ MetricsPanel::MetricsPanel(QWidget* parent)
         wrapped->setContentsMargins(0, 6, 0, 6);
     }
     ui_->metricsNote->setContentsMargins(0, 12, 0, 0);
-    setNote({});
+    ui_->rarefiedNote->setContentsMargins(0, 8, 0, 0);
+    showNote(*ui_->metricsNote, {});
+    showNote(*ui_->rarefiedNote, {});
     showSecondaryTexts();
     sheet_ = new MetricSheet(rows(), this, [this](int row) {
         return metricDetails(metricsPanelRows[static_cast<std::size_t>(row)].key, inputs_);
@@ -85,8 +92,8 @@ void MetricsPanel::changeEvent(QEvent* event) {
 void MetricsPanel::showSecondaryTexts() {
     QPalette quiet;
     quiet.setColor(QPalette::WindowText, lookColors(QPalette()).secondary);
-    for (QLabel* label :
-         {ui_->individualsLabelTextField, ui_->richnessLabelTextField, ui_->metricsNote}) {
+    for (QLabel* label : {ui_->individualsLabelTextField, ui_->richnessLabelTextField,
+                          ui_->rarefiedNote, ui_->metricsNote}) {
         label->setPalette(quiet);
     }
 }
@@ -145,7 +152,8 @@ void MetricsPanel::refresh(const QString& censusName, const CountsVector& counts
     sheet_->setSubject(censusName);
     ui_->metricsHeading->setText(censusName);
     ui_->metricsHeading->setToolTip(censusName);
-    setNote({});
+    showNote(*ui_->metricsNote, {});
+    showNote(*ui_->rarefiedNote, {});
     fillAtOnce();
     expect("rarefiedRichness", rarefiedOwner_);
     expect("alroySQS", sqsOwner_);
@@ -200,6 +208,14 @@ void MetricsPanel::startSqs() {
 void MetricsPanel::showRarefied(double estimate) {
     showValue("rarefiedRichness", metricText("rarefiedRichness", estimate));
     rarefiedOwner_ = request_->census;
+    if (inputs_.individuals < 1 || inputs_.individuals >= request_->size) return;
+    const QString meaning =
+        tr("N < n: the census has %L1 specimens, fewer than the %L2 asked for; its rarefied "
+           "richness is that of the whole census.")
+            .arg(inputs_.individuals)
+            .arg(request_->size);
+    sheet_->mark(rowOf("rarefiedRichness"), tr("N < n"), meaning);
+    showNote(*ui_->rarefiedNote, meaning);
 }
 
 void MetricsPanel::showSqs(const SqsResult& result) {
@@ -213,12 +229,7 @@ void MetricsPanel::showSqs(const SqsResult& result) {
     QString note = metricDetails("alroySQS", inputs_).remark;
     if (!sqsOwner_.isEmpty()) note += ' ' + tr("The grey value is that of %1.").arg(sqsOwner_);
     sheet_->showAbsent(rowOf("alroySQS"), caption("alroySQS"), note);
-    setNote(note);
-}
-
-void MetricsPanel::setNote(const QString& note) {
-    ui_->metricsNote->setText(breakable(note));
-    ui_->metricsNote->setVisible(!note.isEmpty());
+    showNote(*ui_->metricsNote, note);
 }
 
 }  // namespace zorvel

@@ -69,7 +69,6 @@ class MetricsPanel : public QWidget {
     void showValue(std::string_view key, const QString& text);
     void expect(std::string_view key, const QString& owner);
     [[nodiscard]] QString caption(std::string_view key) const;
-    void setNote(const QString& note);
 
     std::unique_ptr<Ui::MetricsPanel> ui_;
     JobQueue* jobs_ = nullptr;

@@ -20,6 +20,9 @@ class OrderedTableModel : public QAbstractTableModel {
   public:
     using QAbstractTableModel::QAbstractTableModel;
 
+    // True of a cell that is shown quietly: a name that is absent, a species that is left out.
+    static constexpr int dimmedRole = Qt::UserRole + 1;
+
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
 
     // Stable; equal records keep the project's order both ways. A column below 0 restores it.

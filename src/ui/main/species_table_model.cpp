@@ -21,7 +21,12 @@ void SpeciesTableModel::setCensus(std::shared_ptr<const CensusBlock> block) {
     findLargest();
     sharedNames_.clear();
     sharedNames_.reserve(taxa_.size());
-    for (const TaxonRecord* taxon : taxa_) sharedNames_.add(taxon->values.name);
+    excluded_ = 0;
+    absent_ = 0;
+    for (const TaxonRecord* taxon : taxa_) {
+        sharedNames_.add(taxon->values.name);
+        count(taxon->values, 1);
+    }
     search_.clear();
     arrange();
     endResetModel();
@@ -58,6 +63,14 @@ void SpeciesTableModel::findLargest() {
     }
 }
 
+void SpeciesTableModel::count(const TaxonValues& taxon, int by) {
+    if (!taxon.include) {
+        excluded_ += by;
+    } else if (taxon.abundance < 1) {
+        absent_ += by;
+    }
+}
+
 void SpeciesTableModel::blockDidChange(std::shared_ptr<const CensusBlock> after) {
     const RecordsChange told = changeTo(*after);
     const std::int64_t largest = largest_;
@@ -67,6 +80,8 @@ void SpeciesTableModel::blockDidChange(std::shared_ptr<const CensusBlock> after)
                        [&](const TaxonRecord* before, const TaxonRecord* now) {
                            if (before) sharedNames_.remove(before->values.name);
                            if (now) sharedNames_.add(now->values.name);
+                           if (before) count(before->values, -1);
+                           if (now) count(now->values, 1);
                            if (before && before->values.abundance == largest) largestWent = true;
                            if (now) largest_ = std::max(largest_, now->values.abundance);
                        });
@@ -180,6 +195,8 @@ QVariant SpeciesTableModel::includeData(const TaxonValues& taxon, int role) cons
 QVariant SpeciesTableModel::nameData(const TaxonValues& taxon, int role) const {
     if (role == Qt::DisplayRole) return shownName(taxon.name);
     if (role == Qt::EditRole) return editableName(taxon.name);
+    if (role == dimmedRole) return !taxon.name || !taxon.include;
+    if (!taxon.name && role == Qt::FontRole) return absentNameFont();
     const bool shared = sharedNames_.isShared(taxon.name);
     if (role == Qt::ToolTipRole) {
         const QString name = shownName(taxon.name);
@@ -197,6 +214,7 @@ QVariant SpeciesTableModel::abundanceData(const TaxonValues& taxon, int role) co
     }
     if (role == Qt::TextAlignmentRole)
         return QVariant::fromValue(Qt::AlignRight | Qt::AlignVCenter);
+    if (role == dimmedRole) return !taxon.include;
     if (role == shareRole) {
         const auto present = static_cast<double>(std::max<std::int64_t>(taxon.abundance, 0));
         return largest_ > 0 ? present / static_cast<double>(largest_) : 0.0;

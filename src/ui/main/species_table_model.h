@@ -43,6 +43,9 @@ class SpeciesTableModel : public OrderedTableModel {
     [[nodiscard]] std::vector<Zorvel> taxaAt(const std::vector<int>& rows) const;
     // Of the census, shown or not.
     [[nodiscard]] std::size_t taxonCount() const { return taxa_.size(); }
+    // Not included, and included without a specimen: the rest of them are the richness.
+    [[nodiscard]] int excludedCount() const { return excluded_; }
+    [[nodiscard]] int absentCount() const { return absent_; }
     // Names that several species of the census bear. Each of these is marked, unless they are the
     // most of them, as in an imported list without names: a mark in every row would tell nothing.
     [[nodiscard]] const SharedNames& sharedNames() const { return sharedNames_; }
@@ -80,12 +83,15 @@ class SpeciesTableModel : public OrderedTableModel {
     [[nodiscard]] QVariant abundanceData(const TaxonValues& taxon, int role) const;
     void takeBlock(std::shared_ptr<const CensusBlock> block);
     void findLargest();
+    void count(const TaxonValues& taxon, int by);
     bool edit(const Zorvel& taxon, int column, const QVariant& value, int role);
 
     ObjectContext& context_;
     std::shared_ptr<const CensusBlock> block_;
     std::vector<const TaxonRecord*> taxa_;  // within block_, ascending by identity
     std::int64_t largest_ = 0;
+    int excluded_ = 0;
+    int absent_ = 0;
     SharedNames sharedNames_;  // of taxa_
     std::string filter_;       // folded
     mutable NameSearch search_;

@@ -7,6 +7,8 @@
 #include <optional>
 #include <utility>
 
+#include "ui/kit/look.h"
+#include "ui/main/ordered_table_model.h"
 #include "ui/main/table_text_fields.h"
 
 namespace zorvel {
@@ -86,6 +88,17 @@ void TextFieldDelegate::setModelData(QWidget* editor, QAbstractItemModel* model,
 void TextFieldDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
                                              const QModelIndex& /*index*/) const {
     editor->setGeometry(option.rect);
+}
+
+void TextFieldDelegate::initStyleOption(QStyleOptionViewItem* option,
+                                        const QModelIndex& index) const {
+    QStyledItemDelegate::initStyleOption(option, index);
+    if (!index.data(OrderedTableModel::dimmedRole).toBool()) return;
+    const LookColors& colors = lookColors(option->palette);
+    option->palette.setColor(QPalette::Text, colors.secondary);
+    option->palette.setColor(QPalette::HighlightedText, colors.secondary);
+    option->palette.setColor(QPalette::Active, QPalette::HighlightedText,
+                             colors.selectionSecondary);
 }
 
 bool TextFieldDelegate::eventFilter(QObject* object, QEvent* event) {

@@ -31,6 +31,8 @@ class TextFieldDelegate : public QStyledItemDelegate {
     void textRefused(const QString& text, const QString& reason) const;
 
   protected:
+    // What is dimmed takes the quieter colours.
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;
     bool eventFilter(QObject* object, QEvent* event) override;
 
   private:
