@@ -20,8 +20,8 @@ class PlacedWindow : public QMainWindow {
     bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
-    // Moves the frame there, on the screen that the window is on; nothing where it is on none.
-    void placeWindow();
+    // Of the frame's corner, on the screen that the window is on.
+    [[nodiscard]] QPoint place() const;
 
     int left_;
     int top_;
