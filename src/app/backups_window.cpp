@@ -24,7 +24,7 @@ BackupsWindow::BackupsWindow(const QString& displayName, const QString& folder, 
     : QDialog(parent), list_(new QTreeWidget(this)) {
     setObjectName("backupsWindow");
     setAttribute(Qt::WA_DeleteOnClose);
-    setWindowTitle(tr("Backups of %1").arg(shortened(displayName, 200)));
+    setWindowTitle(tr("Backups of %1").arg(asWindowTitle(shortened(displayName, 200))));
     resize(460, 340);
     auto* text = new QLabel(tr("A backup is made before the first change after a project was "
                                "opened. A copy opens as an untitled project."),
@@ -68,7 +68,7 @@ void BackupsWindow::fill(const std::vector<Backup>& backups) {
                     QLocale().formattedDataSize(backup->size)});
         item->setData(0, pathRole, backup->path);
         item->setSizeHint(0, QSize(0, fontMetrics().height() + 12));
-        item->setToolTip(0, breakable(QFileInfo(backup->path).completeBaseName()));
+        item->setToolTip(0, shortened(oneLine(QFileInfo(backup->path).completeBaseName()), 100));
         item->setTextAlignment(1, Qt::AlignRight | Qt::AlignVCenter);
     }
     if (backups.empty()) new QTreeWidgetItem(list_, {tr("There is no backup yet")});

@@ -16,6 +16,7 @@
 #include "platform/file_reading.h"
 #include "platform/job_queue.h"
 #include "ui/kit/alerts.h"
+#include "ui/kit/shown_text.h"
 
 namespace zorvel {
 
@@ -82,7 +83,7 @@ enum class Answer { saveAs, quitAnyway, cancel };
 
 Answer askAbout(const Document& document, const Panels& panels) {
     const std::optional<FileProblem> problem = document.problem();
-    const QString reason = problem ? projectMessage(document.displayName(), *problem)
+    const QString reason = problem ? oneLine(projectMessage(document.displayName(), *problem))
                                    : tr("The disk has not answered in time.");
     return static_cast<Answer>(panels.alerts.ask(
         nullptr, {tr("The last changes to “%1” could not be saved").arg(document.displayName()),

@@ -16,7 +16,7 @@ namespace {
 
 // Ampersands would underline letters.
 QString asTitle(const QString& text) {
-    return shortened(text, 80).replace('&', "&&");
+    return shortened(oneLine(text), 80).replace('&', "&&");
 }
 
 // Files of one name are told apart by their folders.
@@ -32,7 +32,7 @@ void fill(QMenu& menu, MainWindowController& window, ProjectWindows& windows) {
     const QStringList paths = windows.documents().recentPaths();
     for (const QString& path : paths) {
         QAction* item = menu.addAction(titleOf(path, paths));
-        item->setToolTip(path);
+        item->setToolTip(oneLine(path));
         item->setData(path);
         QObject::connect(item, &QAction::triggered, &window,
                          [path, &window, &windows] { windows.openFile(path, &window); });

@@ -91,6 +91,47 @@ TEST_F(ApplicationTest, F1ExplainsAValueAndOpensTheHelpElsewhere) {
     EXPECT_TRUE(preferencesWindow().isVisible());
 }
 
+// A name may hold anything. It stands as it is, and in one line, wherever it is shown.
+TEST_F(ApplicationTest, NamesArePlainTextInEveryWindow) {
+    const QString name = "<img src=\"/p.png\">&\nb";
+    const std::string stored = name.toStdString();
+    for (int i = 0; i < 5; ++i) {
+        context().insertCensus({stored, 0, 0, std::nullopt, std::nullopt},
+                               {{stored, 9, true}, {"Abies", 5, true}, {"Picea", 2, true}});
+    }
+    context().announceChanges();
+    window->mainView().selectFirstCensus();
+    ASSERT_TRUE(waitForJobs());
+    for (const char* command : {"preferencesMenuItemTapped", "individualBasedRarefaction",
+                                "sampleBasedRarefaction", "calculateProjectWideMetrics"}) {
+        const qsizetype before = QApplication::topLevelWidgets().size();
+        trigger(command);
+        EXPECT_TRUE(waitUntil([&] { return QApplication::topLevelWidgets().size() > before; }));
+    }
+    QTest::keyClick(&value("chaoOne"), Qt::Key_F1);
+    window->mainView().showMessage(name);
+    ASSERT_TRUE(waitUntil([this] { return !window->mainView().isInProgress(); }));
+    int named = 0;
+    for (const QWidget* widget : QApplication::allWidgets()) {
+        QStringList texts{widget->toolTip(), widget->accessibleName(), widget->windowTitle()};
+        if (const auto* label = qobject_cast<const QLabel*>(widget)) {
+            texts.append(label->text());
+            const bool hasMarkup = label->objectName() == "popoverText";
+            EXPECT_EQ(label->textFormat(), hasMarkup ? Qt::RichText : Qt::PlainText);
+            EXPECT_EQ(label->text().contains("&lt;img"), hasMarkup);
+        }
+        for (const QString& text : texts) {
+            EXPECT_FALSE(text.contains("&\nb")) << widget->objectName().toStdString();
+            named += text.contains("<img src=\"/p.png\">&\u21b5b") ? 1 : 0;
+        }
+    }
+    EXPECT_GE(named, 5);
+    for (const int role : {Qt::DisplayRole, Qt::ToolTipRole}) {
+        const QString shown = speciesTable().model()->index(0, 1).data(role).toString();
+        EXPECT_TRUE(shown.startsWith("<img src=\"/p.png\">&\u21b5b")) << shown.toStdString();
+    }
+}
+
 TEST_F(ApplicationTest, ComingToTheFrontWithoutAProjectOpensAnEmptyOne) {
     delegate->applicationDidBecomeActive();
     EXPECT_EQ(windows->windows().size(), 1u);

@@ -17,6 +17,7 @@
 #include <QSpinBox>
 #include <QToolTip>
 #include <QWidget>
+#include <QWindow>
 #include <algorithm>
 #include <cmath>
 #include <memory>
@@ -30,8 +31,10 @@
 #include "ui/kit/look.h"
 #include "ui/kit/look_style.h"
 #include "ui/kit/message_strip.h"
+#include "ui/kit/shown_text.h"
 #include "ui/kit/spinner.h"
 #include "ui/kit/value_field.h"
+#include "ui/kit/wrapped_label.h"
 
 namespace zorvel {
 namespace {
@@ -281,6 +284,60 @@ TEST(ValueFieldTest, ASchemeChangeKeepsTheMarkOfAStaleValue) {
     applyLook(*qApp, ColorScheme::light);
     QCoreApplication::processEvents();
     EXPECT_EQ(field.palette().color(QPalette::Text), lookColors(ColorScheme::light).text);
+}
+
+TEST(ShownTextTest, ALineShowsAMarkForWhatIsNotSeen) {
+    const struct {
+        QString text;
+        QString line;
+    } rows[] = {
+        {"Abies alba", "Abies alba"},
+        {"a\nb\r\nc\rd", "a\u21b5b\u21b5c\u21b5d"},
+        {u"a\u2028b\u2029c\u0085d"_qs, "a\u21b5b\u21b5c\u21b5d"},
+        {"a\tb\x1b[2J", "a\u21e5b\ufffd[2J"},
+        {u"a\u202eb\u2066c\u009bd\u007f"_qs, "a\ufffdb\ufffdc\ufffdd\ufffd"},
+        {u"\u05d0\u200f \u00e9 \U0001f33f"_qs, u"\u05d0\u200f \u00e9 \U0001f33f"_qs},
+    };
+    for (const auto& row : rows) EXPECT_EQ(oneLine(row.text), row.line) << row.line.toStdString();
+    EXPECT_EQ(withShortWords("in abcdefghij kl", 6), "in abc\u2026hij kl");
+    EXPECT_EQ(withShortWords("a abcdef\n", 6), "a abcdef\n");
+    QWidget window;
+    window.setWindowTitle(asWindowTitle("a[*]\nb") + "[*]");
+    window.setWindowModified(true);
+    window.show();
+    EXPECT_EQ(window.windowHandle()->title(), "a[*]\u21b5b*");
+}
+
+// What is copied or read aloud is what was set.
+TEST(WrappedLabelTest, BreaksWordsThatAreTooLongAndAddsNothing) {
+    const QString text = "Core " + QString("W_ong").repeated(40) + " end";
+    WrappedLabel label;
+    label.setText(text);
+    label.resize(250, label.heightForWidth(250));
+    label.show();
+    EXPECT_LT(label.minimumSizeHint().width(), 250);
+    EXPECT_GT(label.height(), 4 * label.fontMetrics().lineSpacing());
+    label.setSelection(0, static_cast<int>(text.size()));
+    EXPECT_EQ(label.selectedText(), text);
+    // Each line of it is within the width, and the last one within the height.
+    const QImage picture = label.grab().toImage();
+    const QColor ground = picture.pixelColor(0, picture.height() - 1);
+    const auto isInked = [&](int y) {
+        for (int x = 0; x < picture.width(); ++x) {
+            if (picture.pixelColor(x, y) != ground) return true;
+        }
+        return false;
+    };
+    const int line = label.fontMetrics().lineSpacing();
+    for (int y = 0; y + line <= picture.height(); y += line) EXPECT_TRUE(isInked(y + line / 2));
+}
+
+TEST(MessageStripTest, SaysNothingThatIsNotInItsMessages) {
+    MessageStrip strip;
+    const QString word = QString("long").repeated(30);
+    strip.addMessage("a\nb " + word);
+    EXPECT_EQ(strip.findChild<QLabel*>("messageText")->text(), "a\u21b5b " + word);
+    EXPECT_EQ(strip.accessibleName(), "a\u21b5b " + word);
 }
 
 TEST(MessageStripTest, ProblemsStayUntilDismissedAndNewsMakesRoom) {

@@ -13,6 +13,7 @@
 #include "ui/kit/look.h"
 #include "ui/kit/spinner.h"
 #include "ui/kit/value_field.h"
+#include "ui/kit/wrapped_label.h"
 
 namespace zorvel {
 namespace {
@@ -123,8 +124,8 @@ class Builder {
         card->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
         auto* inside = new QVBoxLayout(card);
         inside->setContentsMargins(12, 10, 12, 10);
-        widgets_.notes = plainLabel("projectNotes");
-        widgets_.notes->setWordWrap(true);
+        widgets_.notes = new WrappedLabel(widgets_.content);
+        widgets_.notes->setObjectName("projectNotes");
         widgets_.notes->setTextInteractionFlags(Qt::TextSelectableByMouse |
                                                 Qt::TextSelectableByKeyboard);
         inside->addWidget(widgets_.notes);

@@ -118,11 +118,11 @@ void ProjectWideMetricsViewController::showHead() {
         widgets_.copyAll->setEnabled(false);
         widgets_.print->setEnabled(false);
         widgets_.spinner->startAnimation();
-        return widgets_.notes->setText(
-            breakable(tr("A click on a value, or F1, tells how it is computed.")));
+        return widgets_.notes->setText(tr("A click on a value, or F1, tells how it is computed."));
     }
     const QString project = shortened(inputs_->project, 200);
-    setWindowTitle(project.isEmpty() ? title : tr("%1 \u2013 %2").arg(title, project));
+    setWindowTitle(project.isEmpty() ? title
+                                     : tr("%1 \u2013 %2").arg(title, asWindowTitle(project)));
     widgets_.heading->setText(project.isEmpty() ? title : project);
     widgets_.heading->setToolTip(project);
     if (!project.isEmpty()) sheet_->setSubject(project);
@@ -141,7 +141,7 @@ void ProjectWideMetricsViewController::showHead() {
 
 void ProjectWideMetricsViewController::addNote(const QString& note) {
     notes_.append(note);
-    widgets_.notes->setText(widgets_.notes->text() + "\n\n" + breakable(note));
+    widgets_.notes->setText(widgets_.notes->text() + "\n\n" + note);
 }
 
 QString ProjectWideMetricsViewController::caption(std::size_t row) const {

@@ -31,6 +31,7 @@
 #include "ui/kit/look_style.h"
 #include "ui/kit/save_panel.h"
 #include "ui/kit/shown_text.h"
+#include "ui/kit/wrapped_label.h"
 
 namespace zorvel {
 
@@ -47,10 +48,8 @@ std::optional<ConfidenceLevel> levelNow() {
 // A label of plain text that leaves its width to the window.
 QLabel* addLabel(QBoxLayout& column, const char* name, const QString& accessibleName,
                  QWidget* parent) {
-    auto* label = new QLabel(parent);
+    auto* label = new WrappedLabel(parent);
     label->setObjectName(name);
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
     label->setAccessibleName(accessibleName);
     column.addWidget(label);
     return label;
@@ -268,7 +267,7 @@ void RarefactionViewController::write(const QString& path, const QString& failur
 
 void RarefactionViewController::showSaved(const QString& news) {
     saved_->setText(shortened(news, longestSubject));
-    saved_->setToolTip(breakable(saved_->text()));
+    saved_->setToolTip(saved_->text());
     saved_->setAccessibleName(saved_->text());
     QAccessibleEvent alert(saved_, QAccessible::Alert);
     QAccessible::updateAccessibility(&alert);

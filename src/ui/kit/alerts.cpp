@@ -17,6 +17,14 @@ namespace {
 
 constexpr qsizetype longestAlert = 600;  // characters
 constexpr int leastAlertWidth = 340;     // of the texts, in pixels
+constexpr qsizetype longestWord = 60;
+
+// Of a text that may consist of several paragraphs.
+QString fitForAlert(const QString& text) {
+    QStringList lines = shortened(text, longestAlert).split('\n');
+    for (QString& line : lines) line = withShortWords(oneLine(line), longestWord);
+    return lines.join('\n');
+}
 
 // Goes with its parent, should that close while it waits.
 QPointer<QMessageBox> box(QWidget* parent, QMessageBox::Icon icon, const QString& text,
@@ -24,8 +32,8 @@ QPointer<QMessageBox> box(QWidget* parent, QMessageBox::Icon icon, const QString
     QPointer<QMessageBox> box(new QMessageBox(parent));
     box->setIcon(icon);
     box->setTextFormat(Qt::PlainText);
-    box->setText(breakable(shortened(text, longestAlert)));
-    box->setInformativeText(breakable(shortened(informativeText, longestAlert)));
+    box->setText(fitForAlert(oneLine(text)));
+    box->setInformativeText(fitForAlert(informativeText));
     if (auto* label = box->findChild<QLabel*>("qt_msgbox_label")) {
         label->setFont(scaledFont(label->font(), 1, true));
         label->setMinimumWidth(leastAlertWidth);

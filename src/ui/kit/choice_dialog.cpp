@@ -12,6 +12,7 @@
 #include "ui/kit/look.h"
 #include "ui/kit/look_style.h"
 #include "ui/kit/shown_text.h"
+#include "ui/kit/wrapped_label.h"
 
 namespace zorvel {
 
@@ -21,10 +22,8 @@ constexpr int leastWidth = 520;             // pixels
 constexpr qsizetype longestQuestion = 300;  // characters
 
 QLabel* addText(QVBoxLayout& column, const QString& text, bool quiet = false) {
-    auto* label = new QLabel(column.parentWidget());
-    label->setTextFormat(Qt::PlainText);
-    label->setWordWrap(true);
-    label->setText(breakable(shortened(text, longestQuestion)));
+    auto* label = new WrappedLabel(column.parentWidget());
+    label->setText(oneLine(shortened(text, longestQuestion)));
     if (quiet) label->setForegroundRole(QPalette::PlaceholderText);
     column.addWidget(label);
     return label;

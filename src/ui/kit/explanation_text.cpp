@@ -59,7 +59,7 @@ MetricDetails detailsOf(std::string_view key, const Inputs& inputs) {
 }
 
 QString valueLine(const ExplainedValue& value) {
-    const QString subject = breakable(value.subject);
+    const QString& subject = value.subject;
     if (value.pending) return tr("No value for %1 yet").arg(subject);
     return value.text.isEmpty() ? tr("No value for %1").arg(subject)
                                 : tr("%1 for %2").arg(value.text, subject);
@@ -86,7 +86,7 @@ ExplanationText explanationText(const ExplainedValue& value, const QColor& secon
     const QString line = valueLine(value);
     QStringList sentences{tr(explanation->meaning)};
     const QString& remark = value.details.remark;
-    if (!value.note.isEmpty()) sentences.append(breakable(value.note));
+    if (!value.note.isEmpty()) sentences.append(value.note);
     if (!remark.isEmpty() && !value.note.contains(remark)) sentences.append(remark);
     const QList<Entry> entries = entriesOf(value, *explanation);
 

@@ -14,6 +14,7 @@
 #include "ui/kit/glyphs.h"
 #include "ui/kit/look.h"
 #include "ui/kit/shown_text.h"
+#include "ui/kit/wrapped_label.h"
 
 namespace zorvel {
 
@@ -59,10 +60,8 @@ MessageStrip::MessageStrip(QWidget* parent)
 }
 
 QLabel* MessageStrip::addLine() {
-    auto* line = new QLabel(this);
+    auto* line = new WrappedLabel(this);
     line->setObjectName("messageText");
-    line->setWordWrap(true);
-    line->setTextFormat(Qt::PlainText);
     line->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     line->setContentsMargins(markRoom, lineMargin, 0, lineMargin);
     column_->insertWidget(static_cast<int>(lines_.size()), line);
@@ -71,12 +70,13 @@ QLabel* MessageStrip::addLine() {
 }
 
 void MessageStrip::addMessage(const QString& message, Tone tone) {
-    add({{}, shortened(message, longestMessage), {}, tone, Lasting::untilDismissed});
+    add({{}, oneLine(shortened(message, longestMessage)), {}, tone, Lasting::untilDismissed});
 }
 
 void MessageStrip::setMessage(const QString& name, const QString& message, const Action& action,
                               Lasting lasting) {
-    const Message set{name, shortened(message, longestMessage), action, Tone::problem, lasting};
+    const Message set{name, oneLine(shortened(message, longestMessage)), action, Tone::problem,
+                      lasting};
     const qsizetype place = placeOf(name);
     if (place < 0) return add(set);
     const bool same = messages_[place].text == set.text;
@@ -161,7 +161,7 @@ void MessageStrip::showMessages() {
     for (qsizetype i = 0; i < lines_.size(); ++i) {
         lines_[i]->setVisible(i < shown.size());
         if (i >= shown.size()) continue;
-        lines_[i]->setText(breakable(shown[i].text));
+        lines_[i]->setText(shown[i].text);
         texts.append(shown[i].text);
     }
     const auto others = static_cast<int>(messages_.size() - shown.size());

@@ -11,6 +11,7 @@
 
 #include "ui/kit/accessible_roles.h"
 #include "ui/kit/look.h"
+#include "ui/kit/wrapped_label.h"
 
 namespace zorvel {
 
@@ -38,10 +39,10 @@ QRect popoverPlace(const QSize& host, const QRect& anchor, const QSize& wanted) 
     return {QPoint(x, std::clamp(y, 0, host.height() - size.height())), size};
 }
 
-Popover::Popover(QWidget* host) : QFrame(host), scroll_(new QScrollArea(this)), text_(new QLabel) {
+Popover::Popover(QWidget* host)
+    : QFrame(host), scroll_(new QScrollArea(this)), text_(new WrappedLabel) {
     installAccessibleRoles();
     text_->setObjectName("popoverText");
-    text_->setWordWrap(true);
     text_->setTextFormat(Qt::RichText);
     text_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
     text_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);

@@ -1,10 +1,42 @@
 #include "ui/kit/shown_text.h"
 
+#include <algorithm>
+
 namespace zorvel {
 
 namespace {
-constexpr int longestRun = 16;  // characters that fit on a line of the narrowest panel
-constexpr QChar zeroWidthSpace(0x200B);
+
+constexpr QChar lineBreakMark(0x21B5);  // an arrow to the left with a corner
+constexpr QChar tabMark(0x21E5);        // an arrow to a bar
+
+// What turns the direction of the text after it.
+bool turns(QChar character) {
+    const char16_t code = character.unicode();
+    return (code >= 0x202A && code <= 0x202E) || (code >= 0x2066 && code <= 0x2069);
+}
+
+bool isUnseen(QChar character) {
+    return character.category() == QChar::Other_Control || character == QChar::LineSeparator ||
+           character == QChar::ParagraphSeparator || turns(character);
+}
+
+QChar markOf(QChar character) {
+    switch (character.unicode()) {
+        case '\t':
+            return tabMark;
+        case '\n':
+        case '\v':
+        case '\f':
+        case '\r':
+        case 0x85:
+        case QChar::LineSeparator:
+        case QChar::ParagraphSeparator:
+            return lineBreakMark;
+        default:
+            return isUnseen(character) ? QChar(QChar::ReplacementCharacter) : character;
+    }
+}
+
 }  // namespace
 
 QString shortened(const QString& text, qsizetype limit) {
@@ -14,19 +46,35 @@ QString shortened(const QString& text, qsizetype limit) {
     return start + "...";
 }
 
-QString breakable(const QString& text) {
-    QString broken;
-    broken.reserve(text.size() + text.size() / longestRun);
-    int run = 0;
-    for (const QChar character : text) {
-        if (run >= longestRun && !character.isLowSurrogate()) {
-            broken += zeroWidthSpace;
-            run = 0;
+QString oneLine(const QString& text) {
+    if (std::none_of(text.begin(), text.end(), isUnseen)) return text;
+    QString line = text;
+    line.replace("\r\n", "\n");
+    std::transform(line.begin(), line.end(), line.begin(), markOf);
+    return line;
+}
+
+QString withShortWords(const QString& text, qsizetype longest) {
+    QString shown;
+    for (qsizetype begin = 0; begin < text.size();) {
+        qsizetype end = begin;
+        while (end < text.size() && !text[end].isSpace()) ++end;
+        const QStringView word = QStringView(text).sliced(begin, end - begin);
+        if (word.size() <= longest) {
+            shown += word;
+        } else {
+            shown += word.first(longest / 2);
+            shown += QChar(0x2026);
+            shown += word.last(longest / 2);
         }
-        broken += character;
-        run = character.isSpace() ? 0 : run + 1;
+        if (end < text.size()) shown += text[end++];
+        begin = end;
     }
-    return broken;
+    return shown;
+}
+
+QString asWindowTitle(const QString& text) {
+    return oneLine(text).replace("[*]", "[*][*]");
 }
 
 }  // namespace zorvel

@@ -9,8 +9,14 @@ namespace zorvel {
 // At most limit characters, the last of them three dots where there were more.
 QString shortened(const QString& text, qsizetype limit);
 
-// The text with places to break a line within words too long for one: a label that wraps its words
-// is otherwise at least as wide as the longest.
-QString breakable(const QString& text);
+// In one line: a mark stands in place of each line break, tab and control character, and of what
+// would turn the direction of the text that follows.
+QString oneLine(const QString& text);
+
+// With the middle of longer words left out: a label is at least as wide as its longest word.
+QString withShortWords(const QString& text, qsizetype longest);
+
+// For QWidget::setWindowTitle(), to which "[*]" is the place of the mark of changes.
+QString asWindowTitle(const QString& text);
 
 }  // namespace zorvel

@@ -24,7 +24,7 @@ QString shownName(const std::optional<SharedText>& name) {
     if (!name) return unnamedName;
     // Bytes enough for that many characters and one more, whatever they are.
     const std::string_view start = name->view().substr(0, 4 * (longestName + 1));
-    return shortened(QString::fromUtf8(start.data(), static_cast<qsizetype>(start.size())),
+    return shortened(oneLine(QString::fromUtf8(start.data(), static_cast<qsizetype>(start.size()))),
                      longestName);
 }
 

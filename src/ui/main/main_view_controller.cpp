@@ -13,6 +13,7 @@
 
 #include "ui/kit/glyphs.h"
 #include "ui/kit/look.h"
+#include "ui/kit/shown_text.h"
 #include "ui/main/abundance_delegate.h"
 #include "ui/main/analysis_commands.h"
 #include "ui/main/census_table_model.h"
@@ -350,7 +351,7 @@ void MainViewController::showProgress() {
     } else {
         ui_->progressIndicator->stopAnimation();
     }
-    ui_->progressLabel->setText(running_.text());
+    ui_->progressLabel->setText(oneLine(running_.text()));
     ui_->cancelProgressButton->setVisible(running_.cancel() != nullptr);
     ui_->progressRow->setVisible(runs);
     showRightPage();

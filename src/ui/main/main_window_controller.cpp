@@ -12,6 +12,7 @@
 #include "platform/settings.h"
 #include "ui/kit/fitting_size.h"
 #include "ui/kit/message_strip.h"
+#include "ui/kit/shown_text.h"
 #include "ui/main/main_view_controller.h"
 
 namespace zorvel {
@@ -94,9 +95,9 @@ void MainWindowController::setDocument(Document& document) {
 
 void MainWindowController::showTitle() {
     // An untitled project may bear the name of the file that it came from.
-    const QString name = document_->displayName();
+    const QString name = oneLine(document_->displayName());
     const bool saysSo = !document_->isUntitled() || name.startsWith(tr("Untitled"));
-    setWindowTitle((saysSo ? name : tr("%1 (untitled)").arg(name)) + "[*]");
+    setWindowTitle(asWindowTitle(saysSo ? name : tr("%1 (untitled)").arg(name)) + "[*]");
     mainView_->setProjectName(name);
     setWindowFilePath(document_->path());
     setWindowModified(document_->saveState() != Document::SaveState::saved);

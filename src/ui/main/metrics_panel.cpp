@@ -3,6 +3,7 @@
 #include <QEvent>
 #include <QLabel>
 #include <algorithm>
+#include <initializer_list>
 #include <optional>
 #include <string>
 #include <utility>
@@ -40,7 +41,7 @@ QString metricText(std::string_view key, double value) {
 }
 
 void showNote(QLabel& label, const QString& note) {
-    label.setText(breakable(note));
+    label.setText(note);
     label.setVisible(!note.isEmpty());
 }
 
@@ -92,8 +93,9 @@ void MetricsPanel::changeEvent(QEvent* event) {
 void MetricsPanel::showSecondaryTexts() {
     QPalette quiet;
     quiet.setColor(QPalette::WindowText, lookColors(QPalette()).secondary);
-    for (QLabel* label : {ui_->individualsLabelTextField, ui_->richnessLabelTextField,
-                          ui_->rarefiedNote, ui_->metricsNote}) {
+    for (QLabel* label :
+         std::initializer_list<QLabel*>{ui_->individualsLabelTextField, ui_->richnessLabelTextField,
+                                        ui_->rarefiedNote, ui_->metricsNote}) {
         label->setPalette(quiet);
     }
 }

@@ -79,7 +79,7 @@ QString sharedSpeciesLine(const SharedNames& names) {
     const QString name = QString::fromStdString(names.oneName().str());
     return tr("%L1 species share the name “%2”; the census matrix takes the last of them alone.")
         .arg(records)
-        .arg(shortened(name, longestName));
+        .arg(shortened(oneLine(name), longestName));
 }
 
 QString matrixNote(const SparseCountsResult& counts) {

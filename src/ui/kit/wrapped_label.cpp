@@ -1,0 +1,61 @@
+#include "ui/kit/wrapped_label.h"
+
+#include <QTextDocument>
+#include <QTextOption>
+#include <QtMath>
+#include <algorithm>
+
+namespace zorvel {
+
+namespace {
+constexpr int fewest = 12;  // characters in a line
+constexpr int most = 100;
+}  // namespace
+
+WrappedLabel::WrappedLabel(QWidget* parent) : QLabel(parent) {
+    setWordWrap(true);
+    setTextInteractionFlags(Qt::TextSelectableByMouse);
+}
+
+// A label lays its text out anew before it is measured or painted, breaking between words alone; it
+// does so no more once it has. Its document, which it has while its text can be selected, takes the
+// other way of breaking then.
+QTextDocument* WrappedLabel::laidOut() const {
+    static_cast<void>(QLabel::heightForWidth(width()));
+    auto* document = findChild<QTextDocument*>();
+    if (document == nullptr) return nullptr;
+    QTextOption option = document->defaultTextOption();
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    document->setDefaultTextOption(option);
+    return document;
+}
+
+int WrappedLabel::heightForWidth(int width) const {
+    QTextDocument* document = laidOut();
+    if (document == nullptr) return QLabel::heightForWidth(width);
+    const QMargins margins = contentsMargins();
+    const double before = document->textWidth();
+    document->setTextWidth(std::max(width - margins.left() - margins.right() - 2 * margin(), 1));
+    const int height = qCeil(document->size().height());
+    document->setTextWidth(before);
+    return height + margins.top() + margins.bottom() + 2 * margin();
+}
+
+QSize WrappedLabel::minimumSizeHint() const {
+    const QSize size = QLabel::minimumSizeHint();
+    return {std::min(size.width(), fewest * fontMetrics().averageCharWidth()),
+            std::min(size.height(), fontMetrics().height())};
+}
+
+QSize WrappedLabel::sizeHint() const {
+    const QSize size = QLabel::sizeHint();
+    const int widest = most * fontMetrics().averageCharWidth();
+    return size.width() <= widest ? size : QSize(widest, heightForWidth(widest));
+}
+
+void WrappedLabel::paintEvent(QPaintEvent* event) {
+    laidOut();
+    QLabel::paintEvent(event);
+}
+
+}  // namespace zorvel
