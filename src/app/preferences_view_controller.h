@@ -28,6 +28,7 @@ class PreferencesViewController : public QWidget {
     // For a window that is open already: what was typed is stored, and all is shown as it is now.
     void showAgain();
     [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
 
   public slots:
     // The sender tells by its property "tag" which it is: 1001 the sample size, 1002 the quota; 95

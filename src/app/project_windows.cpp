@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QFileInfo>
-#include <QPoint>
 #include <algorithm>
 #include <utility>
 
@@ -19,6 +18,7 @@
 #include "ui/analysis/rarefaction_view.h"
 #include "ui/analysis/rarefaction_window_controller.h"
 #include "ui/kit/alerts.h"
+#include "ui/kit/fitting_size.h"
 #include "ui/kit/open_panel.h"
 #include "ui/main/main_view_controller.h"
 #include "ui/main/main_window_controller.h"
@@ -26,9 +26,6 @@
 namespace zorvel {
 
 namespace {
-
-// How far a new window stands to the right of and below the one before, in pixels.
-constexpr int cascade = 30;
 
 const char openingProgress[] = "opening";   // its name in the main view
 const char settingsMessage[] = "settings";  // and that in the strip
@@ -116,7 +113,7 @@ MainWindowController& ProjectWindows::openWindow(Document& document) {
     const std::vector<MainWindowController*> open = windows();
     auto* window = new MainWindowController(document, jobs_, makeRandom_, panels_);
     window->setAttribute(Qt::WA_DeleteOnClose);
-    if (!open.empty()) window->move(open.back()->pos() + QPoint(cascade, cascade));
+    if (!open.empty()) cascade(*window, *open.back());
     windows_.erase(std::remove(windows_.begin(), windows_.end(), nullptr), windows_.end());
     windows_.emplace_back(window);
     connectWindow(*window);

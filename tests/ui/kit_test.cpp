@@ -199,6 +199,19 @@ TEST(FittingSize, AWindowFitsItsScreenWithItsFrame) {
     EXPECT_EQ(fittingSize({1024, 700}, {1920, 1080}), QSize(1024, 700));
 }
 
+TEST(FittingSize, WindowsCascadeWithinTheirScreen) {
+    constexpr QSize least(780, 420);
+    const struct {
+        QRect screen;
+        QPoint before, next;
+    } rows[] = {{{0, 30, 1920, 1050}, {200, 100}, {230, 130}},
+                {{0, 0, 800, 480}, {0, 0}, {8, 16}},
+                {{0, 0, 800, 480}, {8, 16}, {0, 0}}};
+    for (const auto& row : rows) {
+        EXPECT_EQ(cascadedPlace(row.before, least, row.screen), row.next);
+    }
+}
+
 // Whoever makes the label, Qt too.
 TEST(Look, EveryLabelShowsMarkupAsText) {
     applyLook(*qApp, ColorScheme::light);

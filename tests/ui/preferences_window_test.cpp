@@ -275,6 +275,10 @@ TEST_F(PreferencesWindowTest, ThePaletteHasTheNamedColorsAndMarksTheOneInUse) {
     for (ColorChip* chip : chips) EXPECT_EQ(chip->isInUse(), chip == chips[3]);
 }
 
+TEST_F(PreferencesWindowTest, FitsAtItsPlaceOnAScreenOf480Lines) {
+    EXPECT_LE(preferencesWindow().height(), 480 - 60 - 44);
+}
+
 TEST_F(PreferencesWindowTest, WhatCanHaveTheFocusHasANameAndTheTabKeyReachesIt) {
     int reached = 0;
     for (QWidget* widget : preferencesWindow().findChildren<QWidget*>()) {

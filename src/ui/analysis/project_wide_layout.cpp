@@ -91,7 +91,8 @@ class Builder {
     QVBoxLayout& addColumn(QHBoxLayout& columns, ProjectWideGroup group) {
         auto* column = new QVBoxLayout;
         column->setSpacing(gap);
-        columns.addLayout(column, 1);
+        // Its captions are the longest.
+        columns.addLayout(column, group == ProjectWideGroup::averages ? 6 : 5);
         column->addWidget(groupLabel(projectWideGroupTitle(group)));
         std::vector<const ProjectWideRow*> rows;
         for (const ProjectWideRow& row : projectWideRows()) {

@@ -2,8 +2,6 @@
 
 #include <utility>
 
-#include "ui/kit/fitting_size.h"
-
 namespace zorvel {
 
 ProjectWideMetricsWindowController::ProjectWideMetricsWindowController(JobQueue& jobs,
@@ -14,7 +12,7 @@ ProjectWideMetricsWindowController::ProjectWideMetricsWindowController(JobQueue&
     setCentralWidget(viewController_);
     setWindowTitle(viewController_->windowTitle());
     connect(viewController_, &QWidget::windowTitleChanged, this, &QWidget::setWindowTitle);
-    resizeToFit(*this, {1000, 620}, {100, 100});
+    resizeToFit({1000, 620});
 }
 
 }  // namespace zorvel

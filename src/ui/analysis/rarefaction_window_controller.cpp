@@ -1,7 +1,5 @@
 #include "ui/analysis/rarefaction_window_controller.h"
 
-#include "ui/kit/fitting_size.h"
-
 namespace zorvel {
 
 RarefactionWindowController::RarefactionWindowController(RarefactionKind kind, JobQueue& jobs,
@@ -10,7 +8,7 @@ RarefactionWindowController::RarefactionWindowController(RarefactionKind kind, J
       viewController_(new RarefactionViewController(kind, jobs, panels, this)) {
     setObjectName("rarefactionWindow");
     setCentralWidget(viewController_);
-    resizeToFit(*this, {720, 560}, {120, 120});
+    resizeToFit({720, 560});
 }
 
 }  // namespace zorvel

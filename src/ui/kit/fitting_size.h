@@ -1,8 +1,8 @@
-// The size of a window that opens: the one that suits it, or what the screen has room for. Main
-// thread.
+// The size and place of a window that opens, so that its screen has room for it. Main thread.
 #pragma once
 
 #include <QPoint>
+#include <QRect>
 #include <QSize>
 
 class QWidget;
@@ -15,5 +15,12 @@ QSize fittingSize(const QSize& wanted, const QSize& available, const QPoint& cor
 
 // On the screen that the window will be shown on.
 void resizeToFit(QWidget& window, const QSize& wanted, const QPoint& corner = {});
+
+// Where the frame of a new window stands: a step right of and below that of the one before, as far
+// as there is room for the least size of its inside, and after the farthest place in the corner of
+// the screen again.
+QPoint cascadedPlace(const QPoint& before, const QSize& least, const QRect& available);
+// Moves the window there, and makes it fit.
+void cascade(QWidget& window, const QWidget& before);
 
 }  // namespace zorvel

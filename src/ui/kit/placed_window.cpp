@@ -4,10 +4,16 @@
 #include <QScreen>
 #include <QWindow>
 
+#include "ui/kit/fitting_size.h"
+
 namespace zorvel {
 
 QPoint PlacedWindow::place() const {
     return {screen()->geometry().left() + left_, screen()->availableGeometry().top() + top_};
+}
+
+void PlacedWindow::resizeToFit(const QSize& wanted) {
+    zorvel::resizeToFit(*this, wanted, {left_, top_});
 }
 
 // Before the window is on the screen, so that it is not seen elsewhere. A window manager may take

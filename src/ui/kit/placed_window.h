@@ -14,6 +14,9 @@ class PlacedWindow : public QMainWindow {
     // that windows may use.
     PlacedWindow(int left, int top) : left_(left), top_(top) {}
 
+    // To that size, or to what the screen has room for at the window's place.
+    void resizeToFit(const QSize& wanted);
+
     void setVisible(bool visible) override;
 
   protected:

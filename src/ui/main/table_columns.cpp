@@ -53,11 +53,11 @@ QList<int> TableColumns::fittingWidths() const {
     QList<int> widths = chosen_;
     widths[elastic_] = 0;
     const int others = std::accumulate(widths.begin(), widths.end(), 0);
-    const auto widest =
+    const auto broadest =
         static_cast<int>(std::max_element(widths.begin(), widths.end()) - widths.begin());
-    const int least = std::max(header->sectionSizeHint(widest), header->minimumSectionSize());
-    const int given = std::clamp(others - room / 2, 0, std::max(widths[widest] - least, 0));
-    widths[widest] -= given;
+    const int least = std::max(header->sectionSizeHint(broadest), header->minimumSectionSize());
+    const int given = std::clamp(others - room / 2, 0, std::max(widths[broadest] - least, 0));
+    widths[broadest] -= given;
     widths[elastic_] = std::max(room - others + given, header->minimumSectionSize());
     return widths;
 }
