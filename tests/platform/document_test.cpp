@@ -114,7 +114,7 @@ TEST_F(DocumentTest, WhatIsTypedReachesTheFileBeforeItIsAChange) {
     document->noteTyping();
     processEventsFor(100);
     EXPECT_EQ(document->saveState(), State::saved);
-    EXPECT_EQ(document->backups().size(), 1);
+    EXPECT_EQ(backupPaths(*document).size(), 1);
 }
 
 TEST_F(DocumentTest, AnOpenStepIsWrittenWhenItHasEnded) {

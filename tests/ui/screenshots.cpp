@@ -16,6 +16,7 @@
 #include <QPixmap>
 #include <QProcess>
 #include <QProcessEnvironment>
+#include <QPushButton>
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QTimer>
@@ -260,7 +261,7 @@ class Session {
         list.setAttribute(Qt::WA_DeleteOnClose, false);
         list.show();
         const auto& open = *list.findChild<QPushButton*>("openCopyButton");
-        waitUntil([&] { return open.isEnabled(); });
+        settle([&] { return open.isEnabled(); });
         list.grab().save(QString("%1/backups-%2.png").arg(folder_, name_));
     }
 
