@@ -298,6 +298,7 @@ void MainViewController::showSpeciesCount() {
     ui_->speciesCountLabel->setText(shown == all
                                         ? speciesCountText(all, *speciesModel_)
                                         : tr("%L1 of %L2 species shown").arg(shown).arg(all));
+    ui_->speciesCountLabel->setToolTip(ui_->speciesCountLabel->text());
     const QString shared = sharedSpeciesLine(speciesModel_->sharedNames());
     ui_->sharedNamesLabel->setText(shared);
     ui_->sharedNamesLabel->setToolTip(shared.isEmpty() ? QString() : sharedSpeciesReason());
