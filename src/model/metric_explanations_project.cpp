@@ -58,9 +58,9 @@ MetricRemark averageSqsRemark(const ProjectMetricInputs& inputs) {
     if (inputs.withSqs == inputs.censuses) return remark;
     remark.text = QT_TRANSLATE_NOOP(
         "MetricExplanations",
-        "Censuses that have an estimate: %1 of %2. Of the others have fewer than 11 specimens: %3; "
-        "only species of one specimen: %4; a reachable coverage below the quota: %5; a first "
-        "species that exceeded the quota by itself and was thrown back in every trial: %6.");
+        "Censuses that have an estimate: %1 of %2. Those without one, by reason: fewer than 11 "
+        "specimens: %3; each species found once: %4; a reachable coverage below the quota: %5; the "
+        "first species drawn exceeds the quota and is thrown back in every trial: %6.");
     for (const SqsAbsence absence :
          {SqsAbsence::fewerThanElevenSpecimens, SqsAbsence::everySpecimenSingleton,
           SqsAbsence::quotaAboveCoverage, SqsAbsence::noTrialKeptATaxon}) {

@@ -255,6 +255,7 @@ TEST_F(PasteTest, AHundredThousandRowsAtOnce) {
 }
 
 TEST_F(PasteTest, ColumnWidthsAreKeptForTheNextWindow) {
+    window->resize(1600, 700);  // room for names, which would take what wide columns have
     QHeaderView* header = speciesTable().horizontalHeader();
     header->resizeSection(2, 140);
     EXPECT_EQ(header->length(), speciesTable().viewport()->width());

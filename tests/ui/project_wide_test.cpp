@@ -179,7 +179,7 @@ TEST_F(ProjectWideTest, WithoutSqsTheRestIsFilledAndTheReasonStands) {
     EXPECT_TRUE(value("alroySqs").isStale());
     const std::string notes = label("projectNotes");
     EXPECT_NE(notes.find("it needs at least 11 specimens"), std::string::npos) << notes;
-    EXPECT_NE(notes.find("for any census"), std::string::npos) << notes;
+    EXPECT_NE(notes.find("fewer than 11 specimens: 3;"), std::string::npos) << notes;
     EXPECT_NE(explain("alroySqs").find("No value for Moor\n"), std::string::npos);
     EXPECT_EQ(text("abundance"), "10");
     EXPECT_EQ(text("sampleBasedRarefaction"), "2.0");
