@@ -91,7 +91,7 @@ CountsVector ladder(std::int64_t largest) {
 }
 
 TEST(RarefactionPrecision, HoldsForEverySize) {
-    constexpr std::int64_t most = RarefactionCalculator::kMostIndividuals;
+    constexpr std::int64_t limit = RarefactionCalculator::kMostIndividuals;
     struct Community {
         std::string name;
         CountsVector counts;
@@ -111,15 +111,15 @@ TEST(RarefactionPrecision, HoldsForEverySize) {
         {"10^9 and a ladder", joined(ladder(1'000), 1, 1'000'000'000)},
         {"10^12, wide", randomCommunity(7, 150, 25)},
         {"10^15 and singletons", joined({1'000'000'000'000'000}, 1'000'000, 1)},
-        {"10^18, few", {6 * most / 10, 4 * most / 10 - 7, 3, 2, 1, 1}},
-        {"10^18, 2000 alike", CountsVector(2'000, most / 2'000)},
+        {"10^18, few", {6 * limit / 10, 4 * limit / 10 - 7, 3, 2, 1, 1}},
+        {"10^18, 2000 alike", CountsVector(2'000, limit / 2'000)},
         {"10^18, wide", randomCommunity(8, 120, 39.5)},
         {"negative", {900'000, 800'000, 5, 3, 2, 1, 1, -710'000}},
         {"negative ladder", joined(ladder(200), 1, -19'000)},
     };
     for (const auto& [name, counts] : communities) {
         const std::int64_t total = individuals(counts);
-        ASSERT_LE(total, most);
+        ASSERT_LE(total, limit);
         for (const std::int64_t n :
              {std::int64_t{2}, std::int64_t{50}, std::int64_t{90}, total / 1'000'000'000,
               total / 2000, total / 100, total / 2, total - total / 50, total - 7, total - 1}) {

@@ -12,7 +12,7 @@ namespace {
 constexpr int axisTitleRoom = 24;  // points, as all lengths
 constexpr int nameRoom = 28;
 constexpr int nameMargin = 8;
-constexpr int oneLine = Qt::AlignCenter | Qt::TextSingleLine;
+constexpr int centredLine = Qt::AlignCenter | Qt::TextSingleLine;
 
 QFont fontOf(int size, bool bold) {
     QFont font = plotLabelFont();
@@ -28,13 +28,13 @@ void drawTitles(QPainter& painter, const PlotTitles& titles, const QSize& page, 
     const QString name =
         QFontMetrics(painter.font())
             .elidedText(titles.name, Qt::ElideRight, page.width() - 2 * nameMargin);
-    painter.drawText(QRect(0, 0, page.width(), plot.top()), oneLine, name);
+    painter.drawText(QRect(0, 0, page.width(), plot.top()), centredLine, name);
     painter.setFont(fontOf(12, false));
-    painter.drawText(QRect(plot.left(), plot.bottom() + 1, plot.width(), axisTitleRoom), oneLine,
-                     titles.below);
+    painter.drawText(QRect(plot.left(), plot.bottom() + 1, plot.width(), axisTitleRoom),
+                     centredLine, titles.below);
     painter.translate(0, plot.bottom() + 1);
     painter.rotate(-90);
-    painter.drawText(QRect(0, 0, plot.height(), axisTitleRoom), oneLine, titles.beside);
+    painter.drawText(QRect(0, 0, plot.height(), axisTitleRoom), centredLine, titles.beside);
 }
 
 }  // namespace
