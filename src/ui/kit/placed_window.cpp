@@ -22,15 +22,22 @@ void PlacedWindow::setVisible(bool visible) {
     const bool appears = visible && isHidden() && screen() != nullptr;
     if (appears) move(place());
     QMainWindow::setVisible(visible);
-    if (appears) windowHandle()->installEventFilter(this);
+    if (!appears) return;
+    wasExposed_ = false;
+    windowHandle()->installEventFilter(this);
 }
 
-// Not by move(), which goes by the width of the frame: that may not be known yet.
+// Qt knows the width of the frame some time after the window is exposed: each event is a chance to
+// look. A window without a frame has had its place at the first.
 bool PlacedWindow::eventFilter(QObject* watched, QEvent* event) {
-    if (watched == windowHandle() && event->type() == QEvent::Expose &&
-        windowHandle()->isExposed()) {
-        watched->removeEventFilter(this);
-        windowHandle()->setFramePosition(place());
+    QWindow* const window = windowHandle();
+    if (watched == window && window->isExposed()) {
+        const QMargins frame = window->frameMargins();
+        if (!frame.isNull()) watched->removeEventFilter(this);
+        if (!frame.isNull() || !wasExposed_) {
+            wasExposed_ = true;
+            window->setPosition(place() + QPoint(frame.left(), frame.top()));
+        }
     }
     return QMainWindow::eventFilter(watched, event);
 }

@@ -28,6 +28,7 @@ class PlacedWindow : public QMainWindow {
 
     int left_;
     int top_;
+    bool wasExposed_ = false;  // since it appeared
 };
 
 }  // namespace zorvel
