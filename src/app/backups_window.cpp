@@ -62,13 +62,14 @@ BackupsWindow::BackupsWindow(const QString& displayName, const QString& folder, 
 
 void BackupsWindow::fill(const std::vector<Backup>& backups) {
     list_->clear();
-    for (auto backup = backups.rbegin(); backup != backups.rend(); ++backup) {
-        auto* item = new QTreeWidgetItem(
-            list_, {QLocale().toString(backup->modified, "d MMM yyyy, HH:mm:ss"),
-                    QLocale().formattedDataSize(backup->size)});
-        item->setData(0, pathRole, backup->path);
+    for (const Backup& backup : backups) {
+        auto* item =
+            new QTreeWidgetItem({QLocale().toString(backup.modified, "d MMM yyyy, HH:mm:ss"),
+                                 QLocale().formattedDataSize(backup.size)});
+        list_->insertTopLevelItem(0, item);  // the newest comes last
+        item->setData(0, pathRole, backup.path);
         item->setSizeHint(0, QSize(0, fontMetrics().height() + 12));
-        item->setToolTip(0, shortened(oneLine(QFileInfo(backup->path).completeBaseName()), 100));
+        item->setToolTip(0, shortened(oneLine(QFileInfo(backup.path).completeBaseName()), 100));
         item->setTextAlignment(1, Qt::AlignRight | Qt::AlignVCenter);
     }
     if (backups.empty()) new QTreeWidgetItem(list_, {tr("There is no backup yet")});

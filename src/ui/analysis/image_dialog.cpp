@@ -154,8 +154,7 @@ QString ImageDialog::takeFields() {
 QString ImageDialog::sizeText() const {
     const QSize figure = figureSize_(choice_.titles);
     const double height = choice_.widthCm * figure.height() / figure.width();
-    const QString size =
-        tr("%1 \u00d7 %2 cm").arg(centimetres(choice_.widthCm), centimetres(height));
+    QString size = tr("%1 \u00d7 %2 cm").arg(centimetres(choice_.widthCm), centimetres(height));
     if (choice_.svg) return size;
     const QSize pixels = pixelsOf(figure, choice_.widthCm, choice_.dpi);
     return tr("%1, %L2 \u00d7 %L3 pixels").arg(size).arg(pixels.width()).arg(pixels.height());

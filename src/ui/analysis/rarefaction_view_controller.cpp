@@ -314,7 +314,7 @@ void RarefactionViewController::saveData() {
     const QString path =
         choosePath(tr("Save Rarefaction Table"), {tr("Comma-separated table"), ".csv"});
     if (path.isEmpty()) return;
-    write(path, tr("The table could not be saved"), [text] { return text; });
+    write(path, tr("The table could not be saved"), [text] { return QByteArray(text); });
 }
 
 void RarefactionViewController::copyPlot() {

@@ -8,8 +8,8 @@
 namespace zorvel {
 
 namespace {
-constexpr int fewest = 12;  // characters in a line
-constexpr int most = 100;
+constexpr int narrowestLine = 12;  // characters
+constexpr int widestLine = 100;
 }  // namespace
 
 WrappedLabel::WrappedLabel(QWidget* parent) : QLabel(parent) {
@@ -43,13 +43,13 @@ int WrappedLabel::heightForWidth(int width) const {
 
 QSize WrappedLabel::minimumSizeHint() const {
     const QSize size = QLabel::minimumSizeHint();
-    return {std::min(size.width(), fewest * fontMetrics().averageCharWidth()),
+    return {std::min(size.width(), narrowestLine * fontMetrics().averageCharWidth()),
             std::min(size.height(), fontMetrics().height())};
 }
 
 QSize WrappedLabel::sizeHint() const {
     const QSize size = QLabel::sizeHint();
-    const int widest = most * fontMetrics().averageCharWidth();
+    const int widest = widestLine * fontMetrics().averageCharWidth();
     return size.width() <= widest ? size : QSize(widest, heightForWidth(widest));
 }
 

@@ -1,5 +1,5 @@
-// The columns of a table that fill its width: one gives way as the table is resized, down to half of
-// that width, from where the others do, too. A drag at its right edge moves room between it and the
+// The columns of a table, which fill its width. One gives way as the table is resized, down to half
+// of that width; then the others do, too. A drag at its right edge moves room between it and the
 // column after it. The widths can be kept between runs. Owned by its table. Main thread.
 #pragma once
 
