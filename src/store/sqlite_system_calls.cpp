@@ -49,8 +49,11 @@ static int fcntlOfSqlite(int descriptor, int command, ...) {
 }
 
 static int unlinkOfSqlite(const char* path) {
+    const std::string_view whole(path);
+    const std::string_view name = whole.substr(whole.rfind('/') + 1);
+    if (name.starts_with("etilqs_")) return unlink(path);  // SQLite's own temporary files
     for (const std::string_view ending : zorvel::companionEndings) {
-        if (std::string_view(path).ends_with(ending)) return unlink(path);
+        if (name.ends_with(ending)) return unlink(path);
     }
     errno = EPERM;
     return -1;

@@ -314,10 +314,14 @@ TEST_F(ProjectPlace, CutOffWriteInAFolderThatMayNotBeWritten) {
     for (const char* name : {"p.zorvel", "p.zorvel-journal"}) {
         fs::permissions(path(name), fs::perms(0444));
     }
-    fs::permissions(folder_, fs::perms(0755));
+    fs::permissions(folder_, fs::perms(0555));
     ChildProcess other([this] { return word(troubleOf(path("p.zorvel"))); }, true);
     EXPECT_EQ(other.word(), word(numberOf(FileTrouble::interruptedWrite)));
-    EXPECT_EQ(troubleOf(path("p.zorvel")), -1) << "by the super-user";
+    fs::permissions(folder_, fs::perms(0755));
+    for (const char* name : {"p.zorvel", "p.zorvel-journal"}) {
+        fs::permissions(path(name), fs::perms(0644));
+    }
+    EXPECT_EQ(troubleOf(path("p.zorvel")), -1) << "where they may be written";
 }
 
 struct Rights {
@@ -327,7 +331,7 @@ struct Rights {
     std::string outcome;  // of opening, and of writing
 };
 
-// As a user who owns nothing here.
+// Not as the super-user, who may write anywhere.
 TEST_F(ProjectPlace, FilesAndFoldersThatMayNotBeWritten) {
     file_.reset();
     const std::string readOnlyFile = word(numberOf(FileTrouble::readOnlyFile));
@@ -336,14 +340,14 @@ TEST_F(ProjectPlace, FilesAndFoldersThatMayNotBeWritten) {
     const std::vector<Rights> cases = {
         {"all", 0666, 0777, "-1 -1"},
         {"file to be read", 0444, 0777, "-1 " + readOnlyFile},
-        {"folder to be read", 0666, 0755, "-1 " + readOnlyFolder},
-        {"file of others", 0600, 0777, noPermission},
+        {"folder to be read", 0666, 0555, "-1 " + readOnlyFolder},
+        {"file not to be read", 0, 0777, noPermission},
     };
     for (const Rights& rights : cases) {
         SCOPED_TRACE(rights.what);
+        const std::string before = bytesOf("p.zorvel");
         fs::permissions(path("p.zorvel"), fs::perms(rights.file));
         fs::permissions(folder_, fs::perms(rights.folder));
-        const std::string before = bytesOf("p.zorvel");
         ChildProcess other(
             [this] {
                 auto file = ProjectFile::open(path("p.zorvel"));
@@ -356,10 +360,12 @@ TEST_F(ProjectPlace, FilesAndFoldersThatMayNotBeWritten) {
             },
             true);
         EXPECT_EQ(other.word(), rights.outcome);
+        fs::permissions(folder_, fs::perms(0777));
+        fs::permissions(path("p.zorvel"), fs::perms(0666));
         EXPECT_EQ(bytesOf("p.zorvel") == before, rights.outcome != "-1 -1");
         EXPECT_EQ(entries(), 1U);
     }
-    fs::permissions(folder_, fs::perms(0755));
+    fs::permissions(folder_, fs::perms(0555));
     ChildProcess maker(
         [this] {
             const auto made = ProjectFile::create(path("new.zorvel"), *edited());
@@ -367,6 +373,7 @@ TEST_F(ProjectPlace, FilesAndFoldersThatMayNotBeWritten) {
         },
         true);
     EXPECT_EQ(maker.word(), readOnlyFolder);
+    fs::permissions(folder_, fs::perms(0755));
 }
 
 }  // namespace
