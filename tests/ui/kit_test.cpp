@@ -345,6 +345,28 @@ TEST(WrappedLabelTest, BreaksWordsThatAreTooLongAndAddsNothing) {
     for (int y = 0; y + line <= picture.height(); y += line) EXPECT_TRUE(isInked(y + line / 2));
 }
 
+class PaintCounter : public WrappedLabel {
+  public:
+    int paints = 0;
+
+  protected:
+    void paintEvent(QPaintEvent* event) override {
+        ++paints;
+        WrappedLabel::paintEvent(event);
+    }
+};
+
+TEST(WrappedLabelTest, APaintedLabelIsNotPaintedAgain) {
+    PaintCounter label;
+    label.setText("long words");
+    label.show();
+    for (int turn = 0; turn < 20; ++turn) QCoreApplication::processEvents();
+    const int paints = label.paints;
+    EXPECT_GT(paints, 0);
+    for (int turn = 0; turn < 20; ++turn) QCoreApplication::processEvents();
+    EXPECT_EQ(label.paints, paints);
+}
+
 TEST(MessageStripTest, SaysNothingThatIsNotInItsMessages) {
     MessageStrip strip;
     const QString word = QString("long").repeated(30);

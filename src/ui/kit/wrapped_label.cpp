@@ -10,6 +10,10 @@ namespace zorvel {
 namespace {
 constexpr int narrowestLine = 12;  // characters
 constexpr int widestLine = 100;
+
+bool breaksAnywhere(const QTextDocument& document) {
+    return document.defaultTextOption().wrapMode() == QTextOption::WrapAtWordBoundaryOrAnywhere;
+}
 }  // namespace
 
 WrappedLabel::WrappedLabel(QWidget* parent) : QLabel(parent) {
@@ -24,6 +28,7 @@ QTextDocument* WrappedLabel::laidOut() const {
     static_cast<void>(QLabel::heightForWidth(width()));
     auto* document = findChild<QTextDocument*>();
     if (document == nullptr) return nullptr;
+    if (breaksAnywhere(*document)) return document;
     QTextOption option = document->defaultTextOption();
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     document->setDefaultTextOption(option);
@@ -53,8 +58,10 @@ QSize WrappedLabel::sizeHint() const {
     return size.width() <= widest ? size : QSize(widest, heightForWidth(widest));
 }
 
+// To lay it out once more would make it paint again, and so on.
 void WrappedLabel::paintEvent(QPaintEvent* event) {
-    laidOut();
+    const auto* document = findChild<QTextDocument*>();
+    if (document == nullptr || !breaksAnywhere(*document)) laidOut();
     QLabel::paintEvent(event);
 }
 
