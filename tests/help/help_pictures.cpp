@@ -85,6 +85,7 @@ class Painter {
             complete_ = false;
             return;
         }
+        opened->resize(1000, 620);  // there is no desktop that it must fit
         settle();
         save(name, *opened);
         opened->close();

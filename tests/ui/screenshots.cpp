@@ -106,7 +106,7 @@ class Session {
         openMites();
         select(4);
     }
-    void unreadable() { open(written("bad.csv", ",a,b\nNorth,3,x\n")); }
+    void unreadable() { open(written("bad.csv", ",a,b\nNorth,3,4\nSouth,3,x\n")); }
     void sqsAbsent() {
         openSmall();
         table("speciesTable")->selectRow(0);
