@@ -54,8 +54,8 @@ QSize WrappedLabel::minimumSizeHint() const {
 
 QSize WrappedLabel::sizeHint() const {
     const QSize size = QLabel::sizeHint();
-    const int widest = widestLine * fontMetrics().averageCharWidth();
-    return size.width() <= widest ? size : QSize(widest, heightForWidth(widest));
+    const int limit = widestLine * fontMetrics().averageCharWidth();
+    return size.width() <= limit ? size : QSize(limit, heightForWidth(limit));
 }
 
 // To lay it out once more would make it paint again, and so on.
