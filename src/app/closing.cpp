@@ -30,6 +30,7 @@ bool ProjectWindows::mayClose(MainWindowController& window) {
             return false;
         }
         if (!guard) return false;
+        window.mainView().cancelImports();
     }
     connect(&window, &QObject::destroyed, this,
             [this, document = QPointer<Document>(&window.document())] { letGo(document); });
@@ -62,17 +63,12 @@ bool ProjectWindows::mayEnd(const Document* discarded) {
 
 bool ProjectWindows::mayDropImports(const std::vector<MainWindowController*>& windows,
                                     const Question& question) {
-    std::vector<QPointer<MainWindowController>> importing;
-    for (MainWindowController* window : windows) {
-        if (window->mainView().isImporting()) importing.emplace_back(window);
-    }
-    if (importing.empty()) return true;
+    const auto importing =
+        std::find_if(windows.begin(), windows.end(),
+                     [](MainWindowController* window) { return window->mainView().isImporting(); });
+    if (importing == windows.end()) return true;
     const QPointer<ProjectWindows> self(this);
-    if (panels_.alerts.ask(importing.front(), question) != 0 || !self) return false;
-    for (const auto& window : importing) {
-        if (window) window->mainView().cancelImports();
-    }
-    return true;
+    return panels_.alerts.ask(*importing, question) == 0 && self;
 }
 
 bool ProjectWindows::isLast(const QWidget& window) const {
@@ -136,6 +132,7 @@ bool ProjectWindows::quit() {
                             {tr("Quit Anyway"), tr("Cancel")},
                             0};
     if (!mayDropImports(windows(), question) || !mayEnd()) return false;
+    for (MainWindowController* window : windows()) window->mainView().cancelImports();
     quitting_ = true;
     for (MainWindowController* window : windows()) window->close();
     secondary_.closeAll();

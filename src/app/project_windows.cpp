@@ -90,6 +90,7 @@ void ProjectWindows::follow(SettingsFile& settings) {
     tellAll();
     connect(settings_, &SettingsFile::valuesDidArrive, this,
             &ProjectWindows::plotPreferencesDidChange);
+    connect(settings_, &SettingsFile::valuesDidArrive, this, &ProjectWindows::textDidEndEditing);
 }
 
 void ProjectWindows::tellOfSettings(MainWindowController& window) {

@@ -126,7 +126,7 @@ class ProjectWindows : public QObject {
     bool mayClose(MainWindowController& window);
     bool mayCloseSecondary(QWidget& window);
     // False where the user wants to stay because an import into one of these windows would be lost.
-    // Otherwise none runs any more.
+    // Cancels none: the user may still decide to stay.
     bool mayDropImports(const std::vector<MainWindowController*>& windows,
                         const Question& question);
     // Settles what has to be settled before the program ends; false where the person wants to stay.

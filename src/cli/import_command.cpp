@@ -1,6 +1,9 @@
 // zorvel-cli import: the censuses of files, all of them or none, into a project.
 #include <cerrno>
+#include <chrono>
 #include <cstdint>
+#include <optional>
+#include <thread>
 
 #include "base/numbers.h"
 #include "cli/command.h"
@@ -117,6 +120,10 @@ Written addToProject(const std::string& path, const std::vector<Project>& source
     return {file.write(state) ? file.write(state) : std::nullopt, context.censusCount()};
 }
 
+bool isHeld(const std::optional<FileProblem>& problem) {
+    return problem && problem->trouble == FileTrouble::heldElsewhere;
+}
+
 bool holdsCensuses(const std::string& path, std::size_t count) {
     ProjectFileOptions options;
     options.readOnly = true;
@@ -131,9 +138,15 @@ bool store(const std::string& path, const std::vector<Project>& sources) {
     bool isNew = !fileIdentity(path);
     Written written;
     if (isNew) written = makeProject(path, sources);
-    // Of two calls that find no project at the same moment, one adds to what the other makes.
-    if (written.problem && written.problem->systemError == EEXIST) isNew = false;
+    // Of two calls that find no project at the same moment, one adds to what the other makes, which
+    // may hold it for a while yet.
+    const bool cameMeanwhile = written.problem && written.problem->systemError == EEXIST;
+    if (cameMeanwhile) isNew = false;
     if (!isNew) written = addToProject(path, sources);
+    for (int tries = 0; cameMeanwhile && isHeld(written.problem) && tries < 100; ++tries) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        written = addToProject(path, sources);
+    }
     const auto& problem = written.problem;
     if (problem && !(written.censuses > 0 && holdsCensuses(path, written.censuses))) {
         tellAt(path, {}, fileMessage(*problem));

@@ -239,7 +239,9 @@ bool DocumentController::hasWorkToFinish() const {
 
 // Timers do not run meanwhile: what became due, or found its file in use, is written from here.
 std::vector<Document*> DocumentController::finish(std::chrono::milliseconds atMost) {
-    for (Document* document : unsafeDocuments()) document->saver_->saveNow();
+    for (const Owned* owned : {&documents_, &closing_}) {
+        for (const auto& document : *owned) document->saver_->saveNow();
+    }
     QElapsedTimer timer;
     QElapsedTimer sinceTry;
     timer.start();

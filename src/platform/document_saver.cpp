@@ -112,6 +112,12 @@ void DocumentSaver::lookAtDrafts() {
     noteChange();
 }
 
+void DocumentSaver::settleDrafts() {
+    if (!typingTimer_.isActive()) return;
+    typingTimer_.stop();
+    lookAtDrafts();
+}
+
 std::shared_ptr<const ObjectContext> DocumentSaver::stateToWrite() {
     auto state = context_.frozenCopy(drafts_);
     draftsWritten_ = state->revision() != 0;
@@ -119,7 +125,9 @@ std::shared_ptr<const ObjectContext> DocumentSaver::stateToWrite() {
 }
 
 void DocumentSaver::saveSoon() {
-    if (ending_ || !isUnsaved()) return;
+    if (ending_) return;
+    settleDrafts();
+    if (!isUnsaved()) return;
     timer_.stop();
     tick();
 }
@@ -147,7 +155,9 @@ void DocumentSaver::tick() {
 }
 
 void DocumentSaver::saveNow() {
-    if (ending_ || running_ > 0 || !isUnsaved()) return;
+    if (ending_ || running_ > 0) return;
+    settleDrafts();
+    if (!isUnsaved()) return;
     timer_.stop();
     write();
 }

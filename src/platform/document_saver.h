@@ -101,6 +101,8 @@ class DocumentSaver : public QObject {
     [[nodiscard]] std::uint64_t revision() const { return context_.revision() + draftRevision_; }
     [[nodiscard]] std::shared_ptr<const ObjectContext> stateToWrite();
     void lookAtDrafts();
+    // The same now, where it is due later.
+    void settleDrafts();
     void keepAside();
     void asideDidChange();
     void tick();

@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 #include <QDeadlineTimer>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QGuiApplication>
@@ -87,8 +88,10 @@ void clearSettings() {
 }
 
 QString SettingsFile::userPath() {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-           "/zorvel/zorvel.ini";
+    QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation);
+    // The XDG standard says to ignore a relative folder, which Qt 6.4 takes.
+    if (QDir::isRelativePath(folder)) folder = QDir::homePath() + "/.config";
+    return folder + "/zorvel/zorvel.ini";
 }
 
 SettingsFile::SettingsFile(QString path, milliseconds patience)

@@ -120,6 +120,8 @@ int ReplacementFile::move() const {
 
 std::unique_ptr<FileHandle> ReplacementFile::takePlace() {
     if (fsync(handle_->descriptor()) != 0) failWithErrno(errno, "sync the new file");
+    // What lies beside a file that came meanwhile belongs to that file.
+    if (place_ == Place::free && exists(path_)) failWithErrno(EEXIST, "make the file");
     clearCompanions();
     if (const int error = move()) failWithErrno(error, "rename the new file");
     placed_ = true;

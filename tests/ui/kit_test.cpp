@@ -20,6 +20,7 @@
 #include <QWindow>
 #include <algorithm>
 #include <cmath>
+#include <initializer_list>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -345,26 +346,40 @@ TEST(WrappedLabelTest, BreaksWordsThatAreTooLongAndAddsNothing) {
     for (int y = 0; y + line <= picture.height(); y += line) EXPECT_TRUE(isInked(y + line / 2));
 }
 
-class PaintCounter : public WrappedLabel {
+class PaintCounter : public QObject {
   public:
     int paints = 0;
-
-  protected:
-    void paintEvent(QPaintEvent* event) override {
-        ++paints;
-        WrappedLabel::paintEvent(event);
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        paints += event->type() == QEvent::Paint ? 1 : 0;
+        return false;
     }
 };
 
-TEST(WrappedLabelTest, APaintedLabelIsNotPaintedAgain) {
-    PaintCounter label;
+TEST(WrappedLabelTest, WhatIsPaintedIsNotPaintedAgain) {
+    WrappedLabel label;
     label.setText("long words");
-    label.show();
-    for (int turn = 0; turn < 20; ++turn) QCoreApplication::processEvents();
-    const int paints = label.paints;
-    EXPECT_GT(paints, 0);
-    for (int turn = 0; turn < 20; ++turn) QCoreApplication::processEvents();
-    EXPECT_EQ(label.paints, paints);
+    MessageStrip strip;
+    strip.addMessage("more words");
+    for (QWidget* widget : std::initializer_list<QWidget*>{&label, &strip}) {
+        PaintCounter counter;
+        widget->installEventFilter(&counter);
+        widget->show();
+        widget->update();
+        for (int turn = 0; turn < 20; ++turn) QCoreApplication::processEvents();
+        const int paints = std::exchange(counter.paints, 0);
+        EXPECT_GT(paints, 0);
+        for (int turn = 0; turn < 20; ++turn) QCoreApplication::processEvents();
+        EXPECT_EQ(counter.paints, 0);
+    }
+}
+
+TEST(MessageStripTest, MessagesOfAnEarlierStripComeBeforeItsOwn) {
+    MessageStrip earlier;
+    earlier.addMessage("imported", MessageStrip::Tone::news);
+    MessageStrip strip;
+    strip.setMessage("file", "may only be read");
+    strip.takeMessages(earlier);
+    EXPECT_EQ(strip.messages(), (QStringList{"imported", "may only be read"}));
 }
 
 TEST(MessageStripTest, SaysNothingThatIsNotInItsMessages) {

@@ -185,6 +185,7 @@ void RarefactionViewController::viewWillAppear() {
 }
 
 void RarefactionViewController::preferencesDidChange() {
+    titlesBox_->setChecked(Preferences().plotImage().titles);
     rarefactionView_->preferencesDidChange();
 }
 

@@ -64,7 +64,7 @@ QLabel* MessageStrip::addLine() {
     line->setObjectName("messageText");
     line->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     line->setContentsMargins(markRoom, lineMargin, 0, lineMargin);
-    column_->insertWidget(static_cast<int>(lines_.size()), line);
+    column_->insertWidget(static_cast<int>(lines_.size()), line, 0, Qt::AlignVCenter);
     lines_.append(line);
     return line;
 }
@@ -106,7 +106,7 @@ void MessageStrip::withdraw(const QString& name) {
 }
 
 void MessageStrip::takeMessages(const MessageStrip& other) {
-    messages_ = other.messages_;
+    messages_ = other.messages_ + messages_;
     showMessages();
 }
 
@@ -205,12 +205,12 @@ void MessageStrip::paintEvent(QPaintEvent* /*event*/) {
     for (qsizetype i = 0; i < shown.size(); ++i) {
         const QLabel& line = *lines_[i];
         const bool problem = shown[i].tone == Tone::problem;
-        const int bottom = i + 1 < shown.size() ? line.geometry().bottom() + 1 : height();
-        painter.fillRect(0, line.y(), width(), bottom - line.y(),
+        const int top = i > 0 ? line.y() : 0;
+        const int bottom = i + 1 < shown.size() ? lines_[i + 1]->y() : height();
+        painter.fillRect(0, top, width(), bottom - top,
                          problem ? colors.warning : colors.quietSelection);
-        // Beside the first row of the text, which stands in the middle of its line.
-        const int room = line.height() - std::max(line.heightForWidth(line.width()), 0);
-        const int row = line.y() + room / 2 + lineMargin + line.fontMetrics().height() / 2;
+        // Beside the first row of the text.
+        const int row = line.y() + lineMargin + line.fontMetrics().height() / 2;
         paintGlyph(painter, problem ? Glyph::warning : Glyph::tick, QRectF(14, row - 8, 16, 16),
                    problem ? colors.warningMark : colors.accent);
     }

@@ -42,7 +42,7 @@ class MessageStrip : public QFrame {
     [[nodiscard]] QStringList messages() const;
     // A problem where there is one.
     [[nodiscard]] Tone tone() const;
-    // The messages of another strip, each in its tone, in place of those of this one.
+    // The messages of another strip, each in its tone, before those of this one.
     void takeMessages(const MessageStrip& other);
 
   public slots:
