@@ -295,6 +295,8 @@ TEST_F(ImportTest, CancelAndEscapeGiveUpWhatIsNamed) {
     EXPECT_EQ(label("progressLabel"), "reading plots.csv...");
     QPushButton& cancel = child<QPushButton>("cancelProgressButton");
     ASSERT_TRUE(cancel.isVisible());
+    QCoreApplication::processEvents();
+    EXPECT_EQ(cancel.width(), cancel.sizeHint().width());
     cancel.click();
     EXPECT_TRUE(idle());
     importInto(window->document(), *windows, FileKind::matrix, {"plots.csv", matrix});
