@@ -1,7 +1,5 @@
 #include "app/file_kinds.h"
 
-#include <unistd.h>
-
 #include <QCoreApplication>
 #include <QFileInfo>
 #include <QPointer>
@@ -12,7 +10,7 @@
 #include <utility>
 
 #include "app/project_windows.h"
-#include "interchange/open_file.h"
+#include "base/files.h"
 #include "interchange/separator_guess.h"
 #include "interchange/text_file.h"
 #include "platform/file_names.h"
@@ -59,11 +57,10 @@ std::string firstBytes(const QString& path) {
     if (!file) return {};
     std::string bytes;
     for (bool more = true; more;) {
-        const std::size_t size = bytes.size();
-        bytes.resize(size + sampleStep);
-        const ssize_t count = ::read(file.value().descriptor(), bytes.data() + size, sampleStep);
-        bytes.resize(size + (count > 0 ? static_cast<std::size_t>(count) : 0));
-        more = bytes.size() == size + sampleStep && !isEnough(bytes);
+        const Result<std::string> step =
+            readBytes(file.value().descriptor(), sampleStep, bytes.size());
+        if (step) bytes += step.value();
+        more = step && step.value().size() == sampleStep && !isEnough(bytes);
     }
     if (bytes.size() % sampleStep == 0) dropCutLine(bytes);
     return bytes;

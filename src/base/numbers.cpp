@@ -1,7 +1,10 @@
 #include "base/numbers.h"
 
+#include <sys/random.h>
+
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <charconv>
 #include <clocale>
 #include <cmath>
@@ -71,6 +74,38 @@ std::optional<double> parseWholeDouble(std::string_view text) {
     value = strtod_l(terminated.c_str(), &end, cLocale());
     if (end != terminated.c_str() + terminated.size()) return std::nullopt;
     return value;
+}
+
+std::optional<std::int64_t> parseWholeInteger(std::string_view text) {
+    // from_chars takes a minus but no plus.
+    if (text.starts_with('+')) {
+        text.remove_prefix(1);
+        if (text.starts_with('-')) return std::nullopt;
+    }
+    std::int64_t value = 0;
+    const char* end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, value);
+    if (error != std::errc{} || stop != end) return std::nullopt;
+    return value;
+}
+
+// So few bytes are filled whole, but a signal may interrupt the wait for the system's first random
+// numbers. No other failure is possible on a kernel that has the call; without it we abort.
+void fillRandom(void* bytes, std::size_t size) {
+    while (getrandom(bytes, size, 0) != static_cast<ssize_t>(size)) {
+        if (errno != EINTR) std::abort();
+    }
+}
+
+std::string randomHexadecimal(std::size_t bytes) {
+    std::string raw(bytes, '\0');
+    fillRandom(raw.data(), bytes);
+    std::string text;
+    for (const char byte : raw) {
+        text += "0123456789abcdef"[static_cast<unsigned char>(byte) >> 4];
+        text += "0123456789abcdef"[static_cast<unsigned char>(byte) & 15];
+    }
+    return text;
 }
 
 }  // namespace zorvel

@@ -1,7 +1,8 @@
 // Numbers to and from text, the same under every locale: a point is the decimal separator and
-// digits are never grouped.
+// digits are never grouped. Random numbers of the system. Any thread.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -26,5 +27,23 @@ std::string integerText(std::int64_t value);
 // hexadecimal, exponent, "inf", "infinity" and "nan" in any case), without space before or after.
 // A value out of range reads as strtod reads it: an infinity or the nearest denormal or zero.
 std::optional<double> parseWholeDouble(std::string_view text);
+
+// The whole text as one decimal integer, as all comma-separated formats write it: an optional
+// single "+" or "-", then ASCII digits and nothing else. Absent for an empty text, a lone sign, any
+// other character (spaces, a decimal point, an exponent), or a value that does not fit in 64 bits.
+std::optional<std::int64_t> parseWholeInteger(std::string_view text);
+
+// Random bytes that no other process draws too (getrandom); at most 256.
+void fillRandom(void* bytes, std::size_t size);
+
+template <class T>
+T randomValue() {
+    T value{};
+    fillRandom(&value, sizeof value);
+    return value;
+}
+
+// Two random digits per byte.
+std::string randomHexadecimal(std::size_t bytes);
 
 }  // namespace zorvel

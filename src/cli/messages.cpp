@@ -3,9 +3,9 @@
 #include <utility>
 
 #include "base/console.h"
+#include "base/files.h"
 #include "base/numbers.h"
 #include "base/text.h"
-#include "interchange/whole_file.h"
 
 namespace zorvel::cli {
 

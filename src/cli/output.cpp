@@ -1,10 +1,8 @@
 #include "cli/output.h"
 
-#include <filesystem>
-#include <system_error>
 #include <utility>
 
-#include "interchange/whole_file.h"
+#include "base/files.h"
 #include "model/text_project.h"
 
 namespace zorvel::cli {
@@ -22,9 +20,8 @@ bool isNamedAsProject(std::string_view path) {
 
 // By its content or its name, also at the end of symbolic links.
 bool isProject(const std::string& path) {
-    std::error_code error;
-    const std::filesystem::path end = std::filesystem::weakly_canonical(path, error);
-    return isNamedAsProject(path) || isNamedAsProject(end.string()) || holdsProject(path);
+    const Result<std::string> end = resolvedPath(path);
+    return isNamedAsProject(path) || (end && isNamedAsProject(end.value())) || holdsProject(path);
 }
 
 }  // namespace

@@ -1,11 +1,11 @@
 #include <algorithm>
 
+#include "base/numbers.h"
 #include "interchange/characters.h"
 #include "interchange/file_kind.h"
 #include "interchange/lines.h"
 #include "interchange/parsers.h"
 #include "interchange/scan_field.h"
-#include "interchange/whole_integer.h"
 
 namespace zorvel {
 namespace {

@@ -3,9 +3,9 @@
 #include <string>
 #include <utility>
 
+#include "base/numbers.h"
 #include "interchange/local_time.h"
 #include "interchange/parsers.h"
-#include "interchange/whole_integer.h"
 
 namespace zorvel {
 namespace {

@@ -7,7 +7,6 @@
 #include "interchange/characters.h"
 #include "interchange/lines.h"
 #include "interchange/parsers.h"
-#include "interchange/whole_integer.h"
 
 namespace zorvel {
 namespace {

@@ -1,9 +1,9 @@
 #include <algorithm>
 
+#include "base/numbers.h"
 #include "interchange/characters.h"
 #include "interchange/parsers.h"
 #include "interchange/scan_field.h"
-#include "interchange/whole_integer.h"
 #include "interchange/zero_cells.h"
 
 namespace zorvel {

@@ -1,7 +1,7 @@
+#include "base/numbers.h"
 #include "interchange/characters.h"
 #include "interchange/parsers.h"
 #include "interchange/scan_field.h"
-#include "interchange/whole_integer.h"
 
 namespace zorvel {
 namespace {

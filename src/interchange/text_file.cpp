@@ -11,10 +11,10 @@
 #include <stdexcept>
 #include <utility>
 
+#include "base/files.h"
 #include "base/numbers.h"
 #include "interchange/characters.h"
 #include "interchange/encoding_guess.h"
-#include "interchange/open_file.h"
 
 namespace zorvel {
 namespace {

@@ -1,25 +1,11 @@
 #include "metrics/random_source.h"
 
-#include <cerrno>
-#include <cstdlib>
-
-#include <sys/random.h>
+#include "base/numbers.h"
 
 namespace zorvel {
 namespace {
 
 using State = std::array<std::uint64_t, 4>;
-
-// A request of up to 256 bytes is filled whole, but a signal may interrupt the wait for the
-// system's first random numbers. No other failure is possible on a kernel that has the call;
-// without it there is no honest way on.
-State systemState() {
-    State state{};
-    while (getrandom(state.data(), sizeof state, 0) != static_cast<ssize_t>(sizeof state)) {
-        if (errno != EINTR) std::abort();
-    }
-    return state;
-}
 
 State seededState(std::uint64_t seed) {
     State state{};
@@ -55,7 +41,7 @@ void GeneratedRandom::fill(Buffer& buffer) {
     }
 }
 
-SystemRandom::SystemRandom() : GeneratedRandom(systemState()) {}
+SystemRandom::SystemRandom() : GeneratedRandom(randomValue<State>()) {}
 
 SeededRandom::SeededRandom(std::uint64_t seed) : GeneratedRandom(seededState(seed)) {}
 

@@ -1,14 +1,11 @@
 #include "model/text_project.h"
 
-#include <unistd.h>
-
-#include <array>
 #include <utility>
 #include <vector>
 
 #include "base/console.h"
+#include "base/files.h"
 #include "interchange/file_kind.h"
-#include "interchange/open_file.h"
 #include "interchange/text_file.h"
 #include "model/edits.h"
 #include "model/import.h"
@@ -37,9 +34,8 @@ ProjectRecords recordsOf(const std::vector<MockCensus>& censuses) {
 bool holdsProject(const std::string& path) {
     const Result<OpenFile> file = openRegularFile(path);
     if (!file) return false;
-    std::array<char, 16> start{};
-    const ssize_t count = read(file.value().descriptor(), start.data(), start.size());
-    return count > 0 && startsLikeProject({start.data(), static_cast<std::size_t>(count)});
+    const Result<std::string> start = readBytes(file.value().descriptor(), 16);
+    return start && startsLikeProject(start.value());
 }
 
 TextProject readTextProject(const std::string& path, std::optional<FileKind> kind) {

@@ -7,7 +7,6 @@
 
 #include "base/numbers.h"
 #include "interchange/local_time.h"
-#include "interchange/whole_integer.h"
 
 namespace zorvel {
 namespace {

@@ -8,7 +8,9 @@
 #include <cerrno>
 #include <cstdint>
 #include <string_view>
+#include <utility>
 
+#include "base/files.h"
 #include "store/file_failure.h"
 #include "store/project_header.h"
 
@@ -24,20 +26,17 @@ constexpr std::size_t sumFromEnd = 12;
 // The last bytes of a file, enough for the longest name.
 std::string tailOf(const std::string& path) {
     constexpr off_t longest = 4096;
-    const int descriptor = open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
-    if (descriptor < 0) {
+    const OpenFile file(open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    if (!file) {
         // Gone by now, or one that SQLite cannot read either.
         if (errno == ENOENT || errno == EACCES) return {};
         failWithErrno(errno, "open the journal");
     }
-    std::string bytes(longest, '\0');
-    const off_t start = std::max<off_t>(lseek(descriptor, 0, SEEK_END) - longest, 0);
-    const ssize_t count = pread(descriptor, bytes.data(), bytes.size(), start);
-    const int error = errno;
-    close(descriptor);
-    if (count < 0) failWithErrno(error, "read the journal");
-    bytes.resize(static_cast<std::size_t>(count));
-    return bytes;
+    const off_t start = std::max<off_t>(lseek(file.descriptor(), 0, SEEK_END) - longest, 0);
+    Result<std::string> bytes =
+        readBytes(file.descriptor(), longest, static_cast<std::size_t>(start));
+    if (!bytes) failWithErrno(bytes.problem().systemError, "read the journal");
+    return std::move(bytes).value();
 }
 
 bool namesAnotherFile(std::string_view tail) {

@@ -4,6 +4,9 @@
 
 #include <map>
 #include <mutex>
+#include <utility>
+
+#include "base/files.h"
 
 #include "store/file_failure.h"
 
@@ -64,13 +67,6 @@ int addDescriptor(Held& held, const std::string& path, int access, FileIdentity 
 // Whether the file may be there to be read all the same.
 bool forbidsWriting(int error) {
     return error == EACCES || error == EPERM || error == EROFS || error == ETXTBSY;
-}
-
-// It is the folder that says no.
-[[noreturn]] void failToMake(int error) {
-    const bool forbidden = error == EACCES || error == EPERM;
-    fail(forbidden ? FileTrouble::readOnlyFolder : troubleOfErrno(error),
-         "make a file in the folder", error);
 }
 
 // An error number; 0 where the mark is set, or gone.
@@ -149,21 +145,6 @@ std::unique_ptr<FileHandle> FileHandle::open(const std::string& path, Use use) {
     return handle;
 }
 
-std::unique_ptr<FileHandle> FileHandle::create(const std::string& path, mode_t mode) {
-    const std::lock_guard lock(heldFiles().mutex);
-    const int created = ::open(path.c_str(), O_RDWR | O_CREAT | O_EXCL | alwaysFlags, mode);
-    if (created < 0) failToMake(errno);
-    close(created);
-    try {
-        std::unique_ptr<FileHandle> handle = open(path, Use::write);
-        if (!handle->isMarked()) failWithErrno(handle->reasonUnmarked_, "open the new file");
-        return handle;
-    } catch (...) {
-        unlink(path.c_str());
-        throw;
-    }
-}
-
 void FileHandle::mark() {
     Held& held = heldFiles().files[identity_];
     if (held.marked) fail(FileTrouble::heldElsewhere, "by this program");
@@ -175,11 +156,9 @@ void FileHandle::mark() {
 }
 
 std::string FileHandle::start(std::size_t size) const {
-    std::string bytes(size, '\0');
-    const ssize_t count = pread(descriptor(), bytes.data(), size, 0);
-    if (count < 0) failWithErrno(errno, "read");
-    bytes.resize(static_cast<std::size_t>(count));
-    return bytes;
+    Result<std::string> bytes = readBytes(descriptor(), size);
+    if (!bytes) failWithErrno(bytes.problem().systemError, "read");
+    return std::move(bytes).value();
 }
 
 int FileHandle::descriptor() const {

@@ -62,8 +62,6 @@ class FileHandle {
     // Fails for what is no file, for one that may not be read, and, for writing, one that is
     // marked already, by this process or another.
     static std::unique_ptr<FileHandle> open(const std::string& path, Use use);
-    // A new file of no bytes, marked; fails where there is one of that name.
-    static std::unique_ptr<FileHandle> create(const std::string& path, mode_t mode);
     ~FileHandle();
     FileHandle(const FileHandle&) = delete;
     FileHandle& operator=(const FileHandle&) = delete;

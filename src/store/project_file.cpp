@@ -1,17 +1,20 @@
 #include "store/project_file.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <utility>
 
+#include "base/files.h"
+#include "base/numbers.h"
 #include "store/companion_files.h"
 #include "store/file_failure.h"
 #include "store/file_handle.h"
-#include "store/file_paths.h"
 #include "store/project_format.h"
 #include "store/project_header.h"
 #include "store/project_migration.h"
 #include "store/project_reader.h"
 #include "store/project_writer.h"
-#include "store/random_bytes.h"
 #include "store/replacement_file.h"
 #include "store/sqlite_connection.h"
 #include "store/sqlite_statement.h"
@@ -23,17 +26,23 @@ using Blocks = std::vector<BlockPointer>;
 
 ProjectRow newProjectRow() {
     return {randomHexadecimal(4) + "-" + randomHexadecimal(4) + "-" + randomHexadecimal(8), 1,
-            randomInteger()};
+            randomValue<std::int64_t>()};
 }
 
 bool sameWrite(const ProjectRow& a, const ProjectRow& b) {
     return a.generation == b.generation && a.token == b.token;
 }
 
+std::string resolvedOrFail(const std::string& path) {
+    Result<std::string> resolved = resolvedPath(path);
+    if (!resolved) failWithErrno(resolved.problem().systemError, "follow the symbolic links");
+    return std::move(resolved).value();
+}
+
 // Why the file cannot be written, as far as permissions tell; nothing where it can.
 std::optional<FileProblem> reasonNotToWrite(const std::string& path, bool readOnly) {
     if (readOnly) return FileProblem{FileTrouble::readOnlyFile, "opened for reading alone", 0};
-    if (!isFolderWritable(folderOf(path))) {
+    if (faccessat(AT_FDCWD, folderOf(path).c_str(), W_OK | X_OK, AT_EACCESS) != 0) {
         return FileProblem{FileTrouble::readOnlyFolder, {}, errno};
     }
     return std::nullopt;
@@ -106,7 +115,7 @@ FileResult<std::unique_ptr<ProjectFile>> ProjectFile::open(const std::string& pa
     return guardedResult<std::unique_ptr<ProjectFile>>([&] {
         auto parts = std::make_unique<Parts>();
         parts->path = path;
-        parts->resolved = resolvedPath(path);
+        parts->resolved = resolvedOrFail(path);
         parts->options = options;
         parts->hold();
         const int version = checkHeader(parts->handle->start(headerSize));
@@ -145,7 +154,7 @@ FileResult<std::unique_ptr<ProjectFile>> ProjectFile::create(const std::string& 
     return guardedResult<std::unique_ptr<ProjectFile>>([&] {
         auto parts = std::make_unique<Parts>();
         parts->path = path;
-        parts->resolved = resolvedPath(path);
+        parts->resolved = resolvedOrFail(path);
         parts->options = options;
         parts->options.readOnly = false;
         parts->written = {newProjectRow(), state.blocks(), 0};
@@ -245,7 +254,7 @@ void ProjectFile::Parts::write(Blocks blocks) {
     const ChangeSet changes = changesBetween(written.blocks, blocks);
     if (changes.empty() && safe) return;
     const std::int64_t generation = written.row.generation % highestNumber + 1;
-    WrittenState next{{written.row.identity, generation, randomInteger()},
+    WrittenState next{{written.row.identity, generation, randomValue<std::int64_t>()},
                       std::move(blocks),
                       written.changes + 1};
     stamp.reset();
@@ -282,7 +291,7 @@ void ProjectFile::Parts::checkCopy(Connection& copy) const {
 
 std::optional<FileProblem> ProjectFile::copyTo(const std::string& path) {
     return guarded([&] {
-        ReplacementFile file(resolvedPath(path), parts_->options.vfs);
+        ReplacementFile file(resolvedOrFail(path), parts_->options.vfs);
         file.adoptPermissions(*parts_->handle, S_IRUSR | S_IWUSR);
         {
             Connection copy(file.temporaryPath(), Connection::Access::build, parts_->options.vfs);

@@ -1,16 +1,11 @@
 #include "store/replacement_file.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
-#include <cstdio>
 #include <ctime>
 #include <filesystem>
 #include <utility>
 
 #include "store/companion_files.h"
 #include "store/file_failure.h"
-#include "store/file_paths.h"
 #include "store/project_header.h"
 #include "store/sqlite_connection.h"
 #include "store/sqlite_statement.h"
@@ -18,17 +13,23 @@
 namespace zorvel {
 namespace {
 
-constexpr mode_t newFileMode = 0666;  // less what the umask takes away
+constexpr mode_t ownerOnly = 0600;
 
 bool exists(const std::string& path) {
     struct stat status {};
     return lstat(path.c_str(), &status) == 0;
 }
 
+struct stat statusOf(const FileHandle& handle) {
+    struct stat status {};
+    if (fstat(handle.descriptor(), &status) != 0) failWithErrno(errno, "look at the file");
+    return status;
+}
+
 std::unique_ptr<FileHandle> heldForReplacement(const std::string& path,
-                                               ReplacementFile::Place place) {
+                                               TemporaryFile::Place place) {
     if (!exists(path)) return nullptr;
-    if (place == ReplacementFile::Place::free) failWithErrno(EEXIST, "make the file");
+    if (place == TemporaryFile::Place::free) failWithErrno(EEXIST, "make the file");
     auto held = FileHandle::open(path, FileHandle::Use::write);
     if (!held->isMarked()) {
         fail(FileTrouble::readOnlyFile, "the file to be replaced", held->reasonUnmarked());
@@ -61,34 +62,27 @@ ReplacementFile::ReplacementFile(const std::string& path, const char* vfs, Place
 ReplacementFile::ReplacementFile(std::string path, const char* vfs,
                                  std::unique_ptr<FileHandle> replaced)
     : path_(std::move(path)),
-      temporary_(temporaryBeside(path_)),
       vfs_(vfs),
       replaced_(std::move(replaced)),
-      handle_(FileHandle::create(temporary_, newFileMode)) {
-    try {
-        if (replaced_) adoptPermissions(*replaced_);
-    } catch (...) {
-        unlink(temporary_.c_str());
-        throw;
+      temporary_(path_, TemporaryFile::Content::project, replaced_ ? ownerOnly : 0666) {
+    if (const int error = temporary_.creationError()) {
+        const bool folderForbids = error == EACCES || error == EPERM;
+        fail(folderForbids ? FileTrouble::readOnlyFolder : troubleOfErrno(error),
+             "make a file in the folder", error);
     }
-}
-
-ReplacementFile::~ReplacementFile() {
-    if (!placed_) unlink(temporary_.c_str());
+    handle_ = FileHandle::open(temporary_.path(), FileHandle::Use::write);
+    if (!handle_->isMarked()) failWithErrno(handle_->reasonUnmarked(), "open the new file");
+    if (replaced_) adoptPermissions(*replaced_);
 }
 
 void ReplacementFile::adoptPermissions(const FileHandle& from, mode_t more) {
-    struct stat status {};
-    if (fstat(from.descriptor(), &status) != 0) failWithErrno(errno, "look at the file");
-    // Only the super-user may give a file away; for others it stays theirs.
-    if (fchown(handle_->descriptor(), status.st_uid, status.st_gid) != 0) errno = 0;
-    if (fchmod(handle_->descriptor(), (status.st_mode & 07777U) | more) != 0) {
-        failWithErrno(errno, "set the permissions");
+    if (const int error = temporary_.adoptPermissions(statusOf(from), more)) {
+        failWithErrno(error, "set the permissions");
     }
 }
 
-// A journal that was left beside the old file would be played back into the new one. It goes; but
-// the old file gets what is its due first, in case that the new one does not take its place.
+// A journal left beside the old file would be played back into the new one, so it is removed. It is
+// played back into the old file first, in case the rename fails.
 void ReplacementFile::clearCompanions() {
     if (replaced_ && exists(journalOf(path_))) {
         guarded([this] {
@@ -105,27 +99,17 @@ void ReplacementFile::clearCompanions() {
     }
 }
 
-// The error number, 0 if all went well.
-int ReplacementFile::move() const {
-    if (place_ == Place::free) {
-        if (renameat2(AT_FDCWD, temporary_.c_str(), AT_FDCWD, path_.c_str(), RENAME_NOREPLACE) ==
-            0) {
-            return 0;
-        }
-        // Some file systems know no such renaming.
-        if (errno != EINVAL || exists(path_)) return errno == EINVAL ? EEXIST : errno;
-    }
-    return std::rename(temporary_.c_str(), path_.c_str()) == 0 ? 0 : errno;
-}
-
 std::unique_ptr<FileHandle> ReplacementFile::takePlace() {
-    if (fsync(handle_->descriptor()) != 0) failWithErrno(errno, "sync the new file");
-    // What lies beside a file that came meanwhile belongs to that file.
+    if (const int error = temporary_.sync()) failWithErrno(error, "sync the new file");
+    // The companions of a file that came meanwhile belong to that file.
     if (place_ == Place::free && exists(path_)) failWithErrno(EEXIST, "make the file");
     clearCompanions();
-    if (const int error = move()) failWithErrno(error, "rename the new file");
-    placed_ = true;
-    syncFolder(folderOf(path_), handle_->descriptor());
+    if (const int error = temporary_.moveTo(path_, place_)) {
+        failWithErrno(error, "rename the new file");
+    }
+    if (const int error = syncFolder(folderOf(path_), handle_->descriptor())) {
+        failWithErrno(error, "sync the folder");
+    }
     return std::move(handle_);
 }
 

@@ -6,30 +6,24 @@
 #include <memory>
 #include <string>
 
+#include "base/files.h"
 #include "store/file_handle.h"
 
 namespace zorvel {
 
 class ReplacementFile {
   public:
-    enum class Place {
-        any,
-        free,  // fails with EEXIST where a file is at the path, or comes there meanwhile
-    };
+    using Place = TemporaryFile::Place;
     // An empty file. A file at the path must be one that may be written, and must not be open
     // elsewhere; its permissions, and where possible its owner, go over to the new one. path: see
     // resolvedPath().
     ReplacementFile(const std::string& path, const char* vfs, Place place = Place::any);
     // The same where the file at the path is held already, and marked.
     ReplacementFile(std::string path, const char* vfs, std::unique_ptr<FileHandle> replaced);
-    ~ReplacementFile();
-    ReplacementFile(const ReplacementFile&) = delete;
-    ReplacementFile& operator=(const ReplacementFile&) = delete;
-
-    // Those of another file, before it is filled. more: permissions added to them.
+    // Those of another file, before this one is filled. more: permissions added to them.
     void adoptPermissions(const FileHandle& from, mode_t more = 0);
 
-    [[nodiscard]] const std::string& temporaryPath() const { return temporary_; }
+    [[nodiscard]] const std::string& temporaryPath() const { return temporary_.path(); }
 
     // Takes the path. The handle of the new file, marked as open. It has its place already where
     // only the syncing of the folder failed.
@@ -37,15 +31,13 @@ class ReplacementFile {
 
   private:
     void clearCompanions();
-    [[nodiscard]] int move() const;
 
     std::string path_;
-    std::string temporary_;
     const char* vfs_;
     Place place_ = Place::any;
     std::unique_ptr<FileHandle> replaced_;
+    TemporaryFile temporary_;
     std::unique_ptr<FileHandle> handle_;
-    bool placed_ = false;
 };
 
 // Removes what killed programs have left in a folder of files that they had not finished: what no

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "interchange/whole_integer.h"
+#include "base/numbers.h"
 
 namespace zorvel {
 namespace {

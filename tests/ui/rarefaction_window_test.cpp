@@ -1,9 +1,7 @@
 #include "ui/analysis/rarefaction_window_controller.h"
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
-#include <csignal>
 
 #include <QApplication>
 #include <QCheckBox>
@@ -39,7 +37,6 @@
 #include "tests/support/wait_until.h"
 #include "ui/analysis/rarefaction_view.h"
 #include "ui/fake_panels.h"
-#include "ui/kit/file_writing.h"
 
 namespace zorvel {
 namespace {
@@ -443,7 +440,7 @@ TEST_F(RarefactionWindowTest, CopiesPlotAndTable) {
 TEST(SavePanelTest, AsksBeforeItReplacesAFileWhoseEndingWasNotTyped) {
     const QTemporaryDir folder;
     const QString there = folder.filePath("St. Helena.pdf");
-    ASSERT_EQ(writeWholeFile(there, "old"), "");
+    QFile(there).open(QIODevice::WriteOnly);
     QApplication::setAttribute(Qt::AA_DontUseNativeDialogs);
     QStringList asked;
     const auto answer = [&] {
@@ -464,26 +461,6 @@ TEST(SavePanelTest, AsksBeforeItReplacesAFileWhoseEndingWasNotTyped) {
     EXPECT_EQ(panel.chooseFile(nullptr, "Save Plot", "plot", {{"PDF", ".pdf"}}), "");
     ASSERT_EQ(asked.size(), 1);
     EXPECT_TRUE(asked.front().contains("Helena.pdf")) << asked.front().toStdString();
-}
-
-TEST(FileWritingTest, AFileThatCannotBeWrittenWholeStaysAsItWas) {
-    const QTemporaryDir folder;
-    const QString path = folder.filePath("table.csv");
-    ASSERT_EQ(writeWholeFile(path, "old"), "");
-    struct rlimit before = {};
-    getrlimit(RLIMIT_FSIZE, &before);
-    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-    struct rlimit little = before;
-    little.rlim_cur = 1000;
-    setrlimit(RLIMIT_FSIZE, &little);
-    const QString problem = writeWholeFile(path, QByteArray(100000, 'x'));
-    setrlimit(RLIMIT_FSIZE, &before);
-    std::signal(SIGXFSZ, handler);
-    EXPECT_EQ(problem.toStdString(), "File too large");
-    QFile file(path);
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    EXPECT_EQ(file.readAll(), "old");
-    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files).size(), 1);  // nothing is left behind
 }
 
 }  // namespace

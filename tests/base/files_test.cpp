@@ -10,9 +10,10 @@
 #include <string>
 #include <thread>
 
-#include "interchange/text_file.h"
-#include "interchange/whole_file.h"
+#include "base/files.h"
+#include "tests/support/child_process.h"
 #include "tests/support/scratch_folder.h"
+#include "tests/support/system_calls.h"
 
 namespace zorvel {
 namespace {
@@ -52,6 +53,45 @@ TEST_F(WholeFile, AnExistingFileKeepsItsMode) {
     EXPECT_EQ(bytesOf("old.csv"), "new");
     EXPECT_EQ(modeOf("old.csv"), 0604U);
     EXPECT_EQ(entries(), 1U);
+}
+
+// A group that the writer is not in cannot be given.
+TEST_F(WholeFile, NobodyGetsMoreAccessThanToTheOldFile) {
+    if (geteuid() != 0) GTEST_SKIP() << "only the superuser can make another's file";
+    chmod(folder_.c_str(), 0777);
+    const struct {
+        gid_t group;
+        unsigned before;
+        unsigned after;
+    } rows[] = {{idOfNobody, 0660, 0660}, {0, 0662, 0602}};
+    for (const auto& row : rows) {
+        put("old.csv", "old");
+        EXPECT_EQ(chown(path("old.csv").c_str(), 0, row.group), 0);
+        chmod(path("old.csv").c_str(), row.before);
+        ChildProcess other([&] { return std::to_string(write("old.csv", "new")); }, true);
+        EXPECT_EQ(other.word(), "0");
+        EXPECT_EQ(bytesOf("old.csv"), "new");
+        EXPECT_EQ(modeOf("old.csv"), row.after);
+        std::filesystem::remove(path("old.csv"));
+    }
+}
+
+class ListedCalls : public CallListener {
+  public:
+    std::string list;
+
+  private:
+    void after(const FileCall& call) override {
+        if (call.kind == CallKind::sync) list += call.syncsFolder ? "sync folder, " : "sync, ";
+        if (call.kind == CallKind::rename) list += "rename, ";
+    }
+};
+
+TEST_F(WholeFile, IsSafeOnTheDiskBeforeTheOldOneGoes) {
+    ListedCalls calls;
+    const SystemCalls heard(calls);
+    EXPECT_EQ(write("new.csv", "text"), 0);
+    EXPECT_EQ(calls.list, "sync, rename, sync folder, ");
 }
 
 TEST_F(WholeFile, AReadOnlyFileStays) {
@@ -114,7 +154,7 @@ TEST_F(WholeFile, APipeIsWrittenDirectly) {
     ASSERT_EQ(mkfifo(path("pipe").c_str(), 0600), 0);
     const std::string bytes(200'000, 'x');  // more than a pipe holds
     std::string received;
-    std::thread reader([&] { received = readFileBytes(path("pipe")).value(); });
+    std::thread reader([&] { received = bytesOf("pipe"); });
     EXPECT_EQ(write("pipe", bytes), 0);
     reader.join();
     EXPECT_EQ(received, bytes);
