@@ -1,10 +1,7 @@
 // Panels for windows that are only measured: nobody answers.
 #pragma once
 
-#include "ui/kit/alerts.h"
-#include "ui/kit/open_panel.h"
 #include "ui/kit/panels.h"
-#include "ui/kit/save_panel.h"
 
 namespace zorvel {
 

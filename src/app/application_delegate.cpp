@@ -6,7 +6,7 @@
 #include "app/preferences_window_controller.h"
 #include "app/project_windows.h"
 #include "platform/document_controller.h"
-#include "ui/kit/link_opener.h"
+#include "ui/kit/panels.h"
 
 namespace zorvel {
 

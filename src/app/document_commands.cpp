@@ -7,8 +7,7 @@
 
 #include "platform/document.h"
 #include "platform/file_reading.h"
-#include "ui/kit/alerts.h"
-#include "ui/kit/save_panel.h"
+#include "ui/kit/panels.h"
 #include "ui/main/main_view_controller.h"
 #include "ui/main/main_window_controller.h"
 

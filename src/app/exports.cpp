@@ -9,9 +9,8 @@
 #include "platform/document.h"
 #include "platform/file_names.h"
 #include "platform/job_queue.h"
-#include "ui/kit/alerts.h"
 #include "ui/kit/message_strip.h"
-#include "ui/kit/save_panel.h"
+#include "ui/kit/panels.h"
 #include "ui/main/main_view_controller.h"
 #include "ui/main/main_window_controller.h"
 

@@ -16,11 +16,7 @@
 #include "platform/document_controller.h"
 #include "platform/job_queue.h"
 #include "platform/settings.h"
-#include "ui/kit/alerts.h"
-#include "ui/kit/color_panel.h"
-#include "ui/kit/link_opener.h"
-#include "ui/kit/open_panel.h"
-#include "ui/kit/save_panel.h"
+#include "ui/kit/panels.h"
 
 namespace {
 

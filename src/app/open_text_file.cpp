@@ -11,8 +11,7 @@
 #include "interchange/text_file.h"
 #include "platform/job_queue.h"
 #include "platform/project_writes.h"
-#include "ui/kit/alerts.h"
-#include "ui/kit/open_panel.h"
+#include "ui/kit/panels.h"
 #include "ui/main/main_view_controller.h"
 #include "ui/main/main_window_controller.h"
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "app/preferences_view_controller.h"
-#include "ui/kit/placed_window.h"
+#include "ui/kit/window_placement.h"
 
 namespace zorvel {
 

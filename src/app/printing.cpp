@@ -11,9 +11,9 @@
 
 #include "app/project_windows.h"
 #include "platform/file_names.h"
-#include "ui/analysis/plot_printing.h"
+#include "ui/analysis/plot_files.h"
 #include "ui/analysis/project_wide_metrics_window_controller.h"
-#include "ui/analysis/rarefaction_window_controller.h"
+#include "ui/analysis/rarefaction_view_controller.h"
 #include "ui/kit/alerts.h"
 #include "ui/kit/file_writing.h"
 #include "ui/kit/message_strip.h"

@@ -4,15 +4,36 @@
 
 #include <QObject>
 #include <QPageLayout>
+#include <QPageRanges>
+#include <QPagedPaintDevice>
 #include <QString>
 #include <functional>
+#include <memory>
 #include <optional>
 
-#include "ui/kit/print_panel.h"
+#include "ui/kit/alerts.h"
 
 namespace zorvel {
 
 class ProjectWindows;
+
+// A printer, or a PDF file of these pages.
+struct PrintTarget {
+    std::unique_ptr<QPagedPaintDevice> printer;  // null for a file
+    QString path;
+    QPageLayout layout;
+    QPageRanges pages;  // empty: all
+};
+
+// Asks what to print on. An interface, so that a test can answer.
+class PrintPanel : public Panel {
+  public:
+    // title: what the printer is told; orientation: what the panel begins with. Absent if
+    // cancelled. The panel has asked whether an existing file may be replaced. Waits for the
+    // answer.
+    virtual std::optional<PrintTarget> choosePrinter(QWidget* parent, const QString& title,
+                                                     QPageLayout::Orientation orientation) = 0;
+};
 
 // Asks by the desktop's panel.
 class DesktopPrintPanel final : public PrintPanel {

@@ -16,10 +16,9 @@
 #include "platform/settings.h"
 #include "ui/analysis/project_wide_metrics_window_controller.h"
 #include "ui/analysis/rarefaction_view.h"
-#include "ui/analysis/rarefaction_window_controller.h"
-#include "ui/kit/alerts.h"
-#include "ui/kit/fitting_size.h"
-#include "ui/kit/open_panel.h"
+#include "ui/analysis/rarefaction_view_controller.h"
+#include "ui/kit/panels.h"
+#include "ui/kit/window_placement.h"
 #include "ui/main/main_view_controller.h"
 #include "ui/main/main_window_controller.h"
 

@@ -8,7 +8,7 @@
 #include <algorithm>
 #include <vector>
 
-#include "ui/analysis/rarefaction_window_controller.h"
+#include "ui/analysis/rarefaction_view_controller.h"
 #include "ui/kit/shown_text.h"
 #include "ui/main/main_window_controller.h"
 

@@ -20,9 +20,7 @@
 #include "platform/job_queue.h"
 #include "tests/support/offscreen_home.h"
 #include "tests/support/wait_until.h"
-#include "ui/kit/alerts.h"
-#include "ui/kit/open_panel.h"
-#include "ui/kit/save_panel.h"
+#include "ui/kit/panels.h"
 #include "ui/main/main_view_controller.h"
 #include "ui/main/main_window_controller.h"
 

@@ -9,7 +9,7 @@
 
 #include "model/edits.h"
 #include "ui/analysis/project_wide_metrics_window_controller.h"
-#include "ui/analysis/rarefaction_window_controller.h"
+#include "ui/analysis/rarefaction_view_controller.h"
 #include "ui/main/shared_name_texts.h"
 #include "ui/window_fixture.h"
 

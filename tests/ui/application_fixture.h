@@ -5,8 +5,7 @@
 
 #include "app/application_delegate.h"
 #include "app/preferences_window_controller.h"
-#include "ui/kit/color_panel.h"
-#include "ui/kit/link_opener.h"
+#include "ui/kit/panels.h"
 #include "ui/window_fixture.h"
 
 namespace zorvel {

@@ -4,7 +4,7 @@
 #include <QMenuBar>
 
 #include "ui/analysis/project_wide_metrics_window_controller.h"
-#include "ui/analysis/rarefaction_window_controller.h"
+#include "ui/analysis/rarefaction_view_controller.h"
 #include "ui/application_fixture.h"
 
 namespace zorvel {

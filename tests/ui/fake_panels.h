@@ -5,9 +5,7 @@
 
 #include <QStringList>
 
-#include "ui/kit/alerts.h"
-#include "ui/kit/open_panel.h"
-#include "ui/kit/save_panel.h"
+#include "ui/kit/panels.h"
 
 namespace zorvel {
 

@@ -9,7 +9,7 @@
 #include "app/file_kinds.h"
 #include "app/imports.h"
 #include "ui/kit/message_strip.h"
-#include "ui/kit/open_panel.h"
+#include "ui/kit/panels.h"
 #include "ui/window_fixture.h"
 
 namespace zorvel {

@@ -25,17 +25,15 @@
 #include <utility>
 #include <vector>
 
-#include "ui/kit/card.h"
-#include "ui/kit/color_palette.h"
-#include "ui/kit/fitting_size.h"
+#include "ui/kit/color_controls.h"
 #include "ui/kit/glyphs.h"
 #include "ui/kit/look.h"
 #include "ui/kit/look_style.h"
 #include "ui/kit/message_strip.h"
 #include "ui/kit/shown_text.h"
-#include "ui/kit/spinner.h"
+#include "ui/kit/small_widgets.h"
 #include "ui/kit/value_field.h"
-#include "ui/kit/wrapped_label.h"
+#include "ui/kit/window_placement.h"
 
 namespace zorvel {
 namespace {

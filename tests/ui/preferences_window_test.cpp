@@ -5,9 +5,7 @@
 #include <QSignalSpy>
 
 #include "ui/application_fixture.h"
-#include "ui/kit/color_chip.h"
-#include "ui/kit/color_palette.h"
-#include "ui/kit/color_well.h"
+#include "ui/kit/color_controls.h"
 
 namespace zorvel {
 namespace {

@@ -7,9 +7,9 @@
 #include <QRegularExpression>
 
 #include "app/printing.h"
-#include "ui/analysis/plot_printing.h"
+#include "ui/analysis/plot_files.h"
 #include "ui/analysis/project_wide_metrics_window_controller.h"
-#include "ui/analysis/rarefaction_window_controller.h"
+#include "ui/analysis/rarefaction_view_controller.h"
 #include "ui/kit/message_strip.h"
 #include "ui/kit/printed_sheet.h"
 #include "window_fixture.h"

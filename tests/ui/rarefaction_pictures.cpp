@@ -14,7 +14,7 @@
 #include "model/diversity_document.h"
 #include "platform/preferences.h"
 #include "ui/analysis/rarefaction_view.h"
-#include "ui/analysis/rarefaction_window_controller.h"
+#include "ui/analysis/rarefaction_view_controller.h"
 
 namespace zorvel {
 

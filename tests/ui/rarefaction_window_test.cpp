@@ -1,4 +1,4 @@
-#include "ui/analysis/rarefaction_window_controller.h"
+#include "ui/analysis/rarefaction_view_controller.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

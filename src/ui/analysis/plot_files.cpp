@@ -1,12 +1,17 @@
 #include "ui/analysis/plot_files.h"
 
 #include <QBuffer>
+#include <QFontMetrics>
 #include <QMarginsF>
 #include <QPageLayout>
 #include <QPageSize>
+#include <QPagedPaintDevice>
 #include <QPainter>
 #include <QPdfWriter>
 #include <QSvgGenerator>
+#include <algorithm>
+
+#include "ui/analysis/rarefaction_painting.h"
 
 namespace zorvel {
 
@@ -14,6 +19,10 @@ namespace {
 
 constexpr int pointsPerInch = 72;
 constexpr double cmPerInch = 2.54;
+constexpr int axisTitleRoom = 24;  // points, as all lengths
+constexpr int nameRoom = 28;
+constexpr int nameMargin = 8;
+constexpr int centredLine = Qt::AlignCenter | Qt::TextSingleLine;
 
 // Whether something could be painted; the bytes are in memory, so only an empty size fails.
 bool paintOn(QPaintDevice& device, const PlotDrawing& drawing) {
@@ -23,7 +32,45 @@ bool paintOn(QPaintDevice& device, const PlotDrawing& drawing) {
     return painter.end();
 }
 
+QFont fontOf(int size, bool bold) {
+    QFont font = plotLabelFont();
+    font.setPixelSize(size);
+    font.setBold(bold);
+    return font;
+}
+
+void drawTitles(QPainter& painter, const PlotTitles& titles, const QSize& page, const QRect& plot) {
+    painter.setRenderHint(QPainter::TextAntialiasing);
+    painter.setPen(Qt::black);
+    painter.setFont(fontOf(14, true));
+    const QString name =
+        QFontMetrics(painter.font())
+            .elidedText(titles.name, Qt::ElideRight, page.width() - 2 * nameMargin);
+    painter.drawText(QRect(0, 0, page.width(), plot.top()), centredLine, name);
+    painter.setFont(fontOf(12, false));
+    painter.drawText(QRect(plot.left(), plot.bottom() + 1, plot.width(), axisTitleRoom),
+                     centredLine, titles.below);
+    painter.translate(0, plot.bottom() + 1);
+    painter.rotate(-90);
+    painter.drawText(QRect(0, 0, plot.height(), axisTitleRoom), centredLine, titles.beside);
+}
+
 }  // namespace
+
+PlotDrawing titledPlot(const PlotDrawing& plot, const PlotTitles& titles) {
+    const QRect inner(QPoint(axisTitleRoom, titles.name.isEmpty() ? 0 : nameRoom), plot.size);
+    const QSize page(inner.right() + 1, inner.bottom() + 1 + axisTitleRoom);
+    return {page, plot.title, [plot, titles, page, inner](QPainter& painter) {
+                painter.fillRect(QRect(QPoint(), page), Qt::white);
+                painter.save();
+                painter.translate(inner.topLeft());
+                plot.draw(painter);
+                painter.restore();
+                painter.save();
+                drawTitles(painter, titles, page, inner);
+                painter.restore();
+            }};
+}
 
 QByteArray pdfOf(const PlotDrawing& drawing) {
     if (drawing.size.isEmpty()) return {};
@@ -85,6 +132,21 @@ QByteArray pngOf(const QImage& image) {
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
     return image.save(&buffer, "PNG") ? bytes : QByteArray();
+}
+
+bool printDrawing(QPagedPaintDevice& device, const PlotDrawing& drawing) {
+    QPainter painter;
+    if (drawing.size.isEmpty() || !painter.begin(&device)) return false;
+    const double unit = device.logicalDpiX() / 72.0;  // pixels a point
+    const QSizeF page(device.width(), device.height());
+    const QSizeF size(drawing.size);
+    const double scale =
+        std::min({unit, page.width() / size.width(), page.height() / size.height()});
+    painter.translate((page.width() - scale * size.width()) / 2,
+                      (page.height() - scale * size.height()) / 2);
+    painter.scale(scale, scale);
+    drawing.draw(painter);
+    return painter.end();
 }
 
 }  // namespace zorvel

@@ -8,12 +8,9 @@
 #include <QScrollArea>
 #include <QVBoxLayout>
 
-#include "ui/kit/card.h"
-#include "ui/kit/elided_label.h"
 #include "ui/kit/look.h"
-#include "ui/kit/spinner.h"
+#include "ui/kit/small_widgets.h"
 #include "ui/kit/value_field.h"
-#include "ui/kit/wrapped_label.h"
 
 namespace zorvel {
 namespace {

@@ -14,7 +14,7 @@
 #include "ui/kit/look.h"
 #include "ui/kit/metric_sheet.h"
 #include "ui/kit/shown_text.h"
-#include "ui/kit/spinner.h"
+#include "ui/kit/small_widgets.h"
 #include "ui/kit/value_field.h"
 
 namespace zorvel {

@@ -3,7 +3,7 @@
 #pragma once
 
 #include "ui/analysis/project_wide_metrics_view_controller.h"
-#include "ui/kit/placed_window.h"
+#include "ui/kit/window_placement.h"
 
 namespace zorvel {
 

@@ -1,6 +1,9 @@
 #include "ui/analysis/rarefaction_view.h"
 
+#include <QApplication>
+#include <QGridLayout>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QMouseEvent>
 #include <QPainter>
 #include <algorithm>
@@ -11,12 +14,33 @@
 #include "base/numbers.h"
 #include "platform/preferences.h"
 #include "ui/analysis/rarefaction_painting.h"
+#include "ui/kit/look.h"
 
 namespace zorvel {
 
 namespace {
 
 constexpr int pageOfPoints = 10;  // by the page keys
+
+// A line of text that reads upwards.
+class UpwardLabel : public QLabel {
+  public:
+    using QLabel::QLabel;
+
+    [[nodiscard]] QSize sizeHint() const override { return QLabel::sizeHint().transposed(); }
+    [[nodiscard]] QSize minimumSizeHint() const override {
+        return QLabel::minimumSizeHint().transposed();
+    }
+
+  protected:
+    void paintEvent(QPaintEvent* /*event*/) override {
+        QPainter painter(this);
+        painter.setPen(palette().color(QPalette::WindowText));
+        painter.translate(0, height());
+        painter.rotate(-90);
+        painter.drawText(QRect(0, 0, height(), width()), Qt::AlignCenter, text());
+    }
+};
 
 // The level of the preferences at this moment; a line tells of one that is not in use.
 std::optional<ConfidenceLevel> preferredLevel() {
@@ -166,6 +190,38 @@ QSize RarefactionView::sizeHint() const {
 
 QSize RarefactionView::minimumSizeHint() const {
     return {200, 150};
+}
+
+PlotPaper::PlotPaper(QWidget* plot, const QString& xTitle, const QString& yTitle, QWidget* parent)
+    : QFrame(parent) {
+    setPalette(lookPalette(ColorScheme::light));
+    auto* below = new QLabel(xTitle, this);
+    below->setObjectName("sampleSizeAxisTitle");
+    below->setAlignment(Qt::AlignCenter);
+    auto* beside = new UpwardLabel(yTitle, this);
+    beside->setObjectName("richnessAxisTitle");
+    auto* grid = new QGridLayout(this);
+    grid->setContentsMargins(12, 8, 8, 12);
+    grid->setSpacing(0);
+    grid->addWidget(beside, 0, 0);
+    grid->addWidget(plot, 0, 1);
+    grid->addWidget(below, 1, 1);
+    grid->setColumnStretch(1, 1);
+    grid->setRowStretch(0, 1);
+}
+
+void PlotPaper::setFocused(bool focused) {
+    focused_ = focused;
+    update();
+}
+
+void PlotPaper::paintEvent(QPaintEvent* /*event*/) {
+    const LookColors& around = lookColors(QApplication::palette());
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(focused_ ? around.accent : around.border, focused_ ? 2 : 1));
+    painter.setBrush(Qt::white);
+    painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), 8, 8);
 }
 
 }  // namespace zorvel

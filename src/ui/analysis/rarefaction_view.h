@@ -1,8 +1,9 @@
 // Draws one rarefaction curve over its confidence band, in the colour and at the level that the
 // preferences name at each draw. A record can be marked, by pointing at it or with the arrow keys;
-// the mark is on the screen alone. Main thread.
+// the mark is on the screen alone. The plot stands on a sheet of white paper. Main thread.
 #pragma once
 
+#include <QFrame>
 #include <QWidget>
 #include <optional>
 #include <vector>
@@ -65,6 +66,24 @@ class RarefactionView : public QWidget {
     std::optional<std::vector<Rarefaction>> rarefactionData_;
     PlotGeometry geometry_;
     int marked_ = -1;
+};
+
+// The white sheet under a plot, in both schemes, with the titles of its axes.
+class PlotPaper : public QFrame {
+    Q_OBJECT
+  public:
+    // Takes the plot.
+    PlotPaper(QWidget* plot, const QString& xTitle, const QString& yTitle,
+              QWidget* parent = nullptr);
+
+    // Framed as what has the keyboard's focus.
+    void setFocused(bool focused);
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    bool focused_ = false;
 };
 
 }  // namespace zorvel

@@ -21,17 +21,13 @@
 #include "platform/job_queue.h"
 #include "platform/preferences.h"
 #include "ui/analysis/image_dialog.h"
-#include "ui/analysis/plot_paper.h"
 #include "ui/analysis/rarefaction_view.h"
-#include "ui/analysis/titled_plot.h"
-#include "ui/kit/alerts.h"
-#include "ui/kit/elided_label.h"
 #include "ui/kit/file_writing.h"
 #include "ui/kit/look.h"
 #include "ui/kit/look_style.h"
-#include "ui/kit/save_panel.h"
+#include "ui/kit/panels.h"
 #include "ui/kit/shown_text.h"
-#include "ui/kit/wrapped_label.h"
+#include "ui/kit/small_widgets.h"
 
 namespace zorvel {
 
@@ -337,6 +333,15 @@ void RarefactionViewController::copyTable() {
     copied->setText(cells);
     copied->setData("text/csv", table);
     QGuiApplication::clipboard()->setMimeData(copied);
+}
+
+RarefactionWindowController::RarefactionWindowController(RarefactionKind kind, JobQueue& jobs,
+                                                         const Panels& panels)
+    : PlacedWindow(120, 120),
+      viewController_(new RarefactionViewController(kind, jobs, panels, this)) {
+    setObjectName("rarefactionWindow");
+    setCentralWidget(viewController_);
+    resizeToFit({720, 560});
 }
 
 }  // namespace zorvel

@@ -12,6 +12,7 @@
 #include "ui/analysis/plot_files.h"
 #include "ui/analysis/rarefaction_texts.h"
 #include "ui/kit/panels.h"
+#include "ui/kit/window_placement.h"
 
 class QBoxLayout;
 class QCheckBox;
@@ -24,7 +25,6 @@ class ElidedLabel;
 class JobQueue;
 struct PlotImage;
 class RarefactionView;
-struct FileType;
 
 class RarefactionViewController : public QWidget {
     Q_OBJECT
@@ -109,6 +109,19 @@ class RarefactionViewController : public QWidget {
     QCheckBox* titlesBox_ = nullptr;
     QPushButton* saveImageButton_ = nullptr;
     bool hasAppeared_ = false;
+};
+
+// The window of one curve. It belongs to whoever makes it, and to no project.
+class RarefactionWindowController : public PlacedWindow {
+    Q_OBJECT
+  public:
+    // Queue and panels must outlive the window.
+    RarefactionWindowController(RarefactionKind kind, JobQueue& jobs, const Panels& panels);
+
+    [[nodiscard]] RarefactionViewController& viewController() const { return *viewController_; }
+
+  private:
+    RarefactionViewController* viewController_;
 };
 
 }  // namespace zorvel

@@ -1,15 +1,21 @@
 #include "ui/kit/alerts.h"
 
+#include <QButtonGroup>
+#include <QDialog>
+#include <QDialogButtonBox>
 #include <QFileInfo>
+#include <QFontDatabase>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPointer>
 #include <QPushButton>
+#include <QRadioButton>
+#include <QVBoxLayout>
 
-#include "ui/kit/choice_dialog.h"
 #include "ui/kit/look.h"
 #include "ui/kit/look_style.h"
 #include "ui/kit/shown_text.h"
+#include "ui/kit/small_widgets.h"
 
 namespace zorvel {
 
@@ -18,6 +24,8 @@ namespace {
 constexpr qsizetype longestAlert = 600;  // characters
 constexpr int leastAlertWidth = 340;     // of the texts, in pixels
 constexpr qsizetype longestWord = 60;
+constexpr int leastChoiceWidth = 520;
+constexpr qsizetype longestQuestion = 300;
 
 // Of a text that may consist of several paragraphs.
 QString fitForAlert(const QString& text) {
@@ -26,7 +34,7 @@ QString fitForAlert(const QString& text) {
     return lines.join('\n');
 }
 
-// Goes with its parent, should that close while it waits.
+// Deleted with its parent if that closes while it waits.
 QPointer<QMessageBox> box(QWidget* parent, QMessageBox::Icon icon, const QString& text,
                           const QString& informativeText) {
     QPointer<QMessageBox> box(new QMessageBox(parent));
@@ -41,17 +49,73 @@ QPointer<QMessageBox> box(QWidget* parent, QMessageBox::Icon icon, const QString
     return box;
 }
 
+QLabel* addText(QVBoxLayout& column, const QString& text) {
+    auto* label = new WrappedLabel(column.parentWidget());
+    label->setText(oneLine(shortened(text, longestQuestion)));
+    column.addWidget(label);
+    return label;
+}
+
+// Lines too long for the card are cut at its edge.
+void addExcerpt(QVBoxLayout& column, const QString& excerpt) {
+    auto* card = new Card(column.parentWidget());
+    auto* lines = new QLabel(card);
+    lines->setObjectName("choiceExcerpt");
+    lines->setTextFormat(Qt::PlainText);
+    lines->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    lines->setText(excerpt);
+    lines->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    lines->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    lines->setAccessibleName(QDialog::tr("First lines"));
+    auto* inside = new QVBoxLayout(card);
+    inside->setContentsMargins(12, 8, 12, 8);
+    inside->addWidget(lines);
+    column.addWidget(card);
+}
+
+void addOptions(QVBoxLayout& column, const Choice& choice, QButtonGroup& group) {
+    auto* rows = new QVBoxLayout;
+    rows->setSpacing(2);
+    column.addLayout(rows);
+    for (int i = 0; i < choice.options.size(); ++i) {
+        const QString meaning = choice.options[i].section('\t', 1);
+        auto* button = new QRadioButton(choice.options[i].section('\t', 0, 0));
+        rows->addWidget(button);
+        button->setObjectName(QString("choice%1").arg(i));
+        button->setChecked(i == choice.preselected);
+        button->setAccessibleDescription(meaning);
+        group.addButton(button, i);
+        auto* label = new QLabel(meaning);
+        rows->addWidget(label);
+        label->setTextFormat(Qt::PlainText);
+        label->setForegroundRole(secondaryText);
+        label->setContentsMargins(20, 0, 0, 6);
+        if (button->isChecked()) button->setFocus();
+    }
+}
+
+void addButtons(QVBoxLayout& column, QDialog& dialog, const QString& title) {
+    auto* buttons = new QDialogButtonBox(&dialog);
+    QPushButton* accept = buttons->addButton(title, QDialogButtonBox::AcceptRole);
+    accept->setObjectName("acceptChoiceButton");
+    accept->setProperty(primaryButtonProperty, true);
+    accept->setDefault(true);
+    buttons->addButton(QDialogButtonBox::Cancel);
+    QObject::connect(buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
+    QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
+    column.addWidget(buttons);
+}
+
 }  // namespace
 
 bool mayReplace(Alerts& alerts, QWidget* parent, const QString& path) {
     const QFileInfo file(path);
     if (!file.exists()) return true;
     const int answer = alerts.ask(
-        parent,
-        {QMessageBox::tr("Replace “%1”?").arg(file.fileName()),
-         QMessageBox::tr("A file of that name is there already. What it holds will be lost."),
-         {QMessageBox::tr("Replace"), QMessageBox::tr("Cancel")},
-         0});
+        parent, {QMessageBox::tr("Replace “%1”?").arg(file.fileName()),
+                 QMessageBox::tr("A file of that name already exists. Its content will be lost."),
+                 {QMessageBox::tr("Replace"), QMessageBox::tr("Cancel")},
+                 0});
     return answer == 0;
 }
 
@@ -65,7 +129,7 @@ int DesktopAlerts::ask(QWidget* parent, const Question& question) {
                                                  ? QMessageBox::DestructiveRole
                                                  : QMessageBox::AcceptRole;
         QPushButton* button = alert->addButton(question.buttons[i], role);
-        button->setProperty("place", i);
+        button->setProperty("index", i);
         if (i == (question.destructive == 0 ? last : 0)) {
             alert->setDefaultButton(button);
             button->setProperty(primaryButtonProperty, true);
@@ -75,15 +139,29 @@ int DesktopAlerts::ask(QWidget* parent, const Question& question) {
     alert->exec();
     if (!alert) return last;
     const QAbstractButton* clicked = alert->clickedButton();
-    const int answer = clicked != nullptr ? clicked->property("place").toInt() : last;
+    const int answer = clicked != nullptr ? clicked->property("index").toInt() : last;
     delete alert;
     return answer;
 }
 
 int DesktopAlerts::choose(QWidget* parent, const Choice& choice) {
-    const QPointer<ChoiceDialog> dialog(new ChoiceDialog(choice, parent));
+    const QPointer<QDialog> dialog(new QDialog(parent));
+    dialog->setObjectName("choiceDialog");
+    dialog->setWindowTitle(choice.title);
+    dialog->setMinimumWidth(leastChoiceWidth);
+    auto* column = new QVBoxLayout(dialog);
+    column->setContentsMargins(20, 20, 20, 16);
+    column->setSpacing(12);
+    addText(*column, choice.text)->setFont(scaledFont(dialog->font(), 1.1, true));
+    if (!choice.excerpt.isEmpty()) addExcerpt(*column, choice.excerpt);
+    auto* group = new QButtonGroup(dialog);
+    addOptions(*column, choice, *group);
+    if (!choice.informativeText.isEmpty()) {
+        addText(*column, choice.informativeText)->setForegroundRole(secondaryText);
+    }
+    addButtons(*column, *dialog, choice.accept);
     const bool accepted = dialog->exec() == QDialog::Accepted;
-    const int chosen = dialog && accepted ? dialog->chosen() : -1;
+    const int chosen = dialog && accepted ? group->checkedId() : -1;
     delete dialog;
     return chosen;
 }

@@ -1,5 +1,4 @@
-// Questions and warnings that wait for an answer. An interface, so that a test can answer. Main
-// thread.
+// Questions, choices and warnings that wait for an answer. Main thread.
 #pragma once
 
 #include <QString>
@@ -9,42 +8,46 @@ class QWidget;
 
 namespace zorvel {
 
+// The base of everything that asks the user: its users hold references, so it is not copied.
+class Panel {
+  public:
+    Panel() = default;
+    Panel(const Panel&) = delete;
+    Panel& operator=(const Panel&) = delete;
+    virtual ~Panel() = default;
+};
+
 struct Question {
     QString text;             // what is asked, a sentence
     QString informativeText;  // what follows from the answers
-    // Left to right in order of importance: the first is what Return chooses unless it loses
-    // something, the last what Escape and the closing of the question choose.
+    // Left to right in order of importance. Return chooses the first, unless it loses something;
+    // Escape and closing choose the last.
     QStringList buttons;
-    // The button that loses something, told apart from the others; -1: none.
+    // The button that loses something, painted differently; -1: none.
     int destructive = -1;
 };
 
-// One of several things, of which one is likely.
+// One of a few things, of which one is likely.
 struct Choice {
     QString title;            // of the window
     QString text;             // what is asked, a sentence
     QString excerpt;          // what to judge by: lines of a file, shown as they are
     QString informativeText;  // on it
-    QStringList options;      // with the letters that choose them, and what each means after a tab
+    QStringList options;      // with the letters that choose them; after a tab, what each means
     int preselected = 0;
     QString accept;  // of the button
 };
 
-class Alerts {
+class Alerts : public Panel {
   public:
-    Alerts() = default;
-    Alerts(const Alerts&) = delete;
-    Alerts& operator=(const Alerts&) = delete;
-    virtual ~Alerts() = default;
-
-    // The place of the button chosen. parent may be null; it may be gone afterwards.
+    // The index of the button chosen. parent may be null, and may be gone afterwards.
     virtual int ask(QWidget* parent, const Question& question) = 0;
-    // The place of the option chosen; -1 where the person cancelled.
+    // The index of the option chosen; -1 if cancelled.
     virtual int choose(QWidget* parent, const Choice& choice) = 0;
     virtual void warn(QWidget* parent, const QString& text, const QString& informativeText) = 0;
 };
 
-// Whether the file may be replaced; asked only where there is one.
+// Whether the file may be replaced; asked only if it exists.
 bool mayReplace(Alerts& alerts, QWidget* parent, const QString& path);
 
 class DesktopAlerts final : public Alerts {

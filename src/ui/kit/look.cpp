@@ -62,7 +62,7 @@ ColorScheme schemeOf(const QPalette& palette) {
 QPalette lookPalette(ColorScheme scheme) {
     const LookColors& colors = lookColors(scheme);
     QPalette palette(colors.text, colors.raised, colors.border, colors.hairline, colors.border,
-                     colors.text, colors.text, colors.base, colors.window);
+                     colors.text, colors.problem, colors.base, colors.window);
     palette.setColor(QPalette::AlternateBase, colors.alternate);
     palette.setColor(QPalette::Midlight, colors.hover);
     palette.setColor(QPalette::Highlight, colors.selection);
@@ -71,7 +71,7 @@ QPalette lookPalette(ColorScheme scheme) {
         palette.setColor(group, QPalette::Highlight, colors.quietSelection);
         palette.setColor(group, QPalette::HighlightedText, colors.text);
     }
-    palette.setColor(QPalette::PlaceholderText, colors.secondary);
+    palette.setColor(secondaryText, colors.secondary);
     palette.setColor(QPalette::ToolTipBase, colors.raised);
     palette.setColor(QPalette::ToolTipText, colors.text);
     palette.setColor(QPalette::Link, colors.accent);

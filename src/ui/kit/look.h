@@ -37,6 +37,10 @@ struct LookColors {
 
 const LookColors& lookColors(ColorScheme scheme);
 
+// For QWidget::setForegroundRole(); the colours of these roles follow the scheme by themselves.
+inline constexpr QPalette::ColorRole secondaryText = QPalette::PlaceholderText;
+inline constexpr QPalette::ColorRole problemText = QPalette::BrightText;
+
 // The scheme that a palette belongs to, and its colours.
 ColorScheme schemeOf(const QPalette& palette);
 inline const LookColors& lookColors(const QPalette& palette) {

@@ -15,7 +15,7 @@
 
 #include "ui/kit/glyphs.h"
 #include "ui/kit/look.h"
-#include "ui/kit/look_style_parts.h"
+#include "ui/kit/look_painting.h"
 
 namespace zorvel {
 

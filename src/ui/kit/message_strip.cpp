@@ -1,7 +1,7 @@
 #include "ui/kit/message_strip.h"
 
 #include <QAccessible>
-#include <QAccessibleEvent>
+#include <QAccessibleWidget>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPainter>
@@ -10,11 +10,10 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "ui/kit/accessible_roles.h"
 #include "ui/kit/glyphs.h"
 #include "ui/kit/look.h"
 #include "ui/kit/shown_text.h"
-#include "ui/kit/wrapped_label.h"
+#include "ui/kit/small_widgets.h"
 
 namespace zorvel {
 
@@ -23,6 +22,13 @@ constexpr int markRoom = 40;         // pixels left of the text
 constexpr int lineMargin = 8;        // pixels above and below it
 constexpr int shownAtMost = 4;       // problems that can be dismissed
 constexpr int longestMessage = 300;  // characters of a message
+
+// So that a screen reader takes the strip for an alert.
+QAccessibleInterface* asAlert(const QString& /*className*/, QObject* object) {
+    auto* strip = qobject_cast<MessageStrip*>(object);
+    return strip ? new QAccessibleWidget(strip, QAccessible::AlertMessage) : nullptr;
+}
+
 }  // namespace
 
 MessageStrip::MessageStrip(QWidget* parent)
@@ -31,7 +37,7 @@ MessageStrip::MessageStrip(QWidget* parent)
       others_(new QLabel(this)),
       actionButton_(new QPushButton(this)),
       dismissButton_(new QToolButton(this)) {
-    installAccessibleRoles();
+    QAccessible::installFactory(asAlert);  // again does nothing
     actionButton_->setObjectName("messageActionButton");
     actionButton_->setAutoDefault(false);
     dismissButton_->setObjectName("dismissMessageButton");

@@ -1,17 +1,103 @@
-// All by which the program asks the person at the screen, together: handed down from main().
+// What asks the user, and what opens something outside of the program. Interfaces, so that a test
+// can answer; main() makes the desktop's own and hands them down. Main thread.
 #pragma once
+
+#include <QColor>
+#include <QList>
+#include <QString>
+#include <QStringList>
+#include <functional>
+
+#include "ui/kit/alerts.h"
+
+class QUrl;
+class QWidget;
 
 namespace zorvel {
 
-class Alerts;
-class OpenPanel;
-class SavePanel;
+class OpenPanel : public Panel {
+  public:
+    // Paths of projects and text files; empty if cancelled. Waits for the answer.
+    virtual QStringList chooseFiles(QWidget* parent) = 0;
+    // The path of one text file; empty if cancelled. title: what is chosen.
+    virtual QString chooseTextFile(QWidget* parent, const QString& title) = 0;
+};
+
+// A kind of file that can be written: "PDF document", ".pdf".
+struct FileType {
+    QString title;
+    QString ending;
+};
+
+class SavePanel : public Panel {
+  public:
+    // suggestion: a path, or a name alone. The path as it was typed, with or without an ending,
+    // whether the file exists or not; empty if cancelled. Waits for the answer.
+    virtual QString chooseProjectPath(QWidget* parent, const QString& suggestion) = 0;
+
+    // The same for a file of one of these types; the first is suggested. The path ends as one of
+    // them does: an ending is added if none of theirs was typed. The panel has asked whether an
+    // existing file may be replaced. title: what is saved.
+    virtual QString chooseFile(QWidget* parent, const QString& title, const QString& suggestion,
+                               const QList<FileType>& types) = 0;
+};
 
 // Each must outlive whoever is given these.
 struct Panels {
     OpenPanel& open;
     SavePanel& save;
     Alerts& alerts;
+};
+
+class ColorPanel : public Panel {
+  public:
+    // Called with the colour chosen, which has an alpha; not called if cancelled.
+    using Chosen = std::function<void(const QColor&)>;
+
+    // Returns at once. The panel belongs to the parent and goes with it.
+    virtual void chooseColor(QWidget* parent, const QString& title, const QColor& initial,
+                             Chosen chosen) = 0;
+};
+
+// Opens web pages, files of help and new mails in the programs that the desktop has for them.
+class LinkOpener : public Panel {
+  public:
+    virtual void openURL(const QUrl& url) = 0;
+};
+
+// text: a whole URL with its scheme, percent-encoded. Any other text opens nothing.
+void openURLString(LinkOpener& links, const QString& text);
+
+// The path with an ending of one of the types: the preferred one's, unless it has one of them.
+QString withEnding(const QString& path, const QList<FileType>& types, const FileType& preferred);
+
+// The path with the ending of projects, whatever the case of one that it has.
+QString withProjectEnding(const QString& path);
+
+// The desktop's panels. Those for files begin in the folder of the project that the parent's window
+// shows, or else in the folder used last, in this run or an earlier one.
+class DesktopOpenPanel final : public OpenPanel {
+  public:
+    QStringList chooseFiles(QWidget* parent) override;
+    QString chooseTextFile(QWidget* parent, const QString& title) override;
+};
+
+class DesktopSavePanel final : public SavePanel {
+  public:
+    QString chooseProjectPath(QWidget* parent, const QString& suggestion) override;
+    QString chooseFile(QWidget* parent, const QString& title, const QString& suggestion,
+                       const QList<FileType>& types) override;
+};
+
+class DesktopColorPanel final : public ColorPanel {
+  public:
+    void chooseColor(QWidget* parent, const QString& title, const QColor& initial,
+                     Chosen chosen) override;
+};
+
+class DesktopLinkOpener final : public LinkOpener {
+  public:
+    void openURL(const QUrl& url) override;
 };
 
 }  // namespace zorvel

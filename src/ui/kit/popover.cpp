@@ -1,5 +1,6 @@
 #include "ui/kit/popover.h"
 
+#include <QAccessibleWidget>
 #include <QApplication>
 #include <QKeyEvent>
 #include <QLabel>
@@ -9,9 +10,8 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
-#include "ui/kit/accessible_roles.h"
 #include "ui/kit/look.h"
-#include "ui/kit/wrapped_label.h"
+#include "ui/kit/small_widgets.h"
 
 namespace zorvel {
 
@@ -22,6 +22,12 @@ constexpr int gap = 6;       // between anchor and frame, and around the text be
 constexpr int shade = 6;     // width of the shadow on every side
 constexpr int padding = 16;  // around the text
 constexpr int chrome = 2 * (shade + padding);
+
+// So that a screen reader takes a popover for help.
+QAccessibleInterface* asHelp(const QString& /*className*/, QObject* object) {
+    auto* popover = qobject_cast<Popover*>(object);
+    return popover ? new QAccessibleWidget(popover, QAccessible::HelpBalloon) : nullptr;
+}
 
 bool closes(const QKeyEvent& press) {
     return press.key() == Qt::Key_Escape || press.key() == Qt::Key_F1;
@@ -41,7 +47,7 @@ QRect popoverPlace(const QSize& host, const QRect& anchor, const QSize& wanted) 
 
 Popover::Popover(QWidget* host)
     : QFrame(host), scroll_(new QScrollArea(this)), text_(new WrappedLabel) {
-    installAccessibleRoles();
+    QAccessible::installFactory(asHelp);  // again does nothing
     text_->setObjectName("popoverText");
     text_->setTextFormat(Qt::RichText);
     text_->setAlignment(Qt::AlignLeft | Qt::AlignTop);

@@ -18,7 +18,7 @@
 #include <algorithm>
 
 #include "ui/kit/look.h"
-#include "ui/kit/typed_keys.h"
+#include "ui/kit/shown_text.h"
 
 namespace zorvel {
 

@@ -1,5 +1,6 @@
 #include "ui/kit/shown_text.h"
 
+#include <QKeyEvent>
 #include <algorithm>
 
 namespace zorvel {
@@ -75,6 +76,23 @@ QString withShortWords(const QString& text, qsizetype longest) {
 
 QString asWindowTitle(const QString& text) {
     return oneLine(text).replace("[*]", "[*][*]");
+}
+
+bool isTypedText(const QKeyEvent& key) {
+    // Control with Alt is how some keyboards make their third character.
+    const Qt::KeyboardModifiers commands =
+        key.modifiers() & (Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
+    const bool command =
+        commands != Qt::NoModifier && commands != (Qt::ControlModifier | Qt::AltModifier);
+    if (command || key.text().isEmpty()) return false;
+    const QChar first = key.text().front();
+    return first.isPrint() || first.isSurrogate();
+}
+
+bool isUndoKey(const QEvent& event) {
+    if (event.type() != QEvent::ShortcutOverride) return false;
+    const auto& key = static_cast<const QKeyEvent&>(event);
+    return key.matches(QKeySequence::Undo) || key.matches(QKeySequence::Redo);
 }
 
 }  // namespace zorvel

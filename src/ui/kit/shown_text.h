@@ -1,8 +1,11 @@
-// Texts that come from files, made fit to be shown: a widget lays out all that it is given, so a
-// text of a hundred megabytes must not reach it. Pure; any thread.
+// Texts made fit to be shown, and which keys type a text. Texts may come from files, and a widget
+// lays out all that it is given: a text of a hundred megabytes must not reach it. Pure; any thread.
 #pragma once
 
 #include <QString>
+
+class QEvent;
+class QKeyEvent;
 
 namespace zorvel {
 
@@ -18,5 +21,13 @@ QString withShortWords(const QString& text, qsizetype longest);
 
 // For QWidget::setWindowTitle(), to which "[*]" is the place of the mark of changes.
 QString asWindowTitle(const QString& text);
+
+// Whether the key puts visible text or a space into a line, whatever made the character; not for a
+// shortcut, nor for a key that deletes or moves.
+bool isTypedText(const QKeyEvent& key);
+
+// Whether the event asks, before a shortcut runs, if an editor takes the key for undo or redo. An
+// editor that has nothing to undo ignores it, which leaves the key to the window.
+bool isUndoKey(const QEvent& event);
 
 }  // namespace zorvel

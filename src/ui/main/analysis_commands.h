@@ -13,7 +13,7 @@
 #include "metrics/random_source.h"
 #include "metrics/rarefaction.h"
 #include "ui/analysis/project_wide_metrics_window_controller.h"
-#include "ui/analysis/rarefaction_window_controller.h"
+#include "ui/analysis/rarefaction_view_controller.h"
 #include "ui/kit/panels.h"
 
 namespace zorvel {

@@ -4,7 +4,7 @@
 #include <QKeyEvent>
 
 #include "ui/kit/look.h"
-#include "ui/kit/typed_keys.h"
+#include "ui/kit/shown_text.h"
 
 namespace zorvel {
 
@@ -52,7 +52,7 @@ void DetailsField::resizeEvent(QResizeEvent* event) {
 }
 
 bool DetailsField::event(QEvent* event) {
-    if (!isTyped() && isTravelKey(*event)) {
+    if (!isTyped() && isUndoKey(*event)) {
         event->ignore();
         return false;
     }

@@ -4,7 +4,6 @@
 #include <QTextDocument>
 
 #include "ui/kit/shown_text.h"
-#include "ui/kit/typed_keys.h"
 
 namespace zorvel {
 
@@ -52,7 +51,7 @@ void DetailsNotes::restore(const std::optional<SharedText>& notes) {
 }
 
 bool DetailsNotes::event(QEvent* event) {
-    if (!isTyped() && isTravelKey(*event)) {
+    if (!isTyped() && isUndoKey(*event)) {
         event->ignore();
         return false;
     }

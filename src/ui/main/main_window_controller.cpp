@@ -10,9 +10,9 @@
 
 #include "platform/file_reading.h"
 #include "platform/settings.h"
-#include "ui/kit/fitting_size.h"
 #include "ui/kit/message_strip.h"
 #include "ui/kit/shown_text.h"
+#include "ui/kit/window_placement.h"
 #include "ui/main/main_view_controller.h"
 
 namespace zorvel {

@@ -4,7 +4,7 @@
 #include <QSignalBlocker>
 #include <QToolTip>
 
-#include "ui/kit/typed_keys.h"
+#include "ui/kit/shown_text.h"
 
 namespace zorvel {
 
@@ -29,7 +29,7 @@ void TableTextField::tellProblem() {
 // Where Ctrl+E is a key of text lines, too, for the way to their end, it is the window's all the
 // same: another species follows the one that is being typed.
 bool TableTextField::event(QEvent* event) {
-    if (!canTravel() && isTravelKey(*event)) {
+    if (!canTravel() && isUndoKey(*event)) {
         event->ignore();
         return true;
     }

@@ -1,11 +1,15 @@
-#include "ui/kit/color_chip.h"
+#include "ui/kit/color_controls.h"
 
+#include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QPainter>
 #include <QPainterPath>
+#include <QPointer>
+#include <algorithm>
 
 #include "ui/kit/glyphs.h"
 #include "ui/kit/look.h"
+#include "ui/kit/panels.h"
 
 namespace zorvel {
 
@@ -90,6 +94,73 @@ void ColorChip::enterEvent(QEnterEvent* event) {
 void ColorChip::leaveEvent(QEvent* event) {
     QAbstractButton::leaveEvent(event);
     update();
+}
+
+ColorWell::ColorWell(QWidget* parent) : ColorChip({56, 34}, parent) {
+    connect(this, &QAbstractButton::clicked, this, &ColorWell::openPanel);
+}
+
+void ColorWell::showColor(const QColor& color) {
+    setColor(color);
+    setAccessibleDescription(describedColor(color));
+    setToolTip(describedColor(color));
+}
+
+void ColorWell::choose(const QColor& color) {
+    showColor(color);
+    emit colorDidChange();
+}
+
+void ColorWell::openPanel() {
+    if (panel_ == nullptr) return;
+    panel_->chooseColor(this, accessibleName(), color(),
+                        [well = QPointer<ColorWell>(this)](const QColor& chosen) {
+                            if (well) well->choose(chosen);
+                        });
+}
+
+std::vector<NamedColor> distinctColors() {
+    const auto tr = [](const char* text) { return ColorPalette::tr(text); };
+    return {{tr("Black"), {0, 0, 0}},
+            {tr("Bluish green"), {0, 158, 115}},
+            {tr("Blue"), {0, 114, 178}},
+            {tr("Vermillion"), {213, 94, 0}},
+            {tr("Reddish purple"), {204, 121, 167}}};
+}
+
+QString describedColor(const QColor& color) {
+    const std::vector<NamedColor> named = distinctColors();
+    const auto found = std::find_if(named.begin(), named.end(), [&](const NamedColor& each) {
+        return each.color.rgb() == (color.rgb() | 0xff000000U);
+    });
+    QString name = found != named.end() ? found->name : color.name().toUpper();
+    if (color.alpha() == 255) return name;
+    return ColorPalette::tr("%1, %2% opaque").arg(name).arg(qRound(color.alphaF() * 100));
+}
+
+ColorPalette::ColorPalette(QWidget* parent) : QWidget(parent) {
+    auto* row = new QHBoxLayout(this);
+    row->setContentsMargins(0, 0, 0, 0);
+    row->setSpacing(2);
+    for (const NamedColor& each : distinctColors()) {
+        auto* chip = new ColorChip({28, 28}, this);
+        chip->setColor(each.color);
+        chip->setAccessibleName(each.name);
+        chip->setToolTip(each.name);
+        connect(chip, &QAbstractButton::clicked, this,
+                [this, color = each.color] { emit colorChosen(color); });
+        row->addWidget(chip);
+        chips_.push_back(chip);
+    }
+    row->addStretch();
+}
+
+void ColorPalette::showUsed(const QColor& color) {
+    for (ColorChip* chip : chips_) {
+        const bool used = chip->color().rgb() == (color.rgb() | 0xff000000U);
+        chip->setInUse(used);
+        chip->setAccessibleDescription(used ? tr("In use") : QString());
+    }
 }
 
 }  // namespace zorvel

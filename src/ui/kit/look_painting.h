@@ -1,4 +1,4 @@
-// The painting of single controls, used by LookStyle alone.
+// The painting of single controls in the look of LookStyle, which alone uses it. Main thread.
 #pragma once
 
 class QPainter;
@@ -12,7 +12,7 @@ class QWidget;
 
 namespace zorvel {
 
-// Of the mark of the order beside a heading, with the gap between them; in pixels.
+// The sort mark beside a heading, and the room that it takes with its gap; in pixels.
 inline constexpr int headerMarkSide = 12;
 inline constexpr int headerMarkRoom = headerMarkSide + 4;
 

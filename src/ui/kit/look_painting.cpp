@@ -1,3 +1,5 @@
+#include "ui/kit/look_painting.h"
+
 #include <QFontMetrics>
 #include <QPainter>
 #include <QStyle>
@@ -10,7 +12,6 @@
 
 #include "ui/kit/glyphs.h"
 #include "ui/kit/look.h"
-#include "ui/kit/look_style_parts.h"
 
 namespace zorvel {
 

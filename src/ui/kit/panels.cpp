@@ -1,0 +1,128 @@
+#include "ui/kit/panels.h"
+
+#include <QColorDialog>
+#include <QDesktopServices>
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QStandardPaths>
+#include <QUrl>
+#include <algorithm>
+#include <utility>
+
+#include "platform/file_names.h"
+#include "platform/settings.h"
+
+namespace zorvel {
+
+namespace {
+
+const char panelFolderKey[] = "panelFolder";
+
+// Empty before the first use of a panel for files.
+QString panelFolder(const QWidget* widget) {
+    const QString project = widget == nullptr ? QString() : widget->window()->windowFilePath();
+    if (!project.isEmpty()) return QFileInfo(project).path();
+    return setting(panelFolderKey).toString();
+}
+
+void rememberFolderOf(const QString& path) {
+    storeSetting(panelFolderKey, QFileInfo(path).absolutePath());
+}
+
+// A bare name begins in that folder, or among the documents.
+QString startingAt(const QString& name, const QWidget* parent) {
+    if (!QFileInfo(name).isRelative()) return name;
+    const QString folder = panelFolder(parent);
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    return QDir(folder.isEmpty() ? documents : folder).filePath(name);
+}
+
+}  // namespace
+
+QStringList DesktopOpenPanel::chooseFiles(QWidget* parent) {
+    const QString filter =
+        QFileDialog::tr("Projects and text files (*.zorvel *.txt *.csv);;All files (*)");
+    QStringList paths = QFileDialog::getOpenFileNames(
+        parent, QFileDialog::tr("Open Projects or Text Files"), panelFolder(parent), filter);
+    if (!paths.isEmpty()) rememberFolderOf(paths.front());
+    return paths;
+}
+
+QString DesktopOpenPanel::chooseTextFile(QWidget* parent, const QString& title) {
+    const QString filter = QFileDialog::tr("Text files (*.txt *.csv);;All files (*)");
+    QString path = QFileDialog::getOpenFileName(parent, title, panelFolder(parent), filter);
+    if (!path.isEmpty()) rememberFolderOf(path);
+    return path;
+}
+
+QString DesktopSavePanel::chooseProjectPath(QWidget* parent, const QString& suggestion) {
+    const QString start = startingAt(withProjectEnding(suggestion), parent);
+    // The caller adds the ending, so the panel cannot know what would be replaced.
+    QString path = QFileDialog::getSaveFileName(parent, QFileDialog::tr("Save Project As"), start,
+                                                QFileDialog::tr("Projects (*.zorvel)"), nullptr,
+                                                QFileDialog::DontConfirmOverwrite);
+    if (!path.isEmpty()) rememberFolderOf(path);
+    return path;
+}
+
+QString DesktopSavePanel::chooseFile(QWidget* parent, const QString& title,
+                                     const QString& suggestion, const QList<FileType>& types) {
+    QStringList filters;
+    for (const FileType& type : types) filters.append(type.title + " (*" + type.ending + ")");
+    const auto typeOf = [&](const QString& filter) -> const FileType& {
+        return types.at(std::max<qsizetype>(filters.indexOf(filter), 0));
+    };
+    QFileDialog dialog(parent, title,
+                       startingAt(withEnding(suggestion, types, types.first()), parent));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setNameFilters(filters);
+    // The dialog adds the ending itself, so that it asks about the file that is replaced.
+    const auto follow = [&](const QString& filter) {
+        dialog.setDefaultSuffix(typeOf(filter).ending.mid(1));
+    };
+    follow(filters.first());
+    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, follow);
+    DesktopAlerts alerts;
+    while (dialog.exec() == QDialog::Accepted) {
+        const QString chosen = dialog.selectedFiles().value(0);
+        QString path = withEnding(chosen, types, typeOf(dialog.selectedNameFilter()));
+        rememberFolderOf(path);
+        // The dialog adds no ending to a name with a point ("St. Helena"), and does not ask.
+        if (path == chosen || mayReplace(alerts, parent, path)) return path;
+    }
+    return {};
+}
+
+QString withEnding(const QString& path, const QList<FileType>& types, const FileType& preferred) {
+    for (const FileType& type : types) {
+        if (path.endsWith(type.ending, Qt::CaseInsensitive)) return path;
+    }
+    return path + preferred.ending;
+}
+
+QString withProjectEnding(const QString& path) {
+    const FileType project{{}, projectEnding};
+    return withEnding(path, {project}, project);
+}
+
+void DesktopColorPanel::chooseColor(QWidget* parent, const QString& title, const QColor& initial,
+                                    Chosen chosen) {
+    auto* panel = new QColorDialog(initial, parent);
+    panel->setAttribute(Qt::WA_DeleteOnClose);
+    panel->setOption(QColorDialog::ShowAlphaChannel);
+    panel->setWindowTitle(title);
+    QObject::connect(panel, &QColorDialog::colorSelected, panel, std::move(chosen));
+    panel->open();
+}
+
+void DesktopLinkOpener::openURL(const QUrl& url) {
+    QDesktopServices::openUrl(url);
+}
+
+void openURLString(LinkOpener& links, const QString& text) {
+    const QUrl url(text, QUrl::StrictMode);
+    if (url.isValid() && !url.isRelative()) links.openURL(url);
+}
+
+}  // namespace zorvel
