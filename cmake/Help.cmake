@@ -1,5 +1,5 @@
-# The pages of the help, made from docs/help while the program is built, since they hold its words
-# on the metrics; index.html is the first. They need nothing but a browser.
+# The help pages are made from docs/help during the build, because they contain the explanations of
+# the metrics from the program. The first page is index.html.
 add_executable(zorvel_help_pages scripts/make_help_pages.cpp)
 target_link_libraries(zorvel_help_pages PRIVATE zorvel_model zorvel_warnings)
 

@@ -1,5 +1,5 @@
-# The Debian package: what a desktop wants to know of the program, and CPack's settings. The package
-# holds both programs, so this is included where the desktop program is. See scripts/package.
+# The Debian package: desktop integration and the settings of CPack. The package contains both
+# programs, so this file is included with the desktop program. See scripts/package.
 set(packaging ${PROJECT_SOURCE_DIR}/packaging)
 set(packaging_id example.zorvel.Zorvel)
 
@@ -17,7 +17,7 @@ configure_file(${packaging}/zorvel.metainfo.xml.in
 install(FILES ${PROJECT_BINARY_DIR}/${packaging_id}.metainfo.xml
         DESTINATION ${CMAKE_INSTALL_DATADIR}/metainfo)
 
-# The programs read files of anybody's making: no table of calls stays writable while they run.
+# Hardening, because the programs read untrusted files: relocation tables are read-only at run time.
 foreach(program IN ITEMS zorvel zorvel-cli)
   target_link_options(${program} PRIVATE LINKER:-z,relro,-z,now)
 endforeach()
@@ -37,7 +37,7 @@ set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_SECTION science)
 set(CPACK_DEBIAN_PACKAGE_HOMEPAGE ${ZORVEL_WEBSITE})
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
-# What shows the help, and what lets Qt run where there is Wayland alone.
+# xdg-utils opens the help; qt6-wayland is needed on desktops without X11.
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "xdg-utils, qt6-wayland")
 # Read by PackageDebianFiles.cmake.
 set(CPACK_ZORVEL_DEBIAN ${packaging}/debian)

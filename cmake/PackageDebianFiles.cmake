@@ -1,20 +1,20 @@
-# Run by CPack on the folder of files that is about to become a Debian package: brings them into the
-# form that Debian asks for.
+# Run by CPack on the folder of files to be packaged: changes them to the form that Debian
+# requires.
 find_program(gzip gzip REQUIRED)
-# Without it CPack makes a package that depends on nothing, and says so only in passing.
+# Without it, CPack makes a package without dependencies and only prints a notice.
 find_program(shlibdeps dpkg-shlibdeps REQUIRED)
 
 set(share ${CPACK_TEMPORARY_INSTALL_DIRECTORY}/usr/share)
 set(documents ${share}/doc/zorvel)
 
-# The licence stands in the file "copyright", the README tells how to build the program.
+# The licence is in the file "copyright", and the README is about building the program.
 file(REMOVE ${documents}/LICENSE ${documents}/README.md)
 file(COPY_FILE ${CPACK_ZORVEL_DEBIAN}/copyright ${documents}/copyright)
 file(COPY_FILE ${CPACK_ZORVEL_DEBIAN}/changelog ${documents}/changelog)
 file(MAKE_DIRECTORY ${share}/doc-base)
 file(COPY_FILE ${CPACK_ZORVEL_DEBIAN}/doc-base ${share}/doc-base/zorvel)
 
-# Whatever the umask of the person who makes the package.
+# Independent of the umask of the user who makes the package.
 set(readable OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
 file(CHMOD ${documents}/copyright ${documents}/changelog ${share}/doc-base/zorvel
      PERMISSIONS ${readable})

@@ -1,5 +1,5 @@
-# How the folders under src/ become targets. Each folder is one library with an include root of its
-# own that shows that folder alone, so that an include of a folder it does not link fails to compile.
+# Functions that define targets. Each folder under src/ is one library with its own include root,
+# which contains only that folder, so an include of a folder that is not linked does not compile.
 
 # zorvel_library(<name> <folder> SOURCES <file>... [LINKS <target>...] [PRIVATE_LINKS <target>...])
 function(zorvel_library name folder)
@@ -23,10 +23,11 @@ function(zorvel_library name folder)
 endfunction()
 
 # zorvel_test(<name> SOURCES <file>... LINKS <target>... [LABELS <label>...] [NO_MAIN] [OPTIMISED])
-# A GoogleTest executable. NO_MAIN: one of the sources brings main() (a Qt application is needed).
-# OPTIMISED: the tests compute much themselves; the others' own code is not optimised under the
-# sanitizers, where that would double the time of compiling. What they test always is.
-# What has the label "thread" is also built by the target thread_tests, for the thread sanitizer.
+# Defines a GoogleTest executable. NO_MAIN: one of the sources contains main(), for a Qt application.
+# OPTIMISED: optimise the tests themselves, for tests with long computations. With sanitizers, other
+# tests are compiled without optimisation, which halves the compile time; the code under test is
+# always optimised. Tests with the label "thread" are also built by the target thread_tests, for the
+# thread sanitizer.
 function(zorvel_test name)
   cmake_parse_arguments(ARG "NO_MAIN;OPTIMISED" "" "SOURCES;LINKS;LABELS" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})

@@ -1,11 +1,11 @@
 # shellcheck shell=bash
-# The checks of .ci/run besides the tests, a function each. Sourced after common.sh; they run in the
-# root of the tree and return non-zero on a finding.
+# The checks of .ci/run other than the tests, one function each. To be sourced after common.sh. They
+# run in the root folder of the tree and return non-zero if they find a problem.
 # shellcheck disable=SC2154  # root and logs come from common.sh
 
 fuzz_seconds=${ZORVEL_FUZZ_SECONDS:-8}
 
-# files PATTERN...: the sources of ours that match one of the patterns.
+# files PATTERN...: our source files that match one of the patterns.
 files() {
   local pattern tests=()
   for pattern in "$@"; do tests+=(-o -name "$pattern"); done
@@ -19,16 +19,16 @@ check_format() {
   check_white_space
 }
 
-# Fixtures may hold anything; everything else ends its lines without spaces and without a CR.
+# Lines must not end with white space or a CR, except in test data.
 check_white_space() {
   local status=0
   git -c safe.directory="$root" grep -InE $'[ \t\r]+$' -- \
     ':!tests/data' ':!fuzz/corpus' ':!examples' >&2 || status=$?
-  ((status != 0)) || say "White space at the end of a line."
+  ((status != 0)) || say "The lines above end with white space."
   ((status == 1))
 }
 
-# The programs installed somewhere else and run from there: those that the tests have built, since
+# Installs the programs into another folder and runs them there. Uses the build of the tests, because
 # another build takes minutes.
 check_install() {
   build asan-ubsan || return 1
@@ -41,10 +41,10 @@ check_install() {
   QT_QPA_PLATFORM=offscreen "$prefix/bin/zorvel" --version
 }
 
-# clang-tidy reads the sources as clang compiles them, so the generated headers must be there. It
-# spends most of its time on the headers of Qt, GoogleTest and the language: files that are joined
-# share it, and count as headers of the file that joins them. The path-sensitive checks run in their
-# shallow form: the deep one takes five times as long.
+# clang-tidy parses the sources like clang, so the generated headers must exist. It spends most of its
+# time on the headers of Qt, GoogleTest and the standard library. The files of a unity build share this
+# time; for clang-tidy they are headers of the generated file that includes them. The path-sensitive
+# checks use the shallow mode, because the deep mode takes five times as long.
 check_clang_tidy() {
   configure lint
   local generated word extra=()
@@ -54,7 +54,7 @@ check_clang_tidy() {
   for word in -Xclang -analyzer-config -Xclang mode=shallow -Xclang -analyzer-opt-analyze-headers; do
     extra+=("-extra-arg=$word")
   done
-  cp -- tests/.clang-tidy build/lint/tests/ # what is looked for beside the file that joins them
+  cp -- tests/.clang-tidy build/lint/tests/ # clang-tidy looks for it beside the generated files
   with_log clang-tidy run-clang-tidy-14 -quiet -p build/lint -j "$(nproc)" "${extra[@]}" \
     -header-filter="^$root/(src|tests|bench|fuzz|build/[^/]+/include)/" \
     "^$root/(src|tests|bench|scripts)/" "^$root/build/lint/.*/Unity/" && return 0
@@ -62,15 +62,16 @@ check_clang_tidy() {
   return 1
 }
 
-# Only what carries the label "thread" is built. The thread sanitizer of g++ 12 needs a layout of
-# the address space that newer kernels give only without randomisation.
+# Builds only the tests with the label "thread". The thread sanitizer of g++ 12 needs an address space
+# layout that newer kernels provide only without randomisation.
 check_threads() {
   local steady=()
   ! setarch -R true 2>/dev/null || steady=(setarch -R)
   build tsan --target thread_tests && "${steady[@]}" ctest --preset tsan
 }
 
-# Each target over its corpus, then for a while over what the fuzzer makes of it. Two at a time.
+# Runs each target on its corpus, then for a short time on inputs that the fuzzer generates. As many
+# targets as there are processors run at a time.
 check_fuzz() {
   local targets=(fuzz/fuzz_*.cpp)
   targets=("${targets[@]#fuzz/}")
@@ -89,7 +90,7 @@ fuzz_one() {
   found=build/fuzz/found/$name
   log=$logs/$name.log
   mkdir -p -- "$found"
-  # What is new goes to the first folder, the corpus in the tree stays as it is.
+  # New inputs are written to the first folder; the corpus in the tree is not changed.
   "$1" -max_total_time="$fuzz_seconds" -timeout=10 -rss_limit_mb=2048 -print_final_stats=1 \
     -artifact_prefix="$found/" "$found" "$corpus" >"$log" 2>&1 && {
     printf '%s: %s runs\n' "$name" "$(sed -n 's/^stat::number_of_executed_units: *//p' "$log")" >&2

@@ -1,6 +1,6 @@
 # shellcheck shell=bash
-# What run, test and .ci/run share: packages, quiet builds, words on failure. Sourced, never run.
-# shellcheck disable=SC2034  # the lists of packages are for those who source this file
+# Shared by run, test and .ci/run: packages, quiet builds, messages on failure. To be sourced.
+# shellcheck disable=SC2034  # the lists of packages are used by the scripts that source this file
 
 set -euo pipefail
 
@@ -10,14 +10,14 @@ logs=$root/build/logs
 # The compiler, the build tools and the libraries of both programs.
 build_packages=(g++ cmake ninja-build qt6-base-dev qt6-svg-dev libsqlite3-dev
   libutf8proc-dev libcli11-dev)
-# A desktop without a screen: a display, a window manager, keys, the clipboard, and what drives them.
+# A virtual desktop: a display, a window manager, tools for keys and the clipboard, and Python.
 desktop_packages=(xvfb openbox xdotool xclip python3)
-# What the tests need besides: GoogleTest, a reader of JSON, a locale with a decimal comma, the time
-# zones, the formatter of man pages, other programs that read the project file and PDF, a desktop.
+# Additional packages for the tests: GoogleTest, a JSON parser, a locale with a decimal comma, time
+# zones, groff for the man pages, other readers of the project file and of PDF, and a virtual desktop.
 test_packages=(libgtest-dev libgmock-dev nlohmann-json3-dev locales tzdata groff-base sqlite3
   poppler-utils "${desktop_packages[@]}")
-# What the checks need besides: clang's compiler, formatter, linter and fuzzer, the linter of shell
-# scripts, and the library of the benchmarks, which are checked too.
+# Additional packages for the checks: clang with its formatter, linter and fuzzer, the linter for shell
+# scripts, and Google Benchmark, because the benchmarks are checked too.
 check_packages=(clang-14 libclang-rt-14-dev clang-tidy-14 clang-format-14 shellcheck
   libbenchmark-dev git)
 
@@ -28,14 +28,14 @@ die() {
   exit 1
 }
 
-# with_log NAME COMMAND...: runs the command silently; shows the end of what it wrote if it fails.
+# with_log NAME COMMAND...: runs the command silently; shows the end of its output if it fails.
 with_log() {
   local log=$logs/$1.log
   shift
   mkdir -p "$logs"
   "$@" >"$log" 2>&1 </dev/null && return 0
   tail -n 40 -- "$log" >&2
-  say "The whole output is in $log."
+  say "The complete output is in $log."
   return 1
 }
 
@@ -59,15 +59,15 @@ apt() {
 
 install_packages() { apt install --no-install-recommends "$@"; }
 
-# Package lists may be absent or older than the archive: they are fetched when they do not serve.
+# Package lists can be missing or outdated; they are updated if the installation fails.
 install_packages_refreshing() {
   install_packages "$@" || { apt update && install_packages "$@"; }
 }
 
-# need_packages NAME...: installs those of the packages that are missing.
+# need_packages NAME...: installs the packages that are missing.
 need_packages() {
   if ! command -v dpkg-query >/dev/null; then
-    say "This is not Debian: taking for granted what the packages $* hold."
+    say "This is not Debian: assuming that the contents of the packages $* are installed."
     return 0
   fi
   local missing
@@ -83,7 +83,7 @@ need_packages() {
     die "The packages could not be installed. By hand: $by_hand"
 }
 
-# In a terminal ninja's one line of progress, elsewhere errors and warnings only.
+# Shows ninja's progress line in a terminal, otherwise only errors and warnings.
 build_preset() {
   if [[ -t 2 ]]; then
     cmake --build --preset "$@" >&2
@@ -92,7 +92,7 @@ build_preset() {
   fi
 }
 
-# configure PRESET: only where it has not been done since the presets last changed.
+# configure PRESET: unless already done since the last change of the presets.
 configure() {
   local stamp=$root/build/$1/configured
   [[ -e $stamp && ! $root/CMakePresets.json -nt $stamp ]] && return 0
@@ -107,13 +107,13 @@ build() {
   (cd -- "$root" && build_preset "$@") || die "Building the preset $1 failed."
 }
 
-# A locale with a decimal comma for the tests, made beside the build: the system stays as it is.
+# Creates a locale with a decimal comma in the build folder, without changing the system.
 make_test_locale() {
   local folder=$root/build/locale
   if [[ ! -e $folder/de_DE.UTF-8 ]]; then
     mkdir -p "$folder"
     with_log locale localedef -i de_DE -f UTF-8 "$folder/de_DE.UTF-8" ||
-      die "The locale de_DE.UTF-8 could not be made."
+      die "The locale de_DE.UTF-8 could not be created."
   fi
   export LOCPATH=$folder
 }

@@ -1,9 +1,9 @@
-// zorvel_help_pages SOURCES PAGES VERSION: makes the pages of the help. Each page of the folder
-// SOURCES is set into frame.html and written to the folder PAGES under the same name. In pages and
-// frame stand, in double braces: "metric KEY" for the words of a metric, "version" for VERSION, and
-// in the frame "title" and "content" for the page's heading and the page.
+// zorvel_help_pages SOURCES PAGES VERSION: makes the help pages. Inserts each page of the folder
+// SOURCES into frame.html and writes it to the folder PAGES under the same name. Placeholders are
+// in double braces: "metric KEY" is the explanation of a metric, "version" is VERSION, and in the
+// frame "title" and "content" are the heading of the page and the page itself.
 //
-// The pages are XHTML that browsers also read as HTML. Runs when the program is built.
+// The pages are XHTML that browsers also read as HTML. Runs during the build.
 #include <exception>
 #include <filesystem>
 #include <fstream>
@@ -84,7 +84,7 @@ std::string replacement(const std::string& word, const Page& page) {
     if (word == "title") return between(page.content, "<h1>", "</h1>");
     if (word == "content") return expanded(page.content, page);
     if (word.starts_with("metric ")) return metricSection(word.substr(7));
-    throw std::runtime_error("{{" + word + "}} means nothing");
+    throw std::runtime_error("unknown placeholder {{" + word + "}}");
 }
 
 std::string expanded(std::string_view text, const Page& page) {
@@ -100,7 +100,7 @@ std::string expanded(std::string_view text, const Page& page) {
     }
 }
 
-// The link to the page itself, among those that lead to all pages, is marked.
+// Marks the navigation link to the page itself.
 std::string withCurrentLink(std::string text, const std::string& file) {
     const std::string link = "<a href=\"" + file + "\">";
     const std::size_t found = text.find(link);

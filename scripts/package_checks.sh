@@ -1,17 +1,16 @@
 # shellcheck shell=bash
-# The Debian package: how it is made of a build, and what it is held against. Sourced after
-# common.sh.
-# shellcheck disable=SC2034,SC2154  # lists for those who source this file; root from common.sh
+# Makes the Debian package from a build, and checks it. To be sourced after common.sh.
+# shellcheck disable=SC2034,SC2154  # lists for the scripts that source this; root is from common.sh
 
-# What CPack needs: the finder of library dependencies, and what it asks for the kind of a file.
+# Packages for CPack: dpkg-shlibdeps finds library dependencies, and file detects file types.
 package_packages=(dpkg-dev file gzip)
-# What the checks need besides.
+# Additional packages for the checks.
 package_check_packages=(lintian appstream desktop-file-utils shared-mime-info man-db)
 
-# make_package PRESET: of a finished build; sets package to the file.
+# make_package PRESET: packages a finished build; sets the variable package to the path of the file.
 make_package() {
   local folder=$root/build/package epoch
-  # Times in the package are those of the release, so that the same tree makes the same package.
+  # All times in the package are the time of the release, so that the package is reproducible.
   epoch=$(date -d "$(sed -n 's/^ -- .*>  //p;T;q' "$root/packaging/debian/changelog")" +%s) ||
     die "The date of packaging/debian/changelog cannot be read."
   rm -rf -- "$folder"
@@ -23,8 +22,8 @@ make_package() {
   [[ -f $package ]] || die "CPack made no package."
 }
 
-# check_tested_package: a package of the programs that the tests have built, since another build
-# takes minutes. It is not for use: the programs in it carry the sanitizers.
+# check_tested_package: makes and checks a package of the build of the tests, because another build
+# takes minutes. The package is not for use, because its programs contain the sanitizers.
 check_tested_package() {
   build asan-ubsan
   make_package asan-ubsan
@@ -33,11 +32,11 @@ check_tested_package() {
   rm -f -- "$package"
 }
 
-# check_package_files FILE: the whole package by lintian, its parts by the tools of the desktops.
+# check_package_files FILE: checks the package with lintian, and its parts with the desktop tools.
 check_package_files() {
   local content=$root/build/package/content
   with_log lintian lintian --fail-on error,warning --allow-root "$1" ||
-    die "lintian found fault with $1."
+    die "lintian found problems in $1."
   [[ $(dpkg-deb -f "$1" Depends) == *libqt6widgets6* ]] || die "$1 does not depend on its libraries."
   rm -rf -- "$content"
   dpkg-deb -x "$1" "$content"
@@ -47,7 +46,7 @@ check_package_files() {
   rm -rf -- "$content"
 }
 
-# check_package_paths FOLDER: what a user would miss, and no page without its pictures.
+# check_package_paths FOLDER: checks that the important files exist, and all pictures of the help.
 check_package_paths() {
   local path missing=()
   for path in bin/zorvel bin/zorvel-cli \
@@ -65,34 +64,34 @@ check_package_paths() {
   while read -r path; do
     [[ -s $1/usr/share/doc/zorvel/help/$path ]] || missing+=("picture $path")
   done < <(grep -hoP '<img[^>]* src="\K[^"]+' -r "$1/usr/share/doc/zorvel/help" | sort -u)
-  ((${#missing[@]} == 0)) || die "The package lacks: ${missing[*]}"
+  ((${#missing[@]} == 0)) || die "Missing from the package: ${missing[*]}"
 }
 
 # check_package_metadata SHARE
 check_package_metadata() {
   local types=$root/build/package/mime
   with_log desktop-entry desktop-file-validate "$1/applications/zorvel.desktop" ||
-    die "The desktop entry is wrong."
+    die "The desktop entry is invalid."
   with_log metainfo appstreamcli validate --no-net "$1"/metainfo/*.metainfo.xml ||
-    die "The metainfo is wrong."
+    die "The metainfo is invalid."
   mkdir -p -- "$types"
   cp -r -- "$1/mime/packages" "$types/"
-  with_log project-type update-mime-database "$types" || die "The type of projects is wrong."
-  grep -q ':\*\.zorvel$' "$types/globs2" || die "The type of projects has lost its suffix."
+  with_log project-type update-mime-database "$types" || die "The file type of projects is invalid."
+  grep -q ':\*\.zorvel$' "$types/globs2" || die "The file type of projects has no suffix."
   rm -rf -- "$types"
 }
 
-# check_package_manuals MAN: man formats every page without a warning.
+# check_package_manuals MAN: checks that man formats every page without a warning.
 check_package_manuals() {
   local page
   for page in "$1"/man1/*.gz; do
     with_log manual env LC_ALL=C.UTF-8 MANROFFSEQ= MANWIDTH=80 \
       man --warnings -E UTF-8 -l -Tutf8 -Z "$page" || die "$page cannot be formatted."
-    ! grep -a 'warning: ' "$logs/manual.log" >&2 || die "$page is not well formed."
+    ! grep -a 'warning: ' "$logs/manual.log" >&2 || die "$page has the warnings above."
   done
 }
 
-# check_package_completion FILE: what bash offers after some beginnings of a command line.
+# check_package_completion FILE: checks the completions of some command lines.
 check_package_completion() {
   local typed offered
   while IFS='|' read -r typed offered; do
@@ -107,7 +106,7 @@ zorvel-cli metrics --kind m|matrix
 END
 }
 
-# complete_words FILE LINE: the completions of the last word of LINE, as a fresh bash finds them.
+# complete_words FILE LINE: prints the completions of the last word of LINE in a new bash.
 complete_words() {
   # shellcheck disable=SC2016  # the inner shell reads its own arguments
   bash -eu -c '
