@@ -5,7 +5,7 @@
 function(zorvel_library name folder)
   cmake_parse_arguments(ARG "" "" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
   add_library(zorvel_${name} STATIC ${ARG_SOURCES})
-  # What has a tr() of its own, for a context of its own, cannot be joined with others of its kind.
+  # Sources that define their own tr() function cannot be in the same unity build file.
   foreach(source IN LISTS ARG_SOURCES)
     file(STRINGS ${source} own_tr REGEX "^QString tr\\(")
     if(own_tr)
