@@ -44,7 +44,7 @@ std::vector<MockCensus> mockCensuses(std::size_t count) {
 const DiversityDocument& project() {
     static const auto document = [] {
         auto filled = std::make_unique<DiversityDocument>();
-        for (const MockCensus& census : mockCensuses(censusCount)) filled->storeCensus(census);
+        importCensuses(filled->objectContext(), mockCensuses(censusCount));
         return filled;
     }();
     return *document;
@@ -54,7 +54,9 @@ void storeCensuses(benchmark::State& state) {
     const auto censuses = mockCensuses(static_cast<std::size_t>(state.range(0)));
     for (auto _ : state) {
         DiversityDocument document;
-        for (const MockCensus& census : censuses) document.storeCensus(census);
+        for (const MockCensus& census : censuses) {
+            importCensuses(document.objectContext(), {census});
+        }
         benchmark::DoNotOptimize(document.objectContext().censusCount());
     }
     state.SetComplexityN(state.range(0));
@@ -230,7 +232,7 @@ void insertTaxon(benchmark::State& state) {
 }
 
 void readEveryAttribute(benchmark::State& state) {
-    const std::vector<Zorvel> taxa = *project().fetchTaxa();
+    const std::vector<Zorvel> taxa = project().fetchTaxa();
     for (auto _ : state) {
         std::int64_t sum = 0;
         for (const Zorvel& taxon : taxa) {
@@ -242,7 +244,7 @@ void readEveryAttribute(benchmark::State& state) {
 
 void fetchNamesAndPooled(benchmark::State& state) {
     for (auto _ : state) {
-        const std::vector<Zorvel> taxa = *project().fetchTaxa();
+        const std::vector<Zorvel> taxa = project().fetchTaxa();
         benchmark::DoNotOptimize(projectTaxonNames(taxa));
         benchmark::DoNotOptimize(pooledCountsVector(taxa));
     }
@@ -250,7 +252,7 @@ void fetchNamesAndPooled(benchmark::State& state) {
 
 // The first 10,000 taxa only: the plain scans take minutes over all.
 std::vector<Zorvel> fewTaxa() {
-    std::vector<Zorvel> taxa = *project().fetchTaxa();
+    std::vector<Zorvel> taxa = project().fetchTaxa();
     taxa.resize(10'000, taxa.front());
     return taxa;
 }
@@ -274,8 +276,8 @@ void plainPooled(benchmark::State& state) {
 }
 
 void countsMatrix(benchmark::State& state) {
-    const std::vector<Zorvel> taxa = *project().fetchTaxa();
-    std::vector<Census> censuses = *project().fetchCensuses();
+    const std::vector<Zorvel> taxa = project().fetchTaxa();
+    std::vector<Census> censuses = project().fetchCensuses();
     for (auto _ : state) benchmark::DoNotOptimize(buildCountsMatrix(taxa, censuses));
 }
 

@@ -15,7 +15,6 @@
 #include "interchange/text_file.h"
 #include "platform/file_names.h"
 #include "platform/job_queue.h"
-#include "platform/project_writes.h"
 #include "ui/kit/alerts.h"
 #include "ui/kit/shown_text.h"
 #include "ui/main/main_window_controller.h"

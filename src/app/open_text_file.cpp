@@ -9,8 +9,8 @@
 
 #include "app/project_windows.h"
 #include "interchange/text_file.h"
+#include "platform/file_names.h"
 #include "platform/job_queue.h"
-#include "platform/project_writes.h"
 #include "ui/kit/panels.h"
 #include "ui/main/main_view_controller.h"
 #include "ui/main/main_window_controller.h"

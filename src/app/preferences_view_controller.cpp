@@ -10,7 +10,7 @@
 
 #include "base/console.h"
 #include "base/numbers.h"
-#include "model/typed_preferences.h"
+#include "model/typed_values.h"
 #include "platform/preferences.h"
 #include "ui/kit/look.h"
 #include "ui_preferences_view.h"

@@ -6,33 +6,35 @@
 namespace zorvel::cli {
 namespace {
 
+using Keys = DiversityDocument;
+
 std::optional<std::string_view> view(const std::optional<SharedText>& text) {
     if (!text) return std::nullopt;
     return text->view();
 }
 
-void writeTaxon(JsonWriter& json, const DiversityDocument& keys, const TaxonValues& taxon) {
+void writeTaxon(JsonWriter& json, const TaxonValues& taxon) {
     json.beginObject();
-    json.field(keys.kTaxonNameKey, view(taxon.name));
-    json.field(keys.kTaxonAbundanceKey, taxon.abundance);
-    json.key(keys.kTaxonIncludeKey);
+    json.field(Keys::kTaxonNameKey, view(taxon.name));
+    json.field(Keys::kTaxonAbundanceKey, taxon.abundance);
+    json.key(Keys::kTaxonIncludeKey);
     json.boolean(taxon.include);
     json.endObject();
 }
 
-void writeCensus(JsonWriter& json, const DiversityDocument& keys, const CensusBlock& census) {
+void writeCensus(JsonWriter& json, const CensusBlock& census) {
     const CensusAttributes& attributes = census.attributes;
     std::optional<std::string> time;
     if (attributes.timeStamp) time = isoLocalTime(*attributes.timeStamp);
     json.beginObject();
-    json.field(keys.kCensusNameKey, view(attributes.name));
-    json.field(keys.kCensusLatitudeKey, attributes.latitude);
-    json.field(keys.kCensusLongitudeKey, attributes.longitude);
-    json.field(keys.kCensusNotesKey, view(attributes.notes));
-    json.field(keys.kCensusTimeStampKey, time);
-    json.key(keys.kCensusTaxaKey);
+    json.field(Keys::kCensusNameKey, view(attributes.name));
+    json.field(Keys::kCensusLatitudeKey, attributes.latitude);
+    json.field(Keys::kCensusLongitudeKey, attributes.longitude);
+    json.field(Keys::kCensusNotesKey, view(attributes.notes));
+    json.field(Keys::kCensusTimeStampKey, time);
+    json.key(Keys::kCensusTaxaKey);
     json.beginArray();
-    census.forEachTaxon([&](const TaxonRecord& taxon) { writeTaxon(json, keys, taxon.values); });
+    census.forEachTaxon([&](const TaxonRecord& taxon) { writeTaxon(json, taxon.values); });
     json.endArray();
     json.endObject();
 }
@@ -42,7 +44,7 @@ std::optional<Problem> runRecords(const Call& /*call*/, Project& project, Output
     json.beginArray();
     for (const Census& census : project.censuses) {
         if (output.failed()) break;
-        writeCensus(json, *project.document, *census.block());
+        writeCensus(json, *census.block());
     }
     json.endArray();
     return std::nullopt;

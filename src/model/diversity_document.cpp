@@ -1,19 +1,6 @@
 #include "model/diversity_document.h"
 
-#include "model/edits.h"
-#include "model/taxon_names.h"
-
 namespace zorvel {
-
-std::optional<std::vector<Census>> fetchCensuses(const ObjectContext* context) {
-    if (!context) return std::nullopt;
-    return context->censuses();
-}
-
-std::optional<std::vector<Zorvel>> fetchTaxa(const ObjectContext* context) {
-    if (!context) return std::nullopt;
-    return context->taxa();
-}
 
 DiversityDocument::DiversityDocument(TurnEnd* turns) {
     if (!turns) return;
@@ -26,18 +13,6 @@ DiversityDocument::DiversityDocument(TurnEnd* turns) {
 
 DiversityDocument::~DiversityDocument() {
     forgetMainView();
-}
-
-std::optional<std::vector<Census>> DiversityDocument::fetchCensuses() const {
-    return zorvel::fetchCensuses(context_.get());
-}
-
-std::optional<std::vector<Zorvel>> DiversityDocument::fetchTaxa() const {
-    return zorvel::fetchTaxa(context_.get());
-}
-
-Census DiversityDocument::storeCensus(const MockCensus& census) {
-    return zorvel::storeCensus(*context_, census);
 }
 
 void DiversityDocument::makeWindowControllers(const std::function<MainView*()>& makeView) {
@@ -59,19 +34,6 @@ void DiversityDocument::forgetMainView() {
 void DiversityDocument::reloadTaxonNames() {
     if (!mainView_) return;
     mainView_->taxonFormatter().setTaxonNames(taxonNameSet(fetchTaxa()));
-}
-
-std::optional<CountsVector> DiversityDocument::selectedCensusCounts() const {
-    if (!mainView_) return std::nullopt;
-    const std::vector<Census> selected = mainView_->selectedCensuses();
-    if (selected.empty()) return std::nullopt;
-    return includedCountsVector(selected.front());
-}
-
-std::optional<std::vector<Rarefaction>> DiversityDocument::selectedCensusRarefaction() const {
-    const std::optional<CountsVector> counts = selectedCensusCounts();
-    if (!counts) return std::nullopt;
-    return sharedCalculator().individualBasedCurve(*counts);
 }
 
 void DiversityDocument::addCensus() {

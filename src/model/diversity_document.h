@@ -42,10 +42,6 @@ struct SparseCountsResult {
 // Stands for a missing name in both name lists.
 inline constexpr const char* unnamedName = "unnamed";
 
-// All records, in order of insertion. Absent without a context.
-std::optional<std::vector<Census>> fetchCensuses(const ObjectContext* context);
-std::optional<std::vector<Zorvel>> fetchTaxa(const ObjectContext* context);
-
 // The abundances of the census's taxa, whatever they are: of those whose include flag is set, or of
 // all. Empty without taxa.
 CountsVector includedCountsVector(const Census& census);
@@ -85,30 +81,26 @@ class DiversityDocument {
     DiversityDocument(const DiversityDocument&) = delete;
     DiversityDocument& operator=(const DiversityDocument&) = delete;
 
-    // Names of the entities and attributes wherever records are written by key, as in JSON.
-    const std::string kTaxonEntity = "Zorvel";
-    const std::string kTaxonAbundanceKey = "abundance";
-    const std::string kTaxonIncludeKey = "include";
-    const std::string kTaxonNameKey = "name";
-    const std::string kTaxonCensusKey = "census";
-    const std::string kCensusEntity = "Census";
-    const std::string kCensusNameKey = "name";
-    const std::string kCensusLatitudeKey = "latitude";
-    const std::string kCensusLongitudeKey = "longitude";
-    const std::string kCensusNotesKey = "notes";
-    const std::string kCensusTaxaKey = "taxa";
-    const std::string kCensusTimeStampKey = "timeStamp";
-
-    static constexpr bool autosavesInPlace = true;
+    // The names of the records and their attributes wherever text has them, as in JSON.
+    static constexpr const char* kTaxonEntity = "Zorvel";
+    static constexpr const char* kTaxonAbundanceKey = "abundance";
+    static constexpr const char* kTaxonIncludeKey = "include";
+    static constexpr const char* kTaxonNameKey = "name";
+    static constexpr const char* kTaxonCensusKey = "census";
+    static constexpr const char* kCensusEntity = "Census";
+    static constexpr const char* kCensusNameKey = "name";
+    static constexpr const char* kCensusLatitudeKey = "latitude";
+    static constexpr const char* kCensusLongitudeKey = "longitude";
+    static constexpr const char* kCensusNotesKey = "notes";
+    static constexpr const char* kCensusTaxaKey = "taxa";
+    static constexpr const char* kCensusTimeStampKey = "timeStamp";
 
     [[nodiscard]] ObjectContext& objectContext() { return *context_; }
     [[nodiscard]] const ObjectContext& objectContext() const { return *context_; }
 
-    [[nodiscard]] std::optional<std::vector<Census>> fetchCensuses() const;
-    [[nodiscard]] std::optional<std::vector<Zorvel>> fetchTaxa() const;
-
-    // One census record with all its taxa, at the end of the project.
-    Census storeCensus(const MockCensus& census);
+    // All records, in order of insertion.
+    [[nodiscard]] std::vector<Census> fetchCensuses() const { return context_->censuses(); }
+    [[nodiscard]] std::vector<Zorvel> fetchTaxa() const { return context_->taxa(); }
 
     // The window of the project: makeView makes it and returns its main view, or null where there
     // is none. The view's formatter then learns the names of the project, and hears of each change.
@@ -120,12 +112,6 @@ class DiversityDocument {
     [[nodiscard]] MainView* documentMainViewController() const { return mainView_; }
     // The formatter knows the names of all taxa that have one, and no others.
     void reloadTaxonNames();
-
-    // The included counts of the topmost selected census; absent without a window or a selection.
-    [[nodiscard]] std::optional<CountsVector> selectedCensusCounts() const;
-    // Their curve, computed by sharedCalculator. The slow part is individualBasedCurve, which takes
-    // the counts and may run on any thread.
-    [[nodiscard]] std::optional<std::vector<Rarefaction>> selectedCensusRarefaction() const;
 
     // Commands for the main view; without one they do nothing.
     void addCensus();

@@ -3,7 +3,7 @@
 #include <string>
 #include <utility>
 
-#include "model/typed_name.h"
+#include "model/typed_values.h"
 #include "store/census_batch.h"
 #include "store/undo_step.h"
 
@@ -113,10 +113,6 @@ void deleteCensuses(ObjectContext& context, const std::vector<Census>& censuses)
 void deleteTaxa(ObjectContext& context, const std::vector<Zorvel>& taxa) {
     const UndoStep step(context, "Delete Species");
     context.deleteTaxa(taxa);
-}
-
-Census storeCensus(ObjectContext& context, const MockCensus& census) {
-    return context.insertCensus(attributesOf(census), taxaOf(census));
 }
 
 bool storeCensus(CensusBatch& batch, const MockCensus& census) {

@@ -1,6 +1,6 @@
-// What a person does to the records: each call is one step of undo with a name for the Edit menu
-// (in English, to be translated where it is shown). A call that changes nothing is no step. The
-// window calls these and never sets a field itself. Main thread.
+// The user's edits of the records: each call is one step of undo with an English name for the Edit
+// menu. A call that changes nothing is no step. The window calls these and never sets a field
+// itself. Main thread.
 #pragma once
 
 #include <cstdint>
@@ -39,12 +39,9 @@ std::vector<Census> pasteCensuses(ObjectContext& context, std::vector<CopiedCens
 void deleteCensuses(ObjectContext& context, const std::vector<Census>& censuses);
 void deleteTaxa(ObjectContext& context, const std::vector<Zorvel>& taxa);
 
-// One census record with all its taxa, at the end of the project: a step without a name where no
-// other is open. An empty name stays an empty text; an absent time is stored as none.
-Census storeCensus(ObjectContext& context, const MockCensus& census);
-
-// The same in a batch of the context, on any thread, where many are to be stored: the batch is made
-// for these censuses, is filled with them, and then becomes one step.
+// A batch for these censuses. storeCensus(), on any thread, fills it: one record per call, with all
+// its taxa; an empty name stays an empty text, an absent time is stored as none. importBatch() then
+// puts all of them at the end of the project, as one step.
 std::shared_ptr<CensusBatch> newBatch(ObjectContext& context,
                                       const std::vector<MockCensus>& censuses);
 bool storeCensus(CensusBatch& batch, const MockCensus& census);

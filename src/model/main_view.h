@@ -4,10 +4,8 @@
 
 #include <functional>
 #include <string_view>
-#include <vector>
 
 #include "model/taxon_formatter.h"
-#include "store/object_context.h"
 
 namespace zorvel {
 
@@ -18,8 +16,6 @@ class MainView {
     MainView& operator=(const MainView&) = delete;
     virtual ~MainView() = default;
 
-    // Topmost first.
-    [[nodiscard]] virtual std::vector<Census> selectedCensuses() const = 0;
     // Of the cells with species names.
     virtual TaxonFormatter& taxonFormatter() = 0;
 

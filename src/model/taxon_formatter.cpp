@@ -1,6 +1,7 @@
 #include "model/taxon_formatter.h"
 
 #include "base/text.h"
+#include "store/taxon_cursor.h"
 
 namespace zorvel {
 
@@ -60,6 +61,19 @@ bool TaxonFormatter::isPartialStringValid(std::string& partial, std::optional<Te
     proposed->length = name->size() - partial.size();
     partial = *name;
     return false;
+}
+
+TaxonFormatter::Names taxonNameSet(const std::vector<Zorvel>& taxa) {
+    TaxonFormatter::Names names;
+    std::unordered_set<const std::string*> seen;  // most names are the very same shared text
+    TaxonCursor cursor;
+    for (const Zorvel& taxon : taxa) {
+        const TaxonRecord* record = cursor.find(taxon);
+        if (!record || !record->values.name) continue;
+        const std::string& name = record->values.name->str();
+        if (seen.insert(&name).second) names.insert(name);
+    }
+    return names;
 }
 
 }  // namespace zorvel

@@ -12,8 +12,10 @@
 #include <string>
 #include <string_view>
 #include <unordered_set>
+#include <vector>
 
 #include "store/change_set.h"
+#include "store/object_context.h"
 
 namespace zorvel {
 
@@ -56,5 +58,8 @@ class TaxonFormatter {
     // In the turn: most names are met again as the very same shared text.
     std::unordered_set<const std::string*> seen_;
 };
+
+// The name of every taxon that has one, compared exactly.
+TaxonFormatter::Names taxonNameSet(const std::vector<Zorvel>& taxa);
 
 }  // namespace zorvel

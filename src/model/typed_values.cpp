@@ -1,11 +1,14 @@
 #include "model/typed_values.h"
 
+#include <algorithm>
 #include <array>
 #include <chrono>
+#include <cmath>
 #include <cstdio>
 #include <ctime>
 
 #include "base/numbers.h"
+#include "interchange/characters.h"
 #include "interchange/local_time.h"
 
 namespace zorvel {
@@ -23,9 +26,40 @@ constexpr const char* notTime =
     "A time is written as year, month and day, with or without hours and minutes: 2024-05-31 "
     "14:05.";
 constexpr const char* noSuchTime = "The calendar has no such day or time.";
+constexpr const char* sizeNotWhole = "A sample size is a whole number.";
+constexpr const char* numberTooLarge = "This number is too large.";
+constexpr const char* notQuota = "A quota is a number with a decimal point.";
+
+// Bytes of the control character, line break or tab that begins at text[at]; 0 if none does.
+std::size_t controlLength(std::string_view text, std::size_t at) {
+    if (text.substr(at, 2) == "\r\n") return 2;
+    if (const std::size_t length = lineBreakLength(text, at)) return length;
+    const auto first = static_cast<unsigned char>(text[at]);
+    if (first < 0x20 || first == 0x7F) return 1;
+    if (first != 0xC2 || at + 1 == text.size()) return 0;
+    const auto second = static_cast<unsigned char>(text[at + 1]);
+    return second >= 0x80 && second <= 0x9F ? 2 : 0;
+}
+
+std::string onOneLine(std::string_view text) {
+    std::string line;
+    line.reserve(text.size());
+    for (std::size_t i = 0; i < text.size();) {
+        const std::size_t length = controlLength(text, i);
+        line += length == 0 ? text[i] : ' ';
+        i += std::max<std::size_t>(length, 1);
+    }
+    return line;
+}
 
 bool isDigit(char c) {
     return c >= '0' && c <= '9';
+}
+
+// Of any size, perhaps one that no number of the program holds.
+bool isWholeNumber(std::string_view text) {
+    if (text.starts_with('-') || text.starts_with('+')) text.remove_prefix(1);
+    return !text.empty() && std::all_of(text.begin(), text.end(), isDigit);
 }
 
 // What the signs of degrees, minutes and seconds are reduced to: no letters, which tell
@@ -206,15 +240,22 @@ std::string_view withoutOuterSpace(std::string_view text) {
     }
 }
 
+std::optional<std::string> typedName(std::string_view typed) {
+    const std::string line = onOneLine(typed);
+    const std::size_t begin = skipSpaces(line, 0);
+    std::size_t end = begin;  // behind the last character that is no space
+    for (std::size_t i = begin; i < line.size(); i = skipSpaces(line, i)) {
+        if (spaceLength(line, i) == 0) end = ++i;
+    }
+    if (end == begin) return std::nullopt;
+    return line.substr(begin, end - begin);
+}
+
 Typed<std::int64_t> parseTypedAbundance(std::string_view text) {
     text = withoutOuterSpace(text);
-    const bool minus = text.starts_with('-');
-    const std::string_view digits = text.substr(minus || text.starts_with('+') ? 1 : 0);
-    if (digits.empty() || digits.find_first_not_of("0123456789") != std::string_view::npos) {
-        return notWhole;
-    }
+    if (!isWholeNumber(text)) return notWhole;
     const std::optional<std::int64_t> value = parseWholeInteger(text);
-    if (minus && (!value || *value < 0)) return negative;
+    if (value.value_or(text.starts_with('-') ? -1 : 0) < 0) return negative;
     if (!value) return tooLarge;
     return *value;
 }
@@ -264,6 +305,20 @@ std::string typedTimeText(TimeStamp time) {
     shown.erase(shown.find_last_not_of('0') + 1);
     if (fraction == 0) shown.resize(shown.find('.'));
     return shown;
+}
+
+Typed<std::int64_t> parseTypedSampleSize(std::string_view text) {
+    if (!isWholeNumber(text)) return sizeNotWhole;
+    if (const auto value = parseWholeInteger(text)) return *value;
+    return numberTooLarge;
+}
+
+Typed<double> parseTypedQuota(std::string_view text) {
+    const std::optional<double> value = parseWholeDouble(text);
+    if (!value) return notQuota;
+    const bool isWord = text.find_first_of("nN") != std::string_view::npos;
+    if (!std::isfinite(*value)) return isWord ? notQuota : numberTooLarge;
+    return *value;
 }
 
 }  // namespace zorvel

@@ -1,5 +1,5 @@
-// Reads what a person types into the cells and fields of a record. What is wrong is told as one of
-// a few sentences in English, to be translated where it is shown. The same under every locale.
+// Reads what the user types into the cells and fields of a record and into the preferences. A
+// problem is a sentence in English. The same under every locale. Any thread.
 #pragma once
 
 #include <cstdint>
@@ -15,6 +15,11 @@ namespace zorvel {
 template <class T>
 using Typed = Result<T, const char*>;
 
+// A name as it is stored. Each line break (CR LF is one), tab or other control character (U+0000 to
+// U+001F, U+007F to U+009F) becomes a space, and white space at the ends goes. Absent if nothing is
+// left. Spaces within stay as they are, so that editing a name with two of them does not change it.
+std::optional<std::string> typedName(std::string_view typed);
+
 // A whole number of 0 or more that fits in 64 bits; white space around it does not matter.
 Typed<std::int64_t> parseTypedAbundance(std::string_view text);
 
@@ -29,6 +34,15 @@ Typed<std::optional<TimeStamp>> parseTypedTime(std::string_view text);
 
 // As parseTypedTime reads it, with no more digits than it takes; in the computer's time zone.
 std::string typedTimeText(TimeStamp time);
+
+// A sample size of the preferences: an optional sign and digits that fit in 64 bits; of any value,
+// since whoever stores it limits it. White space is not passed over.
+Typed<std::int64_t> parseTypedSampleSize(std::string_view text);
+
+// A quota of the preferences: one number as strtod reads it in the C locale (".75", "1e-1",
+// "0x1p-1"), of any value. The words for infinity and not-a-number that strtod takes too, and what
+// is too large for a double, are refused.
+Typed<double> parseTypedQuota(std::string_view text);
 
 // Without the white space (ASCII, and the no-break space) at both ends.
 std::string_view withoutOuterSpace(std::string_view text);

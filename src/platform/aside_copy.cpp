@@ -3,8 +3,8 @@
 #include <utility>
 
 #include "platform/document_saver.h"
+#include "platform/file_names.h"
 #include "platform/job_queue.h"
-#include "platform/untitled_folder.h"
 
 namespace zorvel {
 

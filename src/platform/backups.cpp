@@ -49,9 +49,9 @@ std::optional<FileProblem> makeBackup(ProjectFile& file, const BackupOrder& orde
     const QString name = asFileName(order.displayName);
     const QString path =
         freePath(folder, name + " " + QDateTime::currentDateTime().toString(timeFormat));
-    if (auto problem = file.copyTo(QFile::encodeName(path).toStdString())) return problem;
+    if (auto problem = file.copyTo(encodedPath(path))) return problem;
     prune(folder, name, QFileInfo(path).absoluteFilePath());
-    removeUnfinishedFiles(QFile::encodeName(folder).toStdString());
+    removeUnfinishedFiles(encodedPath(folder));
     return std::nullopt;
 }
 

@@ -1,6 +1,5 @@
 #include "platform/document.h"
 
-#include <QTimer>
 #include <utility>
 
 #include "model/file_messages.h"
@@ -18,21 +17,15 @@ Document::Document(TurnEnd& turns, const SaveServices& services, DocumentControl
     : controller_(controller),
       project_(&turns),
       opening_(project_.objectContext().frozenCopy()),
-      saver_(std::make_unique<DocumentSaver>(project_.objectContext(), services)) {
-    openingRevision_ = project_.objectContext().revision();
-    project_.objectContext().addObserver([this](const ChangeSet&) { noteChange(); });
-    watchSaver();
-}
-
-Document::~Document() = default;
-
-void Document::watchSaver() {
-    connect(saver_.get(), &DocumentSaver::stateDidChange, this, &Document::saveStateDidChange);
-    connect(saver_.get(), &DocumentSaver::pathDidChange, this, [this] {
-        saver_->setProjectName(displayName());
+      openingRevision_(project_.objectContext().revision()),
+      saver_(project_.objectContext(), services) {
+    project_.objectContext().addObserver([this](const ChangeSet&) { saver_.noteChange(); });
+    connect(&saver_, &DocumentSaver::stateDidChange, this, &Document::saveStateDidChange);
+    connect(&saver_, &DocumentSaver::pathDidChange, this, [this] {
+        saver_.setProjectName(displayName());
         emit displayNameDidChange();
     });
-    connect(saver_.get(), &DocumentSaver::backupDidFail, this, [this](const FileProblem& problem) {
+    connect(&saver_, &DocumentSaver::backupDidFail, this, [this](const FileProblem& problem) {
         emit backupDidFail(
             projectMessage(tr("%1 could not be backed up").arg(displayName()), problem));
     });
@@ -44,23 +37,11 @@ void Document::takeOver(ProjectRecords records) {
     context.adopt(std::move(records));
     opening_ = context.frozenCopy();
     openingRevision_ = context.revision();
-    saver_->setSavedAsItIs();
-}
-
-DiversityDocument& Document::project() {
-    return project_;
-}
-
-const DiversityDocument& Document::project() const {
-    return project_;
+    saver_.setSavedAsItIs();
 }
 
 QString Document::displayName() const {
     return isUntitled() ? untitledName_ : displayNameOf(path());
-}
-
-QString Document::path() const {
-    return saver_->path();
 }
 
 bool Document::isUntouched() const {
@@ -68,20 +49,8 @@ bool Document::isUntouched() const {
     return isUntitled() && !worthKeeping_ && !context.canUndo() && !context.isStepOpen();
 }
 
-Document::SaveState Document::saveState() const {
-    return saver_->state();
-}
-
-std::optional<FileProblem> Document::problem() const {
-    return saver_->problem();
-}
-
-bool Document::isKeptAside() const {
-    return saver_->isKeptAside();
-}
-
 QString Document::asideNote() const {
-    const AsideCopy& aside = saver_->aside();
+    const AsideCopy& aside = saver_.aside();
     if (aside.problem()) {
         return tr("They cannot be kept in your data folder either. %1")
             .arg(QString::fromStdString(fileMessage(*aside.problem())));
@@ -89,18 +58,6 @@ QString Document::asideNote() const {
     return aside.exists() ? tr("Until they are saved, the changes are kept in a copy that opens at "
                                "the next start.")
                           : QString();
-}
-
-void Document::saveSoon() {
-    saver_->saveSoon();
-}
-
-void Document::setDrafts(ObjectContext::Edits drafts) {
-    saver_->setDrafts(std::move(drafts));
-}
-
-void Document::noteTyping() {
-    saver_->noteTyping();
 }
 
 void Document::saveAs(const QString& path, Done done) {
@@ -122,21 +79,6 @@ void Document::revertToOpening() {
 
 QString Document::backupFolder() const {
     return controller_.backupFolderOf(*this);
-}
-
-void Document::noteChange() {
-    saver_->noteChange();
-    noteHistory();
-}
-
-// Nothing tells when a step ends that has changed records before: it is asked until it has.
-void Document::noteHistory() {
-    const ObjectContext& context = project_.objectContext();
-    if (context.isStepOpen()) QTimer::singleShot(50, this, &Document::noteHistory);
-    HistoryState now{context.canUndo(), context.canRedo(), context.undoName(), context.redoName()};
-    if (now == history_) return;
-    history_ = std::move(now);
-    emit historyDidChange();
 }
 
 }  // namespace zorvel

@@ -7,71 +7,61 @@
 #include <QObject>
 #include <QString>
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <optional>
-#include <string>
+#include <utility>
 
 #include "model/diversity_document.h"
-#include "store/file_problem.h"
+#include "platform/document_saver.h"
 
 namespace zorvel {
 
 class DocumentController;
-class DocumentSaver;
 class TurnEnd;
-struct SaveServices;
 
 class Document : public QObject {
     Q_OBJECT
   public:
-    enum class SaveState {
-        saved,    // the file holds all there is, or there is nothing to save
-        waiting,  // changes will be written in a moment, or are being written
-        failed,   // could not be written: problem() tells why; it is tried again
-        stuck,    // cannot be written to this file (read-only, gone, changed): save as
-    };
+    using SaveState = DocumentSaver::State;
+    using Done = DocumentSaver::Done;
 
-    ~Document() override;
-
-    [[nodiscard]] DiversityDocument& project();
-    [[nodiscard]] const DiversityDocument& project() const;
+    [[nodiscard]] DiversityDocument& project() { return project_; }
+    [[nodiscard]] const DiversityDocument& project() const { return project_; }
 
     // The file's name without its ending; of an untitled project "Untitled", "Untitled 2", or the
     // name of the text file or project that it came from.
     [[nodiscard]] QString displayName() const;
     // Of the project file; empty while untitled.
-    [[nodiscard]] QString path() const;
+    [[nodiscard]] QString path() const { return saver_.path(); }
     [[nodiscard]] bool isUntitled() const { return path().isEmpty(); }
     // Untitled, and never edited, or every edit undone: leaves no file, and gives way to an opened
     // project.
     [[nodiscard]] bool isUntouched() const;
 
-    [[nodiscard]] SaveState saveState() const;
+    [[nodiscard]] SaveState saveState() const { return saver_.state(); }
     // Why it could not be written, or could not be opened for writing.
-    [[nodiscard]] std::optional<FileProblem> problem() const;
+    [[nodiscard]] std::optional<FileProblem> problem() const { return saver_.problem(); }
 
     // While the changes cannot be written: a copy in the user's data folder, which opens at the
     // next start, holds all of them.
-    [[nodiscard]] bool isKeptAside() const;
+    [[nodiscard]] bool isKeptAside() const { return saver_.isKeptAside(); }
     // A sentence on that copy, or on why there is none; empty where none was tried.
     [[nodiscard]] QString asideNote() const;
 
     // Writes at once what waits, instead of within a second.
-    void saveSoon();
+    void saveSoon() { saver_.saveSoon(); }
 
     // What is typed in open editors and is no change of the records yet: the drafts store it in
     // each copy of the records that is written. Null for none. noteTyping() is called each time
     // that it may have changed, and when an editor closes; it is in the file two seconds later.
-    void setDrafts(ObjectContext::Edits drafts);
-    void noteTyping();
+    void setDrafts(ObjectContext::Edits drafts) { saver_.setDrafts(std::move(drafts)); }
+    void noteTyping() { saver_.noteTyping(); }
 
     // A whole new file of that path, in place of one that is there, which the project lives in from
     // then on; the untitled file that it lived in is deleted, another one stays as it was. On a
     // problem all stays as it was. Calls done on the main thread, at once or later, with the
     // problem or with none. A file that is open in another document is not replaced; the file that
     // the project lives in is just written. Of several calls in a row the last one has its way.
-    using Done = std::function<void(const std::optional<FileProblem>&)>;
     void saveAs(const QString& path, Done done);
 
     // Makes the records what they were at opening; this can be undone.
@@ -84,8 +74,6 @@ class Document : public QObject {
   signals:
     void displayNameDidChange();
     void saveStateDidChange();
-    // Undo or redo has become possible, impossible, or has another name.
-    void historyDidChange();
     // There is no backup of what the file held at opening; the project itself is saved all the
     // same. At most once a document; message: whole, for the person.
     void backupDidFail(const QString& message);
@@ -94,17 +82,6 @@ class Document : public QObject {
     friend class DocumentController;
     Document(TurnEnd& turns, const SaveServices& services, DocumentController& controller);
     void takeOver(ProjectRecords records);
-    void noteChange();
-    void noteHistory();
-    void watchSaver();
-
-    struct HistoryState {
-        bool canUndo = false;
-        bool canRedo = false;
-        std::string undoName;
-        std::string redoName;
-        friend bool operator==(const HistoryState&, const HistoryState&) = default;
-    };
 
     DocumentController& controller_;
     DiversityDocument project_;
@@ -114,8 +91,7 @@ class Document : public QObject {
     QString untitledName_;
     // Untitled, but of contents that must not be lost.
     bool worthKeeping_ = false;
-    HistoryState history_;
-    std::unique_ptr<DocumentSaver> saver_;
+    DocumentSaver saver_;
 };
 
 }  // namespace zorvel

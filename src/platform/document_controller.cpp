@@ -45,15 +45,30 @@ DocumentController::~DocumentController() {
     }
     finish(patience);
     const bool hangs = std::any_of(closing_.begin(), closing_.end(),
-                                   [](const auto& closing) { return closing->saver_->isBusy(); });
+                                   [](const auto& closing) { return closing->saver_.isBusy(); });
     closing_.clear();
     if (hangs) static_cast<void>(writer_.release());
 }
 
 std::vector<Document*> DocumentController::documents() const {
-    std::vector<Document*> all;
-    for (const auto& document : documents_) all.push_back(document.get());
+    std::vector<Document*> open;
+    for (const auto& document : documents_) open.push_back(document.get());
+    return open;
+}
+
+std::vector<Document*> DocumentController::openAndClosing() const {
+    std::vector<Document*> all = documents();
+    for (const auto& document : closing_) all.push_back(document.get());
     return all;
+}
+
+std::unique_ptr<Document> DocumentController::taken(Owned& from, const Document& document) {
+    const auto place = std::find_if(from.begin(), from.end(),
+                                    [&](const auto& each) { return each.get() == &document; });
+    if (place == from.end()) return nullptr;
+    std::unique_ptr<Document> owned = std::move(*place);
+    from.erase(place);
+    return owned;
 }
 
 QStringList DocumentController::recentPaths() const {
@@ -64,16 +79,16 @@ QStringList DocumentController::recentPaths() const {
 void DocumentController::lookForRecentPaths() {
     if (std::exchange(lookingForRecent_, true)) return;
     jobs_.start(
-        this, [paths = recent_.stored()] { return missingAmong(paths); },
+        this, [paths = recent_.beginLook()] { return missingAmong(paths); },
         [this](const QStringList& missing) {
             lookingForRecent_ = false;
-            recent_.setMissing(missing);
+            recent_.endLook(missing);
             emit recentPathsDidChange();
         });
 }
 
 void DocumentController::clearRecentPaths() {
-    recent_.clear();
+    RecentPaths::clear();
     emit recentPathsDidChange();
 }
 
@@ -98,11 +113,11 @@ Document& DocumentController::addDocument(const QString& untitledName,
     documents_.emplace_back(new Document(turns_, services_, *this));
     Document& document = *documents_.back();
     document.untitledName_ = untitledName;
-    document.saver_->setUntitledPath(untitledPath);
-    document.saver_->setProjectName(untitledName);
-    connect(document.saver_.get(), &DocumentSaver::stateDidChange, this,
+    document.saver_.setUntitledPath(untitledPath);
+    document.saver_.setProjectName(untitledName);
+    connect(&document.saver_, &DocumentSaver::stateDidChange, this,
             [this, &document] { continueClosing(document); });
-    connect(document.saver_.get(), &DocumentSaver::released, this,
+    connect(&document.saver_, &DocumentSaver::released, this,
             [this, &document] { forget(document); });
     return document;
 }
@@ -111,7 +126,7 @@ Document& DocumentController::addUntitledCopy(ProjectRecords records, const QStr
     Document& document = addDocument(name, untitled_.claimNew(name));
     document.takeOver(std::move(records));
     document.worthKeeping_ = true;
-    document.saver_->keepAsItIs();
+    document.saver_.keepAsItIs();
     return document;
 }
 
@@ -127,7 +142,7 @@ QString DocumentController::freeUntitledName(bool forOpened) const {
 
 void DocumentController::saveDocumentAs(Document& document, const QString& path,
                                         Document::Done done) {
-    DocumentSaver& saver = *document.saver_;
+    DocumentSaver& saver = document.saver_;
     const auto identity = fileIdentity(encodedPath(path));
     const Document* holder = identity ? documentAt(*identity) : nullptr;
     const bool isOther =
@@ -151,7 +166,7 @@ void DocumentController::saveDocumentAs(Document& document, const QString& path,
 }
 
 QString DocumentController::backupFolderOf(const Document& document) const {
-    const auto& file = document.saver_->file();
+    const auto& file = document.saver_.file();
     if (document.isUntitled() || !file || file->projectId.isEmpty()) return {};
     return folders_.backups + "/" + file->projectId;
 }
@@ -165,17 +180,15 @@ void DocumentController::discard(Document& document) {
 }
 
 void DocumentController::beginClosing(Document& document, bool discard) {
-    const auto place = std::find_if(documents_.begin(), documents_.end(),
-                                    [&](const auto& d) { return d.get() == &document; });
-    if (place == documents_.end()) return;
-    closing_.push_back(std::move(*place));
-    documents_.erase(place);
+    std::unique_ptr<Document> owned = taken(documents_, document);
+    if (!owned) return;
+    closing_.push_back(std::move(owned));
     document.disconnect();
     if (discard) {
-        document.saver_->release(true);
+        document.saver_.release(true);
         return;
     }
-    document.saver_->saveNow();
+    document.saver_.saveNow();
     continueClosing(document);
 }
 
@@ -187,7 +200,7 @@ bool DocumentController::isClosing(const Document& document) const {
 // Each time that the state of any document has changed.
 void DocumentController::continueClosing(Document& document) {
     resumeWaiting();
-    DocumentSaver& saver = *document.saver_;
+    DocumentSaver& saver = document.saver_;
     if (!isClosing(document) || saver.isBusy()) return;
     if (!saver.isUnsaved()) {
         saver.release(false);
@@ -198,32 +211,25 @@ void DocumentController::continueClosing(Document& document) {
 
 void DocumentController::leaveAside(Document& document) {
     const QString told = projectMessage(document.displayName(), *document.problem());
-    document.saver_->release(false);
+    document.saver_.release(false);
     emit changesWereKept(told + " " + tr("The changes are kept in an untitled project."));
 }
 
 void DocumentController::forget(Document& document) {
-    const auto place = std::find_if(closing_.begin(), closing_.end(), [&](const auto& closing) {
-        return closing.get() == &document;
-    });
-    if (place == closing_.end()) return;
-    gone_.push_back(std::move(*place));
-    closing_.erase(place);
+    std::unique_ptr<Document> owned = taken(closing_, document);
+    if (!owned) return;
+    gone_.push_back(std::move(owned));
     QMetaObject::invokeMethod(
         this, [this] { gone_.clear(); }, Qt::QueuedConnection);
     resumeWaiting();
 }
 
 std::vector<Document*> DocumentController::unsafeDocuments() const {
-    std::vector<Document*> all;
-    for (const Owned* owned : {&documents_, &closing_}) {
-        for (const auto& document : *owned) {
-            const DocumentSaver& saver = *document->saver_;
-            if (!saver.isEnding() && (saver.isUnsaved() || saver.isBusy())) {
-                all.push_back(document.get());
-            }
-        }
-    }
+    std::vector<Document*> all = openAndClosing();
+    std::erase_if(all, [](const Document* document) {
+        const DocumentSaver& saver = document->saver_;
+        return saver.isEnding() || (!saver.isUnsaved() && !saver.isBusy());
+    });
     return all;
 }
 
@@ -231,17 +237,15 @@ bool DocumentController::hasWorkToFinish() const {
     const std::vector<Document*> all = unsafeDocuments();
     return std::any_of(all.begin(), all.end(),
                        [](const Document* document) {
-                           return document->saver_->isBusy() || !document->problem();
+                           return document->saver_.isBusy() || !document->problem();
                        }) ||
            std::any_of(closing_.begin(), closing_.end(),
-                       [](const auto& closing) { return closing->saver_->isEnding(); });
+                       [](const auto& closing) { return closing->saver_.isEnding(); });
 }
 
 // Timers do not run meanwhile: what became due, or found its file in use, is written from here.
 std::vector<Document*> DocumentController::finish(std::chrono::milliseconds atMost) {
-    for (const Owned* owned : {&documents_, &closing_}) {
-        for (const auto& document : *owned) document->saver_->saveNow();
-    }
+    for (Document* document : openAndClosing()) document->saver_.saveNow();
     QElapsedTimer timer;
     QElapsedTimer sinceTry;
     timer.start();
@@ -252,7 +256,7 @@ std::vector<Document*> DocumentController::finish(std::chrono::milliseconds atMo
         if (sinceTry.elapsed() < services_.settings.busyRetry.count()) continue;
         sinceTry.restart();
         for (Document* document : unsafeDocuments()) {
-            if (!document->problem()) document->saver_->saveNow();
+            if (!document->problem()) document->saver_.saveNow();
         }
     }
     return unsafeDocuments();

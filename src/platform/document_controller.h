@@ -14,11 +14,8 @@
 
 #include "model/text_project.h"
 #include "platform/document.h"
-#include "platform/document_saver.h"
 #include "platform/event_loop_turns.h"
-#include "platform/recent_paths.h"
-#include "platform/save_settings.h"
-#include "platform/untitled_folder.h"
+#include "platform/file_names.h"
 #include "store/project_file.h"
 
 namespace zorvel {
@@ -130,7 +127,12 @@ class DocumentController : public QObject {
     [[nodiscard]] QString freeUntitledName(bool forOpened) const;
     void noteRecent(const QString& path);
 
-    // What a document asks for.
+    using Owned = std::vector<std::unique_ptr<Document>>;
+    [[nodiscard]] std::vector<Document*> openAndClosing() const;
+    // Null if the document is not in the list.
+    static std::unique_ptr<Document> taken(Owned& from, const Document& document);
+
+    // For documents.
     void saveDocumentAs(Document& document, const QString& path, Document::Done done);
     [[nodiscard]] QString backupFolderOf(const Document& document) const;
 
@@ -151,7 +153,6 @@ class DocumentController : public QObject {
     UntitledFolder untitled_;
     RecentPaths recent_;
     bool lookingForRecent_ = false;
-    using Owned = std::vector<std::unique_ptr<Document>>;
     Owned documents_;
     Owned closing_;
     Owned gone_;  // until the turn is over in which their files were let go of

@@ -72,11 +72,9 @@ void DocumentController::identified(Request request, const std::optional<FileIde
 }
 
 Document* DocumentController::documentAt(const FileIdentity& identity) const {
-    for (const Owned* owned : {&documents_, &closing_}) {
-        for (const auto& document : *owned) {
-            const auto& file = document->saver_->file();
-            if (file && file->identity == identity) return document.get();
-        }
+    for (Document* document : openAndClosing()) {
+        const auto& file = document->saver_.file();
+        if (file && file->identity == identity) return document;
     }
     return nullptr;
 }
@@ -85,12 +83,9 @@ Document* DocumentController::documentAt(const FileIdentity& identity) const {
 Document* DocumentController::reopened(const FileIdentity& identity) {
     Document* document = documentAt(identity);
     if (!document || !isClosing(*document)) return document;
-    DocumentSaver& saver = *document->saver_;
+    const DocumentSaver& saver = document->saver_;
     if (saver.isEnding() || saver.isBusy() || !saver.problem()) return nullptr;
-    const auto place = std::find_if(closing_.begin(), closing_.end(),
-                                    [&](const auto& closing) { return closing.get() == document; });
-    documents_.push_back(std::move(*place));
-    closing_.erase(place);
+    documents_.push_back(taken(closing_, *document));
     return document;
 }
 
@@ -113,12 +108,9 @@ bool DocumentController::isBeingRead(const FileIdentity& identity) const {
 
 bool DocumentController::mustWait(const FileIdentity& identity) const {
     if (isBeingRead(identity) || documentAt(identity)) return true;
-    for (const Owned* owned : {&documents_, &closing_}) {
-        for (const auto& document : *owned) {
-            if (document->saver_->isMakingFile()) return true;
-        }
-    }
-    return false;
+    const std::vector<Document*> all = openAndClosing();
+    return std::any_of(all.begin(), all.end(),
+                       [](const Document* document) { return document->saver_.isMakingFile(); });
 }
 
 // Each is located anew: its path may lead to another file by now.
@@ -185,8 +177,8 @@ void DocumentController::openRecords(const Request& request, FileReading& readin
     if (name.isEmpty()) name = freeUntitledName(true);
     Document& document = addDocument(name, reading.file ? QString() : untitled_.claimNew(name));
     document.takeOver(std::move(reading.records));
-    if (reading.file) document.saver_->setFile(std::move(reading.file), inFolder);
-    document.saver_->setProjectName(document.displayName());
+    if (reading.file) document.saver_.setFile(std::move(reading.file), inFolder);
+    document.saver_.setProjectName(document.displayName());
     document.worthKeeping_ = inFolder;
     if (!inFolder) noteRecent(request.path);
     emit documentDidOpen(&document, request.source == Source::recovered ? QString() : request.path);

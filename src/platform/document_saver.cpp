@@ -132,7 +132,7 @@ void DocumentSaver::saveSoon() {
     tick();
 }
 
-void DocumentSaver::saveThen(Document::Done done) {
+void DocumentSaver::saveThen(Done done) {
     asked_.push_back(std::move(done));
     saveSoon();
     if (!isUnsaved() && running_ == 0) answerSaves();
@@ -140,7 +140,7 @@ void DocumentSaver::saveThen(Document::Done done) {
 
 void DocumentSaver::answerSaves() {
     if (unsaved_ && !problem_) return;
-    for (const Document::Done& done : std::exchange(asked_, {})) done(problem_);
+    for (const Done& done : std::exchange(asked_, {})) done(problem_);
 }
 
 // A step of undo is one transaction: its first half alone is not written.
@@ -250,7 +250,7 @@ void DocumentSaver::retryLater() {
     if (!stuck_ || changedMeanwhile) timer_.start(retry_);
 }
 
-void DocumentSaver::moveTo(const QString& path, Document::Done done) {
+void DocumentSaver::moveTo(const QString& path, Done done) {
     ++running_;
     ++moving_;
     timer_.stop();

@@ -8,19 +8,39 @@
 #include <QTimer>
 #include <chrono>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
 
 #include "platform/aside_copy.h"
-#include "platform/document.h"
 #include "platform/project_writes.h"
-#include "platform/save_settings.h"
+#include "store/object_context.h"
 
 namespace zorvel {
 
 class JobQueue;
 class UntitledFolder;
+
+// How soon documents are written, and again after a failure; and through which layer of SQLite. The
+// same for all documents of a run.
+struct SaveSettings {
+    // From the first change that is not in the file to its writing.
+    std::chrono::milliseconds autosave{400};
+    // The same for what is typed in an open editor, until it becomes a change.
+    std::chrono::milliseconds typing{1500};
+    // How often a writing that is due asks whether the open step of undo has ended.
+    std::chrono::milliseconds stepPoll{50};
+    // Between tries of a file that another program is using just now; after busyTries of them it is
+    // a failure like any other.
+    std::chrono::milliseconds busyRetry{100};
+    int busyTries = 5;
+    // After the first failure; doubled with each that follows, up to the last.
+    std::chrono::milliseconds firstRetry{1000};
+    std::chrono::milliseconds lastRetry{60000};
+    // See ProjectFileOptions.
+    const char* vfs = nullptr;
+};
 
 // What the saving of all documents of a run has in common.
 struct SaveServices {
@@ -36,7 +56,13 @@ bool canPassBy(FileTrouble trouble);
 class DocumentSaver : public QObject {
     Q_OBJECT
   public:
-    using State = Document::SaveState;
+    enum class State {
+        saved,    // the file holds all there is, or there is nothing to save
+        waiting,  // changes will be written in a moment, or are being written
+        failed,   // could not be written: problem() tells why; it is tried again
+        stuck,    // cannot be written to this file (read-only, gone, changed): save as
+    };
+    using Done = std::function<void(const std::optional<FileProblem>&)>;
 
     // The context must outlive the saver, which takes its state for what need not be written.
     DocumentSaver(ObjectContext& context, const SaveServices& services);
@@ -84,8 +110,8 @@ class DocumentSaver : public QObject {
     // The same, in the middle of a step of undo too; nothing where a write is running.
     void saveNow();
     // The same as saveSoon(), telling what has come of it.
-    void saveThen(Document::Done done);
-    void moveTo(const QString& path, Document::Done done);
+    void saveThen(Done done);
+    void moveTo(const QString& path, Done done);
     // Closes the file, when all that was begun before is done; then released() follows, and nothing
     // is written any more. With discard an untitled project's file is deleted, and the copy aside.
     void release(bool discard);
@@ -142,7 +168,7 @@ class DocumentSaver : public QObject {
     std::uint64_t writtenRevision_ = 0;
     bool dueNow_ = false;
     bool ending_ = false;
-    std::vector<Document::Done> asked_;
+    std::vector<Done> asked_;
 
     std::optional<FileProblem> problem_;
     bool stuck_ = false;

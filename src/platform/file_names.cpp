@@ -1,9 +1,35 @@
 #include "platform/file_names.h"
 
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QTextBoundaryFinder>
+#include <QUuid>
+
+#include "platform/settings.h"
 
 namespace zorvel {
+
+namespace {
+
+const char recentKey[] = "recentPaths";
+const char toldKey[] = "untitledProblemsTold";
+
+QRegularExpressionMatch untitledMatch(const QString& fileName) {
+    static const QRegularExpression form(
+        "\\A[0-9a-f]{8}(?:-[0-9a-f]{4}){3}-[0-9a-f]{12}"
+        "(?: (.+))?\\.zorvel\\z",
+        QRegularExpression::DotMatchesEverythingOption);
+    return form.match(fileName);
+}
+
+QStringList storedRecentPaths() {
+    return setting(recentKey).toStringList();
+}
+
+}  // namespace
 
 QString displayNameOf(const QString& path) {
     const QFileInfo file(path);
@@ -24,6 +50,93 @@ QString asFileName(const QString& displayName) {
     }
     name = name.trimmed();
     return name.isEmpty() ? QStringLiteral("project") : name;
+}
+
+std::string encodedPath(const QString& path) {
+    return QFile::encodeName(path).toStdString();
+}
+
+QString UntitledFolder::claimNew(const QString& name) {
+    QString fileName = QUuid::createUuid().toString(QUuid::WithoutBraces);
+    if (!name.isEmpty()) fileName += " " + asFileName(name);
+    fileName += projectEnding;
+    claimed_.insert(fileName);
+    return pathOf(fileName);
+}
+
+bool UntitledFolder::claim(const QString& fileName) {
+    if (claimed_.contains(fileName)) return false;
+    claimed_.insert(fileName);
+    return true;
+}
+
+bool UntitledFolder::holds(const QString& path) const {
+    const QFileInfo file(path);
+    return untitledMatch(file.fileName()).hasMatch() &&
+           QDir::cleanPath(file.absolutePath()) == QDir::cleanPath(QDir(path_).absolutePath());
+}
+
+QString UntitledFolder::asideName(const QString& projectName) {
+    return QCoreApplication::translate("UntitledFolder", "%1 (unsaved changes)").arg(projectName);
+}
+
+QString UntitledFolder::nameIn(const QString& fileName) {
+    return untitledMatch(fileName).captured(1);
+}
+
+QStringList UntitledFolder::names(const QString& folder) {
+    QStringList names;
+    const auto order = QDir::Time | QDir::Reversed;
+    for (const QString& name : QDir(folder).entryList(QDir::Files | QDir::Hidden, order)) {
+        if (untitledMatch(name).hasMatch()) names.append(name);
+    }
+    return names;
+}
+
+bool UntitledFolder::shouldTell(const QString& fileName, FileTrouble trouble) {
+    QStringList told = setting(toldKey).toStringList();
+    told.removeIf(
+        [this](const QString& entry) { return !QFileInfo::exists(pathOf(entry.section('|', 1))); });
+    const QString entry = QString::number(static_cast<int>(trouble)) + "|" + fileName;
+    const bool first = !told.contains(entry);
+    if (first) told.append(entry);
+    storeSetting(toldKey, told);
+    return first;
+}
+
+QStringList RecentPaths::list() const {
+    QStringList paths = storedRecentPaths();
+    paths.removeIf([this](const QString& path) { return missing_.contains(path); });
+    return paths;
+}
+
+void RecentPaths::add(const QString& path) {
+    const QString absolute = QFileInfo(path).absoluteFilePath();
+    QStringList paths = storedRecentPaths();
+    paths.removeAll(absolute);
+    paths.prepend(absolute);
+    missing_.removeAll(absolute);
+    addedSinceLook_.append(absolute);
+    storeSetting(recentKey, paths.mid(0, kept));
+}
+
+void RecentPaths::clear() {
+    removeSetting(recentKey);
+}
+
+QStringList RecentPaths::beginLook() {
+    addedSinceLook_.clear();
+    return storedRecentPaths();
+}
+
+void RecentPaths::endLook(const QStringList& missing) {
+    missing_ = missing;
+    missing_.removeIf([this](const QString& path) { return addedSinceLook_.contains(path); });
+}
+
+QStringList missingAmong(QStringList paths) {
+    paths.removeIf([](const QString& path) { return QFileInfo::exists(path); });
+    return paths;
 }
 
 }  // namespace zorvel

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "platform/backups.h"
+#include "platform/file_names.h"
 #include "store/file_failure.h"
 
 namespace zorvel {
@@ -109,10 +110,6 @@ WriteOutcome moveProject(const MoveOrder& order) {
 
 void closeProject(FileHolder& holder, const std::string& deleteAt) {
     letGo(holder.file, deleteAt);
-}
-
-std::string encodedPath(const QString& path) {
-    return QFile::encodeName(path).toStdString();
 }
 
 }  // namespace zorvel

@@ -79,7 +79,4 @@ void closeProject(FileHolder& holder, const std::string& deleteAt);
 // With the folders above it; nothing where it is there already.
 std::optional<FileProblem> makeFolder(const QString& folder);
 
-// As the system takes it.
-std::string encodedPath(const QString& path);
-
 }  // namespace zorvel

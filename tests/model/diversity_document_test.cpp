@@ -73,16 +73,6 @@ TEST(DiversityDocument, MayBeClosedByAnObserver) {
     EXPECT_EQ(heard, 2);
 }
 
-TEST(DiversityDocument, WithoutTurnsNothingIsAnnouncedByItself) {
-    DiversityDocument document;
-    int heard = 0;
-    document.objectContext().addObserver([&](const ChangeSet&) { ++heard; });
-    addCensus(document.objectContext());
-    EXPECT_EQ(heard, 0);
-    document.objectContext().announceChanges();
-    EXPECT_EQ(heard, 1);
-}
-
 void runCommands(DiversityDocument& document) {
     document.addCensus();
     document.addSpecies();
@@ -94,7 +84,6 @@ TEST(DiversityDocument, WithoutAWindowItsCommandsDoNothing) {
     DiversityDocument document;
     document.makeWindowControllers([] { return nullptr; });
     EXPECT_EQ(document.documentMainViewController(), nullptr);
-    EXPECT_FALSE(document.selectedCensusRarefaction());
     document.reloadTaxonNames();
     runCommands(document);
     EXPECT_EQ(document.objectContext().censusCount(), 0U);
@@ -105,24 +94,15 @@ TEST(DiversityDocument, TalksToItsWindow) {
     ObjectContext& context = document.objectContext();
     MockCensus census;
     census.taxa = {{3, "Abies"}, {2, "Picea"}, {9, "Larix"}};
-    document.storeCensus(census);
-    document.storeCensus(census);
-    editInclude(context, {context.taxa()[2]}, false);
+    importCensuses(context, {census, census});
     context.announceChanges();
     {
-        FakeView view(context);
+        FakeView view;
         view.formatter.setTaxonNames({"forgotten"});
         document.makeWindowControllers([&] { return &view; });
         EXPECT_EQ(view.formatter.taxonNames(), (TaxonFormatter::Names{"Abies", "Larix", "Picea"}));
         runCommands(document);
         EXPECT_EQ(view.commands, "+C+S-S-C");
-
-        EXPECT_FALSE(document.selectedCensusRarefaction());
-        view.selected = 2;
-        const auto curve = document.selectedCensusRarefaction();
-        ASSERT_TRUE(curve);
-        ASSERT_EQ(curve->size(), 5U);
-        EXPECT_EQ(curve->back().estimate, 2);
 
         editName(context, context.taxa()[0], "Pinus");
         context.announceChanges();

@@ -1,5 +1,4 @@
-// A main view without a window: it selects the first censuses of a context, and keeps what it was
-// told.
+// A main view without a window: it keeps what it was told.
 #pragma once
 
 #include <functional>
@@ -7,7 +6,6 @@
 #include <string>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 #include "model/main_view.h"
 
@@ -15,11 +13,6 @@ namespace zorvel {
 
 class FakeView : public MainView {
   public:
-    explicit FakeView(const ObjectContext& shown) : context(shown) {}
-    [[nodiscard]] std::vector<Census> selectedCensuses() const override {
-        std::vector<Census> all = context.censuses();
-        return {all.begin(), all.begin() + selected};
-    }
     TaxonFormatter& taxonFormatter() override { return formatter; }
     void addCensusRow() override { commands += "+C"; }
     void deleteCensusRows() override { commands += "-C"; }
@@ -31,9 +24,7 @@ class FakeView : public MainView {
     }
     void stopProgress(ProgressId progress) override { running.erase(progress); }
 
-    const ObjectContext& context;
     TaxonFormatter formatter;
-    std::ptrdiff_t selected = 0;
     std::string commands;
     std::map<ProgressId, std::pair<std::string, std::function<void()>>> running;
     ProgressId lastProgress = 0;

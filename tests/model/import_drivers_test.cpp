@@ -56,10 +56,10 @@ class ImportDriversTest : public testing::Test {
         return {jobs, {}, [this](const ImportReport& report) { reports.push_back(report); }};
     }
     ObjectContext& context() { return document.objectContext(); }
-    NameList censusNames() { return censusNameList(*document.fetchCensuses()); }
+    NameList censusNames() { return censusNameList(document.fetchCensuses()); }
 
     DiversityDocument document;
-    FakeView view{document.objectContext()};
+    FakeView view;
     HeldJobs jobs;
     std::vector<std::string> console;
     std::vector<ImportReport> reports;

@@ -7,6 +7,7 @@
 
 #include "metrics/census_metrics.h"
 #include "metrics/sqs.h"
+#include "model/edits.h"
 
 namespace zorvel {
 namespace {
@@ -17,7 +18,7 @@ constexpr const char* header =
 
 std::string written(const DiversityDocument& document, std::uint64_t seed) {
     SeededRandom random(seed);
-    const MetricsTable table = buildMetricsTable(*document.fetchCensuses(), random);
+    const MetricsTable table = buildMetricsTable(document.fetchCensuses(), random);
     return writeMetricsTable(table.rows, table.columnTitles, table.censusNames);
 }
 
@@ -37,9 +38,10 @@ MockCensus censusOf(const std::string& name, const std::vector<std::int64_t>& co
 TEST(MetricsTable, WholeText) {
     DiversityDocument document;
     EXPECT_EQ(written(document, 1), header);
-    const Census north = document.storeCensus(censusOf("North", {10, 5, 3, 2, 1, 1}));
+    importCensuses(document.objectContext(),
+                   {censusOf("North", {10, 5, 3, 2, 1, 1}), censusOf("Empty", {})});
+    const Census north = document.fetchCensuses().front();
     document.objectContext().setInclude(north.taxa().front(), false);
-    document.storeCensus(censusOf("Empty", {}));
     document.objectContext().setName(document.objectContext().insertCensus(), std::nullopt);
     SeededRandom random(1);
     const double sqs = alroySQS(fullCountsVector(north), 100, 0.8, random).value();
@@ -52,9 +54,8 @@ TEST(MetricsTable, WholeText) {
 
 TEST(MetricsTable, RowsStandInTheOrderGiven) {
     DiversityDocument document;
-    document.storeCensus(censusOf("A", {1}));
-    document.storeCensus(censusOf("B", {1, 1}));
-    std::vector<Census> censuses = *document.fetchCensuses();
+    importCensuses(document.objectContext(), {censusOf("A", {1}), censusOf("B", {1, 1})});
+    std::vector<Census> censuses = document.fetchCensuses();
     std::swap(censuses[0], censuses[1]);
     SeededRandom random(1);
     const MetricsTable table = buildMetricsTable(censuses, random);

@@ -10,7 +10,7 @@
 
 #include "base/text.h"
 #include "model/diversity_document.h"
-#include "model/taxon_names.h"
+#include "model/taxon_formatter.h"
 
 namespace zorvel {
 namespace {
@@ -149,8 +149,8 @@ TEST(ProjectLists, RandomProjectsGiveWhatPlainScansGive) {
                 context.setInclude(taxon, below(2) == 0);
             }
         }
-        std::vector<Zorvel> taxa = *fetchTaxa(&context);
-        std::vector<Census> censuses = *fetchCensuses(&context);
+        std::vector<Zorvel> taxa = context.taxa();
+        std::vector<Census> censuses = context.censuses();
         ASSERT_NO_FATAL_FAILURE(expectSameLists(taxa, censuses)) << "seed " << seed;
         const auto frozen = context.frozenCopy();
         ASSERT_NO_FATAL_FAILURE(expectSameLists(frozen->taxa(), frozen->censuses()));
@@ -186,8 +186,6 @@ class ExampleProject : public testing::Test {
 };
 
 TEST_F(ExampleProject, NoRecords) {
-    EXPECT_EQ(fetchTaxa(nullptr), std::nullopt);
-    EXPECT_EQ(fetchCensuses(nullptr), std::nullopt);
     EXPECT_THAT(matrix().matrix, IsEmpty());
     EXPECT_THAT(pooledCountsVector({}), IsEmpty());
     const Census census = addCensus("North");
@@ -294,7 +292,7 @@ TEST_F(ExampleProject, CompletionNamesAreComparedExactly) {
     addTaxon(census, std::nullopt, 1);
     EXPECT_THAT(taxonNameSet(context_.taxa()),
                 ElementsAre(" Abies", "Abies", "abies", "cafe\u0301", "caf\u00E9"));
-    EXPECT_THAT(taxonNameSet(std::nullopt), IsEmpty());
+    EXPECT_THAT(taxonNameSet({}), IsEmpty());
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "model/typed_name.h"
+#include "model/typed_values.h"
 
 #include <gtest/gtest.h>
 

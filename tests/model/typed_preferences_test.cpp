@@ -1,4 +1,4 @@
-#include "model/typed_preferences.h"
+#include "model/typed_values.h"
 
 #include <gtest/gtest.h>
 

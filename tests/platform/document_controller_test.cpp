@@ -418,6 +418,16 @@ TEST_F(DocumentControllerTest, RemembersTheLastTenFiles) {
     EXPECT_TRUE(run->controller.recentPaths().isEmpty());
 }
 
+TEST_F(DocumentControllerTest, AFileSavedDuringALookAtRecentOnesIsShown) {
+    RecentPaths recent;
+    recent.add("/a");
+    recent.add("/b");
+    const QStringList looked = recent.beginLook();
+    recent.add("/b");  // saved anew while the look is under way
+    recent.endLook(looked);
+    EXPECT_EQ(recent.list(), QStringList{"/b"});
+}
+
 TEST(UserFolders, AreNeverRelative) {
     const QByteArray before = qgetenv("XDG_DATA_HOME");
     for (const char* named : {"data/files", "./data", ""}) {

@@ -137,29 +137,6 @@ TEST_F(DocumentTest, AnOpenStepIsWrittenWhenItHasEnded) {
     EXPECT_EQ(namesInFile(at("a.zorvel")), (Names{"North", "South", "West"}));
 }
 
-TEST_F(DocumentTest, TellsOfItsHistory) {
-    run = newRun();
-    Document& document = run->controller.newDocument();
-    ObjectContext& context = document.project().objectContext();
-    std::vector<std::string> told;
-    QObject::connect(&document, &Document::historyDidChange, &document,
-                     [&] { told.push_back(context.undoName() + "/" + context.redoName()); });
-    const Census census = addCensus(context);
-    ASSERT_TRUE(waitUntil([&] { return told.size() == 1; }));
-    context.undo();
-    ASSERT_TRUE(waitUntil([&] { return told.size() == 2; }));
-    EXPECT_EQ(told.back(), "/" + context.redoName());
-    context.redo();
-    ASSERT_TRUE(waitUntil([&] { return told.size() == 3; }));
-    context.beginStep("Sort");
-    editName(context, census, "x");
-    ASSERT_TRUE(waitUntil([&] { return told.size() == 4; }));
-    EXPECT_EQ(told.back(), "/");
-    context.endStep();
-    ASSERT_TRUE(waitUntil([&] { return told.size() == 5; }));
-    EXPECT_EQ(told.back(), "Sort/");
-}
-
 TEST_F(DocumentTest, AHangingDiskHoldsUpNoOneAndLosesNothing) {
     Document& document = openOnTestDisk(makeProject("a.zorvel", {"North"}));
     disk.setHanging(true);

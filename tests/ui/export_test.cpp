@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "app/exports.h"
+#include "model/edits.h"
 #include "ui/kit/message_strip.h"
 #include "window_fixture.h"
 
@@ -67,7 +68,7 @@ class ExportTest : public WindowTest {
         MockCensus census;
         census.name = name;
         for (const auto& [taxon, abundance] : taxa) census.taxa.push_back({abundance, taxon});
-        window->document().project().storeCensus(census);
+        importCensuses(context(), {census});
         context().announceChanges();
     }
     bool isIdle() { return !window->mainView().isInProgress(); }

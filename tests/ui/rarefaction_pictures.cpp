@@ -12,6 +12,7 @@
 #include "metrics/incidence.h"
 #include "metrics/rarefaction.h"
 #include "model/diversity_document.h"
+#include "model/edits.h"
 #include "platform/preferences.h"
 #include "ui/analysis/rarefaction_view.h"
 #include "ui/analysis/rarefaction_view_controller.h"
@@ -37,7 +38,7 @@ CountsVector countsOf(const MockCensus& census) {
 
 Curve sampleCurveOf(const std::vector<MockCensus>& censuses) {
     DiversityDocument project;
-    for (const MockCensus& census : censuses) project.storeCensus(census);
+    importCensuses(project.objectContext(), censuses);
     return sharedCalculator().sampleBasedCurve(
         summariseIncidence(buildSparseCounts(project.objectContext()).counts));
 }

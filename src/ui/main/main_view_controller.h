@@ -43,7 +43,7 @@ class MainViewController : public QWidget, public MainView {
     void selectFirstCensus();
     // The topmost of the selected ones.
     [[nodiscard]] std::optional<Census> selectedCensus() const;
-    [[nodiscard]] std::vector<Census> selectedCensuses() const override;
+    [[nodiscard]] std::vector<Census> selectedCensuses() const;
 
     TaxonFormatter& taxonFormatter() override { return taxonFormatter_; }
 
