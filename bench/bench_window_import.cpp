@@ -11,7 +11,7 @@
 #include <memory>
 #include <string>
 
-#include "app/start_up.h"
+#include "app/application_delegate.h"
 #include "bench/bench_panels.h"
 #include "bench/run_benchmarks.h"
 #include "metrics/random_source.h"

@@ -1,14 +1,53 @@
 #include "app/application_delegate.h"
 
-#include <QGuiApplication>
+#include <QAction>
+#include <QApplication>
+#include <QDir>
+#include <QFileInfo>
+#include <QIcon>
+#include <QMessageBox>
+#include <QUrl>
 
-#include "app/application_links.h"
-#include "app/preferences_window_controller.h"
+#include "app/menus.h"
+#include "app/preferences_view_controller.h"
 #include "app/project_windows.h"
+#include "metrics/rarefaction.h"
 #include "platform/document_controller.h"
+#include "platform/preferences.h"
 #include "ui/kit/panels.h"
 
 namespace zorvel {
+
+void setUpApplication() {
+    QCoreApplication::setOrganizationName("zorvel");
+    QCoreApplication::setApplicationName("zorvel");
+    QCoreApplication::setApplicationVersion(ZORVEL_VERSION);
+    QGuiApplication::setApplicationDisplayName("Zorvel");
+    QGuiApplication::setDesktopFileName("zorvel");
+    QIcon icon;
+    for (const int size : {16, 24, 32, 48, 64, 128, 256}) {
+        icon.addFile(QString(":/zorvel/zorvel-%1.png").arg(size), QSize(size, size));
+    }
+    QApplication::setWindowIcon(icon);
+    Preferences().initializePreferences();
+    sharedCalculator();
+}
+
+void showAbout(QWidget* window) {
+    auto* box = new QMessageBox(window);
+    box->setObjectName("aboutBox");
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setWindowTitle("About Zorvel");
+    box->setIconPixmap(QApplication::windowIcon().pixmap(64, 64));
+    box->setTextFormat(Qt::RichText);
+    box->setText(QString("<b>Zorvel %1</b>").arg(QCoreApplication::applicationVersion()));
+    box->setInformativeText(
+        QString("Measures the diversity of biological samples, for field ecologists and "
+                "paleontologists.\n\nFree software under the MIT licence. Qt %1.")
+            .arg(qVersion()));
+    box->setStandardButtons(QMessageBox::Close);
+    box->open();
+}
 
 AppDelegate::AppDelegate(ProjectWindows& windows, ColorPanel& colors, LinkOpener& links)
     : windows_(windows), colors_(colors), links_(links) {
@@ -21,7 +60,7 @@ AppDelegate::AppDelegate(ProjectWindows& windows, ColorPanel& colors, LinkOpener
             &AppDelegate::emailSupportMenuItemTapped);
 }
 
-// What is typed in the preferences is stored as at any closing.
+// Closing stores what is typed in the preferences.
 AppDelegate::~AppDelegate() {
     if (preferencesWindowController_) preferencesWindowController_->close();
     delete preferencesWindowController_;
@@ -57,10 +96,14 @@ void AppDelegate::preferencesMenuItemTapped() {
                 &ProjectWindows::plotPreferencesDidChange);
         connect(view, &PreferencesViewController::textDidEndEditing, &windows_,
                 &ProjectWindows::textDidEndEditing);
-        connect(window, &PreferencesWindowController::preferencesRequested, this,
-                &AppDelegate::preferencesMenuItemTapped);
-        connect(window, &PreferencesWindowController::quitRequested, &windows_,
-                &ProjectWindows::quit);
+        const auto add = [window](const char* name, const QList<QKeySequence>& keys, auto* receiver,
+                                  auto slot) {
+            connect(addKeyCommand(*window, name, keys), &QAction::triggered, receiver, slot);
+        };
+        add("performClose", {closeKey(), QKeySequence(Qt::Key_Escape)}, window, &QWidget::close);
+        add("terminate", {QKeySequence(Qt::CTRL | Qt::Key_Q)}, &windows_, &ProjectWindows::quit);
+        add("preferencesMenuItemTapped", {preferencesKey()}, this,
+            &AppDelegate::preferencesMenuItemTapped);
     } else {
         window->viewController().showAgain();
     }
@@ -69,16 +112,29 @@ void AppDelegate::preferencesMenuItemTapped() {
     window->activateWindow();
 }
 
+// The pages installed beside the program, or built with it if it runs from its build folder, unless
+// the build names another place.
 void AppDelegate::showHelp() {
-    openURLString(links_, helpAddress());
+    const auto besideProgram = [](const char* relative) {
+        return QDir::cleanPath(QCoreApplication::applicationDirPath() + '/' + relative);
+    };
+    QString address = ZORVEL_HELP_URL;
+    if (address.isEmpty()) {
+        QString page = besideProgram("../help/index.html");
+        if (!QFileInfo::exists(page)) page = besideProgram(ZORVEL_INSTALLED_HELP "/index.html");
+        address = QUrl::fromLocalFile(page).toString(QUrl::FullyEncoded);
+    }
+    openURLString(links_, address);
 }
 
 void AppDelegate::websiteMenuItemTapped() {
-    openURLString(links_, websiteAddress());
+    openURLString(links_, ZORVEL_WEBSITE);
 }
 
+// A new mail with a subject and an empty body.
 void AppDelegate::emailSupportMenuItemTapped() {
-    openURLString(links_, supportMailAddress());
+    openURLString(links_,
+                  "mailto:" ZORVEL_SUPPORT_ADDRESS "?SUBJECT=Zorvel%20for%20Mac%20support&BODY=");
 }
 
 }  // namespace zorvel

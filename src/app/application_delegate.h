@@ -1,6 +1,6 @@
-// The application as a whole: what happens when it starts and when it comes to the front, and the
-// commands that belong to no project: preferences, help, web site, support. It owns the preferences
-// window, of which there is at most one. Main thread; ends before the windows of the projects.
+// The application as a whole: its set-up, what happens when it starts and when it comes to the
+// front, and the commands that belong to no project: preferences, help, web site, support. It owns
+// the preferences window, of which there is at most one. Main thread.
 #pragma once
 
 #include <QObject>
@@ -14,6 +14,13 @@ class LinkOpener;
 class PreferencesWindowController;
 class ProjectWindows;
 
+// Names, icon, registered preferences, and the calculator with its table; once, before the first
+// window. Needs a QApplication.
+void setUpApplication();
+
+// Help > About Zorvel. Does not wait; the box closes with its window.
+void showAbout(QWidget* window);
+
 class AppDelegate : public QObject {
     Q_OBJECT
   public:
@@ -21,18 +28,17 @@ class AppDelegate : public QObject {
     AppDelegate(ProjectWindows& windows, ColorPanel& colors, LinkOpener& links);
     ~AppDelegate() override;
 
-    // Opens the first window and these files, and observes from then on whether the application is
-    // active.
+    // Opens the first window and these files. From then on applicationDidBecomeActive() is called.
     void applicationDidFinishLaunching(const QStringList& files);
 
     // Null while it is not on the screen.
     [[nodiscard]] PreferencesWindowController* preferencesWindowController() const;
 
   public slots:
-    // Where no project is open, an empty one appears.
+    // Opens an empty project if none is open.
     void applicationDidBecomeActive();
 
-    // Brings the window that is there to the front, or makes it anew.
+    // Brings the window to the front, or creates it.
     void preferencesMenuItemTapped();
     void showHelp();
     void websiteMenuItemTapped();

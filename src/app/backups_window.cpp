@@ -24,15 +24,16 @@ BackupsWindow::BackupsWindow(const QString& displayName, const QString& folder, 
     : QDialog(parent), list_(new QTreeWidget(this)) {
     setObjectName("backupsWindow");
     setAttribute(Qt::WA_DeleteOnClose);
-    setWindowTitle(tr("Backups of %1").arg(asWindowTitle(shortened(displayName, 200))));
+    setWindowTitle(QString("Backups of %1").arg(asWindowTitle(shortened(displayName, 200))));
     resize(460, 340);
-    auto* text = new QLabel(tr("A backup is made before the first change after a project was "
-                               "opened. A copy opens as an untitled project."),
-                            this);
+    auto* text = new QLabel(
+        "A backup is made before the first change after a project was "
+        "opened. A copy opens as an untitled project.",
+        this);
     text->setWordWrap(true);
     list_->setObjectName("backupsList");
-    list_->setAccessibleName(tr("Backups"));
-    list_->setHeaderLabels({tr("Date"), tr("Size")});
+    list_->setAccessibleName("Backups");
+    list_->setHeaderLabels({"Date", "Size"});
     list_->headerItem()->setTextAlignment(1, Qt::AlignRight | Qt::AlignVCenter);
     list_->setRootIsDecorated(false);
     list_->setUniformRowHeights(true);
@@ -40,7 +41,7 @@ BackupsWindow::BackupsWindow(const QString& displayName, const QString& folder, 
     list_->header()->setStretchLastSection(false);
     list_->header()->setSectionResizeMode(0, QHeaderView::Stretch);
     auto* buttons = new QDialogButtonBox(this);
-    openButton_ = buttons->addButton(tr("Open Copy"), QDialogButtonBox::ActionRole);
+    openButton_ = buttons->addButton("Open Copy", QDialogButtonBox::ActionRole);
     openButton_->setObjectName("openCopyButton");
     openButton_->setProperty(primaryButtonProperty, true);
     openButton_->setDefault(true);
@@ -53,7 +54,7 @@ BackupsWindow::BackupsWindow(const QString& displayName, const QString& folder, 
     connect(buttons, &QDialogButtonBox::rejected, this, &QWidget::close);
     connect(openButton_, &QPushButton::clicked, this, &BackupsWindow::openCopy);
     connect(list_, &QTreeWidget::itemActivated, this, &BackupsWindow::openCopy);
-    new QTreeWidgetItem(list_, {tr("Looking for backups...")});
+    new QTreeWidgetItem(list_, {"Looking for backups..."});
     openButton_->setEnabled(false);
     jobs.start(
         this, [folder] { return backupsIn(folder); },
@@ -72,7 +73,7 @@ void BackupsWindow::fill(const std::vector<Backup>& backups) {
         item->setToolTip(0, shortened(oneLine(QFileInfo(backup.path).completeBaseName()), 100));
         item->setTextAlignment(1, Qt::AlignRight | Qt::AlignVCenter);
     }
-    if (backups.empty()) new QTreeWidgetItem(list_, {tr("There is no backup yet")});
+    if (backups.empty()) new QTreeWidgetItem(list_, {"There is no backup yet"});
     list_->setCurrentItem(list_->topLevelItem(0));
     openButton_->setEnabled(!backups.empty());
 }

@@ -1,6 +1,5 @@
 #include "app/document_commands.h"
 
-#include <QCoreApplication>
 #include <QFileInfo>
 #include <QPointer>
 #include <utility>
@@ -15,11 +14,7 @@ namespace zorvel {
 
 namespace {
 
-QString tr(const char* text) {
-    return QCoreApplication::translate("DocumentCommands", text);
-}
-
-// Empty where the person changed her mind.
+// Empty if cancelled.
 QString choosePath(const QString& suggestion, const QPointer<QWidget>& window,
                    const Panels& panels) {
     const QString chosen = panels.save.chooseProjectPath(window, suggestion);
@@ -41,7 +36,7 @@ void saveDocumentAs(Document& document, QWidget* window, const Panels& panels,
     document.saveAs(path, [saved = std::move(saved), path, parent,
                            &alerts](const std::optional<FileProblem>& problem) {
         if (problem) {
-            alerts.warn(parent, tr("The project could not be saved"),
+            alerts.warn(parent, "The project could not be saved",
                         projectMessage(QFileInfo(path).fileName(), *problem));
         }
         saved(!problem);
@@ -61,12 +56,12 @@ void saveWindowAs(MainWindowController& window, const Panels& panels) {
 void revertToOpening(MainWindowController& window, const Panels& panels) {
     if (!window.mainView().commitEditing() || !window.document().canRevert()) return;
     const QPointer<MainWindowController> guard(&window);
-    const int answer = panels.alerts.ask(
-        &window,
-        {tr("Revert “%1” to what it was when it was opened?").arg(window.document().displayName()),
-         tr("All changes since then are taken back. You can undo this."),
-         {tr("Revert"), tr("Cancel")},
-         0});
+    const int answer =
+        panels.alerts.ask(&window, {QString("Revert “%1” to what it was when it was opened?")
+                                        .arg(window.document().displayName()),
+                                    "All changes since then are taken back. You can undo this.",
+                                    {"Revert", "Cancel"},
+                                    0});
     if (answer == 0 && guard) guard->document().revertToOpening();
 }
 

@@ -12,9 +12,8 @@
 
 #include "ui/kit/record_table_view.h"
 #include "ui/kit/value_field.h"
-#include "ui/main/details_field.h"
-#include "ui/main/details_notes.h"
-#include "ui/main/table_text_fields.h"
+#include "ui/main/details_fields.h"
+#include "ui/main/table_cells.h"
 
 namespace zorvel {
 
@@ -118,7 +117,7 @@ void selectAllOf(QWidget* widget) {
 bool isTextEditor(const QWidget* widget) {
     if (const auto* field = qobject_cast<const DetailsField*>(widget)) return field->isTyped();
     if (const auto* notes = qobject_cast<const DetailsNotes*>(widget)) return notes->isTyped();
-    if (const auto* cell = qobject_cast<const TableTextField*>(widget)) return cell->canTravel();
+    if (const auto* cell = qobject_cast<const TableTextField*>(widget)) return cell->canUndoOrRedo();
     if (const auto* line = qobject_cast<const QLineEdit*>(widget)) return !line->isReadOnly();
     const auto* text = qobject_cast<const QPlainTextEdit*>(widget);
     return text != nullptr && !text->isReadOnly() &&

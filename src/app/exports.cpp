@@ -2,28 +2,36 @@
 
 #include <QFileInfo>
 #include <algorithm>
+#include <string>
 #include <utility>
 
 #include "app/project_windows.h"
 #include "base/console.h"
+#include "interchange/writers.h"
+#include "model/metrics_table.h"
 #include "platform/document.h"
 #include "platform/file_names.h"
 #include "platform/job_queue.h"
-#include "ui/kit/message_strip.h"
 #include "ui/kit/panels.h"
 #include "ui/main/main_view_controller.h"
 #include "ui/main/main_window_controller.h"
+#include "ui/main/record_names.h"
 
 namespace zorvel {
 
 namespace {
 
-QString exportedMessage(const ExportedFile& file, const QString& name) {
-    const QString message =
-        file.censuses == 1
-            ? Exports::tr("Exported one census to %1.").arg(name)
-            : Exports::tr("Exported %L1 censuses to %2.").arg(qulonglong{file.censuses}).arg(name);
-    return file.note.isEmpty() ? message : message + ' ' + file.note;
+// Where SQS has no estimate, its cell has a value that no estimate can have.
+QString withoutSqsNote(const MetricsTable& table) {
+    constexpr std::size_t sqsColumn = 3;
+    const auto missing = std::count_if(table.rows.begin(), table.rows.end(),
+                                       [](const MetricRow& row) { return row[sqsColumn] == 0; });
+    if (missing == 0) return {};
+    if (missing == 1) {
+        return "The SQS of one census, for which there is no estimate, stands as 0.0.";
+    }
+    return QString("The SQS of %L1 censuses, for which there is no estimate, stands as 0.0.")
+        .arg(qlonglong{missing});
 }
 
 }  // namespace
@@ -32,7 +40,7 @@ Exports::Exports(ProjectWindows& windows, RandomSourceMaker makeRandom)
     : windows_(windows), makeRandom_(std::move(makeRandom)) {}
 
 Exports::~Exports() {
-    for (const RunningExport& running : preparing_) *running->cancelled = true;
+    for (const RunningExport& running : preparing_) running->stop.request_stop();
 }
 
 void Exports::exportCensusMatrix(MainWindowController* window) {
@@ -40,9 +48,10 @@ void Exports::exportCensusMatrix(MainWindowController* window) {
         return writeConsoleLine(
             "WARNING: Could not obtain document/window/view for census matrix export");
     }
-    start(*window, tr("Export Census Matrix"), tr("preparing census matrix export..."),
-          tr("census matrix"),
-          [](const ObjectContext& project, const Cancelled&) { return exportedMatrix(project); });
+    start(*window, "Export Census Matrix", "preparing census matrix export...", "census matrix",
+          [](const ObjectContext& project, const std::stop_token&) {
+              return exportedMatrix(project);
+          });
 }
 
 void Exports::exportMetrics(MainWindowController* window) {
@@ -50,56 +59,74 @@ void Exports::exportMetrics(MainWindowController* window) {
         return writeConsoleLine(
             "WARNING: Could not obtain document/window/view for metrics matrix export");
     }
-    start(*window, tr("Export Metrics"), tr("preparing metrics export..."), tr("metrics"),
-          [makeRandom = makeRandom_](const ObjectContext& project, const Cancelled& cancelled) {
-              return exportedMetrics(project, makeRandom, cancelled);
+    start(*window, "Export Metrics", "preparing metrics export...", "metrics",
+          [makeRandom = makeRandom_](const ObjectContext& project, const std::stop_token& stop) {
+              return exportedMetrics(project, makeRandom, stop);
           });
+}
+
+Exports::ExportedFile Exports::exportedMatrix(const ObjectContext& project) {
+    const auto counts = std::make_shared<const SparseCountsResult>(buildSparseCounts(project));
+    const auto produce = [counts](const ByteSink& sink) {
+        writeCensusMatrix(counts->counts, counts->taxonNames, counts->censusNames, sink);
+    };
+    return {produce, counts->censusNames.size(), matrixNote(*counts)};
+}
+
+std::optional<Exports::ExportedFile> Exports::exportedMetrics(const ObjectContext& project,
+                                                              const RandomSourceMaker& makeRandom,
+                                                              const std::stop_token& stop) {
+    const std::optional<MetricsTable> table = buildMetricsTable(
+        project.censuses(), makeRandom, [&stop] { return !stop.stop_requested(); });
+    if (!table) return std::nullopt;
+    const auto produce = [text = writeMetricsTable(table->rows, table->columnTitles,
+                                                   table->censusNames)](const ByteSink& sink) {
+        sink(text);
+    };
+    return ExportedFile{produce, table->rows.size(), withoutSqsNote(*table)};
 }
 
 void Exports::start(MainWindowController& window, const QString& title, const QString& progress,
                     const QString& what, Prepare prepare) {
-    MainViewController& view = window.mainView();
-    if (!view.commitEditing()) return;
-    const auto running = std::make_shared<Running>();
-    running->name = QStringLiteral("export %1").arg(++started_);
-    running->title = title;
-    running->suggestion = asFileName(window.document().displayName()) + ' ' + what;
-    running->window = &window;
-    running->view = &view;
+    if (!window.mainView().commitEditing()) return;
+    const auto running = std::make_shared<Running>(
+        Running{QString("export %1").arg(++started_), title,
+                asFileName(window.document().displayName()) + ' ' + what, &window});
     preparing_.push_back(running);
-    view.startProgress(running->name, progress, [self = QPointer<Exports>(this), running] {
-        if (self) self->cancel(running);
-    });
+    window.mainView().startProgress(running->name, progress,
+                                    [self = QPointer<Exports>(this), running] {
+                                        if (self) self->cancel(running);
+                                    });
     windows_.jobs().start(
         this,
-        [prepare = std::move(prepare), cancelled = running->cancelled,
+        [prepare = std::move(prepare), stop = running->stop.get_token(),
          project = window.document().project().objectContext().frozenCopy()] {
-            return prepare(*project, *cancelled);
+            return prepare(*project, stop);
         },
         [this, running](const std::optional<ExportedFile>& file) {
-            if (*running->cancelled || !file) return;
-            end(running);
+            if (running->stop.stop_requested() || !file) return;
+            endPreparing(running);
             saveTextFile(running, *file);
         });
 }
 
-void Exports::end(const RunningExport& running) {
-    preparing_.erase(std::remove(preparing_.begin(), preparing_.end(), running), preparing_.end());
-    if (running->view) running->view->stopProgress(running->name);
+void Exports::endPreparing(const RunningExport& running) {
+    std::erase(preparing_, running);
+    if (running->window) running->window->mainView().stopProgress(running->name);
 }
 
 void Exports::cancel(const RunningExport& running) {
-    *running->cancelled = true;
-    end(running);
+    running->stop.request_stop();
+    endPreparing(running);
 }
 
 bool Exports::mayQuit() {
     if (preparing_.empty()) return true;
     const QPointer<Exports> self(this);
     const int answer = windows_.panels().alerts.ask(preparing_.back()->window,
-                                                    {tr("An export is still being prepared"),
-                                                     tr("If you quit now, no file is written."),
-                                                     {tr("Quit Anyway"), tr("Cancel")},
+                                                    {"An export is still being prepared",
+                                                     "If you quit now, no file is written.",
+                                                     {"Quit Anyway", "Cancel"},
                                                      0});
     if (!self || answer != 0) return false;
     for (const RunningExport& running : std::vector(preparing_)) cancel(running);
@@ -108,24 +135,30 @@ bool Exports::mayQuit() {
 
 void Exports::saveTextFile(const RunningExport& running, const ExportedFile& file) {
     const QPointer<Exports> self(this);
-    const QString path =
-        windows_.panels().save.chooseFile(running->window, running->title, running->suggestion,
-                                          {{tr("Comma-separated table"), ".csv"}});
+    const QString path = windows_.panels().save.chooseFile(
+        running->window, running->title, running->suggestion, {{"Comma-separated table", ".csv"}});
     if (!self || path.isEmpty()) return;
     const QString name = QFileInfo(path).fileName();
-    if (running->view) running->view->startProgress(running->name, tr("writing %1...").arg(name));
-    const QString message = exportedMessage(file, name);
+    if (running->window) {
+        running->window->mainView().startProgress(running->name,
+                                                  QString("writing %1...").arg(name));
+    }
+    QString message =
+        file.censuses == 1
+            ? QString("Exported one census to %1.").arg(name)
+            : QString("Exported %L1 censuses to %2.").arg(qulonglong{file.censuses}).arg(name);
+    if (!file.note.isEmpty()) message += ' ' + file.note;
     writeInBackground(windows_.jobs(), windows_.panels().alerts, running->window, path,
-                      tr("“%1” could not be written").arg(name), file.produce,
-                      [self, running, message](bool there) {
-                          if (self) self->fileDidEnd(running, there ? message : QString());
+                      QString("“%1” could not be written").arg(name), file.produce,
+                      [self, running, message](bool isWritten) {
+                          if (!self) return;
+                          if (running->window)
+                              running->window->mainView().stopProgress(running->name);
+                          if (isWritten) {
+                              self->windows_.tell(running->window, message,
+                                                  MessageStrip::Tone::news);
+                          }
                       });
-}
-
-void Exports::fileDidEnd(const RunningExport& running, const QString& message) {
-    if (running->view) running->view->stopProgress(running->name);
-    if (message.isEmpty()) return;
-    windows_.tell(running->window, message, MessageStrip::Tone::news);
 }
 
 }  // namespace zorvel

@@ -1,24 +1,23 @@
-// The commands that write a project to a text file. What is exported is the project as it stands
-// when the command is given, whatever becomes of it and of its window: the export is prepared in
-// the background, then the person is asked for a file, which is written in the background too.
-// Main thread.
+// The commands that write a project to a text file. The project is exported as it is when the
+// command is given, even if it changes or its window closes: the export is prepared in the
+// background, then the user is asked for a file, which is written in the background too. Main
+// thread.
 #pragma once
 
 #include <QObject>
 #include <QPointer>
 #include <QString>
-#include <atomic>
 #include <functional>
 #include <memory>
 #include <optional>
+#include <stop_token>
 #include <vector>
 
-#include "app/exported_files.h"
 #include "metrics/random_source.h"
+#include "ui/kit/file_writing.h"
 
 namespace zorvel {
 
-class MainViewController;
 class MainWindowController;
 class ObjectContext;
 class ProjectWindows;
@@ -30,39 +29,44 @@ class Exports : public QObject {
     Exports(ProjectWindows& windows, RandomSourceMaker makeRandom);
     ~Exports() override;
 
-    // See exported_files.h. Without a window a console line says that there is none. Each can be
-    // cancelled while it is prepared. The strip tells what was written, and what became of equal
-    // names; an alert tells of a file that could not be written.
+    // Censuses by taxa, see writeCensusMatrix(), and the metrics of every census, see
+    // buildMetricsTable(). Without a window a console line says so. Each can be cancelled while it
+    // is prepared. The strip says what was written, and what happened to equal names; an alert says
+    // if a file could not be written.
     void exportCensusMatrix(MainWindowController* window);
     void exportMetrics(MainWindowController* window);
 
-    // False where the person wants to stay because an export that is still prepared would be lost.
-    // Otherwise none is prepared any more.
+    // Asks if an export is still being prepared, and cancels it if the user agrees. False if the
+    // user does not want to quit.
     bool mayQuit();
 
   private:
-    using Cancelled = std::atomic<bool>;
+    struct ExportedFile {
+        std::function<void(const ByteSink&)> produce;  // owns all that it reads
+        std::size_t censuses = 0;
+        QString note;  // on values that the file has not as the project; mostly empty
+    };
+    // On a worker thread; absent if stopped.
     using Prepare =
-        std::function<std::optional<ExportedFile>(const ObjectContext&, const Cancelled&)>;
-
+        std::function<std::optional<ExportedFile>(const ObjectContext&, const std::stop_token&)>;
     struct Running {
-        // Shared with the job.
-        std::shared_ptr<Cancelled> cancelled = std::make_shared<Cancelled>(false);
         QString name;        // of its progress
         QString title;       // of the panel
         QString suggestion;  // of the file's name
         QPointer<MainWindowController> window;
-        QPointer<MainViewController> view;  // that shows the progress
+        std::stop_source stop = {};
     };
     using RunningExport = std::shared_ptr<Running>;
 
+    static ExportedFile exportedMatrix(const ObjectContext& project);
+    static std::optional<ExportedFile> exportedMetrics(const ObjectContext& project,
+                                                       const RandomSourceMaker& makeRandom,
+                                                       const std::stop_token& stop);
     void start(MainWindowController& window, const QString& title, const QString& progress,
                const QString& what, Prepare prepare);
-    // Its preparation has come to an end, one way or the other.
-    void end(const RunningExport& running);
+    void endPreparing(const RunningExport& running);
     void cancel(const RunningExport& running);
     void saveTextFile(const RunningExport& running, const ExportedFile& file);
-    void fileDidEnd(const RunningExport& running, const QString& message);
 
     ProjectWindows& windows_;
     RandomSourceMaker makeRandom_;

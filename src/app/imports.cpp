@@ -6,7 +6,6 @@
 
 #include "app/import_texts.h"
 #include "app/project_windows.h"
-#include "app/step_names.h"
 #include "base/console.h"
 #include "model/import_drivers.h"
 #include "platform/queue_jobs.h"
@@ -88,7 +87,7 @@ void importFiles(ProjectWindows& windows, const CommandWindow& command,
 
 void runImport(ProjectWindows& windows, MainWindowController* window, FileKind kind) {
     const CommandWindow command(window);
-    const QString title = translatedStepName(importDriver(kind).stepName);
+    const QString title = QString::fromStdString(importDriver(kind).stepName);
     openTextFile(windows, window, title, [=, &windows](std::optional<OpenedText> text) {
         if (!text) {
             writeConsoleLine("WARNING: no string obtained from file");

@@ -11,7 +11,6 @@
 #include "app/look_choice.h"
 #include "app/printing.h"
 #include "app/project_windows.h"
-#include "app/start_up.h"
 #include "metrics/random_source.h"
 #include "platform/document_controller.h"
 #include "platform/job_queue.h"

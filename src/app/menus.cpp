@@ -8,17 +8,14 @@
 #include <functional>
 #include <utility>
 
-#include "app/about.h"
+#include "app/application_delegate.h"
 #include "app/document_commands.h"
 #include "app/edit_commands.h"
+#include "app/exports.h"
+#include "app/imports.h"
 #include "app/look_choice.h"
 #include "app/project_windows.h"
-#include "app/recent_menu.h"
-#include "app/sort_menu.h"
-#include "app/standard_keys.h"
-#include "app/step_names.h"
-#include "app/transfer_menus.h"
-#include "app/window_menu.h"
+#include "app/species_list_command.h"
 #include "ui/main/clipboard_rows.h"
 #include "ui/main/main_view_controller.h"
 #include "ui/main/main_window_controller.h"
@@ -27,10 +24,6 @@
 namespace zorvel {
 
 namespace {
-
-QString tr(const char* text) {
-    return QCoreApplication::translate("Menus", text);
-}
 
 QAction* addItem(QMenu& menu, const char* name, const QString& title,
                  const QKeySequence& shortcut = {}) {
@@ -49,78 +42,112 @@ QAction* addCommand(MainWindowController& window, QMenu& menu, const char* name,
     return action;
 }
 
-// An item tells, while its menu is open, whether it would do something; its shortcut is always
-// there, since what it depends on may have changed.
+// While its menu is open, an item is disabled if it would do nothing. Its shortcut always works,
+// since the conditions may have changed by then.
 void enableWhileShown(QMenu& menu, QAction* action, std::function<bool()> can) {
     QObject::connect(&menu, &QMenu::aboutToShow, action,
                      [action, can = std::move(can)] { action->setEnabled(can()); });
     QObject::connect(&menu, &QMenu::aboutToHide, action, [action] { action->setEnabled(true); });
 }
 
+void addImportMenu(QMenu& file, MainWindowController& window, ProjectWindows& windows) {
+    QMenu& menu = *file.addMenu("&Import");
+    menu.setObjectName("importMenu");
+    const struct {
+        const char* name;
+        const char* title;
+        FileKind kind;
+    } items[] = {
+        {"importAbundanceListMenuItemTapped", "&Abundance List...", FileKind::list},
+        {"importOneCensusMenuItemTapped", "&Single Census...", FileKind::census},
+        {"importCensusMatrixMenuItemTapped", "Census &Matrix...", FileKind::matrix},
+        {"importIOSFileMenuItemTapped", "&Phone-App File...", FileKind::ios},
+    };
+    for (const auto& item : items) {
+        addCommand(window, menu, item.name, item.title, {},
+                   [&, kind = item.kind] { runImport(windows, &window, kind); });
+    }
+    menu.addSeparator();
+    addCommand(window, menu, "importSpeciesListMenuItemTapped", "Species &List...", {},
+               [&] { importSpeciesList(windows, &window); });
+}
+
+void addExportMenu(QMenu& file, MainWindowController& window, ProjectWindows& windows) {
+    QMenu& menu = *file.addMenu("&Export");
+    menu.setObjectName("exportMenu");
+    addCommand(window, menu, "exportCensusMatrixMenuItemTapped", "Census &Matrix...", {},
+               [&] { windows.exports().exportCensusMatrix(&window); });
+    addCommand(window, menu, "exportMetricsMenuItemTapped", "Me&trics...", {},
+               [&] { windows.exports().exportMetrics(&window); });
+}
+
 void addFileMenu(MainWindowController& window, ProjectWindows& windows) {
-    QMenu& menu = *window.menuBar()->addMenu(tr("&File"));
+    QMenu& menu = *window.menuBar()->addMenu("&File");
     const auto add = [&](const char* name, const QString& title, const QKeySequence& shortcut,
                          Command run) {
         return addCommand(window, menu, name, title, shortcut, std::move(run));
     };
-    add("newDocument", tr("&New"), QKeySequence::New, [&] { windows.openUntitled(); });
-    add("openDocument", tr("&Open..."), QKeySequence::Open, [&] { windows.chooseFile(window); });
-    QMenu* recent = menu.addMenu(tr("Open &Recent"));
+    add("newDocument", "&New", QKeySequence::New, [&] { windows.openUntitled(); });
+    add("openDocument", "&Open...", QKeySequence::Open, [&] { windows.chooseFile(window); });
+    QMenu* recent = menu.addMenu("Open &Recent");
     recent->setObjectName("recentMenu");
     keepRecentMenu(*recent, window, windows);
     menu.addSeparator();
-    add("performClose", tr("&Close"), closeKey(), [&] { window.close(); });
-    add("saveDocument", tr("&Save"), QKeySequence::Save,
+    add("performClose", "&Close", closeKey(), [&] { window.close(); });
+    add("saveDocument", "&Save", QKeySequence::Save,
         [&] { saveDocument(window, windows.panels()); });
-    add("saveDocumentAs", tr("Save &As..."), saveAsKey(),
+    add("saveDocumentAs", "Save &As...", saveAsKey(),
         [&] { saveWindowAs(window, windows.panels()); });
-    add("duplicateDocument", tr("&Duplicate"), {}, [&] { windows.duplicate(window); });
-    QAction* revert = add("revertToOpening", tr("Re&vert to Opening State..."), {},
+    add("duplicateDocument", "&Duplicate", {}, [&] { windows.duplicate(window); });
+    QAction* revert = add("revertToOpening", "Re&vert to Opening State...", {},
                           [&] { revertToOpening(window, windows.panels()); });
     enableWhileShown(menu, revert, [&] { return window.document().canRevert(); });
     QAction* backups =
-        add("browseBackups", tr("&Browse Backups..."), {}, [&] { windows.browseBackups(window); });
+        add("browseBackups", "&Browse Backups...", {}, [&] { windows.browseBackups(window); });
     enableWhileShown(menu, backups, [&] { return !window.document().isUntitled(); });
     menu.addSeparator();
-    addTransferMenus(menu, window, windows);
+    addImportMenu(menu, window, windows);
+    addExportMenu(menu, window, windows);
     menu.addSeparator();
-    QAction* print = add("print", tr("&Print..."), QKeySequence::Print,
+    QAction* print = add("print", "&Print...", QKeySequence::Print,
                          [&] { emit windows.printRequested(&window); });
     enableWhileShown(menu, print, [&] { return window.mainView().canDeleteCensus(); });
     menu.addSeparator();
-    add("terminate", tr("&Quit"), QKeySequence(Qt::CTRL | Qt::Key_Q), [&] { windows.quit(); });
+    add("terminate", "&Quit", QKeySequence(Qt::CTRL | Qt::Key_Q), [&] { windows.quit(); });
 }
 
 // Undo and redo act on the editor that has the focus, or else on the project.
-void addTravelItem(MainWindowController& window, QMenu& menu, bool back) {
-    QAction* action = addItem(menu, back ? "undo" : "redo", {}, QKeySequence::Undo);
-    // Desktops differ in the keys for redo; both are taken.
-    if (!back) {
+void addUndoItem(MainWindowController& window, QMenu& menu, bool isUndo) {
+    QAction* action = addItem(menu, isUndo ? "undo" : "redo", {}, QKeySequence::Undo);
+    // Desktops differ in the keys for redo; both work.
+    if (!isUndo) {
         action->setShortcuts(
             {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)});
     }
-    QObject::connect(action, &QAction::triggered, &window, [&window, back] {
+    QObject::connect(action, &QAction::triggered, &window, [&window, isUndo] {
         QWidget* focus = window.focusWidget();
-        if (isTextEditor(focus)) return back ? undoIn(focus) : redoIn(focus);
-        back ? window.mainView().undo() : window.mainView().redo();
+        if (isTextEditor(focus)) return isUndo ? undoIn(focus) : redoIn(focus);
+        isUndo ? window.mainView().undo() : window.mainView().redo();
     });
-    const auto show = [&window, action, back] {
+    const auto show = [&window, action, isUndo] {
         const ObjectContext& context = window.document().project().objectContext();
         const QWidget* focus = window.focusWidget();
         const bool inEditor = isTextEditor(focus);
-        const QString step =
-            inEditor ? QString()
-                     : translatedStepName(back ? context.undoName() : context.redoName());
-        const QString title = back ? tr("&Undo %1") : tr("&Redo %1");
+        QString step;
+        if (!inEditor) {
+            step = QString::fromStdString(isUndo ? context.undoName() : context.redoName());
+        }
+        const QString title = isUndo ? "&Undo %1" : "&Redo %1";
         action->setText(title.arg(step).trimmed());
-        return inEditor ? (back ? canUndoIn(focus) : canRedoIn(focus))
-                        : (back ? context.canUndo() : context.canRedo());
+        return inEditor ? (isUndo ? canUndoIn(focus) : canRedoIn(focus))
+                        : (isUndo ? context.canUndo() : context.canRedo());
     };
     show();
     enableWhileShown(menu, action, show);
 }
 
-// What has the focus, except that an empty project, which shows no table, takes copied censuses.
+// The widget with the focus; in an empty project, which shows no table, the table of censuses if
+// censuses were copied.
 QWidget* pasteTarget(MainWindowController& window) {
     QWidget* focus = window.focusWidget();
     const bool empty = window.document().project().objectContext().censusCount() == 0;
@@ -129,29 +156,29 @@ QWidget* pasteTarget(MainWindowController& window) {
 }
 
 void addEditMenu(MainWindowController& window, ProjectWindows& windows) {
-    QMenu& menu = *window.menuBar()->addMenu(tr("&Edit"));
-    addTravelItem(window, menu, true);
-    addTravelItem(window, menu, false);
+    QMenu& menu = *window.menuBar()->addMenu("&Edit");
+    addUndoItem(window, menu, true);
+    addUndoItem(window, menu, false);
     menu.addSeparator();
-    QAction* cut = addCommand(window, menu, "cut", tr("Cu&t"), QKeySequence::Cut,
+    QAction* cut = addCommand(window, menu, "cut", "Cu&t", QKeySequence::Cut,
                               [&] { cutFrom(window.focusWidget()); });
-    QAction* copy = addCommand(window, menu, "copy", tr("&Copy"), QKeySequence::Copy,
+    QAction* copy = addCommand(window, menu, "copy", "&Copy", QKeySequence::Copy,
                                [&] { copyFrom(window.focusWidget()); });
-    QAction* paste = addCommand(window, menu, "paste", tr("&Paste"), QKeySequence::Paste,
+    QAction* paste = addCommand(window, menu, "paste", "&Paste", QKeySequence::Paste,
                                 [&] { pasteInto(pasteTarget(window)); });
-    // Without a shortcut: the key means the next character to an editor, and the rows to a table.
-    QAction* remove = addCommand(window, menu, "delete", tr("&Delete"), {},
+    // Without a shortcut: the key deletes a character in an editor, and rows in a table.
+    QAction* remove = addCommand(window, menu, "delete", "&Delete", {},
                                  [&] { deleteFrom(window.focusWidget()); });
-    QAction* all = addCommand(window, menu, "selectAll", tr("Select &All"), QKeySequence::SelectAll,
+    QAction* all = addCommand(window, menu, "selectAll", "Select &All", QKeySequence::SelectAll,
                               [&] { selectAllOf(window.focusWidget()); });
-    addCommand(window, menu, "copyAllMetrics", tr("Copy All &Metrics"),
+    addCommand(window, menu, "copyAllMetrics", "Copy All &Metrics",
                QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_C),
                [&] { window.mainView().copyAllMetrics(); });
     menu.addSeparator();
-    addCommand(window, menu, "find", tr("&Find Species"), QKeySequence::Find,
+    addCommand(window, menu, "find", "&Find Species", QKeySequence::Find,
                [&] { window.mainView().findSpecies(); });
     menu.addSeparator();
-    addCommand(window, menu, "preferencesMenuItemTapped", tr("Prefere&nces..."), preferencesKey(),
+    addCommand(window, menu, "preferencesMenuItemTapped", "Prefere&nces...", preferencesKey(),
                [&] { emit windows.preferencesRequested(); });
     enableWhileShown(menu, cut, [&] { return canCut(window.focusWidget()); });
     enableWhileShown(menu, paste, [&] { return canPaste(pasteTarget(window)); });
@@ -161,51 +188,50 @@ void addEditMenu(MainWindowController& window, ProjectWindows& windows) {
 }
 
 void addRecordMenus(MainWindowController& window) {
-    QMenu& census = *window.menuBar()->addMenu(tr("&Census"));
-    addCommand(window, census, "addCensusMenuItemTapped", tr("&Add Census"),
+    QMenu& census = *window.menuBar()->addMenu("&Census");
+    addCommand(window, census, "addCensusMenuItemTapped", "&Add Census",
                QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_N),
                [&] { window.document().project().addCensus(); });
     QAction* deleteCensus =
-        addCommand(window, census, "deleteCensusMenuItemTapped", tr("&Delete Census"),
+        addCommand(window, census, "deleteCensusMenuItemTapped", "&Delete Census",
                    QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Delete),
                    [&] { window.document().project().deleteCensus(); });
     enableWhileShown(census, deleteCensus, [&] { return window.mainView().canDeleteCensus(); });
 
-    QMenu& species = *window.menuBar()->addMenu(tr("&Species"));
-    QAction* addSpecies = addCommand(window, species, "addSpeciesMenuItemTapped",
-                                     tr("&Add Species"), QKeySequence(Qt::CTRL | Qt::Key_E),
+    QMenu& species = *window.menuBar()->addMenu("&Species");
+    QAction* addSpecies = addCommand(window, species, "addSpeciesMenuItemTapped", "&Add Species",
+                                     QKeySequence(Qt::CTRL | Qt::Key_E),
                                      [&] { window.document().project().addSpecies(); });
-    QAction* deleteSpecies =
-        addCommand(window, species, "deleteSpeciesMenuItemTapped", tr("&Delete Species"),
-                   QKeySequence(Qt::CTRL | Qt::Key_Delete),
-                   [&] { window.document().project().deleteSpecies(); });
+    QAction* deleteSpecies = addCommand(window, species, "deleteSpeciesMenuItemTapped",
+                                        "&Delete Species", QKeySequence(Qt::CTRL | Qt::Key_Delete),
+                                        [&] { window.document().project().deleteSpecies(); });
     enableWhileShown(species, addSpecies, [&] { return window.mainView().canAddSpecies(); });
     enableWhileShown(species, deleteSpecies, [&] { return window.mainView().canDeleteSpecies(); });
 }
 
 void addAnalysisMenu(MainWindowController& window) {
-    QMenu& menu = *window.menuBar()->addMenu(tr("&Analysis"));
-    addCommand(window, menu, "projectwideMetricsMenuItemTapped", tr("&Project-Wide Metrics"),
+    QMenu& menu = *window.menuBar()->addMenu("&Analysis");
+    addCommand(window, menu, "projectwideMetricsMenuItemTapped", "&Project-Wide Metrics",
                QKeySequence(Qt::CTRL | Qt::Key_M),
                [&] { window.mainView().calculateProjectWideMetrics(); });
     addCommand(window, menu, "individualBasedRarefactionMenuItemTapped",
-               tr("&Individual-Based Rarefaction"), QKeySequence(Qt::CTRL | Qt::Key_R),
+               "&Individual-Based Rarefaction", QKeySequence(Qt::CTRL | Qt::Key_R),
                [&] { window.mainView().individualBasedRarefaction(); });
-    addCommand(window, menu, "sampleBasedRarefactionMenuItemTapped",
-               tr("&Sample-Based Rarefaction"), QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_R),
+    addCommand(window, menu, "sampleBasedRarefactionMenuItemTapped", "&Sample-Based Rarefaction",
+               QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_R),
                [&] { window.mainView().sampleBasedRarefaction(); });
 }
 
 void addViewMenu(MainWindowController& window, LookChoice& look) {
-    QMenu& menu = *window.menuBar()->addMenu(tr("&View"));
+    QMenu& menu = *window.menuBar()->addMenu("&View");
     auto* group = new QActionGroup(&window);
     const struct {
         LookChoice::Choice choice;
         const char* name;
         QString title;
-    } items[] = {{LookChoice::light, "lightLook", tr("&Light")},
-                 {LookChoice::dark, "darkLook", tr("&Dark")},
-                 {LookChoice::followDesktop, "followDesktop", tr("&Follow Desktop")}};
+    } items[] = {{LookChoice::light, "lightLook", "&Light"},
+                 {LookChoice::dark, "darkLook", "&Dark"},
+                 {LookChoice::followDesktop, "followDesktop", "&Follow Desktop"}};
     for (const auto& item : items) {
         QAction* action = group->addAction(addItem(menu, item.name, item.title));
         action->setCheckable(true);
@@ -222,17 +248,22 @@ void addViewMenu(MainWindowController& window, LookChoice& look) {
 
 // F1 explains the value that has the focus, and opens the help everywhere else.
 void addHelpMenu(MainWindowController& window, ProjectWindows& windows) {
-    QMenu& menu = *window.menuBar()->addMenu(tr("&Help"));
-    addCommand(window, menu, "showHelp", tr("Zorvel &Help"), QKeySequence::HelpContents,
+    QMenu& menu = *window.menuBar()->addMenu("&Help");
+    addCommand(window, menu, "showHelp", "Zorvel &Help", QKeySequence::HelpContents,
                [&] { emit windows.helpRequested(); });
     menu.addSeparator();
-    addCommand(window, menu, "websiteMenuItemTapped", tr("Zorvel &Web Site"), {},
+    addCommand(window, menu, "websiteMenuItemTapped", "Zorvel &Web Site", {},
                [&] { emit windows.websiteRequested(); });
-    addCommand(window, menu, "emailSupportMenuItemTapped", tr("&Send Mail to Support"), {},
+    addCommand(window, menu, "emailSupportMenuItemTapped", "&Send Mail to Support", {},
                [&] { emit windows.supportRequested(); });
     menu.addSeparator();
-    QAction* about = addItem(menu, "about", tr("&About Zorvel"));
+    QAction* about = addItem(menu, "about", "&About Zorvel");
     QObject::connect(about, &QAction::triggered, &window, [&window] { showAbout(&window); });
+}
+
+QKeySequence keyOr(QKeySequence::StandardKey standard, const QKeySequence& common) {
+    const QKeySequence key(standard);
+    return key.isEmpty() ? common : key;
 }
 
 }  // namespace
@@ -245,6 +276,26 @@ void addMenus(MainWindowController& window, ProjectWindows& windows, LookChoice&
     addViewMenu(window, look);
     addWindowMenu(window);
     addHelpMenu(window, windows);
+}
+
+QKeySequence closeKey() {
+    return keyOr(QKeySequence::Close, Qt::CTRL | Qt::Key_W);
+}
+
+QKeySequence saveAsKey() {
+    return keyOr(QKeySequence::SaveAs, Qt::CTRL | Qt::SHIFT | Qt::Key_S);
+}
+
+QKeySequence preferencesKey() {
+    return keyOr(QKeySequence::Preferences, Qt::CTRL | Qt::Key_Comma);
+}
+
+QAction* addKeyCommand(QWidget& window, const char* name, const QList<QKeySequence>& keys) {
+    auto* action = new QAction(&window);
+    action->setObjectName(name);
+    action->setShortcuts(keys);
+    window.addAction(action);
+    return action;
 }
 
 }  // namespace zorvel

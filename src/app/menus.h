@@ -1,6 +1,13 @@
-// The menu bar of a project's window: only what works. Actions go to the project windows, the look
-// choice, and the widget that has the focus. Main thread.
+// The menu bar of a project's window, and the keys of commands that other windows have too. Main
+// thread.
 #pragma once
+
+#include <QKeySequence>
+#include <QList>
+
+class QAction;
+class QMenu;
+class QWidget;
 
 namespace zorvel {
 
@@ -10,5 +17,23 @@ class ProjectWindows;
 
 // Both must outlive the window.
 void addMenus(MainWindowController& window, ProjectWindows& windows, LookChoice& look);
+
+// Its parts whose contents change, see window_menus.cpp.
+
+// File > Open Recent, filled each time it is about to be shown; a missing file is hidden a moment
+// later.
+void keepRecentMenu(QMenu& menu, MainWindowController& window, ProjectWindows& windows);
+// View > Sort Censuses and Sort Species: what a click on a table's header does, by keyboard.
+void addSortMenus(QMenu& menu, MainWindowController& window);
+// Window: minimise, maximise, and all windows of the program by their titles.
+void addWindowMenu(MainWindowController& window);
+
+// The desktop's key of a command, or the common one on a desktop without.
+QKeySequence closeKey();
+QKeySequence saveAsKey();
+QKeySequence preferencesKey();
+
+// A command of a window without menus, by its keys alone.
+QAction* addKeyCommand(QWidget& window, const char* name, const QList<QKeySequence>& keys);
 
 }  // namespace zorvel

@@ -51,7 +51,7 @@ struct Reading {
             return handOver(OpenedText{path, std::move(read).value()});
         }
         if (read.ok()) {
-            if (shownIn) shownIn->showMessage(tr("%1 is empty.").arg(name));
+            if (shownIn) shownIn->messageStrip().addMessage(tr("%1 is empty.").arg(name));
         } else {
             alerts.warn(window, tr("“%1” could not be read").arg(name),
                         sentence(QString::fromStdString(read.problem().message)));

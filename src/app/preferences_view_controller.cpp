@@ -2,8 +2,8 @@
 
 #include <QAbstractButton>
 #include <QButtonGroup>
-#include <QCoreApplication>
 #include <QHideEvent>
+#include <QLayout>
 #include <QLineEdit>
 #include <QShowEvent>
 #include <QSignalBlocker>
@@ -28,10 +28,6 @@ int tagOf(const QObject& object) {
     return object.property("tag").toInt();
 }
 
-QString worded(const char* problem) {
-    return QCoreApplication::translate("TypedValues", problem);
-}
-
 QString shortest(double value) {
     return QString::fromStdString(shortestText(value));
 }
@@ -47,7 +43,7 @@ PreferencesViewController::PreferencesViewController(ColorPanel& colors, QWidget
 
 PreferencesViewController::~PreferencesViewController() = default;
 
-// The layout would tell the height that its texts need at another width.
+// The layout's hint has the height that the texts need at another width.
 QSize PreferencesViewController::sizeHint() const {
     return {minimumWidth(), heightForWidth(minimumWidth())};
 }
@@ -85,7 +81,7 @@ void PreferencesViewController::viewWillAppear() {
         QString::fromStdString(integerText(preferences.rarefactionSize())));
     ui_->sqsQuotaValueTextField->setText(
         QString::fromStdString(fixedText(preferences.sqsQuota(), 2)));
-    // The window gives its first field the focus: what is typed replaces the number there.
+    // The first field has the focus: typing replaces its number.
     ui_->rarefactionSampleSizeValueTextField->selectAll();
     noteSampleSize();
     noteQuota();
@@ -100,7 +96,7 @@ void PreferencesViewController::showAgain() {
         if (field->isModified()) editingDidEnd(field);
     }
     viewWillAppear();
-    // The quota is shown rounded: it must not be stored so because the focus leaves it.
+    // The quota is shown rounded, and must not be stored rounded because the focus leaves it.
     const QSignalBlocker blocker(quota);
     size->setFocus(Qt::ShortcutFocusReason);
 }
@@ -170,31 +166,31 @@ void PreferencesViewController::noteSampleSize() {
     const auto size = parseTypedSampleSize(field.text().toStdString());
     QString note;
     if (!size) {
-        note = tr("%1 %2 stays.").arg(worded(size.problem())).arg(Preferences().rarefactionSize());
+        note = QString("%1 %2 stays.").arg(size.problem()).arg(Preferences().rarefactionSize());
     } else if (const auto limited = Preferences::limitedSize(size.value());
                limited != size.value()) {
-        note = tr("Stored as %1, the smallest sample.").arg(limited);
+        note = QString("Stored as %1, the smallest sample.").arg(limited);
     }
-    showNote(field, *ui_->sampleSizeNote,
-             tr("Specimens, or censuses, to which richness is rarefied."), note);
+    showNote(field, *ui_->sampleSizeNote, "Specimens, or censuses, to which richness is rarefied.",
+             note);
 }
 
-// What is stored may have more digits than are shown.
+// The stored value may have more digits than are shown.
 void PreferencesViewController::noteQuota() {
     QLineEdit& field = *ui_->sqsQuotaValueTextField;
     const auto quota = parseTypedQuota(field.text().toStdString());
     const double stored = Preferences().sqsQuota();
     QString note;
     if (!quota) {
-        note = tr("%1 %2 stays.").arg(worded(quota.problem()), shortest(stored));
+        note = QString("%1 %2 stays.").arg(quota.problem(), shortest(stored));
     } else if (const double limited = Preferences::limitedQuota(quota.value());
                limited != quota.value()) {
-        note = tr("Stored as %1: a quota is from 0 to 1.").arg(limited);
+        note = QString("Stored as %1: a quota is from 0 to 1.").arg(limited);
     } else if (!field.isModified() && stored != quota.value()) {
-        note = tr("Rounded: until this window closes, %1 is stored.").arg(shortest(stored));
+        note = QString("Shown rounded; the stored value is %1.").arg(shortest(stored));
     }
-    showNote(field, *ui_->quotaNote,
-             tr("Share of all specimens that the species drawn must cover."), note);
+    showNote(field, *ui_->quotaNote, "Share of all specimens that the species drawn must cover.",
+             note);
 }
 
 void PreferencesViewController::showNote(QLineEdit& field, QLabel& line, const QString& purpose,
@@ -213,7 +209,7 @@ void PreferencesViewController::setQuiet(QLabel& line) {
     line.setPalette(colors);
 }
 
-// A window that is minimised has not closed, nor does it appear when it comes back.
+// Minimising does not count as closing.
 void PreferencesViewController::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
     if (!event->spontaneous()) viewWillAppear();
@@ -230,6 +226,17 @@ void PreferencesViewController::changeEvent(QEvent* event) {
     for (QLabel* line : {ui_->confidenceNote, ui_->colorNote, ui_->storingNote}) setQuiet(*line);
     noteSampleSize();
     noteQuota();
+}
+
+PreferencesWindowController::PreferencesWindowController(ColorPanel& colors)
+    : PlacedWindow(60, 60), viewController_(new PreferencesViewController(colors, this)) {
+    setObjectName("PreferencesWindow");
+    setWindowTitle("Preferences");
+    setAttribute(Qt::WA_DeleteOnClose);
+    setAttribute(Qt::WA_QuitOnClose, false);
+    setCentralWidget(viewController_);
+    layout()->setSizeConstraint(QLayout::SetFixedSize);
+    connect(viewController_, &PreferencesViewController::closeRequested, this, &QWidget::close);
 }
 
 }  // namespace zorvel

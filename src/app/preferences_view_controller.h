@@ -1,15 +1,16 @@
-// The content of the preferences window. Level and colour are stored the moment they change, the
-// two numbers when their field ends editing and again when the window closes. A text that is no
-// number stays in its field and stores nothing; a line beside the field says so, and also where a
-// number is stored as another. Main thread.
+// The preferences window and its content. Level and colour are stored when they change, the two
+// numbers when their field ends editing and again when the window closes. A text that is no number
+// stays in its field and is not stored; the line below the field says so, and also if a number is
+// stored as another. Main thread.
 #pragma once
 
 #include <QWidget>
 #include <memory>
 
+#include "ui/kit/window_placement.h"
+
 class QLabel;
 class QLineEdit;
-
 namespace Ui {
 class PreferencesView;
 }
@@ -25,24 +26,24 @@ class PreferencesViewController : public QWidget {
     explicit PreferencesViewController(ColorPanel& colors, QWidget* parent = nullptr);
     ~PreferencesViewController() override;
 
-    // For a window that is open already: what was typed is stored, and all is shown as it is now.
+    // If the window is open already: stores what was typed, and shows the current values.
     void showAgain();
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
 
   public slots:
-    // The sender tells by its property "tag" which it is: 1001 the sample size, 1002 the quota; 95
-    // and 99 the buttons. Any other field does nothing, any other button stands for 95.
+    // The property "tag" of the sender says which it is: 1001 sample size, 1002 quota; 95 and 99
+    // the buttons. Any other field is ignored, any other button counts as 95.
     void editingDidEnd(QObject* sender);
     void confidenceButtonTapped(QObject* sender);
     void colorWellTapped();
 
   signals:
-    // At every closing, whether or not anything was stored.
+    // At every closing, even if nothing was stored.
     void preferencesDidChange();
-    // A field has stored what it may: captions and values follow.
+    // A field has stored its value: captions and values must follow.
     void textDidEndEditing();
-    // At once, for plots that are on the screen: level or colour.
+    // Level or colour has changed: plots on the screen must follow.
     void plotPreferencesDidChange();
     void closeRequested();
 
@@ -61,11 +62,24 @@ class PreferencesViewController : public QWidget {
     void storeQuota(const QString& text);
     void noteSampleSize();
     void noteQuota();
-    // An empty note leaves the line to what the field is for.
+    // With an empty note the line shows what the field is for.
     void showNote(QLineEdit& field, QLabel& line, const QString& purpose, const QString& note);
     void setQuiet(QLabel& line);
 
     std::unique_ptr<Ui::PreferencesView> ui_;
+};
+
+// Not modal; the program does not stay open for it.
+class PreferencesWindowController : public PlacedWindow {
+    Q_OBJECT
+  public:
+    // The panel must outlive the window.
+    explicit PreferencesWindowController(ColorPanel& colors);
+
+    [[nodiscard]] PreferencesViewController& viewController() { return *viewController_; }
+
+  private:
+    PreferencesViewController* viewController_;
 };
 
 }  // namespace zorvel

@@ -98,23 +98,23 @@ void Printing::print(QWidget* window) {
     if (!target || !guard) return;
     if (target->printer == nullptr) return writeFile(window, *target, *subject);
     if (!subject->paint(*target->printer)) {
-        warn(window, *subject, tr("The printer did not take it."));
+        warn(window, *subject, "The printer did not accept the job.");
     }
 }
 
 void Printing::warn(QWidget* window, const Subject& subject, const QString& reason) {
     windows_.panels().alerts.warn(
-        window, tr("“%1” could not be printed").arg(shortened(subject.title, 80)), reason);
+        window, QString("“%1” could not be printed").arg(shortened(subject.title, 80)), reason);
 }
 
 void Printing::writeFile(QWidget* window, const PrintTarget& target, const Subject& subject) {
     const QByteArray bytes = pdfOn(target, subject.title, subject.paint);
-    if (bytes.isEmpty()) return warn(window, subject, tr("No page could be painted."));
+    if (bytes.isEmpty()) return warn(window, subject, "No page could be painted.");
     const QString name = QFileInfo(target.path).fileName();
     const auto tell = [windows = QPointer<ProjectWindows>(&windows_), name,
                        shown = QPointer<QWidget>(window)](bool there) {
         if (!there || !windows || !shown) return;
-        const QString news = tr("Printed to %1").arg(name);
+        const QString news = QString("Printed to %1").arg(name);
         if (auto* project = qobject_cast<MainWindowController*>(shown)) {
             windows->tell(project, news + '.', MessageStrip::Tone::news);
         } else if (auto* plot = qobject_cast<RarefactionWindowController*>(shown)) {
@@ -123,7 +123,7 @@ void Printing::writeFile(QWidget* window, const PrintTarget& target, const Subje
     };
     writeInBackground(
         windows_.jobs(), windows_.panels().alerts, window, target.path,
-        tr("“%1” could not be written").arg(name),
+        QString("“%1” could not be written").arg(name),
         [bytes](const ByteSink& sink) {
             sink({bytes.constData(), static_cast<std::size_t>(bytes.size())});
         },

@@ -1,6 +1,6 @@
 #include "app/project_windows.h"
 
-#include <QApplication>
+#include <QAction>
 #include <QFileInfo>
 #include <algorithm>
 #include <utility>
@@ -26,8 +26,18 @@ namespace zorvel {
 
 namespace {
 
-const char openingProgress[] = "opening";   // its name in the main view
-const char settingsMessage[] = "settings";  // and that in the strip
+const char openingProgress[] = "opening";   // name of the progress in the main view
+const char settingsMessage[] = "settings";  // name of the message in the strip
+
+// Those on the screen.
+template <class Window>
+std::vector<Window*> shownOf(const std::vector<QPointer<Window>>& windows) {
+    std::vector<Window*> shown;
+    for (const QPointer<Window>& window : windows) {
+        if (window && !window->isHidden()) shown.push_back(window);
+    }
+    return shown;
+}
 
 bool hasTaxon(const ObjectContext& project) {
     const std::vector<Census> censuses = project.censuses();
@@ -44,12 +54,7 @@ ProjectWindows::ProjectWindows(DocumentController& documents, JobQueue& jobs,
       makeRandom_(std::move(makeRandom)),
       look_(look),
       panels_(panels),
-      secondary_([this](QWidget& window) { return mayCloseSecondary(window); }),
       exports_(std::make_unique<Exports>(*this, makeRandom_)) {
-    connect(&secondary_, &SecondaryWindows::quitRequested, this, &ProjectWindows::quit);
-    connect(&secondary_, &SecondaryWindows::preferencesRequested, this,
-            &ProjectWindows::preferencesRequested);
-    connect(&secondary_, &SecondaryWindows::helpRequested, this, &ProjectWindows::helpRequested);
     connect(&documents_, &DocumentController::documentDidOpen, this,
             [this](Document* document, const QString& path) { documentDidOpen(*document, path); });
     connect(&documents_, &DocumentController::documentDidReadText, this,
@@ -68,16 +73,17 @@ ProjectWindows::ProjectWindows(DocumentController& documents, JobQueue& jobs,
 }
 
 ProjectWindows::~ProjectWindows() {
-    // Closed ones too, which wait for their deletion: they look at their documents to the end.
+    // Closed ones too, which wait for their deletion: they use their documents until then.
     for (const auto& window : windows_) delete window;
+    for (const auto& window : analysisWindows_) delete window;
 }
 
 std::vector<MainWindowController*> ProjectWindows::windows() const {
-    std::vector<MainWindowController*> open;
-    for (const auto& window : windows_) {
-        if (window && !window->isHidden()) open.push_back(window);
-    }
-    return open;
+    return shownOf(windows_);
+}
+
+std::vector<QWidget*> ProjectWindows::analysisWindows() const {
+    return shownOf(analysisWindows_);
 }
 
 void ProjectWindows::follow(SettingsFile& settings) {
@@ -114,7 +120,7 @@ MainWindowController& ProjectWindows::openWindow(Document& document) {
     auto* window = new MainWindowController(document, jobs_, makeRandom_, panels_);
     window->setAttribute(Qt::WA_DeleteOnClose);
     if (!open.empty()) cascade(*window, *open.back());
-    windows_.erase(std::remove(windows_.begin(), windows_.end(), nullptr), windows_.end());
+    std::erase(windows_, nullptr);
     windows_.emplace_back(window);
     connectWindow(*window);
     tellOfSettings(*window);
@@ -125,22 +131,30 @@ MainWindowController& ProjectWindows::openWindow(Document& document) {
 void ProjectWindows::connectWindow(MainWindowController& window) {
     addMenus(window, *this, look_);
     MainWindowController* const shown = &window;
-    connect(shown, &MainWindowController::openRequested, this, [=, this] { chooseFile(*shown); });
+    MainViewController* const view = &window.mainView();
+    connect(view, &MainViewController::openRequested, this, [=, this] { chooseFile(*shown); });
+    connect(view, &MainViewController::analysisWindowDidOpen, this,
+            [this](QWidget* opened) { addAnalysisWindow(*opened); });
     connect(shown, &MainWindowController::filesDropped, this,
             [=, this](const QStringList& paths) { takeDroppedFiles(paths, *shown); });
-    connect(this, &ProjectWindows::preferencesDidChange, shown,
-            [=] { shown->mainView().updateMetrics(); });
-    connect(this, &ProjectWindows::textDidEndEditing, shown,
-            [=] { shown->mainView().editingDidEnd(); });
     connect(shown, &MainWindowController::saveAsRequested, this,
             [=, this] { saveWindowAs(*shown, panels_); });
-    connect(shown, &MainWindowController::analysisWindowDidOpen, this,
-            [this](QWidget* opened) { addAnalysisWindow(*opened); });
+    connect(this, &ProjectWindows::preferencesDidChange, view, &MainViewController::updateMetrics);
+    connect(this, &ProjectWindows::textDidEndEditing, view, &MainViewController::editingDidEnd);
     window.setCloseQuestion([=, this] { return mayClose(*shown); });
 }
 
 void ProjectWindows::addAnalysisWindow(QWidget& opened) {
-    addSecondary(opened);
+    std::erase(analysisWindows_, nullptr);
+    analysisWindows_.emplace_back(&opened);
+    opened.installEventFilter(this);
+    const auto add = [&](const char* name, const QKeySequence& key, auto* receiver, auto slot) {
+        connect(addKeyCommand(opened, name, {key}), &QAction::triggered, receiver, slot);
+    };
+    add("performClose", closeKey(), &opened, &QWidget::close);
+    add("terminate", QKeySequence(Qt::CTRL | Qt::Key_Q), this, &ProjectWindows::quit);
+    add("preferencesMenuItemTapped", preferencesKey(), this, &ProjectWindows::preferencesRequested);
+    add("showHelp", QKeySequence::HelpContents, this, &ProjectWindows::helpRequested);
     if (auto* plot = qobject_cast<RarefactionWindowController*>(&opened)) {
         connect(this, &ProjectWindows::plotPreferencesDidChange,
                 &plot->viewController().rarefactionView(), &RarefactionView::preferencesDidChange);
@@ -166,7 +180,7 @@ void ProjectWindows::openFiles(const QStringList& paths, MainWindowController* w
               [this, paths](const std::vector<KnownFile>& known) { openKnownFiles(paths, known); });
 }
 
-// What the person does not want after all is not among the known ones.
+// Files that the user decided against are not among the known ones.
 void ProjectWindows::openKnownFiles(const QStringList& asked, const std::vector<KnownFile>& known) {
     auto next = known.begin();
     for (const QString& path : asked) {
@@ -194,15 +208,15 @@ void ProjectWindows::takeDroppedFiles(const QStringList& paths, MainWindowContro
     });
 }
 
-// Of several openings the oldest one's name is shown.
+// If several files are being opened, the name of the first is shown.
 void ProjectWindows::showProgress(MainWindowController& window) {
     const auto first = std::find_if(openings_.begin(), openings_.end(),
                                     [&](const Opening& each) { return each.window == &window; });
     if (first == openings_.end()) {
         window.mainView().stopProgress(openingProgress);
     } else {
-        window.mainView().startProgress(openingProgress,
-                                        tr("opening %1...").arg(QFileInfo(first->path).fileName()));
+        window.mainView().startProgress(
+            openingProgress, QString("opening %1...").arg(QFileInfo(first->path).fileName()));
     }
 }
 
@@ -244,7 +258,7 @@ void ProjectWindows::documentDidOpen(Document& document, const QString& path) {
     const bool asked = std::any_of(openings_.begin(), openings_.end(),
                                    [&](const Opening& each) { return each.path == path; });
     MainWindowController* window = endOpening(path);
-    // Every window was closed while the file was read: nobody waits for it any more.
+    // Every window was closed while the file was read.
     if (asked && windows().empty()) return documents_.close(document);
     if (MainWindowController* shown = windowOf(document)) {
         window = shown;

@@ -1,6 +1,5 @@
 #include "app/species_list_command.h"
 
-#include <QCoreApplication>
 #include <QFileInfo>
 #include <QPointer>
 #include <iterator>
@@ -19,10 +18,6 @@ namespace zorvel {
 
 namespace {
 
-QString tr(const char* text) {
-    return QCoreApplication::translate("SpeciesListCommand", text);
-}
-
 // A set in the background, so that the main thread has little left to do.
 TaxonFormatter::Names namesIn(std::string_view text) {
     auto names = parseSpeciesList(text).value.value_or(std::vector<std::string>());
@@ -30,21 +25,23 @@ TaxonFormatter::Names namesIn(std::string_view text) {
 }
 
 QString addedNames(std::size_t added) {
-    return added == 1 ? tr("Added one name") : tr("Added %L1 names").arg(qulonglong{added});
+    return added == 1 ? "Added one name" : QString("Added %L1 names").arg(qulonglong{added});
 }
 
 QString message(const QString& file, std::size_t added, std::size_t known) {
-    if (added + known == 0) return tr("There are no names in %1.").arg(file);
+    if (added + known == 0) return QString("There are no names in %1.").arg(file);
     if (added == 0) {
-        return known == 1
-                   ? tr("The one name in %1 was known already.").arg(file)
-                   : tr("All %L1 names in %2 were known already.").arg(qulonglong{known}).arg(file);
+        return known == 1 ? QString("The one name in %1 was known already.").arg(file)
+                          : QString("All %L1 names in %2 were known already.")
+                                .arg(qulonglong{known})
+                                .arg(file);
     }
-    const QString what = tr("%1 from %2, to complete species names until this window is closed")
-                             .arg(addedNames(added), file);
+    const QString what =
+        QString("%1 from %2, to complete species names until this window is closed")
+            .arg(addedNames(added), file);
     if (known == 0) return what + '.';
-    return known == 1 ? tr("%1; one was known already.").arg(what)
-                      : tr("%1; %L2 were known already.").arg(what).arg(qulonglong{known});
+    return known == 1 ? QString("%1; one was known already.").arg(what)
+                      : QString("%1; %L2 were known already.").arg(what).arg(qulonglong{known});
 }
 
 void addNames(MainViewController& view, const TaxonFormatter::Names& names, const QString& file) {
@@ -52,7 +49,8 @@ void addNames(MainViewController& view, const TaxonFormatter::Names& names, cons
     const std::size_t before = formatter.taxonNames().size();
     formatter.addTaxonNames(names);
     const std::size_t added = formatter.taxonNames().size() - before;
-    view.showNews(message(file, added, names.size() - added));
+    view.messageStrip().addMessage(message(file, added, names.size() - added),
+                                   MessageStrip::Tone::news);
 }
 
 }  // namespace
@@ -72,7 +70,7 @@ void importSpeciesList(ProjectWindows& windows, MainWindowController* window) {
     };
     // Whoever cancels has no list, and is told nothing: the console's line that there are no names
     // is about a file that holds none, or could not be read.
-    openTextFile(windows, window, tr("Import Species List"), received, [] {});
+    openTextFile(windows, window, "Import Species List", received, [] {});
 }
 
 }  // namespace zorvel

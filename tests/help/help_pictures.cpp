@@ -14,7 +14,7 @@
 
 #include "app/look_choice.h"
 #include "app/project_windows.h"
-#include "app/start_up.h"
+#include "app/application_delegate.h"
 #include "metrics/random_source.h"
 #include "platform/document_controller.h"
 #include "platform/job_queue.h"

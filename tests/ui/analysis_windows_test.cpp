@@ -10,7 +10,7 @@
 #include "model/edits.h"
 #include "ui/analysis/project_wide_metrics_window_controller.h"
 #include "ui/analysis/rarefaction_view_controller.h"
-#include "ui/main/shared_name_texts.h"
+#include "ui/main/record_names.h"
 #include "ui/window_fixture.h"
 
 namespace zorvel {

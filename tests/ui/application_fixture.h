@@ -4,7 +4,7 @@
 #include <QUrl>
 
 #include "app/application_delegate.h"
-#include "app/preferences_window_controller.h"
+#include "app/preferences_view_controller.h"
 #include "ui/kit/panels.h"
 #include "ui/window_fixture.h"
 

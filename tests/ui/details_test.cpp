@@ -11,7 +11,7 @@
 #include "base/text.h"
 #include "model/edits.h"
 #include "ui/kit/message_strip.h"
-#include "ui/main/shared_name_texts.h"
+#include "ui/main/record_names.h"
 #include "ui/window_fixture.h"
 
 namespace zorvel {

@@ -8,7 +8,7 @@
 
 #include "model/edits.h"
 #include "ui/kit/message_strip.h"
-#include "ui/main/table_text_fields.h"
+#include "ui/main/table_cells.h"
 #include "ui/window_fixture.h"
 
 namespace zorvel {

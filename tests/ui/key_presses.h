@@ -5,7 +5,7 @@
 #include <QTest>
 #include <QWindow>
 
-#include "ui/main/table_text_fields.h"
+#include "ui/main/table_cells.h"
 #include "ui/window_fixture.h"
 
 namespace zorvel {

@@ -27,9 +27,9 @@
 
 #include "app/backups_window.h"
 #include "app/look_choice.h"
-#include "app/preferences_window_controller.h"
+#include "app/preferences_view_controller.h"
 #include "app/project_windows.h"
-#include "app/start_up.h"
+#include "app/application_delegate.h"
 #include "metrics/random_source.h"
 #include "platform/document_controller.h"
 #include "platform/job_queue.h"

@@ -1,7 +1,7 @@
 // Searching the species of a census: what is found, and the keys of the field.
 #include <QLineEdit>
 
-#include "ui/main/search_text.h"
+#include "ui/main/name_matching.h"
 #include "ui/main/species_table_model.h"
 #include "ui/window_fixture.h"
 

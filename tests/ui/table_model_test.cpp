@@ -15,9 +15,9 @@
 #include "store/object_context.h"
 #include "ui/kit/look.h"
 #include "ui/main/census_table_model.h"
-#include "ui/main/natural_order.h"
+#include "ui/main/name_matching.h"
 #include "ui/main/species_table_model.h"
-#include "ui/main/text_field_delegate.h"
+#include "ui/main/table_cells.h"
 
 namespace zorvel {
 namespace {

@@ -4,7 +4,7 @@
 
 #include <QApplication>
 
-#include "app/start_up.h"
+#include "app/application_delegate.h"
 #include "tests/support/offscreen_home.h"
 
 int main(int argc, char** argv) {

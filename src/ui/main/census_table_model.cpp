@@ -4,54 +4,25 @@
 #include <utility>
 
 #include "model/edits.h"
-#include "ui/kit/shown_text.h"
 #include "ui/main/clipboard_rows.h"
-#include "ui/main/natural_order.h"
-#include "ui/main/shared_name_texts.h"
+#include "ui/main/name_matching.h"
 
 namespace zorvel {
 
 namespace {
-constexpr qsizetype longestName = 1000;          // characters
-constexpr std::size_t longestEditable = 30'000;  // bytes; a line editor cuts longer texts
 
 bool isFound(const TaxonRecord& taxon) {
     return taxon.values.include && taxon.values.abundance >= 1;
 }
+
 }  // namespace
 
-QString shownName(const std::optional<SharedText>& name) {
-    if (!name) return unnamedName;
-    // Bytes enough for that many characters and one more, whatever they are.
-    const std::string_view start = name->view().substr(0, 4 * (longestName + 1));
-    return shortened(oneLine(QString::fromUtf8(start.data(), static_cast<qsizetype>(start.size()))),
-                     longestName);
-}
-
-QFont absentNameFont() {
-    QFont font;
-    font.setItalic(true);
-    return font;
-}
-
-QString editableName(const std::optional<SharedText>& name) {
-    return name ? QString::fromStdString(name->str()) : QString();
-}
-
-bool isNameEditable(const std::optional<SharedText>& name) {
-    return !name || name->view().size() <= longestEditable;
-}
-
-CensusTableModel::CensusTableModel(ObjectContext& context, QObject* parent)
-    : OrderedTableModel(parent), context_(context) {
-    reload();
-}
-
-void CensusTableModel::reload() {
+void CensusTableModel::setContext(ObjectContext& context) {
     beginResetModel();
+    context_ = &context;
     records_.clear();
     sharedNames_.clear();
-    for (const BlockPointer& block : context_.blocks()) {
+    for (const BlockPointer& block : context.blocks()) {
         records_.push_back({block, std::nullopt});
         sharedNames_.add(block->attributes.name);
     }
@@ -81,13 +52,6 @@ std::int64_t CensusTableModel::richnessOf(const Row& row) {
     return *row.richness;
 }
 
-std::size_t CensusTableModel::placeOf(RecordId census) const {
-    const auto found =
-        std::lower_bound(records_.begin(), records_.end(), census,
-                         [](const Row& row, RecordId id) { return row.block->id < id; });
-    return static_cast<std::size_t>(found - records_.begin());
-}
-
 void CensusTableModel::recordsDidChange(const ChangeSet& changes) {
     RecordsChange told;
     const std::size_t shared = sharedNames_.recordCount();
@@ -103,7 +67,7 @@ void CensusTableModel::recordsDidChange(const ChangeSet& changes) {
     }
     for (const CensusChange& each : changes) {
         const std::size_t place = placeOf(each.census);
-        if (place == records_.size() || records_[place].block->id != each.census) continue;
+        if (!isAt(place, each.census)) continue;
         records_[place] = followed(records_[place], each.after);
         told.updated.push_back(static_cast<std::uint32_t>(place));
     }
@@ -113,7 +77,7 @@ void CensusTableModel::recordsDidChange(const ChangeSet& changes) {
 void CensusTableModel::countNames(const ChangeSet& changes) {
     for (const CensusChange& change : changes) {
         const std::size_t place = placeOf(change.census);
-        const bool shown = place < records_.size() && records_[place].block->id == change.census;
+        const bool shown = isAt(place, change.census);
         if (shown) sharedNames_.remove(records_[place].block->attributes.name);
         if (change.after && (shown || change.inserted())) {
             sharedNames_.add(change.after->attributes.name);
@@ -128,10 +92,10 @@ std::vector<CensusTableModel::Row> CensusTableModel::changedRecords(const Change
     after.reserve(records_.size() + changes.size());
     std::size_t old = 0;
     for (const CensusChange& change : changes) {
-        while (old < records_.size() && records_[old].block->id < change.census) {
+        while (old < records_.size() && idOf(old) < change.census) {
             after.push_back(records_[old++]);
         }
-        const bool shown = old < records_.size() && records_[old].block->id == change.census;
+        const bool shown = isAt(old, change.census);
         const auto place = static_cast<std::uint32_t>(after.size());
         if (shown && change.deleted()) told.removed.push_back(static_cast<std::uint32_t>(old));
         if (shown && !change.deleted()) told.updated.push_back(place);
@@ -147,24 +111,7 @@ std::vector<CensusTableModel::Row> CensusTableModel::changedRecords(const Change
 }
 
 std::optional<Census> CensusTableModel::censusAt(int row) const {
-    return context_.census(idAt(row));
-}
-
-int CensusTableModel::rowOfCensus(RecordId census) const {
-    const std::size_t place = placeOf(census);
-    const bool found = place < records_.size() && records_[place].block->id == census;
-    return found ? rowOf(place) : -1;
-}
-
-std::vector<int> CensusTableModel::rowsOfCensuses(const std::vector<RecordId>& ascending) const {
-    Records places;
-    for (const RecordId census : ascending) {
-        const std::size_t place = placeOf(census);
-        if (place < records_.size() && records_[place].block->id == census) {
-            places.push_back(static_cast<std::uint32_t>(place));
-        }
-    }
-    return rowsOf(places);
+    return context_->census(idAt(row));
 }
 
 int CensusTableModel::columnCount(const QModelIndex& parent) const {
@@ -181,21 +128,8 @@ QVariant CensusTableModel::data(const QModelIndex& index, int role) const {
         return role == Qt::DisplayRole ? QVariant(static_cast<qlonglong>(richnessOf(row)))
                                        : QVariant();
     }
-    return nameData(row.block->attributes.name, role);
-}
-
-QVariant CensusTableModel::nameData(const std::optional<SharedText>& name, int role) const {
-    if (role == Qt::DisplayRole) return shownName(name);
-    if (role == Qt::EditRole) return editableName(name);
-    if (!name && role == dimmedRole) return true;
-    if (!name && role == Qt::FontRole) return absentNameFont();
-    const bool shared = sharedNames_.isShared(name);
-    if (role == Qt::ToolTipRole) {
-        return shared ? shownName(name) + "\n\n" + sharedCensusReason() : shownName(name);
-    }
-    if (!shared) return {};
-    if (role == Qt::AccessibleDescriptionRole) return sharedCensusReason();
-    return role == Qt::DecorationRole ? QVariant(sharedNameIcon()) : QVariant();
+    const std::optional<SharedText>& name = row.block->attributes.name;
+    return nameData(name, role, sharedNames_.isShared(name) ? sharedCensusReason : nullptr, true);
 }
 
 bool CensusTableModel::setData(const QModelIndex& index, const QVariant& value, int role) {
@@ -206,8 +140,8 @@ bool CensusTableModel::setData(const QModelIndex& index, const QVariant& value, 
     const std::optional<Census> census = censusAt(index.row());
     if (!census) return false;
     if (value.toString() == editableName(census->name())) return true;
-    editName(context_, *census, value.toString().toStdString());
-    context_.announceChanges();
+    editName(*context_, *census, value.toString().toStdString());
+    context_->announceChanges();
     return true;
 }
 
@@ -231,8 +165,8 @@ QMimeData* CensusTableModel::mimeData(const QModelIndexList& rows) const {
 QVariant CensusTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
     if (orientation != Qt::Horizontal || section >= columnTotal) return {};
     const bool species = section == speciesColumn;
-    if (role == Qt::DisplayRole) return species ? tr("Species") : tr("Census");
-    if (role == Qt::ToolTipRole && species) return tr("Species found, among those included");
+    if (role == Qt::DisplayRole) return species ? "Species" : "Census";
+    if (role == Qt::ToolTipRole && species) return "Species found, among those included";
     if (role == Qt::TextAlignmentRole) {
         return QVariant::fromValue((species ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
     }

@@ -2,7 +2,6 @@
 
 #include <QByteArray>
 #include <QClipboard>
-#include <QCoreApplication>
 #include <QGuiApplication>
 #include <algorithm>
 #include <iterator>
@@ -17,30 +16,26 @@ namespace zorvel {
 
 namespace {
 
-QString tr(const char* text) {
-    return QCoreApplication::translate("Pasting", text);
-}
-
 QString worded(const QString& reason) {
-    return tr("Nothing was pasted: %1").arg(reason);
+    return QString("Nothing was pasted: %1").arg(reason);
 }
 
 QString worded(const PasteProblem& problem) {
-    const QString reason = QCoreApplication::translate("TypedValues", problem.reason);
+    const QString reason = problem.reason;
     if (problem.row == 0) return worded(reason);
-    return tr("Nothing was pasted: row %1, column %2: %3")
+    return QString("Nothing was pasted: row %1, column %2: %3")
         .arg(problem.row)
         .arg(problem.column)
         .arg(reason);
 }
 
-// What cannot be read as text at all; empty where it can.
+// Why it cannot be read as text at all; empty if it can.
 QString unreadable(const QString& text) {
     if (text.size() > static_cast<qsizetype>(longestCopy)) {
-        return worded(tr("The clipboard holds too much text; import it as a file instead."));
+        return worded("The clipboard holds too much text; import it as a file instead.");
     }
-    // Half a pair of UTF-16 has no UTF-8.
-    if (!text.isValidUtf16()) return worded(tr("What was copied is not text."));
+    // Half a surrogate pair has no UTF-8.
+    if (!text.isValidUtf16()) return worded("What was copied is not text.");
     return {};
 }
 
@@ -52,20 +47,20 @@ PasteOutcome outcomeOf(const std::vector<Record>& records) {
     return outcome;
 }
 
-// Both kinds of rows as they are copied, or the sentence that says why they cannot be pasted.
+// The copied rows, or the sentence that says why they cannot be pasted.
 template <class T>
 using Copied = Result<std::vector<T>, QString>;
 
 Copied<CopiedCensus> wholeRecords(const QMimeData& data, const char* type) {
     const QByteArray bytes = data.data(type);
     auto records = readCopiedRecords({bytes.constData(), static_cast<std::size_t>(bytes.size())});
-    if (!records) return worded(tr("What was copied is damaged; copy it again."));
+    if (!records) return worded("What was copied is damaged; copy it again.");
     return std::move(*records);
 }
 
 Copied<TaxonValues> copiedTaxa(const QMimeData& data) {
     if (data.hasFormat(copiedCensusesType)) {
-        return worded(tr("The clipboard holds censuses; paste them into the table of censuses."));
+        return worded("The clipboard holds censuses; paste them into the table of censuses.");
     }
     std::vector<TaxonValues> taxa;
     if (data.hasFormat(copiedSpeciesType)) {
@@ -85,7 +80,7 @@ Copied<TaxonValues> copiedTaxa(const QMimeData& data) {
 
 Copied<CopiedCensus> copiedCensuses(const QMimeData& data) {
     if (data.hasFormat(copiedSpeciesType)) {
-        return worded(tr("The clipboard holds species; paste them into the table of species."));
+        return worded("The clipboard holds species; paste them into the table of species.");
     }
     if (data.hasFormat(copiedCensusesType)) return wholeRecords(data, copiedCensusesType);
     const QString text = data.text();
@@ -116,7 +111,7 @@ bool clipboardHoldsCensuses() {
 
 PasteOutcome pasteSpeciesRows(ObjectContext& context, const std::optional<Census>& census,
                               const QMimeData& data) {
-    if (!census) return {{}, worded(tr("Select the census that the species belong to first."))};
+    if (!census) return {{}, worded("Select the census that the species belong to first.")};
     Copied<TaxonValues> taxa = copiedTaxa(data);
     if (!taxa) return {{}, taxa.problem()};
     return outcomeOf(pasteTaxa(context, *census, std::move(taxa).value()));

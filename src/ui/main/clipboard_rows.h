@@ -1,7 +1,6 @@
-// Rows of the tables on the clipboard. Beside the text for other programs it holds the records
-// whole, for this program, in whatever window or run of it. They are put into a project all of
-// them, as one step of undo, or none and a sentence that says why: the clipboard may hold anything
-// at all. Main thread.
+// Rows of the tables on the clipboard. Beside the text for other programs it has the whole records,
+// for any window or run of this program. Either all are pasted, as one step of undo, or none, and a
+// sentence says why: the clipboard may contain anything. Main thread.
 #pragma once
 
 #include <QMimeData>
@@ -15,18 +14,18 @@
 
 namespace zorvel {
 
-// What the clipboard calls the bytes of copied_records.h.
+// MIME types of the bytes of copied_records.h.
 inline constexpr char copiedCensusesType[] = "application/x-zorvel-censuses";
 inline constexpr char copiedSpeciesType[] = "application/x-zorvel-species";
 
-// Null where there is more than can be pasted.
+// Null if there is more than can be pasted.
 std::unique_ptr<QMimeData> mimeDataOf(RecordCopy& copy, const char* type);
 
 bool clipboardHoldsCensuses();
 
 struct PasteOutcome {
     std::vector<RecordId> records;  // the new ones, ascending
-    QString problem;                // empty where there are records
+    QString problem;                // empty if there are records
 };
 
 // At the end of the census: whole records, or names and abundances from a text.

@@ -1,17 +1,15 @@
 #include "ui/main/details_view.h"
 
-#include <QCoreApplication>
 #include <QEvent>
 #include <QLabel>
 #include <utility>
 #include <vector>
 
+#include "base/numbers.h"
 #include "model/edits.h"
 #include "model/typed_values.h"
 #include "ui/kit/look.h"
-#include "ui/main/census_details.h"
-#include "ui/main/details_field.h"
-#include "ui/main/details_notes.h"
+#include "ui/main/details_fields.h"
 #include "ui_details_view.h"
 
 namespace zorvel {
@@ -20,22 +18,18 @@ struct DetailsView::Line {
     DetailsField* field = nullptr;
     QString name;
     std::function<QString(const Census&)> shown;
-    // Stores the typed text in the context of the census, or says why not.
+    // Stores the typed text in that context, or returns why it cannot be stored.
     std::function<QString(ObjectContext&, const Census&, const std::string&)> store;
 };
 
 namespace {
 
-QString worded(const char* reason) {
-    return QCoreApplication::translate("TypedValues", reason);
-}
-
-// How a detail is stored: read by parse, written by edit.
+// Stores a detail: read by parse, written by edit.
 template <class Parse, class Edit>
 auto storing(Parse parse, Edit edit) {
     return [parse, edit](ObjectContext& context, const Census& census, const std::string& text) {
         const auto value = parse(text);
-        if (!value) return worded(value.problem());
+        if (!value) return QString(value.problem());
         edit(context, census, value.value());
         return QString();
     };
@@ -56,11 +50,11 @@ DetailsView::DetailsView(QWidget* parent)
 DetailsView::~DetailsView() = default;
 
 void DetailsView::setUpLines() {
-    addLine(ui_->latitudeTextField, tr("Latitude"), latitudeText,
+    addLine(ui_->latitudeTextField, "Latitude", latitudeText,
             storing(parseTypedLatitude, editLatitude));
-    addLine(ui_->longitudeTextField, tr("Longitude"), longitudeText,
+    addLine(ui_->longitudeTextField, "Longitude", longitudeText,
             storing(parseTypedLongitude, editLongitude));
-    addLine(ui_->dateTextField, tr("Date"), dateText, storing(parseTypedTime, editTimeStamp));
+    addLine(ui_->dateTextField, "Date", dateText, storing(parseTypedTime, editTimeStamp));
     ui_->latitudeTextField->setProblemLabel(ui_->latitudeProblem);
     ui_->longitudeTextField->setProblemLabel(ui_->longitudeProblem);
     ui_->dateTextField->setProblemLabel(ui_->dateProblem);
@@ -97,11 +91,11 @@ void DetailsView::showCensus(const std::optional<Census>& census) {
     showNotesState();
 }
 
-// Nothing typed is left in the fields afterwards.
+// Stores or reports what was typed; the fields are empty afterwards.
 void DetailsView::leaveCensus() {
     commit();
     const std::optional<Census> left = census();
-    const QString gone = tr("Its census is gone.");
+    const QString gone = "The census was deleted.";
     for (const auto& line : lines_) {
         if (line->field->isTyped()) {
             const QString reason = left ? line->field->problem() : gone;
@@ -110,7 +104,7 @@ void DetailsView::leaveCensus() {
         line->field->restore({});
     }
     if (ui_->notesTextView->isTyped()) {
-        emit textRefused(tr("Notes"), ui_->notesTextView->typedText(), gone);
+        emit textRefused("Notes", ui_->notesTextView->typedText(), gone);
     }
     ui_->notesTextView->restore(std::nullopt);
 }
@@ -174,12 +168,11 @@ void DetailsView::showNotesState() {
     if (whole || !shown) return ui_->notesTextView->setAccessibleDescription({});
     const auto size = static_cast<qsizetype>(shown->notes()->view().size());
     ui_->notesProblem->setText(
-        tr("Only the beginning is shown: these notes are too long (%1) to be edited here.")
+        QString("Only the beginning is shown: these notes are too long (%1) to be edited here.")
             .arg(locale().formattedDataSize(size)));
     ui_->notesTextView->setAccessibleDescription(ui_->notesProblem->text());
 }
 
-// Captions say less than the fields beside them and take the quieter colour.
 void DetailsView::showColors() {
     QPalette quiet;
     quiet.setColor(QPalette::WindowText, lookColors(QPalette()).secondary);
@@ -193,6 +186,19 @@ void DetailsView::showColors() {
 void DetailsView::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
     if (event->type() == QEvent::PaletteChange) showColors();
+}
+
+QString latitudeText(const Census& census) {
+    return QString::fromStdString(shortestText(census.latitude()));
+}
+
+QString longitudeText(const Census& census) {
+    return QString::fromStdString(shortestText(census.longitude()));
+}
+
+QString dateText(const Census& census) {
+    const std::optional<TimeStamp> time = census.timeStamp();
+    return time ? QString::fromStdString(typedTimeText(*time)) : QString();
 }
 
 }  // namespace zorvel

@@ -1,9 +1,9 @@
-// The details of the selected census, to be read and typed: where, when, and what was noted. Each
-// is an edit of its own. A text that cannot be stored stays in its field with the reason below it;
-// when another census takes the place of this one, it is handed out with the reason instead. Main
-// thread.
+// The details of the selected census: where, when, and notes. Each change is an edit of its own. A
+// text that cannot be stored stays in its field with the reason below it; if another census is
+// shown, textRefused() reports it. Main thread.
 #pragma once
 
+#include <QString>
 #include <QWidget>
 #include <functional>
 #include <memory>
@@ -27,24 +27,25 @@ class DetailsView : public QWidget {
     explicit DetailsView(QWidget* parent = nullptr);
     ~DetailsView() override;
 
-    // Whose censuses are shown; must outlive the view. Before anything is shown.
+    // Whose censuses are shown; must outlive the view or the next call. Call it before
+    // showCensus().
     void setContext(ObjectContext& context) { context_ = &context; }
 
-    // Another census, the same one as it has become, or none. What was typed for another is stored
-    // first, or handed out.
+    // Another census, the same one after a change, or none. What was typed for another is stored
+    // first, or reported.
     void showCensus(const std::optional<Census>& census);
 
-    // Stores what was typed, as far as it can be. False where something cannot: its field tells the
-    // reason.
+    // Stores what was typed, as far as possible. False if something cannot be stored: its field
+    // shows the reason.
     bool commit();
-    // The same in a copy of the context, and the fields stay as they are.
+    // The same in a copy of the context; the fields stay as they are.
     void storeDrafts(ObjectContext& copy) const;
-    // The first field that tells a reason takes the focus, and its text is handed out.
+    // The first field with a text that cannot be stored takes the focus, and is reported.
     void tellProblems();
 
   signals:
     void textTyped();
-    // Not stored: which detail of which census, what was typed, and a sentence that says why.
+    // A detail was not stored: its name, the typed text, and a sentence that says why.
     void textRefused(const QString& detail, const QString& text, const QString& reason);
 
   protected:
@@ -69,5 +70,11 @@ class DetailsView : public QWidget {
     ObjectContext* context_ = nullptr;
     std::optional<RecordId> census_;
 };
+
+// The texts of the details, each the shortest that reads back as the stored value.
+QString latitudeText(const Census& census);   // degrees
+QString longitudeText(const Census& census);  // degrees
+// In the computer's time zone; empty if there is none.
+QString dateText(const Census& census);
 
 }  // namespace zorvel

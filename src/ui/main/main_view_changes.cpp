@@ -1,4 +1,5 @@
-// How the main view follows the records: every change comes here once a turn, whoever made it.
+// How the main view follows the records: every change arrives here, once per turn of the event
+// loop.
 #include <QItemSelectionModel>
 #include <QScrollBar>
 #include <QTimer>
@@ -13,28 +14,8 @@ namespace zorvel {
 
 namespace {
 
-// More records than this are not selected after undo; the first of them comes into sight.
+// If undo changes more records than this, only the first is selected.
 constexpr std::size_t revealedAtMost = 10'000;
-
-std::vector<RecordId> idsAt(const std::vector<int>& rows, const SpeciesTableModel& model) {
-    std::vector<RecordId> ids;
-    ids.reserve(rows.size());
-    for (const int row : rows) ids.push_back(model.taxonAt(row));
-    std::sort(ids.begin(), ids.end());
-    return ids;
-}
-
-std::vector<RecordId> idsAt(const std::vector<int>& rows, const CensusTableModel& model) {
-    std::vector<RecordId> ids;
-    ids.reserve(rows.size());
-    for (const int row : rows) ids.push_back(model.idAt(row));
-    std::sort(ids.begin(), ids.end());
-    return ids;
-}
-
-bool sameText(const std::optional<SharedText>& a, const std::optional<SharedText>& b) {
-    return a == b;
-}
 
 std::vector<RecordId> changedTaxa(const CensusChange& change) {
     std::vector<RecordId> taxa;
@@ -47,25 +28,21 @@ std::vector<RecordId> changedTaxa(const CensusChange& change) {
 
 }  // namespace
 
-// A reset of a model takes selection and place of its table with it, so they are put back.
-void MainViewController::keepThroughReset() {
+// A reset of a model clears its table's selection and scroll position, so they are restored.
+void MainViewController::keepThroughReset(RecordTableView* table, OrderedTableModel* model) {
     struct Kept {
         std::vector<RecordId> selected;
         int place = 0;
     };
-    const auto keep = [this](RecordTableView* table, auto* model, auto rowsOf) {
-        auto kept = std::make_shared<Kept>();
-        connect(model, &OrderedTableModel::rowsAboutToBeReplaced, this, [=] {
-            table->commitEditing();
-            *kept = {idsAt(table->selectedRows(), *model), table->verticalScrollBar()->value()};
-        });
-        connect(model, &OrderedTableModel::rowsReplaced, this, [=] {
-            table->selectRows((model->*rowsOf)(kept->selected));
-            table->verticalScrollBar()->setValue(kept->place);
-        });
-    };
-    keep(ui_->censusTable, censusModel_, &CensusTableModel::rowsOfCensuses);
-    keep(ui_->speciesTable, speciesModel_, &SpeciesTableModel::rowsOfTaxa);
+    auto kept = std::make_shared<Kept>();
+    connect(model, &OrderedTableModel::rowsAboutToBeReplaced, this, [=] {
+        table->commitEditing();
+        *kept = {model->idsAt(table->selectedRows()), table->verticalScrollBar()->value()};
+    });
+    connect(model, &OrderedTableModel::rowsReplaced, this, [=] {
+        table->selectRows(model->rowsOf(kept->selected));
+        table->verticalScrollBar()->setValue(kept->place);
+    });
 }
 
 void MainViewController::recordsDidChange(const ChangeSet& changes) {
@@ -76,7 +53,7 @@ void MainViewController::recordsDidChange(const ChangeSet& changes) {
         }
     }
     censusModel_->recordsDidChange(changes);
-    // Where the selected censuses have gone, the one that takes their place is selected.
+    // If the selected censuses were deleted, the one in their place is selected.
     if (!selected.empty() && ui_->censusTable->selectedRows().empty() &&
         censusModel_->rowCount() > 0) {
         ui_->censusTable->selectRows({std::min(selected.front(), censusModel_->rowCount() - 1)});
@@ -88,23 +65,21 @@ void MainViewController::recordsDidChange(const ChangeSet& changes) {
     QTimer::singleShot(0, this, &MainViewController::learnNames);
 }
 
-// The names of many new taxa take longer than a person should wait: a few in each turn.
+// A few names per turn of the event loop: many new taxa take long.
 void MainViewController::learnNames() {
     if (taxonFormatter_.learnSome()) QTimer::singleShot(0, this, &MainViewController::learnNames);
 }
 
 void MainViewController::shownCensusDidChange(const CensusChange& change) {
     speciesModel_->blockDidChange(change.after);
-    const std::optional<Census> census = document_.objectContext().census(change.census);
-    const bool renamed = !sameText(change.before->attributes.name, change.after->attributes.name);
-    if (renamed) showSpeciesHeading(census);
-    showDetails(census);
+    const std::optional<Census> census = context().census(change.census);
+    if (change.before->attributes.name != change.after->attributes.name) showSpeciesHeading(census);
+    ui_->detailsPane->showCensus(census);
     showSpeciesCount();
     refreshMetrics();
 }
 
-// A census that came back or changed is selected, and in it the taxa that did. Of what has gone
-// there is nothing to show.
+// Selects the censuses that came back or changed, and in a changed one its taxa that did.
 void MainViewController::revealChanges(const ChangeSet& changes) {
     std::vector<RecordId> there;
     for (const CensusChange& change : changes) {
@@ -113,11 +88,11 @@ void MainViewController::revealChanges(const ChangeSet& changes) {
     if (there.empty()) return;
     if (there.size() > revealedAtMost) there.erase(there.begin() + 1, there.end());
     const bool shown = there.size() == 1 && shownCensus_ == there.front();
-    if (!shown) ui_->censusTable->selectRows(censusModel_->rowsOfCensuses(there));
+    if (!shown) ui_->censusTable->selectRows(censusModel_->rowsOf(there));
     if (changes.size() != 1 || changes.front().inserted()) return;
     std::vector<RecordId> taxa = changedTaxa(changes.front());
     if (taxa.size() > revealedAtMost) taxa.erase(taxa.begin() + 1, taxa.end());
-    const std::vector<int> rows = speciesModel_->rowsOfTaxa(taxa);
+    const std::vector<int> rows = speciesModel_->rowsOf(taxa);
     if (!rows.empty()) ui_->speciesTable->selectRows(rows);
 }
 

@@ -1,42 +1,46 @@
-// The commands of the main view: each is one edit of the model, announced at once so that the
+// The commands of the main view. Each is one edit of the model, announced at once, so that the
 // tables show it when the command returns.
-#include <QGuiApplication>
+#include <QApplication>
+#include <QClipboard>
 #include <QInputMethod>
+#include <QMimeData>
+#include <algorithm>
 
 #include "model/edits.h"
-#include "ui/main/analysis_commands.h"
+#include "store/undo_step.h"
+#include "ui/kit/glyphs.h"
 #include "ui/main/census_table_model.h"
+#include "ui/main/clipboard_rows.h"
 #include "ui/main/main_view_controller.h"
+#include "ui/main/record_tables.h"
 #include "ui/main/species_table_model.h"
-#include "ui/main/table_text_fields.h"
 #include "ui_main_view.h"
 
 namespace zorvel {
 
 namespace {
-const char noCensusMessage[] = "noCensus";  // name of the message in the strip
+
+// Names of messages in the strip.
+const char noCensusMessage[] = "noCensus";
+const char pasteMessage[] = "paste";
+
 }  // namespace
 
 void MainViewController::addCensusRow() {
     if (!commitEditing()) return;
-    const Census census = addCensus(document_.objectContext());
-    document_.objectContext().announceChanges();
-    selectCensus(census.id());
-    const int row = censusModel_->rowOfCensus(census.id());
+    const Census census = addCensus(context());
+    context().announceChanges();
+    const int row = censusModel_->rowOf(census.id());
+    ui_->censusTable->selectRows({row});
     ui_->censusTable->beginEditing(censusModel_->index(row, CensusTableModel::nameColumn));
-}
-
-void MainViewController::selectCensus(RecordId census) {
-    const int row = censusModel_->rowOfCensus(census);
-    if (row >= 0) ui_->censusTable->selectRows({row});
 }
 
 void MainViewController::deleteCensusRows() {
     if (!commitEditing()) return;
     const std::vector<Census> censuses = selectedCensuses();
     if (censuses.empty()) return;
-    deleteCensuses(document_.objectContext(), censuses);
-    document_.objectContext().announceChanges();
+    deleteCensuses(context(), censuses);
+    context().announceChanges();
 }
 
 void MainViewController::addSpeciesRow() {
@@ -44,14 +48,14 @@ void MainViewController::addSpeciesRow() {
     const std::optional<Census> census = selectedCensus();
     if (!census) {
         ui_->messageStrip->setMessage(noCensusMessage,
-                                      tr("No species was added: select the census that it "
-                                         "belongs to first."));
+                                      "No species was added: select the census that it "
+                                      "belongs to first.");
         return;
     }
     ui_->messageStrip->withdraw(noCensusMessage);
-    const Zorvel taxon = addTaxon(document_.objectContext(), *census);
-    document_.objectContext().announceChanges();
-    const int row = speciesModel_->rowOfTaxon(taxon.id());
+    const Zorvel taxon = addTaxon(context(), *census);
+    context().announceChanges();
+    const int row = speciesModel_->rowOf(taxon.id());
     if (row < 0) return;
     ui_->speciesTable->selectRows({row});
     ui_->speciesTable->beginEditing(speciesModel_->index(row, SpeciesTableModel::nameColumn));
@@ -62,52 +66,24 @@ void MainViewController::deleteSpeciesRows() {
     if (!commitEditing()) return;
     const std::vector<int> rows = ui_->speciesTable->selectedRows();
     if (rows.empty()) return;
-    deleteTaxa(document_.objectContext(), speciesModel_->taxaAt(rows));
-    document_.objectContext().announceChanges();
+    deleteTaxa(context(), speciesModel_->taxaAt(rows));
+    context().announceChanges();
     const int last = speciesModel_->rowCount() - 1;
     if (last >= 0) ui_->speciesTable->selectRows({std::min(rows.front(), last)});
 }
 
-// The first of the selected rows tells which way.
+// All get the opposite of the first selected row's state.
 void MainViewController::toggleInclude() {
     const std::vector<int> rows = ui_->speciesTable->selectedRows();
     if (rows.empty()) return;
     const QModelIndex first = speciesModel_->index(rows.front(), SpeciesTableModel::includeColumn);
     const bool included = first.data(Qt::CheckStateRole).toInt() == Qt::Checked;
-    editInclude(document_.objectContext(), speciesModel_->taxaAt(rows), !included);
-    document_.objectContext().announceChanges();
+    editInclude(context(), speciesModel_->taxaAt(rows), !included);
+    context().announceChanges();
 }
 
 void MainViewController::copyAllMetrics() {
     ui_->metricsPanel->copyAll();
-}
-
-void MainViewController::calculateProjectWideMetrics() {
-    runAnalysis(Analysis::projectWideMetrics);
-}
-
-void MainViewController::individualBasedRarefaction() {
-    runAnalysis(Analysis::individualBasedRarefaction);
-}
-
-void MainViewController::sampleBasedRarefaction() {
-    runAnalysis(Analysis::sampleBasedRarefaction);
-}
-
-void MainViewController::runAnalysis(Analysis analysis) {
-    if (commitEditing()) analyses_->run(analysis);
-}
-
-void MainViewController::setProjectName(const QString& name) {
-    analyses_->setProjectName(name);
-}
-
-ProjectWideMetricsWindowController* MainViewController::projectWideMetricsWindowController() const {
-    return analyses_->projectWideMetricsWindowController();
-}
-
-RarefactionWindowController* MainViewController::rarefactionWindowController() const {
-    return analyses_->rarefactionWindowController();
 }
 
 bool MainViewController::canDeleteCensus() const {
@@ -115,7 +91,7 @@ bool MainViewController::canDeleteCensus() const {
 }
 
 bool MainViewController::canAddSpecies() const {
-    return document_.objectContext().censusCount() > 0;
+    return context().censusCount() > 0;
 }
 
 bool MainViewController::canDeleteSpecies() const {
@@ -136,41 +112,31 @@ void MainViewController::setUpPullDowns() {
         connect(button->addItem(name, title), &QAction::triggered, this, command);
     };
     PullDownButton* census = ui_->censusPopUpButton;
-    add(census, "addCensus", tr("Add census"), &MainViewController::addCensusRow);
-    add(census, "deleteCensus", tr("Delete census"), &MainViewController::deleteCensusRows);
-    add(census, "sampleBasedRarefaction", tr("Sample-based rarefaction"),
+    add(census, "addCensus", "Add census", &MainViewController::addCensusRow);
+    add(census, "deleteCensus", "Delete census", &MainViewController::deleteCensusRows);
+    add(census, "sampleBasedRarefaction", "Sample-based rarefaction",
         &MainViewController::sampleBasedRarefaction);
-    add(census, "calculateProjectWideMetrics", tr("Project-wide metrics"),
+    add(census, "calculateProjectWideMetrics", "Project-wide metrics",
         &MainViewController::calculateProjectWideMetrics);
     PullDownButton* species = ui_->speciesPopUpButton;
-    add(species, "addSpecies", tr("Add species"), &MainViewController::addSpeciesRow);
-    add(species, "deleteSpecies", tr("Delete species"), &MainViewController::deleteSpeciesRows);
-    add(species, "individualBasedRarefaction", tr("Individual-based rarefaction"),
+    add(species, "addSpecies", "Add species", &MainViewController::addSpeciesRow);
+    add(species, "deleteSpecies", "Delete species", &MainViewController::deleteSpeciesRows);
+    add(species, "individualBasedRarefaction", "Individual-based rarefaction",
         &MainViewController::individualBasedRarefaction);
 }
 
-void MainViewController::undo() {
-    travel(&ObjectContext::undo);
-}
-
-void MainViewController::redo() {
-    travel(&ObjectContext::redo);
-}
-
-void MainViewController::travel(void (ObjectContext::*step)()) {
+void MainViewController::undoOrRedo(void (ObjectContext::*step)()) {
     if (!commitEditing()) return;
-    ObjectContext& context = document_.objectContext();
-    context.announceChanges();
-    (context.*step)();
+    context().announceChanges();
+    (context().*step)();
     revealing_ = true;
-    context.announceChanges();
+    context().announceChanges();
     revealing_ = false;
 }
 
 bool MainViewController::commitEditing() {
-    QGuiApplication::inputMethod()->commit();  // what is still being composed is typed, too
-    for (RecordTableView* table : {static_cast<RecordTableView*>(ui_->censusTable),
-                                   static_cast<RecordTableView*>(ui_->speciesTable)}) {
+    QGuiApplication::inputMethod()->commit();  // text still being composed counts as typed
+    for (RecordTableView* table : tables()) {
         auto* field = qobject_cast<TableTextField*>(table->openEditor());
         if (field != nullptr && !field->problem().isEmpty()) {
             field->setFocus();
@@ -203,7 +169,7 @@ void MainViewController::storeDrafts(ObjectContext& copy) const {
     const std::optional<Census> shown = shownCensus_ ? copy.census(*shownCensus_) : std::nullopt;
     if (const TableTextField* field = typedIn(ui_->speciesTable); field && shown) {
         const QModelIndex cell = ui_->speciesTable->editedCell();
-        const auto taxon = shown->taxon(speciesModel_->taxonAt(cell.row()));
+        const auto taxon = shown->taxon(speciesModel_->idAt(cell.row()));
         if (taxon) {
             SpeciesTableModel::storeText(copy, *taxon, cell.column(), field->typedText());
         }
@@ -215,6 +181,56 @@ bool MainViewController::readyToClose() {
     if (ui_->detailsPane->commit()) return true;
     ui_->detailsPane->tellProblems();
     return false;
+}
+
+void MainViewController::cutRows(RecordTableView& table) {
+    if (!commitEditing() || !table.copySelection()) return;
+    const UndoStep step(context(), "Cut");
+    &table == ui_->censusTable ? deleteCensusRows() : deleteSpeciesRows();
+}
+
+void MainViewController::pasteRows(RecordTableView& table) {
+    if (!commitEditing()) return;
+    ui_->messageStrip->withdraw(pasteMessage);
+    const QMimeData nothing;
+    const QMimeData* held = QApplication::clipboard()->mimeData();
+    if (held == nullptr) held = &nothing;
+    const bool censuses = &table == ui_->censusTable;
+    const PasteOutcome outcome = censuses ? pasteCensusRows(context(), *held)
+                                          : pasteSpeciesRows(context(), selectedCensus(), *held);
+    if (!outcome.problem.isEmpty()) {
+        ui_->messageStrip->setMessage(pasteMessage, outcome.problem);
+        return;
+    }
+    context().announceChanges();
+    const std::vector<int> rows =
+        censuses ? censusModel_->rowsOf(outcome.records) : speciesModel_->rowsOf(outcome.records);
+    if (!rows.empty()) table.selectRows(rows);
+    table.setFocus();
+}
+
+void MainViewController::setUpSearch() {
+    ui_->searchBar->addAction(glyphIcon(Glyph::search), QLineEdit::LeadingPosition);
+    connect(ui_->searchBar, &QLineEdit::textChanged, this, &MainViewController::filterSpecies);
+    connect(ui_->searchBar, &SearchField::leaveRequested, this, [this](bool first) {
+        if (first && speciesModel_->rowCount() > 0) ui_->speciesTable->selectRows({0});
+        ui_->speciesTable->setFocus();
+    });
+}
+
+void MainViewController::findSpecies() {
+    ui_->searchBar->setFocus(Qt::ShortcutFocusReason);
+    ui_->searchBar->selectAll();
+}
+
+// The selection stays on the species that are still shown.
+void MainViewController::filterSpecies(const QString& text) {
+    ui_->speciesTable->commitEditing();
+    const std::vector<RecordId> selected = speciesModel_->idsAt(ui_->speciesTable->selectedRows());
+    speciesModel_->setFilter(text);
+    const std::vector<int> rows = speciesModel_->rowsOf(selected);
+    if (!rows.empty()) ui_->speciesTable->selectRows(rows);
+    showSpeciesCount();
 }
 
 }  // namespace zorvel

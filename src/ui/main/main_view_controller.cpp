@@ -14,16 +14,12 @@
 #include "ui/kit/glyphs.h"
 #include "ui/kit/look.h"
 #include "ui/kit/shown_text.h"
-#include "ui/main/abundance_delegate.h"
-#include "ui/main/analysis_commands.h"
 #include "ui/main/census_table_model.h"
-#include "ui/main/details_field.h"
-#include "ui/main/details_notes.h"
-#include "ui/main/shared_name_texts.h"
+#include "ui/main/details_fields.h"
+#include "ui/main/record_names.h"
+#include "ui/main/record_tables.h"
 #include "ui/main/species_table_model.h"
-#include "ui/main/table_columns.h"
-#include "ui/main/table_text_fields.h"
-#include "ui/main/text_field_delegate.h"
+#include "ui/main/table_cells.h"
 #include "ui_main_view.h"
 
 namespace zorvel {
@@ -38,48 +34,35 @@ QString progressName(MainView::ProgressId progress) {
 QString speciesCountText(int all, const SpeciesTableModel& species) {
     const int excluded = species.excludedCount();
     const int absent = species.absentCount();
-    QString text = MainViewController::tr("%L1 species").arg(all - excluded - absent);
-    if (excluded > 0) text += MainViewController::tr(", %L1 excluded").arg(excluded);
-    if (absent > 0) text += MainViewController::tr(", %L1 absent").arg(absent);
+    QString text = QString("%L1 species").arg(all - excluded - absent);
+    if (excluded > 0) text += QString(", %L1 excluded").arg(excluded);
+    if (absent > 0) text += QString(", %L1 absent").arg(absent);
     return text;
 }
 
 }  // namespace
 
-MainViewController::MainViewController(DiversityDocument& document, JobQueue& jobs,
-                                       RandomSourceMaker makeRandom, const Panels& panels,
-                                       QWidget* parent)
+MainViewController::MainViewController(JobQueue& jobs, RandomSourceMaker makeRandom,
+                                       const Panels& panels, QWidget* parent)
     : QWidget(parent),
-      document_(document),
+      jobs_(jobs),
+      makeRandom_(std::move(makeRandom)),
+      panels_(panels),
       ui_(std::make_unique<Ui::MainView>()),
-      analyses_(new AnalysisCommands(*this, document, jobs, makeRandom, panels)),
-      censusModel_(new CensusTableModel(document.objectContext(), this)),
-      speciesModel_(new SpeciesTableModel(document.objectContext(), this)),
-      observer_(document.objectContext().addObserver(
-          [this](const ChangeSet& changes) { recordsDidChange(changes); })) {
+      censusModel_(new CensusTableModel(this)),
+      speciesModel_(new SpeciesTableModel(this)) {
     ui_->setupUi(this);
-    ui_->metricsPanel->setServices(jobs, std::move(makeRandom));
+    ui_->metricsPanel->setServices(jobs_, makeRandom_);
     setUpCensusTable();
     setUpSpeciesTable();
     setUpDetails();
-    hearOfEndsOfEditing();
+    refreshWhenEditingEnds();
     setUpSearch();
-    keepThroughReset();
+    keepThroughReset(ui_->censusTable, censusModel_);
+    keepThroughReset(ui_->speciesTable, speciesModel_);
     setUpButtons();
     setUpPullDowns();
     setUpTexts();
-    setUpSplitters();
-    showProgress();
-    showCensusCount();
-    refreshSpeciesControls();
-}
-
-MainViewController::~MainViewController() {
-    if (document_.documentMainViewController() == this) document_.forgetMainView();
-    document_.objectContext().removeObserver(observer_);
-}
-
-void MainViewController::setUpSplitters() {
     ui_->splitter->setSizes({250, 470, 304});
     ui_->splitter->setStretchFactor(0, 0);
     ui_->splitter->setStretchFactor(1, 1);
@@ -87,6 +70,47 @@ void MainViewController::setUpSplitters() {
     ui_->censusSplitter->setSizes({480, 170});
     ui_->censusSplitter->setStretchFactor(0, 1);
     ui_->censusSplitter->setStretchFactor(1, 0);
+}
+
+MainViewController::~MainViewController() {
+    leaveDocument();
+}
+
+void MainViewController::showDocument(DiversityDocument& document) {
+    const TaxonFormatter::Names names = taxonFormatter_.taxonNames();
+    ui_->detailsPane->showCensus(std::nullopt);
+    leaveDocument();
+    document_ = &document;
+    document.makeWindowControllers([this] { return this; });
+    taxonFormatter_.addTaxonNames(names);
+    ui_->searchBar->clear();
+    for (RecordTableView* table : tables()) {
+        table->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
+    }
+    shownCensus_.reset();
+    ui_->detailsPane->setContext(context());
+    speciesModel_->setContext(context());
+    censusModel_->setContext(context());
+    observer_ =
+        context().addObserver([this](const ChangeSet& changes) { recordsDidChange(changes); });
+    showSpeciesHeading(std::nullopt);
+    showSpeciesCount();
+    showCensusCount();
+    showProgress();
+    refreshSpeciesControls();
+    if (censusModel_->rowCount() == 0) return;
+    ui_->censusTable->selectRows({0});
+    ui_->censusTable->setFocus();
+}
+
+void MainViewController::leaveDocument() {
+    if (document_ == nullptr) return;
+    if (document_->documentMainViewController() == this) document_->forgetMainView();
+    context().removeObserver(observer_);
+}
+
+std::array<RecordTableView*, 2> MainViewController::tables() const {
+    return {ui_->censusTable, ui_->speciesTable};
 }
 
 void MainViewController::setUpButtons() {
@@ -111,21 +135,22 @@ void MainViewController::setUpButtons() {
             &MainViewController::deleteCensusRows);
     connect(ui_->speciesTable, &RecordTableView::deleteRequested, this,
             &MainViewController::deleteSpeciesRows);
-    for (RecordTableView* table : {static_cast<RecordTableView*>(ui_->censusTable),
-                                   static_cast<RecordTableView*>(ui_->speciesTable)}) {
+    for (RecordTableView* table : tables()) {
         connect(table, &RecordTableView::cutRequested, this, [this, table] { cutRows(*table); });
         connect(table, &RecordTableView::copyRefused, this, [this] {
-            showMessage(tr("Nothing was copied: it is too much to be pasted; select fewer rows."));
+            messageStrip().addMessage(
+                "Nothing was copied: it is too much to be pasted; select fewer rows.");
         });
         connect(table, &RecordTableView::pasteRequested, this,
                 [this, table] { pasteRows(*table); });
+        connect(table, &RecordTableView::textTyped, this, &MainViewController::textTyped);
     }
     connect(ui_->speciesTable, &SpeciesTableView::includeToggleRequested, this,
             &MainViewController::toggleInclude);
     connect(ui_->censusTable, &RecordTableView::addRowRequested, this,
-            [this] { document_.addCensus(); });
+            [this] { document_->addCensus(); });
     connect(ui_->speciesTable, &RecordTableView::addRowRequested, this,
-            [this] { document_.addSpecies(); });
+            [this] { document_->addSpecies(); });
 }
 
 void MainViewController::setUpCensusTable() {
@@ -136,7 +161,7 @@ void MainViewController::setUpCensusTable() {
     censusColumns_ = new TableColumns(*ui_->censusTable, CensusTableModel::nameColumn, {150, 92});
     connect(ui_->censusTable->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &MainViewController::tableViewSelectionDidChange);
-    // Another order may put another of the selected censuses on top.
+    // After sorting, another of the selected censuses may be on top.
     connect(censusModel_, &CensusTableModel::layoutChanged, this,
             &MainViewController::tableViewSelectionDidChange, Qt::QueuedConnection);
 }
@@ -155,7 +180,7 @@ void MainViewController::setUpSpeciesTable() {
     ui_->speciesTable->setItemDelegateForColumn(SpeciesTableModel::abundanceColumn, abundances);
     connect(abundances, &TextFieldDelegate::textRefused, this,
             [this](const QString& text, const QString& reason) {
-                emit textRefused(tr("\u201c%1\u201d was not stored: %2").arg(text, reason));
+                emit textRefused(QString("\u201c%1\u201d was not stored: %2").arg(text, reason));
             });
     connect(ui_->speciesTable->selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &MainViewController::refreshSpeciesControls);
@@ -164,29 +189,30 @@ void MainViewController::setUpSpeciesTable() {
 }
 
 void MainViewController::setUpDetails() {
-    ui_->detailsPane->setContext(document_.objectContext());
-    connect(
-        ui_->detailsPane, &DetailsView::textRefused, this,
-        [this](const QString& detail, const QString& text, const QString& reason) {
-            emit textRefused(tr("%1: \u201c%2\u201d was not stored: %3").arg(detail, text, reason));
-        });
-    connect(this, &MainViewController::textRefused, this, &MainViewController::showMessage);
+    connect(ui_->detailsPane, &DetailsView::textRefused, this,
+            [this](const QString& detail, const QString& text, const QString& reason) {
+                emit textRefused(
+                    QString("%1: \u201c%2\u201d was not stored: %3").arg(detail, text, reason));
+            });
+    connect(ui_->detailsPane, &DetailsView::textTyped, this, &MainViewController::textTyped);
+    connect(this, &MainViewController::textRefused, this,
+            [this](const QString& message) { messageStrip().addMessage(message); });
 }
 
-// Queued: the record is changed by then, and a window that is about to go hears of none.
-void MainViewController::hearOfEndsOfEditing() {
-    const auto hear = [this](auto* field, auto signal) {
+// Queued: the record has changed by then, and a window that is about to close is not refreshed.
+void MainViewController::refreshWhenEditingEnds() {
+    const auto refresh = [this](auto* field, auto signal) {
         connect(field, signal, this, &MainViewController::editingDidEnd, Qt::QueuedConnection);
     };
     for (auto* cells : findChildren<TextFieldDelegate*>()) {
-        hear(cells, &TextFieldDelegate::closeEditor);
+        refresh(cells, &TextFieldDelegate::closeEditor);
     }
-    for (auto* detail : findChildren<DetailsField*>()) hear(detail, &DetailsField::commitRequested);
-    for (auto* notes : findChildren<DetailsNotes*>()) hear(notes, &DetailsNotes::commitRequested);
-    for (auto* table : findChildren<RecordTableView*>()) {
-        connect(table, &RecordTableView::textTyped, this, &MainViewController::textTyped);
+    for (auto* field : findChildren<DetailsField*>()) {
+        refresh(field, &DetailsField::commitRequested);
     }
-    connect(ui_->detailsPane, &DetailsView::textTyped, this, &MainViewController::textTyped);
+    for (auto* notes : findChildren<DetailsNotes*>()) {
+        refresh(notes, &DetailsNotes::commitRequested);
+    }
 }
 
 void MainViewController::setUpTexts() {
@@ -198,7 +224,6 @@ void MainViewController::setUpTexts() {
     showSecondaryTexts();
 }
 
-// Labels that say less than what stands beside them take the quieter colour.
 void MainViewController::showSecondaryTexts() {
     QPalette quiet;
     quiet.setColor(QPalette::WindowText, lookColors(QPalette()).secondary);
@@ -212,12 +237,6 @@ void MainViewController::showSecondaryTexts() {
 void MainViewController::changeEvent(QEvent* event) {
     QWidget::changeEvent(event);
     if (event->type() == QEvent::PaletteChange) showSecondaryTexts();
-}
-
-void MainViewController::selectFirstCensus() {
-    if (censusModel_->rowCount() == 0) return;
-    ui_->censusTable->selectRows({0});
-    ui_->censusTable->setFocus();
 }
 
 void MainViewController::showRightPage() {
@@ -252,56 +271,47 @@ void MainViewController::tableViewSelectionDidChange() {
     if (id && id == shownCensus_) return;
     ui_->speciesTable->commitEditing();
     shownCensus_ = id;
-    showSpecies(census);
-    showDetails(census);
+    speciesModel_->setCensus(census ? census->block() : nullptr);
+    ui_->speciesTable->scrollToTop();
+    showSpeciesHeading(census);
+    showSpeciesCount();
+    ui_->detailsPane->showCensus(census);
     refreshMetrics();
     refreshSpeciesControls();
 }
 
 void MainViewController::refreshMetrics() {
     if (const std::optional<Census> census = selectedCensus()) {
-        ui_->metricsPanel->refresh(
-            census->name() ? shownName(census->name()) : tr("Unnamed census"),
-            includedCountsVector(*census));
+        ui_->metricsPanel->refresh(census->name() ? shownName(census->name()) : "Unnamed census",
+                                   includedCountsVector(*census));
     }
 }
 
-void MainViewController::showSpecies(const std::optional<Census>& census) {
-    speciesModel_->setCensus(census ? census->block() : nullptr);
-    ui_->speciesTable->scrollToTop();
-    showSpeciesHeading(census);
-    showSpeciesCount();
-}
-
 void MainViewController::showSpeciesHeading(const std::optional<Census>& census) {
-    ui_->speciesHeading->setText(!census ? tr("Species")
+    ui_->speciesHeading->setText(!census ? "Species"
                                  : !census->name()
-                                     ? tr("Species of an unnamed census")
-                                     : tr("Species of %1").arg(shownName(census->name())));
+                                     ? "Species of an unnamed census"
+                                     : QString("Species of %1").arg(shownName(census->name())));
     ui_->speciesHeading->setToolTip(ui_->speciesHeading->text());
 }
 
 void MainViewController::showCensusCount() {
     const int count = censusModel_->rowCount();
-    ui_->censusCountLabel->setText(count == 1 ? tr("1 census") : tr("%L1 censuses").arg(count));
+    ui_->censusCountLabel->setText(count == 1 ? "1 census" : QString("%L1 censuses").arg(count));
     showRightPage();
-}
-
-void MainViewController::showDetails(const std::optional<Census>& census) {
-    ui_->detailsPane->showCensus(census);
 }
 
 void MainViewController::showSpeciesCount() {
     const auto all = static_cast<int>(speciesModel_->taxonCount());
     const int shown = speciesModel_->rowCount();
-    ui_->speciesTable->setEmptyText(all == 0 ? tr("No species") : tr("No species of that name"));
+    ui_->speciesTable->setEmptyText(all == 0 ? "No species" : "No species of that name");
     ui_->speciesCountLabel->setText(shown == all
                                         ? speciesCountText(all, *speciesModel_)
-                                        : tr("%L1 of %L2 species shown").arg(shown).arg(all));
+                                        : QString("%L1 of %L2 species shown").arg(shown).arg(all));
     ui_->speciesCountLabel->setToolTip(ui_->speciesCountLabel->text());
     const QString shared = sharedSpeciesLine(speciesModel_->sharedNames());
     ui_->sharedNamesLabel->setText(shared);
-    ui_->sharedNamesLabel->setToolTip(shared.isEmpty() ? QString() : sharedSpeciesReason());
+    ui_->sharedNamesLabel->setToolTip(shared.isEmpty() ? QString() : sharedSpeciesReason);
     ui_->sharedNamesLabel->setVisible(!shared.isEmpty());
 }
 
@@ -329,17 +339,13 @@ void MainViewController::stopProgress(ProgressId progress) {
     stopProgress(progressName(progress));
 }
 
-bool MainViewController::isInProgressBeside(const QString& name) const {
-    return running_.hasOther(name);
-}
-
-// What it does may end the work, and with it the function.
+// Cancelling may end the work, and with it the function.
 void MainViewController::cancelProgress() {
     const std::function<void()> cancel = running_.cancel();
     if (cancel) cancel();
 }
 
-// Comes here where nothing that has the focus takes it.
+// Only keys that the widget with the focus does not handle.
 void MainViewController::keyPressEvent(QKeyEvent* event) {
     if (event->matches(QKeySequence::Cancel) && running_.cancel()) return cancelProgress();
     QWidget::keyPressEvent(event);
@@ -356,18 +362,6 @@ void MainViewController::showProgress() {
     ui_->cancelProgressButton->setVisible(running_.cancel() != nullptr);
     ui_->progressRow->setVisible(runs);
     showRightPage();
-}
-
-bool MainViewController::isInProgress() const {
-    return ui_->progressIndicator->isAnimated();
-}
-
-void MainViewController::showMessage(const QString& message) {
-    ui_->messageStrip->addMessage(message);
-}
-
-void MainViewController::showNews(const QString& message) {
-    ui_->messageStrip->addMessage(message, MessageStrip::Tone::news);
 }
 
 MessageStrip& MainViewController::messageStrip() {

@@ -1,18 +1,23 @@
 // The content of a project's window: the census table, the species of the selected census, its
-// details, and its metrics. It shows the document's records as they change, and changes them by the
-// edits of the model alone. Of several selected censuses the topmost feeds the other parts. Main
-// thread.
+// details, and its metrics. It follows the document's records, and changes them by edits of the
+// model. If several censuses are selected, the topmost is shown in the other parts. Owned by its
+// window. Main thread.
 #pragma once
 
+#include <QPointer>
 #include <QWidget>
+#include <array>
 #include <memory>
 #include <optional>
 
 #include "model/diversity_document.h"
 #include "model/main_view.h"
+#include "ui/analysis/project_wide_metrics_window_controller.h"
+#include "ui/analysis/rarefaction_view_controller.h"
+#include "ui/kit/message_strip.h"
 #include "ui/kit/panels.h"
+#include "ui/main/main_view_parts.h"
 #include "ui/main/metrics_panel.h"
-#include "ui/main/running_work.h"
 
 namespace Ui {
 class MainView;
@@ -20,111 +25,116 @@ class MainView;
 
 namespace zorvel {
 
-class AnalysisCommands;
 class CensusTableModel;
 class JobQueue;
-class MessageStrip;
+class OrderedTableModel;
 struct PrintedSheet;
-class ProjectWideMetricsWindowController;
-class RarefactionWindowController;
 class RecordTableView;
 class SpeciesTableModel;
 class TableColumns;
-enum class Analysis;
 
 class MainViewController : public QWidget, public MainView {
     Q_OBJECT
   public:
-    // Document, queue and panels must outlive the view.
-    MainViewController(DiversityDocument& document, JobQueue& jobs, RandomSourceMaker makeRandom,
-                       const Panels& panels, QWidget* parent = nullptr);
+    // Queue and panels must outlive the view and the windows that it opens.
+    MainViewController(JobQueue& jobs, RandomSourceMaker makeRandom, const Panels& panels,
+                       QWidget* parent = nullptr);
     ~MainViewController() override;
 
-    void selectFirstCensus();
+    // Shows this project instead of the one before, if any; both must live until this returns, and
+    // the new one until the view or the next call. Messages and the names known for completion
+    // stay.
+    void showDocument(DiversityDocument& document);
+
     // The topmost of the selected ones.
     [[nodiscard]] std::optional<Census> selectedCensus() const;
     [[nodiscard]] std::vector<Census> selectedCensuses() const;
 
     TaxonFormatter& taxonFormatter() override { return taxonFormatter_; }
 
-    // Commands; what cannot be done now does nothing. A new record is at the end of its table, with
-    // its name open for editing; deleting acts on all that is selected.
+    // Commands; one that is not possible now does nothing. A new record is at the end of its table,
+    // with its name open for editing; deleting acts on all selected rows.
     void addCensusRow() override;
     void deleteCensusRows() override;
     void addSpeciesRow() override;
     void deleteSpeciesRows() override;
     [[nodiscard]] bool canDeleteCensus() const;
-    // There is a census; adding says so where none is selected.
+    // There is a census; if none is selected, adding a species says so.
     [[nodiscard]] bool canAddSpecies() const;
     [[nodiscard]] bool canDeleteSpecies() const;
-    // The records concerned are selected and in sight afterwards.
-    void undo();
-    void redo();
+    // The changed records are selected and in sight afterwards.
+    void undo() { undoOrRedo(&ObjectContext::undo); }
+    void redo() { undoOrRedo(&ObjectContext::redo); }
 
     void copyAllMetrics();
-    // The selected census for paper: its metrics, and its species in the order in which they are
-    // shown. It holds the records as they stand. Absent, and the strip says why, where none is
-    // selected; also where what is being typed cannot be stored.
+    // The selected census for paper: its metrics, and its species in the order shown. A copy of the
+    // records. Absent if what is being typed cannot be stored or if none is selected, which the
+    // strip then says.
     [[nodiscard]] std::optional<PrintedSheet> printedCensus();
 
-    // Rows of one of the tables, by way of the clipboard. What is pasted is selected and in sight;
-    // the strip says why where nothing could be pasted.
+    // Rows of one of the tables, to and from the clipboard. What is pasted is selected and in
+    // sight; the strip says why if nothing could be pasted.
     void cutRows(RecordTableView& table);
     void pasteRows(RecordTableView& table);
     // The search field takes the focus.
     void findSpecies();
 
-    // Stores what is typed in an open editor. False where it cannot be stored: the editor stays
-    // open and says why.
+    // Stores what is typed in an open cell. False if it cannot be stored: the cell stays open and
+    // says why.
     bool commitEditing();
-    // The same for all that is typed, before the window goes.
+    // The same for all that is typed, before the window closes.
     bool readyToClose();
-    // Stores all that is typed, as far as it can be; textRefused() tells of the rest.
+    // Stores all that is typed, as far as possible; textRefused() tells of the rest.
     void endEditing();
-    // What is typed in open editors as it would be stored now, in a copy of the records; the
-    // editors stay as they are.
+    // Stores what is typed in open editors in a copy of the records; the editors stay as they are.
     void storeDrafts(ObjectContext& copy) const;
 
-    // The indicator turns and the label says what runs: of several works, each of a name of its
-    // own, the one that began last. Work that can be cancelled has a button for it.
+    // Shows that work runs: of several works, each with a name of its own, the text of the one
+    // started last. Work that can be cancelled has a button for it.
     void startProgress(const QString& name, const QString& text, std::function<void()> cancel = {});
     void stopProgress(const QString& name);
-    // That of imports.
+    // The same for imports.
     ProgressId startProgress(std::string_view text, std::function<void()> cancel) override;
     void stopProgress(ProgressId progress) override;
-    [[nodiscard]] bool isInProgress() const;
+    [[nodiscard]] bool isInProgress() const { return !running_.isEmpty(); }
     // Whether work of another name runs.
-    [[nodiscard]] bool isInProgressBeside(const QString& name) const;
-    // Gives up the work that the label names, where it can be cancelled.
+    [[nodiscard]] bool isInProgressBeside(const QString& name) const {
+        return running_.hasOther(name);
+    }
+    // Cancels the work whose text is shown, if that is possible.
     void cancelProgress();
     // A file is read, or stored, into the project.
     [[nodiscard]] bool isImporting() const { return running_.hasImport(); }
     void cancelImports() { running_.cancelImports(); }
 
-    // The project's name, for the windows of analyses, which bear it from then on.
-    void setProjectName(const QString& name);
-    // The newest that was opened from here and is still there, or null.
-    [[nodiscard]] ProjectWideMetricsWindowController* projectWideMetricsWindowController() const;
-    [[nodiscard]] RarefactionWindowController* rarefactionWindowController() const;
+    // The project's name, for the windows of analyses opened from now on.
+    void setProjectName(const QString& name) { projectName_ = name; }
+    // The last one opened from here that still exists, or null.
+    [[nodiscard]] ProjectWideMetricsWindowController* projectWideMetricsWindowController() const {
+        return projectWideMetricsWindowController_;
+    }
+    [[nodiscard]] RarefactionWindowController* rarefactionWindowController() const {
+        return rarefactionWindowController_;
+    }
 
-    void showMessage(const QString& message);
-    // The same for work that is done.
-    void showNews(const QString& message);
     [[nodiscard]] MessageStrip& messageStrip();
 
-    // Places of the splitters, to be kept between runs.
+    // Places of the splitters and columns, to be kept between runs.
     [[nodiscard]] QByteArray saveLayout() const;
     void restoreLayout(const QByteArray& state);
 
   public slots:
     // Metrics of the selected census; without one the panel keeps what it shows.
     void refreshMetrics();
-    // The preferences have changed.
+    // The preferences have changed, or a field has ended its editing.
     void updateMetrics() { refreshMetrics(); }
-    // That of a text, be it stored, unchanged or given up.
     void editingDidEnd() { refreshMetrics(); }
-    // The analyses: see analysis_commands.h.
+    // The analyses, each of the records as they are at the command: its job has a frozen copy, or
+    // the counts. A warning tells of too few censuses. The project-wide window opens at once and
+    // fills later, whatever happens to the project; a curve that is finished after the project was
+    // closed is dropped.
     void calculateProjectWideMetrics();
+    // Of the selected census; nothing without one.
     void individualBasedRarefaction();
     void sampleBasedRarefaction();
 
@@ -132,10 +142,10 @@ class MainViewController : public QWidget, public MainView {
     void openRequested();
     // In any editor, or one has closed.
     void textTyped();
-    // Of a text that was not stored although its editor has closed; told in the strip, too.
+    // A text was not stored although its editor has closed; the strip says so, too.
     void textRefused(const QString& message);
-    // Before a window that belongs to no project is shown, which lives on when the project closes:
-    // whoever hears of it must close it before queue and panels go.
+    // Before a window that belongs to no project is shown. It may outlive this view: the receiver
+    // must close it before queue and panels are deleted.
     void analysisWindowDidOpen(QWidget* opened);
 
   protected:
@@ -155,41 +165,51 @@ class MainViewController : public QWidget, public MainView {
     void setUpButtons();
     void setUpPullDowns();
     void setUpTexts();
-    void hearOfEndsOfEditing();
-    void setUpSplitters();
-    void keepThroughReset();
+    void refreshWhenEditingEnds();
+    void keepThroughReset(RecordTableView* table, OrderedTableModel* model);
 
+    [[nodiscard]] std::array<RecordTableView*, 2> tables() const;
+    [[nodiscard]] ObjectContext& context() const { return document_->objectContext(); }
+    void leaveDocument();
     void recordsDidChange(const ChangeSet& changes);
     void shownCensusDidChange(const CensusChange& change);
     void revealChanges(const ChangeSet& changes);
-    void selectCensus(RecordId census);
     void learnNames();
-    void travel(void (ObjectContext::*step)());
+    void undoOrRedo(void (ObjectContext::*step)());
 
     void showSecondaryTexts();
     void showCensusCount();
-    void showSpecies(const std::optional<Census>& census);
     void showSpeciesHeading(const std::optional<Census>& census);
-    void showDetails(const std::optional<Census>& census);
     void showSpeciesCount();
     void showRightPage();
     void showProgress();
     void refreshSpeciesControls();
-    void runAnalysis(Analysis analysis);
+    bool canAnalyse(std::size_t fewestCensuses, const QString& refusal);
+    QString startAnalysis(const QString& text);
+    void startRarefaction(RarefactionKind kind, const QString& subject,
+                          std::function<std::vector<Rarefaction>()> work);
+    void openRarefaction(RarefactionKind kind, const QString& subject,
+                         std::vector<Rarefaction> curve);
 
-    DiversityDocument& document_;
+    JobQueue& jobs_;
+    RandomSourceMaker makeRandom_;
+    Panels panels_;
+    DiversityDocument* document_ = nullptr;
     std::unique_ptr<Ui::MainView> ui_;
-    AnalysisCommands* analyses_;
     CensusTableModel* censusModel_;
     SpeciesTableModel* speciesModel_;
     TableColumns* censusColumns_ = nullptr;
     TableColumns* speciesColumns_ = nullptr;
     RunningWork running_;
     ProgressId lastProgress_ = 0;
+    int analyses_ = 0;  // started so far
     TaxonFormatter taxonFormatter_;
-    ObjectContext::ObserverId observer_;
+    ObjectContext::ObserverId observer_ = {};
     std::optional<RecordId> shownCensus_;
-    bool revealing_ = false;  // the changes come from undo or redo
+    bool revealing_ = false;  // the changes are those of undo or redo
+    QString projectName_;
+    QPointer<ProjectWideMetricsWindowController> projectWideMetricsWindowController_;
+    QPointer<RarefactionWindowController> rarefactionWindowController_;
 };
 
 }  // namespace zorvel

@@ -1,12 +1,10 @@
-// The selected census on paper.
+// The selected census for paper.
 #include <QStringList>
 #include <memory>
 
 #include "ui/kit/metric_sheet.h"
 #include "ui/kit/printed_sheet.h"
-#include "ui/main/analysis_commands.h"
-#include "ui/main/census_details.h"
-#include "ui/main/census_table_model.h"
+#include "ui/main/details_view.h"
 #include "ui/main/main_view_controller.h"
 #include "ui/main/species_table_model.h"
 #include "ui_main_view.h"
@@ -19,16 +17,16 @@ const char noCensusToPrint[] = "noCensusToPrint";  // name of the message in the
 
 QStringList detailLines(const Census& census, const QString& project) {
     QStringList lines;
-    if (!project.isEmpty()) lines.append(MainViewController::tr("Project: %1").arg(project));
-    // Both are 0 where no place was entered.
+    if (!project.isEmpty()) lines.append(QString("Project: %1").arg(project));
+    // Both are 0 if no place was entered.
     if (census.latitude() != 0 || census.longitude() != 0) {
-        lines.append(MainViewController::tr("Latitude %1, longitude %2")
-                         .arg(latitudeText(census), longitudeText(census)));
+        lines.append(
+            QString("Latitude %1, longitude %2").arg(latitudeText(census), longitudeText(census)));
     }
     if (const QString date = dateText(census); !date.isEmpty()) {
-        lines.append(MainViewController::tr("Date: %1").arg(date));
+        lines.append(QString("Date: %1").arg(date));
     }
-    lines.append(MainViewController::tr("The metrics are those of the included species."));
+    lines.append("The metrics are those of the included species.");
     return lines;
 }
 
@@ -38,23 +36,19 @@ QStringList speciesCells(const SpeciesTableModel& species, int row) {
         text(SpeciesTableModel::includeColumn, Qt::CheckStateRole).toInt() == Qt::Checked;
     return {text(SpeciesTableModel::nameColumn, Qt::DisplayRole).toString(),
             text(SpeciesTableModel::abundanceColumn, Qt::DisplayRole).toString(),
-            included ? MainViewController::tr("yes") : MainViewController::tr("no")};
+            included ? "yes" : "no"};
 }
 
-// A copy of the rows: the table may change while a panel waits for its answer.
+// A copy of the rows: the table may change while a panel is open.
 PrintedTable printedSpecies(const SpeciesTableModel& species) {
     auto rows = std::make_shared<QList<QStringList>>();
     for (int row = 0; row < species.rowCount(); ++row) rows->append(speciesCells(species, row));
     PrintedTable table;
     const auto all = static_cast<qlonglong>(species.taxonCount());
     table.heading = rows->size() == all
-                        ? MainViewController::tr("Species (%L1)").arg(all)
-                        : MainViewController::tr("Species (those found: %L1 of %L2)")
-                              .arg(rows->size())
-                              .arg(all);
-    table.columns = {{MainViewController::tr("Name"), 5, false},
-                     {MainViewController::tr("Abundance"), 1.5, true},
-                     {MainViewController::tr("Included"), 1, false}};
+                        ? QString("Species (%L1)").arg(all)
+                        : QString("Species (those found: %L1 of %L2)").arg(rows->size()).arg(all);
+    table.columns = {{"Name", 5, false}, {"Abundance", 1.5, true}, {"Included", 1, false}};
     table.rowCount = static_cast<int>(rows->size());
     table.cells = [rows](int row) { return rows->at(row); };
     return table;
@@ -67,15 +61,15 @@ std::optional<PrintedSheet> MainViewController::printedCensus() {
     const std::optional<Census> census = selectedCensus();
     if (!census) {
         ui_->messageStrip->setMessage(
-            noCensusToPrint, tr("Nothing was printed: select the census to be printed first."));
+            noCensusToPrint, "Nothing was printed: select the census to be printed first.");
         return std::nullopt;
     }
     ui_->messageStrip->withdraw(noCensusToPrint);
     PrintedSheet sheet;
     sheet.title = shownName(census->name());
-    sheet.lines = detailLines(*census, analyses_->projectName());
+    sheet.lines = detailLines(*census, projectName_);
     sheet.tables = printedMetrics(ui_->metricsPanel->lines());
-    if (!sheet.tables.isEmpty()) sheet.tables.front().heading = tr("Metrics");
+    if (!sheet.tables.isEmpty()) sheet.tables.front().heading = "Metrics";
     sheet.tables.append(printedSpecies(*speciesModel_));
     return sheet;
 }

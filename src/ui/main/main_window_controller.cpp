@@ -35,16 +35,19 @@ QStringList localFiles(const QMimeData& data) {
 
 MainWindowController::MainWindowController(Document& document, JobQueue& jobs,
                                            RandomSourceMaker makeRandom, const Panels& panels)
-    : jobs_(jobs), makeRandom_(std::move(makeRandom)), panels_(panels) {
+    : mainView_(new MainViewController(jobs, std::move(makeRandom), panels, this)) {
     setAcceptDrops(true);
     setMinimumSize(780, 420);
     resizeToFit(*this, {1024, 700});
     restoreGeometry(setting(geometryKey).toByteArray());
-    setDocument(document);
+    setCentralWidget(mainView_);
+    mainView_->show();  // otherwise the layout shows it later
     mainView_->restoreLayout(setting(layoutKey).toByteArray());
+    connect(mainView_, &MainViewController::textTyped, this, [this] { document_->noteTyping(); });
+    showDocument(document);
 }
 
-// The view goes while the window is still whole: an editor that is open commits as it goes.
+// The view is deleted while the window is still whole: an open editor commits then.
 MainWindowController::~MainWindowController() {
     leaveDocument();
     delete mainView_;
@@ -56,55 +59,35 @@ void MainWindowController::leaveDocument() {
 }
 
 void MainWindowController::showDocument(Document& document) {
-    const QByteArray layout = mainView_->saveLayout();
-    leaveDocument();
-    mainView_->messageStrip().withdraw(problemMessage);
-    const std::unique_ptr<MainViewController> earlier(mainView_);
-    setDocument(document);
-    mainView_->messageStrip().takeMessages(earlier->messageStrip());
-    mainView_->taxonFormatter().addTaxonNames(earlier->taxonFormatter().taxonNames());
-    mainView_->restoreLayout(layout);
-    emit documentDidChange();
-}
-
-void MainWindowController::setDocument(Document& document) {
+    if (document_ != nullptr) leaveDocument();
     document_ = &document;
     shownTrouble_.reset();
-    document.project().makeWindowControllers([&] {
-        mainView_ = new MainViewController(document.project(), jobs_, makeRandom_, panels_, this);
-        return mainView_;
-    });
-    setCentralWidget(mainView_);
-    mainView_->show();  // the layout would do so in a moment
-    connect(mainView_, &MainViewController::openRequested, this,
-            &MainWindowController::openRequested);
-    connect(mainView_, &MainViewController::analysisWindowDidOpen, this,
-            &MainWindowController::analysisWindowDidOpen);
+    mainView_->messageStrip().withdraw(problemMessage);
     connect(document_, &Document::displayNameDidChange, this, &MainWindowController::showTitle);
     connect(document_, &Document::saveStateDidChange, this, [this] {
         showTitle();
         showProblem();
     });
-    connect(document_, &Document::backupDidFail, mainView_, &MainViewController::showMessage);
-    document_->setDrafts([view = mainView_](ObjectContext& copy) { view->storeDrafts(copy); });
-    connect(mainView_, &MainViewController::textTyped, document_, &Document::noteTyping);
+    connect(document_, &Document::backupDidFail, this,
+            [this](const QString& message) { mainView_->messageStrip().addMessage(message); });
+    document_->setDrafts([this](ObjectContext& copy) { mainView_->storeDrafts(copy); });
+    mainView_->showDocument(document.project());
     showTitle();
     showProblem();
-    mainView_->selectFirstCensus();
 }
 
 void MainWindowController::showTitle() {
-    // An untitled project may bear the name of the file that it came from.
+    // An untitled project may have the name of the file that it came from.
     const QString name = oneLine(document_->displayName());
-    const bool saysSo = !document_->isUntitled() || name.startsWith(tr("Untitled"));
-    setWindowTitle(asWindowTitle(saysSo ? name : tr("%1 (untitled)").arg(name)) + "[*]");
+    const bool saysSo = !document_->isUntitled() || name.startsWith("Untitled");
+    setWindowTitle(asWindowTitle(saysSo ? name : QString("%1 (untitled)").arg(name)) + "[*]");
     mainView_->setProjectName(name);
     setWindowFilePath(document_->path());
     setWindowModified(document_->saveState() != Document::SaveState::saved);
 }
 
-// Changes that cannot be written stand in the strip until they are. That a file cannot be written
-// is told once as long as nothing in it has changed.
+// A failure to write changes stays in the strip until they are written. If nothing has changed, a
+// file that cannot be written is reported once.
 void MainWindowController::showProblem() {
     const std::optional<FileProblem> problem = document_->problem();
     if (!problem) {
@@ -120,13 +103,8 @@ void MainWindowController::showProblem() {
         problemMessage,
         (projectMessage(document_->displayName(), *problem) + ' ' + document_->asideNote())
             .trimmed(),
-        {tr("Save As..."), [this] { emit saveAsRequested(); }},
+        {"Save As...", [this] { emit saveAsRequested(); }},
         holds ? MessageStrip::Lasting::untilWithdrawn : MessageStrip::Lasting::untilDismissed);
-}
-
-void MainWindowController::keepPlaces() {
-    storeSetting(geometryKey, saveGeometry());
-    storeSetting(layoutKey, mainView_->saveLayout());
 }
 
 void MainWindowController::closeEvent(QCloseEvent* event) {
@@ -134,7 +112,8 @@ void MainWindowController::closeEvent(QCloseEvent* event) {
         event->ignore();
         return;
     }
-    keepPlaces();
+    storeSetting(geometryKey, saveGeometry());
+    storeSetting(layoutKey, mainView_->saveLayout());
     QMainWindow::closeEvent(event);
 }
 

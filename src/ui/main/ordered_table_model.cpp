@@ -3,12 +3,13 @@
 #include <algorithm>
 #include <iterator>
 #include <numeric>
+#include <ranges>
 
 namespace zorvel {
 
 namespace {
 
-// More separate ranges of rows than this are told as one reset: views take long over each.
+// More separate ranges of rows than this are told as one reset: views take long for each.
 constexpr std::size_t rangesAtMost = 200;
 
 // Ascending rows as ranges of neighbours.
@@ -38,19 +39,39 @@ std::size_t OrderedTableModel::recordAt(int row) const {
     return order_[static_cast<std::size_t>(row)];
 }
 
-int OrderedTableModel::rowOf(std::size_t record) const {
-    const auto found = std::find(order_.begin(), order_.end(), record);
-    return found == order_.end() ? -1 : static_cast<int>(found - order_.begin());
+std::size_t OrderedTableModel::placeOf(RecordId id) const {
+    const auto places = std::views::iota(std::size_t{0}, recordCount());
+    const auto found =
+        std::ranges::lower_bound(places, id, {}, [this](std::size_t place) { return idOf(place); });
+    return static_cast<std::size_t>(found - places.begin());
 }
 
-std::vector<int> OrderedTableModel::rowsOf(const Records& records) const {
-    if (records.size() == 1) {
-        const int row = rowOf(records.front());
-        return row < 0 ? std::vector<int>{} : std::vector<int>{row};
+std::vector<RecordId> OrderedTableModel::idsAt(const std::vector<int>& rows) const {
+    std::vector<RecordId> ids;
+    ids.reserve(rows.size());
+    for (const int row : rows) ids.push_back(idAt(row));
+    std::sort(ids.begin(), ids.end());
+    return ids;
+}
+
+int OrderedTableModel::rowOf(RecordId id) const {
+    const std::vector<int> rows = rowsOf(std::vector{id});
+    return rows.empty() ? -1 : rows.front();
+}
+
+std::vector<int> OrderedTableModel::rowsOf(const std::vector<RecordId>& ascending) const {
+    Records places;
+    for (const RecordId id : ascending) {
+        const std::size_t place = placeOf(id);
+        if (isAt(place, id)) places.push_back(static_cast<std::uint32_t>(place));
     }
+    return rowsOfPlaces(places);
+}
+
+std::vector<int> OrderedTableModel::rowsOfPlaces(const Records& places) const {
     std::vector<int> rows;
-    for (std::size_t row = 0; row < order_.size() && !records.empty(); ++row) {
-        if (holds(records, order_[row])) rows.push_back(static_cast<int>(row));
+    for (std::size_t row = 0; row < order_.size() && rows.size() < places.size(); ++row) {
+        if (holds(places, order_[row])) rows.push_back(static_cast<int>(row));
     }
     return rows;
 }
@@ -124,7 +145,7 @@ void OrderedTableModel::movePersistentIndexes(const Records& before) {
 }
 
 void OrderedTableModel::change(const RecordsChange& change, const std::function<void()>& swap) {
-    const std::vector<Range> removed = rangesOf(rowsOf(change.removed));
+    const std::vector<Range> removed = rangesOf(rowsOfPlaces(change.removed));
     if (removed.size() > rangesAtMost ||
         (change.inserted.size() > rangesAtMost &&
          (sortColumn_ >= 0 || change.inserted.back() - change.inserted.front() >=
@@ -143,10 +164,7 @@ void OrderedTableModel::changeByReset(const RecordsChange& change,
                                       const std::function<void()>& swap) {
     emit rowsAboutToBeReplaced();
     beginResetModel();
-    order_.erase(
-        std::remove_if(order_.begin(), order_.end(),
-                       [&](std::uint32_t record) { return holds(change.removed, record); }),
-        order_.end());
+    std::erase_if(order_, [&](std::uint32_t record) { return holds(change.removed, record); });
     swap();
     renumber(change);
     order_.insert(order_.end(), change.inserted.begin(), change.inserted.end());
@@ -157,8 +175,7 @@ void OrderedTableModel::changeByReset(const RecordsChange& change,
 }
 
 void OrderedTableModel::removeRanges(const std::vector<Range>& ranges) {
-    const std::vector<Range> lastFirst(ranges.rbegin(), ranges.rend());
-    for (const auto& [first, last] : lastFirst) {
+    for (const auto& [first, last] : std::views::reverse(ranges)) {
         beginRemoveRows({}, first, last);
         order_.erase(order_.begin() + first, order_.begin() + last + 1);
         endRemoveRows();
@@ -168,19 +185,13 @@ void OrderedTableModel::removeRanges(const std::vector<Range>& ranges) {
 void OrderedTableModel::renumber(const RecordsChange& change) {
     if (change.removed.empty() && change.inserted.empty()) return;
     renumber(order_, change);
-    if (narrowed_) changeAll(change);
-}
-
-// New records come last, as in what is shown.
-void OrderedTableModel::changeAll(const RecordsChange& change) {
-    all_.erase(std::remove_if(all_.begin(), all_.end(),
-                              [&](std::uint32_t record) { return holds(change.removed, record); }),
-               all_.end());
+    if (!narrowed_) return;
+    std::erase_if(all_, [&](std::uint32_t record) { return holds(change.removed, record); });
     renumber(all_, change);
     all_.insert(all_.end(), change.inserted.begin(), change.inserted.end());
 }
 
-// The records that stay have other places now.
+// Gives the records that stay their new places.
 void OrderedTableModel::renumber(Records& records, const RecordsChange& change) const {
     const std::size_t before = recordCount() + change.removed.size() - change.inserted.size();
     Records now(before);
@@ -201,7 +212,7 @@ void OrderedTableModel::renumber(Records& records, const RecordsChange& change) 
     for (std::uint32_t& record : records) record = now[record];
 }
 
-// Neighbours that go to one place go there together.
+// Neighbours that go to the same place are inserted together.
 void OrderedTableModel::insertRecords(const Records& inserted) {
     for (std::size_t i = 0; i < inserted.size();) {
         const std::size_t place = placeFor(inserted[i]);
@@ -235,7 +246,7 @@ std::size_t OrderedTableModel::placeFor(std::uint32_t record) const {
 
 void OrderedTableModel::tellUpdated(const Records& updated) {
     if (updated.empty()) return;
-    const std::vector<int> rows = rowsOf(updated);
+    const std::vector<int> rows = rowsOfPlaces(updated);
     if (rows.empty()) return;
     std::vector<Range> ranges = rangesOf(rows);
     if (ranges.size() > rangesAtMost) ranges = {{rows.front(), rows.back()}};

@@ -1,8 +1,7 @@
-// A table over a list of records in the project's order, shown in another order or in part without
-// touching the records. It sorts a list of numbers by keys made once a sort, which keeps 100,000
-// rows quick where a general proxy asks for every cell many times over. Changes of the records come
-// and go as rows: what is shown is neither sorted nor filtered again until the person asks for it.
-// Main thread.
+// A table over the records of a list, in the project's order, which is that of their identities. It
+// shows them in another order or in part without touching them. It sorts row numbers by keys made
+// once per sort, which stays fast with 100,000 rows. Changed records are told as changes of rows;
+// the rows are not sorted or filtered again until the user asks for it. Main thread.
 #pragma once
 
 #include <QAbstractTableModel>
@@ -13,6 +12,8 @@
 #include <variant>
 #include <vector>
 
+#include "store/object_context.h"
+
 namespace zorvel {
 
 class OrderedTableModel : public QAbstractTableModel {
@@ -20,7 +21,7 @@ class OrderedTableModel : public QAbstractTableModel {
   public:
     using QAbstractTableModel::QAbstractTableModel;
 
-    // True of a cell that is shown quietly: a name that is absent, a species that is left out.
+    // True for a cell in the quieter colour: an absent name, a species that is left out.
     static constexpr int dimmedRole = Qt::UserRole + 1;
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
@@ -28,14 +29,16 @@ class OrderedTableModel : public QAbstractTableModel {
     // Stable; equal records keep the project's order both ways. A column below 0 restores it.
     void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
 
-    // The record shown in a row, and the row that shows a record (-1: not shown).
-    [[nodiscard]] std::size_t recordAt(int row) const;
-    [[nodiscard]] int rowOf(std::size_t record) const;
-    // The same for many records; ascending, those that are not shown are left out.
-    [[nodiscard]] std::vector<int> rowsOf(const std::vector<std::uint32_t>& records) const;
+    [[nodiscard]] RecordId idAt(int row) const { return idOf(recordAt(row)); }
+    // Ascending.
+    [[nodiscard]] std::vector<RecordId> idsAt(const std::vector<int>& rows) const;
+    // -1 if the record is not shown.
+    [[nodiscard]] int rowOf(RecordId id) const;
+    // Of those that are shown, ascending.
+    [[nodiscard]] std::vector<int> rowsOf(const std::vector<RecordId>& ascending) const;
 
   signals:
-    // Too much has changed to tell it by rows: a reset follows, and selections go with it.
+    // Around a reset, where too much has changed to tell it by rows. Selections are lost.
     void rowsAboutToBeReplaced();
     void rowsReplaced();
 
@@ -43,7 +46,7 @@ class OrderedTableModel : public QAbstractTableModel {
     using SortKeys = std::variant<std::vector<std::int64_t>, std::vector<std::string>>;
     using Records = std::vector<std::uint32_t>;  // places in the project's order, from 0
 
-    // Each ascending; removed by the places before the change, the others by those after it.
+    // Each ascending. Removed: places before the change; the others: places after it.
     struct RecordsChange {
         Records removed;
         Records inserted;
@@ -51,31 +54,39 @@ class OrderedTableModel : public QAbstractTableModel {
     };
 
     [[nodiscard]] virtual std::size_t recordCount() const = 0;
-    // One key for each of these records.
+    [[nodiscard]] virtual RecordId idOf(std::size_t record) const = 0;
+    // One key per record.
     [[nodiscard]] virtual SortKeys sortKeys(int column, const Records& records) const = 0;
     [[nodiscard]] virtual bool accepts(std::size_t record) const;
 
+    [[nodiscard]] std::size_t recordAt(int row) const;
+    // The place of a record, or the place where it would be.
+    [[nodiscard]] std::size_t placeOf(RecordId id) const;
+    [[nodiscard]] bool isAt(std::size_t place, RecordId id) const {
+        return place < recordCount() && idOf(place) == id;
+    }
+
     // Between beginResetModel and endResetModel, when the records have changed.
     void arrange();
-    // The same when what is accepted has changed, on: whether anything can be refused. What is
-    // shown keeps its order, which is not made anew.
+    // The same when accepts() has changed. on: whether it can refuse a record. The rows keep their
+    // order.
     void narrow(bool on);
 
-    // swap() replaces the records. Removed rows go first, with the old records still in place;
-    // inserted ones come last, whatever is accepted: a record at the end of the project at the end
-    // of the table, any other where the order of the table wants it.
+    // swap() replaces the records. Rows are removed before it and inserted after it, even those
+    // that accepts() would refuse: a record at the end of the project at the end of the table, any
+    // other where the sort order puts it.
     void change(const RecordsChange& change, const std::function<void()>& swap);
 
-    // Tells the views that these records, or a column of all, look different.
+    // Tells the views that these records, or one column, look different.
     void tellUpdated(const Records& updated);
     void tellColumn(int column, int role);
 
   private:
     using Range = std::pair<int, int>;  // first and last row
 
+    [[nodiscard]] std::vector<int> rowsOfPlaces(const Records& places) const;
     void orderByKeys(Records& records) const;
     void renumber(Records& records, const RecordsChange& change) const;
-    void changeAll(const RecordsChange& change);
     void movePersistentIndexes(const Records& before);
     void changeByReset(const RecordsChange& change, const std::function<void()>& swap);
     void removeRanges(const std::vector<Range>& ranges);
@@ -83,8 +94,8 @@ class OrderedTableModel : public QAbstractTableModel {
     void insertRecords(const Records& inserted);
     [[nodiscard]] std::size_t placeFor(std::uint32_t record) const;
 
-    Records order_;  // what is shown
-    Records all_;    // of all records, while only some of them may be shown
+    Records order_;  // of the rows
+    Records all_;    // of all records, while narrowed
     bool narrowed_ = false;
     int sortColumn_ = -1;
     Qt::SortOrder sortOrder_ = Qt::AscendingOrder;

@@ -5,15 +5,15 @@
 
 #include "model/edits.h"
 #include "model/typed_values.h"
-#include "ui/main/census_table_model.h"
 #include "ui/main/clipboard_rows.h"
-#include "ui/main/natural_order.h"
-#include "ui/main/shared_name_texts.h"
+#include "ui/main/name_matching.h"
 
 namespace zorvel {
 
-SpeciesTableModel::SpeciesTableModel(ObjectContext& context, QObject* parent)
-    : OrderedTableModel(parent), context_(context) {}
+void SpeciesTableModel::setContext(ObjectContext& context) {
+    context_ = &context;
+    setCensus(nullptr);
+}
 
 void SpeciesTableModel::setCensus(std::shared_ptr<const CensusBlock> block) {
     beginResetModel();
@@ -114,17 +114,6 @@ OrderedTableModel::RecordsChange SpeciesTableModel::changeTo(const CensusBlock& 
     return told;
 }
 
-std::size_t SpeciesTableModel::placeOf(RecordId taxon) const {
-    const auto found =
-        std::lower_bound(taxa_.begin(), taxa_.end(), taxon,
-                         [](const TaxonRecord* each, RecordId id) { return each->id < id; });
-    return static_cast<std::size_t>(found - taxa_.begin());
-}
-
-bool SpeciesTableModel::isTaxonAt(std::size_t place, RecordId taxon) const {
-    return place < taxa_.size() && taxa_[place]->id == taxon;
-}
-
 void SpeciesTableModel::setFilter(const QString& text) {
     std::string folded = foldedForSearch(text.trimmed().toStdString());
     if (folded == filter_) return;
@@ -134,34 +123,11 @@ void SpeciesTableModel::setFilter(const QString& text) {
     endResetModel();
 }
 
-RecordId SpeciesTableModel::taxonAt(int row) const {
-    return taxa_[recordAt(row)]->id;
-}
-
-int SpeciesTableModel::rowOfTaxon(RecordId taxon) const {
-    const std::size_t place = placeOf(taxon);
-    return isTaxonAt(place, taxon) ? rowOf(place) : -1;
-}
-
-std::vector<int> SpeciesTableModel::rowsOfTaxa(const std::vector<RecordId>& ascending) const {
-    Records places;
-    for (const RecordId taxon : ascending) {
-        const std::size_t place = placeOf(taxon);
-        if (isTaxonAt(place, taxon)) places.push_back(static_cast<std::uint32_t>(place));
-    }
-    return rowsOf(places);
-}
-
 std::vector<Zorvel> SpeciesTableModel::taxaAt(const std::vector<int>& rows) const {
-    const std::optional<Census> census = block_ ? context_.census(block_->id) : std::nullopt;
-    if (!census) return {};
-    std::vector<RecordId> wanted;
-    wanted.reserve(rows.size());
-    for (const int row : rows) wanted.push_back(taxonAt(row));
-    std::sort(wanted.begin(), wanted.end());
+    const std::optional<Census> census = block_ ? context_->census(block_->id) : std::nullopt;
     std::vector<Zorvel> taxa;
-    taxa.reserve(wanted.size());
-    for (const RecordId id : wanted) {
+    if (!census) return taxa;
+    for (const RecordId id : idsAt(rows)) {
         if (const std::optional<Zorvel> taxon = census->taxon(id)) taxa.push_back(*taxon);
     }
     return taxa;
@@ -178,7 +144,7 @@ QVariant SpeciesTableModel::data(const QModelIndex& index, int role) const {
         case includeColumn:
             return includeData(taxon, role);
         case nameColumn:
-            return nameData(taxon, role);
+            return speciesNameData(taxon, role);
         default:
             return abundanceData(taxon, role);
     }
@@ -187,25 +153,18 @@ QVariant SpeciesTableModel::data(const QModelIndex& index, int role) const {
 QVariant SpeciesTableModel::includeData(const TaxonValues& taxon, int role) const {
     if (role == Qt::CheckStateRole) return taxon.include ? Qt::Checked : Qt::Unchecked;
     if (role == Qt::ToolTipRole || role == Qt::AccessibleTextRole) {
-        return taxon.include ? tr("Included in the metrics") : tr("Left out of the metrics");
+        return taxon.include ? "Included in the metrics" : "Left out of the metrics";
     }
     return {};
 }
 
-QVariant SpeciesTableModel::nameData(const TaxonValues& taxon, int role) const {
-    if (role == Qt::DisplayRole) return shownName(taxon.name);
-    if (role == Qt::EditRole) return editableName(taxon.name);
-    if (role == dimmedRole) return !taxon.name || !taxon.include;
-    if (!taxon.name && role == Qt::FontRole) return absentNameFont();
-    const bool shared = sharedNames_.isShared(taxon.name);
-    if (role == Qt::ToolTipRole) {
-        const QString name = shownName(taxon.name);
-        return shared ? name + "\n\n" + sharedSpeciesReason() : name;
-    }
-    if (!shared) return {};
-    if (role == Qt::AccessibleDescriptionRole) return sharedSpeciesReason();
-    if (role == Qt::DecorationRole && marksSharedNames()) return sharedNameIcon();
-    return {};
+// Where most species share a name, as in an imported list without names, a mark in every row would
+// say nothing.
+QVariant SpeciesTableModel::speciesNameData(const TaxonValues& taxon, int role) const {
+    if (role == dimmedRole && !taxon.include) return true;
+    const bool isShared = sharedNames_.isShared(taxon.name);
+    return nameData(taxon.name, role, isShared ? sharedSpeciesReason : nullptr,
+                    2 * sharedNames_.recordCount() <= taxa_.size());
 }
 
 QVariant SpeciesTableModel::abundanceData(const TaxonValues& taxon, int role) const {
@@ -226,16 +185,16 @@ bool SpeciesTableModel::setData(const QModelIndex& index, const QVariant& value,
     if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return false;
     const std::vector<Zorvel> taxa = taxaAt({index.row()});
     if (taxa.empty() || !edit(taxa.front(), index.column(), value, role)) return false;
-    context_.announceChanges();
+    context_->announceChanges();
     return true;
 }
 
 bool SpeciesTableModel::edit(const Zorvel& taxon, int column, const QVariant& value, int role) {
     if (column == includeColumn && role == Qt::CheckStateRole) {
-        editInclude(context_, {taxon}, value.toInt() == Qt::Checked);
+        editInclude(*context_, {taxon}, value.toInt() == Qt::Checked);
         return true;
     }
-    return role == Qt::EditRole && storeText(context_, taxon, column, value.toString());
+    return role == Qt::EditRole && storeText(*context_, taxon, column, value.toString());
 }
 
 bool SpeciesTableModel::storeText(ObjectContext& context, const Zorvel& taxon, int column,
@@ -269,12 +228,12 @@ QMimeData* SpeciesTableModel::mimeData(const QModelIndexList& rows) const {
 QVariant SpeciesTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
     if (orientation != Qt::Horizontal || section >= columnTotal) return {};
     if (role == Qt::DisplayRole) {
-        return section == nameColumn        ? tr("Name")
-               : section == abundanceColumn ? tr("Abundance")
+        return section == nameColumn        ? "Name"
+               : section == abundanceColumn ? "Abundance"
                                             : QString();
     }
     if (section == includeColumn && (role == Qt::ToolTipRole || role == Qt::AccessibleTextRole)) {
-        return tr("Included in the metrics");
+        return "Included in the metrics";
     }
     if (role == Qt::TextAlignmentRole) {
         const bool number = section == abundanceColumn;
@@ -306,7 +265,7 @@ bool SpeciesTableModel::accepts(std::size_t record) const {
     if (filter_.empty()) return true;
     static const SharedText unnamed(unnamedName);
     const std::optional<SharedText>& name = taxa_[record]->values.name;
-    return search_.holds(name ? *name : unnamed, filter_);
+    return search_.contains(name ? *name : unnamed, filter_);
 }
 
 }  // namespace zorvel

@@ -1,5 +1,6 @@
-#include "ui/main/running_work.h"
+#include "ui/main/main_view_parts.h"
 
+#include <QKeyEvent>
 #include <algorithm>
 #include <utility>
 
@@ -22,7 +23,7 @@ bool RunningWork::hasImport() const {
                        [](const Work& work) { return work.isImport; });
 }
 
-// The end of each changes the list.
+// Cancelling changes the list.
 void RunningWork::cancelImports() const {
     for (const Work& work : QList<Work>(works_)) {
         if (work.isImport && work.cancel) work.cancel();
@@ -37,6 +38,25 @@ bool RunningWork::hasOther(const QString& name) const {
 void RunningWork::stop(const QString& name) {
     const auto found = find(name);
     if (found != works_.end()) works_.erase(found);
+}
+
+void SearchField::keyPressEvent(QKeyEvent* event) {
+    switch (event->key()) {
+        case Qt::Key_Escape:
+            if (text().isEmpty()) {
+                emit leaveRequested(false);
+            } else {
+                clear();
+            }
+            return;
+        case Qt::Key_Down:
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+            emit leaveRequested(true);
+            return;
+        default:
+            QLineEdit::keyPressEvent(event);
+    }
 }
 
 }  // namespace zorvel

@@ -1,0 +1,98 @@
+// The analyses that the main view starts: their inputs, jobs and windows.
+#include <utility>
+
+#include "metrics/incidence.h"
+#include "platform/job_queue.h"
+#include "ui/kit/alerts.h"
+#include "ui/main/main_view_controller.h"
+#include "ui/main/record_names.h"
+
+namespace zorvel {
+
+bool MainViewController::canAnalyse(std::size_t fewestCensuses, const QString& refusal) {
+    if (!commitEditing()) return false;
+    if (context().censusCount() >= fewestCensuses) return true;
+    panels_.alerts.warn(window(), "Too few censuses", refusal);
+    return false;
+}
+
+// Returns the name of its progress.
+QString MainViewController::startAnalysis(const QString& text) {
+    QString name = QString("analysis %1").arg(++analyses_);
+    startProgress(name, text);
+    return name;
+}
+
+// Both the window and the project may be closed before the inputs are there.
+void MainViewController::calculateProjectWideMetrics() {
+    if (!canAnalyse(3, "Must have at least three censuses to calculate project-wide metrics")) {
+        return;
+    }
+    auto* metrics = new ProjectWideMetricsWindowController(jobs_, makeRandom_);
+    metrics->setAttribute(Qt::WA_DeleteOnClose);
+    projectWideMetricsWindowController_ = metrics;
+    emit analysisWindowDidOpen(metrics);
+    metrics->show();
+    const QString progress = startAnalysis("calculating project-wide metrics...");
+    connect(metrics, &QObject::destroyed, this, [=, this] { stopProgress(progress); });
+    jobs_.start(
+        metrics,
+        [project = context().frozenCopy(), name = projectName_] {
+            SparseCountsResult sparse = buildSparseCounts(*project);
+            const QString note = mergedNamesNote(sparse);
+            return ProjectWideInputs{std::move(sparse.pooled), std::move(sparse.counts), name,
+                                     note};
+        },
+        [self = QPointer<MainViewController>(this), metrics, progress](ProjectWideInputs inputs) {
+            metrics->viewController().setInputs(std::move(inputs));
+            if (self) self->stopProgress(progress);
+        });
+}
+
+void MainViewController::individualBasedRarefaction() {
+    if (!canAnalyse(1, "Must have at least one census to calculate individual-based rarefaction")) {
+        return;
+    }
+    const std::optional<Census> census = selectedCensus();
+    if (!census) return;
+    startRarefaction(RarefactionKind::individualBased, shownName(census->name()),
+                     [counts = includedCountsVector(*census)] {
+                         return sharedCalculator().individualBasedCurve(counts);
+                     });
+}
+
+void MainViewController::sampleBasedRarefaction() {
+    if (!canAnalyse(5, "Must have at least five censuses to calculate sample-based rarefaction")) {
+        return;
+    }
+    startRarefaction(RarefactionKind::sampleBased, projectName_,
+                     [project = context().frozenCopy()] {
+                         return sharedCalculator().sampleBasedCurve(
+                             summariseIncidence(buildSparseCounts(*project).counts));
+                     });
+}
+
+// work runs on a worker thread, and must own all that it reads.
+void MainViewController::startRarefaction(RarefactionKind kind, const QString& subject,
+                                          std::function<std::vector<Rarefaction>()> work) {
+    const QString progress = startAnalysis("calculating rarefaction...");
+    jobs_.start(this, std::move(work), [=, this](std::vector<Rarefaction> curve) {
+        openRarefaction(kind, subject, std::move(curve));
+        stopProgress(progress);
+    });
+}
+
+void MainViewController::openRarefaction(RarefactionKind kind, const QString& subject,
+                                         std::vector<Rarefaction> curve) {
+    auto* plot = new RarefactionWindowController(kind, jobs_, panels_);
+    plot->setAttribute(Qt::WA_DeleteOnClose);
+    rarefactionWindowController_ = plot;
+    plot->viewController().setRarefactionData(std::move(curve), subject);
+    plot->setWindowTitle(kind == RarefactionKind::individualBased ? "Individual-based Rarefaction"
+                                                                  : "Sample-based Rarefaction");
+    plot->setWindowFilePath(window()->windowFilePath());
+    emit analysisWindowDidOpen(plot);
+    plot->show();
+}
+
+}  // namespace zorvel

@@ -1,0 +1,183 @@
+#include "ui/main/record_names.h"
+
+#include <QFont>
+#include <QGuiApplication>
+#include <QIcon>
+#include <QIconEngine>
+#include <QPainter>
+#include <QPixmap>
+#include <QStringList>
+#include <algorithm>
+
+#include "model/diversity_document.h"
+#include "ui/kit/look.h"
+#include "ui/kit/shown_text.h"
+#include "ui/main/ordered_table_model.h"
+
+namespace zorvel {
+
+namespace {
+
+constexpr qsizetype longestName = 1000;          // characters
+constexpr qsizetype longestNameInSentence = 40;  // characters
+constexpr std::size_t longestEditable = 30'000;  // bytes; a line editor cuts longer texts
+
+// Two overlapping rings; on a selected row, which may have any colour, on a background of their
+// own.
+class SharedNameEngine : public QIconEngine {
+  public:
+    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
+        const LookColors& colors = lookColors(QGuiApplication::palette());
+        const double unit = std::min(rect.width(), rect.height()) / 16.0;
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        if (mode == QIcon::Selected) {
+            painter->setPen(Qt::NoPen);
+            painter->setBrush(colors.base);
+            painter->drawRoundedRect(rect, 4, 4);
+        }
+        painter->translate(rect.center() + QPointF(0.5, 0.5));
+        painter->setPen(QPen(colors.warningMark, 1.5 * unit));
+        painter->setBrush(Qt::NoBrush);
+        painter->drawEllipse(QPointF(-2.25 * unit, 0), 3.75 * unit, 3.75 * unit);
+        painter->drawEllipse(QPointF(2.25 * unit, 0), 3.75 * unit, 3.75 * unit);
+        painter->restore();
+    }
+    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
+        QPixmap pixmap(size);
+        pixmap.fill(Qt::transparent);
+        QPainter painter(&pixmap);
+        paint(&painter, pixmap.rect(), mode, state);
+        return pixmap;
+    }
+    [[nodiscard]] QIconEngine* clone() const override { return new SharedNameEngine; }
+};
+
+const QIcon& sharedNameIcon() {
+    static const QIcon icon(new SharedNameEngine);
+    return icon;
+}
+
+}  // namespace
+
+QString shownName(const std::optional<SharedText>& name) {
+    if (!name) return unnamedName;
+    // Enough bytes for that many characters and one more.
+    const std::string_view start = name->view().substr(0, 4 * (longestName + 1));
+    return shortened(oneLine(QString::fromUtf8(start.data(), static_cast<qsizetype>(start.size()))),
+                     longestName);
+}
+
+QString editableName(const std::optional<SharedText>& name) {
+    return name ? QString::fromStdString(name->str()) : QString();
+}
+
+bool isNameEditable(const std::optional<SharedText>& name) {
+    return !name || name->view().size() <= longestEditable;
+}
+
+QVariant nameData(const std::optional<SharedText>& name, int role, const char* sharedReason,
+                  bool isMarked) {
+    switch (role) {
+        case Qt::DisplayRole:
+            return shownName(name);
+        case Qt::EditRole:
+            return editableName(name);
+        case OrderedTableModel::dimmedRole:
+            return !name;
+        case Qt::FontRole: {
+            if (name) return {};
+            QFont font;
+            font.setItalic(true);
+            return font;
+        }
+        case Qt::ToolTipRole:
+            return sharedReason ? shownName(name) + "\n\n" + sharedReason : shownName(name);
+        case Qt::AccessibleDescriptionRole:
+            return sharedReason ? QVariant(sharedReason) : QVariant();
+        case Qt::DecorationRole:
+            return sharedReason && isMarked ? QVariant(sharedNameIcon()) : QVariant();
+        default:
+            return {};
+    }
+}
+
+void SharedNames::add(const std::optional<SharedText>& name) {
+    if (!name) return;
+    const std::size_t count = ++counts_[*name];
+    if (count == 2) shared_.insert(*name);
+    if (count >= 2) records_ += count == 2 ? 2 : 1;
+}
+
+void SharedNames::remove(const std::optional<SharedText>& name) {
+    if (!name) return;
+    const auto found = counts_.find(*name);
+    if (found == counts_.end()) return;
+    const std::size_t count = --found->second;
+    if (count == 1) shared_.erase(*name);
+    if (count >= 1) records_ -= count == 1 ? 2 : 1;
+    if (count == 0) counts_.erase(found);
+}
+
+void SharedNames::clear() {
+    counts_.clear();
+    shared_.clear();
+    records_ = 0;
+}
+
+bool SharedNames::isShared(const std::optional<SharedText>& name) const {
+    return name && !shared_.empty() && shared_.count(*name) > 0;
+}
+
+QString sharedSpeciesLine(const SharedNames& names) {
+    if (names.nameCount() == 0) return {};
+    const auto records = static_cast<qulonglong>(names.recordCount());
+    if (names.nameCount() > 1) {
+        return QString(
+                   "%L1 species share their name with another; the census matrix takes the last of "
+                   "each name alone.")
+            .arg(records);
+    }
+    const QString name = QString::fromStdString(names.oneName().str());
+    return QString(
+               "%L1 species share the name “%2”; the census matrix takes the last of them alone.")
+        .arg(records)
+        .arg(shortened(oneLine(name), longestNameInSentence));
+}
+
+QString matrixNote(const SparseCountsResult& counts) {
+    const struct {
+        std::size_t count;
+        QString ofOne;
+        QString ofMany;
+    } cases[] = {
+        {counts.mergedCensuses,
+         "One census has the name of an earlier one: the census matrix holds its species in the "
+         "row of that one, and its own row stays empty.",
+         "%L1 censuses have the name of an earlier one: the census matrix holds their species "
+         "in the row of that one, and their own rows stay empty."},
+        {counts.replacedTaxa,
+         "One species has the name of a later one of its census: the census matrix takes the "
+         "later one alone, and the pooled values add them up.",
+         "%L1 species have the name of a later one of their census: the census matrix takes the "
+         "later one alone, and the pooled values add them up."},
+        {counts.taxaInNoRow,
+         "One species is not in the census matrix, since it or its census has no name.",
+         "%L1 species are not in the census matrix, since they or their census have no name."},
+    };
+    QStringList sentences;
+    for (const auto& each : cases) {
+        if (each.count == 1) sentences.append(each.ofOne);
+        if (each.count > 1) sentences.append(each.ofMany.arg(qulonglong{each.count}));
+    }
+    return sentences.join(' ');
+}
+
+QString mergedNamesNote(const SparseCountsResult& counts) {
+    const QString note = matrixNote(counts);
+    if (note.isEmpty()) return {};
+    return note + ' ' +
+           "Averages, Chao2 and sample-based rarefaction are made from the census matrix.";
+}
+
+}  // namespace zorvel
