@@ -49,11 +49,9 @@ std::string censusText(int species) {
 
 struct Window {
     Window() {
-        document.makeWindowControllers([this] {
-            view = new MainViewController(
-                document, jobs, [] { return std::make_unique<SeededRandom>(1); }, panels.all());
-            return view;
-        });
+        view = new MainViewController(
+            jobs, [] { return std::make_unique<SeededRandom>(1); }, panels.all());
+        view->showDocument(document);
         view->resize(1024, 700);
         view->show();
         QCoreApplication::processEvents();

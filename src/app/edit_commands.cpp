@@ -117,7 +117,8 @@ void selectAllOf(QWidget* widget) {
 bool isTextEditor(const QWidget* widget) {
     if (const auto* field = qobject_cast<const DetailsField*>(widget)) return field->isTyped();
     if (const auto* notes = qobject_cast<const DetailsNotes*>(widget)) return notes->isTyped();
-    if (const auto* cell = qobject_cast<const TableTextField*>(widget)) return cell->canUndoOrRedo();
+    if (const auto* cell = qobject_cast<const TableTextField*>(widget))
+        return cell->canUndoOrRedo();
     if (const auto* line = qobject_cast<const QLineEdit*>(widget)) return !line->isReadOnly();
     const auto* text = qobject_cast<const QPlainTextEdit*>(widget);
     return text != nullptr && !text->isReadOnly() &&

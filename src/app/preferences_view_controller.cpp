@@ -72,7 +72,9 @@ void PreferencesViewController::viewDidLoad() {
     connect(ui_->colorPalette, &ColorPalette::colorChosen, ui_->plotColorWell, &ColorWell::choose);
     connect(ui_->closeButton, &QAbstractButton::clicked, this,
             &PreferencesViewController::closeRequested);
-    for (QLabel* line : {ui_->confidenceNote, ui_->colorNote, ui_->storingNote}) setQuiet(*line);
+    for (QLabel* line : {ui_->confidenceNote, ui_->colorNote, ui_->storingNote}) {
+        line->setForegroundRole(secondaryText);
+    }
 }
 
 void PreferencesViewController::viewWillAppear() {
@@ -197,16 +199,7 @@ void PreferencesViewController::showNote(QLineEdit& field, QLabel& line, const Q
                                          const QString& note) {
     line.setText(note.isEmpty() ? purpose : note);
     field.setAccessibleDescription(line.text());
-    if (note.isEmpty()) return setQuiet(line);
-    QPalette colors;
-    colors.setColor(QPalette::WindowText, lookColors(palette()).problem);
-    line.setPalette(colors);
-}
-
-void PreferencesViewController::setQuiet(QLabel& line) {
-    QPalette colors;
-    colors.setColor(QPalette::WindowText, lookColors(palette()).secondary);
-    line.setPalette(colors);
+    line.setForegroundRole(note.isEmpty() ? secondaryText : problemText);
 }
 
 // Minimising does not count as closing.
@@ -218,14 +211,6 @@ void PreferencesViewController::showEvent(QShowEvent* event) {
 void PreferencesViewController::hideEvent(QHideEvent* event) {
     if (!event->spontaneous()) viewWillDisappear();
     QWidget::hideEvent(event);
-}
-
-void PreferencesViewController::changeEvent(QEvent* event) {
-    QWidget::changeEvent(event);
-    if (event->type() != QEvent::PaletteChange) return;
-    for (QLabel* line : {ui_->confidenceNote, ui_->colorNote, ui_->storingNote}) setQuiet(*line);
-    noteSampleSize();
-    noteQuota();
 }
 
 PreferencesWindowController::PreferencesWindowController(ColorPanel& colors)

@@ -50,7 +50,6 @@ class PreferencesViewController : public QWidget {
   protected:
     void showEvent(QShowEvent* event) override;
     void hideEvent(QHideEvent* event) override;
-    void changeEvent(QEvent* event) override;
 
   private:
     void viewDidLoad();
@@ -64,7 +63,6 @@ class PreferencesViewController : public QWidget {
     void noteQuota();
     // With an empty note the line shows what the field is for.
     void showNote(QLineEdit& field, QLabel& line, const QString& purpose, const QString& note);
-    void setQuiet(QLabel& line);
 
     std::unique_ptr<Ui::PreferencesView> ui_;
 };

@@ -57,7 +57,7 @@ TEST_F(AccessibilityTest, WhatCanHaveTheFocusHasANameInEveryState) {
     EXPECT_GE(expectNames(), 2);  // the empty project
     open(exampleFile);
     ASSERT_TRUE(waitForJobs());
-    window->mainView().showMessage("no");
+    window->mainView().messageStrip().addMessage("no");
     EXPECT_GE(expectNames(), 20);
     QTest::keyClick(&value("chaoOne"), Qt::Key_F1);
     const int explained = expectNames();
@@ -117,7 +117,7 @@ TEST_F(AccessibilityTest, AMessageRaisesAnAlert) {
     auto& strip = child<MessageStrip>("messageStrip");
     strip.setMessage("file", "moss: the disk is full");
     strip.setMessage("file", "moss: the disk is full");
-    window->mainView().showMessage("no");
+    window->mainView().messageStrip().addMessage("no");
     strip.dismiss();
     EXPECT_EQ(alertsRaised,
               (std::vector<std::string>{"moss: the disk is full", "moss: the disk is full\nno"}));
@@ -125,7 +125,7 @@ TEST_F(AccessibilityTest, AMessageRaisesAnAlert) {
 
 TEST_F(AccessibilityTest, MessagesAreAlertsAndExplanationsHelp) {
     open(exampleFile);
-    window->mainView().showMessage("moss.csv could not be read");
+    window->mainView().messageStrip().addMessage("moss.csv could not be read");
     QTest::keyClick(&value("chaoOne"), Qt::Key_F1);
     std::vector<std::string> told;
     std::vector<std::string> help;

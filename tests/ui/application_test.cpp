@@ -100,7 +100,7 @@ TEST_F(ApplicationTest, NamesArePlainTextInEveryWindow) {
                                {{stored, 9, true}, {"Abies", 5, true}, {"Picea", 2, true}});
     }
     context().announceChanges();
-    window->mainView().selectFirstCensus();
+    censusTable().selectRow(0);
     ASSERT_TRUE(waitForJobs());
     for (const char* command : {"preferencesMenuItemTapped", "individualBasedRarefaction",
                                 "sampleBasedRarefaction", "calculateProjectWideMetrics"}) {
@@ -109,7 +109,7 @@ TEST_F(ApplicationTest, NamesArePlainTextInEveryWindow) {
         EXPECT_TRUE(waitUntil([&] { return QApplication::topLevelWidgets().size() > before; }));
     }
     QTest::keyClick(&value("chaoOne"), Qt::Key_F1);
-    window->mainView().showMessage(name);
+    window->mainView().messageStrip().addMessage(name);
     ASSERT_TRUE(waitUntil([this] { return !window->mainView().isInProgress(); }));
     int named = 0;
     for (const QWidget* widget : QApplication::allWidgets()) {

@@ -92,7 +92,8 @@ TEST_F(CommandsTest, TheLookIsAppliedAndKept) {
     trigger("darkLook");
     EXPECT_EQ(schemeOf(QApplication::palette()), ColorScheme::dark);
     QCoreApplication::processEvents();
-    EXPECT_EQ(child<QLabel>("censusCountLabel").palette().color(QPalette::WindowText),
+    const QLabel& secondary = child<QLabel>("censusCountLabel");
+    EXPECT_EQ(secondary.palette().color(secondary.foregroundRole()),
               lookColors(ColorScheme::dark).secondary);
     EXPECT_EQ(LookChoice(*qApp).choice(), LookChoice::dark);
     MainWindowController& other = windows->openUntitled();

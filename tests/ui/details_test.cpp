@@ -261,7 +261,7 @@ TEST_F(DetailsTest, AListWithoutNamesIsToldInOneLine) {
                     ->index(5, 1)
                     .data(Qt::ToolTipRole)
                     .toString()
-                    .contains(sharedSpeciesReason()));
+                    .contains(sharedSpeciesReason));
 }
 
 // Against a full recount after every step.

@@ -115,7 +115,8 @@ TEST_F(DocumentsTest, AFailureToSaveStandsUntilItIsSolved) {
     editAbundanceTo("8");
     ASSERT_TRUE(waitUntil([this] { return !messages().isEmpty(); }));
     const QStringList told = messages();
-    for (int i = 0; i < 6; ++i) window->mainView().showNews("done");
+    for (int i = 0; i < 6; ++i)
+        window->mainView().messageStrip().addMessage("done", MessageStrip::Tone::news);
     child<MessageStrip>("messageStrip").dismiss();
     EXPECT_EQ(messages(), told);
     EXPECT_FALSE(child<QToolButton>("dismissMessageButton").isVisible());

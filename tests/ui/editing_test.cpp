@@ -235,7 +235,7 @@ TEST_F(EditingTest, ARowBeingEditedStaysInSight) {
         const int height = speciesTable().viewport()->height();
         if (fromTop) speciesTable().verticalScrollBar()->setValue(0);
         const bool wasInSight = isInSight(speciesTable());
-        for (int i = 0; i < 4; ++i) window->mainView().showMessage(QString(250, 'x'));
+        for (int i = 0; i < 4; ++i) window->mainView().messageStrip().addMessage(QString(250, 'x'));
         ASSERT_TRUE(waitUntil([&] { return speciesTable().viewport()->height() < height; }));
         EXPECT_EQ(isInSight(speciesTable()), wasInSight);
         EXPECT_NE(speciesTable().openEditor(), nullptr);

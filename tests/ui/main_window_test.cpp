@@ -281,7 +281,7 @@ TEST_F(MainWindowTest, WithoutAnEarlierValueTheFieldStaysEmpty) {
 TEST_F(MainWindowTest, ACensusWithoutIncludedSpecimens) {
     context().insertCensus({"Bog", 46.0123, 0, "wet", std::nullopt}, {{"Sphagnum", 9, false}});
     context().announceChanges();
-    window->mainView().selectFirstCensus();
+    censusTable().selectRow(0);
     EXPECT_EQ(text("richness"), "0");
     EXPECT_EQ(text("individuals"), "0");
     EXPECT_EQ(text("shannonH"), "0.0");

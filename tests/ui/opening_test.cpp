@@ -87,7 +87,7 @@ TEST_F(OpeningTest, LongTextsLeaveTheWindowItsWidth) {
 }
 
 TEST_F(OpeningTest, MessagesStayWhatTheyAreWhenAnotherProjectTakesTheWindow) {
-    window->mainView().showNews("done");
+    window->mainView().messageStrip().addMessage("done", MessageStrip::Tone::news);
     open(exampleFile);
     EXPECT_TRUE(stripShown());
     EXPECT_EQ(window->mainView().messageStrip().tone(), MessageStrip::Tone::news);

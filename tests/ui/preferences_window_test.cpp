@@ -141,7 +141,7 @@ TEST_F(PreferencesWindowTest, ARoundedQuotaIsSaidToBeRounded) {
     Preferences().setSqsQuota(0.123);
     show();
     EXPECT_EQ(shown(quotaField), "0.12");
-    EXPECT_NE(note("quotaNote").find("0.123 is stored"), std::string::npos);
+    EXPECT_NE(note("quotaNote").find("stored value is 0.123"), std::string::npos);
     close();
     EXPECT_EQ(Preferences().sqsQuota(), 0.12);
 }

@@ -25,11 +25,11 @@
 #include <initializer_list>
 #include <memory>
 
+#include "app/application_delegate.h"
 #include "app/backups_window.h"
 #include "app/look_choice.h"
 #include "app/preferences_view_controller.h"
 #include "app/project_windows.h"
-#include "app/application_delegate.h"
 #include "metrics/random_source.h"
 #include "platform/document_controller.h"
 #include "platform/job_queue.h"
@@ -126,8 +126,10 @@ class Session {
     }
     void messages() {
         typical();
-        window_->mainView().showMessage("moss.csv could not be read (line 3, cell 7): example");
-        window_->mainView().showMessage("No species was added: select a census first.");
+        window_->mainView().messageStrip().addMessage(
+            "moss.csv could not be read (line 3, cell 7): example");
+        window_->mainView().messageStrip().addMessage(
+            "No species was added: select a census first.");
     }
     void explanation() {
         typical();

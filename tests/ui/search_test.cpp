@@ -37,8 +37,8 @@ TEST(FoldedForSearch, CaseAndAccentsAside) {
         NameSearch search;
         const SharedText name(row.name);
         const std::string folded = foldedForSearch(row.typed);
-        EXPECT_EQ(search.holds(name, folded), row.found) << row.name << " / " << row.typed;
-        EXPECT_EQ(search.holds(name, folded), row.found) << "again " << row.name;
+        EXPECT_EQ(search.contains(name, folded), row.found) << row.name << " / " << row.typed;
+        EXPECT_EQ(search.contains(name, folded), row.found) << "again " << row.name;
     }
 }
 

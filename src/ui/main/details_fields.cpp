@@ -32,9 +32,7 @@ void DetailsField::tellProblem(const QString& reason) {
     problem_ = reason;
     setAccessibleDescription(reason);
     if (problemLabel_ == nullptr) return;
-    QPalette colors;
-    colors.setColor(QPalette::WindowText, lookColors(palette()).problem);
-    problemLabel_->setPalette(colors);
+    problemLabel_->setForegroundRole(problemText);
     problemLabel_->setText(reason);
     problemLabel_->setVisible(!reason.isEmpty());
     makeRoomForProblem();

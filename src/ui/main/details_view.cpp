@@ -1,6 +1,5 @@
 #include "ui/main/details_view.h"
 
-#include <QEvent>
 #include <QLabel>
 #include <utility>
 #include <vector>
@@ -43,7 +42,10 @@ DetailsView::DetailsView(QWidget* parent)
     ui_->notesLabel->setContentsMargins(0, 6, 0, 0);  // in line with the first line of the notes
     setUpLines();
     setUpNotes();
-    showColors();
+    for (QLabel* label : {ui_->latitudeLabel, ui_->longitudeLabel, ui_->dateLabel, ui_->notesLabel,
+                          ui_->notesProblem}) {
+        label->setForegroundRole(secondaryText);
+    }
     showCensus(std::nullopt);
 }
 
@@ -171,21 +173,6 @@ void DetailsView::showNotesState() {
         QString("Only the beginning is shown: these notes are too long (%1) to be edited here.")
             .arg(locale().formattedDataSize(size)));
     ui_->notesTextView->setAccessibleDescription(ui_->notesProblem->text());
-}
-
-void DetailsView::showColors() {
-    QPalette quiet;
-    quiet.setColor(QPalette::WindowText, lookColors(QPalette()).secondary);
-    for (QLabel* label : {ui_->latitudeLabel, ui_->longitudeLabel, ui_->dateLabel, ui_->notesLabel,
-                          ui_->notesProblem}) {
-        label->setPalette(quiet);
-    }
-    for (const auto& line : lines_) line->field->tellProblem(line->field->problem());
-}
-
-void DetailsView::changeEvent(QEvent* event) {
-    QWidget::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange) showColors();
 }
 
 QString latitudeText(const Census& census) {

@@ -48,9 +48,6 @@ class DetailsView : public QWidget {
     // A detail was not stored: its name, the typed text, and a sentence that says why.
     void textRefused(const QString& detail, const QString& text, const QString& reason);
 
-  protected:
-    void changeEvent(QEvent* event) override;
-
   private:
     struct Line;
     void addLine(DetailsField* field, const QString& name,
@@ -62,7 +59,6 @@ class DetailsView : public QWidget {
     void commitNotes();
     void leaveCensus();
     void showNotesState();
-    void showColors();
     [[nodiscard]] std::optional<Census> census() const;
 
     std::unique_ptr<Ui::DetailsView> ui_;

@@ -221,22 +221,11 @@ void MainViewController::setUpTexts() {
     ui_->sharedNamesLabel->setContentsMargins(0, 0, 12, 8);
     ui_->emptyHeading->setFont(scaledFont(font(), 1.6, true));
     ui_->emptyIcon->setPixmap(windowIcon().pixmap(96, 96));
-    showSecondaryTexts();
-}
-
-void MainViewController::showSecondaryTexts() {
-    QPalette quiet;
-    quiet.setColor(QPalette::WindowText, lookColors(QPalette()).secondary);
     for (QLabel* label : std::initializer_list<QLabel*>{
              ui_->censusCountLabel, ui_->speciesCountLabel, ui_->emptyText, ui_->progressLabel,
              ui_->sharedNamesLabel}) {
-        label->setPalette(quiet);
+        label->setForegroundRole(secondaryText);
     }
-}
-
-void MainViewController::changeEvent(QEvent* event) {
-    QWidget::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange) showSecondaryTexts();
 }
 
 void MainViewController::showRightPage() {

@@ -149,7 +149,6 @@ class MainViewController : public QWidget, public MainView {
     void analysisWindowDidOpen(QWidget* opened);
 
   protected:
-    void changeEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
   private slots:
@@ -177,7 +176,6 @@ class MainViewController : public QWidget, public MainView {
     void learnNames();
     void undoOrRedo(void (ObjectContext::*step)());
 
-    void showSecondaryTexts();
     void showCensusCount();
     void showSpeciesHeading(const std::optional<Census>& census);
     void showSpeciesCount();
