@@ -8,10 +8,10 @@ namespace {
 class DocumentThreadTest : public DocumentFixture {};
 
 TEST_F(DocumentThreadTest, EditsWhileTheWriterReadsWhatWasFrozen) {
-    settings.autosave = std::chrono::milliseconds(1);
-    auto run = newRun();
+    settings.autosave = milliseconds(1);
+    restart();
     for (int i = 0; i < 3; ++i) {
-        ASSERT_TRUE(run->open(makeProject(QString("p%1.zorvel").arg(i), {"North"})));
+        open(makeProject(QString("p%1.zorvel").arg(i), {"North"}));
     }
     run->controller.newDocument();
     const std::vector<Document*> documents = run->controller.documents();
@@ -32,25 +32,24 @@ TEST_F(DocumentThreadTest, EditsWhileTheWriterReadsWhatWasFrozen) {
 }
 
 TEST_F(DocumentThreadTest, ClosesAndOpensWhileWriting) {
-    settings.autosave = std::chrono::milliseconds(1);
-    auto run = newRun();
+    settings.autosave = milliseconds(1);
+    restart();
     const QString path = makeProject("a.zorvel", {"North"});
     for (std::size_t i = 0; i < 15; ++i) {
-        Document* document = run->open(path);
-        ASSERT_TRUE(document);
-        ASSERT_EQ(censusNames(*document).size(), i + 1);
-        addNamedCensus(*document, std::to_string(i));
+        Document& document = open(path);
+        ASSERT_EQ(censusNames(document).size(), i + 1);
+        addNamedCensus(document, std::to_string(i));
         if (i % 2 == 0) QCoreApplication::processEvents();
-        if (i % 3 == 0) document->saveSoon();
-        run->controller.close(*document);
+        if (i % 3 == 0) document.saveSoon();
+        run->controller.close(document);
     }
     EXPECT_TRUE(run->controller.finish(std::chrono::seconds(20)).empty());
     EXPECT_EQ(namesInFile(path).size(), 16u);
 }
 
 TEST_F(DocumentThreadTest, MovesWhileWriting) {
-    settings.autosave = std::chrono::milliseconds(1);
-    auto run = newRun();
+    settings.autosave = milliseconds(1);
+    restart();
     Document& document = run->controller.newDocument();
     int answers = 0;
     for (int i = 0; i < 20; ++i) {
