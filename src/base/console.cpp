@@ -14,6 +14,8 @@ struct Console {
     ConsoleSink sink;
 };
 
+thread_local HeldConsoleLines* held = nullptr;
+
 Console& console() {
     static Console instance;
     return instance;
@@ -36,12 +38,21 @@ void setConsoleSink(ConsoleSink sink) {
     console().sink = std::move(sink);
 }
 
+HeldConsoleLines::HeldConsoleLines() : outer_(std::exchange(held, this)) {}
+
+HeldConsoleLines::~HeldConsoleLines() {
+    held = outer_;
+}
+
 void writeConsoleLine(std::string_view line) {
-    const std::scoped_lock lock(console().mutex);
-    emit(console().sink, line);
+    writeConsoleLines({std::string(line)});
 }
 
 void writeConsoleLines(const std::vector<std::string>& lines) {
+    if (held != nullptr) {
+        held->lines_.insert(held->lines_.end(), lines.begin(), lines.end());
+        return;
+    }
     const std::scoped_lock lock(console().mutex);
     for (const std::string& line : lines) emit(console().sink, line);
 }

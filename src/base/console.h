@@ -6,6 +6,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace zorvel {
@@ -18,6 +19,23 @@ using ConsoleSink = std::function<void(std::string_view line)>;
 void setConsoleSink(ConsoleSink sink);
 
 void writeConsoleLine(std::string_view line);
+
+// While it lives, the lines that this thread writes are kept here and do not go to the sink: for
+// work on several threads whose lines are to come in order.
+class HeldConsoleLines {
+  public:
+    HeldConsoleLines();
+    ~HeldConsoleLines();
+    HeldConsoleLines(const HeldConsoleLines&) = delete;
+    HeldConsoleLines& operator=(const HeldConsoleLines&) = delete;
+
+    std::vector<std::string> take() { return std::exchange(lines_, {}); }
+
+  private:
+    friend void writeConsoleLines(const std::vector<std::string>& lines);
+    std::vector<std::string> lines_;
+    HeldConsoleLines* outer_;
+};
 
 // The lines stand together, whatever other threads write meanwhile.
 void writeConsoleLines(const std::vector<std::string>& lines);

@@ -1,10 +1,15 @@
 // An immutable text shared by all who hold it: a name that stands in thousands of records is kept
-// once. Copying costs a reference count; reading costs nothing. Safe to share between threads.
+// once. Copying costs a reference count; reading costs nothing. NamePool hands out the one text of
+// each name. Both are safe to share between threads.
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <string_view>
+#include <unordered_set>
+#include <utility>
 
 namespace zorvel {
 
@@ -32,6 +37,36 @@ class SharedText {
 
   private:
     std::shared_ptr<const std::string> text_;
+};
+
+// Hash and equality of texts by their bytes, for look-ups without a copy.
+struct BytesHash {
+    using is_transparent = void;
+    std::size_t operator()(std::string_view text) const {
+        return std::hash<std::string_view>{}(text);
+    }
+};
+struct BytesEqual {
+    using is_transparent = void;
+    bool operator()(std::string_view a, std::string_view b) const { return a == b; }
+};
+
+// The names of a project, each text once by its bytes: parsers, readers and edits take their names
+// from the pool of the project, on whatever thread. It never shrinks.
+class NamePool {
+  public:
+    SharedText intern(std::string_view name) { return add(name).first; }
+    // The same, and whether the name is new.
+    std::pair<SharedText, bool> add(std::string_view name) {
+        const std::scoped_lock lock(mutex_);
+        const auto known = names_.find(name);
+        if (known != names_.end()) return {*known, false};
+        return {*names_.insert(SharedText(name)).first, true};
+    }
+
+  private:
+    std::mutex mutex_;
+    std::unordered_set<SharedText, BytesHash, BytesEqual> names_;
 };
 
 }  // namespace zorvel

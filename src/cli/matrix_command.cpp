@@ -5,18 +5,14 @@
 namespace zorvel::cli {
 namespace {
 
-// The matrix of a large file takes more room than its records: they go before the text comes.
-CountsMatrixResult takeMatrix(Project& project) {
-    CountsMatrixResult result =
-        buildCountsMatrix(project.document->objectContext().taxa(), project.censuses);
+std::optional<Problem> runMatrix(const Call& /*call*/, Project& project, Output& output) {
+    const SparseCountsResult result = buildSparseCounts(project.document->objectContext());
+    // The text of a large matrix takes much memory: the records go before it is made.
     project.censuses.clear();
     project.document.reset();
-    return result;
-}
-
-std::optional<Problem> runMatrix(const Call& /*call*/, Project& project, Output& output) {
-    const CountsMatrixResult result = takeMatrix(project);
-    output.write(writeCensusMatrix(result.matrix, result.taxonNames, result.censusNames));
+    output.write([&result](const ByteSink& sink) {
+        writeCensusMatrix(result.counts, result.taxonNames, result.censusNames, sink);
+    });
     return std::nullopt;
 }
 

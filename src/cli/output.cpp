@@ -41,18 +41,27 @@ void Output::write(std::string_view text) {
     if (failed()) return;
     pending_ += text;
     if (!streams_ || pending_.size() < chunkSize) return;
-    send(pending_);
-    pending_.clear();
+    sendPending();
 }
 
-void Output::send(std::string_view bytes) {
-    problem_ = writeFileWhole(path_, bytes);
+void Output::write(const ByteProducer& produce) {
+    if (!failed()) send(produce);
+    produced_ = true;
+}
+
+void Output::send(const ByteProducer& produce) {
+    problem_ = writeFileWhole(path_, produce);
     if (problem_) problem_->message = (streams_ ? "<stdout>" : path_) + ": " + problem_->message;
 }
 
+void Output::sendPending() {
+    send([this](const ByteSink& sink) { sink(pending_); });
+    pending_.clear();
+}
+
 std::optional<Problem> Output::finish() {
-    const bool owed = !streams_ || !pending_.empty();
-    if (owed && !failed()) send(pending_);
+    const bool owed = !pending_.empty() || (!streams_ && !produced_);
+    if (owed && !failed()) sendPending();
     return problem_;
 }
 

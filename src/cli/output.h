@@ -1,12 +1,12 @@
-// Where a result goes: standard output, written as it comes, or a file, written at the end whole or
-// not at all. Called from the main thread.
+// Where a result goes: standard output, written as it comes, or a file, written whole or not at
+// all. Called from the main thread.
 #pragma once
 
 #include <optional>
 #include <string>
 #include <string_view>
 
-#include "base/result.h"
+#include "base/files.h"
 
 namespace zorvel::cli {
 
@@ -17,6 +17,8 @@ class Output {
     explicit Output(std::optional<std::string> path);
 
     void write(std::string_view text);
+    // The whole result, written as it is produced: what is large is never held in memory.
+    void write(const ByteProducer& produce);
     void write(char byte) { write(std::string_view(&byte, 1)); }
 
     // True once it is known that the result cannot be written: what follows is dropped.
@@ -27,10 +29,12 @@ class Output {
     [[nodiscard]] std::optional<Problem> finish();
 
   private:
-    void send(std::string_view bytes);
+    void send(const ByteProducer& produce);
+    void sendPending();
 
     std::string path_;
-    bool streams_;  // to standard output; otherwise all is kept until the end
+    bool streams_;  // to standard output; otherwise texts are kept until the end
+    bool produced_ = false;
     std::string pending_;
     std::optional<Problem> problem_;
 };

@@ -47,23 +47,24 @@ Result<std::string> readText(const std::string& file) {
 }
 
 // Such censuses are more often a misreading than what the file is meant to say.
-void warnWithoutTaxa(const std::string& file, const std::vector<MockCensus>& censuses,
+void warnWithoutTaxa(const std::string& file, const std::vector<BlockPointer>& censuses,
                      const LeftOut& leftOut) {
     const bool anyTaxon = std::any_of(censuses.begin(), censuses.end(),
-                                      [](const auto& census) { return !census.taxa.empty(); });
+                                      [](const auto& census) { return !census->chunks.empty(); });
     if (anyTaxon || censuses.empty()) return;
     tellAt(file, {},
            std::string("WARNING: none of its censuses has a taxon: ") + whyNoTaxa(leftOut));
 }
 
 bool readText(const std::string& file, FileKind (*otherwise)(std::string_view), Project& project) {
-    const Result<std::string> text = readText(file);
+    Result<std::string> text = readText(file);
     if (!text) {
         tellAt(project.file, {}, text.problem().message);
         return false;
     }
     if (!project.kind) project.kind = otherwise(text.value());
-    const Parsed<std::vector<MockCensus>> parsed = parseFile(*project.kind, text.value());
+    const auto names = std::make_shared<NamePool>();
+    auto parsed = parseFile(*project.kind, std::string(std::move(text).value()), {}, names.get());
     for (const std::string& line : parsed.consoleLines) tellAt(project.file, parsed.place, line);
     if (!parsed.advice.empty()) tellAt(project.file, parsed.place, parsed.advice);
     if (!parsed.value && parsed.consoleLines.empty() && parsed.advice.empty()) {
@@ -71,8 +72,9 @@ bool readText(const std::string& file, FileKind (*otherwise)(std::string_view), 
     }
     if (!parsed.value) return false;
     project.leftOut = parsed.leftOut;
-    storeCensuses(*project.document, *parsed.value);
-    warnWithoutTaxa(project.file, *parsed.value, parsed.leftOut);
+    ProjectRecords records = recordsOf(std::move(*parsed.value), names);
+    warnWithoutTaxa(project.file, records.censuses, parsed.leftOut);
+    project.document->objectContext().adopt(std::move(records));
     return true;
 }
 

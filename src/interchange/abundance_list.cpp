@@ -66,8 +66,10 @@ LeadingInteger readLeadingInteger(std::string_view text) {
 
 }  // namespace
 
-Parsed<MockCensus> parseAbundanceList(std::string_view text, const std::stop_token& stop) {
-    const SharedText taxonName("unnamed taxon");
+Parsed<MockCensus> parseAbundanceList(std::string_view text, const std::stop_token& stop,
+                                      NamePool* names) {
+    NamePool own;
+    const SharedText taxonName = (names ? *names : own).intern("unnamed taxon");
     MockCensus census;
     census.name = importedCensusName;
     for (std::size_t at = skipSeparators(text, 0); at < text.size();) {

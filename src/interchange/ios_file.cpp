@@ -53,14 +53,14 @@ std::string without(std::string_view text, char unwanted) {
 }
 
 // The taxon names of the header: its cells from the sixth on. Absent where it has fewer.
-std::optional<std::vector<SharedText>> taxonNames(std::string_view header) {
+std::optional<std::vector<SharedText>> taxonNames(std::string_view header, NamePool& pool) {
     constexpr std::size_t leadingCells = 5;
     std::vector<SharedText> names;
     std::size_t cell = 0;
     for (std::size_t start = 0; start != std::string_view::npos; ++cell) {
         const std::size_t end = header.find(cellEnd, start);
         if (cell >= leadingCells)
-            names.emplace_back(without(header.substr(start, end - start), '"'));
+            names.push_back(pool.intern(without(header.substr(start, end - start), '"')));
         start = end == std::string_view::npos ? end : end + cellEnd.size();
     }
     if (names.empty()) return std::nullopt;
@@ -185,16 +185,17 @@ std::string adviceOn(std::string_view line, const Lines& lines) {
 
 }  // namespace
 
-Parsed<Censuses> parseIOSFile(std::string_view text, const std::stop_token& stop) {
+Parsed<Censuses> parseIOSFile(std::string_view text, const std::stop_token& stop, NamePool* names) {
     Lines lines(text);
-    const std::optional<std::vector<SharedText>> names = taxonNames(*lines.next());
-    if (!names) {
+    NamePool own;
+    const auto header = taxonNames(*lines.next(), names ? *names : own);
+    if (!header) {
         return refused<Censuses>("WARNING: fewer than six components on first line", {1, 0});
     }
     if (lines.atEnd()) return refused<Censuses>("WARNING: no data lines detected");
     Parsed<Censuses> result;
     Censuses censuses;
-    DataLine reader(*names);
+    DataLine reader(*header);
     // The last line is what follows the last line break: not a data line.
     auto line = lines.next();
     for (; !lines.atEnd(); line = lines.next()) {

@@ -49,7 +49,8 @@ PlainNumber readPlainNumber(std::string_view text, std::size_t at) {
 // non-zero cell of one row.
 class MatrixReader {
   public:
-    MatrixReader(std::string_view text, const std::stop_token& stop) : cursor_(text), stop_(stop) {}
+    MatrixReader(std::string_view text, const std::stop_token& stop, NamePool& names)
+        : cursor_(text), stop_(stop), names_(names) {}
 
     Parsed<Censuses> read() {
         FieldTerminator terminator = readHeader();
@@ -75,7 +76,7 @@ class MatrixReader {
     FieldTerminator readHeader() {
         for (;;) {
             const ScannedField field = scanField(cursor_);
-            if (!field.onlyEndsRow()) header_.emplace_back(field.text);
+            if (!field.onlyEndsRow()) header_.push_back(names_.intern(field.text));
             if (field.terminator == FieldTerminator::comma) continue;
             species_ = std::max<std::size_t>(header_.size(), 1) - 1;
             return field.terminator;
@@ -183,6 +184,7 @@ class MatrixReader {
 
     FieldCursor cursor_;
     const std::stop_token& stop_;
+    NamePool& names_;
     std::vector<SharedText> header_;  // the corner cell included
     std::size_t species_ = 0;
     std::vector<PresentCell> present_;  // of the row under way
@@ -194,8 +196,9 @@ class MatrixReader {
 }  // namespace
 
 Parsed<std::vector<MockCensus>> parseCensusMatrix(std::string_view text,
-                                                  const std::stop_token& stop) {
-    return MatrixReader(text, stop).read();
+                                                  const std::stop_token& stop, NamePool* names) {
+    NamePool own;
+    return MatrixReader(text, stop, names ? *names : own).read();
 }
 
 }  // namespace zorvel

@@ -101,7 +101,7 @@ void appendRow(std::string& text, const SparseCounts& matrix, std::size_t row,
 }  // namespace
 
 bool writeCensusMatrix(const SparseCounts& matrix, const std::vector<std::string>& taxonNames,
-                       const std::vector<std::string>& censusNames, const TextSink& sink) {
+                       const std::vector<std::string>& censusNames, const ByteSink& sink) {
     const std::string zeros = manyZeroCells(matrix.columns());
     std::string text;
     appendHeader(text, taxonNames);

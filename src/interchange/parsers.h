@@ -4,7 +4,8 @@
 // each text once), up to three times that while a list of them grows, and for a matrix its header:
 // even a text made for it (one letter a line) takes under 200 bytes a byte, and a message quotes a
 // cell once. The stop is looked at before each record: a parser that is told to stop returns
-// nothing at all, neither records nor lines.
+// nothing at all, neither records nor lines. The names of taxa come from the pool, if one is given,
+// and are kept once each in any case.
 #pragma once
 
 #include <optional>
@@ -18,18 +19,22 @@
 namespace zorvel {
 
 // A bare list of counts: one census, every taxon called "unnamed taxon".
-Parsed<MockCensus> parseAbundanceList(std::string_view text, const std::stop_token& stop = {});
+Parsed<MockCensus> parseAbundanceList(std::string_view text, const std::stop_token& stop = {},
+                                      NamePool* names = nullptr);
 
 // Lines "name,abundance": one census.
-Parsed<MockCensus> parseCensus(std::string_view text, const std::stop_token& stop = {});
+Parsed<MockCensus> parseCensus(std::string_view text, const std::stop_token& stop = {},
+                               NamePool* names = nullptr);
 
 // Censuses by taxa, comma-separated, with a header of taxon names.
 Parsed<std::vector<MockCensus>> parseCensusMatrix(std::string_view text,
-                                                  const std::stop_token& stop = {});
+                                                  const std::stop_token& stop = {},
+                                                  NamePool* names = nullptr);
 
 // The export of the companion phone application; possibly an empty list.
 Parsed<std::vector<MockCensus>> parseIOSFile(std::string_view text,
-                                             const std::stop_token& stop = {});
+                                             const std::stop_token& stop = {},
+                                             NamePool* names = nullptr);
 
 // "Mar 5, 2016 3:42 PM" in the computer's current time zone; second 0. A time that daylight saving
 // skips moves forward; a day, hour or minute that the calendar does not have gives nothing.

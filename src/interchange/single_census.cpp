@@ -47,7 +47,10 @@ const char* checkRecord(const Record& record, std::int64_t& abundance) {
 
 }  // namespace
 
-Parsed<MockCensus> parseCensus(std::string_view text, const std::stop_token& stop) {
+Parsed<MockCensus> parseCensus(std::string_view text, const std::stop_token& stop,
+                               NamePool* names) {
+    NamePool own;
+    NamePool& pool = names ? *names : own;
     MockCensus census;
     LeftOut leftOut;
     census.name = importedCensusName;
@@ -66,7 +69,7 @@ Parsed<MockCensus> parseCensus(std::string_view text, const std::stop_token& sto
             const std::size_t cell = record.name ? 2 : 1;
             return refused<MockCensus>(message, {lineNumber(text, record.last.start), cell});
         }
-        census.taxa.push_back({abundance, SharedText(*record.name)});
+        census.taxa.push_back({abundance, pool.intern(*record.name)});
     }
     if (census.taxa.empty()) return refused<MockCensus>(noTaxonMessage);
     Parsed<MockCensus> result;

@@ -3,12 +3,12 @@
 #pragma once
 
 #include <array>
-#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "base/files.h"
 #include "metrics/counts.h"
 #include "metrics/rarefaction.h"
 #include "metrics/sparse_counts.h"
@@ -20,13 +20,10 @@ std::string writeCensusMatrix(const CountsMatrix& matrix,
                               const std::vector<std::string>& taxonNames,
                               const std::vector<std::string>& censusNames);
 
-// Takes the pieces of a text in their order. False: no more of them are wanted.
-using TextSink = std::function<bool(std::string_view piece)>;
-
 // The same text for the same matrix without its zeros, in pieces that never grow beyond a row: the
-// whole text has two characters for each of the zeros. False where the sink wanted no more.
+// whole text has two characters for each of the zeros. False once the sink takes no more.
 bool writeCensusMatrix(const SparseCounts& matrix, const std::vector<std::string>& taxonNames,
-                       const std::vector<std::string>& censusNames, const TextSink& sink);
+                       const std::vector<std::string>& censusNames, const ByteSink& sink);
 
 using MetricRow = std::array<double, 9>;
 inline constexpr std::array<const char*, 9> metricColumnTitles = {

@@ -1,14 +1,11 @@
 #include "metrics/project_wide.h"
 
-#include <algorithm>
-#include <atomic>
 #include <cmath>
 #include <cstddef>
 #include <numeric>
-#include <system_error>
-#include <thread>
 #include <vector>
 
+#include "base/threads.h"
 #include "metrics/saturating_sum.h"
 
 namespace zorvel {
@@ -55,34 +52,6 @@ AverageMetrics averagesOf(const Counts& counts) {
             sums.pielouJ / censuses,
             sums.simpsonD / censuses,
             sums.buzasE / censuses};
-}
-
-// Some dozens of rows at a time: they take unlike times, and short ones.
-constexpr std::size_t rowsAtATime = 32;
-
-// Calls work(i) for every i below count, on that many threads, this one among them.
-template <class Work>
-void onThreads(std::size_t count, unsigned threads, Work work) {
-    std::atomic<std::size_t> next = 0;
-    const auto run = [&] {
-        for (;;) {
-            const std::size_t begin = next.fetch_add(rowsAtATime);
-            if (begin >= count) return;
-            for (std::size_t i = begin; i < std::min(count, begin + rowsAtATime); ++i) work(i);
-        }
-    };
-    const std::size_t useful =
-        std::min<std::size_t>(threads, (count + rowsAtATime - 1) / rowsAtATime);
-    std::vector<std::jthread> others;
-    try {
-        for (std::size_t i = 1; i < useful; ++i) others.emplace_back(run);
-    } catch (const std::system_error&) {  // no more threads to be had: fewer do it
-    }
-    run();
-}
-
-unsigned allThreads() {
-    return std::max(1U, std::thread::hardware_concurrency());
 }
 
 template <class Counts>

@@ -29,8 +29,10 @@ void RandomSource::refill() {
 void GeneratedRandom::fill(Buffer& buffer) {
     auto& s = state_;
     const auto rotate = [](std::uint64_t x, int k) { return (x << k) | (x >> (64 - k)); };
-    for (std::uint64_t& word : buffer) {
-        word = rotate(s[1] * 5, 7) * 9;
+    for (std::size_t i = 0; i < buffer.size(); i += 2) {
+        const std::uint64_t word = rotate(s[1] * 5, 7) * 9;
+        buffer[i] = static_cast<std::uint32_t>(word);
+        buffer[i + 1] = static_cast<std::uint32_t>(word >> 32);
         const std::uint64_t shifted = s[1] << 17;
         s[2] ^= s[0];
         s[3] ^= s[1];

@@ -20,9 +20,8 @@ class RandomSource {
 
     // Uniform over all 32-bit values.
     std::uint32_t bits32() {
-        if (next_ == 2 * Buffer{}.size()) refill();
-        const std::uint64_t pair = buffer_[next_ / 2];
-        return static_cast<std::uint32_t>(pair >> (32 * (next_++ % 2)));
+        if (next_ == buffer_.size()) refill();
+        return buffer_[next_++];
     }
     // Uniform over all 64-bit values.
     std::uint64_t bits64() {
@@ -45,7 +44,7 @@ class RandomSource {
 
   protected:
     RandomSource() = default;
-    using Buffer = std::array<std::uint64_t, 128>;
+    using Buffer = std::array<std::uint32_t, 256>;
     virtual void fill(Buffer& buffer) = 0;
 
   private:
@@ -61,7 +60,7 @@ class RandomSource {
     }
 
     Buffer buffer_{};
-    std::size_t next_ = 2 * Buffer{}.size();  // of its 32-bit halves, the low one first
+    std::size_t next_ = Buffer{}.size();
 };
 
 // xoshiro256** (Blackman & Vigna 2021) from 256 bits of state, which must not all be 0.

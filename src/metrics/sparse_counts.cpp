@@ -2,6 +2,12 @@
 
 namespace zorvel {
 
+void SparseCounts::reserve(std::size_t rows, std::size_t cells) {
+    rowEnds_.reserve(rows);
+    cellColumns_.reserve(cells);
+    cells_.reserve(cells);
+}
+
 void SparseCounts::addRow(std::span<const Column> columns, CountsView counts) {
     for (std::size_t i = 0; i < counts.size(); ++i) {
         if (counts[i] == 0) continue;

@@ -20,6 +20,8 @@ class SparseCounts {
     // columns: the number of taxon names, one without any specimen included.
     explicit SparseCounts(std::size_t columns) : columns_(columns) {}
 
+    // Room for that many rows and for all their cells that are not 0.
+    void reserve(std::size_t rows, std::size_t cells);
     // Appends a row. columns: ascending, each below columns(), as many as counts; zeros among the
     // counts are left out.
     void addRow(std::span<const Column> columns, CountsView counts);

@@ -26,17 +26,6 @@ CensusAttributes attributesOf(const MockCensus& census) {
     return attributes;
 }
 
-std::vector<TaxonValues> taxaOf(const MockCensus& census) {
-    std::vector<TaxonValues> taxa;
-    taxa.reserve(census.taxa.size());
-    for (const MockTaxon& taxon : census.taxa) {
-        TaxonValues& values = taxa.emplace_back();
-        values.name = taxon.name;
-        values.abundance = taxon.abundance;
-    }
-    return taxa;
-}
-
 }  // namespace
 
 void editName(ObjectContext& context, const Census& census, std::string_view typed) {
@@ -115,15 +104,22 @@ void deleteTaxa(ObjectContext& context, const std::vector<Zorvel>& taxa) {
     context.deleteTaxa(taxa);
 }
 
-bool storeCensus(CensusBatch& batch, const MockCensus& census) {
-    return batch.add(attributesOf(census), taxaOf(census));
+bool storeCensus(CensusBatch& batch, MockCensus census) {
+    return batch.add(attributesOf(census), census.taxa.size(), [&](std::size_t i) {
+        MockTaxon& taxon = census.taxa[i];
+        return TaxonValues{std::move(taxon.name), taxon.abundance};
+    });
+}
+
+std::size_t recordCount(const std::vector<MockCensus>& censuses) {
+    std::size_t records = censuses.size();
+    for (const MockCensus& census : censuses) records += census.taxa.size();
+    return records;
 }
 
 std::shared_ptr<CensusBatch> newBatch(ObjectContext& context,
                                       const std::vector<MockCensus>& censuses) {
-    std::size_t records = censuses.size();
-    for (const MockCensus& census : censuses) records += census.taxa.size();
-    return context.newBatch(records);
+    return context.newBatch(recordCount(censuses));
 }
 
 void importBatch(ObjectContext& context, CensusBatch& batch, const char* stepName) {

@@ -39,12 +39,15 @@ std::vector<Census> pasteCensuses(ObjectContext& context, std::vector<CopiedCens
 void deleteCensuses(ObjectContext& context, const std::vector<Census>& censuses);
 void deleteTaxa(ObjectContext& context, const std::vector<Zorvel>& taxa);
 
+// Censuses and taxa together.
+std::size_t recordCount(const std::vector<MockCensus>& censuses);
 // A batch for these censuses. storeCensus(), on any thread, fills it: one record per call, with all
-// its taxa; an empty name stays an empty text, an absent time is stored as none. importBatch() then
-// puts all of them at the end of the project, as one step.
+// its taxa; an empty name stays an empty text, an absent time is stored as none. The names of the
+// taxa should be those of the context's pool. importBatch() then puts all of them at the end of the
+// project, as one step.
 std::shared_ptr<CensusBatch> newBatch(ObjectContext& context,
                                       const std::vector<MockCensus>& censuses);
-bool storeCensus(CensusBatch& batch, const MockCensus& census);
+bool storeCensus(CensusBatch& batch, MockCensus census);
 void importBatch(ObjectContext& context, CensusBatch& batch, const char* stepName);
 
 // All of them, in order, as one step.

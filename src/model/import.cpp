@@ -31,16 +31,16 @@ std::string_view withoutMark(std::string_view line) {
 }
 
 Parsed<std::vector<MockCensus>> parseAs(FileKind kind, std::string_view text,
-                                        const std::stop_token& stop) {
+                                        const std::stop_token& stop, NamePool* names) {
     switch (kind) {
         case FileKind::list:
-            return asList(parseAbundanceList(text, stop));
+            return asList(parseAbundanceList(text, stop, names));
         case FileKind::census:
-            return asList(parseCensus(text, stop));
+            return asList(parseCensus(text, stop, names));
         case FileKind::matrix:
-            return parseCensusMatrix(text, stop);
+            return parseCensusMatrix(text, stop, names);
         case FileKind::ios:
-            return parseIOSFile(text, stop);
+            return parseIOSFile(text, stop, names);
     }
     return {};
 }
@@ -55,8 +55,8 @@ bool holdsAbundance(const Parsed<std::vector<MockCensus>>& parsed) {
 }  // namespace
 
 Parsed<std::vector<MockCensus>> parseFile(FileKind kind, std::string_view text,
-                                          const std::stop_token& stop) {
-    auto parsed = parseAs(kind, text, stop);
+                                          const std::stop_token& stop, NamePool* names) {
+    auto parsed = parseAs(kind, text, stop, names);
     if (holdsAbundance(parsed) || stop.stop_requested()) return parsed;
     const std::string_view separator = foreignSeparator(text);
     const bool isListed = kind == FileKind::list && separator == "tabs";  // which a list may have
@@ -85,8 +85,10 @@ const char* whyNoTaxa(const LeftOut& leftOut) {
                : "there are no abundances, or no commas in front of them";
 }
 
-void storeCensuses(DiversityDocument& document, const std::vector<MockCensus>& censuses) {
-    importCensuses(document.objectContext(), censuses);
+ProjectRecords recordsOf(std::vector<MockCensus> censuses, std::shared_ptr<NamePool> names) {
+    CensusBatch batch(1, 1 + recordCount(censuses));
+    for (MockCensus& census : censuses) storeCensus(batch, std::exchange(census, {}));
+    return {batch.take(), std::move(names)};
 }
 
 }  // namespace zorvel

@@ -1,6 +1,7 @@
 // From the text of a file of any kind to the records of a project.
 #pragma once
 
+#include <memory>
 #include <stop_token>
 #include <string>
 #include <string_view>
@@ -8,7 +9,7 @@
 
 #include "interchange/file_kind.h"
 #include "interchange/import_records.h"
-#include "model/diversity_document.h"
+#include "store/project_records.h"
 
 namespace zorvel {
 
@@ -17,7 +18,8 @@ namespace zorvel {
 // abundance in it, is refused: the advice says so, and the console lines are the parser's alone,
 // if any.
 Parsed<std::vector<MockCensus>> parseFile(FileKind kind, std::string_view text,
-                                          const std::stop_token& stop = {});
+                                          const std::stop_token& stop = {},
+                                          NamePool* names = nullptr);
 
 // What the console says, as a part of a sentence for the person at the screen: without the marks of
 // the lines, with what the parser advises, and "(empty)" for a cell that has nothing in it.
@@ -26,7 +28,8 @@ std::string reasonOf(const std::vector<std::string>& consoleLines, const std::st
 // Why no census of a text that was read has a taxon, in words that follow a colon.
 const char* whyNoTaxa(const LeftOut& leftOut);
 
-// All of them in one step of undo, see importCensuses().
-void storeCensuses(DiversityDocument& document, const std::vector<MockCensus>& censuses);
+// The records of a new project, ready to be adopted. names: the pool that the censuses were parsed
+// with. Each census is released as its record is made.
+ProjectRecords recordsOf(std::vector<MockCensus> censuses, std::shared_ptr<NamePool> names);
 
 }  // namespace zorvel

@@ -45,7 +45,8 @@ class Import : public std::enable_shared_from_this<Import> {
   private:
     // In the background.
     void parse() {
-        auto result = parseFile(driver_.kind, std::exchange(text_, {}), services_.stop.get_token());
+        auto result = parseFile(driver_.kind, std::exchange(text_, {}), services_.stop.get_token(),
+                                names_.get());
         if (services_.stop.stop_requested()) return;
         report_.consoleLines = result.consoleLines;
         report_.place = result.place;
@@ -92,6 +93,7 @@ class Import : public std::enable_shared_from_this<Import> {
     const ImportDriver& driver_;
     std::string text_;
     DiversityDocument& document_;
+    std::shared_ptr<NamePool> names_ = document_.objectContext().names();
     MainView& view_;
     ImportServices services_;
     MainView::ProgressId progress_ = 0;

@@ -1,7 +1,6 @@
 // Name lists, counts vectors and the counts matrix of a list of records. Each gives what a plain
 // scan of the name lists for the first match would give, in one pass over the taxa.
-#include <algorithm>
-#include <span>
+#include <numeric>
 #include <utility>
 
 #include "metrics/saturating_sum.h"
@@ -92,40 +91,16 @@ struct Cell {
     std::int64_t count = 0;
 };
 
-// Makes rows of cells: of equal columns the last cell counts.
-class RowMaker {
-  public:
-    explicit RowMaker(SparseCounts& counts) : counts_(counts) {}
-
-    // The cells of the next row, in any order of columns. Gives the number of those that another
-    // one behind them replaced.
-    std::size_t addRow(std::span<const Cell> cells) {
-        order_.clear();
-        for (std::size_t i = 0; i < cells.size(); ++i) {
-            order_.push_back(std::uint64_t{cells[i].column} << 32 | i);
-        }
-        std::sort(order_.begin(), order_.end());
-        columns_.clear();
-        values_.clear();
-        for (const std::uint64_t place : order_) {
-            const Cell& cell = cells[static_cast<std::uint32_t>(place)];
-            if (!columns_.empty() && columns_.back() == cell.column) {
-                values_.back() = cell.count;
-                continue;
-            }
-            columns_.push_back(cell.column);
-            values_.push_back(cell.count);
-        }
-        counts_.addRow(columns_, values_);
-        return cells.size() - columns_.size();
-    }
-
-  private:
-    SparseCounts& counts_;
-    std::vector<std::uint64_t> order_;  // the column in the upper half, the place in the lower
-    std::vector<SparseCounts::Column> columns_;
-    CountsVector values_;
-};
+// The cells in ascending order of key(cell), which is below `keys`; those of one key stay in order.
+template <class Key>
+std::vector<Cell> ordered(const std::vector<Cell>& cells, std::size_t keys, Key key) {
+    std::vector<std::size_t> next(keys + 1);
+    for (const Cell& cell : cells) ++next[key(cell) + 1];
+    std::partial_sum(next.begin(), next.end(), next.begin());
+    std::vector<Cell> sorted(cells.size());
+    for (const Cell& cell : cells) sorted[next[key(cell)]++] = cell;
+    return sorted;
+}
 
 // One pass over the taxa gathers their cells by the numbers of their names; then the names are
 // sorted, and the rows made.
@@ -178,19 +153,29 @@ class CountsBuilder {
 
     void fillRows(const Columns& columns) {
         for (Cell& cell : cells_) cell.column = columns.columnOf[cell.column];
-        const auto byRow = [](const Cell& a, const Cell& b) { return a.row < b.row; };
-        if (!std::is_sorted(cells_.begin(), cells_.end(), byRow)) {
-            std::stable_sort(cells_.begin(), cells_.end(), byRow);
-        }
+        cells_ =
+            ordered(cells_, columns.names.size(), [](const Cell& cell) { return cell.column; });
+        cells_ = ordered(cells_, names_.size(), [](const Cell& cell) { return cell.row; });
         result_.counts = SparseCounts(columns.names.size());
-        RowMaker maker(result_.counts);
+        result_.counts.reserve(names_.size(), cells_.size());
+        std::vector<SparseCounts::Column> places;  // of one row
+        CountsVector counts;
         auto cell = cells_.begin();
         for (std::size_t row = 0; row < names_.size(); ++row) {
-            const auto end = std::find_if(cell, cells_.end(),
-                                          [row](const Cell& other) { return other.row != row; });
-            result_.replacedTaxa += maker.addRow(std::span(cell, end));
-            cell = end;
+            places.clear();
+            counts.clear();
+            for (; cell != cells_.end() && cell->row == row; ++cell) {
+                if (!places.empty() && places.back() == cell->column) {
+                    counts.back() = cell->count;
+                    ++result_.replacedTaxa;
+                } else {
+                    places.push_back(cell->column);
+                    counts.push_back(cell->count);
+                }
+            }
+            result_.counts.addRow(places, counts);
         }
+        cells_ = {};
     }
 
     void fillPooled(const Columns& columns) {

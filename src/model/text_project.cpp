@@ -23,12 +23,6 @@ TextProject unreadable(const std::string& reason) {
     return project;
 }
 
-ProjectRecords recordsOf(const std::vector<MockCensus>& censuses) {
-    ObjectContext context;
-    importCensuses(context, censuses);
-    return context.records();
-}
-
 }  // namespace
 
 bool holdsProject(const std::string& path) {
@@ -44,14 +38,15 @@ TextProject readTextProject(const std::string& path, std::optional<FileKind> kin
     if (text.value().empty()) return unreadable("the file is empty");
 
     if (!kind) kind = guessFileKind(text.value());
-    Parsed<std::vector<MockCensus>> parsed = parseFile(*kind, text.value());
+    const auto names = std::make_shared<NamePool>();
+    Parsed<std::vector<MockCensus>> parsed = parseFile(*kind, text.value(), {}, names.get());
     TextProject project;
     project.place = parsed.place;
     project.leftOut = parsed.leftOut;
     std::vector<std::string> lines = std::move(parsed.consoleLines);
     if (parsed.value) {
-        project.records = recordsOf(*parsed.value);
-        if (parsed.value->empty()) project.failure = "there is no census in the file";
+        project.records = recordsOf(std::move(*parsed.value), names);
+        if (project.records.censuses.empty()) project.failure = "there is no census in the file";
     } else {
         project.failure = reasonOf(lines, parsed.advice);
         lines.emplace_back(importDriver(*kind).failureLine);

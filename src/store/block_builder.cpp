@@ -4,7 +4,7 @@
 #include <iterator>
 #include <utility>
 
-#include "store/context_state.h"
+#include "store/chunk_list.h"
 
 namespace zorvel {
 

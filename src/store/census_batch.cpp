@@ -1,35 +1,25 @@
 #include "store/census_batch.h"
 
-#include <utility>
-
-#include "store/context_state.h"
+#include <algorithm>
+#include <memory>
 
 namespace zorvel {
 
-SharedText CensusBatch::intern(const SharedText& name) {
-    if (name.empty()) return {};
-    for (const auto& names : known_) {
-        const auto found = names->find(name.view());
-        if (found != names->end()) return *found;
-    }
-    return *newNames_.insert(name).first;
-}
-
-bool CensusBatch::add(CensusAttributes attributes, std::vector<TaxonValues> taxa) {
-    if (end_ - next_ <= taxa.size()) return false;
+bool CensusBatch::add(CensusAttributes attributes, std::size_t taxa,
+                      const std::function<TaxonValues(std::size_t)>& valuesOf) {
+    if (end_ - next_ <= taxa) return false;
     auto block = std::make_shared<CensusBlock>();
     block->id = next_++;
     block->attributes = std::move(attributes);
-    if (block->attributes.name) block->attributes.name = intern(*block->attributes.name);
-    std::vector<TaxonRecord> records;
-    records.reserve(taxa.size());
-    for (TaxonValues& values : taxa) {
-        if (values.name) values.name = intern(*values.name);
-        records.push_back({next_++, std::move(values)});
+    block->chunks.reserve((taxa + taxaPerChunk - 1) / taxaPerChunk);
+    for (std::size_t start = 0; start < taxa; start += taxaPerChunk) {
+        auto chunk = std::make_shared<TaxonChunk>();
+        const std::size_t end = std::min(taxa, start + taxaPerChunk);
+        chunk->reserve(end - start);
+        for (std::size_t i = start; i < end; ++i) chunk->push_back({next_++, valuesOf(i)});
+        block->chunks.push_back(std::move(chunk));
     }
-    appendInChunks(block->chunks, std::move(records), taxaPerChunk);
-    const RecordId id = block->id;
-    changes_.push_back({id, nullptr, std::move(block)});
+    blocks_.push_back(std::move(block));
     return true;
 }
 

@@ -15,6 +15,9 @@
 
 namespace zorvel {
 
+// Of the taxa of a census: an edit copies one chunk, and a pointer for each other.
+inline constexpr std::size_t taxaPerChunk = 256;
+
 template <class Record>
 using Chunk = std::vector<Record>;
 

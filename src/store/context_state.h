@@ -11,37 +11,14 @@
 #include <string_view>
 #include <vector>
 
-#include "store/census_batch.h"
 #include "store/census_block.h"
 #include "store/change_set.h"
 #include "store/chunk_list.h"
 #include "store/history.h"
 #include "store/object_context.h"
-#include "store/text_set.h"
 
 namespace zorvel {
 
-// Names kept once by their bytes. Never shrinks: a project holds few names that it has not shown.
-// Large numbers of them that other threads look at are frozen, in layers.
-class NamePool {
-  public:
-    SharedText intern(const SharedText& name);
-    std::optional<SharedText> intern(const std::optional<SharedText>& name);
-    // Each name once.
-    [[nodiscard]] std::vector<SharedText> all() const;
-
-    // All names as they stand now, for another thread to look at.
-    NameLayers known();
-    // What that thread has met beside them.
-    void add(TextSet names);
-
-  private:
-    NameLayers frozen_;
-    TextSet names_;
-};
-
-// Chunks hold at most this many records: an edit copies one chunk, and a pointer for each other.
-inline constexpr std::size_t taxaPerChunk = 256;
 inline constexpr std::size_t censusesPerChunk = 64;
 
 struct ObjectContext::State {
@@ -56,9 +33,12 @@ struct ObjectContext::State {
     // record that comes back takes its old place.
     ChunkList<Entry> censuses;
     RecordId nextId = 1;
-    NamePool names;
+    std::shared_ptr<NamePool> names = std::make_shared<NamePool>();
 
     RecordId newId() { return nextId++; }
+    [[nodiscard]] std::optional<SharedText> intern(const std::optional<SharedText>& name) const {
+        return name ? std::optional(names->intern(*name)) : std::nullopt;
+    }
     [[nodiscard]] const BlockPointer* find(RecordId census) const;
     template <class Visit>
     void forEachCensus(Visit&& visit) const {

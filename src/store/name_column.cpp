@@ -5,10 +5,9 @@
 namespace zorvel {
 
 bool NameColumn::add(std::int64_t id, std::string_view text) {
-    SharedText name(text);
-    if (!texts_.insert(name).second) return false;
-    rows_.push_back({id, std::move(name), 0});
-    return true;
+    auto [name, isNew] = texts_->add(text);
+    if (isNew) rows_.push_back({id, std::move(name), 0});
+    return isNew;
 }
 
 const SharedText* NameColumn::use(std::int64_t id) {
@@ -27,19 +26,10 @@ const SharedText* NameColumn::use(std::int64_t id) {
     return &row->text;
 }
 
-SharedText NameColumn::shared(std::string_view text) {
-    const auto known = texts_.find(text);
-    return known != texts_.end() ? *known : *texts_.insert(SharedText(text)).first;
-}
-
 NameLedger NameColumn::ledger() const {
     NameLedger ledger;
     for (const Row& row : rows_) ledger.addStored(row.text, row.id, row.uses);
     return ledger;
-}
-
-std::vector<SharedText> NameColumn::all() const {
-    return {texts_.begin(), texts_.end()};
 }
 
 }  // namespace zorvel

@@ -2,13 +2,13 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string_view>
 #include <vector>
 
 #include "base/shared_text.h"
 #include "store/name_ledger.h"
-#include "store/text_set.h"
 
 namespace zorvel {
 
@@ -19,10 +19,10 @@ class NameColumn {
     // The name of that number, used once more; null where there is none.
     const SharedText* use(std::int64_t id);
     // A text without a number of its own: the same one as a name of these bytes.
-    SharedText shared(std::string_view text);
+    SharedText shared(std::string_view text) { return texts_->intern(text); }
 
     [[nodiscard]] NameLedger ledger() const;
-    [[nodiscard]] std::vector<SharedText> all() const;
+    [[nodiscard]] std::shared_ptr<NamePool> pool() const { return texts_; }
 
   private:
     struct Row {
@@ -31,7 +31,7 @@ class NameColumn {
         std::int64_t uses = 0;
     };
     std::vector<Row> rows_;
-    TextSet texts_;
+    std::shared_ptr<NamePool> texts_ = std::make_shared<NamePool>();
 };
 
 }  // namespace zorvel

@@ -10,7 +10,6 @@
 #include <vector>
 
 #include "base/shared_text.h"
-#include "store/text_set.h"
 
 namespace zorvel {
 

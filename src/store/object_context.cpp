@@ -29,7 +29,7 @@ Census ObjectContext::insertCensus(const CensusAttributes& attributes,
     auto block = std::make_shared<CensusBlock>();
     block->id = state_->newId();
     block->attributes = attributes;
-    block->attributes.name = state_->names.intern(attributes.name);
+    block->attributes.name = state_->intern(attributes.name);
     appendInChunks(block->chunks, newRecords(std::move(taxa)), taxaPerChunk);
     const RecordId id = block->id;
     state_->change({{id, nullptr, std::move(block)}});
@@ -39,19 +39,24 @@ Census ObjectContext::insertCensus(const CensusAttributes& attributes,
 std::shared_ptr<CensusBatch> ObjectContext::newBatch(std::size_t records) {
     const RecordId first = state_->nextId;
     state_->nextId += records;
-    return std::make_shared<CensusBatch>(first, state_->nextId, state_->names.known());
+    return std::make_shared<CensusBatch>(first, state_->nextId);
 }
 
 void ObjectContext::insertCensuses(CensusBatch& batch) {
-    state_->names.add(std::exchange(batch.newNames_, {}));
-    state_->change(std::exchange(batch.changes_, {}));
+    ChangeSet changes;
+    changes.reserve(batch.censusCount());
+    for (BlockPointer& block : batch.take()) {
+        const RecordId id = block->id;
+        changes.push_back({id, nullptr, std::move(block)});
+    }
+    state_->change(std::move(changes));
 }
 
 std::vector<TaxonRecord> ObjectContext::newRecords(std::vector<TaxonValues> taxa) {
     std::vector<TaxonRecord> records;
     records.reserve(taxa.size());
     for (TaxonValues& values : taxa) {
-        values.name = state_->names.intern(values.name);
+        values.name = state_->intern(values.name);
         records.push_back({state_->newId(), std::move(values)});
     }
     return records;
@@ -153,7 +158,7 @@ void ObjectContext::set(const std::vector<Zorvel>& taxa, Value TaxonValues::*mem
 }
 
 void ObjectContext::setName(const Census& census, const std::optional<SharedText>& name) {
-    set(census, &CensusAttributes::name, state_->names.intern(name));
+    set(census, &CensusAttributes::name, state_->intern(name));
 }
 
 void ObjectContext::setLatitude(const Census& census, double degrees) {
@@ -173,7 +178,7 @@ void ObjectContext::setTimeStamp(const Census& census, std::optional<TimeStamp> 
 }
 
 void ObjectContext::setName(const Zorvel& taxon, const std::optional<SharedText>& name) {
-    set({taxon}, &TaxonValues::name, state_->names.intern(name));
+    set({taxon}, &TaxonValues::name, state_->intern(name));
 }
 
 void ObjectContext::setAbundance(const Zorvel& taxon, std::int64_t abundance) {
@@ -238,8 +243,12 @@ std::vector<BlockPointer> ObjectContext::blocks() const {
     return all;
 }
 
+std::shared_ptr<NamePool> ObjectContext::names() const {
+    return state_->names;
+}
+
 ProjectRecords ObjectContext::records() const {
-    return {blocks(), state_->names.all()};
+    return {blocks(), state_->names};
 }
 
 void ObjectContext::adopt(ProjectRecords records) {
@@ -249,7 +258,7 @@ void ObjectContext::adopt(ProjectRecords records) {
     state->onFirstChange = std::move(state_->onFirstChange);
     state->nextId = state_->nextId;
     state->revision = state_->revision + 1;
-    for (const SharedText& name : records.names) state->names.intern(name);
+    if (records.names) state->names = std::move(records.names);
     Chunk<State::Entry> entries;
     entries.reserve(records.censuses.size());
     for (BlockPointer& block : records.censuses) {

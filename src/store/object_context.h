@@ -142,7 +142,9 @@ class ObjectContext {
 
     // All records, ascending by identity: the blocks of a frozen copy cost one pointer a census.
     [[nodiscard]] std::vector<BlockPointer> blocks() const;
-    // The same with the names, to be taken over by another context. A frozen copy knows no names.
+    // Where the names of these records are kept: what is to be inserted takes its names from there.
+    [[nodiscard]] std::shared_ptr<NamePool> names() const;
+    // The blocks with the names, to be taken over by another context. A frozen copy knows no names.
     [[nodiscard]] ProjectRecords records() const;
     // Takes these over in place of what is here, as on opening: nothing of it can be undone, and
     // nothing is announced.

@@ -176,7 +176,7 @@ ReadProject readProject(Connection& connection) {
     }
     project.records.censuses = blocks.take();
     project.names = names.ledger();
-    project.records.names = names.all();
+    project.records.names = names.pool();
     return project;
 }
 

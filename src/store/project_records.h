@@ -2,6 +2,7 @@
 // over by a context in one go.
 #pragma once
 
+#include <memory>
 #include <vector>
 
 #include "base/shared_text.h"
@@ -12,8 +13,8 @@ namespace zorvel {
 struct ProjectRecords {
     // Ascending by identity, and so are the taxa within each; no identity stands twice.
     std::vector<BlockPointer> censuses;
-    // Each name of a census or taxon once, as the very texts that the blocks hold.
-    std::vector<SharedText> names;
+    // What the names of the blocks were taken from; null where they come from several places.
+    std::shared_ptr<NamePool> names;
 };
 
 }  // namespace zorvel

@@ -17,7 +17,10 @@ class ListedRandom final : public RandomSource {
   protected:
     void fill(Buffer& buffer) override {
         buffer.fill(0);
-        std::copy(words_.begin(), words_.end(), buffer.begin());
+        for (std::size_t i = 0; i < words_.size(); ++i) {
+            buffer.at(2 * i) = static_cast<std::uint32_t>(words_[i]);
+            buffer.at(2 * i + 1) = static_cast<std::uint32_t>(words_[i] >> 32);
+        }
     }
 
   private:

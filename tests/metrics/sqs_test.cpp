@@ -20,8 +20,8 @@ class CountingRandom final : public RandomSource {
 
   protected:
     void fill(Buffer& buffer) override {
-        for (std::uint64_t& word : buffer) word = source_.bits64();
-        words_ += buffer.size();
+        for (std::uint32_t& word : buffer) word = source_.bits32();
+        words_ += buffer.size() / 2;
     }
 
   private:

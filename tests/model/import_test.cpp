@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "model/diversity_document.h"
 #include "model/edits.h"
 
 namespace zorvel {
@@ -114,8 +115,8 @@ TEST(Import, CellsThatNoCommaSeparatesAreRefused) {
 TEST(Import, ImportsAlwaysAdd) {
     DiversityDocument document;
     const auto parsed = parseFile(FileKind::matrix, " , Abies, Picea\nNorth,4,0\nSouth,0,0\n");
-    storeCensuses(document, *parsed.value);
-    storeCensuses(document, *parsed.value);
+    importCensuses(document.objectContext(), *parsed.value);
+    importCensuses(document.objectContext(), *parsed.value);
     EXPECT_THAT(censusNameList(document.fetchCensuses()),
                 testing::ElementsAre("North", "South", "North", "South"));
     EXPECT_EQ(document.fetchTaxa().size(), 2U);
