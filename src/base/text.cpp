@@ -14,26 +14,18 @@
 namespace zorvel {
 namespace {
 
-// Length of the well-formed sequence at the start of text, 0 if there is none (Unicode Standard,
-// table 3-7).
-std::size_t sequenceLength(const unsigned char* s, std::size_t left) {
-    const auto continues = [&](std::size_t i, unsigned low = 0x80, unsigned high = 0xBF) {
-        return i < left && s[i] >= low && s[i] <= high;
-    };
-    const unsigned char lead = s[0];
-    if (lead < 0x80) return 1;
-    if (lead >= 0xC2 && lead <= 0xDF) return continues(1) ? 2 : 0;
-    if (lead >= 0xE0 && lead <= 0xEF) {
-        const unsigned low = lead == 0xE0 ? 0xA0 : 0x80;
-        const unsigned high = lead == 0xED ? 0x9F : 0xBF;
-        return continues(1, low, high) && continues(2) ? 3 : 0;
-    }
-    if (lead >= 0xF0 && lead <= 0xF4) {
-        const unsigned low = lead == 0xF0 ? 0x90 : 0x80;
-        const unsigned high = lead == 0xF4 ? 0x8F : 0xBF;
-        return continues(1, low, high) && continues(2) && continues(3) ? 4 : 0;
-    }
-    return 0;
+struct CodePoint {
+    utf8proc_int32_t value = 0;
+    std::size_t length = 0;  // of its well-formed sequence (Unicode Standard, table 3-7); 0: none
+};
+
+CodePoint codePointAt(std::string_view text, std::size_t at) {
+    CodePoint point;
+    const auto length =
+        utf8proc_iterate(reinterpret_cast<const utf8proc_uint8_t*>(text.data()) + at,
+                         static_cast<utf8proc_ssize_t>(text.size() - at), &point.value);
+    if (length > 0) point.length = static_cast<std::size_t>(length);
+    return point;
 }
 
 std::size_t asciiPrefix(std::string_view text) {
@@ -61,15 +53,13 @@ CodePoints decomposed(std::string_view text) {
     constexpr int longest = 32;  // of one code point; Unicode's are four at most
     CodePoints points;
     points.reserve(text.size());
-    const auto* bytes = reinterpret_cast<const utf8proc_uint8_t*>(text.data());
     for (std::size_t i = 0; i < text.size();) {
-        utf8proc_int32_t point = 0;
-        i += static_cast<std::size_t>(
-            utf8proc_iterate(bytes + i, static_cast<utf8proc_ssize_t>(text.size() - i), &point));
+        const CodePoint point = codePointAt(text, i);
+        i += point.length;
         std::array<utf8proc_int32_t, longest> parts{};
         int boundClass = 0;
         const auto count = utf8proc_decompose_char(
-            point, parts.data(), longest,
+            point.value, parts.data(), longest,
             static_cast<utf8proc_option_t>(UTF8PROC_STABLE | UTF8PROC_DECOMPOSE), &boundClass);
         points.insert(points.end(), parts.begin(), parts.begin() + count);
     }
@@ -104,23 +94,21 @@ bool isSafeOnTerminal(utf8proc_int32_t point) {
              within(0xE0000, 0xE007F));
 }
 
-std::string escapedPoint(utf8proc_int32_t point, bool asByte) {
+std::string escaped(const char* format, unsigned number) {
     std::array<char, 16> buffer{};
-    const int length = std::snprintf(buffer.data(), buffer.size(), asByte ? "\\x%02x" : "\\u%04x",
-                                     static_cast<unsigned>(point));
+    const int length = std::snprintf(buffer.data(), buffer.size(), format, number);
     return {buffer.data(), static_cast<std::size_t>(length)};
 }
 
 void appendEscaped(std::string& line, std::string_view text) {
-    const auto* bytes = reinterpret_cast<const utf8proc_uint8_t*>(text.data());
     for (std::size_t i = 0; i < text.size();) {
-        const std::size_t length = sequenceLength(bytes + i, text.size() - i);
-        utf8proc_int32_t point = bytes[i];
-        if (length > 1) utf8proc_iterate(bytes + i, static_cast<utf8proc_ssize_t>(length), &point);
+        const auto [point, length] = codePointAt(text, i);
         if (length > 0 && isSafeOnTerminal(point)) {
             line.append(text, i, length);
+        } else if (length > 1) {
+            line += escaped("\\u%04x", static_cast<unsigned>(point));
         } else {
-            line += escapedPoint(point, length < 2);
+            line += escaped("\\x%02x", static_cast<unsigned char>(text[i]));
         }
         i += std::max<std::size_t>(length, 1);
     }
@@ -141,12 +129,8 @@ bool isAscii(std::string_view text) {
 }
 
 std::optional<std::size_t> firstInvalidUtf8(std::string_view text) {
-    const auto* bytes = reinterpret_cast<const unsigned char*>(text.data());
-    std::size_t i = 0;
-    while (i < text.size()) {
-        i += asciiPrefix(text.substr(i));
-        if (i == text.size()) break;
-        const std::size_t length = sequenceLength(bytes + i, text.size() - i);
+    for (std::size_t i = asciiPrefix(text); i < text.size(); i += asciiPrefix(text.substr(i))) {
+        const std::size_t length = codePointAt(text, i).length;
         if (length == 0) return i;
         i += length;
     }
@@ -175,8 +159,7 @@ std::string canonicalForm(std::string_view text) {
     CodePoints points = decomposed(text);
     orderMarks(points);
     const auto count = static_cast<utf8proc_ssize_t>(points.size());
-    points.push_back(
-        0);  // room for the NUL that ends the bytes, which take the place of the points
+    points.push_back(0);  // for the NUL that ends the bytes, which take the place of the points
     const auto length = utf8proc_reencode(
         points.data(), count, static_cast<utf8proc_option_t>(UTF8PROC_STABLE | UTF8PROC_COMPOSE));
     if (length < 0) return std::string(text);
@@ -189,12 +172,6 @@ bool canonicallyEqual(std::string_view a, std::string_view b) {
     return canonicalForm(a) == canonicalForm(b);
 }
 
-int canonicalCompare(std::string_view a, std::string_view b) {
-    // The byte order of UTF-8 is the order of its scalar values.
-    if (isOwnCanonicalForm(a) && isOwnCanonicalForm(b)) return a.compare(b);
-    return canonicalForm(a).compare(canonicalForm(b));
-}
-
 std::size_t CanonicalHash::operator()(std::string_view text) const {
     if (isOwnCanonicalForm(text)) return std::hash<std::string_view>{}(text);
     return std::hash<std::string>{}(canonicalForm(text));
@@ -202,17 +179,14 @@ std::size_t CanonicalHash::operator()(std::string_view text) const {
 
 bool isGraphemeBoundary(std::string_view text, std::size_t byte) {
     if (byte == 0 || byte >= text.size() || firstInvalidUtf8(text)) return true;
-    const auto* bytes = reinterpret_cast<const utf8proc_uint8_t*>(text.data());
     utf8proc_int32_t before = -1;
     utf8proc_int32_t state = 0;
     for (std::size_t place = 0; place < text.size();) {
-        utf8proc_int32_t point = 0;
-        const auto left = static_cast<utf8proc_ssize_t>(text.size() - place);
-        const utf8proc_ssize_t length = utf8proc_iterate(bytes + place, left, &point);
+        const auto [point, length] = codePointAt(text, place);
         const bool breaks = before < 0 || utf8proc_grapheme_break_stateful(before, point, &state);
         if (place >= byte) return place == byte && breaks;
         before = point;
-        place += static_cast<std::size_t>(length);
+        place += length;
     }
     return false;
 }

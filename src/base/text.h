@@ -1,6 +1,6 @@
 // Text is UTF-8. Two names are the same name when they are canonically equivalent (Unicode Standard
-// Annex 15), and names are ordered by the scalar values of their NFC form; for plain ASCII that is
-// byte order. Bytes that are not UTF-8 stand for themselves and equal only themselves.
+// Annex 15), and names are ordered by the scalar values of their NFC form, which is the order of
+// its bytes. Bytes that are not UTF-8 stand for themselves and equal only themselves. Any thread.
 #pragma once
 
 #include <cstddef>
@@ -15,20 +15,12 @@ std::string canonicalForm(std::string_view text);
 
 bool canonicallyEqual(std::string_view a, std::string_view b);
 
-// Negative, zero or positive as a stands before, with or after b.
-int canonicalCompare(std::string_view a, std::string_view b);
-
-// Function objects for hash containers and sorting by name.
+// Function objects for hash containers by name.
 struct CanonicalHash {
     std::size_t operator()(std::string_view text) const;
 };
 struct CanonicalEqual {
     bool operator()(std::string_view a, std::string_view b) const { return canonicallyEqual(a, b); }
-};
-struct CanonicalLess {
-    bool operator()(std::string_view a, std::string_view b) const {
-        return canonicalCompare(a, b) < 0;
-    }
 };
 
 bool isAscii(std::string_view text);
@@ -38,13 +30,13 @@ bool isAscii(std::string_view text);
 std::optional<std::size_t> firstInvalidUtf8(std::string_view text);
 
 // The text as one line that is safe to show on a terminal: control characters except tabs, line
-// separators, characters that turn the direction of writing or take no room, and bytes that are not
-// UTF-8 stand there as \x1b or \u202e; of a text longer than anybody reads the middle is left out.
+// separators, characters that turn the direction of writing or have no width, and bytes that are
+// not UTF-8 are shown as \x1b or \u202e. The middle of a long text is left out.
 std::string terminalLine(std::string_view text);
 
-// Whether a person would see a character end and another begin at that byte (Unicode Standard Annex
-// 29): false within a sequence of a letter and its accents. The ends of the text are boundaries; so
-// is every place in a text that is not UTF-8.
+// Whether a reader would see a character end at that byte (Unicode Standard Annex 29): false
+// between a letter and its accents. The ends of the text are boundaries; so is every place in a
+// text that is not UTF-8.
 bool isGraphemeBoundary(std::string_view text, std::size_t byte);
 
 }  // namespace zorvel

@@ -7,6 +7,12 @@ unsigned char byteAt(std::string_view text, std::size_t at) {
     return at < text.size() ? static_cast<unsigned char>(text[at]) : 0;
 }
 
+// True of the first byte of every line break, and of few others.
+bool mayBreakLine(char c) {
+    const auto byte = static_cast<unsigned char>(c);
+    return (byte >= '\n' && byte <= '\r') || byte == 0xC2 || byte == 0xE2;
+}
+
 // U+2000 to U+200A, U+202F and U+205F, whose first byte E2 has been read.
 bool isPunctuationBlockSpace(unsigned char second, unsigned char third) {
     if (second == 0x80) return (third >= 0x80 && third <= 0x8A) || third == 0xAF;
@@ -34,6 +40,11 @@ std::size_t spaceLength(std::string_view text, std::size_t at) {
     if (first == 0xE1) return second == 0x9A && third == 0x80 ? 3 : 0;
     if (first == 0xE2) return isPunctuationBlockSpace(second, third) ? 3 : 0;
     return first == 0xE3 && second == 0x80 && third == 0x80 ? 3 : 0;
+}
+
+std::size_t lineEnd(std::string_view text, std::size_t at) {
+    while (at < text.size() && !(mayBreakLine(text[at]) && lineBreakLength(text, at) > 0)) ++at;
+    return at;
 }
 
 std::size_t skipLineBreaks(std::string_view text, std::size_t at) {

@@ -14,6 +14,9 @@ std::size_t lineBreakLength(std::string_view text, std::size_t at);
 // Bytes of the space character that begins at text[at]; 0 if none does.
 std::size_t spaceLength(std::string_view text, std::size_t at);
 
+// The place of the first line-break character from `at` on; the text's size if there is none.
+std::size_t lineEnd(std::string_view text, std::size_t at);
+
 // The first place from `at` on that begins no line break, or no space.
 std::size_t skipLineBreaks(std::string_view text, std::size_t at);
 std::size_t skipSpaces(std::string_view text, std::size_t at);

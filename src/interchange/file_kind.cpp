@@ -3,7 +3,6 @@
 #include "base/numbers.h"
 #include "interchange/characters.h"
 #include "interchange/file_kind.h"
-#include "interchange/lines.h"
 #include "interchange/parsers.h"
 #include "interchange/scan_field.h"
 

@@ -4,7 +4,7 @@
 #include <utility>
 
 #include "base/numbers.h"
-#include "interchange/local_time.h"
+#include "base/time_stamp.h"
 #include "interchange/parsers.h"
 
 namespace zorvel {

@@ -5,7 +5,6 @@
 
 #include "base/numbers.h"
 #include "interchange/characters.h"
-#include "interchange/lines.h"
 #include "interchange/parsers.h"
 
 namespace zorvel {

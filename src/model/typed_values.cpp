@@ -8,8 +8,8 @@
 #include <ctime>
 
 #include "base/numbers.h"
+#include "base/time_stamp.h"
 #include "interchange/characters.h"
-#include "interchange/local_time.h"
 
 namespace zorvel {
 namespace {

@@ -1,17 +1,33 @@
 #include "store/file_handle.h"
 
+#include <sqlite3.h>
 #include <unistd.h>
 
+#include <cerrno>
+#include <cstdarg>
 #include <map>
 #include <mutex>
+#include <string_view>
 #include <utility>
 
 #include "base/files.h"
 
 #include "store/file_failure.h"
+#include "store/project_format.h"
 
 namespace zorvel {
 namespace {
+
+// The byte that bears the mark: beyond every byte that SQLite locks, and beyond the end of any
+// file.
+constexpr off_t markOffset = off_t{1} << 62;
+
+// What is held open of a file; -1 stands for none.
+struct HeldDescriptors {
+    int readable = -1;
+    int writable = -1;  // may read as well
+    [[nodiscard]] int any() const { return writable >= 0 ? writable : readable; }
+};
 
 constexpr int alwaysFlags = O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
 
@@ -69,6 +85,23 @@ bool forbidsWriting(int error) {
     return error == EACCES || error == EPERM || error == EROFS || error == ETXTBSY;
 }
 
+// Of the file that any descriptor leads to; none if no FileHandle holds it.
+HeldDescriptors heldDescriptors(int descriptor) {
+    struct stat status {};
+    if (fstat(descriptor, &status) != 0) return {};
+    const std::lock_guard lock(heldFiles().mutex);
+    const auto place = heldFiles().files.find(identityOf(status));
+    return place == heldFiles().files.end() ? HeldDescriptors() : place->second.descriptors;
+}
+
+// Sets, or asks about, a lock of an open file description. An error number; EOPNOTSUPP if the file
+// system has no locks.
+int lockFile(int descriptor, int command, struct flock& range) {
+    if (fcntl(descriptor, command, &range) == 0) return 0;
+    // SQLite would take the first for a lock of another program.
+    return errno == ENOLCK || errno == EINVAL ? EOPNOTSUPP : errno;
+}
+
 // An error number; 0 where the mark is set, or gone.
 int setMark(int descriptor, short type) {
     struct flock range {};
@@ -79,7 +112,52 @@ int setMark(int descriptor, short type) {
     return lockFile(descriptor, F_OFD_SETLK, range);
 }
 
+// SQLite counts the locks of all connections to a file in this process as one, and may set a lock
+// by way of one connection and release it by way of another.
+int lockHeld(const HeldDescriptors& held, int command, struct flock& range) {
+    const int ours = command == F_GETLK ? F_OFD_GETLK : F_OFD_SETLK;
+    range.l_pid = 0;  // must be, for these locks
+    // All to the end is released in one call, which must spare the mark.
+    if (range.l_len == 0) range.l_len = markOffset - range.l_start;
+    const bool release = command == F_SETLK && range.l_type == F_UNLCK;
+    if (release && held.readable >= 0) lockFile(held.readable, ours, range);
+    errno = lockFile(held.any(), ours, range);
+    return errno == 0 ? 0 : -1;
+}
+
 }  // namespace
+}  // namespace zorvel
+
+extern "C" {
+
+static int fcntlOfSqlite(int descriptor, int command, ...) {
+    va_list arguments;
+    va_start(arguments, command);
+    if (command != F_SETLK && command != F_GETLK) {
+        const int argument = va_arg(arguments, int);
+        va_end(arguments);
+        return fcntl(descriptor, command, argument);
+    }
+    auto* const range = va_arg(arguments, struct flock*);
+    va_end(arguments);
+    const zorvel::HeldDescriptors held = zorvel::heldDescriptors(descriptor);
+    if (held.any() < 0) return fcntl(descriptor, command, range);
+    return zorvel::lockHeld(held, command, *range);
+}
+
+static int unlinkOfSqlite(const char* path) {
+    const std::string_view whole(path);
+    const std::string_view name = whole.substr(whole.rfind('/') + 1);
+    if (name.starts_with("etilqs_")) return unlink(path);  // SQLite's own temporary files
+    for (const std::string_view ending : zorvel::companionEndings) {
+        if (name.ends_with(ending)) return unlink(path);
+    }
+    errno = EPERM;
+    return -1;
+}
+}
+
+namespace zorvel {
 
 std::optional<FileStamp> fileStamp(const std::string& path) {
     struct stat status {};
@@ -91,20 +169,6 @@ std::optional<FileIdentity> fileIdentity(const std::string& path) {
     const std::optional<FileStamp> stamp = fileStamp(path);
     if (!stamp) return std::nullopt;
     return stamp->identity;
-}
-
-HeldDescriptors heldDescriptors(int descriptor) {
-    struct stat status {};
-    if (fstat(descriptor, &status) != 0) return {};
-    const std::lock_guard lock(heldFiles().mutex);
-    const auto place = heldFiles().files.find(identityOf(status));
-    return place == heldFiles().files.end() ? HeldDescriptors() : place->second.descriptors;
-}
-
-int lockFile(int descriptor, int command, struct flock& range) {
-    if (fcntl(descriptor, command, &range) == 0) return 0;
-    // SQLite would take the first for a lock of another program.
-    return errno == ENOLCK || errno == EINVAL ? EOPNOTSUPP : errno;
 }
 
 FileHandle::FileHandle(FileIdentity identity) : identity_(identity) {
@@ -164,6 +228,18 @@ std::string FileHandle::start(std::size_t size) const {
 int FileHandle::descriptor() const {
     const std::lock_guard lock(heldFiles().mutex);
     return heldFiles().files[identity_].descriptors.any();
+}
+
+void useOurSystemCalls() {
+    static std::once_flag once;
+    std::call_once(once, [] {
+        sqlite3_vfs* const vfs = sqlite3_vfs_find("unix");
+        const auto replace = [vfs](const char* name, auto* call) {
+            vfs->xSetSystemCall(vfs, name, reinterpret_cast<sqlite3_syscall_ptr>(call));
+        };
+        replace("fcntl", fcntlOfSqlite);
+        replace("unlink", unlinkOfSqlite);
+    });
 }
 
 }  // namespace zorvel

@@ -1,7 +1,6 @@
 // The files that this process holds open besides SQLite's own handles, each once however often it
-// is asked for: all locks on a file in this process go through it (sqlite_system_calls.h). A file
-// held for writing bears a mark (a lock on one byte far behind its end) that every process sees.
-// Any thread.
+// is asked for: all locks on a file in this process go through it. A file held for writing bears a
+// mark (a lock on one byte far behind its end) that every process sees. Any thread.
 #pragma once
 
 #include <fcntl.h>
@@ -14,10 +13,6 @@
 #include "store/project_file.h"
 
 namespace zorvel {
-
-// The byte that bears the mark: beyond every byte that SQLite locks, and beyond the end of any
-// file.
-inline constexpr off_t markOffset = off_t{1} << 62;
 
 // What tells that nobody but us has written to a file.
 struct FileStamp {
@@ -33,20 +28,6 @@ struct FileStamp {
 
 // Follows symbolic links; absent where nothing is there.
 std::optional<FileStamp> fileStamp(const std::string& path);
-
-// What is held open of a file; -1 stands for none.
-struct HeldDescriptors {
-    int readable = -1;
-    int writable = -1;  // may read as well
-    [[nodiscard]] int any() const { return writable >= 0 ? writable : readable; }
-};
-
-// Of the file that any descriptor leads to; none where no FileHandle holds it.
-HeldDescriptors heldDescriptors(int descriptor);
-
-// Asks for, or about, a lock of an open file description. An error number; EOPNOTSUPP where the
-// file system has no locks.
-int lockFile(int descriptor, int command, struct flock& range);
 
 // One file held open, for as long as the object lives.
 class FileHandle {
@@ -82,5 +63,13 @@ class FileHandle {
     bool marked_ = false;
     int reasonUnmarked_ = 0;
 };
+
+// Changes what SQLite asks of the system in this process. Its locks on a file that a FileHandle
+// holds are set through the descriptor of that handle, as open-file-description locks: other
+// programs meet them like any others, but closing the file elsewhere in the process, in whatever
+// library, does not drop them. And SQLite deletes nothing except the companions of databases and
+// its own temporary files: a journal may name any file to be deleted after it was played back.
+// To be called before each connection is opened; does its work once.
+void useOurSystemCalls();
 
 }  // namespace zorvel

@@ -7,17 +7,13 @@
 
 #include "base/files.h"
 #include "base/numbers.h"
-#include "store/companion_files.h"
 #include "store/file_failure.h"
 #include "store/file_handle.h"
 #include "store/project_format.h"
-#include "store/project_header.h"
-#include "store/project_migration.h"
 #include "store/project_reader.h"
 #include "store/project_writer.h"
 #include "store/replacement_file.h"
 #include "store/sqlite_connection.h"
-#include "store/sqlite_statement.h"
 
 namespace zorvel {
 namespace {
@@ -80,7 +76,6 @@ struct ProjectFile::Parts {
     void hold();
     void connect();
     void recover();
-    void migrate(int version);
     void requireSamePlace() const;
     void requireSameFile() const;
     [[nodiscard]] std::uint32_t changesOfFile() const;
@@ -118,12 +113,11 @@ FileResult<std::unique_ptr<ProjectFile>> ProjectFile::open(const std::string& pa
         parts->resolved = resolvedOrFail(path);
         parts->options = options;
         parts->hold();
-        const int version = checkHeader(parts->handle->start(headerSize));
+        checkHeader(parts->handle->start(headerSize));
         if (!parts->notWritable) removeUnfinishedFiles(folderOf(parts->resolved));
         parts->recover();
         parts->connect();
-        checkDatabase(*parts->connection, version);
-        if (version < projectFormats().back().version) parts->migrate(version);
+        checkDatabase(*parts->connection);
         parts->written.row = readProjectRow(*parts->connection);
         return std::unique_ptr<ProjectFile>(new ProjectFile(std::move(parts)));
     });
@@ -137,15 +131,6 @@ void ProjectFile::Parts::recover() {
         Connection writing(resolved, Connection::Access::write, options.vfs);
         Statement(writing, "SELECT count(*) FROM sqlite_schema").run();
     });
-}
-
-void ProjectFile::Parts::migrate(int version) {
-    if (notWritable) {
-        connection = upgradedInMemory(*connection, version);
-        return;
-    }
-    handle = upgradeFile(resolved, std::move(handle), std::move(connection), version, options.vfs);
-    connect();
 }
 
 FileResult<std::unique_ptr<ProjectFile>> ProjectFile::create(const std::string& path,
@@ -165,7 +150,7 @@ FileResult<std::unique_ptr<ProjectFile>> ProjectFile::create(const std::string& 
         {
             Connection building(file.temporaryPath(), Connection::Access::build, options.vfs);
             Transaction transaction(building, Transaction::Kind::write);
-            makeTables(building, projectFormats().back());
+            makeTables(building);
             ProjectWriter writer(building, {});
             writer.write(changesBetween({}, parts->written.blocks));
             writer.writeProjectRow(parts->written.row);

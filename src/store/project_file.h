@@ -42,9 +42,8 @@ struct ProjectFileOptions {
 
 class ProjectFile {
   public:
-    // Opens and checks an existing project; the file stays as it is, but for the recovery of a
-    // write that was cut off, and for a file of an older version, which is brought up to date on a
-    // copy first. A file that may only be read opens too: canWrite() tells.
+    // Opens and checks an existing project. The file stays as it is, except that a write that was
+    // cut off is undone. A file that may only be read opens too: canWrite() tells.
     static FileResult<std::unique_ptr<ProjectFile>> open(const std::string& path,
                                                          const ProjectFileOptions& options = {});
 

@@ -10,7 +10,6 @@
 #include "store/block_builder.h"
 #include "store/file_failure.h"
 #include "store/name_column.h"
-#include "store/sqlite_statement.h"
 
 namespace zorvel {
 namespace {

@@ -4,11 +4,8 @@
 #include <filesystem>
 #include <utility>
 
-#include "store/companion_files.h"
 #include "store/file_failure.h"
-#include "store/project_header.h"
-#include "store/sqlite_connection.h"
-#include "store/sqlite_statement.h"
+#include "store/project_format.h"
 
 namespace zorvel {
 namespace {
@@ -37,7 +34,7 @@ std::unique_ptr<FileHandle> heldForReplacement(const std::string& path,
     return held;
 }
 
-// Whether nobody can be at work on it, if nobody has marked it.
+// Whether no program can be working on it unless it has marked it.
 bool isUnfinished(const std::string& path) {
     constexpr std::time_t day = 86400;
     const std::string name = std::filesystem::path(path).filename();
@@ -54,16 +51,11 @@ bool isUnfinished(const std::string& path) {
 
 }  // namespace
 
-ReplacementFile::ReplacementFile(const std::string& path, const char* vfs, Place place)
-    : ReplacementFile(path, vfs, heldForReplacement(path, place)) {
-    place_ = place;
-}
-
-ReplacementFile::ReplacementFile(std::string path, const char* vfs,
-                                 std::unique_ptr<FileHandle> replaced)
+ReplacementFile::ReplacementFile(std::string path, const char* vfs, Place place)
     : path_(std::move(path)),
       vfs_(vfs),
-      replaced_(std::move(replaced)),
+      place_(place),
+      replaced_(heldForReplacement(path_, place_)),
       temporary_(path_, TemporaryFile::Content::project, replaced_ ? ownerOnly : 0666) {
     if (const int error = temporary_.creationError()) {
         const bool folderForbids = error == EACCES || error == EPERM;

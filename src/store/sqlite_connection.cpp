@@ -1,11 +1,12 @@
 #include "store/sqlite_connection.h"
 
-#include <sqlite3.h>
+#include <cerrno>
+#include <new>
+#include <utility>
 
-#include "store/companion_files.h"
 #include "store/file_failure.h"
-#include "store/sqlite_system_calls.h"
-#include "store/sqlite_trouble.h"
+#include "store/file_handle.h"
+#include "store/project_format.h"
 
 namespace zorvel {
 namespace {
@@ -13,15 +14,8 @@ namespace {
 constexpr int busyMilliseconds = 250;
 
 int openFlags(Connection::Access access) {
-    constexpr int common = SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE | SQLITE_OPEN_PRIVATECACHE;
-    switch (access) {
-        case Connection::Access::read:
-            return common | SQLITE_OPEN_READONLY;
-        case Connection::Access::memory:
-            return common | SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE | SQLITE_OPEN_MEMORY;
-        default:
-            return common | SQLITE_OPEN_READWRITE;
-    }
+    return SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_EXRESCODE | SQLITE_OPEN_PRIVATECACHE |
+           (access == Connection::Access::read ? SQLITE_OPEN_READONLY : SQLITE_OPEN_READWRITE);
 }
 
 void setLimits(sqlite3* handle) {
@@ -38,14 +32,83 @@ void setLimits(sqlite3* handle) {
     sqlite3_limit(handle, SQLITE_LIMIT_WORKER_THREADS, 0);
 }
 
+FileTrouble troubleOfCannotOpen(int systemError) {
+    if (systemError == 0) return FileTrouble::inputOutput;
+    const FileTrouble trouble = troubleOfErrno(systemError);
+    // The file itself was there and could be opened: it is its companion that may not be made.
+    if (trouble == FileTrouble::noPermission) return FileTrouble::readOnlyFolder;
+    return trouble == FileTrouble::notFound ? FileTrouble::moved : trouble;
+}
+
+FileTrouble troubleOfReadOnly(int code) {
+    switch (code) {
+        case SQLITE_READONLY_DBMOVED:
+            return FileTrouble::moved;
+        case SQLITE_READONLY_DIRECTORY:
+            return FileTrouble::readOnlyFolder;
+        case SQLITE_READONLY_ROLLBACK:
+            return FileTrouble::interruptedWrite;
+        default:
+            return FileTrouble::readOnlyFile;
+    }
+}
+
+FileTrouble troubleOfInputOutput(int code, int systemError) {
+    if (code == SQLITE_IOERR_NOMEM) return FileTrouble::other;
+    const FileTrouble trouble = troubleOfErrno(systemError);
+    const bool known = trouble == FileTrouble::diskFull || trouble == FileTrouble::noLocks;
+    return known ? trouble : FileTrouble::inputOutput;
+}
+
+FileTrouble troubleOf(int code, int systemError) {
+    switch (code & 0xFF) {
+        case SQLITE_BUSY:
+        case SQLITE_LOCKED:
+        case SQLITE_PROTOCOL:
+            return FileTrouble::busy;
+        case SQLITE_PERM:
+        case SQLITE_AUTH:
+            return FileTrouble::noPermission;
+        case SQLITE_READONLY:
+            return troubleOfReadOnly(code);
+        case SQLITE_IOERR:
+            return troubleOfInputOutput(code, systemError);
+        // Of statements that are right, such as all of ours: the file is not what they expect.
+        case SQLITE_ERROR:
+        case SQLITE_TOOBIG:
+        case SQLITE_CORRUPT:
+        case SQLITE_NOTADB:
+        case SQLITE_FORMAT:
+            return FileTrouble::damaged;
+        case SQLITE_FULL:
+            return FileTrouble::diskFull;
+        case SQLITE_CANTOPEN:
+            return troubleOfCannotOpen(systemError);
+        case SQLITE_INTERRUPT:
+            return FileTrouble::hostile;
+        default:
+            return FileTrouble::other;
+    }
+}
+
+// connection: null if SQLite had no memory for one.
+FileProblem sqliteProblem(sqlite3* connection, int code, const char* doing) {
+    const int systemError = connection ? sqlite3_system_errno(connection) : 0;
+    // Not sqlite3_errmsg(), which repeats what stands in the file, and SQL.
+    std::string detail = code == SQLITE_INTERRUPT ? "too much to read" : sqlite3_errstr(code);
+    detail += " (";
+    detail += doing;
+    detail += ", code ";
+    detail += std::to_string(code) + ")";
+    return {troubleOf(code, systemError), std::move(detail), systemError};
+}
+
 }  // namespace
 
-Connection::Connection(const std::string& path, Access access, const char* vfs)
-    : path_(access == Access::memory ? std::string() : path) {
+Connection::Connection(const std::string& path, Access access, const char* vfs) : path_(path) {
     useOurSystemCalls();
     lookBeside();
-    const int code = sqlite3_open_v2(access == Access::memory ? ":memory:" : path.c_str(), &handle_,
-                                     openFlags(access), access == Access::memory ? nullptr : vfs);
+    const int code = sqlite3_open_v2(path.c_str(), &handle_, openFlags(access), vfs);
     try {
         check(code, "open");
         configure(access);
@@ -101,7 +164,7 @@ void Connection::check(int code, const char* doing) const {
 }
 
 void Connection::lookBeside() const {
-    if (!path_.empty()) checkCompanions(path_);
+    checkCompanions(path_);
 }
 
 void Connection::copyPagesTo(Connection& other) const {
@@ -139,6 +202,35 @@ Transaction::~Transaction() {
 void Transaction::commit() {
     connection_.run("COMMIT", "commit");
     open_ = false;
+}
+
+Statement::Statement(Connection& connection, std::string_view sql) : connection_(connection) {
+    const int code =
+        sqlite3_prepare_v3(connection_.handle(), sql.data(), static_cast<int>(sql.size()),
+                           SQLITE_PREPARE_PERSISTENT, &statement_, nullptr);
+    if (code != SQLITE_OK) connection_.check(code, "prepare");
+}
+
+void Statement::run() {
+    next();
+    sqlite3_reset(statement_);
+}
+
+bool Statement::next() {
+    const int code = sqlite3_step(statement_);
+    if (code == SQLITE_ROW) return true;
+    // Resetting returns the error once more, with what there is to tell of it.
+    const int outcome = sqlite3_reset(statement_);
+    if (code != SQLITE_DONE) check(outcome != SQLITE_OK ? outcome : code);
+    return false;
+}
+
+std::string_view Statement::text(int column) const {
+    const auto* bytes = sqlite3_column_text(statement_, column);
+    if (!bytes && sqlite3_column_type(statement_, column) != SQLITE_NULL) throw std::bad_alloc();
+    const auto size = static_cast<std::size_t>(sqlite3_column_bytes(statement_, column));
+    return bytes ? std::string_view(reinterpret_cast<const char*>(bytes), size)
+                 : std::string_view();
 }
 
 }  // namespace zorvel

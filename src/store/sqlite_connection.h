@@ -3,11 +3,13 @@
 // it is safe on the disk. Failures are thrown as FileFailure. One thread at a time.
 #pragma once
 
+#include <sqlite3.h>
+
+#include <cstdint>
 #include <string>
+#include <string_view>
 
 #include "store/file_problem.h"
-
-struct sqlite3;
 
 namespace zorvel {
 
@@ -21,8 +23,6 @@ class Connection {
         write,
         // A new file that nobody else knows of: without a journal, so that a failure spoils it.
         build,
-        // A database in memory; the path does not matter.
-        memory,
     };
 
     // vfs: see ProjectFileOptions. The path must be absolute.
@@ -33,11 +33,10 @@ class Connection {
 
     [[nodiscard]] sqlite3* handle() const { return handle_; }
 
-    // Statements without rows.
-    // doing says what was tried, for the message of a failure.
+    // Statements without rows. doing: what was tried, for the message of a failure.
     void run(const char* sql, const char* doing);
 
-    // Fails where the code is an error.
+    // Fails if the code is an error.
     void check(int code, const char* doing) const;
 
     // To be called before each access to the file that may play a journal back: see
@@ -55,7 +54,7 @@ class Connection {
 
   private:
     void configure(Access access);
-    std::string path_;  // empty in memory
+    std::string path_;
     sqlite3* handle_ = nullptr;
 };
 
@@ -73,6 +72,59 @@ class Transaction {
   private:
     Connection& connection_;
     bool open_ = true;
+};
+
+// One compiled statement, to be run many times. It must be destroyed before its connection.
+class Statement {
+  public:
+    Statement(Connection& connection, std::string_view sql);
+    ~Statement() { sqlite3_finalize(statement_); }
+    Statement(const Statement&) = delete;
+    Statement& operator=(const Statement&) = delete;
+
+    // Places count from 1. A text must live until the statement has run.
+    void bind(int place, std::int64_t value) {
+        check(sqlite3_bind_int64(statement_, place, value));
+    }
+    void bindNull(int place) { check(sqlite3_bind_null(statement_, place)); }
+    // SQLite stores what is not a number as NULL.
+    void bind(int place, double value) { check(sqlite3_bind_double(statement_, place, value)); }
+    void bind(int place, std::string_view text) {
+        check(sqlite3_bind_text64(statement_, place, text.empty() ? "" : text.data(), text.size(),
+                                  SQLITE_STATIC, SQLITE_UTF8));
+    }
+
+    // Runs a statement without rows.
+    void run();
+    // True while there is a row; the statement can be run again after the last.
+    bool next();
+    // Leaves the remaining rows unread.
+    void reset() { sqlite3_reset(statement_); }
+
+    // Columns count from 0.
+    [[nodiscard]] int type(int column) const { return sqlite3_column_type(statement_, column); }
+    [[nodiscard]] std::int64_t integer(int column) const {
+        return sqlite3_column_int64(statement_, column);
+    }
+    [[nodiscard]] double real(int column) const {
+        return sqlite3_column_double(statement_, column);
+    }
+    // Valid until the next row.
+    [[nodiscard]] std::string_view text(int column) const;
+    // For kind and number of a cell with one look into the row; to be asked with
+    // sqlite3_value_type() and sqlite3_value_int64() by the thread of the connection. Valid until
+    // the next row.
+    [[nodiscard]] sqlite3_value* value(int column) const {
+        return sqlite3_column_value(statement_, column);
+    }
+
+  private:
+    void check(int code) {
+        if (code != SQLITE_OK)
+            connection_.check(code, sqlite3_stmt_readonly(statement_) != 0 ? "read" : "write");
+    }
+    Connection& connection_;
+    sqlite3_stmt* statement_ = nullptr;
 };
 
 }  // namespace zorvel

@@ -6,7 +6,7 @@
 #include <thread>
 #include <vector>
 
-#include "interchange/local_time.h"
+#include "base/time_stamp.h"
 #include "interchange/parsers.h"
 #include "zone.h"
 

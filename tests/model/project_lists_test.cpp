@@ -35,7 +35,8 @@ NameList plainTaxonNames(const std::vector<Zorvel>& taxa) {
         const std::string name = plainName(taxon.name());
         if (firstIndex(names, name) == names.size()) names.push_back(name);
     }
-    std::sort(names.begin(), names.end(), CanonicalLess());
+    std::sort(names.begin(), names.end(),
+              [](const auto& a, const auto& b) { return canonicalForm(a) < canonicalForm(b); });
     return names;
 }
 

@@ -12,7 +12,6 @@
 #include <optional>
 #include <string>
 
-#include "store/project_format.h"
 #include "tests/store/project_faults.h"
 #include "tests/support/system_calls.h"
 
@@ -149,15 +148,6 @@ TEST_P(ProjectWholeFaults, OpeningAfterAKilledWrite) {
     ASSERT_NO_FATAL_FAILURE(leaveHotJournal());
     const SystemCalls heard(plan_);
     failEachCallOfOpening(hotBytes_, hotJournal_, Opening::mayChangeTheFile);
-}
-
-TEST_P(ProjectWholeFaults, OpeningAnOlderVersion) {
-    ProjectFormat newer = projectFormats().back();
-    ++newer.version;
-    newer.upgrade = "UPDATE taxon SET include = include";
-    const FormatsForTest formats({projectFormats().back(), newer});
-    const SystemCalls heard(plan_);
-    failEachCallOfOpening(oldBytes_, "", Opening::mayChangeTheFile);
 }
 
 class FileSystemWithoutLocks : public QuickScratchFolder, public CallListener {

@@ -44,13 +44,13 @@ class ProjectFormatPage : public ProjectFileTest {
 
 TEST_F(ProjectFormatPage, ShowsTheTables) {
     std::string tables;
-    for (const std::string& table : projectFormats().back().tables) tables += table + " ";
+    for (const char* table : projectTables) tables += std::string(table) + " ";
     std::string shown = block("sql");
     std::replace(shown.begin(), shown.end(), '\n', ' ');
     for (std::size_t i = 0; (i = shown.find("  ")) != std::string::npos;) shown.erase(i, 1);
     EXPECT_EQ(shown, tables);
     EXPECT_NE(page_.find(std::to_string(projectApplicationId)), std::string::npos);
-    EXPECT_NE(page_.find("`user_version` | " + std::to_string(projectFormats().back().version)),
+    EXPECT_NE(page_.find("`user_version` | " + std::to_string(projectVersion)),
               std::string::npos);
 }
 

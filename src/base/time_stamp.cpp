@@ -1,40 +1,28 @@
-#include "interchange/local_time.h"
+#include "base/time_stamp.h"
 
 #include <time.h>
-
-#include <array>
 
 namespace zorvel {
 namespace {
 
 constexpr std::int64_t secondsPerDay = 86400;
 
-bool isLeapYear(std::int64_t year) {
-    return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0);
+bool isWithin(std::int64_t value, std::int64_t first, std::int64_t last) {
+    return first <= value && value <= last;
 }
 
-std::int64_t daysInMonth(std::int64_t year, std::int64_t month) {
-    constexpr std::array<int, 12> days = {31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
-    return month == 2 && isLeapYear(year) ? 29 : days[static_cast<std::size_t>(month - 1)];
-}
-
-bool exists(const WallClock& clock) {
-    return clock.month >= 1 && clock.month <= 12 && clock.day >= 1 &&
-           clock.day <= daysInMonth(clock.year, clock.month) && clock.hour >= 0 &&
-           clock.hour <= 23 && clock.minute >= 0 && clock.minute <= 59;
-}
-
-// Days from 1 January 1970: years counted from March, so that a leap day ends its year, in eras of
-// 400 years of 146,097 days.
-std::int64_t daysFromEpoch(std::int64_t year, std::int64_t month, std::int64_t day) {
+// Days from 1 January 1970; absent for a day that the calendar does not have. Years beyond those of
+// std::chrono are reached in eras of 400 years, which all have the same days.
+std::optional<std::int64_t> daysFromEpoch(std::int64_t year, std::int64_t month, std::int64_t day) {
+    constexpr std::int64_t yearsPerEra = 400;
     constexpr std::int64_t daysPerEra = 146097;
-    constexpr std::int64_t fromMarchOfYearZero = 719468;
-    if (month <= 2) --year;
-    const std::int64_t era = (year >= 0 ? year : year - 399) / 400;
-    const std::int64_t yearOfEra = year - era * 400;
-    const std::int64_t dayOfYear = (153 * ((month + 9) % 12) + 2) / 5 + day - 1;
-    const std::int64_t dayOfEra = yearOfEra * 365 + yearOfEra / 4 - yearOfEra / 100 + dayOfYear;
-    return era * daysPerEra + dayOfEra - fromMarchOfYearZero;
+    if (!isWithin(month, 1, 12) || !isWithin(day, 1, 31)) return std::nullopt;
+    const std::int64_t eras = year / yearsPerEra;
+    const std::chrono::year_month_day date(std::chrono::year(static_cast<int>(year % yearsPerEra)),
+                                           std::chrono::month(static_cast<unsigned>(month)),
+                                           std::chrono::day(static_cast<unsigned>(day)));
+    if (!date.ok()) return std::nullopt;
+    return std::chrono::sys_days(date).time_since_epoch().count() + eras * daysPerEra;
 }
 
 // Seconds by which the zone's clocks are ahead of universal time at that moment.
@@ -66,12 +54,15 @@ std::optional<std::int64_t> momentShowing(std::int64_t shown) {
 std::optional<TimeStamp> localTime(const WallClock& clock) {
     // Microseconds from 1970 in 64 bits reach from the year -290308 to 294247.
     constexpr std::int64_t farthestYear = 290000;
-    if (clock.year < -farthestYear || clock.year > farthestYear || !exists(clock)) {
+    if (!isWithin(clock.year, -farthestYear, farthestYear) || !isWithin(clock.hour, 0, 23) ||
+        !isWithin(clock.minute, 0, 59)) {
         return std::nullopt;
     }
+    const auto days = daysFromEpoch(clock.year, clock.month, clock.day);
+    if (!days) return std::nullopt;
     tzset();  // the zone as it is now: localtime_r need not look
-    const std::int64_t days = daysFromEpoch(clock.year, clock.month, clock.day);
-    const auto moment = momentShowing(days * secondsPerDay + clock.hour * 3600 + clock.minute * 60);
+    const auto moment =
+        momentShowing(*days * secondsPerDay + clock.hour * 3600 + clock.minute * 60);
     if (!moment) return std::nullopt;
     return TimeStamp(std::chrono::seconds(*moment));
 }
