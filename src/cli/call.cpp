@@ -6,6 +6,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <limits>
 #include <string>
 #include <utility>
 #include <vector>
@@ -35,15 +36,6 @@ constexpr const char* programFooter =
     "Example: zorvel-cli summary counts.csv --census North\n"
     "Each command explains itself: zorvel-cli COMMAND --help";
 
-template <class Integer>
-std::optional<Integer> wholeText(const std::string& text) {
-    Integer value = 0;
-    const char* end = text.data() + text.size();
-    const auto read = std::from_chars(text.data(), end, value);
-    if (read.ec != std::errc() || read.ptr != end) return std::nullopt;
-    return value;
-}
-
 FileKind readKind(const std::string& text) {
     for (const KindName& candidate : kindNames) {
         if (text == candidate.name) return candidate.kind;
@@ -51,30 +43,25 @@ FileKind readKind(const std::string& text) {
     throw CLI::ValidationError("--kind", "'" + text + "' is none of list, census, matrix and ios");
 }
 
-std::int64_t readSize(const std::string& text) {
-    const auto value = wholeText<std::int64_t>(text);
-    if (!value || *value < 1) {
-        throw CLI::ValidationError("--size", "'" + text +
-                                                 "' is not a whole number from 1 to "
-                                                 "9223372036854775807");
+// Digits alone, and a minus sign if there are negative numbers at all; the seed has 64 bits without
+// a sign.
+template <class Integer>
+Integer readWhole(const char* option, const std::string& text, Integer least) {
+    Integer value = 0;
+    const char* end = text.data() + text.size();
+    const auto read = std::from_chars(text.data(), end, value);
+    if (read.ec != std::errc() || read.ptr != end || value < least) {
+        throw CLI::ValidationError(option, "'" + text + "' is not a whole number from " +
+                                               std::to_string(least) + " to " +
+                                               std::to_string(std::numeric_limits<Integer>::max()));
     }
-    return *value;
+    return value;
 }
 
 double readQuota(const std::string& text) {
     const auto value = parseWholeDouble(text);
     if (!value || !std::isfinite(*value)) {
         throw CLI::ValidationError("--quota", "'" + text + "' is not a finite number");
-    }
-    return *value;
-}
-
-std::uint64_t readSeed(const std::string& text) {
-    const auto value = wholeText<std::uint64_t>(text);
-    if (!value) {
-        throw CLI::ValidationError("--seed", "'" + text +
-                                                 "' is not a whole number from 0 to "
-                                                 "18446744073709551615");
     }
     return *value;
 }
@@ -91,7 +78,10 @@ void addCommonOptions(CLI::App& app, Call& call) {
            "default is matrix")
         ->type_name("KIND");
     app.add_option_function<std::string>(
-           "--size", [&call](const std::string& text) { call.size = readSize(text); },
+           "--size",
+           [&call](const std::string& text) {
+               call.size = readWhole<std::int64_t>("--size", text, 1);
+           },
            "Specimens, or censuses where sample-based, to rarefy to:\n"
            "at least 1 (default 50)")
         ->type_name("N");
@@ -101,7 +91,10 @@ void addCommonOptions(CLI::App& app, Call& call) {
            "(default 0.8; the text of metrics always uses 0.8)")
         ->type_name("Q");
     app.add_option_function<std::string>(
-           "--seed", [&call](const std::string& text) { call.seed = readSeed(text); },
+           "--seed",
+           [&call](const std::string& text) {
+               call.seed = readWhole<std::uint64_t>("--seed", text, 0);
+           },
            "Make the random draws of SQS the same at every call:\n"
            "0 to 2^64-1")
         ->type_name("S");

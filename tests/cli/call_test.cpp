@@ -1,4 +1,4 @@
-// Calls right and wrong: exit codes, messages, help.
+// Calls right and wrong: exit codes, messages, help; and the choice of a census.
 #include "cli/call.h"
 
 #include <gmock/gmock.h>
@@ -6,6 +6,7 @@
 
 #include <sstream>
 
+#include "cli/census_choice.h"
 #include "cli/command.h"
 #include "tool.h"
 
@@ -19,86 +20,98 @@ const std::vector<const cli::Command*> commands = {
     &cli::metricsCommand, &cli::summaryCommand, &cli::rarefactionCommand, &cli::projectCommand,
     &cli::matrixCommand,  &cli::recordsCommand, &cli::importCommand};
 
+// Arguments without spaces in them.
+std::vector<std::string> wordsOf(const std::string& text) {
+    std::istringstream stream(text);
+    std::vector<std::string> words;
+    for (std::string word; stream >> word;) words.push_back(word == "\"\"" ? "" : word);
+    return words;
+}
+
+std::variant<cli::Call, cli::Reply> callOf(const std::string& arguments) {
+    std::vector<std::string> words = wordsOf(arguments);
+    words.insert(words.begin(), "zorvel-cli");
+    std::vector<const char*> argv;
+    for (const std::string& word : words) argv.push_back(word.c_str());
+    return cli::readCall(static_cast<int>(argv.size()), argv.data());
+}
+
 TEST(Call, WrongOnesAreRefused) {
-    const std::string three = "three.csv";
     struct Row {
-        std::vector<std::string> arguments;
-        std::string reason;
+        const char* arguments;
+        const char* reason;
     };
     const std::vector<Row> rows = {
-        {{}, "no command"},
-        {{"measure", three}, "there is no command 'measure'"},
-        {{"--frobnicate"}, "there is no option '--frobnicate'"},
-        {{"metrics"}, "FILE is required"},
-        {{"metrics", ""}, "FILE: the name of the file is empty"},
-        {{"metrics", three, "five.csv"}, "five.csv"},
-        {{"metrics", three, "--frobnicate"}, "--frobnicate"},
-        {{"metrics", three, "--census", "North"}, "--census"},
-        {{"summary", three, "--samples"}, "--samples"},
-        {{"rarefaction", three, "--samples", "--census", "North"}, "--census"},
-        {{"matrix", three, "--json"}, "--json: matrix is written as text only"},
-        {{"metrics", three, "--kind"}, "--kind"},
-        {{"metrics", three, "--kind", "Matrix"},
-         "--kind: 'Matrix' is none of list, census, matrix and ios"},
-        {{"summary", three, "--size", "0"}, "--size: '0' is not a whole number from 1"},
-        {{"summary", three, "--size", "1.5"}, "--size: '1.5'"},
-        {{"summary", three, "--size", "9223372036854775808"}, "--size: '9223372036854775808'"},
-        {{"summary", three, "--quota", "nan"}, "--quota: 'nan' is not a finite number"},
-        {{"summary", three, "--quota", "1e999"}, "--quota: '1e999'"},
-        {{"summary", three, "--quota", "0,8"}, "--quota: '0,8'"},
-        {{"summary", three, "--quota", " 0.8"}, "--quota: ' 0.8'"},
-        {{"summary", three, "--seed", "-1"}, "--seed: '-1' is not a whole number from 0"},
-        {{"summary", three, "--output", ""}, "--output: the name of the file is empty"},
-        {{"--size", "3", "summary", three, "--size", "4"}, "--size: given more than once"},
-        {{"metrics", three, "--into", "p.zorvel"}, "--into"},
-        {{"import", three}, "--into is required"},
-        {{"import", "--into", "p.zorvel"}, "FILE is required"},
-        {{"import", three, "", "--into", "p.zorvel"}, "FILE: the name of the file is empty"},
-        {{"import", three, "--into", ""}, "--into: the name of the file is empty"},
-        {{"import", three, "--into", "-"}, "--into: a project is a file, not standard output"},
-        {{"import", "-", "-", "--into", "p.zorvel"}, "FILE: standard input can be read only once"},
-        {{"--size", "3", "import", three, "--into", "p.zorvel"}, "--size: import writes no result"},
-        {{"--json", "import", three, "--into", "p.zorvel"}, "--json: import writes no result"},
-        {{"import", three, "--into", "p.zorvel", "--output", "-"},
-         "--output: import writes no result"},
-        {{"summary", three, "--size", "3", "--size", "4"}, "--size"},
+        {"", "no command"},
+        {"measure a", "there is no command 'measure'"},
+        {"--frobnicate", "there is no option '--frobnicate'"},
+        {"metrics", "FILE is required"},
+        {"metrics \"\"", "FILE: the name of the file is empty"},
+        {"metrics a b", "b"},
+        {"metrics a --census North", "--census"},
+        {"summary a --samples", "--samples"},
+        {"rarefaction a --samples --census North", "--census"},
+        {"matrix a --json", "--json: matrix is written as text only"},
+        {"metrics a --kind Matrix", "--kind: 'Matrix' is none of list, census, matrix and ios"},
+        {"summary a --size 0", "--size: '0' is not a whole number from 1"},
+        {"summary a --size +1", "--size: '+1'"},
+        {"summary a --size 9223372036854775808", "--size: '9223372036854775808'"},
+        {"summary a --quota nan", "--quota: 'nan' is not a finite number"},
+        {"summary a --quota 1e999", "--quota: '1e999'"},
+        {"summary a --quota 0,8", "--quota: '0,8'"},
+        {"summary a --seed -1", "--seed: '-1' is not a whole number from 0"},
+        {"summary a --seed 18446744073709551616", "--seed: '18446744073709551616'"},
+        {"summary a --output \"\"", "--output: the name of the file is empty"},
+        {"--size 3 summary a --size 4", "--size: given more than once"},
+        {"metrics a --into p", "--into"},
+        {"import a", "--into is required"},
+        {"import --into p", "FILE is required"},
+        {"import a \"\" --into p", "FILE: the name of the file is empty"},
+        {"import a --into \"\"", "--into: the name of the file is empty"},
+        {"import a --into -", "--into: a project is a file, not standard output"},
+        {"import - - --into p", "FILE: standard input can be read only once"},
+        {"--size 3 import a --into p", "--size: import writes no result"},
+        {"import a --into p --output -", "--output: import writes no result"},
     };
     for (const Row& row : rows) {
-        SCOPED_TRACE(row.reason);
-        const Ran ran = runTool(row.arguments);
-        EXPECT_EQ(ran.exitCode, 2);
-        EXPECT_EQ(ran.out, "");
-        EXPECT_THAT(ran.err, StartsWith("zorvel-cli: "));
-        EXPECT_THAT(ran.err, HasSubstr(row.reason));
-        EXPECT_TRUE(ran.err.ends_with(" --help\n")) << ran.err;
+        SCOPED_TRACE(row.arguments);
+        const auto read = callOf(row.arguments);
+        const auto* reply = std::get_if<cli::Reply>(&read);
+        ASSERT_TRUE(reply);
+        EXPECT_EQ(reply->code, cli::ExitCode::wrongCall);
+        EXPECT_THAT(reply->text, StartsWith("zorvel-cli: "));
+        EXPECT_THAT(reply->text, HasSubstr(row.reason));
     }
+    const Ran ran = runTool({"summary", "three.csv", "--size", "1.5"});
+    EXPECT_EQ(ran.exitCode, 2);
+    EXPECT_EQ(ran.out, "");
+    EXPECT_EQ(ran.err,
+              "zorvel-cli: --size: '1.5' is not a whole number from 1 to 9223372036854775807\n"
+              "Try: zorvel-cli summary --help\n");
 }
 
 TEST(Call, OptionsStandOnEitherSideOfTheCommand) {
-    const std::vector<std::vector<std::string>> calls = {
-        {"summary", "--kind", "list", "--quota", "-0.5", "--size", "7", "--json", "counts.txt"},
-        {"--kind", "list", "--quota", "-0.5", "--size", "7", "--json", "summary", "counts.txt"},
-        {"--kind=list", "summary", "counts.txt", "--quota=-5e-1", "--json", "--size=7"},
-        {"--json", "summary", "--kind=list", "--quota=-.5", "--size", "7", "--", "counts.txt"},
-    };
-    const Ran first = runTool(calls.front());
-    EXPECT_EQ(first.exitCode, 0) << first.err;
-    EXPECT_THAT(first.out, HasSubstr("\"rarefiedRichness\": 3.76768")) << "7 of 22 specimens";
-    for (const auto& call : calls) {
-        const Ran ran = runTool(call);
-        EXPECT_EQ(ran.exitCode, 0) << ran.err;
-        EXPECT_EQ(ran.out, first.out);
+    for (const char* arguments :
+         {"summary --kind list --quota -0.5 --size 7 --seed 18446744073709551615 --json matrix",
+          "--kind list --quota -0.5 --size 7 --seed 18446744073709551615 --json summary matrix",
+          "--kind=list summary matrix --quota=-5e-1 --json --size=7 --seed=18446744073709551615",
+          "--json summary --kind=list --quota=-.5 --seed 18446744073709551615 --size 7 -- "
+          "matrix"}) {
+        SCOPED_TRACE(arguments);
+        const auto read = callOf(arguments);
+        const auto* call = std::get_if<cli::Call>(&read);
+        ASSERT_TRUE(call);
+        EXPECT_EQ(call->command, &cli::summaryCommand);
+        EXPECT_EQ(call->files, std::vector<std::string>{"matrix"}) << "named as a command is";
+        EXPECT_EQ(call->kind, FileKind::list);
+        EXPECT_EQ(call->quota, -0.5);
+        EXPECT_EQ(call->size, 7);
+        EXPECT_EQ(call->seed, 18446744073709551615u);
+        EXPECT_TRUE(call->json);
     }
 }
 
-TEST(Call, FileMayBeNamedAsACommandIs) {
-    const TemporaryFolder folder;
-    writeBytes(folder.file("matrix"), readBytes(dataFolder + "three.csv"));
-    const Ran ran = runTool({"matrix", "matrix"}, {"", {}, folder.path()});
-    EXPECT_EQ(ran.exitCode, 0) << ran.err;
-}
-
-TEST(Call, HelpAndVersionNeedNoFile) {
+TEST(Call, HelpNeedsNoFileAndListsWhatTheCommandTakes) {
     const Ran help = runTool({"--help"});
     EXPECT_THAT(help.out, HasSubstr("Usage: zorvel-cli [OPTIONS] COMMAND FILE\n"));
     EXPECT_TRUE(help.out.ends_with("--help\n"));
@@ -110,40 +123,51 @@ TEST(Call, HelpAndVersionNeedNoFile) {
         EXPECT_EQ(ran.err, "");
         EXPECT_THAT(ran.out, HasSubstr("Usage: zorvel-cli " + name + " [OPTIONS] FILE"));
         EXPECT_THAT(ran.out, HasSubstr(command->example));
-    }
-    const Ran version = runTool({"metrics", "--version"});
-    EXPECT_EQ(version.exitCode, 0);
-    EXPECT_EQ(version.out, "zorvel-cli " ZORVEL_VERSION "\n");
-}
-
-TEST(Call, HelpListsWhatTheCommandTakes) {
-    const std::vector<std::vector<const char*>> options = {
-        {"--kind", "matrix"}, {"--size", "5"}, {"--quota", "0.5"},
-        {"--seed", "1"},      {"--json"},      {"--output", "result"}};
-    for (const cli::Command* command : commands) {
-        const std::string help = runTool({command->name, "--help"}).out;
-        for (const auto& option : options) {
-            std::vector<const char*> argv = {"zorvel-cli", command->name, "counts.csv"};
-            if (command->import) argv.insert(argv.end(), {"--into", "p.zorvel"});
-            argv.insert(argv.end(), option.begin(), option.end());
-            const auto read = cli::readCall(static_cast<int>(argv.size()), argv.data());
-            EXPECT_EQ(std::holds_alternative<cli::Call>(read),
-                      help.find(option.front()) != std::string::npos)
-                << command->name << ' ' << option.front();
+        const auto example = callOf(command->example);
+        ASSERT_TRUE(std::holds_alternative<cli::Call>(example)) << command->example;
+        EXPECT_EQ(std::get<cli::Call>(example).command, command);
+        for (const std::string option : {"--kind matrix", "--size 5", "--quota 0.5", "--seed 1",
+                                         "--json", "--output result"}) {
+            const std::string into = command->import ? " a --into p " : " a ";
+            EXPECT_EQ(std::holds_alternative<cli::Call>(callOf(name + into + option)),
+                      ran.out.find(option.substr(0, option.find(' '))) != std::string::npos)
+                << name << ' ' << option;
         }
     }
+    EXPECT_EQ(runTool({"metrics", "--version"}).out, "zorvel-cli " ZORVEL_VERSION "\n");
 }
 
-TEST(Call, ExamplesOfTheHelpAreRightCalls) {
-    for (const cli::Command* command : commands) {
-        std::istringstream words(command->example);
-        std::vector<std::string> arguments = {"zorvel-cli"};
-        for (std::string word; words >> word;) arguments.push_back(word);
-        std::vector<const char*> argv;
-        for (const std::string& argument : arguments) argv.push_back(argument.c_str());
-        const auto read = cli::readCall(static_cast<int>(argv.size()), argv.data());
-        ASSERT_TRUE(std::holds_alternative<cli::Call>(read)) << command->example;
-        EXPECT_EQ(std::get<cli::Call>(read).command, command);
+TEST(CensusChoice, TakesTheFirstOfTheNameOrTellsWhatElseThereIs) {
+    const NameList names = {"North", "South", "Cafe\u0301", "South", ""};
+    EXPECT_EQ(cli::chooseCensus(names, std::nullopt).value(), 0U);
+    EXPECT_EQ(cli::chooseCensus(names, "South").value(), 1U);
+    EXPECT_EQ(cli::chooseCensus(names, "Caf\u00e9").value(), 2U);
+    EXPECT_EQ(cli::chooseCensus(names, "").value(), 4U);
+
+    const NameList few = {"North", "South"};
+    const NameList many = {"Core 1", "Core 2", "Core 10", "Core 12", "Core 3", "Core 4", "Pit"};
+    const std::string some =
+        "the censuses are 'Core 1', 'Core 2', 'Core 10', 'Core 12', 'Core 3' and 2 more";
+    struct Row {
+        NameList names;
+        std::string wanted;
+        std::string told;
+    };
+    const std::vector<Row> rows = {
+        {few, "north", "close to it: 'North'"},
+        {few, "Nort", "close to it: 'North'"},
+        {few, "outh", "close to it: 'South'"},
+        {few, "", "the censuses are 'North', 'South'"},
+        {few, "Moor", "the censuses are 'North', 'South'"},
+        {many, "core 11", "close to it: 'Core 1', 'Core 10', 'Core 12', 'Core 2', 'Core 3'"},
+        {many, "Moor", some},
+        {many, std::string(1'000'000, 'x'), some},
+    };
+    for (const Row& row : rows) {
+        const Result<std::size_t> chosen = cli::chooseCensus(row.names, row.wanted);
+        ASSERT_FALSE(chosen.ok()) << row.told;
+        EXPECT_EQ(chosen.problem().message,
+                  "no census is called '" + row.wanted + "'; " + row.told);
     }
 }
 

@@ -141,42 +141,31 @@ TEST(Commands, RecordsAreWholeInTheirZone) {
                 {"a\",b\",c\",d\",e\",f\n", {}, ""});
 }
 
-std::vector<std::string> keysInOrder(const std::string& text) {
-    std::vector<std::string> keys;
+std::string keysInOrder(const std::vector<std::string>& arguments) {
+    std::string keys;
     const auto keep = [&keys](int, json::parse_event_t event, json& value) {
-        if (event == json::parse_event_t::key) keys.push_back(value.get<std::string>());
+        if (event == json::parse_event_t::key) keys += value.get<std::string>() + " ";
         return true;
     };
-    EXPECT_FALSE(json::parse(text, keep, false).is_discarded());
+    EXPECT_FALSE(json::parse(runTool(arguments).out, keep, false).is_discarded());
     return keys;
 }
 
 TEST(Commands, JsonNamesStandInOrder) {
-    using Keys = std::vector<std::string>;
-    const Keys census = {"census",      "individuals", "richness", "rarefiedRichness",
-                         "chaoOne",     "chaoClassic", "alroySQS", "shannonH",
-                         "fisherAlpha", "pielouJ",     "simpsonD", "buzasE"};
-    const Keys indices = {"individuals", "richness", "chaoClassic", "shannonH",
-                          "fisherAlpha", "pielouJ",  "simpsonD",    "buzasE"};
-    Keys project = indices;
-    project.insert(project.end(), {"rarefiedRichness", "alroySQS", "averages"});
-    project.insert(project.end(), indices.begin(), indices.end());
-    project.insert(project.end(),
-                   {"averageRarefiedRichness", "averageAlroySQS", "censusesWithAlroySQS"});
-    project.insert(project.end(), {"chaoTwo", "sampleBasedRarefiedRichness"});
-    const Keys point = {"sampleSize", "estimate", "variance", "lower95",
-                        "upper95",    "lower99",  "upper99"};
-    const auto keys = [](const std::string& command) {
-        return keysInOrder(runTool({command, "pooled.csv", "--json"}).out);
-    };
-    EXPECT_EQ(keys("summary"), census);
-    EXPECT_EQ(keys("project"), project);
-    const auto metrics = keys("metrics");
-    const auto curve = keys("rarefaction");
-    ASSERT_GE(curve.size(), point.size());
-    EXPECT_EQ(Keys(curve.begin(), curve.begin() + 7), point);
-    ASSERT_EQ(metrics.size(), 3 * census.size());
-    EXPECT_EQ(Keys(metrics.begin(), metrics.begin() + 12), census);
+    const std::string census =
+        "census individuals richness rarefiedRichness chaoOne chaoClassic alroySQS shannonH "
+        "fisherAlpha pielouJ simpsonD buzasE ";
+    const std::string indices =
+        "individuals richness chaoClassic shannonH fisherAlpha pielouJ simpsonD buzasE ";
+    const std::string point = "sampleSize estimate variance lower95 upper95 lower99 upper99 ";
+    EXPECT_EQ(keysInOrder({"summary", "pooled.csv", "--json"}), census);
+    EXPECT_EQ(keysInOrder({"metrics", "pooled.csv", "--json"}), census + census + census);
+    EXPECT_EQ(keysInOrder({"rarefaction", "one.csv", "--kind", "census", "--json"}),
+              point + point + point);
+    EXPECT_EQ(keysInOrder({"project", "pooled.csv", "--json"}),
+              indices + "rarefiedRichness alroySQS averages " + indices +
+                  "averageRarefiedRichness averageAlroySQS censusesWithAlroySQS chaoTwo "
+                  "sampleBasedRarefiedRichness ");
 }
 
 TEST(Commands, JsonHoldsAllDigits) {
@@ -227,10 +216,9 @@ TEST(Commands, SeedFixesSqs) {
 }
 
 TEST(Commands, MatrixReadsBackAsItself) {
-    const Ran matrix = runTool({"matrix", mitesFile});
-    EXPECT_EQ(runTool({"matrix", "-"}, {matrix.out, {}, ""}).out, matrix.out);
-    EXPECT_EQ(std::count(matrix.out.begin(), matrix.out.end(), '\n'), 71);
-    EXPECT_EQ(jsonOf({"rarefaction", mitesFile, "--samples", "--json"}).size(), 69U);
+    const std::string matrix = runTool({"matrix", mitesFile}).out;
+    EXPECT_EQ(std::count(matrix.begin(), matrix.end(), '\n'), 71);
+    EXPECT_EQ(runTool({"matrix", "-"}, {matrix, {}, ""}).out, matrix);
 }
 
 TEST(Commands, NumbersDoNotFollowTheLocale) {

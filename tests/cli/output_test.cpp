@@ -1,8 +1,11 @@
-// Where results go, and what happens when they cannot go there.
+// Where results go, and what happens when they cannot go there; JSON.
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <limits>
+#include <nlohmann/json.hpp>
 
+#include "cli/json_writer.h"
 #include "tool.h"
 
 namespace zorvel::test {
@@ -27,15 +30,11 @@ TEST(Output, FileHoldsWhatStandardOutputWould) {
         EXPECT_EQ(readBytes(file), shown.out);
         EXPECT_EQ(runTool({command, mitesFile, "--seed", "1", "--output", "-"}).out, shown.out);
     }
-    EXPECT_EQ(folder.names().size(), 1U) << "nothing else is left beside it";
-}
-
-TEST(Output, FileMayBeTheInput) {
-    const TemporaryFolder folder;
-    const std::string file = folder.file("counts.csv");
+    // It may be the input.
     writeBytes(file, " ,b,a\r\nNorth,1,2\r\n");
     EXPECT_EQ(runTool({"matrix", file, "--output", file}).exitCode, 0);
     EXPECT_EQ(readBytes(file), " , a, b\nNorth,2,1\n");
+    EXPECT_EQ(folder.names().size(), 1U) << "nothing else is left beside it";
 }
 
 TEST(Output, AProjectIsNotReplaced) {
@@ -73,32 +72,26 @@ TEST(Output, NothingIsWrittenOnAProblem) {
     EXPECT_EQ(folder.names().size(), 1U);
 }
 
-TEST(Output, FullDeviceIsAProblem) {
-    const std::string full = "<stdout>: cannot be written: No space left on device\n";
-    const std::vector<std::vector<std::string>> calls = {
-        {"metrics", "three.csv"}, {"records", mitesFile}, {"--help"}, {"--version"}};
-    for (const auto& call : calls) {
+TEST(Output, FullDeviceOrClosedStreamIsAProblem) {
+    using Arguments = std::vector<std::string>;
+    for (const auto& call : {Arguments{"metrics", "three.csv"}, Arguments{"records", mitesFile},
+                             Arguments{"--help"}}) {
         const Ran ran = runRedirected("\"$@\" >/dev/full", call);
         EXPECT_EQ(ran.exitCode, 1);
-        EXPECT_EQ(ran.err, full);
+        EXPECT_EQ(ran.err, "<stdout>: cannot be written: No space left on device\n");
     }
-    // The device stays what it is.
     const Ran device = runTool({"metrics", "three.csv", "--output", "/dev/full"});
     EXPECT_EQ(device.exitCode, 1);
     EXPECT_EQ(device.err, "/dev/full: cannot be written: No space left on device\n");
-    EXPECT_TRUE(std::filesystem::is_character_file("/dev/full"));
-}
+    EXPECT_TRUE(std::filesystem::is_character_file("/dev/full")) << "it stays what it is";
+    const Ran closed = runRedirected("\"$@\" >&-", {"metrics", "three.csv"});
+    EXPECT_EQ(closed.exitCode, 1);
+    EXPECT_EQ(closed.err, "<stdout>: cannot be written: Bad file descriptor\n");
 
-TEST(Output, ClosedStreamsTakeNoFile) {
-    const Ran noOutput = runRedirected("\"$@\" >&-", {"metrics", "three.csv"});
-    EXPECT_EQ(noOutput.exitCode, 1);
-    EXPECT_EQ(noOutput.err, "<stdout>: cannot be written: Bad file descriptor\n");
-
+    // A file does not get the number of a closed stream, and the warning about the quota.
     const TemporaryFolder folder;
     const std::string file = folder.file("result");
-    // The warning about the quota must not end up in the result.
-    const std::vector<std::string> call = {"summary", "three.csv", "--quota",
-                                           "0.95",    "--output",  file};
+    const Arguments call = {"summary", "three.csv", "--quota", "0.95", "--output", file};
     EXPECT_EQ(runRedirected("\"$@\" <&- >&- 2>&-", call).exitCode, 0);
     EXPECT_EQ(readBytes(file).substr(0, 15), "Individuals\t22\n");
     EXPECT_EQ(readBytes(file).find("WARNING"), std::string::npos);
@@ -127,6 +120,36 @@ TEST(Output, MessagesHoldNoControlCharacters) {
               "\\x1b[2J: cannot be opened: No such file or directory\n");
     EXPECT_EQ(runTool({"\x1b[2J\n"}).err.substr(0, 45),
               "zorvel-cli: there is no command '\\x1b[2J\\x0a'");
+}
+
+TEST(Json, IsReadBackByAnotherReader) {
+    std::string everyAscii;
+    for (char byte = 0; byte >= 0 && byte < 127; ++byte) everyAscii += byte;
+    const std::vector<std::string> texts = {"",
+                                            everyAscii,
+                                            "\x7f\u2028",
+                                            "\"\\\"",
+                                            "Caf\u00e9 \U0001F33F",
+                                            std::string(200'000, '\n') + "x"};
+    const TemporaryFolder folder;
+    cli::Output output(folder.file("result.json"));
+    cli::JsonWriter writer(output);
+    writer.beginArray();
+    for (const std::string& each : texts) writer.string(each);
+    for (const double number : {0.1, 1e22, 5e-324, -0.0, 8.0}) writer.number(number);
+    writer.number(std::numeric_limits<double>::quiet_NaN());
+    writer.number(-std::numeric_limits<double>::infinity());
+    writer.integer(std::numeric_limits<std::int64_t>::min());
+    writer.endArray();
+    EXPECT_FALSE(output.finish());
+    const std::string text = readBytes(folder.file("result.json"));
+    const std::string numbers =
+        ",\n  0.1,\n  1e+22,\n  5e-324,\n  -0,\n  8,\n  null,\n  null,\n  "
+        "-9223372036854775808\n]\n";
+    EXPECT_TRUE(text.ends_with(numbers)) << text.substr(text.size() - numbers.size());
+    EXPECT_NE(text.find("Caf\u00e9 \U0001F33F"), std::string::npos) << "UTF-8 stays as it is";
+    const nlohmann::json read = nlohmann::json::parse(text);
+    for (std::size_t i = 0; i < texts.size(); ++i) EXPECT_EQ(read[i], texts[i]);
 }
 
 }  // namespace

@@ -99,6 +99,67 @@ TEST_F(ProjectInput, MayHoldExtremes) {
     }
 }
 
+// The commands on one census take the included species, the others take all.
+TEST_F(ProjectInput, ExcludedSpeciesCountWhereTheyShould) {
+    ObjectContext context;
+    for (const char* name : {"A", "B", "C", "D", "E"}) {
+        CensusAttributes census;
+        census.name = SharedText(name);
+        context.insertCensus(census, {{SharedText("Abies"), 2, true},
+                                      {SharedText("Larix"), 5, false},
+                                      {SharedText("Picea"), 1, true}});
+    }
+    ASSERT_TRUE(ProjectFile::create(project_, context).ok());
+    const auto startOf = [this](std::vector<std::string> call) {
+        call.push_back(project_);
+        return runTool(call).out;
+    };
+    using ::testing::StartsWith;
+    EXPECT_THAT(startOf({"summary"}), StartsWith("Individuals\t3\nRichness\t2\n"));
+    EXPECT_THAT(startOf({"project"}), StartsWith("Individuals\t40\nRichness\t3\n"));
+    EXPECT_THAT(startOf({"metrics"}), HasSubstr("\nA, 8, 3, "));
+    EXPECT_THAT(startOf({"matrix"}), HasSubstr("\nA,2,5,1\n"));
+    const auto points = [&](const std::vector<std::string>& call) {
+        const std::string table = startOf(call);
+        return std::count(table.begin(), table.end(), '\n') - 1;
+    };
+    EXPECT_EQ(points({"rarefaction"}), 3);
+    EXPECT_EQ(points({"rarefaction", "--samples"}), 4);
+}
+
+// Zones by their rules, so that no zone database is needed.
+TEST_F(ProjectInput, TimesFollowTheZone) {
+    constexpr const char* utc = "TZ=UTC0";
+    constexpr const char* central = "TZ=CET-1CEST,M3.5.0,M10.5.0/3";
+    const struct {
+        const char* zone;
+        std::int64_t microseconds;
+        const char* text;
+    } rows[] = {
+        {utc, 0, "1970-01-01T00:00:00+00:00"},
+        {utc, -1, "1969-12-31T23:59:59.999999+00:00"},
+        {utc, 1'500'000, "1970-01-01T00:00:01.5+00:00"},
+        {utc, 253'402'300'800'000'000, "+10000-01-01T00:00:00+00:00"},
+        {utc, std::numeric_limits<std::int64_t>::min(), "-290308-12-21T19:59:05.224192+00:00"},
+        {utc, -62'167'219'200'000'000 - 86'400'000'000, "-0001-12-31T00:00:00+00:00"},
+        {central, std::numeric_limits<std::int64_t>::max(), "+294247-01-10T05:00:54.775807+01:00"},
+        {central, 1'457'188'920'000'000, "2016-03-05T15:42:00+01:00"},
+        {central, 1'467'324'300'000'000, "2016-07-01T00:05:00+02:00"},
+        {"TZ=NST3:30NDT,M3.2.0,M11.1.0", 0, "1969-12-31T20:30:00-03:30"},
+        // 53 minutes 28 seconds before Greenwich, cut to the minute.
+        {"TZ=LMT0:53:28", 0, "1969-12-31T23:07:00-00:53"},
+    };
+    for (const auto& row : rows) {
+        CensusAttributes census;
+        census.timeStamp = TimeStamp(std::chrono::microseconds(row.microseconds));
+        ObjectContext context;
+        context.insertCensus(census, {});
+        ASSERT_TRUE(ProjectFile::create(project_, context).ok());
+        EXPECT_THAT(runTool({"records", project_}, {"", {row.zone}, ""}).out,
+                    HasSubstr("\"timeStamp\": \"" + std::string(row.text) + "\""));
+    }
+}
+
 TEST_F(ProjectInput, IsReadWhileItIsOpenElsewhere) {
     imported({"three.csv"});
     const auto held = ProjectFile::open(project_);
