@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/plain_project_lists.h"
 #include "model/diversity_document.h"
 #include "model/edits.h"
 
@@ -242,43 +243,27 @@ void readEveryAttribute(benchmark::State& state) {
     }
 }
 
-void fetchNamesAndPooled(benchmark::State& state) {
-    for (auto _ : state) {
-        const std::vector<Zorvel> taxa = project().fetchTaxa();
-        benchmark::DoNotOptimize(projectTaxonNames(taxa));
-        benchmark::DoNotOptimize(pooledCountsVector(taxa));
-    }
+void counts(benchmark::State& state) {
+    const ObjectContext& context = project().objectContext();
+    for (auto _ : state) benchmark::DoNotOptimize(buildSparseCounts(context));
 }
 
-// The first 10,000 taxa only: the plain scans take minutes over all.
-std::vector<Zorvel> fewTaxa() {
-    std::vector<Zorvel> taxa = project().fetchTaxa();
-    taxa.resize(10'000, taxa.front());
-    return taxa;
+// Of 100 censuses only: the plain scans take minutes over all.
+const ObjectContext& fewCensuses() {
+    static const auto document = [] {
+        auto filled = std::make_unique<DiversityDocument>();
+        importCensuses(filled->objectContext(), mockCensuses(100));
+        return filled;
+    }();
+    return document->objectContext();
 }
 
 void pooled(benchmark::State& state) {
-    const std::vector<Zorvel> taxa = fewTaxa();
-    for (auto _ : state) benchmark::DoNotOptimize(pooledCountsVector(taxa));
+    for (auto _ : state) benchmark::DoNotOptimize(buildSparseCounts(fewCensuses()).pooled);
 }
 
 void plainPooled(benchmark::State& state) {
-    const std::vector<Zorvel> taxa = fewTaxa();
-    for (auto _ : state) {
-        const NameList names = projectTaxonNames(taxa);
-        CountsVector counts(names.size(), 0);
-        for (const Zorvel& taxon : taxa) {
-            const auto place = std::find(names.begin(), names.end(), taxon.name()->view());
-            counts[static_cast<std::size_t>(place - names.begin())] += taxon.abundance();
-        }
-        benchmark::DoNotOptimize(counts);
-    }
-}
-
-void countsMatrix(benchmark::State& state) {
-    const std::vector<Zorvel> taxa = project().fetchTaxa();
-    std::vector<Census> censuses = project().fetchCensuses();
-    for (auto _ : state) benchmark::DoNotOptimize(buildCountsMatrix(taxa, censuses));
+    for (auto _ : state) benchmark::DoNotOptimize(plain::pooledCountsVector(fewCensuses().taxa()));
 }
 
 BENCHMARK(storeCensuses)->Arg(1000)->Arg(4000)->Arg(16000)->Unit(benchmark::kMillisecond);
@@ -297,10 +282,9 @@ BENCHMARK(leaveOutTaxaOfOneCensus)->Unit(benchmark::kMillisecond);
 BENCHMARK(adopt)->Unit(benchmark::kMillisecond)->UseManualTime()->Iterations(10);
 BENCHMARK(insertTaxon)->Iterations(100'000)->Unit(benchmark::kMicrosecond);
 BENCHMARK(readEveryAttribute)->Unit(benchmark::kMillisecond);
-BENCHMARK(fetchNamesAndPooled)->Unit(benchmark::kMillisecond);
+BENCHMARK(counts)->Unit(benchmark::kMillisecond);
 BENCHMARK(pooled)->Unit(benchmark::kMillisecond);
 BENCHMARK(plainPooled)->Unit(benchmark::kMillisecond);
-BENCHMARK(countsMatrix)->Unit(benchmark::kMillisecond)->Iterations(3);
 
 }  // namespace
 

@@ -83,11 +83,9 @@ ProjectWideMetrics allValues(const Size& size) {
 
 ProjectWideMetrics plainValues(const Size& size) {
     RarefactionCalculator calculator;
-    const std::vector<Zorvel> taxa = project(size).taxa();
-    const CountsVector pooled = pooledCountsVector(taxa);
-    const CountsMatrix matrix = buildCountsMatrix(taxa, project(size).censuses()).matrix;
+    const SparseCountsResult result = buildSparseCounts(project(size));
     SeededRandom random(1);
-    return projectWideMetrics(pooled, matrix, 50, 0.8, random, calculator);
+    return projectWideMetrics(result.pooled, result.counts.dense(), 50, 0.8, random, calculator);
 }
 
 template <class Step>
@@ -103,11 +101,7 @@ void add(const char* name, Step step) {
 }
 
 void addSteps() {
-    add("large/build_from_context", [] { return buildSparseCounts(project(large)).replacedTaxa; });
-    add("large/build_from_lists", [] {
-        const ObjectContext& records = project(large);
-        return buildSparseCounts(records.taxa(), records.censuses()).replacedTaxa;
-    });
+    add("large/build", [] { return buildSparseCounts(project(large)).replacedTaxa; });
     add("large/pooled", [] {
         SeededRandom random(1);
         const CountsVector& pooled = built(large).pooled;

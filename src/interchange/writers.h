@@ -15,7 +15,7 @@
 
 namespace zorvel {
 
-// One row a census, one column a taxon name; sizes as buildCountsMatrix gives them.
+// One row per census, one column per taxon name; sizes as buildSparseCounts() gives them.
 std::string writeCensusMatrix(const CountsMatrix& matrix,
                               const std::vector<std::string>& taxonNames,
                               const std::vector<std::string>& censusNames);

@@ -21,22 +21,22 @@ namespace zorvel {
 
 using NameList = std::vector<std::string>;
 
-// Row i belongs to censusNames[i], column j to taxonNames[j].
-struct CountsMatrixResult {
-    CountsMatrix matrix;
-    NameList taxonNames;
-    NameList censusNames;
-};
-
-// The same matrix without its zeros, and with it what equal and missing names made of the records.
+// The counts of a project, row i for censusNames[i], column j for taxonNames[j]: one row per census
+// and one column per distinct taxon name, ascending (see base/text.h for equality and order); of
+// equal spellings the first. One "unnamed" stands for all taxa without a name. Include flags do not
+// matter. Of two taxa of one name in one row the later one counts. Censuses of equal name share the
+// row of the first of them, and the others' rows have no counts. Taxa without a name, or of a
+// census without one, are in no row.
 struct SparseCountsResult {
     SparseCounts counts;
-    CountsVector pooled;  // pooledCountsVector of the same taxa
+    // The sum of the abundances of each taxon name; a sum beyond 64 bits saturates. Taxa without a
+    // name are not counted: "unnamed" stays 0 unless a taxon bears that very name.
+    CountsVector pooled;
     NameList taxonNames;
     NameList censusNames;
-    std::size_t mergedCensuses = 0;  // whose taxa stand in the row of an earlier one of their name
+    std::size_t mergedCensuses = 0;  // whose taxa are in the row of an earlier one of their name
     std::size_t replacedTaxa = 0;    // whose cell a later taxon of their name and row took
-    std::size_t taxaInNoRow = 0;     // without a name, or of a census without one
+    std::size_t taxaInNoRow = 0;
 };
 
 // Stands for a missing name in both name lists.
@@ -47,29 +47,10 @@ inline constexpr const char* unnamedName = "unnamed";
 CountsVector includedCountsVector(const Census& census);
 CountsVector fullCountsVector(const Census& census);
 
-// The distinct taxon names, ascending (see base/text.h for equality and order); of equal spellings
-// the first. One "unnamed" stands for all taxa without a name.
-NameList projectTaxonNames(const std::vector<Zorvel>& taxa);
-
-// One name a census, in the order given.
+// One name per census, in the order given.
 NameList censusNameList(const std::vector<Census>& censuses);
 
-// The sum of the abundances of each name of projectTaxonNames(taxa), whatever the include flags; a
-// sum beyond 64 bits saturates. Taxa without a name are not counted: "unnamed" stays 0 unless a
-// taxon bears that very name.
-CountsVector pooledCountsVector(const std::vector<Zorvel>& taxa);
-
-// One row a census, one column a name of projectTaxonNames(taxa), 0 where the census lacks it; the
-// include flags do not matter. Of two taxa of one name in one row the later one counts. Censuses of
-// equal name share the row of the first of them, and the others' rows stay 0. Taxa without a name,
-// without a census, or of a census without a name are in no row. Takes memory for every cell.
-CountsMatrixResult buildCountsMatrix(const std::vector<Zorvel>& taxa,
-                                     const std::vector<Census>& censuses);
-
-// The same in memory for the cells that are not 0.
-SparseCountsResult buildSparseCounts(const std::vector<Zorvel>& taxa,
-                                     const std::vector<Census>& censuses);
-// Of all censuses and taxa of the context, without a list of them: what large projects should use.
+// Of all censuses and taxa of the context.
 SparseCountsResult buildSparseCounts(const ObjectContext& context);
 
 class DiversityDocument {

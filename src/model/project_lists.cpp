@@ -1,87 +1,106 @@
-// Name lists, counts vectors and the counts matrix of a list of records. Each gives what a plain
-// scan of the name lists for the first match would give, in one pass over the taxa.
+// Name lists, counts vectors and the sparse counts of a project. They give what a plain scan of the
+// name lists for the first match would give, in one pass over the taxa.
+#include <algorithm>
+#include <cstdint>
 #include <numeric>
+#include <unordered_map>
 #include <utility>
 
+#include "base/text.h"
 #include "metrics/saturating_sum.h"
 #include "model/diversity_document.h"
-#include "model/name_table.h"
-#include "store/taxon_cursor.h"
 
 namespace zorvel {
 namespace {
 
-const std::string& unnamed() {
-    static const std::string text = unnamedName;
-    return text;
-}
-
 const std::string& nameOrUnnamed(const std::optional<SharedText>& name) {
-    return name ? name->str() : unnamed();
+    static const std::string unnamed = unnamedName;
+    return name ? name->str() : unnamed;
 }
 
-// The records of these taxa in order: visit(block of the census, record), both null for a taxon
-// that is gone.
-template <class Visit>
-void forEachRecord(const std::vector<Zorvel>& taxa, Visit visit) {
-    TaxonCursor cursor;
-    for (const Zorvel& taxon : taxa) {
-        const TaxonRecord* record = cursor.find(taxon);
-        visit(record ? &cursor.block() : nullptr, record);
+// Numbers of texts by their place in memory, in a flat table: a look-up that finds touches one
+// place, and nothing of the text.
+class TextNumbers {
+  public:
+    // The number of that very text; if it is new, the given one.
+    std::size_t add(const std::string* text, std::size_t number) {
+        Slot& found = slot(text);
+        if (found.text) return found.number;
+        found = {text, number};
+        if (++used_ > slots_.size() / 2) grow();
+        return number;
     }
-}
-template <class Visit>
-void forEachRecord(const std::vector<BlockPointer>& blocks, Visit visit) {
-    for (const BlockPointer& block : blocks) {
-        block->forEachTaxon([&](const TaxonRecord& record) { visit(block.get(), &record); });
-    }
-}
+    // Of a text that was added.
+    void setNumber(const std::string* text, std::size_t number) { slot(text).number = number; }
 
-// The distinct taxon names of a project in ascending order, from their numbers in the table.
-struct Columns {
-    explicit Columns(const NameTable& table) : columnOf(table.size()) {
-        names.reserve(table.size());
-        for (const std::size_t number : table.sortedNumbers()) {
-            columnOf[number] = static_cast<SparseCounts::Column>(names.size());
-            names.push_back(table.name(number));
+  private:
+    struct Slot {
+        const std::string* text = nullptr;  // null: free
+        std::size_t number = 0;
+    };
+
+    // That of the text, or the free one that it would take. Texts lie a few dozen bytes apart:
+    // multiplied by 2^64 / golden ratio, the highest bits of their places are spread evenly (Knuth
+    // 1998, section 6.4).
+    Slot& slot(const std::string* text) {
+        const auto place = static_cast<std::uint64_t>(reinterpret_cast<std::uintptr_t>(text));
+        std::size_t i = static_cast<std::size_t>((place * 0x9e3779b97f4a7c15U) >> (64 - bits_));
+        while (slots_[i].text != text && slots_[i].text) i = (i + 1) & (slots_.size() - 1);
+        return slots_[i];
+    }
+    void grow() {
+        std::vector<Slot> old(std::size_t{1} << ++bits_);
+        old.swap(slots_);
+        for (const Slot& each : old) {
+            if (each.text) slot(each.text) = each;
         }
     }
 
-    NameList names;
-    std::vector<SparseCounts::Column> columnOf;  // by number in the table
+    unsigned bits_ = 10;
+    std::size_t used_ = 0;  // at most half of the slots
+    std::vector<Slot> slots_ = std::vector<Slot>(std::size_t{1} << bits_);
 };
 
-// The row of each census name: the first of those that are equal. Remembers the row of the census
-// last asked for, since its taxa follow one another.
-class Rows {
+// Distinct names, numbered as first met: one hash look-up each. Two spellings that are canonically
+// equivalent are one name, shown as the first of them.
+class NameTable {
   public:
-    // The names must live as long as this.
-    explicit Rows(const NameList& censusNames) {
-        for (std::size_t i = 0; i < censusNames.size(); ++i) {
-            if (table_.add(censusNames[i]) == rowOf_.size()) rowOf_.push_back(i);
+    // The number of the name, new ones at the end. The text must live as long as the table.
+    std::size_t add(const std::string& name) {
+        const std::size_t known = sameText_.add(&name, names_.size());
+        if (known < names_.size()) return known;
+        const auto [place, inserted] = numbers_.try_emplace(name, names_.size());
+        if (inserted) {
+            names_.push_back(&name);
+        } else {
+            sameText_.setNumber(&name, place->second);
         }
+        return place->second;
     }
 
-    // Absent for a census without a name, or whose name no row has.
-    std::optional<std::size_t> row(const CensusBlock& census) {
-        if (&census != last_) {
-            last_ = &census;
-            lastRow_ = find(census.attributes.name);
+    [[nodiscard]] std::size_t size() const { return names_.size(); }
+    [[nodiscard]] const std::string& name(std::size_t number) const { return *names_[number]; }
+
+    // The numbers of the names in ascending order of the names.
+    [[nodiscard]] std::vector<std::size_t> sortedNumbers() const {
+        // The canonical form of each name is made once, not at every comparison.
+        std::vector<std::pair<std::string, std::size_t>> forms;
+        forms.reserve(names_.size());
+        for (std::size_t i = 0; i < names_.size(); ++i) {
+            forms.emplace_back(canonicalForm(*names_[i]), i);
         }
-        return lastRow_;
+        std::sort(forms.begin(), forms.end());
+        std::vector<std::size_t> numbers;
+        numbers.reserve(forms.size());
+        for (const auto& form : forms) numbers.push_back(form.second);
+        return numbers;
     }
 
   private:
-    [[nodiscard]] std::optional<std::size_t> find(const std::optional<SharedText>& name) const {
-        if (!name) return std::nullopt;
-        const std::size_t number = table_.find(*name);
-        return number < rowOf_.size() ? std::optional(rowOf_[number]) : std::nullopt;
-    }
-
-    NameTable table_;
-    std::vector<std::size_t> rowOf_;  // by number in the table
-    const CensusBlock* last_ = nullptr;
-    std::optional<std::size_t> lastRow_;
+    std::vector<const std::string*> names_;
+    std::unordered_map<std::string_view, std::size_t, CanonicalHash, CanonicalEqual> numbers_;
+    // Most names are met again as the very same shared text: no need to look at their bytes.
+    TextNumbers sameText_;
 };
 
 // A taxon that goes into a row, in the order of the taxa.
@@ -106,62 +125,63 @@ std::vector<Cell> ordered(const std::vector<Cell>& cells, std::size_t keys, Key 
 // sorted, and the rows made.
 class CountsBuilder {
   public:
-    explicit CountsBuilder(const std::vector<BlockPointer>& censuses)
-        : names_(censusNames(censuses)), rows_(names_) {
-        for (std::size_t i = 0; i < censuses.size(); ++i) {
-            const std::optional<std::size_t> row = rows_.row(*censuses[i]);
-            if (row && *row != i) ++result_.mergedCensuses;
-        }
-    }
-
-    template <class Taxa>
-    SparseCountsResult build(const Taxa& taxa) {
-        forEachRecord(taxa, [this](const CensusBlock* census, const TaxonRecord* record) {
-            add(census, record);
-        });
-        const Columns columns(table_);
-        fillRows(columns);
-        fillPooled(columns);
-        result_.taxonNames = columns.names;
-        result_.censusNames = std::move(names_);
+    SparseCountsResult build(const std::vector<BlockPointer>& censuses) {
+        gather(censuses);
+        sortNames();
+        fillRows();
         return std::move(result_);
     }
 
   private:
-    static NameList censusNames(const std::vector<BlockPointer>& censuses) {
-        NameList names;
-        names.reserve(censuses.size());
-        for (const BlockPointer& block : censuses) {
-            names.push_back(nameOrUnnamed(block->attributes.name));
+    // The row of a census is the first of its name.
+    void gather(const std::vector<BlockPointer>& censuses) {
+        NameTable rowNames;
+        std::vector<std::size_t> rows;  // by number in the table
+        for (const BlockPointer& census : censuses) {
+            const std::optional<SharedText>& name = census->attributes.name;
+            const std::size_t number = rowNames.add(nameOrUnnamed(name));
+            if (number == rows.size()) rows.push_back(result_.censusNames.size());
+            if (name && rows[number] != result_.censusNames.size()) ++result_.mergedCensuses;
+            result_.censusNames.push_back(nameOrUnnamed(name));
+            census->forEachTaxon([&](const TaxonRecord& taxon) {
+                add(taxon.values, name ? std::optional(rows[number]) : std::nullopt);
+            });
         }
-        return names;
     }
 
-    void add(const CensusBlock* census, const TaxonRecord* record) {
-        const bool named = record && record->values.name;
-        const std::size_t number = table_.add(named ? record->values.name->str() : unnamed());
+    void add(const TaxonValues& taxon, std::optional<std::size_t> row) {
+        const std::size_t number = table_.add(nameOrUnnamed(taxon.name));
         if (number == sums_.size()) sums_.emplace_back();
-        const std::optional<std::size_t> row = named ? rows_.row(*census) : std::nullopt;
-        if (named) sums_[number].add(record->values.abundance);
-        if (row) {
+        if (taxon.name) sums_[number].add(taxon.abundance);
+        if (taxon.name && row) {
             cells_.push_back({static_cast<std::uint32_t>(*row),
-                              static_cast<SparseCounts::Column>(number), record->values.abundance});
-        } else if (record) {
+                              static_cast<SparseCounts::Column>(number), taxon.abundance});
+        } else {
             ++result_.taxaInNoRow;
         }
     }
 
-    void fillRows(const Columns& columns) {
-        for (Cell& cell : cells_) cell.column = columns.columnOf[cell.column];
-        cells_ =
-            ordered(cells_, columns.names.size(), [](const Cell& cell) { return cell.column; });
-        cells_ = ordered(cells_, names_.size(), [](const Cell& cell) { return cell.row; });
-        result_.counts = SparseCounts(columns.names.size());
-        result_.counts.reserve(names_.size(), cells_.size());
+    void sortNames() {
+        std::vector<SparseCounts::Column> columnOf(table_.size());  // by number in the table
+        for (const std::size_t number : table_.sortedNumbers()) {
+            columnOf[number] = static_cast<SparseCounts::Column>(result_.taxonNames.size());
+            result_.taxonNames.push_back(table_.name(number));
+            result_.pooled.push_back(sums_[number].value());
+        }
+        for (Cell& cell : cells_) cell.column = columnOf[cell.column];
+    }
+
+    void fillRows() {
+        const std::size_t columns = result_.taxonNames.size();
+        const std::size_t rows = result_.censusNames.size();
+        cells_ = ordered(cells_, columns, [](const Cell& cell) { return cell.column; });
+        cells_ = ordered(cells_, rows, [](const Cell& cell) { return cell.row; });
+        result_.counts = SparseCounts(columns);
+        result_.counts.reserve(rows, cells_.size());
         std::vector<SparseCounts::Column> places;  // of one row
         CountsVector counts;
         auto cell = cells_.begin();
-        for (std::size_t row = 0; row < names_.size(); ++row) {
+        for (std::size_t row = 0; row < rows; ++row) {
             places.clear();
             counts.clear();
             for (; cell != cells_.end() && cell->row == row; ++cell) {
@@ -175,18 +195,8 @@ class CountsBuilder {
             }
             result_.counts.addRow(places, counts);
         }
-        cells_ = {};
     }
 
-    void fillPooled(const Columns& columns) {
-        result_.pooled.resize(sums_.size());
-        for (std::size_t number = 0; number < sums_.size(); ++number) {
-            result_.pooled[columns.columnOf[number]] = sums_[number].value();
-        }
-    }
-
-    NameList names_;
-    Rows rows_;
     NameTable table_;
     std::vector<SaturatingSum> sums_;  // by number in the table
     std::vector<Cell> cells_;          // column: a number in the table until the names are sorted
@@ -210,14 +220,6 @@ CountsVector fullCountsVector(const Census& census) {
     return counts;
 }
 
-NameList projectTaxonNames(const std::vector<Zorvel>& taxa) {
-    NameTable table;
-    forEachRecord(taxa, [&](const CensusBlock*, const TaxonRecord* record) {
-        table.add(record ? nameOrUnnamed(record->values.name) : unnamed());
-    });
-    return Columns(table).names;
-}
-
 NameList censusNameList(const std::vector<Census>& censuses) {
     NameList names;
     names.reserve(censuses.size());
@@ -227,31 +229,8 @@ NameList censusNameList(const std::vector<Census>& censuses) {
     return names;
 }
 
-CountsVector pooledCountsVector(const std::vector<Zorvel>& taxa) {
-    return buildSparseCounts(taxa, {}).pooled;
-}
-
-SparseCountsResult buildSparseCounts(const std::vector<Zorvel>& taxa,
-                                     const std::vector<Census>& censuses) {
-    std::vector<BlockPointer> rows;
-    rows.reserve(censuses.size());
-    for (const Census& census : censuses) rows.push_back(census.block());
-    return CountsBuilder(rows).build(taxa);
-}
-
 SparseCountsResult buildSparseCounts(const ObjectContext& context) {
-    const std::vector<BlockPointer> blocks = context.blocks();
-    return CountsBuilder(blocks).build(blocks);
-}
-
-CountsMatrixResult buildCountsMatrix(const std::vector<Zorvel>& taxa,
-                                     const std::vector<Census>& censuses) {
-    SparseCountsResult sparse = buildSparseCounts(taxa, censuses);
-    CountsMatrixResult result;
-    result.matrix = sparse.counts.dense();
-    result.taxonNames = std::move(sparse.taxonNames);
-    result.censusNames = std::move(sparse.censusNames);
-    return result;
+    return CountsBuilder().build(context.blocks());
 }
 
 }  // namespace zorvel

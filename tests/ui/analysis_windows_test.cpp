@@ -95,7 +95,7 @@ TEST_F(AnalysisWindowsTest, CurvesAreOfTheRecordsAsTheyWere) {
     censusTable().selectRows({2});
     drainJobs();
     const Census census = context().censuses()[2];
-    const CountsMatrix matrix = buildCountsMatrix(context().taxa(), context().censuses()).matrix;
+    const CountsMatrix matrix = buildSparseCounts(context()).counts.dense();
     const struct {
         const char* command;
         const char* title;
