@@ -66,7 +66,7 @@ double readQuota(const std::string& text) {
     return *value;
 }
 
-// Help and version stand in their options' callbacks, which run before anything is required.
+// Help and version are options with callbacks, which run before anything is required.
 void addCommonOptions(CLI::App& app, Call& call) {
     app.set_help_flag("-h,--help", "Print this help and exit");
     app.set_version_flag("--version", "zorvel-cli " ZORVEL_VERSION, "Print the version and exit");
@@ -119,7 +119,7 @@ void addFiles(CLI::App& sub, const Command& command, Call& call) {
         ->type_name("PROJECT");
 }
 
-// The common options that the command has no use for: its help does not list them.
+// The common options that the command refuses: its help does not list them.
 std::vector<const char*> refusedOptions(const Command& command) {
     if (command.import) return {"--size", "--quota", "--seed", "--json", "--output"};
     if (command.refusesJson) return {"--json"};
@@ -146,7 +146,7 @@ void addCommand(CLI::App& app, const Command& command, Call& call) {
     sub->callback([&call, &command] { call.command = &command; });
 }
 
-// A common option may stand on either side of the command, but once.
+// A common option may be before or after the command, but only once.
 void checkGivenOnce(const CLI::App& app, const CLI::App& sub) {
     for (const char* name : {"--kind", "--size", "--quota", "--seed", "--json", "--output"}) {
         if (app.count(name) + sub.count(name) > 1) {

@@ -1,6 +1,5 @@
 // One call of the tool as its arguments state it: which command, on which files, with which
-// options.
-// Reading the arguments touches neither files nor the console.
+// options. Reading the arguments uses neither files nor the console.
 #pragma once
 
 #include <cstdint>
@@ -19,7 +18,7 @@ enum class ExitCode { success = 0, failure = 1, wrongCall = 2 };
 
 struct Call {
     const Command* command = nullptr;
-    std::vector<std::string> files;  // one, or for import at least one; "-": standard input
+    std::vector<std::string> files;  // one, for import at least one; "-": standard input
     std::optional<FileKind> kind;
     std::int64_t size = 50;  // specimens or censuses to rarefy to, at least 1
     double quota = 0.8;      // of SQS; finite
@@ -35,8 +34,8 @@ struct Call {
 // wrong with the call on standard error.
 struct Reply {
     ExitCode code = ExitCode::success;
-    std::string text;  // for standard error one line, without its line feed, as messages are
-    std::string hint;  // for standard error the line after it
+    std::string text;  // on standard error one line, without its line feed
+    std::string hint;  // on standard error the line after it
 };
 
 // As --kind names it.

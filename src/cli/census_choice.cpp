@@ -38,8 +38,8 @@ std::size_t editDistance(const std::string& from, const std::string& to) {
     return row[to.size()];
 }
 
-// A name that holds the other whole, on either side, is as close as one that is a letter off; every
-// name holds the empty one, which says nothing.
+// A name that contains the other one is as close as one with a letter changed. The empty name,
+// which every name contains, does not count.
 std::size_t distanceBetween(const std::string& name, const std::string& target) {
     const bool holds =
         !name.empty() && !target.empty() &&
@@ -47,7 +47,7 @@ std::size_t distanceBetween(const std::string& name, const std::string& target) 
     return holds ? 1 : editDistance(name, target);
 }
 
-// The closest first, in the file's order among equals.
+// The closest first; among equals in the file's order.
 NameList closeNames(const NameList& names, const std::string& wanted) {
     const std::string target = lowered(wanted);
     const std::size_t farthest = std::max<std::size_t>(1, target.size() / 3);

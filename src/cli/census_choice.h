@@ -10,9 +10,9 @@
 
 namespace zorvel::cli {
 
-// The place of the first census of this name (canonically equal), or of the first census where no
-// name is asked for. The problem of a name that no census has tells the names closest to it, or
-// else the first ones. names: at least one.
+// The place of the first census of this name (canonically equal), or of the first census if no name
+// is given. If no census has the name, the problem lists the closest names, or else the first ones.
+// names: at least one.
 Result<std::size_t> chooseCensus(const NameList& names, const std::optional<std::string>& wanted);
 
 }  // namespace zorvel::cli

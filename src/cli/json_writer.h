@@ -1,7 +1,6 @@
-// Writes JSON (RFC 8259) as it comes, without a tree in memory: each element of the outermost array
-// or object on a line of its own, what is inside on that line. UTF-8 stays as it is; numbers are
-// the shortest that read back the same, null where not finite. The caller sees to it that keys and
-// values alternate and that what it begins it ends.
+// Writes JSON (RFC 8259) as a stream, without a tree in memory: each element of the outermost array
+// or object is on a line of its own. UTF-8 stays as it is; numbers are the shortest that read back
+// the same, null if not finite. The caller must alternate keys and values and end what it begins.
 #pragma once
 
 #include <cstdint>
@@ -28,7 +27,7 @@ class JsonWriter {
     void boolean(bool value);
     void null();
 
-    // A key with its value; null where the value is absent.
+    // A key with its value; null if the value is absent.
     void field(std::string_view name, std::string_view text);
     void field(std::string_view name, double value);
     void field(std::string_view name, std::int64_t value);
@@ -51,7 +50,7 @@ class JsonWriter {
 
     Output& output_;
     int depth_ = 0;
-    bool first_ = true;      // nothing stands yet in the innermost array or object
+    bool first_ = true;      // the innermost array or object is empty
     bool afterKey_ = false;  // a value follows on the same line
 };
 

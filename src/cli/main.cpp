@@ -15,7 +15,7 @@
 namespace zorvel::cli {
 namespace {
 
-// A file opened later must not take the number of a standard stream that the caller has closed.
+// A file opened later must not get the number of a standard stream that the caller has closed.
 void occupyStandardStreams() {
     int descriptor = 0;
     do {
@@ -27,7 +27,7 @@ void occupyStandardStreams() {
 ExitCode end(Output& output) {
     const std::optional<Problem> problem = output.finish();
     if (!problem) return ExitCode::success;
-    // The reader of a pipe that has seen enough needs no message.
+    // A reader that has closed its pipe needs no message.
     if (problem->systemError != EPIPE) tell(problem->message);
     return ExitCode::failure;
 }

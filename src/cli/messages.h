@@ -1,5 +1,5 @@
-// What the tool says on standard error: one line at a time, each written by one system call where
-// the system allows. Called from the main thread.
+// The messages of the tool on standard error, one line at a time, each by one system call if the
+// system allows. Main thread.
 #pragma once
 
 #include <string>
@@ -9,13 +9,13 @@
 
 namespace zorvel::cli {
 
-// As terminalLine() makes it: names and cells may hold anything.
+// Escaped by terminalLine(): names and cells may contain anything.
 void tell(std::string_view message);
 
 // "FILE:LINE:CELL: MESSAGE", without the numbers that are not known.
 void tellAt(std::string_view file, TextPlace place, std::string_view message);
 
-// How a file is called in messages: "<stdin>" for "-".
+// The name of a file in messages: "<stdin>" for "-".
 std::string shownFile(const std::string& file);
 
 // Console lines of the engine go to standard error from now on, each after the prefix.

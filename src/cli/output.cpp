@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::size_t chunkSize = std::size_t{1} << 16;
 
-// As a project, or as what SQLite keeps beside one.
+// As a project or a file that SQLite keeps beside one.
 bool isNamedAsProject(std::string_view path) {
     for (const std::string_view ending : {"-journal", "-wal", "-shm"}) {
         if (path.ends_with(ending)) path.remove_suffix(ending.size());

@@ -12,8 +12,8 @@ namespace zorvel::cli {
 
 class Output {
   public:
-    // Absent or "-": standard output. A project, or what is named like one, is no place for a
-    // result: failed() then is true from the start.
+    // Absent or "-": standard output. A project, or a file named like one, is not replaced:
+    // failed() then is true from the start.
     explicit Output(std::optional<std::string> path);
 
     void write(std::string_view text);
@@ -21,11 +21,11 @@ class Output {
     void write(const ByteProducer& produce);
     void write(char byte) { write(std::string_view(&byte, 1)); }
 
-    // True once it is known that the result cannot be written: what follows is dropped.
+    // The result cannot be written: all that follows is dropped.
     [[nodiscard]] bool failed() const { return problem_.has_value(); }
 
-    // Must be called once, last. The problem names the file; its system error is EPIPE where a
-    // reader went away.
+    // Call once, last. The problem names the file; its system error is EPIPE if the reader has
+    // closed the pipe.
     [[nodiscard]] std::optional<Problem> finish();
 
   private:

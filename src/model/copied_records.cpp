@@ -1,6 +1,6 @@
-// A copy is a heading and then items, each a letter with what belongs to it: a name, which has the
-// next number from 0 on; a census; a taxon of the census before it; the end. Numbers are in little
-// endian, a text is its length and its bytes.
+// A copy is a heading and items, each a letter and its contents: a name (numbered from 0), a
+// census, a taxon of the census before it, or the end. Numbers are little endian; a text is its
+// length and its bytes.
 #include "model/copied_records.h"
 
 #include <bit>
@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::string_view heading = "zorvel records 1\n";
 
-// What a record has, as bits.
+// The parts of a record, as bits.
 constexpr std::uint64_t hasName = 1;
 constexpr std::uint64_t hasNotes = 2;
 constexpr std::uint64_t hasTime = 4;
@@ -24,7 +24,7 @@ std::uint64_t flag(std::uint64_t what, bool on) {
     return on ? what : 0;
 }
 
-// Takes what is read from the front of the bytes. Once something is missing, all else is.
+// Reads from the front of the bytes. After the first failure everything fails.
 class CopyReader {
   public:
     explicit CopyReader(std::string_view bytes) : rest_(bytes) {}
@@ -50,7 +50,7 @@ class CopyReader {
         return number;
     }
 
-    // Of no bit but these.
+    // Fails if another bit is set.
     std::uint64_t flags(std::uint64_t known) {
         const std::uint64_t flags = number(1);
         if ((flags & ~known) != 0) good_ = false;
@@ -107,7 +107,7 @@ void RecordCopy::append(std::uint64_t number, int bytes) {
 
 void RecordCopy::append(const SharedText& text) {
     append(text.view().size(), 4);
-    // One that is too long for its length makes the copy too long as well.
+    // A text too long for its length field makes the copy too long as well.
     bytes_ += text.view();
 }
 

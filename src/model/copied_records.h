@@ -1,6 +1,6 @@
-// Censuses and species on their way from one project to another, perhaps of another run of the
-// program: all that a record holds, where text for a spreadsheet holds what a table shows. Whoever
-// fills the clipboard may have written the bytes, so that reading them takes all or nothing.
+// Copied censuses and species as bytes for the clipboard, with everything that a record has, for
+// this or another run of the program. Any program may have written the bytes, so reading takes all
+// or nothing. Any thread.
 #pragma once
 
 #include <cstddef>
@@ -15,16 +15,16 @@
 
 namespace zorvel {
 
-// Species without their census are those of one census whose attributes mean nothing.
+// Species copied without their census are in one census without attributes.
 struct CopiedCensus {
     CensusAttributes attributes;
     std::vector<TaxonValues> taxa;
 };
 
-// Far above any table, and far below what would stop the window for long.
+// Larger than any table, and small enough not to block the window for long.
 inline constexpr std::size_t longestCopy = std::size_t{64} * 1024 * 1024;  // bytes
 
-// Writes a copy. Names must live until it is done: one that stands in many records is written once.
+// Writes a copy. Names must exist until it is done: each is written once.
 class RecordCopy {
   public:
     RecordCopy();
@@ -32,7 +32,7 @@ class RecordCopy {
     // Of the census added last; there must be one.
     void addTaxon(const TaxonValues& taxon);
     void addTaxa(const CensusBlock& census);
-    // Absent where the copy is longer than longestCopy. Nothing is added afterwards.
+    // Absent if the copy is longer than longestCopy. Call last.
     [[nodiscard]] std::optional<std::string> take();
 
   private:
@@ -45,7 +45,7 @@ class RecordCopy {
     std::unordered_map<const std::string*, std::uint32_t> names_;
 };
 
-// In the order in which they were added. Absent where the bytes are anything but a whole copy.
+// In the order in which they were added. Absent if the bytes are no complete copy.
 std::optional<std::vector<CopiedCensus>> readCopiedRecords(std::string_view bytes);
 
 }  // namespace zorvel

@@ -1,6 +1,6 @@
-// A project: its object context, and the numeric inputs of every analysis made from its records.
-// The analyses never see records. Every operation reads afresh; nothing is cached. The operations
-// on lists of records run alike on a live context and on a frozen copy.
+// A project: its object context and its window, and the numeric inputs that the analyses get from
+// its records. Nothing is cached. Functions of a context or census also take a frozen copy, on any
+// thread.
 #pragma once
 
 #include <functional>
@@ -39,11 +39,10 @@ struct SparseCountsResult {
     std::size_t taxaInNoRow = 0;
 };
 
-// Stands for a missing name in both name lists.
+// Replaces a missing name in both name lists.
 inline constexpr const char* unnamedName = "unnamed";
 
-// The abundances of the census's taxa, whatever they are: of those whose include flag is set, or of
-// all. Empty without taxa.
+// The abundances of the census's taxa: of those whose include flag is set, or of all.
 CountsVector includedCountsVector(const Census& census);
 CountsVector fullCountsVector(const Census& census);
 
@@ -55,14 +54,14 @@ SparseCountsResult buildSparseCounts(const ObjectContext& context);
 
 class DiversityDocument {
   public:
-    // Changes are announced at the ends of the turns, which must outlive the document; without them
-    // somebody must call announceChanges() of the context.
+    // Changes are announced at the end of each turn; without turns the caller calls
+    // announceChanges(). turns must outlive the document.
     explicit DiversityDocument(TurnEnd* turns = nullptr);
     ~DiversityDocument();
     DiversityDocument(const DiversityDocument&) = delete;
     DiversityDocument& operator=(const DiversityDocument&) = delete;
 
-    // The names of the records and their attributes wherever text has them, as in JSON.
+    // The names of records and attributes in text, such as JSON.
     static constexpr const char* kTaxonEntity = "Zorvel";
     static constexpr const char* kTaxonAbundanceKey = "abundance";
     static constexpr const char* kTaxonIncludeKey = "include";
@@ -83,25 +82,25 @@ class DiversityDocument {
     [[nodiscard]] std::vector<Census> fetchCensuses() const { return context_->censuses(); }
     [[nodiscard]] std::vector<Zorvel> fetchTaxa() const { return context_->taxa(); }
 
-    // The window of the project: makeView makes it and returns its main view, or null where there
-    // is none. The view's formatter then learns the names of the project, and hears of each change.
-    // A view that goes before the project is told by forgetMainView().
+    // Calls makeView, which makes the window and returns its main view, or null for none. The
+    // view's formatter then learns the names of the project and each change. Call forgetMainView()
+    // before the view is destroyed.
     void makeWindowControllers(const std::function<MainView*()>& makeView);
     void forgetMainView();
 
     // Null without a window.
     [[nodiscard]] MainView* documentMainViewController() const { return mainView_; }
-    // The formatter knows the names of all taxa that have one, and no others.
+    // Replaces the formatter's names by those of all taxa.
     void reloadTaxonNames();
 
-    // Commands for the main view; without one they do nothing.
+    // Commands of the main view; without one they do nothing.
     void addCensus();
     void deleteCensus();
     void addSpecies();
     void deleteSpecies();
 
   private:
-    // Shared with the turn's end that is on its way, which may come after the document has gone.
+    // Shared with pending announcements, which may come after the document is destroyed.
     std::shared_ptr<ObjectContext> context_ = std::make_shared<ObjectContext>();
     MainView* mainView_ = nullptr;
     std::optional<ObjectContext::ObserverId> formatterObserver_;

@@ -16,8 +16,7 @@
 
 namespace zorvel {
 
-// As typed into a cell. Line breaks, tabs and other control characters become spaces, white space
-// at the ends goes; what is then empty is stored as no name.
+// The name as typed; see typedName() for what is stored.
 void editName(ObjectContext& context, const Census& census, std::string_view typed);
 void editName(ObjectContext& context, const Zorvel& taxon, std::string_view typed);
 
@@ -31,10 +30,10 @@ void editTimeStamp(ObjectContext& context, const Census& census, std::optional<T
 
 Census addCensus(ObjectContext& context);
 Zorvel addTaxon(ObjectContext& context, const Census& census);
-// As many as there are, in order, at the end of the census: one step. Names are stored as they are.
+// All of them, in order, at the end of the census. Names are stored as they are.
 std::vector<Zorvel> pasteTaxa(ObjectContext& context, const Census& census,
                               std::vector<TaxonValues> taxa);
-// The same of censuses, at the end of the project.
+// All of them, at the end of the project.
 std::vector<Census> pasteCensuses(ObjectContext& context, std::vector<CopiedCensus> copied);
 void deleteCensuses(ObjectContext& context, const std::vector<Census>& censuses);
 void deleteTaxa(ObjectContext& context, const std::vector<Zorvel>& taxa);

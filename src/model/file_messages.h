@@ -1,4 +1,4 @@
-// The words for what is wrong with a project file, for the window and the command-line tool alike.
+// The messages about a project file that cannot be used, for both programs. Any thread.
 #pragma once
 
 #include <string>
@@ -7,12 +7,11 @@
 
 namespace zorvel {
 
-// Sentences in English without the file's name, which goes before them with a colon: what is wrong,
-// what it means for the data, and what to do about it.
+// Sentences to follow the file's name and a colon: what is wrong, what it means for the data, and
+// what to do.
 const char* fileTroubleText(FileTrouble trouble);
 
-// The sentence, and in brackets the detail and the system's own words for its error where they say
-// more.
+// The sentences, then in brackets the detail and the system's words for its error, if any.
 std::string fileMessage(const FileProblem& problem);
 
 }  // namespace zorvel

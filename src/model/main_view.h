@@ -24,8 +24,8 @@ class MainView {
     virtual void addSpeciesRow() = 0;
     virtual void deleteSpeciesRows() = 0;
 
-    // Something runs in the background: the text says what. It can be given up by cancel(), where
-    // there is one. Each start is told to stop by the number that it got.
+    // Shows the text while something runs in the background; cancel() may be null. stopProgress()
+    // takes the number that the start returned.
     using ProgressId = int;
     virtual ProgressId startProgress(std::string_view text, std::function<void()> cancel) = 0;
     virtual void stopProgress(ProgressId progress) = 0;

@@ -23,7 +23,7 @@ struct Row {
     std::vector<std::string> cells;
 };
 
-// Reads cells one after the other.
+// Reads one cell after another.
 class Cells {
   public:
     explicit Cells(std::string_view text) : rest_(text) {}
@@ -48,7 +48,7 @@ class Cells {
         return cell;
     }
 
-    // Only what is quoted as a whole: a name may begin with a quote.
+    // Only if the whole cell is quoted: a name may begin with a quote.
     std::optional<std::string> quotedCell() {
         if (!rest_.starts_with('"')) return std::nullopt;
         std::string cell;
@@ -83,7 +83,7 @@ class Cells {
     std::string_view rest_;
 };
 
-// The rows that hold anything, without the empty cells at their right ends.
+// The rows that are not empty, without empty cells at their right ends.
 std::vector<Row> filledRows(std::string_view text) {
     std::vector<Row> rows;
     Cells cells(text);

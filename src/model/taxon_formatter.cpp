@@ -6,7 +6,7 @@
 namespace zorvel {
 
 namespace {
-constexpr std::size_t taxaAtOnce = 4096;  // about 4 ms where every name is a new one
+constexpr std::size_t taxaAtOnce = 4096;  // about 4 ms if every name is new
 }
 
 const TaxonFormatter::Names& TaxonFormatter::taxonNames() {
@@ -54,7 +54,7 @@ bool TaxonFormatter::isPartialStringValid(std::string& partial, std::optional<Te
     if (partial.empty() || !proposed) return true;
     if (proposed->location == originalSelection.location) return true;
     if (*proposed != TextRange{partial.size(), 0}) return true;
-    // The name itself, where it is known, stands before all longer ones.
+    // A name comes before all longer ones that begin with it.
     const auto name = taxonNames_.lower_bound(partial);
     if (name == taxonNames_.end() || !name->starts_with(partial)) return true;
     if (name->size() == partial.size() || !isGraphemeBoundary(*name, partial.size())) return true;

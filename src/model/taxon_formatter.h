@@ -1,6 +1,6 @@
-// Completes what is typed into a species name from the names already used in the project. The
-// editor of the cell drives it: it asks before it takes an edit, and shows what comes back. Places
-// and lengths are in bytes of UTF-8. Main thread.
+// Completes a species name while it is typed, from the names already used in the project. The
+// editor of the cell calls it before it accepts an edit. Places and lengths are in bytes of UTF-8.
+// Main thread.
 #pragma once
 
 #include <cstddef>
@@ -29,24 +29,23 @@ class TaxonFormatter {
   public:
     using Names = std::set<std::string, std::less<>>;
 
-    // Known names in order; one that begins with what is typed is found without a scan. Learns what
-    // waits.
+    // Known names in order. Learns all waiting names first.
     [[nodiscard]] const Names& taxonNames();
     void setTaxonNames(Names names) { taxonNames_ = std::move(names); }
     void addTaxonNames(const Names& names) { taxonNames_.insert(names.begin(), names.end()); }
 
-    // Every name of a taxon that came or changed becomes known: at once, but for those of many taxa
-    // in new censuses, which wait. None is ever forgotten.
+    // Learns the names of new and changed taxa: at once, except that many taxa of new censuses
+    // wait. No name is ever forgotten.
     void updatedTaxonNotification(const ChangeSet& changes);
-    // Learns for a few milliseconds from what waits. Whether more waits: call again soon.
+    // Learns waiting names for a few milliseconds. True if more are waiting: call again soon.
     bool learnSome();
 
-    // Whether the text stands as it was typed. If not, partial has become the completion and
-    // proposed the part of it that was not typed, to be selected so that typing on replaces it.
+    // True if the text stays as it was typed. If not, partial is now the completion and proposed
+    // the part of it that was not typed, to be selected so that further typing replaces it.
     // proposed: the selection after the edit; originalSelection: the one before it. Nothing is
     // completed when the edit did not move the caret forward (a deletion), when the caret is not at
-    // the end, or when the name goes on within the character that was typed last (an accent). Case
-    // counts. Of several names the first in order is proposed.
+    // the end, or when the name continues within the last character typed (an accent). Case counts.
+    // Of several names the first in order is proposed.
     bool isPartialStringValid(std::string& partial, std::optional<TextRange>& proposed,
                               std::string_view original, TextRange originalSelection) const;
 
@@ -55,7 +54,7 @@ class TaxonFormatter {
 
     Names taxonNames_;
     std::deque<std::shared_ptr<const TaxonChunk>> waiting_;
-    // In the turn: most names are met again as the very same shared text.
+    // Within one call: most names are the very same shared text.
     std::unordered_set<const std::string*> seen_;
 };
 

@@ -56,20 +56,19 @@ bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
-// Of any size, perhaps one that no number of the program holds.
+// Of any size, even beyond 64 bits.
 bool isWholeNumber(std::string_view text) {
     if (text.starts_with('-') || text.starts_with('+')) text.remove_prefix(1);
     return !text.empty() && std::all_of(text.begin(), text.end(), isDigit);
 }
 
-// What the signs of degrees, minutes and seconds are reduced to: no letters, which tell
-// hemispheres.
+// Plain signs for degrees, minutes and seconds; no letters, which stand for hemispheres.
 constexpr char degreeSign = '\1';
 constexpr char minuteSign = '\2';
 constexpr char secondSign = '\3';
 
-// Signs of all kinds as those three, a decimal comma as a point, the minus sign of typography as
-// that of the keyboard.
+// All variants of the signs as those three, a decimal comma as a point, a typographic minus sign as
+// a hyphen.
 std::string plainCoordinate(std::string_view text) {
     struct Sign {
         std::string_view bytes;
@@ -92,7 +91,7 @@ std::string plainCoordinate(std::string_view text) {
     return plain;
 }
 
-// Takes the letter of the hemisphere off either end; 1 or -1, or 0 where there is none.
+// Removes the letter of the hemisphere from either end; 1 or -1, or 0 if there is none.
 int takeHemisphere(std::string_view& text, char positive, char negativeLetter) {
     const auto signOf = [&](char c) {
         const char upper = static_cast<char>(c & ~0x20);
@@ -110,7 +109,7 @@ int takeHemisphere(std::string_view& text, char positive, char negativeLetter) {
     return 0;
 }
 
-// The next number and its unit, if it has the syntax of one; fraction tells whether it has a point.
+// The next number and its unit; fraction: it has a decimal point.
 struct Part {
     double value = 0;
     bool fraction = false;
@@ -131,7 +130,7 @@ std::optional<Part> takePart(std::string_view& text, char unit) {
     return part;
 }
 
-// Degrees, and minutes and seconds where they are given.
+// Degrees, with or without minutes and seconds.
 std::optional<double> sexagesimal(std::string_view text) {
     const std::optional<Part> degrees = takePart(text, degreeSign);
     if (!degrees) return std::nullopt;
@@ -163,7 +162,7 @@ std::optional<double> coordinate(std::string_view typed, double limit, char posi
     return minus || hemisphere < 0 ? -*value : *value;
 }
 
-// As many digits as there are, least to most, as a number; moves past them.
+// The next digits, least to most of them, as a number; moves past them.
 std::optional<std::int64_t> takeNumber(std::string_view& text, std::size_t least,
                                        std::size_t most) {
     std::size_t length = 0;
@@ -286,7 +285,7 @@ Typed<std::optional<TimeStamp>> parseTypedTime(std::string_view text) {
 }
 
 std::string typedTimeText(TimeStamp time) {
-    // By division: the whole second before the first time stamps has no time stamp itself.
+    // By division: a whole second may lie before the first time stamp.
     constexpr std::int64_t perSecond = 1'000'000;
     const std::int64_t count = time.time_since_epoch().count();
     const std::int64_t fraction = (count % perSecond + perSecond) % perSecond;

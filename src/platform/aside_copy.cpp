@@ -12,11 +12,7 @@ void AsideCopy::write(std::shared_ptr<const ObjectContext> state, std::uint64_t 
                       const QString& name, const QString& path) {
     if (path_.isEmpty()) path_ = services_.untitled->claimNew(UntitledFolder::asideName(name));
     writing_ = true;
-    WriteOrder order;
-    order.holder = holder_;
-    order.state = std::move(state);
-    order.untitledPath = path_;
-    order.options.vfs = services_.settings.vfs;
+    const WriteOrder order{holder_, std::move(state), services_.settings.file, path_};
     services_.writer->start(
         this, [order, path] { return writeAside(order, path); },
         [this, holder = holder_, revision](const WriteOutcome& outcome) {
@@ -24,7 +20,7 @@ void AsideCopy::write(std::shared_ptr<const ObjectContext> state, std::uint64_t 
         });
 }
 
-// A copy that was taken away, or changed by another program, is made anew.
+// A copy that was deleted or changed by another program is made again.
 void AsideCopy::finishWrite(std::uint64_t revision, const WriteOutcome& outcome) {
     writing_ = false;
     const bool lost = outcome.problem && exists() && !canPassBy(outcome.problem->trouble);

@@ -1,4 +1,4 @@
-// A copy, in the folder of untitled projects, of a project whose own file takes no changes: it
+// A copy of a project whose own file cannot be written, in the folder of untitled projects. It
 // opens at the next start of the program, unless it is dropped before. Main thread.
 #pragma once
 
@@ -19,13 +19,13 @@ class AsideCopy : public QObject {
   public:
     explicit AsideCopy(const SaveServices& services) : services_(services) {}
 
-    // Brings the copy to that state, or makes it. Not while it is being written. didChange()
-    // follows. name, path: of the project.
+    // Makes the copy or brings it up to date; then didChange() follows. Not to be called while the
+    // copy is being written. name, path: of the project.
     void write(std::shared_ptr<const ObjectContext> state, std::uint64_t revision,
                const QString& name, const QString& path);
     [[nodiscard]] bool isWriting() const { return writing_; }
     [[nodiscard]] bool holds(std::uint64_t revision) const { return held_ == revision; }
-    // There is one, of some revision.
+    // There is a copy, of any revision.
     [[nodiscard]] bool exists() const { return held_.has_value(); }
     // Of the last write.
     [[nodiscard]] const std::optional<FileProblem>& problem() const { return problem_; }

@@ -15,7 +15,7 @@ namespace {
 
 const QString timeFormat = QStringLiteral("yyyy-MM-dd HH.mm.ss");
 
-// Time goes first: of all names, the newest is last.
+// By time first, whatever the name.
 bool isOlder(const Backup& a, const Backup& b) {
     if (a.time != b.time) return a.time < b.time;
     if (a.modified != b.modified) return a.modified < b.modified;
@@ -30,7 +30,7 @@ QString freePath(const QString& folder, const QString& stem) {
     return path;
 }
 
-// The one just made stays whatever its time: a clock that was set back makes it seem the oldest.
+// The backup just made stays: after the clock was set back it seems the oldest.
 void prune(const QString& folder, const QString& displayName, const QString& made) {
     std::vector<Backup> backups = backupsIn(folder);
     const auto isNoneOfThem = [&](const Backup& backup) {

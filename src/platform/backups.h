@@ -1,5 +1,6 @@
-// The backups of projects: a folder a project, in it files "NAME DATE TIME.zorvel". The newest ten
-// of a name are kept, so that of two copies of a project neither crowds out the other. Any thread.
+// The backups of projects: one folder per project with files "NAME DATE TIME.zorvel". The newest
+// ten of each name are kept, so that the backups of a copy do not replace those of the project. Any
+// thread.
 #pragma once
 
 #include <QDateTime>
@@ -26,8 +27,8 @@ struct Backup {
 // A copy of the file as it is on the disk now; then the oldest of that name are deleted.
 std::optional<FileProblem> makeBackup(ProjectFile& file, const BackupOrder& order);
 
-// Of every name that the project has had, oldest first; folder: the project's own. Waits for the
-// disk.
+// Under every name that the project has had, oldest first; folder: that of the project. Waits for
+// the disk.
 std::vector<Backup> backupsIn(const QString& folder);
 
 }  // namespace zorvel

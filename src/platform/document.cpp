@@ -31,7 +31,7 @@ Document::Document(TurnEnd& turns, const SaveServices& services, DocumentControl
     });
 }
 
-// As at opening: the saver is told afterwards what it has.
+// These records count as the state at opening and as saved.
 void Document::takeOver(ProjectRecords records) {
     ObjectContext& context = project_.objectContext();
     context.adopt(std::move(records));

@@ -1,7 +1,7 @@
-// One open project: its records, the file that they live in, and the saving of the one to the
-// other. Every change reaches the file within a second, written by one background thread; what
-// could not be written stays in memory and is tried again, at growing intervals. An untitled
-// project lives in a file in the user's data folder from its first edit on. Main thread.
+// One open project: its records, its file, and how the records get into the file. Every change is
+// written within a second, by one background thread; what could not be written stays in memory and
+// is tried again at growing intervals. An untitled project has a file in the user's data folder
+// from its first edit on. Main thread.
 #pragma once
 
 #include <QObject>
@@ -34,48 +34,48 @@ class Document : public QObject {
     // Of the project file; empty while untitled.
     [[nodiscard]] QString path() const { return saver_.path(); }
     [[nodiscard]] bool isUntitled() const { return path().isEmpty(); }
-    // Untitled, and never edited, or every edit undone: leaves no file, and gives way to an opened
-    // project.
+    // Untitled and never edited, or every edit undone: it leaves no file, and an opened project
+    // replaces it.
     [[nodiscard]] bool isUntouched() const;
 
     [[nodiscard]] SaveState saveState() const { return saver_.state(); }
     // Why it could not be written, or could not be opened for writing.
     [[nodiscard]] std::optional<FileProblem> problem() const { return saver_.problem(); }
 
-    // While the changes cannot be written: a copy in the user's data folder, which opens at the
-    // next start, holds all of them.
+    // While the changes cannot be written: a copy in the user's data folder has all of them and
+    // opens at the next start.
     [[nodiscard]] bool isKeptAside() const { return saver_.isKeptAside(); }
-    // A sentence on that copy, or on why there is none; empty where none was tried.
+    // A sentence about that copy, or why there is none; empty if none was needed.
     [[nodiscard]] QString asideNote() const;
 
-    // Writes at once what waits, instead of within a second.
+    // Writes unsaved changes at once instead of within a second.
     void saveSoon() { saver_.saveSoon(); }
 
-    // What is typed in open editors and is no change of the records yet: the drafts store it in
-    // each copy of the records that is written. Null for none. noteTyping() is called each time
-    // that it may have changed, and when an editor closes; it is in the file two seconds later.
+    // Text in open editors that is no change of the records yet: drafts stores it in each copy of
+    // the records that is written. Null for none. Call noteTyping() each time the text may have
+    // changed and when an editor closes; it is in the file two seconds later.
     void setDrafts(ObjectContext::Edits drafts) { saver_.setDrafts(std::move(drafts)); }
     void noteTyping() { saver_.noteTyping(); }
 
-    // A whole new file of that path, in place of one that is there, which the project lives in from
-    // then on; the untitled file that it lived in is deleted, another one stays as it was. On a
-    // problem all stays as it was. Calls done on the main thread, at once or later, with the
-    // problem or with none. A file that is open in another document is not replaced; the file that
-    // the project lives in is just written. Of several calls in a row the last one has its way.
+    // Makes a new file at the path, replacing one that is there; from then on it is the project's
+    // file. The old file stays as it was, or is deleted if the project was untitled. On a problem
+    // nothing changes. Calls done on the main thread, at once or later, with the problem or with
+    // none. A file that is open in another document is not replaced; the project's own file is just
+    // written. The last of several calls wins.
     void saveAs(const QString& path, Done done);
 
-    // Makes the records what they were at opening; this can be undone.
+    // Restores the records as they were at opening; this can be undone.
     [[nodiscard]] bool canRevert() const;
     void revertToOpening();
 
-    // Of the backups of this project, see backupsIn(); empty for an untitled one.
+    // Of the backups of this project, see backupsIn(); empty for an untitled project.
     [[nodiscard]] QString backupFolder() const;
 
   signals:
     void displayNameDidChange();
     void saveStateDidChange();
-    // There is no backup of what the file held at opening; the project itself is saved all the
-    // same. At most once a document; message: whole, for the person.
+    // There is no backup of the file as it was at opening; the project itself is saved all the
+    // same. At most once per document; message: complete, for the user.
     void backupDidFail(const QString& message);
 
   private:
@@ -89,7 +89,7 @@ class Document : public QObject {
     std::uint64_t openingRevision_ = 0;
     // While untitled.
     QString untitledName_;
-    // Untitled, but of contents that must not be lost.
+    // Untitled, but with contents that must not be lost.
     bool worthKeeping_ = false;
     DocumentSaver saver_;
 };

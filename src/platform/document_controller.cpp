@@ -35,8 +35,8 @@ DocumentController::DocumentController(JobQueue& jobs, Folders folders,
       services_{writer_.get(), settings, folders_.backups, &untitled_},
       untitled_(folders_.untitled) {}
 
-// What its own file does not take even now stays in its copy aside. A thread that hangs in a
-// disk is left to the end of the process, with all that it uses.
+// Changes that cannot be written even now stay in the copy aside. A thread that hangs in a disk is
+// left running until the process ends, with all that it uses.
 DocumentController::~DocumentController() {
     constexpr std::chrono::seconds patience(1);
     for (Document* document : documents()) close(*document);
@@ -75,7 +75,7 @@ QStringList DocumentController::recentPaths() const {
     return recent_.list();
 }
 
-// One look at a time: on a dead network it does not end.
+// One look at a time: on a dead network it never ends.
 void DocumentController::lookForRecentPaths() {
     if (std::exchange(lookingForRecent_, true)) return;
     jobs_.start(
@@ -152,7 +152,7 @@ void DocumentController::saveDocumentAs(Document& document, const QString& path,
         done(FileProblem{FileTrouble::other, reason, 0});
         return;
     }
-    // Not where the file has been renamed to that path since: it takes the new path then.
+    // A file that has been renamed to that path is made anew there, so that it gets the new path.
     const bool livesThere = holder != nullptr && !document.isUntitled() && !saver.isMakingFile() &&
                             fileIdentity(encodedPath(document.path())) == identity;
     if (livesThere && saver.state() != DocumentSaver::State::stuck) {
@@ -243,7 +243,7 @@ bool DocumentController::hasWorkToFinish() const {
                        [](const auto& closing) { return closing->saver_.isEnding(); });
 }
 
-// Timers do not run meanwhile: what became due, or found its file in use, is written from here.
+// Timers do not run meanwhile: files that were in use are tried again from here.
 std::vector<Document*> DocumentController::finish(std::chrono::milliseconds atMost) {
     for (Document* document : openAndClosing()) document->saver_.saveNow();
     QElapsedTimer timer;

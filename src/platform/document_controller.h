@@ -1,6 +1,5 @@
-// The open projects of this run: makes, opens, recovers and closes them, and knows the recent ones.
-// It owns the documents. Files are read and checked in the background; what comes of it is told by
-// signals. Main thread.
+// The open projects of this run: makes, opens, recovers, closes and owns them, and knows the recent
+// files. Files are read and checked in the background; signals report the results. Main thread.
 #pragma once
 
 #include <QObject>
@@ -36,41 +35,40 @@ class DocumentController : public QObject {
 
     // The queue, which reads files, must outlive the controller; writing has a thread of its own.
     DocumentController(JobQueue& jobs, Folders folders, const SaveSettings& settings = {});
-    // Closes what is open, as close() and finish() with a few seconds do.
+    // Closes what is open, like close() and finish() with a short wait.
     ~DocumentController() override;
 
     // An empty untitled project.
     Document& newDocument();
 
-    // Opens a project, or any text file of counts as an untitled project of what is in it. A
-    // project that is open already, by this path or another, is not opened twice: documentDidOpen
-    // tells of the one that is there. Exactly one of documentDidOpen and openDidFail follows, at
-    // once or later. kind: of a text file, guessed where there is none; what its format leaves out
-    // by its rules is told of by documentDidReadText after documentDidOpen.
+    // Opens a project, or a text file of counts as an untitled project. A project that is open
+    // already, by this path or another, is not opened twice: documentDidOpen names the document
+    // that is there. Exactly one of documentDidOpen and openDidFail follows, at once or later.
+    // kind: of a text file, guessed if absent; documentDidReadText then reports what its format
+    // leaves out.
     void open(const QString& path, std::optional<FileKind> kind = std::nullopt);
 
-    // Opens each untitled project that an earlier run has left and no other run has open now.
+    // Opens each untitled project that an earlier run left and no other run has open.
     void recover();
 
     // The records of a document, or of a backup, as a new untitled project.
     Document& duplicate(const Document& document);
     void openBackup(const QString& path, const QString& displayName);
 
-    // Forgets the document; what still waits is written first, in the background. An untitled
-    // project with edits is kept for the next run, or with discard deleted. What a closed document
-    // can no longer write to its file stays in its copy aside, of which changesWereKept() tells. Of
-    // a project with a file, discard drops what is not in it yet.
+    // Closes the document; unsaved changes are written first, in the background. An untitled
+    // project with edits is kept for the next run. Changes that cannot be written stay in the copy
+    // aside, and changesWereKept() follows. discard() drops unsaved changes and untitled projects.
     void close(Document& document);
     void discard(Document& document);
 
-    // For quitting: writes all that waits, and waits for it no longer than atMost. The documents
-    // whose last changes are not on the disk, closed ones too; empty where all is safe.
+    // For quitting: writes all unsaved changes and waits for that no longer than atMost. Returns
+    // the documents, closed ones too, whose last changes are not on the disk.
     std::vector<Document*> finish(std::chrono::milliseconds atMost);
 
     [[nodiscard]] std::vector<Document*> documents() const;
     // Paths of projects and text files, newest first; without those known to be missing.
     [[nodiscard]] QStringList recentPaths() const;
-    // Looks in the background which of them are still there; recentPathsDidChange() tells.
+    // Looks in the background which of them still exist; recentPathsDidChange() follows.
     void lookForRecentPaths();
     void clearRecentPaths();
 
@@ -79,12 +77,12 @@ class DocumentController : public QObject {
     void documentDidOpen(zorvel::Document* document, const QString& path);
     void documentDidReadText(zorvel::Document* document, const QString& path,
                              const zorvel::LeftOut& leftOut);
-    // message: whole, for the person, with the file's name.
+    // message: complete, for the user, with the file's name.
     void openDidFail(const QString& path, const QString& message);
     void recentPathsDidChange();
-    // message: whole, for the person, about a document that was closed.
+    // message: complete, for the user, about a document that was closed.
     void changesWereKept(const QString& message);
-    // After documentDidOpen, of a copy that was kept aside; message: whole, what it is.
+    // After documentDidOpen, for a copy that was kept aside; message: complete, what it is.
     void asideDidOpen(zorvel::Document* document, const QString& message);
 
   private:
@@ -92,8 +90,8 @@ class DocumentController : public QObject {
 
     enum class Source {
         any,
-        untitledFolder,  // one of the user's untitled projects, that was asked for
-        recovered,       // the same, found at the start
+        untitledFolder,  // one of the user's untitled projects, opened by the user
+        recovered,       // the same, found at start-up
         backup,
     };
     struct Request {
@@ -118,12 +116,12 @@ class DocumentController : public QObject {
     [[nodiscard]] bool isBeingRead(const FileIdentity& identity) const;
     // Of those that are open or closing.
     [[nodiscard]] Document* documentAt(const FileIdentity& identity) const;
-    // The one to show for that file, if any.
+    // The document to show for that file, if any.
     Document* reopened(const FileIdentity& identity);
 
     Document& addDocument(const QString& untitledName, const QString& untitledPath);
     Document& addUntitledCopy(ProjectRecords records, const QString& name);
-    // An untouched project keeps its name from a new one, but gives it up to one that is opened.
+    // An untouched project keeps its name when a new one is made, but not when one is opened.
     [[nodiscard]] QString freeUntitledName(bool forOpened) const;
     void noteRecent(const QString& path);
 
@@ -136,7 +134,7 @@ class DocumentController : public QObject {
     void saveDocumentAs(Document& document, const QString& path, Document::Done done);
     [[nodiscard]] QString backupFolderOf(const Document& document) const;
 
-    // Closing. A document that is closed stays until its file is let go of.
+    // Closing. A closed document exists until its file is closed.
     void beginClosing(Document& document, bool discard);
     void continueClosing(Document& document);
     [[nodiscard]] bool isClosing(const Document& document) const;
@@ -155,7 +153,7 @@ class DocumentController : public QObject {
     bool lookingForRecent_ = false;
     Owned documents_;
     Owned closing_;
-    Owned gone_;  // until the turn is over in which their files were let go of
+    Owned gone_;  // deleted in the next turn of the event loop
     std::vector<FileIdentity> reading_;
     std::vector<Request> waiting_;
 };

@@ -1,5 +1,6 @@
-// How the controller opens documents: a request is located by device and inode, waits while its
-// file is in other hands of this run, is read in the background, and becomes a document.
+// How the controller opens documents. A request is located by device and inode, waits while this
+// run is reading, making or closing the same file, is read in the background, and becomes a
+// document.
 #include <QFileInfo>
 #include <algorithm>
 #include <utility>
@@ -15,8 +16,8 @@ namespace zorvel {
 
 namespace {
 
-// What another run of the program does with a file of the shared folder is its own business.
-bool isOthersBusiness(FileTrouble trouble) {
+// Files of the shared folder that another run is using, or has removed, are skipped silently.
+bool isSkipped(FileTrouble trouble) {
     return trouble == FileTrouble::heldElsewhere || trouble == FileTrouble::busy ||
            trouble == FileTrouble::notFound;
 }
@@ -79,7 +80,7 @@ Document* DocumentController::documentAt(const FileIdentity& identity) const {
     return nullptr;
 }
 
-// A closed document that still waits for a disk to take its changes comes back as it is.
+// A closed document whose changes cannot be written yet is opened again as it is.
 Document* DocumentController::reopened(const FileIdentity& identity) {
     Document* document = documentAt(identity);
     if (!document || !isClosing(*document)) return document;
@@ -113,7 +114,7 @@ bool DocumentController::mustWait(const FileIdentity& identity) const {
                        [](const Document* document) { return document->saver_.isMakingFile(); });
 }
 
-// Each is located anew: its path may lead to another file by now.
+// Each is located again: its path may lead to another file by now.
 void DocumentController::resumeWaiting() {
     const auto stays = [this](const Request& request) {
         const Document* document = documentAt(*request.identity);
@@ -126,11 +127,9 @@ void DocumentController::resumeWaiting() {
 }
 
 void DocumentController::read(const Request& request) {
-    ProjectFileOptions options;
-    options.vfs = services_.settings.vfs;
     jobs_.start(
         this,
-        [request, options] {
+        [request, options = services_.settings.file] {
             if (request.source == Source::backup) {
                 return readCopy(request.path, request.shownName, options);
             }
@@ -161,7 +160,7 @@ void DocumentController::tellFailure(const Request& request, const FileReading& 
     if (request.source == Source::recovered) {
         untitled_.giveUp(request.shownName);
         const FileTrouble trouble = reading.problem->trouble;
-        if (isOthersBusiness(trouble) || !untitled_.shouldTell(request.shownName, trouble)) return;
+        if (isSkipped(trouble) || !untitled_.shouldTell(request.shownName, trouble)) return;
     }
     emit openDidFail(request.path, reading.failure);
 }

@@ -34,7 +34,7 @@ DocumentSaver::DocumentSaver(ObjectContext& context, const SaveServices& service
     connect(&typingTimer_, &QTimer::timeout, this, [this] { lookAtDrafts(); });
 }
 
-// The file is closed by the thread that writes it, whatever is said to its holder before.
+// The writing thread closes the file, after the jobs already started.
 DocumentSaver::~DocumentSaver() {
     if (!ending_) release(false);
 }
@@ -85,7 +85,7 @@ void DocumentSaver::noteChange() {
     emit stateDidChange();
 }
 
-// A project that has no file yet would get one in the same folder.
+// Not for a project without a file: its file would be in the same folder.
 void DocumentSaver::keepAside() {
     if (ending_ || !problem_ || !facts_ || aside_.isWriting() || isKeptAside()) return;
     if (context_.isStepOpen()) return asideTimer_.start(services_.settings.stepPoll);
@@ -104,7 +104,7 @@ void DocumentSaver::noteTyping() {
     if (!ending_ && !typingTimer_.isActive()) typingTimer_.start(services_.settings.typing);
 }
 
-// A draft that was given up leaves the file, too.
+// A draft that was given up is also removed from the file.
 void DocumentSaver::lookAtDrafts() {
     const bool drafted = drafts_ && context_.frozenCopy(drafts_)->revision() != 0;
     if (!drafted && !draftsWritten_) return;
@@ -143,7 +143,7 @@ void DocumentSaver::answerSaves() {
     for (const Done& done : std::exchange(asked_, {})) done(problem_);
 }
 
-// A step of undo is one transaction: its first half alone is not written.
+// A step of undo is one transaction: no part of it is written alone.
 void DocumentSaver::tick() {
     if (context_.isStepOpen()) {
         timer_.start(services_.settings.stepPoll);
@@ -162,24 +162,16 @@ void DocumentSaver::saveNow() {
     write();
 }
 
-std::optional<BackupOrder> DocumentSaver::backupOrder() const {
-    if (!backupDue_) return std::nullopt;
-    return BackupOrder{services_.backupFolder, projectName_};
-}
-
 void DocumentSaver::write() {
     dueNow_ = false;
     unsaved_ = true;
     writing_ = true;
     ++running_;
     writtenRevision_ = revision();
-    ProjectFileOptions options;
-    options.vfs = services_.settings.vfs;
+    WriteOrder order{holder_, stateToWrite(), services_.settings.file, untitledPath_};
+    if (backupDue_) order.backup = BackupOrder{services_.backupFolder, projectName_};
     services_.writer->start(
-        this,
-        [order = WriteOrder{holder_, stateToWrite(), untitledPath_, backupOrder(), options}] {
-            return writeProject(order);
-        },
+        this, [order = std::move(order)] { return writeProject(order); },
         [this](const WriteOutcome& outcome) { finishWrite(outcome); });
     emit stateDidChange();
 }
@@ -187,8 +179,8 @@ void DocumentSaver::write() {
 void DocumentSaver::finishWrite(const WriteOutcome& outcome) {
     --running_;
     writing_ = false;
-    takeFacts(outcome.facts);
-    // Where nothing was written either, the next try may still make the backup.
+    if (outcome.facts) facts_ = outcome.facts;
+    // If nothing was written either, the next try may still make the backup.
     const bool again = outcome.problem && outcome.backupProblem;
     if (!again && (!facts_ || !facts_->whyNotWritable)) backupDue_ = false;
     if (outcome.problem) {
@@ -199,10 +191,6 @@ void DocumentSaver::finishWrite(const WriteOutcome& outcome) {
     answerSaves();
     emit stateDidChange();
     if (outcome.backupProblem && !again) emit backupDidFail(*outcome.backupProblem);
-}
-
-void DocumentSaver::takeFacts(const std::optional<FileFacts>& facts) {
-    if (facts) facts_ = facts;
 }
 
 void DocumentSaver::succeed(std::uint64_t revision) {
@@ -254,14 +242,9 @@ void DocumentSaver::moveTo(const QString& path, Done done) {
     ++running_;
     ++moving_;
     timer_.stop();
-    MoveOrder order;
-    order.holder = holder_;
-    order.state = stateToWrite();
-    order.path = QFileInfo(path).absoluteFilePath();
-    order.deleteOldAt = untitledPath_;
-    order.options.vfs = services_.settings.vfs;
+    const WriteOrder order{holder_, stateToWrite(), services_.settings.file, untitledPath_};
     services_.writer->start(
-        this, [order] { return moveProject(order); },
+        this, [order, to = QFileInfo(path).absoluteFilePath()] { return moveProject(order, to); },
         [this, revision = revision(), done = std::move(done)](const WriteOutcome& outcome) {
             finishMove(revision, outcome);
             if (done) done(outcome.problem);
@@ -273,7 +256,7 @@ void DocumentSaver::finishMove(std::uint64_t revision, const WriteOutcome& outco
     --running_;
     --moving_;
     if (!outcome.problem) {
-        takeFacts(outcome.facts);
+        if (outcome.facts) facts_ = outcome.facts;
         untitledPath_.clear();
         backupDue_ = false;
         succeed(revision);
@@ -292,7 +275,7 @@ void DocumentSaver::release(bool discard) {
     asideTimer_.stop();
     discard ? aside_.drop() : aside_.letGo();
     ++running_;
-    // What was begun before may still make the file untitled, or give it a title.
+    // Taken now: jobs already started may still make or move the untitled file.
     const std::string untitled = discard ? encodedPath(untitledPath_) : std::string();
     services_.writer->start(
         this,

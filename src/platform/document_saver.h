@@ -1,6 +1,6 @@
-// When an open project is written: a moment after its first change, never twice at once, again at
-// growing intervals after a failure. It knows where the project lives and holds its file, which
-// the writing thread alone touches. Main thread.
+// Decides when an open project is written: soon after its first change, never twice at once, and
+// again at growing intervals after a failure. Owns the project's file, which only the writing
+// thread uses. Main thread.
 #pragma once
 
 #include <QObject>
@@ -22,27 +22,25 @@ namespace zorvel {
 class JobQueue;
 class UntitledFolder;
 
-// How soon documents are written, and again after a failure; and through which layer of SQLite. The
-// same for all documents of a run.
+// How soon documents are written, and tried again after a failure; the same for all documents of a
+// run.
 struct SaveSettings {
-    // From the first change that is not in the file to its writing.
+    // From the first unsaved change to its writing.
     std::chrono::milliseconds autosave{400};
-    // The same for what is typed in an open editor, until it becomes a change.
+    // From typing in an open editor until it counts as a change.
     std::chrono::milliseconds typing{1500};
-    // How often a writing that is due asks whether the open step of undo has ended.
+    // How often a write checks whether the open step of undo has ended.
     std::chrono::milliseconds stepPoll{50};
-    // Between tries of a file that another program is using just now; after busyTries of them it is
-    // a failure like any other.
+    // Between tries of a file that another program is using; after busyTries it is a failure.
     std::chrono::milliseconds busyRetry{100};
     int busyTries = 5;
-    // After the first failure; doubled with each that follows, up to the last.
+    // After the first failure; doubled with each one that follows, up to lastRetry.
     std::chrono::milliseconds firstRetry{1000};
     std::chrono::milliseconds lastRetry{60000};
-    // See ProjectFileOptions.
-    const char* vfs = nullptr;
+    ProjectFileOptions file;
 };
 
-// What the saving of all documents of a run has in common.
+// Shared by all documents of a run.
 struct SaveServices {
     JobQueue* writer = nullptr;  // of one thread
     SaveSettings settings;
@@ -50,7 +48,7 @@ struct SaveServices {
     UntitledFolder* untitled = nullptr;
 };
 
-// What ends by waiting, or by what the user does elsewhere; the rest needs another file.
+// Whether a later try may succeed; otherwise another file is needed.
 bool canPassBy(FileTrouble trouble);
 
 class DocumentSaver : public QObject {
@@ -64,17 +62,17 @@ class DocumentSaver : public QObject {
     };
     using Done = std::function<void(const std::optional<FileProblem>&)>;
 
-    // The context must outlive the saver, which takes its state for what need not be written.
+    // The context must outlive the saver; its state now counts as saved.
     DocumentSaver(ObjectContext& context, const SaveServices& services);
     ~DocumentSaver() override;
 
-    // The project was read from this file. An untitled project lives in its file without a title.
+    // The project was read from this file.
     void setFile(std::unique_ptr<ProjectFile> file, bool untitled);
     // Where an untitled project is made when it is first written.
     void setUntitledPath(const QString& path) { untitledPath_ = path; }
-    // The records are what the file holds.
+    // The records are what is in the file.
     void setSavedAsItIs() { savedRevision_ = revision(); }
-    // The project must get a file though nothing in it has changed.
+    // The project is written although nothing in it has changed.
     void keepAsItIs();
 
     // Of the project file; empty while untitled.
@@ -84,36 +82,36 @@ class DocumentSaver : public QObject {
     [[nodiscard]] const std::optional<FileFacts>& file() const { return facts_; }
     [[nodiscard]] State state() const;
     [[nodiscard]] std::optional<FileProblem> problem() const;
-    // There is something that the file lacks, announced or not.
+    // There are changes that are not in the file, announced or not.
     [[nodiscard]] bool isUnsaved() const;
-    // Something is under way in the writing thread.
+    // The writing thread works for this document.
     [[nodiscard]] bool isBusy() const { return running_ > 0 || aside_.isWriting(); }
-    // From the first failure on a copy is kept in the user's data folder, until the file takes the
-    // changes or the user discards them.
+    // From the first failure on, a copy is kept in the user's data folder, until the changes are in
+    // the file or the user discards them.
     [[nodiscard]] const AsideCopy& aside() const { return aside_; }
-    // It holds all there is.
+    // The copy has all changes.
     [[nodiscard]] bool isKeptAside() const { return aside_.holds(revision()); }
     // release() has been called.
     [[nodiscard]] bool isEnding() const { return ending_; }
-    // The file is being made or moved: nobody may open what lies there meanwhile.
+    // The file is being made or moved: it must not be opened meanwhile.
     [[nodiscard]] bool isMakingFile() const;
 
-    // To be called when the records have changed.
+    // Call when the records have changed.
     void noteChange();
     // See document.h.
     void setDrafts(ObjectContext::Edits drafts) { drafts_ = std::move(drafts); }
     void noteTyping();
     // For the names of backups and of the copy aside.
     void setProjectName(const QString& name) { projectName_ = name; }
-    // The writing that is due, now.
+    // Writes unsaved changes now.
     void saveSoon();
-    // The same, in the middle of a step of undo too; nothing where a write is running.
+    // The same, even within a step of undo; does nothing while a write is running.
     void saveNow();
-    // The same as saveSoon(), telling what has come of it.
+    // Like saveSoon(), and reports the result.
     void saveThen(Done done);
     void moveTo(const QString& path, Done done);
-    // Closes the file, when all that was begun before is done; then released() follows, and nothing
-    // is written any more. With discard an untitled project's file is deleted, and the copy aside.
+    // Closes the file when the jobs already started are done; then released() follows, and nothing
+    // is written any more. discard: deletes an untitled project's file and the copy aside.
     void release(bool discard);
 
   signals:
@@ -127,7 +125,7 @@ class DocumentSaver : public QObject {
     [[nodiscard]] std::uint64_t revision() const { return context_.revision() + draftRevision_; }
     [[nodiscard]] std::shared_ptr<const ObjectContext> stateToWrite();
     void lookAtDrafts();
-    // The same now, where it is due later.
+    // Calls lookAtDrafts() now if typing is pending.
     void settleDrafts();
     void keepAside();
     void asideDidChange();
@@ -135,12 +133,10 @@ class DocumentSaver : public QObject {
     void write();
     void finishWrite(const WriteOutcome& outcome);
     void finishMove(std::uint64_t revision, const WriteOutcome& outcome);
-    void takeFacts(const std::optional<FileFacts>& facts);
     void fail(const FileProblem& problem);
     void succeed(std::uint64_t revision);
     void retryLater();
     void answerSaves();
-    [[nodiscard]] std::optional<BackupOrder> backupOrder() const;
 
     ObjectContext& context_;
     const SaveServices& services_;
@@ -152,7 +148,7 @@ class DocumentSaver : public QObject {
 
     ObjectContext::Edits drafts_;
     QTimer typingTimer_;
-    bool draftsWritten_ = false;  // the state that was written last has some
+    bool draftsWritten_ = false;  // the state written last had some
     std::uint64_t draftRevision_ = 0;
 
     AsideCopy aside_;
@@ -161,7 +157,7 @@ class DocumentSaver : public QObject {
     QTimer timer_;
     std::uint64_t savedRevision_;
     bool unsaved_ = false;
-    // Jobs under way: at most one write, and any number of moves.
+    // Running jobs: at most one write, and any number of moves.
     int running_ = 0;
     int moving_ = 0;
     bool writing_ = false;

@@ -30,7 +30,7 @@ void JobQueue::relieve() {
     try {
         addThread();
     } catch (const std::system_error&) {
-        // The system has none to give now; it is asked again.
+        // The system has no thread now; this is tried again.
     }
 }
 
@@ -48,7 +48,7 @@ bool JobQueue::finishWrites(std::chrono::milliseconds atMost) {
         std::unique_lock lock(jobsMutex_);
         finished = jobsChanged_.wait_for(lock, atMost, [this] { return writes_ == 0; });
     }
-    // Each time one result, whose event brings the next.
+    // One result at a time: its event brings the next.
     while (hasMail()) QCoreApplication::sendPostedEvents(this, QEvent::User);
     return finished;
 }
@@ -70,7 +70,7 @@ void JobQueue::enqueue(QObject* receiver, std::function<void()> work, std::funct
 void JobQueue::runJobs() {
     while (std::optional<Job> job = nextJob()) {
         job->work();
-        job->work = nullptr;  // lets go of the inputs before the result is on its way
+        job->work = nullptr;  // the inputs are destroyed before the result is reported
         report(job->id);
         const std::lock_guard lock(jobsMutex_);
         --running_;
@@ -90,8 +90,8 @@ std::optional<JobQueue::Job> JobQueue::nextJob() {
     return job;
 }
 
-// Events are posted under the lock: what a worker wrote is ordered before the reader's look by this
-// mutex alone. One event is on its way exactly while there is mail.
+// Events are posted under the lock: this mutex alone orders the worker's writes before the reading.
+// One event is pending exactly while there is mail.
 void JobQueue::report(JobId id) {
     const std::lock_guard lock(mailMutex_);
     mail_.push_back(id);
@@ -112,8 +112,8 @@ std::optional<JobQueue::JobId> JobQueue::nextReport() {
     return id;
 }
 
-// One result an event: a delivery may run an event loop of its own, which the other results must
-// not wait for, or destroy this queue.
+// One result per event: a delivery may run an event loop of its own, which must not hold up the
+// other results, or destroy this queue.
 void JobQueue::customEvent(QEvent* /*event*/) {
     const std::optional<JobId> id = nextReport();
     if (!id) return;

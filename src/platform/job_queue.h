@@ -1,10 +1,8 @@
 // Runs work on background threads and brings the results back to the thread that owns the queue
 // (the main thread). Jobs start in the order given, finish in any order, and are never cancelled; a
-// result whose receiver has been destroyed is dropped. A job that hangs in a file, as on a dead
-// network, keeps its thread, and cannot be helped; those that wait behind it get another one.
-// Destroying the queue drops the jobs that
-// have not begun, waits for those that run, and delivers nothing more; whoever ends the program
-// first lets those finish that write what the person has asked for.
+// result whose receiver has been destroyed is dropped. A job that hangs, as in a file on a dead
+// network, keeps its thread; jobs that wait behind it get another one. Destroying the queue drops
+// the jobs that have not begun, waits for those that run, and delivers nothing more.
 #pragma once
 
 #include <QObject>
@@ -29,34 +27,34 @@ namespace zorvel {
 
 class JobQueue : public QObject {
   public:
-    // threads: at least 1; 0 stands for one a processor, and never fewer than two, so that a long
-    // job leaves room for short ones. patience: a thread more is started each time that jobs wait
-    // and none has begun for so long; 0: never.
+    // threads: 0 for one per processor, at least two, so that a long job leaves room for short
+    // ones. patience: one more thread is started each time jobs wait and none has begun for that
+    // long; 0: never.
     explicit JobQueue(unsigned threads = 0,
                       std::chrono::milliseconds patience = std::chrono::milliseconds(0));
     ~JobQueue() override;
 
     // work() runs on a worker: it must not throw, and must own all that it reads. deliver(result)
-    // runs later on this queue's thread, if receiver still lives then; it is also destroyed there,
+    // runs later on this queue's thread, if receiver still exists then; it is also destroyed there,
     // whether it was called or not. Call on this queue's thread.
     template <class Work, class Deliver>
     void start(QObject* receiver, Work work, Deliver deliver) {
         start(receiver, std::move(work), std::move(deliver), false);
     }
 
-    // The same for work that leaves something behind, such as a file: finishWrites() waits for it.
+    // The same for work that writes, such as a file: finishWrites() waits for it.
     template <class Work, class Deliver>
     void startWrite(QObject* receiver, Work work, Deliver deliver) {
         start(receiver, std::move(work), std::move(deliver), true);
     }
 
-    // Waits for the writes, but no longer than atMost, and delivers what has come by then. False
-    // where a write has not ended.
+    // Waits for the writes, but no longer than atMost, and delivers the results so far. False if a
+    // write has not ended.
     bool finishWrites(std::chrono::milliseconds atMost);
 
     // For quitting: drops the jobs that have not begun and waits for those that run, but no longer
-    // than atMost. False where one still runs (a file on a dead network never ends): the queue must
-    // then not be destroyed, which would wait on. No job may be started afterwards.
+    // than atMost. False if one still runs: the queue must then not be destroyed, which would wait
+    // for it. No job may be started afterwards.
     bool stop(std::chrono::milliseconds atMost);
 
   protected:
@@ -86,8 +84,8 @@ class JobQueue : public QObject {
     bool hasMail();
     std::optional<JobId> nextReport();
 
-    // What the owner's thread alone touches: a worker knows its job by number only, so that no
-    // receiver and no closure of the window is copied or destroyed elsewhere.
+    // Only the owner's thread uses these: a worker knows its job by number, so that no receiver and
+    // no closure of a window is copied or destroyed elsewhere.
     std::unordered_map<JobId, Delivery> deliveries_;
     JobId lastId_ = 0;
     std::vector<std::thread> threads_;

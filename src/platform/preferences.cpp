@@ -47,7 +47,7 @@ QByteArray archive(const QColor& color) {
     return QJsonDocument(QJsonObject{{"rgba64", parts}}).toJson(QJsonDocument::Compact);
 }
 
-// Not valid where the document is not such a colour.
+// Not valid if the document is no such colour.
 QColor colorOf(const QJsonDocument& document) {
     const QJsonArray parts = document.object().value("rgba64").toArray();
     if (parts.size() != 4) return {};

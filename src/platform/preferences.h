@@ -11,7 +11,7 @@
 
 namespace zorvel {
 
-// How a plot leaves the program other than as its PDF page.
+// How a plot is exported as an image.
 struct PlotImage {
     static constexpr double leastWidth = 1, mostWidth = 200;  // cm
     static constexpr int leastDpi = 36, mostDpi = 2400;
@@ -19,25 +19,25 @@ struct PlotImage {
     bool svg = false;     // PNG otherwise
     double widthCm = 16;  // on paper
     int dpi = 300;        // of PNG
-    bool titles = true;   // around the plot, also where it is printed or copied
+    bool titles = true;   // around the plot, also when printed or copied
 
     bool operator==(const PlotImage&) const = default;
 };
 
 class Preferences {
   public:
-    // Registers the defaults: 50, 0.8, 0.95, red. Once, at the program's start.
+    // Registers the defaults: 50, 0.8, 0.95, red. Call once, at start-up.
     void initializePreferences();
 
     // Specimens (or censuses) to which richness is rarefied.
     [[nodiscard]] std::int64_t rarefactionSize() const;
-    // Stores size, or 1 where it is less.
+    // Stores size, at least 1.
     static std::int64_t limitedSize(std::int64_t size);
     void setRarefactionSize(std::int64_t size);
 
     // Coverage at which shareholder quorum subsampling stops.
     [[nodiscard]] double sqsQuota() const;
-    // Stores 0.1 for a negative quota, 0.99 for one above 1, and any other as it is.
+    // Stores 0.1 for a negative quota, 0.99 for a quota above 1, and any other as it is.
     static double limitedQuota(double quota);
     void setSqsQuota(double quota);
 
@@ -45,12 +45,12 @@ class Preferences {
     [[nodiscard]] double confidence() const;
     void setConfidence(double confidence);
 
-    // Of the rarefaction curve, with its alpha. Red where the stored entry is none or no colour; a
-    // console line tells of one that cannot be read at all.
+    // Of the rarefaction curve, with its alpha. Red if the stored entry is no colour; one that
+    // cannot be parsed is reported on the console.
     [[nodiscard]] QColor plotColor() const;
     void setPlotColor(const QColor& color);
 
-    // As it was chosen last. What is stored beyond the limits reads as the default.
+    // As chosen last. Values beyond the limits read as the default.
     [[nodiscard]] PlotImage plotImage() const;
     void setPlotImage(const PlotImage& image);
 };

@@ -21,9 +21,9 @@ std::string originLink(const std::string& path) {
     return std::filesystem::path(path).replace_extension(".origin").string();
 }
 
-// Unlinked while it is held, so that no other run can take it up in between; and only if the path
-// still leads to the very file that is open.
-void letGo(std::unique_ptr<ProjectFile>& file, const std::string& deleteAt) {
+// Deleted while it is open, so that no other run can open it in between, and only if the path still
+// leads to this file.
+void closeFile(std::unique_ptr<ProjectFile>& file, const std::string& deleteAt) {
     if (file && !deleteAt.empty() && fileIdentity(deleteAt) == file->identity()) {
         ::unlink(deleteAt.c_str());
         ::unlink(originLink(deleteAt).c_str());
@@ -82,7 +82,7 @@ WriteOutcome writeAside(const WriteOrder& order, const QString& projectPath) {
     const bool isNew = !order.holder->file;
     WriteOutcome outcome = writeProject(order);
     if (isNew && !outcome.problem && !projectPath.isEmpty()) {
-        std::error_code ignored;  // the copy says less without it
+        std::error_code ignored;  // then the copy does not name its project
         std::filesystem::create_symlink(encodedPath(projectPath),
                                         originLink(encodedPath(order.untitledPath)), ignored);
     }
@@ -95,21 +95,21 @@ QString projectOfAside(const QString& path) {
     return error ? QString() : QFile::decodeName(project.c_str());
 }
 
-WriteOutcome moveProject(const MoveOrder& order) {
+WriteOutcome moveProject(const WriteOrder& order, const QString& path) {
     FileHolder& holder = *order.holder;
-    if (holder.file && fileIdentity(encodedPath(order.path)) == holder.file->identity()) {
+    if (holder.file && fileIdentity(encodedPath(path)) == holder.file->identity()) {
         holder.file.reset();
     }
     FileHolder fresh;
-    WriteOutcome outcome = makeFile(fresh, order.path, *order.state, order.options);
+    WriteOutcome outcome = makeFile(fresh, path, *order.state, order.options);
     if (outcome.problem) return outcome;
-    letGo(holder.file, encodedPath(order.deleteOldAt));
+    closeFile(holder.file, encodedPath(order.untitledPath));
     holder.file = std::move(fresh.file);
     return outcome;
 }
 
 void closeProject(FileHolder& holder, const std::string& deleteAt) {
-    letGo(holder.file, deleteAt);
+    closeFile(holder.file, deleteAt);
 }
 
 }  // namespace zorvel

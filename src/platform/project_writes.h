@@ -1,6 +1,6 @@
-// What is done to the file of an open project, one thing at a time, all on the thread that writes:
-// a write, the making of a new file, a move to another place, the end. Plain values go in and come
-// out. Writing thread, but for factsOf().
+// What the writing thread does with the file of an open project: write it, make a new one, move to
+// another path, close. Orders and outcomes are plain values. Writing thread, except where a comment
+// says otherwise.
 #pragma once
 
 #include <QString>
@@ -15,12 +15,12 @@
 namespace zorvel {
 
 // The open file of a document; none until an untitled project is first written. The main thread
-// holds on to it but never looks inside: only the writing thread does, and closes it.
+// keeps the holder alive; only the writing thread uses and closes the file.
 struct FileHolder {
     std::unique_ptr<ProjectFile> file;
 };
 
-// What the main thread knows of the file.
+// What the main thread knows about the file. Any thread.
 struct FileFacts {
     QString path;
     FileIdentity identity;
@@ -37,46 +37,38 @@ struct BackupOrder {
 struct WriteOrder {
     std::shared_ptr<FileHolder> holder;
     std::shared_ptr<const ObjectContext> state;
-    // Where the file is made, with its folder, if there is none yet.
+    ProjectFileOptions options;
+    // Where an untitled file and its folder are made if there is none yet; a move deletes it when
+    // the new file is safe, if it is still the project's file.
     QString untitledPath;
-    // Made of the file as it is, before it is written.
-    std::optional<BackupOrder> backup;
-    ProjectFileOptions options;
-};
-
-struct MoveOrder {
-    std::shared_ptr<FileHolder> holder;
-    std::shared_ptr<const ObjectContext> state;
-    QString path;
-    // Deleted once the new file is safe, if the project is still there; empty for nothing.
-    QString deleteOldAt;
-    ProjectFileOptions options;
+    // Made before the file is written; not by a move.
+    std::optional<BackupOrder> backup = std::nullopt;
 };
 
 struct WriteOutcome {
     std::optional<FileProblem> problem;
-    // Of a file that is new.
+    // Of a new file.
     std::optional<FileFacts> facts;
     std::optional<FileProblem> backupProblem;
 };
 
 WriteOutcome writeProject(const WriteOrder& order);
 
-// The same for a copy in the folder of untitled projects, of the project of that path, which the
-// copy remembers from its making to its deletion; empty for none.
+// The same for a copy in the folder of untitled projects. A link beside the copy leads to the
+// project of that path, until the copy is deleted; empty for none.
 WriteOutcome writeAside(const WriteOrder& order, const QString& projectPath);
-// The project whose copy lies at that path; empty where it is no such copy. Any thread.
+// The project whose copy is at that path; empty if it is no such copy. Any thread.
 QString projectOfAside(const QString& path);
 
-// Makes a new file of the state, in place of one of that path, and lets go of the one so far. After
-// a problem the project is still in the file so far; but one that is itself to be replaced is let
-// go of first.
-WriteOutcome moveProject(const MoveOrder& order);
+// Makes a new file of the state at the path, replacing one that is there, and closes the old file.
+// On a problem the old file stays the project's; only if it is itself to be replaced, it is closed
+// first.
+WriteOutcome moveProject(const WriteOrder& order, const QString& path);
 
-// Lets go of the file, and deletes it if it is the one of that path, and what the copy remembers.
+// Closes the file, and deletes it and the link beside it if it is the file of that path.
 void closeProject(FileHolder& holder, const std::string& deleteAt);
 
-// With the folders above it; nothing where it is there already.
+// With the folders above it; no problem if it exists already.
 std::optional<FileProblem> makeFolder(const QString& folder);
 
 }  // namespace zorvel

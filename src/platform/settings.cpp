@@ -43,7 +43,7 @@ void apply(const QMap<QString, QVariant>& changes, QMap<QString, QVariant>& valu
     }
 }
 
-// The latest damage is what somebody may want to mend.
+// Replaces an older copy.
 QString keepDamaged(const QString& path) {
     const QString copy = path + ".damaged";
     QFile::remove(copy);
@@ -58,7 +58,7 @@ QString keepDamaged(const QString& path) {
                      .arg(path);
 }
 
-// Empty where the file, or one in its place, may be read and written.
+// Empty if the file, or a new one in its place, may be read and written.
 QString reasonToRefuse(const QString& path) {
     const QFileInfo file(path);
     if (!file.exists()) return {};
@@ -168,11 +168,11 @@ SettingsFile::Outcome SettingsFile::exchange(const QString& path, const Values& 
     return outcome;
 }
 
-// What was set while the thread was at work is newer than the file.
+// Settings made while the thread was working are newer than the file.
 void SettingsFile::take(const Outcome& outcome) {
     isRunning_ = false;
     late_->stop();
-    // A look alone does not take back what was said.
+    // Reading alone does not withdraw a problem.
     if (!given_.isEmpty() || !outcome.problem.isEmpty()) setProblem(outcome.problem);
     if (!outcome.isStored) {
         given_.insert(changes_);

@@ -1,6 +1,6 @@
-// What the program keeps from run to run, by key. The values in memory are the store: a read or a
-// write never waits for a disk or for another program. A SettingsFile brings them into a file of
-// the user's; where there is none they last as long as the process. Main thread.
+// What the program keeps from run to run, by key. The values are in memory: a read or a write never
+// waits for a disk or for another program. A SettingsFile stores them in a file of the user;
+// without one they last as long as the process. Main thread.
 #pragma once
 
 #include <QMap>
@@ -21,17 +21,17 @@ void removeSetting(const QString& key);
 void clearSettings();
 
 // The file of the settings, read and written by a thread of its own. Programs that run at the same
-// time and store different keys lose nothing. A file that cannot be parsed is copied beside itself,
-// as NAME.damaged, before it is replaced. One that cannot be stored to is tried again with the next
-// setting, at refresh() and at finish(); until then the values are in memory alone. At most one a
+// time and store different keys lose nothing. A file that cannot be parsed is copied to
+// NAME.damaged before it is replaced. A file that cannot be written is tried again with the next
+// setting, at refresh() and at finish(); until then the values are only in memory. At most one per
 // process.
 class SettingsFile : public QObject {
     Q_OBJECT
   public:
     static QString userPath();
 
-    // Reads the file and waits for it, but no longer than patience; what comes later is taken then.
-    // After patience a setting that is not stored yet is a problem.
+    // Reads the file and waits for it, but no longer than patience; values that come later are
+    // taken then. A setting that is not stored after patience is a problem.
     explicit SettingsFile(QString path,
                           std::chrono::milliseconds patience = std::chrono::seconds(1));
     ~SettingsFile() override;
@@ -39,17 +39,17 @@ class SettingsFile : public QObject {
     // Reads what another program may have stored meanwhile, in the background.
     void refresh();
 
-    // What the user has to know, a sentence or two; empty where all is well. The console has it,
-    // too.
+    // What the user should know, a sentence or two, also written to the console; empty if all is
+    // well.
     [[nodiscard]] const QString& problem() const { return problem_; }
 
-    // For quitting: waits until all is stored or has failed, but no longer than atMost. False where
-    // the thread does not answer: this must then not be destroyed, which would wait on.
+    // For quitting: waits until all is stored or has failed, but no longer than atMost. False if
+    // the thread does not answer: this must then not be destroyed, which would wait for it.
     bool finish(std::chrono::milliseconds atMost);
 
   signals:
     void problemDidChange();
-    // The values in memory follow another program, or came late.
+    // Another program has changed the values, or they came late.
     void valuesDidArrive();
 
   private:

@@ -149,7 +149,7 @@ class DocumentFixture : public ::testing::Test {
         settings.busyRetry = milliseconds(5);
         settings.firstRetry = milliseconds(20);
         settings.lastRetry = milliseconds(80);
-        settings.vfs = disk.name();
+        settings.file.vfs = disk.name();
     }
 
     [[nodiscard]] QString at(const QString& name) const { return folder.filePath(name); }
