@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "bench/plain_census_metrics.h"
+#include "metrics/metric_table.h"
 #include "metrics/random_source.h"
 
 namespace zorvel {
@@ -24,7 +25,7 @@ CountsMatrix censuses(double largest) {
     return matrix;
 }
 
-template <CensusMetrics (*compute)(CountsView)>
+template <auto compute>
 void allCensuses(benchmark::State& state) {
     const CountsMatrix matrix = censuses(static_cast<double>(state.range(0)));
     for (auto unused : state) {

@@ -3,11 +3,12 @@
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstdint>
 #include <vector>
 
-#include "metrics/census_metrics.h"
+#include "metrics/counts.h"
 
 namespace zorvel::plain {
 
@@ -91,10 +92,17 @@ inline double fisherAlpha(CountsView counts) {
     return alpha;
 }
 
-inline CensusMetrics censusMetrics(CountsView counts) {
-    return {individuals(counts), richness(counts),   chaoOne(counts),
-            chaoClassic(counts), shannonH(counts),   fisherAlpha(counts),
-            pielouJ(counts),     simpsonD<>(counts), buzasE(counts)};
+// All that follow from the counts alone, in the order of metricTable.
+inline std::array<double, 9> censusMetrics(CountsView counts) {
+    return {static_cast<double>(individuals(counts)),
+            static_cast<double>(richness(counts)),
+            chaoOne(counts),
+            chaoClassic(counts),
+            shannonH(counts),
+            fisherAlpha(counts),
+            pielouJ(counts),
+            simpsonD(counts),
+            buzasE(counts)};
 }
 
 }  // namespace zorvel::plain

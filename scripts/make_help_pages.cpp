@@ -62,12 +62,20 @@ std::string entry(const char* term, const char* text) {
     return std::string("<dt>") + term + "</dt>\n<dd>" + escaped(text) + "</dd>\n";
 }
 
+MetricExplanation explanationOf(const std::string& key) {
+    for (const MetricGroup group : {MetricGroup::census, MetricGroup::pooled, MetricGroup::averages,
+                                    MetricGroup::incidence}) {
+        for (const ShownMetric& shown : metricsOf(group))
+            if (metricKey(shown) == key) return zorvel::explanationOf(shown);
+    }
+    throw std::runtime_error("there is no metric " + key);
+}
+
 std::string metricSection(const std::string& key) {
-    const MetricExplanation* words = explanationOf(key);
-    if (words == nullptr) throw std::runtime_error("there is no metric " + key);
-    return "<h2 id=\"" + key + "\">" + escaped(words->name) + "</h2>\n<p>" +
-           escaped(words->meaning) + "</p>\n<dl>\n" + entry("Formula", words->formula) +
-           entry("Variant", words->variant) + entry("Source", words->source) + "</dl>";
+    const MetricExplanation words = explanationOf(key);
+    return "<h2 id=\"" + key + "\">" + escaped(words.name) + "</h2>\n<p>" + escaped(words.meaning) +
+           "</p>\n<dl>\n" + entry("Formula", words.formula) + entry("Variant", words.variant) +
+           entry("Source", words.source) + "</dl>";
 }
 
 std::string between(std::string_view text, std::string_view before, std::string_view after) {

@@ -1,5 +1,5 @@
-// The commands of the tool. Each stands in a source file of its own, which defines its entry here;
-// the table of them all is in call.cpp.
+// The commands of the tool. Each is defined in a source file named after it, those of metrics in
+// metric_commands.cpp; the table of them all is in call.cpp.
 #pragma once
 
 #include <optional>

@@ -4,7 +4,6 @@
 
 #include "base/numbers.h"
 #include "interchange/writers.h"
-#include "metrics/census_metrics.h"
 
 namespace zorvel {
 namespace {
@@ -20,13 +19,11 @@ void appendPadded(std::string& text, double value, std::size_t width) {
 }
 
 void appendMetricRow(std::string& text, const MetricRow& row) {
-    constexpr std::size_t wholeColumns = 2;
-    constexpr std::size_t oneDecimalColumns = 4;
     for (std::size_t column = 0; column < row.size(); ++column) {
+        const bool isCount = descriptorOf(metricColumns[column]).kind == MetricKind::count;
         text += ", ";
-        text += column < wholeColumns
-                    ? fixedText(row[column], 0)
-                    : formatMetric(row[column], column < oneDecimalColumns ? 1 : 3);
+        text +=
+            isCount ? fixedText(row[column], 0) : metricText(metricColumns[column], row[column]);
     }
     text += '\n';
 }

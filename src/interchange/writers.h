@@ -3,6 +3,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <span>
 #include <string>
 #include <string_view>
@@ -10,6 +11,7 @@
 
 #include "base/files.h"
 #include "metrics/counts.h"
+#include "metrics/metric_table.h"
 #include "metrics/rarefaction.h"
 #include "metrics/sparse_counts.h"
 
@@ -25,10 +27,14 @@ std::string writeCensusMatrix(const CountsMatrix& matrix,
 bool writeCensusMatrix(const SparseCounts& matrix, const std::vector<std::string>& taxonNames,
                        const std::vector<std::string>& censusNames, const ByteSink& sink);
 
-using MetricRow = std::array<double, 9>;
-inline constexpr std::array<const char*, 9> metricColumnTitles = {
-    "Abundance",      "Richness",   "Chao-1",      "alroySQS",      "Shannon's H",
-    "Fisher's alpha", "Pielou's J", "Simpson's D", "Buzas-Gibson E"};
+// The values of one census by metricColumns.
+using MetricRow = std::array<double, metricColumns.size()>;
+inline constexpr auto metricColumnTitles = [] {
+    std::array<const char*, metricColumns.size()> titles{};
+    for (std::size_t i = 0; i < titles.size(); ++i)
+        titles[i] = descriptorOf(metricColumns[i]).column;
+    return titles;
+}();
 
 std::string writeMetricsTable(std::span<const MetricRow> rows,
                               std::span<const char* const> columnTitles,

@@ -1,5 +1,7 @@
 #include "metrics/abundance_tally.h"
 
+#include <cmath>
+
 #include "metrics/saturating_sum.h"
 
 namespace zorvel {
@@ -55,6 +57,16 @@ void AbundanceTally::sumEntries() {
     }
     individuals_ = all.value();
     present_ = present.value();
+}
+
+const AbundanceTally::ShareSums& AbundanceTally::shareSums() const {
+    if (shareSums_) return *shareSums_;
+    ShareSums& sums = shareSums_.emplace();
+    forEachShare([&sums](double share, double taxa) {
+        sums.entropy += taxa * (share * std::log(share));
+        sums.unlike += taxa * (share * (1 - share));
+    });
+    return sums;
 }
 
 }  // namespace zorvel

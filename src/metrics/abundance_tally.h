@@ -1,14 +1,15 @@
-// What the metrics of one census need to know of its counts, gathered in one pass without memory
-// of its own on the heap. Internal to this folder; it refers to the counts it was made from.
+// What the metrics of one census take from its counts, gathered in one pass without memory on the
+// heap. It refers to the counts that it was made from. For one thread at a time.
 //
-// Most taxa of a census are rare, so counts below 64 are tallied by value: every sum over shares
-// then takes one logarithm a distinct small count instead of one a taxon.
+// Most taxa of a census are rare, so counts below 64 are tallied by value: a sum over shares then
+// takes one logarithm per distinct small count instead of one per taxon.
 #pragma once
 
 #include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 
 #include "metrics/counts.h"
 
@@ -16,7 +17,11 @@ namespace zorvel {
 
 class AbundanceTally {
   public:
-    explicit AbundanceTally(CountsView counts);
+    // Implicit, so that a metric can be called with counts.
+    // NOLINTBEGIN(google-explicit-constructor)
+    AbundanceTally(CountsView counts);
+    AbundanceTally(const CountsVector& counts) : AbundanceTally(CountsView(counts)) {}
+    // NOLINTEND(google-explicit-constructor)
 
     // Sums of all entries and of those that are at least 1; saturating.
     [[nodiscard]] std::int64_t individuals() const { return individuals_; }
@@ -25,6 +30,18 @@ class AbundanceTally {
     [[nodiscard]] std::int64_t richness() const { return richness_; }
     // The number of taxa with exactly count specimens; count is 1 .. 63.
     [[nodiscard]] std::int64_t taxaWith(std::size_t count) const { return small_[count]; }
+    // No entry is 5 or more.
+    [[nodiscard]] bool allBelowFive() const {
+        return taxaWith(1) + taxaWith(2) + taxaWith(3) + taxaWith(4) == richness_;
+    }
+
+    // The sum of p ln p and the sum of p (1 - p) over the shares p, worked out when first asked
+    // for.
+    struct ShareSums {
+        double entropy = 0;
+        double unlike = 0;
+    };
+    [[nodiscard]] const ShareSums& shareSums() const;
 
     // visit(p, taxa): taxa entries hold the share p of the present specimens. Covers every present
     // entry once, in an order of its own that depends on the counts alone.
@@ -67,6 +84,7 @@ class AbundanceTally {
     std::int64_t individuals_ = 0;
     std::int64_t present_ = 0;
     std::int64_t richness_ = 0;
+    mutable std::optional<ShareSums> shareSums_;
 };
 
 }  // namespace zorvel

@@ -1,161 +1,76 @@
 #include "metrics/census_metrics.h"
 
-#include <algorithm>
 #include <cmath>
 
 #include "base/numbers.h"
-#include "metrics/abundance_tally.h"
-#include "metrics/saturating_sum.h"
 
 namespace zorvel {
 namespace {
 
-// The terms of the two sums over shares; the sum of the first is -H.
-double entropyTerm(double share) {
-    return share * std::log(share);
-}
-double unlikeTerm(double share) {
-    return share * (1 - share);
-}
-
-struct ShareSums {
-    double entropy = 0;
-    double unlike = 0;
+struct Rare {
+    double f1;
+    double f2;
 };
-
-double shannonOf(double entropySum) {
-    return 0.0 - entropySum;  // a sum of 0 gives 0, where a change of sign would give -0
+Rare rareTaxa(const AbundanceTally& census) {
+    return {static_cast<double>(census.taxaWith(1)), static_cast<double>(census.taxaWith(2))};
 }
 
-double shannonOf(const AbundanceTally& tally) {
-    double sum = 0;
-    tally.forEachShare([&sum](double share, double taxa) { sum += taxa * entropyTerm(share); });
-    return shannonOf(sum);
+double taxaOf(const AbundanceTally& census) {
+    return static_cast<double>(census.richness());
 }
 
-double pielouOf(double shannon, const AbundanceTally& tally) {
-    // 0 / -infinity is -0 without taxa; adding 0 leaves all else as it is.
-    return shannon / std::log(static_cast<double>(tally.richness())) + 0.0;
+}  // namespace
+
+std::int64_t individuals(const AbundanceTally& census) {
+    return census.individuals();
 }
 
-double buzasOf(double shannon, const AbundanceTally& tally) {
-    return std::exp(shannon) / static_cast<double>(tally.richness());
+std::int64_t richness(const AbundanceTally& census) {
+    return census.richness();
 }
 
-double simpsonOf(double unlikeSum, const AbundanceTally& tally) {
-    const auto specimens = static_cast<double>(tally.individuals());
-    return unlikeSum * (specimens / (specimens - 1));
-}
-
-double chaoOneOf(const AbundanceTally& tally) {
-    const auto f1 = static_cast<double>(tally.taxaWith(1));
-    const auto f2 = static_cast<double>(tally.taxaWith(2));
-    return static_cast<double>(tally.richness()) + f1 * (f1 - 1) / (2 * (f2 + 1));
-}
-
-double chaoClassicOf(const AbundanceTally& tally) {
-    const auto f1 = static_cast<double>(tally.taxaWith(1));
-    const auto f2 = static_cast<double>(tally.taxaWith(2));
-    return static_cast<double>(tally.richness()) + f1 * f1 / (2 * f2);
-}
-
-bool largestBelowFive(const AbundanceTally& tally) {
-    return tally.taxaWith(1) + tally.taxaWith(2) + tally.taxaWith(3) + tally.taxaWith(4) ==
-           tally.richness();
+double shannonH(const AbundanceTally& census) {
+    return 0.0 - census.shareSums().entropy;  // a change of sign would make -0 of a sum of 0
 }
 
 // Each step is monotonic in alpha in floating point too, so the steps cannot cycle and the loop
 // ends. With as many individuals as taxa (possible only beside negative entries) alpha has no
 // finite value.
-double fisherOf(const AbundanceTally& tally) {
-    const std::int64_t individuals = tally.individuals();
-    if (largestBelowFive(tally) || individuals <= tally.richness()) return 0;
-    const auto specimens = static_cast<double>(individuals);
-    const auto taxa = static_cast<double>(tally.richness());
+double fisherAlpha(const AbundanceTally& census) {
+    if (census.allBelowFive() || census.individuals() <= census.richness()) return 0;
+    const auto specimens = static_cast<double>(census.individuals());
     double alpha = 1;
     double change = 0;
     do {
-        const double next = taxa / std::log(specimens / alpha + 1);
+        const double next = taxaOf(census) / std::log(specimens / alpha + 1);
         change = std::fabs(next - alpha);
         alpha = next;
     } while (change > 1e-5);
     return alpha;
 }
 
-}  // namespace
-
-std::int64_t individuals(CountsView counts) {
-    SaturatingSum sum;
-    for (const std::int64_t count : counts) sum.add(count);
-    return sum.value();
+double pielouJ(const AbundanceTally& census) {
+    // 0 / -infinity is -0 without taxa; adding 0 leaves all else as it is.
+    return shannonH(census) / std::log(taxaOf(census)) + 0.0;
 }
 
-std::int64_t richness(CountsView counts) {
-    return std::count_if(counts.begin(), counts.end(),
-                         [](std::int64_t count) { return count >= 1; });
+double simpsonD(const AbundanceTally& census) {
+    const auto specimens = static_cast<double>(census.individuals());
+    return census.shareSums().unlike * (specimens / (specimens - 1));
 }
 
-std::vector<double> proportions(CountsView counts) {
-    const AbundanceTally tally(counts);
-    const auto total = static_cast<double>(tally.present());
-    std::vector<double> shares;
-    shares.reserve(static_cast<std::size_t>(tally.richness()));
-    for (const std::int64_t count : counts)
-        if (count >= 1) shares.push_back(static_cast<double>(count) / total);
-    return shares;
+double buzasE(const AbundanceTally& census) {
+    return std::exp(shannonH(census)) / taxaOf(census);
 }
 
-double shannonH(CountsView counts) {
-    return shannonOf(AbundanceTally(counts));
+double chaoOne(const AbundanceTally& census) {
+    const auto [f1, f2] = rareTaxa(census);
+    return taxaOf(census) + f1 * (f1 - 1) / (2 * (f2 + 1));
 }
 
-double fisherAlpha(CountsView counts) {
-    return fisherOf(AbundanceTally(counts));
-}
-
-double pielouJ(CountsView counts) {
-    const AbundanceTally tally(counts);
-    return pielouOf(shannonOf(tally), tally);
-}
-
-double simpsonD(CountsView counts) {
-    const AbundanceTally tally(counts);
-    double sum = 0;
-    tally.forEachShare([&sum](double share, double taxa) { sum += taxa * unlikeTerm(share); });
-    return simpsonOf(sum, tally);
-}
-
-double buzasE(CountsView counts) {
-    const AbundanceTally tally(counts);
-    return buzasOf(shannonOf(tally), tally);
-}
-
-double chaoOne(CountsView counts) {
-    return chaoOneOf(AbundanceTally(counts));
-}
-
-double chaoClassic(CountsView counts) {
-    return chaoClassicOf(AbundanceTally(counts));
-}
-
-CensusMetrics censusMetrics(CountsView counts) {
-    const AbundanceTally tally(counts);
-    ShareSums sums;
-    tally.forEachShare([&sums](double share, double taxa) {
-        sums.entropy += taxa * entropyTerm(share);
-        sums.unlike += taxa * unlikeTerm(share);
-    });
-    CensusMetrics metrics;
-    metrics.individuals = tally.individuals();
-    metrics.richness = tally.richness();
-    metrics.chaoOne = chaoOneOf(tally);
-    metrics.chaoClassic = chaoClassicOf(tally);
-    metrics.shannonH = shannonOf(sums.entropy);
-    metrics.fisherAlpha = fisherOf(tally);
-    metrics.pielouJ = pielouOf(metrics.shannonH, tally);
-    metrics.simpsonD = simpsonOf(sums.unlike, tally);
-    metrics.buzasE = buzasOf(metrics.shannonH, tally);
-    return metrics;
+double chaoClassic(const AbundanceTally& census) {
+    const auto [f1, f2] = rareTaxa(census);
+    return taxaOf(census) + f1 * f1 / (2 * f2);
 }
 
 std::string formatMetric(double value, int digits) {

@@ -72,6 +72,10 @@ std::string SqsResult::warning() const {
     return {};
 }
 
+void SqsResult::writeWarning() const {
+    if (const std::string line = warning(); !line.empty()) writeConsoleLine(line);
+}
+
 SqsResult shareholderQuorum(CountsView counts, std::int64_t trials, double quota,
                             RandomSource& random) {
     const AbundanceTally tally(counts);
@@ -92,8 +96,7 @@ SqsResult shareholderQuorum(CountsView counts, std::int64_t trials, double quota
 std::optional<double> alroySQS(CountsView counts, std::int64_t trials, double quota,
                                RandomSource& random) {
     const SqsResult result = shareholderQuorum(counts, trials, quota, random);
-    const std::string warning = result.warning();
-    if (!warning.empty()) writeConsoleLine(warning);
+    result.writeWarning();
     return result.estimate;
 }
 

@@ -15,6 +15,9 @@
 
 namespace zorvel {
 
+// The trials of every estimate that is shown or exported.
+inline constexpr std::int64_t sqsTrials = 100;
+
 // Why there is no estimate, or none but NaN.
 enum class SqsAbsence {
     none,  // there is one
@@ -35,6 +38,7 @@ struct SqsResult {
 
     // The console line for the absence; empty where there is none to write.
     [[nodiscard]] std::string warning() const;
+    void writeWarning() const;
 };
 
 // A trial draws specimens at random without replacement until the adjusted frequencies of the taxa

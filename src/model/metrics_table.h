@@ -12,19 +12,19 @@
 
 namespace zorvel {
 
-// Three lists: one row and one name a census, in the given order, and the column titles.
+// Three lists: one row and one name per census, in the given order, and the column titles.
 struct MetricsTable {
     std::vector<MetricRow> rows;
     std::vector<const char*> columnTitles;
     NameList censusNames;
 };
 
-// All taxa of each census take part, whatever their include flag. SQS with 100 trials at the fixed
-// quota 0.8; 0 where it gives no estimate.
-MetricsTable buildMetricsTable(const std::vector<Census>& censuses, RandomSource& random);
+// All taxa of the census take part, whatever their include flag. SQS at the fixed quota 0.8; 0
+// where it gives no estimate.
+MetricRow metricRow(const Census& census, RandomSource& random);
 
-// The same with a source of its own for each census, so that a seed gives a census the same row
-// whatever stands before it. goesOn() is asked before each; absent where it is false.
+// Each census has a source of its own, so that a seed gives it the same row whatever stands before
+// it. goesOn() is asked before each; absent where it is false.
 std::optional<MetricsTable> buildMetricsTable(const std::vector<Census>& censuses,
                                               const RandomSourceMaker& makeRandom,
                                               const std::function<bool()>& goesOn);

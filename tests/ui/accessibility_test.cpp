@@ -3,7 +3,7 @@
 #include <QTest>
 #include <functional>
 
-#include "metrics/metric_captions.h"
+#include "metrics/metric_table.h"
 #include "ui/kit/message_strip.h"
 #include "ui/window_fixture.h"
 
@@ -73,18 +73,19 @@ TEST_F(AccessibilityTest, AValueIsReadWithItsCaptionAndWhatItMeans) {
     visit(&root(), [&](QAccessibleInterface& item) {
         const auto* field = qobject_cast<ValueField*>(item.object());
         if (field == nullptr) return;
-        for (const PanelRow& row : metricsPanelRows) {
-            if (field != &value(std::string(row.key))) continue;
+        for (const ShownMetric& shown : metricsOf(MetricGroup::census)) {
+            const std::string key = metricKey(shown);
+            if (field != &value(key)) continue;
             read.push_back(nameOf(item));
-            EXPECT_EQ(item.text(QAccessible::Value).toStdString(), text(std::string(row.key)));
-            EXPECT_FALSE(item.text(QAccessible::Description).isEmpty()) << row.key;
-            EXPECT_TRUE(item.state().readOnly) << row.key;
+            EXPECT_EQ(item.text(QAccessible::Value).toStdString(), text(key));
+            EXPECT_FALSE(item.text(QAccessible::Description).isEmpty()) << key;
+            EXPECT_TRUE(item.state().readOnly) << key;
         }
     });
-    ASSERT_EQ(read.size(), metricsPanelRows.size());
-    for (std::size_t i = 0; i < read.size(); ++i) {
-        EXPECT_EQ(read[i], metricCaption(metricsPanelRows[i], 50, 0.8));
-    }
+    std::vector<std::string> captions;
+    for (const ShownMetric& shown : metricsOf(MetricGroup::census))
+        captions.push_back(metricCaption(shown, {50, 0.8}));
+    EXPECT_EQ(read, captions);
 }
 
 TEST_F(AccessibilityTest, TablesAreReadCellByCellUnderTheirHeaders) {

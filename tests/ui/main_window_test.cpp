@@ -11,7 +11,7 @@
 #include <future>
 
 #include "metrics/census_metrics.h"
-#include "metrics/metric_captions.h"
+#include "metrics/metric_table.h"
 #include "metrics/rarefaction.h"
 #include "metrics/sqs.h"
 #include "ui/kit/message_strip.h"
@@ -72,8 +72,8 @@ TEST_F(MainWindowTest, ShowsEachCensusReachedByKeyboard) {
         const Census& census = censuses[static_cast<std::size_t>(row)];
         const CountsVector counts = includedCountsVector(census);
         std::vector<std::string> shown;
-        for (const PanelRow& metric : metricsPanelRows)
-            shown.push_back(text(std::string(metric.key)));
+        for (const ShownMetric& metric : metricsOf(MetricGroup::census))
+            shown.push_back(text(metricKey(metric)));
         EXPECT_EQ(shown, panelOf(counts, 50, 0.8, seed)) << row;
         EXPECT_EQ(label("metricsHeading"), census.name()->str());
         EXPECT_EQ(label("speciesHeading"), "Species of " + census.name()->str());
@@ -84,10 +84,10 @@ TEST_F(MainWindowTest, ShowsEachCensusReachedByKeyboard) {
 TEST_F(MainWindowTest, CaptionsAreTheAccessibleNamesOfTheirValues) {
     open(exampleFile);
     ASSERT_TRUE(waitForJobs());
-    for (const PanelRow& row : metricsPanelRows) {
-        const std::string key(row.key);
+    for (const ShownMetric& shown : metricsOf(MetricGroup::census)) {
+        const std::string key = metricKey(shown);
         const std::string caption = label((key + "LabelTextField").c_str());
-        EXPECT_EQ(caption, metricCaption(row, 50, 0.8));
+        EXPECT_EQ(caption, metricCaption(shown, {50, 0.8}));
         QAccessibleInterface* interface = QAccessible::queryAccessibleInterface(&value(key));
         EXPECT_EQ(interface->text(QAccessible::Name).toStdString(), caption);
         EXPECT_EQ(interface->text(QAccessible::Value).toStdString(), text(key));
@@ -186,7 +186,7 @@ class GatedRandom final : public RandomSource {
     void fill(Buffer& buffer) override {
         if (!passed_) gate_.pass();
         passed_ = true;
-        for (std::uint64_t& bits : buffer) bits = numbers_.bits64();
+        for (std::uint32_t& bits : buffer) bits = numbers_.bits32();
     }
 
   private:

@@ -6,35 +6,32 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QTest>
+#include <cstdlib>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "metrics/random_source.h"
 #include "platform/job_queue.h"
 #include "platform/preferences.h"
 #include "tests/support/wait_until.h"
 #include "ui/analysis/project_wide_metrics_window_controller.h"
-#include "ui/analysis/project_wide_rows.h"
 #include "ui/kit/popover.h"
 #include "ui/kit/value_field.h"
 
 namespace zorvel {
 namespace {
 
-using Rows = std::vector<CountsVector>;
-
 // Rows as they stand, and their columns summed.
-ProjectWideInputs inputsOf(const Rows& rows, const QString& note = {}) {
+ProjectWideInputs inputsOf(const CountsMatrix& rows, const QString& note = {}) {
     ProjectWideInputs inputs;
     inputs.project = "Moor";
     inputs.note = note;
     inputs.countsVector = CountsVector(rows.front().size(), 0);
     inputs.countsMatrix = SparseCounts(rows.front().size());
-    std::vector<SparseCounts::Column> columns(rows.front().size());
-    for (std::size_t i = 0; i < columns.size(); ++i) {
-        columns[i] = static_cast<SparseCounts::Column>(i);
-    }
+    std::vector<SparseCounts::Column> columns;
+    while (columns.size() < rows.front().size())
+        columns.push_back(static_cast<SparseCounts::Column>(columns.size()));
     for (const CountsVector& row : rows) {
         inputs.countsMatrix->addRow(columns, row);
         for (std::size_t i = 0; i < row.size(); ++i) (*inputs.countsVector)[i] += row[i];
@@ -42,12 +39,11 @@ ProjectWideInputs inputsOf(const Rows& rows, const QString& note = {}) {
     return inputs;
 }
 
-const Rows threeCensuses = {{10, 0, 3}, {5, 2, 0}, {1, 1, 1}};
-// A larger one, in which every value can be had.
-const Rows fullCensuses = {{20, 10, 6, 3, 2, 1, 1, 0},
-                           {9, 14, 5, 2, 1, 1, 0, 2},
-                           {30, 8, 8, 2, 2, 1, 0, 1},
-                           {12, 12, 4, 2, 1, 0, 0, 0}};
+// Every value can be had of it.
+const CountsMatrix fullCensuses = {{20, 10, 6, 3, 2, 1, 1, 0},
+                                   {9, 14, 5, 2, 1, 1, 0, 2},
+                                   {30, 8, 8, 2, 2, 1, 0, 1},
+                                   {12, 12, 4, 2, 1, 0, 0, 0}};
 
 class ProjectWideTest : public ::testing::Test {
   protected:
@@ -55,10 +51,15 @@ class ProjectWideTest : public ::testing::Test {
         Preferences().initializePreferences();
         Preferences().setRarefactionSize(50);
         Preferences().setSqsQuota(0.8);
+        newWindow();
     }
     void TearDown() override {
         window.reset();
         jobs.reset();
+    }
+    void newWindow() {
+        window = std::make_unique<ProjectWideMetricsWindowController>(
+            *jobs, [] { return std::make_unique<SeededRandom>(7); });
     }
     void fill(ProjectWideInputs inputs) {
         bool filled = false;
@@ -68,6 +69,20 @@ class ProjectWideTest : public ::testing::Test {
         window->show();
         ASSERT_TRUE(waitUntil([&filled] { return filled; }));
     }
+    void drainJobs() {
+        QObject receiver;
+        int drained = 0;
+        for (int i = 0; i < 2; ++i)
+            jobs->start(
+                &receiver, [] { return 0; }, [&drained](int) { ++drained; });
+        EXPECT_TRUE(waitUntil([&drained] { return drained == 2; }));
+    }
+    // As they stand in the window.
+    std::vector<ValueField*> fields() {
+        std::vector<ValueField*> fields;
+        for (ValueField* field : window->findChildren<ValueField*>()) fields.push_back(field);
+        return fields;
+    }
     ValueField& value(const std::string& name) {
         return *window->findChild<ValueField*>((name + "ValueTextField").c_str());
     }
@@ -75,253 +90,186 @@ class ProjectWideTest : public ::testing::Test {
     std::string label(const std::string& name) {
         return window->findChild<QLabel*>(name.c_str())->text().toStdString();
     }
-    std::string explain(const std::string& name) {
-        value(name).setFocus();
-        QTest::keyClick(&value(name), Qt::Key_F1);
+    std::string explain(ValueField& field) {
+        field.setFocus();
+        QTest::keyClick(&field, Qt::Key_F1);
         auto* popover = window->findChild<Popover*>();
         if (popover == nullptr || !popover->isVisible()) return "";
         std::string words = popover->accessibleName().toStdString();
         popover->dismiss();
         return words;
     }
-    static std::string clipboard() { return QGuiApplication::clipboard()->text().toStdString(); }
+    std::string copied() {
+        QGuiApplication::clipboard()->clear();
+        QTest::keyClick(window.get(), Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
+        return QGuiApplication::clipboard()->text().toStdString();
+    }
 
     std::unique_ptr<JobQueue> jobs = std::make_unique<JobQueue>(2);
-    std::unique_ptr<ProjectWideMetricsWindowController> window =
-        std::make_unique<ProjectWideMetricsWindowController>(
-            *jobs, [] { return std::make_unique<SeededRandom>(7); });
+    std::unique_ptr<ProjectWideMetricsWindowController> window;
 };
 
-TEST_F(ProjectWideTest, ValuesOfSmallProjects) {
-    const struct {
-        Rows rows;
-        std::vector<std::pair<const char*, const char*>> texts;
-    } cases[] = {
-        {threeCensuses,
-         {{"abundance", "23"},
-          {"richness", "3"},
-          {"rarefiedRichness", "3.0"},
-          {"chaoOne", "-"},  // no taxon of two specimens
-          {"shannon", "0.822"},
-          {"fisher", "0.921"},
-          {"averageAbundance", "7.7"},
-          {"averageRichness", "2.3"},
-          {"averageChaoOne", "-"},
-          {"averageRarefiedRichness", "2.3"},
-          {"averageShannon", "0.746"},
-          {"averageFisher", "0.532"},
-          {"averageSimpson", "0.620"},
-          {"sampleBasedRarefaction", "3.0"}}},
-        // One census without a species, one of a single species, and a name without specimens.
-        {{{0, 0, 0}, {7, 0, 0}, {2, 1, 0}},
-         {{"abundance", "10"},
-          {"richness", "2"},
-          {"chaoOne", "-"},
-          {"averageAbundance", "3.3"},
-          {"averageRichness", "1.0"},
-          {"averagePielou", "-"},
-          {"averageBuzas", "-"},
-          {"chaoTwo", "3.3"},  // 3 + (2/3) 1^2 / (2 x 1)
-          {"sampleBasedRarefaction", "2.0"}}},
-        // The same taxa everywhere.
-        {{{9, 0}, {9, 0}, {9, 0}},
-         {{"shannon", "0.0"},
-          {"simpson", "0.0"},
-          {"pielou", "-"},
-          {"averageShannon", "0.0"},
-          {"chaoTwo", "-"},
-          {"sampleBasedRarefaction", "1.0"}}},
-    };
-    for (const auto& test : cases) {
-        window = std::make_unique<ProjectWideMetricsWindowController>(
-            *jobs, [] { return std::make_unique<SeededRandom>(7); });
-        fill(inputsOf(test.rows));
-        for (const auto& [name, expected] : test.texts) EXPECT_EQ(text(name), expected) << name;
-    }
-}
-
-TEST_F(ProjectWideTest, EveryValueHasACaptionAndAnExplanation) {
-    fill(inputsOf(fullCensuses));
-    for (const ProjectWideRow& row : projectWideRows()) {
-        auto* field = window->findChild<ValueField*>(row.value);
-        auto* caption = window->findChild<QLabel*>(row.label);
-        ASSERT_TRUE(field != nullptr && caption != nullptr) << row.value;
-        EXPECT_FALSE(field->text().isEmpty()) << row.value;
-        EXPECT_EQ(field->accessibleName(), caption->text());
-        EXPECT_EQ(caption->buddy(), field);
-        const std::string name = field->objectName().remove("ValueTextField").toStdString();
-        const std::string words = explain(name);
-        for (const std::string& part :
-             {std::string(explanationOf(row.explanation)->formula), text(name) + " for Moor"}) {
-            EXPECT_NE(words.find(part), std::string::npos) << name << ": " << words;
-        }
-    }
-    EXPECT_EQ(label("projectHeading"), "Moor");
-}
-
-TEST_F(ProjectWideTest, CaptionsTellThePreferencesOfTheComputation) {
+TEST_F(ProjectWideTest, AllValuesAreCopiedUnderTheirGroups) {
     EXPECT_EQ(label("rarefiedRichnessLabel"), "Rarefied richness");
     EXPECT_EQ(label("alroySQSLabel"), "Alroy SQS");
+    Preferences().setSqsQuota(0.805);
+    fill(inputsOf(fullCensuses, "Two censuses have one name."));
     Preferences().setRarefactionSize(3);
-    Preferences().setSqsQuota(0.555);
-    fill(inputsOf(fullCensuses));
-    EXPECT_EQ(label("rarefiedRichnessLabel"), "Rarefied richness (3)");
-    EXPECT_EQ(label("sampleBasedRarefactionLabel"), "Rarefied richness (3)");
-    EXPECT_EQ(label("alroySQSLabel"), "Alroy SQS (quota: 0.56)");
-    Preferences().setRarefactionSize(50);
-    EXPECT_EQ(label("rarefiedRichnessLabel"), "Rarefied richness (3)");
+    EXPECT_EQ(label("projectHeading"), "Moor");
+    EXPECT_NE(label("projectNotes").find("Two censuses have one name."), std::string::npos);
+    EXPECT_EQ(label("rarefiedRichnessLabel"), "Rarefied richness (50)");
+    EXPECT_EQ(label("sampleBasedRarefactionLabel"), "Rarefied richness (50)");
+    const std::string all = copied();
+    EXPECT_EQ(all,
+              "Moor\nAll censuses as one sample\n"
+              "Individuals\t160\nRichness\t8\nChao1\t-\nShannon's H\t1.460\n"
+              "Fisher's alpha\t1.772\nPielou's J\t0.702\nSimpson's D\t0.706\n"
+              "Buzas-Gibson's E\t0.538\nRarefied richness (50)\t6.5\n"
+              "Alroy SQS (quota: 0.81)\t" +
+                  text("alroySqs") +
+                  "\n"
+                  "Average of the censuses\n"
+                  "Average abundance\t40.0\nAverage richness\t6.5\nAverage Chao1\t7.6\n"
+                  "Average Shannon's H\t1.399\nAverage Fisher's alpha\t2.227\n"
+                  "Average Pielou's J\t0.753\nAverage Simpson's D\t0.700\n"
+                  "Average Buzas-Gibson's E\t0.634\nAverage rarefied richness (50)\t6.5\n"
+                  "Average Alroy SQS (quota: 0.81)\t" +
+                  text("averageAlroySqs") +
+                  "\n"
+                  "Presence in censuses (sample-based)\n"
+                  "Chao2\t8.4\nRarefied richness (50)\t8.0");
+    EXPECT_NEAR(std::stod(text("alroySqs")), 3.6, 0.5);
+    EXPECT_NEAR(std::stod(text("averageAlroySqs")), 3.7, 0.5);
+    QGuiApplication::clipboard()->clear();
+    window->findChild<QPushButton*>("copyAllMetrics")->click();
+    EXPECT_EQ(QGuiApplication::clipboard()->text().toStdString(), all);
 }
 
-TEST_F(ProjectWideTest, WithoutSqsTheRestIsFilledAndTheReasonStands) {
-    fill(inputsOf({{4, 1}, {2, 1}, {1, 1}}));
-    EXPECT_EQ(text("alroySqs"), "");
+// One census without a species, one of a single species, and a name without specimens.
+TEST_F(ProjectWideTest, DegenerateProjects) {
+    fill(inputsOf({{0, 0, 0}, {7, 0, 0}, {2, 1, 0}}));
+    EXPECT_EQ(copied(),
+              "Moor\nAll censuses as one sample\n"
+              "Individuals\t10\nRichness\t2\nChao1\t-\nShannon's H\t0.325\n"
+              "Fisher's alpha\t0.752\nPielou's J\t0.469\nSimpson's D\t0.200\n"
+              "Buzas-Gibson's E\t0.692\nRarefied richness (50)\t2.0\n"
+              "Alroy SQS (quota: 0.80)\t-\n"
+              "Average of the censuses\n"
+              "Average abundance\t3.3\nAverage richness\t1.0\nAverage Chao1\t-\n"
+              "Average Shannon's H\t0.212\nAverage Fisher's alpha\t0.106\n"
+              "Average Pielou's J\t-\nAverage Simpson's D\t0.222\n"
+              "Average Buzas-Gibson's E\t-\nAverage rarefied richness (50)\t1.0\n"
+              "Average Alroy SQS (quota: 0.80)\t-\n"
+              "Presence in censuses (sample-based)\n"
+              "Chao2\t3.3\nRarefied richness (50)\t2.0");  // 3 + (2/3) 1^2 / (2 x 1)
+    // Without SQS its row stays as it was, and the reason stands.
     EXPECT_EQ(label("alroySQSLabel"), "Alroy SQS");
+    EXPECT_EQ(text("alroySqs"), "");
     EXPECT_TRUE(value("alroySqs").isStale());
     const std::string notes = label("projectNotes");
     EXPECT_NE(notes.find("it needs at least 11 specimens"), std::string::npos) << notes;
     EXPECT_NE(notes.find("fewer than 11 specimens: 3;"), std::string::npos) << notes;
-    EXPECT_NE(explain("alroySqs").find("No value for Moor\n"), std::string::npos);
-    EXPECT_EQ(text("abundance"), "10");
-    EXPECT_EQ(text("sampleBasedRarefaction"), "2.0");
-    EXPECT_FALSE(value("averageRichness").isPending());
+    EXPECT_NE(explain(value("alroySqs")).find("No value for Moor\n"), std::string::npos);
+    EXPECT_NE(explain(value("averagePielou")).find("single species: 1 of 3"), std::string::npos);
+    EXPECT_NE(explain(value("chaoTwo")).find("S_all = 3, Q1 = 1, Q2 = 1"), std::string::npos);
+}
+
+TEST_F(ProjectWideTest, EachRowExplainsItsOwnMetricBesideItsCaption) {
+    fill(inputsOf(fullCensuses));
+    const char* names[] = {
+        // clang-format off
+        "Individuals of all censuses", "Richness of all censuses", "Chao1, classic", "Shannon's H",
+        "Fisher's alpha", "Pielou's J", "Simpson's D", "Buzas-Gibson's E",
+        "Rarefied richness of all censuses", "Shareholder quorum subsampling (SQS)",
+        "Average abundance", "Average richness", "Average Chao1, classic", "Average Shannon's H",
+        "Average Fisher's alpha", "Average Pielou's J", "Average Simpson's D",
+        "Average Buzas-Gibson's E", "Average rarefied richness", "Average SQS",
+        "Chao2, classic", "Sample-based rarefied richness",
+        // clang-format on
+    };
+    value("abundance").setFocus();
+    for (const char* name : names) {
+        auto* field = qobject_cast<ValueField*>(QApplication::focusWidget());
+        ASSERT_NE(field, nullptr) << name;
+        const std::string words = explain(*field);
+        const std::string start = std::string(name) + '\n' + field->text().toStdString();
+        EXPECT_EQ(words.rfind(start + " for Moor\n", 0), 0u) << words;
+        for (const QLabel* label : field->parentWidget()->findChildren<QLabel*>()) {
+            if (label->buddy() != field) continue;
+            EXPECT_EQ(field->accessibleName(), label->text());
+            const int y = label->geometry().center().y() - field->geometry().center().y();
+            EXPECT_LE(std::abs(y), field->scale() > 1 ? 50 : 5) << name;
+        }
+        field->setFocus();
+        QTest::keyClick(field, Qt::Key_Down);
+    }
 }
 
 TEST_F(ProjectWideTest, TheAverageOfSqsTellsItsCensuses) {
     CountsMatrix censuses = fullCensuses;
     censuses.push_back(CountsVector(censuses.front().size(), 1));
     fill(inputsOf(censuses));
-    EXPECT_NE(text("averageAlroySqs"), "");
-    const std::string words = "of the " + std::to_string(fullCensuses.size()) + " of " +
-                              std::to_string(censuses.size()) + " censuses";
-    EXPECT_NE(label("projectNotes").find(words), std::string::npos) << label("projectNotes");
+    EXPECT_NE(label("projectNotes").find("of the 4 of 5 censuses"), std::string::npos)
+        << label("projectNotes");
 }
 
-TEST_F(ProjectWideTest, ADashSaysWhichCensusesAreToBlame) {
-    fill(inputsOf({{0, 0, 0}, {7, 0, 0}, {1, 0, 0}, {2, 1, 0}}));
-    const struct {
-        const char* name;
-        const char* words;
-    } cases[] = {
-        {"averageChaoOne", "without a species of two specimens: 3 of 4"},
-        {"averagePielou", "of a single species: 2 of 4"},
-        {"averageSimpson", "of a single specimen: 1 of 4"},
-        {"averageBuzas", "without a species: 1 of 4"},
-        {"averageFisher", "no species has 5 specimens: 2 of 4"},
-        {"averageRarefiedRichness", "of n specimens or fewer: 4 of 4"},
-        {"chaoTwo", "without a species found in exactly two"},
-        {"sampleBasedRarefaction", "T = 4, S = 2, t = 50"},
-        {"chaoTwo", "T = 4, S_all = 3, Q1 = 1, Q2 = 0"},
-    };
-    for (const auto& test : cases) {
-        const std::string words = explain(test.name);
-        EXPECT_NE(words.find(test.words), std::string::npos) << words;
-    }
-}
-
-// The window is there at once, and its values come from the top of the first group to the last.
+// The window is there at once, computes nothing before it appears, and its values come from the top
+// of the first group to the last.
 TEST_F(ProjectWideTest, ValuesArriveInTheirOrder) {
     window->show();
     EXPECT_TRUE(value("abundance").isPending());
-    EXPECT_NE(explain("abundance").find("No value for the project yet"), std::string::npos);
-    std::vector<std::string> order;
-    std::vector<std::string> expected;
-    for (const ProjectWideRow& row : projectWideRows()) {
-        expected.emplace_back(row.value);
-        QObject::connect(window->findChild<ValueField*>(row.value), &QLineEdit::textChanged,
-                         window.get(), [&order, row] { order.emplace_back(row.value); });
+    EXPECT_NE(explain(value("abundance")).find("No value for the project yet"), std::string::npos);
+    newWindow();
+    std::vector<const QObject*> order;
+    std::vector<const QObject*> expected;
+    for (ValueField* field : fields()) {
+        expected.push_back(field);
+        QObject::connect(field, &QLineEdit::textChanged, window.get(),
+                         [&order, field] { order.push_back(field); });
     }
-    fill(inputsOf(fullCensuses));
+    window->viewController().setInputs(inputsOf(fullCensuses));
+    drainJobs();
+    EXPECT_TRUE(order.empty());
+    window->show();
+    EXPECT_TRUE(waitUntil([&] { return order.size() == expected.size(); }));
     EXPECT_EQ(order, expected);
     EXPECT_FALSE(value("sampleBasedRarefaction").isPending());
-}
-
-TEST_F(ProjectWideTest, NothingIsComputedBeforeTheWindowAppears) {
-    window->viewController().setInputs(inputsOf(fullCensuses));
-    bool drained = false;
-    jobs->start(
-        window.get(), [] { return 0; }, [&drained](int) { drained = true; });
-    ASSERT_TRUE(waitUntil([&drained] { return drained; }));
-    EXPECT_EQ(text("abundance"), "");
-    window->show();
-    EXPECT_TRUE(waitUntil([this] { return !text("sampleBasedRarefaction").empty(); }));
 }
 
 TEST_F(ProjectWideTest, AbsentInputsLeaveTheirGroupsEmpty) {
     ProjectWideInputs none;
     none.project = "Moor";
     fill(none);
-    for (const ProjectWideRow& row : projectWideRows()) {
-        EXPECT_EQ(window->findChild<ValueField*>(row.value)->text(), "");
-        EXPECT_FALSE(window->findChild<ValueField*>(row.value)->isPending());
+    for (const ValueField* field : fields()) {
+        EXPECT_EQ(field->text(), "");
+        EXPECT_FALSE(field->isPending());
     }
     EXPECT_NE(label("projectSummary").find("could not be read"), std::string::npos);
-
-    window = std::make_unique<ProjectWideMetricsWindowController>(
-        *jobs, [] { return std::make_unique<SeededRandom>(7); });
-    ProjectWideInputs half = inputsOf(threeCensuses);
+    newWindow();
+    ProjectWideInputs half = inputsOf(fullCensuses);
     half.countsVector.reset();
     fill(half);
     EXPECT_EQ(text("abundance"), "");
-    EXPECT_EQ(text("averageAbundance"), "7.7");
+    EXPECT_EQ(text("averageAbundance"), "40.0");
 }
 
-// With every step the window may go; a result that comes later finds nobody.
+// With every value the window may go; a result that comes later finds nobody.
 TEST_F(ProjectWideTest, TheWindowMayCloseWhileValuesAreComputed) {
-    for (std::size_t arrived = 0; arrived < projectWideRows().size(); ++arrived) {
-        window = std::make_unique<ProjectWideMetricsWindowController>(
-            *jobs, [] { return std::make_unique<SeededRandom>(7); });
-        const char* name = projectWideRows()[arrived].value;
-        QObject::connect(window->findChild<ValueField*>(name), &QLineEdit::textChanged,
-                         window.get(), [this] { window.release()->deleteLater(); });
+    for (std::size_t arrived = 0; arrived < fields().size(); ++arrived) {
+        newWindow();
+        QObject::connect(fields()[arrived], &QLineEdit::textChanged, window.get(),
+                         [this] { window.release()->deleteLater(); });
         window->viewController().setInputs(inputsOf(fullCensuses));
         window->show();
-        explain("shannon");
-        ASSERT_TRUE(waitUntil([this] { return window == nullptr; })) << name;
+        explain(value("shannon"));
+        ASSERT_TRUE(waitUntil([this] { return window == nullptr; })) << arrived;
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        newWindow();
     }
-    window = std::make_unique<ProjectWideMetricsWindowController>(
-        *jobs, [] { return std::make_unique<SeededRandom>(7); });
     window->viewController().setInputs(inputsOf(fullCensuses));
     window->show();
     window.reset();
-    bool drained = false;
-    QObject receiver;
-    for (int i = 0; i < 2; ++i) {
-        jobs->start(
-            &receiver, [] { return 0; }, [&drained](int) { drained = true; });
-    }
-    EXPECT_TRUE(waitUntil([&drained] { return drained; }));
-}
-
-TEST_F(ProjectWideTest, AllValuesAreCopiedUnderTheirGroups) {
-    fill(inputsOf({{4, 1}, {2, 1}, {1, 1}}, "Two censuses have one name."));
-    EXPECT_NE(label("projectNotes").find("Two censuses have one name."), std::string::npos);
-    QTest::keyClick(window.get(), Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
-    const std::string copied = clipboard();
-    EXPECT_EQ(copied.rfind("Moor\nAll censuses as one sample\nIndividuals\t10\nRichness\t2\n", 0),
-              0u)
-        << copied;
-    for (const char* part :
-         {"\nAlroy SQS (quota: 0.80)\t-\nAverage of the censuses\nAverage abundance\t3.3\n",
-          "\nPresence in censuses (sample-based)\nChao2\t-\nRarefied richness (50)\t2.0"}) {
-        EXPECT_NE(copied.find(part), std::string::npos) << copied;
-    }
-    QGuiApplication::clipboard()->clear();
-    window->findChild<QPushButton*>("copyAllMetrics")->click();
-    EXPECT_EQ(clipboard(), copied);
-    value("averageRichness").setFocus();
-    value("averageRichness").deselect();
-    QTest::keyClick(&value("averageRichness"), Qt::Key_C, Qt::ControlModifier);
-    EXPECT_EQ(clipboard(), text("averageRichness"));
-}
-
-TEST_F(ProjectWideTest, ArrowsGoThroughAllGroups) {
-    fill(inputsOf(threeCensuses));
-    value("abundance").setFocus();
-    for (const ProjectWideRow& row : projectWideRows()) {
-        EXPECT_TRUE(window->findChild<ValueField*>(row.value)->hasFocus()) << row.value;
-        QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
-    }
+    drainJobs();
 }
 
 }  // namespace

@@ -1,11 +1,93 @@
-// The window of the project-wide metrics. It belongs to whoever makes it, and to no project. Main
-// thread.
+// The window of the project-wide metrics. It belongs to whoever makes it, and outlives its project.
+// The values are computed one after the other in the background, in the order in which they stand,
+// and never change once they are there. Main thread.
 #pragma once
 
-#include "ui/analysis/project_wide_metrics_view_controller.h"
+#include <QString>
+#include <QStringList>
+#include <QWidget>
+#include <cstddef>
+#include <memory>
+#include <vector>
+
+#include "metrics/random_source.h"
+#include "model/project_metrics.h"
+#include "ui/kit/printed_sheet.h"
 #include "ui/kit/window_placement.h"
 
+class QHBoxLayout;
+class QKeySequence;
+class QLabel;
+class QPushButton;
+class QVBoxLayout;
+
 namespace zorvel {
+
+class JobQueue;
+class MetricSheet;
+class Spinner;
+
+// The project as it was when the command was given.
+struct ProjectWideInputs : ProjectCounts {
+    QString project;  // its name
+    QString note;     // what was merged because of equal names, in sentences; mostly empty
+};
+
+class ProjectWideMetricsViewController : public QWidget {
+    Q_OBJECT
+  public:
+    // The queue must outlive the controller.
+    ProjectWideMetricsViewController(JobQueue& jobs, RandomSourceMaker makeRandom,
+                                     QWidget* parent = nullptr);
+    ~ProjectWideMetricsViewController() override;
+
+    // Once; the window may be there before, and fills from then on, or from when it is first shown.
+    // Groups whose counts are absent stay empty.
+    void setInputs(ProjectWideInputs inputs);
+
+    // The values for paper, as they stand.
+    [[nodiscard]] PrintedSheet printedSheet() const;
+
+  signals:
+    // Once the values are there.
+    void printRequested();
+    // The last value that can be had is there.
+    void didFill();
+
+  protected:
+    void showEvent(QShowEvent* event) override;
+
+  private:
+    void layOut(QWidget& content);
+    void addHead(QVBoxLayout& all, QWidget& content);
+    QVBoxLayout& addColumn(QHBoxLayout& columns, MetricGroup group, QWidget& content);
+    void addNotes(QVBoxLayout& column, QWidget& content);
+    QPushButton* makeButton(const char* name, const QString& text, const QString& meaning,
+                            const QKeySequence& key, QWidget& content);
+    void viewWillAppear();
+    void showHead();
+    void compute();
+    void startStep(std::size_t step);
+    void showResult(const ProjectMetrics& result);
+    void finish();
+    void addNote(const QString& note);
+
+    JobQueue& jobs_;
+    RandomSourceMaker makeRandom_;
+    MetricSheet* sheet_ = nullptr;
+    QLabel* heading_ = nullptr;
+    QLabel* summary_ = nullptr;
+    Spinner* spinner_ = nullptr;
+    QPushButton* copyAll_ = nullptr;
+    QPushButton* print_ = nullptr;
+    QLabel* notesLabel_ = nullptr;
+    // Shared with the jobs, until the last has ended. These run one after the other, so that they
+    // share the random source.
+    std::shared_ptr<const ProjectWideInputs> inputs_;
+    std::shared_ptr<RandomSource> random_;
+    QStringList notes_;  // on the values
+    bool appeared_ = false;
+};
 
 class ProjectWideMetricsWindowController : public PlacedWindow {
     Q_OBJECT

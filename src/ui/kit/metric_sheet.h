@@ -1,26 +1,34 @@
-// The values of a panel or window of metrics: what stands in each row, whose value it is, and what
-// it tells about itself beside its row, on demand. A value that has not come yet, or that cannot be
-// had, leaves the row as it was, grey where it shows another subject's. Main thread.
+// Rows of metrics in a panel or window, each a caption and a value. They show whose value stands in
+// each row, whether it is still to come, and what it means beside its row, on demand. The arrow
+// keys go from value to value, F1 or a click on a row explains it, a context menu copies. Main
+// thread.
 #pragma once
 
 #include <QList>
 #include <QObject>
+#include <QPoint>
 #include <QPointer>
 #include <QString>
-#include <functional>
 #include <optional>
 #include <vector>
 
-#include "ui/kit/explanation_text.h"
-#include "ui/kit/metric_rows.h"
+#include "metrics/metric_table.h"
+#include "model/metric_explanations.h"
+
+class QContextMenuEvent;
+class QKeyEvent;
+class QLabel;
+class QMouseEvent;
 
 namespace zorvel {
 
+class Card;
 class Popover;
+class ValueField;
 
 // A row as it is copied or printed.
 struct MetricLine {
-    QString heading;  // that stands above it; mostly empty
+    QString heading;  // above the row; mostly empty
     QString caption;
     QString text;
 };
@@ -28,63 +36,80 @@ struct MetricLine {
 class MetricSheet : public QObject {
     Q_OBJECT
   public:
-    using DetailsOf = std::function<MetricDetails(int row)>;
-
-    // host: the panel that holds the rows and owns the sheet. detailsOf is asked whenever an
-    // explanation is shown.
-    MetricSheet(MetricRows::Rows rows, QWidget* host, DetailsOf detailsOf);
+    // host: the panel that shows the rows and owns the sheet.
+    explicit MetricSheet(QWidget& host);
     ~MetricSheet() override;
+
+    // Makes rows in the order in which they are to be copied and gone through: one with a large
+    // value, or one below the other. The host lays the card out.
+    Card* makeLargeCard(const ShownMetric& shown);
+    Card* makeListCard(const std::vector<ShownMetric>& list);
+    // A line of its own above the row in what is copied.
+    void setHeading(const ShownMetric& shown, const QString& heading);
 
     // The census or project that the values belong to from now on. Before it is named, nothing is
     // explained and nothing copied.
-    void setSubject(const QString& subject);
+    void setSubject(const QString& subject) { subject_ = subject; }
+    // What the values to come are computed with. Before they are known, captions have none.
+    void setParameters(const MetricParameters& parameters);
+    // What the explanations tell of.
+    [[nodiscard]] MetricInputs& inputs() { return inputs_; }
 
-    // The value has come. The caption tells of the parameter that it was computed with.
-    void show(int row, const QString& caption, const QString& text);
-    // Of a value that has come: what is particular about it, see ValueField.
-    void mark(int row, const QString& mark, const QString& meaning);
+    // The value has come. An absent one leaves the row as it was, grey where it shows another
+    // subject's, and says why.
+    void show(const ShownMetric& shown, const MetricValue& value, const QString& reason = {});
     // It is on its way: the row keeps its caption and text. reason: why that text is grey; empty
     // where the row has none.
-    void expect(int row, const QString& caption, const QString& reason);
-    // There is no value for the subject, and the row keeps its caption and text. The caption is the
-    // one that goes with the subject.
-    void showAbsent(int row, const QString& caption, const QString& reason);
-    // Without a word on the value.
-    void setCaption(int row, const QString& caption);
+    void expect(const ShownMetric& shown, const QString& reason = {});
+    // There will be none, nor a reason.
+    void leaveEmpty(const ShownMetric& shown);
+    // What is particular about a value that has come, see ValueField.
+    void mark(const ShownMetric& shown, const QString& mark, const QString& meaning);
 
-    // A line of its own above the row in what is copied.
-    void setHeading(int row, const QString& heading);
     // The rows as they stand; none before a subject is named. The text is "-" where there is no
     // value, and empty where it is still on its way.
     [[nodiscard]] QList<MetricLine> lines() const;
-    // The subject, then a line a value: its caption, a tab, the text.
-    [[nodiscard]] QString text() const;
+    // The subject, then a line per value: its caption, a tab, the text.
     void copyAll() const;
+    void focusRow(std::size_t row);
 
-    // Beside the row; closes the explanation where it is that row's.
-    void explain(int row);
-    // What an open explanation says; after details or colours have changed.
-    void followValues();
+  protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
-    struct Shown {
-        enum class State { there, pending, absent };
-        CaptionedValue row;
+    enum class State { there, pending, absent };
+    struct Row {
+        ShownMetric shown;
+        ValueField* value;
+        QLabel* caption;
         State state = State::there;
-        QString caption;  // that goes with the subject
+        QString subjectCaption;  // the label may still show that of another subject
         QString heading;
     };
 
-    Shown& at(int row) { return rows_[static_cast<std::size_t>(row)]; }
-    [[nodiscard]] static QString copied(const Shown& shown);
+    Row& makeRow(const ShownMetric& shown, Card& card);
+    Row& rowOf(const ShownMetric& shown);
+    [[nodiscard]] QString captionOf(const ShownMetric& shown) const;
+    void setState(Row& row, State state, const QString& staleReason);
+    static void setCaption(Row& row, const QString& caption);
+
+    [[nodiscard]] std::optional<std::size_t> rowAt(const QWidget* widget,
+                                                   const QPoint& place) const;
+    bool keyDidPress(std::size_t row, const QKeyEvent& event);
+    void mouseDidRelease(const QWidget* widget, const QMouseEvent& event);
+    void showMenu(std::size_t row, const QPoint& place);
+    void explain(std::size_t row);
+    void followValues();
     void updateExplanation();
 
-    QWidget* host_;
-    DetailsOf detailsOf_;
-    std::vector<Shown> rows_;
+    QWidget& host_;
+    std::vector<Row> rows_;
     std::optional<QString> subject_;
+    MetricInputs inputs_;
+    bool hasParameters_ = false;
     QPointer<Popover> popover_;
-    int explained_ = -1;  // the row that the popover is about
+    std::size_t explained_ = 0;  // the row that the popover is about
+    QPoint pressed_;             // on the screen
 };
 
 }  // namespace zorvel

@@ -1,46 +1,51 @@
 #include "ui/main/metrics_panel.h"
 
-#include <QEvent>
+#include <QHBoxLayout>
 #include <QLabel>
-#include <algorithm>
-#include <initializer_list>
+#include <QVBoxLayout>
 #include <optional>
-#include <string>
 #include <utility>
 
-#include "base/console.h"
-#include "base/numbers.h"
-#include "metrics/census_metrics.h"
-#include "metrics/metric_captions.h"
 #include "metrics/rarefaction.h"
 #include "platform/job_queue.h"
 #include "platform/preferences.h"
 #include "ui/kit/look.h"
-#include "ui/kit/shown_text.h"
-#include "ui/kit/value_field.h"
-#include "ui_metrics_panel.h"
+#include "ui/kit/small_widgets.h"
 
 namespace zorvel {
 
 namespace {
 
-constexpr std::int64_t sqsTrials = 100;
+constexpr ShownMetric rarefied = {MetricGroup::census, Metric::rarefiedRichness};
+constexpr ShownMetric sqs = {MetricGroup::census, Metric::alroySQS};
 
-int rowOf(std::string_view key) {
-    const auto* row = std::find_if(metricsPanelRows.begin(), metricsPanelRows.end(),
-                                   [key](const PanelRow& each) { return each.key == key; });
-    return static_cast<int>(row - metricsPanelRows.begin());
+std::vector<ShownMetric> panelRows(MetricKind kind) {
+    std::vector<ShownMetric> rows;
+    for (const ShownMetric& shown : metricsOf(MetricGroup::census))
+        if (descriptorOf(shown.metric).kind == kind) rows.push_back(shown);
+    return rows;
 }
 
-const PanelRow& panelRow(std::string_view key) {
-    return metricsPanelRows[static_cast<std::size_t>(rowOf(key))];
+QLabel* groupTitle(const QString& title, QWidget& panel) {
+    auto* label = new QLabel(title, &panel);
+    label->setFont(scaledFont(panel.font(), 1, true));
+    label->setMinimumHeight(48);
+    label->setContentsMargins(0, 0, 0, 8);
+    label->setAlignment(Qt::AlignLeading | Qt::AlignBottom);
+    return label;
 }
 
-QString metricText(std::string_view key, double value) {
-    return QString::fromStdString(formatMetric(value, panelRow(key).digits));
+WrappedLabel* makeNote(const char* name, int gapAbove, QWidget& panel) {
+    auto* note = new WrappedLabel(&panel);
+    note->setObjectName(name);
+    note->setContentsMargins(0, gapAbove, 0, 0);
+    note->setAlignment(Qt::AlignLeading | Qt::AlignVCenter);
+    note->setForegroundRole(secondaryText);
+    note->hide();
+    return note;
 }
 
-void showNote(QLabel& label, const QString& note) {
+void showNote(WrappedLabel& label, const QString& note) {
     label.setText(note);
     label.setVisible(!note.isEmpty());
 }
@@ -49,96 +54,40 @@ void showNote(QLabel& label, const QString& note) {
 
 MetricsPanel::MetricsPanel(QWidget* parent)
     : QWidget(parent),
-      ui_(std::make_unique<Ui::MetricsPanel>()),
+      heading_(new ElidedLabel(this)),
+      rarefiedNote_(makeNote("rarefiedNote", 8, *this)),
+      metricsNote_(makeNote("metricsNote", 12, *this)),
+      sheet_(new MetricSheet(*this)),
       latest_(std::make_shared<std::atomic<std::uint64_t>>(0)) {
-    ui_->setupUi(this);
-    ui_->metricsHeading->setFont(scaledFont(font(), 1.35, true));
-    for (QLabel* group : {ui_->estimatesGroupLabel, ui_->diversityGroupLabel}) {
-        group->setFont(scaledFont(font(), 1, true));
-        group->setContentsMargins(0, 0, 0, 8);
-    }
-    ui_->individualsValueTextField->setScale(1.9);
-    ui_->richnessValueTextField->setScale(1.9);
-    for (ValueField* number : {ui_->individualsValueTextField, ui_->richnessValueTextField}) {
-        number->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    }
-    for (QLabel* wrapped : {ui_->rarefiedRichnessLabelTextField, ui_->alroySQSLabelTextField}) {
-        wrapped->setContentsMargins(0, 6, 0, 6);
-    }
-    ui_->metricsNote->setContentsMargins(0, 12, 0, 0);
-    ui_->rarefiedNote->setContentsMargins(0, 8, 0, 0);
-    showNote(*ui_->metricsNote, {});
-    showNote(*ui_->rarefiedNote, {});
-    showSecondaryTexts();
-    sheet_ = new MetricSheet(rows(), this, [this](int row) {
-        return metricDetails(metricsPanelRows[static_cast<std::size_t>(row)].key, inputs_);
-    });
-    nameRows();
+    const Preferences preferences;
+    sheet_->setParameters({preferences.rarefactionSize(), preferences.sqsQuota()});
+    layOut(*new QVBoxLayout(this));
 }
 
-MetricsPanel::~MetricsPanel() = default;
+void MetricsPanel::layOut(QVBoxLayout& all) {
+    all.setSpacing(0);
+    all.setContentsMargins(16, 0, 16, 16);
+    heading_->setObjectName("metricsHeading");
+    heading_->setMinimumHeight(48);
+    heading_->setFont(scaledFont(font(), 1.35, true));
+    all.addWidget(heading_);
+    auto* cards = new QHBoxLayout;
+    cards->setSpacing(12);
+    for (const ShownMetric& count : panelRows(MetricKind::count))
+        cards->addWidget(sheet_->makeLargeCard(count), 1);
+    all.addLayout(cards);
+    all.addWidget(groupTitle(tr("Richness estimates"), *this));
+    all.addWidget(sheet_->makeListCard(panelRows(MetricKind::estimate)));
+    all.addWidget(rarefiedNote_);
+    all.addWidget(groupTitle(tr("Diversity and evenness"), *this));
+    all.addWidget(sheet_->makeListCard(panelRows(MetricKind::index)));
+    all.addWidget(metricsNote_);
+    all.addStretch();
+}
 
 void MetricsPanel::setServices(JobQueue& jobs, RandomSourceMaker makeRandom) {
     jobs_ = &jobs;
     makeRandom_ = std::move(makeRandom);
-}
-
-void MetricsPanel::changeEvent(QEvent* event) {
-    QWidget::changeEvent(event);
-    if (event->type() != QEvent::PaletteChange) return;
-    showSecondaryTexts();
-    sheet_->followValues();
-}
-
-void MetricsPanel::showSecondaryTexts() {
-    QPalette quiet;
-    quiet.setColor(QPalette::WindowText, lookColors(QPalette()).secondary);
-    for (QLabel* label :
-         std::initializer_list<QLabel*>{ui_->individualsLabelTextField, ui_->richnessLabelTextField,
-                                        ui_->rarefiedNote, ui_->metricsNote}) {
-        label->setPalette(quiet);
-    }
-}
-
-MetricRows::Rows MetricsPanel::rows() const {
-    return {{
-        {"individuals", ui_->individualsValueTextField, ui_->individualsLabelTextField},
-        {"richness", ui_->richnessValueTextField, ui_->richnessLabelTextField},
-        {"rarefiedRichness", ui_->rarefiedRichnessValueTextField,
-         ui_->rarefiedRichnessLabelTextField},
-        {"chaoOne", ui_->chaoOneValueTextField, ui_->chaoOneLabelTextField},
-        {"alroySQS", ui_->alroySQSValueTextField, ui_->alroySQSLabelTextField},
-        {"shannonH", ui_->shannonHValueTextField, ui_->shannonHLabelTextField},
-        {"fisherAlpha", ui_->fisherAlphaValueTextField, ui_->fisherAlphaLabelTextField},
-        {"pielouJ", ui_->pielouJValueTextField, ui_->pielouJLabelTextField},
-        {"simpsonD", ui_->simpsonDValueTextField, ui_->simpsonDLabelTextField},
-        {"buzasE", ui_->buzasEValueTextField, ui_->buzasELabelTextField},
-    }};
-}
-
-void MetricsPanel::nameRows() {
-    const Preferences preferences;
-    for (int row = 0; row < static_cast<int>(metricsPanelRows.size()); ++row) {
-        const std::string text =
-            metricCaption(metricsPanelRows[static_cast<std::size_t>(row)],
-                          preferences.rarefactionSize(), preferences.sqsQuota());
-        sheet_->setCaption(row, QString::fromStdString(text));
-    }
-}
-
-QString MetricsPanel::caption(std::string_view key) const {
-    return QString::fromStdString(metricCaption(panelRow(key), request_->size, request_->quota));
-}
-
-void MetricsPanel::showValue(std::string_view key, const QString& text) {
-    sheet_->show(rowOf(key), caption(key), text);
-}
-
-// The field keeps its text until its job ends.
-void MetricsPanel::expect(std::string_view key, const QString& owner) {
-    const QString reason =
-        owner.isEmpty() ? QString() : tr("Value of %1; the new one is on its way.").arg(owner);
-    sheet_->expect(rowOf(key), caption(key), reason);
 }
 
 void MetricsPanel::refresh(const QString& censusName, const CountsVector& counts) {
@@ -147,38 +96,32 @@ void MetricsPanel::refresh(const QString& censusName, const CountsVector& counts
     const bool isAgain = request_ == request;
     request_ = std::move(request);
     ++*latest_;
-    // What stands there is of these counts, and stays black until another draw of SQS takes its
-    // place.
-    if (isAgain) return startJobs();
-    inputs_ = metricInputs(counts, request_->size, request_->quota);
-    sheet_->setSubject(censusName);
-    ui_->metricsHeading->setText(censusName);
-    ui_->metricsHeading->setToolTip(censusName);
-    showNote(*ui_->metricsNote, {});
-    showNote(*ui_->rarefiedNote, {});
-    fillAtOnce();
-    expect("rarefiedRichness", rarefiedOwner_);
-    expect("alroySQS", sqsOwner_);
-    startJobs();
-}
-
-void MetricsPanel::startJobs() {
+    // Otherwise what is shown is of these counts, and stays black until SQS has been drawn anew.
+    if (!isAgain) {
+        const AbundanceTally tally(request_->counts);
+        sheet_->setSubject(censusName);
+        sheet_->inputs() = {};
+        sheet_->inputs().sample = SampleInputs(tally);
+        sheet_->setParameters({request_->size, request_->quota});
+        heading_->setText(censusName);
+        heading_->setToolTip(censusName);
+        showNote(*metricsNote_, {});
+        showNote(*rarefiedNote_, {});
+        const MetricValues values = censusMetrics(tally);
+        for (const ShownMetric& shown : metricsOf(MetricGroup::census))
+            if (descriptorOf(shown.metric).compute) sheet_->show(shown, values[shown.metric]);
+        expect(rarefied, rarefiedOwner_);
+        expect(sqs, sqsOwner_);
+    }
     startRarefaction();
     startSqs();
 }
 
-void MetricsPanel::fillAtOnce() {
-    const CensusMetrics metrics = censusMetrics(request_->counts);
-    const auto whole = [](std::int64_t value) {
-        return QString::fromStdString(integerText(value));
-    };
-    showValue("individuals", whole(metrics.individuals));
-    showValue("richness", whole(metrics.richness));
-    const std::pair<std::string_view, double> values[] = {
-        {"chaoOne", metrics.chaoOne},         {"shannonH", metrics.shannonH},
-        {"fisherAlpha", metrics.fisherAlpha}, {"pielouJ", metrics.pielouJ},
-        {"simpsonD", metrics.simpsonD},       {"buzasE", metrics.buzasE}};
-    for (const auto& [key, value] : values) showValue(key, metricText(key, value));
+// The field keeps its text until its job ends.
+void MetricsPanel::expect(const ShownMetric& shown, const QString& owner) {
+    const QString reason =
+        owner.isEmpty() ? QString() : tr("Value of %1; the new one is on its way.").arg(owner);
+    sheet_->expect(shown, reason);
 }
 
 void MetricsPanel::startRarefaction() {
@@ -198,8 +141,8 @@ void MetricsPanel::startSqs() {
     const auto work = [counts = request_->counts, quota = request_->quota, number, latest = latest_,
                        random = std::shared_ptr(makeRandom_())]() -> std::optional<SqsResult> {
         if (*latest != number) return std::nullopt;
-        SqsResult result = shareholderQuorum(counts, sqsTrials, quota, *random);
-        if (const std::string line = result.warning(); !line.empty()) writeConsoleLine(line);
+        const SqsResult result = shareholderQuorum(counts, sqsTrials, quota, *random);
+        result.writeWarning();
         return result;
     };
     jobs_->start(this, work, [this, number](const std::optional<SqsResult>& result) {
@@ -208,30 +151,30 @@ void MetricsPanel::startSqs() {
 }
 
 void MetricsPanel::showRarefied(double estimate) {
-    showValue("rarefiedRichness", metricText("rarefiedRichness", estimate));
+    sheet_->show(rarefied, estimate);
     rarefiedOwner_ = request_->census;
-    if (inputs_.individuals < 1 || inputs_.individuals >= request_->size) return;
+    const std::int64_t specimens = sheet_->inputs().sample.individuals;
+    if (specimens < 1 || specimens >= request_->size) return;
     const QString meaning =
         tr("N < n: the census has %L1 specimens, fewer than the %L2 asked for; its rarefied "
            "richness is that of the whole census.")
-            .arg(inputs_.individuals)
+            .arg(specimens)
             .arg(request_->size);
-    sheet_->mark(rowOf("rarefiedRichness"), tr("N < n"), meaning);
-    showNote(*ui_->rarefiedNote, meaning);
+    sheet_->mark(rarefied, tr("N < n"), meaning);
+    showNote(*rarefiedNote_, meaning);
 }
 
 void MetricsPanel::showSqs(const SqsResult& result) {
-    inputs_.absence = result.absence;
-    inputs_.coverage = result.frequencySum;
+    sheet_->inputs().sqs = result;
     if (result.estimate) {
-        showValue("alroySQS", metricText("alroySQS", *result.estimate));
+        sheet_->show(sqs, *result.estimate);
         sqsOwner_ = request_->census;
         return;
     }
-    QString note = metricDetails("alroySQS", inputs_).remark;
+    QString note = QString::fromStdString(metricRemark(sqs, sheet_->inputs()));
     if (!sqsOwner_.isEmpty()) note += ' ' + tr("The grey value is that of %1.").arg(sqsOwner_);
-    sheet_->showAbsent(rowOf("alroySQS"), caption("alroySQS"), note);
-    showNote(*ui_->metricsNote, note);
+    sheet_->show(sqs, {}, note);
+    showNote(*metricsNote_, note);
 }
 
 }  // namespace zorvel

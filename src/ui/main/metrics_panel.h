@@ -1,7 +1,6 @@
-// The metrics of one census, each a caption and a value. What takes no time is filled in at once;
-// rarefied richness and SQS come from background jobs. A value that belongs to another census than
-// the panel's heading is grey and says whose it is. Each value explains itself beside its row on
-// demand. Main thread.
+// The metrics of one census. What takes no time is filled in at once; rarefied richness and SQS
+// come from background jobs. A value that belongs to another census than the panel's heading is
+// grey and says whose it is. Main thread.
 #pragma once
 
 #include <QString>
@@ -14,22 +13,20 @@
 #include "metrics/counts.h"
 #include "metrics/random_source.h"
 #include "metrics/sqs.h"
-#include "model/metric_explanations.h"
 #include "ui/kit/metric_sheet.h"
 
-namespace Ui {
-class MetricsPanel;
-}
+class QVBoxLayout;
 
 namespace zorvel {
 
+class ElidedLabel;
 class JobQueue;
+class WrappedLabel;
 
 class MetricsPanel : public QWidget {
     Q_OBJECT
   public:
     explicit MetricsPanel(QWidget* parent = nullptr);
-    ~MetricsPanel() override;
 
     // Before the first refresh. The queue must outlive the panel.
     void setServices(JobQueue& jobs, RandomSourceMaker makeRandom);
@@ -43,9 +40,6 @@ class MetricsPanel : public QWidget {
     void copyAll() const { sheet_->copyAll(); }
     [[nodiscard]] QList<MetricLine> lines() const { return sheet_->lines(); }
 
-  protected:
-    void changeEvent(QEvent* event) override;
-
   private:
     // All that the values follow from.
     struct Request {
@@ -57,30 +51,25 @@ class MetricsPanel : public QWidget {
         bool operator==(const Request&) const = default;
     };
 
-    [[nodiscard]] MetricRows::Rows rows() const;
-    void nameRows();
-    void showSecondaryTexts();
-    void fillAtOnce();
-    void startJobs();
+    void layOut(QVBoxLayout& all);
+    void expect(const ShownMetric& shown, const QString& owner);
     void startRarefaction();
     void startSqs();
     void showRarefied(double estimate);
     void showSqs(const SqsResult& result);
-    void showValue(std::string_view key, const QString& text);
-    void expect(std::string_view key, const QString& owner);
-    [[nodiscard]] QString caption(std::string_view key) const;
 
-    std::unique_ptr<Ui::MetricsPanel> ui_;
+    ElidedLabel* heading_;
+    WrappedLabel* rarefiedNote_;
+    WrappedLabel* metricsNote_;
+    MetricSheet* sheet_;
     JobQueue* jobs_ = nullptr;
     RandomSourceMaker makeRandom_;
     // Number of the last refresh; jobs look at it before they begin.
     std::shared_ptr<std::atomic<std::uint64_t>> latest_;
     std::optional<Request> request_;
-    MetricInputs inputs_;
     // Whose value stands in the field; empty before the first.
     QString rarefiedOwner_;
     QString sqsOwner_;
-    MetricSheet* sheet_;
 };
 
 }  // namespace zorvel
