@@ -1,13 +1,16 @@
-// Calls right and wrong: exit codes, messages, help; and the choice of a census.
+// Calls right and wrong, the help, the choice of a census, and JSON.
 #include "cli/call.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <limits>
+#include <nlohmann/json.hpp>
 #include <sstream>
 
 #include "cli/census_choice.h"
 #include "cli/command.h"
+#include "cli/json_writer.h"
 #include "tool.h"
 
 namespace zorvel::test {
@@ -169,6 +172,36 @@ TEST(CensusChoice, TakesTheFirstOfTheNameOrTellsWhatElseThereIs) {
         EXPECT_EQ(chosen.problem().message,
                   "no census is called '" + row.wanted + "'; " + row.told);
     }
+}
+
+TEST(Json, IsReadBackByAnotherReader) {
+    std::string everyAscii;
+    for (char byte = 0; byte >= 0 && byte < 127; ++byte) everyAscii += byte;
+    const std::vector<std::string> texts = {"",
+                                            everyAscii,
+                                            "\x7f\u2028",
+                                            "\"\\\"",
+                                            "Caf\u00e9 \U0001F33F",
+                                            std::string(200'000, '\n') + "x"};
+    const TemporaryFolder folder;
+    cli::Output output(folder.file("result.json"));
+    cli::JsonWriter writer(output);
+    writer.beginArray();
+    for (const std::string& each : texts) writer.string(each);
+    for (const double number : {0.1, 1e22, 5e-324, -0.0, 8.0}) writer.number(number);
+    writer.number(std::numeric_limits<double>::quiet_NaN());
+    writer.number(-std::numeric_limits<double>::infinity());
+    writer.integer(std::numeric_limits<std::int64_t>::min());
+    writer.endArray();
+    EXPECT_FALSE(output.finish());
+    const std::string text = readBytes(folder.file("result.json"));
+    const std::string numbers =
+        ",\n  0.1,\n  1e+22,\n  5e-324,\n  -0,\n  8,\n  null,\n  null,\n  "
+        "-9223372036854775808\n]\n";
+    EXPECT_TRUE(text.ends_with(numbers)) << text.substr(text.size() - numbers.size());
+    EXPECT_NE(text.find("Caf\u00e9 \U0001F33F"), std::string::npos) << "UTF-8 stays as it is";
+    const nlohmann::json read = nlohmann::json::parse(text);
+    for (std::size_t i = 0; i < texts.size(); ++i) EXPECT_EQ(read[i], texts[i]);
 }
 
 }  // namespace

@@ -1,0 +1,313 @@
+"""The outputs of the command-line tool, whole: results, messages, exit status, files and streams.
+
+check_tool.py TREE TOOL: TREE is the folder of the sources, TOOL the command-line tool.
+"""
+
+import json
+import os
+import stat
+import subprocess
+import sys
+import tempfile
+import unittest
+from pathlib import Path
+
+tree, tool = (Path(argument).resolve() for argument in sys.argv[1:3])
+data = tree / "tests/data/cli"
+mites = str(tree / "examples/oribatid-mites.csv")
+
+# A quota past the attainable coverage leaves nothing to chance.
+WARNING = "WARNING: Quota exceeds sum of frequencies: "
+NORTH = """Individuals\t22
+Richness\t6
+Rarefied richness (5)\t3.2
+Chao1\t6.5
+Alroy SQS (quota: 0.95)\t-
+Shannon's H\t1.466
+Fisher's alpha\t2.718
+Pielou's J\t0.818
+Simpson's D\t0.745
+Buzas-Gibson's E\t0.722
+"""
+SOUTH = """Individuals\t3
+Richness\t2
+Rarefied richness (50)\t2.0
+Chao1\t2.0
+Alroy SQS (quota: 0.80)\t-
+Shannon's H\t0.637
+Fisher's alpha\t0.0
+Pielou's J\t0.918
+Simpson's D\t0.667
+Buzas-Gibson's E\t0.945
+"""
+POOLED = """Individuals\t23
+Richness\t3
+Chao1\t-
+Shannon's H\t0.822
+Fisher's alpha\t0.921
+Pielou's J\t0.749
+Simpson's D\t0.490
+Buzas-Gibson's E\t0.759
+Rarefied richness (2)\t1.5
+Alroy SQS (quota: 1.50)\t-
+Average abundance\t7.7
+Average richness\t2.3
+Average Chao1\t-
+Average Shannon's H\t0.746
+Average Fisher's alpha\t0.532
+Average Pielou's J\t0.881
+Average Simpson's D\t0.620
+Average Buzas-Gibson's E\t0.923
+Average rarefied richness (2)\t1.6
+Average Alroy SQS (quota: 1.50)\t-
+Censuses with Alroy SQS\t0
+Chao2\t3.0
+Sample-based rarefied richness (2)\t3.0
+"""
+CURVE_HEADER = ("sampleSize,estimatedRichness,variance,lower95limit,upper95limit,lower99limit,"
+                "upper99limit\n")
+CURVE = CURVE_HEADER + "".join(
+    ",".join([f"{size:>10}", *(f"{value:>{width}.3f}" for value, width in zip(
+        values, (17, 8, 12, 12, 12, 12)))]) + "\n"
+    for size, values in ((1, (1, 0, 1, 1, 1, 1)), (2, (5 / 3, 2 / 9, 1, 2.591, 1, 2.883)),
+                         (3, (2, 0, 2, 2, 2, 2))))
+RECORDS = """[
+  {"name": "Bog", "latitude": 47.61, "longitude": -122.33, "notes": "wet, cold\\tand \u201cmossy\u201d", \
+"timeStamp": "2016-03-05T15:42:00+01:00", "taxa": [{"name": "Abies alba", "abundance": 4, \
+"include": true}]},
+  {"name": "Fen", "latitude": 1e-07, "longitude": null, "notes": "", \
+"timeStamp": "2016-07-01T00:05:00+02:00", "taxa": [{"name": "Betula nana", "abundance": 7, \
+"include": true}]}
+]
+"""
+
+
+def run(*command, stdin="", **environment):
+    """Exit status, standard output and standard error, run in the folder of the test data."""
+    ran = subprocess.run(command, cwd=data, env=dict(os.environ, **environment), timeout=300,
+                         input=stdin.encode("utf-8", "surrogateescape"), capture_output=True)
+    return (ran.returncode, *(text.decode("utf-8", "surrogateescape")
+                              for text in (ran.stdout, ran.stderr)))
+
+
+def call(arguments, *more, **surroundings):
+    return run(tool, *arguments.split(), *more, **surroundings)
+
+
+def values(arguments, *more):
+    status, out, err = call(arguments + " --json", *more)
+    assert status == 0, err
+    return json.loads(out)
+
+
+def names_in_order(text):
+    names = []
+    json.loads(text, object_pairs_hook=lambda pairs: names.append([name for name, _ in pairs]))
+    return names
+
+
+class Results(unittest.TestCase):
+    maxDiff = None
+
+    def test_text_is_whole(self):
+        for arguments, more, stdin, out, err in (
+                ("summary three.csv --size 5 --quota 0.95", (), "", NORTH,
+                 f"three.csv: North: {WARNING}0.9204545454545454\n"),
+                ("summary three.csv --census", ("Cafe\u0301 Sud",), "", SOUTH, ""),
+                ("summary --kind list - --size 5 --quota 0.95", (), "10 5\t3, 2\r\n1 1", NORTH,
+                 f"<stdin>: imported census: {WARNING}0.9204545454545454\n"),
+                ("project pooled.csv --size 2 --quota 1.5", (), "", POOLED,
+                 f"pooled.csv: {WARNING}1.0\n"),
+                ("rarefaction one.csv --kind census", (), "", CURVE, ""),
+                ("rarefaction three.csv --census Empty", (), "", CURVE_HEADER, ""),
+                ("matrix phone.txt --kind ios", (), "",
+                 " , Abies alba, Betula nana\nBog,4,0\nFen,0,7\n", ""),
+                ("records --kind ios -", (), 'a",b",c",d",e",f\n', "[]\n", "")):
+            with self.subTest(arguments):
+                self.assertEqual(call(arguments, *more, stdin=stdin), (0, out, err))
+        self.assertEqual(call("records phone.txt --kind ios", TZ="CET-1CEST,M3.5.0,M10.5.0/3"),
+                         (0, RECORDS, ""))
+        status, out, err = call("metrics three.csv --seed 1 --quota 7")
+        self.assertEqual((status, err), (0, ""))
+        self.assertRegex(
+            out, r"^ , Abundance, Richness, Chao-1, alroySQS, Shannon's H, Fisher's alpha, Pielou's J, "
+                 r"Simpson's D, Buzas-Gibson E\n"
+                 r"North, 22, 6, 8.0, [3-5]\.\d, 1.466, 2.718, 0.818, 0.745, 0.722\n"
+                 r"Empty, 0, 0, -, 0.0, 0.0, 0.0, 0.0, 0.0, -\n"
+                 "Caf\u00e9 Sud, 3, 2, 2.5, 0.0, 0.637, 0.0, 0.918, 0.667, 0.945\n$")
+
+    def test_names_of_json_stand_in_order(self):
+        census = ("census individuals richness rarefiedRichness chaoOne chaoClassic alroySQS shannonH "
+                  "fisherAlpha pielouJ simpsonD buzasE").split()
+        indices = ("individuals richness chaoClassic shannonH fisherAlpha pielouJ simpsonD "
+                   "buzasE").split()
+        averages = [*indices, "averageRarefiedRichness", "averageAlroySQS", "censusesWithAlroySQS"]
+        project = [*indices, "rarefiedRichness", "alroySQS", "averages", "chaoTwo",
+                   "sampleBasedRarefiedRichness"]
+        point = "sampleSize estimate variance lower95 upper95 lower99 upper99".split()
+        for arguments, expected in (("summary pooled.csv", [census]),
+                                    ("metrics pooled.csv", 3 * [census]),
+                                    ("rarefaction one.csv --kind census", 3 * [point]),
+                                    ("project pooled.csv", [averages, project])):
+            self.assertEqual(names_in_order(call(arguments + " --json")[1]), expected)
+
+    def test_json_has_all_digits(self):
+        metrics = values("metrics three.csv --size 5 --quota 0")
+        north = metrics[0]
+        self.assertEqual((north["census"], north["chaoOne"], north["chaoClassic"]), ("North", 6.5, 8))
+        for key, value in (("rarefiedRichness", 3.1591858433963695), ("simpsonD", 172 / 231),
+                           ("shannonH", 1.4658073752112626)):
+            self.assertAlmostEqual(north[key], value, 12)
+        self.assertIsNone(north["alroySQS"], "a quota of 0 gives NaN")
+        self.assertEqual((metrics[1]["individuals"], metrics[1]["buzasE"]), (0, None))
+        project = values("project pooled.csv --size 2")
+        averages = project["averages"]
+        self.assertAlmostEqual(project["buzasE"], 0.7586100731011026, 14)
+        self.assertAlmostEqual(averages["individuals"], 23 / 3, 14)
+        self.assertIsNone(averages["chaoClassic"])
+        # Of two specimens: 1 + 60/156, 1 + 20/42 and 2 expected taxa.
+        self.assertAlmostEqual(averages["averageRarefiedRichness"], (4 + 60 / 156 + 20 / 42) / 3, 12)
+        self.assertEqual(averages["censusesWithAlroySQS"], 1, "A alone has 11 specimens")
+        curve = values("rarefaction five.csv --samples")  # over all subsets of censuses
+        for size, (point, estimate) in enumerate(zip(curve, (2.4, 3.1, 3.5, 3.8), strict=True), 1):
+            self.assertEqual(point["sampleSize"], size)
+            self.assertAlmostEqual(point["estimate"], estimate, 12)
+
+    def test_a_seed_fixes_sqs(self):
+        sqs = lambda *seed: {row["census"]: row["alroySQS"] for row in values("metrics", mites, *seed)}
+        seeded = sqs("--seed", "5")
+        self.assertEqual(seeded, sqs("--seed", "5"))
+        self.assertNotEqual(seeded, sqs("--seed", "6"))
+        self.assertNotEqual(seeded, sqs())
+        one = values("summary --seed 5", "--census", "Core 60", mites)
+        self.assertEqual(one["alroySQS"], seeded["Core 60"], "whatever precedes it in the file")
+
+    def test_a_matrix_reads_back_as_itself(self):
+        matrix = call("matrix", mites)[1]
+        self.assertEqual(matrix.count("\n"), 71)
+        self.assertEqual(call("matrix -", stdin=matrix)[1], matrix)
+
+    def test_numbers_do_not_follow_the_locale(self):
+        with tempfile.TemporaryDirectory() as folder:
+            if run("localedef", "-i", "de_DE", "-f", "UTF-8", f"{folder}/de_DE.UTF-8")[0] != 0:
+                self.skipTest("the German locale cannot be made here")
+            german = {"LOCPATH": folder, "LC_ALL": "de_DE.UTF-8"}
+            self.assertEqual(run("bash", "-c", "printf %.1f 0,5", **german)[1], "0,5")
+            for arguments in ("summary three.csv --size 5 --quota 0.95",
+                              "metrics three.csv --json --seed 1", "summary three.csv --quota 0,95"):
+                self.assertEqual(call(arguments, **german), call(arguments))
+
+    def test_input_that_cannot_be_used_is_refused(self):
+        no_census = 'a",b",c",d",e",f\n'
+        for arguments, stdin, message in (
+                ("metrics nowhere.csv", "", "nowhere.csv: cannot be opened: No such file or directory"),
+                ("metrics .", "", ".: cannot be read: Is a directory"),
+                ("metrics -", "", "<stdin>: No censuses could be imported"),
+                ("matrix -", " ,a,b\nNorth,1,x\n",
+                 "<stdin>:2:3: B: Not an abundance value, or not an integer: x"),
+                ("summary --kind ios -", no_census, "<stdin>: holds no census"),
+                ("summary three.csv --census Nroth", "",
+                 "three.csv: no census is called 'Nroth'; the censuses are 'North', 'Empty', "
+                 "'Caf\u00e9 Sud'"),
+                ("rarefaction --kind ios -", no_census,
+                 "<stdin>: Must have at least one census to calculate individual-based rarefaction"),
+                ("rarefaction --samples -", " ,a\nA,1\nB,1\nC,1\nD,1\n",
+                 "<stdin>: Must have at least five censuses to calculate sample-based rarefaction"),
+                ("rarefaction -", " ,a,b\nA,1000000000000000000,1\n",
+                 "<stdin>: There are more than 10^18 specimens, too many to rarefy exactly"),
+                ("project -", " ,a\nA,1\nB,1\n",
+                 "<stdin>: Must have at least three censuses to calculate project-wide metrics")):
+            with self.subTest(arguments):
+                self.assertEqual(call(arguments, stdin=stdin), (1, "", message + "\n"))
+        status, _, err = call("metrics -", stdin="\udcff\udcfe \0,\0")
+        self.assertEqual(status, 1)
+        self.assertRegex(err, "^<stdin>: not UTF-8 text: it seems to be UTF-16")
+
+
+class Outputs(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = Path(folder.name)
+        self.file = self.folder / "result"
+
+    def entries(self):
+        return sorted(path.name for path in self.folder.iterdir())
+
+    def test_a_file_gets_what_standard_output_would(self):
+        self.file.write_text("x" * 100000)
+        for command in ("matrix", "records", "project", "metrics"):
+            shown = call(f"{command} --seed 1", mites)
+            self.assertEqual(call(f"{command} --seed 1", mites, "--output", self.file), (0, "", ""))
+            self.assertEqual(self.file.read_text(), shown[1])
+            self.assertEqual(call(f"{command} --seed 1 --output -", mites), shown)
+        # It may be the input.
+        self.file.write_bytes(b" ,b,a\r\nNorth,1,2\r\n")
+        self.assertEqual(call("matrix", self.file, "--output", self.file)[0], 0)
+        self.assertEqual(self.file.read_text(), " , a, b\nNorth,2,1\n")
+        self.assertEqual(self.entries(), ["result"])
+
+    def test_a_project_is_not_replaced(self):
+        project = self.folder / "p.zorvel"
+        self.assertEqual(call("import three.csv --into", project)[0], 0)
+        before = project.read_bytes()
+        (self.folder / "damaged.zorvel").write_text("SQL")
+        os.link(project, self.folder / "other.csv")
+        (self.folder / "link.csv").symlink_to("p.zorvel")
+        (self.folder / "damaged.csv").symlink_to("damaged.zorvel")
+        for name in ("p.zorvel", "other.csv", "link.csv", "damaged.zorvel", "damaged.csv", "new.zorvel",
+                     "p.zorvel-journal"):
+            status, _, err = call("matrix", project, "--output", self.folder / name)
+            self.assertEqual(status, 1)
+            self.assertTrue(err.startswith(f"{self.folder / name}: is a project or named like one"), err)
+        self.assertEqual(project.read_bytes(), before)
+        self.assertEqual((self.folder / "damaged.zorvel").read_text(), "SQL")
+        self.assertFalse((self.folder / "new.zorvel").exists())
+
+    def test_nothing_is_written_on_a_problem(self):
+        self.file.write_text("old")
+        self.assertEqual(call("project one.csv --kind census --output", self.file)[0], 1)
+        self.assertEqual(self.file.read_text(), "old")
+        nowhere = self.folder / "none/result"
+        self.assertEqual(call("metrics three.csv --output", nowhere),
+                         (1, "", f"{nowhere}: cannot be written: No such file or directory\n"))
+        self.assertEqual(self.entries(), ["result"])
+
+    def redirected(self, script, arguments, **surroundings):
+        return run("bash", "-c", script, "bash", tool, *arguments.split(), **surroundings)
+
+    def test_a_full_device_or_closed_stream_is_a_problem(self):
+        full = "cannot be written: No space left on device\n"
+        for arguments in ("metrics three.csv", f"records {mites}", "--help"):
+            self.assertEqual(self.redirected('"$@" >/dev/full', arguments), (1, "", f"<stdout>: {full}"))
+        self.assertEqual(call("metrics three.csv --output /dev/full"), (1, "", f"/dev/full: {full}"))
+        self.assertTrue(stat.S_ISCHR(os.stat("/dev/full").st_mode), "it stays what it is")
+        self.assertEqual(self.redirected('"$@" >&-', "metrics three.csv"),
+                         (1, "", "<stdout>: cannot be written: Bad file descriptor\n"))
+        # A file does not get the number of a closed stream, and the warning about the quota.
+        arguments = f"summary three.csv --quota 0.95 --output {self.file}"
+        self.assertEqual(self.redirected('"$@" <&- >&- 2>&-', arguments)[0], 0)
+        self.assertRegex(self.file.read_text(), r"^Individuals\t22\n")
+        self.assertNotIn("WARNING", self.file.read_text())
+
+    def test_a_reader_that_goes_away_needs_no_message(self):
+        script = '"$@" | head -c 2; exit ${PIPESTATUS[0]}'
+        self.assertEqual(self.redirected(script, "records -", stdin=" ,a\n" + 50000 * "North,1\n"),
+                         (1, "[\n", ""))
+
+    def test_messages_have_no_control_characters(self):
+        """Names and cells must not command the terminal; a result is data and stays as it is."""
+        self.assertEqual(call("metrics -", stdin=" ,a\nNorth,\x1b]52;c;QQ==\a\n")[2],
+                         "<stdin>:2:2: B: Not an abundance value, or not an integer: "
+                         "\\x1b]52;c;QQ==\\x07\n")
+        named = ' ,a,b\n"\x1b[2J\n",1,10\n'
+        self.assertEqual(call("summary - --quota 5", stdin=named)[2][:32],
+                         "<stdin>: \\x1b[2J\\x0a: WARNING: Q")
+        self.assertEqual(call("matrix -", stdin=named)[1], " , a, b\n\x1b[2J\n,1,10\n")
+        self.assertEqual(call("metrics", "\x1b[2J")[2],
+                         "\\x1b[2J: cannot be opened: No such file or directory\n")
+        self.assertEqual(call("", "\x1b[2J\n")[2][:45], "zorvel-cli: there is no command '\\x1b[2J\\x0a'")
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1])
