@@ -7,7 +7,7 @@
 #include <QString>
 #include <vector>
 
-#include "platform/backups.h"
+#include "platform/project_writes.h"
 
 class QPushButton;
 class QTreeWidget;

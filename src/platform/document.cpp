@@ -3,7 +3,6 @@
 #include <utility>
 
 #include "model/file_messages.h"
-#include "platform/backups.h"
 #include "platform/document_controller.h"
 #include "platform/document_saver.h"
 #include "platform/file_names.h"

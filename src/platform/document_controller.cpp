@@ -9,7 +9,6 @@
 #include <thread>
 #include <utility>
 
-#include "platform/backups.h"
 #include "platform/file_names.h"
 #include "platform/file_reading.h"
 #include "platform/job_queue.h"

@@ -3,10 +3,12 @@
 // says otherwise.
 #pragma once
 
+#include <QDateTime>
 #include <QString>
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "store/file_problem.h"
 #include "store/object_context.h"
@@ -68,7 +70,19 @@ WriteOutcome moveProject(const WriteOrder& order, const QString& path);
 // Closes the file, and deletes it and the link beside it if it is the file of that path.
 void closeProject(FileHolder& holder, const std::string& deleteAt);
 
-// With the folders above it; no problem if it exists already.
-std::optional<FileProblem> makeFolder(const QString& folder);
+// A backup: a file "NAME DATE TIME.zorvel" in the folder of its project. The newest ten of each
+// name are kept, so that the backups of a copy do not replace those of the project.
+struct Backup {
+    QString path;  // absolute
+    QString displayName;
+    QString time;
+    int number = 1;  // of those of one second
+    QDateTime modified;
+    qint64 size = 0;
+};
+
+// Under every name that the project has had, oldest first; folder: that of the project. Waits for
+// the disk. Any thread.
+std::vector<Backup> backupsIn(const QString& folder);
 
 }  // namespace zorvel

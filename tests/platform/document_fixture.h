@@ -17,7 +17,7 @@
 #include <vector>
 
 #include "model/edits.h"
-#include "platform/backups.h"
+#include "platform/project_writes.h"
 #include "platform/document_controller.h"
 #include "platform/job_queue.h"
 #include "platform/settings.h"
