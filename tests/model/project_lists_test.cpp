@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <limits>
 #include <random>
 #include <set>
 #include <string>
@@ -13,6 +12,7 @@
 #include "bench/plain_project_lists.h"
 #include "model/diversity_document.h"
 #include "model/taxon_formatter.h"
+#include "tests/support/extreme_values.h"
 
 namespace zorvel {
 namespace {
@@ -98,7 +98,6 @@ TEST(ProjectLists, RandomProjectsGiveWhatPlainScansGive) {
 }
 
 TEST(ProjectLists, WorkedExample) {
-    constexpr auto most = std::numeric_limits<std::int64_t>::max();
     ObjectContext context;
     CensusAttributes north;
     north.name = "North";

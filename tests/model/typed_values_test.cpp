@@ -6,9 +6,10 @@
 #include <clocale>
 #include <cstdlib>
 #include <ctime>
-#include <limits>
 #include <string>
 #include <vector>
+
+#include "tests/support/extreme_values.h"
 
 namespace zorvel {
 namespace {
@@ -43,8 +44,6 @@ TEST(TypedValues, Names) {
 }
 
 TEST(TypedValues, AbundancesAndSampleSizes) {
-    constexpr auto most = std::numeric_limits<std::int64_t>::max();
-    constexpr auto least = std::numeric_limits<std::int64_t>::min();
     using Value = std::optional<std::int64_t>;
     struct Row {
         const char* typed;
