@@ -12,7 +12,6 @@
 #include <vector>
 
 #include "base/numbers.h"
-#include "cli/command.h"
 
 namespace zorvel::cli {
 namespace {

@@ -6,8 +6,7 @@
 #include <thread>
 
 #include "base/numbers.h"
-#include "cli/command.h"
-#include "cli/messages.h"
+#include "cli/call.h"
 #include "interchange/file_kind.h"
 #include "model/file_messages.h"
 #include "store/project_file.h"

@@ -9,8 +9,7 @@
 #include <new>
 #include <stdexcept>
 
-#include "cli/command.h"
-#include "cli/messages.h"
+#include "cli/call.h"
 
 namespace zorvel::cli {
 namespace {

@@ -1,5 +1,5 @@
 // zorvel-cli matrix: the censuses of any file as one census matrix.
-#include "cli/command.h"
+#include "cli/call.h"
 #include "interchange/writers.h"
 
 namespace zorvel::cli {

@@ -12,10 +12,7 @@
 
 #include "base/console.h"
 #include "base/threads.h"
-#include "cli/census_choice.h"
-#include "cli/command.h"
-#include "cli/json_writer.h"
-#include "cli/messages.h"
+#include "cli/call.h"
 #include "interchange/writers.h"
 #include "metrics/metric_table.h"
 #include "metrics/rarefaction.h"
@@ -45,24 +42,18 @@ MetricValues censusValues(CountsView counts, const Call& call) {
 
 void writeField(JsonWriter& json, const ShownMetric& shown, const MetricValue& value) {
     json.key(metricKey(shown));
-    if (const auto* whole = std::get_if<std::int64_t>(&value)) {
-        json.integer(*whole);
-    } else if (const auto* number = std::get_if<double>(&value)) {
-        json.number(*number);
-    } else {
-        json.null();
-    }
+    std::visit([&json](const auto& each) { json.value(each); }, value);
 }
 
 // An object: the name, and a member per metric of a census or of a table of censuses.
 void writeCensus(JsonWriter& json, const std::string& name, const MetricValues& values) {
-    json.beginObject();
+    json.begin('{');
     json.field("census", name);
     for (const MetricDescriptor& row : metricTable) {
         if (!row.inPanel && row.column == nullptr) continue;
         writeField(json, {MetricGroup::census, row.metric}, values[row.metric]);
     }
-    json.endObject();
+    json.end('}');
 }
 
 // Caption, tab and value.
@@ -123,14 +114,14 @@ std::optional<Problem> runMetrics(const Call& call, Project& project, Output& ou
         return std::nullopt;
     }
     JsonWriter json(output);
-    json.beginArray();
+    json.begin('[');
     forEachCensus(
         project, output,
         [&](const Census& census) { return censusValues(fullCountsVector(census), call); },
         [&](std::size_t i, const MetricValues& values) {
             writeCensus(json, project.names[i], values);
         });
-    json.endArray();
+    json.end(']');
     return std::nullopt;
 }
 
@@ -140,15 +131,15 @@ void writeProjectJson(const ProjectMetrics& metrics, Output& output) {
         for (const auto& [shown, value] : metrics.values)
             if (shown.group == group) writeField(json, shown, value);
     };
-    json.beginObject();
+    json.begin('{');
     writeGroup(MetricGroup::pooled);
     json.key("averages");
-    json.beginObject();
+    json.begin('{');
     writeGroup(MetricGroup::averages);
     json.field("censusesWithAlroySQS", metrics.inputs.averageSqs.censuses);
-    json.endObject();
+    json.end('}');
     writeGroup(MetricGroup::incidence);
-    json.endObject();
+    json.end('}');
 }
 
 std::optional<Problem> runProject(const Call& call, Project& project, Output& output) {

@@ -1,8 +1,13 @@
 #include "cli/output.h"
 
+#include <array>
+#include <cmath>
 #include <utility>
 
+#include "base/console.h"
 #include "base/files.h"
+#include "base/numbers.h"
+#include "base/text.h"
 #include "model/text_project.h"
 
 namespace zorvel::cli {
@@ -22,6 +27,36 @@ bool isNamedAsProject(std::string_view path) {
 bool isProject(const std::string& path) {
     const Result<std::string> end = resolvedPath(path);
     return isNamedAsProject(path) || (end && isNamedAsProject(end.value())) || holdsProject(path);
+}
+
+bool mustEscape(char byte) {
+    return static_cast<unsigned char>(byte) < 0x20 || byte == '"' || byte == '\\';
+}
+
+void writeEscape(Output& output, char byte) {
+    constexpr std::string_view digits = "0123456789abcdef";
+    switch (byte) {
+        case '"':
+            output.write("\\\"");
+            return;
+        case '\\':
+            output.write("\\\\");
+            return;
+        case '\n':
+            output.write("\\n");
+            return;
+        case '\r':
+            output.write("\\r");
+            return;
+        case '\t':
+            output.write("\\t");
+            return;
+        default:
+            break;
+    }
+    const auto code = static_cast<unsigned char>(byte);
+    const std::array<char, 6> escape = {'\\', 'u', '0', '0', digits[code >> 4], digits[code & 15]};
+    output.write({escape.data(), escape.size()});
 }
 
 }  // namespace
@@ -63,6 +98,91 @@ std::optional<Problem> Output::finish() {
     const bool owed = !pending_.empty() || (!streams_ && !produced_);
     if (owed && !failed()) sendPending();
     return problem_;
+}
+
+void JsonWriter::begin(char bracket) {
+    separate();
+    output_.write(bracket);
+    ++depth_;
+    first_ = true;
+}
+
+void JsonWriter::end(char bracket) {
+    if (--depth_ == 0 && !first_) output_.write('\n');
+    output_.write(bracket);
+    if (depth_ == 0) output_.write('\n');
+    first_ = false;
+}
+
+void JsonWriter::separate() {
+    if (!afterKey_ && depth_ > 0) {
+        if (!first_) output_.write(depth_ == 1 ? "," : ", ");
+        if (depth_ == 1) output_.write("\n  ");
+    }
+    afterKey_ = false;
+    first_ = false;
+}
+
+void JsonWriter::scalar(std::string_view text) {
+    separate();
+    output_.write(text);
+}
+
+void JsonWriter::quote(std::string_view text) {
+    output_.write('"');
+    while (!text.empty()) {
+        std::size_t plain = 0;
+        while (plain < text.size() && !mustEscape(text[plain])) ++plain;
+        output_.write(text.substr(0, plain));
+        if (plain < text.size()) writeEscape(output_, text[plain++]);
+        text.remove_prefix(plain);
+    }
+    output_.write('"');
+}
+
+void JsonWriter::key(std::string_view name) {
+    separate();
+    quote(name);
+    output_.write(": ");
+    afterKey_ = true;
+}
+
+void JsonWriter::value(std::string_view text) {
+    separate();
+    quote(text);
+}
+
+void JsonWriter::value(double number) {
+    scalar(std::isfinite(number) ? shortestText(number) : "null");
+}
+
+void JsonWriter::value(std::int64_t number) {
+    scalar(integerText(number));
+}
+
+void tell(std::string_view message) {
+    // There is nowhere left to report a failure.
+    static_cast<void>(writeFileWhole("/dev/stderr", terminalLine(message) + "\n"));
+}
+
+void tellAt(std::string_view file, TextPlace place, std::string_view message) {
+    std::string line(file);
+    for (const std::size_t number : {place.line, place.cell}) {
+        if (number == 0) break;
+        line += ':' + integerText(static_cast<std::int64_t>(number));
+    }
+    line += ": ";
+    line += message;
+    tell(line);
+}
+
+std::string shownFile(const std::string& file) {
+    return file == "-" ? "<stdin>" : file;
+}
+
+void tellConsoleLines(std::string prefix) {
+    setConsoleSink(
+        [prefix = std::move(prefix)](std::string_view line) { tell(prefix + std::string(line)); });
 }
 
 }  // namespace zorvel::cli

@@ -1,15 +1,21 @@
-// Where a result goes: standard output, written as it comes, or a file, written whole or not at
-// all. Called from the main thread.
+// What leaves the tool: the result, as text or JSON, to standard output or a file, and the messages
+// on standard error. Main thread.
 #pragma once
 
+#include <concepts>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <variant>
 
 #include "base/files.h"
+#include "interchange/import_records.h"
 
 namespace zorvel::cli {
 
+// Where a result goes: standard output, written as it comes, or a file, written whole or not at
+// all.
 class Output {
   public:
     // Absent or "-": standard output. A project, or a file named like one, is not replaced:
@@ -38,5 +44,57 @@ class Output {
     std::string pending_;
     std::optional<Problem> problem_;
 };
+
+// Writes JSON (RFC 8259) as a stream, without a tree in memory: each element of the outermost array
+// or object is on a line of its own. UTF-8 stays as it is; numbers are the shortest that read back
+// the same, null if not finite. The caller must alternate keys and values and end what it begins.
+class JsonWriter {
+  public:
+    explicit JsonWriter(Output& output) : output_(output) {}
+
+    // '[' or '{', ']' or '}'.
+    void begin(char bracket);
+    void end(char bracket);
+
+    void key(std::string_view name);
+    void value(std::string_view text);
+    void value(double number);
+    void value(std::int64_t number);
+    void value(std::same_as<bool> auto flag) { scalar(flag ? "true" : "false"); }
+    void value(std::monostate /*null*/) { scalar("null"); }
+    template <class T>
+    void value(const std::optional<T>& optional) {
+        optional ? value(*optional) : value(std::monostate());
+    }
+
+    template <class T>
+    void field(std::string_view name, const T& content) {
+        key(name);
+        value(content);
+    }
+
+  private:
+    void separate();
+    void scalar(std::string_view text);
+    void quote(std::string_view text);
+
+    Output& output_;
+    int depth_ = 0;
+    bool first_ = true;      // the innermost array or object is empty
+    bool afterKey_ = false;  // a value follows on the same line
+};
+
+// One line on standard error, by one system call if the system allows. Escaped by terminalLine():
+// names and cells may contain anything.
+void tell(std::string_view message);
+
+// "FILE:LINE:CELL: MESSAGE", without the numbers that are not known.
+void tellAt(std::string_view file, TextPlace place, std::string_view message);
+
+// The name of a file in messages: "<stdin>" for "-".
+std::string shownFile(const std::string& file);
+
+// Console lines of the engine go to standard error from now on, each after the prefix.
+void tellConsoleLines(std::string prefix);
 
 }  // namespace zorvel::cli

@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <utility>
 
-#include "cli/messages.h"
+#include "base/numbers.h"
+#include "base/text.h"
+#include "cli/output.h"
 #include "interchange/text_file.h"
 #include "model/file_messages.h"
 #include "model/import.h"
@@ -92,6 +94,90 @@ std::optional<Project> loadProject(const std::string& file, std::optional<FileKi
     project.censuses = project.document->objectContext().censuses();
     project.names = censusNameList(project.censuses);
     return project;
+}
+
+namespace {
+
+constexpr std::size_t mostShown = 5;
+constexpr std::size_t longestCompared = 100;  // bytes; edit distance takes quadratic time
+
+std::string lowered(std::string_view name) {
+    std::string text = canonicalForm(name);
+    for (char& byte : text) {
+        if (byte >= 'A' && byte <= 'Z') byte = static_cast<char>(byte - 'A' + 'a');
+    }
+    return text;
+}
+
+// Insertions, deletions and replacements of bytes that lead from one to the other (Levenshtein
+// 1966).
+std::size_t editDistance(const std::string& from, const std::string& to) {
+    std::vector<std::size_t> row(to.size() + 1);
+    for (std::size_t j = 0; j <= to.size(); ++j) row[j] = j;
+    for (std::size_t i = 1; i <= from.size(); ++i) {
+        std::size_t diagonal = std::exchange(row[0], i);
+        for (std::size_t j = 1; j <= to.size(); ++j) {
+            const std::size_t replaced = diagonal + (from[i - 1] == to[j - 1] ? 0 : 1);
+            diagonal = row[j];
+            row[j] = std::min({replaced, row[j] + 1, row[j - 1] + 1});
+        }
+    }
+    return row[to.size()];
+}
+
+// A name that contains the other one is as close as one with a letter changed. The empty name,
+// which every name contains, does not count.
+std::size_t distanceBetween(const std::string& name, const std::string& target) {
+    const bool holds =
+        !name.empty() && !target.empty() &&
+        (name.find(target) != std::string::npos || target.find(name) != std::string::npos);
+    return holds ? 1 : editDistance(name, target);
+}
+
+// The closest first; among equals in the file's order.
+NameList closeNames(const NameList& names, const std::string& wanted) {
+    const std::string target = lowered(wanted);
+    const std::size_t farthest = std::max<std::size_t>(1, target.size() / 3);
+    std::vector<std::pair<std::size_t, std::size_t>> found;
+    for (std::size_t i = 0; i < names.size() && target.size() <= longestCompared; ++i) {
+        if (names[i].size() > longestCompared) continue;
+        const std::size_t distance = distanceBetween(lowered(names[i]), target);
+        if (distance <= farthest) found.emplace_back(distance, i);
+    }
+    std::sort(found.begin(), found.end());
+    NameList close;
+    for (std::size_t i = 0; i < std::min(found.size(), mostShown); ++i) {
+        close.push_back(names[found[i].second]);
+    }
+    return close;
+}
+
+std::string quotedList(const NameList& names, std::size_t count) {
+    std::string text;
+    for (std::size_t i = 0; i < count; ++i) {
+        text += (i == 0 ? "'" : ", '") + names[i] + "'";
+    }
+    return text;
+}
+
+}  // namespace
+
+Result<std::size_t> chooseCensus(const NameList& names, const std::optional<std::string>& wanted) {
+    if (!wanted) return std::size_t{0};
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        if (canonicallyEqual(names[i], *wanted)) return i;
+    }
+    std::string message = "no census is called '" + *wanted + "'; ";
+    const NameList close = closeNames(names, *wanted);
+    if (!close.empty()) {
+        return Problem{message + "close to it: " + quotedList(close, close.size())};
+    }
+    const std::size_t shown = std::min(names.size(), mostShown);
+    message += "the censuses are " + quotedList(names, shown);
+    if (shown < names.size()) {
+        message += " and " + integerText(static_cast<std::int64_t>(names.size() - shown)) + " more";
+    }
+    return Problem{message};
 }
 
 }  // namespace zorvel::cli

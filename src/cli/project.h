@@ -7,7 +7,8 @@
 #include <string_view>
 #include <vector>
 
-#include "cli/call.h"
+#include "base/result.h"
+#include "interchange/file_kind.h"
 #include "model/diversity_document.h"
 
 namespace zorvel::cli {
@@ -27,5 +28,10 @@ struct Project {
 // cannot be used: standard error says why.
 std::optional<Project> loadProject(const std::string& file, std::optional<FileKind> kind,
                                    FileKind (*otherwise)(std::string_view text));
+
+// The place of the first census of this name (canonically equal), or of the first census if no name
+// is given. If no census has the name, the problem lists the closest names, or else the first ones.
+// names: at least one.
+Result<std::size_t> chooseCensus(const NameList& names, const std::optional<std::string>& wanted);
 
 }  // namespace zorvel::cli

@@ -1,9 +1,7 @@
 // zorvel-cli rarefaction: the rarefaction table of one census, or over the censuses.
 #include <utility>
 
-#include "cli/census_choice.h"
-#include "cli/command.h"
-#include "cli/json_writer.h"
+#include "cli/call.h"
 #include "interchange/writers.h"
 #include "metrics/census_metrics.h"
 #include "metrics/rarefaction.h"
@@ -36,9 +34,9 @@ Result<Curve> sampleBased(const Project& project) {
 
 void writeJson(const Curve& curve, Output& output) {
     JsonWriter json(output);
-    json.beginArray();
+    json.begin('[');
     for (const Rarefaction& point : curve) {
-        json.beginObject();
+        json.begin('{');
         json.field("sampleSize", point.sampleSize);
         json.field("estimate", point.estimate);
         json.field("variance", point.variance);
@@ -46,9 +44,9 @@ void writeJson(const Curve& curve, Output& output) {
         json.field("upper95", point.upper95);
         json.field("lower99", point.lower99);
         json.field("upper99", point.upper99);
-        json.endObject();
+        json.end('}');
     }
-    json.endArray();
+    json.end(']');
 }
 
 std::optional<Problem> runRarefaction(const Call& call, Project& project, Output& output) {

@@ -5,8 +5,7 @@
 #include <cstdlib>
 #include <ctime>
 
-#include "cli/command.h"
-#include "cli/json_writer.h"
+#include "cli/call.h"
 
 namespace zorvel::cli {
 namespace {
@@ -53,39 +52,38 @@ std::optional<std::string_view> view(const std::optional<SharedText>& text) {
 }
 
 void writeTaxon(JsonWriter& json, const TaxonValues& taxon) {
-    json.beginObject();
+    json.begin('{');
     json.field(Keys::kTaxonNameKey, view(taxon.name));
     json.field(Keys::kTaxonAbundanceKey, taxon.abundance);
-    json.key(Keys::kTaxonIncludeKey);
-    json.boolean(taxon.include);
-    json.endObject();
+    json.field(Keys::kTaxonIncludeKey, taxon.include);
+    json.end('}');
 }
 
 void writeCensus(JsonWriter& json, const CensusBlock& census) {
     const CensusAttributes& attributes = census.attributes;
     std::optional<std::string> time;
     if (attributes.timeStamp) time = isoLocalTime(*attributes.timeStamp);
-    json.beginObject();
+    json.begin('{');
     json.field(Keys::kCensusNameKey, view(attributes.name));
     json.field(Keys::kCensusLatitudeKey, attributes.latitude);
     json.field(Keys::kCensusLongitudeKey, attributes.longitude);
     json.field(Keys::kCensusNotesKey, view(attributes.notes));
     json.field(Keys::kCensusTimeStampKey, time);
     json.key(Keys::kCensusTaxaKey);
-    json.beginArray();
+    json.begin('[');
     census.forEachTaxon([&](const TaxonRecord& taxon) { writeTaxon(json, taxon.values); });
-    json.endArray();
-    json.endObject();
+    json.end(']');
+    json.end('}');
 }
 
 std::optional<Problem> runRecords(const Call& /*call*/, Project& project, Output& output) {
     JsonWriter json(output);
-    json.beginArray();
+    json.begin('[');
     for (const Census& census : project.censuses) {
         if (output.failed()) break;
         writeCensus(json, *census.block());
     }
-    json.endArray();
+    json.end(']');
     return std::nullopt;
 }
 

@@ -13,7 +13,7 @@
 #include <tuple>
 
 #include "base/numbers.h"
-#include "cli/command.h"
+#include "cli/call.h"
 #include "store/project_file.h"
 #include "tests/support/system_calls.h"
 #include "tool.h"
