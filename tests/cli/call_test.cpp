@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
+#include "tests/support/scratch_folder.h"
 #include "tool.h"
 
 namespace zorvel::test {
@@ -171,7 +172,9 @@ TEST(CensusChoice, TakesTheFirstOfTheNameOrTellsWhatElseThereIs) {
     }
 }
 
-TEST(Json, IsReadBackByAnotherReader) {
+class Json : public ScratchFolder {};
+
+TEST_F(Json, IsReadBackByAnotherReader) {
     std::string everyAscii;
     for (char byte = 0; byte >= 0 && byte < 127; ++byte) everyAscii += byte;
     const std::vector<std::string> texts = {"",
@@ -180,8 +183,7 @@ TEST(Json, IsReadBackByAnotherReader) {
                                             "\"\\\"",
                                             "Caf\u00e9 \U0001F33F",
                                             std::string(200'000, '\n') + "x"};
-    const TemporaryFolder folder;
-    cli::Output output(folder.file("result.json"));
+    cli::Output output(path("result.json"));
     cli::JsonWriter writer(output);
     writer.begin('[');
     for (const std::string& each : texts) writer.value(each);
@@ -191,7 +193,7 @@ TEST(Json, IsReadBackByAnotherReader) {
     writer.value(std::numeric_limits<std::int64_t>::min());
     writer.end(']');
     EXPECT_FALSE(output.finish());
-    const std::string text = readBytes(folder.file("result.json"));
+    const std::string text = bytesOf("result.json");
     const std::string numbers =
         ",\n  0.1,\n  1e+22,\n  5e-324,\n  -0,\n  8,\n  null,\n  null,\n  "
         "-9223372036854775808\n]\n";

@@ -3,12 +3,15 @@
 check_tool.py TREE TOOL: TREE is the folder of the sources, TOOL the command-line tool.
 """
 
+import fcntl
 import json
 import os
+import shutil
 import stat
 import subprocess
 import sys
 import tempfile
+import time
 import unittest
 from pathlib import Path
 
@@ -224,16 +227,25 @@ class Results(unittest.TestCase):
         self.assertRegex(err, "^<stdin>: not UTF-8 text: it seems to be UTF-16")
 
 
-class Outputs(unittest.TestCase):
+class InFolder(unittest.TestCase):
+    """A folder of its own for each test."""
+    maxDiff = None
+
     def setUp(self):
         folder = tempfile.TemporaryDirectory()
         self.addCleanup(folder.cleanup)
         self.folder = Path(folder.name)
         self.file = self.folder / "result"
+        self.project = self.folder / "p.zorvel"
 
     def entries(self):
         return sorted(path.name for path in self.folder.iterdir())
 
+    def imports(self, *files, stdin=""):
+        return call("import", *files, "--into", self.project, stdin=stdin)
+
+
+class Outputs(InFolder):
     def test_a_file_gets_what_standard_output_would(self):
         self.file.write_text("x" * 100000)
         for command in ("matrix", "records", "project", "metrics"):
@@ -248,19 +260,18 @@ class Outputs(unittest.TestCase):
         self.assertEqual(self.entries(), ["result"])
 
     def test_a_project_is_not_replaced(self):
-        project = self.folder / "p.zorvel"
-        self.assertEqual(call("import three.csv --into", project)[0], 0)
-        before = project.read_bytes()
+        self.assertEqual(self.imports("three.csv")[0], 0)
+        before = self.project.read_bytes()
         (self.folder / "damaged.zorvel").write_text("SQL")
-        os.link(project, self.folder / "other.csv")
+        os.link(self.project, self.folder / "other.csv")
         (self.folder / "link.csv").symlink_to("p.zorvel")
         (self.folder / "damaged.csv").symlink_to("damaged.zorvel")
         for name in ("p.zorvel", "other.csv", "link.csv", "damaged.zorvel", "damaged.csv", "new.zorvel",
                      "p.zorvel-journal"):
-            status, _, err = call("matrix", project, "--output", self.folder / name)
+            status, _, err = call("matrix", self.project, "--output", self.folder / name)
             self.assertEqual(status, 1)
             self.assertTrue(err.startswith(f"{self.folder / name}: is a project or named like one"), err)
-        self.assertEqual(project.read_bytes(), before)
+        self.assertEqual(self.project.read_bytes(), before)
         self.assertEqual((self.folder / "damaged.zorvel").read_text(), "SQL")
         self.assertFalse((self.folder / "new.zorvel").exists())
 
@@ -307,6 +318,215 @@ class Outputs(unittest.TestCase):
         self.assertEqual(call("metrics", "\x1b[2J")[2],
                          "\\x1b[2J: cannot be opened: No such file or directory\n")
         self.assertEqual(call("", "\x1b[2J\n")[2][:45], "zorvel-cli: there is no command '\\x1b[2J\\x0a'")
+
+
+class Projects(InFolder):
+    """As input: every command reads them and leaves them as they are."""
+
+    def test_they_give_what_their_text_gives(self):
+        for file, kind in (("three.csv", "matrix"), ("five.csv", "matrix"), ("one.csv", "census"),
+                           ("counts.txt", "list"), ("phone.txt", "ios"), (mites, "matrix")):
+            self.project.unlink(missing_ok=True)
+            self.imports(file)
+            before = self.project.read_bytes()
+            for command in ("metrics", "metrics --json", "summary --quota 0.95", "rarefaction",
+                            "project", "rarefaction --samples", "matrix", "records"):
+                with self.subTest(file=file, command=command):
+                    status, out, err = call(f"{command} --seed 1", self.project)
+                    self.assertEqual((status, out, err.replace(str(self.project), file)),
+                                     call(f"{command} --seed 1 --kind {kind}", file))
+            self.assertEqual(self.project.read_bytes(), before)
+            self.assertEqual(self.entries(), ["p.zorvel"])
+
+    def test_those_that_cannot_be_read_as_given_are_refused(self):
+        self.imports("three.csv")
+        self.assertEqual(call("metrics --kind matrix", self.project), (
+            1, "", f"{self.project}: is a project, while --kind is for text: leave it out\n"))
+        with open(self.project) as bytes_of_project:
+            piped = subprocess.run([tool, "metrics", "-"], stdin=bytes_of_project, capture_output=True)
+        self.assertEqual((piped.returncode, piped.stderr.decode()), (
+            1, "<stdin>: holds a project, which cannot be read from standard input or a pipe: name its "
+               "file instead\n"))
+
+    def test_those_that_cannot_be_opened_stay_as_they_are(self):
+        self.imports("three.csv")
+        whole = self.project.read_bytes()
+        size = len(whole)
+        with_bytes = lambda at, new: whole[:at] + new + whole[at + len(new):]
+        for changed, message in (
+                (whole[:16], "The file is damaged"),
+                (whole[:size // 2], "The file is damaged"),
+                (with_bytes(size - 60, 60 * b"\xff"), "The file is damaged"),
+                (with_bytes(68, b"else"), "This database belongs to another program"),  # application_id
+                (with_bytes(60, b"\0\1\0\0"), "A later version of Zorvel")):  # user_version
+            self.project.write_bytes(changed)
+            for arguments in (("records", self.project),
+                              ("import three.csv --into", self.project),
+                              ("import", self.project, "--into", self.folder / "new.zorvel")):
+                status, out, err = call(*arguments)
+                self.assertEqual((status, out), (1, ""))
+                self.assertIn(f"{self.project}: {message}", err)
+            self.assertEqual(self.project.read_bytes(), changed)
+            self.assertEqual(self.entries(), ["p.zorvel"])
+
+
+class Imports(InFolder):
+    """All of the files into a project, or nothing."""
+
+    def censuses(self):
+        return [census["name"] for census in values("records", self.project)]
+
+    def as_plain_user(self, *arguments):
+        """The command for a user whom permissions bind."""
+        command = (tool, "import", "three.csv", "--into", self.project, *arguments)
+        if os.geteuid() != 0:
+            return command
+        if not shutil.which("setpriv"):
+            self.skipTest("setpriv is missing")
+        return ("setpriv", "--reuid=65534", "--regid=65534", "--clear-groups", *command)
+
+    def test_a_project_is_made_and_added_to(self):
+        self.assertEqual(self.imports("three.csv", "one.csv"), (
+            0, "", f"{self.project}: made as a new project\n"
+                   "three.csv: stored 3 censuses with 8 taxa, read as matrix\n"
+                   "one.csv: stored 1 census with 2 taxa, read as census\n"))
+        self.assertEqual(self.imports("phone.txt")[2],
+                         "phone.txt: stored 2 censuses with 2 taxa, read as ios\n")
+        self.assertEqual(self.imports("-", "--kind", "list", stdin="7")[2],
+                         "<stdin>: stored 1 census with 1 taxon, read as list\n")
+        self.assertEqual(self.imports("counts.txt", "--kind", "ios")[0], 1, "--kind precedes content")
+        self.assertEqual(self.censuses(), ["North", "Empty", "Caf\u00e9 Sud", "imported census", "Bog",
+                                           "Fen", "imported census"])
+        self.assertEqual(self.entries(), ["p.zorvel"])
+
+    def test_what_a_format_leaves_out_is_told(self):
+        header = 'Name","Date","Notes","Lat","Lon","a","b"\n'
+        line = 'Bog","Mar 5, 2016 3:42 PM","",1,2,4,-3'
+        for kind, text, told in (
+                ("list", "1 2", ""),
+                ("census", "a,1\nb,", "1 unfinished last line left out"),
+                ("census", "a,1\nb,2", ""),
+                ("matrix", " ,a,b\nN,0,0\n", ""),
+                ("matrix", " ,a,b\nN,0,1\nimported census,1,2\nS,1,\nimported census,0,0\n",
+                 "2 rows called imported census left out; 1 row with fewer cells than names filled up "
+                 "with zeros"),
+                ("ios", header + line + "\n" + line,
+                 "1 unfinished last line left out; 1 negative abundance taken as 0")):
+            status, _, err = self.imports("-", "--kind", kind, stdin=text)
+            self.assertEqual(status, 0)
+            lines = err[err.index("<stdin>: stored"):].splitlines()
+            self.assertEqual(lines[1:], [f"<stdin>: {told}"] if told else [])
+
+    def test_a_file_without_taxa_is_a_warning_or_refused(self):
+        for text, why in ((" ,a\nN,0\n", "every abundance is 0"),
+                          ("a 1\nb 2\n", "there are no abundances, or no commas in front of them")):
+            status, _, err = self.imports("-", stdin=text)
+            self.assertEqual(status, 0)
+            self.assertTrue(err.startswith(
+                f"<stdin>: WARNING: none of its censuses has a taxon: {why}\n"), err)
+        self.project.unlink()
+        status, _, err = self.imports("three.csv", "-", stdin="site;a;b\nNorth;1;2\n")
+        self.assertEqual(status, 1)
+        self.assertTrue(err.startswith("<stdin>: the cells seem to be separated by semicolons"), err)
+        self.assertEqual(self.entries(), [])
+
+    def test_one_bad_file_keeps_out_the_others(self):
+        bad, none = self.folder / "bad.csv", self.folder / "none.txt"
+        bad.write_text(" ,a,b\nNorth,1,x\n")
+        none.write_text('a",b",c",d",e",f\n')
+        told = (f"{bad}:2:3: B: Not an abundance value, or not an integer: x\n"
+                "nowhere.csv: cannot be opened: No such file or directory\n"
+                f"{none}: holds no census\n")
+        self.assertEqual(self.imports("three.csv", bad, "nowhere.csv", none), (1, "", told))
+        self.assertEqual(self.entries(), ["bad.csv", "none.txt"])
+        self.imports("three.csv")
+        before = self.project.read_bytes()
+        self.assertEqual(self.imports(bad, "three.csv", "nowhere.csv", none)[2], told)
+        self.assertEqual(self.project.read_bytes(), before)
+
+    def test_what_is_no_other_project_is_left_alone(self):
+        text, empty = self.folder / "text.csv", self.folder / "empty.zorvel"
+        link, loop = self.folder / "link", self.folder / "loop"
+        text.write_text("Abies,1\n")
+        empty.write_text("")
+        self.imports("three.csv")
+        link.symlink_to(self.project)
+        loop.symlink_to(loop)
+        before = self.project.read_bytes()
+        missing = self.folder / "no/p.zorvel"
+        for file, target, message in (
+                ("three.csv", text, f"{text}: This is not a project file"),
+                ("three.csv", empty, f"{empty}: The file is empty"),
+                ("three.csv", self.folder, f"{self.folder}: This is a folder"),
+                ("three.csv", missing, f"{missing}: There is no"),
+                ("three.csv", loop, f"{loop}: The file cannot be used."),
+                ("three.csv", "/dev/null", "/dev/null: This is a folder or a device"),
+                (self.project, self.project, f"{self.project}: is the very file to import into\n"),
+                (link, self.project, f"{link}: is the very file to import into\n"),
+                (self.project, link, f"{self.project}: is the very file to import into\n")):
+            status, _, err = call("import", file, "--into", target)
+            self.assertEqual(status, 1)
+            self.assertTrue(err.startswith(message), err)
+        self.assertEqual((text.read_text(), empty.read_text()), ("Abies,1\n", ""))
+        self.assertEqual(self.project.read_bytes(), before)
+        self.assertEqual(self.entries(), ["empty.zorvel", "link", "loop", "p.zorvel", "text.csv"])
+
+    def test_what_may_not_be_written_is_refused(self):
+        self.imports("three.csv")
+        before = self.project.read_bytes()
+        for file, folder, message in ((0o444, 0o777, "The file may be read but not changed"),
+                                      (0o666, 0o555, "The folder of the file may not be written")):
+            self.project.chmod(file)
+            self.folder.chmod(folder)
+            status, _, err = run(*self.as_plain_user())
+            self.assertEqual(status, 1)
+            self.assertTrue(err.startswith(f"{self.project}: {message}"), err)
+            self.assertEqual(self.project.read_bytes(), before)
+        self.folder.chmod(0o777)
+        self.project.chmod(0o666)
+        self.assertEqual(run(*self.as_plain_user())[0], 0, "the permissions alone were in the way")
+
+    def test_no_more_of_the_folder_is_needed_than_to_write_in_it(self):
+        folder = os.open(self.folder, os.O_RDONLY | os.O_DIRECTORY)
+        self.addCleanup(os.close, folder)
+        fcntl.flock(folder, fcntl.LOCK_EX)
+        self.folder.chmod(0o333)
+        for _ in range(2):
+            self.assertEqual(run(*self.as_plain_user())[0], 0)
+        self.folder.chmod(0o777)
+        self.assertEqual(len(self.censuses()), 6)
+
+    def test_it_is_whole_or_absent_after_a_kill(self):
+        self.file.write_text(" ,a,b,c\n" + 1000 * "North,1,2,3\n")
+        start = time.monotonic()
+        self.imports(self.file)
+        whole = time.monotonic() - start
+        self.project.unlink()
+        kept = killed = 0
+        rounds = 20
+        for number in range(1, rounds + 1):
+            done = run("timeout", "-s", "KILL", f"{whole * number / rounds:.4f}", tool, "import",
+                       self.file, "--into", self.project)[0] == 0
+            killed += not done
+            if not self.project.exists():
+                self.assertTrue(not done and kept == 0)
+                continue
+            now = len(self.censuses())
+            self.assertTrue(now == kept + 1000 or (now == kept and not done), f"{now} after {kept}")
+            kept = now
+        self.assertGreater(killed, rounds / 3)
+        self.assertEqual(self.imports(self.file)[0], 0)
+        self.assertEqual(len(self.censuses()), kept + 1000)
+
+    def test_two_that_make_the_same_project_lose_nothing(self):
+        """The second adds to the project, or is refused while the first has it open."""
+        script = '"$@" & first=$!; "$@"; failed=$?; wait $first; exit $((failed + $?))'
+        for _ in range(20):
+            self.project.unlink(missing_ok=True)
+            status, _, err = run("bash", "-c", script, "bash", tool, "import", "three.csv", "--into",
+                                 self.project)
+            self.assertLessEqual(status, 1, err)
+            self.assertEqual(len(self.censuses()), 3 if status else 6, err)
 
 
 if __name__ == "__main__":
