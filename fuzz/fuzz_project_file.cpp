@@ -65,12 +65,12 @@ void promiseInOrder(const ProjectRecords& records) {
 
 void edit(ObjectContext& context) {
     for (const Census& census : context.censuses()) {
-        if (census.taxonCount() > 1) context.deleteTaxon(census.taxa().front());
+        if (census.taxonCount() > 1) context.deleteTaxa({census.taxa().front()});
     }
     for (const Zorvel& taxon : context.taxa()) context.setName(taxon, SharedText("Abies alba"));
     const Census census = context.insertCensus();
     context.setName(context.insertTaxon(census), SharedText("Quercus"));
-    if (context.censusCount() > 2) context.deleteCensus(context.censuses().front());
+    if (context.censusCount() > 2) context.deleteCensuses({context.censuses().front()});
 }
 
 // Writes an edited state, and finds it in the file.

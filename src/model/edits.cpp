@@ -4,8 +4,7 @@
 #include <utility>
 
 #include "model/typed_values.h"
-#include "store/census_batch.h"
-#include "store/undo_step.h"
+#include "store/object_context.h"
 
 namespace zorvel {
 namespace {

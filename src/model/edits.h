@@ -11,7 +11,6 @@
 
 #include "interchange/import_records.h"
 #include "model/copied_records.h"
-#include "store/census_batch.h"
 #include "store/object_context.h"
 
 namespace zorvel {

@@ -9,7 +9,7 @@
 
 #include "interchange/file_kind.h"
 #include "interchange/import_records.h"
-#include "store/project_records.h"
+#include "store/census_block.h"
 
 namespace zorvel {
 

@@ -1,7 +1,7 @@
 #include "model/taxon_formatter.h"
 
 #include "base/text.h"
-#include "store/taxon_cursor.h"
+#include "store/object_context.h"
 
 namespace zorvel {
 

@@ -7,8 +7,8 @@
 #include "platform/document_saver.h"
 #include "platform/file_names.h"
 #include "platform/file_reading.h"
+#include "store/object_context.h"
 #include "store/project_file.h"
-#include "store/undo_step.h"
 
 namespace zorvel {
 

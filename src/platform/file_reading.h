@@ -8,9 +8,9 @@
 #include <string>
 
 #include "model/text_project.h"
+#include "store/census_block.h"
 #include "store/file_problem.h"
 #include "store/project_file.h"
-#include "store/project_records.h"
 
 namespace zorvel {
 

@@ -1,4 +1,5 @@
-// The values of one census, immutable once made: what a context holds, what frozen copies share.
+// The records of a project as plain values. The block of one census is immutable once made: a
+// context holds it and frozen copies share it. Any thread.
 #pragma once
 
 #include <cstdint>
@@ -54,6 +55,16 @@ struct CensusBlock {
             for (const TaxonRecord& taxon : *chunk) visit(taxon);
         }
     }
+};
+
+using BlockPointer = std::shared_ptr<const CensusBlock>;
+
+// All records of a project: read from a file, on any thread, and then taken over by a context.
+struct ProjectRecords {
+    // Ascending by identity, and so are the taxa within each; no identity stands twice.
+    std::vector<BlockPointer> censuses;
+    // The pool of the names in the blocks; null if they come from several.
+    std::shared_ptr<NamePool> names;
 };
 
 }  // namespace zorvel

@@ -14,8 +14,6 @@
 
 namespace zorvel {
 
-using BlockPointer = std::shared_ptr<const CensusBlock>;
-
 // A null block stands for no census; one of the two is always there.
 struct CensusChange {
     RecordId census = 0;

@@ -3,9 +3,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "store/census_batch.h"
 #include "store/context_state.h"
-#include "store/taxon_cursor.h"
 
 namespace zorvel {
 namespace {
@@ -83,20 +81,12 @@ std::vector<Zorvel> ObjectContext::insertTaxa(const Census& census, std::vector<
     return handles;
 }
 
-void ObjectContext::deleteCensus(const Census& census) {
-    deleteCensuses({census});
-}
-
 void ObjectContext::deleteCensuses(const std::vector<Census>& censuses) {
     ChangeLog gone;
     for (const Census& census : censuses) {
         if (const BlockPointer* before = own(census)) gone.add({census.id_, *before, nullptr});
     }
     state_->change(gone.take());
-}
-
-void ObjectContext::deleteTaxon(const Zorvel& taxon) {
-    deleteTaxa({taxon});
 }
 
 void ObjectContext::deleteTaxa(const std::vector<Zorvel>& taxa) {
@@ -183,10 +173,6 @@ void ObjectContext::setName(const Zorvel& taxon, const std::optional<SharedText>
 
 void ObjectContext::setAbundance(const Zorvel& taxon, std::int64_t abundance) {
     set({taxon}, &TaxonValues::abundance, abundance);
-}
-
-void ObjectContext::setInclude(const Zorvel& taxon, bool include) {
-    set({taxon}, &TaxonValues::include, include);
 }
 
 void ObjectContext::setInclude(const std::vector<Zorvel>& taxa, bool include) {

@@ -11,18 +11,16 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
+#include <utility>
 #include <vector>
 
 #include "base/shared_text.h"
 #include "base/time_stamp.h"
 #include "store/census_block.h"
 #include "store/change_set.h"
-#include "store/project_records.h"
 
 namespace zorvel {
 
-class CensusBatch;
 class ObjectContext;
 class Zorvel;
 
@@ -83,6 +81,30 @@ class Zorvel {
     RecordId id_;
 };
 
+// Whole censuses made away from their context, in numbers that would keep the main thread waiting.
+// Any one thread fills a batch, and the context takes it back as one change, or adopts its blocks.
+// The context may change meanwhile. A batch that is never taken back leaves nothing behind.
+class CensusBatch {
+  public:
+    // The identities [first, end) are the batch's own.
+    CensusBatch(RecordId first, RecordId end) : next_(first), end_(end) {}
+
+    // At the end of the batch, with as many taxa, of the values valuesOf(0), valuesOf(1) ... The
+    // names should be those of the context's pool. False, and nothing is added, where the batch was
+    // made for fewer records.
+    bool add(CensusAttributes attributes, std::size_t taxa,
+             const std::function<TaxonValues(std::size_t)>& valuesOf);
+
+    [[nodiscard]] std::size_t censusCount() const { return blocks_.size(); }
+    // The censuses; the batch is empty afterwards.
+    [[nodiscard]] std::vector<BlockPointer> take() { return std::exchange(blocks_, {}); }
+
+  private:
+    RecordId next_;
+    RecordId end_;
+    std::vector<BlockPointer> blocks_;
+};
+
 class ObjectContext {
   public:
     ObjectContext();
@@ -107,11 +129,9 @@ class ObjectContext {
 
     // Deleting and setting act on records of this context alone: a handle of a record that is gone,
     // or of another context (a frozen copy too), changes nothing. Nor does a value that the record
-    // holds already.
-    void deleteCensus(const Census& census);  // and its taxa
-    void deleteTaxon(const Zorvel& taxon);
-    // Many at once, in any order: one change, which costs little more than reading them.
-    void deleteCensuses(const std::vector<Census>& censuses);
+    // holds already. Many at once, in any order, are one change, which costs little more than
+    // reading them.
+    void deleteCensuses(const std::vector<Census>& censuses);  // and their taxa
     void deleteTaxa(const std::vector<Zorvel>& taxa);
     void setInclude(const std::vector<Zorvel>& taxa, bool include);
 
@@ -122,7 +142,6 @@ class ObjectContext {
     void setTimeStamp(const Census& census, std::optional<TimeStamp> timeStamp);
     void setName(const Zorvel& taxon, const std::optional<SharedText>& name);
     void setAbundance(const Zorvel& taxon, std::int64_t abundance);
-    void setInclude(const Zorvel& taxon, bool include);
 
     // In order of insertion.
     [[nodiscard]] std::vector<Census> censuses() const;
@@ -202,6 +221,42 @@ class ObjectContext {
 
     std::unique_ptr<State> state_;
     bool announcing_ = false;
+};
+
+// A step of undo for as long as this object lives.
+class UndoStep {
+  public:
+    UndoStep(ObjectContext& context, std::string name) : context_(context) {
+        context_.beginStep(std::move(name));
+    }
+    ~UndoStep() { context_.endStep(); }
+    UndoStep(const UndoStep&) = delete;
+    UndoStep& operator=(const UndoStep&) = delete;
+
+  private:
+    ObjectContext& context_;
+};
+
+// Reads the records of many taxa one after the other. It remembers the place of the last one, so
+// that taxa in the order of their census need no search. For one operation on one thread: the
+// contexts of the taxa must live and not change meanwhile.
+class TaxonCursor {
+  public:
+    // The record, whose census is block() from then on; null where the taxon is gone.
+    const TaxonRecord* find(const Zorvel& taxon);
+
+    // The census of the taxon last found.
+    [[nodiscard]] const CensusBlock& block() const { return *block_; }
+
+  private:
+    const TaxonRecord* nextInOrder(RecordId id);
+    void enter(const Zorvel& taxon);
+
+    const ObjectContext* context_ = nullptr;
+    RecordId census_ = 0;
+    const CensusBlock* block_ = nullptr;
+    std::size_t chunk_ = 0;
+    std::size_t place_ = 0;  // of the expected next taxon, in its chunk
 };
 
 }  // namespace zorvel

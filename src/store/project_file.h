@@ -12,9 +12,9 @@
 #include <string>
 #include <string_view>
 
+#include "store/census_block.h"
 #include "store/file_problem.h"
 #include "store/object_context.h"
-#include "store/project_records.h"
 
 namespace zorvel {
 

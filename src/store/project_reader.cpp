@@ -1,18 +1,174 @@
 #include "store/project_reader.h"
 
+#include <algorithm>
 #include <array>
 #include <chrono>
+#include <iterator>
 #include <limits>
+#include <memory>
 #include <optional>
 #include <utility>
+#include <vector>
 
 #include "base/text.h"
-#include "store/block_builder.h"
+#include "store/chunk_list.h"
 #include "store/file_failure.h"
-#include "store/name_column.h"
 
 namespace zorvel {
 namespace {
+
+// The names of a project while it is read: by their numbers, and each text once.
+class NameColumn {
+  public:
+    // Numbers must ascend. False where the text has a number already.
+    bool add(std::int64_t id, std::string_view text);
+    // The name of that number, used once more; null where there is none.
+    const SharedText* use(std::int64_t id);
+    // A text without a number of its own: the same one as a name of these bytes.
+    SharedText shared(std::string_view text) { return texts_->intern(text); }
+
+    [[nodiscard]] NameLedger ledger() const;
+    [[nodiscard]] std::shared_ptr<NamePool> pool() const { return texts_; }
+
+  private:
+    struct Row {
+        std::int64_t id = 0;
+        SharedText text;
+        std::int64_t uses = 0;
+    };
+    std::vector<Row> rows_;
+    std::shared_ptr<NamePool> texts_ = std::make_shared<NamePool>();
+};
+
+bool NameColumn::add(std::int64_t id, std::string_view text) {
+    auto [name, isNew] = texts_->add(text);
+    if (isNew) rows_.push_back({id, std::move(name), 0});
+    return isNew;
+}
+
+const SharedText* NameColumn::use(std::int64_t id) {
+    if (rows_.empty() || id < rows_.front().id) return nullptr;
+    // Most numbers are in use, so that the row is at or shortly before the place that it would
+    // have if all were.
+    const std::int64_t first = rows_.front().id;
+    const auto size = static_cast<std::int64_t>(rows_.size());
+    auto row = rows_.begin() + std::min(id - first, size - 1);
+    if (row->id != id) {
+        row = std::lower_bound(rows_.begin(), rows_.end(), id,
+                               [](const Row& a, std::int64_t wanted) { return a.id < wanted; });
+    }
+    if (row == rows_.end() || row->id != id) return nullptr;
+    ++row->uses;
+    return &row->text;
+}
+
+NameLedger NameColumn::ledger() const {
+    NameLedger ledger;
+    for (const Row& row : rows_) ledger.addStored(row.text, row.id, row.uses);
+    return ledger;
+}
+
+// Builds the blocks of a project from its censuses, and then its taxa in the order of their
+// identities, whatever census each belongs to. Chunks take no more memory than they need.
+class BlockBuilder {
+  public:
+    BlockBuilder();
+    // Identities must ascend.
+    void addCensus(RecordId id, CensusAttributes attributes);
+    // Whether that is the identity of a census. Identities must ascend from call to call.
+    bool isCensus(RecordId id);
+    // False where there is no such census. Identities must ascend.
+    bool addTaxon(RecordId census, TaxonRecord taxon);
+
+    std::vector<BlockPointer> take();
+
+  private:
+    struct Open {
+        RecordId id = 0;
+        std::shared_ptr<CensusBlock> block;
+        // The block's last chunk, which grows until it is full.
+        std::shared_ptr<TaxonChunk> chunk;
+    };
+    bool enter(RecordId census);
+    // Moves what waits to the current census.
+    void flush();
+
+    std::vector<Open> censuses_;
+    std::size_t current_ = 0;
+    std::size_t passed_ = 0;  // censuses that isCensus() has left behind
+    // Taxa of the current census on their way to its chunk, and how many fit there.
+    TaxonChunk waiting_;
+    std::size_t room_ = 0;
+};
+
+BlockBuilder::BlockBuilder() {
+    waiting_.reserve(taxaPerChunk);
+}
+
+void BlockBuilder::addCensus(RecordId id, CensusAttributes attributes) {
+    auto block = std::make_shared<CensusBlock>();
+    block->id = id;
+    block->attributes = std::move(attributes);
+    censuses_.push_back({id, std::move(block), nullptr});
+}
+
+bool BlockBuilder::isCensus(RecordId id) {
+    while (passed_ < censuses_.size() && censuses_[passed_].id < id) ++passed_;
+    return passed_ < censuses_.size() && censuses_[passed_].id == id;
+}
+
+bool BlockBuilder::addTaxon(RecordId census, TaxonRecord taxon) {
+    const bool entered = room_ > 0 && censuses_[current_].id == census;
+    if (!entered && !enter(census)) return false;
+    waiting_.push_back(std::move(taxon));
+    if (waiting_.size() == room_) flush();
+    return true;
+}
+
+bool BlockBuilder::enter(RecordId census) {
+    flush();
+    const auto next =
+        current_ + 1 < censuses_.size() && censuses_[current_ + 1].id == census
+            ? censuses_.begin() + static_cast<std::ptrdiff_t>(current_) + 1
+            : std::lower_bound(censuses_.begin(), censuses_.end(), census,
+                               [](const Open& open, RecordId wanted) { return open.id < wanted; });
+    if (next == censuses_.end() || next->id != census) return false;
+    current_ = static_cast<std::size_t>(next - censuses_.begin());
+    room_ = taxaPerChunk - (next->chunk ? next->chunk->size() : 0);
+    return true;
+}
+
+void BlockBuilder::flush() {
+    room_ = 0;
+    if (waiting_.empty()) return;
+    Open& open = censuses_[current_];
+    const auto first = std::make_move_iterator(waiting_.begin());
+    const auto last = std::make_move_iterator(waiting_.end());
+    if (open.chunk) {
+        open.chunk->insert(open.chunk->end(), first, last);
+    } else {
+        open.chunk = std::make_shared<TaxonChunk>(first, last);
+        open.block->chunks.push_back(open.chunk);
+    }
+    waiting_.clear();
+    if (open.chunk->size() == taxaPerChunk) {
+        open.chunk->shrink_to_fit();
+        open.chunk = nullptr;
+    }
+}
+
+std::vector<BlockPointer> BlockBuilder::take() {
+    flush();
+    std::vector<BlockPointer> blocks;
+    blocks.reserve(censuses_.size());
+    for (Open& open : censuses_) {
+        if (open.chunk) open.chunk->shrink_to_fit();
+        open.block->chunks.shrink_to_fit();
+        blocks.push_back(std::move(open.block));
+    }
+    censuses_.clear();
+    return blocks;
+}
 
 // The rows of one table, in the order of their identities, which are in column 0.
 class Rows {

@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <string>
 
+#include "store/census_block.h"
 #include "store/name_ledger.h"
-#include "store/project_records.h"
 #include "store/sqlite_connection.h"
 
 namespace zorvel {

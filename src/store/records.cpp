@@ -1,4 +1,7 @@
-// The handles: every read finds its record in the context afresh.
+// The handles, which find their record in the context at each read; the cursor over taxa; batches.
+#include <algorithm>
+#include <memory>
+
 #include "store/context_state.h"
 
 namespace zorvel {
@@ -89,6 +92,52 @@ bool Zorvel::include() const {
 std::optional<Census> Zorvel::census() const {
     if (!exists()) return std::nullopt;
     return Census(context_, census_);
+}
+
+const TaxonRecord* TaxonCursor::find(const Zorvel& taxon) {
+    if (taxon.context_ != context_ || taxon.census_ != census_) enter(taxon);
+    if (!block_) return nullptr;
+    const TaxonRecord* next = nextInOrder(taxon.id_);
+    return next ? next : findRecord(block_->chunks, taxon.id_);
+}
+
+void TaxonCursor::enter(const Zorvel& taxon) {
+    context_ = taxon.context_;
+    census_ = taxon.census_;
+    const BlockPointer* block = context_->state_->find(census_);
+    block_ = block ? block->get() : nullptr;
+    chunk_ = 0;
+    place_ = 0;
+}
+
+const TaxonRecord* TaxonCursor::nextInOrder(RecordId id) {
+    if (chunk_ == block_->chunks.size()) return nullptr;
+    const TaxonChunk& chunk = *block_->chunks[chunk_];
+    if (chunk[place_].id != id) return nullptr;
+    const TaxonRecord* record = &chunk[place_];
+    if (++place_ == chunk.size()) {
+        ++chunk_;
+        place_ = 0;
+    }
+    return record;
+}
+
+bool CensusBatch::add(CensusAttributes attributes, std::size_t taxa,
+                      const std::function<TaxonValues(std::size_t)>& valuesOf) {
+    if (end_ - next_ <= taxa) return false;
+    auto block = std::make_shared<CensusBlock>();
+    block->id = next_++;
+    block->attributes = std::move(attributes);
+    block->chunks.reserve((taxa + taxaPerChunk - 1) / taxaPerChunk);
+    for (std::size_t start = 0; start < taxa; start += taxaPerChunk) {
+        auto chunk = std::make_shared<TaxonChunk>();
+        const std::size_t end = std::min(taxa, start + taxaPerChunk);
+        chunk->reserve(end - start);
+        for (std::size_t i = start; i < end; ++i) chunk->push_back({next_++, valuesOf(i)});
+        block->chunks.push_back(std::move(chunk));
+    }
+    blocks_.push_back(std::move(block));
+    return true;
 }
 
 }  // namespace zorvel

@@ -4,7 +4,7 @@
 #include <QElapsedTimer>
 
 #include "document_fixture.h"
-#include "store/undo_step.h"
+#include "store/object_context.h"
 #include "without_power.h"
 
 namespace zorvel {

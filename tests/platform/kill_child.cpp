@@ -20,7 +20,7 @@
 #include "model/edits.h"
 #include "platform/document_controller.h"
 #include "platform/job_queue.h"
-#include "store/undo_step.h"
+#include "store/object_context.h"
 
 namespace zorvel {
 namespace {

@@ -46,7 +46,7 @@ TEST_F(AnnouncementsTest, OneSetATurn) {
     EXPECT_THAT(announce(), IsEmpty());
     context.setName(second, "South");
     context.insertTaxon(second);
-    context.deleteCensus(first);
+    context.deleteCensuses({first});
     EXPECT_THAT(announce(), ElementsAre("a: -1 2"));
     context.undo();
     EXPECT_THAT(announce(), ElementsAre("a: +1"));
@@ -91,7 +91,7 @@ TEST_F(AnnouncementsTest, AnObserverMayRemoveItselfAndOthersAndAdd) {
     next = listen("removed");
     listen("stays");
     EXPECT_THAT(announce(), ElementsAre("stays: +1 +2"));
-    context.deleteCensus(first);
+    context.deleteCensuses({first});
     EXPECT_THAT(announce(), ElementsAre("stays: -1", "added: -1"));
 }
 
@@ -105,7 +105,7 @@ TEST_F(AnnouncementsTest, ObserversOutliveAnAdoption) {
     listen("b");
     EXPECT_THAT(announce(), ElementsAre("a: +1 +2", "b: +1 +2"));
     EXPECT_THAT(announce(), IsEmpty());
-    context.deleteCensus(context.censuses().front());
+    context.deleteCensuses({context.censuses().front()});
     EXPECT_THAT(announce(), ElementsAre("a: -1", "b: -1"));
 }
 

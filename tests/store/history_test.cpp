@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "store/undo_step.h"
+#include "store/object_context.h"
 #include "tests/store/plain_project.h"
 
 namespace zorvel {
@@ -40,9 +40,9 @@ TEST_F(HistoryTest, EachEditIsUndoneAndRedone) {
     for (const Row& row : {
              Row{"insert a census", [&] { context.insertCensus(); }},
              Row{"insert a taxon", [&] { context.insertTaxon(census(1)); }},
-             Row{"delete a census", [&] { context.deleteCensus(census(1)); }},
+             Row{"delete a census", [&] { context.deleteCensuses({census(1)}); }},
              Row{"delete all", [&] { context.deleteCensuses(context.censuses()); }},
-             Row{"delete a taxon", [&] { context.deleteTaxon(taxon(4)); }},
+             Row{"delete a taxon", [&] { context.deleteTaxa({taxon(4)}); }},
              Row{"delete all taxa", [&] { context.deleteTaxa(context.taxa()); }},
              Row{"name a census", [&] { context.setName(census(2), ""); }},
              Row{"latitude", [&] { context.setLatitude(census(2), -0.0); }},
@@ -81,7 +81,7 @@ TEST_F(HistoryTest, StepsNestUnderTheNameOfTheOutermost) {
         }
         EXPECT_FALSE(context.canUndo());
         context.undo();  // not now
-        context.deleteTaxon(taxon(0));
+        context.deleteTaxa({taxon(0)});
     }
     EXPECT_EQ(context.undoName(), "Import");
     context.undo();
@@ -99,7 +99,7 @@ TEST_F(HistoryTest, WhatComesToNothingIsNoStep) {
         context.setAbundance(taxon(0), 0);
         context.setLatitude(census(0), std::numeric_limits<double>::quiet_NaN());
         context.setLatitude(census(0), 0);
-        context.deleteCensus(context.insertCensus());
+        context.deleteCensuses({context.insertCensus()});
     }
     EXPECT_FALSE(context.canUndo());
     EXPECT_TRUE(context.canRedo());
@@ -112,7 +112,7 @@ TEST_F(HistoryTest, RecordsComeBackToTheirPlacesAsThemselves) {
     open(200);
     const std::vector<Census> censuses = context.censuses();
     const std::vector<Zorvel> taxa = context.taxa();
-    context.deleteTaxon(taxa[1]);
+    context.deleteTaxa({taxa[1]});
     context.deleteCensuses({censuses[150], censuses[3], censuses[64]});
     const Census later = context.insertCensus();
     EXPECT_FALSE(taxa[1].exists() || censuses[64].exists());
@@ -128,7 +128,7 @@ TEST_F(HistoryTest, RecordsComeBackToTheirPlacesAsThemselves) {
 TEST_F(HistoryTest, AnEarlierStateIsOneStepAway) {
     open(3);
     const auto earlier = context.frozenCopy();
-    context.deleteCensus(census(1));
+    context.deleteCensuses({census(1)});
     context.setName(census(0), "North");
     context.insertCensus();
     const PlainProject edited = plainProject(context);

@@ -9,7 +9,7 @@
 #include <thread>
 #include <vector>
 
-#include "store/taxon_cursor.h"
+#include "store/object_context.h"
 
 namespace zorvel {
 namespace {
@@ -58,7 +58,7 @@ TEST(ObjectContext, AttributesAreKeptAndTakenBack) {
     context.setTimeStamp(census, time);
     context.setName(taxon, "Abies");
     context.setAbundance(taxon, std::numeric_limits<std::int64_t>::min());
-    context.setInclude(taxon, false);
+    context.setInclude({taxon}, false);
     EXPECT_EQ(census.name(), SharedText("North"));
     EXPECT_EQ(census.notes(), SharedText(""));
     EXPECT_EQ(census.latitude(), -47.25);
@@ -79,7 +79,7 @@ TEST(ObjectContext, DeletingACensusDeletesItsTaxa) {
     const Census gone = context.insertCensus({}, someTaxa(300));
     const Census kept = context.insertCensus({}, someTaxa(2));
     const Zorvel orphan = gone.taxa().front();
-    context.deleteCensus(gone);
+    context.deleteCensuses({gone});
     EXPECT_FALSE(gone.exists());
     EXPECT_FALSE(orphan.exists());
     EXPECT_FALSE(orphan.census());
@@ -94,11 +94,11 @@ TEST(ObjectContext, DeletingATaxonTakesItOutOfItsCensus) {
     ObjectContext context;
     const Census census = context.insertCensus({}, someTaxa(3));
     const std::vector<Zorvel> taxa = census.taxa();
-    context.deleteTaxon(taxa[1]);
+    context.deleteTaxa({taxa[1]});
     EXPECT_THAT(census.taxa(), ElementsAre(taxa[0], taxa[2]));
     EXPECT_FALSE(taxa[1].census());
-    context.deleteTaxon(taxa[0]);
-    context.deleteTaxon(taxa[2]);
+    context.deleteTaxa({taxa[0]});
+    context.deleteTaxa({taxa[2]});
     EXPECT_EQ(census.taxonCount(), 0U);
     EXPECT_TRUE(context.insertTaxon(census).exists());
 }
@@ -113,16 +113,16 @@ TEST(ObjectContext, HandlesOfNoRecordOfThisContextChangeNothing) {
     const auto frozen = context.frozenCopy();
     for (const Census& foreign : {census, frozen->censuses().front()}) {
         other.setName(foreign, "changed");
-        other.deleteTaxon(foreign.taxa().front());
+        other.deleteTaxa({foreign.taxa().front()});
         EXPECT_FALSE(other.insertTaxon(foreign).exists());
-        other.deleteCensus(foreign);
+        other.deleteCensuses({foreign});
     }
     other.setAbundance(taxon, 7);
     EXPECT_EQ(other.censuses().front().block(), before);
-    context.deleteCensus(census);
+    context.deleteCensuses({census});
     context.setName(census, "changed");
-    context.setInclude(taxon, false);
-    context.deleteTaxon(taxon);
+    context.setInclude({taxon}, false);
+    context.deleteTaxa({taxon});
     EXPECT_EQ(context.censusCount(), 0U);
     EXPECT_FALSE(context.census(census.id()));
 }
@@ -137,7 +137,7 @@ TEST(ObjectContext, AnUnchangedValueIsNoChange) {
     context.setLatitude(census, 0);
     context.setNotes(census, std::nullopt);
     context.setAbundance(taxon, taxon.abundance());
-    context.setInclude(taxon, true);
+    context.setInclude({taxon}, true);
     EXPECT_EQ(census.block(), before);
     context.setNotes(census, "");
     EXPECT_NE(census.block(), before);
@@ -172,7 +172,7 @@ TEST(ObjectContext, AFrozenCopyNeverChangesAndOutlivesItsSource) {
     for (const Zorvel& taxon : north.taxa()) context->setAbundance(taxon, -1);
     context->setName(north, "North");
     context->insertTaxon(north);
-    context->deleteCensus(context->censuses().back());
+    context->deleteCensuses({context->censuses().back()});
     context->insertCensus();
     reader.join();
     const auto second = context->frozenCopy();
@@ -208,7 +208,7 @@ TEST(ObjectContext, ManyTaxaAreDeletedAtOnce) {
     gone.insert(gone.end(), taxa.begin() + 200, taxa.begin() + 600);  // over whole chunks
     gone.push_back(taxa[300]);
     gone.push_back(other.taxa()[0]);
-    context.deleteTaxon(taxa[599]);
+    context.deleteTaxa({taxa[599]});
     const auto before = north.block();
     context.deleteTaxa(gone);
     std::vector<std::int64_t> expected;
@@ -255,7 +255,7 @@ TEST(ObjectContext, TaxaInsertedOneByOneOrTogetherFillTheirChunks) {
     }
     EXPECT_THAT(sizes, ElementsAre(256U, 256U, 256U, 256U, 76U));
     EXPECT_THAT(context.insertTaxa(census, {}), ElementsAre());
-    context.deleteCensus(census);
+    context.deleteCensuses({census});
     EXPECT_THAT(context.insertTaxa(census, someTaxa(2)), ElementsAre());
 }
 
@@ -264,7 +264,7 @@ TEST(ObjectContext, ATaxonIsFoundByItsIdentityInItsCensusAlone) {
     const Census census = context.insertCensus({}, someTaxa(700));
     const Census other = context.insertCensus({}, someTaxa(1));
     const std::vector<Zorvel> taxa = census.taxa();
-    context.deleteTaxon(taxa[300]);
+    context.deleteTaxa({taxa[300]});
     for (const std::size_t place : {0, 255, 256, 299, 300, 301, 699}) {
         const std::optional<Zorvel> expected =
             place == 300 ? std::nullopt : std::optional(taxa[place]);
@@ -272,7 +272,7 @@ TEST(ObjectContext, ATaxonIsFoundByItsIdentityInItsCensusAlone) {
         EXPECT_EQ(other.taxon(taxa[place].id()), std::nullopt) << place;
     }
     EXPECT_EQ(census.taxon(other.taxa()[0].id()), std::nullopt);
-    context.deleteCensus(census);
+    context.deleteCensuses({census});
     EXPECT_EQ(census.taxon(taxa[0].id()), std::nullopt);
 }
 
@@ -287,9 +287,9 @@ TEST(TaxonCursor, FindsTaxaInAnyOrder) {
     taxa.push_back(inOrder[700]);
     taxa.push_back(inOrder[256]);
     taxa.push_back(inOrder[256]);
-    context.deleteTaxon(inOrder[255]);
-    context.deleteTaxon(inOrder[300]);
-    context.deleteCensus(third);
+    context.deleteTaxa({inOrder[255]});
+    context.deleteTaxa({inOrder[300]});
+    context.deleteCensuses({third});
     TaxonCursor cursor;
     for (const Zorvel& taxon : taxa) {
         const TaxonRecord* record = cursor.find(taxon);

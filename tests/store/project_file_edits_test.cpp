@@ -21,7 +21,7 @@ class Editor {
         if (censuses.empty() || action == 0) return insertCensus(context);
         const Census census = censuses[below(censuses.size())];
         const std::vector<Zorvel> taxa = census.taxa();
-        if (action == 1) return context.deleteCensus(census);
+        if (action == 1) return context.deleteCensuses({census});
         if (action == 2) return context.setName(census, name());
         if (action == 3) return context.setLatitude(census, below(2) == 0 ? 0.0 : -0.0);
         if (action <= 6) return goBack(context);
@@ -59,12 +59,12 @@ class Editor {
         const std::size_t end = std::min<std::size_t>(taxa.size(), first + 1 + below(40));
         for (std::size_t i = first; i < end; ++i) {
             if (action <= 11) {
-                context.deleteTaxon(taxa[i]);
+                context.deleteTaxa({taxa[i]});
             } else if (action <= 13) {
                 context.setName(taxa[i], name());
             } else {
                 context.setAbundance(taxa[i], below(5));
-                context.setInclude(taxa[i], below(2) == 0);
+                context.setInclude({taxa[i]}, below(2) == 0);
             }
         }
     }

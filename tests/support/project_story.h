@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "store/object_context.h"
-#include "store/undo_step.h"
 
 namespace zorvel {
 
@@ -27,11 +26,11 @@ class ProjectStory {
         context_.setName(context_.insertTaxon(hill), SharedText("Abies alba"));
         note("an insertion");
         context_.setAbundance(south.taxa()[150], 12345);
-        context_.setInclude(south.taxa()[7], false);
+        context_.setInclude({south.taxa()[7]}, false);
         context_.setNotes(hill, SharedText("steep"));
         note("edits");
-        context_.deleteTaxon(south.taxa()[3]);
-        context_.deleteCensus(hill);
+        context_.deleteTaxa({south.taxa()[3]});
+        context_.deleteCensuses({hill});
         note("deletions");
         context_.undo();
         note("an undo");

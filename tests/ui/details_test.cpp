@@ -203,7 +203,7 @@ TEST_F(DetailsTest, TypedTextOutlivesAnUndoAndADeletedCensus) {
     window->mainView().undo();
     EXPECT_EQ(census().latitude(), 0);
     EXPECT_EQ(field("latitude").text(), "bad");
-    context().deleteCensus(census());
+    context().deleteCensuses({census()});
     context().announceChanges();
     ASSERT_FALSE(messages().isEmpty());
     EXPECT_TRUE(messages().back().contains("“bad”"));

@@ -188,14 +188,14 @@ TEST_F(EditingTest, ChangesElsewhereLeaveAnEditorSelectionAndPlaceAlone) {
 TEST_F(EditingTest, AnEditorWhoseRecordGoesCommitsNowhere) {
     speciesTable().beginEditing(speciesTable().model()->index(1, 2));
     QTest::keyClicks(speciesTable().openEditor(), "99");
-    context().deleteTaxon(census(0).taxa()[1]);
+    context().deleteTaxa({census(0).taxa()[1]});
     context().announceChanges();
     EXPECT_EQ(speciesTable().openEditor(), nullptr);
     EXPECT_EQ(census(0).taxa()[0].abundance(), 3);
     EXPECT_EQ(census(0).taxa()[1].abundance(), 2);
     censusTable().beginEditing(censusTable().model()->index(1, 0));
     QTest::keyClicks(censusTable().openEditor(), "gone");
-    context().deleteCensus(census(1));
+    context().deleteCensuses({census(1)});
     context().announceChanges();
     EXPECT_EQ(census(0).name()->str(), "North");
 }

@@ -95,8 +95,8 @@ TEST_F(SearchTest, TheOrderOfTheTableIsKept) {
 TEST_F(SearchTest, RecordsComeAndGoWhileSomeAreHidden) {
     search().setText("abies");
     const Census census = context().censuses().at(0);
-    context().deleteTaxon(census.taxa()[0]);  // hidden
-    context().deleteTaxon(census.taxa()[0]);  // shown
+    context().deleteTaxa({census.taxa()[0]});  // hidden
+    context().deleteTaxa({census.taxa()[0]});  // shown
     context().insertTaxa(census, {{"Quercus", 1}});
     context().announceChanges();
     EXPECT_EQ(shown(), (Names{"Abies lasiocarpa", "Quercus"}));

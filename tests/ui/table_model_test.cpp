@@ -130,7 +130,7 @@ struct PaintedCells : TextFieldDelegate {
 
 // Name and abundance of an excluded species, and what stands in the place of a name.
 TEST_F(SpeciesTableModelTest, WhatDoesNotCountIsDimmedOnSelectedRowsToo) {
-    context.setInclude(census().taxa()[1], false);
+    context.setInclude({census().taxa()[1]}, false);
     context.setName(census().taxa()[3], std::nullopt);
     context.announceChanges();
     const PaintedCells cells;
@@ -149,7 +149,7 @@ TEST_F(SpeciesTableModelTest, WhatDoesNotCountIsDimmedOnSelectedRowsToo) {
     }
     EXPECT_EQ(model.excludedCount(), 2);
     EXPECT_EQ(model.absentCount(), 1);  // Betula
-    context.deleteTaxon(census().taxa()[4]);
+    context.deleteTaxa({census().taxa()[4]});
     context.setAbundance(census().taxa()[2], 1);
     context.announceChanges();
     EXPECT_EQ(model.excludedCount(), 1);
@@ -197,7 +197,7 @@ TEST_F(SpeciesTableModelTest, CellsCarryWhatIsPainted) {
 }
 
 TEST_F(SpeciesTableModelTest, ShowsWhatItWasToldOfUntilItIsToldAgain) {
-    context.deleteCensus(census());
+    context.deleteCensuses({census()});
     EXPECT_EQ(column(model, 1).front(), "Quercus");
     EXPECT_FALSE(model.setData(model.index(0, 1), "Other", Qt::EditRole));
 }
@@ -227,8 +227,8 @@ TEST_F(SpeciesTableModelTest, AnEditIsToldOfItsRowAloneAndMovesNothing) {
 TEST_F(SpeciesTableModelTest, RowsComeAndGoWithTheirRecords) {
     model.setFilter("a");  // abies, Betula, Acer, unnamed
     const QPersistentModelIndex acer = model.index(2, 1);
-    context.deleteTaxon(census().taxa()[1]);
-    context.deleteTaxon(census().taxa()[0]);
+    context.deleteTaxa({census().taxa()[1]});
+    context.deleteTaxa({census().taxa()[0]});
     context.announceChanges();
     EXPECT_EQ(column(model, 1), (Texts{"Betula", "Acer", "unnamed"}));
     EXPECT_EQ(acer.data().toString(), "Acer");
@@ -279,7 +279,7 @@ TEST(TableModels, FollowRandomChangesAsAModelMadeAnewShowsThem) {
                     context.insertTaxa(first, std::vector<TaxonValues>(random() % 300));
                     break;
                 case 1:
-                    if (!taxa.empty()) context.deleteTaxon(taxa[random() % taxa.size()]);
+                    if (!taxa.empty()) context.deleteTaxa({taxa[random() % taxa.size()]});
                     break;
                 case 2:
                     if (!taxa.empty()) context.setAbundance(taxa[random() % taxa.size()], turn);
@@ -288,7 +288,8 @@ TEST(TableModels, FollowRandomChangesAsAModelMadeAnewShowsThem) {
                     context.insertCensus(named("n"), {{"a", 1, true}});
                     break;
                 case 4:
-                    if (all.size() > 1) context.deleteCensus(all[1 + random() % (all.size() - 1)]);
+                    if (all.size() > 1)
+                        context.deleteCensuses({all[1 + random() % (all.size() - 1)]});
                     break;
                 case 5:
                     context.undo();

@@ -7,7 +7,7 @@
 #include <algorithm>
 
 #include "model/edits.h"
-#include "store/undo_step.h"
+#include "store/object_context.h"
 #include "ui/kit/glyphs.h"
 #include "ui/main/census_table_model.h"
 #include "ui/main/clipboard_rows.h"
