@@ -16,9 +16,14 @@
 #include <span>
 
 #include "metrics/abundance_classes.h"
-#include "metrics/missing_taxa.h"
 
 namespace zorvel {
+
+// What each way of summing over the taxa of a subsample gives.
+struct MissingTaxa {
+    long double expected = 0;  // sum of q_i: the mean number of taxa missing from the subsample
+    long double variance = 0;  // of that number, and so of the number of taxa present
+};
 
 // n: from 1 to half of N = total. No two taxa may have more than N specimens together. What is
 // smaller than exp(-nats) is left out.

