@@ -1,4 +1,5 @@
-"""The help pages: well-formed, without dead links, and true. The README: its transcripts are true.
+"""The help pages: well-formed, without dead links, and true. The transcripts of the README and the
+examples of the page on the project file: true.
 
 check_help.py PAGES TREE TOOL: PAGES is the folder of the made pages, TREE that of the sources, TOOL
 the command-line tool. In the pages,
@@ -14,6 +15,7 @@ the command-line tool. In the pages,
 import math
 import os
 import re
+import sqlite3
 import struct
 import subprocess
 import sys
@@ -165,6 +167,59 @@ class Help(unittest.TestCase):
                     result = eval(element.get("data-working"), dict(vars(math)))
                     digits = len(element.text.partition(".")[2])
                     self.assertEqual(f"{result:.{digits}f}", element.text)
+
+
+class ProjectFilePage(unittest.TestCase):
+    """docs/file-format.md: its tables are those of a new project, and its examples run."""
+
+    page = (tree / "docs/file-format.md").read_text()
+
+    def block(self, language):
+        return re.search(f"```{language}\n(.*?)```", self.page, re.DOTALL).group(1)
+
+    def test_the_tables_and_the_header_are_as_shown(self):
+        with tempfile.TemporaryDirectory() as folder:
+            shell = Shell(folder)
+            (Path(folder) / "counts.csv").write_text("Abies alba,12\n")
+            shell.run("zorvel-cli import --into new.zorvel counts.csv")
+            with sqlite3.connect(Path(folder) / "new.zorvel") as project:
+                made = [sql for (sql,) in project.execute("SELECT sql FROM sqlite_schema")]
+                application, = project.execute("PRAGMA application_id").fetchone()
+                version, = project.execute("PRAGMA user_version").fetchone()
+            project.close()
+        self.assertEqual(self.block("sql").split(), " ".join(made).split())
+        self.assertIn(f"{application}", self.page)
+        self.assertIn(f"`user_version` | {version}", self.page)
+
+    def test_the_examples_print_what_the_project_holds(self):
+        trials = {"sh": ("sh", "sqlite3 --version"), "python": (sys.executable, "true"),
+                  "r": ("Rscript", "Rscript -e 'library(DBI); library(RSQLite)'")}
+        with tempfile.TemporaryDirectory() as folder:
+            shell = Shell(folder)
+            with sqlite3.connect(Path(folder) / "example.zorvel") as project:
+                project.executescript(self.block("sql").replace("CREATE", ";CREATE") + """;
+                    INSERT INTO name VALUES(1, 'Abies alba'), (2, 'Quercus'), (3, 'Échinops');
+                    INSERT INTO census VALUES(1, 'North', 51.5, -0.25, NULL, NULL),
+                                             (5, 'East', 1, 2, NULL, NULL);
+                    INSERT INTO taxon VALUES(2, 1, 1, 12, 1), (3, 1, NULL, 3, 1), (4, 1, 2, 5, 0),
+                                            (6, 5, 3, 9000000000, 1), (7, 1, 1, 0, 1);""")
+            project.close()
+            expected = textwrap.dedent("""\
+                North\tAbies alba\t12\t1
+                North\t\t3\t1
+                North\tQuercus\t5\t0
+                North\tAbies alba\t0\t1
+                East\tÉchinops\t9000000000\t1
+                12
+                3
+                0
+                """)
+            for language, (program, trial) in trials.items():
+                with self.subTest(language=language):
+                    if subprocess.run(trial, shell=True, capture_output=True).returncode != 0:
+                        continue
+                    (Path(folder) / "script").write_text(self.block(language))
+                    self.assertEqual(shell.run(f"{program} script"), expected)
 
 
 if __name__ == "__main__":

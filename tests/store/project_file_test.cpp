@@ -107,20 +107,6 @@ TEST_F(ProjectFileTest, NumbersNearTheirLimits) {
     }
 }
 
-TEST_F(ProjectFileTest, RecordsOfALoadAreTheirContextsAndAreWrittenOn) {
-    ObjectContext context;
-    fillWithExtremes(context);
-    created(path("p.zorvel"), context);
-    Opened first = opened(path("p.zorvel"));
-    ObjectContext loaded;
-    loaded.adopt(std::move(first.records));
-    const Zorvel taxon = loaded.insertTaxon(loaded.censuses().front());
-    loaded.setName(taxon, "new");
-    ASSERT_FALSE(first.file->write(loaded.frozenCopy()));
-    expectHolds(path("p.zorvel"), loaded);
-    EXPECT_GT(taxon.id(), context.taxa().back().id());
-}
-
 // Taxa that were added to an early census after a later one was made stand in its order, whatever
 // the chunks that they are read in.
 TEST_F(ProjectFileTest, TaxaAddedByTurnsKeepTheOrderOfTheirCensus) {

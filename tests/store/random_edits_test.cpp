@@ -1,15 +1,14 @@
 // Random edits, steps, undo, redo, frozen copies and announcements of a context, beside the same on
-// plain lists, where a step is two whole states.
-#include <gtest/gtest.h>
-
+// plain lists, where a step is two whole states. Now and then they are written to a file, which
+// then holds exactly the records and the names in use.
 #include <algorithm>
 #include <functional>
 #include <map>
 #include <random>
-#include <string>
-#include <vector>
+#include <set>
 
 #include "tests/store/plain_project.h"
+#include "tests/store/project_file_support.h"
 
 namespace zorvel {
 namespace {
@@ -47,6 +46,17 @@ class Twins {
   public:
     explicit Twins(unsigned seed) : random_(seed) {
         context_.addObserver([this](const ChangeSet& changes) { heard_ = announced(changes); });
+    }
+
+    [[nodiscard]] const ObjectContext& context() const { return context_; }
+    [[nodiscard]] std::vector<std::string> namesInUse() const {
+        std::set<std::string> names;
+        for (const PlainCensus& census : plain_) {
+            for (const PlainTaxon& taxon : census.taxa) {
+                if (taxon.name) names.insert(*taxon.name);
+            }
+        }
+        return {names.begin(), names.end()};
     }
 
     void actOnce() {
@@ -193,17 +203,24 @@ class Twins {
         const std::size_t place = below(plain.taxa.size());
         const Zorvel taxon = census.taxa()[place];
         if (action == 15) {
-            plain.taxa[place].name = std::to_string(below(50));
-            return context_.setName(taxon, *plain.taxa[place].name);
+            const std::optional<SharedText> name = randomName();
+            plain.taxa[place].name = plainName(name);
+            return context_.setName(taxon, name);
         }
         plain.taxa[place].abundance = static_cast<std::int64_t>(below(3));
         context_.setAbundance(taxon, plain.taxa[place].abundance);
     }
 
+    std::optional<SharedText> randomName() {
+        const std::size_t number = below(50);
+        if (number == 0) return std::nullopt;
+        return SharedText(number == 1 ? "" : std::to_string(number));
+    }
+
     std::vector<TaxonValues> randomValues(std::size_t most) {
         std::vector<TaxonValues> values(below(most));
         for (TaxonValues& value : values) {
-            value.name = std::to_string(below(50));
+            value.name = randomName();
             value.abundance = static_cast<std::int64_t>(below(9));
         }
         return values;
@@ -301,16 +318,29 @@ class Twins {
     Differences heard_;
 };
 
-TEST(RandomEdits, GiveWhatPlainListsGive) {
+using RandomEdits = ProjectFileTest;
+
+TEST_F(RandomEdits, GiveWhatPlainListsGiveAndReachTheFile) {
     for (unsigned seed = 1; seed <= 10; ++seed) {
+        SCOPED_TRACE("seed " + std::to_string(seed));
         Twins twins(seed);
+        auto file = created(path("p.zorvel"), twins.context());
         for (int action = 0; action < 200; ++action) {
             twins.actOnce();
-            ASSERT_NO_FATAL_FAILURE(twins.compare()) << "seed " << seed << " action " << action;
+            ASSERT_NO_FATAL_FAILURE(twins.compare()) << action;
+            if (action % 10 != 9) continue;
+            ASSERT_FALSE(file->write(twins.context().frozenCopy()));
+            expectHolds(path("p.zorvel"), twins.context());
+            ASSERT_EQ(rows(path("p.zorvel"), "SELECT text FROM name ORDER BY text"),
+                      twins.namesInUse());
+            if (HasFailure()) return;
+            if (action % 50 != 49) continue;
+            file.reset();
+            file = std::move(opened(path("p.zorvel")).file);
         }
-        ASSERT_NO_FATAL_FAILURE(twins.compareCopies()) << "seed " << seed;
-        ASSERT_NO_FATAL_FAILURE(twins.undoAndRedoAll()) << "seed " << seed;
-        ASSERT_NO_FATAL_FAILURE(twins.compareCopies()) << "seed " << seed;
+        ASSERT_NO_FATAL_FAILURE(twins.compareCopies());
+        ASSERT_NO_FATAL_FAILURE(twins.undoAndRedoAll());
+        ASSERT_NO_FATAL_FAILURE(twins.compareCopies());
     }
 }
 

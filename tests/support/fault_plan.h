@@ -2,12 +2,28 @@
 // A lasting fault lets the files be closed, as every disk does.
 #pragma once
 
+#include <sqlite3.h>
+
+#include <cerrno>
 #include <cstddef>
 #include <string>
 
 #include "tests/support/file_calls.h"
 
 namespace zorvel {
+
+// In the order of CallKind: a name for messages, and SQLite's code.
+struct KindFacts {
+    const char* name;
+    int ioError;
+};
+inline constexpr KindFacts factsOfKinds[] = {
+    {"open", SQLITE_CANTOPEN},       {"read", SQLITE_IOERR_READ},
+    {"write", SQLITE_IOERR_WRITE},   {"truncate", SQLITE_IOERR_TRUNCATE},
+    {"sync", SQLITE_IOERR_FSYNC},    {"size", SQLITE_IOERR_FSTAT},
+    {"lock", SQLITE_IOERR_LOCK},     {"remove", SQLITE_IOERR_DELETE},
+    {"access", SQLITE_IOERR_ACCESS}, {"control", SQLITE_IOERR},
+    {"rename", SQLITE_IOERR}};
 
 enum class FaultKind {
     inputOutput,  // any call reports an error of the disk, having done nothing
@@ -38,5 +54,41 @@ class FaultPlan : public CallListener {
     std::size_t counted_ = 0;
     std::string struck_;
 };
+
+inline void FaultPlan::failCall(FaultKind kind, std::size_t call, bool lasting) {
+    kind_ = kind;
+    call_ = call;
+    lasting_ = lasting;
+    counted_ = 0;
+    struck_.clear();
+}
+
+inline void FaultPlan::heal() {
+    call_ = 0;
+}
+
+inline bool FaultPlan::counts(const FileCall& call) const {
+    return kind_ == FaultKind::inputOutput || call.kind == CallKind::write;
+}
+
+inline int FaultPlan::codeFor(const FileCall& call) const {
+    if (kind_ == FaultKind::diskFull) return call.ofSystem ? ENOSPC : SQLITE_FULL;
+    return call.ofSystem ? EIO : factsOfKinds[static_cast<int>(call.kind)].ioError;
+}
+
+inline Verdict FaultPlan::before(const FileCall& call) {
+    if (call_ == 0 || !counts(call)) return {};
+    ++counted_;
+    if (counted_ < call_ || (counted_ > call_ && !lasting_)) return {};
+    if (struck_.size() < 300) {
+        struck_ += (struck_.empty() ? "" : ", ") +
+                   std::string(factsOfKinds[static_cast<int>(call.kind)].name) + " of " +
+                   call.path.substr(call.path.rfind('/') + 1);
+    }
+    // Which SQLite asks for too.
+    errno = kind_ == FaultKind::diskFull ? ENOSPC : EIO;
+    const bool torn = kind_ != FaultKind::inputOutput;
+    return {codeFor(call), torn ? call.bytes.size() / 2 : 0};
+}
 
 }  // namespace zorvel
