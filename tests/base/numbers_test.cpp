@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include <bit>
-#include <clocale>
 #include <cmath>
 #include <cstdio>
 #include <limits>
@@ -109,13 +108,27 @@ TEST(Numbers, WholeDoubles) {
     }
 }
 
-TEST(Numbers, TheLocaleChangesNothing) {
-    if (!std::setlocale(LC_ALL, "de_DE.UTF-8")) GTEST_SKIP() << "no German locale here";
-    EXPECT_EQ(fixedText(1234567.5, 1), "1234567.5");
-    EXPECT_EQ(shortestText(0.5), "0.5");
-    EXPECT_EQ(parseWholeDouble("+1.5"), 1.5);
-    EXPECT_EQ(parseWholeDouble("+1,5"), std::nullopt);
-    std::setlocale(LC_ALL, "C");
+TEST(Numbers, WholeIntegers) {
+    const std::pair<std::string_view, std::optional<std::int64_t>> rows[] = {
+        {"-0", 0},
+        {"007", 7},
+        {"+12", 12},
+        {"9223372036854775807", INT64_MAX},
+        {"-9223372036854775808", INT64_MIN},
+        {"000000000000000000000000000009", 9},
+        {"9223372036854775808", {}},
+        {"", {}},
+        {"-", {}},
+        {"+-1", {}},
+        {" 1", {}},
+        {"1 ", {}},
+        {"1.0", {}},
+        {"1e3", {}},
+        {"0x1", {}},
+        {"\u0661", {}},
+        {{"1\0", 2}, {}},
+    };
+    for (const auto& [text, value] : rows) EXPECT_EQ(parseWholeInteger(text), value) << text;
 }
 
 }  // namespace
