@@ -126,7 +126,7 @@ TEST(SingleCensus, EveryOutcome) {
     const std::string missing =
         " | An abundance value is missing.  See help for formatting an input file.";
     const std::string empty = " | Empty string; expected some sort of value";
-    const std::string notInteger = " | Not an abundance value, or not an integer";
+    const std::string noInteger = " | Not an abundance value, or not an integer";
     const std::string notPositive =
         " | File contains zero or negative abundance value, but all abundances must be positive "
         "integers.  See help for formatting an input file.";
@@ -147,11 +147,11 @@ TEST(SingleCensus, EveryOutcome) {
         {"a,1\nb", "none @2:1" + missing},
         {"a,1,2", "none @1:2" + missing},
         {"a,x,2", "none @1:2" + missing},
-        {"species,count\na,1", "none @1:2" + notInteger},
-        {"a,1\r\n\r\nb,1 ", "none @3:2" + notInteger},
-        {"a,9223372036854775808", "none @1:2" + notInteger},
-        {"\"a\nb\",x", "none @2:2" + notInteger},
-        {"a,1\0"s, "none @1:2" + notInteger},
+        {"species,count\na,1", "none @1:2" + noInteger},
+        {"a,1\r\n\r\nb,1 ", "none @3:2" + noInteger},
+        {"a,9223372036854775808", "none @1:2" + noInteger},
+        {"\"a\nb\",x", "none @2:2" + noInteger},
+        {"a,1\0"s, "none @1:2" + noInteger},
         {"a,0", "none @1:2" + notPositive},
         {"a,-2\nb", "none @1:2" + notPositive},
     };
