@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstdio>
 #include <ctime>
+#include <regex>
 
 #include "base/numbers.h"
 #include "base/time_stamp.h"
@@ -162,61 +163,12 @@ std::optional<double> coordinate(std::string_view typed, double limit, char posi
     return minus || hemisphere < 0 ? -*value : *value;
 }
 
-// The next digits, least to most of them, as a number; moves past them.
-std::optional<std::int64_t> takeNumber(std::string_view& text, std::size_t least,
-                                       std::size_t most) {
-    std::size_t length = 0;
-    while (length < text.size() && length < most && isDigit(text[length])) ++length;
-    if (length < least) return std::nullopt;
-    const auto value = parseWholeInteger(text.substr(0, length));
-    text.remove_prefix(length);
-    return value;
-}
+using Match = std::match_results<std::string_view::const_iterator>;
 
-bool take(std::string_view& text, char c) {
-    if (!text.starts_with(c)) return false;
-    text.remove_prefix(1);
-    return true;
-}
-
-// A fraction of a second, in microseconds.
-std::optional<std::int64_t> takeFraction(std::string_view& text) {
-    const std::size_t before = text.size();
-    std::optional<std::int64_t> value = takeNumber(text, 1, 6);
-    for (std::size_t i = before - text.size(); value && i < 6; ++i) *value *= 10;
-    return value;
-}
-
-struct TypedClock {
-    WallClock clock;
-    std::int64_t microseconds = 0;  // within the minute
-};
-
-std::optional<TypedClock> readDay(std::string_view& text) {
-    const auto year = takeNumber(text, 4, 6);
-    if (!year || !take(text, '-')) return std::nullopt;
-    const auto month = takeNumber(text, 1, 2);
-    if (!month || !take(text, '-')) return std::nullopt;
-    const auto day = takeNumber(text, 1, 2);
-    if (!day) return std::nullopt;
-    return TypedClock{{*year, *month, *day, 0, 0}, 0};
-}
-
-bool readTimeOfDay(std::string_view& text, TypedClock& clock) {
-    const auto hour = takeNumber(text, 1, 2);
-    if (!hour || !take(text, ':')) return false;
-    const auto minute = takeNumber(text, 2, 2);
-    if (!minute) return false;
-    clock.clock.hour = *hour;
-    clock.clock.minute = *minute;
-    if (!take(text, ':')) return true;
-    const auto second = takeNumber(text, 2, 2);
-    if (!second || *second > 59) return false;
-    clock.microseconds = *second * 1'000'000;
-    if (!take(text, '.')) return true;
-    const auto fraction = takeFraction(text);
-    clock.microseconds += fraction.value_or(0);
-    return fraction.has_value();
+// Of a group of digits; 0 if it is absent.
+std::int64_t numberIn(const Match& match, std::size_t group) {
+    if (!match[group].matched) return 0;
+    return parseWholeInteger({match[group].first, match[group].second}).value_or(0);
 }
 
 }  // namespace
@@ -270,18 +222,28 @@ Typed<double> parseTypedLongitude(std::string_view text) {
 }
 
 Typed<std::optional<TimeStamp>> parseTypedTime(std::string_view text) {
+    static const std::regex dayForm("([0-9]{4,6})-([0-9]{1,2})-([0-9]{1,2})");
+    static const std::regex timeForm(
+        "([0-9]{1,2}):([0-9]{2})(?::([0-5][0-9])(?:\\.([0-9]{1,6}))?)?");
     text = withoutOuterSpace(text);
     if (text.empty()) return std::optional<TimeStamp>();
-    std::optional<TypedClock> clock = readDay(text);
-    if (!clock) return notTime;
-    if (!text.empty()) {
-        if (!take(text, 'T') && !take(text, ' ')) return notTime;
-        text = withoutOuterSpace(text);
-        if (!readTimeOfDay(text, *clock) || !text.empty()) return notTime;
+    const std::string_view day = text.substr(0, text.find_first_of("T "));
+    Match match;
+    if (!std::regex_match(day.begin(), day.end(), match, dayForm)) return notTime;
+    WallClock clock{numberIn(match, 1), numberIn(match, 2), numberIn(match, 3), 0, 0};
+    std::int64_t microseconds = 0;  // within the minute
+    if (day.size() < text.size()) {
+        const std::string_view time = withoutOuterSpace(text.substr(day.size() + 1));
+        if (!std::regex_match(time.begin(), time.end(), match, timeForm)) return notTime;
+        clock.hour = numberIn(match, 1);
+        clock.minute = numberIn(match, 2);
+        std::string decimals = match[4].str();
+        decimals.resize(6, '0');
+        microseconds = 1'000'000 * numberIn(match, 3) + parseWholeInteger(decimals).value_or(0);
     }
-    const std::optional<TimeStamp> minute = localTime(clock->clock);
+    const std::optional<TimeStamp> minute = localTime(clock);
     if (!minute) return noSuchTime;
-    return std::optional(*minute + std::chrono::microseconds(clock->microseconds));
+    return std::optional(*minute + std::chrono::microseconds(microseconds));
 }
 
 std::string typedTimeText(TimeStamp time) {
