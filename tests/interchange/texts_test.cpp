@@ -206,7 +206,7 @@ TEST(WriteRarefactionTable, WholeText) {
                   "       5.000\n"
                   "12345678901,100000000000000000000.000,1234567.800,      -1.500,       0.001,"
                   "       0.002,123456789012.250\n"
-                  "        -1,              Real::quiet_NaN(),     Real::quiet_NaN(),         inf, "
+                  "        -1,              nan,     nan,         inf, "
                   "       -inf,      -0.000,"
                   "      -0.000\n");
 }
