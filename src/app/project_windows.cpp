@@ -15,7 +15,6 @@
 #include "platform/document_controller.h"
 #include "platform/settings.h"
 #include "ui/analysis/project_wide_metrics_window_controller.h"
-#include "ui/analysis/rarefaction_view.h"
 #include "ui/analysis/rarefaction_view_controller.h"
 #include "ui/kit/panels.h"
 #include "ui/kit/window_placement.h"
@@ -156,8 +155,8 @@ void ProjectWindows::addAnalysisWindow(QWidget& opened) {
     add("preferencesMenuItemTapped", preferencesKey(), this, &ProjectWindows::preferencesRequested);
     add("showHelp", QKeySequence::HelpContents, this, &ProjectWindows::helpRequested);
     if (auto* plot = qobject_cast<RarefactionWindowController*>(&opened)) {
-        connect(this, &ProjectWindows::plotPreferencesDidChange,
-                &plot->viewController().rarefactionView(), &RarefactionView::preferencesDidChange);
+        connect(this, &ProjectWindows::plotPreferencesDidChange, &plot->viewController(),
+                &RarefactionViewController::preferencesDidChange);
         connect(&plot->viewController(), &RarefactionViewController::printRequested, this,
                 [this, plot] { emit printRequested(plot); });
     } else if (auto* metrics = qobject_cast<ProjectWideMetricsWindowController*>(&opened)) {

@@ -119,7 +119,7 @@ class RarefactionWindowTest : public ::testing::Test {
     // The dialog of the command, with these entries.
     QDialog& imageDialog(bool svg, const QString& width, const QString& dpi, bool titles) {
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-        controller().saveImageTapped();
+        controller().saveImage();
         auto* dialog = window->findChild<QDialog*>("imageDialog");
         if (dialog == nullptr) throw std::runtime_error("no dialog");
         dialog->findChild<QRadioButton*>(svg ? "svgButton" : "pngButton")->click();
@@ -192,7 +192,7 @@ TEST_F(RarefactionWindowTest, FollowsThePreferencesAtTheNextDraw) {
     EXPECT_EQ(image.pixelColor(pixelOf(10.5, 13.5)), QColor(204, 230, 204));
     EXPECT_EQ(label("rarefactionSummary"),
               "Individual-based rarefaction · up to 20 specimens · band: 95% confidence limits");
-    view().preferencesDidChange();
+    controller().preferencesDidChange();
     EXPECT_EQ(label("rarefactionSummary"),
               "Individual-based rarefaction · up to 20 specimens · band: 99% confidence limits");
 }

@@ -1,13 +1,7 @@
 #include "ui/analysis/image_dialog.h"
 
-#include <QCheckBox>
-#include <QDialogButtonBox>
-#include <QEvent>
-#include <QFormLayout>
-#include <QLabel>
-#include <QLineEdit>
 #include <QPushButton>
-#include <QRadioButton>
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -16,19 +10,20 @@
 #include "ui/analysis/plot_files.h"
 #include "ui/kit/look.h"
 #include "ui/kit/look_style.h"
+#include "ui_image_dialog.h"
 
 namespace zorvel {
 
 namespace {
 
-constexpr int fieldWidth = 80;  // pixels
-constexpr int noteWidth = 320;
+constexpr int noteWidth = 320;           // pixels
+constexpr int mostImagePixels = 20'000;  // along each side
 
 QString centimetres(double value) {
     return QString::fromStdString(fixedText(value, 1));
 }
 
-// NaN where the text is no number. A comma is a point too.
+// NaN if the text is no number. A comma is a point too.
 double typedWidth(const QString& text) {
     const std::string number = text.trimmed().replace(',', '.').toStdString();
     return parseWholeDouble(number).value_or(std::nan(""));
@@ -38,101 +33,60 @@ double typedWidth(const QString& text) {
 
 ImageDialog::ImageDialog(const PlotImage& proposed, std::function<QSize(bool)> figureSize,
                          QWidget* parent)
-    : QDialog(parent), figureSize_(std::move(figureSize)), choice_(proposed) {
-    setObjectName("imageDialog");
-    setWindowTitle(tr("Save Image"));
-    auto* form = new QFormLayout(this);
-    form->setContentsMargins(20, 20, 20, 16);
-    form->setHorizontalSpacing(12);
-    form->setVerticalSpacing(10);
-    addFormats(*form);
-    width_ = addField(*form, "imageWidthField", tr("&Width:"),
-                      QString::fromStdString(shortestText(proposed.widthCm)), tr("cm"));
-    resolution_ = addField(*form, "imageResolutionField", tr("&Resolution:"),
-                           QString::number(proposed.dpi), tr("dots per inch"));
-    titles_ = new QCheckBox(tr("&Titles of the axes and name above the plot"), this);
-    titles_->setObjectName("imageTitlesBox");
-    titles_->setChecked(proposed.titles);
-    connect(titles_, &QCheckBox::toggled, this, &ImageDialog::readFields);
-    form->addRow(QString(), titles_);
-    note_ = new QLabel(this);
-    note_->setObjectName("imageNote");
-    note_->setTextFormat(Qt::PlainText);
-    note_->setWordWrap(true);
-    note_->setMinimumSize(noteWidth, 2 * note_->fontMetrics().lineSpacing());
-    note_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
-    form->addRow(note_);
-    addButtons();
-    width_->setFocus();
-    width_->selectAll();
-    readFields();
-}
-
-void ImageDialog::addFormats(QFormLayout& form) {
-    auto* row = new QHBoxLayout;
-    row->setSpacing(16);
-    const auto add = [&](const char* name, const QString& title) {
-        auto* button = new QRadioButton(title, this);
-        button->setObjectName(name);
-        connect(button, &QRadioButton::toggled, this, &ImageDialog::readFields);
-        row->addWidget(button);
-        return button;
-    };
-    png_ = add("pngButton", tr("&PNG image"));
-    svg_ = add("svgButton", tr("S&VG drawing"));
-    row->addStretch(1);
-    (choice_.svg ? svg_ : png_)->setChecked(true);
-    form.addRow(tr("Format:"), row);
-}
-
-QLineEdit* ImageDialog::addField(QFormLayout& form, const char* name, const QString& title,
-                                 const QString& value, const QString& unit) {
-    auto* row = new QHBoxLayout;
-    row->setSpacing(8);
-    auto* field = new QLineEdit(value, this);
-    field->setObjectName(name);
-    field->setFixedWidth(fieldWidth);
-    field->setAlignment(Qt::AlignRight);
-    connect(field, &QLineEdit::textChanged, this, &ImageDialog::readFields);
-    row->addWidget(field);
-    row->addWidget(new QLabel(unit, this));
-    row->addStretch(1);
-    form.addRow(title, row);
-    qobject_cast<QLabel*>(form.labelForField(row))->setBuddy(field);
-    return field;
-}
-
-void ImageDialog::addButtons() {
-    auto* buttons = new QDialogButtonBox(this);
-    save_ = buttons->addButton(tr("&Save\u2026"), QDialogButtonBox::AcceptRole);
+    : QDialog(parent),
+      ui_(std::make_unique<Ui::ImageDialog>()),
+      figureSize_(std::move(figureSize)),
+      choice_(proposed) {
+    ui_->setupUi(this);
+    save_ = ui_->buttonBox->addButton(tr("&Save\u2026"), QDialogButtonBox::AcceptRole);
     save_->setObjectName("saveImageAsButton");
     save_->setProperty(primaryButtonProperty, true);
     save_->setDefault(true);
-    buttons->addButton(QDialogButtonBox::Cancel);
-    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
-    connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
-    static_cast<QFormLayout*>(layout())->addRow(buttons);
+    (proposed.svg ? ui_->svgButton : ui_->pngButton)->setChecked(true);
+    ui_->imageWidthField->setText(QString::fromStdString(shortestText(proposed.widthCm)));
+    ui_->imageResolutionField->setText(QString::number(proposed.dpi));
+    ui_->imageTitlesBox->setChecked(proposed.titles);
+    ui_->imageNote->setMinimumSize(noteWidth, 2 * ui_->imageNote->fontMetrics().lineSpacing());
+    for (const QAbstractButton* button :
+         std::initializer_list<QAbstractButton*>{ui_->pngButton, ui_->imageTitlesBox}) {
+        connect(button, &QAbstractButton::toggled, this, &ImageDialog::readFields);
+    }
+    for (const QLineEdit* field : {ui_->imageWidthField, ui_->imageResolutionField}) {
+        connect(field, &QLineEdit::textChanged, this, &ImageDialog::readFields);
+    }
+    connect(ui_->buttonBox, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    connect(ui_->buttonBox, &QDialogButtonBox::rejected, this, &QDialog::reject);
+    ui_->imageWidthField->setFocus();
+    ui_->imageWidthField->selectAll();
+    readFields();
 }
 
+ImageDialog::~ImageDialog() = default;
+
 void ImageDialog::readFields() {
-    if (save_ == nullptr) return;  // not yet built
-    resolution_->setEnabled(png_->isChecked());
+    ui_->imageResolutionField->setEnabled(ui_->pngButton->isChecked());
     const QString problem = takeFields();
-    save_->setEnabled(problem.isEmpty());
-    showNote(problem.isEmpty() ? sizeText() : problem, !problem.isEmpty());
+    const bool isProblem = !problem.isEmpty();
+    const QString note = isProblem ? problem : sizeText();
+    save_->setEnabled(!isProblem);
+    ui_->imageNote->setText(note);
+    ui_->imageNote->setForegroundRole(isProblem ? problemText : secondaryText);
+    for (QLineEdit* field : {ui_->imageWidthField, ui_->imageResolutionField}) {
+        field->setAccessibleDescription(note);
+    }
 }
 
 QString ImageDialog::takeFields() {
-    choice_.svg = svg_->isChecked();
-    choice_.titles = titles_->isChecked();
-    choice_.widthCm = typedWidth(width_->text());
+    choice_.svg = ui_->svgButton->isChecked();
+    choice_.titles = ui_->imageTitlesBox->isChecked();
+    choice_.widthCm = typedWidth(ui_->imageWidthField->text());
     if (!(choice_.widthCm >= PlotImage::leastWidth && choice_.widthCm <= PlotImage::mostWidth)) {
         return tr("A width is a number of centimetres from %1 to %2, such as 8.5.")
             .arg(PlotImage::leastWidth)
             .arg(PlotImage::mostWidth);
     }
-    // What a drawing has no need of is not held against it.
-    const auto dpi = parseTypedAbundance(resolution_->text().toStdString());
+    // A drawing needs no resolution, so a wrong one is no problem then.
+    const auto dpi = parseTypedAbundance(ui_->imageResolutionField->text().toStdString());
     const bool isDpi =
         dpi && dpi.value() >= PlotImage::leastDpi && dpi.value() <= PlotImage::mostDpi;
     if (isDpi) choice_.dpi = static_cast<int>(dpi.value());
@@ -143,12 +97,12 @@ QString ImageDialog::takeFields() {
             .arg(PlotImage::mostDpi);
     }
     const QSize pixels = pixelsOf(figureSize_(choice_.titles), choice_.widthCm, choice_.dpi);
-    if (std::max(pixels.width(), pixels.height()) <= kMostImagePixels) return {};
+    if (std::max(pixels.width(), pixels.height()) <= mostImagePixels) return {};
     return tr("%L1 \u00d7 %L2 pixels are too many: no side may have more than %L3. Choose a "
               "smaller width or resolution.")
         .arg(pixels.width())
         .arg(pixels.height())
-        .arg(kMostImagePixels);
+        .arg(mostImagePixels);
 }
 
 QString ImageDialog::sizeText() const {
@@ -158,20 +112,6 @@ QString ImageDialog::sizeText() const {
     if (choice_.svg) return size;
     const QSize pixels = pixelsOf(figure, choice_.widthCm, choice_.dpi);
     return tr("%1, %L2 \u00d7 %L3 pixels").arg(size).arg(pixels.width()).arg(pixels.height());
-}
-
-void ImageDialog::showNote(const QString& text, bool isProblem) {
-    note_->setText(text);
-    QPalette colors;
-    const LookColors& look = lookColors(palette());
-    colors.setColor(QPalette::WindowText, isProblem ? look.problem : look.secondary);
-    note_->setPalette(colors);
-    for (QLineEdit* field : {width_, resolution_}) field->setAccessibleDescription(text);
-}
-
-void ImageDialog::changeEvent(QEvent* event) {
-    QDialog::changeEvent(event);
-    if (event->type() == QEvent::PaletteChange) readFields();
 }
 
 }  // namespace zorvel

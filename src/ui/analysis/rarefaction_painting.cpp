@@ -25,43 +25,32 @@ void drawLabel(QPainter& painter, const QPointF& place, const QString& label) {
     painter.setTransform(flipped);
 }
 
-void drawTicks(QPainter& painter, const QList<PlotTick>& ticks) {
-    for (const PlotTick& tick : ticks) painter.drawLine(tick.foot, tick.end);
-}
-
-void drawTickLabels(QPainter& painter, const QList<PlotTick>& ticks) {
-    for (const PlotTick& tick : ticks) drawLabel(painter, tick.labelPlace, tick.label);
-}
-
-// Upright and level lines are sharp on a screen without antialiasing; a page knows no difference.
-void drawAxes(QPainter& painter, const RarefactionPlot& plot) {
-    const PlotGeometry& geometry = plot.geometry;
+// Without antialiasing, upright and level lines are sharp on a screen; on a page it is the same.
+void drawAxes(QPainter& painter, const PlotGeometry& geometry) {
     const double share = 1 - 2 * geometry.marginPercent;
     const QPointF origin = geometry.origin();
-    const QList<PlotTick> alongX = xTicks(geometry);
-    const QList<PlotTick> alongY = yTicks(geometry);
+    const QList<PlotTick> ticks = xTicks(geometry) + yTicks(geometry);
     painter.setPen(penOf(Qt::black, 1));
     painter.setRenderHint(QPainter::Antialiasing, false);
     painter.drawLine(origin, origin + QPointF(share * geometry.width, 0));
     painter.drawLine(origin, origin + QPointF(0, share * geometry.height));
-    drawTicks(painter, alongX);
-    drawTicks(painter, alongY);
+    for (const PlotTick& tick : ticks) painter.drawLine(tick.foot, tick.end);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(plot.labelColor);
-    painter.setFont(plot.labelFont);
-    drawTickLabels(painter, alongX);
-    drawTickLabels(painter, alongY);
+    painter.setFont(plotLabelFont());
+    for (const PlotTick& tick : ticks) drawLabel(painter, tick.labelPlace, tick.label);
 }
 
 void drawCurve(QPainter& painter, const RarefactionPlot& plot) {
-    painter.setPen(penOf(plot.curveColor, curveWidth));
+    painter.setPen(penOf(plot.color, curveWidth));
     painter.setBrush(Qt::NoBrush);
     for (const QPolygonF& line : plot.curve) painter.drawPolyline(line);
 }
 
 void drawConfidenceBand(QPainter& painter, const RarefactionPlot& plot) {
+    QColor pale = plot.color;
+    pale.setAlphaF(bandAlpha);
     painter.setPen(Qt::NoPen);
-    painter.setBrush(plot.bandColor);
+    painter.setBrush(pale);
     for (const QPolygonF& polygon : plot.band) painter.drawPolygon(polygon, Qt::WindingFill);
 }
 
@@ -74,12 +63,6 @@ QFont plotLabelFont() {
     return font;
 }
 
-QColor bandColorOf(const QColor& plotColor) {
-    QColor color = plotColor;
-    color.setAlphaF(bandAlpha);
-    return color;
-}
-
 void paintRarefactionPlot(QPainter& painter, const RarefactionPlot& plot) {
     const PlotGeometry& geometry = plot.geometry;
     const QRectF bounds(0, 0, geometry.width, geometry.height);
@@ -88,7 +71,7 @@ void paintRarefactionPlot(QPainter& painter, const RarefactionPlot& plot) {
     painter.translate(0, geometry.height);
     painter.scale(1, -1);
     painter.fillRect(bounds, Qt::white);
-    drawAxes(painter, plot);
+    drawAxes(painter, geometry);
     drawCurve(painter, plot);
     drawConfidenceBand(painter, plot);
     painter.restore();

@@ -1,5 +1,5 @@
-// Paints a rarefaction plot, the same on screen, on a PDF page, in SVG and in an image. Whoever has
-// the painter's device.
+// Paints a rarefaction plot, the same on screen, on a PDF page, in SVG and in an image. The thread
+// of the painter's device.
 #pragma once
 
 #include <QColor>
@@ -13,23 +13,17 @@ class QPainter;
 
 namespace zorvel {
 
-// All that is painted, computed and chosen beforehand.
+// All that is painted, computed beforehand.
 struct RarefactionPlot {
     PlotGeometry geometry;
     QList<QPolygonF> curve;
     QList<QPolygonF> band;
-    QColor curveColor;
-    QColor bandColor;
-    QFont labelFont;
-    QColor labelColor = Qt::black;
+    QColor color;  // of the curve; the band is a pale form of it
 };
 
-// Helvetica or another sans serif of 10 points: of 10 units whatever the device's resolution, so
-// that screen and page agree.
+// Helvetica or another sans serif, 10 units high whatever the device's resolution, so that screen
+// and page agree.
 QFont plotLabelFont();
-
-// A plot colour as it fills the band.
-QColor bandColorOf(const QColor& plotColor);
 
 // Onto a ground of the geometry's size whose upper left corner is the painter's (0, 0): white
 // ground, axes, ticks, curve, and the band over it.

@@ -1,9 +1,7 @@
 #include "ui/analysis/rarefaction_view.h"
 
 #include <QApplication>
-#include <QGridLayout>
 #include <QKeyEvent>
-#include <QLabel>
 #include <QMouseEvent>
 #include <QPainter>
 #include <algorithm>
@@ -22,27 +20,7 @@ namespace {
 
 constexpr int pageOfPoints = 10;  // by the page keys
 
-// A line of text that reads upwards.
-class UpwardLabel : public QLabel {
-  public:
-    using QLabel::QLabel;
-
-    [[nodiscard]] QSize sizeHint() const override { return QLabel::sizeHint().transposed(); }
-    [[nodiscard]] QSize minimumSizeHint() const override {
-        return QLabel::minimumSizeHint().transposed();
-    }
-
-  protected:
-    void paintEvent(QPaintEvent* /*event*/) override {
-        QPainter painter(this);
-        painter.setPen(palette().color(QPalette::WindowText));
-        painter.translate(0, height());
-        painter.rotate(-90);
-        painter.drawText(QRect(0, 0, height(), width()), Qt::AlignCenter, text());
-    }
-};
-
-// The level of the preferences at this moment; a line tells of one that is not in use.
+// The level of the preferences; a console line reports one that is not in use.
 std::optional<ConfidenceLevel> preferredLevel() {
     const double confidence = Preferences().confidence();
     const std::optional<ConfidenceLevel> level = confidenceLevelOf(confidence);
@@ -72,26 +50,15 @@ bool RarefactionView::isDrawable() const {
     return rarefactionData_ && rarefactionData_->size() >= kFewestPlotPoints;
 }
 
-double RarefactionView::maxRichness() const {
-    const std::optional<ConfidenceLevel> level = preferredLevel();
-    return level ? richnessMaximum(*rarefactionData_, *level) : 1.0;
-}
-
-void RarefactionView::computeGeometry() {
-    geometry_ = zorvel::computeGeometry(*rarefactionData_, width(), height(), maxRichness());
-}
-
 void RarefactionView::drawRect(QPainter& painter) {
     if (!isDrawable()) return;
-    computeGeometry();
-    RarefactionPlot plot;
-    plot.geometry = geometry_;
-    plot.labelFont = plotLabelFont();
-    plot.curve = curveLines(*rarefactionData_, geometry_);
-    plot.curveColor = Preferences().plotColor();
+    const std::vector<Rarefaction>& curve = *rarefactionData_;
+    const std::optional<ConfidenceLevel> axisLevel = preferredLevel();
+    geometry_ = computeGeometry(curve, width(), height(),
+                                axisLevel ? richnessMaximum(curve, *axisLevel) : 1.0);
+    RarefactionPlot plot{geometry_, curveLines(curve, geometry_), {}, Preferences().plotColor()};
     if (const std::optional<ConfidenceLevel> level = preferredLevel()) {
-        plot.band = bandPolygons(*rarefactionData_, geometry_, *level);
-        plot.bandColor = bandColorOf(Preferences().plotColor());
+        plot.band = bandPolygons(curve, geometry_, *level);
     }
     paintRarefactionPlot(painter, plot);
 }
@@ -115,11 +82,6 @@ void RarefactionView::drawMark(QPainter& painter) const {
     painter.setPen(QPen(Qt::black, 1.5));
     painter.setBrush(Qt::white);
     painter.drawEllipse(place, 4.5, 4.5);
-}
-
-void RarefactionView::preferencesDidChange() {
-    update();
-    emit preferencesWereFollowed();
 }
 
 void RarefactionView::markPoint(int place) {
@@ -192,22 +154,8 @@ QSize RarefactionView::minimumSizeHint() const {
     return {200, 150};
 }
 
-PlotPaper::PlotPaper(QWidget* plot, const QString& xTitle, const QString& yTitle, QWidget* parent)
-    : QFrame(parent) {
+PlotPaper::PlotPaper(QWidget* parent) : QFrame(parent) {
     setPalette(lookPalette(ColorScheme::light));
-    auto* below = new QLabel(xTitle, this);
-    below->setObjectName("sampleSizeAxisTitle");
-    below->setAlignment(Qt::AlignCenter);
-    auto* beside = new UpwardLabel(yTitle, this);
-    beside->setObjectName("richnessAxisTitle");
-    auto* grid = new QGridLayout(this);
-    grid->setContentsMargins(12, 8, 8, 12);
-    grid->setSpacing(0);
-    grid->addWidget(beside, 0, 0);
-    grid->addWidget(plot, 0, 1);
-    grid->addWidget(below, 1, 1);
-    grid->setColumnStretch(1, 1);
-    grid->setRowStretch(0, 1);
 }
 
 void PlotPaper::setFocused(bool focused) {
@@ -222,6 +170,14 @@ void PlotPaper::paintEvent(QPaintEvent* /*event*/) {
     painter.setPen(QPen(focused_ ? around.accent : around.border, focused_ ? 2 : 1));
     painter.setBrush(Qt::white);
     painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), 8, 8);
+}
+
+void UpwardLabel::paintEvent(QPaintEvent* /*event*/) {
+    QPainter painter(this);
+    painter.setPen(palette().color(QPalette::WindowText));
+    painter.translate(0, height());
+    painter.rotate(-90);
+    painter.drawText(QRect(0, 0, height(), width()), Qt::AlignCenter, text());
 }
 
 }  // namespace zorvel

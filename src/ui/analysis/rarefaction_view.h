@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QFrame>
+#include <QLabel>
 #include <QWidget>
 #include <optional>
 #include <vector>
@@ -24,6 +25,8 @@ class RarefactionView : public QWidget {
         return rarefactionData_;
     }
 
+    // Whether there are records enough for a curve.
+    [[nodiscard]] bool isDrawable() const;
     // Onto any device, over the rectangle of the view's size from the painter's (0, 0). Nothing at
     // all for fewer than three records. A stored confidence level that is neither 0.95 nor 0.99 is
     // told on the console, twice a draw: the richness axis then runs to 1, without a band.
@@ -38,14 +41,9 @@ class RarefactionView : public QWidget {
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
 
-  public slots:
-    void preferencesDidChange();
-
   signals:
-    // What is said beside the plot about colour and level is to be said anew.
-    void preferencesWereFollowed();
     void markedPointDidChange(int place);
-    // shown: the focus came by the keyboard, and a frame should tell where it is.
+    // shown: the focus came by the keyboard, so a frame shows where it is.
     void focusDidChange(bool shown);
 
   protected:
@@ -57,9 +55,6 @@ class RarefactionView : public QWidget {
     void focusOutEvent(QFocusEvent* event) override;
 
   private:
-    [[nodiscard]] bool isDrawable() const;
-    void computeGeometry();
-    [[nodiscard]] double maxRichness() const;
     void drawMark(QPainter& painter) const;
     [[nodiscard]] int placeAfterKey(int key) const;
 
@@ -68,13 +63,11 @@ class RarefactionView : public QWidget {
     int marked_ = -1;
 };
 
-// The white sheet under a plot, in both schemes, with the titles of its axes.
+// The white sheet under a plot and the titles of its axes, white in both schemes.
 class PlotPaper : public QFrame {
     Q_OBJECT
   public:
-    // Takes the plot.
-    PlotPaper(QWidget* plot, const QString& xTitle, const QString& yTitle,
-              QWidget* parent = nullptr);
+    explicit PlotPaper(QWidget* parent = nullptr);
 
     // Framed as what has the keyboard's focus.
     void setFocused(bool focused);
@@ -84,6 +77,21 @@ class PlotPaper : public QFrame {
 
   private:
     bool focused_ = false;
+};
+
+// A line of text that reads upwards.
+class UpwardLabel : public QLabel {
+    Q_OBJECT
+  public:
+    using QLabel::QLabel;
+
+    [[nodiscard]] QSize sizeHint() const override { return QLabel::sizeHint().transposed(); }
+    [[nodiscard]] QSize minimumSizeHint() const override {
+        return QLabel::minimumSizeHint().transposed();
+    }
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
 };
 
 }  // namespace zorvel

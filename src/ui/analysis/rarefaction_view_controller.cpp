@@ -1,17 +1,12 @@
 #include "ui/analysis/rarefaction_view_controller.h"
 
 #include <QAccessible>
-#include <QAccessibleEvent>
-#include <QBoxLayout>
-#include <QCheckBox>
 #include <QClipboard>
 #include <QEvent>
 #include <QFileInfo>
 #include <QGuiApplication>
-#include <QLabel>
 #include <QMimeData>
 #include <QPointer>
-#include <QPushButton>
 #include <QShortcut>
 #include <QShowEvent>
 #include <utility>
@@ -24,10 +19,8 @@
 #include "ui/analysis/rarefaction_view.h"
 #include "ui/kit/file_writing.h"
 #include "ui/kit/look.h"
-#include "ui/kit/look_style.h"
-#include "ui/kit/panels.h"
 #include "ui/kit/shown_text.h"
-#include "ui/kit/small_widgets.h"
+#include "ui_rarefaction_page.h"
 
 namespace zorvel {
 
@@ -35,20 +28,13 @@ namespace {
 
 constexpr qsizetype longestSubject = 120;  // characters
 constexpr int copiedDpi = 144;
-constexpr int widestNews = 320;  // pixels
 
 std::optional<ConfidenceLevel> levelNow() {
     return confidenceLevelOf(Preferences().confidence());
 }
 
-// A label of plain text that leaves its width to the window.
-QLabel* addLabel(QBoxLayout& column, const char* name, const QString& accessibleName,
-                 QWidget* parent) {
-    auto* label = new WrappedLabel(parent);
-    label->setObjectName(name);
-    label->setAccessibleName(accessibleName);
-    column.addWidget(label);
-    return label;
+QByteArray tableOf(const std::vector<Rarefaction>& curve) {
+    return QByteArray::fromStdString(writeRarefactionTable(curve));
 }
 
 }  // namespace
@@ -56,109 +42,56 @@ QLabel* addLabel(QBoxLayout& column, const char* name, const QString& accessible
 RarefactionViewController::RarefactionViewController(RarefactionKind kind, JobQueue& jobs,
                                                      const Panels& panels, QWidget* parent)
     : QWidget(parent),
-      kind_(kind),
+      ui_(std::make_unique<Ui::RarefactionPage>()),
       texts_(kind),
       jobs_(jobs),
-      panels_(panels),
-      rarefactionView_(new RarefactionView(this)) {
-    auto* paper = new PlotPaper(rarefactionView_, texts_.sampleSizeTitle(),
-                                RarefactionTexts::richnessTitle(), this);
-    auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(16, 14, 16, 14);
-    column->setSpacing(10);
-    column->addLayout(headingRows());
-    column->addWidget(paper, 1);
-    column->addLayout(readoutRow());
-    column->addLayout(buttonRow());
-    connect(rarefactionView_, &RarefactionView::preferencesWereFollowed, this,
-            &RarefactionViewController::showTexts);
-    connect(rarefactionView_, &RarefactionView::markedPointDidChange, this,
-            &RarefactionViewController::showReadout);
-    connect(rarefactionView_, &RarefactionView::focusDidChange, paper, &PlotPaper::setFocused);
+      panels_(panels) {
+    using Self = RarefactionViewController;
+    ui_->setupUi(this);
+    ui_->rarefactionSubject->setFont(scaledFont(font(), 1.3, true));
+    ui_->rarefactionSaved->setForegroundRole(secondaryText);
+    ui_->rarefactionSummary->setForegroundRole(secondaryText);
+    ui_->rarefactionAbsence->setContentsMargins(0, 6, 0, 0);
+    ui_->sampleSizeAxisTitle->setText(texts_.sampleSizeTitle());
+    ui_->richnessAxisTitle->setText(RarefactionTexts::richnessTitle());
+    addCommand(*ui_->copyPlotButton, QKeySequence::Copy, &Self::copyPlot);
+    addCommand(*ui_->copyTableButton, Qt::CTRL | Qt::SHIFT | Qt::Key_C, &Self::copyTable);
+    addCommand(*ui_->printPlotButton, QKeySequence::Print, &Self::printRequested);
+    addCommand(*ui_->saveDataButton, Qt::CTRL | Qt::SHIFT | Qt::Key_S, &Self::saveDataTapped);
+    addCommand(*ui_->saveImageButton, Qt::CTRL | Qt::SHIFT | Qt::Key_I, &Self::saveImage);
+    addCommand(*ui_->savePlotButton, QKeySequence::Save, &Self::savePlotTapped);
+    connect(ui_->plotTitlesBox, &QCheckBox::clicked, this, [](bool checked) {
+        PlotImage image = Preferences().plotImage();
+        image.titles = checked;
+        Preferences().setPlotImage(image);
+    });
+    connect(ui_->rarefactionView, &RarefactionView::markedPointDidChange, this, &Self::showReadout);
+    connect(ui_->rarefactionView, &RarefactionView::focusDidChange, ui_->plotPaper,
+            &PlotPaper::setFocused);
     showTexts();
 }
 
 RarefactionViewController::~RarefactionViewController() = default;
 
-QBoxLayout* RarefactionViewController::headingRows() {
-    auto* rows = new QVBoxLayout;
-    rows->setSpacing(2);
-    heading_ = new ElidedLabel(this);
-    heading_->setObjectName("rarefactionSubject");
-    heading_->setAccessibleName(tr("Subject"));
-    saved_ = new ElidedLabel(this);
-    saved_->setObjectName("rarefactionSaved");
-    saved_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
-    saved_->setMaximumWidth(widestNews);
-    saved_->setForegroundRole(QPalette::PlaceholderText);
-    auto* first = new QHBoxLayout;
-    first->addWidget(heading_, 1);
-    first->addWidget(saved_, 0, Qt::AlignTop);
-    rows->addLayout(first);
-    heading_->setFont(scaledFont(font(), 1.3, true));
-    summary_ = addLabel(*rows, "rarefactionSummary", tr("Curve"), this);
-    summary_->setForegroundRole(QPalette::PlaceholderText);
-    absence_ = addLabel(*rows, "rarefactionAbsence", tr("Note"), this);
-    absence_->setContentsMargins(0, 6, 0, 0);
-    return rows;
-}
-
-QPushButton* RarefactionViewController::addButton(QBoxLayout& row, const char* name,
-                                                  const QString& title, const QKeySequence& keys,
-                                                  void (RarefactionViewController::*command)()) {
-    auto* button = new QPushButton(title, this);
-    button->setObjectName(name);
-    button->setToolTip(keys.toString(QKeySequence::NativeText));
-    connect(button, &QPushButton::clicked, this, command);
-    // Beside the button's mnemonic, which its own shortcut would take the place of.
+void RarefactionViewController::addCommand(QPushButton& button, const QKeySequence& keys,
+                                           void (RarefactionViewController::*command)()) {
+    button.setToolTip(keys.toString(QKeySequence::NativeText));
+    connect(&button, &QPushButton::clicked, this, command);
+    // The button's own shortcut would replace its mnemonic.
     connect(new QShortcut(keys, this), &QShortcut::activated, this, command);
-    row.addWidget(button);
-    return button;
 }
 
-QBoxLayout* RarefactionViewController::buttonRow() {
-    using Self = RarefactionViewController;
-    auto* row = new QHBoxLayout;
-    row->setSpacing(8);
-    addButton(*row, "copyPlotButton", tr("&Copy Plot"), QKeySequence::Copy, &Self::copyPlot);
-    addButton(*row, "copyTableButton", tr("Copy &Table"),
-              QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_C), &Self::copyTable);
-    row->addStretch(1);
-    addButton(*row, "printPlotButton", tr("P&rint\u2026"), QKeySequence::Print,
-              &Self::printRequested);
-    addButton(*row, "saveDataButton", tr("Save T&able\u2026"),
-              QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_S), &Self::saveDataTapped);
-    saveImageButton_ =
-        addButton(*row, "saveImageButton", tr("Save &Image\u2026"),
-                  QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_I), &Self::saveImageTapped);
-    addButton(*row, "savePlotButton", tr("Save &Plot\u2026"), QKeySequence::Save,
-              &Self::savePlotTapped)
-        ->setProperty(primaryButtonProperty, true);
-    return row;
+RarefactionView& RarefactionViewController::rarefactionView() const {
+    return *ui_->rarefactionView;
 }
 
-// The line of the marked point's values, and the choice that copies and prints follow.
-QBoxLayout* RarefactionViewController::readoutRow() {
-    auto* row = new QHBoxLayout;
-    row->setSpacing(16);
-    readout_ = addLabel(*row, "rarefactionReadout", tr("Values of the marked point"), this);
-    row->setStretch(0, 1);
-    titlesBox_ = new QCheckBox(tr("Tit&les"), this);
-    titlesBox_->setObjectName("plotTitlesBox");
-    titlesBox_->setToolTip(
-        tr("Copy, print and save as an image with the titles of the axes and the name"));
-    connect(titlesBox_, &QCheckBox::clicked, this, [](bool checked) {
-        PlotImage image = Preferences().plotImage();
-        image.titles = checked;
-        Preferences().setPlotImage(image);
-    });
-    row->addWidget(titlesBox_, 0, Qt::AlignTop);
-    return row;
+const std::optional<std::vector<Rarefaction>>& RarefactionViewController::rarefactionData() const {
+    return rarefactionView().rarefactionData();
 }
 
 void RarefactionViewController::setRarefactionData(std::vector<Rarefaction> curve,
                                                    const QString& subject) {
-    rarefactionData_ = std::move(curve);
+    rarefactionView().setRarefactionData(std::move(curve));
     subject_ = subject;
     showTexts();
 }
@@ -171,58 +104,47 @@ bool RarefactionViewController::event(QEvent* event) {
 
 void RarefactionViewController::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
-    if (!std::exchange(hasAppeared_, true)) viewWillAppear();
-}
-
-void RarefactionViewController::viewWillAppear() {
-    if (rarefactionData_) rarefactionView_->setRarefactionData(*rarefactionData_);
-    rarefactionView_->setFocus();
-    showTexts();
+    if (!event->spontaneous()) rarefactionView().setFocus();
 }
 
 void RarefactionViewController::preferencesDidChange() {
-    titlesBox_->setChecked(Preferences().plotImage().titles);
-    rarefactionView_->preferencesDidChange();
+    rarefactionView().update();
+    showTexts();
 }
 
 void RarefactionViewController::showTexts() {
-    const std::span<const Rarefaction> curve = rarefactionData_
-                                                   ? std::span<const Rarefaction>(*rarefactionData_)
-                                                   : std::span<const Rarefaction>();
-    heading_->setText(shortened(subject_, longestSubject));
-    heading_->setToolTip(heading_->text());
-    heading_->setVisible(!subject_.isEmpty());
-    summary_->setText(texts_.summary(curve, levelNow()));
+    std::span<const Rarefaction> curve;
+    if (rarefactionData()) curve = *rarefactionData();
+    ui_->rarefactionSubject->setText(shortened(subject_, longestSubject));
+    ui_->rarefactionSubject->setToolTip(ui_->rarefactionSubject->text());
+    ui_->rarefactionSubject->setVisible(!subject_.isEmpty());
+    ui_->rarefactionSummary->setText(texts_.summary(curve, levelNow()));
     const QString absence = texts_.absence(curve, levelNow());
-    absence_->setText(absence);
-    absence_->setVisible(!absence.isEmpty());
-    titlesBox_->setChecked(Preferences().plotImage().titles);
-    saveImageButton_->setEnabled(isDrawn());
-    rarefactionView_->setAccessibleName(tr("Rarefaction curve"));
+    ui_->rarefactionAbsence->setText(absence);
+    ui_->rarefactionAbsence->setVisible(!absence.isEmpty());
+    ui_->plotTitlesBox->setChecked(Preferences().plotImage().titles);
+    ui_->saveImageButton->setEnabled(rarefactionView().isDrawable());
     showReadout();
 }
 
-bool RarefactionViewController::isDrawn() const {
-    return rarefactionData_ && rarefactionData_->size() >= kFewestPlotPoints;
-}
-
-// The view that has the focus speaks, not the label that stands by.
+// The view that has the focus speaks, not the label.
 void RarefactionViewController::showReadout() {
-    const int marked = rarefactionView_->markedPoint();
-    const bool isMarked = isDrawn() && marked >= 0;
+    const int marked = rarefactionView().markedPoint();
+    const bool isDrawn = rarefactionView().isDrawable();
+    const bool isMarked = isDrawn && marked >= 0;
     QString text;
     if (isMarked) {
-        text = texts_.readout((*rarefactionData_)[static_cast<std::size_t>(marked)], levelNow());
-    } else if (isDrawn()) {
+        text = texts_.readout((*rarefactionData())[static_cast<std::size_t>(marked)], levelNow());
+    } else if (isDrawn) {
         text = tr("Point at the curve, or press an arrow key, to read out its values.");
     }
-    readout_->setForegroundRole(isMarked ? QPalette::WindowText : QPalette::PlaceholderText);
-    readout_->setText(text);
-    rarefactionView_->setAccessibleDescription(text);
+    ui_->rarefactionReadout->setForegroundRole(isMarked ? QPalette::WindowText : secondaryText);
+    ui_->rarefactionReadout->setText(text);
+    rarefactionView().setAccessibleDescription(text);
 }
 
 PlotDrawing RarefactionViewController::drawing() const {
-    RarefactionView* view = rarefactionView_;
+    RarefactionView* view = ui_->rarefactionView;
     const QString title =
         subject_.isEmpty() ? tr("Rarefaction curve") : tr("Rarefaction curve: %1").arg(subject_);
     return {view->size(), title, [view](QPainter& painter) { view->drawRect(painter); }};
@@ -233,19 +155,16 @@ PlotDrawing RarefactionViewController::figure() const {
 }
 
 PlotDrawing RarefactionViewController::figure(bool titles) const {
-    if (!titles || !isDrawn()) return drawing();
+    if (!titles || !rarefactionView().isDrawable()) return drawing();
     return titledPlot(drawing(), {shortened(subject_, longestSubject), texts_.sampleSizeTitle(),
                                   RarefactionTexts::richnessTitle()});
 }
 
-QString RarefactionViewController::fileNameFor(const QString& what) const {
-    return subject_.isEmpty() ? what : asFileName(subject_) + " " + what;
-}
-
 QString RarefactionViewController::choosePath(const QString& title, const FileType& type) {
     const QPointer<RarefactionViewController> self(this);
-    const QString path =
-        panels_.save.chooseFile(window(), title, fileNameFor(tr("rarefaction")), {type});
+    QString name = tr("rarefaction");
+    if (!subject_.isEmpty()) name.prepend(asFileName(subject_) + ' ');
+    const QString path = panels_.save.chooseFile(window(), title, name, {type});
     return self ? path : QString();
 }
 
@@ -263,10 +182,11 @@ void RarefactionViewController::write(const QString& path, const QString& failur
 }
 
 void RarefactionViewController::showSaved(const QString& news) {
-    saved_->setText(shortened(news, longestSubject));
-    saved_->setToolTip(saved_->text());
-    saved_->setAccessibleName(saved_->text());
-    QAccessibleEvent alert(saved_, QAccessible::Alert);
+    const QString text = shortened(news, longestSubject);
+    ui_->rarefactionSaved->setText(text);
+    ui_->rarefactionSaved->setToolTip(text);
+    ui_->rarefactionSaved->setAccessibleName(text);
+    QAccessibleEvent alert(ui_->rarefactionSaved, QAccessible::Alert);
     QAccessible::updateAccessibility(&alert);
 }
 
@@ -277,7 +197,7 @@ void RarefactionViewController::savePlot() {
 }
 
 void RarefactionViewController::saveImage() {
-    if (!isDrawn()) return;
+    if (!rarefactionView().isDrawable()) return;
     auto* dialog = new ImageDialog(
         Preferences().plotImage(), [this](bool titles) { return figure(titles).size; }, this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
@@ -306,8 +226,8 @@ void RarefactionViewController::saveImageAs(const PlotImage& image) {
 }
 
 void RarefactionViewController::saveData() {
-    if (!rarefactionData_) return;
-    const QByteArray text = QByteArray::fromStdString(writeRarefactionTable(*rarefactionData_));
+    if (!rarefactionData()) return;
+    const QByteArray text = tableOf(*rarefactionData());
     const QString path =
         choosePath(tr("Save Rarefaction Table"), {tr("Comma-separated table"), ".csv"});
     if (path.isEmpty()) return;
@@ -325,8 +245,8 @@ void RarefactionViewController::copyPlot() {
 }
 
 void RarefactionViewController::copyTable() {
-    if (!rarefactionData_) return;
-    const QByteArray table = QByteArray::fromStdString(writeRarefactionTable(*rarefactionData_));
+    if (!rarefactionData()) return;
+    const QByteArray table = tableOf(*rarefactionData());
     QString cells = QString::fromUtf8(table);
     cells.remove(' ').replace(',', '\t');
     auto* copied = new QMimeData;

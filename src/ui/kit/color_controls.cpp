@@ -42,6 +42,7 @@ QColor markColor(const QColor& color) {
 ColorChip::ColorChip(const QSize& size, QWidget* parent) : QAbstractButton(parent), size_(size) {
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    setAttribute(Qt::WA_Hover);  // painted anew when the mouse comes and goes
 }
 
 void ColorChip::setColor(const QColor& color) {
@@ -84,16 +85,6 @@ void ColorChip::paintEvent(QPaintEvent* /*event*/) {
 void ColorChip::keyPressEvent(QKeyEvent* event) {
     if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) return click();
     QAbstractButton::keyPressEvent(event);
-}
-
-void ColorChip::enterEvent(QEnterEvent* event) {
-    QAbstractButton::enterEvent(event);
-    update();
-}
-
-void ColorChip::leaveEvent(QEvent* event) {
-    QAbstractButton::leaveEvent(event);
-    update();
 }
 
 ColorWell::ColorWell(QWidget* parent) : ColorChip({56, 34}, parent) {

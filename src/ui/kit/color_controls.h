@@ -30,8 +30,6 @@ class ColorChip : public QAbstractButton {
   protected:
     void paintEvent(QPaintEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
-    void enterEvent(QEnterEvent* event) override;
-    void leaveEvent(QEvent* event) override;
 
   private:
     void paintColor(QPainter& painter, const QRectF& rect) const;
@@ -77,8 +75,8 @@ struct NamedColor {
 
 std::vector<NamedColor> distinctColors();
 
-// In words: the name of a colour of the palette or else "#RRGGBB", and how opaque it is where it is
-// not wholly.
+// In words: the name of a colour of the palette or else "#RRGGBB", and how opaque it is unless
+// wholly.
 QString describedColor(const QColor& color);
 
 // The distinct colours as buttons in a row.

@@ -21,7 +21,7 @@ namespace {
 constexpr int markRoom = 40;         // pixels left of the text
 constexpr int lineMargin = 8;        // pixels above and below it
 constexpr int shownAtMost = 4;       // problems that can be dismissed
-constexpr int longestMessage = 300;  // characters of a message
+constexpr int longestMessage = 600;  // characters of a message
 
 // So that a screen reader takes the strip for an alert.
 QAccessibleInterface* asAlert(const QString& /*className*/, QObject* object) {
@@ -76,22 +76,23 @@ QLabel* MessageStrip::addLine() {
 }
 
 void MessageStrip::addMessage(const QString& message, Tone tone) {
-    add({{}, oneLine(shortened(message, longestMessage)), {}, tone, Lasting::untilDismissed});
+    add({{}, oneLine(shortened(message, longestMessage)), {}, tone});
 }
 
 void MessageStrip::setMessage(const QString& name, const QString& message, const Action& action,
                               Lasting lasting) {
     const Message set{name, oneLine(shortened(message, longestMessage)), action, Tone::problem,
                       lasting};
-    const qsizetype place = placeOf(name);
-    if (place < 0) return add(set);
-    const bool same = messages_[place].text == set.text;
-    messages_[place] = set;
+    const auto earlier = std::find_if(messages_.begin(), messages_.end(),
+                                      [&](const Message& each) { return each.name == name; });
+    if (earlier == messages_.end()) return add(set);
+    const bool same = earlier->text == set.text;
+    *earlier = set;
     showMessages();
     if (!same) announce();
 }
 
-// The oldest news goes where there are too many messages; the new one is read first.
+// The oldest news goes if there are too many messages; the new one is read first.
 void MessageStrip::add(const Message& message) {
     const auto isNews = [](const Message& each) { return each.tone == Tone::news; };
     while (messages_.size() >= shownAtMost) {
@@ -105,9 +106,7 @@ void MessageStrip::add(const Message& message) {
 }
 
 void MessageStrip::withdraw(const QString& name) {
-    const qsizetype place = placeOf(name);
-    if (place < 0) return;
-    messages_.removeAt(place);
+    messages_.removeIf([&](const Message& message) { return message.name == name; });
     showMessages();
 }
 
@@ -116,11 +115,11 @@ void MessageStrip::takeMessages(const MessageStrip& other) {
     showMessages();
 }
 
-qsizetype MessageStrip::placeOf(const QString& name) const {
-    for (qsizetype i = 0; i < messages_.size(); ++i) {
-        if (messages_[i].name == name) return i;
-    }
-    return -1;
+void MessageStrip::dismiss() {
+    messages_.removeIf([](const Message& message) {
+        return message.isShown && message.lasting == Lasting::untilDismissed;
+    });
+    showMessages();
 }
 
 const MessageStrip::Action* MessageStrip::offeredAction() const {
@@ -136,53 +135,38 @@ QStringList MessageStrip::messages() const {
     return texts;
 }
 
-bool MessageStrip::isOrdinaryProblem(const Message& message) {
-    return message.tone == Tone::problem && message.lasting == Lasting::untilDismissed;
-}
-
-qsizetype MessageStrip::hiddenCount() const {
-    return std::count_if(messages_.begin(), messages_.end(), isOrdinaryProblem) - shownAtMost;
-}
-
-QList<MessageStrip::Message> MessageStrip::shown() const {
-    QList<Message> shown;
-    qsizetype hidden = hiddenCount();
-    for (const Message& message : messages_) {
-        if (!isOrdinaryProblem(message) || hidden-- <= 0) shown.append(message);
-    }
-    return shown;
-}
-
 MessageStrip::Tone MessageStrip::tone() const {
-    const bool problem =
-        std::any_of(messages_.begin(), messages_.end(),
-                    [](const Message& message) { return message.tone == Tone::problem; });
-    return problem ? Tone::problem : Tone::news;
+    const auto isProblem = [](const Message& message) { return message.tone == Tone::problem; };
+    return std::any_of(messages_.begin(), messages_.end(), isProblem) ? Tone::problem : Tone::news;
 }
 
 void MessageStrip::showMessages() {
-    const QList<Message> shown = this->shown();
-    while (lines_.size() < shown.size()) addLine();
+    int room = shownAtMost;
+    std::for_each(messages_.rbegin(), messages_.rend(), [&](Message& message) {
+        const bool counts =
+            message.tone == Tone::problem && message.lasting == Lasting::untilDismissed;
+        message.isShown = !counts || room-- > 0;
+    });
     QStringList texts;
-    for (qsizetype i = 0; i < lines_.size(); ++i) {
-        lines_[i]->setVisible(i < shown.size());
-        if (i >= shown.size()) continue;
-        lines_[i]->setText(shown[i].text);
-        texts.append(shown[i].text);
+    bool canDismiss = false;
+    for (const Message& message : messages_) {
+        if (!message.isShown) continue;
+        if (lines_.size() == texts.size()) addLine();
+        lines_[texts.size()]->setText(message.text);
+        texts.append(message.text);
+        canDismiss = canDismiss || message.lasting == Lasting::untilDismissed;
     }
-    const auto others = static_cast<int>(messages_.size() - shown.size());
+    for (qsizetype i = 0; i < lines_.size(); ++i) lines_[i]->setVisible(i < texts.size());
+    const auto others = static_cast<int>(messages_.size() - texts.size());
     others_->setVisible(others > 0);
     others_->setText(
-        others == 1
-            ? tr("One earlier message comes into sight when these are dismissed.")
-            : tr("%L1 earlier messages come into sight when these are dismissed.").arg(others));
+        others == 1 ? tr("One earlier message is shown when these are dismissed.")
+                    : tr("%L1 earlier messages are shown when these are dismissed.").arg(others));
     setAccessibleName(texts.join('\n'));
     const Action* action = offeredAction();
     actionButton_->setVisible(action != nullptr);
     if (action != nullptr) actionButton_->setText(action->title);
-    dismissButton_->setVisible(std::any_of(shown.begin(), shown.end(), [](const Message& message) {
-        return message.lasting == Lasting::untilDismissed;
-    }));
+    dismissButton_->setVisible(canDismiss);
     setVisible(!messages_.isEmpty());
     update();
 }
@@ -192,33 +176,23 @@ void MessageStrip::announce() {
     QAccessible::updateAccessibility(&alert);
 }
 
-void MessageStrip::dismiss() {
-    QList<Message> left;
-    qsizetype hidden = hiddenCount();
-    for (const Message& message : messages_) {
-        const bool lasts = message.lasting == Lasting::untilWithdrawn;
-        if (lasts || (isOrdinaryProblem(message) && hidden-- > 0)) left.append(message);
-    }
-    messages_ = left;
-    showMessages();
-}
-
+// The ground of each message reaches to that of the next.
 void MessageStrip::paintEvent(QPaintEvent* /*event*/) {
     const LookColors& colors = lookColors(palette());
-    const QList<Message> shown = this->shown();
     QPainter painter(this);
-    painter.fillRect(rect(), tone() == Tone::problem ? colors.warning : colors.quietSelection);
-    for (qsizetype i = 0; i < shown.size(); ++i) {
-        const QLabel& line = *lines_[i];
-        const bool problem = shown[i].tone == Tone::problem;
-        const int top = i > 0 ? line.y() : 0;
-        const int bottom = i + 1 < shown.size() ? lines_[i + 1]->y() : height();
-        painter.fillRect(0, top, width(), bottom - top,
+    qsizetype place = 0;
+    for (const Message& message : messages_) {
+        if (!message.isShown) continue;
+        const QLabel& line = *lines_[place];
+        const bool problem = message.tone == Tone::problem;
+        const int top = place > 0 ? line.y() : 0;
+        painter.fillRect(0, top, width(), height() - top,
                          problem ? colors.warning : colors.quietSelection);
         // Beside the first row of the text.
         const int row = line.y() + lineMargin + line.fontMetrics().height() / 2;
         paintGlyph(painter, problem ? Glyph::warning : Glyph::tick, QRectF(14, row - 8, 16, 16),
                    problem ? colors.warningMark : colors.accent);
+        ++place;
     }
     painter.fillRect(0, 0, width(), 1, colors.hairline);
 }

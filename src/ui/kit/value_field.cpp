@@ -42,7 +42,6 @@ QSize ValueField::sizeHint() const {
 }
 
 void ValueField::setStale(const QString& reason) {
-    stale_ = !reason.isEmpty();
     reason_ = reason;
     showDescription();
     showColor();
@@ -70,7 +69,7 @@ void ValueField::setPending(bool pending) {
 
 void ValueField::showDescription() {
     const QString marked = mark_.isEmpty() ? explanation_ : markMeaning_ + '\n' + explanation_;
-    setToolTip(stale_ ? reason_ : marked);
+    setToolTip(isStale() ? reason_ : marked);
     setAccessibleDescription(pending_ ? tr("It is being computed.") : toolTip());
 }
 
@@ -135,7 +134,7 @@ void ValueField::showColor() {
     const QScopedValueRollback guard(adjusting_, true);
     QPalette own;
     own.setColor(QPalette::Base, Qt::transparent);
-    if (stale_) own.setColor(QPalette::Text, lookColors(QPalette()).greyed);
+    if (isStale()) own.setColor(QPalette::Text, lookColors(QPalette()).greyed);
     setPalette(own);
 }
 

@@ -19,7 +19,7 @@ class ValueField : public QLineEdit {
     // Grey, with the reason as its tooltip and accessible description. An empty reason restores the
     // plain field.
     void setStale(const QString& reason);
-    [[nodiscard]] bool isStale() const { return stale_; }
+    [[nodiscard]] bool isStale() const { return !reason_.isEmpty(); }
 
     // A soft bar in place of a value that is on its way. It goes with the first text.
     void setPending(bool pending);
@@ -52,7 +52,6 @@ class ValueField : public QLineEdit {
     void paintPending(QPainter& painter) const;
 
     double scale_ = 1;
-    bool stale_ = false;
     bool pending_ = false;
     QString reason_;  // of being stale
     bool adjusting_ = false;
