@@ -55,10 +55,10 @@ struct Command {
     bool takesCensus = false;
     bool takesSamples = false;
     bool refusesJson = false;
-    // Writes the result. On a problem nothing of it has been written yet.
+    // Writes the result. On a problem nothing has been written.
     std::optional<Problem> (*run)(const Call& call, Project& project, Output& output) = nullptr;
-    // In place of run: stores what all the files hold in the project --into names. False after a
-    // problem, which standard error tells; nothing has been stored then.
+    // Instead of run: stores the censuses of all files in the project of --into. False if nothing
+    // was stored; then the problem is on standard error.
     bool (*import)(const Call& call) = nullptr;
 };
 

@@ -26,7 +26,7 @@ std::string summaryOf(const Project& source) {
            (source.kind ? kindName(*source.kind) : "project");
 }
 
-// What the rules of the format left out, where a person would want to know; zeros are no loss.
+// What the rules of the format left out; zeros are no loss.
 std::string leftOutText(const LeftOut& leftOut) {
     std::string text;
     const auto add = [&text](std::size_t count, const char* one, const char* several) {
@@ -54,7 +54,7 @@ bool isSameFile(const std::string& file, const std::string& project) {
 
 std::optional<Project> loadSource(const std::string& file, const Call& call) {
     if (isSameFile(file, call.into)) {
-        tellAt(file, {}, "is the very file to import into");
+        tellAt(file, {}, "is the project to import into");
         return std::nullopt;
     }
     std::optional<Project> source = loadProject(file, call.kind, guessFileKind);
@@ -65,7 +65,7 @@ std::optional<Project> loadSource(const std::string& file, const Call& call) {
     return source;
 }
 
-// Fewer than the files where some cannot be used: each of them is told.
+// Fewer than the files if some cannot be used; each of these is reported.
 std::vector<Project> loadSources(const Call& call) {
     std::vector<Project> sources;
     for (const std::string& file : call.files) {
@@ -88,8 +88,8 @@ void addCensuses(ObjectContext& context, const std::vector<Project>& sources) {
     }
 }
 
-// What came of writing: the problem, if any, and how many censuses the file holds where all was
-// written in spite of it; 0 where no writing began.
+// The result of writing: the problem, if any, and how many censuses are in the file if all was
+// written in spite of it; 0 if no writing began.
 struct Written {
     std::optional<FileProblem> problem;
     std::size_t censuses = 0;
@@ -115,7 +115,7 @@ Written addToProject(const std::string& path, const std::vector<Project>& source
     context.adopt(std::move(records).value());
     addCensuses(context, sources);
     const auto state = context.frozenCopy();
-    // After a fault of the disk the second attempt finds out what came of the first.
+    // After a disk error the second attempt finds out the result of the first.
     return {file.write(state) ? file.write(state) : std::nullopt, context.censusCount()};
 }
 
@@ -131,14 +131,14 @@ bool holdsCensuses(const std::string& path, std::size_t count) {
     return records && records.value().censuses.size() == count;
 }
 
-// Stores, and tells of the project. A disk may report a fault when all has been written: what is
-// then in the file decides, since a caller repeats an import that failed.
+// Stores and reports on the project. A disk may report an error after all has been written: then
+// the contents of the file decide, since a user repeats an import that failed.
 bool store(const std::string& path, const std::vector<Project>& sources) {
     bool isNew = !fileIdentity(path);
     Written written;
     if (isNew) written = makeProject(path, sources);
-    // Of two calls that find no project at the same moment, one adds to what the other makes, which
-    // may hold it for a while yet.
+    // Of two calls that find no project at the same moment, one adds to what the other makes, and
+    // may have to wait for it.
     const bool cameMeanwhile = written.problem && written.problem->systemError == EEXIST;
     if (cameMeanwhile) isNew = false;
     if (!isNew) written = addToProject(path, sources);
@@ -151,7 +151,7 @@ bool store(const std::string& path, const std::vector<Project>& sources) {
         tellAt(path, {}, fileMessage(*problem));
         return false;
     }
-    if (isNew) tellAt(path, {}, "made as a new project");
+    if (isNew) tellAt(path, {}, "new project created");
     if (problem) {
         tellAt(path, {},
                "WARNING: all is stored, but the disk then reported an error, so that a power "
@@ -161,7 +161,7 @@ bool store(const std::string& path, const std::vector<Project>& sources) {
     return true;
 }
 
-// Nothing after the write may fail: a caller repeats an import that failed.
+// Nothing after the write may fail: a user repeats an import that failed.
 bool import(const Call& call) {
     const std::vector<Project> sources = loadSources(call);
     if (sources.size() < call.files.size()) return false;

@@ -25,30 +25,33 @@ const char* fileTroubleText(FileTrouble trouble) {
             return "The file is damaged, and nothing in it was changed. Open a backup or another "
                    "copy of it.";
         case FileTrouble::hostile:
-            return "The file holds what no project of Zorvel holds, so it is not safe to use; "
-                   "nothing in it was changed. Ask whoever it came from for a clean copy.";
+            return "The file contains database objects that no Zorvel project contains, so it was "
+                   "not "
+                   "opened or changed. Ask its sender for a clean copy.";
         case FileTrouble::strangeCompanion:
-            return "A file beside the project is none that Zorvel leaves there, and opening the "
-                   "project would change it or other files; nothing was changed. Move that file to "
-                   "another folder, then try again.";
+            return "A file beside the project was not left there by Zorvel, and opening the "
+                   "project "
+                   "would change it or other files; nothing was changed. Move that file to another "
+                   "folder, then try again.";
         case FileTrouble::interruptedWrite:
             return "A program was stopped while it wrote to the project, and the file or its "
                    "folder "
                    "may not be written to restore it. Copy the project and the file beside it that "
                    "ends in -journal to a folder of your own, and open that copy.";
         case FileTrouble::heldElsewhere:
-            return "The project is open in another running Zorvel, which alone may change it. "
+            return "The project is open in another running Zorvel, and only that one may change "
+                   "it. "
                    "Close it there first.";
         case FileTrouble::busy:
-            return "Another program is using the file just now, so it cannot be read or written. "
+            return "Another program is using the file, so it cannot be read or written now. "
                    "Close that program, or wait and try again.";
         case FileTrouble::noLocks:
             return "The disk or network drive of the file does not lock files, so it cannot be "
                    "used safely there. Save or copy it to another disk.";
         case FileTrouble::noRoom:
-            return "The records of the project have numbers so high that no further ones could be "
-                   "stored, so changes cannot be saved in it. Copy its censuses into a new "
-                   "project.";
+            return "The project has used up the numbers for its records, so changes cannot be "
+                   "saved in "
+                   "it. Copy its censuses into a new project.";
         case FileTrouble::readOnlyFile:
             return "The file may be read but not changed, so changes cannot be saved in it. Save "
                    "a copy under another name, or change its permissions.";

@@ -387,7 +387,7 @@ class Imports(InFolder):
 
     def test_a_project_is_made_and_added_to(self):
         self.assertEqual(self.imports("three.csv", "one.csv"), (
-            0, "", f"{self.project}: made as a new project\n"
+            0, "", f"{self.project}: new project created\n"
                    "three.csv: stored 3 censuses with 8 taxa, read as matrix\n"
                    "one.csv: stored 1 census with 2 taxa, read as census\n"))
         self.assertEqual(self.imports("phone.txt")[2],
@@ -461,9 +461,9 @@ class Imports(InFolder):
                 ("three.csv", missing, f"{missing}: There is no"),
                 ("three.csv", loop, f"{loop}: The file cannot be used."),
                 ("three.csv", "/dev/null", "/dev/null: This is a folder or a device"),
-                (self.project, self.project, f"{self.project}: is the very file to import into\n"),
-                (link, self.project, f"{link}: is the very file to import into\n"),
-                (self.project, link, f"{self.project}: is the very file to import into\n")):
+                (self.project, self.project, f"{self.project}: is the project to import into\n"),
+                (link, self.project, f"{link}: is the project to import into\n"),
+                (self.project, link, f"{self.project}: is the project to import into\n")):
             status, _, err = call("import", file, "--into", target)
             self.assertEqual(status, 1)
             self.assertTrue(err.startswith(message), err)
