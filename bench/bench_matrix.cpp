@@ -3,6 +3,7 @@
 #include <benchmark/benchmark.h>
 
 #include <chrono>
+#include <numeric>
 #include <random>
 
 #include "bench/plain_matrix.h"
@@ -15,6 +16,7 @@ using namespace zorvel;
 
 struct Matrix {
     CountsMatrix counts;
+    SparseCounts sparse;
     std::vector<std::string> taxonNames;
     std::vector<std::string> censusNames;
     std::string text;
@@ -35,6 +37,10 @@ Matrix makeMatrix(std::size_t censuses, std::size_t taxa) {
             if (present(random)) count = 1 + abundance(random);
         }
     }
+    matrix.sparse = SparseCounts(taxa);
+    std::vector<SparseCounts::Column> columns(taxa);
+    std::iota(columns.begin(), columns.end(), 0U);
+    for (const CountsVector& row : matrix.counts) matrix.sparse.addRow(columns, row);
     matrix.text = plain::writeCensusMatrix(matrix.counts, matrix.taxonNames, matrix.censusNames);
     return matrix;
 }
@@ -70,7 +76,13 @@ void writePlain(benchmark::State& state) {
 }
 void write(benchmark::State& state) {
     timeEach(state, [] {
-        return writeCensusMatrix(matrix().counts, matrix().taxonNames, matrix().censusNames);
+        std::string text;
+        writeCensusMatrix(matrix().sparse, matrix().taxonNames, matrix().censusNames,
+                          [&text](std::string_view piece) {
+                              text += piece;
+                              return true;
+                          });
+        return text;
     });
 }
 

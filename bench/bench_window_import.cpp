@@ -8,6 +8,7 @@
 #include <QThread>
 #include <algorithm>
 #include <ctime>
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -15,9 +16,8 @@
 #include "bench/bench_panels.h"
 #include "bench/run_benchmarks.h"
 #include "metrics/random_source.h"
-#include "model/import_drivers.h"
-#include "platform/event_loop_turns.h"
-#include "platform/queue_jobs.h"
+#include "model/import.h"
+#include "platform/job_queue.h"
 #include "tests/support/offscreen_home.h"
 #include "ui/main/main_view_controller.h"
 
@@ -58,19 +58,28 @@ struct Window {
     }
     ~Window() { delete view; }
 
-    EventLoopTurns turns;
     JobQueue jobs;
     BenchPanels panels;
-    DiversityDocument document{&turns};
+    DiversityDocument document{[this](std::function<void()> action) {
+        QMetaObject::invokeMethod(&jobs, std::move(action), Qt::QueuedConnection);
+    }};
     MainViewController* view = nullptr;
 };
 
 double importInto(Window& window, FileKind kind, std::string text) {
-    QueueJobs jobs(window.jobs, window.view);
     double longest = 0;
     bool ended = false;
-    importText(importDriver(kind), std::move(text), window.document,
-               {jobs, {}, [&](const ImportReport&) { ended = true; }});
+    const auto startJob = [&window](std::function<void()> work, std::function<void()> done) {
+        window.jobs.start(
+            window.view,
+            [work = std::move(work)] {
+                work();
+                return true;
+            },
+            [done = std::move(done)](bool) { done(); });
+    };
+    importDriver(kind).import(std::move(text), window.document,
+                              {startJob, {}, [&](const ImportReport&) { ended = true; }});
     for (int idle = 0; idle < 3;) {
         const double begun = mainThreadMilliseconds();
         QCoreApplication::processEvents();

@@ -11,7 +11,7 @@
 #include <string_view>
 #include <vector>
 
-#include "interchange/import_records.h"
+#include "interchange/parsers.h"
 #include "metrics/counts.h"
 
 namespace zorvel::plain {

@@ -1,21 +1,18 @@
 #include "app/file_kinds.h"
 
-#include <QCoreApplication>
 #include <QFileInfo>
 #include <QPointer>
 #include <QRegularExpression>
 #include <algorithm>
-#include <array>
+#include <iterator>
+#include <map>
+#include <optional>
 #include <string>
 #include <utility>
 
 #include "app/project_windows.h"
-#include "base/files.h"
-#include "interchange/separator_guess.h"
-#include "interchange/text_file.h"
-#include "platform/file_names.h"
 #include "platform/job_queue.h"
-#include "ui/kit/alerts.h"
+#include "ui/kit/panels.h"
 #include "ui/kit/shown_text.h"
 #include "ui/main/main_window_controller.h"
 
@@ -23,21 +20,21 @@ namespace zorvel {
 
 namespace {
 
-constexpr std::size_t sampleStep = 65536;               // bytes
-constexpr std::size_t largestSample = 64 * sampleStep;  // bytes
-constexpr int excerptLines = 5;
-constexpr qsizetype longestLine = 200;  // characters
+using Files = std::vector<KnownFile>;
 
-QString tr(const char* text) {
-    return QCoreApplication::translate("FileKinds", text);
-}
-
-// A header and a line or two tell the kind, and a header may be long.
-bool isEnough(const std::string& bytes) {
-    constexpr int lineEnds = 3;
-    return bytes.size() >= largestSample || std::count_if(bytes.begin(), bytes.end(), [](char c) {
-                                                return c == '\n' || c == '\r';
-                                            }) >= lineEnds;
+// Reads the first lines: a header and a line or two tell the kind, and a header may be long.
+void readFirstLines(InputFile& input) {
+    constexpr std::size_t step = 65536;         // bytes
+    constexpr std::size_t largest = 64 * step;  // bytes
+    constexpr std::ptrdiff_t enough = 3;        // line ends
+    std::ptrdiff_t lineEnds = 0;
+    for (std::size_t counted = 0;; counted = input.start().size()) {
+        const std::string& start = input.start();
+        lineEnds += std::count_if(start.begin() + static_cast<std::ptrdiff_t>(counted), start.end(),
+                                  [](char c) { return c == '\n' || c == '\r'; });
+        if (input.atEnd() || lineEnds >= enough || start.size() >= largest) return;
+        input.readStart(start.size() + step);
+    }
 }
 
 // The file goes on: without its last line, which may be cut within a character; of a single line
@@ -51,21 +48,9 @@ void dropCutLine(std::string& bytes) {
     if (!bytes.empty() && static_cast<unsigned char>(bytes.back()) >= 0xC0U) bytes.pop_back();
 }
 
-std::string firstBytes(const QString& path) {
-    const Result<OpenFile> file = openRegularFile(encodedPath(path));
-    if (!file) return {};
-    std::string bytes;
-    for (bool more = true; more;) {
-        const Result<std::string> step =
-            readBytes(file.value().descriptor(), sampleStep, bytes.size());
-        if (step) bytes += step.value();
-        more = step && step.value().size() == sampleStep && !isEnough(bytes);
-    }
-    if (bytes.size() % sampleStep == 0) dropCutLine(bytes);
-    return bytes;
-}
-
 QString excerptOf(const QString& text) {
+    constexpr int excerptLines = 5;
+    constexpr qsizetype longestLine = 200;  // characters
     static const QRegularExpression lineBreak("\r\n|[\r\n]");
     QStringList lines = text.split(lineBreak);
     const bool more = lines.size() > excerptLines;
@@ -74,100 +59,83 @@ QString excerptOf(const QString& text) {
     return lines.join('\n').trimmed() + (more ? QString("\n…") : QString());
 }
 
-using Samples = std::vector<FileSample>;
-
 struct Kind {
     FileKind kind;
-    QString title;
-    QString meaning;
+    const char* title;
+    const char* meaning;
 };
 
-const std::array<Kind, 4>& kinds() {
-    static const std::array<Kind, 4> all = {
-        Kind{FileKind::list, tr("&Abundance list"), tr("numbers alone: one census without names")},
-        Kind{FileKind::census, tr("&Single census"), tr("a species and its number on each line")},
-        Kind{FileKind::matrix, tr("Census &matrix"),
-             tr("species in the first line, then a census on each line")},
-        Kind{FileKind::ios, tr("&Phone-app file"), tr("an export of the phone app")},
-    };
-    return all;
-}
+constexpr Kind kinds[] = {
+    {FileKind::list, "&Abundance list", "numbers alone: one census without names"},
+    {FileKind::census, "&Single census", "a species and its number on each line"},
+    {FileKind::matrix, "Census &matrix", "species in the first line, then a census on each line"},
+    {FileKind::ios, "&Phone-app file", "an export of the phone app"},
+};
 
-Choice choiceOf(const Samples& alike) {
+Choice choiceOf(const Files& alike) {
+    const KnownFile& first = alike.front();
     Choice choice;
-    choice.title = tr("Import");
-    const QString name = shortened(QFileInfo(alike.front().path).fileName(), 80);
+    choice.title = "Import";
+    const QString name = shortened(QFileInfo(first.file->path).fileName(), 80);
     const auto count = static_cast<int>(alike.size());
-    choice.text = count == 1 ? tr("What does “%1” hold?").arg(name)
-                             : tr("What do these %L1 files hold?").arg(count);
-    choice.excerpt = alike.front().firstLines;
+    choice.text = count == 1 ? QString("What does “%1” hold?").arg(name)
+                             : QString("What do these %L1 files hold?").arg(count);
+    choice.excerpt = first.firstLines;
     if (count > 1) {
-        choice.informativeText = tr("All %L1 files look alike; these are the first lines of “%2”.")
-                                     .arg(QString::number(count), name);
+        choice.informativeText =
+            QString("All %L1 files look alike; these are the first lines of “%2”.")
+                .arg(QString::number(count), name);
     }
-    for (const Kind& kind : kinds()) {
-        if (kind.kind == alike.front().guess) {
-            choice.preselected = static_cast<int>(choice.options.size());
-        }
-        choice.options.append(kind.title + '\t' + kind.meaning);
+    for (const Kind& kind : kinds) {
+        if (kind.kind == first.kind) choice.preselected = static_cast<int>(choice.options.size());
+        choice.options.append(QString("%1\t%2").arg(kind.title, kind.meaning));
     }
-    choice.accept = count == 1 ? tr("Import") : tr("Import All %L1 Files").arg(count);
+    choice.accept = count == 1 ? QString("Import") : QString("Import All %L1 Files").arg(count);
     return choice;
 }
 
-// What the person says of each doubtful kind; absent where she cancelled.
-std::optional<FileKind> askFor(FileKind guess, const Samples& samples, Alerts& alerts,
-                               QWidget* window) {
-    Samples alike;
-    std::copy_if(samples.begin(), samples.end(), std::back_inserter(alike),
-                 [&](const FileSample& sample) {
-                     return sample.isText && !sample.certain && sample.guess == guess;
-                 });
-    if (alike.empty()) return guess;
-    const int chosen = alerts.choose(window, choiceOf(alike));
-    if (chosen < 0) return std::nullopt;
-    return kinds().at(static_cast<std::size_t>(chosen)).kind;
-}
-
-std::vector<KnownFile> decide(const Samples& samples, Alerts& alerts,
-                              const QPointer<MainWindowController>& window) {
-    std::array<std::optional<FileKind>, 4> answers;
-    for (std::size_t i = 0; i < answers.size(); ++i) {
-        answers.at(i) = askFor(kinds().at(i).kind, samples, alerts, window);
+// Asks once for each kind that is in doubt.
+Files decide(const Files& files, Alerts& alerts, const QPointer<MainWindowController>& window) {
+    std::map<FileKind, std::optional<FileKind>> answers;  // absent: cancelled
+    for (const Kind& guess : kinds) {
+        Files alike;
+        std::copy_if(
+            files.begin(), files.end(), std::back_inserter(alike),
+            [&](const KnownFile& file) { return !file.certain && file.kind == guess.kind; });
+        if (alike.empty()) continue;
+        const int chosen = alerts.choose(window, choiceOf(alike));
+        if (chosen >= 0) answers[guess.kind] = kinds[chosen].kind;
     }
-    std::vector<KnownFile> files;
-    for (const FileSample& sample : samples) {
-        if (!sample.isText) {
-            files.push_back({sample.path});
-            continue;
+    Files decided;
+    for (KnownFile file : files) {
+        if (!file.certain) {
+            const std::optional<FileKind> answer = answers[file.kind];
+            if (!answer) continue;
+            file.kind = *answer;
         }
-        const auto place =
-            std::find_if(kinds().begin(), kinds().end(),
-                         [&](const Kind& kind) { return kind.kind == sample.guess; }) -
-            kinds().begin();
-        const std::optional<FileKind> kind =
-            sample.certain ? sample.guess : answers.at(static_cast<std::size_t>(place));
-        if (kind) files.push_back({sample.path, true, *kind});
+        decided.push_back(std::move(file));
     }
-    return files;
+    return decided;
 }
 
 }  // namespace
 
-FileSample sampleFile(const QString& path) {
-    FileSample sample;
-    sample.path = path;
-    const std::string bytes = firstBytes(path);
-    if (bytes.empty() || path.endsWith(projectEnding) || startsLikeProject(bytes)) return sample;
-    const Result<std::string> text = decodeText(bytes);
-    if (!text.ok() || text.value().empty()) return sample;
-    sample.isText = true;
-    sample.guess = guessFileKind(text.value());
+KnownFile lookAt(const QString& path) {
+    KnownFile known;
+    known.file = std::make_shared<NamedFile>(path);
+    if (!known.file->input || !*known.file->input) return known;
+    InputFile& input = known.file->input->value();
+    readFirstLines(input);
+    std::string start = input.start();
+    if (!input.atEnd()) dropCutLine(start);
+    const Result<std::string> text = decodeText(std::move(start));
+    if (!text.ok() || text.value().empty()) return known;
+    known.isText = true;
+    known.kind = guessFileKind(text.value());
     // What other separators make of it is told when it is read: to ask for its kind leads nowhere.
-    sample.certain =
-        isCertain(sample.guess, text.value()) || !foreignSeparator(text.value()).empty();
-    sample.firstLines = excerptOf(QString::fromStdString(text.value()));
-    return sample;
+    known.certain = isCertain(known.kind, text.value()) || !foreignSeparator(text.value()).empty();
+    if (!known.certain) known.firstLines = excerptOf(QString::fromStdString(text.value()));
+    return known;
 }
 
 void findKinds(ProjectWindows& windows, MainWindowController* window, const QStringList& paths,
@@ -175,12 +143,16 @@ void findKinds(ProjectWindows& windows, MainWindowController* window, const QStr
     windows.jobs().start(
         &windows,
         [paths] {
-            Samples samples;
-            for (const QString& path : paths) samples.push_back(sampleFile(path));
-            return samples;
+            Files files;
+            constexpr std::size_t mostOpen = 64;
+            for (const QString& path : paths) {
+                files.push_back(lookAt(path));
+                if (files.size() > mostOpen) files.back().file->input.reset();
+            }
+            return files;
         },
         [&windows, guard = QPointer<MainWindowController>(window), receive = std::move(receive)](
-            const Samples& samples) { receive(decide(samples, windows.panels().alerts, guard)); });
+            const Files& files) { receive(decide(files, windows.panels().alerts, guard)); });
 }
 
 }  // namespace zorvel

@@ -1,15 +1,16 @@
-// What kinds of files they are that come to the program by a drop, the command line or the file
-// manager: told by their first bytes, and asked for where these leave a doubt. Main thread; the
-// bytes are read in the background.
+// The kinds of the files that come to the program by a drop, the command line or the file manager:
+// told by their beginning, and asked for where that leaves a doubt. Main thread; the files are
+// opened in the background, once: what was looked at is what is read.
 #pragma once
 
 #include <QString>
 #include <QStringList>
 #include <functional>
-#include <optional>
+#include <memory>
 #include <vector>
 
 #include "interchange/file_kind.h"
+#include "platform/file_reading.h"
 
 namespace zorvel {
 
@@ -17,24 +18,20 @@ class MainWindowController;
 class ProjectWindows;
 
 struct KnownFile {
-    QString path;
+    std::shared_ptr<NamedFile> file;
     bool isText = false;  // otherwise a project, or what will turn out to be neither
     FileKind kind = FileKind::matrix;
-};
-
-// A file as its first bytes show it. Waits for the disk.
-struct FileSample {
-    QString path;
-    bool isText = false;
-    FileKind guess = FileKind::matrix;
-    bool certain = false;
+    // Of a text: whether its kind is beyond doubt; if it is not, its first lines, to ask about.
+    bool certain = true;
     QString firstLines;
 };
-FileSample sampleFile(const QString& path);
 
-// All files in their order, without those that the person does not want after all. Files of one
-// kind by their look are asked about together. window: to stand over, may be null. receive is
-// called once, later.
+// As the beginning of the file shows it. Waits for the disk.
+KnownFile lookAt(const QString& path);
+
+// All files in their order, without those that the user does not want after all. Files of one kind
+// by their look are asked about together. window: to stand over, may be null. receive is called
+// once, later.
 void findKinds(ProjectWindows& windows, MainWindowController* window, const QStringList& paths,
                std::function<void(const std::vector<KnownFile>& files)> receive);
 

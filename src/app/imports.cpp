@@ -1,14 +1,17 @@
 #include "app/imports.h"
 
 #include <QFileInfo>
+#include <QLocale>
+#include <QStringList>
 #include <optional>
+#include <stop_token>
 #include <utility>
 
-#include "app/import_texts.h"
 #include "app/project_windows.h"
 #include "base/console.h"
-#include "model/import_drivers.h"
-#include "platform/queue_jobs.h"
+#include "model/import.h"
+#include "platform/file_reading.h"
+#include "platform/job_queue.h"
 #include "ui/kit/message_strip.h"
 #include "ui/main/main_view_controller.h"
 #include "ui/main/main_window_controller.h"
@@ -17,32 +20,75 @@ namespace zorvel {
 
 namespace {
 
-// Goes with the main view: the import then stops, and nobody hears of it.
+// A number and its noun, which is one of two.
+QString counted(std::size_t count, const QString& one, const QString& many) {
+    return count == 1 ? one : many.arg(QLocale().toString(qulonglong{count}));
+}
+
+QStringList leftOutSentences(const LeftOut& leftOut, bool taxa) {
+    QStringList sentences;
+    if (!taxa) {
+        sentences.append(QString("No census has a taxon: %1.").arg(whyNoTaxa(leftOut)));
+    }
+    if (leftOut.unfinishedLines > 0) {
+        sentences.append("The last line of the file is not finished and was left out.");
+    }
+    if (leftOut.markedRows > 0) {
+        sentences.append(counted(leftOut.markedRows, "A row called “imported census” was left out.",
+                                 "%1 rows called “imported census” were left out."));
+    }
+    if (leftOut.shortRows > 0) {
+        sentences.append(
+            counted(leftOut.shortRows,
+                    "A row has fewer values than there are species: the missing ones count as 0.",
+                    "%1 rows have fewer values than there are species: the missing ones count "
+                    "as 0."));
+    }
+    if (leftOut.negativeCells > 0) {
+        sentences.append(counted(leftOut.negativeCells, "A negative abundance counts as 0.",
+                                 "%1 negative abundances count as 0."));
+    }
+    return sentences;
+}
+
+QString storedMessage(const QString& fileName, const ImportReport& report) {
+    if (report.censuses == 0) return QString("There is no census in %1.").arg(fileName);
+    const QString censuses = counted(report.censuses, "1 census", "%1 censuses");
+    const QString taxa = counted(report.taxa, "1 taxon", "%1 taxa");
+    QStringList sentences = leftOutSentences(report.leftOut, report.taxa > 0);
+    sentences.prepend(QString("Imported %1 with %2 from %3.").arg(censuses, taxa, fileName));
+    return sentences.join(' ');
+}
+
+// Whether the user has nothing to see to: all was stored, or the import was cancelled.
+bool isGoodNews(const ImportReport& report) {
+    if (report.outcome == ImportReport::Outcome::cancelled) return true;
+    return report.outcome == ImportReport::Outcome::stored && report.censuses > 0 &&
+           leftOutSentences(report.leftOut, report.taxa > 0).isEmpty();
+}
+
+// What was stored and what was left out, or why nothing was stored.
+QString importMessage(const QString& fileName, const ImportReport& report) {
+    switch (report.outcome) {
+        case ImportReport::Outcome::stored:
+            return storedMessage(fileName, report);
+        case ImportReport::Outcome::refused:
+            return unreadableMessage(fileName, report.reason, report.place);
+        case ImportReport::Outcome::cancelled:
+            return QString("The import of %1 was cancelled. Nothing was stored.").arg(fileName);
+        case ImportReport::Outcome::noWindow:
+            break;
+    }
+    return {};
+}
+
+// Receives the results of the jobs of an import. Goes with the main view: the import then stops.
 class ImportRun : public QObject {
   public:
-    ImportRun(MainViewController& view, JobQueue& jobs, std::function<void(bool cancelled)> ended)
-        : QObject(&view), jobs_(jobs, this), ended_(std::move(ended)) {}
-    ~ImportRun() override { stop_.request_stop(); }
+    explicit ImportRun(QObject* view) : QObject(view) {}
+    ~ImportRun() override { stop.request_stop(); }
 
-    void start(Document& document, FileKind kind, OpenedText text) {
-        const QString name = QFileInfo(text.path).fileName();
-        importText(importDriver(kind), std::move(text.text), document.project(),
-                   {jobs_, stop_, [this, name](const ImportReport& report) { end(name, report); }});
-    }
-
-  private:
-    void end(const QString& name, const ImportReport& report) {
-        auto* view = qobject_cast<MainViewController*>(parent());
-        const auto tone =
-            isGoodNews(report) ? MessageStrip::Tone::news : MessageStrip::Tone::problem;
-        if (view != nullptr) view->messageStrip().addMessage(importMessage(name, report), tone);
-        deleteLater();
-        ended_(report.outcome == ImportReport::Outcome::cancelled);
-    }
-
-    QueueJobs jobs_;
-    std::stop_source stop_;
-    std::function<void(bool cancelled)> ended_;
+    std::stop_source stop;
 };
 
 }  // namespace
@@ -59,13 +105,26 @@ Document* currentOrNewDocument(ProjectWindows& windows, const CommandWindow& com
 void importInto(Document& document, ProjectWindows& windows, FileKind kind, OpenedText text,
                 std::function<void(bool cancelled)> ended) {
     auto* view = dynamic_cast<MainViewController*>(document.project().documentMainViewController());
-    if (view == nullptr) {
-        QueueJobs jobs(windows.jobs(), &windows);
-        return importText(importDriver(kind), {}, document.project(),
-                          {jobs, {}, [&](const ImportReport&) { ended(false); }});
-    }
-    (new ImportRun(*view, windows.jobs(), std::move(ended)))
-        ->start(document, kind, std::move(text));
+    auto* run = new ImportRun(view);
+    const auto startJob = [run, &jobs = windows.jobs()](std::function<void()> work,
+                                                        std::function<void()> done) {
+        jobs.start(
+            run,
+            [work = std::move(work)] {
+                work();
+                return true;
+            },
+            [done = std::move(done)](bool) { done(); });
+    };
+    const auto end = [run, view, ended = std::move(ended),
+                      name = QFileInfo(text.path).fileName()](const ImportReport& report) {
+        const auto tone =
+            isGoodNews(report) ? MessageStrip::Tone::news : MessageStrip::Tone::problem;
+        if (view != nullptr) view->messageStrip().addMessage(importMessage(name, report), tone);
+        run->deleteLater();
+        ended(report.outcome == ImportReport::Outcome::cancelled);
+    };
+    importDriver(kind).import(std::move(text.text), document.project(), {startJob, run->stop, end});
 }
 
 void importFiles(ProjectWindows& windows, const CommandWindow& command,
@@ -82,7 +141,7 @@ void importFiles(ProjectWindows& windows, const CommandWindow& command,
             if (!cancelled) next();
         });
     };
-    readTextInBackground(windows, command.window, file.path, received, [] {});
+    readTextInBackground(windows, command.window, file.file, received, [] {});
 }
 
 void runImport(ProjectWindows& windows, MainWindowController* window, FileKind kind) {
@@ -97,6 +156,11 @@ void runImport(ProjectWindows& windows, MainWindowController* window, FileKind k
             writeConsoleLine("Could not get a diversity document");
         }
     });
+}
+
+QString leftOutNote(const QString& fileName, const LeftOut& leftOut, bool taxa) {
+    const QStringList sentences = leftOutSentences(leftOut, taxa);
+    return sentences.isEmpty() ? QString() : fileName + ": " + sentences.join(' ');
 }
 
 }  // namespace zorvel

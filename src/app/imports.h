@@ -43,4 +43,8 @@ void importInto(
     Document& document, ProjectWindows& windows, FileKind kind, OpenedText text,
     std::function<void(bool cancelled)> ended = [](bool) {});
 
+// What a format leaves out by its rules and the user would miss, in sentences; empty if nothing.
+// Absent taxa are not missed, unless all are. taxa: whether any census has one.
+QString leftOutNote(const QString& fileName, const LeftOut& leftOut, bool taxa);
+
 }  // namespace zorvel

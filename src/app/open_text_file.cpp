@@ -1,15 +1,13 @@
 #include "app/open_text_file.h"
 
-#include <QCoreApplication>
 #include <QFileInfo>
 #include <QPointer>
-#include <atomic>
 #include <memory>
+#include <stop_token>
 #include <utility>
 
 #include "app/project_windows.h"
-#include "interchange/text_file.h"
-#include "platform/file_names.h"
+#include "platform/file_reading.h"
 #include "platform/job_queue.h"
 #include "ui/kit/panels.h"
 #include "ui/main/main_view_controller.h"
@@ -19,27 +17,23 @@ namespace zorvel {
 
 namespace {
 
-QString tr(const char* text) {
-    return QCoreApplication::translate("OpenTextFile", text);
-}
-
 // "cannot be opened: Permission denied" as it stands alone.
 QString sentence(const QString& reason) {
     return reason.left(1).toUpper() + reason.mid(1) + '.';
 }
 
-// Of a file that is being read. What comes of it is handed over once: cancelling does so at once,
-// and the bytes that come later find nobody.
+// A file that is being read. The text is handed over once, or given up at once if cancelled: bytes
+// that arrive later are dropped.
 struct Reading {
     void showProgress(MainViewController& view) {
         shownIn = &view;
-        progress =
-            view.startProgress(tr("reading %1...").arg(QFileInfo(path).fileName()).toStdString(),
-                               [this] { cancel(); });
+        progress = view.startProgress(
+            QString("reading %1...").arg(QFileInfo(path).fileName()).toStdString(),
+            [this] { cancel(); });
     }
 
     void cancel() {
-        *givenUp = true;
+        stop.request_stop();
         if (cancelled) receive = [this](const std::optional<OpenedText>&) { cancelled(); };
         handOver(std::nullopt);
     }
@@ -51,9 +45,9 @@ struct Reading {
             return handOver(OpenedText{path, std::move(read).value()});
         }
         if (read.ok()) {
-            if (shownIn) shownIn->messageStrip().addMessage(tr("%1 is empty.").arg(name));
+            if (shownIn) shownIn->messageStrip().addMessage(QString("%1 is empty.").arg(name));
         } else {
-            alerts.warn(window, tr("“%1” could not be read").arg(name),
+            alerts.warn(window, QString("“%1” could not be read").arg(name),
                         sentence(QString::fromStdString(read.problem().message)));
         }
         handOver(std::nullopt);
@@ -70,11 +64,29 @@ struct Reading {
     Alerts& alerts;
     TextReceiver receive;
     std::function<void()> cancelled;
-    // Shared with the job: a large text is let go of there.
-    std::shared_ptr<std::atomic<bool>> givenUp = std::make_shared<std::atomic<bool>>(false);
+    std::stop_source stop = {};
     QPointer<MainViewController> shownIn = nullptr;
     MainView::ProgressId progress = 0;
 };
+
+// file: absent if it was not opened yet.
+void readText(ProjectWindows& windows, MainWindowController* window, const QString& path,
+              std::shared_ptr<NamedFile> file, TextReceiver receive,
+              std::function<void()> cancelled) {
+    const auto reading = std::make_shared<Reading>(
+        Reading{path, window, windows.panels().alerts, std::move(receive), std::move(cancelled)});
+    if (window != nullptr) reading->showProgress(window->mainView());
+    windows.jobs().start(
+        &windows,
+        [path, file = std::move(file), stop = reading->stop.get_token()]() mutable {
+            Result<InputFile> input = file ? file->take() : InputFile::open(encodedPath(path));
+            if (!input) return Result<std::string>(input.problem());
+            Result<std::string> read = std::move(input).value().text();
+            // A large text is released here.
+            return stop.stop_requested() ? Result<std::string>(std::string()) : std::move(read);
+        },
+        [reading](Result<std::string> read) { reading->finish(std::move(read)); });
+}
 
 }  // namespace
 
@@ -83,22 +95,13 @@ void openTextFile(ProjectWindows& windows, MainWindowController* window, const Q
     const QPointer<MainWindowController> guard(window);
     const QString path = windows.panels().open.chooseTextFile(window, title);
     if (path.isEmpty()) return cancelled ? cancelled() : receive(std::nullopt);
-    readTextInBackground(windows, guard, path, std::move(receive), std::move(cancelled));
+    readText(windows, guard, path, nullptr, std::move(receive), std::move(cancelled));
 }
 
 void readTextInBackground(ProjectWindows& windows, MainWindowController* window,
-                          const QString& path, TextReceiver receive,
+                          const std::shared_ptr<NamedFile>& file, TextReceiver receive,
                           std::function<void()> cancelled) {
-    const auto reading = std::make_shared<Reading>(
-        Reading{path, window, windows.panels().alerts, std::move(receive), std::move(cancelled)});
-    if (window != nullptr) reading->showProgress(window->mainView());
-    windows.jobs().start(
-        &windows,
-        [file = encodedPath(path), givenUp = reading->givenUp] {
-            Result<std::string> read = readTextFile(file);
-            return *givenUp ? Result<std::string>(std::string()) : std::move(read);
-        },
-        [reading](Result<std::string> read) { reading->finish(std::move(read)); });
+    readText(windows, window, file->path, file, std::move(receive), std::move(cancelled));
 }
 
 }  // namespace zorvel

@@ -4,6 +4,7 @@
 
 #include <QString>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -11,6 +12,7 @@ namespace zorvel {
 
 class MainWindowController;
 class ProjectWindows;
+struct NamedFile;
 
 struct OpenedText {
     QString path;
@@ -28,9 +30,9 @@ using TextReceiver = std::function<void(std::optional<OpenedText> text)>;
 void openTextFile(ProjectWindows& windows, MainWindowController* window, const QString& title,
                   TextReceiver receive, std::function<void()> cancelled = {});
 
-// The same without a question, for a file that was named otherwise.
+// The same without a question, for a file that was opened to tell its kind.
 void readTextInBackground(ProjectWindows& windows, MainWindowController* window,
-                          const QString& path, TextReceiver receive,
+                          const std::shared_ptr<NamedFile>& file, TextReceiver receive,
                           std::function<void()> cancelled = {});
 
 }  // namespace zorvel

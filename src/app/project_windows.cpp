@@ -9,7 +9,6 @@
 #include "app/document_commands.h"
 #include "app/exports.h"
 #include "app/file_kinds.h"
-#include "app/import_texts.h"
 #include "app/imports.h"
 #include "app/menus.h"
 #include "platform/document_controller.h"
@@ -183,11 +182,11 @@ void ProjectWindows::openFiles(const QStringList& paths, MainWindowController* w
 void ProjectWindows::openKnownFiles(const QStringList& asked, const std::vector<KnownFile>& known) {
     auto next = known.begin();
     for (const QString& path : asked) {
-        if (next == known.end() || next->path != path) {
+        if (next == known.end() || next->file->path != path) {
             endOpening(path);
             continue;
         }
-        documents_.open(path, next->isText ? std::optional(next->kind) : std::nullopt);
+        documents_.open(next->file, next->isText ? std::optional(next->kind) : std::nullopt);
         ++next;
     }
 }
@@ -200,7 +199,7 @@ void ProjectWindows::takeDroppedFiles(const QStringList& paths, MainWindowContro
             if (file.isText) {
                 texts.push_back(file);
             } else {
-                openFile(file.path, command.window);
+                openFile(file.file->path, command.window);
             }
         }
         importFiles(*this, command, texts);

@@ -8,7 +8,7 @@
 #include "base/files.h"
 #include "base/numbers.h"
 #include "base/text.h"
-#include "model/text_project.h"
+#include "store/project_file.h"
 
 namespace zorvel::cli {
 namespace {
@@ -21,6 +21,12 @@ bool isNamedAsProject(std::string_view path) {
         if (path.ends_with(ending)) path.remove_suffix(ending.size());
     }
     return path.ends_with(".zorvel");
+}
+
+bool holdsProject(const std::string& path) {
+    const Result<OpenFile> file = openRegularFile(path);
+    const auto start = file ? readBytes(file.value().descriptor(), 16) : file.problem();
+    return start && startsLikeProject(start.value());
 }
 
 // By its content or its name, also at the end of symbolic links.

@@ -10,7 +10,7 @@
 #include <variant>
 
 #include "base/files.h"
-#include "interchange/import_records.h"
+#include "interchange/parsers.h"
 
 namespace zorvel::cli {
 

@@ -9,7 +9,6 @@
 #include "interchange/text_file.h"
 #include "model/file_messages.h"
 #include "model/import.h"
-#include "model/text_project.h"
 #include "store/project_file.h"
 
 namespace zorvel::cli {
@@ -37,17 +36,6 @@ bool readProject(const std::string& file, Project& project) {
     return true;
 }
 
-Result<std::string> readText(const std::string& file) {
-    Result<std::string> bytes = readFileBytes(file);
-    if (!bytes) return bytes;
-    if (startsLikeProject(bytes.value())) {
-        return Problem{
-            "holds a project, which cannot be read from standard input or a pipe: name its file "
-            "instead"};
-    }
-    return decodeText(std::move(bytes).value());
-}
-
 // Such censuses are more often a misreading than what the file is meant to say.
 void warnWithoutTaxa(const std::string& file, const std::vector<BlockPointer>& censuses,
                      const LeftOut& leftOut) {
@@ -58,15 +46,16 @@ void warnWithoutTaxa(const std::string& file, const std::vector<BlockPointer>& c
            std::string("WARNING: none of its censuses has a taxon: ") + whyNoTaxa(leftOut));
 }
 
-bool readText(const std::string& file, FileKind (*otherwise)(std::string_view), Project& project) {
-    Result<std::string> text = readText(file);
+bool readText(InputFile input, FileKind (*otherwise)(std::string_view), Project& project) {
+    Result<std::string> text = std::move(input).text();
     if (!text) {
         tellAt(project.file, {}, text.problem().message);
         return false;
     }
     if (!project.kind) project.kind = otherwise(text.value());
     const auto names = std::make_shared<NamePool>();
-    auto parsed = parseFile(*project.kind, std::string(std::move(text).value()), {}, names.get());
+    ParsedCensuses parsed =
+        parseFile(*project.kind, std::string(std::move(text).value()), {}, names.get());
     for (const std::string& line : parsed.consoleLines) tellAt(project.file, parsed.place, line);
     if (!parsed.advice.empty()) tellAt(project.file, parsed.place, parsed.advice);
     if (!parsed.value && parsed.consoleLines.empty() && parsed.advice.empty()) {
@@ -80,6 +69,28 @@ bool readText(const std::string& file, FileKind (*otherwise)(std::string_view), 
     return true;
 }
 
+// Of a file that is opened once, except a project, which the store opens by its path.
+bool read(const std::string& file, FileKind (*otherwise)(std::string_view), Project& project) {
+    std::optional<Result<InputFile>> input = InputFile::openAny(file);
+    if (!*input) {
+        tellAt(project.file, {}, input->problem().message);
+        return false;
+    }
+    constexpr std::size_t startSize = 16;
+    input->value().readStart(startSize);
+    if (!startsLikeProject(input->value().start())) {
+        return readText(std::move(*input).value(), otherwise, project);
+    }
+    if (file == "-" || !S_ISREG(input->value().status().st_mode)) {
+        tellAt(project.file, {},
+               "holds a project, which cannot be read from standard input or a pipe: name its file "
+               "instead");
+        return false;
+    }
+    input.reset();
+    return readProject(file, project);
+}
+
 }  // namespace
 
 std::optional<Project> loadProject(const std::string& file, std::optional<FileKind> kind,
@@ -88,9 +99,7 @@ std::optional<Project> loadProject(const std::string& file, std::optional<FileKi
     project.file = shownFile(file);
     project.kind = kind;
     project.document = std::make_unique<DiversityDocument>();
-    const bool read = file != "-" && holdsProject(file) ? readProject(file, project)
-                                                        : readText(file, otherwise, project);
-    if (!read) return std::nullopt;
+    if (!read(file, otherwise, project)) return std::nullopt;
     project.censuses = project.document->objectContext().censuses();
     project.names = censusNameList(project.censuses);
     return project;

@@ -7,9 +7,6 @@ namespace zorvel {
 
 enum class FileKind { list, census, matrix, ios };
 
-// True where the bytes begin as a project file does.
-bool looksLikeProjectFile(std::string_view bytes);
-
 // The kind that a text seems to be: ios by its quoted header cells and the shape of the next line,
 // list where there are only whole numbers and separators, census where the first line is a name and
 // a whole number; matrix where nothing speaks for another.
@@ -19,5 +16,11 @@ FileKind guessFileKind(std::string_view text);
 // alone, a matrix where it has two species or more, none of them a number, and its first row fits.
 // A name and a number a line may be a census or a matrix of one species: never certain.
 bool isCertain(FileKind guess, std::string_view text);
+
+// Which character separates the cells of a text in which a parser for commas finds nothing, for
+// messages: "semicolons" or "tabs" where every line has that separator outside quotes, a cell after
+// one is a number, and the commas do not separate numbers as well; otherwise empty. Stops at the
+// first line without either.
+std::string_view foreignSeparator(std::string_view text);
 
 }  // namespace zorvel

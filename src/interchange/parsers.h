@@ -8,15 +8,85 @@
 // and are kept once each in any case.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <stop_token>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
-#include "interchange/import_records.h"
+#include "base/shared_text.h"
+#include "base/time_stamp.h"
 
 namespace zorvel {
+
+struct MockTaxon {
+    std::int64_t abundance = 0;
+    SharedText name;
+
+    friend bool operator==(const MockTaxon&, const MockTaxon&) = default;
+};
+
+struct MockCensus {
+    double latitude = 0;   // decimal degrees
+    double longitude = 0;  // decimal degrees
+    std::string name;
+    std::string notes;
+    std::vector<MockTaxon> taxa;  // in the order of the file
+    std::optional<TimeStamp> timeStamp;
+
+    friend bool operator==(const MockCensus&, const MockCensus&) = default;
+};
+
+// The name of a census whose file gives none.
+inline constexpr const char* importedCensusName = "imported census";
+
+// Where in a text a problem stands. Lines count from 1 by line feeds, carriage returns and the
+// other line breaks (CR LF is one); cells count from 1 within the line. 0: not known, or the whole
+// text.
+struct TextPlace {
+    std::size_t line = 0;
+    std::size_t cell = 0;
+
+    friend bool operator==(const TextPlace&, const TextPlace&) = default;
+};
+
+// What a format leaves out by its rules, without a console line.
+struct LeftOut {
+    std::size_t unfinishedLines = 0;  // a last line that lacks its value, or its line break
+    std::size_t markedRows = 0;       // of a matrix, called importedCensusName
+    std::size_t shortRows = 0;        // of a matrix, with fewer cells than names: kept, the rest 0
+    std::size_t zeroCells = 0;        // of the censuses kept: absent taxa
+    std::size_t negativeCells = 0;    // taken as absent taxa too
+
+    friend bool operator==(const LeftOut&, const LeftOut&) = default;
+};
+
+// What a parser returns: its records, or none with the place of the problem; and its console lines
+// in order. A parser prints nothing itself.
+template <class T>
+struct Parsed {
+    std::optional<T> value;
+    std::vector<std::string> consoleLines;
+    TextPlace place;
+    std::string advice;  // what to do about the problem, where that is known: not for the console
+    LeftOut leftOut;     // of the records
+
+    friend bool operator==(const Parsed&, const Parsed&) = default;
+};
+
+using ParsedCensuses = Parsed<std::vector<MockCensus>>;
+
+// What a parser returns that has met a problem: nothing but the line that tells of it.
+template <class T>
+Parsed<T> refused(std::string consoleLine, TextPlace place = {}) {
+    Parsed<T> result;
+    result.consoleLines.push_back(std::move(consoleLine));
+    result.place = place;
+    return result;
+}
 
 // A bare list of counts: one census, every taxon called "unnamed taxon".
 Parsed<MockCensus> parseAbundanceList(std::string_view text, const std::stop_token& stop = {},

@@ -1,24 +1,60 @@
-// Reading a file as text. Messages are parts of sentences that follow the file's name, which they
-// do not hold. Any thread.
+// Files that are read as text. Messages are parts of sentences that follow the file's name, which
+// they do not hold. Any thread, one at a time.
 #pragma once
 
+#include <sys/stat.h>
+
+#include <cstddef>
+#include <optional>
 #include <string>
 
-#include "base/result.h"
+#include "base/files.h"
 
 namespace zorvel {
+
+// A file that is opened once: first its beginning is read, which tells what kind of file it is,
+// then the rest.
+class InputFile {
+  public:
+    // A regular file. A pipe or a device is refused without being opened: it might never give a
+    // byte.
+    static Result<InputFile> open(const std::string& path);
+    // The same, but also a pipe or a terminal, and standard input for "-". Devices that may never
+    // end are refused.
+    static Result<InputFile> openAny(const std::string& path);
+
+    // What was read so far.
+    [[nodiscard]] const std::string& start() const { return bytes_; }
+    // Reads on until start() has that size or the file ends, as it does in any case where it cannot
+    // be read.
+    void readStart(std::size_t size);
+    // start() is the whole file, which is closed.
+    [[nodiscard]] bool atEnd() const { return atEnd_; }
+
+    // All of it, or why it cannot be read; nothing is left to read afterwards.
+    Result<std::string> bytes() &&;
+    // The same as text, see decodeText().
+    Result<std::string> text() &&;
+
+    // As at the opening.
+    [[nodiscard]] const struct stat& status() const { return status_; }
+
+  private:
+    InputFile(OpenFile file, const struct stat& status) : file_(std::move(file)), status_(status) {}
+    static Result<InputFile> made(OpenFile file);
+    void readOn(std::size_t size);
+
+    OpenFile file_;
+    struct stat status_;
+    std::string bytes_;
+    bool atEnd_ = false;
+    int error_ = 0;
+};
 
 // The text of a file's bytes: a UTF-8 byte-order mark is dropped; anything that is not UTF-8 is
 // refused with a message that names the encoding it seems to be (UTF-16, UTF-32, Latin-1 or
 // Windows-1252, or none: binary) and the place of the first byte at fault: its offset from 0, its
 // line from 1. Text of which a quarter or more is NUL bytes is not taken for UTF-8.
 Result<std::string> decodeText(std::string bytes);
-
-// The bytes of a file or a pipe, or of standard input for "-". Directories and files that cannot be
-// opened or read are problems with the system's words; devices that may never end are refused.
-Result<std::string> readFileBytes(const std::string& path);
-
-// The text of a regular file; pipes and devices are refused, see openRegularFile().
-Result<std::string> readTextFile(const std::string& path);
 
 }  // namespace zorvel

@@ -17,13 +17,8 @@
 
 namespace zorvel {
 
-// One row per census, one column per taxon name; sizes as buildSparseCounts() gives them.
-std::string writeCensusMatrix(const CountsMatrix& matrix,
-                              const std::vector<std::string>& taxonNames,
-                              const std::vector<std::string>& censusNames);
-
-// The same text for the same matrix without its zeros, in pieces that never grow beyond a row: the
-// whole text has two characters for each of the zeros. False once the sink takes no more.
+// One row per census, one column per taxon name, in pieces that never grow beyond a row. False once
+// the sink takes no more.
 bool writeCensusMatrix(const SparseCounts& matrix, const std::vector<std::string>& taxonNames,
                        const std::vector<std::string>& censusNames, const ByteSink& sink);
 

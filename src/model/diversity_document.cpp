@@ -1,14 +1,17 @@
 #include "model/diversity_document.h"
 
+#include <utility>
+
 namespace zorvel {
 
-DiversityDocument::DiversityDocument(TurnEnd* turns) {
-    if (!turns) return;
-    context_->setFirstChangeHandler([turns, weak = std::weak_ptr<ObjectContext>(context_)] {
-        turns->atTurnEnd([weak] {
-            if (const auto context = weak.lock()) context->announceChanges();
+DiversityDocument::DiversityDocument(AtTurnEnd atTurnEnd) {
+    if (!atTurnEnd) return;
+    context_->setFirstChangeHandler(
+        [atTurnEnd = std::move(atTurnEnd), weak = std::weak_ptr<ObjectContext>(context_)] {
+            atTurnEnd([weak] {
+                if (const auto context = weak.lock()) context->announceChanges();
+            });
         });
-    });
 }
 
 DiversityDocument::~DiversityDocument() {

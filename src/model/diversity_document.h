@@ -9,12 +9,11 @@
 #include <string>
 #include <vector>
 
-#include "interchange/import_records.h"
+#include "interchange/parsers.h"
 #include "metrics/counts.h"
 #include "metrics/rarefaction.h"
 #include "metrics/sparse_counts.h"
 #include "model/main_view.h"
-#include "model/turn_end.h"
 #include "store/object_context.h"
 
 namespace zorvel {
@@ -54,9 +53,12 @@ SparseCountsResult buildSparseCounts(const ObjectContext& context);
 
 class DiversityDocument {
   public:
+    // Calls action once, on the same thread, when what runs now has returned: the end of a turn.
+    using AtTurnEnd = std::function<void(std::function<void()> action)>;
+
     // Changes are announced at the end of each turn; without turns the caller calls
-    // announceChanges(). turns must outlive the document.
-    explicit DiversityDocument(TurnEnd* turns = nullptr);
+    // announceChanges().
+    explicit DiversityDocument(AtTurnEnd atTurnEnd = {});
     ~DiversityDocument();
     DiversityDocument(const DiversityDocument&) = delete;
     DiversityDocument& operator=(const DiversityDocument&) = delete;

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "interchange/import_records.h"
+#include "interchange/parsers.h"
 #include "model/copied_records.h"
 #include "store/object_context.h"
 

@@ -1,17 +1,18 @@
 #include "model/import.h"
 
 #include <algorithm>
+#include <iterator>
+#include <optional>
 #include <utility>
 
-#include "interchange/parsers.h"
-#include "interchange/separator_guess.h"
+#include "base/console.h"
 #include "model/edits.h"
 
 namespace zorvel {
 namespace {
 
-Parsed<std::vector<MockCensus>> asList(Parsed<MockCensus> parsed) {
-    Parsed<std::vector<MockCensus>> list;
+ParsedCensuses asList(Parsed<MockCensus> parsed) {
+    ParsedCensuses list;
     list.consoleLines = std::move(parsed.consoleLines);
     list.place = parsed.place;
     list.advice = std::move(parsed.advice);
@@ -30,8 +31,8 @@ std::string_view withoutMark(std::string_view line) {
     return lettered ? line.substr(3) : line;
 }
 
-Parsed<std::vector<MockCensus>> parseAs(FileKind kind, std::string_view text,
-                                        const std::stop_token& stop, NamePool* names) {
+ParsedCensuses parseAs(FileKind kind, std::string_view text, const std::stop_token& stop,
+                       NamePool* names) {
     switch (kind) {
         case FileKind::list:
             return asList(parseAbundanceList(text, stop, names));
@@ -45,17 +46,109 @@ Parsed<std::vector<MockCensus>> parseAs(FileKind kind, std::string_view text,
     return {};
 }
 
-// Whether an abundance was found, be it 0.
-bool holdsAbundance(const Parsed<std::vector<MockCensus>>& parsed) {
+// Whether an abundance was found, even 0.
+bool holdsAbundance(const ParsedCensuses& parsed) {
     return parsed.value && (parsed.leftOut.zeroCells + parsed.leftOut.negativeCells > 0 ||
                             std::any_of(parsed.value->begin(), parsed.value->end(),
                                         [](const auto& census) { return !census.taxa.empty(); }));
 }
 
+// One import under way, shared by the closures of its jobs: the main thread and the job of the
+// moment use it in turn, except for the stop.
+class Import : public std::enable_shared_from_this<Import> {
+  public:
+    Import(const ImportDriver& driver, std::string text, DiversityDocument& document,
+           MainView& view, ImportServices services)
+        : driver_(driver),
+          text_(std::move(text)),
+          context_(document.objectContext()),
+          names_(context_.names()),
+          view_(view),
+          services_(std::move(services)) {}
+
+    void start() {
+        progress_ = view_.startProgress(driver_.progressText,
+                                        [stop = services_.stop]() mutable { stop.request_stop(); });
+        services_.startJob([self = shared_from_this()] { self->parse(); },
+                           [self = shared_from_this()] { self->parsed(); });
+    }
+
+  private:
+    using Outcome = ImportReport::Outcome;
+
+    // In the background.
+    void parse() {
+        auto parsed = parseAndTell(driver_.kind, std::exchange(text_, {}),
+                                   services_.stop.get_token(), names_.get());
+        report_.leftOut = parsed.leftOut;
+        report_.place = parsed.place;
+        if (!parsed.value) report_.reason = reasonOf(parsed);
+        censuses_ = std::move(parsed.value);
+    }
+
+    void parsed() {
+        if (services_.stop.stop_requested()) return finish(Outcome::cancelled);
+        if (!censuses_) return finish(Outcome::refused);
+        batch_ = newBatch(context_, *censuses_);
+        services_.startJob([self = shared_from_this()] { self->makeRecords(); },
+                           [self = shared_from_this()] { self->store(); });
+    }
+
+    // In the background. Each census is released as its record is made, and all records if
+    // cancelled: to destroy many millions of them would block the main thread.
+    void makeRecords() {
+        for (MockCensus& census : *censuses_) {
+            if (services_.stop.stop_requested()) break;
+            report_.taxa += census.taxa.size();
+            storeCensus(*batch_, std::exchange(census, {}));
+        }
+        censuses_.reset();
+        if (services_.stop.stop_requested()) batch_.reset();
+    }
+
+    void store() {
+        if (services_.stop.stop_requested()) return finish(Outcome::cancelled);
+        report_.censuses = batch_->censusCount();
+        importBatch(context_, *batch_, driver_.stepName);
+        finish(Outcome::stored);
+    }
+
+    void finish(Outcome outcome) {
+        report_.outcome = outcome;
+        view_.stopProgress(progress_);
+        if (services_.done) services_.done(report_);
+    }
+
+    const ImportDriver& driver_;
+    std::string text_;
+    ObjectContext& context_;
+    std::shared_ptr<NamePool> names_;
+    MainView& view_;
+    ImportServices services_;
+    MainView::ProgressId progress_ = 0;
+    std::optional<std::vector<MockCensus>> censuses_;
+    std::shared_ptr<CensusBatch> batch_;
+    ImportReport report_;
+};
+
+void startImport(FileKind kind, std::string text, DiversityDocument& document,
+                 ImportServices services) {
+    const ImportDriver& driver = importDriver(kind);
+    if (MainView* view = document.documentMainViewController()) {
+        std::make_shared<Import>(driver, std::move(text), document, *view, std::move(services))
+            ->start();
+        return;
+    }
+    writeConsoleLine(std::string("WARNING: could not obtain window/view for ") + driver.name);
+    ImportReport report;
+    report.outcome = ImportReport::Outcome::noWindow;
+    if (services.done) services.done(report);
+}
+
 }  // namespace
 
-Parsed<std::vector<MockCensus>> parseFile(FileKind kind, std::string_view text,
-                                          const std::stop_token& stop, NamePool* names) {
+ParsedCensuses parseFile(FileKind kind, std::string_view text, const std::stop_token& stop,
+                         NamePool* names) {
     auto parsed = parseAs(kind, text, stop, names);
     if (holdsAbundance(parsed) || stop.stop_requested()) return parsed;
     const std::string_view separator = foreignSeparator(text);
@@ -68,15 +161,17 @@ Parsed<std::vector<MockCensus>> parseFile(FileKind kind, std::string_view text,
     return parsed;
 }
 
-std::string reasonOf(const std::vector<std::string>& consoleLines, const std::string& advice) {
+std::string reasonOf(const ParsedCensuses& parsed) {
     std::string reasons;
-    for (const std::string& line : consoleLines) {
+    for (const std::string& line : parsed.consoleLines) {
         if (!reasons.empty()) reasons += "; ";
         reasons += withoutMark(line);
         if (line.ends_with(": ")) reasons += "(empty)";
     }
-    if (reasons.empty() && advice.empty()) return "its contents are in none of the known formats";
-    return reasons + (reasons.empty() || advice.empty() ? "" : ": ") + advice;
+    if (reasons.empty() && parsed.advice.empty()) {
+        return "its contents are in none of the known formats";
+    }
+    return reasons + (reasons.empty() || parsed.advice.empty() ? "" : ": ") + parsed.advice;
 }
 
 const char* whyNoTaxa(const LeftOut& leftOut) {
@@ -89,6 +184,47 @@ ProjectRecords recordsOf(std::vector<MockCensus> censuses, std::shared_ptr<NameP
     CensusBatch batch(1, 1 + recordCount(censuses));
     for (MockCensus& census : censuses) storeCensus(batch, std::exchange(census, {}));
     return {batch.take(), std::move(names)};
+}
+
+ParsedCensuses parseAndTell(FileKind kind, std::string_view text, const std::stop_token& stop,
+                            NamePool* names) {
+    ParsedCensuses parsed = parseFile(kind, text, stop, names);
+    if (stop.stop_requested()) return {};
+    std::vector<std::string> lines = parsed.consoleLines;
+    if (!parsed.value) lines.emplace_back(importDriver(kind).failureLine);
+    writeConsoleLines(lines);
+    return parsed;
+}
+
+const ImportDriver& importDriver(FileKind kind) {
+    static constexpr ImportDriver drivers[] = {
+        {FileKind::list, importAbundanceList, "importAbundanceList", "importing abundance list...",
+         "WARNING: Abundance list could not be obtained", "Import Abundance List"},
+        {FileKind::census, importOneCensus, "importOneCensus", "importing census...",
+         "WARNING: Census could not be obtained", "Import Census"},
+        {FileKind::matrix, importCensusMatrix, "importCensusMatrix", "importing census matrix...",
+         "WARNING: Censuses could not be obtained from census matrix", "Import Census Matrix"},
+        {FileKind::ios, importIOSFile, "importIOSFile", "importing Zorvel for iOS file...",
+         "WARNING: Censuses could not be obtained from iOS file", "Import Phone-App File"},
+    };
+    return *std::find_if(std::begin(drivers), std::end(drivers),
+                         [kind](const ImportDriver& driver) { return driver.kind == kind; });
+}
+
+void importAbundanceList(std::string text, DiversityDocument& document, ImportServices services) {
+    startImport(FileKind::list, std::move(text), document, std::move(services));
+}
+
+void importOneCensus(std::string text, DiversityDocument& document, ImportServices services) {
+    startImport(FileKind::census, std::move(text), document, std::move(services));
+}
+
+void importCensusMatrix(std::string text, DiversityDocument& document, ImportServices services) {
+    startImport(FileKind::matrix, std::move(text), document, std::move(services));
+}
+
+void importIOSFile(std::string text, DiversityDocument& document, ImportServices services) {
+    startImport(FileKind::ios, std::move(text), document, std::move(services));
 }
 
 }  // namespace zorvel

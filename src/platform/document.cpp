@@ -1,5 +1,7 @@
 #include "platform/document.h"
 
+#include <QMetaObject>
+#include <functional>
 #include <utility>
 
 #include "model/file_messages.h"
@@ -12,9 +14,12 @@
 
 namespace zorvel {
 
-Document::Document(TurnEnd& turns, const SaveServices& services, DocumentController& controller)
+// Changes are announced in the next turn of the event loop.
+Document::Document(const SaveServices& services, DocumentController& controller)
     : controller_(controller),
-      project_(&turns),
+      project_([&controller](std::function<void()> action) {
+          QMetaObject::invokeMethod(&controller, std::move(action), Qt::QueuedConnection);
+      }),
       opening_(project_.objectContext().frozenCopy()),
       openingRevision_(project_.objectContext().revision()),
       saver_(project_.objectContext(), services) {

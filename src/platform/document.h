@@ -17,7 +17,6 @@
 namespace zorvel {
 
 class DocumentController;
-class TurnEnd;
 
 class Document : public QObject {
     Q_OBJECT
@@ -80,7 +79,7 @@ class Document : public QObject {
 
   private:
     friend class DocumentController;
-    Document(TurnEnd& turns, const SaveServices& services, DocumentController& controller);
+    Document(const SaveServices& services, DocumentController& controller);
     void takeOver(ProjectRecords records);
 
     DocumentController& controller_;

@@ -109,7 +109,7 @@ Document& DocumentController::duplicate(const Document& document) {
 
 Document& DocumentController::addDocument(const QString& untitledName,
                                           const QString& untitledPath) {
-    documents_.emplace_back(new Document(turns_, services_, *this));
+    documents_.emplace_back(new Document(services_, *this));
     Document& document = *documents_.back();
     document.untitledName_ = untitledName;
     document.saver_.setUntitledPath(untitledPath);

@@ -11,9 +11,9 @@
 #include <optional>
 #include <vector>
 
-#include "model/text_project.h"
+#include "interchange/file_kind.h"
+#include "interchange/parsers.h"
 #include "platform/document.h"
-#include "platform/event_loop_turns.h"
 #include "platform/file_names.h"
 #include "store/project_file.h"
 
@@ -21,6 +21,7 @@ namespace zorvel {
 
 class JobQueue;
 struct FileReading;
+struct NamedFile;
 
 class DocumentController : public QObject {
     Q_OBJECT
@@ -46,7 +47,8 @@ class DocumentController : public QObject {
     // that is there. Exactly one of documentDidOpen and openDidFail follows, at once or later.
     // kind: of a text file, guessed if absent; documentDidReadText then reports what its format
     // leaves out.
-    void open(const QString& path, std::optional<FileKind> kind = std::nullopt);
+    void open(const QString& path);
+    void open(const std::shared_ptr<NamedFile>& file, std::optional<FileKind> kind);
 
     // Opens each untitled project that an earlier run left and no other run has open.
     void recover();
@@ -99,12 +101,15 @@ class DocumentController : public QObject {
         Source source = Source::any;
         QString shownName;
         std::optional<FileIdentity> identity;
-        std::optional<FileKind> kind = std::nullopt;  // of a text file
+        // Of a file that was opened to tell its kind, and kind of a text file.
+        std::shared_ptr<NamedFile> file = nullptr;
+        std::optional<FileKind> kind = std::nullopt;
     };
 
     // Opening (document_opening.cpp).
+    void open(Request request);
     void locate(const Request& request);
-    void identified(Request request, const std::optional<FileIdentity>& identity);
+    void identified(const Request& request);
     void read(const Request& request);
     void finishReading(const Request& request, FileReading& reading);
     void tellFailure(const Request& request, const FileReading& reading);
@@ -147,7 +152,6 @@ class DocumentController : public QObject {
     Folders folders_;
     std::unique_ptr<JobQueue> writer_;
     SaveServices services_;
-    EventLoopTurns turns_;
     UntitledFolder untitled_;
     RecentPaths recent_;
     bool lookingForRecent_ = false;

@@ -24,13 +24,26 @@ bool isSkipped(FileTrouble trouble) {
 
 }  // namespace
 
-void DocumentController::open(const QString& path, std::optional<FileKind> kind) {
-    Request request{path, Source::any, QFileInfo(path).fileName(), std::nullopt, kind};
-    if (untitled_.holds(path)) {
+void DocumentController::open(const QString& path) {
+    open(Request{path, Source::any, QFileInfo(path).fileName(), std::nullopt});
+}
+
+void DocumentController::open(const std::shared_ptr<NamedFile>& file,
+                              std::optional<FileKind> kind) {
+    open(Request{file->path, Source::any, QFileInfo(file->path).fileName(), file->identity, file,
+                 kind});
+}
+
+void DocumentController::open(Request request) {
+    if (untitled_.holds(request.path)) {
         request.source = Source::untitledFolder;
         untitled_.claim(request.shownName);
     }
-    locate(request);
+    if (request.file) {
+        identified(request);
+    } else {
+        locate(request);
+    }
 }
 
 void DocumentController::openBackup(const QString& path, const QString& displayName) {
@@ -54,21 +67,24 @@ void DocumentController::recover() {
 
 void DocumentController::locate(const Request& request) {
     jobs_.start(
-        this, [path = encodedPath(request.path)] { return fileIdentity(path); },
-        [this, request](const std::optional<FileIdentity>& identity) {
-            identified(request, identity);
+        this, [path = request.path] { return std::make_shared<NamedFile>(path); },
+        [this, located = Request(request)](const std::shared_ptr<NamedFile>& file) mutable {
+            located.file = file;
+            located.identity = file->identity;
+            identified(located);
         });
 }
 
-void DocumentController::identified(Request request, const std::optional<FileIdentity>& identity) {
-    request.identity = identity;
-    if (!identity) return read(request);
-    if (Document* document = reopened(*identity)) return finishWithOpen(request, *document);
-    if (mustWait(*identity)) {
-        waiting_.push_back(std::move(request));
+void DocumentController::identified(const Request& request) {
+    if (!request.identity) return read(request);
+    const FileIdentity identity = *request.identity;
+    if (Document* document = reopened(identity)) return finishWithOpen(request, *document);
+    if (mustWait(identity)) {
+        waiting_.push_back(request);
+        waiting_.back().file = nullptr;  // it is located anew
         return;
     }
-    reading_.push_back(*identity);
+    reading_.push_back(identity);
     read(request);
 }
 
@@ -134,7 +150,7 @@ void DocumentController::read(const Request& request) {
                 return readCopy(request.path, request.shownName, options);
             }
             if (request.source == Source::any) {
-                return readAnyFile(request.path, options, request.kind);
+                return readAnyFile(*request.file, options, request.kind);
             }
             FileReading reading = readProjectFile(request.path, request.shownName, options);
             reading.asideOf = projectOfAside(request.path);

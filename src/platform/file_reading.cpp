@@ -1,39 +1,45 @@
 #include "platform/file_reading.h"
 
-#include <QCoreApplication>
 #include <QFileInfo>
-#include <string>
 #include <utility>
 
+#include "base/console.h"
 #include "model/file_messages.h"
-#include "platform/file_names.h"
-#include "platform/project_writes.h"
+#include "model/import.h"
 
 namespace zorvel {
 
 namespace {
 
-QString tr(const char* text) {
-    return QCoreApplication::translate("zorvel::FileReading", text);
-}
-
 // "line 3, cell 7", as far as it is known.
 QString placeText(const TextPlace& place) {
     if (place.line == 0) return {};
-    QString line = tr("line %1").arg(place.line);
-    if (place.cell == 0) return line;
-    return line + tr(", cell %1").arg(place.cell);
+    const QString line = QString("line %1").arg(place.line);
+    return place.cell == 0 ? line : line + QString(", cell %1").arg(place.cell);
 }
 
-FileReading readText(const QString& path, std::optional<FileKind> kind) {
-    TextProject project = readTextProject(encodedPath(path), kind);
+FileReading readText(NamedFile& file, std::optional<FileKind> kind) {
+    const QString name = QFileInfo(file.path).fileName();
     FileReading reading;
-    if (project.failure.empty()) {
-        reading.records = std::move(project.records);
-        reading.leftOut = project.leftOut;
+    Result<InputFile> input = file.take();
+    Result<std::string> text = input ? std::move(input).value().text() : input.problem();
+    if (!text || text.value().empty()) {
+        const std::string reason = text ? "the file is empty" : text.problem().message;
+        writeConsoleLines({"WARNING: " + reason, "WARNING: no string obtained from file"});
+        reading.failure = unreadableMessage(name, reason);
+        return reading;
+    }
+    if (!kind) kind = guessFileKind(text.value());
+    const auto names = std::make_shared<NamePool>();
+    ParsedCensuses parsed =
+        parseAndTell(*kind, std::string(std::move(text).value()), {}, names.get());
+    reading.leftOut = parsed.leftOut;
+    if (!parsed.value) {
+        reading.failure = unreadableMessage(name, reasonOf(parsed), parsed.place);
+    } else if (parsed.value->empty()) {
+        reading.failure = unreadableMessage(name, "there is no census in the file");
     } else {
-        reading.failure =
-            unreadableMessage(QFileInfo(path).fileName(), project.failure, project.place);
+        reading.records = recordsOf(std::move(*parsed.value), names);
     }
     return reading;
 }
@@ -47,6 +53,20 @@ FileReading failed(const QString& shownName, const FileProblem& problem) {
 
 }  // namespace
 
+NamedFile::NamedFile(const QString& named) : path(named), isProject(named.endsWith(projectEnding)) {
+    if (!isProject) input.emplace(InputFile::open(encodedPath(path)));
+    if (!input || !*input) {
+        identity = fileIdentity(encodedPath(path));
+        return;
+    }
+    constexpr std::size_t startSize = 65536;  // all of most files
+    InputFile& opened = input->value();
+    identity = FileIdentity{opened.status().st_dev, opened.status().st_ino};
+    opened.readStart(startSize);
+    isProject = startsLikeProject(opened.start());
+    if (isProject) input.reset();
+}
+
 QString projectMessage(const QString& shownName, const FileProblem& problem) {
     return shownName + ": " + QString::fromStdString(fileMessage(problem));
 }
@@ -55,8 +75,9 @@ QString unreadableMessage(const QString& shownName, const std::string& reason,
                           const TextPlace& place) {
     const QString why = QString::fromStdString(reason);
     const QString where = placeText(place);
-    if (where.isEmpty()) return tr("%1 could not be read: %2").arg(shownName, why);
-    return tr("%1 could not be read (%2): %3").arg(shownName, where, why);
+    if (why.startsWith("cannot be ")) return shownName + ' ' + why;
+    if (where.isEmpty()) return QString("%1 could not be read: %2").arg(shownName, why);
+    return QString("%1 could not be read (%2): %3").arg(shownName, where, why);
 }
 
 FileReading readProjectFile(const QString& path, const QString& shownName,
@@ -78,12 +99,10 @@ FileReading readCopy(const QString& path, const QString& shownName, ProjectFileO
     return reading;
 }
 
-FileReading readAnyFile(const QString& path, const ProjectFileOptions& options,
+FileReading readAnyFile(NamedFile& file, const ProjectFileOptions& options,
                         std::optional<FileKind> kind) {
-    if (path.endsWith(projectEnding) || holdsProject(encodedPath(path))) {
-        return readProjectFile(path, QFileInfo(path).fileName(), options);
-    }
-    return readText(path, kind);
+    if (!file.isProject) return readText(file, kind);
+    return readProjectFile(file.path, QFileInfo(file.path).fileName(), options);
 }
 
 }  // namespace zorvel

@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "base/numbers.h"
-#include "interchange/import_records.h"
+#include "interchange/parsers.h"
 
 namespace zorvel {
 

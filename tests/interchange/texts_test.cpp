@@ -220,8 +220,12 @@ struct Comma : std::numpunct<char> {
 };
 
 void expectTextsOfTheCLocale() {
-    EXPECT_EQ(writeCensusMatrix({{1234567, -1234567}}, {"a", "b"}, {"N"}),
-              " , a, b\nN,1234567,-1234567\n");
+    SparseCounts counts(2);
+    counts.addRow(std::vector<SparseCounts::Column>{0, 1}, CountsVector{1234567, -1234567});
+    writeCensusMatrix(counts, {"a", "b"}, {"N"}, [](std::string_view text) {
+        EXPECT_EQ(text, " , a, b\nN,1234567,-1234567\n");
+        return true;
+    });
     const MetricRow row{1234567, 2, 0, 1.5, 0, 0, 0, 0, 0.25};
     const std::string name = "N";
     const std::string table =

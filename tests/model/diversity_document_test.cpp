@@ -13,9 +13,11 @@
 namespace zorvel {
 namespace {
 
-class FakeTurns : public TurnEnd {
+class FakeTurns {
   public:
-    void atTurnEnd(std::function<void()> action) override { waiting.push_back(std::move(action)); }
+    DiversityDocument::AtTurnEnd atTurnEnd() {
+        return [this](std::function<void()> action) { waiting.push_back(std::move(action)); };
+    }
     void endTurn() {
         const std::vector<std::function<void()>> actions = std::exchange(waiting, {});
         for (const std::function<void()>& action : actions) action();
@@ -25,7 +27,7 @@ class FakeTurns : public TurnEnd {
 
 TEST(DiversityDocument, AnnouncesOnceATurn) {
     FakeTurns turns;
-    DiversityDocument document(&turns);
+    DiversityDocument document(turns.atTurnEnd());
     ObjectContext& context = document.objectContext();
     std::vector<std::size_t> heard;  // changed censuses of each announcement
     context.addObserver([&](const ChangeSet& changes) {
@@ -49,7 +51,7 @@ TEST(DiversityDocument, AnnouncesOnceATurn) {
 TEST(DiversityDocument, ATurnThatEndsAfterItDoesNothing) {
     FakeTurns turns;
     bool heard = false;
-    auto document = std::make_unique<DiversityDocument>(&turns);
+    auto document = std::make_unique<DiversityDocument>(turns.atTurnEnd());
     document->objectContext().addObserver([&](const ChangeSet&) { heard = true; });
     addCensus(document->objectContext());
     document.reset();
@@ -60,7 +62,7 @@ TEST(DiversityDocument, ATurnThatEndsAfterItDoesNothing) {
 
 TEST(DiversityDocument, MayBeClosedByAnObserver) {
     FakeTurns turns;
-    auto document = std::make_unique<DiversityDocument>(&turns);
+    auto document = std::make_unique<DiversityDocument>(turns.atTurnEnd());
     int heard = 0;
     const auto close = [&](const ChangeSet&) {
         ++heard;

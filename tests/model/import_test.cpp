@@ -4,18 +4,214 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <deque>
 #include <limits>
 #include <string>
+#include <utility>
 #include <vector>
 
-#include "model/diversity_document.h"
+#include "base/console.h"
 #include "model/edits.h"
+#include "tests/model/fake_view.h"
 
 namespace zorvel {
 namespace {
 
-TEST(Import, EveryFieldIsStored) {
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const std::string phoneFile =
+    "\"Name\",\"Date\",\"Notes\",\"Latitude\",\"Longitude\",\"Abies\",\"Larix\"\n"
+    "\"North\",\"Mar 5, 2016 3:42 PM\",\"wet\",1.5,-2,4,0\n";
+
+class ImportTest : public testing::Test {
+  protected:
+    void SetUp() override {
+        setConsoleSink([this](std::string_view line) { console.emplace_back(line); });
+        document.makeWindowControllers([this] { return &view; });
+    }
+    void TearDown() override {
+        document.forgetMainView();
+        setConsoleSink({});
+    }
+
+    // Jobs wait until the test finishes them.
+    ImportServices services() {
+        return {[this](auto work, auto done) { jobs.emplace_back(work, done); },
+                {},
+                [this](const ImportReport& report) { reports.push_back(report); }};
+    }
+    void finishNext() {
+        const auto [work, done] = std::move(jobs.front());
+        jobs.pop_front();
+        work();
+        done();
+    }
+    void finishAll() {
+        while (!jobs.empty()) finishNext();
+    }
+    ObjectContext& context() { return document.objectContext(); }
+    NameList censusNames() { return censusNameList(document.fetchCensuses()); }
+
     DiversityDocument document;
+    FakeView view;
+    std::deque<std::pair<std::function<void()>, std::function<void()>>> jobs;
+    std::vector<std::string> console;
+    std::vector<ImportReport> reports;
+};
+
+TEST_F(ImportTest, DriversStoreTheWholeFileAsOneStep) {
+    const struct {
+        FileKind kind;
+        std::string text;
+        const char* progress;
+        NameList censuses;
+        CountsVector firstCounts;
+        const char* step;
+    } cases[] = {
+        {FileKind::list,
+         "3, 5\n7",
+         "importing abundance list...",
+         {"imported census"},
+         {3, 5, 7},
+         "Import Abundance List"},
+        {FileKind::census,
+         "Abies,3\nLarix,2\n",
+         "importing census...",
+         {"imported census"},
+         {3, 2},
+         "Import Census"},
+        {FileKind::matrix,
+         ",Abies,Larix\nNorth,3,0\nSouth,1,2\n",
+         "importing census matrix...",
+         {"North", "South"},
+         {3},
+         "Import Census Matrix"},
+        {FileKind::ios,
+         phoneFile,
+         "importing Zorvel for iOS file...",
+         {"North"},
+         {4},
+         "Import Phone-App File"},
+    };
+    for (const auto& test : cases) {
+        SCOPED_TRACE(test.step);
+        importDriver(test.kind).import(test.text, document, services());
+        ASSERT_EQ(view.running.size(), 1U);
+        EXPECT_EQ(view.running.begin()->second.first, test.progress);
+        EXPECT_EQ(context().censusCount(), 0U);
+        finishAll();
+        EXPECT_THAT(view.running, IsEmpty());
+        ASSERT_EQ(censusNames(), test.censuses);
+        EXPECT_EQ(fullCountsVector(context().censuses().front()), test.firstCounts);
+        EXPECT_EQ(reports.back().outcome, ImportReport::Outcome::stored);
+        EXPECT_EQ(reports.back().censuses, test.censuses.size());
+        EXPECT_EQ(reports.back().taxa, context().taxa().size());
+        EXPECT_EQ(context().undoName(), test.step);
+        context().undo();
+        EXPECT_EQ(context().censusCount(), 0U);
+    }
+    EXPECT_THAT(console, IsEmpty());
+}
+
+TEST_F(ImportTest, DriversRefuseAFileAsAWhole) {
+    const struct {
+        FileKind kind;
+        std::string text;
+        std::vector<std::string> lines;
+        TextPlace place;
+    } cases[] = {
+        {FileKind::list,
+         "3 5\n0",
+         {"File contains zero or negative abundance value, but all abundances must be positive "
+          "integers. See help for formatting an input file.",
+          "WARNING: Abundance list could not be obtained"},
+         {2, 1}},
+        {FileKind::census,
+         "Abies,3\nLarix,2,\n",
+         {"An abundance value is missing.  See help for formatting an input file.",
+          "WARNING: Census could not be obtained"},
+         {2, 2}},
+        {FileKind::matrix,
+         ",Abies,Larix\nNorth,3,4\nSouth,1,two\n",
+         {"B: Not an abundance value, or not an integer: two",
+          "WARNING: Censuses could not be obtained from census matrix"},
+         {3, 3}},
+        {FileKind::ios,
+         "\"Name\"\n",
+         {"WARNING: fewer than six components on first line",
+          "WARNING: Censuses could not be obtained from iOS file"},
+         {1, 0}},
+    };
+    for (const auto& test : cases) {
+        console.clear();
+        importDriver(test.kind).import(test.text, document, services());
+        finishAll();
+        EXPECT_EQ(console, test.lines);
+        EXPECT_THAT(view.running, IsEmpty());
+        EXPECT_EQ(reports.back().outcome, ImportReport::Outcome::refused);
+        EXPECT_EQ(reports.back().place, test.place);
+        EXPECT_TRUE(test.lines.front().ends_with(reports.back().reason)) << reports.back().reason;
+    }
+    EXPECT_FALSE(context().canUndo());
+}
+
+TEST_F(ImportTest, WithoutAWindowNothingIsParsed) {
+    document.forgetMainView();
+    importAbundanceList("4", document, services());
+    importOneCensus("Abies,4", document, services());
+    importCensusMatrix(",Abies\nNorth,4\n", document, services());
+    importIOSFile(phoneFile, document, services());
+    EXPECT_THAT(jobs, IsEmpty());
+    EXPECT_THAT(console,
+                ElementsAre("WARNING: could not obtain window/view for importAbundanceList",
+                            "WARNING: could not obtain window/view for importOneCensus",
+                            "WARNING: could not obtain window/view for importCensusMatrix",
+                            "WARNING: could not obtain window/view for importIOSFile"));
+    ASSERT_EQ(reports.size(), 4U);
+    EXPECT_EQ(reports.front().outcome, ImportReport::Outcome::noWindow);
+}
+
+TEST_F(ImportTest, SeveralAtOnceAndEditsBetweenKeepEveryRecord) {
+    importCensusMatrix(",Abies,Larix\nNorth,3,4\n", document, services());
+    importCensusMatrix(",Abies,Picea\nSouth,1,2\n", document, services());
+    EXPECT_EQ(view.running.size(), 2U);
+    finishNext();  // both are parsed: North has its place
+    finishNext();
+    const Census typed = addCensus(context());
+    editName(context(), addTaxon(context(), typed), "Picea");
+    std::swap(jobs[0], jobs[1]);
+    finishAll();
+    EXPECT_THAT(censusNames(), ElementsAre("North", "South", unnamedName));
+    const auto lastName = [](const Census& census) { return &census.taxa().back().name()->str(); };
+    EXPECT_EQ(lastName(context().censuses()[1]), lastName(typed)) << "Picea is kept once";
+    context().undo();
+    EXPECT_THAT(censusNames(), ElementsAre("South", unnamedName));
+}
+
+TEST_F(ImportTest, CancellingStoresNothingAndSaysNothing) {
+    for (const int finished : {0, 1}) {
+        importCensusMatrix(",Abies\nNorth,3\n", document, services());
+        for (int i = 0; i < finished; ++i) finishNext();
+        view.running.begin()->second.second();
+        finishAll();
+        EXPECT_EQ(reports.back().outcome, ImportReport::Outcome::cancelled);
+        EXPECT_THAT(view.running, IsEmpty());
+    }
+    EXPECT_FALSE(context().canUndo());
+    EXPECT_THAT(console, IsEmpty());
+    std::stop_source stop;
+    stop.request_stop();
+    for (const auto& [kind, text] : {std::pair(FileKind::list, "4"),
+                                     {FileKind::census, "Abies,4"},
+                                     {FileKind::matrix, ",Abies\nNorth,4\n"},
+                                     {FileKind::ios, phoneFile.c_str()}}) {
+        EXPECT_TRUE(parseFile(kind, text).value);
+        EXPECT_EQ(parseFile(kind, text, stop.get_token()), ParsedCensuses());
+    }
+}
+
+TEST_F(ImportTest, EveryFieldIsStored) {
     MockCensus mock;
     mock.name = "North";
     mock.notes = "wet, cold";
@@ -23,55 +219,30 @@ TEST(Import, EveryFieldIsStored) {
     mock.longitude = -122.33;
     mock.timeStamp = TimeStamp(std::chrono::seconds(1457221320));
     mock.taxa = {{5, "Abies"}, {std::numeric_limits<std::int64_t>::max(), "Abies"}, {1, ""}};
-    importCensuses(document.objectContext(), {mock, MockCensus{}});
-    const Census census = document.fetchCensuses()[0];
-    EXPECT_EQ(census.name(), SharedText(mock.name));
-    EXPECT_EQ(census.notes(), SharedText(mock.notes));
-    EXPECT_EQ(census.latitude(), mock.latitude);
-    EXPECT_EQ(census.longitude(), mock.longitude);
-    EXPECT_EQ(census.timeStamp(), mock.timeStamp);
-    const std::vector<Zorvel> taxa = census.taxa();
-    ASSERT_EQ(taxa.size(), mock.taxa.size());
-    for (std::size_t i = 0; i < taxa.size(); ++i) {
-        EXPECT_EQ(taxa[i].name(), mock.taxa[i].name);
-        EXPECT_EQ(taxa[i].abundance(), mock.taxa[i].abundance);
-        EXPECT_TRUE(taxa[i].include());
+    importCensuses(context(), {mock, MockCensus{}});
+    ObjectContext opened;
+    opened.adopt(recordsOf({mock, MockCensus{}}, nullptr));
+    for (const ObjectContext* each : {&context(), &opened}) {
+        const Census census = each->censuses()[0];
+        EXPECT_EQ(census.name(), SharedText(mock.name));
+        EXPECT_EQ(census.notes(), SharedText(mock.notes));
+        EXPECT_EQ(census.latitude(), mock.latitude);
+        EXPECT_EQ(census.longitude(), mock.longitude);
+        EXPECT_EQ(census.timeStamp(), mock.timeStamp);
+        const std::vector<Zorvel> taxa = census.taxa();
+        ASSERT_EQ(taxa.size(), mock.taxa.size());
+        for (std::size_t i = 0; i < taxa.size(); ++i) {
+            EXPECT_EQ(taxa[i].name(), mock.taxa[i].name);
+            EXPECT_EQ(taxa[i].abundance(), mock.taxa[i].abundance);
+            EXPECT_TRUE(taxa[i].include());
+        }
+        EXPECT_FALSE(each->censuses()[1].timeStamp());
     }
-    EXPECT_FALSE(document.fetchCensuses()[1].timeStamp());
+    EXPECT_FALSE(opened.canUndo());
+    EXPECT_GT(opened.insertCensus().id(), opened.taxa().back().id());
 }
 
-TEST(Import, EachKindGoesToItsParser) {
-    const std::string phone =
-        "\"Name\",\"Date\",\"Notes\",\"Latitude\",\"Longitude\",\"Abies\"\n"
-        "\"North\",\"Mar 5, 2016 3:42 PM\",\"\",1,2,4\n";
-    struct Row {
-        FileKind kind;
-        std::string text;
-        std::string name;
-        std::string taxon;
-    };
-    for (const Row& row : {Row{FileKind::list, "4", "imported census", "unnamed taxon"},
-                           Row{FileKind::census, "Abies,4", "imported census", "Abies"},
-                           Row{FileKind::matrix, " , Abies\nNorth,4\n", "North", "Abies"},
-                           Row{FileKind::ios, phone, "North", "Abies"}}) {
-        const auto parsed = parseFile(row.kind, row.text);
-        ASSERT_TRUE(parsed.value) << row.text;
-        ASSERT_EQ(parsed.value->size(), 1U);
-        EXPECT_EQ(parsed.value->front().name, row.name);
-        EXPECT_EQ(parsed.value->front().taxa.front().name.str(), row.taxon);
-        EXPECT_EQ(parsed.value->front().taxa.front().abundance, 4);
-        EXPECT_EQ(guessFileKind(row.text), row.kind);
-    }
-}
-
-TEST(Import, AProblemKeepsItsLinesAndPlace) {
-    const auto parsed = parseFile(FileKind::list, "4\n5\n2.5");
-    EXPECT_FALSE(parsed.value);
-    EXPECT_EQ(parsed.consoleLines.size(), 1U);
-    EXPECT_EQ(parsed.place.line, 3U);
-}
-
-TEST(Import, CellsThatNoCommaSeparatesAreRefused) {
+TEST(ParseFile, CellsThatNoCommaSeparatesAreRefused) {
     struct Row {
         FileKind kind;
         std::string text;
@@ -91,7 +262,6 @@ TEST(Import, CellsThatNoCommaSeparatesAreRefused) {
         {FileKind::matrix, " ,A;a,B;b\nN;n,1,2\nS;s,0,0\n", ""},
         {FileKind::matrix, " ,A;a,B;b\nN;1,0,0\n", ""},
         {FileKind::matrix, " ,A;1,B;2\nN;n,1,x\n", ""},
-        {FileKind::matrix, " ,A;a\nN;1,x\n", ""},
         {FileKind::matrix, "site;A\nNorth; upper slope\n", ""},
         {FileKind::matrix, " ,A\nNorth;3\n", ""},
         {FileKind::list, "Abies\t5\nPicea\t1\n", ""},
@@ -105,21 +275,11 @@ TEST(Import, CellsThatNoCommaSeparatesAreRefused) {
         EXPECT_FALSE(parsed.value && !row.separator.empty()) << row.text;
     }
     const auto silent = parseFile(FileKind::matrix, rows.front().text);
-    EXPECT_TRUE(silent.consoleLines.empty());
-    EXPECT_EQ(reasonOf({}, silent.advice), silent.advice);
-    EXPECT_EQ(parseFile(FileKind::list, "3;5;7").consoleLines.size(), 1U);
-    EXPECT_EQ(reasonOf(parseFile(FileKind::matrix, ",Abies,Picea\nNorth,,3\n").consoleLines),
+    EXPECT_THAT(silent.consoleLines, IsEmpty());
+    EXPECT_EQ(reasonOf(silent), silent.advice);
+    EXPECT_EQ(reasonOf(parseFile(FileKind::matrix, ",Abies,Picea\nNorth,,3\n")),
               "Not an abundance value, or not an integer: (empty)");
-}
-
-TEST(Import, ImportsAlwaysAdd) {
-    DiversityDocument document;
-    const auto parsed = parseFile(FileKind::matrix, " , Abies, Picea\nNorth,4,0\nSouth,0,0\n");
-    importCensuses(document.objectContext(), *parsed.value);
-    importCensuses(document.objectContext(), *parsed.value);
-    EXPECT_THAT(censusNameList(document.fetchCensuses()),
-                testing::ElementsAre("North", "South", "North", "South"));
-    EXPECT_EQ(document.fetchTaxa().size(), 2U);
+    EXPECT_EQ(reasonOf({}), "its contents are in none of the known formats");
 }
 
 }  // namespace

@@ -52,8 +52,8 @@ TEST_F(OpeningTest, FilesThatCannotBeRead) {
         {write("cell.csv", ",a,b\nNorth,3,4\nSouth,x,1\n"),
          "cell.csv could not be read (line 3, cell 2): "},
         {write("empty.csv", ""), "empty.csv could not be read: the file is empty"},
-        {folder.filePath("missing.csv"), "missing.csv could not be read: "},
-        {folder.path(), " could not be read: "},
+        {folder.filePath("missing.csv"), "missing.csv cannot be opened: No such file"},
+        {folder.path(), " cannot be read: Is a directory"},
     };
     for (const auto& test : cases) {
         console.clear();
@@ -122,7 +122,7 @@ TEST_F(OpeningTest, AnErrorIsToldWhereTheFileWasAskedFor) {
     sendDeletions();
     windows->openFile(folder.filePath("missing.csv"));
     ASSERT_TRUE(waitUntil([this] { return !alerts.warnings.isEmpty(); }));
-    EXPECT_TRUE(alerts.warnings[0].startsWith("missing.csv could not be read"));
+    EXPECT_TRUE(alerts.warnings[0].startsWith("missing.csv cannot be opened"));
 }
 
 TEST_F(OpeningTest, AWindowMayCloseWhileItsJobsRun) {

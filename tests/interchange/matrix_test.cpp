@@ -1,7 +1,8 @@
-// The fast reader and writer of the census matrix against the plain ones, over random texts and
-// texts bent in all the ways that could divert the fast path.
+// The census matrix: worked examples, and the fast reader and writer against the plain ones, over
+// random texts and texts altered in all the ways that could divert the fast path.
 #include <gtest/gtest.h>
 
+#include <numeric>
 #include <random>
 #include <string>
 
@@ -12,6 +13,79 @@
 
 namespace zorvel {
 namespace {
+
+using namespace std::string_literals;
+
+const std::string more =
+    ": More abundances found in a row than there are species. See help for formatting an input "
+    "file.";
+const std::string fewer =
+    ": Fewer abundances found in a row than there are species. See help for formatting an input "
+    "file.";
+const std::string notInteger = ": Not an abundance value, or not an integer: ";
+const std::string negative =
+    ": File contains negative abundance value, but all abundances must be positive integers: ";
+const std::string help = ".  See help for formatting an input file.";
+const std::string none = "none @0:0 | No censuses could be imported";
+
+struct MatrixCase {
+    std::string text;
+    std::string shown;
+};
+
+template <std::size_t N>
+void expectAll(const MatrixCase (&cases)[N]) {
+    for (const MatrixCase& c : cases)
+        EXPECT_EQ(shown(parseCensusMatrix(c.text)), c.shown) << c.text;
+}
+
+TEST(MatrixParser, Censuses) {
+    expectAll({
+        {"x,Abies,Larix,Picea\nNorth,3,0,12\n", "North: Abies=3 Picea=12"},
+        {" , a, b\nN,1,2\nS,0,+3", "N: a=1 b=2; S: b=3"},
+        {"x,a,b\r\n\r\nN,1,2\r\n\r\nS,0,007", "N: a=1 b=2; S: b=7"},
+        {"x,a,b\nN, 00, \t-0\nS,+0,\u00A04\n", "N:; S: b=4"},
+        {"x,\"a, b\",\"c\"\"\"\n\"N\nW\",\"1\",2\n", "N\nW: a, b=1 c\"=2"},
+        {"x,a\nN,9223372036854775807\n", "N: a=9223372036854775807"},
+        // Names: empty ones, and the one that marks a row to be dropped.
+        {"x,,a\nN,3,4\n,1,2\n", "N: =3 a=4; : =1 a=2"},
+        {"x,a\nimported census,1\nN,2\nImported census,3", "N: a=2; Imported census: a=3"},
+        {"x,a\n\"\"\nN,2\n", "N: a=2"},
+        // A row's length is tested at a last cell that is not empty.
+        {"x,a,b,c\nN,1,2,\n", "N: a=1 b=2"},
+        {"x,a,b,c\nN\nS,\nW", "N:; S:; W:"},
+        {"x,a\nN,1,0,0,\n", "N: a=1"},
+        // The cells before an empty last cell of the header are the header.
+        {"x,a,b,\nN,1,2\n", "N: a=1 b=2"},
+        {"\nN,0,\n", "N:"},
+        {"", none},
+        {"x,a,b\n", none},
+        {"x,a\nimported census,1\n", none},
+    });
+}
+
+TEST(MatrixParser, Problems) {
+    expectAll({
+        {"x,a,b,c\nN,1,2.5,3\n", "none @2:3 | C" + notInteger + "2.5"},
+        {"x,a,b,c\nN,1,,3\n", "none @2:3 | C" + notInteger},
+        {"x,a,b\nN,\"a,\n1\",2\n", "none @2:2 | C" + notInteger + "a,\n1"},
+        {"x,a,b\nN,1,2\r\n\r\nS,1,b", "none @4:3 | A" + notInteger + "b"},
+        {"x,a,b\nN,1\0,2\n"s, "none @2:2 | C" + notInteger + "1\0"s},
+        {"x,a,b\nN,9223372036854775808,2\n", "none @2:2 | C" + notInteger + "9223372036854775808"},
+        {"x,a,b\nN,-1,2\n", "none @2:2 | C" + negative + "-1" + help},
+        {"x,a,b\nN,1,-1\n", "none @2:3 | B" + negative + "-1" + help},
+        // Integer and sign are tested before the length.
+        {"x,a\nN,1,0,x\n", "none @2:4 | B" + notInteger + "x"},
+        {"x,a\nN,1,0\n", "none @2:3 | B" + more},
+        {"x,a\nN,1,0,0", "none @2:4 | A" + more},
+        {"x,a,b\nN,1\n", "none @2:2 | B" + fewer},
+        {"x,a,b\nimported census,1\n", "none @2:2 | B" + fewer},
+        // A count that has no name.
+        {"x,a\nN,1,2,\n", "none @2:3 | B" + more},
+        {"x,a\nimported census,1,+2,\n", "none @2:3 | B" + more},
+        {"\nN,5,\n", "none @2:2 | B" + more},
+    });
+}
 
 class TextMaker {
   public:
@@ -121,10 +195,33 @@ TEST(MatrixParser, EqualsThePlainFormAtEveryPlaceOfARun) {
     }
 }
 
+std::string written(const CountsMatrix& matrix, const std::vector<std::string>& taxonNames,
+                    const std::vector<std::string>& censusNames) {
+    SparseCounts counts(taxonNames.size());
+    std::vector<SparseCounts::Column> columns(taxonNames.size());
+    std::iota(columns.begin(), columns.end(), 0U);
+    for (const CountsVector& row : matrix) counts.addRow(columns, row);
+    std::string text;
+    EXPECT_TRUE(writeCensusMatrix(counts, taxonNames, censusNames, [&](std::string_view piece) {
+        text += piece;
+        return true;
+    }));
+    return text;
+}
+
+TEST(MatrixWriter, WholeTexts) {
+    EXPECT_EQ(written({{3, 0}, {0, 12}}, {"Abies", "Picea"}, {"North", "South"}),
+              " , Abies, Picea\nNorth,3,0\nSouth,0,12\n");
+    EXPECT_EQ(written({}, {}, {}), " \n");
+    // Nothing is quoted or escaped.
+    EXPECT_EQ(written({{1, 2}}, {"a, b", " \"c\"\n"}, {"N,W"}), " , a, b,  \"c\"\n\nN,W,1,2\n");
+}
+
+// The last one is wider than a piece.
 TEST(MatrixWriter, EqualsThePlainForm) {
     std::mt19937_64 random(11);
     for (int i = 0; i < 500; ++i) {
-        const std::size_t taxa = random() % 70;
+        const std::size_t taxa = i == 499 ? 200'000 : random() % 70;
         const double presence = i % 3 == 0 ? 0.05 : 0.5;
         CountsMatrix matrix(random() % 5, CountsVector(taxa, 0));
         for (CountsVector& row : matrix) {
@@ -135,9 +232,20 @@ TEST(MatrixWriter, EqualsThePlainForm) {
         }
         const std::vector<std::string> names(taxa, "Abies alba");
         const std::vector<std::string> censuses(matrix.size(), "North");
-        ASSERT_EQ(writeCensusMatrix(matrix, names, censuses),
-                  plain::writeCensusMatrix(matrix, names, censuses));
+        ASSERT_TRUE(written(matrix, names, censuses) ==
+                    plain::writeCensusMatrix(matrix, names, censuses));
     }
+}
+
+TEST(MatrixWriter, StopsWhereNoMoreIsTaken) {
+    constexpr std::size_t taxa = 200'000;
+    SparseCounts counts(taxa);
+    for (int row = 0; row < 9; ++row) counts.addRow({}, {});
+    int pieces = 0;
+    EXPECT_FALSE(writeCensusMatrix(counts, std::vector<std::string>(taxa),
+                                   std::vector<std::string>(9),
+                                   [&](std::string_view) { return ++pieces < 2; }));
+    EXPECT_EQ(pieces, 2);
 }
 
 }  // namespace
