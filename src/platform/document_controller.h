@@ -122,6 +122,7 @@ class DocumentController : public QObject {
     // Of those that are open or closing.
     [[nodiscard]] Document* documentAt(const FileIdentity& identity) const;
     // The document to show for that file, if any.
+    [[nodiscard]] static bool canReopen(const Document& closing);
     Document* reopened(const FileIdentity& identity);
 
     Document& addDocument(const QString& untitledName, const QString& untitledPath);

@@ -96,12 +96,15 @@ Document* DocumentController::documentAt(const FileIdentity& identity) const {
     return nullptr;
 }
 
+bool DocumentController::canReopen(const Document& closing) {
+    return !closing.saver_.isEnding() && closing.saver_.problem().has_value();
+}
+
 // A closed document whose changes cannot be written yet is opened again as it is.
 Document* DocumentController::reopened(const FileIdentity& identity) {
     Document* document = documentAt(identity);
     if (!document || !isClosing(*document)) return document;
-    const DocumentSaver& saver = document->saver_;
-    if (saver.isEnding() || saver.isBusy() || !saver.problem()) return nullptr;
+    if (!canReopen(*document)) return nullptr;
     documents_.push_back(taken(closing_, *document));
     return document;
 }
@@ -134,7 +137,8 @@ bool DocumentController::mustWait(const FileIdentity& identity) const {
 void DocumentController::resumeWaiting() {
     const auto stays = [this](const Request& request) {
         const Document* document = documentAt(*request.identity);
-        return mustWait(*request.identity) && (!document || isClosing(*document));
+        const bool opens = document && (!isClosing(*document) || canReopen(*document));
+        return mustWait(*request.identity) && !opens;
     };
     const auto ready = std::stable_partition(waiting_.begin(), waiting_.end(), stays);
     const std::vector<Request> located(ready, waiting_.end());

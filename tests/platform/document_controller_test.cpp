@@ -174,18 +174,31 @@ TEST_F(DocumentControllerTest, AProjectMayBeReopenedRightAfterItWasClosed) {
     EXPECT_TRUE(run->told.failed.empty());
 }
 
+// Whether it is asked for while a write still runs, or after one has failed.
 TEST_F(DocumentControllerTest, AClosedProjectThatWaitsForItsDiskComesBackAsItWas) {
-    Document& document = openNorth();
-    disk.failWrites(TestDisk::full);
-    addNamedCensus(document, "South");
-    run->controller.close(document);
-    processEventsFor(100);
-    EXPECT_EQ(run->controller.finish(milliseconds(100)).size(), 1u);
-    EXPECT_EQ(run->open(at("a.zorvel")), &document);
-    EXPECT_EQ(document.saveState(), State::failed);
-    disk.failWrites(0);
-    ASSERT_TRUE(isSavedSoon(document));
-    EXPECT_EQ(namesInFile(at("a.zorvel")), (Names{"North", "South"}));
+    for (const bool duringAWrite : {false, true}) {
+        Document& document = openNorth();
+        disk.failWrites(TestDisk::full);
+        disk.setHanging(duringAWrite);
+        addNamedCensus(document, "South");
+        run->controller.close(document);
+        processEventsFor(100);
+        EXPECT_EQ(run->controller.finish(milliseconds(100)).size(), 1u);
+        if (duringAWrite) {
+            const std::size_t opened = run->told.opened.size();
+            run->controller.open(at("a.zorvel"));
+            processEventsFor(100);
+            disk.setHanging(false);
+            ASSERT_TRUE(waitUntil([&] { return run->told.opened.size() > opened; }));
+            ASSERT_EQ(run->told.opened.back().document, &document);
+        } else {
+            ASSERT_EQ(run->open(at("a.zorvel")), &document);
+        }
+        EXPECT_EQ(document.saveState(), State::failed);
+        disk.failWrites(0);
+        ASSERT_TRUE(isSavedSoon(document));
+        EXPECT_EQ(namesInFile(at("a.zorvel")), (Names{"North", "South"}));
+    }
 }
 
 // Whether it is closed before, or the program ends with the disk of the project still full.
