@@ -1,11 +1,16 @@
+// The application: its command line, menus and their commands, and what opens outside of it.
+#include <QClipboard>
 #include <QDir>
 #include <QFileInfo>
+#include <QLineEdit>
 #include <QMenu>
 #include <QMenuBar>
 
+#include "app/command_line.h"
 #include "ui/analysis/project_wide_metrics_window_controller.h"
 #include "ui/analysis/rarefaction_view_controller.h"
 #include "ui/application_fixture.h"
+#include "ui/kit/look.h"
 
 namespace zorvel {
 namespace {
@@ -18,10 +23,165 @@ QStringList titlesOf(const QList<QAction*>& actions) {
     return titles;
 }
 
-TEST_F(ApplicationTest, MenusStandInTheOrderThatDesktopsKnow) {
-    EXPECT_EQ(
-        titlesOf(window->menuBar()->actions()),
-        (QStringList{"File", "Edit", "Census", "Species", "Analysis", "View", "Window", "Help"}));
+TEST(CommandLine, AnswersOptionsAndLeavesFiles) {
+    const struct {
+        QStringList arguments;
+        bool answered;
+        int status;
+        const char* begins;
+    } cases[] = {
+        {{}, false, 0, ""},
+        {{"counts.csv"}, false, 0, ""},
+        {{"--help"}, true, 0, "Usage: zorvel"},
+        {{"counts.csv", "--version"}, true, 0, "zorvel "},
+        {{"--frobnicate"}, true, 2, "zorvel: unknown option --frobnicate"},
+        {{"--", "--help"}, false, 0, ""},
+    };
+    for (const auto& test : cases) {
+        const auto answer = answerCommandLine(test.arguments);
+        ASSERT_EQ(answer.has_value(), test.answered) << test.arguments.join(' ').toStdString();
+        if (!answer) continue;
+        EXPECT_EQ(answer->status, test.status);
+        EXPECT_TRUE(answer->text.startsWith(test.begins)) << answer->text.toStdString();
+        EXPECT_TRUE(answer->text.endsWith('\n'));
+    }
+    EXPECT_EQ(filesOf({"--", "--help", "b.csv"}), (QStringList{"--help", "b.csv"}));
+}
+
+TEST_F(ApplicationTest, CopyTakesWhatTheFocusedPartHasSelected) {
+    openTrees();
+    const auto clipboard = [] { return QApplication::clipboard()->text().toStdString(); };
+    trigger("copy");
+    EXPECT_EQ(clipboard(), "North\t3");
+    speciesTable().setFocus();
+    trigger("copy");
+    EXPECT_EQ(clipboard(), "North\t3");  // nothing is selected there
+    trigger("selectAll");
+    trigger("copy");
+    EXPECT_EQ(clipboard(), "Abies\t3\nBetula\t14\nLarix\t2");
+    value("individuals").setFocus();
+    trigger("selectAll");
+    trigger("copy");
+    EXPECT_EQ(clipboard(), "19");
+    censusTable().setFocus();
+    QTest::keyClick(&censusTable(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(clipboard(), "North\t3");
+}
+
+TEST_F(ApplicationTest, AnExplanationCanBeCopiedWhole) {
+    open(write("trees.csv", ",Abies,Betula\nNorth,3,14\n"));
+    value("shannonH").setFocus();
+    QTest::keyClick(&value("shannonH"), Qt::Key_F1);
+    ASSERT_TRUE(waitUntil([] { return qobject_cast<QLabel*>(QApplication::focusWidget()); }));
+    trigger("selectAll");
+    trigger("copy");
+    const QString copied = QApplication::clipboard()->text();
+    EXPECT_TRUE(copied.startsWith("Shannon's H")) << copied.toStdString();
+    EXPECT_TRUE(copied.endsWith("623-656.")) << copied.toStdString();  // of the source
+    EXPECT_TRUE(copied.contains("\nInputs\nN = 17, S = 2\n")) << copied.toStdString();
+}
+
+TEST_F(ApplicationTest, TheLookIsAppliedAndKept) {
+    trigger("darkLook");
+    EXPECT_EQ(schemeOf(QApplication::palette()), ColorScheme::dark);
+    QCoreApplication::processEvents();
+    const QLabel& secondary = child<QLabel>("censusCountLabel");
+    EXPECT_EQ(secondary.palette().color(secondary.foregroundRole()),
+              lookColors(ColorScheme::dark).secondary);
+    EXPECT_EQ(LookChoice(*qApp).choice(), LookChoice::dark);
+    MainWindowController& other = windows->openUntitled();
+    EXPECT_TRUE(other.findChild<QAction*>("darkLook")->isChecked());
+    other.findChild<QAction*>("lightLook")->trigger();
+    EXPECT_TRUE(child<QAction>("lightLook").isChecked());
+    EXPECT_EQ(schemeOf(QApplication::palette()), ColorScheme::light);
+}
+
+TEST_F(ApplicationTest, PullDownCommandsActOnTheRecords) {
+    trigger("addCensus");
+    EXPECT_NE(censusTable().openEditor(), nullptr);
+    trigger("addSpecies");
+    EXPECT_NE(speciesTable().openEditor(), nullptr);
+    EXPECT_EQ(records(), (std::vector<std::string>{"-", "-,0"}));
+    trigger("deleteSpecies");
+    EXPECT_EQ(records(), std::vector<std::string>{"-"});
+    trigger("deleteCensus");
+    EXPECT_TRUE(records().empty());
+}
+
+TEST_F(ApplicationTest, AnalysesAreRefusedWithTooFewCensuses) {
+    struct Command {
+        std::size_t fewest;
+        const char* pullDown;
+        const char* menu;
+        const char* refusal;
+    };
+    const Command commands[] = {
+        {3, "calculateProjectWideMetrics", "projectwideMetricsMenuItemTapped",
+         "Must have at least three censuses to calculate project-wide metrics"},
+        {1, "individualBasedRarefaction", "individualBasedRarefactionMenuItemTapped",
+         "Must have at least one census to calculate individual-based rarefaction"},
+        {5, "sampleBasedRarefaction", "sampleBasedRarefactionMenuItemTapped",
+         "Must have at least five censuses to calculate sample-based rarefaction"},
+    };
+    for (std::size_t censuses = 0; censuses <= 5; ++censuses) {
+        for (const Command& command : commands) {
+            for (const char* name : {command.pullDown, command.menu}) {
+                alerts.warnings.clear();
+                trigger(name);
+                const bool refused = censuses < command.fewest;
+                QStringList expected;
+                if (refused) expected.append(QString("Too few censuses: ") + command.refusal);
+                EXPECT_EQ(alerts.warnings, expected) << name << ' ' << censuses;
+                EXPECT_EQ(window->mainView().isInProgress(), !refused) << name << ' ' << censuses;
+                drainJobs();
+            }
+        }
+        trigger("addCensus");
+    }
+}
+
+TEST_F(ApplicationTest, OpenAndCloseFromTheMenu) {
+    panel.answer = {write("trees.csv", ",Abies\nNorth,3\n")};
+    trigger("openDocument");
+    ASSERT_TRUE(waitUntil([this] { return censusTable().model()->rowCount() == 1; }));
+    trigger("openDocument");  // the window is taken: the file gets another
+    ASSERT_TRUE(waitUntil([this] { return windows->windows().size() == 2; }));
+    trigger("performClose");
+    EXPECT_EQ(windows->windows().size(), 1u);
+}
+
+TEST_F(ApplicationTest, TablesAreSortedFromTheMenuAsByTheirHeaders) {
+    open(write("three.csv", ",Picea,Abies,Larix\nB,3,20,100\nA,1,0,0\n"));
+    const auto choose = [this](const char* menu, const QString& title) {
+        emit child<QMenu>(menu).aboutToShow();
+        for (QAction* action : child<QMenu>(menu).actions()) {
+            if (action->text().startsWith(title)) return action->trigger();
+        }
+    };
+    const auto marked = [this](const char* menu) {
+        emit child<QMenu>(menu).aboutToShow();
+        QStringList titles;
+        for (const QAction* action : child<QMenu>(menu).actions()) {
+            if (action->isChecked()) titles.append(action->text());
+        }
+        return titles.join('|').toStdString();
+    };
+    EXPECT_EQ(marked("speciesTableSortMenu"), "As Entered");
+    using Cells = std::vector<std::string>;
+    choose("speciesTableSortMenu", "Abundance");
+    EXPECT_EQ(column(speciesTable(), 2), (Cells{"3", "20", "100"}));
+    choose("speciesTableSortMenu", "Name");
+    EXPECT_EQ(column(speciesTable(), 1), (Cells{"Abies", "Larix", "Picea"}));
+    choose("speciesTableSortMenu", "Name");
+    EXPECT_EQ(column(speciesTable(), 1), (Cells{"Picea", "Larix", "Abies"}));
+    EXPECT_EQ(marked("speciesTableSortMenu"), "Name (descending)");
+    EXPECT_EQ(marked("censusTableSortMenu"), "As Entered");
+    choose("speciesTableSortMenu", "As Entered");
+    EXPECT_EQ(column(speciesTable(), 1), (Cells{"Picea", "Abies", "Larix"}));
+    speciesTable().sortByColumn(2, Qt::AscendingOrder);  // as a click on the header does
+    EXPECT_EQ(marked("speciesTableSortMenu"), "Abundance");
+    choose("censusTableSortMenu", "Census");
+    EXPECT_EQ(column(censusTable(), 0), (Cells{"A", "B"}));
 }
 
 // No two commands share a key, and no two titles of a menu a letter.
@@ -58,13 +218,10 @@ TEST_F(ApplicationTest, HelpWebSiteAndSupportOpenOutside) {
     EXPECT_TRUE(help.isLocalFile());
     EXPECT_TRUE(QDir::isAbsolutePath(help.toLocalFile()));
     EXPECT_EQ(QFileInfo(help.toLocalFile()).fileName(), "index.html");
-}
-
-TEST_F(ApplicationTest, OnlyWholeURLsAreOpened) {
+    links.opened.clear();
     for (const char* text : {"", "zorvel.example", "/usr/share/doc", "http://a b/", "http://[/"}) {
         openURLString(links, text);
         EXPECT_TRUE(links.opened.isEmpty()) << text;
-        links.opened.clear();
     }
 }
 
@@ -145,16 +302,29 @@ TEST_F(ApplicationTest, ComingToTheFrontWithoutAProjectOpensAnEmptyOne) {
     EXPECT_EQ(windows->windows().size(), 1u);
 }
 
-// Their titles are alike.
-TEST_F(ApplicationTest, TheWindowMenuNamesTheCensusOfAPlot) {
-    open(exampleFile);
-    window->mainView().individualBasedRarefaction();
-    ASSERT_TRUE(waitUntil([this] { return window->mainView().rarefactionWindowController(); }));
-    auto& menu = child<QMenu>("windowMenu");
-    emit menu.aboutToShow();
-    EXPECT_TRUE(titlesOf(menu.actions()).contains("Individual-based Rarefaction \u2014 Core 1"));
+TEST_F(ApplicationTest, TheWindowMenuTellsWindowsOfOneTitleApart) {
+    ASSERT_TRUE(QDir(folder.path()).mkpath("a") && QDir(folder.path()).mkpath("b"));
+    openTrees();
+    saveAs(folder.filePath("a/moss.zorvel"));
+    for (int i = 0; i < 2; ++i) {
+        const auto* before = window->mainView().rarefactionWindowController();
+        window->mainView().individualBasedRarefaction();
+        ASSERT_TRUE(
+            waitUntil([&] { return window->mainView().rarefactionWindowController() != before; }));
+    }
     EXPECT_EQ(window->mainView().rarefactionWindowController()->windowTitle(),
               "Individual-based Rarefaction");
+    MainWindowController* first = window;
+    window = &windows->openUntitled();
+    saveAs(folder.filePath("b/moss.zorvel"));
+    window = first;
+    auto& menu = child<QMenu>("windowMenu");
+    emit menu.aboutToShow();
+    const QString a = folder.filePath("a");
+    const QString plot = "Individual-based Rarefaction — North – " + a;
+    EXPECT_EQ(titlesOf(menu.actions()).mid(3),
+              (QStringList{plot + " (1)", plot + " (2)", "moss – " + a,
+                           "moss – " + folder.filePath("b")}));
 }
 
 TEST_F(ApplicationTest, TheWindowMenuListsEveryWindowAndGoesToIt) {

@@ -4,11 +4,9 @@
 #include <QFileDialog>
 #include <QPushButton>
 #include <QTimer>
-#include <future>
 
 #include "app/file_kinds.h"
 #include "app/imports.h"
-#include "ui/kit/message_strip.h"
 #include "ui/kit/panels.h"
 #include "ui/window_fixture.h"
 
@@ -22,46 +20,16 @@ const char matrix[] = ",Abies,Larix\nNorth,3,0\nSouth,1,2\n";
 
 class ImportTest : public WindowTest {
   protected:
-    void TearDown() override {
-        releaseJobs();
-        WindowTest::TearDown();
-    }
-
-    QStringList messages() { return window->mainView().messageStrip().messages(); }
-    bool idle() { return !window->mainView().isInProgress(); }
     int rows() { return censusTable().model()->rowCount(); }
     std::string name(int row) { return cell(censusTable(), row, 0); }
 
     void import(const char* action, const QString& path) {
         panel.answer = path.isEmpty() ? QStringList() : QStringList{path};
         trigger(action);
-        ASSERT_TRUE(waitUntil([this] { return idle(); }));
+        ASSERT_TRUE(waitUntil([this] { return isIdle(); }));
         QCoreApplication::processEvents();  // the turn in which the table hears of it
     }
     void drop(const QStringList& paths) { emit window->filesDropped(paths); }
-
-    // No worker takes anything up until it is released.
-    void holdJobs() {
-        release_ = std::promise<void>();
-        const std::shared_future<void> released = release_->get_future().share();
-        for (int i = 0; i < workers; ++i) {
-            jobs->start(
-                &holder_,
-                [released] {
-                    released.wait();
-                    return 0;
-                },
-                [](int) {});
-        }
-    }
-    void releaseJobs() {
-        if (release_) release_->set_value();
-        release_.reset();
-    }
-
-  private:
-    QObject holder_;
-    std::optional<std::promise<void>> release_;
 };
 
 TEST_F(ImportTest, ClosingAndQuittingAskBeforeAnImportIsLost) {
@@ -76,7 +44,7 @@ TEST_F(ImportTest, ClosingAndQuittingAskBeforeAnImportIsLost) {
         EXPECT_FALSE(byClosing ? window->close() : windows->quit());
         EXPECT_EQ(alerts.asked, QStringList{"An import is still running"});
         releaseJobs();
-        ASSERT_TRUE(waitUntil([this] { return idle(); }));
+        ASSERT_TRUE(waitUntil([this] { return isIdle(); }));
         EXPECT_EQ(context().censusCount(), byClosing ? 1u : 2u);
     }
     holdJobs();
@@ -84,7 +52,7 @@ TEST_F(ImportTest, ClosingAndQuittingAskBeforeAnImportIsLost) {
     alerts.answers = {"Close Anyway", "Cancel"};
     EXPECT_FALSE(window->close());  // the untitled project is asked about next
     releaseJobs();
-    ASSERT_TRUE(waitUntil([this] { return idle(); }));
+    ASSERT_TRUE(waitUntil([this] { return isIdle(); }));
     EXPECT_EQ(context().censusCount(), 3u) << "the window stays, and so does the import";
 }
 
@@ -123,9 +91,8 @@ TEST_F(ImportTest, EveryKindOfFileThroughTheMenu) {
         import(test.action, write("file.txt", test.text));
         EXPECT_EQ(rows(), before + test.censuses) << test.message;
         EXPECT_EQ(messages().last(), test.message);
-        MessageStrip& strip = window->mainView().messageStrip();
-        EXPECT_EQ(strip.tone() == MessageStrip::Tone::problem, test.warned) << test.message;
-        strip.dismiss();
+        EXPECT_EQ(strip().tone() == MessageStrip::Tone::problem, test.warned) << test.message;
+        strip().dismiss();
         EXPECT_TRUE(window->mainView().selectedCensuses().empty());
         before = rows();
     }
@@ -174,9 +141,7 @@ TEST_F(ImportTest, ThePanelNamesItsPurposeAndBeginsWhereFilesWere) {
     EXPECT_EQ(title, "Import Census Matrix");
     EXPECT_EQ(filters, (QStringList{"Text files (*.txt *.csv)", "All files (*)"}));
     EXPECT_EQ(askedIn(window, {}), folder.filePath("used"));
-    savePanel.answer = project;
-    trigger("saveDocumentAs");
-    ASSERT_TRUE(waitUntil([this] { return !window->document().isUntitled(); }));
+    saveAs(project);
     EXPECT_EQ(askedIn(window, {}), folder.filePath("kept"));
 }
 
@@ -242,14 +207,14 @@ TEST_F(ImportTest, CancelAndEscapeGiveUpWhatIsNamed) {
     QCoreApplication::processEvents();
     EXPECT_EQ(cancel.width(), cancel.sizeHint().width());
     cancel.click();
-    EXPECT_TRUE(idle());
+    EXPECT_TRUE(isIdle());
     importInto(window->document(), *windows, FileKind::matrix, {"plots.csv", matrix});
     importInto(window->document(), *windows, FileKind::list, {"two.txt", "4 5"});
     EXPECT_EQ(label("progressLabel"), "importing abundance list...");
     EXPECT_FALSE(windows->isFree(*window));
     QTest::keyClick(&censusTable(), Qt::Key_Escape);
     releaseJobs();
-    ASSERT_TRUE(waitUntil([this] { return idle(); }));
+    ASSERT_TRUE(waitUntil([this] { return isIdle(); }));
     drainJobs();
     EXPECT_EQ(rows(), 2) << "the other import goes on";
     EXPECT_TRUE(messages().contains("The import of two.txt was cancelled. Nothing was stored."));
@@ -264,26 +229,23 @@ TEST_F(ImportTest, OfSeveralFilesCancellingOneKeepsTheOthersOut) {
                 {lookAt(write("one.txt", "3")), lookAt(write("two.txt", "4"))});
     EXPECT_EQ(label("progressLabel"), "reading one.txt...");
     child<QPushButton>("cancelProgressButton").click();
-    EXPECT_TRUE(idle());
+    EXPECT_TRUE(isIdle());
     releaseJobs();
     drainJobs();
     drainJobs();
     EXPECT_EQ(rows(), 0);
-    EXPECT_TRUE(idle());
+    EXPECT_TRUE(isIdle());
 }
 
 TEST_F(ImportTest, DroppedTextsAreImportedInOrderAndAskedAboutOnce) {
     const QString project = folder.filePath("kept.zorvel");
     open(write("kept.csv", ",a,b\nEast,1,2\n"));
-    savePanel.answer = project;
-    trigger("saveDocumentAs");
-    ASSERT_TRUE(
-        waitUntil([&] { return QFile::exists(project) && !window->document().isUntitled(); }));
+    saveAs(project);
     MainWindowController& other = windows->openUntitled();
     window = &other;
     drop({write("b.txt", "Abies,3\n"), write("plots.csv", matrix), project,
           write("a.txt", "Picea,4\nLarix,1\n"), write("list.txt", "7\n8\n9\n")});
-    ASSERT_TRUE(waitUntil([this] { return rows() == 5 && idle(); }));
+    ASSERT_TRUE(waitUntil([this] { return rows() == 5 && isIdle(); }));
     ASSERT_EQ(alerts.choices.size(), 1);
     const Choice& choice = alerts.choices.front();
     EXPECT_EQ(choice.options[choice.preselected].section('\t', 0, 0), "&Single census");
@@ -354,7 +316,7 @@ TEST_F(ImportTest, FilesAreOpenedOnce) {
         const KnownFile known = lookAt(path);
         ASSERT_TRUE(QFile::remove(path));
         importFiles(*windows, CommandWindow(window), {known});
-        ASSERT_TRUE(waitUntil([this] { return !messages().isEmpty() && idle(); }));
+        ASSERT_TRUE(waitUntil([this] { return !messages().isEmpty() && isIdle(); }));
         EXPECT_TRUE(messages().last().startsWith("Imported 3 censuses")) << extra;
     }
 }

@@ -1,107 +1,220 @@
-#include <QAccessible>
+// What a project's window shows: how files come into it, the selected census, its metrics.
+#include <QClipboard>
 #include <QHeaderView>
-#include <QItemSelectionModel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QPushButton>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QSplitter>
-#include <QTest>
 #include <QToolButton>
-#include <functional>
 #include <future>
+#include <limits>
+#include <set>
 
-#include "metrics/census_metrics.h"
-#include "metrics/metric_table.h"
-#include "metrics/rarefaction.h"
-#include "metrics/sqs.h"
-#include "ui/kit/message_strip.h"
 #include "ui/window_fixture.h"
 
 namespace zorvel {
 namespace {
 
-using MainWindowTest = WindowTest;
-
-// The panel's texts, top to bottom, as the engine gives them.
-std::vector<std::string> panelOf(const CountsVector& counts, std::int64_t size, double quota,
-                                 std::uint64_t seed) {
-    SeededRandom random(seed);
-    const SqsResult sqs = shareholderQuorum(counts, 100, quota, random);
-    const Rarefaction point = RarefactionCalculator().individualBasedPoint(counts, size);
-    return {std::to_string(individuals(counts)),
-            std::to_string(richness(counts)),
-            formatMetric(point.estimate, 1),
-            formatMetric(chaoOne(counts), 1),
-            sqs.estimate ? formatMetric(*sqs.estimate, 1) : "absent",
-            formatMetric(shannonH(counts), 3),
-            formatMetric(fisherAlpha(counts), 3),
-            formatMetric(pielouJ(counts), 3),
-            formatMetric(simpsonD(counts), 3),
-            formatMetric(buzasE(counts), 3)};
-}
-
-TEST_F(MainWindowTest, TroubleWithTheSettingsStandsInEveryWindowUntilItIsOver) {
-    const QString path = write("zorvel.ini.d", {}) + "/zorvel.ini";  // below a file
-    SettingsFile file(path);
-    windows->follow(file);
-    const auto messages = [this] {
-        QStringList told;
-        for (MainWindowController* each : windows->windows()) {
-            told += each->mainView().messageStrip().messages();
-        }
-        return told;
-    };
-    windows->openUntitled();
-    EXPECT_EQ(messages(), (QStringList{file.problem(), file.problem()}));
-    EXPECT_TRUE(file.problem().contains(path));
-    ASSERT_TRUE(QFile::remove(folder.filePath("zorvel.ini.d")));
-    storeSetting("size", 20);
-    EXPECT_TRUE(waitUntil([&] { return messages().isEmpty(); }));
-    endProgram();
-}
+class MainWindowTest : public WindowTest {
+  protected:
+    std::string copiedMetrics() {
+        EXPECT_TRUE(waitForJobs());
+        trigger("copyAllMetrics");
+        return QApplication::clipboard()->text().toStdString();
+    }
+    void addToSelection(int row) {
+        censusTable().selectionModel()->select(
+            censusTable().model()->index(row, 0),
+            QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    }
+    bool isEmptyPageShown() { return child<QPushButton>("openButton").isVisible(); }
+};
 
 TEST_F(MainWindowTest, ShowsEachCensusReachedByKeyboard) {
     open(exampleFile);
     EXPECT_EQ(window->windowTitle(), "oribatid-mites (untitled)[*]");
     ASSERT_EQ(censusTable().model()->rowCount(), 70);
     ASSERT_TRUE(censusTable().hasFocus());
-    const std::vector<Census> censuses = context().censuses();
-    for (int row = 0; row < 6; ++row) {
-        if (row > 0) QTest::keyClick(&censusTable(), Qt::Key_Down);
-        ASSERT_TRUE(waitForJobs());
-        const Census& census = censuses[static_cast<std::size_t>(row)];
-        const CountsVector counts = includedCountsVector(census);
-        std::vector<std::string> shown;
-        for (const ShownMetric& metric : metricsOf(MetricGroup::census))
-            shown.push_back(text(metricKey(metric)));
-        EXPECT_EQ(shown, panelOf(counts, 50, 0.8, seed)) << row;
-        EXPECT_EQ(label("metricsHeading"), census.name()->str());
-        EXPECT_EQ(label("speciesHeading"), "Species of " + census.name()->str());
-        EXPECT_EQ(speciesTable().model()->rowCount(), static_cast<int>(census.taxonCount()));
+    const struct {
+        const char* name;
+        int species;
+        const char* metrics;
+    } censuses[] = {
+        {"Core 1", 20,
+         "Core 1\nIndividuals\t140\nRichness\t20\nRarefied richness (50)\t14.3\nChao1\t22.5\nAlroy "
+         "SQS (quota: 0.80)\t10.1\nShannon's H\t2.286\nFisher's alpha\t6.385\nPielou's "
+         "J\t0.763\nSimpson's D\t0.835\nBuzas-Gibson's E\t0.492"},
+        {"Core 2", 23,
+         "Core 2\nIndividuals\t268\nRichness\t23\nRarefied richness (50)\t12.2\nChao1\t25.5\nAlroy "
+         "SQS (quota: 0.80)\t8.2\nShannon's H\t1.930\nFisher's alpha\t6.025\nPielou's "
+         "J\t0.616\nSimpson's D\t0.712\nBuzas-Gibson's E\t0.300"}};
+    for (const auto& census : censuses) {
+        EXPECT_EQ(copiedMetrics(), census.metrics);
+        EXPECT_EQ(label("metricsHeading"), census.name);
+        EXPECT_EQ(label("speciesHeading"), std::string("Species of ") + census.name);
+        EXPECT_EQ(speciesTable().model()->rowCount(), census.species);
+        press(Qt::Key_Down);
     }
 }
 
-TEST_F(MainWindowTest, CaptionsAreTheAccessibleNamesOfTheirValues) {
+// Each value has its own caption nearest to it.
+TEST_F(MainWindowTest, CaptionsStandBesideTheirValues) {
     open(exampleFile);
     ASSERT_TRUE(waitForJobs());
-    for (const ShownMetric& shown : metricsOf(MetricGroup::census)) {
-        const std::string key = metricKey(shown);
-        const std::string caption = label((key + "LabelTextField").c_str());
-        EXPECT_EQ(caption, metricCaption(shown, {50, 0.8}));
-        QAccessibleInterface* interface = QAccessible::queryAccessibleInterface(&value(key));
-        EXPECT_EQ(interface->text(QAccessible::Name).toStdString(), caption);
-        EXPECT_EQ(interface->text(QAccessible::Value).toStdString(), text(key));
-        EXPECT_FALSE(interface->text(QAccessible::Description).isEmpty()) << key;
+    const std::pair<const char*, const char*> captions[] = {
+        {"individuals", "Individuals"},
+        {"richness", "Richness"},
+        {"rarefiedRichness", "Rarefied richness (50)"},
+        {"chaoOne", "Chao1"},
+        {"alroySQS", "Alroy SQS (quota: 0.80)"},
+        {"shannonH", "Shannon's H"},
+        {"fisherAlpha", "Fisher's alpha"},
+        {"pielouJ", "Pielou's J"},
+        {"simpsonD", "Simpson's D"},
+        {"buzasE", "Buzas-Gibson's E"}};
+    for (const auto& [key, caption] : captions) {
+        const QPoint place = value(key).mapToGlobal(value(key).rect().center());
+        std::string nearest;
+        int least = std::numeric_limits<int>::max();
+        for (const QLabel* each : child<QWidget>("metricsPanel").findChildren<QLabel*>()) {
+            if (!each->isVisible() || !each->objectName().endsWith("LabelTextField")) continue;
+            const QRect area(each->mapToGlobal(QPoint()), each->size());
+            const QPoint away = place - area.center();
+            // A value stands right of its caption, or below it in a card of its own.
+            const int distance = 4 * std::abs(away.y()) + std::abs(away.x());
+            if (distance < least) nearest = each->text().toStdString();
+            least = std::min(least, distance);
+        }
+        EXPECT_EQ(nearest, caption) << key;
     }
+}
+
+TEST_F(MainWindowTest, ReadsThePreferencesAtEachRefresh) {
+    open(exampleFile);
+    ASSERT_TRUE(waitForJobs());
+    Preferences().setRarefactionSize(20);
+    Preferences().setSqsQuota(0.5);
+    window->mainView().updateMetrics();
+    ASSERT_TRUE(waitForJobs());
+    EXPECT_EQ(label("rarefiedRichnessLabelTextField"), "Rarefied richness (20)");
+    EXPECT_EQ(label("alroySQSLabelTextField"), "Alroy SQS (quota: 0.50)");
+    EXPECT_EQ(text("rarefiedRichness"), "9.1");
+    EXPECT_EQ(text("alroySQS"), "3.7");
+}
+
+// Holds its first number back until the gate opens.
+class GatedRandom final : public RandomSource {
+  public:
+    GatedRandom(std::shared_future<void> gate, std::uint64_t seed)
+        : gate_(std::move(gate)), numbers_(seed) {}
+
+  protected:
+    void fill(Buffer& buffer) override {
+        gate_.wait();
+        for (std::uint32_t& bits : buffer) bits = numbers_.bits32();
+    }
+
+  private:
+    std::shared_future<void> gate_;
+    SeededRandom numbers_;
+};
+
+TEST_F(MainWindowTest, AnEarlierValueIsMarkedAndALateOneIsDropped) {
+    std::promise<void> gate;
+    makeRandom = [opened = gate.get_future().share(), made = 0]() mutable {
+        return made++ == 1 ? std::unique_ptr<RandomSource>(new GatedRandom(opened, seed))
+                           : std::make_unique<SeededRandom>(seed);
+    };
+    open(write("two.csv", ",a,b,c\nNorth,30,20,9\nSouth,40,1,0\n"));
+    ASSERT_TRUE(waitForJobs());
+    const std::string ofNorth = text("alroySQS");
+    press(Qt::Key_Down);  // its job waits
+    EXPECT_EQ(label("metricsHeading"), "South");
+    EXPECT_EQ(text("alroySQS"), ofNorth);
+    EXPECT_TRUE(value("alroySQS").isStale());
+    EXPECT_TRUE(value("alroySQS").toolTip().contains("North"));
+    press(Qt::Key_Up);
+    ASSERT_TRUE(waitForJobs());
+    gate.set_value();
+    drainJobs();
+    EXPECT_EQ(text("alroySQS"), ofNorth);
+    EXPECT_FALSE(value("alroySQS").isStale());
+    press(Qt::Key_Down);
+    ASSERT_TRUE(waitForJobs());
+    EXPECT_NE(text("alroySQS"), ofNorth);
+}
+
+TEST_F(MainWindowTest, AnAbsentEstimateKeepsTheTextAndSaysWhy) {
+    const struct {
+        const char* row;
+        const char* reason;
+        const char* console;
+    } cases[] = {
+        {"4,3,3", "it needs at least 11 specimens", ""},
+        {"1,1,1,1,1,1,1,1,1,1,1", "every specimen belongs to a species of its own",
+         "WARNING: Good's U is 0: everything but the dominant is a singleton, and it may be too"},
+    };
+    for (const auto& test : cases) {
+        QByteArray second = QByteArray("South,") + test.row;
+        while (second.count(',') < 11) second += ",0";
+        open(write("absent.csv", ",a,b,c,d,e,f,g,h,i,j,k\n" + second + "\nNorth,30,20,9" +
+                                     QByteArray(",0").repeated(8) + '\n'));
+        ASSERT_TRUE(waitUntil([this] { return !label("metricsNote").empty(); }));
+        EXPECT_EQ(text("alroySQS"), "");
+        EXPECT_EQ(label("metricsNote"), std::string("SQS has no estimate: ") + test.reason + ".");
+        press(Qt::Key_Down);
+        ASSERT_TRUE(waitForJobs());
+        EXPECT_EQ(label("metricsNote"), "");
+        const std::string ofNorth = text("alroySQS");
+        console.clear();
+        press(Qt::Key_Up);
+        ASSERT_TRUE(waitUntil([this] { return !label("metricsNote").empty(); }));
+        EXPECT_EQ(text("alroySQS"), ofNorth);
+        EXPECT_TRUE(value("alroySQS").isStale());
+        EXPECT_EQ(label("metricsNote"), std::string("SQS has no estimate: ") + test.reason +
+                                            ". The grey value is that of North.");
+        EXPECT_EQ(console.empty() ? "" : console.front(), test.console);
+        window->close();
+        window = &windows->openUntitled();
+    }
+}
+
+TEST_F(MainWindowTest, ACensusWithoutIncludedSpecimens) {
+    context().insertCensus({"Bog", 46.0123, 0, "wet", std::nullopt}, {{"Sphagnum", 9, false}});
+    context().announceChanges();
+    censusTable().selectRow(0);
+    for (const auto& [key, shown] :
+         {std::pair("richness", "0"), {"individuals", "0"}, {"shannonH", "0.0"}, {"buzasE", "-"}}) {
+        EXPECT_EQ(text(key), shown) << key;
+    }
+    EXPECT_EQ(child<QLineEdit>("latitudeTextField").text(), "46.0123");
+    EXPECT_EQ(child<QPlainTextEdit>("notesTextView").toPlainText(), "wet");
+    EXPECT_EQ(speciesTable().model()->rowCount(), 1);
+}
+
+TEST_F(MainWindowTest, TheTopmostOfTheSelectedCensusesIsShown) {
+    open(exampleFile);
+    censusTable().selectRow(4);
+    addToSelection(7);
+    EXPECT_EQ(label("metricsHeading"), "Core 5");
+    addToSelection(2);
+    EXPECT_EQ(label("metricsHeading"), "Core 3");
+    censusTable().sortByColumn(0, Qt::DescendingOrder);
+    EXPECT_TRUE(waitUntil([this] { return label("metricsHeading") == "Core 8"; }));
+    // Without a selected census the panel stays.
+    censusTable().clearSelection();
+    EXPECT_EQ(label("metricsHeading"), "Core 8");
+    EXPECT_EQ(speciesTable().model()->rowCount(), 0);
+    EXPECT_EQ(label("speciesHeading"), "Species");
 }
 
 // However the splitters are dragged.
 TEST_F(MainWindowTest, ASmallWindowKeepsItsToolsAndGivesNamesTheMostRoom) {
-    const QByteArray name(200, 'N');
     QByteArray text = "," + QByteArray(200, 'T');
     for (int i = 0; i < 40; ++i) text += ",t" + QByteArray::number(i);
-    open(write("long.csv", text + '\n' + name + QByteArray(",7").repeated(41) + '\n'));
-    auto& splitter = child<QSplitter>("splitter");
+    open(write("long.csv", text + '\n' + QByteArray(200, 'N') + QByteArray(",7").repeated(41)));
     auto& search = child<QLineEdit>("searchBar");
     search.setText("t");
     EXPECT_LE(window->minimumSizeHint().width(), window->minimumWidth());
@@ -109,7 +222,7 @@ TEST_F(MainWindowTest, ASmallWindowKeepsItsToolsAndGivesNamesTheMostRoom) {
         window->resize(size);
         for (const QList<int>& sizes :
              {QList{250, 470, 304}, {2000, 1, 1}, {1, 2000, 1}, {1, 1, 2000}}) {
-            splitter.setSizes(sizes);
+            child<QSplitter>("splitter").setSizes(sizes);
             QCoreApplication::processEvents();
             for (const char* pane : {"censusTitle", "speciesTitle"}) {
                 auto& title = child<QWidget>(pane);
@@ -138,202 +251,145 @@ TEST_F(MainWindowTest, ASmallWindowKeepsItsToolsAndGivesNamesTheMostRoom) {
     }
 }
 
-TEST_F(MainWindowTest, EveryControlHasAnAccessibleName) {
+TEST_F(MainWindowTest, TheLayoutIsKeptForTheNextWindow) {
     open(exampleFile);
-    for (QWidget* widget : window->findChildren<QWidget*>()) {
-        if (!widget->isVisible() || (widget->focusPolicy() & Qt::TabFocus) == 0) continue;
-        QAccessibleInterface* interface = QAccessible::queryAccessibleInterface(widget);
-        EXPECT_FALSE(interface->text(QAccessible::Name).isEmpty())
-            << widget->metaObject()->className() << ' ' << widget->objectName().toStdString();
-    }
-}
-
-TEST_F(MainWindowTest, ReadsThePreferencesAtEachRefresh) {
+    window->resize(1300, 800);  // room for names, which would take what wide columns have
+    QHeaderView* header = speciesTable().horizontalHeader();
+    header->resizeSection(2, 140);
+    EXPECT_EQ(header->length(), speciesTable().viewport()->width());
+    header->resizeSection(1, header->sectionSize(1) + 20);
+    EXPECT_EQ(header->sectionSize(2), 120);
+    child<QSplitter>("censusSplitter").setSizes({300, 400});
+    child<QSplitter>("splitter").setSizes({300, 600, 400});
+    const QList<int> heights = child<QSplitter>("censusSplitter").sizes();
+    const QList<int> panes = child<QSplitter>("splitter").sizes();
+    const QByteArray layout = window->mainView().saveLayout();
+    window->close();
+    window = &windows->openUntitled();
     open(exampleFile);
-    ASSERT_TRUE(waitForJobs());
-    Preferences().setRarefactionSize(20);
-    Preferences().setSqsQuota(0.5);
-    window->mainView().updateMetrics();
-    ASSERT_TRUE(waitForJobs());
-    EXPECT_EQ(label("rarefiedRichnessLabelTextField"), "Rarefied richness (20)");
-    EXPECT_EQ(label("alroySQSLabelTextField"), "Alroy SQS (quota: 0.50)");
-    const Census first = context().censuses().front();
-    const auto expected = panelOf(includedCountsVector(first), 20, 0.5, seed);
-    EXPECT_EQ(text("rarefiedRichness"), expected[2]);
-    EXPECT_EQ(text("alroySQS"), expected[4]);
+    EXPECT_EQ(window->size(), QSize(1300, 800));
+    EXPECT_EQ(child<QSplitter>("censusSplitter").sizes(), heights);
+    EXPECT_EQ(child<QSplitter>("splitter").sizes(), panes);
+    header = speciesTable().horizontalHeader();
+    EXPECT_EQ(header->sectionSize(2), 120);
+    EXPECT_EQ(header->length(), speciesTable().viewport()->width());
+    window->mainView().restoreLayout(layout.left(layout.size() / 2));  // damaged
+    EXPECT_EQ(header->sectionSize(2), 120);
 }
 
-// Holds the first number back until it is opened, and tells when it was asked for.
-class Gate {
-  public:
-    void open() { opened_.set_value(); }
-    void waitUntilReached() { reached_.get_future().wait(); }
-    void pass() {
-        reached_.set_value();
-        opened_.get_future().wait();
-    }
+TEST_F(MainWindowTest, AnEmptyWindowSaysWhatToDoFirst) {
+    EXPECT_TRUE(isEmptyPageShown());
+    QTest::mouseClick(&child<QPushButton>("openButton"), Qt::LeftButton);  // cancelled
+    EXPECT_TRUE(isIdle() && windows->isFree(*window));
+    panel.answer = {write("one.csv", ",a,b\nNorth,3,4\n")};
+    QTest::mouseClick(&child<QPushButton>("openButton"), Qt::LeftButton);
+    ASSERT_TRUE(waitUntil([this] { return censusTable().model()->rowCount() == 1; }));
+    EXPECT_FALSE(isEmptyPageShown());
+    EXPECT_EQ(windows->windows().size(), 1u);
+}
 
-  private:
-    std::promise<void> opened_;
-    std::promise<void> reached_;
-};
+// Its layout is that of the window before it, whose table needed a scroll bar.
+TEST_F(MainWindowTest, ATableOfASecondWindowIsAsWideAsItsRoom) {
+    open(exampleFile);
+    windows->openFile(write("one.csv", ",a,b\nNorth,3,4\n"), window);
+    ASSERT_TRUE(waitUntil([this] { return windows->windows().size() == 2; }));
+    window = windows->windows().back();
+    ASSERT_TRUE(waitUntil([this] { return censusTable().model()->rowCount() == 1; }));
+    EXPECT_TRUE(waitUntil([this] { return !censusTable().verticalScrollBar()->isVisible(); }));
+    EXPECT_EQ(censusTable().horizontalHeader()->length(), censusTable().width());
+}
 
-class GatedRandom final : public RandomSource {
-  public:
-    GatedRandom(Gate& gate, std::uint64_t seed) : gate_(gate), numbers_(seed) {}
-
-  protected:
-    void fill(Buffer& buffer) override {
-        if (!passed_) gate_.pass();
-        passed_ = true;
-        for (std::uint32_t& bits : buffer) bits = numbers_.bits32();
-    }
-
-  private:
-    Gate& gate_;
-    bool passed_ = false;
-    SeededRandom numbers_;
-};
-
-// The n-th SQS job (from 0) stops at the gate.
-std::function<std::unique_ptr<RandomSource>()> gated(Gate& gate, int n, std::uint64_t seed) {
-    return [&gate, n, seed, made = 0]() mutable -> std::unique_ptr<RandomSource> {
-        if (made++ == n) return std::make_unique<GatedRandom>(gate, seed);
-        return std::make_unique<SeededRandom>(seed);
+TEST_F(MainWindowTest, AFileThatCannotBeReadIsReportedWhereItWasAskedFor) {
+    const std::pair<QString, const char*> cases[] = {
+        {write("cell.csv", ",a,b\nNorth,3,4\nSouth,x,1\n"),
+         "cell.csv could not be read (line 3, cell 2): "},
+        {folder.path(), " cannot be read: Is a directory"},
     };
-}
-
-const char twoCensuses[] = ",a,b,c\nNorth,30,20,9\nSouth,40,1,0\n";
-
-TEST_F(MainWindowTest, ALateResultNeverReplacesANewerOne) {
-    Gate gate;
-    makeRandom = gated(gate, 0, seed);
-    open(write("two.csv", twoCensuses));
-    gate.waitUntilReached();
-    QTest::keyClick(&censusTable(), Qt::Key_Down);
-    ASSERT_TRUE(waitForJobs());
-    const std::string ofSouth = panelOf({40, 1}, 50, 0.8, seed)[4];
-    ASSERT_NE(panelOf({30, 20, 9}, 50, 0.8, seed)[4], ofSouth);
-    EXPECT_EQ(text("alroySQS"), ofSouth);
-    gate.open();
-    drainJobs();
-    EXPECT_EQ(text("alroySQS"), ofSouth);
-    EXPECT_FALSE(value("alroySQS").isStale());
-}
-
-TEST_F(MainWindowTest, AValueOfTheEarlierCensusIsMarkedUntilTheNewOneComes) {
-    Gate gate;
-    makeRandom = gated(gate, 1, seed);
-    open(write("two.csv", twoCensuses));
-    ASSERT_TRUE(waitForJobs());
-    const std::string ofNorth = text("alroySQS");
-    QTest::keyClick(&censusTable(), Qt::Key_Down);
-    EXPECT_EQ(label("metricsHeading"), "South");
-    EXPECT_EQ(text("alroySQS"), ofNorth);
-    EXPECT_TRUE(value("alroySQS").isStale());
-    EXPECT_TRUE(value("alroySQS").toolTip().contains("North"));
-    gate.open();
-    ASSERT_TRUE(waitForJobs());
-    EXPECT_EQ(text("alroySQS"), panelOf({40, 1}, 50, 0.8, seed)[4]);
-}
-
-TEST_F(MainWindowTest, AnAbsentEstimateKeepsTheTextAndSaysWhy) {
-    const struct {
-        const char* row;
-        const char* reason;
-        const char* console;
-    } cases[] = {
-        {"4,3,3", "it needs at least 11 specimens", ""},
-        {"1,1,1,1,1,1,1,1,1,1,1", "every specimen belongs to a species of its own",
-         "WARNING: Good's U is 0: everything but the dominant is a singleton, and it may be too"},
-    };
-    for (const auto& test : cases) {
-        const QByteArray zeros = QByteArray(",0").repeated(8);
-        QByteArray second = QByteArray("South,") + test.row;
-        while (second.count(',') < 11) second += ",0";
-        open(write("absent.csv",
-                   ",a,b,c,d,e,f,g,h,i,j,k\nNorth,30,20,9" + zeros + '\n' + second + '\n'));
-        ASSERT_TRUE(waitForJobs());
+    for (const auto& [path, reason] : cases) {
         console.clear();
-        const std::string before = text("alroySQS");
-        QTest::keyClick(&censusTable(), Qt::Key_Down);
-        ASSERT_TRUE(waitUntil([this] { return !label("metricsNote").empty(); }));
-        EXPECT_EQ(text("alroySQS"), before);
-        EXPECT_TRUE(value("alroySQS").isStale());
-        EXPECT_EQ(label("metricsNote"), std::string("SQS has no estimate: ") + test.reason +
-                                            ". The grey value is that of North.");
-        EXPECT_EQ(console.empty() ? "" : console.front(), test.console);
-        QTest::keyClick(&censusTable(), Qt::Key_Up);
-        ASSERT_TRUE(waitForJobs());
-        EXPECT_EQ(label("metricsNote"), "");
-        window->close();
-        window = &windows->openUntitled();
+        open(path);
+        EXPECT_TRUE(isEmptyPageShown());
+        EXPECT_EQ(window->windowTitle(), "Untitled[*]");
+        EXPECT_NE(label("messageText").find(reason), std::string::npos) << label("messageText");
+        EXPECT_EQ(console.back().rfind("WARNING: ", 0), 0u);
+        QTest::mouseClick(&child<QToolButton>("dismissMessageButton"), Qt::LeftButton);
+        EXPECT_FALSE(strip().isVisible());
+    }
+    windows->openUntitled();
+    open(cases[0].first);
+    EXPECT_TRUE(strip().isVisible());
+    // With no window left, in an alert.
+    for (MainWindowController* each : windows->windows()) each->close();
+    sendDeletions();
+    windows->openFile(folder.filePath("missing.csv"));
+    ASSERT_TRUE(waitUntil([this] { return !alerts.warnings.isEmpty(); }));
+    EXPECT_TRUE(alerts.warnings[0].startsWith("missing.csv cannot be opened"));
+}
+
+// Cells, names and paths come from files, and may be longer than any window is wide.
+TEST_F(MainWindowTest, LongTextsLeaveTheWindowItsWidth) {
+    const int width = window->mainView().minimumSizeHint().width();
+    const int panelWidth = child<QWidget>("metricsPanel").minimumSizeHint().width();
+    open(write("cell.csv", ",a\nNorth," + QByteArray(1'000'000, 'x') + '\n'));
+    EXPECT_LT(label("messageText").size(), 1000u);
+    EXPECT_LE(window->mainView().minimumSizeHint().width(), width);
+    window->mainView().startProgress("long", QString(250, 'x'));
+    EXPECT_LE(window->mainView().minimumSizeHint().width(), width);
+    window->mainView().stopProgress("long");
+    open(write("name.csv", ",a\n" + QByteArray(1'000'000, 'N') + ",3\n"));
+    ASSERT_TRUE(waitUntil([this] { return !label("metricsNote").empty(); }));
+    EXPECT_LT(label("metricsHeading").size(), 2000u);
+    EXPECT_LE(window->mainView().minimumSizeHint().width(), width);
+    EXPECT_LE(child<QWidget>("metricsPanel").minimumSizeHint().width(), panelWidth);
+}
+
+TEST_F(MainWindowTest, AFileTakesAFreeWindowOrOneOfItsOwn) {
+    strip().addMessage("done", MessageStrip::Tone::news);
+    censusTable().sortByColumn(0, Qt::DescendingOrder);
+    child<QLineEdit>("searchBar").setText("zzz");
+    windows->openFile(write("first.csv", ",a\nNorth,3\nWest,1\n"), window);
+    windows->openFile(write("second.csv", ",a\nNorth,3\nWest,1\n"), window);
+    ASSERT_TRUE(waitUntil([this] { return windows->windows().size() == 2; }));
+    EXPECT_EQ(documents->documents().size(), 2u);
+    EXPECT_NE(windows->windows()[0]->pos(), windows->windows()[1]->pos());
+    EXPECT_EQ(messages(), QStringList{"done"});
+    EXPECT_EQ(strip().tone(), MessageStrip::Tone::news);
+    for (MainWindowController* each : windows->windows()) {
+        window = each;
+        EXPECT_TRUE(isIdle());
+        EXPECT_EQ(column(censusTable(), 0), (std::vector<std::string>{"North", "West"}));
+        EXPECT_EQ(speciesTable().model()->rowCount(), 1);
     }
 }
 
-TEST_F(MainWindowTest, WithoutAnEarlierValueTheFieldStaysEmpty) {
-    open(write("few.csv", ",a,b\nNorth,3,4\n"));
-    ASSERT_TRUE(waitUntil([this] { return !label("metricsNote").empty(); }));
-    EXPECT_EQ(text("alroySQS"), "");
-    EXPECT_EQ(label("metricsNote").find("grey"), std::string::npos);
-}
-
-TEST_F(MainWindowTest, ACensusWithoutIncludedSpecimens) {
-    context().insertCensus({"Bog", 46.0123, 0, "wet", std::nullopt}, {{"Sphagnum", 9, false}});
-    context().announceChanges();
-    censusTable().selectRow(0);
-    EXPECT_EQ(text("richness"), "0");
-    EXPECT_EQ(text("individuals"), "0");
-    EXPECT_EQ(text("shannonH"), "0.0");
-    EXPECT_EQ(text("buzasE"), "-");
-    EXPECT_EQ(child<QLineEdit>("latitudeTextField").text(), "46.0123");
-    EXPECT_EQ(child<QPlainTextEdit>("notesTextView").toPlainText(), "wet");
-    EXPECT_EQ(speciesTable().model()->rowCount(), 1);
-}
-
-TEST_F(MainWindowTest, DeselectingKeepsThePanelAndEmptiesTheSpecies) {
+TEST_F(MainWindowTest, AWindowMayCloseWhileItsJobsRun) {
     open(exampleFile);
-    ASSERT_TRUE(waitForJobs());
-    const std::string before = text("shannonH");
-    censusTable().clearSelection();
-    EXPECT_EQ(text("shannonH"), before);
-    EXPECT_EQ(label("metricsHeading"), "Core 1");
-    EXPECT_EQ(speciesTable().model()->rowCount(), 0);
-    EXPECT_EQ(label("speciesHeading"), "Species");
+    windows->openFile(exampleFile, window);
+    for (MainWindowController* each : windows->windows()) each->close();
+    sendDeletions();
+    drainJobs();
+    EXPECT_TRUE(windows->windows().empty());
+    EXPECT_TRUE(documents->documents().empty());
 }
 
-TEST_F(MainWindowTest, TheTopmostOfSeveralSelectedCensusesIsShown) {
-    open(exampleFile);
-    censusTable().selectRow(4);
-    EXPECT_EQ(label("metricsHeading"), "Core 5");
-    const auto addRow = [this](int row) {
-        censusTable().selectionModel()->select(
-            censusTable().model()->index(row, 0),
-            QItemSelectionModel::Select | QItemSelectionModel::Rows);
+TEST_F(MainWindowTest, ProblemsOfTheSettingsStandInEveryWindowUntilTheyAreSolved) {
+    const QString path = write("zorvel.ini.d", {}) + "/zorvel.ini";  // below a file
+    SettingsFile file(path);
+    windows->follow(file);
+    const auto all = [this] {
+        QStringList shown;
+        for (MainWindowController* each : windows->windows()) {
+            shown += each->mainView().messageStrip().messages();
+        }
+        return shown;
     };
-    addRow(7);
-    EXPECT_EQ(label("metricsHeading"), "Core 5");
-    addRow(2);
-    EXPECT_EQ(label("metricsHeading"), "Core 3");
-    // Another order puts another of them on top: names from the last to the first.
-    censusTable().sortByColumn(0, Qt::DescendingOrder);
-    EXPECT_TRUE(waitUntil([this] { return label("metricsHeading") == "Core 8"; }));
-}
-
-TEST_F(MainWindowTest, SearchNarrowsTheSpeciesAndKeepsTheSelection) {
-    open(write("trees.csv", ",Abies alba,Betula pendula,Larix decidua\nNorth,3,4,5\n"));
-    speciesTable().selectRow(2);
-    QLineEdit& search = child<QLineEdit>("searchBar");
-    QTest::keyClicks(&search, "LA");
-    ASSERT_EQ(speciesTable().model()->rowCount(), 2);
-    EXPECT_EQ(label("speciesCountLabel"), "2 of 3 species shown");
-    const QModelIndexList rows = speciesTable().selectionModel()->selectedRows(1);
-    ASSERT_EQ(rows.size(), 1);
-    EXPECT_EQ(rows.front().data().toString(), "Larix decidua");
-    search.clear();
-    EXPECT_EQ(speciesTable().model()->rowCount(), 3);
-    EXPECT_EQ(speciesTable().selectionModel()->selectedRows(1).value(0).data().toString(),
-              "Larix decidua");
+    windows->openUntitled();
+    EXPECT_EQ(all(), (QStringList{file.problem(), file.problem()}));
+    EXPECT_TRUE(file.problem().contains(path));
+    ASSERT_TRUE(QFile::remove(folder.filePath("zorvel.ini.d")));
+    storeSetting("size", 20);
+    EXPECT_TRUE(waitUntil([&] { return all().isEmpty(); }));
+    endProgram();
 }
 
 }  // namespace
