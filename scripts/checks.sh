@@ -9,7 +9,7 @@ fuzz_seconds=${ZORVEL_FUZZ_SECONDS:-8}
 files() {
   local pattern tests=()
   for pattern in "$@"; do tests+=(-o -name "$pattern"); done
-  find src tests bench fuzz scripts -type f \( "${tests[@]:1}" \) | sort
+  find src tests bench fuzz scripts tools -type f \( "${tests[@]:1}" \) | sort
 }
 
 check_format() {

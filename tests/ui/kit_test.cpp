@@ -5,6 +5,7 @@
 #include <QComboBox>
 #include <QFontMetrics>
 #include <QGridLayout>
+#include <QHelpEvent>
 #include <QImage>
 #include <QLabel>
 #include <QLineEdit>
@@ -15,6 +16,7 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSpinBox>
+#include <QTableWidget>
 #include <QToolTip>
 #include <QWidget>
 #include <QWindow>
@@ -232,6 +234,28 @@ TEST(Look, EveryLabelShowsMarkupAsText) {
     QToolTip::hideText();
 }
 
+TEST(Look, LongTooltipsAreShownInLines) {
+    applyLook(*qApp, ColorScheme::light);
+    const QString words = QString("<b>words ").repeated(40);
+    QWidget widget;
+    QTableWidget table(1, 1);
+    table.setItem(0, 0, new QTableWidgetItem("cell"));
+    const QPoint place = table.visualItemRect(table.item(0, 0)).center();
+    for (const QString& tip : {QString("short"), words, QString(4000, 'x')}) {
+        widget.setToolTip(tip);
+        table.item(0, 0)->setToolTip(tip);
+        for (QWidget* each : {&widget, table.viewport()}) {
+            QHelpEvent help(QEvent::ToolTip, place, place);
+            QApplication::sendEvent(each, &help);
+            QString shown = QToolTip::text();
+            for (const QString& line : shown.split('\n')) EXPECT_LE(line.size(), 80);
+            EXPECT_EQ(shown.contains('\n'), tip.size() > 80);
+            EXPECT_EQ(shown.remove('\n').remove(' '), QString(tip).remove(' '));
+            QToolTip::hideText();
+        }
+    }
+}
+
 TEST(Look, TheChosenItemOfAMenuStandsOnTheColourOfSelection) {
     QMenu menu;
     QAction* chosen = menu.addAction("Chosen");
@@ -382,6 +406,10 @@ TEST(MessageStripTest, MessagesOfAnEarlierStripComeBeforeItsOwn) {
 
 TEST(MessageStripTest, SaysNothingThatIsNotInItsMessages) {
     MessageStrip strip;
+    // A name of 250 characters, the reason, and where the changes are kept.
+    strip.addMessage(QString(600, 'x'));
+    EXPECT_EQ(strip.messages(), QStringList(QString(600, 'x')));
+    strip.dismiss();
     const QString word = QString("long").repeated(30);
     strip.addMessage("a\nb " + word);
     EXPECT_EQ(strip.findChild<QLabel*>("messageText")->text(), "a\u21b5b " + word);

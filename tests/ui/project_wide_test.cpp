@@ -254,6 +254,21 @@ TEST_F(ProjectWideTest, AbsentInputsLeaveTheirGroupsEmpty) {
 }
 
 // With every value the window may go; a result that comes later finds nobody.
+TEST_F(ProjectWideTest, CaptionsAreWholeInANarrowWindow) {
+    fill(inputsOf(fullCensuses));
+    for (const int width : {1000, 760, 700, 688, 680}) {
+        window->resize(width, 620);
+        for (int turn = 0; turn < 5; ++turn) QCoreApplication::processEvents();
+        for (const QLabel* caption : window->findChildren<QLabel*>()) {
+            if (qobject_cast<ValueField*>(caption->buddy()) == nullptr) continue;
+            EXPECT_GE(caption->height(), caption->heightForWidth(caption->width()))
+                << width << ' ' << caption->text().toStdString();
+            EXPECT_LE(caption->geometry().bottom(), caption->parentWidget()->rect().bottom())
+                << width << ' ' << caption->text().toStdString();
+        }
+    }
+}
+
 TEST_F(ProjectWideTest, TheWindowMayCloseWhileValuesAreComputed) {
     for (std::size_t arrived = 0; arrived < fields().size(); ++arrived) {
         newWindow();

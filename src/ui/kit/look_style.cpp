@@ -1,7 +1,9 @@
 #include "ui/kit/look_style.h"
 
 #include <QAbstractItemView>
+#include <QApplication>
 #include <QFileDialog>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QPainter>
 #include <QPlainTextEdit>
@@ -11,11 +13,13 @@
 #include <QStyleOptionMenuItem>
 #include <QStyleOptionSlider>
 #include <QStyleOptionSpinBox>
+#include <QToolTip>
 #include <algorithm>
 
 #include "ui/kit/glyphs.h"
 #include "ui/kit/look.h"
 #include "ui/kit/look_painting.h"
+#include "ui/kit/shown_text.h"
 
 namespace zorvel {
 
@@ -26,6 +30,8 @@ bool isPrimary(const QWidget* widget) {
 
 // Between the text of a line and the frame's own margin, in pixels.
 constexpr int fieldPadding = 4;
+
+constexpr qsizetype longestTipLine = 80;  // characters
 
 // Its columns are as wide as their texts with narrow margins.
 bool isOfFileDialog(const QWidget* widget) {
@@ -46,6 +52,25 @@ void LookStyle::polish(QWidget* widget) {
     if (label != nullptr && label->textFormat() == Qt::AutoText) {
         label->setTextFormat(Qt::PlainText);
     }
+}
+
+void LookStyle::polish(QApplication* application) {
+    QProxyStyle::polish(application);
+    application->installEventFilter(this);
+}
+
+bool LookStyle::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() != QEvent::ToolTip || !watched->isWidgetType()) return false;
+    auto* widget = static_cast<QWidget*>(watched);
+    const auto* help = static_cast<QHelpEvent*>(event);
+    const auto* view = qobject_cast<QAbstractItemView*>(widget->parentWidget());
+    const bool isCell = view != nullptr && view->viewport() == widget;
+    const QString tip =
+        isCell ? view->indexAt(help->pos()).data(Qt::ToolTipRole).toString() : widget->toolTip();
+    const QString lines = inLinesOf(longestTipLine, tip);
+    if (lines == tip) return false;
+    QToolTip::showText(help->globalPos(), lines, widget);
+    return true;
 }
 
 int LookStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,

@@ -19,6 +19,7 @@ class LookStyle : public QProxyStyle {
 
     using QProxyStyle::polish;
     void polish(QWidget* widget) override;
+    void polish(QApplication* application) override;
     int pixelMetric(PixelMetric metric, const QStyleOption* option,
                     const QWidget* widget) const override;
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
@@ -38,6 +39,10 @@ class LookStyle : public QProxyStyle {
                      const QWidget* widget) const override;
     void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
                             QPainter* painter, const QWidget* widget) const override;
+
+  protected:
+    // Shows the long tooltips of widgets and cells in lines that can be read.
+    bool eventFilter(QObject* watched, QEvent* event) override;
 };
 
 // Property of the one push button of a page that does what the page is for.

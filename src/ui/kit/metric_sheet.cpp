@@ -122,6 +122,8 @@ Card* MetricSheet::makeLargeCard(const ShownMetric& shown) {
 Card* MetricSheet::makeListCard(const std::vector<ShownMetric>& list) {
     auto* card = new Card(&host_);
     card->installEventFilter(this);
+    // A fixed height does not grow when captions take two lines.
+    card->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
     auto* grid = new QGridLayout(card);
     grid->setContentsMargins(12, 6, 12, 6);
     grid->setHorizontalSpacing(8);

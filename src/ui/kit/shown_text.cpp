@@ -1,6 +1,7 @@
 #include "ui/kit/shown_text.h"
 
 #include <QKeyEvent>
+#include <QStringList>
 #include <algorithm>
 
 namespace zorvel {
@@ -72,6 +73,21 @@ QString withShortWords(const QString& text, qsizetype longest) {
         begin = end;
     }
     return shown;
+}
+
+QString inLinesOf(qsizetype longest, const QString& text) {
+    QStringList lines;
+    for (QString line : text.split('\n')) {
+        while (line.size() > longest) {
+            const qsizetype space = line.lastIndexOf(' ', longest);
+            qsizetype end = space > 0 ? space : longest;
+            if (line[end - 1].isHighSurrogate()) --end;
+            lines.append(line.left(end));
+            line.remove(0, space > 0 ? end + 1 : end);
+        }
+        lines.append(line);
+    }
+    return lines.join('\n');
 }
 
 QString asWindowTitle(const QString& text) {

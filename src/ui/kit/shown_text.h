@@ -19,6 +19,9 @@ QString oneLine(const QString& text);
 // With the middle of longer words left out: a label is at least as wide as its longest word.
 QString withShortWords(const QString& text, qsizetype longest);
 
+// With line breaks added, between words where possible, so that no line is longer.
+QString inLinesOf(qsizetype longest, const QString& text);
+
 // For QWidget::setWindowTitle(), to which "[*]" is the place of the mark of changes.
 QString asWindowTitle(const QString& text);
 

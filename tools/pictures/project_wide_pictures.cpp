@@ -1,4 +1,4 @@
-#include "project_wide_pictures.h"
+#include "tools/pictures/analysis_pictures.h"
 
 #include <QApplication>
 #include <QFile>
@@ -61,7 +61,7 @@ ProjectWideInputs exampleInputs() {
 }
 
 // explained: the field whose explanation is open; null for none.
-void take(const QString& path, ProjectWideInputs inputs, const char* explained = nullptr) {
+void takeFilled(const QString& path, ProjectWideInputs inputs, const char* explained = nullptr) {
     JobQueue jobs;
     ProjectWideMetricsWindowController window(jobs,
                                               [] { return std::make_unique<SeededRandom>(1); });
@@ -96,17 +96,17 @@ void takeProjectWidePictures(const QString& folder, const QString& look) {
     const auto path = [&](const char* state) {
         return QString("%1/project-wide-%2%3.png").arg(folder, state, look);
     };
-    take(path(""), exampleInputs());
-    take(path("explanation-"), exampleInputs(), "averageChaoOneValueTextField");
+    takeFilled(path(""), exampleInputs());
+    takeFilled(path("explanation-"), exampleInputs(), "averageChaoOneValueTextField");
     takeWaiting(path("waiting-"));
     ProjectWideInputs few = inputsOf({{4, 1}, {2, 1}, {1, 1}}, "moss");
     few.note =
         "One census has the name of an earlier one: the census matrix holds its species in "
         "the row of that one, and its own row stays empty.";
-    take(path("notes-"), std::move(few), "alroySqsValueTextField");
+    takeFilled(path("notes-"), std::move(few), "alroySqsValueTextField");
     ProjectWideInputs none;
     none.project = "moss";
-    take(path("empty-"), std::move(none));
+    takeFilled(path("empty-"), std::move(none));
 }
 
 }  // namespace zorvel

@@ -1,4 +1,4 @@
-#include "rarefaction_pictures.h"
+#include "tools/pictures/analysis_pictures.h"
 
 #include <QCoreApplication>
 #include <QFile>

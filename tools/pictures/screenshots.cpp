@@ -4,9 +4,6 @@
 #include <QApplication>
 #include <QDialog>
 #include <QDir>
-#include <QElapsedTimer>
-#include <QEventLoop>
-#include <QFile>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
@@ -17,60 +14,29 @@
 #include <QProcess>
 #include <QProcessEnvironment>
 #include <QPushButton>
-#include <QTableView>
-#include <QTemporaryDir>
 #include <QTimer>
 #include <QToolButton>
 #include <functional>
 #include <initializer_list>
-#include <memory>
 
 #include "app/application_delegate.h"
 #include "app/backups_window.h"
-#include "app/look_choice.h"
 #include "app/preferences_view_controller.h"
-#include "app/project_windows.h"
-#include "metrics/random_source.h"
-#include "platform/document_controller.h"
-#include "platform/job_queue.h"
 #include "platform/preferences.h"
 #include "platform/settings.h"
-#include "project_wide_pictures.h"
-#include "rarefaction_pictures.h"
 #include "tests/support/offscreen_home.h"
+#include "tools/pictures/analysis_pictures.h"
+#include "tools/pictures/picture_session.h"
 #include "ui/kit/color_controls.h"
-#include "ui/kit/panels.h"
-#include "ui/main/main_view_controller.h"
-#include "ui/main/main_window_controller.h"
 #include "ui/main/record_tables.h"
 
 namespace {
 
 using namespace zorvel;
 
-void settle(const std::function<bool()>& done) {
-    QElapsedTimer timer;
-    timer.start();
-    while (!done() && timer.elapsed() < 10000) {
-        QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
-    }
-    QCoreApplication::processEvents();
-}
-
-void settleFor(int milliseconds) {
-    QElapsedTimer timer;
-    timer.start();
-    settle([&] { return timer.elapsed() > milliseconds; });
-}
-
-class Session {
+class Session : public PictureSession {
   public:
-    Session(QApplication& application, QString folder)
-        : look_(application),
-          documents_(jobs_, {scratch_.filePath("untitled"), scratch_.filePath("backups")}),
-          windows_(documents_, jobs_, [] { return std::make_unique<SeededRandom>(1); }, look_,
-                   {panel_, savePanel_, alerts_}),
-          folder_(std::move(folder)) {}
+    using PictureSession::PictureSession;
 
     void takeAll(LookChoice::Choice choice, const QString& name) {
         clearSettings();
@@ -87,7 +53,7 @@ class Session {
         backups();
         preferences();
         takeProjectWidePictures(folder_, name_);
-        takeRarefactionPictures(folder_, name_, jobs_, {panel_, savePanel_, alerts_});
+        takeRarefactionPictures(folder_, name_, jobs_, {openPanel_, savePanel_, alerts_});
     }
 
   private:
@@ -196,10 +162,10 @@ class Session {
         const QString path = scratch_.filePath("moss " + name_ + ".zorvel");
         bool saved = false;
         window_->document().saveAs(path, [&](const auto&) { saved = true; });
-        settle([&] { return saved; });
+        waitUntil([&] { return saved; });
         QFile::remove(path);
         window_->mainView().undo();
-        settle([this] { return window_->document().problem().has_value(); });
+        waitUntil([this] { return window_->document().problem().has_value(); });
     }
 
     void openMites() { open(ZORVEL_SOURCE_DIR "/examples/oribatid-mites.csv"); }
@@ -245,7 +211,7 @@ class Session {
         openSmall();
         QTimer::singleShot(200, window_, [this] {
             QWidget* box = QApplication::activeModalWidget();
-            box->grab().save(QString("%1/alert-%2.png").arg(folder_, name_));
+            save(*box, "alert-" + name_);
             box->close();
         });
         window_->mainView().calculateProjectWideMetrics();
@@ -260,8 +226,8 @@ class Session {
         list.setAttribute(Qt::WA_DeleteOnClose, false);
         list.show();
         const auto& open = *list.findChild<QPushButton*>("openCopyButton");
-        settle([&] { return open.isEnabled(); });
-        list.grab().save(QString("%1/backups-%2.png").arg(folder_, name_));
+        waitUntil([&] { return open.isEnabled(); });
+        save(list, "backups-" + name_);
     }
 
     void preferences() {
@@ -271,7 +237,7 @@ class Session {
         page.setAttribute(Qt::WA_DeleteOnClose, false);
         const auto take = [&](const char* state) {
             QCoreApplication::processEvents();
-            page.grab().save(QString("%1/preferences-%2%3.png").arg(folder_, state, name_));
+            save(page, QString("preferences-") + state + name_);
         };
         page.show();
         take("");
@@ -283,57 +249,20 @@ class Session {
         page.findChild<ColorWell*>("plotColorWell")->click();
         QCoreApplication::processEvents();
         if (auto* panel = page.findChild<QDialog*>()) {
-            panel->grab().save(QString("%1/color-panel-%2.png").arg(folder_, name_));
+            save(*panel, "color-panel-" + name_);
         }
         page.close();
         Preferences().setPlotColor(QColor(255, 0, 0));
     }
 
-    template <class Widget>
-    Widget& child(const char* name) {
-        return *window_->findChild<Widget*>(name);
-    }
     QTableView* table(const char* name) { return &child<QTableView>(name); }
 
-    QString written(const QString& name, const QByteArray& text) {
-        QFile file(scratch_.filePath(name));
-        if (file.open(QIODevice::WriteOnly)) file.write(text);
-        return file.fileName();
-    }
-
-    void openWindow() {
-        window_ = &windows_.openUntitled();
-        window_->resize(1024, 700);
-        settle([this] { return window_->isActiveWindow(); });
-    }
-
-    void open(const QString& path) {
-        windows_.openFile(path, window_);
-        settle([this] { return !window_->mainView().isInProgress(); });
-        select(0);
-    }
-
-    void select(int row) {
-        table("censusTable")->selectRow(row);
-        settleFor(150);
-    }
-
     void shot(const QString& state) {
-        settleFor(100);
-        window_->grab().save(QString("%1/%2-%3.png").arg(folder_, state, name_));
+        processEventsFor(100);
+        save(*window_, state + '-' + name_);
     }
 
-    JobQueue jobs_;
-    LookChoice look_;
-    DesktopOpenPanel panel_;
-    DesktopSavePanel savePanel_;
-    DesktopAlerts alerts_;
-    QTemporaryDir scratch_;
-    DocumentController documents_;
-    ProjectWindows windows_;
-    QString folder_;
     QString name_;
-    MainWindowController* window_ = nullptr;
 };
 
 const std::initializer_list<Session::State> Session::states = {
