@@ -9,7 +9,7 @@
 #include <cstdint>
 #include <string>
 
-#include "metrics/abundance_tally.h"
+#include "metrics/abundance.h"
 
 namespace zorvel {
 

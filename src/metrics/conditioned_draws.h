@@ -15,7 +15,7 @@
 #include <cstdint>
 #include <span>
 
-#include "metrics/abundance_classes.h"
+#include "metrics/abundance.h"
 
 namespace zorvel {
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "base/threads.h"
-#include "metrics/saturating_sum.h"
+#include "metrics/counts.h"
 
 namespace zorvel {
 

@@ -8,7 +8,7 @@
 #include <functional>
 #include <memory>
 
-#include "metrics/int128.h"
+#include "metrics/counts.h"
 
 namespace zorvel {
 

@@ -99,6 +99,35 @@ Rarefaction tauPoint(const std::vector<double>& lf, const std::vector<FrequencyC
 
 }  // namespace
 
+// A cell that is not there is 0 and adds nothing. A taxon whose sum is negative, by negative cells,
+// has no frequency.
+IncidenceSummary summariseIncidence(const SparseCounts& counts) {
+    std::vector<SaturatingSum> sums(counts.rows() == 0 ? 0 : counts.columns());
+    for (std::size_t i = 0; i < counts.rows(); ++i) {
+        const CountsView row = counts.row(i);
+        const auto columns = counts.columnsOfRow(i);
+        for (std::size_t k = 0; k < row.size(); ++k) {
+            sums[columns[k]].add(std::min<std::int64_t>(row[k], 1));
+        }
+    }
+    IncidenceSummary summary;
+    summary.censuses = static_cast<std::int64_t>(counts.rows());
+    summary.taxonNames = static_cast<std::int64_t>(sums.size());
+    summary.frequencyCounts.assign(counts.rows() + 1, 0);
+    for (const SaturatingSum& sum : sums) {
+        if (sum.value() >= 0) ++summary.frequencyCounts[static_cast<std::size_t>(sum.value())];
+    }
+    return summary;
+}
+
+double chaoTwo(const IncidenceSummary& summary) {
+    if (summary.censuses < 2) return 0;
+    const auto t = static_cast<double>(summary.censuses);
+    const auto q1 = static_cast<double>(summary.taxaIn(1));
+    const auto q2 = static_cast<double>(summary.taxaIn(2));
+    return static_cast<double>(summary.taxonNames) + (q1 * (t - 1)) * q1 / (2 * t * q2);
+}
+
 RarefactionCalculator::RarefactionCalculator() {
     buildLogFactorials(kInitialLogFactorials);
 }
@@ -181,15 +210,6 @@ std::vector<Rarefaction> RarefactionCalculator::sampleBasedCurve(const Incidence
                               : undefinedPoint(t));
     }
     return curve;
-}
-
-Rarefaction RarefactionCalculator::sampleBasedPoint(const CountsMatrix& matrix, std::int64_t t) {
-    return sampleBasedPoint(summariseIncidence(matrix), t);
-}
-
-std::vector<Rarefaction> RarefactionCalculator::sampleBasedCurve(const CountsMatrix& matrix) {
-    if (matrix.size() < 2) return {};
-    return sampleBasedCurve(summariseIncidence(matrix));
 }
 
 RarefactionCalculator& sharedCalculator() {

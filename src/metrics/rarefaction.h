@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "metrics/counts.h"
-#include "metrics/incidence.h"
+#include "metrics/sparse_counts.h"
 
 namespace zorvel {
 
@@ -24,6 +24,29 @@ struct Rarefaction {
     double lower99 = 0;
     double upper99 = 0;
 };
+
+// Presence and absence of taxa over the censuses of a project: all that sample-based rarefaction
+// and Chao2 need. T is the number of censuses, Q_k the number of taxa found in exactly k of them.
+struct IncidenceSummary {
+    std::int64_t censuses = 0;    // T
+    std::int64_t taxonNames = 0;  // every name of the project, one without any specimen included
+    std::vector<std::int64_t> frequencyCounts = {0};  // Q_0 .. Q_T: T + 1 entries
+
+    // Q_k; 0 for a k that no taxon can have.
+    [[nodiscard]] std::int64_t taxaIn(std::int64_t k) const {
+        const bool inside = k >= 0 && k < static_cast<std::int64_t>(frequencyCounts.size());
+        return inside ? frequencyCounts[static_cast<std::size_t>(k)] : 0;
+    }
+};
+
+IncidenceSummary summariseIncidence(const SparseCounts& counts);
+
+// Chao2, classic form (Chao 1987) with the factor (T - 1) / T:
+//     S + ((T - 1) / T) Q_1^2 / (2 Q_2),
+// S counting every taxon name, so that a name found in no census raises it by one. The
+// bias-corrected form, with Q_1 (Q_1 - 1) / (2 (Q_2 + 1)), differs. 0 for fewer than two censuses;
+// without a taxon found exactly twice +infinity, or NaN if none is found once either.
+double chaoTwo(const IncidenceSummary& summary);
 
 class RarefactionCalculator {
   public:
@@ -42,10 +65,8 @@ class RarefactionCalculator {
     // Mao's tau, the expected number of taxa in t of the T censuses, with its unconditional
     // variance about the richness given by Chao2 (Colwell, Mao & Chang 2004).
     // Limits are not clamped; NaN where the variance is negative. NaN throughout for t < 0.
-    Rarefaction sampleBasedPoint(const CountsMatrix& matrix, std::int64_t t);
     Rarefaction sampleBasedPoint(const IncidenceSummary& summary, std::int64_t t);
     // t = 1 .. T - 1; empty for T < 2.
-    std::vector<Rarefaction> sampleBasedCurve(const CountsMatrix& matrix);
     std::vector<Rarefaction> sampleBasedCurve(const IncidenceSummary& summary);
 
     // Replaces the table by one of size entries, at least 1 and at most kMaxLogFactorials.

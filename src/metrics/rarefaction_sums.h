@@ -22,7 +22,7 @@
 #include <optional>
 #include <vector>
 
-#include "metrics/abundance_classes.h"
+#include "metrics/abundance.h"
 #include "metrics/conditioned_draws.h"
 #include "metrics/counts.h"
 

@@ -5,7 +5,7 @@
 
 #include "base/console.h"
 #include "base/numbers.h"
-#include "metrics/abundance_tally.h"
+#include "metrics/abundance.h"
 #include "metrics/sqs_trials.h"
 
 namespace zorvel {

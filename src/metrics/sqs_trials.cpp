@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <bit>
 
-#include "metrics/int128.h"
+#include "metrics/counts.h"
 
 namespace zorvel {
 namespace {

@@ -23,7 +23,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "metrics/abundance_classes.h"
+#include "metrics/abundance.h"
 #include "metrics/random_source.h"
 
 namespace zorvel {

@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "metrics/incidence.h"
 #include "metrics/metric_table.h"
 #include "metrics/project_wide.h"
+#include "metrics/rarefaction.h"
 #include "metrics/sparse_counts.h"
 #include "metrics/sqs.h"
 

@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "base/text.h"
-#include "metrics/saturating_sum.h"
+#include "metrics/counts.h"
 #include "model/diversity_document.h"
 
 namespace zorvel {

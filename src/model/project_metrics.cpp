@@ -1,6 +1,5 @@
 #include "model/project_metrics.h"
 
-#include "metrics/incidence.h"
 #include "metrics/project_wide.h"
 #include "metrics/rarefaction.h"
 #include "metrics/sqs.h"

@@ -10,8 +10,7 @@
 #include "bench/plain_census_metrics.h"
 #include "metrics/metric_table.h"
 #include "metrics/random_source.h"
-#include "tests/metrics/same_number.h"
-#include "tests/support/extreme_values.h"
+#include "tests/metrics/metric_support.h"
 
 namespace zorvel {
 namespace {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include <algorithm>
-#include <array>
+#include <bit>
 #include <cmath>
 #include <cstdint>
 #include <numeric>
@@ -11,9 +11,15 @@
 #include "metrics/random_source.h"
 #include "metrics/rarefaction.h"
 #include "metrics/sparse_counts.h"
-#include "tests/metrics/same_number.h"
+#include "tests/support/extreme_values.h"
 
 namespace zorvel {
+
+// To the last bit, the sign of zero included; any NaN is the same as any other.
+inline bool sameNumber(double a, double b) {
+    if (std::isnan(a) || std::isnan(b)) return std::isnan(a) && std::isnan(b);
+    return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
+}
 
 // Every field to the last bit.
 inline bool samePoint(const Rarefaction& a, const Rarefaction& b) {

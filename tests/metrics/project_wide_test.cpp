@@ -3,27 +3,17 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
-#include <numeric>
 
 #include "base/console.h"
 #include "metrics/sqs.h"
-#include "tests/metrics/same_number.h"
+#include "tests/metrics/metric_support.h"
 
 namespace zorvel {
 namespace {
 
-SparseCounts withoutZeros(const CountsMatrix& matrix) {
-    const std::size_t columns = matrix.empty() ? 3 : matrix.front().size();
-    std::vector<SparseCounts::Column> all(columns);
-    std::iota(all.begin(), all.end(), 0U);
-    SparseCounts counts(columns);
-    for (const CountsVector& row : matrix) counts.addRow(all, row);
-    return counts;
-}
-
 TEST(AverageMetrics, ThreeCensuses) {
     const CountsMatrix matrix = {{10, 0, 3}, {5, 2, 0}, {1, 1, 1}};
-    const MetricValues averages = averageMetrics(withoutZeros(matrix));
+    const MetricValues averages = averageMetrics(sparse(matrix));
     // By hand.
     const auto entropy = [](double p) { return -p * std::log(p); };
     const double first = entropy(10 / 13.0) + entropy(3 / 13.0);
@@ -42,7 +32,7 @@ TEST(AverageMetrics, ThreeCensuses) {
 }
 
 TEST(AverageMetrics, OneValueThatIsNotFiniteSpoilsItsAverageAlone) {
-    const MetricValues averages = averageMetrics(withoutZeros({{7, 0}, {5, 2}, {2, 6}}));
+    const MetricValues averages = averageMetrics(sparse({{7, 0}, {5, 2}, {2, 6}}));
     EXPECT_TRUE(std::isnan(averages.number(Metric::pielouJ)));
     EXPECT_TRUE(std::isnan(averages.number(Metric::chaoClassic)));
     EXPECT_DOUBLE_EQ(averages.number(Metric::richness), 5.0 / 3);
@@ -53,7 +43,7 @@ TEST(AverageMetrics, OneValueThatIsNotFiniteSpoilsItsAverageAlone) {
 // In doubles each census of one specimen would vanish beside 2^53.
 TEST(AverageMetrics, AbundancesAreSummedAsIntegers) {
     constexpr std::int64_t large = std::int64_t{1} << 53;
-    const MetricValues averages = averageMetrics(withoutZeros({{large}, {1}, {1}, {2}}));
+    const MetricValues averages = averageMetrics(sparse({{large}, {1}, {1}, {2}}));
     EXPECT_EQ(averages.number(Metric::individuals), (9007199254740992.0 + 4) / 4);
 }
 
@@ -63,49 +53,16 @@ TEST(AverageMetrics, NoCensusesGiveNan) {
         EXPECT_TRUE(std::isnan(averages.number(shown.metric)));
 }
 
-// Rare and common names, names and censuses without a specimen, and now and then a negative or a
-// huge cell.
-CountsMatrix randomMatrix(SeededRandom& random) {
-    const std::size_t columns = random.below(40);
-    const bool odd = random.below(4) == 0;
-    CountsMatrix matrix(random.below(9), CountsVector(columns, 0));
-    for (CountsVector& row : matrix) {
-        if (random.below(5) == 0) continue;
-        for (std::size_t j = 0; j < columns; ++j) {
-            if (random.below(columns) < j) continue;
-            row[j] = static_cast<std::int64_t>(random.below(1 + random.below(90)));
-            if (odd && random.below(9) == 0) row[j] = static_cast<std::int64_t>(random.bits64());
-        }
-    }
-    return matrix;
-}
-
 void expectSameEstimates(const AverageSqs& a, const AverageSqs& b) {
     EXPECT_EQ(a.censuses, b.censuses);
     ASSERT_EQ(a.estimate.has_value(), b.estimate.has_value());
     EXPECT_TRUE(!a.estimate || sameNumber(*a.estimate, *b.estimate));
 }
 
-TEST(SparseCounts, GiveWhatTheFullMatrixGivesToTheBit) {
-    SeededRandom random(9);
-    for (int i = 0; i < 400; ++i) {
-        const CountsMatrix matrix = randomMatrix(random);
-        SCOPED_TRACE(testing::PrintToString(matrix));
-        const SparseCounts counts = withoutZeros(matrix);
-        const IncidenceSummary full = summariseIncidence(matrix);
-        const IncidenceSummary sparse = summariseIncidence(counts);
-        EXPECT_EQ(sparse.censuses, full.censuses);
-        EXPECT_EQ(sparse.taxonNames, full.taxonNames);
-        EXPECT_EQ(sparse.frequencyCounts, full.frequencyCounts);
-        EXPECT_TRUE(sameNumber(chaoTwo(counts), chaoTwo(matrix)));
-        EXPECT_EQ(counts.dense(), matrix);
-    }
-}
-
 TEST(AverageRarefiedRichness, SmallCensusesTakePartWithTheirRichness) {
     // Of (10, 0, 3) two specimens hold 1 + 60/156 taxa; the others hold no more than two.
     const CountsMatrix matrix = {{10, 0, 3}, {1, 0, 0}, {0, 1, 1}};
-    EXPECT_NEAR(averageRarefiedRichness(withoutZeros(matrix), 2, sharedCalculator()),
+    EXPECT_NEAR(averageRarefiedRichness(sparse(matrix), 2, sharedCalculator()),
                 (4 + 60.0 / 156) / 3, 1e-12);
     EXPECT_TRUE(std::isnan(averageRarefiedRichness(SparseCounts(3), 2, sharedCalculator())));
 }
@@ -116,7 +73,7 @@ TEST(AverageSqs, IsOverTheCensusesThatHaveOneAndSilent) {
     const CountsVector even = {20, 20, 20};
     CountsMatrix rows = {{10}, CountsVector(12, 1), {6, 1, 1, 1, 1, 1, 1, 1, 1}, {11}, even};
     for (CountsVector& row : rows) row.resize(12);
-    const SparseCounts matrix = withoutZeros(rows);
+    const SparseCounts matrix = sparse(rows);
     SeededRandom random(1);
     std::size_t lines = 0;
     setConsoleSink([&lines](std::string_view) { ++lines; });
@@ -139,7 +96,7 @@ TEST(AverageSqs, DoesNotDependOnThreads) {
         for (std::int64_t& cell : row) cell = static_cast<std::int64_t>(1 + random.below(30));
         sum += *alroySQS(row, 100, 0.7, random);
     }
-    const SparseCounts counts = withoutZeros(matrix);
+    const SparseCounts counts = sparse(matrix);
     SeededRandom same(5);
     const AverageSqs alone = averageAlroySQS(counts, 0.7, same, 1);
     EXPECT_EQ(alone.censuses, 300);

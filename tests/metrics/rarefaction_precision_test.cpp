@@ -7,7 +7,7 @@
 #include <unordered_map>
 #include <utility>
 
-#include "metrics/abundance_classes.h"
+#include "metrics/abundance.h"
 #include "metrics/census_metrics.h"
 #include "metrics/rarefaction_sums.h"
 #include "tests/metrics/metric_support.h"

@@ -7,11 +7,10 @@
 
 #include "base/console.h"
 #include "bench/plain_rarefaction.h"
-#include "metrics/abundance_classes.h"
+#include "metrics/abundance.h"
 #include "metrics/census_metrics.h"
 #include "metrics/rarefaction_sums.h"
 #include "tests/metrics/metric_support.h"
-#include "tests/support/extreme_values.h"
 
 namespace zorvel {
 namespace {

@@ -2,13 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <string>
 #include <vector>
 
 #include "base/console.h"
 #include "metrics/sqs_trials.h"
-#include "tests/support/extreme_values.h"
+#include "tests/metrics/metric_support.h"
 
 namespace zorvel {
 namespace {
@@ -159,6 +160,86 @@ TEST(AlroySqs, SpecimensBeyondSixtyFourBits) {
         const SqsResult result = shareholderQuorum(counts, 100, 0.8, random);
         ASSERT_TRUE(result.estimate.has_value());
         EXPECT_TRUE(std::isnan(*result.estimate) || *result.estimate > 0);
+    }
+}
+
+// --- The distribution of the richness of a trial. Seeds are fixed, so a pass stays a pass.
+
+constexpr std::int64_t trialCount = 200'000;
+
+AdjustedFrequency frequencyOf(const std::vector<AbundanceClass>& classes) {
+    double specimens = 0;
+    double taxa = 0;
+    double rare = 0;
+    for (const AbundanceClass& each : classes) {
+        specimens += static_cast<double>(each.count * each.taxa);
+        taxa += static_cast<double>(each.taxa);
+        if (each.count <= 2) rare += static_cast<double>(each.taxa);
+    }
+    return {specimens, rare * 0.5 / taxa};
+}
+
+// The probability of each richness by following every order in which the taxa can appear.
+struct EveryOrder {
+    CountsVector counts;
+    double quota = 0;
+    AdjustedFrequency frequency;
+    std::vector<double> probability;
+
+    void follow(unsigned seen, std::size_t richness, double coverage, double chance) {
+        double unseen = 0;
+        for (std::size_t k = 0; k < counts.size(); ++k)
+            if ((seen >> k & 1U) == 0) unseen += static_cast<double>(counts[k]);
+        for (std::size_t k = 0; k < counts.size(); ++k) {
+            if ((seen >> k & 1U) != 0) continue;
+            const double chosen = chance * static_cast<double>(counts[k]) / unseen;
+            const double adjusted = frequency.of(counts[k]);
+            const double reached = coverage + adjusted;
+            if (reached < quota) {
+                follow(seen | 1U << k, richness + 1, reached, chosen);
+            } else {
+                const double back = reached > quota ? adjusted : 0;
+                probability[richness] += chosen * back;
+                probability[richness + 1] += chosen * (1 - back);
+            }
+        }
+    }
+
+    // A factor on the counts and on what reduces them leaves all probabilities as they are.
+    void expect(std::int64_t factor) const {
+        std::vector<AbundanceClass> classes = abundanceClasses(counts);
+        for (AbundanceClass& each : classes) each.count *= factor;
+        const auto scale = static_cast<double>(factor);
+        SqsTrials trials(classes, {frequency.specimens * scale, frequency.reduction * scale},
+                         quota);
+        SeededRandom random(77);
+        std::vector<double> hits(counts.size() + 1);  // how many trials gave each richness
+        for (std::int64_t trial = 0; trial < trialCount; ++trial)
+            ++hits.at(static_cast<std::size_t>(trials.next(random)));
+        for (std::size_t r = 0; r < hits.size(); ++r) {
+            const double expected = probability[r] * static_cast<double>(trialCount);
+            const double deviation = std::sqrt(expected * (1 - probability[r]));
+            // Some eight cells a row: 3.5 standard deviations are about 1% a row.
+            EXPECT_NEAR(hits[r], expected, 3.5 * deviation + 1e-9) << "richness " << r;
+        }
+    }
+};
+
+TEST(SqsDistribution, EqualsExactProbabilities) {
+    struct Row {
+        CountsVector counts;
+        double quota;
+    };
+    const Row rows[] = {{{10, 5, 3, 2, 1, 1}, 0.8},
+                        {{10, 5, 3, 2, 1, 1}, 0.33},
+                        {{40, 9, 8, 7, 2, 2, 1}, 0.9},
+                        {{1000, 3, 3, 3, 3, 3, 3}, 0.996}};
+    for (const Row& row : rows) {
+        EveryOrder exact{row.counts, row.quota, frequencyOf(abundanceClasses(row.counts)),
+                         std::vector<double>(row.counts.size() + 1)};
+        exact.follow(0, 0, 0, 1);
+        for (const std::int64_t factor : {std::int64_t{1}, std::int64_t{10'000'000'000}})
+            exact.expect(factor);
     }
 }
 

@@ -95,7 +95,7 @@ TEST_F(AnalysisWindowsTest, CurvesAreOfTheRecordsAsTheyWere) {
     censusTable().selectRows({2});
     drainJobs();
     const Census census = context().censuses()[2];
-    const CountsMatrix matrix = buildSparseCounts(context()).counts.dense();
+    const IncidenceSummary incidence = summariseIncidence(buildSparseCounts(context()).counts);
     const struct {
         const char* command;
         const char* title;
@@ -104,7 +104,7 @@ TEST_F(AnalysisWindowsTest, CurvesAreOfTheRecordsAsTheyWere) {
         {"individualBasedRarefaction", "Individual-based Rarefaction",
          sharedCalculator().individualBasedCurve(includedCountsVector(census))},
         {"sampleBasedRarefaction", "Sample-based Rarefaction",
-         sharedCalculator().sampleBasedCurve(matrix)},
+         sharedCalculator().sampleBasedCurve(incidence)},
     };
     holdJobs();
     for (const auto& each : cases) trigger(each.command);

@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "interchange/parsers.h"
-#include "metrics/incidence.h"
 #include "metrics/rarefaction.h"
 #include "model/diversity_document.h"
 #include "model/edits.h"

@@ -1,7 +1,7 @@
 // The analyses that the main view starts: their inputs, jobs and windows.
 #include <utility>
 
-#include "metrics/incidence.h"
+#include "metrics/rarefaction.h"
 #include "platform/job_queue.h"
 #include "ui/kit/alerts.h"
 #include "ui/main/main_view_controller.h"

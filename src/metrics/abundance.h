@@ -1,8 +1,4 @@
-// What the metrics of one census take from its counts, gathered in one pass without memory on the
-// heap. It refers to the counts that it was made from. For one thread at a time.
-//
-// Most taxa of a census are rare, so counts below 64 are tallied by value: a sum over shares then
-// takes one logarithm per distinct small count instead of one per taxon.
+// The abundances of one census, gathered for the metrics and for rarefaction. Any thread.
 #pragma once
 
 #include <algorithm>
@@ -10,11 +6,17 @@
 #include <cstddef>
 #include <cstdint>
 #include <optional>
+#include <vector>
 
 #include "metrics/counts.h"
 
 namespace zorvel {
 
+// What the metrics of one census take from its counts, gathered in one pass without memory on the
+// heap. It refers to the counts that it was made from. For one thread at a time.
+//
+// Most taxa of a census are rare, so counts below 64 are tallied by value: a sum over shares then
+// takes one logarithm per distinct small count instead of one per taxon.
 class AbundanceTally {
   public:
     // Implicit, so that a metric can be called with counts.
@@ -86,5 +88,14 @@ class AbundanceTally {
     std::int64_t richness_ = 0;
     mutable std::optional<ShareSums> shareSums_;
 };
+
+// The taxa of a census in classes of equal counts, which sums over taxa or pairs of taxa need.
+struct AbundanceClass {
+    std::int64_t count = 0;  // specimens of each taxon, at least 1
+    std::int64_t taxa = 0;   // how many taxa have it
+};
+
+// In increasing order of count; entries below 1 belong to none.
+std::vector<AbundanceClass> abundanceClasses(CountsView counts);
 
 }  // namespace zorvel
