@@ -37,7 +37,7 @@ class HeldConsoleLines {
     HeldConsoleLines* outer_;
 };
 
-// The lines stand together, whatever other threads write meanwhile.
+// The lines stay together, whatever other threads write.
 void writeConsoleLines(const std::vector<std::string>& lines);
 
 }  // namespace zorvel

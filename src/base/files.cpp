@@ -113,7 +113,7 @@ Problem systemProblem(std::string_view what, int error) {
     return {std::string(what) + ": " + std::generic_category().message(error), error};
 }
 
-// Looked at before as well: to open a pipe already wakes whoever waits to write to it.
+// Also checked before opening: opening a pipe already wakes a program that waits to write to it.
 Result<OpenFile> openRegularFile(const std::string& path) {
     struct stat status {};
     if (stat(path.c_str(), &status) != 0) return systemProblem("cannot be opened", errno);

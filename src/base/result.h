@@ -1,4 +1,4 @@
-// A value or a problem: what a function returns that may fail for a reason worth telling.
+// A value or a problem: the result of a function that may fail for a reason.
 // No exception leaves a module of this program; a Result carries the reason instead.
 #pragma once
 
@@ -8,14 +8,14 @@
 
 namespace zorvel {
 
-// What went wrong, in words for the person at the screen, and the system's error number if the
-// cause was the system (0 otherwise).
+// What went wrong, in words for the user, and the system's error number (0 if the system was not
+// the cause).
 struct Problem {
     std::string message;
     int systemError = 0;
 };
 
-// Reason: what there is to tell of a failure; not the same type as T.
+// Reason: describes a failure; not the same type as T.
 template <class T, class Reason = Problem>
 class Result {
   public:
@@ -25,11 +25,11 @@ class Result {
     [[nodiscard]] bool ok() const { return content_.index() == 0; }
     explicit operator bool() const { return ok(); }
 
-    // Only where ok().
+    // Only if ok().
     [[nodiscard]] T& value() & { return *std::get_if<0>(&content_); }
     [[nodiscard]] const T& value() const& { return *std::get_if<0>(&content_); }
     [[nodiscard]] T&& value() && { return std::move(*std::get_if<0>(&content_)); }
-    // Only where not ok().
+    // Only if not ok().
     [[nodiscard]] const Reason& problem() const { return *std::get_if<1>(&content_); }
 
   private:

@@ -1,4 +1,4 @@
-// An immutable text shared by all who hold it: a name that stands in thousands of records is kept
+// An immutable text shared by all who hold it: a name in thousands of records is kept
 // once. Copying costs a reference count; reading costs nothing. NamePool hands out the one text of
 // each name. Both are safe to share between threads.
 #pragma once

@@ -40,7 +40,7 @@ std::size_t asciiPrefix(std::string_view text) {
 }
 
 // Below U+0300, which begins with the byte 0xCC, nothing combines and NFC changes nothing: true of
-// ASCII and all of plain Latin. False where it takes a closer look.
+// ASCII and all of plain Latin. False if it has to be examined.
 bool isOwnCanonicalForm(std::string_view text) {
     const std::string_view rest = text.substr(asciiPrefix(text));
     return std::all_of(rest.begin(), rest.end(),

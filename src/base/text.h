@@ -10,7 +10,7 @@
 
 namespace zorvel {
 
-// The NFC form; the text itself where it is ASCII or not UTF-8.
+// The NFC form; the text itself if it is ASCII or not UTF-8.
 std::string canonicalForm(std::string_view text);
 
 bool canonicallyEqual(std::string_view a, std::string_view b);
@@ -26,7 +26,7 @@ struct CanonicalEqual {
 bool isAscii(std::string_view text);
 
 // The place of the first byte that begins no well-formed UTF-8 sequence (overlong forms, surrogates
-// and values past U+10FFFF are ill-formed); absent where all of the text is UTF-8.
+// and values past U+10FFFF are ill-formed); absent if all of the text is UTF-8.
 std::optional<std::size_t> firstInvalidUtf8(std::string_view text);
 
 // The text as one line that is safe to show on a terminal: control characters except tabs, line

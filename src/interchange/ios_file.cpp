@@ -66,7 +66,7 @@ std::optional<std::vector<SharedText>> taxonNames(std::string_view header, NameP
     return names;
 }
 
-// The values of a numeric tail, one a call.
+// The values of a numeric tail, one per call.
 class Values {
   public:
     explicit Values(std::string_view tail)

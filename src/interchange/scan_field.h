@@ -1,5 +1,5 @@
-// The fields of a comma-separated text, one call a field. The caller owns the text, which must
-// outlive the cursor. One thread a cursor. A text is read once and its bytes are copied only in
+// The fields of a comma-separated text, one call per field. The caller owns the text, which must
+// outlive the cursor. One thread per cursor. A text is read once and its bytes are copied only in
 // fields that hold a double quote, into a buffer of the cursor no longer than twice the field.
 #pragma once
 

@@ -31,9 +31,9 @@ struct AverageSqs {
     SqsAbsenceCounts lacking{};      // the other rows
 };
 
-// sqsTrials a row at the quota; nothing is written to the console. Each row draws from a generator
-// of its own, whose seed comes from random: an estimate does not depend on the number of threads
-// (0: one per processor) that share the rows.
+// sqsTrials trials per row at the quota; nothing is written to the console. Each row draws from a
+// generator of its own, whose seed comes from random: an estimate does not depend on the number of
+// threads (0: one per processor) that share the rows.
 AverageSqs averageAlroySQS(const SparseCounts& counts, double quota, RandomSource& random,
                            unsigned threads = 0);
 

@@ -88,7 +88,7 @@ class SeededRandom final : public GeneratedRandom {
     explicit SeededRandom(std::uint64_t seed);
 };
 
-// One source a job; called on the thread that starts the job.
+// One source per job; called on the thread that starts the job.
 using RandomSourceMaker = std::function<std::unique_ptr<RandomSource>()>;
 
 }  // namespace zorvel

@@ -31,7 +31,7 @@ class SparseCounts {
     // The cells of a row that are not 0, and their columns.
     [[nodiscard]] CountsView row(std::size_t row) const;
     [[nodiscard]] std::span<const Column> columnsOfRow(std::size_t row) const;
-    // With the zeros: one row a census, each columns() long.
+    // With the zeros: one row per census, each columns() long.
     [[nodiscard]] CountsMatrix dense() const;
 
   private:

@@ -1,8 +1,8 @@
 // Shareholder quorum subsampling: the richness of a census at a fixed coverage (Alroy 2010, "The
 // shifting balance of diversity among major marine animal groups", and "Fair sampling of taxonomic
-// richness and unbiased estimation of origination and extinction rates"). Pure but for the random
-// source and the console; each call owns its working data, so any thread may call with a source of
-// its own.
+// richness and unbiased estimation of origination and extinction rates"). Pure except for the
+// random source and the console; each call owns its working data, so any thread may call with a
+// source of its own.
 #pragma once
 
 #include <array>

@@ -35,7 +35,7 @@ SqsTrials::SqsTrials(const std::vector<AbundanceClass>& classes, const AdjustedF
         all_.push_back({end, end, weight, frequency.of(each.count)});
         taxa_ += each.taxa;
     }
-    // Built once: a fine one, and one bucket a position for a small census.
+    // Built once: a fine one, and one bucket per position for a small census.
     allGuide_.build(all_, std::max<std::size_t>(4 * all_.size(), 4096));
 }
 

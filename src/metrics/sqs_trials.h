@@ -9,7 +9,7 @@
 // needed.
 //
 // Taxa of equal count have equal frequency and equal chance: which of them appears does not matter,
-// only how many of them are still unseen. So the state of a trial is one number a distinct count,
+// only how many of them are still unseen. So the state of a trial is one number per distinct count,
 // of which there are at most min(S, sqrt(2 N)).
 //
 // Each class of equal counts is an interval of positions, as long as its specimens are many; the
@@ -28,7 +28,7 @@
 
 namespace zorvel {
 
-// The frequency of a taxon, reduced by half the singletons and doubletons a taxon of the census.
+// The frequency of a taxon, reduced by half the singletons and doubletons per taxon of the census.
 struct AdjustedFrequency {
     [[nodiscard]] double of(std::int64_t count) const {
         return (static_cast<double>(count) - reduction) / specimens;
@@ -52,7 +52,7 @@ class SqsTrials {
     struct Interval {
         std::uint64_t end = 0;     // the first position behind it; it starts where another ends
         std::uint64_t front = 0;   // the first position behind its unseen taxa
-        std::uint64_t weight = 0;  // positions a taxon
+        std::uint64_t weight = 0;  // positions per taxon
         double frequency = 0;
     };
     // Finds the interval of a position.

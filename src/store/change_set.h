@@ -24,7 +24,7 @@ struct CensusChange {
     [[nodiscard]] bool deleted() const { return !after; }
 };
 
-// One entry a census, ascending by identity.
+// One entry per census, ascending by identity.
 using ChangeSet = std::vector<CensusChange>;
 
 // The change that leads from one list of censuses to another, both ascending by identity. A census
@@ -35,13 +35,13 @@ ChangeSet changesBetween(const std::vector<BlockPointer>& before,
 // The same changes the other way round.
 ChangeSet reversed(const ChangeSet& changes);
 
-// Gathers changes one after the other: of a census that changes often, the first before and the
-// last after are kept. What came back to its old values has come to nothing.
+// Collects changes: of a census that changes repeatedly, the first block before and the last block
+// after are kept. Changes that cancel out are dropped.
 class ChangeLog {
   public:
     void add(const CensusChange& change);
     [[nodiscard]] bool empty() const { return changes_.empty(); }
-    // What has come of it, without what came to nothing; the log is empty afterwards.
+    // The resulting changes; the log is empty afterwards.
     ChangeSet take();
 
   private:

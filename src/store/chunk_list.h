@@ -1,6 +1,6 @@
 // A list of records ascending by identity, in chunks that copies of the list share: the censuses of
-// a project and the taxa of a census alike. A copy costs one pointer a chunk, a change of a few
-// records costs one chunk each. Plain functions on immutable chunks; safe on any thread.
+// a project and the taxa of a census alike. A copy costs one pointer per chunk, a change of a few
+// records one chunk each. Plain functions on immutable chunks; safe on any thread.
 #pragma once
 
 #include <algorithm>
@@ -47,7 +47,7 @@ auto chunkPlace(List& list, RecordId id) {
     });
 }
 
-// Null where the list does not hold it.
+// Null if the list does not hold it.
 template <class Record>
 const Record* findRecord(const ChunkList<Record>& list, RecordId id) {
     const auto chunk = chunkPlace(list, id);

@@ -32,7 +32,7 @@ class History {
 
     [[nodiscard]] bool canUndo() const { return depth_ == 0 && !done_.empty(); }
     [[nodiscard]] bool canRedo() const { return depth_ == 0 && !undone_.empty(); }
-    // Empty where there is no step, or it has no name.
+    // Empty if there is no step, or it has no name.
     [[nodiscard]] std::string undoName() const { return canUndo() ? done_.back().name : ""; }
     [[nodiscard]] std::string redoName() const { return canRedo() ? undone_.back().name : ""; }
 

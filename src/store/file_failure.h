@@ -1,6 +1,6 @@
-// How the files of this folder give up from deep within: thrown and caught between them alone, so
-// that every step of a chain of calls to SQLite need not be asked whether it went well. What the
-// rest of the program calls goes through guarded(), and throws nothing.
+// The exception of this folder: thrown from deep within a chain of calls to SQLite, so that not
+// every step has to be checked. guarded() turns it into a FileProblem; no exception leaves the
+// folder.
 #pragma once
 
 #include <cerrno>
@@ -52,7 +52,7 @@ inline FileTrouble troubleOfErrno(int number) {
     fail(troubleOfErrno(number), std::move(detail), number);
 }
 
-// Runs work, and returns what stopped it; nothing where it ran to its end.
+// Runs work. Returns the problem that stopped it, if any.
 template <class Work>
 std::optional<FileProblem> guarded(Work&& work) noexcept {
     try {

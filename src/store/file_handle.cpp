@@ -44,7 +44,7 @@ struct IdentityLess {
     }
 };
 
-// Recursive: a handle that cannot be completed goes while the list is locked.
+// Recursive: a handle that cannot be completed is destroyed while the list is locked.
 struct HeldFiles {
     std::recursive_mutex mutex;
     std::map<FileIdentity, Held, IdentityLess> files;
@@ -67,7 +67,7 @@ FileIdentity identityOfRegularFile(const std::string& path) {
     return identityOf(status);
 }
 
-// Opens once more, and keeps, the file of that identity; an error number where that fails.
+// Opens the file of that identity once more and keeps the descriptor. Returns an error number.
 int addDescriptor(Held& held, const std::string& path, int access, FileIdentity identity) {
     const int descriptor = ::open(path.c_str(), access | alwaysFlags);
     if (descriptor < 0) return errno;
@@ -80,7 +80,7 @@ int addDescriptor(Held& held, const std::string& path, int access, FileIdentity 
     return 0;
 }
 
-// Whether the file may be there to be read all the same.
+// Whether the file may still be readable.
 bool forbidsWriting(int error) {
     return error == EACCES || error == EPERM || error == EROFS || error == ETXTBSY;
 }
@@ -102,7 +102,7 @@ int lockFile(int descriptor, int command, struct flock& range) {
     return errno == ENOLCK || errno == EINVAL ? EOPNOTSUPP : errno;
 }
 
-// An error number; 0 where the mark is set, or gone.
+// Sets or removes the mark. Returns an error number.
 int setMark(int descriptor, short type) {
     struct flock range {};
     range.l_type = type;
@@ -117,7 +117,7 @@ int setMark(int descriptor, short type) {
 int lockHeld(const HeldDescriptors& held, int command, struct flock& range) {
     const int ours = command == F_GETLK ? F_OFD_GETLK : F_OFD_SETLK;
     range.l_pid = 0;  // must be, for these locks
-    // All to the end is released in one call, which must spare the mark.
+    // SQLite releases everything to the end in one call; the mark must stay.
     if (range.l_len == 0) range.l_len = markOffset - range.l_start;
     const bool release = command == F_SETLK && range.l_type == F_UNLCK;
     if (release && held.readable >= 0) lockFile(held.readable, ours, range);

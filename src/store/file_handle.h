@@ -14,7 +14,7 @@
 
 namespace zorvel {
 
-// What tells that nobody but us has written to a file.
+// The same as long as no other program has written to the file.
 struct FileStamp {
     FileIdentity identity;
     off_t size = 0;
@@ -26,7 +26,7 @@ struct FileStamp {
     }
 };
 
-// Follows symbolic links; absent where nothing is there.
+// Follows symbolic links; absent if there is no file.
 std::optional<FileStamp> fileStamp(const std::string& path);
 
 // One file held open, for as long as the object lives.

@@ -1,5 +1,4 @@
-// Why a project file cannot be read or written. Storage names the trouble; the program words it
-// for the person (model/file_messages.h).
+// Why a project file cannot be read or written. model/file_messages.h has the words for the user.
 #pragma once
 
 #include <string>
@@ -35,7 +34,7 @@ enum class FileTrouble {
 
 struct FileProblem {
     FileTrouble trouble = FileTrouble::other;
-    // Where and what, for whoever wants to know more: "table taxon, row 17: ..."; may be empty.
+    // Details of the place: "table taxon, row 17: ..."; may be empty.
     std::string detail;
     int systemError = 0;  // errno, where the system said no
 };

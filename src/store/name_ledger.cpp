@@ -7,7 +7,7 @@ namespace zorvel {
 bool NameLedger::addStored(const SharedText& text, std::int64_t id, std::int64_t uses) {
     const auto [place, isNew] = names_.try_emplace(text, Name{id, uses, uses, true, uses == 0});
     if (!isNew) return false;
-    // A name that nothing uses goes with the next write.
+    // The next write removes a name that no taxon uses.
     if (uses == 0) touched_.push_back(&*place);
     nextId_ = std::max(nextId_, id + 1);
     return true;

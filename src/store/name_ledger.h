@@ -1,6 +1,6 @@
-// Which names the table of names holds, under which numbers, and how many taxa use each: a name
-// gets its row with its first use, and loses it with the last. Uses are counted while a write goes
-// on, and stand only when it is known to have taken place.
+// The rows of the table of names: the number of each name and how many taxa use it. A name gets its
+// row with its first use and loses it with the last. The uses that a write changes count only when
+// the write is known to have taken place.
 #pragma once
 
 #include <cstddef>
@@ -23,7 +23,7 @@ class NameLedger {
         bool touched = false;
     };
 
-    // A row of the table as it was read, used that often. False where the text is there already.
+    // A row of the table as it was read, used that often. False if the text has a row already.
     bool addStored(const SharedText& text, std::int64_t id, std::int64_t uses);
 
     // One use more or less; the name's number. A text that is new gets the next number.

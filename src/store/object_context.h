@@ -25,7 +25,7 @@ class ObjectContext;
 class Zorvel;
 
 // A census: a light handle of context and identity, valid while the context lives. A handle whose
-// record is gone reads as a record of defaults without taxa.
+// record was deleted reads as a record of defaults without taxa.
 class Census {
   public:
     [[nodiscard]] RecordId id() const { return id_; }
@@ -37,10 +37,10 @@ class Census {
     [[nodiscard]] std::optional<TimeStamp> timeStamp() const;
     [[nodiscard]] std::vector<Zorvel> taxa() const;
     [[nodiscard]] std::size_t taxonCount() const;
-    // The taxon of that identity; absent where this census has none. Takes no list of all of them.
+    // The taxon of that identity; absent if this census has none. Faster than a search in taxa().
     [[nodiscard]] std::optional<Zorvel> taxon(RecordId id) const;
     // The taxa's values without handles: the fast way to read them all. Stays valid while held;
-    // an empty block where the record is gone.
+    // an empty block if the record was deleted.
     [[nodiscard]] std::shared_ptr<const CensusBlock> block() const;
 
     friend bool operator==(const Census&, const Census&) = default;
@@ -63,7 +63,7 @@ class Zorvel {
     [[nodiscard]] std::optional<SharedText> name() const;
     [[nodiscard]] std::int64_t abundance() const;
     [[nodiscard]] bool include() const;
-    // Absent once the taxon is gone.
+    // Absent once the taxon was deleted.
     [[nodiscard]] std::optional<Census> census() const;
 
     friend bool operator==(const Zorvel&, const Zorvel&) = default;
@@ -122,14 +122,14 @@ class ObjectContext {
     // A census with all its taxa at once, at the end of the project.
     Census insertCensus(const CensusAttributes& attributes, std::vector<TaxonValues> taxa);
     // Many of them, made elsewhere: a batch for that many records, censuses and taxa counted
-    // together, and its censuses as one change. They stand where the batch was asked for, among
-    // those that are inserted meanwhile. The batch is empty afterwards.
+    // together, and the insertion of its censuses as one change. Their place in the order is that
+    // of the call of newBatch(). The batch is empty afterwards.
     std::shared_ptr<CensusBatch> newBatch(std::size_t records);
     void insertCensuses(CensusBatch& batch);
 
-    // Deleting and setting act on records of this context alone: a handle of a record that is gone,
-    // or of another context (a frozen copy too), changes nothing. Nor does a value that the record
-    // holds already. Many at once, in any order, are one change, which costs little more than
+    // Deleting and setting act on records of this context alone: a handle of a deleted record, or
+    // of another context (a frozen copy too), changes nothing. Nor does a value that the record has
+    // already. Many at once, in any order, are one change, which costs little more than
     // reading them.
     void deleteCensuses(const std::vector<Census>& censuses);  // and their taxa
     void deleteTaxa(const std::vector<Zorvel>& taxa);
@@ -148,25 +148,25 @@ class ObjectContext {
     [[nodiscard]] std::vector<Zorvel> taxa() const;  // census by census
     [[nodiscard]] std::size_t censusCount() const;
 
-    // The record of that identity, for instance one that a job met in a frozen copy; absent where
-    // it is gone.
+    // The record of that identity, for instance one that a job met in a frozen copy; absent if
+    // it was deleted.
     [[nodiscard]] std::optional<Census> census(RecordId id) const;
 
-    // The state as it stands now, never to change; costs one pointer for each few dozen censuses.
+    // The state as it stands now, never to change; costs one pointer per few dozen censuses.
     [[nodiscard]] std::shared_ptr<const ObjectContext> frozenCopy() const;
     // The same with edits of its records, which insert none: this context stays as it is. Its
-    // revision is 0 where they have changed nothing.
+    // revision is 0 if they changed nothing.
     using Edits = std::function<void(ObjectContext& copy)>;
     [[nodiscard]] std::shared_ptr<const ObjectContext> frozenCopy(const Edits& edits) const;
 
-    // All records, ascending by identity: the blocks of a frozen copy cost one pointer a census.
+    // All records, ascending by identity: the blocks of a frozen copy cost one pointer per census.
     [[nodiscard]] std::vector<BlockPointer> blocks() const;
-    // Where the names of these records are kept: what is to be inserted takes its names from there.
+    // The pool of the names of these records. Records to be inserted should take their names from
+    // it.
     [[nodiscard]] std::shared_ptr<NamePool> names() const;
-    // The blocks with the names, to be taken over by another context. A frozen copy knows no names.
+    // The blocks with the names, to be adopted by another context. A frozen copy has no names.
     [[nodiscard]] ProjectRecords records() const;
-    // Takes these over in place of what is here, as on opening: nothing of it can be undone, and
-    // nothing is announced.
+    // Replaces all records, as on opening: this cannot be undone and is not announced.
     void adopt(ProjectRecords records);
 
     // Undo. A step is what is undone at once: all changes between its beginning and its end, which
@@ -178,7 +178,7 @@ class ObjectContext {
     // False while a step is open.
     [[nodiscard]] bool canUndo() const;
     [[nodiscard]] bool canRedo() const;
-    [[nodiscard]] std::string undoName() const;  // empty where there is none
+    [[nodiscard]] std::string undoName() const;  // empty if there is none
     [[nodiscard]] std::string redoName() const;
     void undo();
     void redo();
@@ -191,17 +191,17 @@ class ObjectContext {
     // Grows with every change, undo and redo too.
     [[nodiscard]] std::uint64_t revision() const;
 
-    // Observers hear of all that has changed since the last announcement as one set, when
-    // announceChanges() is called: at the end of a turn. What came to nothing is not announced. An
+    // announceChanges(), called at the end of a turn, passes all changes since the last
+    // announcement to the observers as one set. Changes that cancel out are not announced. An
     // observer may change records, which is announced next time, and may remove itself or others.
     using ChangeObserver = std::function<void(const ChangeSet&)>;
     using ObserverId = std::uint64_t;
     ObserverId addObserver(ChangeObserver observer);
     void removeObserver(ObserverId observer);
-    // Called by an observer it does nothing: what changes then waits for the next call.
+    // Does nothing when an observer calls it: the changes wait for the next call.
     void announceChanges();
-    // Called at the first change after an announcement: whoever knows when the turn ends sees to it
-    // that announceChanges() is called then.
+    // Called at the first change after an announcement, so that announceChanges() can be scheduled
+    // for the end of the turn.
     void setFirstChangeHandler(std::function<void()> handler);
 
   private:
@@ -214,7 +214,7 @@ class ObjectContext {
     void set(const Census& census, Value CensusAttributes::*member, const Value& value);
     template <class Value>
     void set(const std::vector<Zorvel>& taxa, Value TaxonValues::*member, const Value& value);
-    // edit(record) gives what the record is to be, or nothing where it stays.
+    // edit(record) returns the change of the record, or nothing if it stays as it is.
     template <class Edit>
     void changeTaxa(std::vector<Zorvel> taxa, Edit&& edit);
     [[nodiscard]] std::vector<TaxonRecord> newRecords(std::vector<TaxonValues> taxa);
@@ -242,7 +242,7 @@ class UndoStep {
 // contexts of the taxa must live and not change meanwhile.
 class TaxonCursor {
   public:
-    // The record, whose census is block() from then on; null where the taxon is gone.
+    // The record, whose census is block() from then on; null if the taxon was deleted.
     const TaxonRecord* find(const Zorvel& taxon);
 
     // The census of the taxon last found.

@@ -35,7 +35,7 @@ std::string resolvedOrFail(const std::string& path) {
     return std::move(resolved).value();
 }
 
-// Why the file cannot be written, as far as permissions tell; nothing where it can.
+// Why the file cannot be written, as far as permissions tell.
 std::optional<FileProblem> reasonNotToWrite(const std::string& path, bool readOnly) {
     if (readOnly) return FileProblem{FileTrouble::readOnlyFile, "opened for reading alone", 0};
     if (faccessat(AT_FDCWD, folderOf(path).c_str(), W_OK | X_OK, AT_EACCESS) != 0) {
@@ -60,7 +60,7 @@ struct ProjectFile::Parts {
     ProjectFileOptions options;
     std::optional<FileProblem> notWritable;
 
-    // Whatever is below goes before what is above it.
+    // In this order: the writer is destroyed before the connection, and that before the handle.
     std::unique_ptr<FileHandle> handle;
     std::unique_ptr<Connection> connection;
     std::optional<ProjectWriter> writer;
@@ -68,9 +68,9 @@ struct ProjectFile::Parts {
     WrittenState written;
     // A write of which it is not known whether it took place.
     std::optional<WrittenState> attempt;
-    // False while what is written may be in the file and yet not safe on the disk.
+    // False while a write may be in the file but not yet safe on the disk.
     bool safe = true;
-    // As the file was after our last access to it; absent where that may have been cut short.
+    // Of the file after our last access; absent if that access may have been cut short.
     std::optional<FileStamp> stamp;
 
     void hold();
@@ -123,7 +123,7 @@ FileResult<std::unique_ptr<ProjectFile>> ProjectFile::open(const std::string& pa
     });
 }
 
-// Where a program was killed while it wrote, a connection that may only read cannot read at all.
+// A read-only connection cannot read at all if a program was killed while it wrote.
 void ProjectFile::Parts::recover() {
     if (!notWritable || !fileStamp(journalOf(resolved))) return;
     guarded([this] {
@@ -214,8 +214,8 @@ bool ProjectFile::Parts::isInFile(const WrittenState& state, const ProjectRow& r
     return sameWrite(row, state.row) && changesOfFile() == state.changes;
 }
 
-// Finds out, in the transaction that is open, what became of the last write, and that there was no
-// other: the time of change alone does not tell, since it may stand still for some milliseconds.
+// Finds out, in the open transaction, whether the last write took place, and fails if there was
+// another one: the modification time alone is too coarse to tell.
 void ProjectFile::Parts::settleAttempt() {
     const ProjectRow found = readProjectRow(*connection);
     if (attempt && isInFile(*attempt, found)) {
@@ -231,8 +231,8 @@ void ProjectFile::Parts::settleAttempt() {
 
 void ProjectFile::Parts::write(Blocks blocks) {
     requireSameFile();
-    // SQLite trusts the pages that it knows as long as its counter of changes stands where it was:
-    // another version of the file, laid over it by a program that keeps times, may have the same.
+    // SQLite trusts its cached pages as long as the change counter in the file is the same. A sync
+    // program may have overwritten the file with another version that has the same counter.
     connection->forgetPages();
     Transaction transaction(*connection, Transaction::Kind::write);
     settleAttempt();
@@ -266,7 +266,7 @@ void ProjectFile::Parts::commit(Transaction& transaction) {
     stamp = fileStamp(resolved);
 }
 
-// The pages may have been overwritten behind our back.
+// Another program may have overwritten the pages.
 void ProjectFile::Parts::checkCopy(Connection& copy) const {
     checkPages(copy);
     const ProjectRow row = readProjectRow(copy);

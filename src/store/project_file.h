@@ -25,7 +25,7 @@ struct FileIdentity {
     friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
 };
 
-// Absent where there is no such file. Follows symbolic links; opens nothing.
+// Absent if there is no such file. Follows symbolic links; opens nothing.
 std::optional<FileIdentity> fileIdentity(const std::string& path);
 
 // Whether these first bytes of a file are those of an SQLite database.
@@ -36,7 +36,7 @@ struct ProjectFileOptions {
     bool readOnly = false;
     // The name of SQLite's layer over the system's files; null for its default.
     const char* vfs = nullptr;
-    // Of create(): where there is a file at the path, it fails with EEXIST and leaves it.
+    // For create(): if there is a file at the path, fail with EEXIST and leave it.
     bool keepExisting = false;
 };
 

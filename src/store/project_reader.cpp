@@ -22,7 +22,7 @@ class NameColumn {
   public:
     // Numbers must ascend. False where the text has a number already.
     bool add(std::int64_t id, std::string_view text);
-    // The name of that number, used once more; null where there is none.
+    // The name of that number, used once more; null if there is none.
     const SharedText* use(std::int64_t id);
     // A text without a number of its own: the same one as a name of these bytes.
     SharedText shared(std::string_view text) { return texts_->intern(text); }
@@ -77,7 +77,7 @@ class BlockBuilder {
     void addCensus(RecordId id, CensusAttributes attributes);
     // Whether that is the identity of a census. Identities must ascend from call to call.
     bool isCensus(RecordId id);
-    // False where there is no such census. Identities must ascend.
+    // False if there is no such census. Identities must ascend.
     bool addTaxon(RecordId census, TaxonRecord taxon);
 
     std::vector<BlockPointer> take();
@@ -95,7 +95,7 @@ class BlockBuilder {
 
     std::vector<Open> censuses_;
     std::size_t current_ = 0;
-    std::size_t passed_ = 0;  // censuses that isCensus() has left behind
+    std::size_t passed_ = 0;  // censuses that isCensus() has passed
     // Taxa of the current census on their way to its chunk, and how many fit there.
     TaxonChunk waiting_;
     std::size_t room_ = 0;
@@ -193,7 +193,7 @@ class Rows {
         if (!integer) complainOfType(column, name);
         return *integer;
     }
-    // Nothing for NULL.
+    // Absent for NULL.
     [[nodiscard]] std::optional<std::int64_t> integerOrNull(int column, const char* name) {
         sqlite3_value* cell = statement_.value(column);
         const int type = sqlite3_value_type(cell);
@@ -293,7 +293,7 @@ std::int64_t readTaxa(Connection& connection, NameColumn& names, BlockBuilder& b
     return rows.id();
 }
 
-// Files are named after it, so that it must be no path.
+// Files are named after it, so it must not be a path.
 bool isProjectIdentity(std::string_view text) {
     constexpr std::size_t longest = 64;
     constexpr std::string_view allowed =

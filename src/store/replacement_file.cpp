@@ -93,7 +93,7 @@ void ReplacementFile::clearCompanions() {
 
 std::unique_ptr<FileHandle> ReplacementFile::takePlace() {
     if (const int error = temporary_.sync()) failWithErrno(error, "sync the new file");
-    // The companions of a file that came meanwhile belong to that file.
+    // If a file has appeared at the path, its companions belong to it.
     if (place_ == Place::free && exists(path_)) failWithErrno(EEXIST, "make the file");
     clearCompanions();
     if (const int error = temporary_.moveTo(path_, place_)) {

@@ -94,7 +94,7 @@ FileTrouble troubleOf(int code, int systemError) {
 // connection: null if SQLite had no memory for one.
 FileProblem sqliteProblem(sqlite3* connection, int code, const char* doing) {
     const int systemError = connection ? sqlite3_system_errno(connection) : 0;
-    // Not sqlite3_errmsg(), which repeats what stands in the file, and SQL.
+    // Not sqlite3_errmsg(), which quotes the file's content and SQL.
     std::string detail = code == SQLITE_INTERRUPT ? "too much to read" : sqlite3_errstr(code);
     detail += " (";
     detail += doing;
@@ -127,7 +127,7 @@ void Connection::configure(Access access) {
         int option;
         int on;
     };
-    // Before the defences, which do not let the journal go.
+    // Before the defences, which do not allow this.
     if (access == Access::build) {
         run("PRAGMA journal_mode=OFF; PRAGMA locking_mode=EXCLUSIVE;", "configure");
     }
@@ -140,8 +140,8 @@ void Connection::configure(Access access) {
     }
     setLimits(handle_);
     sqlite3_busy_timeout(handle_, busyMilliseconds);
-    // Some of these read the schema, which takes some hundred instructions of a project, and any
-    // time of a file that has more in it.
+    // Some of these read the schema: some hundred instructions for a project, any number for a
+    // hostile file.
     constexpr int mostInstructions = 1000;
     const auto stop = [](void*) { return 1; };
     sqlite3_progress_handler(handle_, mostInstructions, stop, nullptr);
@@ -219,7 +219,7 @@ void Statement::run() {
 bool Statement::next() {
     const int code = sqlite3_step(statement_);
     if (code == SQLITE_ROW) return true;
-    // Resetting returns the error once more, with what there is to tell of it.
+    // Resetting returns the error again, with its extended code.
     const int outcome = sqlite3_reset(statement_);
     if (code != SQLITE_DONE) check(outcome != SQLITE_OK ? outcome : code);
     return false;

@@ -21,7 +21,7 @@ class Connection {
     enum class Access {
         read,
         write,
-        // A new file that nobody else knows of: without a journal, so that a failure spoils it.
+        // A new file under a temporary name: without a journal, so that a failure spoils it.
         build,
     };
 
@@ -58,7 +58,8 @@ class Connection {
     sqlite3* handle_ = nullptr;
 };
 
-// All that is written until commit() is one change: it is undone when the object goes without one.
+// All that is written until commit() is one change, which is undone if the object is destroyed
+// before that.
 class Transaction {
   public:
     enum class Kind { read, write };
@@ -111,9 +112,8 @@ class Statement {
     }
     // Valid until the next row.
     [[nodiscard]] std::string_view text(int column) const;
-    // For kind and number of a cell with one look into the row; to be asked with
-    // sqlite3_value_type() and sqlite3_value_int64() by the thread of the connection. Valid until
-    // the next row.
+    // For the type and the number of a cell (sqlite3_value_type(), sqlite3_value_int64()) with one
+    // access to the row. Valid until the next row.
     [[nodiscard]] sqlite3_value* value(int column) const {
         return sqlite3_column_value(statement_, column);
     }
