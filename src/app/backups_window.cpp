@@ -67,7 +67,7 @@ void BackupsWindow::fill(const std::vector<Backup>& backups) {
         auto* item =
             new QTreeWidgetItem({QLocale().toString(backup.modified, "d MMM yyyy, HH:mm:ss"),
                                  QLocale().formattedDataSize(backup.size)});
-        list_->insertTopLevelItem(0, item);  // the newest comes last
+        list_->insertTopLevelItem(0, item);  // the newest is last in the list
         item->setData(0, pathRole, backup.path);
         item->setSizeHint(0, QSize(0, fontMetrics().height() + 12));
         item->setToolTip(0, shortened(oneLine(QFileInfo(backup.path).completeBaseName()), 100));

@@ -1,6 +1,5 @@
-// File > Browse Backups: the backups of one project by date, newest first, any of which can be
-// opened as an untitled copy. It shows what there was when it was made; nothing here changes a
-// backup. Main thread.
+// File > Browse Backups: the backups that a project has when the window opens, newest first. Any
+// can be opened as an untitled copy; none is changed. Main thread.
 #pragma once
 
 #include <QDialog>
@@ -19,7 +18,7 @@ class JobQueue;
 class BackupsWindow : public QDialog {
     Q_OBJECT
   public:
-    // folder: of the project's backups. The queue, which looks into it, must outlive the window.
+    // folder: of the project's backups. The queue must outlive the window.
     BackupsWindow(const QString& displayName, const QString& folder, JobQueue& jobs,
                   QWidget* parent);
 

@@ -1,5 +1,4 @@
-// The commands of the File menu that act on one project: save, save as, revert. Each asks what it
-// has to ask. Main thread.
+// The commands of the File menu that act on one project: save, save as, revert. Main thread.
 #pragma once
 
 #include <functional>
@@ -13,14 +12,13 @@ namespace zorvel {
 class Document;
 class MainWindowController;
 
-// Asks for a path and saves the document there, in place of a file only where the person says so; a
-// warning tells of a failure. saved: whether it was, called once, at once or later. window: to
-// stand over, may be null.
+// Asks for a path and saves the document there; asks before it replaces a file, and warns of a
+// failure. saved: called once, at once or later. window: parent of the questions, may be null.
 void saveDocumentAs(
     Document& document, QWidget* window, const Panels& panels,
     std::function<void(bool saved)> saved = [](bool) {});
 
-// At once; an untitled one is saved as.
+// At once; for an untitled project this is Save As.
 void saveDocument(MainWindowController& window, const Panels& panels);
 
 void saveWindowAs(MainWindowController& window, const Panels& panels);

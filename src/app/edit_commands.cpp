@@ -12,21 +12,20 @@
 
 #include "ui/kit/record_table_view.h"
 #include "ui/kit/value_field.h"
-#include "ui/main/details_fields.h"
+#include "ui/main/details_view.h"
 #include "ui/main/table_cells.h"
 
 namespace zorvel {
 
 namespace {
 
-// Of what a label shows, in characters; tags of its text are none.
+// The length of a label's text in characters, without tags.
 int shownLength(const QLabel& label) {
     if (label.textFormat() != Qt::RichText) return static_cast<int>(label.text().size());
     return static_cast<int>(QTextDocumentFragment::fromHtml(label.text()).toPlainText().size());
 }
 
-// What a label has selected, with the line breaks that other programs know: Qt marks those of
-// paragraphs and table cells with characters of its own.
+// With line feeds for the characters by which Qt separates paragraphs and table cells.
 QString plainLines(QString text) {
     for (const char16_t mark : {u'\ufdd0', u'\ufdd1', u'\u2028', u'\u2029'})
         text.replace(mark, '\n');

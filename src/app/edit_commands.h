@@ -1,15 +1,15 @@
-// The Edit menu, on whatever widget has the focus. Main thread.
+// The commands of the Edit menu, for the widget that has the focus. Main thread.
 #pragma once
 
 class QWidget;
 
 namespace zorvel {
 
-// A null or other widget has nothing to copy or select.
+// False for null and for other kinds of widgets.
 bool canCopy(const QWidget* widget);
 bool canSelectAll(const QWidget* widget);
 void copyFrom(QWidget* widget);
-// A table's rows, or the selected part of a text that can be edited.
+// Rows of a table, or the selected part of an editable text.
 bool canCut(const QWidget* widget);
 void cutFrom(QWidget* widget);
 bool canPaste(const QWidget* widget);
@@ -17,8 +17,8 @@ void pasteInto(QWidget* widget);
 void deleteFrom(QWidget* widget);
 void selectAllOf(QWidget* widget);
 
-// A line or text that is being edited undoes its own typing; the project's steps wait meanwhile. A
-// cell of a table or a detail of a record does so only while there is typing in it.
+// Whether undo and redo act on the widget's own text instead of the project. For a cell of a table
+// or a detail of a census that is so only while it has typed text.
 bool isTextEditor(const QWidget* widget);
 bool canUndoIn(const QWidget* editor);
 bool canRedoIn(const QWidget* editor);

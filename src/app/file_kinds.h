@@ -1,6 +1,6 @@
-// The kinds of the files that come to the program by a drop, the command line or the file manager:
-// told by their beginning, and asked for where that leaves a doubt. Main thread; the files are
-// opened in the background, once: what was looked at is what is read.
+// The kinds of files that come by a drop, the command line or the file manager: detected from their
+// beginning, and asked for if in doubt. Main thread; the files are opened in the background, once:
+// what was looked at is what is read.
 #pragma once
 
 #include <QString>
@@ -19,9 +19,9 @@ class ProjectWindows;
 
 struct KnownFile {
     std::shared_ptr<NamedFile> file;
-    bool isText = false;  // otherwise a project, or what will turn out to be neither
+    bool isText = false;  // otherwise a project, or neither
     FileKind kind = FileKind::matrix;
-    // Of a text: whether its kind is beyond doubt; if it is not, its first lines, to ask about.
+    // Whether the kind of a text is certain; if not, its first lines, to ask about.
     bool certain = true;
     QString firstLines;
 };
@@ -29,8 +29,8 @@ struct KnownFile {
 // As the beginning of the file shows it. Waits for the disk.
 KnownFile lookAt(const QString& path);
 
-// All files in their order, without those that the user does not want after all. Files of one kind
-// by their look are asked about together. window: to stand over, may be null. receive is called
+// All files in their order, without those that the user decides against. Files that look like one
+// kind are asked about together. window: parent of the questions, may be null. receive is called
 // once, later.
 void findKinds(ProjectWindows& windows, MainWindowController* window, const QStringList& paths,
                std::function<void(const std::vector<KnownFile>& files)> receive);

@@ -2,13 +2,18 @@
 
 #include <QFileInfo>
 #include <QLocale>
+#include <QPointer>
 #include <QStringList>
+#include <iterator>
 #include <optional>
 #include <stop_token>
 #include <utility>
+#include <vector>
 
+#include "app/open_text_file.h"
 #include "app/project_windows.h"
 #include "base/console.h"
+#include "interchange/parsers.h"
 #include "model/import.h"
 #include "platform/file_reading.h"
 #include "platform/job_queue.h"
@@ -60,7 +65,7 @@ QString storedMessage(const QString& fileName, const ImportReport& report) {
     return sentences.join(' ');
 }
 
-// Whether the user has nothing to see to: all was stored, or the import was cancelled.
+// Whether the user need not do anything: all was stored, or the import was cancelled.
 bool isGoodNews(const ImportReport& report) {
     if (report.outcome == ImportReport::Outcome::cancelled) return true;
     return report.outcome == ImportReport::Outcome::stored && report.censuses > 0 &&
@@ -161,6 +166,63 @@ void runImport(ProjectWindows& windows, MainWindowController* window, FileKind k
 QString leftOutNote(const QString& fileName, const LeftOut& leftOut, bool taxa) {
     const QStringList sentences = leftOutSentences(leftOut, taxa);
     return sentences.isEmpty() ? QString() : fileName + ": " + sentences.join(' ');
+}
+
+namespace {
+
+// Made in the background, so that little is left for the main thread.
+TaxonFormatter::Names namesIn(std::string_view text) {
+    auto names = parseSpeciesList(text).value.value_or(std::vector<std::string>());
+    return {std::make_move_iterator(names.begin()), std::make_move_iterator(names.end())};
+}
+
+QString addedNames(std::size_t added) {
+    return added == 1 ? "Added one name" : QString("Added %L1 names").arg(qulonglong{added});
+}
+
+QString message(const QString& file, std::size_t added, std::size_t known) {
+    if (added + known == 0) return QString("There are no names in %1.").arg(file);
+    if (added == 0) {
+        return known == 1 ? QString("The one name in %1 was known already.").arg(file)
+                          : QString("All %L1 names in %2 were known already.")
+                                .arg(qulonglong{known})
+                                .arg(file);
+    }
+    const QString what =
+        QString("%1 from %2, to complete species names until this window is closed")
+            .arg(addedNames(added), file);
+    if (known == 0) return what + '.';
+    return known == 1 ? QString("%1; one was known already.").arg(what)
+                      : QString("%1; %L2 were known already.").arg(what).arg(qulonglong{known});
+}
+
+void addNames(MainViewController& view, const TaxonFormatter::Names& names, const QString& file) {
+    TaxonFormatter& formatter = view.taxonFormatter();
+    const std::size_t before = formatter.taxonNames().size();
+    formatter.addTaxonNames(names);
+    const std::size_t added = formatter.taxonNames().size() - before;
+    view.messageStrip().addMessage(message(file, added, names.size() - added),
+                                   MessageStrip::Tone::news);
+}
+
+}  // namespace
+
+void importSpeciesList(ProjectWindows& windows, MainWindowController* window) {
+    if (window == nullptr) return;
+    const QPointer<MainWindowController> shown(window);
+    JobQueue& jobs = windows.jobs();
+    const auto received = [shown, &jobs](std::optional<OpenedText> opened) {
+        if (!opened) return writeConsoleLines(parseSpeciesList(std::nullopt).consoleLines);
+        if (!shown) return;
+        jobs.start(
+            shown, [text = std::move(opened->text)] { return namesIn(text); },
+            [shown, file = QFileInfo(opened->path).fileName()](const TaxonFormatter::Names& names) {
+                addNames(shown->mainView(), names, file);
+            });
+    };
+    // If cancelled nothing is said: the console line that there are no names is about a file that
+    // has none or cannot be read.
+    openTextFile(windows, window, "Import Species List", received, [] {});
 }
 
 }  // namespace zorvel

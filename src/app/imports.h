@@ -1,4 +1,5 @@
-// The commands that import text files into a project, and what they tell the person. Main thread.
+// The commands that import text files into a project, or names of species for completion, and their
+// messages. Main thread; files are read and parsed in the background.
 #pragma once
 
 #include <QPointer>
@@ -15,30 +16,30 @@ class Document;
 class MainWindowController;
 class ProjectWindows;
 
-// The window that a command was given in; null where it was given without one.
+// The window that a command was given in; null if it was given without one.
 struct CommandWindow {
     explicit CommandWindow(MainWindowController* asked) : given(asked != nullptr), window(asked) {}
-    // Closed since.
+    // It was closed since.
     [[nodiscard]] bool isGone() const;
 
     bool given;
     QPointer<MainWindowController> window;
 };
 
-// The project of the window, or a new one in a window of its own where the command was given
-// without one. Null where the window is gone.
+// The project of the window, or a new one in its own window if the command was given without one.
+// Null if the window was closed.
 Document* currentOrNewDocument(ProjectWindows& windows, const CommandWindow& command);
 
 // Asks for a file, and imports it as one of that kind.
 void runImport(ProjectWindows& windows, MainWindowController* window, FileKind kind);
 
-// Imports the files one after the other, in their order. A file that cannot be read or imported
-// does not keep the others out; cancelling does.
+// Imports the files one after the other, in their order. After a file that cannot be read or
+// imported the next one follows; cancelling stops.
 void importFiles(ProjectWindows& windows, const CommandWindow& command,
                  const std::vector<KnownFile>& files);
 
-// In the background; the message strip of the project's window tells what came of it. The import is
-// given up where the window closes; otherwise ended is called.
+// In the background; the message strip of the project's window shows the result. Closing the window
+// cancels the import; otherwise ended is called.
 void importInto(
     Document& document, ProjectWindows& windows, FileKind kind, OpenedText text,
     std::function<void(bool cancelled)> ended = [](bool) {});
@@ -46,5 +47,10 @@ void importInto(
 // What a format leaves out by its rules and the user would miss, in sentences; empty if nothing.
 // Absent taxa are not missed, unless all are. taxa: whether any census has one.
 QString leftOutNote(const QString& fileName, const LeftOut& leftOut, bool taxa);
+
+// Asks for a file, and adds its names to the completion of species names in that window, until the
+// window is closed, whatever project it shows. The strip says how many were new. Nothing is said if
+// cancelled. Does nothing without a window.
+void importSpeciesList(ProjectWindows& windows, MainWindowController* window);
 
 }  // namespace zorvel

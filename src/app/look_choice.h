@@ -1,5 +1,5 @@
-// The person's choice of look, light, dark or the desktop's: applied at once, and kept for the next
-// run. Main thread; made once, before the first window.
+// The user's choice of look, light, dark or the desktop's: applied at once, and kept for the next
+// run. Created once, before the first window. Main thread.
 #pragma once
 
 #include <QObject>

@@ -6,10 +6,9 @@
 #include <memory>
 
 #include "app/application_delegate.h"
-#include "app/command_line.h"
-#include "app/end_signals.h"
 #include "app/look_choice.h"
 #include "app/printing.h"
+#include "app/process.h"
 #include "app/project_windows.h"
 #include "metrics/random_source.h"
 #include "platform/document_controller.h"

@@ -15,7 +15,6 @@
 #include "app/imports.h"
 #include "app/look_choice.h"
 #include "app/project_windows.h"
-#include "app/species_list_command.h"
 #include "ui/main/clipboard_rows.h"
 #include "ui/main/main_view_controller.h"
 #include "ui/main/main_window_controller.h"

@@ -1,5 +1,5 @@
-// Asks for a text file and reads it, for whatever is made of texts: imports, the species list. Main
-// thread; the file itself is read in the background.
+// Asks for a text file and reads it, for imports and the species list. Main thread; the file is
+// read in the background.
 #pragma once
 
 #include <QString>
@@ -19,14 +19,13 @@ struct OpenedText {
     std::string text;  // UTF-8, not empty
 };
 
-// Called once: at once or later, or never where the program ends before.
+// Called once, at once or later; never if the program ends first.
 using TextReceiver = std::function<void(std::optional<OpenedText> text)>;
 
-// Asks for one text file. Nothing comes of it where the user cancelled, where the file could not be
-// read, of which an alert tells, or where it is empty. window: to stand over, and to show that a
-// file is being read; may be null, and may have closed when the text comes. title: what is chosen.
-// cancelled: called instead where the user gives it up; without it that is a file of which nothing
-// comes.
+// Asks for one text file. receive gets no text if the file is empty, cannot be read, which an alert
+// says, or if the user cancels and there is no cancelled(), which is called instead. window: parent
+// of the panel, shows the progress; may be null, and may be closed when the text arrives. title:
+// what is chosen.
 void openTextFile(ProjectWindows& windows, MainWindowController* window, const QString& title,
                   TextReceiver receive, std::function<void()> cancelled = {});
 

@@ -30,7 +30,7 @@ std::function<bool(QPagedPaintDevice&)> painting(const PrintedSheet& sheet) {
     return [sheet](QPagedPaintDevice& device) { return printSheet(device, sheet); };
 }
 
-// Empty where nothing could be painted.
+// Empty if nothing could be painted.
 QByteArray pdfOn(const PrintTarget& target, const QString& title,
                  const std::function<bool(QPagedPaintDevice&)>& paint) {
     QByteArray bytes;
@@ -49,7 +49,7 @@ QByteArray pdfOn(const PrintTarget& target, const QString& title,
 std::optional<PrintTarget> DesktopPrintPanel::choosePrinter(QWidget* parent, const QString& title,
                                                             QPageLayout::Orientation orientation) {
     auto printer = std::make_unique<QPrinter>(QPrinter::HighResolution);
-    // The panel names its file after this, without the ending.
+    // The panel's file is named after this, without the ending.
     printer->setDocName(asFileName(title) + ".pdf");
     printer->setPageOrientation(orientation);
     printer->setPageMargins(QMarginsF(15, 15, 15, 15), QPageLayout::Millimeter);

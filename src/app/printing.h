@@ -45,11 +45,11 @@ class DesktopPrintPanel final : public PrintPanel {
 class Printing : public QObject {
     Q_OBJECT
   public:
-    // Prints whenever the windows ask for it. Both must outlive this.
+    // Prints when a window asks for it. Both must outlive this.
     Printing(ProjectWindows& windows, PrintPanel& panel);
 
-    // Nothing for a window of another kind. An alert tells where it could not be printed, and the
-    // strip of a project's window that a file is written.
+    // Does nothing for a window of another kind. An alert says if printing failed, and the strip of
+    // a project's window if a file was written.
     void print(QWidget* window);
 
   private:

@@ -58,6 +58,14 @@ class Desktop:
         self.size = f"{width}x{height}x24"
 
     def __enter__(self):
+        try:
+            self.start()
+        except BaseException:
+            self.__exit__()
+            raise
+        return self
+
+    def start(self):
         # The server picks a free number and says it; the frame buffer is a file of its own form.
         # Whoever can reach the socket may connect: programs may run here under other accounts.
         read, write = os.pipe()
@@ -68,7 +76,6 @@ class Desktop:
         with os.fdopen(read) as numbers:
             number = numbers.readline().strip()
         if not number:
-            self.__exit__()
             raise Missing("the X server does not start: " + self.said_by("Xvfb"))
         self.environment = dict(os.environ, DISPLAY=f":{number}", LC_ALL="C.UTF-8")
         for name in ("WAYLAND_DISPLAY", "XAUTHORITY", "XDG_CURRENT_DESKTOP", "QT_QPA_PLATFORM",
@@ -81,7 +88,6 @@ class Desktop:
         wait_for("the window manager", lambda: self.ask("get_num_desktops"))
         # The pointer would stand in the pictures.
         self.ask("mousemove", 10000, 10000)
-        return self
 
     def __exit__(self, *_):
         for process in reversed(self.started):

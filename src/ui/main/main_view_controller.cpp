@@ -15,7 +15,7 @@
 #include "ui/kit/look.h"
 #include "ui/kit/shown_text.h"
 #include "ui/main/census_table_model.h"
-#include "ui/main/details_fields.h"
+#include "ui/main/details_view.h"
 #include "ui/main/record_names.h"
 #include "ui/main/record_tables.h"
 #include "ui/main/species_table_model.h"

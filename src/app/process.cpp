@@ -1,4 +1,4 @@
-#include "app/end_signals.h"
+#include "app/process.h"
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -16,7 +16,7 @@ namespace {
 
 constexpr std::array endSignals{SIGTERM, SIGINT, SIGHUP};
 
-// The handler may only write; the event loop hears of it at the other end.
+// The handler may only write; the event loop reads the other end.
 std::array<int, 2> signalPipe{-1, -1};
 
 void handleEndSignal(int signal) {
@@ -50,7 +50,7 @@ EndSignals::EndSignals(std::function<void()> end) : end_(std::move(end)) {
     }
 }
 
-// The pipe stays: a signal may be on its way in another thread.
+// The pipe stays open: another thread may be handling a signal.
 EndSignals::~EndSignals() {
     for (const int signal : endSignals) {
         if (!isIgnored(signal)) setHandler(signal, SIG_DFL);
@@ -69,6 +69,44 @@ void endBySignal(int signal) {
     setHandler(signal, SIG_DFL);
     ::raise(signal);
     _exit(128 + signal);
+}
+
+namespace {
+
+const char usage[] =
+    "Usage: zorvel [FILE]...\n"
+    "Measure the diversity of biological samples.\n"
+    "\n"
+    "Each FILE is a project, or a text file of counts: a census matrix, a single\n"
+    "census, an abundance list, or an export of the phone app. Without one, an empty\n"
+    "project opens.\n"
+    "\n"
+    "  --help     print this help and exit\n"
+    "  --version  print the version and exit\n";
+
+}  // namespace
+
+std::optional<CommandLineAnswer> answerCommandLine(const QStringList& arguments) {
+    for (const QString& argument : arguments) {
+        if (argument == "--") return std::nullopt;
+        if (argument == "--help" || argument == "-h") return CommandLineAnswer{usage, 0};
+        if (argument == "--version") return CommandLineAnswer{versionText() + '\n', 0};
+        if (argument.startsWith('-')) {
+            return CommandLineAnswer{
+                QString("zorvel: unknown option %1\nTry zorvel --help.\n").arg(argument), 2};
+        }
+    }
+    return std::nullopt;
+}
+
+QStringList filesOf(const QStringList& arguments) {
+    QStringList files = arguments;
+    files.removeOne("--");
+    return files;
+}
+
+QString versionText() {
+    return "zorvel " ZORVEL_VERSION;
 }
 
 }  // namespace zorvel
