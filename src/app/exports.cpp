@@ -8,7 +8,7 @@
 #include "app/project_windows.h"
 #include "base/console.h"
 #include "interchange/writers.h"
-#include "model/metrics_table.h"
+#include "model/project_metrics.h"
 #include "platform/document.h"
 #include "platform/file_names.h"
 #include "platform/job_queue.h"

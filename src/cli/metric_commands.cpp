@@ -17,7 +17,6 @@
 #include "metrics/metric_table.h"
 #include "metrics/rarefaction.h"
 #include "metrics/sqs.h"
-#include "model/metrics_table.h"
 #include "model/project_metrics.h"
 
 namespace zorvel::cli {

@@ -7,13 +7,14 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "interchange/parsers.h"
 #include "metrics/counts.h"
 #include "metrics/rarefaction.h"
 #include "metrics/sparse_counts.h"
-#include "model/main_view.h"
+#include "model/taxon_formatter.h"
 #include "store/object_context.h"
 
 namespace zorvel {
@@ -50,6 +51,29 @@ NameList censusNameList(const std::vector<Census>& censuses);
 
 // Of all censuses and taxa of the context.
 SparseCountsResult buildSparseCounts(const ObjectContext& context);
+
+// What a project asks of its window: the desktop's main view implements it. Main thread.
+class MainView {
+  public:
+    MainView() = default;
+    MainView(const MainView&) = delete;
+    MainView& operator=(const MainView&) = delete;
+    virtual ~MainView() = default;
+
+    // Of the cells with species names.
+    virtual TaxonFormatter& taxonFormatter() = 0;
+
+    virtual void addCensusRow() = 0;
+    virtual void deleteCensusRows() = 0;
+    virtual void addSpeciesRow() = 0;
+    virtual void deleteSpeciesRows() = 0;
+
+    // Shows the text while something runs in the background; cancel() may be null. stopProgress()
+    // takes the number that the start returned.
+    using ProgressId = int;
+    virtual ProgressId startProgress(std::string_view text, std::function<void()> cancel) = 0;
+    virtual void stopProgress(ProgressId progress) = 0;
+};
 
 class DiversityDocument {
   public:

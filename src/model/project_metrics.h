@@ -1,21 +1,41 @@
-// The project-wide metrics, computed step by step in the order in which they are shown. Safe on any
-// thread.
+// The metrics of a project: those of each census as a table, which the metrics export writes, and
+// the project-wide ones, computed step by step in the order in which they are shown. Any thread.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <span>
 #include <utility>
 #include <vector>
 
+#include "interchange/writers.h"
 #include "metrics/counts.h"
 #include "metrics/metric_table.h"
 #include "metrics/random_source.h"
 #include "metrics/sparse_counts.h"
+#include "model/diversity_document.h"
 #include "model/metric_explanations.h"
 
 namespace zorvel {
 
-// What they are computed from; a group whose counts are absent has no values.
+// Three lists: one row and one name per census, in the given order, and the column titles.
+struct MetricsTable {
+    std::vector<MetricRow> rows;
+    std::vector<const char*> columnTitles;
+    NameList censusNames;
+};
+
+// All taxa of the census take part, whatever their include flag. SQS at the fixed quota 0.8; 0
+// if there is no estimate.
+MetricRow metricRow(const Census& census, RandomSource& random);
+
+// Each census has a source of its own, so that a seed gives it the same row whatever stands before
+// it. goesOn() is asked before each; absent if it returns false.
+std::optional<MetricsTable> buildMetricsTable(const std::vector<Census>& censuses,
+                                              const RandomSourceMaker& makeRandom,
+                                              const std::function<bool()>& goesOn);
+
+// What the project-wide metrics are computed from; a group whose counts are absent has no values.
 struct ProjectCounts {
     std::optional<CountsVector> countsVector;  // pooled: one entry per taxon name
     std::optional<SparseCounts> countsMatrix;  // a row per census, a column per taxon name

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <utility>
 
-#include "model/main_view.h"
+#include "model/diversity_document.h"
 
 namespace zorvel {
 

@@ -1,4 +1,4 @@
-#include "model/metrics_table.h"
+#include "model/project_metrics.h"
 
 #include <gtest/gtest.h>
 

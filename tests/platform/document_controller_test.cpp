@@ -315,10 +315,11 @@ TEST_F(DocumentControllerTest, CopiesAreUntitledProjectsWorthKeeping) {
 TEST_F(DocumentControllerTest, QuittingWritesAllAndDoesNotWaitForReading) {
     const QString other = makeProject("b.zorvel", {"North"});
     settings.autosave = std::chrono::hours(1);
+    settings.busyTries = 1000;
     Document& document = openNorth();
     addNamedCensus(document, "South");
     addNamedCensus(run->controller.newDocument(), "new");
-    disk.seemBusy(2);  // no timer runs while the program quits, and it is tried again all the same
+    disk.seemBusy(20);  // no timer runs while the program quits, and it is tried again all the same
     run->controller.close(document);
     run->controller.open(other);
     EXPECT_TRUE(run->controller.finish(std::chrono::seconds(20)).empty());

@@ -11,7 +11,6 @@
 #include <optional>
 
 #include "model/diversity_document.h"
-#include "model/main_view.h"
 #include "ui/analysis/project_wide_metrics_window_controller.h"
 #include "ui/analysis/rarefaction_view_controller.h"
 #include "ui/kit/message_strip.h"
