@@ -1,0 +1,320 @@
+#include "tables/cells.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <system_error>
+#include <vector>
+
+#include "interchange/local_time.h"
+
+namespace zorvel {
+namespace {
+
+bool isDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+std::string lowerCase(std::string_view text) {
+    std::string lower(text);
+    for (char& c : lower) {
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    }
+    return lower;
+}
+
+// The number with a point and without thousands marks; empty where it is none.
+std::string plainNumber(std::string_view cell, NumberMarks marks) {
+    std::string plain;
+    std::size_t digitsBefore = 0;  // since the start or the last thousands mark
+    bool grouped = false;
+    std::size_t i = 0;
+    if (i < cell.size() && (cell[i] == '+' || cell[i] == '-')) {
+        if (cell[i] == '-') plain += '-';
+        ++i;
+    }
+    for (; i < cell.size(); ++i) {
+        if (isDigit(cell[i])) {
+            plain += cell[i];
+            ++digitsBefore;
+        } else if (marks.thousands != 0 && cell[i] == marks.thousands) {
+            if (digitsBefore == 0 || (grouped ? digitsBefore != 3 : digitsBefore > 3)) return {};
+            grouped = true;
+            digitsBefore = 0;
+        } else {
+            break;
+        }
+    }
+    if (grouped && digitsBefore != 3) return {};
+    bool hasDigits = digitsBefore > 0;
+    if (i < cell.size() && cell[i] == marks.decimal) {
+        plain += '.';
+        for (++i; i < cell.size() && isDigit(cell[i]); ++i) {
+            plain += cell[i];
+            hasDigits = true;
+        }
+    }
+    if (!hasDigits) return {};
+    if (i < cell.size() && (cell[i] == 'e' || cell[i] == 'E')) {
+        plain += 'e';
+        ++i;
+        if (i < cell.size() && (cell[i] == '+' || cell[i] == '-')) plain += cell[i++];
+        if (i == cell.size()) return {};
+        for (; i < cell.size() && isDigit(cell[i]); ++i) plain += cell[i];
+    }
+    return i == cell.size() ? plain : std::string();
+}
+
+struct DateParts {
+    std::array<std::int64_t, 3> numbers{};
+    std::array<std::size_t, 3> digits{};
+    char separator = 0;  // 0: 20210403
+    std::string_view rest;
+};
+
+// Three numbers of a date, and what follows them.
+std::optional<DateParts> dateParts(std::string_view cell) {
+    DateParts parts;
+    const auto read = [&cell](std::size_t digits, std::int64_t& number) {
+        const auto result = std::from_chars(cell.data(), cell.data() + digits, number);
+        cell.remove_prefix(digits);
+        return result.ec == std::errc();
+    };
+    const auto count = [&cell] {
+        return static_cast<std::size_t>(std::find_if_not(cell.begin(), cell.end(), isDigit) -
+                                        cell.begin());
+    };
+    if (count() == 8) {
+        parts.digits = {4, 2, 2};
+        for (std::size_t i = 0; i < 3; ++i) read(parts.digits[i], parts.numbers[i]);
+        parts.rest = cell;
+        return parts;
+    }
+    for (std::size_t i = 0; i < 3; ++i) {
+        parts.digits[i] = count();
+        if (parts.digits[i] == 0 || parts.digits[i] > 4 ||
+            !read(parts.digits[i], parts.numbers[i])) {
+            return std::nullopt;
+        }
+        if (i == 2) break;
+        if (cell.empty() || std::string_view("-/.").find(cell.front()) == std::string_view::npos) {
+            return std::nullopt;
+        }
+        if (i == 0) parts.separator = cell.front();
+        if (cell.front() != parts.separator) return std::nullopt;
+        cell.remove_prefix(1);
+        while (cell.starts_with(' ')) cell.remove_prefix(1);
+    }
+    parts.rest = cell;
+    return parts;
+}
+
+// "T14:05:09.5Z", " 14:05" or nothing; the offset of the zone in minutes if there is one.
+struct TimeOfDay {
+    std::int64_t hour = 0;
+    std::int64_t minute = 0;
+    std::int64_t second = 0;
+    std::optional<std::int64_t> offset;
+};
+
+std::optional<TimeOfDay> timeOfDay(std::string_view rest) {
+    TimeOfDay time;
+    const std::size_t span = rest.find('/');
+    if (span != std::string_view::npos) rest = rest.substr(0, span);
+    if (rest.empty()) return time;
+    if (rest.front() != 'T' && rest.front() != ' ') return std::nullopt;
+    rest.remove_prefix(1);
+    const auto number = [&rest](std::int64_t& value) {
+        const auto [end, error] = std::from_chars(rest.data(), rest.data() + rest.size(), value);
+        const auto length = static_cast<std::size_t>(end - rest.data());
+        if (error != std::errc() || length > 2 || value < 0) return false;
+        rest.remove_prefix(length);
+        return true;
+    };
+    const auto take = [&rest](char c) {
+        if (!rest.starts_with(c)) return false;
+        rest.remove_prefix(1);
+        return true;
+    };
+    if (!number(time.hour) || !take(':') || !number(time.minute)) return std::nullopt;
+    if (take(':')) {
+        if (!number(time.second)) return std::nullopt;
+        if (take('.')) {
+            while (!rest.empty() && isDigit(rest.front())) rest.remove_prefix(1);
+        }
+    }
+    if (rest == "Z") {
+        time.offset = 0;
+    } else if (!rest.empty() && (rest.front() == '+' || rest.front() == '-')) {
+        const std::int64_t sign = rest.front() == '-' ? -1 : 1;
+        rest.remove_prefix(1);
+        std::int64_t hours = 0;
+        std::int64_t minutes = 0;
+        if (!number(hours)) return std::nullopt;
+        if (!rest.empty() && (!take(':') || !number(minutes))) return std::nullopt;
+        time.offset = sign * (hours * 60 + minutes);
+    } else if (!rest.empty()) {
+        return std::nullopt;
+    }
+    if (time.hour > 23 || time.minute > 59 || time.second > 59) return std::nullopt;
+    return time;
+}
+
+// Year, month and day of three numbers, or the question which is which.
+struct Calendar {
+    std::optional<WallClock> day;
+    bool needsOrder = false;
+};
+
+Calendar calendarDay(const DateParts& parts, DateOrder order) {
+    const auto& [a, b, c] = parts.numbers;
+    Calendar found;
+    if (parts.digits[0] == 4) {
+        found.day = WallClock{a, b, c, 0, 0};
+    } else if (parts.digits[2] == 4) {
+        // A point parts days from months wherever it is used.
+        const bool dayFirst = parts.separator == '.' || a > 12 || order == DateOrder::dayFirst;
+        const bool monthFirst =
+            parts.separator != '.' && (b > 12 || order == DateOrder::monthFirst);
+        if (dayFirst == monthFirst && a != b) {
+            found.needsOrder = !dayFirst;
+        } else {
+            found.day = monthFirst ? WallClock{c, a, b, 0, 0} : WallClock{c, b, a, 0, 0};
+        }
+    }
+    return found;
+}
+
+}  // namespace
+
+std::optional<double> tableNumber(std::string_view cell, NumberMarks marks) {
+    const std::string plain = plainNumber(cell, marks);
+    double value = 0;
+    const char* const end = plain.data() + plain.size();
+    const auto result = std::from_chars(plain.data(), end, value);
+    if (plain.empty() || result.ec != std::errc() || result.ptr != end) return std::nullopt;
+    return value;
+}
+
+bool isMissingMark(std::string_view cell) {
+    constexpr auto marks = std::to_array<std::string_view>(
+        {"na", "n/a", "n.a.", "nd", "n.d.", "nan", "null", "-", "--", "–", "—", "?", ".", "#n/a"});
+    if (cell.size() > 4) return false;
+    return std::find(marks.begin(), marks.end(), lowerCase(cell)) != marks.end();
+}
+
+CellCount cellCount(std::string_view cell, NumberMarks marks) {
+    using Kind = CellCount::Kind;
+    if (cell.empty()) return {Kind::blank, 0};
+    std::int64_t whole = 0;
+    const char* const end = cell.data() + cell.size();
+    const auto plain = std::from_chars(cell.data(), end, whole);
+    if (plain.ptr == end) {
+        if (plain.ec == std::errc::result_out_of_range) return {Kind::tooLarge, 0};
+        return {whole < 0 ? Kind::negative : Kind::count, whole};
+    }
+    if (isMissingMark(cell)) return {Kind::missing, 0};
+    const std::optional<double> value = tableNumber(cell, marks);
+    if (!value) return {Kind::notANumber, 0};
+    if (*value < 0) return {Kind::negative, 0};
+    // Digits alone, as in 1 234, are read without rounding.
+    const std::string digits = plainNumber(cell, marks);
+    const bool exact = digits.find_first_of(".e") == std::string::npos;
+    if (exact) {
+        const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), whole);
+        if (result.ec != std::errc()) return {Kind::tooLarge, 0};
+        return {Kind::count, whole};
+    }
+    if (*value >= 0x1p63) return {Kind::tooLarge, 0};
+    const double rounded = std::round(*value);
+    return {rounded == *value ? Kind::count : Kind::fraction, static_cast<std::int64_t>(rounded)};
+}
+
+std::optional<bool> presenceMark(std::string_view cell) {
+    if (cell.empty() || cell == "0") return false;
+    if (cell == "1" || cell == "x" || cell == "X") return true;
+    return std::nullopt;
+}
+
+std::optional<double> tableDegrees(std::string_view cell, NumberMarks marks, double limit) {
+    double sign = 1;
+    if (!cell.empty()) {
+        const char last = cell.back();
+        const bool vertical = limit == 90 && (last == 'N' || last == 'S');
+        const bool horizontal = limit == 180 && (last == 'E' || last == 'W');
+        if (vertical || horizontal) {
+            sign = last == 'S' || last == 'W' ? -1 : 1;
+            cell.remove_suffix(1);
+        }
+    }
+    std::string parts(cell);
+    for (const std::string_view mark : {"°", "′", "″", "'", "\"", "’", "”"}) {
+        for (std::size_t at = parts.find(mark); at != std::string::npos; at = parts.find(mark)) {
+            parts.replace(at, mark.size(), " ");
+        }
+    }
+    std::array<double, 3> values{};
+    std::size_t count = 0;
+    for (std::size_t at = 0; at < parts.size();) {
+        const std::size_t end = std::min(parts.find(' ', at), parts.size());
+        if (end > at) {
+            const auto value = tableNumber(std::string_view(parts).substr(at, end - at), marks);
+            if (!value || count == 3 || (count > 0 && (*value < 0 || *value >= 60))) {
+                return std::nullopt;
+            }
+            values[count++] = *value;
+        }
+        at = end + 1;
+    }
+    if (count == 0) return std::nullopt;
+    const double size = std::abs(values[0]) + values[1] / 60 + values[2] / 3600;
+    const double degrees = sign * (std::signbit(values[0]) ? -size : size);
+    if (!(std::abs(degrees) <= limit)) return std::nullopt;
+    return degrees;
+}
+
+CellDate tableDate(std::string_view cell, DateOrder order) {
+    CellDate date;
+    const std::optional<DateParts> parts = dateParts(cell);
+    if (!parts) return date;
+    const Calendar calendar = calendarDay(*parts, order);
+    const std::optional<TimeOfDay> time = timeOfDay(parts->rest);
+    date.needsOrder = calendar.needsOrder && time.has_value();
+    if (!calendar.day || !time) return date;
+    WallClock clock = *calendar.day;
+    if (time->offset) {
+        const std::chrono::year_month_day day{
+            std::chrono::year(static_cast<int>(clock.year)),
+            std::chrono::month(static_cast<unsigned>(clock.month)),
+            std::chrono::day(static_cast<unsigned>(clock.day))};
+        if (!day.ok()) return date;
+        date.time = std::chrono::sys_days(day) + std::chrono::hours(time->hour) +
+                    std::chrono::minutes(time->minute - *time->offset) +
+                    std::chrono::seconds(time->second);
+        return date;
+    }
+    clock.hour = time->hour;
+    clock.minute = time->minute;
+    date.time = localTime(clock);
+    if (date.time) *date.time += std::chrono::seconds(time->second);
+    return date;
+}
+
+DateOrder dateOrderOf(std::string_view cell) {
+    const std::optional<DateParts> parts = dateParts(cell);
+    if (!parts || parts->digits[2] != 4 || parts->separator == '.') return DateOrder::unknown;
+    const bool dayFirst = parts->numbers[0] > 12;
+    const bool monthFirst = parts->numbers[1] > 12;
+    if (dayFirst == monthFirst) return DateOrder::unknown;
+    return dayFirst ? DateOrder::dayFirst : DateOrder::monthFirst;
+}
+
+std::optional<bool> yesOrNo(std::string_view cell) {
+    const std::string word = lowerCase(cell);
+    if (word == "1" || word == "true" || word == "yes" || word == "x" || word == "y") return true;
+    if (word == "0" || word == "false" || word == "no" || word == "n") return false;
+    return std::nullopt;
+}
+
+}  // namespace zorvel

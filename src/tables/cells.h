@@ -1,0 +1,67 @@
+// What the cells of a table mean. Pure; the same under every locale.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "base/time_stamp.h"
+#include "tables/reading.h"
+
+namespace zorvel {
+
+// How numbers are written: 1.234,5 has the decimal mark ',' and the thousands mark '.'.
+struct NumberMarks {
+    char decimal = '.';
+    char thousands = 0;  // 0: none
+};
+
+// A number in digits, with a sign, a fraction and an exponent as far as they are there. Absent for
+// anything else, and where a thousands mark does not part groups of three digits.
+std::optional<double> tableNumber(std::string_view cell, NumberMarks marks);
+
+// NA, n.d., "-", "?" and the like: no value was taken.
+bool isMissingMark(std::string_view cell);
+
+struct CellCount {
+    enum class Kind {
+        count,
+        blank,
+        missing,   // see isMissingMark()
+        fraction,  // value: rounded half away from zero
+        negative,
+        tooLarge,  // above 2^63 - 1
+        notANumber,
+    };
+    Kind kind = Kind::blank;
+    std::int64_t value = 0;
+};
+
+CellCount cellCount(std::string_view cell, NumberMarks marks);
+
+// x, X or 1 (true), 0 or an empty cell (false); absent for anything else.
+std::optional<bool> presenceMark(std::string_view cell);
+
+// Decimal degrees within the limit (90 or 180) either way: a number, or degrees, minutes and
+// seconds with or without their signs, N, S, E, W or O (west in Spanish and French, east in German:
+// absent).
+std::optional<double> tableDegrees(std::string_view cell, NumberMarks marks, double limit);
+
+struct CellDate {
+    std::optional<TimeStamp> time;
+    bool needsOrder = false;  // 03/04/2021 while the order is not known
+};
+
+// 2021-04-03 with or without a time, 3.4.2021, 3/4/2021, 20210403, or the start of a span
+// 2021-04-03/2021-04-05. In the computer's time zone unless a zone is given. Two digits of a year
+// are not read.
+CellDate tableDate(std::string_view cell, DateOrder order);
+
+// The order that a date like 13/4/2021 gives away; unknown where both or none are possible.
+DateOrder dateOrderOf(std::string_view cell);
+
+// Yes and no in a column of include marks: 1, true, yes, x; 0, false, no. Absent for anything else.
+std::optional<bool> yesOrNo(std::string_view cell);
+
+}  // namespace zorvel

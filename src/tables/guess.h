@@ -1,0 +1,48 @@
+// What a table seems to be, from a sample of it. Pure; nothing is decided for good: the user sees
+// the guess before the table is read. Each question has candidates with scores; where the best two
+// are close, the question is in doubt.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "tables/reading.h"
+
+namespace zorvel {
+
+// The first rows of a table.
+struct TableSample {
+    static constexpr std::size_t mostRows = 1000;
+    static constexpr std::size_t mostBytes = 4 << 20;
+
+    struct Row {
+        std::size_t number = 0;
+        std::vector<std::string> cells;
+    };
+    std::vector<Row> rows;
+    bool whole = true;  // there are no others
+};
+
+enum class TableDoubt { separator, layout, dateOrder, thousandsMark };
+
+struct TableGuess {
+    TableReading reading;
+    std::vector<TableDoubt> doubts;  // in this order, each once
+};
+
+// Of the first bytes of a text, at most TableSample::mostBytes. whole: they are all of it.
+TableGuess guessTable(std::string_view bytes, bool whole);
+
+// Of rows whose form is known: a sheet, or a text in the form given.
+TableGuess guessTable(const TableSample& sample, const TextForm& form);
+
+// A mark of the encoding, or what the bytes seem to be. whole: they are all of the text; otherwise
+// the last character may be cut.
+TableEncoding guessEncoding(std::string_view bytes, bool whole);
+
+// The rows of the bytes; the last one is left out if it may be cut.
+TableSample sampleRows(RowSource& source, bool whole);
+
+}  // namespace zorvel

@@ -1,0 +1,88 @@
+// The rows of a table, one after the other. Only one row is in memory at a time, whatever the size
+// of the table. One thread per source.
+#pragma once
+
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace zorvel {
+
+enum class TableEncoding { utf8, utf16LittleEndian, utf16BigEndian, windows1252 };
+
+// How the bytes of a text become cells.
+struct TextForm {
+    TableEncoding encoding = TableEncoding::utf8;
+    char separator = ',';  // ' ' stands for any run of blanks
+    // A double quote that opens a cell encloses it; otherwise it is a letter like any other.
+    bool quotes = true;
+
+    friend bool operator==(const TextForm&, const TextForm&) = default;
+};
+
+struct TableRow {
+    std::size_t number = 0;  // from 1; empty rows count
+    std::size_t line = 0;    // where it begins in a text, from 1; differs where cells hold breaks
+    std::vector<std::string_view> cells;  // without surrounding blanks; valid until the next row
+
+    // The empty text beyond the last cell. column counts from 0.
+    [[nodiscard]] std::string_view cell(std::size_t column) const {
+        return column < cells.size() ? cells[column] : std::string_view();
+    }
+};
+
+class RowSource {
+  public:
+    RowSource() = default;
+    virtual ~RowSource() = default;
+    RowSource(const RowSource&) = delete;
+    RowSource& operator=(const RowSource&) = delete;
+
+    // False after the last row; row is then undefined.
+    virtual bool next(TableRow& row) = 0;
+};
+
+// Puts up to size bytes at the place and returns their number; 0 at the end.
+using ByteSource = std::function<std::size_t(char* bytes, std::size_t size)>;
+
+// The bytes of a text in memory, which must outlive the source.
+ByteSource bytesOf(std::string_view bytes);
+
+// The rows of a text in UTF-8, whatever its own encoding. Ill-formed UTF-8 stays as it is; a unit
+// that is not valid UTF-16 becomes U+FFFD. A byte-order mark and a first line "sep=X" are left out;
+// the line is counted. A cell opens with a quote only as its first character, and the quote closes
+// only before a separator or the end of a line; a quote that never closes so is a letter.
+class TextRows : public RowSource {
+  public:
+    // A cell longer than this ends at the next separator or line break, quoted or not.
+    static constexpr std::size_t longestCell = 1 << 20;
+
+    TextRows(ByteSource source, TextForm form);
+    bool next(TableRow& row) override;
+
+  private:
+    void fill();
+    bool has(std::size_t at);
+    bool atBreak(std::size_t at);
+    std::size_t findEnd(std::size_t at);
+    void addPlainCell();
+    bool addQuotedCell();
+    void skipMarkAndHint();
+
+    ByteSource source_;
+    TextForm form_;
+    std::string buffer_;     // UTF-8, from the start of the current row
+    std::string undecoded_;  // bytes of a character that is not complete
+    std::vector<std::pair<std::size_t, std::size_t>> places_;  // of the row's cells: start, length
+    std::size_t at_ = 0;
+    std::size_t row_ = 0;
+    std::size_t line_ = 0;
+    bool ended_ = false;
+};
+
+// The separator that a first line "sep=X" names; 0 if there is none. text: UTF-8.
+char hintedSeparator(std::string_view text);
+
+}  // namespace zorvel

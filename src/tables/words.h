@@ -1,0 +1,28 @@
+// The words by which the headers of tables are known: English, German, French and Spanish, and the
+// terms of Darwin Core.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "tables/reading.h"
+
+namespace zorvel {
+
+// What a header says of its column. rank: of several columns that claim one role, the lowest wins.
+struct HeaderMeaning {
+    ColumnRole role = ColumnRole::ignored;
+    int rank = 0;
+};
+
+// Absent where the header is none of the known words. Case, "_" and what follows in brackets do not
+// matter.
+std::optional<HeaderMeaning> headerMeaning(std::string_view header);
+
+// Whether a text looks like a numbered place: "Plot 3", "Q12".
+bool looksLikeCensusName(std::string_view text);
+// Whether a text looks like a binomial: "Abies alba".
+bool looksLikeSpeciesName(std::string_view text);
+
+}  // namespace zorvel
