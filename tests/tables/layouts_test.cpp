@@ -82,8 +82,12 @@ TEST(TableLayouts, FilesOfEachAreReadAsExpected) {
         nlohmann::json censuses = nlohmann::json::array();
         for (const MockCensus& census : read.censuses) censuses.push_back(jsonOf(census));
         EXPECT_EQ(censuses, wanted["censuses"]);
-        if (wanted.contains("totalsRow")) EXPECT_EQ(read.notices.totalsRow, wanted["totalsRow"]);
-        if (wanted.contains("blanks")) EXPECT_EQ(read.notices.blankCells, wanted["blanks"]);
+        if (wanted.contains("totalsRow")) {
+            EXPECT_EQ(read.notices.totalsRow, wanted["totalsRow"]);
+        }
+        if (wanted.contains("blanks")) {
+            EXPECT_EQ(read.notices.blankCells, wanted["blanks"]);
+        }
     }
 }
 

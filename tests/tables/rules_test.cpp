@@ -59,8 +59,9 @@ TEST(TableCells, Counts) {
                            {"#REF!", {}, Kind::notANumber, 0}}) {
         const CellCount count = cellCount(c.cell, c.marks);
         EXPECT_EQ(count.kind, c.kind) << c.cell;
-        if (c.kind == Kind::count || c.kind == Kind::fraction)
+        if (c.kind == Kind::count || c.kind == Kind::fraction) {
             EXPECT_EQ(count.value, c.value) << c.cell;
+        }
     }
 }
 
@@ -82,7 +83,9 @@ TEST(TableCells, Degrees) {
                                            {"", 90, std::nullopt}}) {
         const std::optional<double> degrees = tableDegrees(c.cell, {}, c.limit);
         ASSERT_EQ(degrees.has_value(), c.degrees.has_value()) << c.cell;
-        if (degrees) EXPECT_NEAR(*degrees, *c.degrees, 1e-12) << c.cell;
+        if (degrees) {
+            EXPECT_NEAR(*degrees, *c.degrees, 1e-12) << c.cell;
+        }
     }
 }
 
