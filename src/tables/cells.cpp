@@ -5,7 +5,7 @@
 #include <charconv>
 #include <cmath>
 #include <system_error>
-#include <vector>
+#include <utility>
 
 #include "interchange/local_time.h"
 
@@ -24,6 +24,15 @@ std::string lowerCase(std::string_view text) {
     return lower;
 }
 
+// Bytes of the thousands mark that the text begins with; a blank may be one that does not break.
+std::size_t markLength(std::string_view text, char mark) {
+    if (mark == 0) return 0;
+    if (text.starts_with(mark)) return 1;
+    if (mark != ' ') return 0;
+    if (text.starts_with("\u00A0")) return 2;
+    return text.starts_with("\u202F") ? 3 : 0;
+}
+
 // The number with a point and without thousands marks; empty where it is none.
 std::string plainNumber(std::string_view cell, NumberMarks marks) {
     std::string plain;
@@ -38,7 +47,8 @@ std::string plainNumber(std::string_view cell, NumberMarks marks) {
         if (isDigit(cell[i])) {
             plain += cell[i];
             ++digitsBefore;
-        } else if (marks.thousands != 0 && cell[i] == marks.thousands) {
+        } else if (const std::size_t mark = markLength(cell.substr(i), marks.thousands)) {
+            i += mark - 1;
             if (digitsBefore == 0 || (grouped ? digitsBefore != 3 : digitsBefore > 3)) return {};
             grouped = true;
             digitsBefore = 0;
@@ -46,7 +56,8 @@ std::string plainNumber(std::string_view cell, NumberMarks marks) {
             break;
         }
     }
-    if (grouped && digitsBefore != 3) return {};
+    const bool leadingZero = plain.starts_with('0') || plain.starts_with("-0");
+    if (grouped && (digitsBefore != 3 || leadingZero)) return {};
     bool hasDigits = digitsBefore > 0;
     if (i < cell.size() && cell[i] == marks.decimal) {
         plain += '.';
@@ -69,42 +80,70 @@ std::string plainNumber(std::string_view cell, NumberMarks marks) {
 struct DateParts {
     std::array<std::int64_t, 3> numbers{};
     std::array<std::size_t, 3> digits{};
-    char separator = 0;  // 0: 20210403
+    char separator = 0;                     // 0: 20210403
+    std::optional<std::size_t> namedMonth;  // which of the numbers was a word
     std::string_view rest;
 };
 
-// Three numbers of a date, and what follows them.
+// The month that the text begins with, in Roman numbers or its English name or the first three
+// letters of it, and the bytes of that; 0 for none.
+std::pair<std::int64_t, std::size_t> namedMonth(std::string_view text) {
+    constexpr auto roman = std::to_array<std::string_view>(
+        {"i", "ii", "iii", "iv", "v", "vi", "vii", "viii", "ix", "x", "xi", "xii"});
+    constexpr auto names = std::to_array<std::string_view>(
+        {"january", "february", "march", "april", "may", "june", "july", "august", "september",
+         "october", "november", "december"});
+    const auto end = std::find_if_not(text.begin(), text.end(), [](char c) {
+        return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+    });
+    const std::string word = lowerCase({text.begin(), end});
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        const bool short3 = word.size() == 3 && names[i].starts_with(word);
+        if (word == roman[i] || word == names[i] || short3) {
+            return {static_cast<std::int64_t>(i + 1), word.size()};
+        }
+    }
+    return {0, 0};
+}
+
+// The three parts of a date, and what follows them. May 3, 2021 has its month first.
 std::optional<DateParts> dateParts(std::string_view cell) {
     DateParts parts;
-    const auto read = [&cell](std::size_t digits, std::int64_t& number) {
-        const auto result = std::from_chars(cell.data(), cell.data() + digits, number);
-        cell.remove_prefix(digits);
-        return result.ec == std::errc();
-    };
-    const auto count = [&cell] {
+    const auto digits = [&cell] {
         return static_cast<std::size_t>(std::find_if_not(cell.begin(), cell.end(), isDigit) -
                                         cell.begin());
     };
-    if (count() == 8) {
-        parts.digits = {4, 2, 2};
-        for (std::size_t i = 0; i < 3; ++i) read(parts.digits[i], parts.numbers[i]);
+    const auto read = [&](std::size_t i, std::size_t count) {
+        parts.digits[i] = count;
+        std::from_chars(cell.data(), cell.data() + count, parts.numbers[i]);
+        cell.remove_prefix(count);
+    };
+    if (digits() == 8) {
+        read(0, 4);
+        read(1, 2);
+        read(2, 2);
         parts.rest = cell;
         return parts;
     }
     for (std::size_t i = 0; i < 3; ++i) {
-        parts.digits[i] = count();
-        if (parts.digits[i] == 0 || parts.digits[i] > 4 ||
-            !read(parts.digits[i], parts.numbers[i])) {
-            return std::nullopt;
+        const auto [month, length] = namedMonth(cell);
+        if (month > 0 && i < 2 && !parts.namedMonth) {
+            parts.namedMonth = i;
+            parts.numbers[i] = month;
+            parts.digits[i] = 2;
+            cell.remove_prefix(length);
+        } else {
+            const std::size_t count = digits();
+            if (count == 0 || count > 4) return std::nullopt;
+            read(i, count);
         }
         if (i == 2) break;
-        if (cell.empty() || std::string_view("-/.").find(cell.front()) == std::string_view::npos) {
-            return std::nullopt;
-        }
+        const std::size_t end = std::min(cell.find_first_not_of("-/., "), cell.size());
+        if (end == 0) return std::nullopt;
         if (i == 0) parts.separator = cell.front();
-        if (cell.front() != parts.separator) return std::nullopt;
-        cell.remove_prefix(1);
-        while (cell.starts_with(' ')) cell.remove_prefix(1);
+        const bool same = cell.front() == parts.separator;
+        if (!same && !parts.namedMonth) return std::nullopt;
+        cell.remove_prefix(end);
     }
     parts.rest = cell;
     return parts;
@@ -170,7 +209,9 @@ struct Calendar {
 Calendar calendarDay(const DateParts& parts, DateOrder order) {
     const auto& [a, b, c] = parts.numbers;
     Calendar found;
-    if (parts.digits[0] == 4) {
+    if (parts.namedMonth && parts.digits[2] == 4) {
+        found.day = *parts.namedMonth == 0 ? WallClock{c, a, b, 0, 0} : WallClock{c, b, a, 0, 0};
+    } else if (parts.digits[0] == 4) {
         found.day = WallClock{a, b, c, 0, 0};
     } else if (parts.digits[2] == 4) {
         // A point parts days from months wherever it is used.
@@ -303,7 +344,8 @@ CellDate tableDate(std::string_view cell, DateOrder order) {
 
 DateOrder dateOrderOf(std::string_view cell) {
     const std::optional<DateParts> parts = dateParts(cell);
-    if (!parts || parts->digits[2] != 4 || parts->separator == '.') return DateOrder::unknown;
+    if (!parts || parts->digits[2] != 4 || parts->separator == '.' || parts->namedMonth)
+        return DateOrder::unknown;
     const bool dayFirst = parts->numbers[0] > 12;
     const bool monthFirst = parts->numbers[1] > 12;
     if (dayFirst == monthFirst) return DateOrder::unknown;

@@ -193,6 +193,9 @@ Block findBlock(const Rows& rows) {
             break;
         ++block.first;
     }
+    // Cells at the right end of sparse rows are empty.
+    if (block.first < rows.size())
+        block.width = std::max(block.width, filledWidth(rows[block.first]));
     block.end = rows.size();
     for (std::size_t i = block.first; i < rows.size(); ++i) {
         if (filledCells(rows[i]) > 0) continue;
@@ -218,6 +221,15 @@ struct Grid {
     }
 };
 
+// A total or an index over the rows above.
+bool isSummary(const Grid& grid, std::size_t i) {
+    const auto filled = std::find_if(grid.row(i).cells.begin(), grid.row(i).cells.end(),
+                                     [](const std::string& cell) { return !cell.empty(); });
+    if (filled == grid.row(i).cells.end()) return false;
+    const auto meaning = headerMeaning(*filled);
+    return meaning && meaning->role == ColumnRole::total;
+}
+
 // The share of a column's filled cells below the header that could be counts; absent if all are
 // empty.
 std::optional<double> countShare(const Grid& grid, std::size_t header, std::size_t column) {
@@ -225,7 +237,7 @@ std::optional<double> countShare(const Grid& grid, std::size_t header, std::size
     std::size_t counts = 0;
     for (std::size_t i = header; i < grid.height(); ++i) {
         const std::string_view cell = grid.cell(i, column);
-        if (cell.empty()) continue;
+        if (cell.empty() || isSummary(grid, i)) continue;
         ++filled;
         counts += isCountLike(cell);
     }
@@ -235,6 +247,35 @@ std::optional<double> countShare(const Grid& grid, std::size_t header, std::size
 
 bool isCountColumn(const Grid& grid, std::size_t header, std::size_t column) {
     return countShare(grid, header, column).value_or(1) >= 0.7;
+}
+
+// Numbers that are mostly no counts: with a fraction or below zero.
+bool isMeasured(const Grid& grid, std::size_t header, std::size_t column) {
+    std::size_t filled = 0;
+    std::size_t measured = 0;
+    for (std::size_t i = header; i < grid.height(); ++i) {
+        const std::string_view cell = grid.cell(i, column);
+        if (cell.empty() || isSummary(grid, i)) continue;
+        ++filled;
+        const auto isOf = [cell](NumberMarks marks) {
+            const auto kind = cellCount(cell, marks).kind;
+            return kind == CellCount::Kind::fraction || kind == CellCount::Kind::negative;
+        };
+        const bool grouped = tableNumber(cell, {'.', ','}) && tableNumber(cell, {',', '.'});
+        measured += (isOf({'.', 0}) || isOf({',', 0})) && !grouped;
+    }
+    return measured * 2 > filled;
+}
+
+// 1, 2, 3 and so on.
+bool holdsRowNumbers(const Grid& grid, std::size_t header, std::size_t column) {
+    for (std::size_t i = header; i < grid.height(); ++i) {
+        if (grid.cell(i, column).empty()) continue;
+        if (parseWholeInteger(grid.cell(i, column)) != static_cast<std::int64_t>(i - header + 1)) {
+            return false;
+        }
+    }
+    return true;
 }
 
 // A row of words over columns of numbers.
@@ -268,17 +309,19 @@ std::optional<ColumnRole> metadataOf(const Grid& grid, std::size_t i) {
         case ColumnRole::longitude:
         case ColumnRole::date:
         case ColumnRole::notes:
+        case ColumnRole::ignored:
             return meaning->role;
         default:
             return std::nullopt;
     }
 }
 
-// 0 to 3. Up to the first row that is neither words nor metadata.
+// Up to three rows of names, and those of metadata.
 std::size_t headerHeight(const Grid& grid) {
     std::size_t height = 0;
-    while (height < 3 && height < grid.height() &&
-           (isHeaderRow(grid, height) || (height > 0 && metadataOf(grid, height)))) {
+    while (height < grid.height() &&
+           (height > 0 && metadataOf(grid, height) ? height < 12
+                                                   : height < 3 && isHeaderRow(grid, height))) {
         ++height;
     }
     // Words in every row: the columns are not counts, and one row is the header.
@@ -321,9 +364,11 @@ std::optional<std::size_t> columnOf(const std::vector<std::optional<ColumnRole>>
     return static_cast<std::size_t>(found - roles.begin());
 }
 
-// A row for each record: headers for species and census, and hardly a number without a role.
+// A row for each record: headers for species and census, and one for counts or hardly a number
+// without a role.
 bool isLong(const Grid& grid, const std::vector<std::optional<ColumnRole>>& roles) {
     if (!columnOf(roles, ColumnRole::species) || !columnOf(roles, ColumnRole::census)) return false;
+    if (columnOf(roles, ColumnRole::count) || columnOf(roles, ColumnRole::status)) return true;
     std::size_t numbers = 0;
     for (std::size_t column = 0; column < roles.size(); ++column) {
         const auto share = countShare(grid, 1, column);
@@ -352,9 +397,14 @@ double speciesRowsScore(const Grid& grid, std::size_t header) {
     // Rows that are only numbered are samples.
     double score = -shareOf(
         labels, [](std::string_view label) { return parseWholeInteger(label).has_value(); });
-    const auto first = header > 0 ? headerMeaning(grid.cell(0, 0)) : std::nullopt;
-    if (first && first->role == ColumnRole::species) score += 3;
-    if (first && first->role == ColumnRole::census) score -= 3;
+    for (std::size_t column = 0; header > 0 && column < std::min<std::size_t>(3, grid.block.width);
+         ++column) {
+        const auto meaning = headerMeaning(grid.cell(0, column));
+        if (!meaning) continue;
+        if (meaning->role == ColumnRole::species) score += 3;
+        if (meaning->role == ColumnRole::census) score -= 3;
+        if (meaning->role == ColumnRole::species || meaning->role == ColumnRole::census) break;
+    }
     score += 2 * shareOf(labels, looksLikeSpeciesName) - 2 * shareOf(headers, looksLikeSpeciesName);
     score += shareOf(headers, looksLikeCensusName) - shareOf(labels, looksLikeCensusName);
     for (const std::string_view text : headers) {
@@ -413,19 +463,19 @@ struct MarkCounts {
 };
 
 bool isGrouped(std::string_view cell, char mark, char decimal) {
-    return cell.find(mark) != std::string_view::npos &&
+    return (mark == ' ' || cell.find(mark) != std::string_view::npos) &&
            tableNumber(cell, {decimal, mark}).has_value() && !tableNumber(cell, {decimal, 0});
 }
 
-void countMarks(std::string_view cell, MarkCounts& marks) {
+void countMarks(std::string_view cell, bool groupable, MarkCounts& marks) {
     const bool comma = tableNumber(cell, {',', 0}) && cell.find(',') != std::string_view::npos;
     const bool point = tableNumber(cell, {'.', 0}) && cell.find('.') != std::string_view::npos;
-    if (isGrouped(cell, ',', '.')) {
+    if (groupable && isGrouped(cell, ',', '.')) {
         ++marks.commaGroups;
     } else if (comma) {
         ++marks.commas;
     }
-    if (isGrouped(cell, '.', ',')) {
+    if (groupable && isGrouped(cell, '.', ',')) {
         ++marks.pointGroups;
     } else if (point) {
         ++marks.points;
@@ -497,6 +547,12 @@ class Guesser {
                                : rolesByWords(grid_);
         const ColumnRole label = speciesRows ? ColumnRole::species : ColumnRole::census;
         const std::size_t labels = columnOf(roles, label).value_or(0);
+        // Where most columns have fractions, the table holds no counts, and says so.
+        std::size_t measured = 0;
+        for (std::size_t column = 0; column < grid_.block.width; ++column) {
+            measured += column != labels && isMeasured(grid_, header, column);
+        }
+        measuredAreFew_ = measured * 2 < grid_.block.width;
         for (std::size_t column = 0; column < grid_.block.width; ++column) {
             reading.columns.push_back(wideRole(column, labels, label, header, roles[column]));
         }
@@ -520,8 +576,13 @@ class Guesser {
             default:
                 break;
         }
-        if (byWord || !counts) return ColumnRole::ignored;
-        return ColumnRole::count;
+        if (byWord == ColumnRole::genus && label == ColumnRole::species) return *byWord;
+        if (byWord || !counts || (measuredAreFew_ && isMeasured(grid_, header, column))) {
+            return ColumnRole::ignored;
+        }
+        const bool numbersRows =
+            header > 0 && grid_.cell(0, column).empty() && holdsRowNumbers(grid_, header, column);
+        return numbersRows ? ColumnRole::ignored : ColumnRole::count;
     }
 
     [[nodiscard]] bool fits(std::size_t column, std::size_t header, double limit) const {
@@ -541,11 +602,24 @@ class Guesser {
                role == ColumnRole::longitude || role == ColumnRole::total;
     }
 
+    // Degrees are never grouped.
+    [[nodiscard]] bool isGroupable(std::size_t column) const {
+        const ColumnRole role = guess_.reading.role(column);
+        return role == ColumnRole::count || role == ColumnRole::total;
+    }
+
     void findMarks() {
         MarkCounts found;
+        for (std::size_t i = 0; i < guess_.reading.headerRows.size(); ++i) {
+            const ColumnRole role = guess_.reading.headerRows[i];
+            if (role != ColumnRole::latitude && role != ColumnRole::longitude) continue;
+            for (const std::string& cell : grid_.row(i).cells) countMarks(cell, false, found);
+        }
         for (std::size_t i = guess_.reading.headerRows.size(); i < grid_.height(); ++i) {
             for (std::size_t column = 0; column < grid_.block.width; ++column) {
-                if (isNumeric(column)) countMarks(grid_.cell(i, column), found);
+                if (isNumeric(column) && !isSummary(grid_, i)) {
+                    countMarks(grid_.cell(i, column), isGroupable(column), found);
+                }
             }
         }
         TableReading& reading = guess_.reading;
@@ -590,7 +664,10 @@ class Guesser {
         TableReading& reading = guess_.reading;
         for (std::size_t column = 0; column < reading.columns.size(); ++column) {
             if (reading.columns[column] != ColumnRole::total) continue;
-            if (!isTotalsColumn(grid_, reading, column, marks())) {
+            const auto meaning = headerMeaning(grid_.cell(0, column));
+            if (meaning && meaning->rank > 0) {
+                reading.columns[column] = ColumnRole::ignored;
+            } else if (!isTotalsColumn(grid_, reading, column, marks())) {
                 const bool counts = isCountColumn(grid_, reading.headerRows.size(), column);
                 reading.columns[column] = counts ? ColumnRole::count : ColumnRole::ignored;
             }
@@ -601,6 +678,7 @@ class Guesser {
         TableReading& reading = guess_.reading;
         bool any = false;
         for (std::size_t i = reading.headerRows.size(); i < grid_.height(); ++i) {
+            if (isSummary(grid_, i)) continue;
             for (std::size_t column = 0; column < grid_.block.width; ++column) {
                 if (reading.role(column) != ColumnRole::count) continue;
                 const std::string_view cell = grid_.cell(i, column);
@@ -612,6 +690,7 @@ class Guesser {
     }
 
     const TableSample& sample_;
+    bool measuredAreFew_ = false;
     TableGuess guess_;
     Grid grid_;
 };

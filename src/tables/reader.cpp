@@ -181,7 +181,7 @@ class Reader {
             return;
         }
         const bool note = afterEmpty_ && filled == 1 && reading_.columns.size() > 2;
-        if (note || isTotal(row)) {
+        if (note || summaryRank(row)) {
             held_.push_back({row.number, row.line, Cells(row.cells.begin(), row.cells.end())});
             return;
         }
@@ -190,16 +190,18 @@ class Reader {
         readRow(row);
     }
 
-    // Labelled as a total where the names are.
-    [[nodiscard]] bool isTotal(const TableRow& row) const {
-        if (reading_.layout == TableLayout::records) return false;
+    // Labelled, where the names are, as a total (rank 0) or another value computed of the rows
+    // above.
+    [[nodiscard]] std::optional<int> summaryRank(const TableRow& row) const {
+        if (reading_.layout == TableLayout::records) return std::nullopt;
         for (std::size_t column = 0; column < row.cells.size(); ++column) {
-            if (reading_.role(column) == ColumnRole::count) return false;
+            if (reading_.role(column) == ColumnRole::count) return std::nullopt;
             if (row.cells[column].empty()) continue;
             const auto meaning = headerMeaning(row.cells[column]);
-            return meaning && meaning->role == ColumnRole::total;
+            if (!meaning || meaning->role != ColumnRole::total) return std::nullopt;
+            return meaning->rank;
         }
-        return false;
+        return std::nullopt;
     }
 
     void releaseHeld() {
@@ -224,7 +226,7 @@ class Reader {
     void settleHeld() {
         const auto total = std::find_if(held_.begin(), held_.end(), [this](const HeldRow& held) {
             TableRow row{held.number, held.line, {held.cells.begin(), held.cells.end()}};
-            return isTotal(row);
+            return summaryRank(row) == 0;
         });
         if (total != held_.end() && !holdsSums(*total)) {
             releaseHeld();
@@ -392,13 +394,19 @@ class Reader {
         noteMissing(first, filled, missing);
     }
 
+    [[nodiscard]] std::string withGenus(const TableRow& row, std::string_view species) const {
+        const auto genus = columnOf(ColumnRole::genus);
+        if (!genus || row.cell(*genus).empty()) return std::string(species);
+        return std::string(row.cell(*genus)) + " " + std::string(species);
+    }
+
     void readSpeciesRow(const TableRow& row) {
         const std::string_view cell = species_ ? row.cell(*species_) : std::string_view();
         if (cell.empty()) {
             problem(row.number, row.line, species_, {}, "The species has no name.");
             return;
         }
-        const std::size_t name = speciesNames_.number(cell);
+        const std::size_t name = speciesNames_.number(withGenus(row, cell));
         for (std::size_t i = 0; i < counts_.size(); ++i) {
             const std::string_view value = row.cell(counts_[i]);
             const Place place{row.number, row.line, counts_[i]};
@@ -443,7 +451,8 @@ class Reader {
         } else {
             value = countOf(cell, place).value;
         }
-        const bool added = addTaxon(index, speciesNames_.number(species), value, place);
+        const bool added =
+            addTaxon(index, speciesNames_.number(withGenus(row, species)), value, place);
         const auto include = columnOf(ColumnRole::included);
         if (!include) return;
         const std::string_view mark = row.cell(*include);

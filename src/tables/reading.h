@@ -20,6 +20,7 @@ enum class TableLayout {
 enum class ColumnRole {
     count,
     census,
+    genus,  // put before the species
     species,
     latitude,
     longitude,

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <string>
+#include <utility>
 
 namespace zorvel {
 namespace {
@@ -18,16 +19,19 @@ constexpr HeaderMeaning event{ColumnRole::census, 2};
 constexpr HeaderMeaning species{ColumnRole::species, 0};
 constexpr HeaderMeaning taxon{ColumnRole::species, 1};
 constexpr HeaderMeaning scientific{ColumnRole::species, 2};
+constexpr HeaderMeaning genus{ColumnRole::genus, 0};
 constexpr HeaderMeaning counts{ColumnRole::count, 0};
 constexpr HeaderMeaning amount{ColumnRole::count, 1};
 constexpr HeaderMeaning latitude{ColumnRole::latitude, 0};
 constexpr HeaderMeaning longitude{ColumnRole::longitude, 0};
 constexpr HeaderMeaning date{ColumnRole::date, 0};
+constexpr HeaderMeaning day{ColumnRole::date, 1};
 constexpr HeaderMeaning notes{ColumnRole::notes, 0};
 constexpr HeaderMeaning remarks{ColumnRole::notes, 1};  // of a record, rather than a census
 constexpr HeaderMeaning status{ColumnRole::status, 0};
 constexpr HeaderMeaning included{ColumnRole::included, 0};
 constexpr HeaderMeaning total{ColumnRole::total, 0};
+constexpr HeaderMeaning index{ColumnRole::total, 1};  // computed, but no sum
 constexpr HeaderMeaning none{ColumnRole::ignored, 0};
 
 // In lower case, without "_", "." and "-".
@@ -209,6 +213,61 @@ constexpr auto words = std::to_array<Word>({
     {"row total", total},
     {"column total", total},
     {"grand total", total},
+    {"genus", genus},
+    {"gattung", genus},
+    {"genre", genus},
+    {"género", genus},
+    {"epithet", species},
+    {"specificepithet", species},
+    {"specific epithet", species},
+    {"group", event},
+    {"place guess", place},
+    {"observed on", date},
+    {"today", day},
+    {"specimens", counts},
+    {"exemplare", counts},
+    {"ejemplares", counts},
+    {"spécimens", counts},
+    {"nº de individuos", counts},
+    {"n° de individuos", counts},
+    {"número de individuos", counts},
+    {"numero de individuos", counts},
+    {"nombre d'individus", counts},
+    {"nb individus", counts},
+    {"how many", counts},
+    {"reads", counts},
+    {"species richness", index},
+    {"richness", index},
+    {"number of species", index},
+    {"no of species", index},
+    {"species number", index},
+    {"artenzahl", index},
+    {"anzahl arten", index},
+    {"richesse", index},
+    {"nombre d'espèces", index},
+    {"riqueza", index},
+    {"número de especies", index},
+    {"shannon", index},
+    {"shannon h", index},
+    {"shannon h'", index},
+    {"shannon's h", index},
+    {"simpson", index},
+    {"simpson d", index},
+    {"evenness", index},
+    {"mean", index},
+    {"average", index},
+    {"mittelwert", index},
+    {"ph", none},
+    {"temperature", none},
+    {"temperatur", none},
+    {"höhe", none},
+    {"altitud", none},
+    {"numotus", none},
+    {"label", none},
+    {"taxonomic order", none},
+    {"number of observers", none},
+    {"common name", none},
+    {"description", remarks},
     {"taxonomy", none},
     {"genus", none},
     {"family", none},
@@ -231,6 +290,8 @@ std::string plainHeader(std::string_view header) {
         const std::size_t open = header.find_last_of("([");
         if (open != std::string_view::npos && open > 0) header = header.substr(0, open);
     }
+    // Forms of the field name their groups before a slash.
+    header.remove_prefix(header.rfind('/') + 1);
     std::string plain;
     for (const char c : header) {
         if (c == '_' || c == '.' || c == '-' || c == ' ') {
@@ -243,6 +304,13 @@ std::string plainHeader(std::string_view header) {
     return plain;
 }
 
+std::optional<HeaderMeaning> meaningOf(std::string_view plain) {
+    const auto found = std::find_if(words.begin(), words.end(),
+                                    [plain](const Word& word) { return word.text == plain; });
+    if (found == words.end()) return std::nullopt;
+    return found->meaning;
+}
+
 bool isLetter(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') ||
            static_cast<unsigned char>(c) >= 0x80;
@@ -251,11 +319,24 @@ bool isLetter(char c) {
 }  // namespace
 
 std::optional<HeaderMeaning> headerMeaning(std::string_view header) {
-    const std::string plain = plainHeader(header);
-    const auto found = std::find_if(words.begin(), words.end(),
-                                    [&plain](const Word& word) { return word.text == plain; });
-    if (found == words.end()) return std::nullopt;
-    return found->meaning;
+    std::string plain = plainHeader(header);
+    if (const auto meaning = meaningOf(plain)) return meaning;
+    // "plot no", "relevé number", "ASV ID": the word itself, less surely.
+    for (const std::string_view ending : {" id", " number", " no", " nr", " code", " name"}) {
+        if (!plain.ends_with(ending)) continue;
+        auto meaning = meaningOf(plain.substr(0, plain.size() - ending.size()));
+        const bool names = meaning && (meaning->role == ColumnRole::census ||
+                                       meaning->role == ColumnRole::species);
+        if (names) return HeaderMeaning{meaning->role, meaning->rank + 5};
+    }
+    for (const auto& [ending, meaning] :
+         {std::pair(" latitude", latitude), {" longitude", longitude}}) {
+        if (plain.ends_with(ending)) return meaning;
+    }
+    if (plain.starts_with("total ") || plain.starts_with("sum of ")) return total;
+    const bool identifier = plain == "id" || plain.ends_with(" id") || header.ends_with("ID");
+    if (identifier) return none;
+    return std::nullopt;
 }
 
 bool looksLikeCensusName(std::string_view text) {
