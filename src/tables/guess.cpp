@@ -267,13 +267,13 @@ bool isMeasured(const Grid& grid, std::size_t header, std::size_t column) {
     return measured * 2 > filled;
 }
 
-// 1, 2, 3 and so on.
+// Counts the rows from 0 or 1.
 bool holdsRowNumbers(const Grid& grid, std::size_t header, std::size_t column) {
     for (std::size_t i = header; i < grid.height(); ++i) {
         if (grid.cell(i, column).empty()) continue;
-        if (parseWholeInteger(grid.cell(i, column)) != static_cast<std::int64_t>(i - header + 1)) {
-            return false;
-        }
+        const auto number = parseWholeInteger(grid.cell(i, column));
+        const auto place = static_cast<std::int64_t>(i - header);
+        if (number != place + 1 && number != place) return false;
     }
     return true;
 }
@@ -348,6 +348,7 @@ std::vector<std::optional<ColumnRole>> rolesByWords(const Grid& grid) {
             roles[column] = ColumnRole::total;
             continue;
         }
+        if (meaning->role == ColumnRole::count && !isCountColumn(grid, 1, column)) continue;
         const auto found = best.find(meaning->role);
         if (found == best.end() || meaning->rank < found->second.first) {
             best[meaning->role] = {meaning->rank, column};
@@ -460,6 +461,7 @@ struct MarkCounts {
     std::size_t commaGroups = 0;
     std::size_t pointGroups = 0;
     std::size_t blankGroups = 0;
+    std::size_t severalGroups = 0;  // 1,234,567: nothing else
 };
 
 bool isGrouped(std::string_view cell, char mark, char decimal) {
@@ -480,6 +482,8 @@ void countMarks(std::string_view cell, bool groupable, MarkCounts& marks) {
     } else if (point) {
         ++marks.points;
     }
+    marks.severalGroups += std::count(cell.begin(), cell.end(), ',') > 1 ||
+                           std::count(cell.begin(), cell.end(), '.') > 1;
     marks.blankGroups += isGrouped(cell, ' ', '.') || isGrouped(cell, ' ', ',');
 }
 
@@ -576,6 +580,11 @@ class Guesser {
             default:
                 break;
         }
+        // A census may be called Garden or Site.
+        const auto meaning = headerMeaning(grid_.cell(0, column));
+        if (!ofCensus && counts && meaning && meaning->role == ColumnRole::census) {
+            return ColumnRole::count;
+        }
         if (byWord == ColumnRole::genus && label == ColumnRole::species) return *byWord;
         if (byWord || !counts || (measuredAreFew_ && isMeasured(grid_, header, column))) {
             return ColumnRole::ignored;
@@ -631,7 +640,8 @@ class Guesser {
         const std::size_t groups = point ? found.commaGroups : found.pointGroups;
         if (groups > 0) {
             reading.thousandsMark = point ? ',' : '.';
-            if (found.commas == 0 && found.points == 0) doubt(TableDoubt::thousandsMark);
+            const bool sure = found.commas > 0 || found.points > 0 || found.severalGroups > 0;
+            if (!sure) doubt(TableDoubt::thousandsMark);
         }
         if (groups == 0 && (point ? found.pointGroups : found.commaGroups) > 0) {
             doubt(TableDoubt::thousandsMark);

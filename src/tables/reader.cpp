@@ -360,6 +360,16 @@ class Reader {
                 readAttribute(census, role, row.cell(*column), {row.number, row.line, *column});
             }
         }
+        const auto year = columnOf(ColumnRole::year);
+        const auto month = columnOf(ColumnRole::month);
+        const auto day = columnOf(ColumnRole::day);
+        if (columnOf(ColumnRole::date) || !year || !month || !day) return;
+        std::string date;
+        for (const std::size_t column : {*year, *month, *day}) {
+            if (row.cell(column).empty()) return;
+            date += (date.empty() ? "" : "-") + std::string(row.cell(column));
+        }
+        readDate(census, date, {row.number, row.line, *year});
     }
 
     // The name of the census of a row; absent where it has none and that is a problem.

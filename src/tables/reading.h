@@ -25,6 +25,9 @@ enum class ColumnRole {
     latitude,
     longitude,
     date,
+    year,  // with month and day, where there is no date
+    month,
+    day,
     notes,
     status,    // present or absent
     included,  // whether the metrics include the species

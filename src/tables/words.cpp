@@ -25,6 +25,9 @@ constexpr HeaderMeaning amount{ColumnRole::count, 1};
 constexpr HeaderMeaning latitude{ColumnRole::latitude, 0};
 constexpr HeaderMeaning longitude{ColumnRole::longitude, 0};
 constexpr HeaderMeaning date{ColumnRole::date, 0};
+constexpr HeaderMeaning year{ColumnRole::year, 0};
+constexpr HeaderMeaning month{ColumnRole::month, 0};
+constexpr HeaderMeaning dayOfMonth{ColumnRole::day, 0};
 constexpr HeaderMeaning day{ColumnRole::date, 1};
 constexpr HeaderMeaning notes{ColumnRole::notes, 0};
 constexpr HeaderMeaning remarks{ColumnRole::notes, 1};  // of a record, rather than a census
@@ -213,6 +216,46 @@ constexpr auto words = std::to_array<Word>({
     {"row total", total},
     {"column total", total},
     {"grand total", total},
+    {"schicht", census},
+    {"bed", census},
+    {"horizon", census},
+    {"garden", census},
+    {"collection", place},
+    {"accepted name", species},
+    {"abund value", counts},
+    {"bird", taxon},
+    {"birds", taxon},
+    {"plant", taxon},
+    {"plants", taxon},
+    {"insect", taxon},
+    {"butterfly", taxon},
+    {"moth", taxon},
+    {"fish", taxon},
+    {"tree", taxon},
+    {"animal", taxon},
+    {"vogel", taxon},
+    {"pflanze", taxon},
+    {"plante", taxon},
+    {"oiseau", taxon},
+    {"ave", taxon},
+    {"planta", taxon},
+    {"freq", amount},
+    {"frequency", amount},
+    {"nombre", amount},
+    {"timestamp", none},
+    {"year", year},
+    {"month", month},
+    {"day", dayOfMonth},
+    {"jahr", year},
+    {"monat", month},
+    {"tag", dayOfMonth},
+    {"année", year},
+    {"mois", month},
+    {"jour", dayOfMonth},
+    {"año", year},
+    {"mes", month},
+    {"día", dayOfMonth},
+    {"any comments", remarks},
     {"genus", genus},
     {"gattung", genus},
     {"genre", genus},
@@ -276,9 +319,6 @@ constexpr auto words = std::to_array<Word>({
     {"gbifid", none},
     {"observer", none},
     {"treatment", none},
-    {"year", none},
-    {"month", none},
-    {"day", none},
     {"elevation", none},
     {"altitude", none},
     {"depth", none},
@@ -300,8 +340,23 @@ std::string plainHeader(std::string_view header) {
             plain += c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
         }
     }
-    while (!plain.empty() && (plain.back() == ' ' || plain.back() == ':')) plain.pop_back();
+    while (!plain.empty() && (plain.back() == ' ' || plain.back() == ':' || plain.back() == '?'))
+        plain.pop_back();
     return plain;
+}
+
+// What is measured, not counted: "depth (cm)".
+bool hasUnit(std::string_view header) {
+    constexpr auto units = std::to_array<std::string_view>(
+        {"mm", "cm", "m",   "km",   "m2",   "m²", "ha", "min", "minutes", "h", "hours", "days",
+         "%",  "°c", "psu", "mg/l", "µg/l", "mg", "g",  "kg",  "ml",      "l", "µs/cm", "ph"});
+    const std::size_t open = header.find_last_of("([");
+    if (open == std::string_view::npos || header.size() < open + 3) return false;
+    std::string unit(header.substr(open + 1, header.size() - open - 2));
+    for (char& c : unit) {
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    }
+    return std::find(units.begin(), units.end(), unit) != units.end();
 }
 
 std::optional<HeaderMeaning> meaningOf(std::string_view plain) {
@@ -333,6 +388,9 @@ std::optional<HeaderMeaning> headerMeaning(std::string_view header) {
          {std::pair(" latitude", latitude), {" longitude", longitude}}) {
         if (plain.ends_with(ending)) return meaning;
     }
+    if (plain.starts_with("name of ")) return meaningOf(plain.substr(8));
+    if (plain.starts_with("date ")) return day;
+    if (hasUnit(header)) return none;
     if (plain.starts_with("total ") || plain.starts_with("sum of ")) return total;
     const bool identifier = plain == "id" || plain.ends_with(" id") || header.ends_with("ID");
     if (identifier) return none;
@@ -341,15 +399,18 @@ std::optional<HeaderMeaning> headerMeaning(std::string_view header) {
 
 bool looksLikeCensusName(std::string_view text) {
     const auto digit = [](char c) { return c >= '0' && c <= '9'; };
-    if (text.empty() || text.size() > 24 || !digit(text.back())) return false;
-    const auto end = std::find_if(text.begin(), text.end(), [](char c) { return !isLetter(c); });
-    const auto length = end - text.begin();
-    return length > 0 && std::all_of(end, text.end(), [&](char c) {
-               return digit(c) || c == ' ' || c == '_' || c == '-' || c == '.';
-           });
+    if (text.empty() || text.size() > 24 || !isLetter(text.front()) || !digit(text.back())) {
+        return false;
+    }
+    return std::all_of(text.begin(), text.end(), [&](char c) {
+        return isLetter(c) || digit(c) || c == ' ' || c == '_' || c == '-' || c == '.';
+    });
 }
 
 bool looksLikeSpeciesName(std::string_view text) {
+    const bool sequence =
+        text.size() >= 20 && text.find_first_not_of("ACGTN") == std::string_view::npos;
+    if (sequence) return true;
     const std::size_t gap = text.find_first_of(" _.");
     if (gap == std::string_view::npos || gap < 2 || gap + 3 > text.size()) return false;
     const std::string_view genus = text.substr(0, gap);
