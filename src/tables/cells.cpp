@@ -7,7 +7,6 @@
 #include <system_error>
 #include <utility>
 
-#include "interchange/local_time.h"
 
 namespace zorvel {
 namespace {
