@@ -39,7 +39,8 @@ FileKind readKind(const std::string& text) {
     for (const KindName& candidate : kindNames) {
         if (text == candidate.name) return candidate.kind;
     }
-    throw CLI::ValidationError("--kind", "'" + text + "' is none of list, census, matrix and ios");
+    throw CLI::ValidationError("--kind",
+                               "'" + text + "' is none of list, census, matrix, ios and table");
 }
 
 // Digits alone, and a minus sign if there are negative numbers at all; the seed has 64 bits without
@@ -70,11 +71,19 @@ void addCommonOptions(CLI::App& app, Call& call) {
     app.set_help_flag("-h,--help", "Print this help and exit");
     app.set_version_flag("--version", "zorvel-cli " ZORVEL_VERSION, "Print the version and exit");
     app.add_option_function<std::string>(
-           "--kind", [&call](const std::string& text) { call.kind = readKind(text); },
+           "--kind",
+           [&call](const std::string& text) {
+               if (text == "table") {
+                   call.isTable = true;
+               } else {
+                   call.kind = readKind(text);
+               }
+           },
            "What a text FILE holds: list (bare counts), census (lines\n"
-           "of name,abundance), matrix (censuses by taxa) or ios (export\n"
-           "of the phone app); import recognises it, for others the\n"
-           "default is matrix")
+           "of name,abundance), matrix (censuses by taxa), ios (export\n"
+           "of the phone app) or table (any other layout, see Tables);\n"
+           "import recognises all but table, for others the default is\n"
+           "matrix")
         ->type_name("KIND");
     app.add_option_function<std::string>(
            "--size",
@@ -114,8 +123,13 @@ void addFiles(CLI::App& sub, const Command& command, Call& call) {
     sub.add_option("--into", call.into,
                    "The project that gets the censuses of every FILE, or of\n"
                    "none where one cannot be used; made if there is none")
-        ->required()
-        ->type_name("PROJECT");
+        ->type_name("PROJECT REQUIRED");
+    sub.add_flag("--table", call.isTable,
+                 "The FILEs are tables of any layout (the same as\n"
+                 "--kind table)");
+    sub.add_flag("--preview", call.table.preview,
+                 "Only show how each table would be read, with --json as\n"
+                 "JSON; store nothing, --into is not needed");
 }
 
 // The common options that the command refuses: its help does not list them.
@@ -141,6 +155,7 @@ void addCommand(CLI::App& app, const Command& command, Call& call) {
     }
     addCommonOptions(*sub, call);
     for (const char* option : refusedOptions(command)) sub->get_option(option)->group("");
+    addTableOptions(*sub, call.table);
     sub->footer(std::string("Example: zorvel-cli ") + command.example);
     sub->callback([&call, &command] { call.command = &command; });
 }
@@ -158,8 +173,14 @@ void checkFileName(const char* option, const std::string& name) {
     if (name.empty()) throw CLI::ValidationError(option, "the name of the file is empty");
 }
 
-void checkImport(const Call& call) {
-    checkFileName("--into", call.into);
+void checkImport(const CLI::App& sub, const Call& call) {
+    if (call.table.preview && !call.isTable) {
+        throw CLI::ValidationError("--preview", "is for tables: give --table");
+    }
+    if (!call.table.preview) {
+        if (sub.count("--into") == 0) throw CLI::RequiredError("--into");
+        checkFileName("--into", call.into);
+    }
     if (call.into == "-") {
         throw CLI::ValidationError("--into", "a project is a file, not standard output");
     }
@@ -173,13 +194,20 @@ void checkCall(const CLI::App& app, const Call& call) {
     checkGivenOnce(app, sub);
     for (const char* option : refusedOptions(*call.command)) {
         if (app.count(option) + sub.count(option) == 0) continue;
+        if (call.table.preview && std::string_view(option) == "--json") continue;
         throw CLI::ValidationError(
             option, std::string(call.command->name) +
                         (call.command->import ? " writes no result" : " is written as text only"));
     }
     for (const std::string& file : call.files) checkFileName("FILE", file);
     if (call.output) checkFileName("--output", *call.output);
-    if (call.command->import) checkImport(call);
+    if (call.isTable && call.kind) {
+        throw CLI::ValidationError("--table", "and --kind exclude each other");
+    }
+    if (!call.isTable && !call.table.given.empty()) {
+        throw CLI::ValidationError(call.table.given.front(), "is for tables: give --kind table");
+    }
+    if (call.command->import) checkImport(sub, call);
 }
 
 Reply helpReply(const CLI::App& app) {

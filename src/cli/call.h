@@ -11,6 +11,7 @@
 #include "base/result.h"
 #include "cli/output.h"
 #include "cli/project.h"
+#include "cli/tables.h"
 #include "interchange/file_kind.h"
 
 namespace zorvel::cli {
@@ -30,7 +31,9 @@ struct Call {
     std::optional<std::string> output;  // absent: standard output
     std::optional<std::string> census;
     bool samples = false;
-    std::string into;  // the project of an import
+    std::string into;      // the project of an import
+    bool isTable = false;  // the files are tables of any layout
+    TableOptions table;
 };
 
 // A call that is answered without running a command: help or version on standard output, or what is

@@ -23,7 +23,9 @@ std::string summaryOf(const Project& source) {
     for (const Census& census : source.censuses) taxa += census.taxonCount();
     return "stored " + counted(source.censuses.size(), "census", "censuses") + " with " +
            counted(taxa, "taxon", "taxa") + ", read as " +
-           (source.kind ? kindName(*source.kind) : "project");
+           (!source.tableNotices.empty() ? "table"
+            : source.kind                ? kindName(*source.kind)
+                                         : "project");
 }
 
 // What the rules of the format left out; zeros are no loss.
@@ -45,6 +47,7 @@ void tellOutcome(const Project& source) {
     tellAt(source.file, {}, summaryOf(source));
     const std::string leftOut = leftOutText(source.leftOut);
     if (!leftOut.empty()) tellAt(source.file, {}, leftOut);
+    for (const std::string& notice : source.tableNotices) tellAt(source.file, {}, notice);
 }
 
 bool isSameFile(const std::string& file, const std::string& project) {
@@ -57,7 +60,7 @@ std::optional<Project> loadSource(const std::string& file, const Call& call) {
         tellAt(file, {}, "is the project to import into");
         return std::nullopt;
     }
-    std::optional<Project> source = loadProject(file, call.kind, guessFileKind);
+    std::optional<Project> source = loadProject(file, call, guessFileKind);
     if (source && source->censuses.empty()) {
         tellAt(source->file, {}, "holds no census");
         return std::nullopt;
@@ -161,8 +164,17 @@ bool store(const std::string& path, const std::vector<Project>& sources) {
     return true;
 }
 
+bool preview(const Call& call) {
+    Output output({});
+    const bool usable = previewTables(call, output);
+    const std::optional<Problem> problem = output.finish();
+    if (problem && problem->systemError != EPIPE) tell(problem->message);
+    return usable && !problem;
+}
+
 // Nothing after the write may fail: a user repeats an import that failed.
 bool import(const Call& call) {
+    if (call.table.preview) return preview(call);
     const std::vector<Project> sources = loadSources(call);
     if (sources.size() < call.files.size()) return false;
     if (!store(call.into, sources)) return false;

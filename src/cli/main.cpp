@@ -53,7 +53,7 @@ ExitCode run(const Call& call) {
     }
     Output output(call.output);
     if (output.failed()) return end(output);
-    std::optional<Project> project = loadProject(call.files.front(), call.kind, defaultKind);
+    std::optional<Project> project = loadProject(call.files.front(), call, defaultKind);
     if (!project) return ExitCode::failure;
     if (const auto problem = call.command->run(call, *project, output)) {
         tellAt(project->file, {}, problem->message);

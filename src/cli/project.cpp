@@ -5,11 +5,13 @@
 
 #include "base/numbers.h"
 #include "base/text.h"
+#include "cli/call.h"
 #include "cli/output.h"
 #include "interchange/text_file.h"
 #include "model/file_messages.h"
 #include "model/import.h"
 #include "store/project_file.h"
+#include "tables/texts.h"
 
 namespace zorvel::cli {
 namespace {
@@ -22,9 +24,12 @@ FileResult<ProjectRecords> readRecords(const std::string& file) {
     return opened.value()->load();
 }
 
-bool readProject(const std::string& file, Project& project) {
-    if (project.kind) {
-        tellAt(project.file, {}, "is a project, while --kind is for text: leave it out");
+bool readProject(const std::string& file, const Call& call, Project& project) {
+    if (project.kind || call.isTable) {
+        tellAt(project.file, {},
+               call.isTable && call.command->import
+                   ? "is a project, while --table is for text: leave it out"
+                   : "is a project, while --kind is for text: leave it out");
         return false;
     }
     FileResult<ProjectRecords> records = readRecords(file);
@@ -69,8 +74,28 @@ bool readText(InputFile input, FileKind (*otherwise)(std::string_view), Project&
     return true;
 }
 
+bool readTable(InputFile input, const TableOptions& options, Project& project) {
+    const auto names = std::make_shared<NamePool>();
+    std::optional<ReadTable> table = readTableFile(project.file, std::move(input), options, *names);
+    if (!table || !isUsable(project.file, *table, options)) return false;
+    const TableReading& reading = table->guess.reading;
+    project.tableNotices = noticeTexts(table->records.notices, reading);
+    project.tableNotices.insert(project.tableNotices.begin(), understoodText(reading));
+    ObjectContext& context = project.document->objectContext();
+    context.adopt(recordsOf(std::move(table->records.censuses), names));
+    const std::vector<Census> censuses = context.censuses();
+    for (std::size_t i = 0; i < table->records.excluded.size(); ++i) {
+        const std::vector<Zorvel> taxa = censuses[i].taxa();
+        std::vector<Zorvel> excluded;
+        for (const std::size_t place : table->records.excluded[i]) excluded.push_back(taxa[place]);
+        context.setInclude(excluded, false);
+    }
+    return true;
+}
+
 // Of a file that is opened once, except a project, which the store opens by its path.
-bool read(const std::string& file, FileKind (*otherwise)(std::string_view), Project& project) {
+bool read(const std::string& file, const Call& call, FileKind (*otherwise)(std::string_view),
+          Project& project) {
     std::optional<Result<InputFile>> input = InputFile::openAny(file);
     if (!*input) {
         tellAt(project.file, {}, input->problem().message);
@@ -79,6 +104,7 @@ bool read(const std::string& file, FileKind (*otherwise)(std::string_view), Proj
     constexpr std::size_t startSize = 16;
     input->value().readStart(startSize);
     if (!startsLikeProject(input->value().start())) {
+        if (call.isTable) return readTable(std::move(*input).value(), call.table, project);
         return readText(std::move(*input).value(), otherwise, project);
     }
     if (file == "-" || !S_ISREG(input->value().status().st_mode)) {
@@ -88,18 +114,18 @@ bool read(const std::string& file, FileKind (*otherwise)(std::string_view), Proj
         return false;
     }
     input.reset();
-    return readProject(file, project);
+    return readProject(file, call, project);
 }
 
 }  // namespace
 
-std::optional<Project> loadProject(const std::string& file, std::optional<FileKind> kind,
+std::optional<Project> loadProject(const std::string& file, const Call& call,
                                    FileKind (*otherwise)(std::string_view text)) {
     Project project;
     project.file = shownFile(file);
-    project.kind = kind;
+    project.kind = call.kind;
     project.document = std::make_unique<DiversityDocument>();
-    if (!read(file, otherwise, project)) return std::nullopt;
+    if (!read(file, call, otherwise, project)) return std::nullopt;
     project.censuses = project.document->objectContext().censuses();
     project.names = censusNameList(project.censuses);
     return project;

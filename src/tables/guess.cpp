@@ -136,9 +136,16 @@ struct FormGuess {
     bool doubtful = false;
 };
 
-FormGuess guessForm(std::string_view head, bool isWhole) {
+FormGuess guessForm(std::string_view head, bool isWhole, const TableChoices& choices) {
     FormGuess guess;
-    guess.form.encoding = guessEncoding(head, isWhole);
+    guess.form.encoding = choices.encoding.value_or(guessEncoding(head, isWhole));
+    if (choices.separator) {
+        guess.form.separator = *choices.separator;
+        if (guess.form.separator == '\t') {
+            guess.form.quotes = !quotesAreLetters(head, guess.form);
+        }
+        return guess;
+    }
     if (const char hinted =
             hintedSeparator(head.substr(head.starts_with("\xEF\xBB\xBF") ? 3 : 0))) {
         guess.form.separator = hinted;
@@ -178,7 +185,7 @@ bool isSizeLine(const TableSample::Row& row) {
            tableNumber(row.cells[0], {}) && tableNumber(row.cells[1], {});
 }
 
-Block findBlock(const Rows& rows) {
+Block findBlock(const Rows& rows, const TableChoices& choices) {
     Block block;
     const std::size_t filled = mode(rows, filledCells);
     block.width = mode(rows, filledWidth);
@@ -186,6 +193,11 @@ Block findBlock(const Rows& rows) {
         return filledCells(row) * 10 >= filled * 6;
     };
     while (block.first < rows.size()) {
+        if (choices.firstRow) {
+            if (rows[block.first].number >= *choices.firstRow) break;
+            ++block.first;
+            continue;
+        }
         const TableSample::Row& row = rows[block.first];
         const bool isHeading = isComment(row) && isFull(row) && block.first + 1 < rows.size() &&
                                !isComment(rows[block.first + 1]);
@@ -489,17 +501,21 @@ void countMarks(std::string_view cell, bool groupable, MarkCounts& marks) {
 
 class Guesser {
   public:
-    Guesser(const TableSample& sample, const TextForm& form) : sample_(sample) {
+    Guesser(const TableSample& sample, const TextForm& form, const TableChoices& choices)
+        : sample_(sample), choices_(choices) {
         guess_.reading.form = form;
     }
 
     TableGuess guess() {
-        grid_ = {&sample_.rows, findBlock(sample_.rows)};
+        grid_ = {&sample_.rows, findBlock(sample_.rows, choices_)};
         if (grid_.height() == 0 || grid_.block.width == 0) return guess_;
         TableReading& reading = guess_.reading;
         reading.firstRow = grid_.row(0).number;
+        reading.lastRow = choices_.lastRow.value_or(0);
         const auto roles = rolesByWords(grid_);
-        if (isLong(grid_, roles)) {
+        const bool records =
+            choices_.layout ? *choices_.layout == TableLayout::records : isLong(grid_, roles);
+        if (records) {
             readAsRecords(roles);
         } else {
             readAsWide();
@@ -535,11 +551,13 @@ class Guesser {
 
     void readAsWide() {
         TableReading& reading = guess_.reading;
-        const std::size_t header = headerHeight(grid_);
+        const std::size_t header =
+            std::min(choices_.headerRows.value_or(headerHeight(grid_)), grid_.height());
         reading.shortHeader = isShort(grid_, header);
         const double score = speciesRowsScore(grid_, header);
-        if (std::abs(score) < 0.5) doubt(TableDoubt::layout);
-        const bool speciesRows = score > 0;
+        if (!choices_.layout && std::abs(score) < 0.5) doubt(TableDoubt::layout);
+        const bool speciesRows =
+            choices_.layout ? *choices_.layout == TableLayout::speciesRows : score > 0;
         reading.layout = speciesRows ? TableLayout::speciesRows : TableLayout::censusRows;
         for (std::size_t i = 0; i < header; ++i) {
             const ColumnRole names = speciesRows ? ColumnRole::census : ColumnRole::species;
@@ -700,6 +718,7 @@ class Guesser {
     }
 
     const TableSample& sample_;
+    const TableChoices& choices_;
     bool measuredAreFew_ = false;
     TableGuess guess_;
     Grid grid_;
@@ -740,14 +759,15 @@ TableSample sampleRows(RowSource& source, bool whole) {
     return sample;
 }
 
-TableGuess guessTable(const TableSample& sample, const TextForm& form) {
-    return Guesser(sample, form).guess();
+TableGuess guessTable(const TableSample& sample, const TextForm& form,
+                      const TableChoices& choices) {
+    return Guesser(sample, form, choices).guess();
 }
 
-TableGuess guessTable(std::string_view bytes, bool whole) {
-    const FormGuess form = guessForm(bytes, whole);
+TableGuess guessTable(std::string_view bytes, bool whole, const TableChoices& choices) {
+    const FormGuess form = guessForm(bytes, whole, choices);
     TextRows rows(bytesOf(bytes), form.form);
-    TableGuess guess = guessTable(sampleRows(rows, whole), form.form);
+    TableGuess guess = guessTable(sampleRows(rows, whole), form.form, choices);
     if (form.doubtful) guess.doubts.insert(guess.doubts.begin(), TableDoubt::separator);
     return guess;
 }

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -25,6 +26,16 @@ struct TableSample {
     bool whole = true;  // there are no others
 };
 
+// What the user has settled; the rest is guessed.
+struct TableChoices {
+    std::optional<char> separator;
+    std::optional<TableEncoding> encoding;
+    std::optional<TableLayout> layout;
+    std::optional<std::size_t> firstRow;
+    std::optional<std::size_t> lastRow;
+    std::optional<std::size_t> headerRows;
+};
+
 enum class TableDoubt { separator, layout, dateOrder, thousandsMark };
 
 struct TableGuess {
@@ -33,10 +44,11 @@ struct TableGuess {
 };
 
 // Of the first bytes of a text, at most TableSample::mostBytes. whole: they are all of it.
-TableGuess guessTable(std::string_view bytes, bool whole);
+TableGuess guessTable(std::string_view bytes, bool whole, const TableChoices& choices = {});
 
 // Of rows whose form is known: a sheet, or a text in the form given.
-TableGuess guessTable(const TableSample& sample, const TextForm& form);
+TableGuess guessTable(const TableSample& sample, const TextForm& form,
+                      const TableChoices& choices = {});
 
 // A mark of the encoding, or what the bytes seem to be. whole: they are all of the text; otherwise
 // the last character may be cut.

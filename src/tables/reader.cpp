@@ -32,13 +32,16 @@ std::string nameOf(std::string_view cell) {
 // Gives each name a number, in the order of their first appearance; equal names share one.
 class Names {
   public:
+    explicit Names(NamePool* pool) : pool_(pool) {}
+
     std::size_t number(std::string_view cell) {
         const auto known = numbers_.find(std::string(cell));
         if (known != numbers_.end()) return known->second;
         const std::string name = nameOf(cell);
         const std::size_t next = names_.size();
         const std::size_t number = canonical_.try_emplace(canonicalForm(name), next).first->second;
-        if (number == next) names_.emplace_back(name);
+        if (number == next)
+            names_.push_back(pool_ != nullptr ? pool_->intern(name) : SharedText(name));
         numbers_.emplace(cell, number);
         return number;
     }
@@ -48,12 +51,15 @@ class Names {
     std::unordered_map<std::string, std::size_t> numbers_;
     std::unordered_map<std::string, std::size_t> canonical_;
     std::vector<SharedText> names_;
+    NamePool* pool_;
 };
 
 class Reader {
   public:
-    explicit Reader(const TableReading& reading)
-        : reading_(reading), marks_{reading.decimalMark, reading.thousandsMark} {}
+    Reader(const TableReading& reading, NamePool* names)
+        : reading_(reading),
+          marks_{reading.decimalMark, reading.thousandsMark},
+          speciesNames_(names) {}
 
     TableRecords read(RowSource& source, const std::stop_token& stop) {
         TableRow row;
@@ -602,9 +608,9 @@ std::string columnLetters(std::size_t column) {
     return letters;
 }
 
-TableRecords readTable(RowSource& source, const TableReading& reading,
-                       const std::stop_token& stop) {
-    return Reader(reading).read(source, stop);
+TableRecords readTable(RowSource& source, const TableReading& reading, const std::stop_token& stop,
+                       NamePool* names) {
+    return Reader(reading, names).read(source, stop);
 }
 
 std::string remarkText(const TableRemark& remark) {

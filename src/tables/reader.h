@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "interchange/import_records.h"
+#include "interchange/parsers.h"
 #include "tables/reading.h"
 #include "tables/rows.h"
 
@@ -58,8 +58,9 @@ struct TableRecords {
 
 // All rows of the source. A table with problems gives the censuses as far as they could be read,
 // for a preview only. Stopped: what was read until then.
+// names: the pool of the project, if there is one.
 TableRecords readTable(RowSource& source, const TableReading& reading,
-                       const std::stop_token& stop = {});
+                       const std::stop_token& stop = {}, NamePool* names = nullptr);
 
 // "C4: 2.5 is not a whole number. ..."; "row 4: ..." without a column.
 std::string remarkText(const TableRemark& remark);

@@ -1,0 +1,180 @@
+#include "tables/texts.h"
+
+#include <algorithm>
+
+#include "base/numbers.h"
+
+namespace zorvel {
+namespace {
+
+std::string countedText(std::size_t count, const char* one, const char* several) {
+    return integerText(static_cast<std::int64_t>(count)) + " " + (count == 1 ? one : several);
+}
+
+// "a, b and 3 more".
+std::string listText(const std::vector<std::string>& names) {
+    constexpr std::size_t most = 5;
+    std::string text;
+    for (std::size_t i = 0; i < std::min(names.size(), most); ++i) {
+        text += (i == 0 ? "" : ", ") + names[i];
+    }
+    if (names.size() > most) {
+        text += " and " + integerText(static_cast<std::int64_t>(names.size() - most)) + " more";
+    }
+    return text;
+}
+
+std::string rowsText(const std::vector<std::size_t>& rows) {
+    std::vector<std::string> numbers;
+    for (const std::size_t row : rows) {
+        numbers.push_back(integerText(static_cast<std::int64_t>(row)));
+    }
+    return (rows.size() == 1 ? "row " : "rows ") + listText(numbers);
+}
+
+}  // namespace
+
+const std::vector<SeparatorName>& separatorNames() {
+    static const std::vector<SeparatorName> names = {{',', "comma", "commas"},
+                                                     {';', "semicolon", "semicolons"},
+                                                     {'\t', "tab", "tabs"},
+                                                     {' ', "space", "spaces"},
+                                                     {'|', "bar", "bars"}};
+    return names;
+}
+
+const char* encodingName(TableEncoding encoding) {
+    switch (encoding) {
+        case TableEncoding::utf8:
+            return "UTF-8";
+        case TableEncoding::utf16LittleEndian:
+            return "UTF-16LE";
+        case TableEncoding::utf16BigEndian:
+            return "UTF-16BE";
+        case TableEncoding::windows1252:
+            return "Windows-1252";
+    }
+    return "";
+}
+
+const char* layoutName(TableLayout layout) {
+    switch (layout) {
+        case TableLayout::censusRows:
+            return "rows";
+        case TableLayout::speciesRows:
+            return "columns";
+        case TableLayout::records:
+            return "long";
+    }
+    return "";
+}
+
+const char* roleName(ColumnRole role) {
+    switch (role) {
+        case ColumnRole::count:
+            return "count";
+        case ColumnRole::census:
+            return "census";
+        case ColumnRole::genus:
+            return "genus";
+        case ColumnRole::species:
+            return "species";
+        case ColumnRole::latitude:
+            return "latitude";
+        case ColumnRole::longitude:
+            return "longitude";
+        case ColumnRole::date:
+            return "date";
+        case ColumnRole::year:
+            return "year";
+        case ColumnRole::month:
+            return "month";
+        case ColumnRole::day:
+            return "day";
+        case ColumnRole::notes:
+            return "notes";
+        case ColumnRole::status:
+            return "status";
+        case ColumnRole::included:
+            return "included";
+        case ColumnRole::total:
+            return "total";
+        case ColumnRole::ignored:
+            return "ignored";
+    }
+    return "";
+}
+
+std::string understoodText(const TableReading& reading) {
+    const auto& names = separatorNames();
+    const auto name = std::find_if(names.begin(), names.end(), [&](const SeparatorName& each) {
+        return each.separator == reading.form.separator;
+    });
+    std::string text =
+        name == names.end() ? std::string("'") + reading.form.separator + "'" : name->plural;
+    if (reading.decimalMark == ',') text += ", decimal comma";
+    if (reading.form.encoding != TableEncoding::utf8) {
+        text += std::string(", ") + encodingName(reading.form.encoding);
+    }
+    switch (reading.layout) {
+        case TableLayout::censusRows:
+            return text + "; a row for each census";
+        case TableLayout::speciesRows:
+            return text + "; a row for each species";
+        case TableLayout::records:
+            return text + "; a row for each species of a census";
+    }
+    return text;
+}
+
+std::vector<std::string> noticeTexts(const TableNotices& notices, const TableReading& reading) {
+    std::vector<std::string> texts;
+    const auto add = [&texts](std::size_t count, const char* one, const char* several) {
+        if (count > 0) texts.push_back(countedText(count, one, several));
+    };
+    if (reading.presence) {
+        texts.emplace_back(
+            "presence only: each mark is taken as 1, so metrics of abundance mean nothing");
+    }
+    if (notices.totalsRow) texts.push_back(rowsText({*notices.totalsRow}) + " (total) left out");
+    if (!notices.noteRows.empty()) {
+        texts.push_back(rowsText(notices.noteRows) + " below the table left out");
+    }
+    if (!notices.ignoredColumns.empty()) {
+        texts.push_back((notices.ignoredColumns.size() == 1 ? "column " : "columns ") +
+                        listText(notices.ignoredColumns) + " ignored");
+    }
+    add(notices.blankCells, "blank cell taken as 0", "blank cells taken as 0");
+    add(notices.missing.count, "cell without a value", "cells without a value");
+    for (std::size_t i = 0; i < std::min<std::size_t>(3, notices.missing.kept.size()); ++i) {
+        texts.push_back(remarkText(notices.missing.kept[i]));
+    }
+    add(notices.countedOnce.count, "record without a count taken as 1",
+        "records without a count taken as 1");
+    add(notices.roundedCells, "fraction rounded", "fractions rounded");
+    add(notices.summedSpecies, "count added to another of the same species and census",
+        "counts added to others of the same species and census");
+    add(notices.absentRecords, "record of an absent species left out",
+        "records of absent species left out");
+    if (!notices.leftOutCensuses.empty()) {
+        texts.push_back("without values, left out: " + listText(notices.leftOutCensuses));
+    }
+    add(notices.emptyCensuses, "census without species", "censuses without species");
+    return texts;
+}
+
+const char* doubtText(TableDoubt doubt) {
+    switch (doubt) {
+        case TableDoubt::separator:
+            return "which character separates the cells";
+        case TableDoubt::layout:
+            return "whether a row is a census or a species";
+        case TableDoubt::dateOrder:
+            return "whether dates begin with the day or the month";
+        case TableDoubt::thousandsMark:
+            return "whether 1.234 or 1,234 is a whole number";
+    }
+    return "";
+}
+
+}  // namespace zorvel
