@@ -42,16 +42,24 @@ bool readProject(const std::string& file, const Call& call, Project& project) {
 }
 
 // Such censuses are more often a misreading than what the file is meant to say.
-void warnWithoutTaxa(const std::string& file, const std::vector<BlockPointer>& censuses,
-                     const LeftOut& leftOut) {
+bool warnsWithoutTaxa(const std::string& file, const std::vector<BlockPointer>& censuses,
+                      const LeftOut& leftOut) {
     const bool anyTaxon = std::any_of(censuses.begin(), censuses.end(),
                                       [](const auto& census) { return !census->chunks.empty(); });
-    if (anyTaxon || censuses.empty()) return;
+    if (anyTaxon || censuses.empty()) return false;
     tellAt(file, {},
            std::string("WARNING: none of its censuses has a taxon: ") + whyNoTaxa(leftOut));
+    return true;
 }
 
-bool readText(InputFile input, FileKind (*otherwise)(std::string_view), Project& project) {
+void tellOfTables(const std::string& file, const Call& call) {
+    tellAt(file, {},
+           std::string("if it is a table of another layout, try ") +
+               (call.command->import ? "--table" : "--kind table"));
+}
+
+bool readText(InputFile input, const Call& call, FileKind (*otherwise)(std::string_view),
+              Project& project) {
     Result<std::string> text = std::move(input).text();
     if (!text) {
         tellAt(project.file, {}, text.problem().message);
@@ -62,14 +70,19 @@ bool readText(InputFile input, FileKind (*otherwise)(std::string_view), Project&
     ParsedCensuses parsed =
         parseFile(*project.kind, std::string(std::move(text).value()), {}, names.get());
     for (const std::string& line : parsed.consoleLines) tellAt(project.file, parsed.place, line);
-    if (!parsed.advice.empty()) tellAt(project.file, parsed.place, parsed.advice);
+    if (!parsed.advice.empty()) {
+        tellAt(project.file, parsed.place, parsed.advice);
+        tellOfTables(project.file, call);
+    }
     if (!parsed.value && parsed.consoleLines.empty() && parsed.advice.empty()) {
         tellAt(project.file, parsed.place, "cannot be read as this kind of file");
     }
     if (!parsed.value) return false;
     project.leftOut = parsed.leftOut;
     ProjectRecords records = recordsOf(std::move(*parsed.value), names);
-    warnWithoutTaxa(project.file, records.censuses, parsed.leftOut);
+    if (warnsWithoutTaxa(project.file, records.censuses, parsed.leftOut)) {
+        tellOfTables(project.file, call);
+    }
     project.document->objectContext().adopt(std::move(records));
     return true;
 }
@@ -105,7 +118,7 @@ bool read(const std::string& file, const Call& call, FileKind (*otherwise)(std::
     input->value().readStart(startSize);
     if (!startsLikeProject(input->value().start())) {
         if (call.isTable) return readTable(std::move(*input).value(), call.table, project);
-        return readText(std::move(*input).value(), otherwise, project);
+        return readText(std::move(*input).value(), call, otherwise, project);
     }
     if (file == "-" || !S_ISREG(input->value().status().st_mode)) {
         tellAt(project.file, {},

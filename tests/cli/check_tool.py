@@ -534,5 +534,76 @@ class Imports(InFolder):
             self.assertEqual(len(self.censuses()), 3 if status else 6, err)
 
 
+class Tables(InFolder):
+    """Tables of any layout, and the options that settle how they are read."""
+    text = "Plot;Abies alba;Picea abies\nNord;1.234;2\nSued;NA;2,5\n"
+
+    def records(self, text, *options):
+        """What summary says of each census, or the messages."""
+        self.file.write_text(text)
+        status, out, err = call("records --kind table", self.file, *options)
+        if status:
+            return status, [line.removeprefix(f"{self.file}:") for line in err.splitlines()]
+        return [(census["name"], {taxon["name"]: taxon["abundance"] for taxon in census["taxa"]})
+                for census in json.loads(out)]
+
+    def test_options_settle_what_is_in_doubt(self):
+        self.assertEqual(self.records(self.text.replace("2,5", "3")), (1, [
+            " it is in doubt whether 1.234 or 1,234 is a whole number: give --thousands or --decimal, or "
+            "--guess to take it as it seems to be"]))
+        # Cells are told by line and cell, and by row and letters.
+        self.assertEqual(self.records(self.text, "--thousands", ".", "--missing", "fault"), (1, [
+            "3:2: B3: NA is no value.",
+            "3:3: C3: 2,5 is not a whole number. Zorvel counts individuals."]))
+        both = ("--thousands", ".", "--fractions", "round")
+        north = ("Nord", {"Abies alba": 1234, "Picea abies": 2})
+        for options, censuses in (
+                ((), [north, ("Sued", {"Picea abies": 3})]),
+                (("--missing", "leave-out"), [north]),
+                (("--rows", "1-2"), [north]),
+                (("--column", "Picea abies=ignored"), [("Nord", {"Abies alba": 1234})]),
+                (("--column", "A=ignored", "--column", "C=census"),
+                 [("2", {"Abies alba": 1234})]),
+                (("--layout", "columns"), [("Abies alba", {"Nord": 1234}),
+                                           ("Picea abies", {"Nord": 2, "Sued": 3})])):
+            with self.subTest(options=options):
+                self.assertEqual(self.records(self.text, *both, *options), censuses)
+        self.assertEqual(self.records("x,y\n1,2\n", "--column", "z=count"), (1, [" has no column 'z'"]))
+
+    def test_wrong_calls_say_what_is_wrong(self):
+        for arguments, told in (
+                (("summary", mites, "--layout", "rows"), "--layout: is for tables: give --kind table"),
+                (("import", mites, "--preview"), "--preview: is for tables: give --table"),
+                (("import", mites, "--table"), "--into is required"),
+                (("import", mites, "--table", "--kind", "list", "--into", "p"),
+                 "--table: and --kind exclude each other"),
+                (("summary", mites, "--kind", "table", "--rows", "9"),
+                 "--rows: '9' is not of the form FIRST-LAST or FIRST-"),
+                (("summary", mites, "--kind", "table", "--column", "a=b"),
+                 "--column: 'a=b' is not of the form HEADER=ROLE with a role of census, species, genus, "
+                 "count, date, year, month, day, notes, latitude, longitude, status, total, included, "
+                 "ignored")):
+            with self.subTest(told=told):
+                status, _, err = call(*arguments)
+                self.assertEqual((status, err.splitlines()[0]), (2, f"zorvel-cli: {told}"))
+
+    def test_include_marks_and_attributes_are_stored(self):
+        self.file.write_text("census,date,latitude,longitude,notes,species,count,included\n"
+                             'Bog,2016-03-05T15:42:00Z,47.61,-122.33,"wet, cold",Abies alba,4,no\n'
+                             "Bog,2016-03-05T15:42:00Z,47.61,-122.33,,Picea abies,7,yes\n"
+                             "Fen,,,,,,,\n")
+        self.assertEqual(self.imports("--table", self.file)[0], 0)
+        bog, fen = values("records", self.project)
+        self.assertEqual(bog["taxa"], [{"name": "Abies alba", "abundance": 4, "include": False},
+                                       {"name": "Picea abies", "abundance": 7, "include": True}])
+        self.assertEqual((bog["latitude"], bog["longitude"], bog["notes"]), (47.61, -122.33, "wet, cold"))
+        self.assertEqual((fen["name"], fen["taxa"]), ("Fen", []))
+        preview = json.loads(call("import --table --preview --json", self.file)[1])[0]
+        self.assertEqual([column["role"] for column in preview["columns"]],
+                         ["census", "date", "latitude", "longitude", "notes", "species", "count",
+                          "included"])
+        self.assertEqual(preview["censuses"][0], {"name": "Bog", "species": 2, "individuals": 11})
+
+
 if __name__ == "__main__":
     unittest.main(argv=sys.argv[:1])

@@ -26,7 +26,7 @@ def run(*command):
 
 
 def options_in(text):
-    return set(re.findall(r"--[a-z]+", text))
+    return set(re.findall(r"--[a-z]+(?:-[a-z]+)*", text))
 
 
 class Words(unittest.TestCase):
@@ -62,16 +62,17 @@ class Completion(unittest.TestCase):
                 ("--kind|=|list|su", "summary"),
                 ("--s", "--seed --size"),
                 ("--v", "--version"),
-                ("rarefaction|--s", "--samples --seed --size"),
-                ("summary|--c", "--census"),
-                ("summary|--sa", ""),
+                ("rarefaction|--s", "--same-census --same-species --samples --seed --separator --size"),
+                ("summary|--c", "--census --column"),
+                ("summary|--sam", "--same-census --same-species"),
+                ("metrics|--layout|", "columns long rows"),
                 ("matrix|--j", ""),
                 ("metrics|--j", "--json"),
-                ("import|a.csv|-", "--help --into --kind"),
+                ("import|a.csv|--p", "--presence --preview"),
                 ("import|--into|thr", "three.csv"),
                 ("--kind|list|import|--into|m|thr", "three.csv"),
-                ("metrics|--kind|", "census ios list matrix"),
-                ("metrics|--kind|=", "census ios list matrix"),
+                ("metrics|--kind|", "census ios list matrix table"),
+                ("metrics|--kind|=", "census ios list matrix table"),
                 ("metrics|--kind|=|m", "matrix"),
                 ("metrics|--kind=m", "matrix"),
                 ("metrics|--size|", ""),
