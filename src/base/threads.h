@@ -1,5 +1,5 @@
-// Work on all processors, for what takes long and is made of many parts: the caller waits. Parts
-// must not depend on each other, so that the result is the same on any number of threads.
+// Work on all processors, while the caller waits. The parts of the work must not depend on each
+// other, so that the result is the same on any number of threads.
 #pragma once
 
 #include <algorithm>
@@ -15,8 +15,8 @@ inline unsigned allThreads() {
     return std::max(1U, std::thread::hardware_concurrency());
 }
 
-// Calls work(i) for every i below count, on that many threads, the caller's among them; each takes
-// some of them at a time, since they take unlike times, and short ones. work must not throw.
+// Calls work(i) for every i below count, on that many threads, the caller's included; each thread
+// takes a few at a time, since some take longer than others. work must not throw.
 template <class Work>
 void onThreads(std::size_t count, unsigned threads, Work work) {
     constexpr std::size_t atATime = 8;

@@ -17,7 +17,7 @@ struct Call;
 
 struct Project {
     std::string file;              // as messages call it
-    std::optional<FileKind> kind;  // of a text file; absent where the file is a project
+    std::optional<FileKind> kind;  // of a text file; absent if the file is a project
     LeftOut leftOut;               // of a text file
     // Of a table: how it was understood, and what was taken by a rule. Empty for other files.
     std::vector<std::string> tableNotices;

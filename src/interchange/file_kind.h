@@ -8,13 +8,13 @@ namespace zorvel {
 enum class FileKind { list, census, matrix, ios };
 
 // The kind that a text seems to be: ios by its quoted header cells and the shape of the next line,
-// list where there are only whole numbers and separators, census where the first line is a name and
-// a whole number; matrix where nothing speaks for another.
+// list if there are only whole numbers and separators, census if the first line is a name and a
+// whole number; otherwise matrix.
 FileKind guessFileKind(std::string_view text);
 
-// Whether a person would take the text for nothing else: a list and a phone export by the guess
-// alone, a matrix where it has two species or more, none of them a number, and its first row fits.
-// A name and a number a line may be a census or a matrix of one species: never certain.
+// Whether the text can be nothing else: a list and a phone export by the guess alone, a matrix if
+// it has two species or more, none of them a number, and its first row fits. A name and a number
+// per line may be a census or a matrix of one species: never certain.
 bool isCertain(FileKind guess, std::string_view text);
 
 // Which character separates the cells of a text in which a parser for commas finds nothing, for

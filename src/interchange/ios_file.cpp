@@ -51,7 +51,7 @@ std::string without(std::string_view text, char unwanted) {
     return rest;
 }
 
-// The taxon names of the header: its cells from the sixth on. Absent where it has fewer.
+// The taxon names of the header: its cells from the sixth on. Absent if there are fewer.
 std::optional<std::vector<SharedText>> taxonNames(std::string_view header, NamePool& pool) {
     constexpr std::size_t leadingCells = 5;
     std::vector<SharedText> names;
@@ -92,8 +92,7 @@ std::optional<std::int64_t> abundanceOf(std::string_view value) {
     return parseWholeInteger(without(value, ' '));
 }
 
-// Reads one data line. What is wrong with it stands in the parsed result, its place with the cell
-// alone.
+// Reads one data line. The parsed result says what is wrong with it; its place has only the cell.
 class DataLine {
   public:
     explicit DataLine(const std::vector<SharedText>& names) : names_(names) {}

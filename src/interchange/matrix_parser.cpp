@@ -53,7 +53,7 @@ std::uint64_t loadWord(const char* bytes) {
     return word;
 }
 
-// Bytes in which two words agree, from the one that stands first in memory on.
+// Bytes in which two words agree, from the first in memory on.
 std::size_t equalBytes(std::uint64_t a, std::uint64_t b) {
     const std::uint64_t differs = a ^ b;
     const int bits = std::endian::native == std::endian::little ? std::countr_zero(differs)
@@ -182,7 +182,7 @@ class MatrixReader {
         }
         if (*value == 0) return true;
         if (column >= header_.size()) {
-            // There is no name for it: one of the abundances too many of which a row's end tells.
+            // It has no name: the row has too many abundances, as its end would report.
             ScannedField ending = field;
             ending.terminator = FieldTerminator::lineBreak;
             return refuse(ending, column, moreMessage);

@@ -1,11 +1,11 @@
 // The parsers of every import format: pure functions from UTF-8 text to records. A text holds no
 // byte-order mark. On any problem there is no record at all, one or two console lines, and a place.
-// Time is linear in the text. Memory is that of the records (24 bytes a taxon, 120 a census, and
-// each text once), up to three times that while a list of them grows, and for a matrix its header:
-// even a text made for it (one letter a line) takes under 200 bytes a byte, and a message quotes a
-// cell once. The stop is looked at before each record: a parser that is told to stop returns
-// nothing at all, neither records nor lines. The names of taxa come from the pool, if one is given,
-// and are kept once each in any case.
+// Time is linear in the text. Memory is that of the records (24 bytes per taxon, 120 per census,
+// and each text once), up to three times that while a list of them grows, and for a matrix its
+// header: even a text made for it (one letter per line) takes under 200 bytes per byte, and a
+// message quotes a cell once. The stop is checked before each record: a parser that is stopped
+// returns nothing, neither records nor lines. The names of taxa come from the pool, if one is
+// given, and are kept once each in any case.
 #pragma once
 
 #include <cstddef>
@@ -43,7 +43,7 @@ struct MockCensus {
 // The name of a census whose file gives none.
 inline constexpr const char* importedCensusName = "imported census";
 
-// Where in a text a problem stands. Lines count from 1 by line feeds, carriage returns and the
+// The place of a problem in a text. Lines count from 1 by line feeds, carriage returns and the
 // other line breaks (CR LF is one); cells count from 1 within the line. 0: not known, or the whole
 // text.
 struct TextPlace {

@@ -25,8 +25,8 @@ class InputFile {
 
     // What was read so far.
     [[nodiscard]] const std::string& start() const { return bytes_; }
-    // Reads on until start() has that size or the file ends, as it does in any case where it cannot
-    // be read.
+    // Reads on until start() has that size or the file ends. A file that cannot be read ends too:
+    // bytes() says why.
     void readStart(std::size_t size);
     // start() is the whole file, which is closed.
     [[nodiscard]] bool atEnd() const { return atEnd_; }

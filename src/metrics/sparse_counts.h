@@ -1,5 +1,5 @@
 // A counts matrix without its zeros: the cells of each row in ascending order of their columns. It
-// takes memory in proportion to the cells that are not 0, where a CountsMatrix takes it for all.
+// takes memory in proportion to the cells that are not 0; a CountsMatrix takes it for all cells.
 // A plain value; safe to read on any thread.
 #pragma once
 

@@ -55,7 +55,7 @@ struct ImportServices {
     // this thread.
     std::function<void(std::function<void()> work, std::function<void()> done)> startJob;
     std::stop_source stop;
-    // Once, at the end of the import; at once where there is no window. May be null.
+    // Once, at the end of the import; at once if there is no window. May be null.
     std::function<void(const ImportReport& report)> done;
 };
 

