@@ -28,9 +28,9 @@ QString withoutSqsNote(const MetricsTable& table) {
                                        [](const MetricRow& row) { return row[sqsColumn] == 0; });
     if (missing == 0) return {};
     if (missing == 1) {
-        return "The SQS of one census, for which there is no estimate, stands as 0.0.";
+        return "The SQS of one census, for which there is no estimate, is written as 0.0.";
     }
-    return QString("The SQS of %L1 censuses, for which there is no estimate, stands as 0.0.")
+    return QString("The SQS of %L1 censuses, for which there is no estimate, is written as 0.0.")
         .arg(qlonglong{missing});
 }
 

@@ -265,7 +265,7 @@ TEST(MergedNamesNote, TellsWhatEqualNamesMadeOfTheRecords) {
     EXPECT_EQ(note(2, 1234, 0),
               "2 censuses have the name of an earlier one: the census matrix holds their species "
               "in the row of that one, and their own rows stay empty. 1,234 species have the name "
-              "of a later one of their census: the census matrix takes the later one alone, and "
+              "of a later one of their census: the census matrix uses only the later one, and "
               "the pooled values add them up." +
                   made);
 }

@@ -76,7 +76,7 @@ TEST_F(ExportTest, FilesEqualThoseOfTheTool) {
     }
     EXPECT_EQ(said(),
               "Exported 70 censuses to out.csv. | Exported 70 censuses to out.csv. The SQS of one "
-              "census, for which there is no estimate, stands as 0.0.");
+              "census, for which there is no estimate, is written as 0.0.");
 }
 
 TEST_F(ExportTest, SmallProjects) {
@@ -97,14 +97,14 @@ TEST_F(ExportTest, SmallProjects) {
          " , Abies, Larix\nNorth,5,0\nSouth,0,2\nNorth,0,0\n",
          "Exported 3 censuses to out.csv. One census has the name of an earlier one: the census "
          "matrix holds its species in the row of that one, and its own row stays empty. One "
-         "species has the name of a later one of its census: the census matrix takes the later one "
-         "alone, and the pooled values add them up."},
+         "species has the name of a later one of its census: the census matrix uses only the later "
+         "one, and the pooled values add them up."},
         {metricsExport,
          {{"bare", {}}},
          " , Abundance, Richness, Chao-1, alroySQS, Shannon's H, Fisher's alpha, Pielou's J, "
          "Simpson's D, Buzas-Gibson E\nbare, 0, 0, -, 0.0, 0.0, 0.0, 0.0, 0.0, -\n",
          "Exported one census to out.csv. The SQS of one census, for which there is no estimate, "
-         "stands as 0.0."},
+         "is written as 0.0."},
     };
     for (const auto& c : cases) {
         window = &windows->openUntitled();

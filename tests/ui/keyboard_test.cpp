@@ -234,8 +234,6 @@ TEST_F(KeyboardTest, TypingOnARowOpensItsCell) {
         typeText(each.keys);
         EXPECT_EQ(records().at(2), each.line);
     }
-    press(Qt::Key_J, Qt::AltModifier);
-    EXPECT_EQ(field(), nullptr);
     speciesTable().setCurrentIndex(speciesTable().model()->index(1, 0));
     press(Qt::Key_F2);
     EXPECT_EQ(editedCell(speciesTable()), std::pair(1, 1));
@@ -306,25 +304,6 @@ TEST_F(KeyboardTest, WhatIsTypedIsStoredBeforeItsTableShowsSomethingElse) {
     context().announceChanges();
     context().announceChanges();
     EXPECT_EQ(records()[1], "Abies,77");
-}
-
-TEST_F(KeyboardTest, AnEditorWhoseRecordIsUndoneClosesAndStoresNowhere) {
-    openTrees();
-    press(Qt::Key_E, Qt::ControlModifier);
-    typeText("Picea\t12");
-    context().undo();  // the name
-    context().undo();  // the row
-    context().announceChanges();
-    EXPECT_EQ(field(), nullptr);
-    EXPECT_EQ(records().size(), 8u);
-    EXPECT_EQ(records()[3], "Larix,2");
-    press(Qt::Key_N, Qt::ControlModifier | Qt::ShiftModifier);
-    typeText("West");
-    context().undo();
-    context().announceChanges();
-    EXPECT_EQ(field(), nullptr);
-    EXPECT_EQ(records().size(), 8u);
-    EXPECT_EQ(census(1).name()->str(), "South");
 }
 
 TEST_F(KeyboardTest, ClosingTheProjectStoresWhatIsTyped) {

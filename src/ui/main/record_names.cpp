@@ -134,13 +134,12 @@ QString sharedSpeciesLine(const SharedNames& names) {
     const auto records = static_cast<qulonglong>(names.recordCount());
     if (names.nameCount() > 1) {
         return QString(
-                   "%L1 species share their name with another; the census matrix takes the last of "
-                   "each name alone.")
+                   "%L1 species share their name with another; the census matrix uses only the "
+                   "last of each name.")
             .arg(records);
     }
     const QString name = QString::fromStdString(names.oneName().str());
-    return QString(
-               "%L1 species share the name “%2”; the census matrix takes the last of them alone.")
+    return QString("%L1 species share the name “%2”; the census matrix uses only the last of them.")
         .arg(records)
         .arg(shortened(oneLine(name), longestNameInSentence));
 }
@@ -157,10 +156,10 @@ QString matrixNote(const SparseCountsResult& counts) {
          "%L1 censuses have the name of an earlier one: the census matrix holds their species "
          "in the row of that one, and their own rows stay empty."},
         {counts.replacedTaxa,
-         "One species has the name of a later one of its census: the census matrix takes the "
-         "later one alone, and the pooled values add them up.",
-         "%L1 species have the name of a later one of their census: the census matrix takes the "
-         "later one alone, and the pooled values add them up."},
+         "One species has the name of a later one of its census: the census matrix uses only the "
+         "later one, and the pooled values add them up.",
+         "%L1 species have the name of a later one of their census: the census matrix uses only "
+         "the later one, and the pooled values add them up."},
         {counts.taxaInNoRow,
          "One species is not in the census matrix, since it or its census has no name.",
          "%L1 species are not in the census matrix, since they or their census have no name."},

@@ -32,7 +32,7 @@ QVariant nameData(const std::optional<SharedText>& name, int role, const char* s
 
 inline constexpr char sharedSpeciesReason[] =
     "Another species of this census has the same name: the census matrix, and the averages, "
-    "Chao2 and sample-based rarefaction made from it, take the last of them alone; the pooled "
+    "Chao2 and sample-based rarefaction made from it, use only the last of them; the pooled "
     "values of the project add them up.";
 inline constexpr char sharedCensusReason[] =
     "Another census has the same name: in the census matrix, and in the averages, Chao2 and "
