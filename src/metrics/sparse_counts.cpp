@@ -27,14 +27,4 @@ std::span<const SparseCounts::Column> SparseCounts::columnsOfRow(std::size_t row
     return std::span(cellColumns_).subspan(begin, rowEnds_[row] - begin);
 }
 
-CountsMatrix SparseCounts::dense() const {
-    CountsMatrix matrix(rows(), CountsVector(columns_, 0));
-    for (std::size_t i = 0; i < rows(); ++i) {
-        const CountsView cells = row(i);
-        const auto places = columnsOfRow(i);
-        for (std::size_t k = 0; k < cells.size(); ++k) matrix[i][places[k]] = cells[k];
-    }
-    return matrix;
-}
-
 }  // namespace zorvel

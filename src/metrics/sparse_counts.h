@@ -31,8 +31,6 @@ class SparseCounts {
     // The cells of a row that are not 0, and their columns.
     [[nodiscard]] CountsView row(std::size_t row) const;
     [[nodiscard]] std::span<const Column> columnsOfRow(std::size_t row) const;
-    // With the zeros: one row per census, each columns() long.
-    [[nodiscard]] CountsMatrix dense() const;
 
   private:
     [[nodiscard]] std::size_t rowBegin(std::size_t row) const {

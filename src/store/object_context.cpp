@@ -121,7 +121,7 @@ void ObjectContext::changeTaxa(std::vector<Zorvel> taxa, Edit&& edit) {
     state_->change(std::move(changes));
 }
 
-const std::shared_ptr<const CensusBlock>* ObjectContext::own(const Census& census) const {
+const BlockPointer* ObjectContext::own(const Census& census) const {
     return census.context_ == this ? state_->find(census.id_) : nullptr;
 }
 

@@ -30,18 +30,20 @@ class Census {
   public:
     [[nodiscard]] RecordId id() const { return id_; }
     [[nodiscard]] bool exists() const;
-    [[nodiscard]] std::optional<SharedText> name() const;
-    [[nodiscard]] double latitude() const;   // degrees
-    [[nodiscard]] double longitude() const;  // degrees
-    [[nodiscard]] std::optional<SharedText> notes() const;
-    [[nodiscard]] std::optional<TimeStamp> timeStamp() const;
+    [[nodiscard]] std::optional<SharedText> name() const { return found()->attributes.name; }
+    [[nodiscard]] double latitude() const { return found()->attributes.latitude; }    // degrees
+    [[nodiscard]] double longitude() const { return found()->attributes.longitude; }  // degrees
+    [[nodiscard]] std::optional<SharedText> notes() const { return found()->attributes.notes; }
+    [[nodiscard]] std::optional<TimeStamp> timeStamp() const {
+        return found()->attributes.timeStamp;
+    }
     [[nodiscard]] std::vector<Zorvel> taxa() const;
-    [[nodiscard]] std::size_t taxonCount() const;
+    [[nodiscard]] std::size_t taxonCount() const { return found()->taxonCount(); }
     // The taxon of that identity; absent if this census has none. Faster than a search in taxa().
     [[nodiscard]] std::optional<Zorvel> taxon(RecordId id) const;
     // The taxa's values without handles: the fast way to read them all. Stays valid while held;
     // an empty block if the record was deleted.
-    [[nodiscard]] std::shared_ptr<const CensusBlock> block() const;
+    [[nodiscard]] BlockPointer block() const { return found(); }
 
     friend bool operator==(const Census&, const Census&) = default;
 
@@ -49,7 +51,7 @@ class Census {
     friend class ObjectContext;
     friend class Zorvel;
     Census(const ObjectContext* context, RecordId id) : context_(context), id_(id) {}
-    [[nodiscard]] const std::shared_ptr<const CensusBlock>& found() const;
+    [[nodiscard]] const BlockPointer& found() const;
 
     const ObjectContext* context_;
     RecordId id_;
@@ -60,9 +62,9 @@ class Zorvel {
   public:
     [[nodiscard]] RecordId id() const { return id_; }
     [[nodiscard]] bool exists() const;
-    [[nodiscard]] std::optional<SharedText> name() const;
-    [[nodiscard]] std::int64_t abundance() const;
-    [[nodiscard]] bool include() const;
+    [[nodiscard]] std::optional<SharedText> name() const { return found().name; }
+    [[nodiscard]] std::int64_t abundance() const { return found().abundance; }
+    [[nodiscard]] bool include() const { return found().include; }
     // Absent once the taxon was deleted.
     [[nodiscard]] std::optional<Census> census() const;
 
@@ -209,7 +211,7 @@ class ObjectContext {
     friend class Zorvel;
     friend class TaxonCursor;
     struct State;
-    [[nodiscard]] const std::shared_ptr<const CensusBlock>* own(const Census& census) const;
+    [[nodiscard]] const BlockPointer* own(const Census& census) const;
     template <class Value>
     void set(const Census& census, Value CensusAttributes::*member, const Value& value);
     template <class Value>
