@@ -139,7 +139,7 @@ std::optional<Project> loadProject(const std::string& file, const Call& call,
     project.kind = call.kind;
     project.document = std::make_unique<DiversityDocument>();
     if (!read(file, call, otherwise, project)) return std::nullopt;
-    project.censuses = project.document->objectContext().censuses();
+    project.censuses = project.document->fetchCensuses();
     project.names = censusNameList(project.censuses);
     return project;
 }
