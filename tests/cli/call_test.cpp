@@ -53,7 +53,8 @@ TEST(Call, WrongOnesAreRefused) {
         {"summary a --samples", "--samples"},
         {"rarefaction a --samples --census North", "--census"},
         {"matrix a --json", "--json: matrix is written as text only"},
-        {"metrics a --kind Matrix", "--kind: 'Matrix' is none of list, census, matrix and ios"},
+        {"metrics a --kind Matrix",
+         "--kind: 'Matrix' is none of list, census, matrix, ios and table"},
         {"summary a --size 0", "--size: '0' is not a whole number from 1"},
         {"summary a --size +1", "--size: '+1'"},
         {"summary a --size 9223372036854775808", "--size: '9223372036854775808'"},
@@ -70,6 +71,8 @@ TEST(Call, WrongOnesAreRefused) {
         {"import a \"\" --into p", "FILE: the name of the file is empty"},
         {"import a --into \"\"", "--into: the name of the file is empty"},
         {"import a --into -", "--into: a project is a file, not standard output"},
+        {"import a --preview", "--preview: is for tables: give --table"},
+        {"import a --table --kind list --into p", "--table: and --kind exclude each other"},
         {"import - - --into p", "FILE: standard input can be read only once"},
         {"--size 3 import a --into p", "--size: import writes no result"},
         {"import a --into p --output -", "--output: import writes no result"},
@@ -129,7 +132,9 @@ TEST(Call, HelpNeedsNoFileAndListsWhatTheCommandTakes) {
         EXPECT_EQ(std::get<cli::Call>(example).command, command);
         for (const std::string option : {"--kind matrix", "--size 5", "--quota 0.5", "--seed 1",
                                          "--json", "--output result"}) {
-            const std::string into = command->import ? " a --into p " : " a ";
+            const bool previews = command->import && option == "--json";
+            const std::string into =
+                previews ? " a --table --preview " : (command->import ? " a --into p " : " a ");
             EXPECT_EQ(std::holds_alternative<cli::Call>(callOf(name + into + option)),
                       ran.out.find(option.substr(0, option.find(' '))) != std::string::npos)
                 << name << ' ' << option;
