@@ -99,11 +99,12 @@ TEST_F(AnalysisWindowsTest, CurvesAreOfTheRecordsAsTheyWere) {
     const struct {
         const char* command;
         const char* title;
+        std::string subject;
         std::vector<Rarefaction> expected;
     } cases[] = {
-        {"individualBasedRarefaction", "Individual-based Rarefaction",
+        {"individualBasedRarefaction", "Individual-based Rarefaction", cell(censusTable(), 2, 0),
          sharedCalculator().individualBasedCurve(includedCountsVector(census))},
-        {"sampleBasedRarefaction", "Sample-based Rarefaction",
+        {"sampleBasedRarefaction", "Sample-based Rarefaction", "oribatid-mites",
          sharedCalculator().sampleBasedCurve(incidence)},
     };
     holdJobs();
@@ -127,6 +128,7 @@ TEST_F(AnalysisWindowsTest, CurvesAreOfTheRecordsAsTheyWere) {
         });
         ASSERT_NE(found, opened.end()) << each.title;
         ASSERT_FALSE(each.expected.empty());
+        EXPECT_EQ((*found)->viewController().subject().toStdString(), each.subject);
         EXPECT_TRUE(sameCurve(*(*found)->viewController().rarefactionData(), each.expected))
             << each.title;
     }
