@@ -9,9 +9,6 @@ namespace zorvel {
 
 namespace {
 
-constexpr double tickSteps[] = {1,    2,    5,    10,    20,    50,    100,    200,    500,
-                                1000, 2000, 5000, 10000, 20000, 50000, 100000, 200000, 500000};
-
 bool isScalable(double maximum) {
     return std::isfinite(maximum) && maximum > 0;
 }
@@ -22,26 +19,26 @@ double scaleOf(double length, double marginPercent, double maximum) {
     return std::isfinite(scale) ? scale : 0;
 }
 
-// The table of steps goes on by the same rule: every third entry is ten times the one before.
+// 1, 2, 5, 10, 20, 50, 100, ...
 double tickStep(std::size_t place) {
-    constexpr std::size_t entries = std::size(tickSteps);
-    if (place < entries) return tickSteps[place];
-    const std::size_t beyond = place - entries;
-    const std::size_t tens = 1 + beyond / 3;
-    return tickSteps[entries - 3 + beyond % 3] * std::pow(10.0, tens);
+    constexpr double steps[] = {1, 2, 5};
+    return steps[place % 3] * std::pow(10.0, place / 3);
 }
 
-template <class TickOf>
-QList<PlotTick> ticks(double maximum, const TickOf& tickOf) {
+// place(value): the tick's foot on the axis; outwards: from it to the tick's end; label: from the
+// foot to the label's place.
+template <class Place>
+QList<PlotTick> ticks(double maximum, const Place& place, const QPointF& outwards,
+                      const QPointF& label) {
     QList<PlotTick> ticks;
     const std::optional<double> step = tickSpacing(maximum);
     if (!step) return ticks;
     const int count = static_cast<int>(maximum / *step + 1.0);
     for (int i = 0; i < count; ++i) {
-        PlotTick tick = tickOf(*step * i);
-        tick.value = *step * i;
-        tick.label = QString::fromStdString(fixedText(tick.value, 0));
-        ticks.append(tick);
+        const double value = *step * i;
+        const QPointF foot = place(value);
+        ticks.append({value, foot, foot + outwards, QString::fromStdString(fixedText(value, 0)),
+                      foot + label});
     }
     return ticks;
 }
@@ -49,14 +46,12 @@ QList<PlotTick> ticks(double maximum, const TickOf& tickOf) {
 QPolygonF bandOfRun(std::span<const Rarefaction> run, const PlotGeometry& geometry,
                     ConfidenceLevel level) {
     QPolygonF band;
-    for (const Rarefaction& point : run) {
-        band.append(
-            geometry.pointOf(static_cast<double>(point.sampleSize), lowerLimit(point, level)));
-    }
-    for (std::size_t i = run.size(); i > 0; --i) {
-        const Rarefaction& point = run[i - 1];
-        band.append(
-            geometry.pointOf(static_cast<double>(point.sampleSize), upperLimit(point, level)));
+    const auto append = [&](const Rarefaction& point, double limit) {
+        band.append(geometry.pointOf(static_cast<double>(point.sampleSize), limit));
+    };
+    for (const Rarefaction& point : run) append(point, lowerLimit(point, level));
+    for (auto point = run.rbegin(); point != run.rend(); ++point) {
+        append(*point, upperLimit(*point, level));
     }
     return band;
 }
@@ -134,26 +129,18 @@ std::optional<double> tickSpacing(double maximum) {
 
 QList<PlotTick> xTicks(const PlotGeometry& geometry) {
     const double length = geometry.tickLength();
-    return ticks(geometry.maxSampleSize, [&](double value) {
-        const double x = geometry.xConst + geometry.xMult * value;
-        PlotTick tick;
-        tick.foot = {x, geometry.yConst};
-        tick.end = {x, geometry.yConst - length};
-        tick.labelPlace = {x - 0.5 * length, geometry.yConst - 3 * length};
-        return tick;
-    });
+    const auto place = [&](double value) {
+        return QPointF(geometry.xConst + geometry.xMult * value, geometry.yConst);
+    };
+    return ticks(geometry.maxSampleSize, place, {0, -length}, {-0.5 * length, -3 * length});
 }
 
 QList<PlotTick> yTicks(const PlotGeometry& geometry) {
     const double length = geometry.tickLength();
-    return ticks(geometry.maxDiversity, [&](double value) {
-        const double y = geometry.yConst + geometry.yMult * value;
-        PlotTick tick;
-        tick.foot = {geometry.xConst, y};
-        tick.end = {geometry.xConst - length, y};
-        tick.labelPlace = {geometry.xConst - 3 * length, y - 0.7 * length};
-        return tick;
-    });
+    const auto place = [&](double value) {
+        return QPointF(geometry.xConst, geometry.yConst + geometry.yMult * value);
+    };
+    return ticks(geometry.maxDiversity, place, {-length, 0}, {-3 * length, -0.7 * length});
 }
 
 QList<QPolygonF> curveLines(std::span<const Rarefaction> data, const PlotGeometry& geometry) {

@@ -15,47 +15,35 @@ namespace {
 // Strokes on a square of 16 units.
 QPainterPath strokes(Glyph glyph) {
     QPainterPath path;
-    const auto line = [&path](std::initializer_list<QPointF> points) {
-        path.addPolygon(QPolygonF(QList<QPointF>(points)));
+    const auto lines = [&path](std::initializer_list<QList<QPointF>> all) {
+        for (const QList<QPointF>& points : all) path.addPolygon(QPolygonF(points));
+        return path;
     };
     switch (glyph) {
         case Glyph::tick:
-            line({{3.5, 8.5}, {6.75, 11.75}, {12.5, 4.75}});
-            break;
+            return lines({{{3.5, 8.5}, {6.75, 11.75}, {12.5, 4.75}}});
         case Glyph::cross:
-            line({{4.5, 4.5}, {11.5, 11.5}});
-            line({{11.5, 4.5}, {4.5, 11.5}});
-            break;
+            return lines({{{4.5, 4.5}, {11.5, 11.5}}, {{11.5, 4.5}, {4.5, 11.5}}});
         case Glyph::warning:
-            line({{8, 1.75}, {15, 14}, {1, 14}, {8, 1.75}});
-            line({{8, 6.25}, {8, 9.75}});
-            line({{8, 11.7}, {8, 11.9}});
-            break;
+            return lines({{{8, 1.75}, {15, 14}, {1, 14}, {8, 1.75}},
+                          {{8, 6.25}, {8, 9.75}},
+                          {{8, 11.7}, {8, 11.9}}});
         case Glyph::information:
             path.addEllipse(QPointF(8, 8), 6.5, 6.5);
-            line({{8, 7.75}, {8, 11.25}});
-            line({{8, 4.9}, {8, 5.1}});
-            break;
+            return lines({{{8, 7.75}, {8, 11.25}}, {{8, 4.9}, {8, 5.1}}});
         case Glyph::search:
             path.addEllipse(QPointF(7, 7), 4.25, 4.25);
-            line({{10.25, 10.25}, {13.75, 13.75}});
-            break;
+            return lines({{{10.25, 10.25}, {13.75, 13.75}}});
         case Glyph::chevronUp:
-            line({{4.5, 10}, {8, 6.5}, {11.5, 10}});
-            break;
+            return lines({{{4.5, 10}, {8, 6.5}, {11.5, 10}}});
         case Glyph::chevronDown:
-            line({{4.5, 6.5}, {8, 10}, {11.5, 6.5}});
-            break;
+            return lines({{{4.5, 6.5}, {8, 10}, {11.5, 6.5}}});
         case Glyph::plus:
-            line({{3.5, 8}, {12.5, 8}});
-            line({{8, 3.5}, {8, 12.5}});
-            break;
+            return lines({{{3.5, 8}, {12.5, 8}}, {{8, 3.5}, {8, 12.5}}});
         case Glyph::minus:
-            line({{3.5, 8}, {12.5, 8}});
-            break;
+            return lines({{{3.5, 8}, {12.5, 8}}});
         case Glyph::dots:
             for (const double x : {3.0, 8.0, 13.0}) path.addEllipse(QPointF(x, 8), 0.6, 0.6);
-            break;
     }
     return path;
 }

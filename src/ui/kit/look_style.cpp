@@ -214,20 +214,15 @@ void LookStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* opti
             }
             return;
         case PE_PanelButtonCommand:
-            paintPushButton(*option, *painter, isPrimary(widget));
-            return;
+            return paintPushButton(*option, *painter, isPrimary(widget));
         case PE_PanelButtonTool:
-            paintToolButton(*option, *painter);
-            return;
+            return paintToolButton(*option, *painter);
         case PE_IndicatorCheckBox:
-            paintCheckBox(*option, *painter);
-            return;
+            return paintCheckBox(*option, *painter);
         case PE_IndicatorRadioButton:
-            paintRadioMark(*option, *painter);
-            return;
+            return paintRadioMark(*option, *painter);
         case PE_IndicatorItemViewItemCheck:
-            paintItemCheck(*option, *painter);
-            return;
+            return paintItemCheck(*option, *painter);
         case PE_FrameMenu:  // the panel has painted it
             return;
         case PE_PanelMenu:
@@ -256,39 +251,29 @@ void LookStyle::drawControl(ControlElement element, const QStyleOption* option, 
             }
             return;
         case CE_HeaderEmptyArea:
-            paintHeaderSection(*option, *painter);
-            return;
+            return paintHeaderSection(*option, *painter);
         case CE_Splitter:
-            painter->fillRect(option->rect, colors.hairline);
-            return;
+            return painter->fillRect(option->rect, colors.hairline);
         case CE_MenuBarItem:
             if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option)) {
                 paintMenuBarItem(*item, *painter);
             }
             return;
         case CE_MenuBarEmptyArea:
-            painter->fillRect(option->rect, colors.window);
-            return;
+            return painter->fillRect(option->rect, colors.window);
         case CE_PushButtonLabel:
             if (const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
                 button != nullptr && isPrimary(widget) && (option->state & State_Enabled) != 0) {
                 QStyleOptionButton light = *button;
                 light.palette.setColor(QPalette::ButtonText, colors.selectionText);
-                QProxyStyle::drawControl(element, &light, painter, widget);
-                return;
+                return QProxyStyle::drawControl(element, &light, painter, widget);
             }
-            QProxyStyle::drawControl(element, option, painter, widget);
-            return;
+            return QProxyStyle::drawControl(element, option, painter, widget);
         case CE_ShapedFrame:
-            if (isTextField(widget)) {
-                paintFieldPanel(*option, *painter);
-            } else {
-                QProxyStyle::drawControl(element, option, painter, widget);
-            }
-            return;
+            if (isTextField(widget)) return paintFieldPanel(*option, *painter);
+            return QProxyStyle::drawControl(element, option, painter, widget);
         case CE_PushButtonBevel:
-            drawPrimitive(PE_PanelButtonCommand, option, painter, widget);
-            return;
+            return drawPrimitive(PE_PanelButtonCommand, option, painter, widget);
         default:
             QProxyStyle::drawControl(element, option, painter, widget);
     }
@@ -298,8 +283,8 @@ void LookStyle::drawComplexControl(ComplexControl control, const QStyleOptionCom
                                    QPainter* painter, const QWidget* widget) const {
     const auto* bar = qstyleoption_cast<const QStyleOptionSlider*>(option);
     if (control == CC_ScrollBar && bar != nullptr) {
-        paintScrollBar(*bar, subControlRect(control, option, SC_ScrollBarSlider, widget), *painter);
-        return;
+        return paintScrollBar(*bar, subControlRect(control, option, SC_ScrollBarSlider, widget),
+                              *painter);
     }
     if (control == CC_ComboBox) {
         const QRect arrow = subControlRect(control, option, SC_ComboBoxArrow, widget);
