@@ -11,7 +11,7 @@ namespace {
 std::vector<std::string> alertsRaised;  // names of what raised them
 }
 
-// In place of Qt's own, which without a desktop drops all events before anybody hears of them.
+// In place of Qt's own, which without a desktop drops all events before anything receives them.
 void QAccessible::updateAccessibility(QAccessibleEvent* event) {
     if (event->type() != QAccessible::Alert) return;
     alertsRaised.push_back(event->accessibleInterface()->text(QAccessible::Name).toStdString());
@@ -20,7 +20,7 @@ void QAccessible::updateAccessibility(QAccessibleEvent* event) {
 namespace zorvel {
 namespace {
 
-// As a screen reader goes: from the window down, tables by their cells.
+// As a screen reader does: from the window down, tables by their cells.
 void visit(QAccessibleInterface* item, const std::function<void(QAccessibleInterface&)>& see) {
     if (item == nullptr || item->state().invisible) return;
     see(*item);

@@ -208,7 +208,7 @@ TEST(FittingSize, WindowsCascadeWithinTheirScreen) {
     }
 }
 
-// Whoever makes the label, Qt too.
+// Labels that Qt makes, too.
 TEST(Look, EveryLabelShowsMarkupAsText) {
     applyLook(*qApp, ColorScheme::light);
     const QString name = "<img src=\"/p.png\"><b>x</b>";

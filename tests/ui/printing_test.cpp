@@ -144,7 +144,7 @@ TEST_F(PrintingTest, ADrawingStandsInTheMiddleAndShrinksOnlyWhereItMust) {
     }
 }
 
-// Prints to a file, whatever it is asked.
+// Always answers with a file.
 class FakePrintPanel : public PrintPanel {
   public:
     std::optional<PrintTarget> choosePrinter(QWidget* /*parent*/, const QString& title,

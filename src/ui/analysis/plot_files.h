@@ -21,7 +21,7 @@ struct PlotDrawing {
 };
 
 struct PlotTitles {
-    QString name;  // of what the plot is of; may be empty
+    QString name;  // of the census or project; may be empty
     QString below;
     QString beside;
 };
@@ -30,22 +30,23 @@ struct PlotTitles {
 // width, and the titles of its axes below and, reading upwards, beside it.
 PlotDrawing titledPlot(const PlotDrawing& plot, const PlotTitles& titles);
 
-// On a page of exactly the drawing's size. Text stays text in this and in SVG. Both are empty where
+// On a page of exactly the drawing's size. Text stays text in this and in SVG. Both are empty if
 // the drawing has no size.
 QByteArray pdfOf(const PlotDrawing& drawing);
 
-// As wide on paper as is said, and as high in proportion. naturalWidth(): with a unit of a point.
+// As wide on paper as given, and as high in proportion. naturalWidth(): at one point per unit.
 double naturalWidth(const PlotDrawing& drawing);  // cm
 QByteArray svgOf(const PlotDrawing& drawing, double widthCm);
-// Tells its resolution; transparent where nothing is drawn. Null where memory has no room for it.
+// With its physical resolution; transparent where nothing is drawn. Null if memory has no room for
+// it.
 QImage imageOf(const PlotDrawing& drawing, double widthCm, int dpi);
 QSize pixelsOf(const QSize& drawing, double widthCm, int dpi);
 
 // Any thread.
 QByteArray pngOf(const QImage& image);
 
-// In the middle of the page and in its size, one unit a point; smaller where the page is. False
-// where the device cannot be painted on.
+// In the middle of the page at its own size, one point per unit; smaller if the page is. False if
+// the device cannot be painted on.
 bool printDrawing(QPagedPaintDevice& device, const PlotDrawing& drawing);
 
 }  // namespace zorvel

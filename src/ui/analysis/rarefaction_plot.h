@@ -26,25 +26,25 @@ double upperLimit(const Rarefaction& point, ConfidenceLevel level);
 // Both of them are finite.
 bool hasLimits(const Rarefaction& point, ConfidenceLevel level);
 
-// The largest upper limit of the level, NaN passed over; 0 where there is none above 0.
+// The largest upper limit of the level, NaN passed over; 0 if there is none above 0.
 double maxUpperLimit(std::span<const Rarefaction> data, ConfidenceLevel level);
 
-// What the axis of richness runs to: the largest upper limit, or where that is zero or not finite
+// What the axis of richness runs to: the largest upper limit, or if that is zero or not finite
 // (a curve without any variance that can be computed still has its estimates) the largest finite
-// number among upper limits and estimates; 0 where there is none.
+// number among upper limits and estimates; 0 if there is none.
 double richnessMaximum(std::span<const Rarefaction> data, ConfidenceLevel level);
 
 // With fewer records nothing is drawn.
 inline constexpr std::size_t kFewestPlotPoints = 3;
 
-// A record (s, r) stands at (xConst + xMult s, yConst + yMult r). An axis whose maximum is zero,
+// A record (s, r) is drawn at (xConst + xMult s, yConst + yMult r). An axis whose maximum is zero,
 // negative or not finite has no scale: its factor is 0, and nothing that depends on it is drawn.
 struct PlotGeometry {
     double height = 0;
     double width = 0;
     double marginPercent = 0.1;  // on each side, as a fraction of the width or the height
-    double xMult = 0;            // points a unit of sample size
-    double yMult = 0;            // points a unit of richness
+    double xMult = 0;            // points per unit of sample size
+    double yMult = 0;            // points per unit of richness
     double xConst = 0;
     double yConst = 0;
     double maxSampleSize = 0;
@@ -80,7 +80,7 @@ QList<PlotTick> yTicks(const PlotGeometry& geometry);
 // not finite. Empty without a scale.
 QList<QPolygonF> curveLines(std::span<const Rarefaction> data, const PlotGeometry& geometry);
 
-// One polygon a run of records whose limits are finite, forward along the lower limits and back
+// One polygon per run of records whose limits are finite, forward along the lower limits and back
 // along the upper ones: a limit that is not finite leaves a gap. The run of the first record
 // begins and ends at the image of (1, 1) and closes by way of the origin.
 QList<QPolygonF> bandPolygons(std::span<const Rarefaction> data, const PlotGeometry& geometry,

@@ -21,14 +21,14 @@ class RarefactionTexts {
     [[nodiscard]] QString sampleSizeTitle() const;
     [[nodiscard]] static QString richnessTitle();
 
-    // Kind, end and level of the curve in a line; level: none where the preferences name none that
-    // is in use.
+    // Kind, end and level of the curve in a line; level: none if the preferences name none that is
+    // in use.
     [[nodiscard]] QString summary(std::span<const Rarefaction> data,
                                   std::optional<ConfidenceLevel> level) const;
     // A record: sample size, estimate and the limits of the level, with one decimal.
     [[nodiscard]] QString readout(const Rarefaction& point,
                                   std::optional<ConfidenceLevel> level) const;
-    // Why nothing is drawn, or what is left out; empty where all is there.
+    // Why nothing is drawn, or what is left out; empty if nothing is missing.
     [[nodiscard]] QString absence(std::span<const Rarefaction> data,
                                   std::optional<ConfidenceLevel> level) const;
 

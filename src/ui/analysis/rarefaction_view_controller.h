@@ -92,7 +92,7 @@ class RarefactionViewController : public QWidget {
     QString subject_;
 };
 
-// The window of one curve. It belongs to whoever makes it, and to no project.
+// The window of one curve. Owned by its maker, not by a project.
 class RarefactionWindowController : public PlacedWindow {
     Q_OBJECT
   public:

@@ -1,7 +1,6 @@
-// What the desktop prefers, light or dark: by the settings portal of the session where there is
-// one, told at start and at each change; otherwise by the palette that the desktop gave the
-// program. It never waits for the portal. Main thread; made before
-// the program's own look is applied.
+// What the desktop prefers, light or dark: as the session's settings portal says, at start and at
+// each change, or without one as the palette says that the desktop gave the program. It never waits
+// for the portal. Main thread; made before the program's own look is applied.
 #pragma once
 
 #include <QObject>

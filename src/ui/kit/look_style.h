@@ -1,5 +1,5 @@
 // The program's widget style: Fusion, with flat headers, hairlines instead of frames, thin scroll
-// bars, rounded fields and buttons, and the same care in the dark. Owned by the application.
+// bars, rounded fields and buttons, in light and dark. Owned by the application.
 //
 // It is also the one place that makes labels show plain text, those of tooltips and message boxes
 // too: what looks like markup may come from a file. A label of ours with markup says so itself, by

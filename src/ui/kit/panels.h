@@ -42,7 +42,7 @@ class SavePanel : public Panel {
                                const QList<FileType>& types) = 0;
 };
 
-// Each must outlive whoever is given these.
+// Each must outlive the windows that are given these.
 struct Panels {
     OpenPanel& open;
     SavePanel& save;

@@ -69,7 +69,7 @@ Popover::Popover(QWidget* host)
             [this](QWidget* /*old*/, QWidget* now) { focusDidChange(now); });
 }
 
-// What is left of it must not hear of the focus that moves as it goes.
+// The focus moves while it is destroyed, which must not be handled then.
 Popover::~Popover() {
     disconnect(qApp, nullptr, this, nullptr);
     qApp->removeEventFilter(this);
@@ -143,11 +143,11 @@ bool Popover::focusNextPrevChild(bool next) {
     dismiss();
     QWidget* window = parentWidget()->window();
     QWidget* from = window->focusWidget();
-    // What has the focus now asks its window, as if the key had come there.
+    // As if the key had come to the widget that has the focus now.
     return from != nullptr && !contains(from) && QFrame::focusNextPrevChild(next);
 }
 
-// The keys that close it do so before they mean a command of the window.
+// The keys that close it take precedence over the window's shortcuts.
 bool Popover::event(QEvent* event) {
     if (event->type() == QEvent::ShortcutOverride && closes(*static_cast<QKeyEvent*>(event))) {
         event->accept();

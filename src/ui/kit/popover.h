@@ -1,6 +1,6 @@
-// A calm frame inside a window that tells more about one of its parts, beside which it stands: it
-// blocks nothing. Escape, F1, Tab or a click elsewhere closes it, and the focus returns to where it
-// was. Its text can be selected. Main thread.
+// A frame inside a window that explains one of its parts, beside which it is shown. It blocks
+// nothing. Escape, F1, Tab or a click elsewhere closes it, and the focus returns to where it was.
+// Its text can be selected. Main thread.
 #pragma once
 
 #include <QFrame>
@@ -12,7 +12,7 @@ class QScrollArea;
 
 namespace zorvel {
 
-// Where a popover of that size stands in its host: left of the anchor, or else right of it, or else
+// The place of a popover of that size in its host: left of the anchor, or else right of it, or else
 // over it; its middle at the height of the anchor's as far as the host has room.
 QRect popoverPlace(const QSize& host, const QRect& anchor, const QSize& wanted);
 

@@ -222,7 +222,7 @@ class SheetPainter {
 
     QPagedPaintDevice& device_;
     PrintedSheet sheet_;
-    double unit_;  // pixels a point
+    double unit_;  // pixels per point
     QPainter painter_;
     double y_ = 0;
 };

@@ -21,11 +21,11 @@ struct PrintedTable {
     QString heading;  // above the table; may be empty
     QList<PrintedColumn> columns;
     int rowCount = 0;
-    std::function<QStringList(int row)> cells;  // one a column from the first on
+    std::function<QStringList(int row)> cells;  // one per column, from the first on
 };
 
 struct MetricLine;
-// A table a heading, each row a caption and a value.
+// One table per heading; each row is a caption and a value.
 QList<PrintedTable> printedMetrics(const QList<MetricLine>& lines);
 
 struct PrintedSheet {
@@ -34,20 +34,20 @@ struct PrintedSheet {
     QList<PrintedTable> tables;
 };
 
-// Where the rows of a table stand.
+// Consecutive rows of a table on one page.
 struct PrintedPart {
     int table = 0;
     int firstRow = 0;
     int rows = 0;
 };
-// What stands on each page of that height in points, of which the title is on the first. A heading
-// and a header stand on the page of the first of their rows, the header again on each further page.
-// A page is never without a row, but for a first one that has room for the title alone.
+// The parts on each page of that height in points; the title is on the first page. A heading is on
+// the page of its first row, a header on every page of its table. Every page has a row, except a
+// first page that has room for the title alone.
 QList<QList<PrintedPart>> pagesOf(const PrintedSheet& sheet, double height);
 
 // Every page has its number and how many there are; those outside of the device's page ranges are
-// left out. A text that is wider than its column ends with three dots. False where the device
-// cannot be painted on.
+// left out. A text that is wider than its column ends with three dots. False if the device cannot
+// be painted on.
 bool printSheet(QPagedPaintDevice& device, const PrintedSheet& sheet);
 
 }  // namespace zorvel

@@ -1,8 +1,8 @@
 // A table of records: whole rows, sorted by a click on a header (a third click restores the order
 // of the project), its selection paler while the focus is elsewhere, its rows copied as text. Cells
-// that can be edited open by a double click, by F2, by Return, and by typing, which replaces what
-// stands there. Home and End go to the first and the last row. An editor commits before the rows
-// are sorted; one whose row goes away is closed and commits nothing. Main thread.
+// that can be edited open by a double click, by F2, by Return, and by typing, which replaces the
+// text. Home and End go to the first and the last row. An editor commits before the rows are
+// sorted; one whose row goes away is closed and commits nothing. Main thread.
 #pragma once
 
 #include <QPersistentModelIndex>
@@ -17,11 +17,11 @@ class RecordTableView : public QTableView {
   public:
     explicit RecordTableView(QWidget* parent = nullptr);
 
-    // The selected rows from top to bottom, a line each, cells between tabs, as a spreadsheet takes
-    // them: values as they are stored, however long; empty without one.
+    // The selected rows from top to bottom as text for a spreadsheet: one line per row, cells
+    // separated by tabs, values as they are stored, however long.
     [[nodiscard]] QString selectedText() const;
-    // To the clipboard, beside what the model makes of these rows for this program. False, and the
-    // clipboard stays as it is, where nothing is selected or the model cannot copy so much.
+    // Copies that text and the model's own form of the rows to the clipboard. False, with the
+    // clipboard unchanged, if nothing is selected or the model cannot copy so much.
     bool copySelection();
 
     // The selected rows, ascending.
@@ -32,15 +32,15 @@ class RecordTableView : public QTableView {
 
     // Scrolls to the cell and opens its editor, its text selected.
     void beginEditing(const QModelIndex& cell);
-    // The editor that is open; null where there is none.
+    // The editor that is open; null if there is none.
     [[nodiscard]] QWidget* openEditor() const;
     // The cell that is, or was last, edited; none once it is gone.
     [[nodiscard]] QModelIndex editedCell() const { return edited_; }
-    // As if the person had pressed Return or Escape. Without an editor nothing happens.
+    // As if the user had pressed Return or Escape. Does nothing without an editor.
     void commitEditing();
     void revertEditing();
 
-    // Stands in the middle of the table while it has no rows.
+    // Shown in the middle of the table while it has no rows.
     void setEmptyText(const QString& text);
 
   signals:
@@ -55,8 +55,8 @@ class RecordTableView : public QTableView {
     void textTyped();
 
   protected:
-    // Edits a cell, its row alone selected; a column below 0 is the first that can be edited. A
-    // row that is not there is not gone to.
+    // Edits a cell, with only its row selected; a column below 0 is the first that can be edited.
+    // Does nothing for a row that does not exist.
     void editCell(int row, int column);
     [[nodiscard]] int rowCount() const { return model()->rowCount(); }
 

@@ -9,7 +9,7 @@ class QKeyEvent;
 
 namespace zorvel {
 
-// At most limit characters, the last of them three dots where there were more.
+// At most limit characters, the last of them three dots if there were more.
 QString shortened(const QString& text, qsizetype limit);
 
 // In one line: a mark stands in place of each line break, tab and control character, and of what
@@ -22,7 +22,7 @@ QString withShortWords(const QString& text, qsizetype longest);
 // With line breaks added, between words where possible, so that no line is longer.
 QString inLinesOf(qsizetype longest, const QString& text);
 
-// For QWidget::setWindowTitle(), to which "[*]" is the place of the mark of changes.
+// For QWidget::setWindowTitle(), which replaces "[*]" by the mark of changes.
 QString asWindowTitle(const QString& text);
 
 // Whether the key puts visible text or a space into a line, whatever made the character; not for a

@@ -21,7 +21,7 @@ class ValueField : public QLineEdit {
     void setStale(const QString& reason);
     [[nodiscard]] bool isStale() const { return !reason_.isEmpty(); }
 
-    // A soft bar in place of a value that is on its way. It goes with the first text.
+    // A soft bar in place of a value that is on its way. It disappears with the first text.
     void setPending(bool pending);
     [[nodiscard]] bool isPending() const { return pending_; }
 
@@ -33,7 +33,7 @@ class ValueField : public QLineEdit {
     // To the clipboard: what is selected, or else the whole value.
     void copyValue() const;
 
-    // What the plain field says when asked: what its value means.
+    // The tooltip of the plain field: what its value means.
     void setExplanation(const QString& explanation);
 
     // As wide as the text.
