@@ -7,6 +7,7 @@
 #include <functional>
 
 #include "base/numbers.h"
+#include "base/text.h"
 #include "cli/call.h"
 #include "cli/output.h"
 #include "tables/texts.h"
