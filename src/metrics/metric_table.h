@@ -30,12 +30,11 @@ enum class Metric : std::uint8_t {
     chaoTwo,
     sampleBasedRarefiedRichness,
 };
-inline constexpr std::size_t metricCount = 13;
 
 // Absent, a whole number, or a number that may not be finite.
 using MetricValue = std::variant<std::monostate, std::int64_t, double>;
 
-// It decides over decimals and place: estimates have 1, indices 3.
+// Decides the place in the panel, and the decimals: an estimate has 1, an index 3.
 enum class MetricKind : std::uint8_t { count, estimate, index };
 
 enum class MetricParameter : std::uint8_t { none, size, quota };
@@ -43,7 +42,7 @@ enum class MetricParameter : std::uint8_t { none, size, quota };
 struct MetricDescriptor {
     Metric metric;
     const char* key;             // the name in code, in JSON and in the help
-    const char* field;           // the begin of its widgets' names in the project-wide window
+    const char* field;           // the start of its widgets' names in the project-wide window
     const char* caption;         // where it has a parameter, metricCaption() appends it
     const char* averageCaption;  // null: there is no average, nor a value of all censuses pooled
     const char* column;          // the title in the metrics export; null: it has no column
@@ -59,13 +58,13 @@ MetricValue computed(const AbundanceTally& counts) {
     return metric(counts);
 }
 
-// In the order of the metrics above and of the windows. Chao1 of a project is the classic form, as
-// Chao2 is; its columns in the exports and in JSON are those of its census too.
-inline constexpr std::array<MetricDescriptor, metricCount> metricTable = [] {
+// In the order of the enumeration and of the windows. A project has the classic form of Chao1, as
+// of Chao2; the metrics export has it too.
+inline constexpr auto metricTable = [] {
     using M = Metric;
     using K = MetricKind;
     using P = MetricParameter;
-    return std::array<MetricDescriptor, metricCount>{{
+    return std::to_array<MetricDescriptor>({
         // clang-format off
         {M::individuals, "individuals", "abundance", "Individuals", "Average abundance", "Abundance",
          true, K::count, P::none, computed<individuals>},
@@ -95,8 +94,9 @@ inline constexpr std::array<MetricDescriptor, metricCount> metricTable = [] {
          "Sample-based rarefied richness", nullptr, nullptr,
          false, K::estimate, P::size, nullptr},
         // clang-format on
-    }};
+    });
 }();
+inline constexpr std::size_t metricCount = metricTable.size();
 
 constexpr const MetricDescriptor& descriptorOf(Metric metric) {
     return metricTable[static_cast<std::size_t>(metric)];

@@ -1,5 +1,6 @@
 #include "model/metric_explanations.h"
 
+#include <algorithm>
 #include <iterator>
 
 #include "base/numbers.h"
@@ -184,7 +185,11 @@ constexpr MetricWords allWords[] = {
                 "Mao's tau; exact, and where t is T or more it is S itself, never an "
                 "extrapolation."}},
 };
-static_assert(std::size(allWords) == metricCount);
+static_assert(std::size(allWords) == metricCount &&
+              std::equal(metricTable.begin(), metricTable.end(), allWords,
+                         [](const MetricDescriptor& row, const MetricWords& words) {
+                             return row.metric == words.metric;
+                         }));
 
 // --- What is particular about a value ---
 

@@ -7,6 +7,7 @@
 #include "base/console.h"
 #include "metrics/sqs.h"
 #include "tests/metrics/metric_support.h"
+#include "tests/support/counts_of_rows.h"
 
 namespace zorvel {
 namespace {

@@ -7,6 +7,7 @@
 
 #include "metrics/metric_table.h"
 #include "model/edits.h"
+#include "model/metric_explanations.h"
 #include "ui/kit/popover.h"
 #include "ui/window_fixture.h"
 
@@ -22,10 +23,6 @@ class PanelTest : public WindowTest {
         open(write("two.csv", unequalCensuses));
         ASSERT_TRUE(waitForJobs());
     }
-    void goToSouth() {
-        QTest::keyClick(&censusTable(), Qt::Key_Down);
-        ASSERT_TRUE(waitUntil([this] { return !label("metricsNote").empty(); }));
-    }
     // Of the open explanation; empty where none is open.
     std::string explanation() {
         auto* popover = window->findChild<Popover*>();
@@ -37,64 +34,45 @@ class PanelTest : public WindowTest {
         return child<QLabel>((key + "LabelTextField").c_str());
     }
     static std::string clipboard() { return QApplication::clipboard()->text().toStdString(); }
-    void countDraws(int& draws) {
-        makeRandom = [&draws] {
-            return std::make_unique<SeededRandom>(static_cast<std::uint64_t>(++draws));
-        };
-    }
 };
 
-// Each value beside its caption, with its own inputs and formula; by keys alone.
 TEST_F(PanelTest, EachRowShowsAndExplainsItsOwnMetric) {
     openTwo();
-    const struct {
-        const char* key;
-        const char* caption;
-        std::string text;
-        const char* inputs;
-        const char* formula;
-    } rows[] = {
-        {"individuals", "Individuals", "60", "", "N = the sum"},
-        {"richness", "Richness", "4", "", "S = the number"},
-        {"rarefiedRichness", "Rarefied richness (50)", "3.8", ", n = 50", "the sum over"},
-        {"chaoOne", "Chao1", "4.0", ", f1 = 1, f2 = 0", "S + f1 (f1 - 1)"},
-        {"alroySQS", "Alroy SQS (quota: 0.80)", text("alroySQS"), ", f1 = 1, f2 = 0, q = 0.8",
-         "the geometric mean"},
-        {"shannonH", "Shannon's H", "1.066", "", "-(the sum of p ln p)\n"},
-        {"fisherAlpha", "Fisher's alpha", "0.965", "", "the root of S"},
-        {"pielouJ", "Pielou's J", "0.769", "", "H / ln S\n"},
-        {"simpsonD", "Simpson's D", "0.627", "", "1 - (the sum of N_i"},
-        {"buzasE", "Buzas-Gibson's E", "0.726", "", "e^H / S\n"},
-    };
-    std::string copied = "North";
+    trigger("copyAllMetrics");
+    EXPECT_EQ(clipboard(),
+              "North\nIndividuals\t60\nRichness\t4\nRarefied richness (50)\t3.8\nChao1\t4.0\n"
+              "Alroy SQS (quota: 0.80)\t" +
+                  text("alroySQS") +
+                  "\nShannon's H\t1.066\n"
+                  "Fisher's alpha\t0.965\nPielou's J\t0.769\nSimpson's D\t0.627\n"
+                  "Buzas-Gibson's E\t0.726");
+    const std::vector<ShownMetric> rows = metricsOf(MetricGroup::census);
     value("individuals").setFocus();
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_Up);
-    for (const auto& row : rows) {
-        SCOPED_TRACE(row.key);
-        ValueField& field = value(row.key);
-        const QLabel& label = caption(row.key);
-        copied += std::string("\n") + row.caption + '\t' + row.text;
-        EXPECT_EQ(label.text().toStdString(), row.caption);
-        EXPECT_EQ(field.text().toStdString(), row.text);
+    for (const ShownMetric& shown : rows) {
+        SCOPED_TRACE(metricKey(shown));
+        const MetricExplanation words = explanationOf(shown);
+        ValueField& field = value(metricKey(shown));
+        const QLabel& label = caption(metricKey(shown));
+        EXPECT_EQ(label.text().toStdString(), metricCaption(shown, {50, 0.8}));
         EXPECT_EQ(label.parentWidget(), field.parentWidget());
         const int apart = std::abs(label.geometry().center().y() - field.geometry().center().y());
-        EXPECT_LE(apart, row.key == rows[0].key || row.key == rows[1].key ? 40 : 3);
-
+        EXPECT_LE(apart, field.scale() > 1 ? 50 : 3);
         ASSERT_TRUE(field.hasFocus());
         QTest::keyClick(&field, Qt::Key_F1);
-        EXPECT_TRUE(says('\n' + row.text + " for North\n"));
-        EXPECT_TRUE(says(std::string("\nInputs: N = 60, S = 4") + row.inputs)) << explanation();
-        EXPECT_TRUE(says(std::string("\nFormula: ") + row.formula)) << explanation();
+        const std::string start = words.name + ('\n' + field.text().toStdString());
+        EXPECT_EQ(explanation().rfind(start + " for North\n", 0), 0u) << explanation();
+        for (const std::string part : {words.meaning, words.formula, words.variant, words.source})
+            EXPECT_TRUE(says(part)) << part;
+        EXPECT_TRUE(says("\nInputs: N = 60, S = 4"));
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
         EXPECT_EQ(explanation(), "");
         ASSERT_TRUE(field.hasFocus());
         QTest::keyClick(&field, Qt::Key_Down);
     }
-    trigger("copyAllMetrics");
-    EXPECT_EQ(clipboard(), copied);
     value("individuals").setFocus();
-    for (const auto& row : rows) {
-        EXPECT_TRUE(value(row.key).hasFocus()) << row.key;
+    for (const ShownMetric& shown : rows) {
+        EXPECT_TRUE(value(metricKey(shown)).hasFocus()) << metricKey(shown);
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab);
     }
 }
@@ -147,7 +125,8 @@ TEST_F(PanelTest, TheExplanationFollowsTheRecords) {
 TEST_F(PanelTest, AMissingValueSaysWhyAndIsNotCopied) {
     openTwo();
     Preferences().setSqsQuota(0.7);
-    goToSouth();
+    QTest::keyClick(&censusTable(), Qt::Key_Down);
+    ASSERT_TRUE(waitUntil([this] { return !label("metricsNote").empty(); }));
     QTest::mouseClick(&caption("alroySQS"), Qt::LeftButton);
     EXPECT_TRUE(says("No value for South\n"));
     EXPECT_TRUE(says(
@@ -178,11 +157,8 @@ TEST_F(PanelTest, OneValueIsCopiedByKeyAndMenu) {
     value("shannonH").deselect();
     QTest::keyClick(&value("shannonH"), Qt::Key_C, Qt::ControlModifier);
     EXPECT_EQ(clipboard(), text("shannonH"));
-    value("fisherAlpha").setFocus();
-    trigger("copy");
-    EXPECT_EQ(clipboard(), text("fisherAlpha"));
-    const auto choose = [this](int item) {
-        ValueField& field = value("chaoOne");
+    ValueField& field = value("chaoOne");
+    for (const auto& [item, copied] : {std::pair(1, "4.0"), std::pair(2, "North\nIndividuals")}) {
         QContextMenuEvent event(QContextMenuEvent::Mouse, {4, 4}, field.mapToGlobal(QPoint(4, 4)));
         QApplication::sendEvent(&field, &event);
         auto* menu = window->findChild<QMenu*>("metricsMenu");
@@ -190,52 +166,32 @@ TEST_F(PanelTest, OneValueIsCopiedByKeyAndMenu) {
         menu->actions().at(item)->trigger();
         menu->close();
         sendDeletions();
-    };
-    choose(1);
-    EXPECT_EQ(clipboard(), text("chaoOne"));
-    choose(2);
-    EXPECT_EQ(clipboard().rfind("North\nIndividuals\t60\n", 0), 0u);
-    choose(0);
-    EXPECT_TRUE(says("Chao1, bias-corrected"));
+        EXPECT_EQ(clipboard().rfind(copied, 0), 0u) << clipboard();
+    }
 }
 
 // Whatever text was edited: of a cell, by either key, or a detail of the census.
 TEST_F(PanelTest, ARefreshThatChangesNothingDrawsAgainWithoutAFlicker) {
     int draws = 0;
-    countDraws(draws);
+    makeRandom = [&draws] { return std::make_unique<SeededRandom>(std::uint64_t(++draws)); };
     openTwo();
     const std::string step = context().undoName();
-    const auto drawsAfter = [&](const std::function<void()>& edit) {
+    const int name = SpeciesTableView::kNameColumn;
+    const std::function<void()> edits[] = {
+        [&] { window->mainView().refreshMetrics(); }, [&] { type(speciesTable(), 0, name, "a"); },
+        [&] { type(speciesTable(), 0, name, "x", Qt::Key_Escape); },
+        [&] { type(censusTable(), 0, 0, "North"); },
+        [&] { QTest::keyClick(&child<QLineEdit>("latitudeTextField"), Qt::Key_Return); }};
+    for (const auto& edit : edits) {
         QCoreApplication::processEvents();
         const int before = draws;
         edit();
         QCoreApplication::processEvents();
         EXPECT_FALSE(value("alroySQS").isStale());
         EXPECT_FALSE(value("rarefiedRichness").isStale());
-        return draws - before;
-    };
-    const int name = SpeciesTableView::kNameColumn;
-    EXPECT_EQ(drawsAfter([&] { window->mainView().refreshMetrics(); }), 1);
-    EXPECT_EQ(drawsAfter([&] { type(speciesTable(), 0, name, "a"); }), 1);
-    EXPECT_EQ(drawsAfter([&] { type(speciesTable(), 0, name, "x", Qt::Key_Escape); }), 1);
-    EXPECT_EQ(drawsAfter([&] { type(censusTable(), 0, 0, "North"); }), 1);
-    QLineEdit& latitude = child<QLineEdit>("latitudeTextField");
-    latitude.setFocus();
-    EXPECT_GE(drawsAfter([&] { QTest::keyClick(&latitude, Qt::Key_Return); }), 1);
-    EXPECT_EQ(context().undoName(), step);
-}
-
-TEST_F(PanelTest, ChangedPreferencesReachEveryWindow) {
-    openTwo();
-    MainWindowController& other = windows->openUntitled();
-    windows->openFile(write("other.csv", ",a,b\nEast,30,25\n"), &other);
-    ASSERT_TRUE(waitUntil([&] { return !other.mainView().isInProgress(); }));
-    Preferences().setRarefactionSize(20);
-    emit windows->preferencesDidChange();
-    for (const MainWindowController* each : {window, &other}) {
-        const auto* caption = each->findChild<QLabel*>("rarefiedRichnessLabelTextField");
-        EXPECT_TRUE(waitUntil([&] { return caption->text() == "Rarefied richness (20)"; }));
+        EXPECT_EQ(draws, before + 1);
     }
+    EXPECT_EQ(context().undoName(), step);
 }
 
 TEST(PopoverTest, StandsBesideItsAnchorAndInsideItsHost) {
@@ -248,10 +204,8 @@ TEST(PopoverTest, StandsBesideItsAnchorAndInsideItsHost) {
         {{700, 290, 200, 20}, {300, 200}, {394, 199, 300, 200}},  // left of it
         {{50, 290, 200, 20}, {300, 200}, {256, 199, 300, 200}},   // no room on the left
         {{200, 290, 600, 20}, {300, 200}, {700, 199, 300, 200}},  // on neither side: over it
-        {{700, 0, 200, 20}, {300, 200}, {394, 0, 300, 200}},
         {{700, 580, 200, 20}, {300, 200}, {394, 400, 300, 200}},
         {{700, 290, 200, 20}, {300, 900}, {394, 0, 300, 600}},  // taller than the host
-        {{0, 0, 1000, 20}, {1200, 200}, {0, 0, 1000, 200}},
     };
     for (const auto& test : cases) {
         EXPECT_EQ(popoverPlace(host, test.anchor, test.wanted), test.place) << test.anchor.x();
