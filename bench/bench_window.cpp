@@ -57,7 +57,8 @@ struct Window {
         }
         document.objectContext().announceChanges();
         view = std::make_unique<MainViewController>(
-            document, jobs, [] { return std::make_unique<SeededRandom>(1); }, panels.all());
+            jobs, [] { return std::make_unique<SeededRandom>(1); }, panels.all());
+        view->showDocument(document);
         view->resize(1024, 700);
         view->show();
         select(0);

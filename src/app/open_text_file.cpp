@@ -22,8 +22,8 @@ QString sentence(const QString& reason) {
     return reason.left(1).toUpper() + reason.mid(1) + '.';
 }
 
-// A file that is being read. The text is handed over once; if cancelled, none is, at once, and bytes
-// that arrive later are dropped.
+// A file that is being read. The text is handed over once; if cancelled, none is, at once, and
+// bytes that arrive later are dropped.
 struct Reading {
     void showProgress(MainViewController& view) {
         shownIn = &view;

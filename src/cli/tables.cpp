@@ -413,10 +413,13 @@ bool previewTables(const Call& call, Output& output) {
     for (const std::string& name : call.files) {
         const std::string file = shownFile(name);
         Result<InputFile> input = InputFile::openAny(name);
+        if (!input) {
+            tellAt(file, {}, input.problem().message);
+            usable = false;
+            continue;
+        }
         NamePool names;
-        const auto table =
-            input ? readTableFile(file, std::move(input).value(), call.table, names) : std::nullopt;
-        if (!input) tellAt(file, {}, input.problem().message);
+        const auto table = readTableFile(file, std::move(input).value(), call.table, names);
         if (table && call.json) writePreviewJson(json, file, *table);
         if (table && !call.json) writePreviewText(output, file, *table);
         usable = table && isUsable(file, *table, call.table) && usable;

@@ -54,7 +54,7 @@ ByteSource bytesOf(std::string_view bytes);
 // that is not valid UTF-16 becomes U+FFFD. A byte-order mark and a first line "sep=X" are left out;
 // the line is counted. A cell opens with a quote only as its first character, and the quote closes
 // only before a separator or the end of a line; a quote that never closes so is a letter.
-class TextRows : public RowSource {
+class TextRows final : public RowSource {
   public:
     // A cell longer than this ends at the next separator or line break, quoted or not.
     static constexpr std::size_t longestCell = 1 << 20;

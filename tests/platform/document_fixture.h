@@ -17,9 +17,9 @@
 #include <vector>
 
 #include "model/edits.h"
-#include "platform/project_writes.h"
 #include "platform/document_controller.h"
 #include "platform/job_queue.h"
+#include "platform/project_writes.h"
 #include "platform/settings.h"
 #include "test_disk.h"
 #include "tests/support/wait_until.h"
