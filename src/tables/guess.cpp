@@ -220,9 +220,19 @@ Block findBlock(const Rows& rows, const TableChoices& choices) {
     return block;
 }
 
+// A total or an index over the rows above.
+bool isSummaryRow(const TableSample::Row& row) {
+    const auto filled = std::find_if(row.cells.begin(), row.cells.end(),
+                                     [](const std::string& cell) { return !cell.empty(); });
+    if (filled == row.cells.end()) return false;
+    const auto meaning = headerMeaning(*filled);
+    return meaning && meaning->role == ColumnRole::total;
+}
+
 struct Grid {
     const Rows* rows = nullptr;
     Block block;
+    std::vector<bool> summaries;  // of each row of the block
 
     [[nodiscard]] const TableSample::Row& row(std::size_t i) const {
         return (*rows)[block.first + i];
@@ -233,13 +243,8 @@ struct Grid {
     }
 };
 
-// A total or an index over the rows above.
 bool isSummary(const Grid& grid, std::size_t i) {
-    const auto filled = std::find_if(grid.row(i).cells.begin(), grid.row(i).cells.end(),
-                                     [](const std::string& cell) { return !cell.empty(); });
-    if (filled == grid.row(i).cells.end()) return false;
-    const auto meaning = headerMeaning(*filled);
-    return meaning && meaning->role == ColumnRole::total;
+    return grid.summaries[i];
 }
 
 // The share of a column's filled cells below the header that could be counts; absent if all are
@@ -507,7 +512,10 @@ class Guesser {
     }
 
     TableGuess guess() {
-        grid_ = {&sample_.rows, findBlock(sample_.rows, choices_)};
+        grid_ = {&sample_.rows, findBlock(sample_.rows, choices_), {}};
+        for (std::size_t i = 0; i < grid_.height(); ++i) {
+            grid_.summaries.push_back(isSummaryRow(grid_.row(i)));
+        }
         if (grid_.height() == 0 || grid_.block.width == 0) return guess_;
         TableReading& reading = guess_.reading;
         reading.firstRow = grid_.row(0).number;

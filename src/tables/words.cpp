@@ -3,325 +3,84 @@
 #include <algorithm>
 #include <array>
 #include <string>
+#include <unordered_map>
 #include <utility>
 
 namespace zorvel {
 namespace {
 
-struct Word {
-    std::string_view text;
+// For each meaning its words, parted by bars, in lower case, without "_", "." and "-". Rank 1 of a
+// place is less exact than a plot, of notes it tells of a record rather than a census, of a total
+// it is computed but no sum.
+struct WordsOfMeaning {
     HeaderMeaning meaning;
+    std::string_view words;
 };
 
-constexpr HeaderMeaning census{ColumnRole::census, 0};
-constexpr HeaderMeaning place{ColumnRole::census, 1};  // less exact than a plot
-constexpr HeaderMeaning event{ColumnRole::census, 2};
-constexpr HeaderMeaning species{ColumnRole::species, 0};
-constexpr HeaderMeaning taxon{ColumnRole::species, 1};
-constexpr HeaderMeaning scientific{ColumnRole::species, 2};
-constexpr HeaderMeaning genus{ColumnRole::genus, 0};
-constexpr HeaderMeaning counts{ColumnRole::count, 0};
-constexpr HeaderMeaning amount{ColumnRole::count, 1};
-constexpr HeaderMeaning latitude{ColumnRole::latitude, 0};
-constexpr HeaderMeaning longitude{ColumnRole::longitude, 0};
-constexpr HeaderMeaning date{ColumnRole::date, 0};
-constexpr HeaderMeaning year{ColumnRole::year, 0};
-constexpr HeaderMeaning month{ColumnRole::month, 0};
-constexpr HeaderMeaning dayOfMonth{ColumnRole::day, 0};
-constexpr HeaderMeaning day{ColumnRole::date, 1};
-constexpr HeaderMeaning notes{ColumnRole::notes, 0};
-constexpr HeaderMeaning remarks{ColumnRole::notes, 1};  // of a record, rather than a census
-constexpr HeaderMeaning status{ColumnRole::status, 0};
-constexpr HeaderMeaning included{ColumnRole::included, 0};
-constexpr HeaderMeaning total{ColumnRole::total, 0};
-constexpr HeaderMeaning index{ColumnRole::total, 1};  // computed, but no sum
-constexpr HeaderMeaning none{ColumnRole::ignored, 0};
-
-// In lower case, without "_", "." and "-".
-constexpr auto words = std::to_array<Word>({
-    {"census", census},
-    {"plot", census},
-    {"plots", census},
-    {"plot id", census},
-    {"plotid", census},
-    {"quadrat", census},
-    {"quadrat id", census},
-    {"sample", census},
-    {"samples", census},
-    {"sample id", census},
-    {"sampleid", census},
-    {"sample name", census},
-    {"core", census},
-    {"trap", census},
-    {"trap id", census},
-    {"transect", census},
-    {"relevé", census},
-    {"releve", census},
-    {"site", census},
-    {"sites", census},
-    {"site id", census},
-    {"siteid", census},
-    {"site name", census},
-    {"site code", census},
-    {"plot code", census},
-    {"plot name", census},
-    {"station", census},
-    {"station id", census},
-    {"probe", census},
-    {"proben", census},
-    {"probestelle", census},
-    {"probefläche", census},
-    {"probenfläche", census},
-    {"fläche", census},
-    {"aufnahme", census},
-    {"falle", census},
-    {"parzelle", census},
-    {"transekt", census},
-    {"parcelle", census},
-    {"placette", census},
-    {"échantillon", census},
-    {"echantillon", census},
-    {"piège", census},
-    {"muestra", census},
-    {"parcela", census},
-    {"cuadrante", census},
-    {"cuadrat", census},
-    {"trampa", census},
-    {"transecto", census},
-    {"estación", census},
-    {"estacion", census},
-    {"sitio", census},
-    {"standort", place},
-    {"ort", place},
-    {"fundort", place},
-    {"lieu", place},
-    {"localidad", place},
-    {"localité", place},
-    {"lugar", place},
-    {"location", place},
-    {"locality", place},
-    {"locationid", place},
-    {"location id", place},
-    {"eventid", event},
-    {"event id", event},
-    {"fieldnumber", event},
-    {"species", species},
-    {"species name", species},
-    {"speciesname", species},
-    {"art", species},
-    {"arten", species},
-    {"artname", species},
-    {"espèce", species},
-    {"espèces", species},
-    {"espece", species},
-    {"especie", species},
-    {"especies", species},
-    {"taxon", taxon},
-    {"taxa", taxon},
-    {"taxon name", taxon},
-    {"taxonname", taxon},
-    {"taxón", taxon},
-    {"otu", taxon},
-    {"otu id", taxon},
-    {"#otu id", taxon},
-    {"#otuid", taxon},
-    {"asv", taxon},
-    {"morphospecies", taxon},
-    {"scientific name", scientific},
-    {"scientificname", scientific},
-    {"nom scientifique", scientific},
-    {"nombre científico", scientific},
-    {"nombre cientifico", scientific},
-    {"wissenschaftlicher name", scientific},
-    {"count", counts},
-    {"counts", counts},
-    {"abundance", counts},
-    {"individuals", counts},
-    {"individualcount", counts},
-    {"individual count", counts},
-    {"no individuals", counts},
-    {"number of individuals", counts},
-    {"anzahl", counts},
-    {"abundanz", counts},
-    {"individuen", counts},
-    {"individuenzahl", counts},
-    {"stückzahl", counts},
-    {"effectif", counts},
-    {"abondance", counts},
-    {"individus", counts},
-    {"abundancia", counts},
-    {"individuos", counts},
-    {"conteo", counts},
-    {"número", counts},
-    {"numero", counts},
-    {"number", amount},
-    {"n", amount},
-    {"no", amount},
-    {"quantity", amount},
-    {"organismquantity", amount},
-    {"menge", amount},
-    {"zahl", amount},
-    {"cantidad", amount},
-    {"lat", latitude},
-    {"latitude", latitude},
-    {"decimallatitude", latitude},
-    {"decimal latitude", latitude},
-    {"breite", latitude},
-    {"breitengrad", latitude},
-    {"latitud", latitude},
-    {"lon", longitude},
-    {"long", longitude},
-    {"lng", longitude},
-    {"longitude", longitude},
-    {"decimallongitude", longitude},
-    {"decimal longitude", longitude},
-    {"länge", longitude},
-    {"längengrad", longitude},
-    {"longitud", longitude},
-    {"date", date},
-    {"datum", date},
-    {"eventdate", date},
-    {"event date", date},
-    {"fecha", date},
-    {"sampling date", date},
-    {"date of sampling", date},
-    {"survey date", date},
-    {"notes", notes},
-    {"eventremarks", notes},
-    {"note", remarks},
-    {"remarks", remarks},
-    {"comments", remarks},
-    {"comment", remarks},
-    {"bemerkung", remarks},
-    {"bemerkungen", remarks},
-    {"notizen", remarks},
-    {"remarque", remarks},
-    {"remarques", remarks},
-    {"notas", remarks},
-    {"observaciones", remarks},
-    {"occurrenceremarks", remarks},
-    {"occurrencestatus", status},
-    {"status", status},
-    {"included", included},
-    {"total", total},
-    {"totals", total},
-    {"sum", total},
-    {"sums", total},
-    {"summe", total},
-    {"gesamt", total},
-    {"gesamtsumme", total},
-    {"insgesamt", total},
-    {"somme", total},
-    {"suma", total},
-    {"row total", total},
-    {"column total", total},
-    {"grand total", total},
-    {"schicht", census},
-    {"bed", census},
-    {"horizon", census},
-    {"garden", census},
-    {"collection", place},
-    {"accepted name", species},
-    {"abund value", counts},
-    {"bird", taxon},
-    {"birds", taxon},
-    {"plant", taxon},
-    {"plants", taxon},
-    {"insect", taxon},
-    {"butterfly", taxon},
-    {"moth", taxon},
-    {"fish", taxon},
-    {"tree", taxon},
-    {"animal", taxon},
-    {"vogel", taxon},
-    {"pflanze", taxon},
-    {"plante", taxon},
-    {"oiseau", taxon},
-    {"ave", taxon},
-    {"planta", taxon},
-    {"freq", amount},
-    {"frequency", amount},
-    {"nombre", amount},
-    {"timestamp", none},
-    {"year", year},
-    {"month", month},
-    {"day", dayOfMonth},
-    {"jahr", year},
-    {"monat", month},
-    {"tag", dayOfMonth},
-    {"année", year},
-    {"mois", month},
-    {"jour", dayOfMonth},
-    {"año", year},
-    {"mes", month},
-    {"día", dayOfMonth},
-    {"any comments", remarks},
-    {"genus", genus},
-    {"gattung", genus},
-    {"genre", genus},
-    {"género", genus},
-    {"epithet", species},
-    {"specificepithet", species},
-    {"specific epithet", species},
-    {"group", event},
-    {"place guess", place},
-    {"observed on", date},
-    {"today", day},
-    {"specimens", counts},
-    {"exemplare", counts},
-    {"ejemplares", counts},
-    {"spécimens", counts},
-    {"nº de individuos", counts},
-    {"n° de individuos", counts},
-    {"número de individuos", counts},
-    {"numero de individuos", counts},
-    {"nombre d'individus", counts},
-    {"nb individus", counts},
-    {"how many", counts},
-    {"reads", counts},
-    {"species richness", index},
-    {"richness", index},
-    {"number of species", index},
-    {"no of species", index},
-    {"species number", index},
-    {"artenzahl", index},
-    {"anzahl arten", index},
-    {"richesse", index},
-    {"nombre d'espèces", index},
-    {"riqueza", index},
-    {"número de especies", index},
-    {"shannon", index},
-    {"shannon h", index},
-    {"shannon h'", index},
-    {"shannon's h", index},
-    {"simpson", index},
-    {"simpson d", index},
-    {"evenness", index},
-    {"mean", index},
-    {"average", index},
-    {"mittelwert", index},
-    {"ph", none},
-    {"temperature", none},
-    {"temperatur", none},
-    {"höhe", none},
-    {"altitud", none},
-    {"numotus", none},
-    {"label", none},
-    {"taxonomic order", none},
-    {"number of observers", none},
-    {"common name", none},
-    {"description", remarks},
-    {"taxonomy", none},
-    {"genus", none},
-    {"family", none},
-    {"order", none},
-    {"id", none},
-    {"gbifid", none},
-    {"observer", none},
-    {"treatment", none},
-    {"elevation", none},
-    {"altitude", none},
-    {"depth", none},
+constexpr auto wordTable = std::to_array<WordsOfMeaning>({
+    {{ColumnRole::census, 0},
+     "census|plot|plots|plot id|plotid|quadrat|quadrat id|sample|samples|sample id|"
+     "sampleid|sample name|core|trap|trap id|transect|relevé|releve|site|sites|"
+     "site id|siteid|site name|site code|plot code|plot name|station|station id|"
+     "probe|proben|probestelle|probefläche|probenfläche|fläche|aufnahme|falle|"
+     "parzelle|transekt|parcelle|placette|échantillon|echantillon|piège|muestra|"
+     "parcela|cuadrante|cuadrat|trampa|transecto|estación|estacion|sitio|schicht|"
+     "bed|horizon|garden"},
+    {{ColumnRole::census, 1},
+     "standort|ort|fundort|lieu|localidad|localité|lugar|location|locality|"
+     "locationid|location id|collection|place guess"},
+    {{ColumnRole::census, 2}, "eventid|event id|fieldnumber|group"},
+    {{ColumnRole::species, 0},
+     "species|species name|speciesname|art|arten|artname|espèce|espèces|espece|"
+     "especie|especies|accepted name|epithet|specificepithet|specific epithet"},
+    {{ColumnRole::species, 1},
+     "taxon|taxa|taxon name|taxonname|taxón|otu|otu id|#otu id|#otuid|asv|"
+     "morphospecies|bird|birds|plant|plants|insect|butterfly|moth|fish|tree|animal|"
+     "vogel|pflanze|plante|oiseau|ave|planta"},
+    {{ColumnRole::species, 2},
+     "scientific name|scientificname|nom scientifique|nombre científico|"
+     "nombre cientifico|wissenschaftlicher name"},
+    {{ColumnRole::count, 0},
+     "count|counts|abundance|individuals|individualcount|individual count|"
+     "no individuals|number of individuals|anzahl|abundanz|individuen|"
+     "individuenzahl|stückzahl|effectif|abondance|individus|abundancia|individuos|"
+     "conteo|número|numero|abund value|specimens|exemplare|ejemplares|spécimens|"
+     "nº de individuos|n° de individuos|número de individuos|numero de individuos|"
+     "nombre d'individus|nb individus|how many|reads"},
+    {{ColumnRole::count, 1},
+     "number|n|no|quantity|organismquantity|menge|zahl|cantidad|freq|frequency|"
+     "nombre"},
+    {{ColumnRole::latitude, 0},
+     "lat|latitude|decimallatitude|decimal latitude|breite|breitengrad|latitud"},
+    {{ColumnRole::longitude, 0},
+     "lon|long|lng|longitude|decimallongitude|decimal longitude|länge|längengrad|"
+     "longitud"},
+    {{ColumnRole::date, 0},
+     "date|datum|eventdate|event date|fecha|sampling date|date of sampling|"
+     "survey date|observed on"},
+    {{ColumnRole::notes, 0}, "notes|eventremarks"},
+    {{ColumnRole::notes, 1},
+     "note|remarks|comments|comment|bemerkung|bemerkungen|notizen|remarque|"
+     "remarques|notas|observaciones|occurrenceremarks|any comments|description"},
+    {{ColumnRole::status, 0}, "occurrencestatus|status"},
+    {{ColumnRole::included, 0}, "included"},
+    {{ColumnRole::total, 0},
+     "total|totals|sum|sums|summe|gesamt|gesamtsumme|insgesamt|somme|suma|row total|"
+     "column total|grand total"},
+    {{ColumnRole::ignored, 0},
+     "timestamp|ph|temperature|temperatur|höhe|altitud|numotus|label|"
+     "taxonomic order|number of observers|common name|taxonomy|family|order|"
+     "id|gbifid|observer|treatment|elevation|altitude|depth"},
+    {{ColumnRole::year, 0}, "year|jahr|année|año"},
+    {{ColumnRole::month, 0}, "month|monat|mois|mes"},
+    {{ColumnRole::day, 0}, "day|tag|jour|día"},
+    {{ColumnRole::genus, 0}, "genus|gattung|genre|género"},
+    {{ColumnRole::date, 1}, "today"},
+    {{ColumnRole::total, 1},
+     "species richness|richness|number of species|no of species|species number|"
+     "artenzahl|anzahl arten|richesse|nombre d'espèces|riqueza|número de especies|"
+     "shannon|shannon h|shannon h'|shannon's h|simpson|simpson d|evenness|mean|"
+     "average|mittelwert"},
 });
 
 std::string plainHeader(std::string_view header) {
@@ -360,10 +119,20 @@ bool hasUnit(std::string_view header) {
 }
 
 std::optional<HeaderMeaning> meaningOf(std::string_view plain) {
-    const auto found = std::find_if(words.begin(), words.end(),
-                                    [plain](const Word& word) { return word.text == plain; });
-    if (found == words.end()) return std::nullopt;
-    return found->meaning;
+    static const auto meanings = [] {
+        std::unordered_map<std::string_view, HeaderMeaning> all;
+        for (const auto& [meaning, text] : wordTable) {
+            for (std::size_t at = 0; at <= text.size();) {
+                const std::size_t end = std::min(text.find('|', at), text.size());
+                all.emplace(text.substr(at, end - at), meaning);
+                at = end + 1;
+            }
+        }
+        return all;
+    }();
+    const auto found = meanings.find(plain);
+    if (found == meanings.end()) return std::nullopt;
+    return found->second;
 }
 
 bool isLetter(char c) {
@@ -384,16 +153,17 @@ std::optional<HeaderMeaning> headerMeaning(std::string_view header) {
                                        meaning->role == ColumnRole::species);
         if (names) return HeaderMeaning{meaning->role, meaning->rank + 5};
     }
-    for (const auto& [ending, meaning] :
-         {std::pair(" latitude", latitude), {" longitude", longitude}}) {
-        if (plain.ends_with(ending)) return meaning;
+    for (const auto& [ending, role] :
+         {std::pair(" latitude", ColumnRole::latitude), {" longitude", ColumnRole::longitude}}) {
+        if (plain.ends_with(ending)) return HeaderMeaning{role, 0};
     }
     if (plain.starts_with("name of ")) return meaningOf(plain.substr(8));
-    if (plain.starts_with("date ")) return day;
-    if (hasUnit(header)) return none;
-    if (plain.starts_with("total ") || plain.starts_with("sum of ")) return total;
+    if (plain.starts_with("date ")) return HeaderMeaning{ColumnRole::date, 1};
+    if (hasUnit(header)) return HeaderMeaning{ColumnRole::ignored, 0};
+    if (plain.starts_with("total ") || plain.starts_with("sum of "))
+        return HeaderMeaning{ColumnRole::total, 0};
     const bool identifier = plain == "id" || plain.ends_with(" id") || header.ends_with("ID");
-    if (identifier) return none;
+    if (identifier) return HeaderMeaning{ColumnRole::ignored, 0};
     return std::nullopt;
 }
 
