@@ -72,12 +72,12 @@ void AbundanceTally::sumEntries() {
 
 const AbundanceTally::ShareSums& AbundanceTally::shareSums() const {
     if (shareSums_) return *shareSums_;
-    ShareSums& sums = shareSums_.emplace();
+    ShareSums sums;
     forEachShare([&sums](double share, double taxa) {
         sums.entropy += taxa * (share * std::log(share));
         sums.unlike += taxa * (share * (1 - share));
     });
-    return sums;
+    return shareSums_.emplace(sums);
 }
 
 std::vector<AbundanceClass> abundanceClasses(CountsView counts) {

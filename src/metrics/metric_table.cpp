@@ -49,7 +49,7 @@ const char* plainCaption(const ShownMetric& shown) {
 }
 
 std::string metricCaption(const ShownMetric& shown, const MetricParameters& parameters) {
-    const std::string caption = plainCaption(shown);
+    std::string caption = plainCaption(shown);
     switch (descriptorOf(shown.metric).parameter) {
         case MetricParameter::size:
             return caption + " (" + integerText(parameters.size) + ")";

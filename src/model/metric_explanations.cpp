@@ -296,7 +296,7 @@ std::string averageSqsRemark(const MetricInputs& inputs) {
     if (inputs.censuses == 0) return {};
     if (!(inputs.parameters.quota > 0)) return quotaRemark;
     const AverageSqs& sqs = inputs.averageSqs;
-    const std::string some = "Censuses that have an estimate" + ofCensuses(sqs.censuses, inputs);
+    std::string some = "Censuses that have an estimate" + ofCensuses(sqs.censuses, inputs);
     if (sqs.censuses == inputs.censuses) return some;
     const auto lacking = [&sqs](SqsAbsence absence) {
         return integerText(sqs.lacking[static_cast<std::size_t>(absence)]);

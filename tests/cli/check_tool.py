@@ -153,6 +153,11 @@ class Results(unittest.TestCase):
                                     ("rarefaction one.csv --kind census", 3 * [point]),
                                     ("project pooled.csv", [averages, project])):
             self.assertEqual(names_in_order(call(arguments + " --json")[1]), expected)
+        # Each name has its own number.
+        second = values("rarefaction three.csv")[1]
+        self.assertEqual([f"{second[name]:.3f}" for name in point], [
+            "2.000", *(cell.strip() for cell in call("rarefaction three.csv")[1].splitlines()[2]
+                       .split(",")[1:])])
 
     def test_json_has_all_digits(self):
         metrics = values("metrics three.csv --size 5 --quota 0")

@@ -101,6 +101,8 @@ TEST(AlroySqs, PresentButNotANumber) {
 TEST(AlroySqs, QuotaMetExactlyKeepsTheLastTaxon) {
     SeededRandom random(1);
     EXPECT_NEAR(*alroySQS(CountsVector(4, 4), 100, 0.5, random), 2, 1e-14);
+    // Half of two hundred taxa: more than a machine word has bits.
+    EXPECT_NEAR(*alroySQS(CountsVector(200, 4), 100, 0.5, random), 100, 1e-12);
 }
 
 // One taxon holds all: it is thrown back at random with its frequency, here nearly always, and the

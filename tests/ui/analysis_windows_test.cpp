@@ -82,6 +82,8 @@ TEST_F(AnalysisWindowsTest, CurvesAreOfTheRecordsAsTheyWere) {
     censusTable().selectRows({2});
     drainJobs();
     const Census census = context().censuses()[2];
+    editInclude(context(), {census.taxa().front()}, false);
+    context().announceChanges();
     const IncidenceSummary incidence = summariseIncidence(buildSparseCounts(context()).counts);
     const struct {
         const char* command;

@@ -243,7 +243,7 @@ TEST(TableModels, FollowRandomChangesAsANewModelShowsThem) {
         for (unsigned n = random() % 4; n > 0; --n) {
             const std::vector<Zorvel> taxa = first.taxa();
             const std::vector<Census> all = context.censuses();
-            switch (random() % 7) {
+            switch (random() % 8) {
                 case 0:
                     context.insertTaxa(first, std::vector<TaxonValues>(random() % 300));
                     break;
@@ -262,6 +262,11 @@ TEST(TableModels, FollowRandomChangesAsANewModelShowsThem) {
                     break;
                 case 5:
                     context.undo();
+                    break;
+                case 6:
+                    if (!taxa.empty()) {
+                        context.setInclude({taxa[random() % taxa.size()]}, random() % 2 == 0);
+                    }
                     break;
                 default:
                     context.redo();

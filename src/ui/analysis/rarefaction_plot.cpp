@@ -50,8 +50,8 @@ QPolygonF bandOfRun(std::span<const Rarefaction> run, const PlotGeometry& geomet
         band.append(geometry.pointOf(static_cast<double>(point.sampleSize), limit));
     };
     for (const Rarefaction& point : run) append(point, lowerLimit(point, level));
-    for (auto point = run.rbegin(); point != run.rend(); ++point) {
-        append(*point, upperLimit(*point, level));
+    for (std::size_t i = run.size(); i > 0; --i) {
+        append(run[i - 1], upperLimit(run[i - 1], level));
     }
     return band;
 }

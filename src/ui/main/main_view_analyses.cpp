@@ -40,8 +40,8 @@ void MainViewController::calculateProjectWideMetrics() {
         [project = context().frozenCopy(), name = projectName_] {
             SparseCountsResult sparse = buildSparseCounts(*project);
             const QString note = mergedNamesNote(sparse);
-            return ProjectWideInputs{std::move(sparse.pooled), std::move(sparse.counts), name,
-                                     note};
+            return ProjectWideInputs{
+                {std::move(sparse.pooled), std::move(sparse.counts)}, name, note};
         },
         [self = QPointer<MainViewController>(this), metrics, progress](ProjectWideInputs inputs) {
             metrics->viewController().setInputs(std::move(inputs));

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <iterator>
 #include <numeric>
-#include <ranges>
 
 namespace zorvel {
 
@@ -40,10 +39,16 @@ std::size_t OrderedTableModel::recordAt(int row) const {
 }
 
 std::size_t OrderedTableModel::placeOf(RecordId id) const {
-    const auto places = std::views::iota(std::size_t{0}, recordCount());
-    const auto found =
-        std::ranges::lower_bound(places, id, {}, [this](std::size_t place) { return idOf(place); });
-    return static_cast<std::size_t>(found - places.begin());
+    std::size_t low = 0;
+    for (std::size_t high = recordCount(); low < high;) {
+        const std::size_t middle = low + (high - low) / 2;
+        if (idOf(middle) < id) {
+            low = middle + 1;
+        } else {
+            high = middle;
+        }
+    }
+    return low;
 }
 
 std::vector<RecordId> OrderedTableModel::idsAt(const std::vector<int>& rows) const {
@@ -175,7 +180,8 @@ void OrderedTableModel::changeByReset(const RecordsChange& change,
 }
 
 void OrderedTableModel::removeRanges(const std::vector<Range>& ranges) {
-    for (const auto& [first, last] : std::views::reverse(ranges)) {
+    for (std::size_t i = ranges.size(); i > 0; --i) {
+        const auto& [first, last] = ranges[i - 1];
         beginRemoveRows({}, first, last);
         order_.erase(order_.begin() + first, order_.begin() + last + 1);
         endRemoveRows();
