@@ -179,7 +179,7 @@ struct Block {
     std::size_t width = 0;
 };
 
-// The two numbers above a table of EstimateS: how many species and samples it has.
+// Two numbers alone above a table: how many species and samples it has.
 bool isSizeLine(const TableSample::Row& row) {
     return filledCells(row) == 2 && filledWidth(row) == 2 && row.cells.size() >= 2 &&
            tableNumber(row.cells[0], {}) && tableNumber(row.cells[1], {});
