@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "platform/file_names.h"
 #include "platform/job_queue.h"
 
 namespace zorvel {

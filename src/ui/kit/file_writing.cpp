@@ -4,6 +4,7 @@
 #include <QWidget>
 #include <utility>
 
+#include "platform/file_names.h"
 #include "platform/job_queue.h"
 #include "platform/project_writes.h"
 #include "ui/kit/alerts.h"
