@@ -107,8 +107,8 @@ Document* currentOrNewDocument(ProjectWindows& windows, const CommandWindow& com
     return command.given ? &command.window->document() : &windows.openUntitled().document();
 }
 
-void importInto(Document& document, ProjectWindows& windows, FileKind kind, OpenedText text,
-                std::function<void(bool cancelled)> ended) {
+ImportServices importServices(Document& document, ProjectWindows& windows,
+                              std::function<void(const ImportReport&)> ended) {
     auto* view = dynamic_cast<MainViewController*>(document.project().documentMainViewController());
     auto* run = new ImportRun(view);
     const auto startJob = [run, &jobs = windows.jobs()](std::function<void()> work,
@@ -121,15 +121,27 @@ void importInto(Document& document, ProjectWindows& windows, FileKind kind, Open
             },
             [done = std::move(done)](bool) { done(); });
     };
-    const auto end = [run, view, ended = std::move(ended),
+    return {startJob, run->stop, [run, ended = std::move(ended)](const ImportReport& report) {
+                run->deleteLater();
+                ended(report);
+            }};
+}
+
+void tellOfImport(Document& document, const QString& fileName, const ImportReport& report) {
+    auto* view = dynamic_cast<MainViewController*>(document.project().documentMainViewController());
+    const auto tone = isGoodNews(report) ? MessageStrip::Tone::news : MessageStrip::Tone::problem;
+    if (view != nullptr) view->messageStrip().addMessage(importMessage(fileName, report), tone);
+}
+
+void importInto(Document& document, ProjectWindows& windows, FileKind kind, OpenedText text,
+                std::function<void(bool cancelled)> ended) {
+    const auto end = [&document, ended = std::move(ended),
                       name = QFileInfo(text.path).fileName()](const ImportReport& report) {
-        const auto tone =
-            isGoodNews(report) ? MessageStrip::Tone::news : MessageStrip::Tone::problem;
-        if (view != nullptr) view->messageStrip().addMessage(importMessage(name, report), tone);
-        run->deleteLater();
+        tellOfImport(document, name, report);
         ended(report.outcome == ImportReport::Outcome::cancelled);
     };
-    importDriver(kind).import(std::move(text.text), document.project(), {startJob, run->stop, end});
+    importDriver(kind).import(std::move(text.text), document.project(),
+                              importServices(document, windows, end));
 }
 
 void importFiles(ProjectWindows& windows, const CommandWindow& command,

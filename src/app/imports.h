@@ -9,6 +9,7 @@
 #include "app/file_kinds.h"
 #include "app/open_text_file.h"
 #include "interchange/file_kind.h"
+#include "model/import.h"
 
 namespace zorvel {
 
@@ -43,6 +44,13 @@ void importFiles(ProjectWindows& windows, const CommandWindow& command,
 void importInto(
     Document& document, ProjectWindows& windows, FileKind kind, OpenedText text,
     std::function<void(bool cancelled)> ended = [](bool) {});
+
+// What an import into the project needs of the program: jobs, which end with its window. ended: see
+// ImportServices::done.
+ImportServices importServices(Document& document, ProjectWindows& windows,
+                              std::function<void(const ImportReport&)> ended);
+// In the message strip: what was stored and left out, or why nothing was.
+void tellOfImport(Document& document, const QString& fileName, const ImportReport& report);
 
 // What a format leaves out by its rules and the user would miss, in sentences; empty if nothing.
 // Absent taxa are not missed, unless all are. taxa: whether any census has one.

@@ -15,6 +15,7 @@
 #include "app/imports.h"
 #include "app/look_choice.h"
 #include "app/project_windows.h"
+#include "app/table_imports.h"
 #include "ui/main/clipboard_rows.h"
 #include "ui/main/main_view_controller.h"
 #include "ui/main/main_window_controller.h"
@@ -66,6 +67,8 @@ void addImportMenu(QMenu& file, MainWindowController& window, ProjectWindows& wi
         addCommand(window, menu, item.name, item.title, {},
                    [&, kind = item.kind] { runImport(windows, &window, kind); });
     }
+    addCommand(window, menu, "importTableMenuItemTapped", "&Table...", {},
+               [&] { runTableImport(windows, &window); });
     menu.addSeparator();
     addCommand(window, menu, "importSpeciesListMenuItemTapped", "Species &List...", {},
                [&] { importSpeciesList(windows, &window); });

@@ -1,5 +1,6 @@
 #include "model/edits.h"
 
+#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -103,10 +104,11 @@ void deleteTaxa(ObjectContext& context, const std::vector<Zorvel>& taxa) {
     context.deleteTaxa(taxa);
 }
 
-bool storeCensus(CensusBatch& batch, MockCensus census) {
+bool storeCensus(CensusBatch& batch, MockCensus census, const std::vector<std::size_t>& excluded) {
     return batch.add(attributesOf(census), census.taxa.size(), [&](std::size_t i) {
         MockTaxon& taxon = census.taxa[i];
-        return TaxonValues{std::move(taxon.name), taxon.abundance};
+        const bool include = !std::binary_search(excluded.begin(), excluded.end(), i);
+        return TaxonValues{std::move(taxon.name), taxon.abundance, include};
     });
 }
 

@@ -53,21 +53,27 @@ bool holdsAbundance(const ParsedCensuses& parsed) {
                                         [](const auto& census) { return !census.taxa.empty(); }));
 }
 
+struct ImportTexts {
+    const char* name;
+    const char* progressText;
+    const char* stepName;
+};
+
 // One import under way, shared by the closures of its jobs: the main thread and the job of the
 // moment use it in turn, except for the stop.
 class Import : public std::enable_shared_from_this<Import> {
   public:
-    Import(const ImportDriver& driver, std::string text, DiversityDocument& document,
-           MainView& view, ImportServices services)
-        : driver_(driver),
-          text_(std::move(text)),
+    Import(const ImportTexts& texts, CensusReader read, DiversityDocument& document, MainView& view,
+           ImportServices services)
+        : texts_(texts),
+          read_(std::move(read)),
           context_(document.objectContext()),
           names_(context_.names()),
           view_(view),
           services_(std::move(services)) {}
 
     void start() {
-        progress_ = view_.startProgress(driver_.progressText,
+        progress_ = view_.startProgress(texts_.progressText,
                                         [stop = services_.stop]() mutable { stop.request_stop(); });
         services_.startJob([self = shared_from_this()] { self->parse(); },
                            [self = shared_from_this()] { self->parsed(); });
@@ -78,12 +84,13 @@ class Import : public std::enable_shared_from_this<Import> {
 
     // In the background.
     void parse() {
-        auto parsed = parseAndTell(driver_.kind, std::exchange(text_, {}),
-                                   services_.stop.get_token(), names_.get());
+        const CensusReader read = std::exchange(read_, nullptr);
+        auto [parsed, excluded] = read(services_.stop.get_token(), names_.get());
         report_.leftOut = parsed.leftOut;
         report_.place = parsed.place;
         if (!parsed.value) report_.reason = reasonOf(parsed);
         censuses_ = std::move(parsed.value);
+        excluded_ = std::move(excluded);
     }
 
     void parsed() {
@@ -97,10 +104,11 @@ class Import : public std::enable_shared_from_this<Import> {
     // In the background. Each census is released as its record is made, and all records if
     // cancelled: to destroy many millions of them would block the main thread.
     void makeRecords() {
-        for (MockCensus& census : *censuses_) {
+        excluded_.resize(censuses_->size());
+        for (std::size_t i = 0; i < censuses_->size(); ++i) {
             if (services_.stop.stop_requested()) break;
-            report_.taxa += census.taxa.size();
-            storeCensus(*batch_, std::exchange(census, {}));
+            report_.taxa += (*censuses_)[i].taxa.size();
+            storeCensus(*batch_, std::exchange((*censuses_)[i], {}), excluded_[i]);
         }
         censuses_.reset();
         if (services_.stop.stop_requested()) batch_.reset();
@@ -109,7 +117,7 @@ class Import : public std::enable_shared_from_this<Import> {
     void store() {
         if (services_.stop.stop_requested()) return finish(Outcome::cancelled);
         report_.censuses = batch_->censusCount();
-        importBatch(context_, *batch_, driver_.stepName);
+        importBatch(context_, *batch_, texts_.stepName);
         finish(Outcome::stored);
     }
 
@@ -119,30 +127,41 @@ class Import : public std::enable_shared_from_this<Import> {
         if (services_.done) services_.done(report_);
     }
 
-    const ImportDriver& driver_;
-    std::string text_;
+    ImportTexts texts_;
+    CensusReader read_;
     ObjectContext& context_;
     std::shared_ptr<NamePool> names_;
     MainView& view_;
     ImportServices services_;
     MainView::ProgressId progress_ = 0;
     std::optional<std::vector<MockCensus>> censuses_;
+    std::vector<std::vector<std::size_t>> excluded_;
     std::shared_ptr<CensusBatch> batch_;
     ImportReport report_;
 };
 
-void startImport(FileKind kind, std::string text, DiversityDocument& document,
+void startImport(const ImportTexts& texts, CensusReader read, DiversityDocument& document,
                  ImportServices services) {
-    const ImportDriver& driver = importDriver(kind);
     if (MainView* view = document.documentMainViewController()) {
-        std::make_shared<Import>(driver, std::move(text), document, *view, std::move(services))
+        std::make_shared<Import>(texts, std::move(read), document, *view, std::move(services))
             ->start();
         return;
     }
-    writeConsoleLine(std::string("WARNING: could not obtain window/view for ") + driver.name);
+    writeConsoleLine(std::string("WARNING: could not obtain window/view for ") + texts.name);
     ImportReport report;
     report.outcome = ImportReport::Outcome::noWindow;
     if (services.done) services.done(report);
+}
+
+void startImport(FileKind kind, std::string text, DiversityDocument& document,
+                 ImportServices services) {
+    const ImportDriver& driver = importDriver(kind);
+    auto read = [kind, text = std::move(text)](const std::stop_token& stop,
+                                               NamePool* names) -> ReadCensuses {
+        return {parseAndTell(kind, text, stop, names), {}};
+    };
+    startImport({driver.name, driver.progressText, driver.stepName}, std::move(read), document,
+                std::move(services));
 }
 
 }  // namespace
@@ -225,6 +244,11 @@ void importCensusMatrix(std::string text, DiversityDocument& document, ImportSer
 
 void importIOSFile(std::string text, DiversityDocument& document, ImportServices services) {
     startImport(FileKind::ios, std::move(text), document, std::move(services));
+}
+
+void importTable(CensusReader read, DiversityDocument& document, ImportServices services) {
+    startImport({"importTable", "importing table...", "Import Table"}, std::move(read), document,
+                std::move(services));
 }
 
 }  // namespace zorvel

@@ -68,6 +68,20 @@ void importOneCensus(std::string text, DiversityDocument& document, ImportServic
 void importCensusMatrix(std::string text, DiversityDocument& document, ImportServices services);
 void importIOSFile(std::string text, DiversityDocument& document, ImportServices services);
 
+// What a table gave: its censuses, or none with the reason, and of each census the places of the
+// taxa that the metrics do not include.
+struct ReadCensuses {
+    ParsedCensuses parsed;
+    std::vector<std::vector<std::size_t>> excluded;
+};
+
+// Any thread. names: the pool of the project.
+using CensusReader = std::function<ReadCensuses(const std::stop_token& stop, NamePool* names)>;
+
+// The import of a table, which is read by the function, in the background, instead of a parser of
+// text.
+void importTable(CensusReader read, DiversityDocument& document, ImportServices services);
+
 struct ImportDriver {
     FileKind kind;
     void (*import)(std::string text, DiversityDocument& document, ImportServices services);

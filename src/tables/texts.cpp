@@ -105,7 +105,7 @@ const char* roleName(ColumnRole role) {
     return "";
 }
 
-std::string understoodText(const TableReading& reading) {
+std::string formText(const TableReading& reading) {
     const auto& names = separatorNames();
     const auto name = std::find_if(names.begin(), names.end(), [&](const SeparatorName& each) {
         return each.separator == reading.form.separator;
@@ -116,6 +116,11 @@ std::string understoodText(const TableReading& reading) {
     if (reading.form.encoding != TableEncoding::utf8) {
         text += std::string(", ") + encodingName(reading.form.encoding);
     }
+    return text;
+}
+
+std::string understoodText(const TableReading& reading) {
+    const std::string text = formText(reading);
     switch (reading.layout) {
         case TableLayout::censusRows:
             return text + "; a row for each census";

@@ -22,6 +22,9 @@ const char* encodingName(TableEncoding encoding);
 const char* layoutName(TableLayout layout);
 const char* roleName(ColumnRole role);
 
+// "semicolons, decimal comma, Windows-1252".
+std::string formText(const TableReading& reading);
+
 // "semicolons, decimal comma, Windows-1252; a row for each census".
 std::string understoodText(const TableReading& reading);
 

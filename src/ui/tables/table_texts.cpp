@@ -1,0 +1,161 @@
+#include "ui/tables/table_texts.h"
+
+#include "tables/texts.h"
+#include "ui/kit/look.h"
+#include "ui/tables/table_preview.h"
+
+namespace zorvel {
+
+std::vector<ColumnRole> rolesIn(TableLayout layout) {
+    using enum ColumnRole;
+    switch (layout) {
+        case TableLayout::censusRows:
+            return {count, census, latitude, longitude, date,   year,
+                    month, day,    notes,    total,     ignored};
+        case TableLayout::speciesRows:
+            return {count, species, genus, total, ignored};
+        case TableLayout::records:
+            return {census, species, genus, count, latitude, longitude, date,
+                    year,   month,   day,   notes, status,   included,  ignored};
+    }
+    return {};
+}
+
+QString roleCaption(TableLayout layout, ColumnRole role) {
+    switch (role) {
+        case ColumnRole::count:
+            return layout == TableLayout::censusRows    ? "Species"
+                   : layout == TableLayout::speciesRows ? "Census"
+                                                        : "Count";
+        case ColumnRole::census:
+            return "Census name";
+        case ColumnRole::genus:
+            return "Genus";
+        case ColumnRole::species:
+            return "Species name";
+        case ColumnRole::latitude:
+            return "Latitude";
+        case ColumnRole::longitude:
+            return "Longitude";
+        case ColumnRole::date:
+            return "Date";
+        case ColumnRole::year:
+            return "Year";
+        case ColumnRole::month:
+            return "Month";
+        case ColumnRole::day:
+            return "Day";
+        case ColumnRole::notes:
+            return "Notes";
+        case ColumnRole::status:
+            return "Present or absent";
+        case ColumnRole::included:
+            return "Included in metrics";
+        case ColumnRole::total:
+            return "Total";
+        case ColumnRole::ignored:
+            return "Left out";
+    }
+    return {};
+}
+
+QColor roleColor(ColumnRole role, const QPalette& palette) {
+    const bool dark = schemeOf(palette) == ColorScheme::dark;
+    const LookColors& look = lookColors(palette);
+    switch (role) {
+        case ColumnRole::count:
+            return look.accent;
+        case ColumnRole::census:
+            return dark ? "#6aa9e9" : "#2a6db0";
+        case ColumnRole::genus:
+        case ColumnRole::species:
+            return dark ? "#b594e6" : "#7449b8";
+        case ColumnRole::latitude:
+        case ColumnRole::longitude:
+            return dark ? "#d9a05b" : "#9c5f14";
+        case ColumnRole::date:
+        case ColumnRole::year:
+        case ColumnRole::month:
+        case ColumnRole::day:
+            return dark ? "#5dc0c4" : "#177a80";
+        case ColumnRole::notes:
+        case ColumnRole::status:
+        case ColumnRole::included:
+            return dark ? "#c3b04c" : "#7a6a08";
+        case ColumnRole::total:
+        case ColumnRole::ignored:
+            break;
+    }
+    return look.border;
+}
+
+QColor roleTint(ColumnRole role, const QPalette& palette) {
+    const bool isRead = role != ColumnRole::ignored && role != ColumnRole::total;
+    QColor tint = roleColor(role, palette);
+    tint.setAlphaF(isRead ? 0.10F : 0.05F);
+    return tint;
+}
+
+DoubtQuestion questionOf(TableDoubt doubt, const TableReading& reading) {
+    DoubtQuestion question;
+    const auto ask = [&](const QString& what) {
+        question.text = QString("Zorvel is not sure %1. Choose.").arg(what);
+    };
+    const auto add = [&](const QString& title, std::function<void(TableCorrections&)> correct) {
+        question.answers.push_back({title, std::move(correct)});
+    };
+    switch (doubt) {
+        case TableDoubt::separator:
+            ask("which character separates the cells");
+            for (const SeparatorName& each : separatorNames()) {
+                QString title = each.plural;
+                title[0] = title[0].toUpper();
+                add(title, [separator = each.separator](TableCorrections& corrections) {
+                    corrections.choices.separator = separator;
+                });
+            }
+            break;
+        case TableDoubt::layout: {
+            const QString columns = QString::fromStdString(countColumnsText(reading));
+            ask(QString("whether %1 are censuses or species").arg(columns));
+            const auto set = [](TableLayout layout) {
+                return [layout](TableCorrections& corrections) {
+                    corrections.choices.layout = layout;
+                };
+            };
+            add("Censuses", set(TableLayout::speciesRows));
+            add("Species", set(TableLayout::censusRows));
+            break;
+        }
+        case TableDoubt::dateOrder: {
+            ask("whether dates such as 3/4/2021 begin with the day or the month");
+            const auto set = [](DateOrder order) {
+                return [order](TableCorrections& corrections) { corrections.dateOrder = order; };
+            };
+            add("Day first", set(DateOrder::dayFirst));
+            add("Month first", set(DateOrder::monthFirst));
+            break;
+        }
+        case TableDoubt::thousandsMark: {
+            // The mark in question; the other one then is the decimal mark.
+            const char mark = reading.thousandsMark != 0   ? reading.thousandsMark
+                              : reading.decimalMark == ',' ? ','
+                                                           : '.';
+            const char other = mark == ',' ? '.' : ',';
+            const QString number = QString("1%1234").arg(QLatin1Char(mark));
+            ask(QString("whether %1 is a whole number").arg(number));
+            add("1234", [=](TableCorrections& corrections) {
+                corrections.thousandsMark = mark;
+                corrections.decimalMark = other;
+            });
+            add(QString("1 and a fraction"), [=](TableCorrections& corrections) {
+                corrections.thousandsMark = 0;
+                corrections.decimalMark = mark;
+            });
+            break;
+        }
+    }
+    return question;
+}
+
+}  // namespace zorvel

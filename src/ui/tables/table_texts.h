@@ -1,0 +1,38 @@
+// Words and colours of the window for tables: the roles of columns and the questions that are in
+// doubt. Main thread.
+#pragma once
+
+#include <QColor>
+#include <QPalette>
+#include <QString>
+#include <functional>
+#include <vector>
+
+#include "tables/guess.h"
+#include "tables/reading.h"
+#include "ui/tables/table_corrections.h"
+
+namespace zorvel {
+
+// Those that a column may have in the layout, in the order in which they are offered.
+std::vector<ColumnRole> rolesIn(TableLayout layout);
+
+// "Census name". A column of counts is called after what its header names.
+QString roleCaption(TableLayout layout, ColumnRole role);
+
+// Strong enough for a mark on the ground of a table; the same for roles that belong together.
+QColor roleColor(ColumnRole role, const QPalette& palette);
+// The ground of the cells of a column.
+QColor roleTint(ColumnRole role, const QPalette& palette);
+
+struct DoubtAnswer {
+    QString title;
+    std::function<void(TableCorrections& corrections)> correct;
+};
+struct DoubtQuestion {
+    QString text;
+    std::vector<DoubtAnswer> answers;
+};
+DoubtQuestion questionOf(TableDoubt doubt, const TableReading& reading);
+
+}  // namespace zorvel
