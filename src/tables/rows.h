@@ -4,9 +4,13 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
+
+#include "base/result.h"
 
 namespace zorvel {
 
@@ -42,6 +46,8 @@ class RowSource {
 
     // False after the last row; row is then undefined.
     virtual bool next(TableRow& row) = 0;
+    // After that: why it is not the last row of the table.
+    [[nodiscard]] virtual std::optional<Problem> problem() const { return std::nullopt; }
 };
 
 // Puts up to size bytes at the place and returns their number; 0 at the end.
