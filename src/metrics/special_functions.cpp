@@ -1,0 +1,85 @@
+#include "metrics/special_functions.h"
+
+#include <array>
+#include <cmath>
+#include <limits>
+
+namespace zorvel {
+
+namespace {
+
+constexpr double eulerGamma = 0.57721566490153286061;
+constexpr double epsilon = std::numeric_limits<double>::epsilon() / 2;
+
+// ln Gamma(y + 1) - (y + 1/2) ln y + y - ln sqrt(2 pi) for large y (Stirling).
+double stirlingCorrection(double y) {
+    const double square = 1 / (y * y);
+    return (1.0 / 12 - square * (1.0 / 360 - square * (1.0 / 1260 - square * (1.0 / 1680)))) / y;
+}
+
+double logGamma(double x) {
+    int sign = 0;
+    return lgamma_r(x, &sign);  // std::lgamma writes a variable that threads share
+}
+
+}  // namespace
+
+double digamma(double x) {
+    double below = 0;
+    for (; x < 12; ++x) below += 1 / x;
+    constexpr std::array<double, 7> terms{1.0 / 12,  -1.0 / 120,     1.0 / 252, -1.0 / 240,
+                                          1.0 / 132, -691.0 / 32760, 1.0 / 12};
+    const double square = 1 / (x * x);
+    double sum = 0;
+    for (std::size_t i = terms.size(); i > 0; --i) sum = (sum + terms[i - 1]) * square;
+    return std::log(x) - 0.5 / x - sum - below;
+}
+
+double logGammaRatio(double x, double q) {
+    if (x < 20) return logGamma(x + 1) - logGamma(x + 1 - q);
+    const double y = x - q;
+    return q * std::log(y) + (x + 0.5) * std::log1p(q / y) - q + stirlingCorrection(x) -
+           stirlingCorrection(y);
+}
+
+// Lentz's method for 1 / (1 + d1 w / (1 + d2 w / (1 + ...))).
+double hypergeometricTail(double q, double c, double w) {
+    double value = 1;
+    double numerator = 1;
+    double denominator = 0;
+    double term = 1;
+    for (double j = 0;; ++j) {
+        for (const bool odd : {true, false}) {
+            // The partial numerators d_(2j+1) w and d_(2j+2) w.
+            if (j > 0 || !odd) {
+                const double i = odd ? j : j + 1;
+                term = odd ? (q + i) * (c - 1 + i) / ((c + 2 * i - 1) * (c + 2 * i))
+                           : i * (c - q + i - 1) / ((c + 2 * i - 2) * (c + 2 * i - 1));
+            } else {
+                term = q / c;
+            }
+            denominator = 1 / (1 + term * w * denominator);
+            numerator = 1 + term * w / numerator;
+            const double change = numerator * denominator;
+            value *= change;
+            if (std::fabs(change - 1) <= epsilon) return 1 / value;
+        }
+    }
+}
+
+double entropyTail(double n, double a) {
+    const double found = 1 - a;
+    if (found <= 0) return 0;
+    if (n * a > 1) return found / a / n * hypergeometricTail(1, n + 1, found / a);
+    // The sum over k >= 1 of C(n - 1, k) (-a)^k / k; its terms fall at least as 1 / k!.
+    double power = 1;
+    double sum = 0;
+    for (double k = 1; k < n; ++k) {
+        power *= -a * (n - k) / k;
+        sum += power / k;
+        if (std::fabs(power) < epsilon * std::fabs(sum)) break;
+    }
+    return std::exp((1 - n) * std::log1p(-a)) * (-std::log(a) - digamma(n) - eulerGamma - sum);
+}
+
+}  // namespace zorvel
