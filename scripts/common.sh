@@ -9,7 +9,7 @@ logs=$root/build/logs
 
 # The compiler, the build tools and the libraries of both programs.
 build_packages=(g++ cmake ninja-build qt6-base-dev qt6-svg-dev libsqlite3-dev
-  libutf8proc-dev libcli11-dev)
+  libutf8proc-dev libcli11-dev libzip-dev libexpat1-dev)
 # A virtual desktop: a display, a window manager, tools for keys and the clipboard, and Python.
 desktop_packages=(xvfb openbox xdotool xclip python3)
 # Additional packages for the tests: GoogleTest, a JSON parser, a locale with a decimal comma, time

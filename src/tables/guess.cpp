@@ -509,6 +509,7 @@ class Guesser {
     Guesser(const TableSample& sample, const TextForm& form, const TableChoices& choices)
         : sample_(sample), choices_(choices) {
         guess_.reading.form = form;
+        guess_.reading.sheet = sample.sheet;
     }
 
     TableGuess guess() {
@@ -669,7 +670,9 @@ class Guesser {
             const bool sure = found.commas > 0 || found.points > 0 || found.severalGroups > 0;
             if (!sure) doubt(TableDoubt::thousandsMark);
         }
-        if (groups == 0 && (point ? found.pointGroups : found.commaGroups) > 0) {
+        // A number of a workbook has no other point than that of a fraction.
+        const std::size_t likeGroups = point ? found.pointGroups : found.commaGroups;
+        if (groups == 0 && likeGroups > 0 && reading.sheet.empty()) {
             doubt(TableDoubt::thousandsMark);
         }
     }
@@ -755,8 +758,13 @@ TableEncoding guessEncoding(std::string_view bytes, bool whole) {
 TableSample sampleRows(RowSource& source, bool whole) {
     TableSample sample;
     TableRow row;
+    std::size_t cells = 0;
+    std::size_t bytes = 0;
     while (source.next(row)) {
-        if (sample.rows.size() == TableSample::mostRows) {
+        cells += row.cells.size();
+        for (const std::string_view cell : row.cells) bytes += cell.size();
+        if (sample.rows.size() == TableSample::mostRows || cells > TableSample::mostCells ||
+            bytes > 4 * TableSample::mostBytes) {
             sample.whole = false;
             return sample;
         }

@@ -22,8 +22,12 @@ struct TableSample {
         std::size_t number = 0;
         std::vector<std::string> cells;
     };
+    // As many as fit in memory well: cells of workbooks may be repeated without end.
+    static constexpr std::size_t mostCells = mostBytes;
+
     std::vector<Row> rows;
     bool whole = true;  // there are no others
+    std::string sheet;  // of a workbook, its name
 };
 
 // What the user has settled; the rest is guessed.

@@ -42,7 +42,8 @@ enum class SameRule { sum, apart };
 enum class UnnamedRule { problem, rowNumber, above };
 
 struct TableReading {
-    TextForm form;
+    TextForm form;      // of a text
+    std::string sheet;  // of a workbook, its name; empty: the table is a text
     TableLayout layout = TableLayout::censusRows;
     std::size_t firstRow = 1;  // the first header row, or the first row of data without a header
     std::size_t lastRow = 0;   // 0: to the end

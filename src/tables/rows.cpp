@@ -72,6 +72,18 @@ bool isBlank(char c) {
     return c == ' ' || c == '\t';
 }
 
+// CR LF is one.
+std::size_t lineBreaks(std::string_view text) {
+    std::size_t count = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        count +=
+            text[i] == '\n' || (text[i] == '\r' && (i + 1 == text.size() || text[i + 1] != '\n'));
+    }
+    return count;
+}
+
+}  // namespace
+
 std::string_view withoutBlanks(std::string_view cell) {
     constexpr std::string_view noBreakSpace = "\u00A0";
     for (;;) {
@@ -90,18 +102,6 @@ std::string_view withoutBlanks(std::string_view cell) {
         }
     }
 }
-
-// CR LF is one.
-std::size_t lineBreaks(std::string_view text) {
-    std::size_t count = 0;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        count +=
-            text[i] == '\n' || (text[i] == '\r' && (i + 1 == text.size() || text[i + 1] != '\n'));
-    }
-    return count;
-}
-
-}  // namespace
 
 ByteSource bytesOf(std::string_view bytes) {
     return [bytes](char* place, std::size_t size) mutable {

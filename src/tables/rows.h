@@ -50,6 +50,9 @@ class RowSource {
     [[nodiscard]] virtual std::optional<Problem> problem() const { return std::nullopt; }
 };
 
+// A cell without the blanks and line breaks around its text.
+std::string_view withoutBlanks(std::string_view cell);
+
 // Puts up to size bytes at the place and returns their number; 0 at the end.
 using ByteSource = std::function<std::size_t(char* bytes, std::size_t size)>;
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "base/numbers.h"
+#include "base/text.h"
 
 namespace zorvel {
 namespace {
@@ -106,6 +107,7 @@ const char* roleName(ColumnRole role) {
 }
 
 std::string formText(const TableReading& reading) {
+    if (!reading.sheet.empty()) return "sheet \"" + terminalLine(reading.sheet) + "\"";
     const auto& names = separatorNames();
     const auto name = std::find_if(names.begin(), names.end(), [&](const SeparatorName& each) {
         return each.separator == reading.form.separator;

@@ -22,7 +22,7 @@ const char* encodingName(TableEncoding encoding);
 const char* layoutName(TableLayout layout);
 const char* roleName(ColumnRole role);
 
-// "semicolons, decimal comma, Windows-1252".
+// "semicolons, decimal comma, Windows-1252", or "sheet "North"".
 std::string formText(const TableReading& reading);
 
 // "semicolons, decimal comma, Windows-1252; a row for each census".

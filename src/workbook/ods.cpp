@@ -1,0 +1,297 @@
+#include "workbook/ods.h"
+
+#include <algorithm>
+#include <set>
+#include <utility>
+
+#include "workbook/values.h"
+
+namespace zorvel {
+namespace {
+
+// "PT14H05M09S" as "14:05:09".
+std::string durationText(std::string_view duration) {
+    std::string text;
+    std::string digits;
+    for (const char c : duration) {
+        if (c >= '0' && c <= '9') {
+            digits += c;
+        } else if (c == 'H' || c == 'M' || c == 'S' || c == '.') {
+            if (c == 'S' && (digits == "00" || text.size() > 5)) break;
+            if (!text.empty()) text += ':';
+            text += digits.size() < 2 ? std::string(2 - digits.size(), '0') + digits : digits;
+            digits.clear();
+            if (c == '.') break;
+        }
+    }
+    return text;
+}
+
+class OdsSheet final : public SheetReader {
+  public:
+    OdsSheet(ArchiveFile file, std::size_t sheet, const WorkbookLimits& limits,
+             const std::stop_token& stop)
+        : SheetReader(std::move(file), limits, stop), wanted_(sheet) {}
+
+  private:
+    // Elements of tables, while no cell is open.
+    void start(std::string_view name, const XmlAttributes& attributes) override {
+        if (inCell_) {
+            startInCell(name, attributes);
+        } else if (name == "table") {
+            if (tables_++ == 0) inSheet_ = sheets_++ == wanted_;
+        } else if (inSheet_ && tables_ == 1) {
+            if (name == "table-row") {
+                beginRow(attributes);
+            } else if (inRow_ && (name == "table-cell" || name == "covered-table-cell")) {
+                beginCell(attributes, name == "covered-table-cell");
+            }
+        }
+    }
+
+    void end(std::string_view name) override {
+        if (inCell_) {
+            endInCell();
+        } else if (name == "table") {
+            if (--tables_ == 0) inSheet_ = false;
+        } else if (name == "table-row" && inRow_) {
+            inRow_ = false;
+            endRow();
+        }
+    }
+
+    void text(std::string_view text) override {
+        if (!inCell_ || paragraph_ == 0 || skipped_ != 0) return;
+        for (const char c : text) {
+            const bool blank = c == ' ' || c == '\t' || c == '\n' || c == '\r';
+            if (!blank) {
+                text_ += c;
+            } else if (!text_.empty() && !afterBlank_) {
+                text_ += ' ';
+            }
+            afterBlank_ = blank;
+        }
+        checkSize();
+    }
+
+    void checkSize() {
+        if (text_.size() > limits().cellBytes) fail("has a cell of more than 1 MB");
+    }
+
+    void beginRow(const XmlAttributes& attributes) {
+        const std::size_t number = next_;
+        const std::size_t repeats = attributes.number("number-rows-repeated", 1);
+        // Sheets end with empty rows that reach beyond the last.
+        next_ += std::clamp<std::size_t>(repeats, 1, 2 * SheetRow::mostRows);
+        next_ = std::min(next_, 4 * SheetRow::mostRows);
+        column_ = 0;
+        inRow_ = true;
+        row().begin(number);
+        row().repeats = next_ - number;
+    }
+
+    void beginCell(const XmlAttributes& attributes, bool covered) {
+        inCell_ = true;
+        level_ = 1;
+        paragraph_ = 0;
+        paragraphs_ = 0;
+        skipped_ = 0;
+        text_.clear();
+        cell_ = column_;
+        covered_ = covered;
+        const std::size_t repeats = attributes.number("number-columns-repeated", 1);
+        column_ += std::clamp<std::size_t>(repeats, 1, 2 * SheetRow::mostColumns);
+        column_ = std::min(column_, 4 * SheetRow::mostColumns);
+        type_.clear();
+        value_.clear();
+        hasValue_ = false;
+        formula_.clear();
+        const std::size_t spanned = attributes.number("number-columns-spanned", 1);
+        if (!covered && spanned > 1) {
+            row().merge(cell_, cell_ + std::min(spanned, SheetRow::mostColumns));
+        }
+        for (const char* const* pair = attributes.pairs(); *pair != nullptr; pair += 2) {
+            const std::string_view full = pair[0];
+            const std::string_view name = withoutPrefix(full);
+            if (full.starts_with("calcext:")) continue;
+            if (name == "value-type") {
+                type_ = pair[1];
+            } else if (name == "formula") {
+                formula_ = pair[1];
+            } else if (name == "value" || name == "date-value" || name == "time-value" ||
+                       name == "boolean-value" || name == "string-value") {
+                value_ = pair[1];
+                hasValue_ = true;
+            }
+        }
+    }
+
+    // Of the elements in a cell its paragraphs are its text, without remarks and the reading aids
+    // of ruby text.
+    void startInCell(std::string_view name, const XmlAttributes& attributes) {
+        ++level_;
+        if (skipped_ != 0) return;
+        if (level_ == 2) {
+            if (name == "p") {
+                if (paragraphs_++ > 0) text_ += '\n';
+                paragraph_ = level_;
+                afterBlank_ = true;
+            } else {
+                skipped_ = level_;
+            }
+        } else if (name == "s") {
+            const std::size_t count = attributes.number("c", 1);
+            text_.append(std::min(count, limits().cellBytes + 1), ' ');
+            checkSize();
+        } else if (name == "tab") {
+            text_ += '\t';
+        } else if (name == "line-break") {
+            text_ += '\n';
+        } else if (name == "annotation" || name == "note" || name == "ruby-text") {
+            skipped_ = level_;
+        }
+    }
+
+    void endInCell() {
+        if (skipped_ == level_) skipped_ = 0;
+        if (paragraph_ == level_) paragraph_ = 0;
+        if (--level_ > 0) return;
+        inCell_ = false;
+        if (covered_) return;
+        const std::string text = cellText();
+        if (text.empty()) return;
+        if (!isPlace(row().number + row().repeats - 1, column_ - 1)) return;
+        row().addCopy(cell_, column_ - cell_, text);
+    }
+
+    std::string cellText() {
+        // The value of an error is 0 or empty.
+        const bool error =
+            text_.starts_with("Err:") || (text_.size() > 2 && text_[0] == '#' && text_[1] >= 'A' &&
+                                          text_[1] <= 'Z' && !formula_.empty());
+        if (error) return text_;
+        if (hasValue_ && (type_ == "float" || type_ == "percentage" || type_ == "currency")) {
+            row().noteNumber();
+            return numberText(value_);
+        }
+        if (hasValue_ && type_ == "date") return isoDateText(value_);
+        if (hasValue_ && type_ == "time") return durationText(value_);
+        if (hasValue_ && type_ == "boolean") return value_ == "true" ? "TRUE" : "FALSE";
+        if (paragraphs_ > 0) return text_;
+        if (!hasValue_ && !formula_.empty()) {
+            return formula_.substr(std::min(formula_.find('='), formula_.size()));
+        }
+        return value_;
+    }
+
+    std::size_t wanted_;
+    std::size_t sheets_ = 0;  // begun
+    std::size_t tables_ = 0;  // open
+    std::size_t next_ = 1;    // row
+    std::size_t column_ = 0;  // after the last cell
+    bool inSheet_ = false;
+    bool inRow_ = false;
+
+    bool inCell_ = false;
+    bool covered_ = false;
+    std::size_t cell_ = 0;
+    std::size_t level_ = 0;      // of open elements, the cell included
+    std::size_t paragraph_ = 0;  // the level of the open one
+    std::size_t paragraphs_ = 0;
+    std::size_t skipped_ = 0;  // the level of an element that is left out
+    bool afterBlank_ = false;
+    bool hasValue_ = false;
+    std::string type_;
+    std::string value_;
+    std::string formula_;
+    std::string text_;
+};
+
+// 0 where it is not said.
+std::size_t statedSheets(const Archive& archive, const WorkbookLimits& limits,
+                         const std::stop_token& stop) {
+    std::size_t count = 0;
+    if (!archive.has("meta.xml")) return 0;
+    scanElements(archive.file("meta.xml"), limits, stop,
+                 [&count](std::string_view name, const XmlAttributes& attributes) {
+                     if (name == "document-statistic") count = attributes.number("table-count", 0);
+                     return true;
+                 });
+    return count;
+}
+
+// Lists the tables of the document, without those within others.
+class SheetList final : public XmlReader {
+  public:
+    SheetList(ArchiveFile file, std::size_t stated, const WorkbookLimits& limits,
+              const std::stop_token& stop)
+        : XmlReader(std::move(file), limits, stop), stated_(stated) {}
+
+    std::vector<SheetInfo> sheets;
+    bool isSpreadsheet = false;
+
+  private:
+    void start(std::string_view name, const XmlAttributes& attributes) override {
+        if (name == "style") {
+            style_ = attributes.text("name");
+        } else if (name == "table-properties" && attributes.text("display") == "false") {
+            hidden_.insert(style_);
+        } else if (name == "spreadsheet") {
+            isSpreadsheet = true;
+        } else if (name == "table" && isSpreadsheet && tables_++ == 0) {
+            const bool hidden = hidden_.contains(std::string(attributes.text("style-name")));
+            sheets.push_back({std::string(attributes.text("name")), hidden, true});
+            if (sheets.size() > limits().entries) fail("has too many sheets");
+        } else if (tables_ > 0 && (name == "p" || attributes.find("value-type"))) {
+            sheets.back().empty = false;
+            endWhereComplete();
+        }
+    }
+    void end(std::string_view name) override {
+        if (name == "table" && tables_ > 0 && --tables_ == 0) endWhereComplete();
+    }
+    void endWhereComplete() {
+        if (sheets.size() == stated_) finish();
+    }
+
+    std::size_t stated_;
+    std::size_t tables_ = 0;
+    std::string style_;
+    std::set<std::string> hidden_;
+};
+
+}  // namespace
+
+bool isEncryptedOds(const Archive& archive, const WorkbookLimits& limits,
+                    const std::stop_token& stop) {
+    const char* const manifest = "META-INF/manifest.xml";
+    if (archive.has("encrypted-package")) return true;
+    bool encrypted = false;
+    if (!archive.has(manifest)) return false;
+    scanElements(archive.file(manifest), limits, stop,
+                 [&encrypted](std::string_view name, const XmlAttributes& /*attributes*/) {
+                     encrypted |= name == "encryption-data";
+                     return !encrypted;
+                 });
+    return encrypted;
+}
+
+Result<std::vector<SheetInfo>> readOdsSheets(const Archive& archive, const WorkbookLimits& limits,
+                                             const std::stop_token& stop) {
+    Result<ArchiveFile> file = archive.file("content.xml");
+    if (!file) return file.problem();
+    SheetList list(std::move(file).value(), statedSheets(archive, limits, stop), limits, stop);
+    list.advance();
+    if (list.problem()) return *list.problem();
+    if (!list.isSpreadsheet) {
+        return Problem{"is a document without sheets: save its table as .xlsx or .ods"};
+    }
+    return std::move(list.sheets);
+}
+
+std::unique_ptr<SheetReader> odsSheet(ArchiveFile file, std::size_t sheet,
+                                      const WorkbookLimits& limits, const std::stop_token& stop) {
+    return std::make_unique<OdsSheet>(std::move(file), sheet, limits, stop);
+}
+
+}  // namespace zorvel
