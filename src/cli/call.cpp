@@ -16,8 +16,9 @@
 namespace zorvel::cli {
 namespace {
 
-const std::array commands = {&metricsCommand, &summaryCommand, &rarefactionCommand, &projectCommand,
-                             &matrixCommand,  &recordsCommand, &importCommand};
+const std::array commands = {&metricsCommand, &summaryCommand,   &rarefactionCommand,
+                             &projectCommand, &diversityCommand, &matrixCommand,
+                             &recordsCommand, &importCommand};
 
 struct KindName {
     const char* name;
@@ -136,6 +137,7 @@ void addFiles(CLI::App& sub, const Command& command, Call& call) {
 std::vector<const char*> refusedOptions(const Command& command) {
     if (command.import) return {"--size", "--quota", "--seed", "--json", "--output"};
     if (command.refusesJson) return {"--json"};
+    if (command.takesDiversity) return {"--size", "--quota"};
     return {};
 }
 
@@ -145,13 +147,22 @@ void addCommand(CLI::App& app, const Command& command, Call& call) {
     CLI::Option* census = nullptr;
     if (command.takesCensus) {
         census = sub->add_option("--census", call.census,
-                                 "The census to take, the first of this name\n"
-                                 "(default: the first of the file)")
+                                 command.takesDiversity
+                                     ? "Only this census, the first of this name (default: each\n"
+                                       "census of the file)"
+                                     : "The census to take, the first of this name\n"
+                                       "(default: the first of the file)")
                      ->type_name("NAME");
     }
     if (command.takesSamples) {
-        sub->add_flag("--samples", call.samples, "Rarefy over the censuses (at least five)")
+        sub->add_flag("--samples", call.samples,
+                      command.takesDiversity ? "Over the censuses: presence and absence of species"
+                                             : "Rarefy over the censuses (at least five)")
             ->excludes(census);
+    }
+    if (command.takesDiversity) {
+        addDiversityOptions(*sub, call.diversity);
+        sub->get_option("--pooled")->excludes(census)->excludes("--samples");
     }
     addCommonOptions(*sub, call);
     for (const char* option : refusedOptions(command)) sub->get_option(option)->group("");
@@ -189,15 +200,19 @@ void checkImport(const CLI::App& sub, const Call& call) {
     }
 }
 
+const char* whyRefused(const Command& command) {
+    if (command.import) return " writes no result";
+    return command.refusesJson ? " is written as text only" : " does not use it";
+}
+
 void checkCall(const CLI::App& app, const Call& call) {
     const CLI::App& sub = *app.get_subcommand(call.command->name);
     checkGivenOnce(app, sub);
     for (const char* option : refusedOptions(*call.command)) {
         if (app.count(option) + sub.count(option) == 0) continue;
         if (call.table.preview && std::string_view(option) == "--json") continue;
-        throw CLI::ValidationError(
-            option, std::string(call.command->name) +
-                        (call.command->import ? " writes no result" : " is written as text only"));
+        throw CLI::ValidationError(option,
+                                   std::string(call.command->name) + whyRefused(*call.command));
     }
     for (const std::string& file : call.files) checkFileName("FILE", file);
     if (call.output) checkFileName("--output", *call.output);

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "base/result.h"
+#include "cli/diversity.h"
 #include "cli/output.h"
 #include "cli/project.h"
 #include "cli/tables.h"
@@ -34,6 +35,7 @@ struct Call {
     std::string into;      // the project of an import
     bool isTable = false;  // the files are tables of any layout
     TableOptions table;
+    DiversityOptions diversity;
 };
 
 // A call that is answered without running a command: help or version on standard output, or what is
@@ -57,6 +59,7 @@ struct Command {
     const char* example;  // arguments of a typical call, after the program's name
     bool takesCensus = false;
     bool takesSamples = false;
+    bool takesDiversity = false;
     bool refusesJson = false;
     // Writes the result. On a problem nothing has been written.
     std::optional<Problem> (*run)(const Call& call, Project& project, Output& output) = nullptr;
@@ -68,6 +71,7 @@ struct Command {
 extern const Command metricsCommand;
 extern const Command summaryCommand;
 extern const Command rarefactionCommand;
+extern const Command diversityCommand;
 extern const Command projectCommand;
 extern const Command matrixCommand;
 extern const Command recordsCommand;

@@ -18,8 +18,8 @@ using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
 const std::vector<const cli::Command*> commands = {
-    &cli::metricsCommand, &cli::summaryCommand, &cli::rarefactionCommand, &cli::projectCommand,
-    &cli::matrixCommand,  &cli::recordsCommand, &cli::importCommand};
+    &cli::metricsCommand,   &cli::summaryCommand, &cli::rarefactionCommand, &cli::projectCommand,
+    &cli::diversityCommand, &cli::matrixCommand,  &cli::recordsCommand,     &cli::importCommand};
 
 // Arguments without spaces in them.
 std::vector<std::string> wordsOf(const std::string& text) {
@@ -74,6 +74,13 @@ TEST(Call, WrongOnesAreRefused) {
         {"import a --preview", "--preview: is for tables: give --table"},
         {"import a --table --kind list --into p", "--table: and --kind exclude each other"},
         {"import - - --into p", "FILE: standard input can be read only once"},
+        {"diversity a --at-size 0.5", "--at-size: '0.5' is not a number from 1 to 10^18"},
+        {"diversity a --at-coverage 1.1", "--at-coverage: '1.1' is not common or a number"},
+        {"diversity a --curve order", "--curve: 'order' is neither size nor coverage"},
+        {"diversity a --profile --at-size 9", "only one of --at-size, --at-coverage"},
+        {"diversity a --samples --pooled", "--pooled"},
+        {"diversity a --size 5", "--size: diversity does not use it"},
+        {"diversity a --replicates 2.5", "--replicates: '2.5' is not a whole number"},
         {"--size 3 import a --into p", "--size: import writes no result"},
         {"import a --into p --output -", "--output: import writes no result"},
     };

@@ -181,6 +181,48 @@ class Results(unittest.TestCase):
             self.assertEqual(point["sampleSize"], size)
             self.assertAlmostEqual(point["estimate"], estimate, 12)
 
+    def test_diversity_is_whole(self):
+        head = "census,individuals,richness,coverage,coverageAtTwice,q0,q1,q2,"
+        estimates = "q0Estimated,q1Estimated,q2Estimated\n"
+        self.assertEqual(call("diversity three.csv"), (0, head + estimates + (
+            "North,22,6,0.9132,0.9688,6.000,4.331,3.457,7.909,5.173,3.915\n"
+            "Empty,0,0,-,-,-,-,-,-,-,-\n"
+            'Caf\u00e9 Sud,3,2,0.8333,0.9792,2.000,1.890,1.800,2.333,2.520,3.000\n'), ""))
+        self.assertEqual(
+            call("diversity five.csv --samples")[1].splitlines()[1],
+            "all censuses,5,12,4,0.9444,0.9927,4.000,3.444,3.130,4.400,3.815,3.388")
+        self.assertEqual(call("diversity pooled.csv --pooled")[1].splitlines()[1].split(",")[:3],
+                         ["all censuses", "23", "3"])
+        self.assertEqual(call('diversity - --at-size 2 --replicates 0', stdin=' ,a,b\n"A, ""x""",3,1\n')[1]
+                         .splitlines()[1], '"A, ""x""",0.7500,2,rarefied,1.500,-,-,-,-,1.414,-,-,-,-,1.333,-,-,-,-')
+
+    def test_diversity_at_equal_coverage(self):
+        rows = values("diversity three.csv --at-coverage 1")
+        reasons = [{point.get("reason") for point in row["points"]} for row in rows]
+        self.assertEqual(reasons[1], {"There are no species."})
+        self.assertRegex(reasons[0].pop(), "^This coverage would need more than any sample")
+        self.assertEqual([len(row["points"]) for row in rows], [3, 3, 3])
+        common = values("diversity --at-coverage common --seed 3", mites)
+        self.assertEqual({round(row["points"][0]["coverage"], 3) for row in common}, {0.892})
+        for row in common:
+            for point in row["points"]:
+                self.assertLessEqual(point["lower99"], point["lower95"])
+                self.assertLess(point["lower95"], point["estimate"])
+                self.assertEqual(point["beyondTwice"], point["sampleSize"] > 2 * row["individuals"])
+        again = values("diversity --at-coverage common --seed 3", "--census", "Core 12", mites)
+        self.assertNotEqual(common[11]["points"], again[0]["points"], "alone it reaches further")
+        for curve in ("size", "coverage"):
+            points = values(f"diversity --curve {curve} --replicates 20", "--census", "Core 1",
+                            mites)[0]["points"]
+            self.assertEqual(len(points), 123)
+            self.assertEqual([points[i]["method"] for i in (0, 20, 40)],
+                             ["rarefied", "observed", "extrapolated"])
+        profile = values("diversity --profile", "--census", "Core 1", mites)[0]["points"]
+        self.assertEqual([profile[i]["order"] for i in (0, 1, 20)], [0, 0.1, 2])
+        summary = values("diversity", "--census", "Core 1", mites)[0]
+        self.assertEqual(summary["observed"]["q1"], profile[10]["observed"])
+        self.assertAlmostEqual(summary["chaoOne"]["estimate"], 22.5, 12)
+
     def test_a_seed_fixes_sqs(self):
         sqs = lambda *seed: {row["census"]: row["alroySQS"] for row in values("metrics", mites, *seed)}
         seeded = sqs("--seed", "5")

@@ -1,0 +1,13 @@
+// Words for diversity at equal size and coverage, the same in window, tool and exports. Any thread.
+#pragma once
+
+#include "metrics/diversity.h"
+
+namespace zorvel {
+
+// A sentence.
+const char* diversityAbsenceText(DiversityAbsence absence, SampleKind kind);
+// "rarefied", "observed" or "extrapolated".
+const char* sampleMethodName(SampleMethod method);
+
+}  // namespace zorvel
