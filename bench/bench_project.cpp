@@ -14,7 +14,7 @@
 
 #include "bench/plain_project_lists.h"
 #include "model/diversity_document.h"
-#include "model/edits.h"
+#include "tests/support/import_censuses.h"
 
 namespace {
 

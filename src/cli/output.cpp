@@ -1,6 +1,5 @@
 #include "cli/output.h"
 
-#include <array>
 #include <cmath>
 #include <utility>
 
@@ -40,29 +39,18 @@ bool mustEscape(char byte) {
 }
 
 void writeEscape(Output& output, char byte) {
+    constexpr std::string_view named = "\"\\\n\r\t";
+    constexpr std::string_view letters = "\"\\nrt";
     constexpr std::string_view digits = "0123456789abcdef";
-    switch (byte) {
-        case '"':
-            output.write("\\\"");
-            return;
-        case '\\':
-            output.write("\\\\");
-            return;
-        case '\n':
-            output.write("\\n");
-            return;
-        case '\r':
-            output.write("\\r");
-            return;
-        case '\t':
-            output.write("\\t");
-            return;
-        default:
-            break;
+    output.write('\\');
+    if (const std::size_t at = named.find(byte); at != std::string_view::npos) {
+        output.write(letters[at]);
+        return;
     }
     const auto code = static_cast<unsigned char>(byte);
-    const std::array<char, 6> escape = {'\\', 'u', '0', '0', digits[code >> 4], digits[code & 15]};
-    output.write({escape.data(), escape.size()});
+    output.write("u00");
+    output.write(digits[code >> 4]);
+    output.write(digits[code & 15]);
 }
 
 }  // namespace

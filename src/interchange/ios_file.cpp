@@ -66,111 +66,90 @@ std::optional<std::vector<SharedText>> taxonNames(std::string_view header, NameP
     return names;
 }
 
-// The values of a numeric tail, one per call.
-class Values {
-  public:
-    explicit Values(std::string_view tail)
-        : rest_(tail),
-          count_(1 + static_cast<std::size_t>(std::count(tail.begin(), tail.end(), ','))) {}
-
-    [[nodiscard]] std::size_t count() const { return count_; }
-    std::string_view next() {
-        const std::size_t end = rest_.find(',');
-        const std::string_view value = rest_.substr(0, end);
-        rest_ = end == std::string_view::npos ? std::string_view() : rest_.substr(end + 1);
-        return value;
+// The pieces between the separators. False if there are more or fewer.
+template <std::size_t Count>
+bool split(std::string_view text, std::string_view separator,
+           std::array<std::string_view, Count>& pieces) {
+    for (std::size_t i = 0; i < Count; ++i) {
+        const std::size_t end = text.find(separator);
+        const bool isLast = end == std::string_view::npos;
+        if (isLast != (i + 1 == Count)) return false;
+        pieces[i] = text.substr(0, end);
+        if (!isLast) text.remove_prefix(end + separator.size());
     }
-
-  private:
-    std::string_view rest_;
-    std::size_t count_;
-};
-
-// Spaces do not count, even between the digits.
-std::optional<std::int64_t> abundanceOf(std::string_view value) {
-    if (value.find(' ') == std::string_view::npos) return parseWholeInteger(value);
-    return parseWholeInteger(without(value, ' '));
+    return true;
 }
 
-// Reads one data line. The parsed result says what is wrong with it; its place has only the cell.
-class DataLine {
-  public:
-    explicit DataLine(const std::vector<SharedText>& names) : names_(names) {}
+// The next of the values of a numeric tail, which is removed from it.
+std::string_view takeValue(std::string_view& tail) {
+    const std::size_t end = std::min(tail.find(','), tail.size());
+    const std::string_view value = tail.substr(0, end);
+    tail.remove_prefix(std::min(end + 1, tail.size()));
+    return value;
+}
 
-    Parsed<MockCensus> read(std::string_view line) {
-        std::array<std::string_view, 4> pieces;
-        if (!cut(line, pieces)) {
-            return refused<MockCensus>("WARNING: incorrect number of items in data line");
+// Spaces do not count, even between the digits.
+Parsed<MockCensus> readAbundances(std::string_view tail, const std::vector<SharedText>& names,
+                                  MockCensus census) {
+    constexpr std::size_t firstCell = 6;
+    Parsed<MockCensus> result;
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        const auto abundance = parseWholeInteger(without(takeValue(tail), ' '));
+        if (!abundance) {
+            return refused<MockCensus>("WARNING: non-integer abundance detected",
+                                       {0, firstCell + i});
         }
-        Parsed<MockCensus> result;
-        MockCensus census;
-        census.name = without(pieces[0], '"');
-        Parsed<TimeStamp> date = parseIOSDate(without(pieces[1], '"'));
-        census.notes = without(pieces[2], '"');
-        if (!date.value) {
-            result.consoleLines = std::move(date.consoleLines);
-            result.consoleLines.emplace_back("WARNING: could not create date");
-            result.place.cell = 2;
-            return result;
-        }
-        census.timeStamp = date.value;
-        return readTail(pieces[3], std::move(census));
+        if (*abundance >= 1) census.taxa.push_back({*abundance, names[i]});
+        if (*abundance == 0) ++result.leftOut.zeroCells;
+        if (*abundance < 0) ++result.leftOut.negativeCells;
     }
+    result.value = std::move(census);
+    return result;
+}
 
-  private:
-    static bool cut(std::string_view line, std::array<std::string_view, 4>& pieces) {
-        for (std::size_t i = 0; i < pieces.size(); ++i) {
-            const std::size_t end = line.find(cellEnd);
-            if ((end == std::string_view::npos) != (i + 1 == pieces.size())) return false;
-            pieces[i] = line.substr(0, end);
-            if (end != std::string_view::npos) line.remove_prefix(end + cellEnd.size());
-        }
-        return true;
+// Latitude, longitude and abundances.
+Parsed<MockCensus> readTail(std::string_view tail, const std::vector<SharedText>& names,
+                            MockCensus census) {
+    constexpr std::size_t latitudeCell = 4;
+    const auto commas = static_cast<std::size_t>(std::count(tail.begin(), tail.end(), ','));
+    if (commas < 2) return refused<MockCensus>("WARNING: too few numerial components");
+    const std::optional<double> latitude = parseWholeDouble(takeValue(tail));
+    if (!latitude) {
+        return refused<MockCensus>("WARNING: non-numerical value of latitude", {0, latitudeCell});
     }
-
-    Parsed<MockCensus> readTail(std::string_view tail, MockCensus census) {
-        constexpr std::size_t latitudeCell = 4;
-        Values values(tail);
-        if (values.count() < 3) return refused<MockCensus>("WARNING: too few numerial components");
-        const std::optional<double> latitude = parseWholeDouble(values.next());
-        if (!latitude) {
-            return refused<MockCensus>("WARNING: non-numerical value of latitude",
-                                       {0, latitudeCell});
-        }
-        const std::optional<double> longitude = parseWholeDouble(values.next());
-        if (!longitude) {
-            return refused<MockCensus>("WARNING: non-numerical value of longitude",
-                                       {0, latitudeCell + 1});
-        }
-        if (values.count() - 2 != names_.size()) {
-            return refused<MockCensus>(
-                "WARNING: number of species in sample doesn't equal the expected number of "
-                "species");
-        }
-        census.latitude = *latitude;
-        census.longitude = *longitude;
-        return readAbundances(values, std::move(census));
+    const std::optional<double> longitude = parseWholeDouble(takeValue(tail));
+    if (!longitude) {
+        return refused<MockCensus>("WARNING: non-numerical value of longitude",
+                                   {0, latitudeCell + 1});
     }
+    if (commas - 1 != names.size()) {
+        return refused<MockCensus>(
+            "WARNING: number of species in sample doesn't equal the expected number of species");
+    }
+    census.latitude = *latitude;
+    census.longitude = *longitude;
+    return readAbundances(tail, names, std::move(census));
+}
 
-    Parsed<MockCensus> readAbundances(Values& values, MockCensus census) {
-        constexpr std::size_t firstCell = 6;
-        Parsed<MockCensus> result;
-        for (std::size_t i = 0; i < names_.size(); ++i) {
-            const std::optional<std::int64_t> abundance = abundanceOf(values.next());
-            if (!abundance) {
-                return refused<MockCensus>("WARNING: non-integer abundance detected",
-                                           {0, firstCell + i});
-            }
-            if (*abundance >= 1) census.taxa.push_back({*abundance, names_[i]});
-            if (*abundance == 0) ++result.leftOut.zeroCells;
-            if (*abundance < 0) ++result.leftOut.negativeCells;
-        }
-        result.value = std::move(census);
+// The result says what is wrong with the line; its place has only the cell.
+Parsed<MockCensus> readDataLine(std::string_view line, const std::vector<SharedText>& names) {
+    std::array<std::string_view, 4> pieces;
+    if (!split(line, cellEnd, pieces)) {
+        return refused<MockCensus>("WARNING: incorrect number of items in data line");
+    }
+    const Parsed<TimeStamp> date = parseIOSDate(without(pieces[1], '"'));
+    if (!date.value) {
+        auto result = refused<MockCensus>("WARNING: could not create date", {0, 2});
+        result.consoleLines.insert(result.consoleLines.begin(), date.consoleLines.begin(),
+                                   date.consoleLines.end());
         return result;
     }
-
-    const std::vector<SharedText>& names_;
-};
+    MockCensus census;
+    census.name = without(pieces[0], '"');
+    census.notes = without(pieces[2], '"');
+    census.timeStamp = date.value;
+    return readTail(pieces[3], names, std::move(census));
+}
 
 // A line without anything in it lacks its items, which says little about why.
 std::string adviceOn(std::string_view line, const Lines& lines) {
@@ -183,28 +162,6 @@ std::string adviceOn(std::string_view line, const Lines& lines) {
 
 constexpr std::array<std::string_view, 12> monthNames = {"Jan", "Feb", "Mar", "Apr", "May", "Jun",
                                                          "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
-
-// Fills the pieces between the separators; the number of pieces that there are, counted no further
-// than one more than are wanted.
-template <std::size_t Count>
-std::size_t cut(std::string_view text, char separator,
-                std::array<std::string_view, Count>& pieces) {
-    std::size_t count = 0;
-    for (std::size_t start = 0; count < Count; ++count) {
-        const std::size_t end = text.find(separator, start);
-        pieces[count] = text.substr(start, end - start);
-        if (end == std::string_view::npos) return count + 1;
-        start = end + 1;
-    }
-    return Count + 1;
-}
-
-std::optional<std::int64_t> integerWithoutCommas(std::string_view piece) {
-    if (piece.find(',') == std::string_view::npos) return parseWholeInteger(piece);
-    std::string digits(piece);
-    std::erase(digits, ',');
-    return parseWholeInteger(digits);
-}
 
 // On the 24-hour clock; an hour that no day has stays one.
 std::int64_t hourOfDay(std::int64_t hour, bool afternoon) {
@@ -231,12 +188,11 @@ Parsed<Censuses> parseIOSFile(std::string_view text, const std::stop_token& stop
     if (lines.atEnd()) return refused<Censuses>("WARNING: no data lines detected");
     Parsed<Censuses> result;
     Censuses censuses;
-    DataLine reader(*header);
     // The last line is what follows the last line break: not a data line.
     auto line = lines.next();
     for (; !lines.atEnd(); line = lines.next()) {
         if (stop.stop_requested()) return {};
-        Parsed<MockCensus> census = reader.read(*line);
+        Parsed<MockCensus> census = readDataLine(*line, *header);
         if (!census.value) {
             result.consoleLines = std::move(census.consoleLines);
             result.place = {lines.number(), census.place.cell};
@@ -254,7 +210,7 @@ Parsed<Censuses> parseIOSFile(std::string_view text, const std::stop_token& stop
 
 Parsed<TimeStamp> parseIOSDate(std::string_view text) {
     std::array<std::string_view, 5> pieces;
-    if (cut(text, ' ', pieces) != pieces.size()) {
+    if (!split(text, " ", pieces)) {
         return refused<TimeStamp>("WARNING: incorrect number of components in date");
     }
     const std::optional<int> month = monthNumber(pieces[0]);
@@ -262,12 +218,12 @@ Parsed<TimeStamp> parseIOSDate(std::string_view text) {
         return refused<TimeStamp>("WARNING: unexpected string for month: " +
                                   std::string(pieces[0]));
     }
-    const std::optional<std::int64_t> day = integerWithoutCommas(pieces[1]);
+    const std::optional<std::int64_t> day = parseWholeInteger(without(pieces[1], ','));
     if (!day) return refused<TimeStamp>("WARNING: unable to extract day");
-    const std::optional<std::int64_t> year = integerWithoutCommas(pieces[2]);
+    const std::optional<std::int64_t> year = parseWholeInteger(without(pieces[2], ','));
     if (!year) return refused<TimeStamp>("WARNING: unable to extract day year");
     std::array<std::string_view, 2> time;
-    if (cut(pieces[3], ':', time) != time.size()) {
+    if (!split(pieces[3], ":", time)) {
         return refused<TimeStamp>("WARNING time does not have two parts");
     }
     const std::optional<std::int64_t> hour = parseWholeInteger(time[0]);

@@ -48,7 +48,8 @@ class RandomSource {
     virtual void fill(Buffer& buffer) = 0;
 
   private:
-    void refill();
+    // Cold, so that a loop of draws keeps its sums in registers.
+    [[gnu::cold]] void refill();
     std::uint32_t below32(std::uint32_t bound) {
         std::uint64_t product = std::uint64_t{bits32()} * bound;
         if (static_cast<std::uint32_t>(product) < bound) {

@@ -1,6 +1,5 @@
 #include "model/edits.h"
 
-#include <algorithm>
 #include <string>
 #include <utility>
 
@@ -14,16 +13,6 @@ std::optional<SharedText> storedName(std::string_view typed) {
     const std::optional<std::string> name = typedName(typed);
     if (!name) return std::nullopt;
     return SharedText(*name);
-}
-
-CensusAttributes attributesOf(const MockCensus& census) {
-    CensusAttributes attributes;
-    attributes.name = census.name;
-    attributes.notes = census.notes;
-    attributes.latitude = census.latitude;
-    attributes.longitude = census.longitude;
-    attributes.timeStamp = census.timeStamp;
-    return attributes;
 }
 
 }  // namespace
@@ -102,36 +91,6 @@ void deleteCensuses(ObjectContext& context, const std::vector<Census>& censuses)
 void deleteTaxa(ObjectContext& context, const std::vector<Zorvel>& taxa) {
     const UndoStep step(context, "Delete Species");
     context.deleteTaxa(taxa);
-}
-
-bool storeCensus(CensusBatch& batch, MockCensus census, const std::vector<std::size_t>& excluded) {
-    return batch.add(attributesOf(census), census.taxa.size(), [&](std::size_t i) {
-        MockTaxon& taxon = census.taxa[i];
-        const bool include = !std::binary_search(excluded.begin(), excluded.end(), i);
-        return TaxonValues{std::move(taxon.name), taxon.abundance, include};
-    });
-}
-
-std::size_t recordCount(const std::vector<MockCensus>& censuses) {
-    std::size_t records = censuses.size();
-    for (const MockCensus& census : censuses) records += census.taxa.size();
-    return records;
-}
-
-std::shared_ptr<CensusBatch> newBatch(ObjectContext& context,
-                                      const std::vector<MockCensus>& censuses) {
-    return context.newBatch(recordCount(censuses));
-}
-
-void importBatch(ObjectContext& context, CensusBatch& batch, const char* stepName) {
-    const UndoStep step(context, stepName);
-    context.insertCensuses(batch);
-}
-
-void importCensuses(ObjectContext& context, const std::vector<MockCensus>& censuses) {
-    const std::shared_ptr<CensusBatch> batch = newBatch(context, censuses);
-    for (const MockCensus& census : censuses) storeCensus(*batch, census);
-    importBatch(context, *batch, "Import");
 }
 
 }  // namespace zorvel

@@ -4,12 +4,10 @@
 #pragma once
 
 #include <cstdint>
-#include <memory>
 #include <optional>
 #include <string_view>
 #include <vector>
 
-#include "interchange/parsers.h"
 #include "model/copied_records.h"
 #include "store/object_context.h"
 
@@ -36,21 +34,5 @@ std::vector<Zorvel> pasteTaxa(ObjectContext& context, const Census& census,
 std::vector<Census> pasteCensuses(ObjectContext& context, std::vector<CopiedCensus> copied);
 void deleteCensuses(ObjectContext& context, const std::vector<Census>& censuses);
 void deleteTaxa(ObjectContext& context, const std::vector<Zorvel>& taxa);
-
-// Censuses and taxa together.
-std::size_t recordCount(const std::vector<MockCensus>& censuses);
-// A batch for these censuses. storeCensus(), on any thread, fills it: one record per call, with all
-// its taxa; an empty name stays an empty text, an absent time is stored as none. The names of the
-// taxa should be those of the context's pool. excluded: the places of the taxa that the metrics do
-// not include, ascending. importBatch() then puts all of them at the end of the project, as one
-// step.
-std::shared_ptr<CensusBatch> newBatch(ObjectContext& context,
-                                      const std::vector<MockCensus>& censuses);
-bool storeCensus(CensusBatch& batch, MockCensus census,
-                 const std::vector<std::size_t>& excluded = {});
-void importBatch(ObjectContext& context, CensusBatch& batch, const char* stepName);
-
-// All of them, in order, as one step.
-void importCensuses(ObjectContext& context, const std::vector<MockCensus>& censuses);
 
 }  // namespace zorvel

@@ -6,7 +6,6 @@
 #include <utility>
 
 #include "base/console.h"
-#include "model/edits.h"
 
 namespace zorvel {
 namespace {
@@ -59,6 +58,13 @@ struct ImportTexts {
     const char* stepName;
 };
 
+// Censuses and taxa together.
+std::size_t recordCount(const std::vector<MockCensus>& censuses) {
+    std::size_t records = censuses.size();
+    for (const MockCensus& census : censuses) records += census.taxa.size();
+    return records;
+}
+
 // One import under way, shared by the closures of its jobs: the main thread and the job of the
 // moment use it in turn, except for the stop.
 class Import : public std::enable_shared_from_this<Import> {
@@ -96,7 +102,7 @@ class Import : public std::enable_shared_from_this<Import> {
     void parsed() {
         if (services_.stop.stop_requested()) return finish(Outcome::cancelled);
         if (!censuses_) return finish(Outcome::refused);
-        batch_ = newBatch(context_, *censuses_);
+        batch_ = context_.newBatch(recordCount(*censuses_));
         services_.startJob([self = shared_from_this()] { self->makeRecords(); },
                            [self = shared_from_this()] { self->store(); });
     }
@@ -117,7 +123,10 @@ class Import : public std::enable_shared_from_this<Import> {
     void store() {
         if (services_.stop.stop_requested()) return finish(Outcome::cancelled);
         report_.censuses = batch_->censusCount();
-        importBatch(context_, *batch_, texts_.stepName);
+        {
+            const UndoStep step(context_, texts_.stepName);
+            context_.insertCensuses(*batch_);
+        }
         finish(Outcome::stored);
     }
 
@@ -197,6 +206,20 @@ const char* whyNoTaxa(const LeftOut& leftOut) {
     return leftOut.zeroCells + leftOut.negativeCells > 0
                ? "every abundance is 0"
                : "there are no abundances, or no commas in front of them";
+}
+
+bool storeCensus(CensusBatch& batch, MockCensus census, const std::vector<std::size_t>& excluded) {
+    CensusAttributes attributes;
+    attributes.name = census.name;
+    attributes.notes = census.notes;
+    attributes.latitude = census.latitude;
+    attributes.longitude = census.longitude;
+    attributes.timeStamp = census.timeStamp;
+    return batch.add(attributes, census.taxa.size(), [&](std::size_t i) {
+        MockTaxon& taxon = census.taxa[i];
+        const bool include = !std::binary_search(excluded.begin(), excluded.end(), i);
+        return TaxonValues{std::move(taxon.name), taxon.abundance, include};
+    });
 }
 
 ProjectRecords recordsOf(std::vector<MockCensus> censuses, std::shared_ptr<NamePool> names) {

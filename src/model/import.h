@@ -13,7 +13,7 @@
 #include "interchange/file_kind.h"
 #include "interchange/parsers.h"
 #include "model/diversity_document.h"
-#include "store/census_block.h"
+#include "store/object_context.h"
 
 namespace zorvel {
 
@@ -29,6 +29,12 @@ std::string reasonOf(const ParsedCensuses& parsed);
 
 // Why no census of a text that was read has a taxon, in words that follow a colon.
 const char* whyNoTaxa(const LeftOut& leftOut);
+
+// Adds the records of one census with all its taxa. An empty name stays an empty text; the names of
+// the taxa should be those of the context's pool. excluded: the places of the taxa that the metrics
+// do not include, ascending. False if the batch has no room for them. Any thread.
+bool storeCensus(CensusBatch& batch, MockCensus census,
+                 const std::vector<std::size_t>& excluded = {});
 
 // The records of a new project, ready to be adopted. names: the pool that the censuses were parsed
 // with. Each census is released as its record is made. Any thread.

@@ -7,8 +7,8 @@
 #include <utility>
 #include <vector>
 
-#include "model/edits.h"
 #include "tests/model/fake_view.h"
+#include "tests/support/import_censuses.h"
 
 namespace zorvel {
 namespace {

@@ -2,12 +2,8 @@
 
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <functional>
 #include <vector>
-
-#include "tests/support/extreme_values.h"
-#include "tests/support/same_records.h"
 
 namespace zorvel {
 namespace {
@@ -28,8 +24,6 @@ class EditsTest : public testing::Test {
 };
 
 TEST_F(EditsTest, EachIsOneStepUnderItsName) {
-    std::vector<MockCensus> mocks(2);
-    mocks.front().taxa.resize(2);
     struct Row {
         const char* name;
         std::function<void()> edit;
@@ -49,7 +43,6 @@ TEST_F(EditsTest, EachIsOneStepUnderItsName) {
              Row{"Delete Census", [&] { deleteCensuses(context, {north()}); }},
              Row{"Delete Censuses", [&] { deleteCensuses(context, context.censuses()); }},
              Row{"Delete Species", [&] { deleteTaxa(context, context.taxa()); }},
-             Row{"Import", [&] { importCensuses(context, mocks); }},
          }) {
         const std::vector<BlockPointer> before = context.blocks();
         row.edit();
@@ -75,45 +68,13 @@ TEST_F(EditsTest, WhatChangesNothingIsNoStep) {
     pasteTaxa(context, north(), {});
     deleteCensuses(context, {});
     deleteTaxa(context, {});
-    importCensuses(context, {});
     EXPECT_FALSE(context.canUndo());
 }
 
-TEST_F(EditsTest, AnImportStoresEveryFieldAndIsUndoneAndRedone) {
-    MockCensus mock;
-    mock.name = "Bog";
-    mock.notes = "wet, cold";
-    mock.latitude = 47.61;
-    mock.longitude = -122.33;
-    mock.timeStamp = TimeStamp(std::chrono::seconds(1457221320));
-    mock.taxa = {{5, "Abies"}, {most, "Abies"}, {1, ""}};
-    std::vector<MockCensus> mocks(130, MockCensus{0, 0, "", "", {{1, ""}}, std::nullopt});
-    mocks.front() = mock;
-    importCensuses(context, mocks);
-    const std::vector<Census> imported = context.censuses();
-    context.undo();
-    EXPECT_EQ(context.censusCount(), 2U);
-    context.redo();
-    EXPECT_EQ(context.censuses(), imported);
-
-    const Census bog = imported[2];
-    CensusAttributes expected;
-    expected.name = mock.name;
-    expected.notes = mock.notes;
-    expected.latitude = mock.latitude;
-    expected.longitude = mock.longitude;
-    expected.timeStamp = mock.timeStamp;
-    EXPECT_TRUE(sameAttributes(bog.block()->attributes, expected));
-    std::vector<TaxonValues> taxa;
-    bog.block()->forEachTaxon([&](const TaxonRecord& taxon) { taxa.push_back(taxon.values); });
-    EXPECT_EQ(taxa,
-              (std::vector<TaxonValues>{{"Abies", 5, true}, {"Abies", most, true}, {"", 1, true}}));
-
-    // An imported empty text stays one; an emptied name or note is none.
-    const Census empty = imported.back();
-    EXPECT_EQ(empty.name(), SharedText(""));
-    EXPECT_EQ(empty.notes(), SharedText(""));
-    EXPECT_FALSE(empty.timeStamp());
+TEST_F(EditsTest, EmptiedTextsAreNone) {
+    CensusAttributes attributes;
+    attributes.name = attributes.notes = "";
+    const Census empty = context.insertCensus(attributes, {{"", 1, true}});
     editName(context, empty, "");
     editName(context, empty.taxa()[0], "\n");
     editNotes(context, empty, "");

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "model/edits.h"
+#include "tests/support/import_censuses.h"
 
 namespace zorvel {
 namespace {

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "app/exports.h"
-#include "model/edits.h"
+#include "support/import_censuses.h"
 #include "ui/window_fixture.h"
 
 namespace zorvel {
