@@ -11,8 +11,8 @@
 #include "interchange/parsers.h"
 #include "metrics/rarefaction.h"
 #include "model/diversity_document.h"
-#include "model/edits.h"
 #include "platform/preferences.h"
+#include "tests/support/import_censuses.h"
 #include "ui/analysis/rarefaction_view.h"
 #include "ui/analysis/rarefaction_view_controller.h"
 
