@@ -72,7 +72,8 @@ TEST(AverageSqs, IsOverTheCensusesThatHaveOneAndSilent) {
     // Too few specimens, all singletons, a quota beyond reach, and a taxon that every trial throws
     // back, beside one that has an estimate.
     const CountsVector even = {20, 20, 20};
-    CountsMatrix rows = {{10}, CountsVector(12, 1), {6, 1, 1, 1, 1, 1, 1, 1, 1}, {11}, even};
+    CountsMatrix rows = {
+        {10}, CountsVector(12, 1), CountsVector(11, 1), {6, 1, 1, 1, 1, 1, 1, 1, 1}, {11}, even};
     for (CountsVector& row : rows) row.resize(12);
     const SparseCounts matrix = sparse(rows);
     SeededRandom random(1);
@@ -82,6 +83,7 @@ TEST(AverageSqs, IsOverTheCensusesThatHaveOneAndSilent) {
     setConsoleSink({});
     EXPECT_EQ(lines, 0U);
     EXPECT_EQ(average.censuses, 1);
+    EXPECT_EQ(average.lacking, (SqsAbsenceCounts{0, 1, 2, 1, 0, 0, 1}));
     ASSERT_TRUE(average.estimate.has_value());
     EXPECT_NEAR(*average.estimate, *alroySQS(even, 100'000, 0.7, random), 0.1);
     EXPECT_FALSE(averageAlroySQS(SparseCounts(4), 0.7, random).estimate.has_value());

@@ -74,6 +74,24 @@ TEST_F(ProjectFileTest, ExtremesComeBackWhicheverWayTheyWereWritten) {
     EXPECT_EQ(entries(), 3U);
 }
 
+TEST_F(ProjectFileTest, EachValueOfACensusIsWrittenAlone) {
+    ObjectContext context;
+    const Census census = context.insertCensus({}, {{"Abies alba", 1, true}});
+    const auto file = created(path("p.zorvel"), context);
+    const std::function<void()> changes[] = {
+        [&] { context.setName(census, "North"); },
+        [&] { context.setLatitude(census, 47.5); },
+        [&] { context.setLongitude(census, -122.25); },
+        [&] { context.setNotes(census, "below the path"); },
+        [&] { context.setTimeStamp(census, TimeStamp(microseconds(7))); },
+    };
+    for (const auto& change : changes) {
+        change();
+        ASSERT_FALSE(file->write(context.frozenCopy()));
+        expectHolds(path("p.zorvel"), context);
+    }
+}
+
 // What is written can be read again, or nothing is written.
 TEST_F(ProjectFileTest, NumbersNearTheirLimits) {
     const int fine = -1;
