@@ -90,13 +90,12 @@ void Exports::start(MainWindowController& window, const QString& title, const QS
                     const QString& what, Prepare prepare) {
     if (!window.mainView().commitEditing()) return;
     const auto running = std::make_shared<Running>(
-        Running{QString("export %1").arg(++started_), title,
-                asFileName(window.document().displayName()) + ' ' + what, &window});
+        Running{title, asFileName(window.document().displayName()) + ' ' + what, &window});
     preparing_.push_back(running);
-    window.mainView().startProgress(running->name, progress,
-                                    [self = QPointer<Exports>(this), running] {
-                                        if (self) self->cancel(running);
-                                    });
+    running->progress =
+        window.mainView().startProgress(progress, [self = QPointer<Exports>(this), running] {
+            if (self) self->cancel(running);
+        });
     windows_.jobs().start(
         this,
         [prepare = std::move(prepare), stop = running->stop.get_token(),
@@ -112,7 +111,7 @@ void Exports::start(MainWindowController& window, const QString& title, const QS
 
 void Exports::endPreparing(const RunningExport& running) {
     std::erase(preparing_, running);
-    if (running->window) running->window->mainView().stopProgress(running->name);
+    if (running->window) running->window->mainView().stopProgress(running->progress);
 }
 
 void Exports::cancel(const RunningExport& running) {
@@ -140,8 +139,8 @@ void Exports::saveTextFile(const RunningExport& running, const ExportedFile& fil
     if (!self || path.isEmpty()) return;
     const QString name = QFileInfo(path).fileName();
     if (running->window) {
-        running->window->mainView().startProgress(running->name,
-                                                  QString("writing %1...").arg(name));
+        running->progress =
+            running->window->mainView().startProgress(QString("writing %1...").arg(name));
     }
     QString message =
         file.censuses == 1
@@ -153,7 +152,7 @@ void Exports::saveTextFile(const RunningExport& running, const ExportedFile& fil
                       [self, running, message](bool isWritten) {
                           if (!self) return;
                           if (running->window)
-                              running->window->mainView().stopProgress(running->name);
+                              running->window->mainView().stopProgress(running->progress);
                           if (isWritten) {
                               self->windows_.tell(running->window, message,
                                                   MessageStrip::Tone::news);

@@ -13,8 +13,9 @@
 #include <stop_token>
 #include <vector>
 
+#include "base/files.h"
 #include "metrics/random_source.h"
-#include "ui/kit/file_writing.h"
+#include "model/diversity_document.h"
 
 namespace zorvel {
 
@@ -50,11 +51,11 @@ class Exports : public QObject {
     using Prepare =
         std::function<std::optional<ExportedFile>(const ObjectContext&, const std::stop_token&)>;
     struct Running {
-        QString name;        // of its progress
         QString title;       // of the panel
         QString suggestion;  // of the file's name
         QPointer<MainWindowController> window;
         std::stop_source stop = {};
+        MainView::ProgressId progress = 0;
     };
     using RunningExport = std::shared_ptr<Running>;
 
@@ -71,7 +72,6 @@ class Exports : public QObject {
     ProjectWindows& windows_;
     RandomSourceMaker makeRandom_;
     std::vector<RunningExport> preparing_;
-    int started_ = 0;
 };
 
 }  // namespace zorvel

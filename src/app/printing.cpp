@@ -15,7 +15,6 @@
 #include "ui/analysis/project_wide_metrics_window_controller.h"
 #include "ui/analysis/rarefaction_view_controller.h"
 #include "ui/kit/alerts.h"
-#include "ui/kit/file_writing.h"
 #include "ui/kit/message_strip.h"
 #include "ui/kit/printed_sheet.h"
 #include "ui/kit/shown_text.h"

@@ -24,7 +24,6 @@ namespace zorvel {
 
 namespace {
 
-const char openingProgress[] = "opening";   // name of the progress in the main view
 const char settingsMessage[] = "settings";  // name of the message in the strip
 
 // Those on the screen.
@@ -210,12 +209,11 @@ void ProjectWindows::takeDroppedFiles(const QStringList& paths, MainWindowContro
 void ProjectWindows::showProgress(MainWindowController& window) {
     const auto first = std::find_if(openings_.begin(), openings_.end(),
                                     [&](const Opening& each) { return each.window == &window; });
-    if (first == openings_.end()) {
-        window.mainView().stopProgress(openingProgress);
-    } else {
-        window.mainView().startProgress(
-            openingProgress, QString("opening %1...").arg(QFileInfo(first->path).fileName()));
-    }
+    if (first == openings_.end()) return;
+    MainViewController& view = window.mainView();
+    view.stopProgress(first->progress);
+    first->progress =
+        view.startProgress(QString("opening %1...").arg(QFileInfo(first->path).fileName()));
 }
 
 QPointer<MainWindowController> ProjectWindows::endOpening(const QString& path) {
@@ -223,14 +221,19 @@ QPointer<MainWindowController> ProjectWindows::endOpening(const QString& path) {
                                     [&](const Opening& each) { return each.path == path; });
     if (found == openings_.end()) return nullptr;
     QPointer<MainWindowController> window = found->window;
+    if (window) window->mainView().stopProgress(found->progress);
     openings_.erase(found);
     if (window) showProgress(*window);
     return window;
 }
 
 bool ProjectWindows::isFree(MainWindowController& window) const {
+    MainView::ProgressId opening = 0;
+    for (const Opening& each : openings_) {
+        if (each.window == &window && each.progress != 0) opening = each.progress;
+    }
     const Document& document = window.document();
-    return !window.mainView().isInProgressBeside(openingProgress) && document.isUntouched() &&
+    return !window.mainView().isInProgressBeside(opening) && document.isUntouched() &&
            document.project().objectContext().censusCount() == 0;
 }
 

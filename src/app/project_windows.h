@@ -11,6 +11,7 @@
 #include <memory>
 #include <vector>
 
+#include "model/diversity_document.h"
 #include "ui/kit/message_strip.h"
 #include "ui/kit/panels.h"
 #include "ui/main/metrics_panel.h"
@@ -111,6 +112,7 @@ class ProjectWindows : public QObject {
     struct Opening {
         QString path;
         QPointer<MainWindowController> window;  // that the command was given in
+        MainView::ProgressId progress = 0;      // of the one that the window shows
     };
 
     MainWindowController& openWindow(Document& document);

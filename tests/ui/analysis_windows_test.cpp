@@ -152,13 +152,13 @@ TEST_F(AnalysisWindowsTest, TheProjectWideWindowIsThereAtOnce) {
 
 TEST_F(AnalysisWindowsTest, TheEndOfOneWorkLeavesTheWordsOfTheOthers) {
     const int import = view().startProgress(std::string_view("importing census matrix..."), {});
-    view().startProgress("opening", "opening moss...");
+    const int opening = view().startProgress(QString("opening moss..."));
     holdJobs();
     trigger("sampleBasedRarefaction");
     EXPECT_EQ(label("progressLabel"), "calculating rarefaction...");
-    view().stopProgress("opening");
+    view().stopProgress(opening);
     EXPECT_EQ(label("progressLabel"), "calculating rarefaction...");
-    view().stopProgress("opening");
+    view().stopProgress(opening);
     releaseJobs();
     ASSERT_TRUE(waitUntil([this] { return curve() != nullptr; }));
     EXPECT_EQ(label("progressLabel"), "importing census matrix...");

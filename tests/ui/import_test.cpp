@@ -225,7 +225,7 @@ TEST_F(ImportTest, CancelAndEscapeGiveUpWhatIsNamed) {
     EXPECT_EQ(rows(), 2) << "the other import goes on";
     EXPECT_TRUE(messages().contains("The import of two.txt was cancelled. Nothing was stored."));
     EXPECT_FALSE(cancel.isVisible());
-    window->mainView().startProgress("other", "other work...");
+    window->mainView().startProgress(QString("other work..."));
     EXPECT_FALSE(cancel.isVisible());
 }
 

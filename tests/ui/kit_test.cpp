@@ -427,10 +427,6 @@ TEST(MessageStripTest, ANamedMessageIsReplacedInItsPlaceAndWithdrawn) {
     EXPECT_TRUE(button.isHidden());
     strip.withdraw("file");
     EXPECT_FALSE(strip.isHidden());
-    MessageStrip earlier;
-    earlier.addMessage("imported", MessageStrip::Tone::news);
-    strip.takeMessages(earlier);
-    EXPECT_EQ(strip.messages(), (QStringList{"imported", "other"}));
     // An action may take its own message away.
     strip.setMessage("file", "again", {"Forget", [&] { strip.dismiss(); }});
     button.click();

@@ -333,9 +333,9 @@ TEST_F(MainWindowTest, LongTextsLeaveTheWindowItsWidth) {
     open(write("cell.csv", ",a\nNorth," + QByteArray(1'000'000, 'x') + '\n'));
     EXPECT_LT(label("messageText").size(), 1000u);
     EXPECT_LE(window->mainView().minimumSizeHint().width(), width);
-    window->mainView().startProgress("long", QString(250, 'x'));
+    const int progress = window->mainView().startProgress(QString(250, 'x'));
     EXPECT_LE(window->mainView().minimumSizeHint().width(), width);
-    window->mainView().stopProgress("long");
+    window->mainView().stopProgress(progress);
     open(write("name.csv", ",a\n" + QByteArray(1'000'000, 'N') + ",3\n"));
     ASSERT_TRUE(waitUntil([this] { return !label("metricsNote").empty(); }));
     EXPECT_LT(label("metricsHeading").size(), 2000u);

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QFile>
 #include <QKeyEvent>
+#include <QPushButton>
 #include <algorithm>
 #include <memory>
 #include <utility>
@@ -65,12 +66,9 @@ void takeFilled(const QString& path, ProjectWideInputs inputs, const char* expla
     JobQueue jobs;
     ProjectWideMetricsWindowController window(jobs,
                                               [] { return std::make_unique<SeededRandom>(1); });
-    bool filled = false;
-    QObject::connect(&window.viewController(), &ProjectWideMetricsViewController::didFill, &window,
-                     [&filled] { filled = true; });
     window.viewController().setInputs(std::move(inputs));
     window.show();
-    waitUntil([&filled] { return filled; });
+    waitUntil([&] { return window.findChild<QPushButton*>("printMetrics")->isEnabled(); });
     if (explained != nullptr) {
         auto* field = window.findChild<QWidget*>(explained);
         field->setFocus();

@@ -88,7 +88,7 @@ class Session : public PictureSession {
     }
     void progress() {
         openMites();
-        window_->mainView().startProgress("importing census matrix...", [] {});
+        window_->mainView().startProgress(QString("importing census matrix..."), [] {});
     }
     void messages() {
         typical();

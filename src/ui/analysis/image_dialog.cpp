@@ -38,7 +38,7 @@ ImageDialog::ImageDialog(const PlotImage& proposed, std::function<QSize(bool)> f
       figureSize_(std::move(figureSize)),
       choice_(proposed) {
     ui_->setupUi(this);
-    save_ = ui_->buttonBox->addButton(tr("&Save\u2026"), QDialogButtonBox::AcceptRole);
+    save_ = ui_->buttonBox->addButton("&Save\u2026", QDialogButtonBox::AcceptRole);
     save_->setObjectName("saveImageAsButton");
     save_->setProperty(primaryButtonProperty, true);
     save_->setDefault(true);
@@ -81,7 +81,7 @@ QString ImageDialog::takeFields() {
     choice_.titles = ui_->imageTitlesBox->isChecked();
     choice_.widthCm = typedWidth(ui_->imageWidthField->text());
     if (!(choice_.widthCm >= PlotImage::leastWidth && choice_.widthCm <= PlotImage::mostWidth)) {
-        return tr("A width is a number of centimetres from %1 to %2, such as 8.5.")
+        return QString("A width is a number of centimetres from %1 to %2, such as 8.5.")
             .arg(PlotImage::leastWidth)
             .arg(PlotImage::mostWidth);
     }
@@ -92,14 +92,15 @@ QString ImageDialog::takeFields() {
     if (isDpi) choice_.dpi = static_cast<int>(dpi.value());
     if (choice_.svg) return {};
     if (!isDpi) {
-        return tr("A resolution is a whole number from %1 to %2, such as 300.")
+        return QString("A resolution is a whole number from %1 to %2, such as 300.")
             .arg(PlotImage::leastDpi)
             .arg(PlotImage::mostDpi);
     }
     const QSize pixels = pixelsOf(figureSize_(choice_.titles), choice_.widthCm, choice_.dpi);
     if (std::max(pixels.width(), pixels.height()) <= mostImagePixels) return {};
-    return tr("%L1 \u00d7 %L2 pixels are too many: no side may have more than %L3. Choose a "
-              "smaller width or resolution.")
+    return QString(
+               "%L1 \u00d7 %L2 pixels are too many: no side may have more than %L3. Choose a "
+               "smaller width or resolution.")
         .arg(pixels.width())
         .arg(pixels.height())
         .arg(mostImagePixels);
@@ -108,10 +109,11 @@ QString ImageDialog::takeFields() {
 QString ImageDialog::sizeText() const {
     const QSize figure = figureSize_(choice_.titles);
     const double height = choice_.widthCm * figure.height() / figure.width();
-    QString size = tr("%1 \u00d7 %2 cm").arg(centimetres(choice_.widthCm), centimetres(height));
+    QString size =
+        QString("%1 \u00d7 %2 cm").arg(centimetres(choice_.widthCm), centimetres(height));
     if (choice_.svg) return size;
     const QSize pixels = pixelsOf(figure, choice_.widthCm, choice_.dpi);
-    return tr("%1, %L2 \u00d7 %L3 pixels").arg(size).arg(pixels.width()).arg(pixels.height());
+    return QString("%1, %L2 \u00d7 %L3 pixels").arg(size).arg(pixels.width()).arg(pixels.height());
 }
 
 }  // namespace zorvel

@@ -11,8 +11,6 @@
 #include <QSvgGenerator>
 #include <algorithm>
 
-#include "ui/analysis/rarefaction_painting.h"
-
 namespace zorvel {
 
 namespace {
@@ -32,22 +30,15 @@ bool paintOn(QPaintDevice& device, const PlotDrawing& drawing) {
     return painter.end();
 }
 
-QFont fontOf(int size, bool bold) {
-    QFont font = plotLabelFont();
-    font.setPixelSize(size);
-    font.setBold(bold);
-    return font;
-}
-
 void drawTitles(QPainter& painter, const PlotTitles& titles, const QSize& page, const QRect& plot) {
     painter.setRenderHint(QPainter::TextAntialiasing);
     painter.setPen(Qt::black);
-    painter.setFont(fontOf(14, true));
+    painter.setFont(plotFont(14, true));
     const QString name =
         QFontMetrics(painter.font())
             .elidedText(titles.name, Qt::ElideRight, page.width() - 2 * nameMargin);
     painter.drawText(QRect(0, 0, page.width(), plot.top()), centredLine, name);
-    painter.setFont(fontOf(12, false));
+    painter.setFont(plotFont(12));
     painter.drawText(QRect(plot.left(), plot.bottom() + 1, plot.width(), axisTitleRoom),
                      centredLine, titles.below);
     painter.translate(0, plot.bottom() + 1);
@@ -56,6 +47,14 @@ void drawTitles(QPainter& painter, const PlotTitles& titles, const QSize& page, 
 }
 
 }  // namespace
+
+QFont plotFont(int size, bool bold) {
+    QFont font(QStringLiteral("Helvetica"));
+    font.setStyleHint(QFont::SansSerif);
+    font.setPixelSize(size);
+    font.setBold(bold);
+    return font;
+}
 
 PlotDrawing titledPlot(const PlotDrawing& plot, const PlotTitles& titles) {
     const QRect inner(QPoint(axisTitleRoom, titles.name.isEmpty() ? 0 : nameRoom), plot.size);

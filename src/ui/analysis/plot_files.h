@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QFont>
 #include <QImage>
 #include <QSize>
 #include <QString>
@@ -12,6 +13,10 @@ class QPagedPaintDevice;
 class QPainter;
 
 namespace zorvel {
+
+// Helvetica or another sans serif, `size` units high whatever the device's resolution, so that
+// screen and page agree.
+QFont plotFont(int size, bool bold = false);
 
 struct PlotDrawing {
     QSize size;     // whole points

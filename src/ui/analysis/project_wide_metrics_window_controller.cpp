@@ -3,7 +3,6 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
-#include <QScrollArea>
 #include <QShortcut>
 #include <QVBoxLayout>
 #include <utility>
@@ -14,6 +13,7 @@
 #include "ui/kit/metric_sheet.h"
 #include "ui/kit/shown_text.h"
 #include "ui/kit/small_widgets.h"
+#include "ui_project_wide_page.h"
 
 namespace zorvel {
 namespace {
@@ -22,21 +22,6 @@ constexpr MetricGroup projectGroups[] = {MetricGroup::pooled, MetricGroup::avera
                                          MetricGroup::incidence};
 constexpr std::size_t largeRows = 2;  // at the head of each group
 constexpr int gapOfCards = 12;
-
-QWidget* scrolledContent(QWidget& host) {
-    auto* scroll = new QScrollArea(&host);
-    scroll->setFrameShape(QFrame::NoFrame);
-    scroll->setWidgetResizable(true);
-    scroll->setFocusPolicy(Qt::NoFocus);
-    auto* outer = new QVBoxLayout(&host);
-    outer->setContentsMargins(0, 0, 0, 0);
-    outer->addWidget(scroll);
-    auto* content = new QWidget;
-    scroll->setWidget(content);
-    scroll->viewport()->setAutoFillBackground(false);
-    content->setAutoFillBackground(false);
-    return content;
-}
 
 QLabel* headOfColumn(const QString& title, QWidget& content) {
     auto* label = new QLabel(title, &content);
@@ -47,11 +32,10 @@ QLabel* headOfColumn(const QString& title, QWidget& content) {
     return label;
 }
 
-QString titleOf(MetricGroup group) {
-    using Controller = ProjectWideMetricsViewController;
-    if (group == MetricGroup::pooled) return Controller::tr("All censuses as one sample");
-    if (group == MetricGroup::averages) return Controller::tr("Average of the censuses");
-    return Controller::tr("Presence in censuses (sample-based)");
+const char* titleOf(MetricGroup group) {
+    if (group == MetricGroup::pooled) return "All censuses as one sample";
+    if (group == MetricGroup::averages) return "Average of the censuses";
+    return "Presence in censuses (sample-based)";
 }
 
 }  // namespace
@@ -59,87 +43,47 @@ QString titleOf(MetricGroup group) {
 ProjectWideMetricsViewController::ProjectWideMetricsViewController(JobQueue& jobs,
                                                                    RandomSourceMaker makeRandom,
                                                                    QWidget* parent)
-    : QWidget(parent), jobs_(jobs), makeRandom_(std::move(makeRandom)) {
-    QWidget* content = scrolledContent(*this);
-    sheet_ = new MetricSheet(*content);
-    layOut(*content);
-    sheet_->setSubject(tr("the project"));
-    for (const MetricGroup group : projectGroups) {
-        const std::vector<ShownMetric> rows = metricsOf(group);
-        for (const ShownMetric& shown : rows) sheet_->expect(shown);
-        sheet_->setHeading(rows.front(), titleOf(group));
-    }
+    : QWidget(parent),
+      ui_(std::make_unique<Ui::ProjectWidePage>()),
+      jobs_(jobs),
+      makeRandom_(std::move(makeRandom)) {
+    ui_->setupUi(this);
+    ui_->scrollArea->viewport()->setAutoFillBackground(false);
+    ui_->content->setAutoFillBackground(false);
+    ui_->projectHeading->setFont(scaledFont(font(), 1.6, true));
+    ui_->projectSummary->setContentsMargins(0, 4, 0, 0);
+    ui_->projectSummary->setForegroundRole(secondaryText);
+    addShortcut(*ui_->copyAllMetrics, Qt::CTRL | Qt::SHIFT | Qt::Key_C);
+    addShortcut(*ui_->printMetrics, QKeySequence::Print);
+    sheet_ = new MetricSheet(*ui_->content);
+    sheet_->setSubject("the project");
+    addColumn(MetricGroup::pooled);
+    addColumn(MetricGroup::averages);
+    addNotes(addColumn(MetricGroup::incidence));
     showHead();
-    connect(copyAll_, &QPushButton::clicked, sheet_, &MetricSheet::copyAll);
-    connect(print_, &QPushButton::clicked, this, &ProjectWideMetricsViewController::printRequested);
+    connect(ui_->copyAllMetrics, &QPushButton::clicked, sheet_, &MetricSheet::copyAll);
+    connect(ui_->printMetrics, &QPushButton::clicked, this,
+            &ProjectWideMetricsViewController::printRequested);
     sheet_->focusRow(0);
 }
 
 ProjectWideMetricsViewController::~ProjectWideMetricsViewController() = default;
 
-// --- Layout: a head, and a column per group, its first values large ---
-
-void ProjectWideMetricsViewController::layOut(QWidget& content) {
-    constexpr int edge = 24;
-    auto* all = new QVBoxLayout(&content);
-    all->setContentsMargins(edge, edge - 4, edge, edge);
-    all->setSpacing(0);
-    addHead(*all, content);
-    auto* columns = new QHBoxLayout;
-    columns->setSpacing(20);
-    all->addLayout(columns);
-    all->addStretch();
-    addColumn(*columns, MetricGroup::pooled, content);
-    addColumn(*columns, MetricGroup::averages, content);
-    addNotes(addColumn(*columns, MetricGroup::incidence, content), content);
+// The button's tooltip has a place for the key.
+void ProjectWideMetricsViewController::addShortcut(QPushButton& button, const QKeySequence& key) {
+    button.setToolTip(button.toolTip().arg(key.toString(QKeySequence::NativeText)));
+    connect(new QShortcut(key, this), &QShortcut::activated, &button, &QPushButton::click);
 }
 
-void ProjectWideMetricsViewController::addHead(QVBoxLayout& all, QWidget& content) {
-    auto* line = new QHBoxLayout;
-    line->setSpacing(gapOfCards);
-    all.addLayout(line);
-    heading_ = new ElidedLabel(&content);
-    heading_->setObjectName("projectHeading");
-    heading_->setFont(scaledFont(content.font(), 1.6, true));
-    line->addWidget(heading_, 1);
-    spinner_ = new Spinner(&content);
-    spinner_->setObjectName("progressIndicator");
-    line->addWidget(spinner_);
-    copyAll_ = makeButton("copyAllMetrics", tr("Copy &All"), tr("All values as text (%1)"),
-                          QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_C), content);
-    line->addWidget(copyAll_);
-    print_ = makeButton("printMetrics", tr("&Print\u2026"), tr("All values on paper (%1)"),
-                        QKeySequence::Print, content);
-    line->addWidget(print_);
-    summary_ = new QLabel(&content);
-    summary_->setObjectName("projectSummary");
-    summary_->setTextFormat(Qt::PlainText);
-    summary_->setWordWrap(true);
-    summary_->setContentsMargins(0, 4, 0, 0);
-    summary_->setForegroundRole(secondaryText);
-    all.addWidget(summary_);
-}
-
-// meaning: with a place for the key.
-QPushButton* ProjectWideMetricsViewController::makeButton(const char* name, const QString& text,
-                                                          const QString& meaning,
-                                                          const QKeySequence& key,
-                                                          QWidget& content) {
-    auto* button = new QPushButton(text, &content);
-    button->setObjectName(name);
-    button->setToolTip(meaning.arg(key.toString(QKeySequence::NativeText)));
-    connect(new QShortcut(key, this), &QShortcut::activated, button, &QPushButton::click);
-    return button;
-}
-
-QVBoxLayout& ProjectWideMetricsViewController::addColumn(QHBoxLayout& columns, MetricGroup group,
-                                                         QWidget& content) {
+// The first values of a group are large.
+QVBoxLayout& ProjectWideMetricsViewController::addColumn(MetricGroup group) {
     auto* column = new QVBoxLayout;
     column->setSpacing(gapOfCards);
     // The captions of averages are the longest.
-    columns.addLayout(column, group == MetricGroup::averages ? 6 : 5);
-    column->addWidget(headOfColumn(titleOf(group), content));
+    ui_->columns->addLayout(column, group == MetricGroup::averages ? 6 : 5);
+    column->addWidget(headOfColumn(titleOf(group), *ui_->content));
     std::vector<ShownMetric> rows = metricsOf(group);
+    const ShownMetric first = rows.front();
     // Where they are all, there is room for one below the other.
     const bool isShort = rows.size() == largeRows;
     QBoxLayout* large = column;
@@ -157,29 +101,29 @@ QVBoxLayout& ProjectWideMetricsViewController::addColumn(QHBoxLayout& columns, M
     rows.erase(rows.begin(), rows.begin() + largeRows);
     if (!rows.empty()) column->addWidget(sheet_->makeListCard(rows));
     column->addStretch();
+    sheet_->setHeading(first, titleOf(group));
+    for (const ShownMetric& shown : metricsOf(group)) sheet_->expect(shown);
     return *column;
 }
 
-void ProjectWideMetricsViewController::addNotes(QVBoxLayout& column, QWidget& content) {
-    column.insertWidget(column.count() - 1, headOfColumn(tr("Notes"), content));
-    auto* card = new Card(&content);
+void ProjectWideMetricsViewController::addNotes(QVBoxLayout& column) {
+    column.insertWidget(column.count() - 1, headOfColumn("Notes", *ui_->content));
+    auto* card = new Card(ui_->content);
     card->setObjectName("notesCard");
     card->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
     auto* inside = new QVBoxLayout(card);
     inside->setContentsMargins(12, 10, 12, 10);
-    notesLabel_ = new WrappedLabel(&content);
+    notesLabel_ = new WrappedLabel(card);
     notesLabel_->setObjectName("projectNotes");
     notesLabel_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     inside->addWidget(notesLabel_);
     column.insertWidget(column.count() - 1, card);
 }
 
-// --- Values ---
-
 PrintedSheet ProjectWideMetricsViewController::printedSheet() const {
     PrintedSheet sheet;
-    sheet.title = heading_->text();
-    sheet.lines = {tr("Project-wide Metrics"), summary_->text()};
+    sheet.title = ui_->projectHeading->text();
+    sheet.lines = {"Project-wide Metrics", ui_->projectSummary->text()};
     sheet.lines += notes_;
     sheet.tables = printedMetrics(sheet_->lines());
     return sheet;
@@ -201,32 +145,32 @@ void ProjectWideMetricsViewController::setInputs(ProjectWideInputs inputs) {
 }
 
 void ProjectWideMetricsViewController::showHead() {
-    const QString title = tr("Project-wide Metrics");
+    const QString title = "Project-wide Metrics";
     if (!inputs_) {
         setWindowTitle(title);
-        heading_->setText(title);
-        summary_->setText(tr("Reading the censuses\u2026"));
-        copyAll_->setEnabled(false);
-        print_->setEnabled(false);
-        spinner_->startAnimation();
-        return notesLabel_->setText(tr("A click on a value, or F1, tells how it is computed."));
+        ui_->projectHeading->setText(title);
+        ui_->projectSummary->setText("Reading the censuses\u2026");
+        ui_->copyAllMetrics->setEnabled(false);
+        ui_->printMetrics->setEnabled(false);
+        ui_->progressIndicator->startAnimation();
+        return notesLabel_->setText("A click on a value, or F1, tells how it is computed.");
     }
     const QString project = shortened(inputs_->project, 200);
     setWindowTitle(project.isEmpty() ? title
-                                     : tr("%1 \u2013 %2").arg(title, asWindowTitle(project)));
-    heading_->setText(project.isEmpty() ? title : project);
-    heading_->setToolTip(project);
+                                     : QString("%1 \u2013 %2").arg(title, asWindowTitle(project)));
+    ui_->projectHeading->setText(project.isEmpty() ? title : project);
+    ui_->projectHeading->setToolTip(project);
     if (!project.isEmpty()) sheet_->setSubject(project);
     const bool hasAny = inputs_->countsVector || inputs_->countsMatrix;
-    QString summary = tr("There are no values: the censuses could not be read.");
-    if (hasAny) summary = tr("All species count here, whether they are included or not.");
+    QString summary = "There are no values: the censuses could not be read.";
+    if (hasAny) summary = "All species count here, whether they are included or not.";
     if (inputs_->countsMatrix) {
-        summary = tr("%L1 censuses, %L2 species names.")
+        summary = QString("%L1 censuses, %L2 species names.")
                       .arg(qulonglong{inputs_->countsMatrix->rows()})
                       .arg(qulonglong{inputs_->countsMatrix->columns()}) +
                   ' ' + summary;
     }
-    summary_->setText(summary);
+    ui_->projectSummary->setText(summary);
     if (!inputs_->note.isEmpty()) addNote(inputs_->note);
 }
 
@@ -248,7 +192,7 @@ void ProjectWideMetricsViewController::compute() {
             }
         }
     }
-    copyAll_->setEnabled(true);
+    ui_->copyAllMetrics->setEnabled(true);
     startStep(0);
 }
 
@@ -283,19 +227,19 @@ void ProjectWideMetricsViewController::showResult(const ProjectMetrics& metrics)
         sheet_->show(shown, value);
         // Unlike the other averages, this one may leave censuses out.
         if (shown == ShownMetric{MetricGroup::averages, Metric::alroySQS}) {
-            addNote(tr("The average SQS is that of the %L1 of %L2 censuses that have an estimate.")
-                        .arg(known.averageSqs.censuses)
-                        .arg(known.censuses));
+            addNote(
+                QString("The average SQS is that of the %L1 of %L2 censuses that have an estimate.")
+                    .arg(known.averageSqs.censuses)
+                    .arg(known.censuses));
         }
     }
 }
 
 void ProjectWideMetricsViewController::finish() {
-    print_->setEnabled(true);
-    spinner_->stopAnimation();
+    ui_->printMetrics->setEnabled(true);
+    ui_->progressIndicator->stopAnimation();
     random_.reset();
     inputs_.reset();
-    emit didFill();
 }
 
 ProjectWideMetricsWindowController::ProjectWideMetricsWindowController(JobQueue& jobs,

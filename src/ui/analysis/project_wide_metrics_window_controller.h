@@ -15,17 +15,19 @@
 #include "ui/kit/printed_sheet.h"
 #include "ui/kit/window_placement.h"
 
-class QHBoxLayout;
 class QKeySequence;
 class QLabel;
 class QPushButton;
 class QVBoxLayout;
 
+namespace Ui {
+class ProjectWidePage;
+}
+
 namespace zorvel {
 
 class JobQueue;
 class MetricSheet;
-class Spinner;
 
 // The project as it was when the command was given.
 struct ProjectWideInputs : ProjectCounts {
@@ -51,19 +53,14 @@ class ProjectWideMetricsViewController : public QWidget {
   signals:
     // Once the values are there.
     void printRequested();
-    // The last value that can be had is there.
-    void didFill();
 
   protected:
     void showEvent(QShowEvent* event) override;
 
   private:
-    void layOut(QWidget& content);
-    void addHead(QVBoxLayout& all, QWidget& content);
-    QVBoxLayout& addColumn(QHBoxLayout& columns, MetricGroup group, QWidget& content);
-    void addNotes(QVBoxLayout& column, QWidget& content);
-    QPushButton* makeButton(const char* name, const QString& text, const QString& meaning,
-                            const QKeySequence& key, QWidget& content);
+    void addShortcut(QPushButton& button, const QKeySequence& key);
+    QVBoxLayout& addColumn(MetricGroup group);
+    void addNotes(QVBoxLayout& column);
     void viewWillAppear();
     void showHead();
     void compute();
@@ -72,14 +69,10 @@ class ProjectWideMetricsViewController : public QWidget {
     void finish();
     void addNote(const QString& note);
 
+    std::unique_ptr<Ui::ProjectWidePage> ui_;
     JobQueue& jobs_;
     RandomSourceMaker makeRandom_;
     MetricSheet* sheet_ = nullptr;
-    QLabel* heading_ = nullptr;
-    QLabel* summary_ = nullptr;
-    Spinner* spinner_ = nullptr;
-    QPushButton* copyAll_ = nullptr;
-    QPushButton* print_ = nullptr;
     QLabel* notesLabel_ = nullptr;
     // Shared with the jobs, until the last has ended. These run one after the other, so that they
     // share the random source.

@@ -28,37 +28,37 @@ QString taxa(double value) {
 }  // namespace
 
 QString RarefactionTexts::sampleSizeTitle() const {
-    return kind_ == RarefactionKind::individualBased ? tr("Specimens") : tr("Censuses");
+    return kind_ == RarefactionKind::individualBased ? "Specimens" : "Censuses";
 }
 
 QString RarefactionTexts::richnessTitle() {
-    return tr("Expected taxa");
+    return "Expected taxa";
 }
 
 QString RarefactionTexts::units(std::int64_t sampleSize) const {
     if (kind_ == RarefactionKind::individualBased) {
-        return sampleSize == 1 ? tr("1 specimen") : tr("%1 specimens").arg(sampleSize);
+        return sampleSize == 1 ? "1 specimen" : QString("%1 specimens").arg(sampleSize);
     }
-    return sampleSize == 1 ? tr("1 census") : tr("%1 censuses").arg(sampleSize);
+    return sampleSize == 1 ? "1 census" : QString("%1 censuses").arg(sampleSize);
 }
 
 QString RarefactionTexts::summary(std::span<const Rarefaction> data,
                                   std::optional<ConfidenceLevel> level) const {
-    const QString kind = kind_ == RarefactionKind::individualBased
-                             ? tr("Individual-based rarefaction")
-                             : tr("Sample-based rarefaction");
+    const QString kind = kind_ == RarefactionKind::individualBased ? "Individual-based rarefaction"
+                                                                   : "Sample-based rarefaction";
     QStringList parts{kind};
-    if (!data.empty()) parts.append(tr("up to %1").arg(units(data.back().sampleSize)));
+    if (!data.empty()) parts.append(QString("up to %1").arg(units(data.back().sampleSize)));
     if (level && hasBand(data, *level))
-        parts.append(tr("band: %1 confidence limits").arg(confidenceLevelText(*level)));
+        parts.append(QString("band: %1 confidence limits").arg(confidenceLevelText(*level)));
     return parts.join(QStringLiteral(" \u00b7 "));
 }
 
 QString RarefactionTexts::readout(const Rarefaction& point,
                                   std::optional<ConfidenceLevel> level) const {
-    QStringList parts{units(point.sampleSize), tr("%1 expected taxa").arg(taxa(point.estimate))};
+    QStringList parts{units(point.sampleSize),
+                      QString("%1 expected taxa").arg(taxa(point.estimate))};
     if (level) {
-        parts.append(tr("%1 limits %2 to %3")
+        parts.append(QString("%1 limits %2 to %3")
                          .arg(confidenceLevelText(*level), taxa(lowerLimit(point, *level)),
                               taxa(upperLimit(point, *level))));
     }
@@ -68,13 +68,12 @@ QString RarefactionTexts::readout(const Rarefaction& point,
 QString RarefactionTexts::absence(std::span<const Rarefaction> data,
                                   std::optional<ConfidenceLevel> level) const {
     if (data.size() < kFewestPlotPoints) {
-        const QString points = data.empty() ? tr("none") : data.size() == 1 ? tr("one") : tr("two");
-        return tr("A curve is drawn from three points on; this one has %1.").arg(points);
+        const QString points = data.empty() ? "none" : data.size() == 1 ? "one" : "two";
+        return QString("A curve is drawn from three points on; this one has %1.").arg(points);
     }
     if (!level) {
-        return tr(
-            "The confidence level of the preferences is neither 95% nor 99%: the curve has "
-            "no band, and the axis of taxa ends at 1.");
+        return "The confidence level of the preferences is neither 95% nor 99%: the curve has "
+               "no band, and the axis of taxa ends at 1.";
     }
     return missingLimits(data, *level);
 }
@@ -86,20 +85,18 @@ QString RarefactionTexts::missingLimits(std::span<const Rarefaction> data,
     const auto limited = limitedRecords(data, level);
     if (limited == std::ssize(data)) return {};
     if (kind_ == RarefactionKind::individualBased && std::isnan(data.back().estimate)) {
-        return tr(
-            "The curve cannot be drawn: there are more than 10^18 specimens, too many to "
-            "rarefy exactly.");
+        return "The curve cannot be drawn: there are more than 10^18 specimens, too many to "
+               "rarefy exactly.";
     }
     if (limited > 0) {
-        return tr("The band has gaps where no confidence limit can be computed.");
+        return "The band has gaps where no confidence limit can be computed.";
     }
     if (kind_ == RarefactionKind::sampleBased &&
         std::all_of(data.begin(), data.end(), lacksVariance)) {
-        return tr(
-            "The curve has no confidence band: its variance rests on Chao2, which has no "
-            "value for these censuses.");
+        return "The curve has no confidence band: its variance rests on Chao2, which has no "
+               "value for these censuses.";
     }
-    return tr("The curve has no confidence band: no limit of it can be computed.");
+    return "The curve has no confidence band: no limit of it can be computed.";
 }
 
 }  // namespace zorvel

@@ -1,7 +1,6 @@
 // What the rarefaction window says about a curve, apart from its widgets. Pure; any thread.
 #pragma once
 
-#include <QCoreApplication>
 #include <QString>
 #include <span>
 
@@ -13,7 +12,6 @@ namespace zorvel {
 enum class RarefactionKind { individualBased, sampleBased };
 
 class RarefactionTexts {
-    Q_DECLARE_TR_FUNCTIONS(RarefactionTexts)
   public:
     explicit RarefactionTexts(RarefactionKind kind) : kind_(kind) {}
 

@@ -1,6 +1,7 @@
 #include "ui/analysis/rarefaction_view.h"
 
 #include <QApplication>
+#include <QFontMetricsF>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
@@ -11,7 +12,7 @@
 #include "base/console.h"
 #include "base/numbers.h"
 #include "platform/preferences.h"
-#include "ui/analysis/rarefaction_painting.h"
+#include "ui/analysis/plot_files.h"
 #include "ui/kit/look.h"
 
 namespace zorvel {
@@ -19,6 +20,36 @@ namespace zorvel {
 namespace {
 
 constexpr int pageOfPoints = 10;  // by the page keys
+constexpr double curveWidth = 3;
+constexpr double bandAlpha = 0.2;
+
+QPen penOf(const QColor& color, double width) {
+    return {color, width, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin};
+}
+
+// Upright although the plot's y grows upwards; place is the lower left corner of the text.
+void drawLabel(QPainter& painter, const QPointF& place, const QString& label) {
+    const QTransform flipped = painter.transform();
+    painter.translate(place);
+    painter.scale(1, -1);
+    painter.drawText(QPointF(0, -QFontMetricsF(painter.font()).descent()), label);
+    painter.setTransform(flipped);
+}
+
+// Without antialiasing, upright and level lines are sharp on a screen; on a page it is the same.
+void drawAxes(QPainter& painter, const PlotGeometry& geometry) {
+    const double share = 1 - 2 * geometry.marginPercent;
+    const QPointF origin = geometry.origin();
+    const QList<PlotTick> ticks = xTicks(geometry) + yTicks(geometry);
+    painter.setPen(penOf(Qt::black, 1));
+    painter.setRenderHint(QPainter::Antialiasing, false);
+    painter.drawLine(origin, origin + QPointF(share * geometry.width, 0));
+    painter.drawLine(origin, origin + QPointF(0, share * geometry.height));
+    for (const PlotTick& tick : ticks) painter.drawLine(tick.foot, tick.end);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setFont(plotFont(10));
+    for (const PlotTick& tick : ticks) drawLabel(painter, tick.labelPlace, tick.label);
+}
 
 // The level of the preferences; a console line reports one that is not in use.
 std::optional<ConfidenceLevel> preferredLevel() {
@@ -56,11 +87,25 @@ void RarefactionView::drawRect(QPainter& painter) {
     const std::optional<ConfidenceLevel> axisLevel = preferredLevel();
     geometry_ = computeGeometry(curve, width(), height(),
                                 axisLevel ? richnessMaximum(curve, *axisLevel) : 1.0);
-    RarefactionPlot plot{geometry_, curveLines(curve, geometry_), {}, Preferences().plotColor()};
+    QColor color = Preferences().plotColor();
+    painter.save();
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
+    painter.translate(0, geometry_.height);
+    painter.scale(1, -1);
+    painter.fillRect(QRectF(0, 0, geometry_.width, geometry_.height), Qt::white);
+    drawAxes(painter, geometry_);
+    painter.setPen(penOf(color, curveWidth));
+    painter.setBrush(Qt::NoBrush);
+    for (const QPolygonF& line : curveLines(curve, geometry_)) painter.drawPolyline(line);
     if (const std::optional<ConfidenceLevel> level = preferredLevel()) {
-        plot.band = bandPolygons(curve, geometry_, *level);
+        color.setAlphaF(bandAlpha);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(color);
+        for (const QPolygonF& polygon : bandPolygons(curve, geometry_, *level)) {
+            painter.drawPolygon(polygon, Qt::WindingFill);
+        }
     }
-    paintRarefactionPlot(painter, plot);
+    painter.restore();
 }
 
 void RarefactionView::paintEvent(QPaintEvent* /*event*/) {

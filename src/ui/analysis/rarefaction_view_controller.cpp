@@ -17,7 +17,6 @@
 #include "platform/preferences.h"
 #include "ui/analysis/image_dialog.h"
 #include "ui/analysis/rarefaction_view.h"
-#include "ui/kit/file_writing.h"
 #include "ui/kit/look.h"
 #include "ui/kit/shown_text.h"
 #include "ui_rarefaction_page.h"
@@ -136,7 +135,7 @@ void RarefactionViewController::showReadout() {
     if (isMarked) {
         text = texts_.readout((*rarefactionData())[static_cast<std::size_t>(marked)], levelNow());
     } else if (isDrawn) {
-        text = tr("Point at the curve, or press an arrow key, to read out its values.");
+        text = "Point at the curve, or press an arrow key, to read out its values.";
     }
     ui_->rarefactionReadout->setForegroundRole(isMarked ? QPalette::WindowText : secondaryText);
     ui_->rarefactionReadout->setText(text);
@@ -146,7 +145,7 @@ void RarefactionViewController::showReadout() {
 PlotDrawing RarefactionViewController::drawing() const {
     RarefactionView* view = ui_->rarefactionView;
     const QString title =
-        subject_.isEmpty() ? tr("Rarefaction curve") : tr("Rarefaction curve: %1").arg(subject_);
+        subject_.isEmpty() ? "Rarefaction curve" : QString("Rarefaction curve: %1").arg(subject_);
     return {view->size(), title, [view](QPainter& painter) { view->drawRect(painter); }};
 }
 
@@ -162,7 +161,7 @@ PlotDrawing RarefactionViewController::figure(bool titles) const {
 
 QString RarefactionViewController::choosePath(const QString& title, const FileType& type) {
     const QPointer<RarefactionViewController> self(this);
-    QString name = tr("rarefaction");
+    QString name = "rarefaction";
     if (!subject_.isEmpty()) name.prepend(asFileName(subject_) + ' ');
     const QString path = panels_.save.chooseFile(window(), title, name, {type});
     return self ? path : QString();
@@ -176,7 +175,7 @@ void RarefactionViewController::write(const QString& path, const QString& failur
         sink({all.constData(), static_cast<std::size_t>(all.size())});
     };
     const auto tell = [self = QPointer(this), path](bool there) {
-        if (there && self) self->showSaved(tr("Saved to %1").arg(QFileInfo(path).fileName()));
+        if (there && self) self->showSaved(QString("Saved to %1").arg(QFileInfo(path).fileName()));
     };
     writeInBackground(jobs_, panels_.alerts, window(), path, failure, produce, tell);
 }
@@ -191,9 +190,9 @@ void RarefactionViewController::showSaved(const QString& news) {
 }
 
 void RarefactionViewController::savePlot() {
-    const QString path = choosePath(tr("Save Plot"), {tr("PDF document"), ".pdf"});
+    const QString path = choosePath("Save Plot", {"PDF document", ".pdf"});
     if (path.isEmpty()) return;
-    write(path, tr("The plot could not be saved"), [page = pdfOf(drawing())] { return page; });
+    write(path, "The plot could not be saved", [page = pdfOf(drawing())] { return page; });
 }
 
 void RarefactionViewController::saveImage() {
@@ -208,11 +207,10 @@ void RarefactionViewController::saveImage() {
 void RarefactionViewController::saveImageAs(const PlotImage& image) {
     Preferences().setPlotImage(image);
     showTexts();
-    const QString path =
-        choosePath(tr("Save Image"), image.svg ? FileType{tr("SVG drawing"), ".svg"}
-                                               : FileType{tr("PNG image"), ".png"});
+    const QString path = choosePath(
+        "Save Image", image.svg ? FileType{"SVG drawing", ".svg"} : FileType{"PNG image", ".png"});
     if (path.isEmpty()) return;
-    const QString failure = tr("The image could not be saved");
+    const QString failure = "The image could not be saved";
     if (image.svg) {
         return write(path, failure, [svg = svgOf(figure(), image.widthCm)] { return svg; });
     }
@@ -220,7 +218,7 @@ void RarefactionViewController::saveImageAs(const PlotImage& image) {
     if (pixels.isNull()) {
         return panels_.alerts.warn(
             window(), failure,
-            tr("There is not enough memory for it. Choose a smaller width or resolution."));
+            "There is not enough memory for it. Choose a smaller width or resolution.");
     }
     write(path, failure, [pixels] { return pngOf(pixels); });
 }
@@ -228,10 +226,9 @@ void RarefactionViewController::saveImageAs(const PlotImage& image) {
 void RarefactionViewController::saveData() {
     if (!rarefactionData()) return;
     const QByteArray text = tableOf(*rarefactionData());
-    const QString path =
-        choosePath(tr("Save Rarefaction Table"), {tr("Comma-separated table"), ".csv"});
+    const QString path = choosePath("Save Rarefaction Table", {"Comma-separated table", ".csv"});
     if (path.isEmpty()) return;
-    write(path, tr("The table could not be saved"), [text] { return QByteArray(text); });
+    write(path, "The table could not be saved", [text] { return QByteArray(text); });
 }
 
 void RarefactionViewController::copyPlot() {

@@ -11,7 +11,11 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QVBoxLayout>
+#include <utility>
 
+#include "platform/file_names.h"
+#include "platform/job_queue.h"
+#include "platform/project_writes.h"
 #include "ui/kit/look.h"
 #include "ui/kit/look_style.h"
 #include "ui/kit/shown_text.h"
@@ -66,7 +70,7 @@ void addExcerpt(QVBoxLayout& column, const QString& excerpt) {
     lines->setText(excerpt);
     lines->setTextInteractionFlags(Qt::TextSelectableByMouse);
     lines->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    lines->setAccessibleName(QDialog::tr("First lines"));
+    lines->setAccessibleName("First lines");
     auto* inside = new QVBoxLayout(card);
     inside->setContentsMargins(12, 8, 12, 8);
     inside->addWidget(lines);
@@ -111,12 +115,29 @@ void addButtons(QVBoxLayout& column, QDialog& dialog, const QString& title) {
 bool mayReplace(Alerts& alerts, QWidget* parent, const QString& path) {
     const QFileInfo file(path);
     if (!file.exists()) return true;
-    const int answer = alerts.ask(
-        parent, {QMessageBox::tr("Replace “%1”?").arg(file.fileName()),
-                 QMessageBox::tr("A file of that name already exists. Its content will be lost."),
-                 {QMessageBox::tr("Replace"), QMessageBox::tr("Cancel")},
-                 0});
+    const int answer =
+        alerts.ask(parent, {QString("Replace “%1”?").arg(file.fileName()),
+                            "A file of that name already exists. Its content will be lost.",
+                            {"Replace", "Cancel"},
+                            0});
     return answer == 0;
+}
+
+// The queue itself receives, since the window may have gone.
+void writeInBackground(JobQueue& jobs, Alerts& alerts, QWidget* window, const QString& path,
+                       const QString& failure, ByteProducer produce,
+                       std::function<void(bool there)> written) {
+    jobs.startWrite(
+        &jobs,
+        [path, produce = std::move(produce)] {
+            const std::optional<Problem> problem = writeFileWhole(encodedPath(path), produce);
+            return problem ? qt_error_string(problem->systemError) : QString();
+        },
+        [&alerts, parent = QPointer<QWidget>(window), failure,
+         written = std::move(written)](const QString& problem) {
+            written(problem.isEmpty());
+            if (!problem.isEmpty()) alerts.warn(parent, failure, problem);
+        });
 }
 
 int DesktopAlerts::ask(QWidget* parent, const Question& question) {

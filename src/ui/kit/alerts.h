@@ -1,12 +1,18 @@
-// Questions, choices and warnings that wait for an answer. Main thread.
+// Questions, choices and warnings that wait for an answer, and the writing of files whose failure
+// is such a warning. Main thread.
 #pragma once
 
 #include <QString>
 #include <QStringList>
+#include <functional>
+
+#include "base/files.h"
 
 class QWidget;
 
 namespace zorvel {
+
+class JobQueue;
 
 // The base of everything that asks the user: its users hold references, so it is not copied.
 class Panel {
@@ -49,6 +55,14 @@ class Alerts : public Panel {
 
 // Whether the file may be replaced; asked only if it exists.
 bool mayReplace(Alerts& alerts, QWidget* parent, const QString& path);
+
+// Writes a whole file (see base/files.h) in a job, which quitting waits for. produce must own what
+// it reads. An alert with the text `failure` reports a failure, even if the window has closed
+// meanwhile. written(): called on the main thread when the file is there or is not. Queue and
+// alerts must outlive the job; window may be null.
+void writeInBackground(
+    JobQueue& jobs, Alerts& alerts, QWidget* window, const QString& path, const QString& failure,
+    ByteProducer produce, std::function<void(bool there)> written = [](bool) {});
 
 class DesktopAlerts final : public Alerts {
   public:

@@ -111,12 +111,11 @@ void ColorWell::openPanel() {
 }
 
 std::vector<NamedColor> distinctColors() {
-    const auto tr = [](const char* text) { return ColorPalette::tr(text); };
-    return {{tr("Black"), {0, 0, 0}},
-            {tr("Bluish green"), {0, 158, 115}},
-            {tr("Blue"), {0, 114, 178}},
-            {tr("Vermillion"), {213, 94, 0}},
-            {tr("Reddish purple"), {204, 121, 167}}};
+    return {{"Black", {0, 0, 0}},
+            {"Bluish green", {0, 158, 115}},
+            {"Blue", {0, 114, 178}},
+            {"Vermillion", {213, 94, 0}},
+            {"Reddish purple", {204, 121, 167}}};
 }
 
 QString describedColor(const QColor& color) {
@@ -126,7 +125,7 @@ QString describedColor(const QColor& color) {
     });
     QString name = found != named.end() ? found->name : color.name().toUpper();
     if (color.alpha() == 255) return name;
-    return ColorPalette::tr("%1, %2% opaque").arg(name).arg(qRound(color.alphaF() * 100));
+    return QString("%1, %2% opaque").arg(name).arg(qRound(color.alphaF() * 100));
 }
 
 ColorPalette::ColorPalette(QWidget* parent) : QWidget(parent) {
@@ -150,7 +149,7 @@ void ColorPalette::showUsed(const QColor& color) {
     for (ColorChip* chip : chips_) {
         const bool used = chip->color().rgb() == (color.rgb() | 0xff000000U);
         chip->setInUse(used);
-        chip->setAccessibleDescription(used ? tr("In use") : QString());
+        chip->setAccessibleDescription(used ? "In use" : QString());
     }
 }
 

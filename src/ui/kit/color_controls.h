@@ -69,7 +69,7 @@ class ColorWell : public ColorChip {
 // and Ito (2008, Color Universal Design, its table of RGB values) that stand out against a white
 // page, with a contrast of at least 3:1.
 struct NamedColor {
-    QString name;  // translated
+    QString name;
     QColor color;  // opaque
 };
 

@@ -43,8 +43,8 @@ MessageStrip::MessageStrip(QWidget* parent)
     dismissButton_->setObjectName("dismissMessageButton");
     dismissButton_->setIcon(glyphIcon(Glyph::cross));
     dismissButton_->setAutoRaise(true);
-    dismissButton_->setToolTip(tr("Dismiss"));
-    dismissButton_->setAccessibleName(tr("Dismiss message"));
+    dismissButton_->setToolTip("Dismiss");
+    dismissButton_->setAccessibleName("Dismiss message");
     dismissButton_->setFocusPolicy(Qt::StrongFocus);
     others_->setContentsMargins(markRoom, 0, 0, lineMargin);
     column_->setSpacing(0);
@@ -110,11 +110,6 @@ void MessageStrip::withdraw(const QString& name) {
     showMessages();
 }
 
-void MessageStrip::takeMessages(const MessageStrip& other) {
-    messages_ = other.messages_ + messages_;
-    showMessages();
-}
-
 void MessageStrip::dismiss() {
     messages_.removeIf([](const Message& message) {
         return message.isShown && message.lasting == Lasting::untilDismissed;
@@ -160,8 +155,9 @@ void MessageStrip::showMessages() {
     const auto others = static_cast<int>(messages_.size() - texts.size());
     others_->setVisible(others > 0);
     others_->setText(
-        others == 1 ? tr("One earlier message is shown when these are dismissed.")
-                    : tr("%L1 earlier messages are shown when these are dismissed.").arg(others));
+        others == 1
+            ? "One earlier message is shown when these are dismissed."
+            : QString("%L1 earlier messages are shown when these are dismissed.").arg(others));
     setAccessibleName(texts.join('\n'));
     const Action* action = offeredAction();
     actionButton_->setVisible(action != nullptr);

@@ -41,8 +41,6 @@ class MessageStrip : public QFrame {
     [[nodiscard]] QStringList messages() const;
     // Problem if any message is one.
     [[nodiscard]] Tone tone() const;
-    // The messages of another strip, each in its tone, before those of this one.
-    void takeMessages(const MessageStrip& other);
 
   public slots:
     // Removes all that is shown and can be dismissed.

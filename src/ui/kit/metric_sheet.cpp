@@ -93,8 +93,8 @@ MetricSheet::Row& MetricSheet::makeRow(const ShownMetric& shown, Card& card) {
     auto* value = new ValueField(&card);
     value->setObjectName(stemOf(shown) + "ValueTextField");
     caption->setBuddy(value);
-    const QString meaning = QString(explanationOf(shown).meaning) + '\n' +
-                            tr("F1 or a click tells how it is computed.");
+    const QString meaning =
+        QString(explanationOf(shown).meaning) + '\n' + "F1 or a click tells how it is computed.";
     value->setExplanation(meaning);
     caption->setToolTip(meaning);
     value->installEventFilter(this);
@@ -176,7 +176,7 @@ void MetricSheet::setState(Row& row, State state, const QString& staleReason) {
     row.subjectCaption = captionOf(row.shown);
     row.value->setStale(staleReason);
     row.value->setMark({}, {});
-    row.value->setPlaceholderText(state == State::absent ? tr("none") : QString());
+    row.value->setPlaceholderText(state == State::absent ? "none" : QString());
     row.value->setPending(state == State::pending && row.value->text().isEmpty());
 }
 
@@ -319,11 +319,11 @@ void MetricSheet::showMenu(std::size_t row, const QPoint& place) {
     menu->setObjectName("metricsMenu");
     menu->setAttribute(Qt::WA_DeleteOnClose);
     const ValueField* value = rows_[row].value;
-    menu->addAction(tr("&Explain"), this, [this, row] { explain(row); })->setShortcut(Qt::Key_F1);
-    QAction* copy = menu->addAction(tr("&Copy"), value, [=] { value->copyValue(); });
+    menu->addAction("&Explain", this, [this, row] { explain(row); })->setShortcut(Qt::Key_F1);
+    QAction* copy = menu->addAction("&Copy", value, [=] { value->copyValue(); });
     copy->setShortcut(QKeySequence::Copy);
     copy->setEnabled(!value->text().isEmpty());
-    menu->addAction(tr("Copy &All Metrics"), this, &MetricSheet::copyAll);
+    menu->addAction("Copy &All Metrics", this, &MetricSheet::copyAll);
     menu->popup(place);
 }
 
@@ -355,10 +355,10 @@ void MetricSheet::updateExplanation() {
         remark = QString::fromStdString(metricRemark(row.shown, inputs_));
         inputs = QString::fromStdString(inputsText(row.shown, inputs_));
     }
-    QString line = tr("No value for %1").arg(*subject_);
-    if (row.state == State::pending) line = tr("No value for %1 yet").arg(*subject_);
+    QString line = QString("No value for %1").arg(*subject_);
+    if (row.state == State::pending) line = QString("No value for %1 yet").arg(*subject_);
     if (row.state == State::there && !field.text().isEmpty())
-        line = tr("%1 for %2").arg(field.text(), *subject_);
+        line = QString("%1 for %2").arg(field.text(), *subject_);
 
     ExplanationWriter writer;
     writer.addParagraph(words.name, "font-weight:600;font-size:large");
@@ -366,10 +366,10 @@ void MetricSheet::updateExplanation() {
     writer.addParagraph(words.meaning);
     if (!note.isEmpty()) writer.addParagraph(note);
     if (!remark.isEmpty() && !note.contains(remark)) writer.addParagraph(remark);
-    writer.addEntry(tr("Formula"), words.formula, quiet);
-    writer.addEntry(tr("Variant"), words.variant, quiet);
-    writer.addEntry(tr("Inputs"), inputs, quiet);
-    writer.addEntry(tr("Source"), words.source, quiet);
+    writer.addEntry("Formula", words.formula, quiet);
+    writer.addEntry("Variant", words.variant, quiet);
+    writer.addEntry("Inputs", inputs, quiet);
+    writer.addEntry("Source", words.source, quiet);
     writer.showIn(*popover_);
 }
 

@@ -41,16 +41,15 @@ QString startingAt(const QString& name, const QWidget* parent) {
 }  // namespace
 
 QStringList DesktopOpenPanel::chooseFiles(QWidget* parent) {
-    const QString filter =
-        QFileDialog::tr("Projects and text files (*.zorvel *.txt *.csv);;All files (*)");
-    QStringList paths = QFileDialog::getOpenFileNames(
-        parent, QFileDialog::tr("Open Projects or Text Files"), panelFolder(parent), filter);
+    const QString filter = "Projects and text files (*.zorvel *.txt *.csv);;All files (*)";
+    QStringList paths = QFileDialog::getOpenFileNames(parent, "Open Projects or Text Files",
+                                                      panelFolder(parent), filter);
     if (!paths.isEmpty()) rememberFolderOf(paths.front());
     return paths;
 }
 
 QString DesktopOpenPanel::chooseTextFile(QWidget* parent, const QString& title) {
-    const QString filter = QFileDialog::tr("Text files (*.txt *.csv);;All files (*)");
+    const QString filter = "Text files (*.txt *.csv);;All files (*)";
     QString path = QFileDialog::getOpenFileName(parent, title, panelFolder(parent), filter);
     if (!path.isEmpty()) rememberFolderOf(path);
     return path;
@@ -59,9 +58,9 @@ QString DesktopOpenPanel::chooseTextFile(QWidget* parent, const QString& title) 
 QString DesktopSavePanel::chooseProjectPath(QWidget* parent, const QString& suggestion) {
     const QString start = startingAt(withProjectEnding(suggestion), parent);
     // The caller adds the ending, so the panel cannot know what would be replaced.
-    QString path = QFileDialog::getSaveFileName(parent, QFileDialog::tr("Save Project As"), start,
-                                                QFileDialog::tr("Projects (*.zorvel)"), nullptr,
-                                                QFileDialog::DontConfirmOverwrite);
+    QString path =
+        QFileDialog::getSaveFileName(parent, "Save Project As", start, "Projects (*.zorvel)",
+                                     nullptr, QFileDialog::DontConfirmOverwrite);
     if (!path.isEmpty()) rememberFolderOf(path);
     return path;
 }

@@ -17,10 +17,10 @@ namespace zorvel {
 
 namespace {
 
-constexpr int widest = 420;  // pixels
-constexpr int gap = 6;       // between anchor and frame, and around the text beside the padding
-constexpr int shade = 6;     // width of the shadow on every side
-constexpr int padding = 16;  // around the text
+constexpr int widest = 420;   // pixels
+constexpr int anchorGap = 6;  // between the anchor and the frame
+constexpr int shade = 6;      // width of the shadow on every side
+constexpr int padding = 16;   // around the text
 constexpr int chrome = 2 * (shade + padding);
 
 // So that a screen reader takes a popover for help.
@@ -37,8 +37,8 @@ bool closes(const QKeyEvent& press) {
 
 QRect popoverPlace(const QSize& host, const QRect& anchor, const QSize& wanted) {
     const QSize size = wanted.boundedTo(host);
-    const int left = anchor.left() - gap - size.width();
-    const int right = anchor.right() + 1 + gap;
+    const int left = anchor.left() - anchorGap - size.width();
+    const int right = anchor.right() + 1 + anchorGap;
     const int farthest = host.width() - size.width();
     const int x = left >= 0 ? left : right <= farthest ? right : std::max(farthest, 0);
     const int y = anchor.center().y() - size.height() / 2;

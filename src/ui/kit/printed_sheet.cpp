@@ -34,10 +34,6 @@ constexpr qsizetype longestText = 300;  // characters that are laid out
 const QColor quiet(0x55, 0x55, 0x55);
 const QColor rule(0xBB, 0xBB, 0xBB);
 
-QString tr(const char* text) {
-    return QCoreApplication::translate("PrintedSheet", text);
-}
-
 bool hasHeader(const PrintedTable& table) {
     return std::any_of(table.columns.begin(), table.columns.end(),
                        [](const PrintedColumn& column) { return !column.title.isEmpty(); });
@@ -170,7 +166,7 @@ class SheetPainter {
         y_ = device_.height() - footerHeight / 2 * unit_;
         setFont(smallSize, false, quiet);
         const QRectF foot(0, y_, width(), footerHeight / 2 * unit_);
-        const QString number = tr("Page %1 of %2").arg(page).arg(pages);
+        const QString number = QString("Page %1 of %2").arg(page).arg(pages);
         const double numberWidth =
             QFontMetricsF(painter_.font(), &device_).horizontalAdvance(number) + columnGap * unit_;
         drawText(foot, Qt::AlignRight, number);

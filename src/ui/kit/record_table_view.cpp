@@ -301,12 +301,12 @@ void RecordTableView::contextMenuEvent(QContextMenuEvent* event) {
         action->setShortcut(key);
         action->setEnabled(enabled);
     };
-    add(tr("Cu&t"), &RecordTableView::cutRequested, QKeySequence::Cut, any);
-    add(tr("&Copy"), &RecordTableView::copySelection, QKeySequence::Copy, any);
-    add(tr("&Paste"), &RecordTableView::pasteRequested, QKeySequence::Paste, true);
-    add(tr("&Delete"), &RecordTableView::deleteRequested, QKeySequence::Delete, any);
+    add("Cu&t", &RecordTableView::cutRequested, QKeySequence::Cut, any);
+    add("&Copy", &RecordTableView::copySelection, QKeySequence::Copy, any);
+    add("&Paste", &RecordTableView::pasteRequested, QKeySequence::Paste, true);
+    add("&Delete", &RecordTableView::deleteRequested, QKeySequence::Delete, any);
     menu.addSeparator();
-    QAction* all = menu.addAction(tr("Select &All"), this, &RecordTableView::selectAll);
+    QAction* all = menu.addAction("Select &All", this, &RecordTableView::selectAll);
     all->setShortcut(QKeySequence::SelectAll);
     menu.exec(event->globalPos());
 }

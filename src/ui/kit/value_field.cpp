@@ -70,7 +70,7 @@ void ValueField::setPending(bool pending) {
 void ValueField::showDescription() {
     const QString marked = mark_.isEmpty() ? explanation_ : markMeaning_ + '\n' + explanation_;
     setToolTip(isStale() ? reason_ : marked);
-    setAccessibleDescription(pending_ ? tr("It is being computed.") : toolTip());
+    setAccessibleDescription(pending_ ? "It is being computed." : toolTip());
 }
 
 void ValueField::resizeEvent(QResizeEvent* event) {

@@ -16,13 +16,6 @@ bool MainViewController::canAnalyse(std::size_t fewestCensuses, const QString& r
     return false;
 }
 
-// Returns the name of its progress.
-QString MainViewController::startAnalysis(const QString& text) {
-    QString name = QString("analysis %1").arg(++analyses_);
-    startProgress(name, text);
-    return name;
-}
-
 // Both the window and the project may be closed before the inputs are there.
 void MainViewController::calculateProjectWideMetrics() {
     if (!canAnalyse(3, "Must have at least three censuses to calculate project-wide metrics")) {
@@ -33,7 +26,7 @@ void MainViewController::calculateProjectWideMetrics() {
     projectWideMetricsWindowController_ = metrics;
     emit analysisWindowDidOpen(metrics);
     metrics->show();
-    const QString progress = startAnalysis("calculating project-wide metrics...");
+    const ProgressId progress = startProgress(QString("calculating project-wide metrics..."));
     connect(metrics, &QObject::destroyed, this, [=, this] { stopProgress(progress); });
     jobs_.start(
         metrics,
@@ -75,7 +68,7 @@ void MainViewController::sampleBasedRarefaction() {
 // work runs on a worker thread, and must own all that it reads.
 void MainViewController::startRarefaction(RarefactionKind kind, const QString& subject,
                                           std::function<std::vector<Rarefaction>()> work) {
-    const QString progress = startAnalysis("calculating rarefaction...");
+    const ProgressId progress = startProgress(QString("calculating rarefaction..."));
     jobs_.start(this, std::move(work), [=, this](std::vector<Rarefaction> curve) {
         openRarefaction(kind, subject, std::move(curve));
         stopProgress(progress);

@@ -26,10 +26,6 @@ namespace zorvel {
 
 namespace {
 
-QString progressName(MainView::ProgressId progress) {
-    return QString("progress %1").arg(progress);
-}
-
 // The first number is the richness, as in the metrics.
 QString speciesCountText(int all, const SpeciesTableModel& species) {
     const int excluded = species.excludedCount();
@@ -304,28 +300,25 @@ void MainViewController::showSpeciesCount() {
     ui_->sharedNamesLabel->setVisible(!shared.isEmpty());
 }
 
-void MainViewController::startProgress(const QString& name, const QString& text,
-                                       std::function<void()> cancel) {
-    running_.start(name, text, std::move(cancel));
+MainView::ProgressId MainViewController::startProgress(const QString& text,
+                                                       std::function<void()> cancel) {
+    const ProgressId progress = running_.start(text, std::move(cancel), false);
     showProgress();
-}
-
-void MainViewController::stopProgress(const QString& name) {
-    running_.stop(name);
-    showProgress();
+    return progress;
 }
 
 MainView::ProgressId MainViewController::startProgress(std::string_view text,
                                                        std::function<void()> cancel) {
-    running_.start(progressName(++lastProgress_),
-                   QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())),
-                   std::move(cancel), true);
+    const auto size = static_cast<qsizetype>(text.size());
+    const ProgressId progress =
+        running_.start(QString::fromUtf8(text.data(), size), std::move(cancel), true);
     showProgress();
-    return lastProgress_;
+    return progress;
 }
 
 void MainViewController::stopProgress(ProgressId progress) {
-    stopProgress(progressName(progress));
+    running_.stop(progress);
+    showProgress();
 }
 
 // Cancelling may end the work, and with it the function.

@@ -88,17 +88,15 @@ class MainViewController : public QWidget, public MainView {
     // Stores what is typed in open editors in a copy of the records; the editors stay as they are.
     void storeDrafts(ObjectContext& copy) const;
 
-    // Shows that work runs: of several works, each with a name of its own, the text of the one
-    // started last. Work that can be cancelled has a button for it.
-    void startProgress(const QString& name, const QString& text, std::function<void()> cancel = {});
-    void stopProgress(const QString& name);
+    // Shows that work runs: of several works, the text of the one started last. Work that can be
+    // cancelled has a button for it.
+    ProgressId startProgress(const QString& text, std::function<void()> cancel = {});
     // The same for imports.
     ProgressId startProgress(std::string_view text, std::function<void()> cancel) override;
     void stopProgress(ProgressId progress) override;
     [[nodiscard]] bool isInProgress() const { return !running_.isEmpty(); }
-    // Whether work of another name runs.
-    [[nodiscard]] bool isInProgressBeside(const QString& name) const {
-        return running_.hasOther(name);
+    [[nodiscard]] bool isInProgressBeside(ProgressId progress) const {
+        return running_.hasOther(progress);
     }
     // Cancels the work whose text is shown, if that is possible.
     void cancelProgress();
@@ -182,7 +180,6 @@ class MainViewController : public QWidget, public MainView {
     void showProgress();
     void refreshSpeciesControls();
     bool canAnalyse(std::size_t fewestCensuses, const QString& refusal);
-    QString startAnalysis(const QString& text);
     void startRarefaction(RarefactionKind kind, const QString& subject,
                           std::function<std::vector<Rarefaction>()> work);
     void openRarefaction(RarefactionKind kind, const QString& subject,
@@ -198,8 +195,6 @@ class MainViewController : public QWidget, public MainView {
     TableColumns* censusColumns_ = nullptr;
     TableColumns* speciesColumns_ = nullptr;
     RunningWork running_;
-    ProgressId lastProgress_ = 0;
-    int analyses_ = 0;  // started so far
     TaxonFormatter taxonFormatter_;
     ObjectContext::ObserverId observer_ = {};
     std::optional<RecordId> shownCensus_;

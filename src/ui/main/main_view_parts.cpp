@@ -6,16 +6,13 @@
 
 namespace zorvel {
 
-QList<RunningWork::Work>::iterator RunningWork::find(const QString& name) {
-    return std::find_if(works_.begin(), works_.end(),
-                        [&name](const Work& work) { return work.name == name; });
+int RunningWork::start(const QString& text, std::function<void()> cancel, bool isImport) {
+    works_.append({++started_, text, std::move(cancel), isImport});
+    return started_;
 }
 
-void RunningWork::start(const QString& name, const QString& text, std::function<void()> cancel,
-                        bool isImport) {
-    const auto found = find(name);
-    Work& work = found == works_.end() ? works_.emplace_back() : *found;
-    work = {name, text, std::move(cancel), isImport};
+void RunningWork::stop(int number) {
+    works_.removeIf([number](const Work& work) { return work.number == number; });
 }
 
 bool RunningWork::hasImport() const {
@@ -30,14 +27,9 @@ void RunningWork::cancelImports() const {
     }
 }
 
-bool RunningWork::hasOther(const QString& name) const {
+bool RunningWork::hasOther(int number) const {
     return std::any_of(works_.begin(), works_.end(),
-                       [&name](const Work& work) { return work.name != name; });
-}
-
-void RunningWork::stop(const QString& name) {
-    const auto found = find(name);
-    if (found != works_.end()) works_.erase(found);
+                       [number](const Work& work) { return work.number != number; });
 }
 
 void SearchField::keyPressEvent(QKeyEvent* event) {

@@ -9,19 +9,18 @@
 
 namespace zorvel {
 
-// The work whose text the progress line shows. Each has a name, so that one can end while others go
-// on.
+// The work whose text the progress line shows. Each has a number, so that one can end while others
+// go on.
 class RunningWork {
   public:
-    // If work of that name runs already, it gets the new text and keeps its place. isImport: it
-    // changes the project, and nothing of it is stored if it is cancelled.
-    void start(const QString& name, const QString& text, std::function<void()> cancel = {},
-               bool isImport = false);
-    // Does nothing if no work of that name runs.
-    void stop(const QString& name);
+    // Returns the number of the work, never 0. isImport: it changes the project, and nothing of it
+    // is stored if it is cancelled.
+    int start(const QString& text, std::function<void()> cancel, bool isImport);
+    // Does nothing if the work does not run.
+    void stop(int number);
 
     [[nodiscard]] bool isEmpty() const { return works_.isEmpty(); }
-    [[nodiscard]] bool hasOther(const QString& name) const;
+    [[nodiscard]] bool hasOther(int number) const;
     // Of the work started last; empty if nothing runs.
     [[nodiscard]] QString text() const { return isEmpty() ? QString() : works_.back().text; }
     [[nodiscard]] bool hasImport() const;
@@ -33,14 +32,14 @@ class RunningWork {
 
   private:
     struct Work {
-        QString name;
+        int number = 0;
         QString text;
         std::function<void()> cancel;
         bool isImport = false;
     };
-    [[nodiscard]] QList<Work>::iterator find(const QString& name);
 
     QList<Work> works_;
+    int started_ = 0;
 };
 
 // Filters the species while the user types. Escape clears it, and leaves it if it is empty; Down
