@@ -60,6 +60,12 @@ void tellOfTables(const std::string& file, const Call& call) {
 
 bool readText(InputFile input, const Call& call, FileKind (*otherwise)(std::string_view),
               Project& project) {
+    if (looksLikeWorkbook(input.start())) {
+        tellAt(project.file, {},
+               std::string("seems to be a workbook of a spreadsheet program: give ") +
+                   (call.command->import ? "--table" : "--kind table"));
+        return false;
+    }
     Result<std::string> text = std::move(input).text();
     if (!text) {
         tellAt(project.file, {}, text.problem().message);
@@ -90,10 +96,11 @@ bool readText(InputFile input, const Call& call, FileKind (*otherwise)(std::stri
 bool readTable(InputFile input, const TableOptions& options, Project& project) {
     const auto names = std::make_shared<NamePool>();
     std::optional<ReadTable> table = readTableFile(project.file, std::move(input), options, *names);
-    if (!table || !isUsable(project.file, *table, options)) return false;
+    if (!table || !isUsable(*table, options)) return false;
     const TableReading& reading = table->guess.reading;
     project.tableNotices = noticeTexts(table->records.notices, reading);
     project.tableNotices.insert(project.tableNotices.begin(), understoodText(reading));
+    if (!table->sheetNotice.empty()) project.tableNotices.push_back(table->sheetNotice);
     ObjectContext& context = project.document->objectContext();
     context.adopt(recordsOf(std::move(table->records.censuses), names));
     const std::vector<Census> censuses = context.censuses();

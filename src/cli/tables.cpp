@@ -5,11 +5,13 @@
 #include <algorithm>
 #include <charconv>
 #include <functional>
+#include <memory>
 
 #include "base/numbers.h"
 #include "base/text.h"
 #include "cli/call.h"
 #include "cli/output.h"
+#include "tables/source.h"
 #include "tables/texts.h"
 
 namespace zorvel::cli {
@@ -87,9 +89,8 @@ T readChoice(const char* option, const std::string& text,
 // --- reading ---
 
 // The header of each column, from the first rows of the table.
-std::vector<std::string> headerTexts(const std::string& bytes, const TableReading& reading) {
+std::vector<std::string> headerTexts(RowSource& rows, const TableReading& reading) {
     std::vector<std::string> header(reading.columns.size());
-    TextRows rows(bytesOf(bytes), reading.form);
     TableRow row;
     while (rows.next(row) && row.number < reading.firstDataRow()) {
         if (row.number < reading.firstRow) continue;
@@ -125,6 +126,55 @@ void setRole(TableReading& reading, std::size_t column, ColumnRole role) {
     if (single)
         std::replace(reading.columns.begin(), reading.columns.end(), role, ColumnRole::ignored);
     reading.columns[column] = role;
+}
+
+std::string namesOf(const std::vector<SheetInfo>& sheets) {
+    std::string text;
+    for (const SheetInfo& sheet : sheets) {
+        text += (text.empty() ? "'" : ", '") + terminalLine(sheet.name) + "'";
+        if (sheet.hidden) text += " (hidden)";
+    }
+    return text;
+}
+
+// The sheet that the options name, or the first that is not hidden and holds something. None, with
+// the reason on standard error, where there is no such sheet or the workbook cannot be used.
+std::unique_ptr<TableSource> openSheet(std::string bytes, const TableOptions& options,
+                                       ReadTable& table) {
+    const std::string file = table.place;
+    for (const std::string& option : options.given) {
+        if (option != "--separator" && option != "--encoding") continue;
+        tellAt(file, {}, "is a workbook, and not a text: leave out " + option);
+        return nullptr;
+    }
+    Result<Workbook> opened = Workbook::open(std::make_shared<const std::string>(std::move(bytes)));
+    if (!opened) {
+        tellAt(file, {}, opened.problem().message);
+        return nullptr;
+    }
+    const auto workbook = std::make_shared<const Workbook>(std::move(opened).value());
+    table.sheets = workbook->sheets();
+    std::size_t sheet = workbook->usualSheet();
+    if (options.sheet) {
+        const auto found = workbook->findSheet(*options.sheet);
+        if (!found) {
+            tellAt(
+                file, {},
+                "has no sheet '" + *options.sheet + "'; its sheets are " + namesOf(table.sheets));
+            return nullptr;
+        }
+        sheet = *found;
+    } else {
+        std::vector<SheetInfo> others = table.sheets;
+        others.erase(others.begin() + static_cast<std::ptrdiff_t>(sheet));
+        std::erase_if(others, [](const SheetInfo& each) { return each.empty; });
+        if (!others.empty()) {
+            table.sheetNotice = "of several sheets, '" + terminalLine(table.sheets[sheet].name) +
+                                "' is taken; --sheet chooses another: " + namesOf(others);
+        }
+    }
+    table.place += "!" + table.sheets[sheet].name;
+    return std::make_unique<SheetSource>(workbook, sheet);
 }
 
 void applyRules(TableReading& reading, const TableOptions& options) {
@@ -195,6 +245,7 @@ void writePreviewText(Output& output, const std::string& file, const ReadTable& 
         text += "  and " + integerText(static_cast<std::int64_t>(censuses.size() - mostPreviewed)) +
                 " more censuses\n";
     }
+    if (!table.sheetNotice.empty()) text += "  " + table.sheetNotice + "\n";
     for (const std::string& notice : noticeTexts(table.records.notices, reading)) {
         text += "  " + notice + "\n";
     }
@@ -210,9 +261,22 @@ void writePreviewJson(JsonWriter& json, const std::string& file, const ReadTable
     const auto number = [](std::size_t value) { return static_cast<std::int64_t>(value); };
     json.begin('{');
     json.field("file", std::string_view(file));
-    json.field("encoding", std::string_view(encodingName(reading.form.encoding)));
-    json.field("separator", std::string_view(markText(reading.form.separator)));
-    json.field("quotes", reading.form.quotes);
+    if (table.sheets.empty()) {
+        json.field("encoding", std::string_view(encodingName(reading.form.encoding)));
+        json.field("separator", std::string_view(markText(reading.form.separator)));
+        json.field("quotes", reading.form.quotes);
+    } else {
+        json.field("sheet", std::string_view(reading.sheet));
+        json.key("sheets");
+        json.begin('[');
+        for (const SheetInfo& sheet : table.sheets) {
+            json.begin('{');
+            json.field("name", std::string_view(sheet.name));
+            json.field("hidden", sheet.hidden);
+            json.end('}');
+        }
+        json.end(']');
+    }
     json.field("layout", std::string_view(layoutName(reading.layout)));
     json.field("firstRow", number(reading.firstRow));
     json.field("lastRow", number(reading.lastRow == 0 ? table.records.lastRow : reading.lastRow));
@@ -238,6 +302,7 @@ void writePreviewJson(JsonWriter& json, const std::string& file, const ReadTable
     json.field("problems", number(table.records.problems.count));
     json.key("notices");
     json.begin('[');
+    if (!table.sheetNotice.empty()) json.value(std::string_view(table.sheetNotice));
     for (const std::string& notice : noticeTexts(table.records.notices, reading)) {
         json.value(std::string_view(notice));
     }
@@ -281,6 +346,10 @@ void addTableOptions(CLI::App& app, TableOptions& options) {
             ->group("Tables");
     };
     TableChoices& choices = options.choices;
+    add("--sheet", "SHEET",
+        "The sheet of a workbook (.xlsx, .ods), by name or number\n"
+        "(default: the first that is not hidden and not empty)",
+        [&](const std::string& text) { options.sheet = text; });
     add("--separator", "SEP", "comma, semicolon, tab, space, bar or a character",
         [&](const std::string& text) { choices.separator = readSeparator(text); });
     add("--encoding", "NAME", "UTF-8, UTF-16LE, UTF-16BE or Windows-1252",
@@ -359,35 +428,53 @@ std::optional<ReadTable> readTableFile(const std::string& file, InputFile input,
     input.readStart(TableSample::mostBytes);
     const bool whole = input.atEnd();
     const std::size_t start = std::min(input.start().size(), TableSample::mostBytes);
-    const Result<std::string> bytes = std::move(input).bytes();
+    Result<std::string> bytes = std::move(input).bytes();
     if (!bytes) {
         tellAt(file, {}, bytes.problem().message);
         return std::nullopt;
     }
-    const std::string_view sample = std::string_view(bytes.value()).substr(0, start);
-    ReadTable table{guessTable(sample, whole, options.choices), {}, {}};
+    ReadTable table;
+    table.place = file;
+    std::unique_ptr<TableSource> source;
+    if (looksLikeWorkbook(bytes.value())) {
+        source = openSheet(std::move(bytes).value(), options, table);
+        if (!source) return std::nullopt;
+        table.guess = source->guess(options.choices);
+    } else {
+        if (options.sheet) {
+            tellAt(file, {}, "is a text, which has no sheets: leave out --sheet");
+            return std::nullopt;
+        }
+        const std::string_view sample = std::string_view(bytes.value()).substr(0, start);
+        table.guess = guessTable(sample, whole, options.choices);
+        source = std::make_unique<TextSource>(std::move(bytes).value(), true);
+    }
     TableReading& reading = table.guess.reading;
     applyRules(reading, options);
-    table.header = headerTexts(bytes.value(), reading);
+    table.header = headerTexts(*source->rows(reading.form, {}), reading);
     for (const auto& [name, role] : options.columns) {
         const std::optional<std::size_t> column = findColumn(table.header, name);
         if (!column) {
-            tellAt(file, {}, "has no column '" + name + "'");
+            tellAt(table.place, {}, "has no column '" + name + "'");
             return std::nullopt;
         }
         setRole(reading, *column, role);
     }
     settleDoubts(table.guess.doubts, options);
-    TextRows rows(bytesOf(bytes.value()), reading.form);
-    table.records = readTable(rows, reading, {}, &names);
+    const auto rows = source->rows(reading.form, {});
+    table.records = readTable(*rows, reading, {}, &names);
+    if (const auto problem = rows->problem()) {
+        tellAt(file, {}, problem->message);
+        return std::nullopt;
+    }
     return table;
 }
 
-bool isUsable(const std::string& file, const ReadTable& table, const TableOptions& options) {
+bool isUsable(const ReadTable& table, const TableOptions& options) {
     const bool doubtful = !table.guess.doubts.empty() && !options.guess;
     if (doubtful) {
         for (const TableDoubt doubt : table.guess.doubts) {
-            tellAt(file, {},
+            tellAt(table.place, {},
                    std::string("it is in doubt ") + doubtText(doubt) + ": give " +
                        optionFor(doubt) + ", or --guess to take it as it seems to be");
         }
@@ -395,10 +482,11 @@ bool isUsable(const std::string& file, const ReadTable& table, const TableOption
     }
     const TableRemarks& problems = table.records.problems;
     for (const TableRemark& remark : problems.kept) {
-        tellAt(file, {remark.line, remark.column ? *remark.column + 1 : 0}, remarkText(remark));
+        tellAt(table.place, {remark.line, remark.column ? *remark.column + 1 : 0},
+               remarkText(remark));
     }
     if (problems.count > problems.kept.size()) {
-        tellAt(file, {},
+        tellAt(table.place, {},
                "and " +
                    integerText(static_cast<std::int64_t>(problems.count - problems.kept.size())) +
                    " problems more");
@@ -422,7 +510,7 @@ bool previewTables(const Call& call, Output& output) {
         const auto table = readTableFile(file, std::move(input).value(), call.table, names);
         if (table && call.json) writePreviewJson(json, file, *table);
         if (table && !call.json) writePreviewText(output, file, *table);
-        usable = table && isUsable(file, *table, call.table) && usable;
+        usable = table && isUsable(*table, call.table) && usable;
     }
     if (call.json) json.end(']');
     return usable;

@@ -9,6 +9,7 @@
 #include "interchange/text_file.h"
 #include "tables/guess.h"
 #include "tables/reader.h"
+#include "workbook/workbook.h"
 
 namespace CLI {
 class App;
@@ -22,6 +23,7 @@ class Output;
 // What the options settle of every file; the rest is guessed.
 struct TableOptions {
     TableChoices choices;
+    std::optional<std::string> sheet;                         // of workbooks: its name or number
     std::vector<std::pair<std::string, ColumnRole>> columns;  // header or letters, and role
     std::optional<char> decimalMark;
     std::optional<char> thousandsMark;
@@ -44,6 +46,9 @@ struct ReadTable {
     TableGuess guess;
     TableRecords records;
     std::vector<std::string> header;  // of each column
+    std::string place;                // for messages: the file, or "FILE!SHEET"
+    std::vector<SheetInfo> sheets;    // of a workbook
+    std::string sheetNotice;          // which sheet was taken of several; empty otherwise
 };
 
 // file: as messages call it. Absent, with the reason on standard error, where the file cannot be
@@ -53,7 +58,7 @@ std::optional<ReadTable> readTableFile(const std::string& file, InputFile input,
 
 // Doubts and problems on standard error; false if there are any that keep the table from being
 // used.
-bool isUsable(const std::string& file, const ReadTable& table, const TableOptions& options);
+bool isUsable(const ReadTable& table, const TableOptions& options);
 
 // How each file is understood and what would be stored, as text or JSON. False if one of them
 // cannot be used.

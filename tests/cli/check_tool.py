@@ -651,6 +651,35 @@ class Tables(InFolder):
                           "included"])
         self.assertEqual(preview["censuses"][0], {"name": "Bog", "species": 2, "individuals": 11})
 
+    def test_sheets_of_workbooks(self):
+        books = tree / "tests/data/workbooks"
+        merged, cells, columns = (str(books / f"{name}.xlsx")
+                                  for name in ("merged", "cells", "metadata_columns"))
+        for arguments, told in (
+                ((merged, *"--rows 2- --header 2 --layout rows --column B=count".split()),
+                 f'{merged}!m:5:2: B5: "none" is not a number.'),
+                ((cells, "--sheet", "north"), f"{cells}: has no sheet 'north'; its sheets are "
+                 "'empty', 'cells', 'hidden' (hidden)"),
+                ((cells, "--separator", "comma"),
+                 f"{cells}: is a workbook, and not a text: leave out --separator"),
+                ((mites, "--sheet", "1"),
+                 f"{mites}: is a text, which has no sheets: leave out --sheet")):
+            with self.subTest(told=told):
+                status, _, err = call("import --table --preview", *arguments)
+                self.assertEqual((status, err), (1, told + "\n"))
+        told = "seems to be a workbook of a spreadsheet program: give"
+        self.assertEqual(self.imports(cells), (1, "", f"{cells}: {told} --table\n"))
+        self.assertEqual(call("metrics", cells), (1, "", f"{cells}: {told} --kind table\n"))
+        preview = call("import --table --preview --guess", cells)[1]
+        self.assertIn("\n  of several sheets, 'cells' is taken; --sheet chooses another: "
+                      "'hidden' (hidden)\n", preview)
+        preview = json.loads(call("import --table --preview --json --guess --sheet 3", cells)[1])[0]
+        self.assertEqual((preview["sheet"], preview["sheets"][2]),
+                         ("hidden", {"name": "hidden", "hidden": True}))
+        self.assertEqual(self.imports("--table", columns)[0], 0)
+        self.assertEqual(values("records", self.project), values("records --kind table", columns))
+        self.assertEqual([census["name"] for census in values("records", self.project)], ["S1", "S2"])
+
 
 if __name__ == "__main__":
     unittest.main(argv=sys.argv[:1])
