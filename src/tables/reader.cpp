@@ -272,7 +272,8 @@ class Reader {
         if (reading_.presence) {
             const std::optional<bool> mark = presenceMark(cell);
             if (!mark && !isMissingMark(cell)) {
-                problem(place, cell, "\"" + shown(cell) + "\" is neither x nor 1 nor 0.");
+                return takeFault(CountFault::notANumber, "\"" + shown(cell) + "\"",
+                                 " is neither x nor 1 nor 0.", cell, place);
             }
             return {mark.value_or(false) ? 1 : 0, !mark};
         }
@@ -290,19 +291,28 @@ class Reader {
                     ++records_.notices.roundedCells;
                     return {count.value, false};
                 }
-                problem(place, cell,
-                        shown(cell) + " is not a whole number. Zorvel counts individuals.");
-                return {};
+                return takeFault(CountFault::fraction, shown(cell),
+                                 " is not a whole number. Zorvel counts individuals.", cell, place);
             case Kind::negative:
-                problem(place, cell, shown(cell) + " is below zero.");
-                return {};
+                return takeFault(CountFault::negative, shown(cell), " is below zero.", cell, place);
             case Kind::tooLarge:
-                problem(place, cell, shown(cell) + " is more than 9223372036854775807.");
-                return {};
+                return takeFault(CountFault::tooLarge, shown(cell),
+                                 " is more than 9223372036854775807.", cell, place);
             case Kind::notANumber:
                 break;
         }
-        problem(place, cell, "\"" + shown(cell) + "\" is not a number.");
+        return takeFault(CountFault::notANumber, "\"" + shown(cell) + "\"", " is not a number.",
+                         cell, place);
+    }
+
+    // As 0 where the rule says so; otherwise a problem.
+    Count takeFault(CountFault fault, const std::string& subject, const char* predicate,
+                    std::string_view cell, const Place& place) {
+        const auto& zero = reading_.takenAsZero;
+        const bool isZero = std::find(zero.begin(), zero.end(), fault) != zero.end();
+        add(isZero ? records_.notices.takenAsZero : records_.problems,
+            {place.row, place.line, place.column, std::string(cell),
+             subject + (isZero ? " is taken as 0." : predicate), fault});
         return {};
     }
 

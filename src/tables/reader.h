@@ -20,6 +20,7 @@ struct TableRemark {
     std::optional<std::size_t> column;  // from 0
     std::string cell;
     std::string reason;  // a sentence without the place: "2.5 is not a whole number. ..."
+    std::optional<CountFault> fault = {};
 
     friend bool operator==(const TableRemark&, const TableRemark&) = default;
 };
@@ -35,6 +36,7 @@ struct TableRemarks {
 struct TableNotices {
     std::size_t blankCells = 0;  // of counts, taken as 0
     TableRemarks missing;        // NA and the like, taken as 0 or with their census left out
+    TableRemarks takenAsZero;    // counts with a fault, by the rule of that name
     TableRemarks countedOnce;    // records without a count, taken as 1
     std::size_t roundedCells = 0;
     std::size_t summedSpecies = 0;  // further rows or columns of a species within a census

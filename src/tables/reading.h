@@ -40,6 +40,7 @@ enum class MissingRule { zero, problem, leaveOut };      // NA, "-", "?"; leaveO
 enum class FractionRule { problem, round };
 enum class SameRule { sum, apart };
 enum class UnnamedRule { problem, rowNumber, above };
+enum class CountFault { fraction, negative, tooLarge, notANumber };  // of a cell of counts
 
 struct TableReading {
     TextForm form;      // of a text
@@ -61,6 +62,7 @@ struct TableReading {
     bool presence = false;  // any mark stands for 1
     MissingRule missing = MissingRule::zero;
     FractionRule fractions = FractionRule::problem;
+    std::vector<CountFault> takenAsZero;   // cells with these faults are no problem
     SameRule sameSpecies = SameRule::sum;  // within a census
     // Of censuses of one name: in the wide layouts whether their rows are one census; in records
     // whether another date or place makes another census (apart).

@@ -156,6 +156,10 @@ std::vector<std::string> noticeTexts(const TableNotices& notices, const TableRea
     for (std::size_t i = 0; i < std::min<std::size_t>(3, notices.missing.kept.size()); ++i) {
         texts.push_back(remarkText(notices.missing.kept[i]));
     }
+    add(notices.takenAsZero.count, "other cell taken as 0", "other cells taken as 0");
+    for (std::size_t i = 0; i < std::min<std::size_t>(3, notices.takenAsZero.kept.size()); ++i) {
+        texts.push_back(remarkText(notices.takenAsZero.kept[i]));
+    }
     add(notices.countedOnce.count, "record without a count taken as 1",
         "records without a count taken as 1");
     add(notices.roundedCells, "fraction rounded", "fractions rounded");

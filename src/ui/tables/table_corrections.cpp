@@ -79,6 +79,7 @@ void applyCorrections(TableReading& reading, const TableCorrections& corrections
     };
     for (const auto& [column, role] : corrections.roles) setRole(reading, column, role);
     reading.leftOutRows = corrections.leftOutRows;
+    reading.takenAsZero = corrections.takenAsZero;
     take(reading.decimalMark, corrections.decimalMark);
     take(reading.thousandsMark, corrections.thousandsMark);
     if (reading.thousandsMark == reading.decimalMark) reading.thousandsMark = 0;
@@ -114,6 +115,9 @@ QString correctionsText(const TableCorrections& corrections) {
         roles[QString::number(column)] = static_cast<int>(role);
     }
     if (!roles.isEmpty()) object["roles"] = roles;
+    QJsonArray faults;
+    for (const CountFault fault : corrections.takenAsZero) faults.append(static_cast<int>(fault));
+    if (!faults.isEmpty()) object["zero"] = faults;
     return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
 }
 
@@ -131,6 +135,11 @@ TableCorrections readCorrections(const QString& text) {
         if (!isNumber || column >= mostColumns || value < 0) continue;
         if (value > static_cast<int>(ColumnRole::ignored)) continue;
         corrections.roles[column] = static_cast<ColumnRole>(value);
+    }
+    for (const auto& fault : object["zero"].toArray()) {
+        const int value = fault.toInt(-1);
+        if (value < 0 || value > static_cast<int>(CountFault::notANumber)) continue;
+        corrections.takenAsZero.push_back(static_cast<CountFault>(value));
     }
     return corrections;
 }

@@ -24,6 +24,7 @@ struct TableCorrections {
     std::optional<bool> presence;
     std::optional<MissingRule> missing;
     std::optional<FractionRule> fractions;
+    std::vector<CountFault> takenAsZero;
     std::optional<SameRule> sameSpecies;
     std::optional<SameRule> sameCensus;
     std::optional<UnnamedRule> unnamed;

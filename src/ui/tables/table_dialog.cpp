@@ -114,6 +114,7 @@ void TableDialog::addParts(const QString& name) {
 
     auto* splitter = new QSplitter(Qt::Horizontal);
     splitter->setChildrenCollapsible(false);
+    splitter->setHandleWidth(10);
     splitter->addWidget(makeSample());
     splitter->addWidget(makeCensuses());
     splitter->setStretchFactor(0, 3);
@@ -146,6 +147,7 @@ QWidget* TableDialog::makeSample() {
     sample_->setTabKeyNavigation(false);
     sample_->setWordWrap(false);
     sample_->setCornerButtonEnabled(false);
+    sample_->setIconSize({signSize, signSize});
     sample_->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
     fitRows(*sample_->verticalHeader());
     sample_->installEventFilter(this);
@@ -180,7 +182,7 @@ QWidget* TableDialog::makeCensuses() {
     header->setMinimumSectionSize(20);
     for (const int i : {1, 2}) {
         const QString title = censuses_->horizontalHeaderItem(i)->text();
-        censuses_->setColumnWidth(i, fontMetrics().horizontalAdvance(title) + 20);
+        censuses_->setColumnWidth(i, fontMetrics().horizontalAdvance(title) + cellMargins);
     }
     censusesLabel_ = captionOf(censuses_, "&Will be read");
     column->addWidget(censusesLabel_);
@@ -198,13 +200,16 @@ void TableDialog::addRemarks(QVBoxLayout& column) {
     remarks_->setMaximumHeight(remarksHeight);
     remarks_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     remarks_->setUniformItemSizes(true);
+    remarks_->setIconSize({signSize, signSize});
     remarksLabel_ = captionOf(remarks_, "Pro&blems");
     leaveOutRow_ = smallButton("Leave Out &Row", "tableLeaveOutRow");
     leaveOutColumn_ = smallButton("Leave Out Col&umn", "tableLeaveOutColumn");
+    takeAsZero_ = smallButton("Take as &0", "tableTakeAsZero");
     auto* line = new QHBoxLayout;
     line->addWidget(remarksLabel_, 1);
-    line->addWidget(leaveOutRow_);
-    line->addWidget(leaveOutColumn_);
+    for (QPushButton* button : {leaveOutRow_, leaveOutColumn_, takeAsZero_}) {
+        line->addWidget(button);
+    }
     part->addLayout(line);
     part->addWidget(remarks_);
     column.addWidget(remarksPart_);
@@ -229,6 +234,13 @@ void TableDialog::addRemarks(QVBoxLayout& column) {
         if (problem == nullptr || !problem->column) return;
         correct([place = *problem->column](TableCorrections& corrections) {
             corrections.roles[place] = ColumnRole::ignored;
+        });
+    });
+    connect(takeAsZero_, &QPushButton::clicked, this, [this] {
+        const TableRemark* problem = currentProblem();
+        if (problem == nullptr || !problem->fault) return;
+        correct([fault = *problem->fault](TableCorrections& corrections) {
+            corrections.takenAsZero.push_back(fault);
         });
     });
 }
@@ -311,9 +323,10 @@ void TableDialog::fitColumns() {
             if (row.state == TablePreview::RowState::leftOut) continue;
             longest = std::max(longest, row.cells[static_cast<std::size_t>(column)].size());
         }
-        const int characters = std::min(static_cast<int>(longest), widestColumn) + 5;
-        sample_->setColumnWidth(column,
-                                std::max(roles_->minimumSectionSize(), characters * character));
+        const bool hasSigns = preview_->problemsOfColumn.contains(model_->columnOf(column));
+        const int room = cellMargins + (hasSigns ? 2 * signSize : 0);
+        const int width = std::min(static_cast<int>(longest), widestColumn) * character + room;
+        sample_->setColumnWidth(column, std::max(roles_->minimumSectionSize(), width));
     }
 }
 
@@ -400,8 +413,10 @@ void TableDialog::showRemarkCommands() {
     leaveOutRow_->setVisible(problem != nullptr &&
                              problem->row >= preview_->reading.firstDataRow());
     leaveOutColumn_->setVisible(problem != nullptr && problem->column);
+    takeAsZero_->setVisible(problem != nullptr && problem->fault);
     if (problem == nullptr) return;
     leaveOutRow_->setText(QString("Leave Out &Row %1").arg(problem->row));
+    if (problem->fault) takeAsZero_->setText(zeroCaption(*problem->fault));
     if (!problem->column) return;
     leaveOutColumn_->setText(QString("Leave Out Col&umn %1")
                                  .arg(QString::fromStdString(columnLetters(*problem->column))));

@@ -99,6 +99,7 @@ class TableDialog : public QDialog {
     QListWidget* remarks_ = nullptr;
     QPushButton* leaveOutRow_ = nullptr;
     QPushButton* leaveOutColumn_ = nullptr;
+    QPushButton* takeAsZero_ = nullptr;
     QPushButton* import_ = nullptr;
 };
 

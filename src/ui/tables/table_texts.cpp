@@ -96,6 +96,20 @@ QColor roleTint(ColumnRole role, const QPalette& palette) {
     return tint;
 }
 
+QString zeroCaption(CountFault fault) {
+    switch (fault) {
+        case CountFault::fraction:
+            return "Take All Fractions as &0";
+        case CountFault::negative:
+            return "Take All Below Zero as &0";
+        case CountFault::tooLarge:
+            return "Take All Too Large as &0";
+        case CountFault::notANumber:
+            return "Take All Such Texts as &0";
+    }
+    return {};
+}
+
 DoubtQuestion questionOf(TableDoubt doubt, const TableReading& reading) {
     DoubtQuestion question;
     const auto ask = [&](const QString& what) {

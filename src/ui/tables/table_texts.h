@@ -25,6 +25,9 @@ QColor roleColor(ColumnRole role, const QPalette& palette);
 // The ground of the cells of a column.
 QColor roleTint(ColumnRole role, const QPalette& palette);
 
+// Of the command that takes all cells with the fault as 0, with its letter.
+QString zeroCaption(CountFault fault);
+
 struct DoubtAnswer {
     QString title;
     std::function<void(TableCorrections& corrections)> correct;
