@@ -4,14 +4,13 @@
 #include <QPointer>
 #include <QRegularExpression>
 #include <algorithm>
-#include <iterator>
-#include <map>
 #include <optional>
 #include <string>
 #include <utility>
 
 #include "app/project_windows.h"
 #include "platform/job_queue.h"
+#include "tables/guess.h"
 #include "ui/kit/panels.h"
 #include "ui/kit/shown_text.h"
 #include "ui/main/main_window_controller.h"
@@ -60,7 +59,7 @@ QString excerptOf(const QString& text) {
 }
 
 struct Kind {
-    FileKind kind;
+    std::optional<FileKind> kind;  // absent: a table
     const char* title;
     const char* meaning;
 };
@@ -70,7 +69,13 @@ constexpr Kind kinds[] = {
     {FileKind::census, "&Single census", "a species and its number on each line"},
     {FileKind::matrix, "Census &matrix", "species in the first line, then a census on each line"},
     {FileKind::ios, "&Phone-app file", "an export of the phone app"},
+    {std::nullopt, "&Table", "any other layout: look at it first"},
 };
+
+// What it seems to be.
+bool isOf(const KnownFile& file, const Kind& kind) {
+    return file.isTable ? !kind.kind : kind.kind == file.kind;
+}
 
 Choice choiceOf(const Files& alike) {
     const KnownFile& first = alike.front();
@@ -87,7 +92,7 @@ Choice choiceOf(const Files& alike) {
                 .arg(QString::number(count), name);
     }
     for (const Kind& kind : kinds) {
-        if (kind.kind == first.kind) choice.preselected = static_cast<int>(choice.options.size());
+        if (isOf(first, kind)) choice.preselected = static_cast<int>(choice.options.size());
         choice.options.append(QString("%1\t%2").arg(kind.title, kind.meaning));
     }
     choice.accept = count == 1 ? QString("Import") : QString("Import All %L1 Files").arg(count);
@@ -95,27 +100,50 @@ Choice choiceOf(const Files& alike) {
 }
 
 // Asks once for each kind that is in doubt.
-Files decide(const Files& files, Alerts& alerts, const QPointer<MainWindowController>& window) {
-    std::map<FileKind, std::optional<FileKind>> answers;  // absent: cancelled
+Files decide(Files files, Alerts& alerts, const QPointer<MainWindowController>& window) {
+    std::vector<bool> isDropped(files.size());
+    std::vector<bool> isDecided(files.size());
     for (const Kind& guess : kinds) {
         Files alike;
-        std::copy_if(
-            files.begin(), files.end(), std::back_inserter(alike),
-            [&](const KnownFile& file) { return !file.certain && file.kind == guess.kind; });
+        std::vector<std::size_t> places;
+        for (std::size_t i = 0; i < files.size(); ++i) {
+            if (files[i].certain || isDecided[i] || !isOf(files[i], guess)) continue;
+            alike.push_back(files[i]);
+            places.push_back(i);
+        }
         if (alike.empty()) continue;
         const int chosen = alerts.choose(window, choiceOf(alike));
-        if (chosen >= 0) answers[guess.kind] = kinds[chosen].kind;
+        for (const std::size_t i : places) {
+            isDecided[i] = true;
+            isDropped[i] = chosen < 0;
+            if (chosen < 0) continue;
+            files[i].isTable = !kinds[chosen].kind;
+            files[i].kind = kinds[chosen].kind.value_or(files[i].kind);
+        }
     }
     Files decided;
-    for (KnownFile file : files) {
-        if (!file.certain) {
-            const std::optional<FileKind> answer = answers[file.kind];
-            if (!answer) continue;
-            file.kind = *answer;
-        }
-        decided.push_back(std::move(file));
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        if (!isDropped[i]) decided.push_back(std::move(files[i]));
     }
     return decided;
+}
+
+// Whether a table of that text is more than the census matrix that it seems to be.
+bool isMoreThanMatrix(const std::string& text, bool whole) {
+    const TableGuess guess = guessTable(text, whole);
+    const TableReading& reading = guess.reading;
+    const bool isPlain = reading.form.separator == ',' && guess.doubts.empty() &&
+                         reading.layout == TableLayout::censusRows && reading.firstRow == 1 &&
+                         reading.headerRows.size() == 1 && !reading.columns.empty() &&
+                         std::all_of(reading.columns.begin() + 1, reading.columns.end(),
+                                     [](ColumnRole role) { return role == ColumnRole::count; });
+    return !isPlain;
+}
+
+bool isUtf16(const std::string& bytes, bool whole) {
+    const TableEncoding encoding = guessEncoding(bytes, whole);
+    return encoding == TableEncoding::utf16LittleEndian ||
+           encoding == TableEncoding::utf16BigEndian;
 }
 
 }  // namespace
@@ -127,13 +155,19 @@ KnownFile lookAt(const QString& path) {
     InputFile& input = known.file->input->value();
     readFirstLines(input);
     std::string start = input.start();
-    if (!input.atEnd()) dropCutLine(start);
+    const bool whole = input.atEnd();
+    if (isUtf16(start, whole)) {
+        known.isText = known.isTable = true;
+        return known;
+    }
+    if (!whole) dropCutLine(start);
     const Result<std::string> text = decodeText(std::move(start));
     if (!text.ok() || text.value().empty()) return known;
     known.isText = true;
     known.kind = guessFileKind(text.value());
-    // What other separators make of it is told when it is read: to ask for its kind leads nowhere.
-    known.certain = isCertain(known.kind, text.value()) || !foreignSeparator(text.value()).empty();
+    known.certain = isCertain(known.kind, text.value()) && foreignSeparator(text.value()).empty();
+    known.isTable =
+        !known.certain && known.kind == FileKind::matrix && isMoreThanMatrix(text.value(), whole);
     if (!known.certain) known.firstLines = excerptOf(QString::fromStdString(text.value()));
     return known;
 }

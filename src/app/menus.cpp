@@ -166,8 +166,10 @@ void addEditMenu(MainWindowController& window, ProjectWindows& windows) {
                               [&] { cutFrom(window.focusWidget()); });
     QAction* copy = addCommand(window, menu, "copy", "&Copy", QKeySequence::Copy,
                                [&] { copyFrom(window.focusWidget()); });
-    QAction* paste = addCommand(window, menu, "paste", "&Paste", QKeySequence::Paste,
-                                [&] { pasteInto(pasteTarget(window)); });
+    QAction* paste = addCommand(window, menu, "paste", "&Paste", QKeySequence::Paste, [&] {
+        QWidget* target = pasteTarget(window);
+        canPaste(target) ? pasteInto(target) : window.mainView().pasteTable();
+    });
     // Without a shortcut: the key deletes a character in an editor, and rows in a table.
     QAction* remove = addCommand(window, menu, "delete", "&Delete", {},
                                  [&] { deleteFrom(window.focusWidget()); });
@@ -183,7 +185,8 @@ void addEditMenu(MainWindowController& window, ProjectWindows& windows) {
     addCommand(window, menu, "preferencesMenuItemTapped", "Prefere&nces...", preferencesKey(),
                [&] { emit windows.preferencesRequested(); });
     enableWhileShown(menu, cut, [&] { return canCut(window.focusWidget()); });
-    enableWhileShown(menu, paste, [&] { return canPaste(pasteTarget(window)); });
+    enableWhileShown(menu, paste,
+                     [&] { return canPaste(pasteTarget(window)) || clipboardHoldsTable(); });
     enableWhileShown(menu, remove, [&] { return canCut(window.focusWidget()); });
     enableWhileShown(menu, copy, [&] { return canCopy(window.focusWidget()); });
     enableWhileShown(menu, all, [&] { return canSelectAll(window.focusWidget()); });

@@ -11,6 +11,7 @@
 #include "app/file_kinds.h"
 #include "app/imports.h"
 #include "app/menus.h"
+#include "app/table_imports.h"
 #include "platform/document_controller.h"
 #include "platform/settings.h"
 #include "ui/analysis/project_wide_metrics_window_controller.h"
@@ -134,6 +135,13 @@ void ProjectWindows::connectWindow(MainWindowController& window) {
             [this](QWidget* opened) { addAnalysisWindow(*opened); });
     connect(shown, &MainWindowController::filesDropped, this,
             [=, this](const QStringList& paths) { takeDroppedFiles(paths, *shown); });
+    const auto importText = [=, this](const QString& name, const QString& text) {
+        importTableText(*this, *shown, name, text.toStdString());
+    };
+    connect(view, &MainViewController::tablePasted, this,
+            [=](const QString& text) { importText("the clipboard", text); });
+    connect(shown, &MainWindowController::tableDropped, this,
+            [=](const QString& text) { importText("a dropped table", text); });
     connect(shown, &MainWindowController::saveAsRequested, this,
             [=, this] { saveWindowAs(*shown, panels_); });
     connect(this, &ProjectWindows::preferencesDidChange, view, &MainViewController::updateMetrics);
@@ -185,8 +193,14 @@ void ProjectWindows::openKnownFiles(const QStringList& asked, const std::vector<
             endOpening(path);
             continue;
         }
-        documents_.open(next->file, next->isText ? std::optional(next->kind) : std::nullopt);
-        ++next;
+        const KnownFile& file = *next++;
+        if (file.isTable) {
+            const QPointer<MainWindowController> window = endOpening(path);
+            const bool free = window != nullptr && isFree(*window);
+            importTableFiles(*this, CommandWindow(free ? window : nullptr), {path}, window);
+            continue;
+        }
+        documents_.open(file.file, file.isText ? std::optional(file.kind) : std::nullopt);
     }
 }
 
@@ -194,14 +208,18 @@ void ProjectWindows::takeDroppedFiles(const QStringList& paths, MainWindowContro
     const CommandWindow command(&window);
     findKinds(*this, &window, paths, [this, command](const std::vector<KnownFile>& known) {
         std::vector<KnownFile> texts;
+        QStringList tables;
         for (const KnownFile& file : known) {
-            if (file.isText) {
+            if (file.isTable) {
+                tables.append(file.file->path);
+            } else if (file.isText) {
                 texts.push_back(file);
             } else {
                 openFile(file.file->path, command.window);
             }
         }
         importFiles(*this, command, texts);
+        importTableFiles(*this, command, tables, command.window);
     });
 }
 

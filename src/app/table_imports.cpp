@@ -2,6 +2,7 @@
 
 #include <QFileInfo>
 #include <QPointer>
+#include <functional>
 #include <memory>
 #include <utility>
 
@@ -95,21 +96,26 @@ void startTableImport(const std::shared_ptr<TableImport>& import,
                 importServices(*document, import->windows, ended));
 }
 
-void showTable(ProjectWindows& windows, const CommandWindow& command, const QString& name,
-               const OpenedTable& table) {
+// name: in messages. parent: of the dialog, may be null. next: called when the dialog is gone; may
+// be null.
+void showTable(ProjectWindows& windows, const CommandWindow& command, QWidget* parent,
+               const QString& name, const QString& heading, const OpenedTable& table,
+               const std::function<void()>& next) {
     if (command.isGone()) return;
     if (!table.start) {
-        windows.panels().alerts.warn(command.window, QString("“%1” could not be read").arg(name),
+        windows.panels().alerts.warn(parent, QString("“%1” could not be read").arg(name),
                                      QString::fromStdString(table.problem));
+        if (next) next();
         return;
     }
     const QPointer<TableDialog> dialog(
-        new TableDialog(name, table.start, windows.jobs(), command.window));
+        new TableDialog(heading, table.start, windows.jobs(), parent));
     const auto import =
         std::make_shared<TableImport>(TableImport{windows, command, name, table.input});
     QObject::connect(dialog, &QDialog::accepted, dialog,
                      [import, dialog] { startTableImport(import, dialog); });
     QObject::connect(dialog, &QDialog::rejected, dialog, &QObject::deleteLater);
+    if (next) QObject::connect(dialog, &QObject::destroyed, &windows, next);
     dialog->open();
 }
 
@@ -118,25 +124,31 @@ void showTable(ProjectWindows& windows, const CommandWindow& command, const QStr
 void runTableImport(ProjectWindows& windows, MainWindowController* window) {
     const CommandWindow command(window);
     const QString path = windows.panels().open.chooseTextFile(window, "Import Table");
-    if (!path.isEmpty()) importTableFile(windows, command, path);
+    if (!path.isEmpty()) importTableFiles(windows, command, {path}, command.window);
 }
 
-void importTableFile(ProjectWindows& windows, const CommandWindow& command, const QString& path) {
-    QPointer<MainViewController> view(command.window ? &command.window->mainView() : nullptr);
+void importTableFiles(ProjectWindows& windows, const CommandWindow& command,
+                      const QStringList& paths, MainWindowController* parent) {
+    if (paths.isEmpty()) return;
+    const QPointer<MainWindowController> guard(parent);
+    const QPointer<MainViewController> view(parent != nullptr ? &parent->mainView() : nullptr);
+    const QString& path = paths.front();
     const QString name = QFileInfo(path).fileName();
     const MainView::ProgressId progress =
         view ? view->startProgress(QString("reading %1...").arg(name).toStdString(), nullptr) : 0;
+    const auto next = [=, &windows] { importTableFiles(windows, command, paths.mid(1), guard); };
     windows.jobs().start(
         &windows, [path] { return openedTable(TableInput::open(encodedPath(path))); },
         [=, &windows](const OpenedTable& table) {
             if (view) view->stopProgress(progress);
-            showTable(windows, command, name, table);
+            showTable(windows, command, guard, name, name, table, next);
         });
 }
 
-void importTableText(ProjectWindows& windows, const CommandWindow& command, const QString& name,
+void importTableText(ProjectWindows& windows, MainWindowController& window, const QString& name,
                      std::string text) {
-    showTable(windows, command, name, openedTable(TableInput::ofText(std::move(text))));
+    showTable(windows, CommandWindow(&window), &window, name, "Table from " + name,
+              openedTable(TableInput::ofText(std::move(text))), nullptr);
 }
 
 }  // namespace zorvel

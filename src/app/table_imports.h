@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <string>
 
 namespace zorvel {
@@ -14,11 +15,13 @@ class ProjectWindows;
 // Asks for a file, and shows it as a table.
 void runTableImport(ProjectWindows& windows, MainWindowController* window);
 
-// Shows a file as a table, and imports it into the project of the window, or a new one.
-void importTableFile(ProjectWindows& windows, const CommandWindow& command, const QString& path);
+// Shows one file after the other as a table, and imports it into the project of the command's
+// window, or a new one. parent: of the windows that show them, may be null.
+void importTableFiles(ProjectWindows& windows, const CommandWindow& command,
+                      const QStringList& paths, MainWindowController* parent);
 
-// The same for a text. name: what stands for a file.
-void importTableText(ProjectWindows& windows, const CommandWindow& command, const QString& name,
+// The same for a text, into the project of the window. name: what stands for a file.
+void importTableText(ProjectWindows& windows, MainWindowController& window, const QString& name,
                      std::string text);
 
 }  // namespace zorvel

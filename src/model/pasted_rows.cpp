@@ -1,5 +1,7 @@
 #include "model/pasted_rows.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <optional>
 #include <utility>
 
@@ -83,11 +85,11 @@ class Cells {
     std::string_view rest_;
 };
 
-// The rows that are not empty, without empty cells at their right ends.
-std::vector<Row> filledRows(std::string_view text) {
+// The rows that are not empty, without empty cells at their right ends. most: of those looked at.
+std::vector<Row> filledRows(std::string_view text, std::size_t most = SIZE_MAX) {
     std::vector<Row> rows;
     Cells cells(text);
-    for (std::size_t number = 1; !cells.atEnd(); ++number) {
+    for (std::size_t number = 1; number <= most && !cells.atEnd(); ++number) {
         Row row{number, cells.nextRow()};
         while (!row.cells.empty() && withoutOuterSpace(row.cells.back()).empty()) {
             row.cells.pop_back();
@@ -129,6 +131,15 @@ Result<TaxonValues, PasteProblem> taxonOf(const Row& row) {
 }
 
 }  // namespace
+
+std::size_t pastedColumns(std::string_view text) {
+    constexpr std::size_t firstRows = 100;
+    std::size_t columns = 0;
+    for (const Row& row : filledRows(text, firstRows)) {
+        columns = std::max(columns, row.cells.size());
+    }
+    return columns;
+}
 
 Pasted<TaxonValues> pastedTaxa(std::string_view text) {
     const std::vector<Row> rows = filledRows(text);

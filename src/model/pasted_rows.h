@@ -23,6 +23,9 @@ struct PasteProblem {
 template <class T>
 using Pasted = Result<std::vector<T>, PasteProblem>;
 
+// Cells of the widest of the first rows, without empty ones at its right end.
+std::size_t pastedColumns(std::string_view text);
+
 // Names in the first column, abundances in the second; without a second column the abundances are
 // 0. Empty rows and empty cells to the right are skipped. At least one row.
 Pasted<TaxonValues> pastedTaxa(std::string_view text);

@@ -109,6 +109,19 @@ bool clipboardHoldsCensuses() {
     return data != nullptr && data->hasFormat(copiedCensusesType);
 }
 
+bool clipboardHoldsTable() {
+    const QMimeData* data = QGuiApplication::clipboard()->mimeData();
+    return data != nullptr && tableText(*data, 1);
+}
+
+std::optional<QString> tableText(const QMimeData& data, std::size_t columns) {
+    if (data.hasFormat(copiedCensusesType) || data.hasFormat(copiedSpeciesType)) return {};
+    QString text = data.text();
+    if (!unreadable(text).isEmpty() || !text.contains('\t')) return {};
+    if (pastedColumns(text.toStdString()) <= columns) return {};
+    return text;
+}
+
 PasteOutcome pasteSpeciesRows(ObjectContext& context, const std::optional<Census>& census,
                               const QMimeData& data) {
     if (!census) return {{}, worded("Select the census that the species belong to first.")};

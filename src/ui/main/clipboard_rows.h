@@ -22,6 +22,12 @@ inline constexpr char copiedSpeciesType[] = "application/x-zorvel-species";
 std::unique_ptr<QMimeData> mimeDataOf(RecordCopy& copy, const char* type);
 
 bool clipboardHoldsCensuses();
+// A text of several columns, see tableText().
+bool clipboardHoldsTable();
+
+// The text, if it has more columns than that and no records of this program come with it: it is a
+// table, to be imported. Absent for a text too long to be pasted.
+std::optional<QString> tableText(const QMimeData& data, std::size_t columns);
 
 struct PasteOutcome {
     std::vector<RecordId> records;  // the new ones, ascending

@@ -196,6 +196,8 @@ void MainViewController::pasteRows(RecordTableView& table) {
     const QMimeData* held = QApplication::clipboard()->mimeData();
     if (held == nullptr) held = &nothing;
     const bool censuses = &table == ui_->censusTable;
+    // Names, or names and abundances.
+    if (const auto text = tableText(*held, censuses ? 1 : 2)) return emit tablePasted(*text);
     const PasteOutcome outcome = censuses ? pasteCensusRows(context(), *held)
                                           : pasteSpeciesRows(context(), selectedCensus(), *held);
     if (!outcome.problem.isEmpty()) {
@@ -207,6 +209,12 @@ void MainViewController::pasteRows(RecordTableView& table) {
         censuses ? censusModel_->rowsOf(outcome.records) : speciesModel_->rowsOf(outcome.records);
     if (!rows.empty()) table.selectRows(rows);
     table.setFocus();
+}
+
+void MainViewController::pasteTable() {
+    const QMimeData* held = QApplication::clipboard()->mimeData();
+    const auto text = held != nullptr ? tableText(*held, 1) : std::nullopt;
+    if (text) emit tablePasted(*text);
 }
 
 void MainViewController::setUpSearch() {

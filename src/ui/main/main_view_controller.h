@@ -75,6 +75,8 @@ class MainViewController : public QWidget, public MainView {
     // sight; the strip says why if nothing could be pasted.
     void cutRows(RecordTableView& table);
     void pasteRows(RecordTableView& table);
+    // A text of several columns, wherever the focus is.
+    void pasteTable();
     // The search field takes the focus.
     void findSpecies();
 
@@ -137,6 +139,8 @@ class MainViewController : public QWidget, public MainView {
 
   signals:
     void openRequested();
+    // More columns than the table takes that it was pasted into.
+    void tablePasted(const QString& text);
     // In any editor, or one has closed.
     void textTyped();
     // A text was not stored although its editor has closed; the strip says so, too.

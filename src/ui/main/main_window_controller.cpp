@@ -13,6 +13,7 @@
 #include "ui/kit/message_strip.h"
 #include "ui/kit/shown_text.h"
 #include "ui/kit/window_placement.h"
+#include "ui/main/clipboard_rows.h"
 #include "ui/main/main_view_controller.h"
 
 namespace zorvel {
@@ -118,12 +119,15 @@ void MainWindowController::closeEvent(QCloseEvent* event) {
 }
 
 void MainWindowController::dragEnterEvent(QDragEnterEvent* event) {
-    if (!localFiles(*event->mimeData()).isEmpty()) event->acceptProposedAction();
+    const QMimeData& dragged = *event->mimeData();
+    if (!localFiles(dragged).isEmpty() || tableText(dragged, 1)) event->acceptProposedAction();
 }
 
 void MainWindowController::dropEvent(QDropEvent* event) {
     event->acceptProposedAction();
-    emit filesDropped(localFiles(*event->mimeData()));
+    const QStringList files = localFiles(*event->mimeData());
+    if (!files.isEmpty()) return emit filesDropped(files);
+    if (const auto text = tableText(*event->mimeData(), 1)) emit tableDropped(*text);
 }
 
 }  // namespace zorvel

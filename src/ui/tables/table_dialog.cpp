@@ -34,7 +34,9 @@ constexpr QSize wantedSize{900, 600};
 constexpr QSize leastSize{560, 400};
 constexpr QSize roomyFrom{760, 520};  // below it the options fold
 constexpr int remarksHeight = 110;
-constexpr int widestColumn = 30;           // characters
+constexpr int widestColumn = 30;  // characters
+constexpr int cellMargins = 36;
+constexpr int signSize = 14;
 constexpr int remarkPlace = Qt::UserRole;  // of a problem, from 0
 
 QString counted(std::size_t count, const QString& one, const QString& many) {
