@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "app/project_windows.h"
@@ -130,11 +131,15 @@ Files decide(Files files, Alerts& alerts, const QPointer<MainWindowController>& 
 
 // Whether a table of that text is more than the census matrix that it seems to be.
 bool isMoreThanMatrix(const std::string& text, bool whole) {
-    const TableGuess guess = guessTable(text, whole);
+    constexpr std::size_t enough = 1U << 18U;  // bytes
+    const std::string_view start = std::string_view(text).substr(0, enough);
+    const TableGuess guess = guessTable(start, whole && start.size() == text.size());
     const TableReading& reading = guess.reading;
-    const bool isPlain = reading.form.separator == ',' && guess.doubts.empty() &&
-                         reading.layout == TableLayout::censusRows && reading.firstRow == 1 &&
-                         reading.headerRows.size() == 1 && !reading.columns.empty() &&
+    // Two columns may be read either way round.
+    const bool isComma = reading.form.separator == ',';
+    if (reading.columns.size() < (isComma ? 3 : 2)) return false;
+    const bool isPlain = isComma && reading.layout == TableLayout::censusRows &&
+                         reading.firstRow == 1 && reading.headerRows.size() == 1 &&
                          std::all_of(reading.columns.begin() + 1, reading.columns.end(),
                                      [](ColumnRole role) { return role == ColumnRole::count; });
     return !isPlain;

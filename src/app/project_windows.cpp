@@ -197,7 +197,7 @@ void ProjectWindows::openKnownFiles(const QStringList& asked, const std::vector<
         if (file.isTable) {
             const QPointer<MainWindowController> window = endOpening(path);
             const bool free = window != nullptr && isFree(*window);
-            importTableFiles(*this, CommandWindow(free ? window : nullptr), {path}, window);
+            importTableFiles(*this, CommandWindow(free ? window : nullptr), {file.file}, window);
             continue;
         }
         documents_.open(file.file, file.isText ? std::optional(file.kind) : std::nullopt);
@@ -208,10 +208,10 @@ void ProjectWindows::takeDroppedFiles(const QStringList& paths, MainWindowContro
     const CommandWindow command(&window);
     findKinds(*this, &window, paths, [this, command](const std::vector<KnownFile>& known) {
         std::vector<KnownFile> texts;
-        QStringList tables;
+        std::vector<std::shared_ptr<NamedFile>> tables;
         for (const KnownFile& file : known) {
             if (file.isTable) {
-                tables.append(file.file->path);
+                tables.push_back(file.file);
             } else if (file.isText) {
                 texts.push_back(file);
             } else {

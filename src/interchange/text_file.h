@@ -7,6 +7,7 @@
 #include <cstddef>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "base/files.h"
 
@@ -35,6 +36,9 @@ class InputFile {
     Result<std::string> bytes() &&;
     // The same as text, see decodeText().
     Result<std::string> text() &&;
+
+    // The open file, to be read from any place; none at its end.
+    OpenFile file() && { return std::move(file_); }
 
     // As at the opening.
     [[nodiscard]] const struct stat& status() const { return status_; }

@@ -100,8 +100,11 @@ TEST_F(ImportTest, EveryKindOfFileThroughTheMenu) {
 
 // They would come in as censuses called "North;3;0".
 TEST_F(ImportTest, OpenedTextsSayWhyTheyHaveNoTaxa) {
+    alerts.chosen = {2, 2};
     open(write("tabs.txt", "\tAbies\tLarix\nNorth\t3\t0\n"));
-    EXPECT_TRUE(alerts.choices.isEmpty());
+    ASSERT_EQ(alerts.choices.size(), 1);
+    EXPECT_EQ(alerts.choices[0].options[alerts.choices[0].preselected].section('\t', 0, 0),
+              "&Table");
     EXPECT_TRUE(messages().last().startsWith(
         "tabs.txt could not be read: the cells seem to be separated by tabs"));
     EXPECT_EQ(rows(), 0);
@@ -273,6 +276,7 @@ TEST_F(ImportTest, FirstLinesTellTheKindOrLeaveADoubt) {
         QByteArray text;
         FileKind guess;
         bool certain;
+        bool isTable = false;
     } cases[] = {
         {phoneFile, FileKind::ios, true},
         {"1, 2\n3\n", FileKind::list, true},
@@ -283,7 +287,10 @@ TEST_F(ImportTest, FirstLinesTellTheKindOrLeaveADoubt) {
         {",a,b\n\nNorth,1,2", FileKind::matrix, true},
         {"Abies,3\nLarix,2\n", FileKind::census, false},
         {"site,oak\nNorth,3\n", FileKind::matrix, false},
-        {"site,oak,elm\nNorth,3,many\n", FileKind::matrix, false},
+        {"site,oak,elm\nNorth,3,many\n", FileKind::matrix, false, true},
+        {"Plot;Abies;Larix\nP1;2;3\n", FileKind::matrix, false, true},
+        {"species,Plot 1,Plot 2\nAbies alba,1,x\n", FileKind::matrix, false, true},
+        {"Count of 2021\n,Abies,Larix\nP1,2,3\n", FileKind::matrix, false, true},
         {"site,oak,elm\nNorth,3\n", FileKind::matrix, false},
         {"site,oak,12\nNorth,3,4\n", FileKind::matrix, false},
     };
@@ -291,14 +298,17 @@ TEST_F(ImportTest, FirstLinesTellTheKindOrLeaveADoubt) {
         SCOPED_TRACE(test.text.left(40).toStdString());
         const KnownFile known = lookAt(write("sample.csv", test.text));
         EXPECT_TRUE(known.isText);
+        EXPECT_EQ(known.isTable, test.isTable);
         EXPECT_EQ(known.kind, test.guess);
         EXPECT_EQ(known.certain, test.certain);
         EXPECT_LE(known.firstLines.count('\n'), 5);
     }
-    for (const QString& path : {folder.filePath("missing.csv"), folder.path(), write("empty", ""),
-                                write("wide.csv", QByteArray("\xff\xfe\0a", 4))}) {
+    for (const QString& path :
+         {folder.filePath("missing.csv"), folder.path(), write("empty", "")}) {
         EXPECT_FALSE(lookAt(path).isText);
     }
+    const KnownFile wide = lookAt(write("wide.csv", QByteArray("\xff\xfe\0a", 4)));
+    EXPECT_TRUE(wide.isTable && wide.certain) << "UTF-16 is looked at in any case";
 }
 
 // What is looked at is what is read, even where another file takes its place meanwhile.

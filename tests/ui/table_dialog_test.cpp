@@ -1,5 +1,6 @@
 // The window for tables, by its keys.
 #include <QAbstractItemModel>
+#include <QClipboard>
 #include <QComboBox>
 #include <QHeaderView>
 #include <QListWidget>
@@ -39,6 +40,7 @@ class TableDialogTest : public WindowTest {
     bool waitFor(const std::string& wanted) {
         return waitUntil([&] { return title() == wanted && importButton().isEnabled(); });
     }
+    int remarkCount() { return part<QListWidget>("tableRemarks").count(); }
     QString headerOf(int column) {
         return part<QTableView>("tableSample")
             .model()
@@ -99,6 +101,72 @@ TEST_F(TableDialogTest, ATableIsCorrectedByKeysAndImportedAsOneStep) {
     sendDeletions();
     EXPECT_EQ(dialog(), nullptr);
     EXPECT_EQ(context().censusCount(), 0u);
+}
+
+TEST_F(TableDialogTest, PastedAndDroppedColumnsAreShownFirst) {
+    const QString text = "Plot\tAbies\tLarix\nNorth\t3\t1\nSouth\t0\t2\n";
+    QApplication::clipboard()->setText(text);
+    trigger("paste");  // into an empty project, where nothing takes it
+    ASSERT_TRUE(waitUntil([this] { return dialog() != nullptr && isShown(); }));
+    key(Qt::Key_Return, Qt::ControlModifier);
+    ASSERT_TRUE(waitUntil([&] { return context().censusCount() == 2; }));
+    EXPECT_EQ(messages(), QStringList{"Imported 2 censuses with 3 taxa from the clipboard."});
+    sendDeletions();
+    // Two columns are one too many for the names of censuses, three for species.
+    for (RecordTableView* table : {static_cast<RecordTableView*>(&censusTable()),
+                                   static_cast<RecordTableView*>(&speciesTable())}) {
+        table->setFocus();
+        trigger("paste");
+        ASSERT_NE(dialog(), nullptr);
+        dialog()->reject();
+        sendDeletions();
+    }
+    emit window->tableDropped(text);
+    ASSERT_NE(dialog(), nullptr);
+    EXPECT_EQ(context().censusCount(), 2u);
+}
+
+TEST_F(TableDialogTest, DoubtfulAndUtf16FilesAreShownFirst) {
+    const QString semicolons = write("a.csv", "Plot;Abies\nNorth;3\n");
+    const QString text = "\ufeffPlot;Abies\nNorth;4\n";
+    const auto* units = reinterpret_cast<const char*>(text.utf16());
+    const QString wide = write("b.csv", QByteArray(units, 2 * text.size()));
+    emit window->filesDropped({semicolons, wide});
+    ASSERT_TRUE(waitUntil([this] { return dialog() != nullptr && waitFor("Import 1 Census"); }));
+    EXPECT_EQ(alerts.choices.size(), 1) << "UTF-16 is no question";
+    key(Qt::Key_Return, Qt::ControlModifier);
+    ASSERT_TRUE(waitUntil([&] { return context().censusCount() == 1; }));
+    sendDeletions();
+    ASSERT_TRUE(waitUntil([this] { return dialog() != nullptr && waitFor("Import 1 Census"); }));
+    key(Qt::Key_Escape);
+    sendDeletions();
+    EXPECT_EQ(records(), (std::vector<std::string>{"North", "Abies,3"}));
+    // An opened file makes a project of its own.
+    windows->openFile(wide, window);
+    ASSERT_TRUE(waitUntil([this] { return dialog() != nullptr && waitFor("Import 1 Census"); }));
+    key(Qt::Key_Return, Qt::ControlModifier);
+    ASSERT_TRUE(waitUntil([this] { return windows->windows().size() == 2; }));
+    window = windows->windows().back();
+    ASSERT_TRUE(waitUntil([&] { return context().censusCount() == 1; }));
+}
+
+TEST_F(TableDialogTest, ProblemsFoundByTheImportBringTheWindowBack) {
+    QByteArray text = "Plot,Abies,Larix,Notes\n";
+    const QByteArray filler(4000, 'x');
+    for (int i = 0; i < 1100; ++i) text += "P" + QByteArray::number(i) + ",1,2," + filler + '\n';
+    text += "Last,1,2.5\n";
+    openTable(text);
+    ASSERT_TRUE(
+        waitUntil([&] { return title() == "Import All Rows" && importButton().isEnabled(); }));
+    key(Qt::Key_Return, Qt::ControlModifier);
+    ASSERT_TRUE(waitUntil([&] { return dialog()->isVisible() && remarkCount() > 0; }));
+    EXPECT_EQ(part<QListWidget>("tableRemarks").item(0)->text().left(8), "C1102: 2");
+    EXPECT_EQ(context().censusCount(), 0u);
+    part<QPushButton>("tableTakeAsZero").click();
+    ASSERT_TRUE(waitUntil([&] { return importButton().isEnabled(); }));
+    key(Qt::Key_Return, Qt::ControlModifier);
+    ASSERT_TRUE(waitUntil([&] { return context().censusCount() == 1101; }));
+    EXPECT_EQ(census(1100).taxonCount(), 1u);
 }
 
 TEST_F(TableDialogTest, WhatIsInDoubtIsAskedBeforeTheImport) {

@@ -12,7 +12,7 @@ namespace zorvel {
 namespace {
 
 TablePreview preview(const std::string& text, const TableCorrections& corrections = {}) {
-    return previewTable({text, true}, corrections);
+    return previewTable(tableInput(text), 0, corrections);
 }
 
 std::vector<std::string> problemTexts(const TablePreview& preview) {
@@ -78,18 +78,21 @@ TEST(TablePreview, OfALongTextShowsTheFirstRowsAndThoseWithProblems) {
     EXPECT_EQ(whole.rows.back().number, 3001u);
 
     // Of a start that is cut the rest is not known, until the import has found its problems.
-    const TableStart start{text.substr(0, text.size() / 2), false};
-    TablePreview cut = previewTable(start, {});
+    TableInput input = tableInput(text);
+    input.isShort = false;
+    TablePreview cut = previewTable(input, 0, {});
+    EXPECT_FALSE(cut.whole);
     EXPECT_EQ(cut.censusCount, TableSample::mostRows - 1);
+    EXPECT_EQ(understoodText(cut), "commas; censuses in row 2 and below, species in column B");
     EXPECT_EQ(cut.problems.count, 0u);
-    TextRows all(bytesOf(text), cut.reading.form);
-    const TableRows found = rowsOfProblems(all, whole.problems);
-    cut = previewTable(start, {}, found);
+    const TableRows found =
+        rowsOfProblems(*input.sheets[0].rows->rows(cut.reading.form, {}), whole.problems);
+    cut = previewTable(input, 0, {}, found);
     EXPECT_THAT(problemTexts(cut), testing::ElementsAre(testing::StartsWith("B3001: 2.5")));
     EXPECT_EQ(cut.rows.back().number, 3001u);
     TableCorrections rounded;
     rounded.fractions = FractionRule::round;
-    EXPECT_EQ(previewTable(start, rounded, found).problems.count, 0u);
+    EXPECT_EQ(previewTable(input, 0, rounded, found).problems.count, 0u);
 }
 
 TEST(TablePreview, OfAWideTableShowsTheFirstColumnsAndThoseWithProblems) {

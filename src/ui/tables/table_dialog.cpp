@@ -1,5 +1,6 @@
 #include "ui/tables/table_dialog.h"
 
+#include <QComboBox>
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -73,9 +74,9 @@ QLabel* captionOf(QWidget* part, const QString& text) {
 
 }  // namespace
 
-TableDialog::TableDialog(const QString& name, std::shared_ptr<const TableStart> start,
+TableDialog::TableDialog(const QString& name, std::shared_ptr<const TableInput> input,
                          JobQueue& jobs, QWidget* parent)
-    : QDialog(parent), start_(std::move(start)), jobs_(jobs) {
+    : QDialog(parent), input_(std::move(input)), sheet_(input_->first), jobs_(jobs) {
     setObjectName("tableDialog");
     setWindowTitle("Import Table");
     setWindowModality(Qt::WindowModal);
@@ -98,6 +99,7 @@ void TableDialog::addParts(const QString& name) {
     name_->setText(oneLine(name));
     name_->setFont(scaledFont(font(), 1.1, true));
     heading->addWidget(name_, 1);
+    if (input_->sheets.size() > 1) addSheets(*heading);
     optionsButton_ = new QToolButton;
     optionsButton_->setObjectName("tableOptionsButton");
     optionsButton_->setText("&Options...");
@@ -130,6 +132,20 @@ void TableDialog::addParts(const QString& name) {
     column->addWidget(understood_);
     addRemarks(*column);
     addButtons(*column);
+}
+
+void TableDialog::addSheets(QHBoxLayout& line) {
+    auto* box = new QComboBox;
+    box->setObjectName("tableSheetBox");
+    for (const TableInput::Sheet& sheet : input_->sheets) {
+        box->addItem(oneLine(QString::fromStdString(sheet.name)));
+    }
+    box->setCurrentIndex(static_cast<int>(sheet_));
+    auto* label = new QLabel("Sh&eet:");
+    label->setBuddy(box);
+    line.addWidget(label);
+    line.addWidget(box);
+    connect(box, &QComboBox::activated, this, &TableDialog::showSheet);
 }
 
 QWidget* TableDialog::makeSample() {
@@ -261,6 +277,15 @@ void TableDialog::addButtons(QVBoxLayout& column) {
     column.addWidget(buttons);
 }
 
+// As it would be shown first.
+void TableDialog::showSheet(int sheet) {
+    sheet_ = static_cast<std::size_t>(sheet);
+    corrections_ = {};
+    others_.clear();
+    header_.reset();
+    update();
+}
+
 void TableDialog::correct(const TableCorrection& correction) {
     correction(corrections_);
     update();
@@ -278,21 +303,24 @@ void TableDialog::update() {
     showImportButton();
     jobs_.start(
         this,
-        [start = start_, corrections = corrections_, others = others_] {
-            return std::make_shared<const TablePreview>(previewTable(*start, corrections, others));
+        [input = input_, sheet = sheet_, corrections = corrections_, others = others_] {
+            return std::make_shared<const TablePreview>(
+                previewTable(*input, sheet, corrections, others));
         },
         [this](const std::shared_ptr<const TablePreview>& preview) { take(preview); });
 }
 
 void TableDialog::take(const std::shared_ptr<const TablePreview>& preview) {
     running_ = false;
+    if (outdated_) return update();
     if (!header_) {
         header_ = preview->header;
         const auto kept = header_->empty() ? std::nullopt : keptCorrections(*header_);
-        if (kept) corrections_ = *kept;
-        outdated_ = outdated_ || kept;
+        if (kept) {
+            corrections_ = *kept;
+            return update();
+        }
     }
-    if (outdated_) return update();
     preview_ = preview;
     showPreview();
 }
@@ -308,7 +336,7 @@ void TableDialog::showPreview() {
                               ? QString("&Sample")
                               : QString("&Sample: the first %L1 rows; the import reads all of them")
                                     .arg(TableSample::mostRows));
-    options_->showReading(preview_->reading);
+    options_->showReading(preview_->reading, preview_->sheet.empty());
     understood_->setText(
         "Understood: " + oneLine(QString::fromStdString(understoodText(*preview_))) + '.');
     showDoubts();

@@ -15,6 +15,7 @@
 #include "ui/tables/table_options.h"
 #include "ui/tables/table_preview.h"
 
+class QHBoxLayout;
 class QLabel;
 class QListWidget;
 class QPushButton;
@@ -34,10 +35,13 @@ class TableDialog : public QDialog {
     Q_OBJECT
   public:
     // name: of the file, or what stands for it.
-    TableDialog(const QString& name, std::shared_ptr<const TableStart> start, JobQueue& jobs,
+    TableDialog(const QString& name, std::shared_ptr<const TableInput> input, JobQueue& jobs,
                 QWidget* parent);
 
-    // How the table is to be read, once it is accepted.
+    // What is to be read, and how, once it is accepted.
+    [[nodiscard]] const std::shared_ptr<const TableSource>& source() const {
+        return input_->sheets[sheet_].rows;
+    }
     [[nodiscard]] const TableReading& reading() const { return preview_->reading; }
     // Shows rows beyond the first in which the import has found problems.
     void showFound(TableRows rows);
@@ -49,11 +53,13 @@ class TableDialog : public QDialog {
 
   private:
     void addParts(const QString& name);
+    void addSheets(QHBoxLayout& line);
     QWidget* makeSample();
     QWidget* makeCensuses();
     void addRemarks(QVBoxLayout& column);
     void addButtons(QVBoxLayout& column);
 
+    void showSheet(int sheet);
     void correct(const TableCorrection& correction);
     // Starts a preview, or waits for the one that runs.
     void update();
@@ -74,7 +80,8 @@ class TableDialog : public QDialog {
     [[nodiscard]] bool canImport() const;
     void import();
 
-    std::shared_ptr<const TableStart> start_;
+    std::shared_ptr<const TableInput> input_;
+    std::size_t sheet_;
     JobQueue& jobs_;
     TableCorrections corrections_;
     TableRows others_;

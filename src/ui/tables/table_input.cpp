@@ -2,54 +2,82 @@
 
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <utility>
 
+#include "base/files.h"
 #include "tables/guess.h"
 
 namespace zorvel {
 
-std::size_t TableBytes::read(char* bytes, std::size_t size) {
-    if (text_ != nullptr) {
-        const std::size_t count = text_->copy(bytes, size, std::min(place_, text_->size()));
+namespace {
+
+// The rows of a file; of one that cannot be read on, with the reason.
+class FileRows final : public RowSource {
+  public:
+    FileRows(int descriptor, const TextForm& form)
+        : descriptor_(descriptor),
+          rows_([this](char* bytes, std::size_t size) { return read(bytes, size); }, form) {}
+
+    bool next(TableRow& row) override { return rows_.next(row); }
+    [[nodiscard]] std::optional<Problem> problem() const override { return problem_; }
+
+  private:
+    std::size_t read(char* bytes, std::size_t size) {
+        ssize_t count = 0;
+        do {
+            count = pread(descriptor_, bytes, size, place_);
+        } while (count < 0 && errno == EINTR);
+        if (count < 0) problem_ = systemProblem("cannot be read", errno);
+        if (count <= 0) return 0;
         place_ += count;
-        return count;
+        return static_cast<std::size_t>(count);
     }
-    ssize_t count = 0;
-    do {
-        count = pread(descriptor_, bytes, size, static_cast<off_t>(place_));
-    } while (count < 0 && errno == EINTR);
-    if (count < 0) problem_ = systemProblem("cannot be read", errno);
-    if (count <= 0) return 0;
-    place_ += static_cast<std::size_t>(count);
-    return static_cast<std::size_t>(count);
+
+    int descriptor_;
+    off_t place_ = 0;
+    std::optional<Problem> problem_;
+    TextRows rows_;
+};
+
+// A text too long to be kept in memory.
+class FileSource final : public TableSource {
+  public:
+    FileSource(OpenFile file, std::string start)
+        : file_(std::move(file)), start_(std::move(start)) {}
+
+    [[nodiscard]] std::unique_ptr<RowSource> rows(const TextForm& form,
+                                                  const std::stop_token& /*stop*/) const override {
+        return std::make_unique<FileRows>(file_.descriptor(), form);
+    }
+    [[nodiscard]] TableGuess guess(const TableChoices& choices) const override {
+        return guessTable(start_, false, choices);
+    }
+
+  private:
+    OpenFile file_;
+    std::string start_;
+};
+
+}  // namespace
+
+TableInput tableInput(std::string text) {
+    return {{{{}, std::make_shared<const TextSource>(std::move(text), true)}}, 0, true};
 }
 
-Result<std::shared_ptr<const TableInput>> TableInput::open(const std::string& path) {
-    Result<OpenFile> file = openRegularFile(path);
+Result<TableInput> tableInput(Result<InputFile> file) {
     if (!file) return file.problem();
-    return std::shared_ptr<const TableInput>(new TableInput(std::move(file).value(), {}));
-}
-
-std::shared_ptr<const TableInput> TableInput::ofText(std::string text) {
-    return std::shared_ptr<const TableInput>(new TableInput(OpenFile(-1), std::move(text)));
-}
-
-Result<TableStart> startOf(const TableInput& input) {
-    // One byte more tells whether the table goes on.
-    constexpr std::size_t most = TableSample::mostBytes + 1;
-    TableStart start;
-    TableBytes bytes = input.bytes();
-    std::size_t used = 0;
-    for (std::size_t count = 1; count > 0 && used < most; used += count) {
-        start.bytes.resize(std::min(most, used + (1U << 18U)));
-        count = bytes.read(start.bytes.data() + used, start.bytes.size() - used);
+    InputFile& input = file.value();
+    input.readStart(TableSample::mostBytes + 1);
+    if (input.atEnd()) {
+        Result<std::string> bytes = std::move(input).bytes();
+        if (!bytes) return bytes.problem();
+        if (bytes.value().empty()) return Problem{"is empty"};
+        return tableInput(std::move(bytes).value());
     }
-    if (bytes.problem()) return *bytes.problem();
-    start.whole = used < most;
-    start.bytes.resize(std::min(used, TableSample::mostBytes));
-    return start;
+    std::string start = input.start().substr(0, TableSample::mostBytes);
+    auto source = std::make_shared<const FileSource>(std::move(input).file(), std::move(start));
+    return TableInput{{{{}, std::move(source)}}, 0, false};
 }
 
 }  // namespace zorvel

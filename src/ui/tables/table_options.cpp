@@ -19,6 +19,7 @@ namespace zorvel {
 namespace {
 
 constexpr int listsPerLine = 3;
+constexpr int listsOfText = 2;  // the first of the rules
 
 // Columns mean something else from now on.
 void beginAnew(TableCorrections& corrections) {
@@ -118,7 +119,8 @@ void TableOptions::addList(QGridLayout& grid, int place, const QString& title, c
         emit corrected([set, value = values[static_cast<std::size_t>(index)]](
                            TableCorrections& corrections) { set(corrections, value); });
     });
-    lists_.push_back({box, std::move(values), std::move(get)});
+    const bool isOfText = grid.parentWidget() == rules_ && place < listsOfText;
+    lists_.push_back({label, box, isOfText, std::move(values), std::move(get)});
 }
 
 void TableOptions::addMarks(QGridLayout& grid) {
@@ -224,8 +226,10 @@ void TableOptions::addRules(QGridLayout& grid) {
     grid.setColumnStretch(2 * listsPerLine, 1);
 }
 
-void TableOptions::showReading(const TableReading& reading) {
+void TableOptions::showReading(const TableReading& reading, bool isText) {
     for (const List& list : lists_) {
+        list.label->setVisible(isText || !list.isOfText);
+        list.box->setVisible(isText || !list.isOfText);
         const auto found = std::find(list.values.begin(), list.values.end(), list.get(reading));
         list.box->setCurrentIndex(
             found == list.values.end() ? -1 : static_cast<int>(found - list.values.begin()));

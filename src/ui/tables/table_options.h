@@ -13,6 +13,7 @@
 class QCheckBox;
 class QComboBox;
 class QGridLayout;
+class QLabel;
 class QSpinBox;
 class QToolButton;
 
@@ -25,7 +26,8 @@ class TableOptions : public QWidget {
   public:
     explicit TableOptions(QWidget* parent = nullptr);
 
-    void showReading(const TableReading& reading);
+    // isText: not a sheet, which has no separator and no encoding.
+    void showReading(const TableReading& reading, bool isText);
 
   signals:
     void corrected(const zorvel::TableCorrection& correction);
@@ -33,7 +35,9 @@ class TableOptions : public QWidget {
   private:
     // A list of which one value holds.
     struct List {
+        QLabel* label;
         QComboBox* box;
+        bool isOfText;
         std::vector<int> values;
         std::function<int(const TableReading&)> get;
     };

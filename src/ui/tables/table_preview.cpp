@@ -74,20 +74,25 @@ RowNumbers problemRows(const TableRemarks& problems) {
 
 class Previewer {
   public:
-    Previewer(const TableStart& start, const TableCorrections& corrections, const TableRows& others)
-        : start_(start), corrections_(corrections), others_(others) {}
+    Previewer(const TableInput& input, std::size_t sheet, const TableCorrections& corrections,
+              const TableRows& others)
+        : source_(*input.sheets[sheet].rows), corrections_(corrections), others_(others) {
+        preview_.sheet = input.sheets[sheet].name;
+        preview_.whole = input.isShort;
+    }
 
     TablePreview preview() {
-        TableGuess guess = guessTable(start_.bytes, start_.whole, corrections_.choices);
+        TableGuess guess = source_.guess(corrections_.choices);
         preview_.reading = std::move(guess.reading);
-        preview_.whole = start_.whole;
         applyCorrections(preview_.reading, corrections_);
         for (const TableDoubt doubt : guess.doubts) {
             if (!settles(corrections_, doubt)) preview_.doubts.push_back(doubt);
         }
-        if (!start_.whole) {
-            const auto source = textRows();
-            sample_ = sampleRows(*source, false).rows;
+        if (!preview_.whole) {
+            const auto source = source_.rows(preview_.reading.form, {});
+            TableSample sample = sampleRows(*source, true);
+            preview_.whole = sample.whole;
+            sample_ = std::move(sample.rows);
             sample_.insert(sample_.end(), others_.begin(), others_.end());
         }
         readAll();
@@ -97,11 +102,8 @@ class Previewer {
     }
 
   private:
-    [[nodiscard]] std::unique_ptr<RowSource> textRows() const {
-        return std::make_unique<TextRows>(bytesOf(start_.bytes), preview_.reading.form);
-    }
     [[nodiscard]] std::unique_ptr<RowSource> rows() const {
-        if (start_.whole) return textRows();
+        if (preview_.whole) return source_.rows(preview_.reading.form, {});
         return std::make_unique<KeptRows>(sample_);
     }
 
@@ -194,7 +196,7 @@ class Previewer {
         return leftOut ? RowState::leftOut : RowState::read;
     }
 
-    const TableStart& start_;
+    const TableSource& source_;
     const TableCorrections& corrections_;
     const TableRows& others_;
     TableRows sample_;
@@ -203,9 +205,9 @@ class Previewer {
 
 }  // namespace
 
-TablePreview previewTable(const TableStart& start, const TableCorrections& corrections,
-                          const TableRows& others) {
-    return Previewer(start, corrections, others).preview();
+TablePreview previewTable(const TableInput& input, std::size_t sheet,
+                          const TableCorrections& corrections, const TableRows& others) {
+    return Previewer(input, sheet, corrections, others).preview();
 }
 
 TableRows rowsOfProblems(RowSource& source, const TableRemarks& problems) {
@@ -242,7 +244,8 @@ std::string understoodText(const TablePreview& preview) {
     const std::string columns = countColumnsText(reading);
     const std::string columnsText =
         (columns.find_first_of("-, ") == std::string::npos ? "column " : "columns ") + columns;
-    std::string text = formText(reading) + "; ";
+    std::string text =
+        (preview.sheet.empty() ? formText(reading) : "sheet " + preview.sheet) + "; ";
     switch (reading.layout) {
         case TableLayout::censusRows:
             text += "censuses in " + rows + ", species in " + columnsText;

@@ -34,6 +34,7 @@ struct TablePreview {
         std::int64_t individuals = 0;
     };
 
+    std::string sheet;  // empty for a text
     TableReading reading;
     std::vector<TableDoubt> doubts;    // that the user has not settled
     std::string header;                // the texts of the header rows; empty without one
@@ -53,11 +54,11 @@ struct TablePreview {
 
 using TableRows = std::vector<TableSample::Row>;
 
-// Guesses, corrects and reads: the whole text if the start is all of it, otherwise the first
-// TableSample::mostRows rows. others: later rows, ascending, in which a pass over all of them has
-// found problems.
-TablePreview previewTable(const TableStart& start, const TableCorrections& corrections,
-                          const TableRows& others = {});
+// Guesses, corrects and reads: all rows of a short input, otherwise the first
+// TableSample::mostRows. others: later rows, ascending, in which a pass over all of them has found
+// problems.
+TablePreview previewTable(const TableInput& input, std::size_t sheet,
+                          const TableCorrections& corrections, const TableRows& others = {});
 
 // The rows in which the problems are, a limited number of them.
 TableRows rowsOfProblems(RowSource& source, const TableRemarks& problems);
