@@ -104,7 +104,7 @@ WriteOutcome writeProject(const WriteOrder& order) {
         return makeFile(holder, order.untitledPath, *order.state, order.options);
     }
     WriteOutcome outcome;
-    if (order.backup && holder.file->canWrite()) {
+    if (order.backup && !holder.file->whyNotWritable()) {
         outcome.backupProblem = makeBackup(*holder.file, *order.backup);
     }
     outcome.problem = holder.file->write(order.state);

@@ -11,11 +11,21 @@ bool isNothing(const CensusChange& change) {
            (change.before && change.after && sameBlock(*change.before, *change.after));
 }
 
-}  // namespace
-
 bool sameValue(double a, double b) {
     return a == b ? std::signbit(a) == std::signbit(b) : std::isnan(a) && std::isnan(b);
 }
+
+// The same changes the other way round.
+ChangeSet reversed(const ChangeSet& changes) {
+    ChangeSet back;
+    back.reserve(changes.size());
+    for (const CensusChange& change : changes) {
+        back.push_back({change.census, change.after, change.before});
+    }
+    return back;
+}
+
+}  // namespace
 
 bool sameAttributes(const CensusAttributes& a, const CensusAttributes& b) {
     return a.name == b.name && sameValue(a.latitude, b.latitude) &&
@@ -26,36 +36,6 @@ bool sameBlock(const CensusBlock& a, const CensusBlock& b) {
     bool same = sameAttributes(a.attributes, b.attributes);
     if (same) forEachTaxonChange(&a, &b, [&](const auto*, const auto*) { same = false; });
     return same;
-}
-
-ChangeSet changesBetween(const std::vector<BlockPointer>& before,
-                         const std::vector<BlockPointer>& after) {
-    ChangeSet changes;
-    auto old = before.begin();
-    auto now = after.begin();
-    while (old != before.end() || now != after.end()) {
-        if (now == after.end() || (old != before.end() && (*old)->id < (*now)->id)) {
-            changes.push_back({(*old)->id, *old, nullptr});
-            ++old;
-        } else if (old == before.end() || (*now)->id < (*old)->id) {
-            changes.push_back({(*now)->id, nullptr, *now});
-            ++now;
-        } else {
-            if (*old != *now) changes.push_back({(*now)->id, *old, *now});
-            ++old;
-            ++now;
-        }
-    }
-    return changes;
-}
-
-ChangeSet reversed(const ChangeSet& changes) {
-    ChangeSet back;
-    back.reserve(changes.size());
-    for (const CensusChange& change : changes) {
-        back.push_back({change.census, change.after, change.before});
-    }
-    return back;
 }
 
 void ChangeLog::add(const CensusChange& change) {
@@ -71,6 +51,37 @@ ChangeSet ChangeLog::take() {
     }
     changes_.clear();
     return changes;
+}
+
+void History::beginStep(std::string name) {
+    if (depth_++ == 0) openName_ = std::move(name);
+}
+
+void History::endStep() {
+    if (depth_ > 0 && --depth_ == 0) push({std::move(openName_), open_.take()});
+}
+
+void History::record(const ChangeSet& changes) {
+    if (depth_ == 0) return push({"", changes});
+    for (const CensusChange& change : changes) open_.add(change);
+}
+
+void History::push(Step step) {
+    if (step.changes.empty()) return;
+    undone_.clear();
+    done_.push_back(std::move(step));
+}
+
+ChangeSet History::undo() {
+    undone_.push_back(std::move(done_.back()));
+    done_.pop_back();
+    return reversed(undone_.back().changes);
+}
+
+ChangeSet History::redo() {
+    done_.push_back(std::move(undone_.back()));
+    undone_.pop_back();
+    return done_.back().changes;
 }
 
 }  // namespace zorvel

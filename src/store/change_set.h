@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <map>
 #include <memory>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -27,14 +28,6 @@ struct CensusChange {
 // One entry per census, ascending by identity.
 using ChangeSet = std::vector<CensusChange>;
 
-// The change that leads from one list of censuses to another, both ascending by identity. A census
-// whose block is the same one in both is no change.
-ChangeSet changesBetween(const std::vector<BlockPointer>& before,
-                         const std::vector<BlockPointer>& after);
-
-// The same changes the other way round.
-ChangeSet reversed(const ChangeSet& changes);
-
 // Collects changes: of a census that changes repeatedly, the first block before and the last block
 // after are kept. Changes that cancel out are dropped.
 class ChangeLog {
@@ -46,6 +39,42 @@ class ChangeLog {
 
   private:
     std::map<RecordId, CensusChange> changes_;
+};
+
+// What can be undone and redone: the steps since the project was opened, each the changes between
+// its beginning and its end. It keeps blocks and applies nothing itself.
+class History {
+  public:
+    // Steps nest; the outermost one has the name and becomes one entry, if anything changed.
+    void beginStep(std::string name);
+    void endStep();
+    [[nodiscard]] bool isStepOpen() const { return depth_ > 0; }
+
+    // Changes that were made. Outside a step they are one by themselves, without a name.
+    void record(const ChangeSet& changes);
+
+    [[nodiscard]] bool canUndo() const { return depth_ == 0 && !done_.empty(); }
+    [[nodiscard]] bool canRedo() const { return depth_ == 0 && !undone_.empty(); }
+    // Empty if there is no step, or it has no name.
+    [[nodiscard]] std::string undoName() const { return canUndo() ? done_.back().name : ""; }
+    [[nodiscard]] std::string redoName() const { return canRedo() ? undone_.back().name : ""; }
+
+    // The changes to make now. Only where canUndo(), canRedo().
+    ChangeSet undo();
+    ChangeSet redo();
+
+  private:
+    struct Step {
+        std::string name;
+        ChangeSet changes;
+    };
+    void push(Step step);
+
+    std::vector<Step> done_;
+    std::vector<Step> undone_;
+    int depth_ = 0;
+    std::string openName_;
+    ChangeLog open_;
 };
 
 // Calls visit(const TaxonRecord* before, const TaxonRecord* after) for each taxon that is inserted
@@ -61,7 +90,6 @@ void forEachTaxonChange(const CensusBlock* before, const CensusBlock* after, Vis
 }
 
 // Not a number is the same as not a number; 0 and -0 differ.
-bool sameValue(double a, double b);
 bool sameAttributes(const CensusAttributes& a, const CensusAttributes& b);
 // Whether the attributes and all the taxa are the same.
 bool sameBlock(const CensusBlock& a, const CensusBlock& b);

@@ -34,9 +34,9 @@ struct RecordChange {
 
 // The place of the first record that is not below the identity.
 template <class Iterator>
-Iterator recordPlace(Iterator begin, Iterator end, RecordId id) {
+Iterator recordPlace(Iterator begin, Iterator end, decltype(begin->id) id) {
     return std::lower_bound(begin, end, id,
-                            [](const auto& record, RecordId wanted) { return record.id < wanted; });
+                            [](const auto& record, auto wanted) { return record.id < wanted; });
 }
 
 // The chunk that holds the record if any does.

@@ -11,7 +11,6 @@
 #include <utility>
 
 #include "base/files.h"
-
 #include "store/file_failure.h"
 #include "store/project_format.h"
 
@@ -38,16 +37,10 @@ struct Held {
     std::size_t users = 0;
 };
 
-struct IdentityLess {
-    bool operator()(const FileIdentity& a, const FileIdentity& b) const {
-        return a.device != b.device ? a.device < b.device : a.inode < b.inode;
-    }
-};
-
 // Recursive: a handle that cannot be completed is destroyed while the list is locked.
 struct HeldFiles {
     std::recursive_mutex mutex;
-    std::map<FileIdentity, Held, IdentityLess> files;
+    std::map<FileIdentity, Held> files;
 };
 
 HeldFiles& heldFiles() {
@@ -72,7 +65,7 @@ int addDescriptor(Held& held, const std::string& path, int access, FileIdentity 
     const int descriptor = ::open(path.c_str(), access | alwaysFlags);
     if (descriptor < 0) return errno;
     struct stat status {};
-    if (fstat(descriptor, &status) != 0 || !(identityOf(status) == identity)) {
+    if (fstat(descriptor, &status) != 0 || identityOf(status) != identity) {
         close(descriptor);
         return ESTALE;
     }
@@ -162,7 +155,8 @@ namespace zorvel {
 std::optional<FileStamp> fileStamp(const std::string& path) {
     struct stat status {};
     if (stat(path.c_str(), &status) != 0) return std::nullopt;
-    return FileStamp{identityOf(status), status.st_size, status.st_mtim};
+    return FileStamp{identityOf(status), status.st_size, status.st_mtim.tv_sec,
+                     status.st_mtim.tv_nsec};
 }
 
 std::optional<FileIdentity> fileIdentity(const std::string& path) {

@@ -18,12 +18,10 @@ namespace zorvel {
 struct FileStamp {
     FileIdentity identity;
     off_t size = 0;
-    timespec modified{};
+    time_t modified = 0;
+    long nanoseconds = 0;  // of the time of change
 
-    friend bool operator==(const FileStamp& a, const FileStamp& b) {
-        return a.identity == b.identity && a.size == b.size &&
-               a.modified.tv_sec == b.modified.tv_sec && a.modified.tv_nsec == b.modified.tv_nsec;
-    }
+    friend bool operator==(const FileStamp&, const FileStamp&) = default;
 };
 
 // Follows symbolic links; absent if there is no file.

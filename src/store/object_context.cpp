@@ -3,20 +3,19 @@
 #include <algorithm>
 #include <utility>
 
-#include "store/context_state.h"
-
 namespace zorvel {
 namespace {
 
-template <class Value>
-bool sameValue(const Value& a, const Value& b) {
-    return a == b;
+constexpr std::size_t censusesPerChunk = 64;
+
+// A copy of the block with those changes of its taxa, ascending by identity.
+BlockPointer withTaxa(const CensusBlock& block, std::vector<RecordChange<TaxonRecord>> changes) {
+    auto after = std::make_shared<CensusBlock>(block);
+    changeRecords(after->chunks, std::move(changes), taxaPerChunk);
+    return after;
 }
 
 }  // namespace
-
-ObjectContext::ObjectContext() : state_(std::make_unique<State>()) {}
-ObjectContext::~ObjectContext() = default;
 
 Census ObjectContext::insertCensus() {
     return insertCensus(CensusAttributes{}, {});
@@ -25,19 +24,19 @@ Census ObjectContext::insertCensus() {
 Census ObjectContext::insertCensus(const CensusAttributes& attributes,
                                    std::vector<TaxonValues> taxa) {
     auto block = std::make_shared<CensusBlock>();
-    block->id = state_->newId();
+    block->id = nextId_++;
     block->attributes = attributes;
-    block->attributes.name = state_->intern(attributes.name);
+    block->attributes.name = intern(attributes.name);
     appendInChunks(block->chunks, newRecords(std::move(taxa)), taxaPerChunk);
     const RecordId id = block->id;
-    state_->change({{id, nullptr, std::move(block)}});
+    change({{id, nullptr, std::move(block)}});
     return Census(this, id);
 }
 
 std::shared_ptr<CensusBatch> ObjectContext::newBatch(std::size_t records) {
-    const RecordId first = state_->nextId;
-    state_->nextId += records;
-    return std::make_shared<CensusBatch>(first, state_->nextId);
+    const RecordId first = nextId_;
+    nextId_ += records;
+    return std::make_shared<CensusBatch>(first, nextId_);
 }
 
 void ObjectContext::insertCensuses(CensusBatch& batch) {
@@ -47,15 +46,15 @@ void ObjectContext::insertCensuses(CensusBatch& batch) {
         const RecordId id = block->id;
         changes.push_back({id, nullptr, std::move(block)});
     }
-    state_->change(std::move(changes));
+    change(changes);
 }
 
 std::vector<TaxonRecord> ObjectContext::newRecords(std::vector<TaxonValues> taxa) {
     std::vector<TaxonRecord> records;
     records.reserve(taxa.size());
     for (TaxonValues& values : taxa) {
-        values.name = state_->intern(values.name);
-        records.push_back({state_->newId(), std::move(values)});
+        values.name = intern(values.name);
+        records.push_back({nextId_++, std::move(values)});
     }
     return records;
 }
@@ -77,7 +76,7 @@ std::vector<Zorvel> ObjectContext::insertTaxa(const Census& census, std::vector<
         changes.push_back({record.id, std::move(record)});
     }
     const BlockPointer before = *found;
-    state_->change({{census.id_, before, withTaxa(*before, std::move(changes))}});
+    change({{census.id_, before, withTaxa(*before, std::move(changes))}});
     return handles;
 }
 
@@ -86,7 +85,7 @@ void ObjectContext::deleteCensuses(const std::vector<Census>& censuses) {
     for (const Census& census : censuses) {
         if (const BlockPointer* before = own(census)) gone.add({census.id_, *before, nullptr});
     }
-    state_->change(gone.take());
+    change(gone.take());
 }
 
 void ObjectContext::deleteTaxa(const std::vector<Zorvel>& taxa) {
@@ -114,25 +113,31 @@ void ObjectContext::changeTaxa(std::vector<Zorvel> taxa, Edit&& edit) {
         const RecordId census = taxa[i].census_;
         const bool last = i + 1 == taxa.size() || taxa[i + 1].census_ != census;
         if (!last || edits.empty()) continue;
-        const BlockPointer& before = *state_->find(census);
+        const BlockPointer& before = *find(census);
         changes.push_back({census, before, withTaxa(*before, std::move(edits))});
         edits.clear();
     }
-    state_->change(std::move(changes));
+    change(changes);
+}
+
+const BlockPointer* ObjectContext::find(RecordId census) const {
+    const Entry* entry = findRecord(censuses_, census);
+    return entry ? &entry->block : nullptr;
 }
 
 const BlockPointer* ObjectContext::own(const Census& census) const {
-    return census.context_ == this ? state_->find(census.id_) : nullptr;
+    return census.context_ == this ? find(census.id_) : nullptr;
 }
 
 template <class Value>
 void ObjectContext::set(const Census& census, Value CensusAttributes::*member, const Value& value) {
     const BlockPointer* found = own(census);
-    if (!found || sameValue((*found)->attributes.*member, value)) return;
+    if (!found) return;
     const BlockPointer before = *found;
     auto after = std::make_shared<CensusBlock>(*before);
     after->attributes.*member = value;
-    state_->change({{census.id_, before, std::move(after)}});
+    if (sameAttributes(before->attributes, after->attributes)) return;
+    change({{census.id_, before, std::move(after)}});
 }
 
 template <class Value>
@@ -148,7 +153,7 @@ void ObjectContext::set(const std::vector<Zorvel>& taxa, Value TaxonValues::*mem
 }
 
 void ObjectContext::setName(const Census& census, const std::optional<SharedText>& name) {
-    set(census, &CensusAttributes::name, state_->intern(name));
+    set(census, &CensusAttributes::name, intern(name));
 }
 
 void ObjectContext::setLatitude(const Census& census, double degrees) {
@@ -168,7 +173,7 @@ void ObjectContext::setTimeStamp(const Census& census, std::optional<TimeStamp> 
 }
 
 void ObjectContext::setName(const Zorvel& taxon, const std::optional<SharedText>& name) {
-    set({taxon}, &TaxonValues::name, state_->intern(name));
+    set({taxon}, &TaxonValues::name, intern(name));
 }
 
 void ObjectContext::setAbundance(const Zorvel& taxon, std::int64_t abundance) {
@@ -182,31 +187,29 @@ void ObjectContext::setInclude(const std::vector<Zorvel>& taxa, bool include) {
 std::vector<Census> ObjectContext::censuses() const {
     std::vector<Census> handles;
     handles.reserve(censusCount());
-    state_->forEachCensus(
-        [&](const State::Entry& entry) { handles.push_back(Census(this, entry.id)); });
+    for (const auto& chunk : censuses_) {
+        for (const Entry& entry : *chunk) handles.push_back(Census(this, entry.id));
+    }
     return handles;
 }
 
 std::vector<Zorvel> ObjectContext::taxa() const {
-    std::size_t count = 0;
-    state_->forEachCensus([&](const State::Entry& entry) { count += entry.block->taxonCount(); });
     std::vector<Zorvel> handles;
-    handles.reserve(count);
-    state_->forEachCensus([&](const State::Entry& entry) {
-        entry.block->forEachTaxon(
-            [&](const TaxonRecord& taxon) { handles.push_back(Zorvel(this, entry.id, taxon.id)); });
-    });
+    for (const Census& census : censuses()) {
+        const std::vector<Zorvel> taxa = census.taxa();
+        handles.insert(handles.end(), taxa.begin(), taxa.end());
+    }
     return handles;
 }
 
 std::size_t ObjectContext::censusCount() const {
     std::size_t count = 0;
-    for (const auto& chunk : state_->censuses) count += chunk->size();
+    for (const auto& chunk : censuses_) count += chunk->size();
     return count;
 }
 
 std::optional<Census> ObjectContext::census(RecordId id) const {
-    if (!state_->find(id)) return std::nullopt;
+    if (!find(id)) return std::nullopt;
     return Census(this, id);
 }
 
@@ -216,93 +219,81 @@ std::shared_ptr<const ObjectContext> ObjectContext::frozenCopy() const {
 
 std::shared_ptr<const ObjectContext> ObjectContext::frozenCopy(const Edits& edits) const {
     auto copy = std::make_shared<ObjectContext>();
-    copy->state_->censuses = state_->censuses;
+    copy->censuses_ = censuses_;
     if (edits) edits(*copy);
-    copy->state_->history.forget();
+    copy->history_ = History();
     return copy;
 }
 
 std::vector<BlockPointer> ObjectContext::blocks() const {
     std::vector<BlockPointer> all;
     all.reserve(censusCount());
-    state_->forEachCensus([&](const State::Entry& entry) { all.push_back(entry.block); });
+    for (const auto& chunk : censuses_) {
+        for (const Entry& entry : *chunk) all.push_back(entry.block);
+    }
     return all;
 }
 
-std::shared_ptr<NamePool> ObjectContext::names() const {
-    return state_->names;
-}
-
-ProjectRecords ObjectContext::records() const {
-    return {blocks(), state_->names};
-}
-
 void ObjectContext::adopt(ProjectRecords records) {
-    auto state = std::make_unique<State>();
-    state->observers = std::move(state_->observers);
-    state->nextObserver = state_->nextObserver;
-    state->onFirstChange = std::move(state_->onFirstChange);
-    state->nextId = state_->nextId;
-    state->revision = state_->revision + 1;
-    if (records.names) state->names = std::move(records.names);
-    Chunk<State::Entry> entries;
+    names_ = records.names ? std::move(records.names) : std::make_shared<NamePool>();
+    history_ = History();
+    unannounced_ = ChangeLog();
+    ++revision_;
+    Chunk<Entry> entries;
     entries.reserve(records.censuses.size());
     for (BlockPointer& block : records.censuses) {
-        state->nextId = std::max(state->nextId, block->id + 1);
+        nextId_ = std::max(nextId_, block->id + 1);
         if (!block->chunks.empty()) {
-            state->nextId = std::max(state->nextId, block->chunks.back()->back().id + 1);
+            nextId_ = std::max(nextId_, block->chunks.back()->back().id + 1);
         }
         const RecordId id = block->id;
         entries.push_back({id, std::move(block)});
     }
-    appendInChunks(state->censuses, std::move(entries), censusesPerChunk);
-    state_ = std::move(state);
+    censuses_.clear();
+    appendInChunks(censuses_, std::move(entries), censusesPerChunk);
 }
 
-void ObjectContext::beginStep(std::string name) {
-    state_->history.beginStep(std::move(name));
+std::optional<SharedText> ObjectContext::intern(const std::optional<SharedText>& name) const {
+    return name ? std::optional(names_->intern(*name)) : std::nullopt;
 }
 
-void ObjectContext::endStep() {
-    state_->history.endStep();
+void ObjectContext::change(const ChangeSet& changes) {
+    history_.record(changes);
+    apply(changes);
 }
 
-bool ObjectContext::isStepOpen() const {
-    return state_->history.isStepOpen();
-}
-
-bool ObjectContext::canUndo() const {
-    return state_->history.canUndo();
-}
-
-bool ObjectContext::canRedo() const {
-    return state_->history.canRedo();
-}
-
-std::string ObjectContext::undoName() const {
-    return state_->history.undoName();
-}
-
-std::string ObjectContext::redoName() const {
-    return state_->history.redoName();
+void ObjectContext::apply(const ChangeSet& changes) {
+    if (changes.empty()) return;
+    const bool first = unannounced_.empty();
+    std::vector<RecordChange<Entry>> entries;
+    entries.reserve(changes.size());
+    for (const CensusChange& change : changes) {
+        RecordChange<Entry>& entry = entries.emplace_back();
+        entry.id = change.census;
+        if (change.after) entry.after = Entry{change.census, change.after};
+        unannounced_.add(change);
+    }
+    changeRecords(censuses_, std::move(entries), censusesPerChunk);
+    ++revision_;
+    if (first && onFirstChange_) onFirstChange_();
 }
 
 void ObjectContext::undo() {
-    if (canUndo()) state_->apply(state_->history.undo());
+    if (canUndo()) apply(history_.undo());
 }
 
 void ObjectContext::redo() {
-    if (canRedo()) state_->apply(state_->history.redo());
+    if (canRedo()) apply(history_.redo());
 }
 
 ChangeSet ObjectContext::changesSince(const ObjectContext& earlier) const {
     ChangeSet changes;
     forEachRecordChange(
-        earlier.state_->censuses, state_->censuses,
-        [](const State::Entry& a, const State::Entry& b) {
+        earlier.censuses_, censuses_,
+        [](const Entry& a, const Entry& b) {
             return a.block == b.block || sameBlock(*a.block, *b.block);
         },
-        [&](const State::Entry* before, const State::Entry* after) {
+        [&](const Entry* before, const Entry* after) {
             changes.push_back({(before ? before : after)->id, before ? before->block : nullptr,
                                after ? after->block : nullptr});
         });
@@ -310,41 +301,29 @@ ChangeSet ObjectContext::changesSince(const ObjectContext& earlier) const {
 }
 
 void ObjectContext::changeTo(const ObjectContext& earlier) {
-    state_->change(earlier.changesSince(*this));
-}
-
-std::uint64_t ObjectContext::revision() const {
-    return state_->revision;
+    change(earlier.changesSince(*this));
 }
 
 ObjectContext::ObserverId ObjectContext::addObserver(ChangeObserver observer) {
-    const ObserverId id = state_->nextObserver++;
-    state_->observers.emplace(id, std::move(observer));
+    const ObserverId id = nextObserver_++;
+    observers_.emplace(id, std::move(observer));
     return id;
-}
-
-void ObjectContext::removeObserver(ObserverId observer) {
-    state_->observers.erase(observer);
 }
 
 void ObjectContext::announceChanges() {
     if (announcing_) return;
-    const ChangeSet changes = state_->unannounced.take();
+    const ChangeSet changes = unannounced_.take();
     if (changes.empty()) return;
     announcing_ = true;
     std::vector<ObserverId> known;
-    for (const auto& [id, observer] : state_->observers) known.push_back(id);
+    for (const auto& [id, observer] : observers_) known.push_back(id);
     for (const ObserverId id : known) {
-        const auto found = state_->observers.find(id);
-        if (found == state_->observers.end()) continue;
+        const auto found = observers_.find(id);
+        if (found == observers_.end()) continue;
         const ChangeObserver observer = found->second;
         observer(changes);
     }
     announcing_ = false;
-}
-
-void ObjectContext::setFirstChangeHandler(std::function<void()> handler) {
-    state_->onFirstChange = std::move(handler);
 }
 
 }  // namespace zorvel

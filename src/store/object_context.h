@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -18,6 +19,7 @@
 #include "base/time_stamp.h"
 #include "store/census_block.h"
 #include "store/change_set.h"
+#include "store/chunk_list.h"
 
 namespace zorvel {
 
@@ -109,8 +111,7 @@ class CensusBatch {
 
 class ObjectContext {
   public:
-    ObjectContext();
-    ~ObjectContext();
+    ObjectContext() = default;
     ObjectContext(const ObjectContext&) = delete;
     ObjectContext& operator=(const ObjectContext&) = delete;
 
@@ -165,23 +166,23 @@ class ObjectContext {
     [[nodiscard]] std::vector<BlockPointer> blocks() const;
     // The pool of the names of these records. Records to be inserted should take their names from
     // it.
-    [[nodiscard]] std::shared_ptr<NamePool> names() const;
+    [[nodiscard]] std::shared_ptr<NamePool> names() const { return names_; }
     // The blocks with the names, to be adopted by another context. A frozen copy has no names.
-    [[nodiscard]] ProjectRecords records() const;
+    [[nodiscard]] ProjectRecords records() const { return {blocks(), names_}; }
     // Replaces all records, as on opening: this cannot be undone and is not announced.
     void adopt(ProjectRecords records);
 
     // Undo. A step is what is undone at once: all changes between its beginning and its end, which
     // may be turns apart. Steps nest, the outermost counts. A change outside any step is a step
     // without a name. Steps go back to the opening, and undo itself is none.
-    void beginStep(std::string name);
-    void endStep();
-    [[nodiscard]] bool isStepOpen() const;
+    void beginStep(std::string name) { history_.beginStep(std::move(name)); }
+    void endStep() { history_.endStep(); }
+    [[nodiscard]] bool isStepOpen() const { return history_.isStepOpen(); }
     // False while a step is open.
-    [[nodiscard]] bool canUndo() const;
-    [[nodiscard]] bool canRedo() const;
-    [[nodiscard]] std::string undoName() const;  // empty if there is none
-    [[nodiscard]] std::string redoName() const;
+    [[nodiscard]] bool canUndo() const { return history_.canUndo(); }
+    [[nodiscard]] bool canRedo() const { return history_.canRedo(); }
+    [[nodiscard]] std::string undoName() const { return history_.undoName(); }  // empty if none
+    [[nodiscard]] std::string redoName() const { return history_.redoName(); }
     void undo();
     void redo();
     // What leads from an earlier frozen copy of this context to this state. The censuses
@@ -191,7 +192,7 @@ class ObjectContext {
     void changeTo(const ObjectContext& earlier);
 
     // Grows with every change, undo and redo too.
-    [[nodiscard]] std::uint64_t revision() const;
+    [[nodiscard]] std::uint64_t revision() const { return revision_; }
 
     // announceChanges(), called at the end of a turn, passes all changes since the last
     // announcement to the observers as one set. Changes that cancel out are not announced. An
@@ -199,18 +200,27 @@ class ObjectContext {
     using ChangeObserver = std::function<void(const ChangeSet&)>;
     using ObserverId = std::uint64_t;
     ObserverId addObserver(ChangeObserver observer);
-    void removeObserver(ObserverId observer);
+    void removeObserver(ObserverId observer) { observers_.erase(observer); }
     // Does nothing when an observer calls it: the changes wait for the next call.
     void announceChanges();
     // Called at the first change after an announcement, so that announceChanges() can be scheduled
     // for the end of the turn.
-    void setFirstChangeHandler(std::function<void()> handler);
+    void setFirstChangeHandler(std::function<void()> handler) {
+        onFirstChange_ = std::move(handler);
+    }
 
   private:
     friend class Census;
     friend class Zorvel;
     friend class TaxonCursor;
-    struct State;
+    // The id stands beside the pointer so that a search does not touch the blocks.
+    struct Entry {
+        RecordId id = 0;
+        BlockPointer block;
+    };
+    // Null if there is no such census.
+    [[nodiscard]] const BlockPointer* find(RecordId census) const;
+    // Null for a handle of another context too.
     [[nodiscard]] const BlockPointer* own(const Census& census) const;
     template <class Value>
     void set(const Census& census, Value CensusAttributes::*member, const Value& value);
@@ -220,9 +230,25 @@ class ObjectContext {
     template <class Edit>
     void changeTaxa(std::vector<Zorvel> taxa, Edit&& edit);
     [[nodiscard]] std::vector<TaxonRecord> newRecords(std::vector<TaxonValues> taxa);
+    [[nodiscard]] std::optional<SharedText> intern(const std::optional<SharedText>& name) const;
+    // New changes, ascending by identity, which go into the history.
+    void change(const ChangeSet& changes);
+    // Changes that the history knows already. All changes of records go through this function.
+    void apply(const ChangeSet& changes);
 
-    std::unique_ptr<State> state_;
+    // Identities grow with every insertion, so that the order of insertion is the order of the
+    // identities, here and among the taxa of a census: both are found by binary search, and a
+    // record that comes back takes its old place.
+    ChunkList<Entry> censuses_;
+    RecordId nextId_ = 1;
+    std::shared_ptr<NamePool> names_ = std::make_shared<NamePool>();
+    History history_;
+    ChangeLog unannounced_;
+    std::function<void()> onFirstChange_;
+    std::map<ObserverId, ChangeObserver> observers_;
+    ObserverId nextObserver_ = 1;
     bool announcing_ = false;
+    std::uint64_t revision_ = 0;
 };
 
 // A step of undo for as long as this object lives.
@@ -251,14 +277,10 @@ class TaxonCursor {
     [[nodiscard]] const CensusBlock& block() const { return *block_; }
 
   private:
-    const TaxonRecord* nextInOrder(RecordId id);
-    void enter(const Zorvel& taxon);
-
     const ObjectContext* context_ = nullptr;
     RecordId census_ = 0;
     const CensusBlock* block_ = nullptr;
-    std::size_t chunk_ = 0;
-    std::size_t place_ = 0;  // of the expected next taxon, in its chunk
+    std::optional<ChunkWalk<TaxonRecord>> next_;  // to the taxon expected next
 };
 
 }  // namespace zorvel

@@ -18,7 +18,7 @@
 namespace zorvel {
 namespace {
 
-using Blocks = std::vector<BlockPointer>;
+using State = std::shared_ptr<const ObjectContext>;
 
 ProjectRow newProjectRow() {
     return {randomHexadecimal(4) + "-" + randomHexadecimal(4) + "-" + randomHexadecimal(8), 1,
@@ -51,9 +51,12 @@ struct ProjectFile::Parts {
     // of changes for those of any program.
     struct WrittenState {
         ProjectRow row;
-        Blocks blocks;
+        State state;
         std::uint32_t changes = 0;
     };
+
+    // Fails if the path leads to no place.
+    Parts(const std::string& named, const ProjectFileOptions& given);
 
     std::string path;
     std::string resolved;
@@ -82,10 +85,13 @@ struct ProjectFile::Parts {
     [[nodiscard]] bool isInFile(const WrittenState& state, const ProjectRow& row) const;
     void settleAttempt();
     void commit(Transaction& transaction);
-    void write(Blocks blocks);
-    void load(ProjectRecords& records);
+    void write(const State& state);
+    ProjectRecords load();
     void checkCopy(Connection& copy) const;
 };
+
+ProjectFile::Parts::Parts(const std::string& named, const ProjectFileOptions& given)
+    : path(named), resolved(resolvedOrFail(named)), options(given) {}
 
 void ProjectFile::Parts::hold() {
     notWritable = reasonNotToWrite(resolved, options.readOnly);
@@ -108,10 +114,7 @@ ProjectFile::~ProjectFile() = default;
 FileResult<std::unique_ptr<ProjectFile>> ProjectFile::open(const std::string& path,
                                                            const ProjectFileOptions& options) {
     return guardedResult<std::unique_ptr<ProjectFile>>([&] {
-        auto parts = std::make_unique<Parts>();
-        parts->path = path;
-        parts->resolved = resolvedOrFail(path);
-        parts->options = options;
+        auto parts = std::make_unique<Parts>(path, options);
         parts->hold();
         checkHeader(parts->handle->start(headerSize));
         if (!parts->notWritable) removeUnfinishedFiles(folderOf(parts->resolved));
@@ -137,12 +140,8 @@ FileResult<std::unique_ptr<ProjectFile>> ProjectFile::create(const std::string& 
                                                              const ObjectContext& state,
                                                              const ProjectFileOptions& options) {
     return guardedResult<std::unique_ptr<ProjectFile>>([&] {
-        auto parts = std::make_unique<Parts>();
-        parts->path = path;
-        parts->resolved = resolvedOrFail(path);
-        parts->options = options;
-        parts->options.readOnly = false;
-        parts->written = {newProjectRow(), state.blocks(), 0};
+        auto parts = std::make_unique<Parts>(path, options);
+        parts->written = {newProjectRow(), state.frozenCopy(), 0};
         using Place = ReplacementFile::Place;
         ReplacementFile file(parts->resolved, options.vfs,
                              options.keepExisting ? Place::free : Place::any);
@@ -152,7 +151,7 @@ FileResult<std::unique_ptr<ProjectFile>> ProjectFile::create(const std::string& 
             Transaction transaction(building, Transaction::Kind::write);
             makeTables(building);
             ProjectWriter writer(building, {});
-            writer.write(changesBetween({}, parts->written.blocks));
+            writer.write(state.changesSince(ObjectContext()));
             writer.writeProjectRow(parts->written.row);
             transaction.commit();
             names = writer.takeNames();
@@ -166,31 +165,29 @@ FileResult<std::unique_ptr<ProjectFile>> ProjectFile::create(const std::string& 
 }
 
 FileResult<ProjectRecords> ProjectFile::load() {
-    return guardedResult<ProjectRecords>([this] {
-        ProjectRecords records;
-        parts_->load(records);
-        return records;
-    });
+    return guardedResult<ProjectRecords>([this] { return parts_->load(); });
 }
 
-void ProjectFile::Parts::load(ProjectRecords& records) {
+ProjectRecords ProjectFile::Parts::load() {
     Transaction transaction(*connection, Transaction::Kind::read);
     ReadProject project = readProject(*connection);
     stamp = fileStamp(resolved);
-    written = {std::move(project.row), project.records.censuses, changesOfFile()};
+    const auto state = std::make_shared<ObjectContext>();
+    state->adopt(project.records);
+    written = {std::move(project.row), state, changesOfFile()};
     transaction.commit();
     if (!notWritable && project.highestId > highestNumber / 2) {
         notWritable = FileProblem{FileTrouble::noRoom, std::to_string(project.highestId), 0};
     }
     if (!notWritable) writer.emplace(*connection, std::move(project.names));
-    records = std::move(project.records);
+    return std::move(project.records);
 }
 
-std::optional<FileProblem> ProjectFile::write(const std::shared_ptr<const ObjectContext>& state) {
+std::optional<FileProblem> ProjectFile::write(const State& state) {
     return guarded([&] {
         if (parts_->notWritable) throw FileFailure{*parts_->notWritable};
         if (!parts_->writer) fail(FileTrouble::other, "written before it was read");
-        parts_->write(state->blocks());
+        parts_->write(state);
     });
 }
 
@@ -229,18 +226,18 @@ void ProjectFile::Parts::settleAttempt() {
     attempt.reset();
 }
 
-void ProjectFile::Parts::write(Blocks blocks) {
+void ProjectFile::Parts::write(const State& state) {
     requireSameFile();
     // SQLite trusts its cached pages as long as the change counter in the file is the same. A sync
     // program may have overwritten the file with another version that has the same counter.
     connection->forgetPages();
     Transaction transaction(*connection, Transaction::Kind::write);
     settleAttempt();
-    const ChangeSet changes = changesBetween(written.blocks, blocks);
+    const ChangeSet changes = state->changesSince(*written.state);
     if (changes.empty() && safe) return;
     const std::int64_t generation = written.row.generation % highestNumber + 1;
     WrittenState next{{written.row.identity, generation, randomValue<std::int64_t>()},
-                      std::move(blocks),
+                      state,
                       written.changes + 1};
     stamp.reset();
     try {
@@ -296,11 +293,7 @@ FileIdentity ProjectFile::identity() const {
     return parts_->handle->identity();
 }
 
-bool ProjectFile::canWrite() const {
-    return !parts_->notWritable;
-}
-
-std::optional<FileProblem> ProjectFile::whyNotWritable() const {
+const std::optional<FileProblem>& ProjectFile::whyNotWritable() const {
     return parts_->notWritable;
 }
 

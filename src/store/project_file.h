@@ -6,7 +6,7 @@
 
 #include <sys/types.h>
 
-#include <cstdint>
+#include <compare>
 #include <memory>
 #include <optional>
 #include <string>
@@ -22,7 +22,7 @@ namespace zorvel {
 struct FileIdentity {
     dev_t device = 0;
     ino_t inode = 0;
-    friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
+    friend auto operator<=>(const FileIdentity&, const FileIdentity&) = default;
 };
 
 // Absent if there is no such file. Follows symbolic links; opens nothing.
@@ -43,7 +43,7 @@ struct ProjectFileOptions {
 class ProjectFile {
   public:
     // Opens and checks an existing project. The file stays as it is, except that a write that was
-    // cut off is undone. A file that may only be read opens too: canWrite() tells.
+    // cut off is undone. A file that may only be read opens too: see whyNotWritable().
     static FileResult<std::unique_ptr<ProjectFile>> open(const std::string& path,
                                                          const ProjectFileOptions& options = {});
 
@@ -73,10 +73,9 @@ class ProjectFile {
 
     [[nodiscard]] const std::string& path() const;
     [[nodiscard]] FileIdentity identity() const;
-    // False for a file, or a folder, that may not be written, and, after load(), for a file without
-    // room for new records, with the reason.
-    [[nodiscard]] bool canWrite() const;
-    [[nodiscard]] std::optional<FileProblem> whyNotWritable() const;
+    // Of a file, or a folder, that may not be written, and, after load(), of a file without room
+    // for new records.
+    [[nodiscard]] const std::optional<FileProblem>& whyNotWritable() const;
     // Of the project, whatever its file is called; letters, digits and dashes.
     [[nodiscard]] const std::string& projectId() const;
 

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
-#include <iterator>
 #include <limits>
 #include <memory>
 #include <optional>
@@ -54,8 +53,7 @@ const SharedText* NameColumn::use(std::int64_t id) {
     const auto size = static_cast<std::int64_t>(rows_.size());
     auto row = rows_.begin() + std::min(id - first, size - 1);
     if (row->id != id) {
-        row = std::lower_bound(rows_.begin(), rows_.end(), id,
-                               [](const Row& a, std::int64_t wanted) { return a.id < wanted; });
+        row = recordPlace(rows_.begin(), rows_.end(), id);
     }
     if (row == rows_.end() || row->id != id) return nullptr;
     ++row->uses;
@@ -72,7 +70,6 @@ NameLedger NameColumn::ledger() const {
 // identities, whatever census each belongs to. Chunks take no more memory than they need.
 class BlockBuilder {
   public:
-    BlockBuilder();
     // Identities must ascend.
     void addCensus(RecordId id, CensusAttributes attributes);
     // Whether that is the identity of a census. Identities must ascend from call to call.
@@ -86,24 +83,14 @@ class BlockBuilder {
     struct Open {
         RecordId id = 0;
         std::shared_ptr<CensusBlock> block;
-        // The block's last chunk, which grows until it is full.
+        // The block's last chunk, until it is full.
         std::shared_ptr<TaxonChunk> chunk;
     };
-    bool enter(RecordId census);
-    // Moves what waits to the current census.
-    void flush();
 
     std::vector<Open> censuses_;
-    std::size_t current_ = 0;
-    std::size_t passed_ = 0;  // censuses that isCensus() has passed
-    // Taxa of the current census on their way to its chunk, and how many fit there.
-    TaxonChunk waiting_;
-    std::size_t room_ = 0;
+    std::size_t current_ = 0;  // the census of the last taxon
+    std::size_t passed_ = 0;   // censuses that isCensus() has passed
 };
-
-BlockBuilder::BlockBuilder() {
-    waiting_.reserve(taxaPerChunk);
-}
 
 void BlockBuilder::addCensus(RecordId id, CensusAttributes attributes) {
     auto block = std::make_shared<CensusBlock>();
@@ -118,47 +105,24 @@ bool BlockBuilder::isCensus(RecordId id) {
 }
 
 bool BlockBuilder::addTaxon(RecordId census, TaxonRecord taxon) {
-    const bool entered = room_ > 0 && censuses_[current_].id == census;
-    if (!entered && !enter(census)) return false;
-    waiting_.push_back(std::move(taxon));
-    if (waiting_.size() == room_) flush();
-    return true;
-}
-
-bool BlockBuilder::enter(RecordId census) {
-    flush();
-    const auto next =
-        current_ + 1 < censuses_.size() && censuses_[current_ + 1].id == census
-            ? censuses_.begin() + static_cast<std::ptrdiff_t>(current_) + 1
-            : std::lower_bound(censuses_.begin(), censuses_.end(), census,
-                               [](const Open& open, RecordId wanted) { return open.id < wanted; });
-    if (next == censuses_.end() || next->id != census) return false;
-    current_ = static_cast<std::size_t>(next - censuses_.begin());
-    room_ = taxaPerChunk - (next->chunk ? next->chunk->size() : 0);
-    return true;
-}
-
-void BlockBuilder::flush() {
-    room_ = 0;
-    if (waiting_.empty()) return;
+    if (current_ == censuses_.size() || censuses_[current_].id != census) {
+        const auto found = recordPlace(censuses_.begin(), censuses_.end(), census);
+        current_ = static_cast<std::size_t>(found - censuses_.begin());
+        if (found == censuses_.end() || found->id != census) return false;
+    }
     Open& open = censuses_[current_];
-    const auto first = std::make_move_iterator(waiting_.begin());
-    const auto last = std::make_move_iterator(waiting_.end());
-    if (open.chunk) {
-        open.chunk->insert(open.chunk->end(), first, last);
-    } else {
-        open.chunk = std::make_shared<TaxonChunk>(first, last);
+    if (!open.chunk) {
+        open.chunk = std::make_shared<TaxonChunk>();
         open.block->chunks.push_back(open.chunk);
     }
-    waiting_.clear();
-    if (open.chunk->size() == taxaPerChunk) {
-        open.chunk->shrink_to_fit();
-        open.chunk = nullptr;
-    }
+    open.chunk->push_back(std::move(taxon));
+    if (open.chunk->size() < taxaPerChunk) return true;
+    open.chunk->shrink_to_fit();
+    open.chunk = nullptr;
+    return true;
 }
 
 std::vector<BlockPointer> BlockBuilder::take() {
-    flush();
     std::vector<BlockPointer> blocks;
     blocks.reserve(censuses_.size());
     for (Open& open : censuses_) {
@@ -166,7 +130,6 @@ std::vector<BlockPointer> BlockBuilder::take() {
         open.block->chunks.shrink_to_fit();
         blocks.push_back(std::move(open.block));
     }
-    censuses_.clear();
     return blocks;
 }
 

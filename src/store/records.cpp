@@ -2,7 +2,7 @@
 #include <algorithm>
 #include <memory>
 
-#include "store/context_state.h"
+#include "store/object_context.h"
 
 namespace zorvel {
 namespace {
@@ -15,11 +15,11 @@ const BlockPointer& emptyBlock() {
 }  // namespace
 
 bool Census::exists() const {
-    return context_->state_->find(id_) != nullptr;
+    return context_->find(id_) != nullptr;
 }
 
 const BlockPointer& Census::found() const {
-    const BlockPointer* block = context_->state_->find(id_);
+    const BlockPointer* block = context_->find(id_);
     return block ? *block : emptyBlock();
 }
 
@@ -39,13 +39,13 @@ std::optional<Zorvel> Census::taxon(RecordId id) const {
 
 const TaxonValues& Zorvel::found() const {
     static const TaxonValues none;
-    const BlockPointer* block = context_->state_->find(census_);
+    const BlockPointer* block = context_->find(census_);
     const TaxonRecord* taxon = block ? findRecord((*block)->chunks, id_) : nullptr;
     return taxon ? taxon->values : none;
 }
 
 bool Zorvel::exists() const {
-    const BlockPointer* block = context_->state_->find(census_);
+    const BlockPointer* block = context_->find(census_);
     return block && findRecord((*block)->chunks, id_);
 }
 
@@ -55,30 +55,20 @@ std::optional<Census> Zorvel::census() const {
 }
 
 const TaxonRecord* TaxonCursor::find(const Zorvel& taxon) {
-    if (taxon.context_ != context_ || taxon.census_ != census_) enter(taxon);
-    if (!block_) return nullptr;
-    const TaxonRecord* next = nextInOrder(taxon.id_);
-    return next ? next : findRecord(block_->chunks, taxon.id_);
-}
-
-void TaxonCursor::enter(const Zorvel& taxon) {
-    context_ = taxon.context_;
-    census_ = taxon.census_;
-    const BlockPointer* block = context_->state_->find(census_);
-    block_ = block ? block->get() : nullptr;
-    chunk_ = 0;
-    place_ = 0;
-}
-
-const TaxonRecord* TaxonCursor::nextInOrder(RecordId id) {
-    if (chunk_ == block_->chunks.size()) return nullptr;
-    const TaxonChunk& chunk = *block_->chunks[chunk_];
-    if (chunk[place_].id != id) return nullptr;
-    const TaxonRecord* record = &chunk[place_];
-    if (++place_ == chunk.size()) {
-        ++chunk_;
-        place_ = 0;
+    if (taxon.context_ != context_ || taxon.census_ != census_) {
+        context_ = taxon.context_;
+        census_ = taxon.census_;
+        const BlockPointer* block = context_->find(census_);
+        block_ = block ? block->get() : nullptr;
+        next_.reset();
+        if (block_) next_.emplace(block_->chunks);
     }
+    if (!block_) return nullptr;
+    if (next_->atEnd() || next_->record().id != taxon.id_) {
+        return findRecord(block_->chunks, taxon.id_);
+    }
+    const TaxonRecord* record = &next_->record();
+    next_->next();
     return record;
 }
 

@@ -95,12 +95,9 @@ FileTrouble troubleOf(int code, int systemError) {
 FileProblem sqliteProblem(sqlite3* connection, int code, const char* doing) {
     const int systemError = connection ? sqlite3_system_errno(connection) : 0;
     // Not sqlite3_errmsg(), which quotes the file's content and SQL.
-    std::string detail = code == SQLITE_INTERRUPT ? "too much to read" : sqlite3_errstr(code);
-    detail += " (";
-    detail += doing;
-    detail += ", code ";
-    detail += std::to_string(code) + ")";
-    return {troubleOf(code, systemError), std::move(detail), systemError};
+    const std::string what = code == SQLITE_INTERRUPT ? "too much to read" : sqlite3_errstr(code);
+    return {troubleOf(code, systemError),
+            what + " (" + doing + ", code " + std::to_string(code) + ")", systemError};
 }
 
 }  // namespace

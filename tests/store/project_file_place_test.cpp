@@ -380,8 +380,8 @@ TEST_F(ProjectPlace, FilesAndFoldersThatMayNotBeWritten) {
                 if (!file) return word(numberOf(file.problem()));
                 if (!file.value()->load()) return std::string("not read");
                 const auto reason = file.value()->whyNotWritable();
-                if (reason.has_value() == file.value()->canWrite()) return std::string("unsure");
                 const auto problem = file.value()->write(edited());
+                if (reason.has_value() != problem.has_value()) return std::string("unsure");
                 return word(-1) + " " + word(numberOf(problem));
             },
             true);

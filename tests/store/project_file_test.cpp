@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "store/context_state.h"
+#include "store/chunk_list.h"
 #include "tests/store/project_file_support.h"
 #include "tests/support/plain_sqlite.h"
 
