@@ -52,9 +52,7 @@ std::string shortestTextWithPoint(double value) {
 }
 
 std::string integerText(std::int64_t value) {
-    std::array<char, 24> buffer{};
-    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value);
-    return {buffer.data(), end.ptr};
+    return std::to_string(value);
 }
 
 std::optional<double> parseWholeDouble(std::string_view text) {

@@ -21,7 +21,6 @@ Document::Document(const SaveServices& services, DocumentController& controller)
           QMetaObject::invokeMethod(&controller, std::move(action), Qt::QueuedConnection);
       }),
       opening_(project_.objectContext().frozenCopy()),
-      openingRevision_(project_.objectContext().revision()),
       saver_(project_.objectContext(), services) {
     project_.objectContext().addObserver([this](const ChangeSet&) { saver_.noteChange(); });
     connect(&saver_, &DocumentSaver::stateDidChange, this, &Document::saveStateDidChange);
@@ -40,7 +39,6 @@ void Document::takeOver(ProjectRecords records) {
     ObjectContext& context = project_.objectContext();
     context.adopt(std::move(records));
     opening_ = context.frozenCopy();
-    openingRevision_ = context.revision();
     saver_.setSavedAsItIs();
 }
 
@@ -70,8 +68,7 @@ void Document::saveAs(const QString& path, Done done) {
 
 bool Document::canRevert() const {
     const ObjectContext& context = project_.objectContext();
-    return !context.isStepOpen() && context.revision() != openingRevision_ &&
-           context.blocks() != opening_->blocks();
+    return !context.isStepOpen() && context.blocks() != opening_->blocks();
 }
 
 void Document::revertToOpening() {

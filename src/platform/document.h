@@ -6,7 +6,6 @@
 
 #include <QObject>
 #include <QString>
-#include <cstdint>
 #include <memory>
 #include <optional>
 #include <utility>
@@ -85,7 +84,6 @@ class Document : public QObject {
     DocumentController& controller_;
     DiversityDocument project_;
     std::shared_ptr<const ObjectContext> opening_;
-    std::uint64_t openingRevision_ = 0;
     // While untitled.
     QString untitledName_;
     // Untitled, but with contents that must not be lost.

@@ -149,15 +149,17 @@ void DocumentController::resumeWaiting() {
 void DocumentController::read(const Request& request) {
     jobs_.start(
         this,
-        [request, options = services_.settings.file] {
-            if (request.source == Source::backup) {
-                return readCopy(request.path, request.shownName, options);
-            }
+        [request, options = services_.settings.file]() mutable {
             if (request.source == Source::any) {
                 return readAnyFile(*request.file, options, request.kind);
             }
+            options.readOnly = request.source == Source::backup;
             FileReading reading = readProjectFile(request.path, request.shownName, options);
-            reading.asideOf = projectOfAside(request.path);
+            if (options.readOnly) {
+                reading.file.reset();
+            } else {
+                reading.asideOf = projectOfAside(request.path);
+            }
             return reading;
         },
         [this, request](FileReading reading) { finishReading(request, reading); });

@@ -9,6 +9,9 @@
 
 namespace zorvel {
 
+namespace {
+
+// Whether a later try may succeed; otherwise another file is needed.
 bool canPassBy(FileTrouble trouble) {
     switch (trouble) {
         case FileTrouble::busy:
@@ -21,6 +24,54 @@ bool canPassBy(FileTrouble trouble) {
         default:
             return false;
     }
+}
+
+// After the jobs already started; done() follows. deleteAt: the path at which the file is deleted;
+// empty if it stays.
+template <class Done>
+void closeInBackground(const SaveServices& services, QObject* receiver,
+                       std::shared_ptr<FileHolder>& holder, const QString& deleteAt, Done done) {
+    services.writer->start(
+        receiver,
+        [closing = std::exchange(holder, std::make_shared<FileHolder>()),
+         path = encodedPath(deleteAt)] {
+            closeProject(*closing, path);
+            return true;
+        },
+        [done](bool) { done(); });
+}
+
+}  // namespace
+
+void AsideCopy::write(std::shared_ptr<const ObjectContext> state, std::uint64_t revision,
+                      const QString& name, const QString& path) {
+    if (path_.isEmpty()) path_ = services_.untitled->claimNew(UntitledFolder::asideName(name));
+    writing_ = true;
+    const WriteOrder order{holder_, std::move(state), services_.settings.file, path_};
+    services_.writer->start(
+        this, [order, path] { return writeAside(order, path); },
+        [this, holder = holder_, revision](const WriteOutcome& outcome) {
+            if (holder == holder_) finishWrite(revision, outcome);
+        });
+}
+
+// A copy that was deleted or changed by another program is made again.
+void AsideCopy::finishWrite(std::uint64_t revision, const WriteOutcome& outcome) {
+    writing_ = false;
+    const bool lost = outcome.problem && exists() && !canPassBy(outcome.problem->trouble);
+    if (lost) drop(true);
+    problem_ = outcome.problem;
+    if (!problem_) held_ = revision;
+    emit didChange();
+}
+
+void AsideCopy::drop(bool stays) {
+    if (path_.isEmpty()) return;
+    closeInBackground(services_, this, holder_, stays ? QString() : path_, [] {});
+    path_.clear();
+    held_.reset();
+    problem_.reset();
+    writing_ = false;
 }
 
 DocumentSaver::DocumentSaver(ObjectContext& context, const SaveServices& services)
@@ -274,21 +325,13 @@ void DocumentSaver::release(bool discard) {
     timer_.stop();
     typingTimer_.stop();
     asideTimer_.stop();
-    discard ? aside_.drop() : aside_.letGo();
+    aside_.drop(!discard);
     ++running_;
-    // Taken now: jobs already started may still make or move the untitled file.
-    const std::string untitled = discard ? encodedPath(untitledPath_) : std::string();
-    services_.writer->start(
-        this,
-        [holder = std::move(holder_), untitled] {
-            closeProject(*holder, untitled);
-            return true;
-        },
-        [this](bool) {
-            --running_;
-            emit released();
-        });
-    holder_ = std::make_shared<FileHolder>();
+    // With the path of now: jobs already started may still make or move the untitled file.
+    closeInBackground(services_, this, holder_, discard ? untitledPath_ : QString(), [this] {
+        --running_;
+        emit released();
+    });
 }
 
 }  // namespace zorvel

@@ -92,13 +92,6 @@ FileReading readProjectFile(const QString& path, const QString& shownName,
     return reading;
 }
 
-FileReading readCopy(const QString& path, const QString& shownName, ProjectFileOptions options) {
-    options.readOnly = true;
-    FileReading reading = readProjectFile(path, shownName, options);
-    reading.file.reset();
-    return reading;
-}
-
 FileReading readAnyFile(NamedFile& file, const ProjectFileOptions& options,
                         std::optional<FileKind> kind) {
     if (!file.isProject) return readText(file, kind);

@@ -59,9 +59,6 @@ FileReading readAnyFile(NamedFile& file, const ProjectFileOptions& options,
 FileReading readProjectFile(const QString& path, const QString& shownName,
                             const ProjectFileOptions& options);
 
-// The records alone, of a file that is not to be changed; it is closed again.
-FileReading readCopy(const QString& path, const QString& shownName, ProjectFileOptions options);
-
 // "NAME could not be read (line 3, cell 7): reason", for a text file.
 QString unreadableMessage(const QString& shownName, const std::string& reason,
                           const TextPlace& place = {});

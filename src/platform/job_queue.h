@@ -38,8 +38,12 @@ class JobQueue : public QObject {
     // runs later on this queue's thread, if receiver still exists then; it is also destroyed there,
     // whether it was called or not. Call on this queue's thread.
     template <class Work, class Deliver>
-    void start(QObject* receiver, Work work, Deliver deliver) {
-        start(receiver, std::move(work), std::move(deliver), false);
+    void start(QObject* receiver, Work work, Deliver deliver, bool writes = false) {
+        using Value = std::invoke_result_t<Work&>;
+        auto slot = std::make_shared<std::optional<Value>>();
+        auto run = [slot, work = std::move(work)]() mutable { slot->emplace(work()); };
+        auto hand = [slot, deliver = std::move(deliver)]() mutable { deliver(std::move(**slot)); };
+        enqueue(receiver, std::move(run), std::move(hand), writes);
     }
 
     // The same for work that writes, such as a file: finishWrites() waits for it.
@@ -72,8 +76,6 @@ class JobQueue : public QObject {
         std::function<void()> deliver;
     };
 
-    template <class Work, class Deliver>
-    void start(QObject* receiver, Work work, Deliver deliver, bool writes);
     void enqueue(QObject* receiver, std::function<void()> work, std::function<void()> deliver,
                  bool writes);
     void addThread();
@@ -103,14 +105,5 @@ class JobQueue : public QObject {
     std::mutex mailMutex_;
     std::deque<JobId> mail_;
 };
-
-template <class Work, class Deliver>
-void JobQueue::start(QObject* receiver, Work work, Deliver deliver, bool writes) {
-    using Value = std::invoke_result_t<Work&>;
-    auto slot = std::make_shared<std::optional<Value>>();
-    auto run = [slot, work = std::move(work)]() mutable { slot->emplace(work()); };
-    auto hand = [slot, deliver = std::move(deliver)]() mutable { deliver(std::move(**slot)); };
-    enqueue(receiver, std::move(run), std::move(hand), writes);
-}
 
 }  // namespace zorvel
