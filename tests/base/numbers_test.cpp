@@ -66,7 +66,7 @@ TEST(Numbers, ShortestTextReadsBackAsTheSameDouble) {
 TEST(Numbers, WholeDoubles) {
     struct Row {
         std::string text;
-        std::optional<double> value;
+        double value;
     };
     const std::vector<Row> rows = {{"47.61", 47.61},
                                    {"-122.33", -122.33},
@@ -83,24 +83,12 @@ TEST(Numbers, WholeDoubles) {
                                    {"4e-324", Limits::denorm_min()},
                                    {"1e-999", 0.0},
                                    {"Infinity", Limits::infinity()},
-                                   {"-inf", -Limits::infinity()},
-                                   {"", std::nullopt},
-                                   {" 1", std::nullopt},
-                                   {"1 ", std::nullopt},
-                                   {"\n1", std::nullopt},
-                                   {"1,5", std::nullopt},
-                                   {"1e", std::nullopt},
-                                   {"0x", std::nullopt},
-                                   {"-", std::nullopt},
-                                   {".", std::nullopt},
-                                   {"+-1", std::nullopt},
-                                   {"1\0"s, std::nullopt},
-                                   {"1\0002"s, std::nullopt},
-                                   {"12abc", std::nullopt},
-                                   {"\xEF\xBC\x91", std::nullopt},
-                                   {"infinit", std::nullopt}};
-    for (const Row& row : rows) {
-        EXPECT_EQ(parseWholeDouble(row.text), row.value) << testing::PrintToString(row.text);
+                                   {"-inf", -Limits::infinity()}};
+    for (const Row& row : rows) EXPECT_EQ(parseWholeDouble(row.text), row.value) << row.text;
+    for (const std::string& text :
+         {""s, " 1"s, "1 "s, "\n1"s, "1,5"s, "1e"s, "0x"s, "-"s, "."s, "+-1"s, "1\0"s, "1\0002"s,
+          "12abc"s, "\xEF\xBC\x91"s, "infinit"s}) {
+        EXPECT_EQ(parseWholeDouble(text), std::nullopt) << testing::PrintToString(text);
     }
     for (const char* text : {"nan", "-NaN", "nan(1)"}) {
         const auto value = parseWholeDouble(text);
@@ -109,26 +97,19 @@ TEST(Numbers, WholeDoubles) {
 }
 
 TEST(Numbers, WholeIntegers) {
-    const std::pair<std::string_view, std::optional<std::int64_t>> rows[] = {
+    const std::pair<const char*, std::int64_t> rows[] = {
         {"-0", 0},
         {"007", 7},
         {"+12", 12},
         {"9223372036854775807", INT64_MAX},
         {"-9223372036854775808", INT64_MIN},
         {"000000000000000000000000000009", 9},
-        {"9223372036854775808", {}},
-        {"", {}},
-        {"-", {}},
-        {"+-1", {}},
-        {" 1", {}},
-        {"1 ", {}},
-        {"1.0", {}},
-        {"1e3", {}},
-        {"0x1", {}},
-        {"\u0661", {}},
-        {{"1\0", 2}, {}},
     };
     for (const auto& [text, value] : rows) EXPECT_EQ(parseWholeInteger(text), value) << text;
+    for (const std::string& text : {"9223372036854775808"s, ""s, "-"s, "+-1"s, " 1"s, "1 "s, "1.0"s,
+                                    "1e3"s, "0x1"s, "\u0661"s, "1\0"s}) {
+        EXPECT_EQ(parseWholeInteger(text), std::nullopt) << text;
+    }
 }
 
 }  // namespace

@@ -1,15 +1,12 @@
 // Runs the tests inside a QCoreApplication, with the user's folders in a temporary place.
 #include <gtest/gtest.h>
 
-#include <QByteArray>
 #include <QCoreApplication>
-#include <QTemporaryDir>
+
+#include "tests/support/offscreen_home.h"
 
 int main(int argc, char** argv) {
-    const QTemporaryDir home;
-    for (const char* name : {"HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_CACHE_HOME"}) {
-        qputenv(name, home.path().toUtf8());
-    }
+    const zorvel::OffscreenHome home;
     ::testing::InitGoogleTest(&argc, argv);
     QCoreApplication application(argc, argv);
     QCoreApplication::setOrganizationName("zorvel");

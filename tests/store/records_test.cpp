@@ -4,7 +4,6 @@
 
 #include <functional>
 #include <limits>
-#include <thread>
 
 #include "tests/store/plain_project.h"
 
@@ -18,19 +17,6 @@ std::vector<TaxonValues> someTaxa(std::size_t count) {
     std::vector<TaxonValues> taxa(count);
     for (std::size_t i = 0; i < count; ++i) taxa[i].abundance = static_cast<std::int64_t>(i);
     return taxa;
-}
-
-TEST(ObjectContext, NewRecordsHaveTheirDefaults) {
-    ObjectContext context;
-    const Census census = context.insertCensus();
-    const Zorvel taxon = context.insertTaxon(census);
-    EXPECT_FALSE(census.name() || census.notes() || census.timeStamp() || taxon.name());
-    EXPECT_EQ(census.latitude(), 0);
-    EXPECT_EQ(census.longitude(), 0);
-    EXPECT_EQ(taxon.abundance(), 0);
-    EXPECT_TRUE(taxon.include());
-    EXPECT_EQ(taxon.census(), census);
-    EXPECT_THAT(census.taxa(), ElementsAre(taxon));
 }
 
 TEST(ObjectContext, HandlesOfNoRecordOfThisContextChangeNothing) {
@@ -70,25 +56,6 @@ TEST(ObjectContext, NamesAreKeptOnceByTheirBytes) {
     EXPECT_EQ(&taxa[0].name()->str(), &taxa[2].name()->str());
     EXPECT_EQ(taxa[1].name()->str(), "cafe\u0301");
     EXPECT_EQ(taxa[3].name(), SharedText(""));
-}
-
-TEST(ObjectContext, AFrozenCopyNeverChangesAndOutlivesItsSource) {
-    auto context = std::make_unique<ObjectContext>();
-    const Census north = context->insertCensus({}, someTaxa(600));
-    const auto frozen = context->frozenCopy();
-    std::thread reader([&frozen] {
-        for (int round = 0; round < 20; ++round) {
-            EXPECT_EQ(frozen->taxa().back().abundance(), 599);
-            EXPECT_EQ(frozen->taxa().size(), 600U);
-        }
-    });
-    for (const Zorvel& taxon : north.taxa()) context->setAbundance(taxon, -1);
-    context->insertTaxon(north);
-    reader.join();
-    const auto second = context->frozenCopy();
-    context.reset();
-    EXPECT_EQ(frozen->censuses().front().taxonCount(), 600U);
-    EXPECT_EQ(second->frozenCopy()->censuses().front().taxonCount(), 601U);
 }
 
 TEST(ObjectContext, ChunksAreFilledAndSharedWithTheStateBefore) {
@@ -152,38 +119,6 @@ TEST(History, ValuesOfACensusAreUndoneAndRedone) {
     }
 }
 
-TEST(History, WhatComesToNothingIsNoStep) {
-    ObjectContext context;
-    const Zorvel taxon = context.insertTaxon(context.insertCensus());
-    context.setAbundance(taxon, 1);
-    context.undo();
-    {
-        const UndoStep step(context, "Change");
-        context.setAbundance(taxon, 2);
-        context.setAbundance(taxon, 0);
-        context.deleteCensuses({context.insertCensus()});
-    }
-    EXPECT_TRUE(context.canRedo());
-    context.setAbundance(taxon, 3);
-    EXPECT_FALSE(context.canRedo());
-}
-
-TEST(History, NothingLeadsBackBehindTheOpening) {
-    ObjectContext context;
-    context.insertCensus();
-    context.beginStep("Import");
-    context.insertCensus();
-    ObjectContext source;
-    source.insertCensus();
-    context.adopt(source.records());
-    EXPECT_FALSE(context.isStepOpen() || context.canUndo() || context.canRedo());
-    context.endStep();  // of the step that the opening cut off
-    context.setName(context.censuses().front(), "South");
-    context.undo();
-    EXPECT_EQ(plainProject(context), plainProject(source));
-    EXPECT_FALSE(context.canUndo());
-}
-
 class AnnouncementsTest : public testing::Test {
   protected:
     // Notes each set that comes, as the identities of its censuses, under that name.
@@ -237,19 +172,6 @@ TEST_F(AnnouncementsTest, AnObserverMayRemoveItselfAndOthersAndAdd) {
     EXPECT_THAT(announce(), ElementsAre("stays: +1 +2"));
     context.deleteCensuses({first});
     EXPECT_THAT(announce(), ElementsAre("stays: -1", "added: -1"));
-}
-
-TEST_F(AnnouncementsTest, ObserversOutliveAnAdoption) {
-    listen("a");
-    ObjectContext source;
-    source.insertCensus();
-    context.addObserver([&](const ChangeSet& changes) {
-        if (changes.size() == 2) context.adopt(source.records());
-    });
-    EXPECT_THAT(announce(), ElementsAre("a: +1 +2"));
-    EXPECT_THAT(announce(), IsEmpty());
-    context.deleteCensuses({context.censuses().front()});
-    EXPECT_THAT(announce(), ElementsAre("a: -1"));
 }
 
 TEST_F(AnnouncementsTest, TheFirstChangeOfATurnIsTold) {

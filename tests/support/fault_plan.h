@@ -34,61 +34,42 @@ enum class FaultKind {
 class FaultPlan : public CallListener {
   public:
     // Counts from 1. Faults struck before are forgotten.
-    void failCall(FaultKind kind, std::size_t call, bool lasting);
+    void failCall(FaultKind kind, std::size_t call, bool lasting) {
+        kind_ = kind;
+        call_ = call;
+        lasting_ = lasting;
+        counted_ = 0;
+        struck_.clear();
+    }
     // No call fails any more; counting goes on.
-    void heal();
+    void heal() { call_ = 0; }
 
     [[nodiscard]] bool struck() const { return !struck_.empty(); }
     // The calls that failed, for messages.
     [[nodiscard]] const std::string& story() const { return struck_; }
 
-    Verdict before(const FileCall& call) override;
+    Verdict before(const FileCall& call) override {
+        const bool isWhole = kind_ == FaultKind::inputOutput;
+        if (call_ == 0 || (!isWhole && call.kind != CallKind::write)) return {};
+        ++counted_;
+        if (counted_ < call_ || (counted_ > call_ && !lasting_)) return {};
+        const KindFacts& facts = factsOfKinds[static_cast<int>(call.kind)];
+        if (struck_.size() < 300) {
+            struck_ += (struck_.empty() ? "" : ", ") + std::string(facts.name) + " of " +
+                       call.path.substr(call.path.rfind('/') + 1);
+        }
+        const bool isFull = kind_ == FaultKind::diskFull;
+        errno = isFull ? ENOSPC : EIO;  // which SQLite reads too
+        const int code = call.ofSystem ? errno : isFull ? SQLITE_FULL : facts.ioError;
+        return {code, isWhole ? 0 : call.bytes.size() / 2};
+    }
 
   private:
-    [[nodiscard]] bool counts(const FileCall& call) const;
-    [[nodiscard]] int codeFor(const FileCall& call) const;
-
     FaultKind kind_ = FaultKind::inputOutput;
     std::size_t call_ = 0;  // 0: none fails
     bool lasting_ = false;
     std::size_t counted_ = 0;
     std::string struck_;
 };
-
-inline void FaultPlan::failCall(FaultKind kind, std::size_t call, bool lasting) {
-    kind_ = kind;
-    call_ = call;
-    lasting_ = lasting;
-    counted_ = 0;
-    struck_.clear();
-}
-
-inline void FaultPlan::heal() {
-    call_ = 0;
-}
-
-inline bool FaultPlan::counts(const FileCall& call) const {
-    return kind_ == FaultKind::inputOutput || call.kind == CallKind::write;
-}
-
-inline int FaultPlan::codeFor(const FileCall& call) const {
-    if (kind_ == FaultKind::diskFull) return call.ofSystem ? ENOSPC : SQLITE_FULL;
-    return call.ofSystem ? EIO : factsOfKinds[static_cast<int>(call.kind)].ioError;
-}
-
-inline Verdict FaultPlan::before(const FileCall& call) {
-    if (call_ == 0 || !counts(call)) return {};
-    ++counted_;
-    if (counted_ < call_ || (counted_ > call_ && !lasting_)) return {};
-    if (struck_.size() < 300) {
-        struck_ += (struck_.empty() ? "" : ", ") +
-                   std::string(factsOfKinds[static_cast<int>(call.kind)].name) + " of " +
-                   call.path.substr(call.path.rfind('/') + 1);
-    }
-    // Which SQLite asks for too.
-    errno = kind_ == FaultKind::diskFull ? ENOSPC : EIO;
-    const bool torn = kind_ != FaultKind::inputOutput;
-    return {codeFor(call), torn ? call.bytes.size() / 2 : 0};
-}
 
 }  // namespace zorvel

@@ -25,11 +25,10 @@ enum class CallKind {
 
 struct FileCall {
     CallKind kind = CallKind::open;
-    std::string path;          // empty for a file that has no name
-    std::string newPath;       // of a renaming
-    std::int64_t offset = 0;   // of a write; of a truncation the new size
-    std::string_view bytes;    // of a write
-    bool creates = false;      // an open that makes the file where there is none
+    std::string path = {};        // empty for a file that has no name
+    std::int64_t offset = 0;      // of a write; of a truncation the new size
+    std::string_view bytes = {};  // of a write
+    bool creates = false;         // an open that makes the file where there is none
     bool syncsFolder = false;  // a sync or removal after which the names in the folder are safe too
     bool ofSystem = false;     // made by the program itself: fails with an errno, not SQLite's code
 };

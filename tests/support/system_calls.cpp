@@ -38,9 +38,7 @@ bool isFolder(int descriptor) {
 }
 
 FileCall callOf(CallKind kind, const char* path) {
-    FileCall call;
-    call.kind = kind;
-    call.path = path;
+    FileCall call{kind, path};
     call.ofSystem = true;
     return call;
 }
@@ -104,9 +102,8 @@ int __wrap_fsync(int descriptor) {
 }
 
 int __wrap_rename(const char* from, const char* to) {
-    zorvel::FileCall call = zorvel::callOf(zorvel::CallKind::rename, from);
-    call.newPath = to;
-    return zorvel::pass(call, [&] { return __real_rename(from, to); });
+    return zorvel::pass(zorvel::callOf(zorvel::CallKind::rename, from),
+                        [&] { return __real_rename(from, to); });
 }
 
 int __wrap_unlink(const char* path) {

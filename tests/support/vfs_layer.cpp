@@ -7,11 +7,6 @@
 
 namespace zorvel {
 
-struct VfsLayer::State {
-    sqlite3_vfs vfs{};
-    std::string name;
-};
-
 namespace {
 
 // SQLite gives the memory, in which the real file follows.
@@ -41,10 +36,7 @@ sqlite3_file* realOf(sqlite3_file* file) {
 }
 
 FileCall callOf(CallKind kind, sqlite3_file* file) {
-    FileCall call;
-    call.kind = kind;
-    call.path = *layerOf(file).path;
-    return call;
+    return {kind, *layerOf(file).path};
 }
 
 // Asks the listener, makes the call, and tells the listener of its success.
@@ -161,8 +153,7 @@ int openFile(sqlite3_vfs* vfs, const char* path, sqlite3_file* file, int flags, 
     static const sqlite3_io_methods methods = fileMethods();
     constexpr int journals = SQLITE_OPEN_MAIN_JOURNAL | SQLITE_OPEN_SUPER_JOURNAL;
     file->pMethods = nullptr;
-    FileCall call;
-    call.path = path ? path : "";
+    FileCall call{CallKind::open, path ? path : ""};
     call.creates = (flags & SQLITE_OPEN_CREATE) != 0;
     const int code = pass(listenerOf(vfs), call, [&] {
         return realVfs()->xOpen(realVfs(), path, realOf(file), flags, outFlags);
@@ -177,45 +168,35 @@ int openFile(sqlite3_vfs* vfs, const char* path, sqlite3_file* file, int flags, 
 }
 
 int removeFile(sqlite3_vfs* vfs, const char* path, int syncFolder) {
-    FileCall call;
-    call.kind = CallKind::remove;
-    call.path = path;
+    FileCall call{CallKind::remove, path};
     call.syncsFolder = syncFolder != 0;
     return pass(listenerOf(vfs), call, [&] { return realVfs()->xDelete(realVfs(), path, 0); });
 }
 
 int accessFile(sqlite3_vfs* vfs, const char* path, int flags, int* result) {
-    FileCall call;
-    call.kind = CallKind::access;
-    call.path = path;
-    return pass(listenerOf(vfs), call,
+    return pass(listenerOf(vfs), {CallKind::access, path},
                 [&] { return realVfs()->xAccess(realVfs(), path, flags, result); });
 }
 
 }  // namespace
 
 // All that is not a matter of files stays the real layer's, which asks for no vfs of its own.
-VfsLayer::VfsLayer(CallListener& listener) : state_(std::make_unique<State>()) {
+VfsLayer::VfsLayer(CallListener& listener) : vfs_(*realVfs()) {
     static std::atomic<int> count = 0;
-    state_->name = "layer-" + std::to_string(++count);
-    state_->vfs = *realVfs();
-    state_->vfs.iVersion = 1;
-    state_->vfs.szOsFile += static_cast<int>(sizeof(LayerFile));
-    state_->vfs.pNext = nullptr;
-    state_->vfs.zName = state_->name.c_str();
-    state_->vfs.pAppData = &listener;
-    state_->vfs.xOpen = openFile;
-    state_->vfs.xDelete = removeFile;
-    state_->vfs.xAccess = accessFile;
-    sqlite3_vfs_register(&state_->vfs, 0);
+    name_ = "layer-" + std::to_string(++count);
+    vfs_.iVersion = 1;
+    vfs_.szOsFile += static_cast<int>(sizeof(LayerFile));
+    vfs_.pNext = nullptr;
+    vfs_.zName = name_.c_str();
+    vfs_.pAppData = &listener;
+    vfs_.xOpen = openFile;
+    vfs_.xDelete = removeFile;
+    vfs_.xAccess = accessFile;
+    sqlite3_vfs_register(&vfs_, 0);
 }
 
 VfsLayer::~VfsLayer() {
-    sqlite3_vfs_unregister(&state_->vfs);
-}
-
-const char* VfsLayer::name() const {
-    return state_->name.c_str();
+    sqlite3_vfs_unregister(&vfs_);
 }
 
 }  // namespace zorvel

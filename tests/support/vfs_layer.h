@@ -4,7 +4,8 @@
 // must be closed before.
 #pragma once
 
-#include <memory>
+#include <sqlite3.h>
+
 #include <string>
 
 #include "tests/support/file_calls.h"
@@ -18,11 +19,11 @@ class VfsLayer {
     VfsLayer(const VfsLayer&) = delete;
     VfsLayer& operator=(const VfsLayer&) = delete;
 
-    [[nodiscard]] const char* name() const;
+    [[nodiscard]] const char* name() const { return name_.c_str(); }
 
   private:
-    struct State;
-    std::unique_ptr<State> state_;
+    std::string name_;
+    sqlite3_vfs vfs_;
 };
 
 }  // namespace zorvel
