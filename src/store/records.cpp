@@ -1,5 +1,4 @@
 // The handles, which find their record in the context at each read; the cursor over taxa; batches.
-#include <algorithm>
 #include <memory>
 
 #include "store/object_context.h"
