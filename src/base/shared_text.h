@@ -1,6 +1,6 @@
-// An immutable text shared by all who hold it: a name in thousands of records is kept
-// once. Copying costs a reference count; reading costs nothing. NamePool hands out the one text of
-// each name. Both are safe to share between threads.
+// An immutable text that is shared between its copies, so that a name of thousands of records is
+// stored once. Copying costs a reference count; reading costs nothing. NamePool returns the one
+// text of each name. Both are safe to share between threads.
 #pragma once
 
 #include <functional>

@@ -39,7 +39,7 @@ void Document::takeOver(ProjectRecords records) {
     ObjectContext& context = project_.objectContext();
     context.adopt(std::move(records));
     opening_ = context.frozenCopy();
-    saver_.setSavedAsItIs();
+    saver_.setSaved();
 }
 
 QString Document::displayName() const {
@@ -63,7 +63,25 @@ QString Document::asideNote() const {
 }
 
 void Document::saveAs(const QString& path, Done done) {
-    controller_.saveDocumentAs(*this, path, std::move(done));
+    const auto identity = fileIdentity(encodedPath(path));
+    const Document* holder = identity ? controller_.documentAt(*identity) : nullptr;
+    if (identity && (holder ? holder != this : controller_.isBeingRead(*identity))) {
+        const std::string reason = tr("it is open in another window").toStdString();
+        done(FileProblem{FileTrouble::other, reason, 0});
+        return;
+    }
+    // A file that has been renamed to that path is made anew there, so that it gets the new path.
+    const bool livesThere = holder && !isUntitled() && !saver_.isMakingFile() &&
+                            fileIdentity(encodedPath(this->path())) == identity;
+    if (livesThere && saver_.state() != SaveState::stuck) {
+        saver_.saveThen(std::move(done));
+        return;
+    }
+    saver_.moveTo(path, [&controller = controller_, path,
+                         done = std::move(done)](const std::optional<FileProblem>& problem) {
+        if (!problem) controller.noteRecent(path);
+        done(problem);
+    });
 }
 
 bool Document::canRevert() const {
@@ -79,7 +97,9 @@ void Document::revertToOpening() {
 }
 
 QString Document::backupFolder() const {
-    return controller_.backupFolderOf(*this);
+    const auto& file = saver_.file();
+    if (isUntitled() || !file || file->projectId.isEmpty()) return {};
+    return controller_.folders_.backups + "/" + file->projectId;
 }
 
 }  // namespace zorvel

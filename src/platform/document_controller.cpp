@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QElapsedTimer>
+#include <QFileInfo>
 #include <QMetaObject>
 #include <QStandardPaths>
 #include <algorithm>
@@ -78,7 +79,11 @@ QStringList DocumentController::recentPaths() const {
 void DocumentController::lookForRecentPaths() {
     if (std::exchange(lookingForRecent_, true)) return;
     jobs_.start(
-        this, [paths = recent_.beginLook()] { return missingAmong(paths); },
+        this,
+        [paths = recent_.beginLook()]() mutable {
+            paths.removeIf([](const QString& path) { return QFileInfo::exists(path); });
+            return paths;
+        },
         [this](const QStringList& missing) {
             lookingForRecent_ = false;
             recent_.endLook(missing);
@@ -125,7 +130,7 @@ Document& DocumentController::addUntitledCopy(ProjectRecords records, const QStr
     Document& document = addDocument(name, untitled_.claimNew(name));
     document.takeOver(std::move(records));
     document.worthKeeping_ = true;
-    document.saver_.keepAsItIs();
+    document.saver_.saveUnchanged();
     return document;
 }
 
@@ -137,37 +142,6 @@ QString DocumentController::freeUntitledName(bool forOpened) const {
         };
         if (std::none_of(documents_.begin(), documents_.end(), isTaken)) return name;
     }
-}
-
-void DocumentController::saveDocumentAs(Document& document, const QString& path,
-                                        Document::Done done) {
-    DocumentSaver& saver = document.saver_;
-    const auto identity = fileIdentity(encodedPath(path));
-    const Document* holder = identity ? documentAt(*identity) : nullptr;
-    const bool isOther =
-        identity && (holder != nullptr ? holder != &document : isBeingRead(*identity));
-    if (isOther) {
-        const std::string reason = tr("it is open in another window").toStdString();
-        done(FileProblem{FileTrouble::other, reason, 0});
-        return;
-    }
-    // A file that has been renamed to that path is made anew there, so that it gets the new path.
-    const bool livesThere = holder != nullptr && !document.isUntitled() && !saver.isMakingFile() &&
-                            fileIdentity(encodedPath(document.path())) == identity;
-    if (livesThere && saver.state() != DocumentSaver::State::stuck) {
-        saver.saveThen(std::move(done));
-        return;
-    }
-    saver.moveTo(path, [this, path, done = std::move(done)](const auto& problem) {
-        if (!problem) noteRecent(path);
-        done(problem);
-    });
-}
-
-QString DocumentController::backupFolderOf(const Document& document) const {
-    const auto& file = document.saver_.file();
-    if (document.isUntitled() || !file || file->projectId.isEmpty()) return {};
-    return folders_.backups + "/" + file->projectId;
 }
 
 void DocumentController::close(Document& document) {

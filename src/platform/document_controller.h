@@ -109,12 +109,12 @@ class DocumentController : public QObject {
     // Opening (document_opening.cpp).
     void open(Request request);
     void locate(const Request& request);
-    void identified(const Request& request);
+    void openLocated(const Request& request);
     void read(const Request& request);
     void finishReading(const Request& request, FileReading& reading);
-    void tellFailure(const Request& request, const FileReading& reading);
+    void reportFailure(const Request& request, const FileReading& reading);
     void openRecords(const Request& request, FileReading& reading);
-    void finishWithOpen(const Request& request, Document& document);
+    void showOpen(const Request& request, Document& document);
     void addCopy(const Request& request, ProjectRecords records);
     void resumeWaiting();
     [[nodiscard]] bool mustWait(const FileIdentity& identity) const;
@@ -135,10 +135,6 @@ class DocumentController : public QObject {
     [[nodiscard]] std::vector<Document*> openAndClosing() const;
     // Null if the document is not in the list.
     static std::unique_ptr<Document> taken(Owned& from, const Document& document);
-
-    // For documents.
-    void saveDocumentAs(Document& document, const QString& path, Document::Done done);
-    [[nodiscard]] QString backupFolderOf(const Document& document) const;
 
     // Closing. A closed document exists until its file is closed.
     void beginClosing(Document& document, bool discard);

@@ -40,7 +40,7 @@ void DocumentController::open(Request request) {
         untitled_.claim(request.shownName);
     }
     if (request.file) {
-        identified(request);
+        openLocated(request);
     } else {
         locate(request);
     }
@@ -71,14 +71,14 @@ void DocumentController::locate(const Request& request) {
         [this, located = Request(request)](const std::shared_ptr<NamedFile>& file) mutable {
             located.file = file;
             located.identity = file->identity;
-            identified(located);
+            openLocated(located);
         });
 }
 
-void DocumentController::identified(const Request& request) {
+void DocumentController::openLocated(const Request& request) {
     if (!request.identity) return read(request);
     const FileIdentity identity = *request.identity;
-    if (Document* document = reopened(identity)) return finishWithOpen(request, *document);
+    if (Document* document = reopened(identity)) return showOpen(request, *document);
     if (mustWait(identity)) {
         waiting_.push_back(request);
         waiting_.back().file = nullptr;  // it is located anew
@@ -109,7 +109,7 @@ Document* DocumentController::reopened(const FileIdentity& identity) {
     return document;
 }
 
-void DocumentController::finishWithOpen(const Request& request, Document& document) {
+void DocumentController::showOpen(const Request& request, Document& document) {
     if (request.source == Source::backup) {
         addCopy(request, document.project().objectContext().records());
         return;
@@ -173,16 +173,16 @@ void DocumentController::finishReading(const Request& request, FileReading& read
     if (reading.failure.isEmpty()) {
         openRecords(request, reading);
     } else {
-        tellFailure(request, reading);
+        reportFailure(request, reading);
     }
     resumeWaiting();
 }
 
-void DocumentController::tellFailure(const Request& request, const FileReading& reading) {
+void DocumentController::reportFailure(const Request& request, const FileReading& reading) {
     if (request.source == Source::recovered) {
         untitled_.giveUp(request.shownName);
         const FileTrouble trouble = reading.problem->trouble;
-        if (isSkipped(trouble) || !untitled_.shouldTell(request.shownName, trouble)) return;
+        if (isSkipped(trouble) || !untitled_.isNewProblem(request.shownName, trouble)) return;
     }
     emit openDidFail(request.path, reading.failure);
 }

@@ -12,7 +12,7 @@ namespace zorvel {
 namespace {
 
 // Whether a later try may succeed; otherwise another file is needed.
-bool canPassBy(FileTrouble trouble) {
+bool isTemporary(FileTrouble trouble) {
     switch (trouble) {
         case FileTrouble::busy:
         case FileTrouble::heldElsewhere:
@@ -45,7 +45,7 @@ void closeInBackground(const SaveServices& services, QObject* receiver,
 
 void AsideCopy::write(std::shared_ptr<const ObjectContext> state, std::uint64_t revision,
                       const QString& name, const QString& path) {
-    if (path_.isEmpty()) path_ = services_.untitled->claimNew(UntitledFolder::asideName(name));
+    if (path_.isEmpty()) path_ = services_.untitled->claimNew(tr("%1 (unsaved changes)").arg(name));
     writing_ = true;
     const WriteOrder order{holder_, std::move(state), services_.settings.file, path_};
     services_.writer->start(
@@ -58,7 +58,7 @@ void AsideCopy::write(std::shared_ptr<const ObjectContext> state, std::uint64_t 
 // A copy that was deleted or changed by another program is made again.
 void AsideCopy::finishWrite(std::uint64_t revision, const WriteOutcome& outcome) {
     writing_ = false;
-    const bool lost = outcome.problem && exists() && !canPassBy(outcome.problem->trouble);
+    const bool lost = outcome.problem && exists() && !isTemporary(outcome.problem->trouble);
     if (lost) drop(true);
     problem_ = outcome.problem;
     if (!problem_) held_ = revision;
@@ -83,7 +83,7 @@ DocumentSaver::DocumentSaver(ObjectContext& context, const SaveServices& service
     connect(&asideTimer_, &QTimer::timeout, this, [this] { keepAside(); });
     connect(&aside_, &AsideCopy::didChange, this, &DocumentSaver::asideDidChange);
     typingTimer_.setSingleShot(true);
-    connect(&typingTimer_, &QTimer::timeout, this, [this] { lookAtDrafts(); });
+    connect(&typingTimer_, &QTimer::timeout, this, [this] { checkDrafts(); });
 }
 
 // The writing thread closes the file, after the jobs already started.
@@ -98,7 +98,7 @@ void DocumentSaver::setFile(std::unique_ptr<ProjectFile> file, bool untitled) {
     backupDue_ = !untitled;
 }
 
-void DocumentSaver::keepAsItIs() {
+void DocumentSaver::saveUnchanged() {
     savedRevision_ = revision() - 1;
     unsaved_ = true;
     saveSoon();
@@ -129,7 +129,7 @@ bool DocumentSaver::isMakingFile() const {
 void DocumentSaver::noteChange() {
     if (ending_) return;
     unsaved_ = true;
-    if (!timer_.isActive() && !dueNow_) {
+    if (!timer_.isActive() && !writeNext_) {
         timer_.start(stuck_ ? std::max(services_.settings.autosave, retry_)
                             : services_.settings.autosave);
     }
@@ -157,7 +157,7 @@ void DocumentSaver::noteTyping() {
 }
 
 // A draft that was given up is also removed from the file.
-void DocumentSaver::lookAtDrafts() {
+void DocumentSaver::checkDrafts() {
     const bool drafted = drafts_ && context_.frozenCopy(drafts_)->revision() != 0;
     if (!drafted && !draftsWritten_) return;
     ++draftRevision_;
@@ -167,7 +167,7 @@ void DocumentSaver::lookAtDrafts() {
 void DocumentSaver::settleDrafts() {
     if (!typingTimer_.isActive()) return;
     typingTimer_.stop();
-    lookAtDrafts();
+    checkDrafts();
 }
 
 std::shared_ptr<const ObjectContext> DocumentSaver::stateToWrite() {
@@ -185,14 +185,14 @@ void DocumentSaver::saveSoon() {
 }
 
 void DocumentSaver::saveThen(Done done) {
-    asked_.push_back(std::move(done));
+    waitingForSave_.push_back(std::move(done));
     saveSoon();
-    if (!isUnsaved() && running_ == 0) answerSaves();
+    if (!isUnsaved() && running_ == 0) reportSaves();
 }
 
-void DocumentSaver::answerSaves() {
+void DocumentSaver::reportSaves() {
     if (unsaved_ && !problem_) return;
-    for (const Done& done : std::exchange(asked_, {})) done(problem_);
+    for (const Done& done : std::exchange(waitingForSave_, {})) done(problem_);
 }
 
 // A step of undo is one transaction: no part of it is written alone.
@@ -200,7 +200,7 @@ void DocumentSaver::tick() {
     if (context_.isStepOpen()) {
         timer_.start(services_.settings.stepPoll);
     } else if (running_ > 0) {
-        dueNow_ = true;
+        writeNext_ = true;
     } else {
         write();
     }
@@ -215,7 +215,7 @@ void DocumentSaver::saveNow() {
 }
 
 void DocumentSaver::write() {
-    dueNow_ = false;
+    writeNext_ = false;
     unsaved_ = true;
     writing_ = true;
     ++running_;
@@ -240,7 +240,7 @@ void DocumentSaver::finishWrite(const WriteOutcome& outcome) {
     } else {
         succeed(writtenRevision_);
     }
-    answerSaves();
+    reportSaves();
     emit stateDidChange();
     if (outcome.backupProblem && !again) emit backupDidFail(*outcome.backupProblem);
 }
@@ -257,8 +257,8 @@ void DocumentSaver::succeed(std::uint64_t revision) {
     if (ending_) return;
     if (!unsaved_) {
         timer_.stop();
-        dueNow_ = false;
-    } else if (dueNow_ && running_ == 0) {
+        writeNext_ = false;
+    } else if (writeNext_ && running_ == 0) {
         tick();
     } else if (!timer_.isActive()) {
         timer_.start(services_.settings.autosave);
@@ -266,7 +266,7 @@ void DocumentSaver::succeed(std::uint64_t revision) {
 }
 
 void DocumentSaver::fail(const FileProblem& problem) {
-    dueNow_ = false;
+    writeNext_ = false;
     const SaveSettings& settings = services_.settings;
     if (problem.trouble == FileTrouble::busy && busyTries_ < settings.busyTries) {
         ++busyTries_;
@@ -275,7 +275,7 @@ void DocumentSaver::fail(const FileProblem& problem) {
     }
     busyTries_ = 0;
     problem_ = problem;
-    stuck_ = !canPassBy(problem.trouble);
+    stuck_ = !isTemporary(problem.trouble);
     retryLater();
     keepAside();
 }
@@ -312,7 +312,7 @@ void DocumentSaver::finishMove(std::uint64_t revision, const WriteOutcome& outco
         untitledPath_.clear();
         backupDue_ = false;
         succeed(revision);
-        answerSaves();
+        reportSaves();
     } else if (isUnsaved() && !ending_ && !timer_.isActive()) {
         timer_.start(std::max(services_.settings.autosave, retry_));
     }

@@ -102,9 +102,9 @@ class DocumentSaver : public QObject {
     // Where an untitled project is made when it is first written.
     void setUntitledPath(const QString& path) { untitledPath_ = path; }
     // The records are what is in the file.
-    void setSavedAsItIs() { savedRevision_ = revision(); }
+    void setSaved() { savedRevision_ = revision(); }
     // The project is written although nothing in it has changed.
-    void keepAsItIs();
+    void saveUnchanged();
 
     // Of the project file; empty while untitled.
     [[nodiscard]] QString path() const;
@@ -155,8 +155,8 @@ class DocumentSaver : public QObject {
     // Of the records and the drafts.
     [[nodiscard]] std::uint64_t revision() const { return context_.revision() + draftRevision_; }
     [[nodiscard]] std::shared_ptr<const ObjectContext> stateToWrite();
-    void lookAtDrafts();
-    // Calls lookAtDrafts() now if typing is pending.
+    void checkDrafts();
+    // Calls checkDrafts() now if typing is pending.
     void settleDrafts();
     void keepAside();
     void asideDidChange();
@@ -167,7 +167,7 @@ class DocumentSaver : public QObject {
     void fail(const FileProblem& problem);
     void succeed(std::uint64_t revision);
     void retryLater();
-    void answerSaves();
+    void reportSaves();
 
     ObjectContext& context_;
     const SaveServices& services_;
@@ -193,9 +193,9 @@ class DocumentSaver : public QObject {
     int moving_ = 0;
     bool writing_ = false;
     std::uint64_t writtenRevision_ = 0;
-    bool dueNow_ = false;
+    bool writeNext_ = false;
     bool ending_ = false;
-    std::vector<Done> asked_;
+    std::vector<Done> waitingForSave_;
 
     std::optional<FileProblem> problem_;
     bool stuck_ = false;

@@ -1,6 +1,5 @@
 #include "platform/file_names.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -15,7 +14,7 @@ namespace zorvel {
 namespace {
 
 const char recentKey[] = "recentPaths";
-const char toldKey[] = "untitledProblemsTold";
+const char reportedKey[] = "untitledProblemsTold";
 
 QRegularExpressionMatch untitledMatch(const QString& fileName) {
     static const QRegularExpression form(
@@ -76,10 +75,6 @@ bool UntitledFolder::holds(const QString& path) const {
            QDir::cleanPath(file.absolutePath()) == QDir::cleanPath(QDir(path_).absolutePath());
 }
 
-QString UntitledFolder::asideName(const QString& projectName) {
-    return QCoreApplication::translate("UntitledFolder", "%1 (unsaved changes)").arg(projectName);
-}
-
 QString UntitledFolder::nameIn(const QString& fileName) {
     return untitledMatch(fileName).captured(1);
 }
@@ -93,14 +88,14 @@ QStringList UntitledFolder::names(const QString& folder) {
     return names;
 }
 
-bool UntitledFolder::shouldTell(const QString& fileName, FileTrouble trouble) {
-    QStringList told = setting(toldKey).toStringList();
-    told.removeIf(
+bool UntitledFolder::isNewProblem(const QString& fileName, FileTrouble trouble) {
+    QStringList reported = setting(reportedKey).toStringList();
+    reported.removeIf(
         [this](const QString& entry) { return !QFileInfo::exists(pathOf(entry.section('|', 1))); });
     const QString entry = QString::number(static_cast<int>(trouble)) + "|" + fileName;
-    const bool first = !told.contains(entry);
-    if (first) told.append(entry);
-    storeSetting(toldKey, told);
+    const bool first = !reported.contains(entry);
+    if (first) reported.append(entry);
+    storeSetting(reportedKey, reported);
     return first;
 }
 
@@ -132,11 +127,6 @@ QStringList RecentPaths::beginLook() {
 void RecentPaths::endLook(const QStringList& missing) {
     missing_ = missing;
     missing_.removeIf([this](const QString& path) { return addedSinceLook_.contains(path); });
-}
-
-QStringList missingAmong(QStringList paths) {
-    paths.removeIf([](const QString& path) { return QFileInfo::exists(path); });
-    return paths;
 }
 
 }  // namespace zorvel

@@ -43,15 +43,13 @@ class UntitledFolder {
     // Whether a file is one of this folder, by its path and its name.
     [[nodiscard]] bool holds(const QString& path) const;
 
-    // Of the copy of a project that cannot be saved.
-    static QString asideName(const QString& projectName);
     // The part of a file's name that is the project's; empty if it has none.
     static QString nameIn(const QString& fileName);
     // The names of the files in a folder, oldest first. Any thread.
     static QStringList names(const QString& folder);
 
-    // True the first time that it is asked, in this run or an earlier one, for a file and trouble.
-    bool shouldTell(const QString& fileName, FileTrouble trouble);
+    // True at the first call for that file and trouble, in this run or an earlier one.
+    bool isNewProblem(const QString& fileName, FileTrouble trouble);
 
   private:
     QString path_;
@@ -78,8 +76,5 @@ class RecentPaths {
     QStringList missing_;
     QStringList addedSinceLook_;
 };
-
-// Those of the paths at which there is nothing. Waits for the disk. Any thread.
-QStringList missingAmong(QStringList paths);
 
 }  // namespace zorvel

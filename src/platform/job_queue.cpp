@@ -11,7 +11,7 @@ JobQueue::JobQueue(unsigned threads, std::chrono::milliseconds patience) {
     if (threads == 0) threads = std::max(2u, std::thread::hardware_concurrency());
     for (unsigned i = 0; i < threads; ++i) addThread();
     patience_.setInterval(patience);
-    connect(&patience_, &QTimer::timeout, this, &JobQueue::relieve);
+    connect(&patience_, &QTimer::timeout, this, &JobQueue::addThreadIfStuck);
 }
 
 JobQueue::~JobQueue() {
@@ -23,7 +23,7 @@ void JobQueue::addThread() {
     threads_.emplace_back([this] { runJobs(); });
 }
 
-void JobQueue::relieve() {
+void JobQueue::addThreadIfStuck() {
     const std::lock_guard lock(jobsMutex_);
     if (jobs_.empty()) return patience_.stop();
     if (std::exchange(begunBefore_, begun_) != begun_) return;

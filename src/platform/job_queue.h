@@ -79,7 +79,7 @@ class JobQueue : public QObject {
     void enqueue(QObject* receiver, std::function<void()> work, std::function<void()> deliver,
                  bool writes);
     void addThread();
-    void relieve();
+    void addThreadIfStuck();
     void runJobs();
     std::optional<Job> nextJob();
     void report(JobId id);

@@ -12,7 +12,7 @@
 
 namespace zorvel {
 
-// Identity of a record within its project; never used twice.
+// Identity of a record within its project; never given to another.
 using RecordId = std::uint64_t;
 
 struct CensusAttributes {

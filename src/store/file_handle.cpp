@@ -17,8 +17,8 @@
 namespace zorvel {
 namespace {
 
-// The byte that bears the mark: beyond every byte that SQLite locks, and beyond the end of any
-// file.
+// The byte that is locked as the mark: beyond every byte that SQLite locks, and beyond the end of
+// any file.
 constexpr off_t markOffset = off_t{1} << 62;
 
 // What is held open of a file; -1 stands for none.

@@ -1,6 +1,6 @@
-// The files that this process holds open besides SQLite's own handles, each once however often it
-// is asked for: all locks on a file in this process go through it. A file held for writing bears a
-// mark (a lock on one byte far behind its end) that every process sees. Any thread.
+// The files that this process holds open besides SQLite's own handles, each opened once however
+// many FileHandles it has: all locks on a file in this process go through it. A file held for
+// writing has a mark (a lock on one byte far behind its end) that every process sees. Any thread.
 #pragma once
 
 #include <fcntl.h>

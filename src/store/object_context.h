@@ -43,8 +43,8 @@ class Census {
     [[nodiscard]] std::size_t taxonCount() const { return found()->taxonCount(); }
     // The taxon of that identity; absent if this census has none. Faster than a search in taxa().
     [[nodiscard]] std::optional<Zorvel> taxon(RecordId id) const;
-    // The taxa's values without handles: the fast way to read them all. Stays valid while held;
-    // an empty block if the record was deleted.
+    // The taxa's values without handles: the fast way to read them all. Stays valid while held; an
+    // empty block if the record was deleted.
     [[nodiscard]] BlockPointer block() const { return found(); }
 
     friend bool operator==(const Census&, const Census&) = default;
@@ -132,8 +132,8 @@ class ObjectContext {
 
     // Deleting and setting act on records of this context alone: a handle of a deleted record, or
     // of another context (a frozen copy too), changes nothing. Nor does a value that the record has
-    // already. Many at once, in any order, are one change, which costs little more than
-    // reading them.
+    // already. Many at once, in any order, are one change, which costs little more than reading
+    // them.
     void deleteCensuses(const std::vector<Census>& censuses);  // and their taxa
     void deleteTaxa(const std::vector<Zorvel>& taxa);
     void setInclude(const std::vector<Zorvel>& taxa, bool include);
@@ -174,7 +174,7 @@ class ObjectContext {
 
     // Undo. A step is what is undone at once: all changes between its beginning and its end, which
     // may be turns apart. Steps nest, the outermost counts. A change outside any step is a step
-    // without a name. Steps go back to the opening, and undo itself is none.
+    // without a name. Undo goes back to the opening, and is no step itself.
     void beginStep(std::string name) { history_.beginStep(std::move(name)); }
     void endStep() { history_.endStep(); }
     [[nodiscard]] bool isStepOpen() const { return history_.isStepOpen(); }

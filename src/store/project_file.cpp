@@ -47,8 +47,8 @@ std::optional<FileProblem> reasonNotToWrite(const std::string& path, bool readOn
 }  // namespace
 
 struct ProjectFile::Parts {
-    // One state of the project, and what says so in the file: a row for our writes, SQLite's count
-    // of changes for those of any program.
+    // One state of the project, and how it is recognised in the file: by a row for our writes, by
+    // SQLite's count of changes for those of any program.
     struct WrittenState {
         ProjectRow row;
         State state;
@@ -69,7 +69,7 @@ struct ProjectFile::Parts {
     std::optional<ProjectWriter> writer;
 
     WrittenState written;
-    // A write of which it is not known whether it took place.
+    // A write that may or may not have taken place.
     std::optional<WrittenState> attempt;
     // False while a write may be in the file but not yet safe on the disk.
     bool safe = true;

@@ -1,7 +1,7 @@
-// One project file, an SQLite database (docs/file-format.md): opened with suspicion, read whole,
-// and brought up to date by the rows that differ, all or nothing. An open file is marked as such
-// until it is closed, so that no other Zorvel opens it for writing. Used by one thread at a time,
-// any thread. Nothing here throws.
+// One project file, an SQLite database (docs/file-format.md): checked when it is opened, read
+// whole, and brought up to date by the rows that differ, all or nothing. An open file is marked as
+// such until it is closed, so that no other Zorvel opens it for writing. Used by one thread at a
+// time, any thread. Nothing here throws.
 #pragma once
 
 #include <sys/types.h>

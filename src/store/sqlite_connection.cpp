@@ -104,7 +104,7 @@ FileProblem sqliteProblem(sqlite3* connection, int code, const char* doing) {
 
 Connection::Connection(const std::string& path, Access access, const char* vfs) : path_(path) {
     useOurSystemCalls();
-    lookBeside();
+    checkFilesBeside();
     const int code = sqlite3_open_v2(path.c_str(), &handle_, openFlags(access), vfs);
     try {
         check(code, "open");
@@ -160,16 +160,16 @@ void Connection::check(int code, const char* doing) const {
     throw FileFailure{sqliteProblem(handle_, code, doing)};
 }
 
-void Connection::lookBeside() const {
+void Connection::checkFilesBeside() const {
     checkCompanions(path_);
 }
 
 void Connection::copyPagesTo(Connection& other) const {
-    lookBeside();
+    checkFilesBeside();
     sqlite3_backup* const backup = sqlite3_backup_init(other.handle_, "main", handle_, "main");
     if (!backup) other.check(sqlite3_extended_errcode(other.handle_), "copy");
     sqlite3_backup_step(backup, -1);
-    // Tells of every failure of the step too.
+    // Also returns the errors of the step.
     other.check(sqlite3_backup_finish(backup), "copy");
 }
 
@@ -184,12 +184,12 @@ bool Connection::hasMoved() const {
 }
 
 Transaction::Transaction(Connection& connection, Kind kind) : connection_(connection) {
-    connection_.lookBeside();
+    connection_.checkFilesBeside();
     connection_.run(kind == Kind::write ? "BEGIN IMMEDIATE" : "BEGIN", "begin");
 }
 
 Transaction::~Transaction() {
-    // After some errors SQLite has rolled back of its own accord. Where rolling back fails, the
+    // After some errors SQLite has rolled back already. Where rolling back fails, the
     // journal stays, and the next reader of the file rolls back.
     if (open_ && sqlite3_get_autocommit(connection_.handle()) == 0) {
         sqlite3_exec(connection_.handle(), "ROLLBACK", nullptr, nullptr, nullptr);

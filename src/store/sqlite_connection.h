@@ -1,4 +1,4 @@
-// A connection to one SQLite database, opened with suspicion: no triggers, views, extensions or
+// A connection to one SQLite database that is not trusted: no triggers, views, extensions or
 // attached files, a rollback journal that is deleted at each commit, and a commit that returns when
 // it is safe on the disk. Failures are thrown as FileFailure. One thread at a time.
 #pragma once
@@ -41,7 +41,7 @@ class Connection {
 
     // To be called before each access to the file that may play a journal back: see
     // checkCompanions().
-    void lookBeside() const;
+    void checkFilesBeside() const;
 
     // Makes the other, empty database a copy of this one as it was last committed.
     void copyPagesTo(Connection& other) const;
