@@ -158,45 +158,39 @@ TEST_F(DocumentControllerTest, AProjectIsNeverOpenTwice) {
     EXPECT_TRUE(other.told.failed.front().message.contains("another running Zorvel"));
 }
 
-TEST_F(DocumentControllerTest, AProjectMayBeReopenedRightAfterItWasClosed) {
-    Document& document = openNorth();
-    disk.setHanging(true);
-    addNamedCensus(document, "South");
-    run->controller.close(document);
-    EXPECT_TRUE(run->controller.documents().empty());
-    run->controller.open(at("a.zorvel"));
-    processEventsFor(50);
-    EXPECT_EQ(run->told.opened.size(), 1u);
-    disk.setHanging(false);
-    ASSERT_TRUE(waitUntil([&] { return run->told.opened.size() == 2; }));
-    ASSERT_EQ(run->controller.documents().size(), 1u);
-    EXPECT_EQ(censusNames(*run->controller.documents().front()), (Names{"North", "South"}));
-    EXPECT_TRUE(run->told.failed.empty());
-}
-
-// Whether it is asked for while a write still runs, or after one has failed.
-TEST_F(DocumentControllerTest, AClosedProjectThatWaitsForItsDiskComesBackAsItWas) {
-    for (const bool duringAWrite : {false, true}) {
+// While the last write still runs, which may succeed or fail, or after it has failed. What could
+// not be written comes back as it was.
+TEST_F(DocumentControllerTest, AClosedProjectThatWaitsForItsDiskMayBeReopened) {
+    const struct {
+        bool duringAWrite;
+        bool fails;
+    } rows[] = {{true, false}, {true, true}, {false, true}};
+    for (const auto& row : rows) {
         Document& document = openNorth();
-        disk.failWrites(TestDisk::full);
-        disk.setHanging(duringAWrite);
+        if (row.fails) disk.failWrites(TestDisk::full);
+        disk.setHanging(row.duringAWrite);
         addNamedCensus(document, "South");
         run->controller.close(document);
+        EXPECT_TRUE(run->controller.documents().empty());
         processEventsFor(100);
         EXPECT_EQ(run->controller.finish(milliseconds(100)).size(), 1u);
-        if (duringAWrite) {
-            const std::size_t opened = run->told.opened.size();
-            run->controller.open(at("a.zorvel"));
+        run->controller.open(at("a.zorvel"));
+        if (row.duringAWrite) {
             processEventsFor(100);
+            EXPECT_EQ(run->told.opened.size(), 1u);
             disk.setHanging(false);
-            ASSERT_TRUE(waitUntil([&] { return run->told.opened.size() > opened; }));
-            ASSERT_EQ(run->told.opened.back().document, &document);
-        } else {
-            ASSERT_EQ(run->open(at("a.zorvel")), &document);
         }
-        EXPECT_EQ(document.saveState(), State::failed);
+        ASSERT_TRUE(waitUntil([&] { return run->told.opened.size() == 2; }));
+        Document& again = *run->told.opened.back().document;
+        EXPECT_EQ(run->controller.documents(), std::vector<Document*>{&again});
+        EXPECT_EQ(censusNames(again), (Names{"North", "South"}));
+        EXPECT_TRUE(run->told.failed.empty());
+        if (row.fails) {
+            EXPECT_EQ(&again, &document);
+            EXPECT_EQ(again.saveState(), State::failed);
+        }
         disk.failWrites(0);
-        ASSERT_TRUE(isSavedSoon(document));
+        ASSERT_TRUE(isSavedSoon(again));
         EXPECT_EQ(namesInFile(at("a.zorvel")), (Names{"North", "South"}));
     }
 }

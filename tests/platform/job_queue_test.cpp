@@ -70,7 +70,7 @@ TEST(JobQueue, DropsTheResultOfAReceiverThatIsGone) {
     EXPECT_FALSE(late);
 }
 
-// Counts where its last copy goes.
+// Counts destructions on another thread.
 struct Witness {
     explicit Witness(std::atomic<int>* counter) : foreign(counter) {}
     ~Witness() {
@@ -95,7 +95,7 @@ TEST(JobQueue, ClosuresOfTheReceiverDieOnItsOwnThread) {
     EXPECT_EQ(foreign, 0);
 }
 
-// As many as there are threads do not hold up a short one; nor do more, after a while.
+// Fewer than the threads do not delay a short job; nor do more, after a while.
 TEST(JobQueue, JobsThatHangHoldNothingUp) {
     for (const int hanging : {1, 4}) {
         JobQueue queue(2, milliseconds(hanging == 1 ? 0 : 5));

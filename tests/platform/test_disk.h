@@ -27,7 +27,7 @@ class TestDisk : public CallListener {
         writeCode_ = code;
         pathStart_ = pathStart.toStdString();
     }
-    // So many of the next requests for a lock find the file in use.
+    // That many of the next requests for a lock find the file in use.
     void seemBusy(int times) {
         const std::lock_guard lock(mutex_);
         busyTimes_ = times;

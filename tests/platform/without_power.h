@@ -1,4 +1,4 @@
-// Lives as another user for a while where the tests run as root, whom no permission stops.
+// Runs as another user while the object lives, if the tests run as root, whom no permission stops.
 #pragma once
 
 #include <unistd.h>

@@ -1,7 +1,6 @@
 // Each call that a project file makes to the disk is failed in turn: while it is written, opened,
 // made, or copied. What is found afterwards is the old state or the new one, what was reported as
-// written is there, nothing is left lying about, and the same object goes on once the disk is well
-// again.
+// written is there, no other file is left, and the same object works on once the disk works again.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -77,6 +76,8 @@ class ProjectFaults : public QuickScratchFolder, public testing::WithParamInterf
             << problem.detail;
     }
 
+    [[nodiscard]] Frozen start() const { return story_.states().front().records; }
+
     ProjectStory story_;
     FaultPlan plan_;
     VfsLayer faulty_{plan_};
@@ -111,8 +112,6 @@ class ProjectWriteFaults : public ProjectFaults {
         file_.reset();
         ProjectFaults::TearDown();
     }
-
-    [[nodiscard]] Frozen start() const { return story_.states().front().records; }
 
     // Tries the one write with each of its calls failing.
     void failEachCall(const Frozen& before, const Frozen& after) {
@@ -171,9 +170,8 @@ class ProjectWholeFaults : public ProjectFaults {
         oldBytes_ = bytesOf("project.zorvel");
     }
 
-    [[nodiscard]] Frozen start() const { return story_.states().front().records; }
     [[nodiscard]] Frozen other() const { return story_.states()[4].records; }
-    // Where even removing fails, for ever, a temporary file cannot but stay.
+    // Where removing fails too, a temporary file stays.
     [[nodiscard]] static bool canTidy() {
         return !GetParam().lasting || GetParam().kind != FaultKind::inputOutput;
     }
@@ -189,7 +187,7 @@ class ProjectWholeFaults : public ProjectFaults {
             plan_.heal();
             if (!plan_.struck()) {
                 ASSERT_FALSE(problem) << problem->detail;
-                ASSERT_GT(call, 4U) << "too few to mean anything";
+                ASSERT_GT(call, 4U) << "too few calls";
                 std::cout << call - 1 << " calls failed in turn\n";
                 return;
             }
@@ -365,7 +363,7 @@ TEST_F(PowerCuts, FindTheJournalOrAllPages) {
 
 using RivalFile = QuickScratchFolder;
 
-// A rival makes its project while ours is synced, just before ours would take the path.
+// Another program makes its project while ours is synced, just before ours would take the path.
 TEST_F(RivalFile, ThatCameMeanwhileIsKeptWhereAsked) {
     struct Rival : CallListener {
         Verdict before(const FileCall& call) override {

@@ -53,7 +53,7 @@ class HostileFiles : public QuickScratchFolder {
             const std::string said = outcome(readOnly);
             EXPECT_TRUE(said.starts_with(numberOf(trouble) + " ")) << said;
         }
-        EXPECT_EQ(bytesOf("project.zorvel") == before, true) << "it was changed";
+        EXPECT_TRUE(bytesOf("project.zorvel") == before) << "it was changed";
         EXPECT_EQ(entries(), files) << "something was left beside it";
     }
 
@@ -156,41 +156,28 @@ TEST_F(HostileFiles, FlippedBits) {
     EXPECT_GT(refused, flips / 20);
 }
 
-// NULL where no value may be missing: the schema forbids it, a file edited by hand need not heed
-// it.
+// NULL where no value may be missing: the schema forbids it, but a file edited by hand may have it.
 TEST_F(HostileFiles, MissingValues) {
     for (const char* column :
          {"taxon SET census", "taxon SET abundance", "taxon SET include", "name SET text",
           "project SET identity", "project SET generation", "project SET token"}) {
         SCOPED_TRACE(column);
         put("project.zorvel", whole_);
-        const std::string table(column, std::string_view(column).find(' '));
-        {
-            // Without the constraint for as long as this connection lives, then with it again.
-            PlainDatabase database(path("project.zorvel"));
-            database.run(editSchema +
-                         "CREATE TABLE kept AS SELECT name AS n, sql AS s FROM sqlite_schema;"
-                         "UPDATE sqlite_schema SET sql = replace(sql, ' NOT NULL', '');");
-        }
-        {
-            PlainDatabase database(path("project.zorvel"));
-            database.run("UPDATE " + std::string(column) + " = NULL");
-            database.run(editSchema +
-                         "UPDATE sqlite_schema SET sql = (SELECT s FROM kept WHERE n = name)"
-                         " WHERE name <> 'kept'");
-        }
+        // Each connection reads the schema anew: without the constraint, then with it again.
+        alter(editSchema +
+              "CREATE TABLE kept AS SELECT name AS n, sql AS s FROM sqlite_schema;"
+              "UPDATE sqlite_schema SET sql = replace(sql, ' NOT NULL', '');");
+        alter("UPDATE " + std::string(column) + " = NULL;" + editSchema +
+              "UPDATE sqlite_schema SET sql = (SELECT s FROM kept WHERE n = name)"
+              " WHERE name <> 'kept'");
         alter("DROP TABLE kept");
         expectRefused(FileTrouble::damaged);
     }
 }
 
 TEST_F(HostileFiles, OtherKindsOfFile) {
-    std::string database;
-    {
-        PlainDatabase other(path("other.db"));
-        other.run("CREATE TABLE census(id INTEGER PRIMARY KEY, name TEXT)");
-    }
-    database = bytesOf("other.db");
+    PlainDatabase(path("other.db")).run("CREATE TABLE census(id INTEGER PRIMARY KEY, name TEXT)");
+    const std::string database = bytesOf("other.db");
     std::filesystem::remove(path("other.db"));
     const struct {
         const char* what;
@@ -320,7 +307,7 @@ TEST_F(StrangeCompanions, AreRefused) {
     }
 }
 
-TEST_F(StrangeCompanions, LaidBesideAnOpenProjectStopItsWrites) {
+TEST_F(StrangeCompanions, PutBesideAnOpenProjectStopItsWrites) {
     put("project.zorvel", whole_);
     const auto file = ProjectFile::open(path("project.zorvel"));
     ASSERT_TRUE(file.ok() && file.value()->load().ok());
@@ -329,12 +316,12 @@ TEST_F(StrangeCompanions, LaidBesideAnOpenProjectStopItsWrites) {
     ASSERT_TRUE(problem);
     EXPECT_EQ(problem->trouble, FileTrouble::strangeCompanion);
     EXPECT_TRUE(file.value()->copyTo(path("copy.zorvel")));
-    EXPECT_EQ(bytesOf("project.zorvel") == whole_ && isVictimThere(), true);
+    EXPECT_TRUE(bytesOf("project.zorvel") == whole_ && isVictimThere());
     std::filesystem::remove(path("project.zorvel-journal"));
     EXPECT_FALSE(file.value()->write(story_.states()[1].records));
 }
 
-// One that was laid there between our look and that of SQLite.
+// A journal that is put there after the check and before SQLite looks for it.
 TEST_F(StrangeCompanions, DeleteNothingEvenIfPlayedBack) {
     put("project.zorvel", half_);
     put("project.zorvel-journal", killer_);

@@ -126,8 +126,8 @@ TEST_F(ProjectPlace, ReadingTheFileAsideKeepsTheLocksOfAWrite) {
     EXPECT_EQ(rows(path("p.zorvel"), "PRAGMA integrity_check"), std::vector<std::string>{"ok"});
 }
 
-// Though the handle that bears the mark stays open for the one who reads.
-TEST_F(ProjectPlace, MarkGoesWithWhoWrites) {
+// Even if a reader in this process keeps the file open.
+TEST_F(ProjectPlace, MarkGoesWithTheWriter) {
     constexpr off_t markByte = off_t{1} << 62;
     const Opened aside = opened(path("p.zorvel"), {true, nullptr});
     EXPECT_TRUE(isLockedForOthers(F_OFD_GETLK, markByte));
@@ -212,7 +212,7 @@ TEST_F(ProjectPlace, MovedOrChangedMeanwhileIsNotWrittenTo) {
     }
 }
 
-// A sync program lays another version over the open file, of the same size and time of change;
+// A sync program overwrites the open file with another version of the same size and time of change;
 // after the same number of writes even SQLite's own counter of changes is the same.
 TEST_F(ProjectPlace, OverwrittenByAnotherVersionIsNotWrittenTo) {
     const std::string start = bytesOf("p.zorvel");
@@ -242,7 +242,12 @@ TEST_F(ProjectPlace, OverwrittenByAnotherVersionIsNotWrittenTo) {
     }
 }
 
-TEST_F(ProjectPlace, ReplacingKeepsPermissionsAndFollowsLinks) {
+TEST_F(ProjectPlace, CopyingAndReplacingKeepPermissionsAndReplacingFollowsLinks) {
+    for (const unsigned mode : {0600U, 0640U, 0666U}) {
+        fs::permissions(path("p.zorvel"), fs::perms(mode));
+        EXPECT_FALSE(file_->copyTo(path("copy.zorvel")));
+        EXPECT_EQ(modeOf("copy.zorvel"), mode);
+    }
     file_.reset();
     fs::permissions(path("p.zorvel"), fs::perms(0640));
     fs::create_symlink("p.zorvel", path("link.zorvel"));
@@ -255,7 +260,7 @@ TEST_F(ProjectPlace, ReplacingKeepsPermissionsAndFollowsLinks) {
     EXPECT_EQ(modeOf("p.zorvel"), 0640U);
     expectHolds(path("p.zorvel"), context_);
     expectHolds(path("new.zorvel"), context_);
-    EXPECT_EQ(entries(), 4U);
+    EXPECT_EQ(entries(), 5U);
 }
 
 // The journal of another file's cut-off write must not be played back into the new file.
@@ -298,15 +303,7 @@ TEST_F(ProjectPlace, WhatIsNoFileIsNotOpened) {
     close(listening);
 }
 
-TEST_F(ProjectPlace, CopiesHaveThePermissionsOfTheProject) {
-    for (const unsigned mode : {0600U, 0640U, 0666U}) {
-        fs::permissions(path("p.zorvel"), fs::perms(mode));
-        EXPECT_FALSE(file_->copyTo(path("copy.zorvel")));
-        EXPECT_EQ(modeOf("copy.zorvel"), mode);
-    }
-}
-
-// What programs that were killed have left of files that they were making.
+// Parts of files that killed programs have left.
 TEST_F(ProjectPlace, UnfinishedFilesGoWhenAProjectIsOpened) {
     const struct {
         std::string name;

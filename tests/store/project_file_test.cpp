@@ -17,18 +17,19 @@ using std::chrono::microseconds;
 using Limits = std::numeric_limits<std::int64_t>;
 using Real = std::numeric_limits<double>;
 
-// Values that a careless store would bend.
+// Values that are easily changed on their way to a file and back.
 void fillWithExtremes(ObjectContext& context) {
+    const double infinity = Real::infinity();
     const std::vector<double> numbers = {0.0,
                                          -0.0,
+                                         52.0,
+                                         -0.1,
+                                         infinity,
+                                         -infinity,
                                          Real::quiet_NaN(),
-                                         Real::infinity(),
-                                         -Real::infinity(),
                                          Real::min(),
                                          -Real::max(),
-                                         Real::denorm_min(),
-                                         52.0,
-                                         -0.1};
+                                         Real::denorm_min()};
     const std::vector<std::optional<SharedText>> texts = {
         std::nullopt,
         "",

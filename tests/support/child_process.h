@@ -14,10 +14,10 @@ namespace zorvel {
 
 constexpr unsigned idOfNobody = 65534;
 
-// A child that has said its word and waits to be let go.
+// A child that reports a word and waits until it is released.
 class ChildProcess {
   public:
-    // The child runs work; what that returns is its word. As nobody: if the test runs as root,
+    // The child runs work, which returns its word. As nobody: if the test runs as root,
     // which may do everything, the child is a user without rights.
     explicit ChildProcess(const std::function<std::string()>& work, bool asNobody = false) {
         if (pipe(word_.data()) != 0 || pipe(leave_.data()) != 0) return;
@@ -49,7 +49,7 @@ class ChildProcess {
         }
         return said;
     }
-    // The child ends, without running what its parent's end would run.
+    // The child ends without running the exit handlers of its parent.
     void release() {
         for (int& end : leave_) closeEnd(end);
         for (int& end : word_) closeEnd(end);
