@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# start_up.sh PROGRAM [FILE]...: how long the desktop program takes from the start of its process to
-# a window that answers a command, in a display of its own, and what processor time it takes when
-# nobody does anything. Ten starts, the first of which warms the disk; the user's folders are
-# temporary. With FILE the window must bear the file's name. Needs Xvfb, openbox and xdotool.
+# start_up.sh PROGRAM [FILE]: measures the time from the start of the desktop program until its window
+# answers a command, and the processor time of the idle program. The program runs ten times on a
+# virtual display, with temporary user folders; the first run only warms the disk cache. With FILE,
+# the window must show the file's name. Needs Xvfb, openbox and xdotool.
 set -euo pipefail
 
 program=$(realpath -- "$1")

@@ -96,19 +96,19 @@ void addCommonOptions(CLI::App& app, Call& call) {
         ->type_name("N");
     app.add_option_function<std::string>(
            "--quota", [&call](const std::string& text) { call.quota = readQuota(text); },
-           "Coverage for SQS: any finite number, of use between 0 and 1\n"
-           "(default 0.8; the text of metrics always uses 0.8)")
+           "Coverage for SQS, a number between 0 and 1 (default 0.8;\n"
+           "metrics as text always uses 0.8)")
         ->type_name("Q");
     app.add_option_function<std::string>(
            "--seed",
            [&call](const std::string& text) {
                call.seed = readWhole<std::uint64_t>("--seed", text, 0);
            },
-           "Make the random draws of SQS the same at every call:\n"
-           "0 to 2^64-1")
+           "Seed of the random draws: equal seeds give equal results\n"
+           "(0 to 2^64-1)")
         ->type_name("S");
     app.add_flag("--json", call.json, "Write JSON with all digits instead of text");
-    app.add_option("--output", call.output, "Write to this file, whole or not at all")
+    app.add_option("--output", call.output, "Write to this file; it is not changed on an error")
         ->type_name("FILE");
 }
 
@@ -122,8 +122,9 @@ void addFiles(CLI::App& sub, const Command& command, Call& call) {
         return;
     }
     sub.add_option("--into", call.into,
-                   "The project that gets the censuses of every FILE, or of\n"
-                   "none where one cannot be used; made if there is none")
+                   "The project to add the censuses to; it is created if it\n"
+                   "does not exist. If any FILE cannot be used, nothing is\n"
+                   "stored")
         ->type_name("PROJECT REQUIRED");
     sub.add_flag("--table", call.isTable,
                  "The FILEs are tables of any layout (the same as\n"

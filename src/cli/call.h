@@ -38,8 +38,8 @@ struct Call {
     DiversityOptions diversity;
 };
 
-// A call that is answered without running a command: help or version on standard output, or what is
-// wrong with the call on standard error.
+// The answer to a call that runs no command: help or version on standard output, or an error message
+// on standard error.
 struct Reply {
     ExitCode code = ExitCode::success;
     std::string text;  // on standard error one line, without its line feed
@@ -61,7 +61,7 @@ struct Command {
     bool takesSamples = false;
     bool takesDiversity = false;
     bool refusesJson = false;
-    // Writes the result. On a problem nothing has been written.
+    // Writes the result; nothing is written if there is a problem.
     std::optional<Problem> (*run)(const Call& call, Project& project, Output& output) = nullptr;
     // Instead of run: stores the censuses of all files in the project of --into. False if nothing
     // was stored; then the problem is on standard error.

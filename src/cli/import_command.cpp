@@ -68,7 +68,7 @@ std::optional<Project> loadSource(const std::string& file, const Call& call) {
     return source;
 }
 
-// Fewer than the files if some cannot be used; each of these is reported.
+// Reports each file that cannot be used and leaves it out.
 std::vector<Project> loadSources(const Call& call) {
     std::vector<Project> sources;
     for (const std::string& file : call.files) {
@@ -91,8 +91,8 @@ void addCensuses(ObjectContext& context, const std::vector<Project>& sources) {
     }
 }
 
-// The result of writing: the problem, if any, and how many censuses are in the file if all was
-// written in spite of it; 0 if no writing began.
+// The problem of writing, if any, and how many censuses the file then holds if everything was
+// written nevertheless; 0 if no writing began.
 struct Written {
     std::optional<FileProblem> problem;
     std::size_t censuses = 0;
@@ -118,7 +118,7 @@ Written addToProject(const std::string& path, const std::vector<Project>& source
     context.adopt(std::move(records).value());
     addCensuses(context, sources);
     const auto state = context.frozenCopy();
-    // After a disk error the second attempt finds out the result of the first.
+    // After a disk error, a second write finds out whether the first succeeded.
     return {file.write(state) ? file.write(state) : std::nullopt, context.censusCount()};
 }
 
@@ -134,14 +134,14 @@ bool holdsCensuses(const std::string& path, std::size_t count) {
     return records && records.value().censuses.size() == count;
 }
 
-// Stores and reports on the project. A disk may report an error after all has been written: then
-// the contents of the file decide, since a user repeats an import that failed.
+// Stores the censuses and reports on the project. A disk may report an error after everything was
+// written. The contents of the file then decide, since the user repeats an import that failed.
 bool store(const std::string& path, const std::vector<Project>& sources) {
     bool isNew = !fileIdentity(path);
     Written written;
     if (isNew) written = makeProject(path, sources);
-    // Of two calls that find no project at the same moment, one adds to what the other makes, and
-    // may have to wait for it.
+    // If two calls find no project at the same moment, one creates it; the other waits and adds to
+    // it.
     const bool cameMeanwhile = written.problem && written.problem->systemError == EEXIST;
     if (cameMeanwhile) isNew = false;
     if (!isNew) written = addToProject(path, sources);

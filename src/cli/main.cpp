@@ -14,7 +14,7 @@
 namespace zorvel::cli {
 namespace {
 
-// A file opened later must not get the number of a standard stream that the caller has closed.
+// Otherwise a file could get the descriptor of a standard stream that the caller has closed.
 void occupyStandardStreams() {
     int descriptor = 0;
     do {

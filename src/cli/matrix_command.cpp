@@ -7,7 +7,7 @@ namespace {
 
 std::optional<Problem> runMatrix(const Call& /*call*/, Project& project, Output& output) {
     const SparseCountsResult result = buildSparseCounts(project.document->objectContext());
-    // The text of a large matrix takes much memory: the records go before it is made.
+    // The records are released before the text of the matrix takes memory.
     project.censuses.clear();
     project.document.reset();
     output.write([&result](const ByteSink& sink) {

@@ -14,8 +14,8 @@
 
 namespace zorvel::cli {
 
-// Where a result goes: standard output, written as it comes, or a file, written whole or not at
-// all.
+// Standard output, which is written piece by piece, or a file, which is replaced at the end or stays
+// as it was.
 class Output {
   public:
     // Absent or "-": standard output. A project, or a file named like one, is not replaced:
@@ -23,11 +23,11 @@ class Output {
     explicit Output(std::optional<std::string> path);
 
     void write(std::string_view text);
-    // The whole result, written as it is produced: what is large is never held in memory.
+    // The whole result, written piece by piece, so that a large one is never held in memory.
     void write(const ByteProducer& produce);
     void write(char byte) { write(std::string_view(&byte, 1)); }
 
-    // The result cannot be written: all that follows is dropped.
+    // The result cannot be written; further calls of write() do nothing.
     [[nodiscard]] bool failed() const { return problem_.has_value(); }
 
     // Call once, last. The problem names the file; its system error is EPIPE if the reader has

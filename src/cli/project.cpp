@@ -41,7 +41,7 @@ bool readProject(const std::string& file, const Call& call, Project& project) {
     return true;
 }
 
-// Such censuses are more often a misreading than what the file is meant to say.
+// Usually the file was read as the wrong kind.
 bool warnsWithoutTaxa(const std::string& file, const std::vector<BlockPointer>& censuses,
                       const LeftOut& leftOut) {
     const bool anyTaxon = std::any_of(censuses.begin(), censuses.end(),
@@ -113,7 +113,7 @@ bool readTable(InputFile input, const TableOptions& options, Project& project) {
     return true;
 }
 
-// Of a file that is opened once, except a project, which the store opens by its path.
+// Opens the file once, except a project, which the store opens again by its path.
 bool read(const std::string& file, const Call& call, FileKind (*otherwise)(std::string_view),
           Project& project) {
     std::optional<Result<InputFile>> input = InputFile::openAny(file);

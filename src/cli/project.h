@@ -26,10 +26,9 @@ struct Project {
     NameList names;                // of the censuses
 };
 
-// Reads the file: a project by what it was last saved with, whoever has it open, and the file stays
-// as it is; text as a table or by its kind, as the call says, or where it says neither by the kind
-// that otherwise() takes it for. A kind named for a project is a problem, as it is for text of
-// another kind. Absent where the file cannot be used: standard error says why.
+// Reads a project as it was last saved, even if it is open elsewhere, or a text: as a table or of the
+// kind that the call names, otherwise of the kind that otherwise() returns. A kind named for a
+// project is an error. Absent if the file cannot be used; standard error then says why.
 std::optional<Project> loadProject(const std::string& file, const Call& call,
                                    FileKind (*otherwise)(std::string_view text));
 

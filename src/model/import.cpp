@@ -45,7 +45,7 @@ ParsedCensuses parseAs(FileKind kind, std::string_view text, const std::stop_tok
     return {};
 }
 
-// Whether an abundance was found, even 0.
+// True if any abundance was found, even 0.
 bool holdsAbundance(const ParsedCensuses& parsed) {
     return parsed.value && (parsed.leftOut.zeroCells + parsed.leftOut.negativeCells > 0 ||
                             std::any_of(parsed.value->begin(), parsed.value->end(),
@@ -65,8 +65,8 @@ std::size_t recordCount(const std::vector<MockCensus>& censuses) {
     return records;
 }
 
-// One import under way, shared by the closures of its jobs: the main thread and the job of the
-// moment use it in turn, except for the stop.
+// A running import, shared by the closures of its jobs. The main thread and the current job use it in
+// turn, except for the stop.
 class Import : public std::enable_shared_from_this<Import> {
   public:
     Import(const ImportTexts& texts, CensusReader read, DiversityDocument& document, MainView& view,

@@ -1,5 +1,5 @@
-// From the text of a file of any kind to the records of a project: the same way for opening, for
-// zorvel-cli, and for the imports of the desktop.
+// Converts the text of a file to the records of a project, for opening, for zorvel-cli and for the
+// imports of the desktop.
 #pragma once
 
 #include <cstddef>
@@ -17,17 +17,17 @@
 
 namespace zorvel {
 
-// The parser of the kind; a list and a single census give one record. A text whose cells are
-// separated by semicolons or tabs, so that the parser finds no abundance in it, is refused: the
-// advice says so, and the console lines are the parser's alone, if any. Any thread.
+// Calls the parser of the kind; a list and a single census give one record. If the parser finds no
+// abundance because semicolons or tabs separate the cells, the text is refused and the advice says
+// so. Any thread.
 ParsedCensuses parseFile(FileKind kind, std::string_view text, const std::stop_token& stop = {},
                          NamePool* names = nullptr);
 
-// Why nothing could be read, as a part of a sentence for the user: the console lines without their
-// marks, and "(empty)" for a cell that has nothing in it; and the parser's advice.
+// Why a text was refused, as a part of a sentence: the console lines without their marks, with
+// "(empty)" for an empty cell, and the parser's advice.
 std::string reasonOf(const ParsedCensuses& parsed);
 
-// Why no census of a text that was read has a taxon, in words that follow a colon.
+// Why no census of a text has a taxon, as a part of a sentence.
 const char* whyNoTaxa(const LeftOut& leftOut);
 
 // Adds the records of one census with all its taxa. An empty name stays an empty text; the names of
@@ -50,25 +50,24 @@ struct ImportReport {
     Outcome outcome = Outcome::stored;
     std::size_t censuses = 0;
     std::size_t taxa = 0;  // of all of them together
-    LeftOut leftOut;       // of what was stored
+    LeftOut leftOut;
     std::string reason;    // why it was refused
     TextPlace place;       // of the problem
 };
 
 struct ImportServices {
     // Calls work() on another thread and then done() on this one, unless the document or its window
-    // has gone by then; whoever closes them also requests the stop. Both closures are destroyed on
-    // this thread.
+    // is closed by then, which also requests the stop. Both closures are destroyed on this thread.
     std::function<void(std::function<void()> work, std::function<void()> done)> startJob;
     std::stop_source stop;
-    // Once, at the end of the import; at once if there is no window. May be null.
+    // Called at the end of the import, or at once if there is no window. May be null.
     std::function<void(const ImportReport& report)> done;
 };
 
-// The imports. The text, which is not empty, is parsed and the records are made in the background,
-// while the project's window shows progress and offers to cancel; then all of them are inserted at
-// once, as one step of undo, or none. Several may run at once. The console gets what the parser
-// says, and the driver's own line if it has refused the text. Main thread.
+// The imports. The text, which is not empty, is parsed in the background, while the project's window
+// shows progress and offers to cancel. All records are then inserted as one step of undo, or none.
+// Several imports may run at once. The console gets the lines of the parser and, if the text was
+// refused, that of the driver. Main thread.
 void importAbundanceList(std::string text, DiversityDocument& document, ImportServices services);
 void importOneCensus(std::string text, DiversityDocument& document, ImportServices services);
 void importCensusMatrix(std::string text, DiversityDocument& document, ImportServices services);
@@ -93,12 +92,12 @@ struct ImportDriver {
     void (*import)(std::string text, DiversityDocument& document, ImportServices services);
     const char* name;
     const char* progressText;
-    const char* failureLine;  // on the console, after what the parser says
+    const char* failureLine;  // on the console, after the parser's lines
     const char* stepName;
 };
 const ImportDriver& importDriver(FileKind kind);
 
-// parseFile(), with the lines that an import of that kind writes to the console.
+// parseFile(), which also writes the console lines of an import of that kind.
 ParsedCensuses parseAndTell(FileKind kind, std::string_view text, const std::stop_token& stop,
                             NamePool* names);
 

@@ -1,4 +1,4 @@
-"""The outputs of the command-line tool, whole: results, messages, exit status, files and streams.
+"""Checks whole outputs of the command-line tool: results, messages, exit status, files and streams.
 
 check_tool.py TREE TOOL: TREE is the folder of the sources, TOOL the command-line tool.
 """

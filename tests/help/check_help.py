@@ -1,13 +1,13 @@
-"""The help pages: well-formed, without dead links, and true. The transcripts of the README and the
-examples of the page on the project file: true.
+"""Checks the help pages, the transcripts of the README and the examples of docs/file-format.md: links
+lead somewhere, and the examples give what is shown.
 
-check_help.py PAGES TREE TOOL: PAGES is the folder of the made pages, TREE that of the sources, TOOL
+check_help.py PAGES TREE TOOL: PAGES is the folder of the built pages, TREE that of the sources, TOOL
 the command-line tool. In the pages,
   pre data-file="NAME"    is a file that the examples of the page read (data-encoding: in another
                           encoding than UTF-8),
-  pre data-run="NAME"     is what a shell shows: commands after "$ ", and all that they write,
+  pre data-run="NAME"     is a transcript: commands after "$ ", and their output,
   table class="faults"    has the text of a file of the kind data-kind in its first column (below
-                          the line data-before) and what the tool says of it in the second,
+                          the line data-before) and the message of the tool in the second,
   data-value="NAME: ROW"  is the value of that row in the transcript of that name,
   data-working="..."      is the computation that the text shows, which has the result shown.
 """

@@ -5,13 +5,12 @@
 #include <chrono>
 #include <cstdlib>
 #include <ctime>
-#include <limits>
-#include <optional>
 #include <random>
 #include <string>
 #include <vector>
 
 #include "interchange/parsers.h"
+#include "shown.h"
 
 namespace zorvel {
 namespace {
@@ -20,43 +19,31 @@ using namespace std::chrono;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-// The process's time zone, for as long as this lives. Rules are spelled out (POSIX), so that no
-// time zone database is needed. The C library is not told: the program must call tzset().
+// Rules are spelled out (POSIX), so that no time zone database is needed.
 constexpr const char* easternZone = "EST5EDT,M3.2.0,M11.1.0";
 constexpr const char* lordHoweZone = "<+1030>-10:30<+11>-11,M10.1.0,M4.1.0";
 
-class Zone {
-  public:
-    explicit Zone(const char* rules) {
-        if (const char* before = std::getenv("TZ")) before_ = before;
-        setenv("TZ", rules, 1);
-    }
-    ~Zone() {
-        if (before_) {
-            setenv("TZ", before_->c_str(), 1);
-        } else {
-            unsetenv("TZ");
-        }
+// The C library is not told of a change of the zone: the program must call tzset().
+class PhoneApp : public testing::Test {
+  protected:
+    PhoneApp() { setZone("UTC0"); }
+    ~PhoneApp() override {
+        unsetenv("TZ");
         tzset();
     }
-    Zone(const Zone&) = delete;
-    Zone& operator=(const Zone&) = delete;
-
-  private:
-    std::optional<std::string> before_;
+    static void setZone(const char* rules) { setenv("TZ", rules, 1); }
 };
 
 TimeStamp utc(int y, unsigned m, unsigned d, int h = 0, int min = 0) {
     return sys_days(year(y) / static_cast<int>(m) / static_cast<int>(d)) + hours(h) + minutes(min);
 }
 
-TEST(ParseIOSDate, ReadsTheClockOfTheZone) {
-    struct Row {
+TEST_F(PhoneApp, DateReadsTheClockOfTheZone) {
+    const struct {
         const char* zone;
         const char* text;
         TimeStamp time;
-    };
-    const std::vector<Row> rows = {
+    } rows[] = {
         {"UTC0", "Mar 5, 2016 3:42 PM", utc(2016, 3, 5, 15, 42)},
         {"UTC0", "Mar ,+05,, ,20,16 +3:042 PM", utc(2016, 3, 5, 15, 42)},
         {"UTC0", "Dec 31, 1969 12:05 AM", utc(1969, 12, 31, 0, 5)},
@@ -81,8 +68,8 @@ TEST(ParseIOSDate, ReadsTheClockOfTheZone) {
         {lordHoweZone, "Apr 3, 2016 1:40 AM", utc(2016, 4, 2, 14, 40)},
         {"LINT-14", "Jan 1, 2016 0:10 AM", utc(2015, 12, 31, 10, 10)},
     };
-    for (const Row& row : rows) {
-        const Zone zone(row.zone);
+    for (const auto& row : rows) {
+        setZone(row.zone);
         const Parsed<TimeStamp> date = parseIOSDate(row.text);
         ASSERT_TRUE(date.value) << row.text;
         EXPECT_EQ(*date.value, row.time) << row.zone << " " << row.text;
@@ -90,58 +77,41 @@ TEST(ParseIOSDate, ReadsTheClockOfTheZone) {
     }
 }
 
-TEST(ParseIOSDate, MessagesInTheirOrder) {
-    const Zone zone("UTC0");
-    const char* const pieces = "WARNING: incorrect number of components in date";
-    const char* const month = "WARNING: unexpected string for month: ";
-    const char* const day = "WARNING: unable to extract day";
-    const char* const yearLine = "WARNING: unable to extract day year";
-    const char* const time = "WARNING time does not have two parts";
-    const char* const hour = "WARNING: could not extract hour";
-    const char* const meridiem = "WARNING: neither AM nor PM";
-    struct Row {
-        std::string text;
-        std::string line;  // empty: none
-    };
-    const std::vector<Row> rows = {
+TEST_F(PhoneApp, DateMessagesInTheirOrder) {
+    const std::string pieces = "WARNING: incorrect number of components in date";
+    const std::string yearLine = "WARNING: unable to extract day year";
+    const std::string time = "WARNING time does not have two parts";
+    const std::pair<const char*, std::string> rows[] = {
         {"", pieces},
         {"Mar 5,  2016 3:42 PM", pieces},
         {"Mar 5, 2016 3:42\u202FPM", pieces},
-        {"mar 5, 2016 3:42 PM", month + std::string("mar")},
-        {"March x, y z w", month + std::string("March")},
-        {"Mar , 2016 3:42 PM", day},
+        {"mar 5, 2016 3:42 PM", "WARNING: unexpected string for month: mar"},
+        {"March x, y z w", "WARNING: unexpected string for month: March"},
+        {"Mar , 2016 3:42 PM", "WARNING: unable to extract day"},
         {"Mar 5, , 3:42 PM", yearLine},
         {"Mar 5, 9223372036854775808 3 PM", yearLine},
         {"Mar 5, 2016 3 x", time},
         {"Mar 5, 2016 3:42:10 PM", time},
-        {"Mar 5, 2016 3,:x pm", hour},
-        {"Mar 5, 2016 3:x pm", meridiem},
-        {"Mar 5, 2016 3: PM", ""},
-        {"Mar 5, 2016 3:60 PM", ""},
-        {"Mar 5, 2016 3:-1 PM", ""},
-        {"Mar 5, 2016 24:00 AM", ""},
-        {"Mar 5, 2016 -1:00 AM", ""},
-        {"Mar 5, 2016 9223372036854775807:00 PM", ""},
-        {"Mar 5, 2016 3:9223372036854775807 PM", ""},
-        {"Apr 31, 2016 3:42 PM", ""},
-        {"Feb 29, 1900 3:42 PM", ""},
-        {"Mar 9223372036854775807, 2016 3:42 PM", ""},
-        {"Mar 5, 9223372036854775807 3:42 PM", ""},
-        {"Jan 6 -290484 0:1 PM", ""},
-        {"Jan 6 294484 0:1 PM", ""},
-        {"Mar 5, -9223372036854775808 3:42 PM", ""},
-    };
-    for (const Row& row : rows) {
-        const Parsed<TimeStamp> date = parseIOSDate(row.text);
-        EXPECT_FALSE(date.value) << row.text;
-        const std::vector<std::string> lines =
-            row.line.empty() ? std::vector<std::string>{} : std::vector<std::string>{row.line};
-        EXPECT_EQ(date.consoleLines, lines) << row.text;
+        {"Mar 5, 2016 3,:x pm", "WARNING: could not extract hour"},
+        {"Mar 5, 2016 3:x pm", "WARNING: neither AM nor PM"}};
+    for (const auto& [text, message] : rows) {
+        const Parsed<TimeStamp> date = parseIOSDate(text);
+        EXPECT_FALSE(date.value) << text;
+        EXPECT_THAT(date.consoleLines, ElementsAre(message)) << text;
+    }
+    // Not on the clock or in the calendar, or beyond the range of time stamps.
+    for (const char* text :
+         {"Mar 5, 2016 3: PM", "Mar 5, 2016 3:60 PM", "Mar 5, 2016 3:-1 PM", "Mar 5, 2016 24:00 AM",
+          "Mar 5, 2016 -1:00 AM", "Mar 5, 2016 9223372036854775807:00 PM",
+          "Mar 5, 2016 3:9223372036854775807 PM", "Apr 31, 2016 3:42 PM", "Feb 29, 1900 3:42 PM",
+          "Mar 9223372036854775807, 2016 3:42 PM", "Mar 5, 9223372036854775807 3:42 PM",
+          "Jan 6 -290484 0:1 PM", "Jan 6 294484 0:1 PM", "Mar 5, -9223372036854775808 3:42 PM"}) {
+        const Parsed<TimeStamp> date = parseIOSDate(text);
+        EXPECT_FALSE(date.value || !date.consoleLines.empty()) << text;
     }
 }
 
-TEST(LocalTime, EveryDayOfTheCalendarHasItsPlace) {
-    const Zone zone("UTC0");
+TEST_F(PhoneApp, LocalTimeEveryDayOfTheCalendarHasItsPlace) {
     std::mt19937 random(1);
     for (int i = 0; i < 20'000; ++i) {
         const sys_days day{days(static_cast<int>(random() % 22'000'000) - 11'000'000)};
@@ -155,11 +125,11 @@ TEST(LocalTime, EveryDayOfTheCalendarHasItsPlace) {
     }
 }
 
-TEST(LocalTime, ShowsTheSameClockThroughTheSystem) {
+TEST_F(PhoneApp, LocalTimeShowsTheSameClockThroughTheSystem) {
     for (const char* rules : {easternZone, lordHoweZone, "CET-1CEST,M3.5.0,M10.5.0/3"}) {
-        const Zone zone(rules);
+        setZone(rules);
         tzset();
-        // Each quarter of an hour of a year, as the system shows it, leads back to itself, save
+        // Each quarter of an hour of a year, as the system shows it, leads back to itself, except
         // where the clock shows the same twice.
         const TimeStamp start = utc(2016, 1, 1);
         int earlier = 0;
@@ -186,53 +156,24 @@ std::string line(const std::string& tail, const std::string& date = "Mar 5, 2016
     return "\"North\",\"" + date + "\",\"wet\"," + tail + "\n";
 }
 
-std::vector<std::string> taxaOf(const MockCensus& census) {
-    std::vector<std::string> texts;
-    for (const MockTaxon& taxon : census.taxa) {
-        texts.push_back(taxon.name.str() + "=" + std::to_string(taxon.abundance));
-    }
-    return texts;
-}
-
-TEST(ParseIOSFile, WholeRecords) {
-    const Zone zone(easternZone);
+TEST_F(PhoneApp, WholeRecords) {
+    setZone(easternZone);
+    const std::string taxa = header("\"Abies \"alba\"\",\" Picea, wet\",\"\",Larix");
     const auto parsed = parseIOSFile(
-        header("\"Abies \"alba\"\",\" Picea, wet\",\"\",Larix") +
+        taxa +
         "\"No\"rth\",\"Mar 5, 2016 3:42 PM\",\"wet, cold\",47.61,-122.33,4,0,7,-3\n"
         "\"\",\"Dec 31, 20\"15 12:00 AM\",\"\",1e2,-inf, 1 2 ,+3,-0,9223372036854775807\n"
         "\"None\",\"Dec 31, 2015 12:00 AM\",\"\",0,0,0,0,0,0\n"
         "lost for want of a line break");
-    ASSERT_TRUE(parsed.value);
-    EXPECT_THAT(parsed.consoleLines, IsEmpty());
-    ASSERT_EQ(parsed.value->size(), 3U);
-    const MockCensus& first = (*parsed.value)[0];
-    EXPECT_EQ(first.name, "North");
-    EXPECT_EQ(first.notes, "wet, cold");
-    EXPECT_EQ(first.latitude, 47.61);
-    EXPECT_EQ(first.longitude, -122.33);
-    EXPECT_EQ(first.timeStamp, TimeStamp(std::chrono::seconds(1457210520)));
-    EXPECT_THAT(taxaOf(first), ElementsAre("Abies alba=4", "=7"));
-    const MockCensus& second = (*parsed.value)[1];
-    EXPECT_EQ(second.name, "");
-    EXPECT_EQ(second.notes, "");
-    EXPECT_EQ(second.latitude, 100);
-    EXPECT_EQ(second.longitude, -std::numeric_limits<double>::infinity());
-    EXPECT_THAT(taxaOf(second),
-                ElementsAre("Abies alba=12", " Picea, wet=3", "Larix=9223372036854775807"));
-    EXPECT_THAT(taxaOf((*parsed.value)[2]), IsEmpty());
+    EXPECT_EQ(shown(parsed),
+              "North: Abies alba=4 =7 [47.61,-122.33] [wet, cold] [dated]; "
+              ": Abies alba=12  Picea, wet=3 Larix=9223372036854775807 [100,-inf] [dated]; "
+              "None: [dated]");
+    EXPECT_EQ(parsed.value->front().timeStamp, TimeStamp(std::chrono::seconds(1457210520)));
+    EXPECT_EQ(shown(parseIOSFile(taxa)) + shown(parseIOSFile(taxa + "lost line")), "");
 }
 
-TEST(ParseIOSFile, FilesWithoutCensuses) {
-    for (const std::string& text : {header("\"A\""), header("\"A\"") + "lost line"}) {
-        const auto parsed = parseIOSFile(text);
-        ASSERT_TRUE(parsed.value);
-        EXPECT_THAT(*parsed.value, IsEmpty());
-        EXPECT_THAT(parsed.consoleLines, IsEmpty());
-    }
-}
-
-TEST(ParseIOSFile, ProblemsWithTheirPlace) {
-    const Zone zone("UTC0");
+TEST_F(PhoneApp, ProblemsWithTheirPlace) {
     const std::string good = line("1,2,4,5");
     const std::string top = header("\"A\",\"B\"");
     const std::string items = "WARNING: incorrect number of items in data line";
@@ -243,57 +184,35 @@ TEST(ParseIOSFile, ProblemsWithTheirPlace) {
     const std::string latitude = "WARNING: non-numerical value of latitude";
     const std::string longitude = "WARNING: non-numerical value of longitude";
     const std::string abundance = "WARNING: non-integer abundance detected";
-    struct Row {
-        const char* what;
-        std::string text;
-        std::vector<std::string> lines;
-        std::size_t line;
-        std::size_t cell;
+    const std::pair<std::string, std::string> rows[] = {
+        {"", "1:0 | WARNING: fewer than six components on first line"},
+        {"\"a\",\"b\",\"c\",\"d\",\"e\"\n" + good,
+         "1:0 | WARNING: fewer than six components on first line"},
+        {top.substr(0, top.size() - 1), "0:0 | WARNING: no data lines detected"},
+        {top + "\"North\",\"wet\",1,2,4,5\n", "2:0 | " + items},
+        {top + "\"x\"," + good, "2:0 | " + items},
+        {top + good + "\n" + good, "3:0 | " + items},
+        {top + good + line("1,2,4,5", "mar 5, 2016 3:42 PM"),
+         "3:2 | WARNING: unexpected string for month: mar | " + date},
+        {top + line("1,2,4,5", "Apr 31, 2016 3:42 PM"), "2:2 | " + date},
+        {top + line("1,2"), "2:0 | " + few},
+        // The date comes first, then the longitude, then the count.
+        {top + line("1,2", ""), "2:2 | WARNING: incorrect number of components in date | " + date},
+        {top + line("N47,W122,4,5"), "2:4 | " + latitude},
+        {top + line("1, 2,4,5"), "2:5 | " + longitude},
+        {top + line("1,x,4"), "2:5 | " + longitude},
+        {top + line("1,2,x"), "2:0 | " + species},
+        {top + line("1,2,x,5,6"), "2:0 | " + species},
+        {top + line("1,2,4,2.5"), "2:7 | " + abundance},
+        {top + line("1,2,,5"), "2:6 | " + abundance},
+        {top + line("1,2,4,\t5"), "2:7 | " + abundance},
+        {top + line("1,2,4,9223372036854775808"), "2:7 | " + abundance},
     };
-    const std::vector<Row> rows = {
-        {"empty", "", {"WARNING: fewer than six components on first line"}, 1, 0},
-        {"five header cells",
-         "\"a\",\"b\",\"c\",\"d\",\"e\"\n" + good,
-         {"WARNING: fewer than six components on first line"},
-         1,
-         0},
-        {"no line break", top.substr(0, top.size() - 1), {"WARNING: no data lines detected"}, 0, 0},
-        {"three pieces", top + "\"North\",\"wet\",1,2,4,5\n", {items}, 2, 0},
-        {"five pieces", top + "\"x\"," + good, {items}, 2, 0},
-        {"an empty line", top + good + "\n" + good, {items}, 3, 0},
-        {"a wrong month",
-         top + good + line("1,2,4,5", "mar 5, 2016 3:42 PM"),
-         {"WARNING: unexpected string for month: mar", date},
-         3,
-         2},
-        {"a day that is not", top + line("1,2,4,5", "Apr 31, 2016 3:42 PM"), {date}, 2, 2},
-        {"two values", top + line("1,2"), {few}, 2, 0},
-        {"the date comes first",
-         top + line("1,2", ""),
-         {"WARNING: incorrect number of components in date", date},
-         2,
-         2},
-        {"latitude", top + line("N47,W122,4,5"), {latitude}, 2, 4},
-        {"space before the longitude", top + line("1, 2,4,5"), {longitude}, 2, 5},
-        {"the longitude comes before the count", top + line("1,x,4"), {longitude}, 2, 5},
-        {"too few species", top + line("1,2,x"), {species}, 2, 0},
-        {"too many species", top + line("1,2,x,5,6"), {species}, 2, 0},
-        {"a decimal", top + line("1,2,4,2.5"), {abundance}, 2, 7},
-        {"an empty abundance", top + line("1,2,,5"), {abundance}, 2, 6},
-        {"a tab", top + line("1,2,4,\t5"), {abundance}, 2, 7},
-        {"too large", top + line("1,2,4,9223372036854775808"), {abundance}, 2, 7},
-    };
-    for (const Row& row : rows) {
-        const auto parsed = parseIOSFile(row.text);
-        EXPECT_FALSE(parsed.value) << row.what;
-        EXPECT_EQ(parsed.consoleLines, row.lines) << row.what;
-        EXPECT_EQ(parsed.place.line, row.line) << row.what;
-        EXPECT_EQ(parsed.place.cell, row.cell) << row.what;
-    }
+    for (const auto& [text, problem] : rows)
+        EXPECT_EQ(shown(parseIOSFile(text)), "none @" + problem) << text;
 }
 
-TEST(ParseIOSFile, CarriageReturnsMakeEmptyLinesOfWhichTheAdviceTells) {
-    const Zone zone("UTC0");
+TEST_F(PhoneApp, AdviceNamesCarriageReturnsAndEmptyLines) {
     std::string text = header("\"A\"") + line("1,2,4");
     EXPECT_NE(parseIOSFile(text + "\n\n").advice.find("line is empty"), std::string::npos);
     EXPECT_EQ(parseIOSFile(text + "North\n").advice, "");
@@ -307,8 +226,7 @@ TEST(ParseIOSFile, CarriageReturnsMakeEmptyLinesOfWhichTheAdviceTells) {
 }
 
 // A form that is quadratic would need hours.
-TEST(ParseIOSFile, HostileTextsTakeNoLongTime) {
-    const Zone zone("UTC0");
+TEST_F(PhoneApp, HostileTextsTakeLinearTime) {
     constexpr std::size_t many = 300'000;
     std::string taxa = "\"A\"";
     std::string tail = "1,2,0";

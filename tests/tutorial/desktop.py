@@ -1,7 +1,7 @@
-"""A desktop without a screen, used as a person uses one: real keys, windows, and the clipboard.
+"""A virtual desktop with real key presses, windows and a clipboard.
 
-Needs Xvfb, openbox, xdotool and xclip. Nothing here waits for a fixed time: wait_for() asks until
-what must come has come, and fails in words when it has not.
+Needs Xvfb, openbox, xdotool and xclip. There are no fixed delays: wait_for() polls until a condition
+holds, and fails with a message after PATIENCE seconds.
 """
 
 import ctypes
@@ -15,9 +15,9 @@ import time
 import zlib
 from pathlib import Path
 
-PATIENCE = float(os.environ.get("ZORVEL_PATIENCE", 60))  # seconds, for one answer of a program
+PATIENCE = float(os.environ.get("ZORVEL_PATIENCE", 60))  # seconds
 PROGRAMS = ("Xvfb", "openbox", "xdotool", "xclip")
-# No keys of the window manager's own. Bare windows have no frames: their place is their content's.
+# The window manager binds no keys. Bare windows have no frames, so that their place is known.
 WINDOWS = """<openbox_config xmlns="http://openbox.org/3.4/rc">
 <theme><keepBorder>no</keepBorder></theme>
 <applications><application class="*"><decor>{decor}</decor></application></applications>

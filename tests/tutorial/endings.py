@@ -1,7 +1,7 @@
-"""What is typed survives each end of the program: endings.py PROGRAMS.
+"""endings.py PROGRAMS: checks that typed text survives when the program is killed or terminated.
 
 PROGRAMS is the folder of zorvel and zorvel-cli. The program is killed while an editor is open, and
-ended by each of the signals that end a program in order.
+terminated by each of the signals that it handles.
 """
 
 import signal
@@ -12,7 +12,7 @@ from pathlib import Path
 from desktop import Desktop, Missing, PATIENCE, lacking
 from person import Person, check
 
-SKIPPED = 77  # what the tests take for "cannot run here"
+SKIPPED = 77  # the exit status of a test that cannot run here
 
 
 class Endings(Person):

@@ -1,19 +1,19 @@
-"""The page of the tutorial, read for what it tells to do.
+"""Reads the steps of the tutorial from its help page.
 
-Each item of a list of steps is done as it stands: the elements below are taken one after the other.
+These elements of each item of a list of steps are carried out in their order:
   span class="menu"    a command: by the keys in the parentheses that follow it, or else its menu
   kbd                  a key; class="until": as often as it takes
   code                 text to type
-The other texts of the page are what is said of the results.
+The other texts of the page describe the results.
 """
 
 import re
 import xml.etree.ElementTree as xml
 
-# The underlined letters of the menus that have to be opened.
+# The mnemonics of the menus.
 LETTERS = {"File": "alt+f", "Import": "i", "Census Matrix...": "m", "Export": "e", "Metrics...": "t",
            "Open Recent": "r"}
-# What xdotool calls them.
+# Their names in xdotool.
 KEYS = {",": "comma", "Escape": "Escape", "Space": "space"}
 
 

@@ -1,5 +1,5 @@
-"""Whoever follows the tutorial: does its steps at a desktop, and sees what has come of them in what
-the program has saved or copied.
+"""A user who follows the tutorial: carries out its steps on the desktop and checks their results in
+what the program saved or copied.
 """
 
 import json

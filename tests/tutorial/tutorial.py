@@ -1,8 +1,8 @@
-"""The tutorial of the help, done as it is told: tutorial.py PROGRAMS PAGE [PICTURES].
+"""tutorial.py PROGRAMS PAGE [PICTURES]: carries out the tutorial of the help.
 
-PROGRAMS is the folder of zorvel and zorvel-cli, PAGE the page of the tutorial. After each step what
-the program has saved or copied is compared with what the page says. With PICTURES, the pictures of
-the page are drawn into that folder on the way.
+PROGRAMS is the folder of zorvel and zorvel-cli, PAGE the page of the tutorial. After each step, what
+the program saved or copied is compared with the page. With PICTURES, the pictures of the page are
+also written to that folder.
 """
 
 import subprocess
@@ -14,7 +14,7 @@ from desktop import Desktop, Missing, PATIENCE, lacking, wait_for
 from page import Page
 from person import Person, check
 
-SKIPPED = 77  # what the tests take for "cannot run here"
+SKIPPED = 77  # the exit status of a test that cannot run here
 PROJECT = r"stands\b.*"
 SAVING = r"(Save|Export)\b.*"
 OPENING = r"(Open|Import)\b.*"

@@ -1,6 +1,7 @@
-"""Where the windows that belong to no project appear: window_places.py PROGRAMS PROJECT [TIMES].
+"""window_places.py PROGRAMS PROJECT [TIMES]: checks where the preferences and analysis windows appear.
 
-At each opening, of a program just started too, the corner of the frame is at the window's own place.
+At each opening, also just after the start of the program, the corner of the frame must be at the
+place of that window.
 """
 
 import sys
