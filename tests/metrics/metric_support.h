@@ -5,12 +5,10 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
-#include <numeric>
 #include <vector>
 
 #include "metrics/random_source.h"
 #include "metrics/rarefaction.h"
-#include "metrics/sparse_counts.h"
 #include "tests/support/extreme_values.h"
 
 namespace zorvel {
@@ -36,14 +34,6 @@ inline CountsVector randomCommunity(std::uint64_t seed, std::size_t taxa, double
     for (std::int64_t& count : counts) {
         count = static_cast<std::int64_t>(std::exp(random.bits32() / 4294967296.0 * spread));
     }
-    return counts;
-}
-
-inline SparseCounts sparse(const CountsMatrix& matrix) {
-    std::vector<SparseCounts::Column> columns(matrix.empty() ? 0 : matrix.front().size());
-    std::iota(columns.begin(), columns.end(), 0U);
-    SparseCounts counts(columns.size());
-    for (const CountsVector& row : matrix) counts.addRow(columns, row);
     return counts;
 }
 

@@ -42,15 +42,5 @@ TEST(SharedTable, GrowsUnderReaders) {
     EXPECT_EQ(shared.logfactSize(), alone.logfactSize());
 }
 
-TEST(SharedCalculator, IsOneForAllThreads) {
-    std::vector<RarefactionCalculator*> seen(8);
-    std::vector<std::thread> threads;
-    for (RarefactionCalculator*& place : seen) {
-        threads.emplace_back([&place] { place = &sharedCalculator(); });
-    }
-    for (std::thread& thread : threads) thread.join();
-    EXPECT_EQ(seen, std::vector<RarefactionCalculator*>(8, &sharedCalculator()));
-}
-
 }  // namespace
 }  // namespace zorvel
