@@ -136,10 +136,10 @@ TEST_F(ImportTest, DriversRefuseAFileAsAWhole) {
 
 TEST_F(ImportTest, WithoutAWindowNothingIsParsed) {
     document.forgetMainView();
-    importAbundanceList("4", document, services());
-    importOneCensus("Abies,4", document, services());
-    importCensusMatrix(",Abies\nNorth,4\n", document, services());
-    importIOSFile(phoneFile, document, services());
+    for (const auto import :
+         {importAbundanceList, importOneCensus, importCensusMatrix, importIOSFile}) {
+        import("4", document, services());
+    }
     EXPECT_THAT(jobs, IsEmpty());
     EXPECT_THAT(console,
                 ElementsAre("WARNING: could not obtain window/view for importAbundanceList",
@@ -215,14 +215,13 @@ TEST_F(ImportTest, EveryFieldIsStored) {
 }
 
 TEST(ParseFile, CellsThatNoCommaSeparatesAreRefused) {
-    struct Row {
+    const std::string rest =
+        "\";\"D\";\"O\";\"La\";\"Lo\";\"Abies\"\n\"North\";\"Mar\";\"\";1;2;4\n";
+    const struct {
         FileKind kind;
         std::string text;
         std::string separator;  // empty: read, or refused for another reason
-    };
-    const std::string rest =
-        "\";\"D\";\"O\";\"La\";\"Lo\";\"Abies\"\n\"North\";\"Mar\";\"\";1;2;4\n";
-    const std::vector<Row> rows = {
+    } rows[] = {
         {FileKind::matrix, "site;A;B\nNorth;3;4\nSouth;0;1\n", "semicolons"},
         {FileKind::matrix, "\r\nsite\tA\tB\r\n\r\nNorth\t3\t", "tabs"},
         {FileKind::matrix, "\"site\";\"A, b\"\n\"North\nEast\";\"3\"\n", "semicolons"},
@@ -236,14 +235,14 @@ TEST(ParseFile, CellsThatNoCommaSeparatesAreRefused) {
         {FileKind::list, "Abies\t5\nPicea\t1\n", ""},
         {FileKind::census, "Abies;1,12\n", ""},
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         const auto parsed = parseFile(row.kind, row.text);
         EXPECT_EQ(parsed.advice.find("separated by " + row.separator + ",") != std::string::npos,
                   !row.separator.empty())
             << row.text;
         EXPECT_FALSE(parsed.value && !row.separator.empty()) << row.text;
     }
-    const auto silent = parseFile(FileKind::matrix, rows.front().text);
+    const auto silent = parseFile(FileKind::matrix, rows[0].text);
     EXPECT_THAT(silent.consoleLines, IsEmpty());
     EXPECT_EQ(reasonOf(silent), silent.advice);
     EXPECT_EQ(reasonOf(parseFile(FileKind::matrix, ",Abies,Picea\nNorth,,3\n")),

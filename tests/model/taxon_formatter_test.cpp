@@ -34,12 +34,11 @@ TEST(TaxonFormatter, CompletesWhatIsTyped) {
     const TaxonFormatter formatter =
         formatterOf({"Globigerina", "Globorotalia", "Cafe", "Cafe\u0301ia", "Abies", "Abies alba",
                      "\u00C9chinops e\u0301trange"});
-    struct Row {
+    const struct {
         const char* what;
         std::string typed;
         std::string shown;
-    };
-    const std::vector<Row> rows = {
+    } rows[] = {
         {"the first in order", "Glob", "Glob[igerina]"},
         {"the only one", "Globo", "Globo[rotalia]"},
         {"case counts", "glob", "glob"},
@@ -50,28 +49,26 @@ TEST(TaxonFormatter, CompletesWhatIsTyped) {
         {"beyond ASCII", "\u00C9", "\u00C9[chinops e\u0301trange]"},
         {"not within a character", "\u00C9chinops e", "\u00C9chinops e"},
     };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.what);
-        EXPECT_EQ(typedInto(formatter, row.typed), row.shown);
+    for (const auto& row : rows) {
+        EXPECT_EQ(typedInto(formatter, row.typed), row.shown) << row.what;
     }
 }
 
 TEST(TaxonFormatter, LeavesOtherEditsAlone) {
     const TaxonFormatter formatter = formatterOf({"Globorotalia"});
-    struct Row {
+    const struct {
         const char* what;
         std::string text;
         std::optional<TextRange> selection;
         TextRange before;
-    };
-    const std::vector<Row> rows = {
+    } rows[] = {
         {"emptied", "", TextRange{0, 0}, {1, 0}},
         {"the proposed tail deleted", "Globo", TextRange{5, 0}, {5, 7}},
         {"the caret within the text", "Globo", TextRange{3, 0}, {2, 0}},
         {"something selected", "Globo", TextRange{4, 1}, {2, 0}},
         {"no selection", "Globo", std::nullopt, {4, 0}},
     };
-    for (const Row& row : rows) {
+    for (const auto& row : rows) {
         SCOPED_TRACE(row.what);
         std::string text = row.text;
         std::optional<TextRange> selection = row.selection;

@@ -1,9 +1,11 @@
+// The metrics table and the explanations of metrics.
 #include "model/metric_explanations.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "model/project_metrics.h"
@@ -138,11 +140,7 @@ TEST(MetricExplanations, RemarksAndInputsOfAProject) {
 
 TEST(MetricExplanations, WhyThereIsNoSqs) {
     SeededRandom random(1);
-    const struct {
-        CountsVector counts;
-        double quota;
-        const char* words;
-    } rows[] = {
+    const std::tuple<CountsVector, double, const char*> rows[] = {
         {{5, 5}, 0.8, "at least 11 specimens"},
         {CountsVector(12, 1), 0.8, "of its own"},
         {{20, 1, 1, 1}, 0.99, "reachable coverage, 0.92."},
@@ -154,13 +152,13 @@ TEST(MetricExplanations, WhyThereIsNoSqs) {
         {{1'000'000'000, 1}, 0.5, "in every trial the first species"},
         {{10, 5, 3, 2, 1, 1}, 0.8, ""},
     };
-    for (const auto& row : rows) {
-        MetricInputs inputs = inputsOfCensus(row.counts, row.quota);
-        inputs.sqs = shareholderQuorum(row.counts, sqsTrials, row.quota, random);
+    for (const auto& [counts, quota, words] : rows) {
+        MetricInputs inputs = inputsOfCensus(counts, quota);
+        inputs.sqs = shareholderQuorum(counts, sqsTrials, quota, random);
         const std::string remark = metricRemark({MetricGroup::census, Metric::alroySQS}, inputs);
-        EXPECT_NE(remark.find(row.words), std::string::npos) << remark;
+        EXPECT_NE(remark.find(words), std::string::npos) << remark;
         EXPECT_EQ(remark.empty(), inputs.sqs.estimate && std::isfinite(*inputs.sqs.estimate))
-            << testing::PrintToString(row.counts) << remark;
+            << testing::PrintToString(counts) << remark;
     }
 }
 
@@ -168,11 +166,7 @@ TEST(MetricExplanations, WhyAnAverageLacksSqsOfCensuses) {
     CountsMatrix censuses = {{5, 5}, {4, 4}, {3, 0}, {0, 30}, {20, 1}, CountsVector(12, 1)};
     for (CountsVector& census : censuses) census.resize(12);
     const CountsMatrix onlyOneSpecies(3, censuses[3]);
-    const struct {
-        const CountsMatrix& censuses;
-        double quota;
-        const char* words;
-    } rows[] = {
+    const std::tuple<CountsMatrix, double, const char*> rows[] = {
         {censuses, 0.93, "1 of 6. Those without one, by reason: fewer than 11 specimens: 3; each "},
         {censuses, 0.97, "found once: 1; a reachable coverage below the quota: 1; the first"},
         {censuses, 0.97, "is thrown back in every trial: 1."},
@@ -180,11 +174,43 @@ TEST(MetricExplanations, WhyAnAverageLacksSqsOfCensuses) {
         {onlyOneSpecies, 0.8, "0 of 3. Those without"},
         {onlyOneSpecies, 1, "Censuses that have an estimate: 3 of 3."},
     };
-    for (const auto& row : rows) {
-        const MetricInputs inputs = metricsOfProject(row.censuses, row.quota).inputs;
+    for (const auto& [rowsOfCounts, quota, words] : rows) {
+        const MetricInputs inputs = metricsOfProject(rowsOfCounts, quota).inputs;
         const std::string remark = metricRemark({MetricGroup::averages, Metric::alroySQS}, inputs);
-        EXPECT_NE(remark.find(row.words), std::string::npos) << remark;
+        EXPECT_NE(remark.find(words), std::string::npos) << remark;
     }
+}
+
+TEST(MetricsTable, WholeText) {
+    ObjectContext context;
+    CensusAttributes named;
+    named.name = "North";
+    const Census north = context.insertCensus(
+        named, {{"a", 10, false}, {"b", 5}, {"c", 3}, {"d", 2}, {"e", 1}, {"f", 1}});
+    named.name = "Empty";
+    context.insertCensus(named, {});
+    context.insertCensus();
+    int asked = 0;
+    const auto text = [&](int limit) -> std::string {
+        asked = 0;
+        const auto table = buildMetricsTable(
+            context.censuses(), [] { return std::make_unique<SeededRandom>(1); },
+            [&] { return ++asked <= limit; });
+        if (!table) return "cancelled";
+        return writeMetricsTable(table->rows, table->columnTitles, table->censusNames);
+    };
+    SeededRandom random(1);
+    const double sqs = alroySQS(fullCountsVector(north), 100, 0.8, random).value();
+    EXPECT_EQ(text(9),
+              " , Abundance, Richness, Chao-1, alroySQS, Shannon's H, Fisher's alpha, Pielou's J, "
+              "Simpson's D, Buzas-Gibson E\n"
+              "North, 22, 6, 8.0, " +
+                  formatMetric(sqs, 1) +
+                  ", 1.466, 2.718, 0.818, 0.745, 0.722\n"
+                  "Empty, 0, 0, -, 0.0, 0.0, 0.0, 0.0, 0.0, -\n"
+                  "unnamed, 0, 0, -, 0.0, 0.0, 0.0, 0.0, 0.0, -\n");
+    EXPECT_EQ(asked, 3);
+    EXPECT_EQ(text(1), "cancelled");
 }
 
 }  // namespace
