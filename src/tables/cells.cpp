@@ -246,6 +246,7 @@ bool isMissingMark(std::string_view cell) {
 CellCount cellCount(std::string_view cell, NumberMarks marks) {
     using Kind = CellCount::Kind;
     if (cell.empty()) return {Kind::blank, 0};
+    if (cell.size() == 1 && isDigit(cell.front())) return {Kind::count, cell.front() - '0'};
     std::int64_t whole = 0;
     const char* const end = cell.data() + cell.size();
     const auto plain = std::from_chars(cell.data(), end, whole);

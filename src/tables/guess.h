@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "tables/encodings.h"
 #include "tables/reading.h"
 
 namespace zorvel {
@@ -53,10 +54,6 @@ TableGuess guessTable(std::string_view bytes, bool whole, const TableChoices& ch
 // Of rows whose form is known: a sheet, or a text in the form given.
 TableGuess guessTable(const TableSample& sample, const TextForm& form,
                       const TableChoices& choices = {});
-
-// A mark of the encoding, or what the bytes seem to be. whole: they are all of the text; otherwise
-// the last character may be cut.
-TableEncoding guessEncoding(std::string_view bytes, bool whole);
 
 // The rows of the bytes; the last one is left out if it may be cut.
 TableSample sampleRows(RowSource& source, bool whole);

@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <unordered_map>
 #include <utility>
 
 #include "base/numbers.h"
 #include "base/text.h"
 #include "tables/cells.h"
+#include "tables/gathering.h"
 #include "tables/words.h"
 
 namespace zorvel {
@@ -20,46 +20,10 @@ void add(TableRemarks& remarks, TableRemark remark) {
     if (++remarks.count <= TableRemarks::mostKept) remarks.kept.push_back(std::move(remark));
 }
 
-// A name on one line.
-std::string nameOf(std::string_view cell) {
-    std::string name(cell);
-    for (char& c : name) {
-        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = ' ';
-    }
-    return name;
-}
-
-// Gives each name a number, in the order of their first appearance; equal names share one.
-class Names {
-  public:
-    explicit Names(NamePool* pool) : pool_(pool) {}
-
-    std::size_t number(std::string_view cell) {
-        const auto known = numbers_.find(std::string(cell));
-        if (known != numbers_.end()) return known->second;
-        const std::string name = nameOf(cell);
-        const std::size_t next = names_.size();
-        const std::size_t number = canonical_.try_emplace(canonicalForm(name), next).first->second;
-        if (number == next)
-            names_.push_back(pool_ != nullptr ? pool_->intern(name) : SharedText(name));
-        numbers_.emplace(cell, number);
-        return number;
-    }
-    [[nodiscard]] const SharedText& name(std::size_t number) const { return names_[number]; }
-
-  private:
-    std::unordered_map<std::string, std::size_t> numbers_;
-    std::unordered_map<std::string, std::size_t> canonical_;
-    std::vector<SharedText> names_;
-    NamePool* pool_;
-};
-
 class Reader {
   public:
     Reader(const TableReading& reading, NamePool* names)
-        : reading_(reading),
-          marks_{reading.decimalMark, reading.thousandsMark},
-          speciesNames_(names) {}
+        : reading_(reading), marks_{reading.decimalMark, reading.thousandsMark}, gathered_(names) {}
 
     TableRecords read(RowSource& source, const std::stop_token& stop) {
         TableRow row;
@@ -124,6 +88,17 @@ class Reader {
         begun_ = true;
         census_ = columnOf(ColumnRole::census);
         species_ = columnOf(ColumnRole::species);
+        genus_ = columnOf(ColumnRole::genus);
+        status_ = columnOf(ColumnRole::status);
+        included_ = columnOf(ColumnRole::included);
+        for (const ColumnRole role :
+             {ColumnRole::latitude, ColumnRole::longitude, ColumnRole::date, ColumnRole::notes}) {
+            if (const auto column = columnOf(role)) attributes_.emplace_back(role, *column);
+        }
+        const auto year = columnOf(ColumnRole::year);
+        const auto month = columnOf(ColumnRole::month);
+        const auto day = columnOf(ColumnRole::day);
+        if (!columnOf(ColumnRole::date) && year && month && day) dateParts_ = {*year, *month, *day};
         for (std::size_t column = 0; column < reading_.columns.size(); ++column) {
             if (reading_.columns[column] == ColumnRole::count) counts_.push_back(column);
             if (reading_.columns[column] == ColumnRole::ignored && !headerName2(column).empty()) {
@@ -144,11 +119,15 @@ class Reader {
             const std::string shown =
                 reading_.headerRows.empty() ? "Column " + columnLetters(column) : name;
             if (reading_.layout == TableLayout::censusRows) {
-                columnNames_.push_back(speciesNames_.number(shown));
+                columnNames_.push_back(gathered_.species.number(shown));
             } else {
                 addCensusOfColumn(column, shown);
             }
         }
+        const bool areApart = reading_.sameSpecies == SameRule::apart ||
+                              gathered_.species.size() == columnNames_.size();
+        isDirect_ = reading_.layout == TableLayout::censusRows &&
+                    reading_.sameCensus == SameRule::apart && areApart;
     }
 
     // The text of the header in any layout.
@@ -160,12 +139,12 @@ class Reader {
 
     void addCensusOfColumn(std::size_t column, const std::string& name) {
         MockCensus census;
-        census.name = nameOf(name);
+        census.name = nameInOneLine(name);
         for (std::size_t i = 0; i < header_.size(); ++i) {
             readAttribute(census, reading_.headerRows[i], headerCell(i, column),
                           {reading_.firstRow + i, 0, column});
         }
-        addCensus(std::move(census));
+        gathered_.add(std::move(census));
     }
 
     // --- rows ---
@@ -179,14 +158,15 @@ class Reader {
     void takeDataRow(const TableRow& row) {
         const bool isLeftOut = std::binary_search(reading_.leftOutRows.begin(),
                                                   reading_.leftOutRows.end(), row.number);
-        const auto filled = static_cast<std::size_t>(
-            std::count_if(row.cells.begin(), row.cells.end(), [](auto c) { return !c.empty(); }));
         if (isLeftOut) return;
-        if (filled == 0) {
+        const auto isFilled = [](std::string_view cell) { return !cell.empty(); };
+        const auto first = std::find_if(row.cells.begin(), row.cells.end(), isFilled);
+        if (first == row.cells.end()) {
             afterEmpty_ = true;
             return;
         }
-        const bool note = afterEmpty_ && filled == 1 && reading_.columns.size() > 2;
+        const bool note = afterEmpty_ && reading_.columns.size() > 2 &&
+                          std::none_of(first + 1, row.cells.end(), isFilled);
         if (note || summaryRank(row)) {
             held_.push_back({row.number, row.line, Cells(row.cells.begin(), row.cells.end())});
             return;
@@ -261,6 +241,12 @@ class Reader {
                 break;
         }
     }
+
+    // What the cells of counts of a census hold.
+    struct CellsOfCensus {
+        bool hasValues = false;
+        bool hasMissing = false;  // marks of missing values
+    };
 
     // The count of a cell; 0 where there is none. missing: it has a mark for that.
     struct Count {
@@ -370,28 +356,22 @@ class Reader {
     }
 
     void readAttributes(MockCensus& census, const TableRow& row) {
-        for (const ColumnRole role :
-             {ColumnRole::latitude, ColumnRole::longitude, ColumnRole::date, ColumnRole::notes}) {
-            if (const auto column = columnOf(role)) {
-                readAttribute(census, role, row.cell(*column), {row.number, row.line, *column});
-            }
+        for (const auto& [role, column] : attributes_) {
+            readAttribute(census, role, row.cell(column), {row.number, row.line, column});
         }
-        const auto year = columnOf(ColumnRole::year);
-        const auto month = columnOf(ColumnRole::month);
-        const auto day = columnOf(ColumnRole::day);
-        if (columnOf(ColumnRole::date) || !year || !month || !day) return;
+        if (dateParts_.empty()) return;
         std::string date;
-        for (const std::size_t column : {*year, *month, *day}) {
+        for (const std::size_t column : dateParts_) {
             if (row.cell(column).empty()) return;
             date += (date.empty() ? "" : "-") + std::string(row.cell(column));
         }
-        readDate(census, date, {row.number, row.line, *year});
+        readDate(census, date, {row.number, row.line, dateParts_.front()});
     }
 
     // The name of the census of a row; absent where it has none and that is a problem.
     std::optional<std::string> censusName(const TableRow& row) {
         const std::string_view cell = census_ ? row.cell(*census_) : std::string_view();
-        if (!cell.empty()) return nameOf(cell);
+        if (!cell.empty()) return nameInOneLine(cell);
         const std::string number = "row " + integerText(static_cast<std::int64_t>(row.number));
         if (reading_.unnamed == UnnamedRule::rowNumber || !census_) return number;
         if (reading_.unnamed == UnnamedRule::above && !lastName_.empty()) return lastName_;
@@ -399,31 +379,29 @@ class Reader {
         return std::nullopt;
     }
 
+    // Most cells of a wide table.
+    static bool isZero(std::string_view cell) { return cell.size() == 1 && cell.front() == '0'; }
+
     void readCensusRow(const TableRow& row) {
         const std::optional<std::string> name = censusName(row);
         lastName_ = name.value_or(std::string());
         MockCensus census;
         census.name = lastName_;
         readAttributes(census, row);
-        const std::size_t first =
-            openCensus(std::move(census), reading_.sameCensus == SameRule::sum);
-        std::size_t filled = 0;
-        std::size_t missing = 0;
+        const std::size_t index = reading_.sameCensus == SameRule::sum
+                                      ? openCensus(std::move(census))
+                                      : gathered_.add(std::move(census));
+        cells_.resize(gathered_.censuses.size());
+        taxa_.clear();
         for (std::size_t i = 0; i < counts_.size(); ++i) {
             const std::string_view cell = row.cell(counts_[i]);
-            const Count count = countOf(cell, {row.number, row.line, counts_[i]});
-            filled += !cell.empty();
-            missing += count.missing;
-            addTaxon(first, columnNames_[i], count.value, {row.number, row.line, counts_[i]});
-            sums_[i] += static_cast<double>(count.value);
+            if (isZero(cell)) {
+                cells_[index].hasValues = true;
+            } else {
+                readCount(cell, row, i, index, columnNames_[i]);
+            }
         }
-        noteMissing(first, filled, missing);
-    }
-
-    [[nodiscard]] std::string withGenus(const TableRow& row, std::string_view species) const {
-        const auto genus = columnOf(ColumnRole::genus);
-        if (!genus || row.cell(*genus).empty()) return std::string(species);
-        return std::string(row.cell(*genus)) + " " + std::string(species);
+        if (isDirect_) gathered_.setTaxa(index, taxa_);
     }
 
     void readSpeciesRow(const TableRow& row) {
@@ -432,30 +410,44 @@ class Reader {
             problem(row.number, row.line, species_, {}, "The species has no name.");
             return;
         }
-        const std::size_t name = speciesNames_.number(withGenus(row, cell));
+        const std::size_t species = gathered_.species.number(withGenus(row, cell));
+        cells_.resize(gathered_.censuses.size());
         for (std::size_t i = 0; i < counts_.size(); ++i) {
             const std::string_view value = row.cell(counts_[i]);
-            const Place place{row.number, row.line, counts_[i]};
-            const Count count = countOf(value, place);
-            addTaxon(i, name, count.value, place);
-            sums_[i] += static_cast<double>(count.value);
-            filled_.resize(counts_.size());
-            filled_[i].first += !value.empty();
-            filled_[i].second += count.missing;
+            if (isZero(value)) {
+                cells_[i].hasValues = true;
+            } else {
+                readCount(value, row, i, i, species);
+            }
         }
     }
 
+    // Of a wide table: the cell of the i-th column of counts.
+    void readCount(std::string_view cell, const TableRow& row, std::size_t i, std::size_t census,
+                   std::size_t species) {
+        const Place place{row.number, row.line, counts_[i]};
+        const Count count = countOf(cell, place);
+        cells_[census].hasValues |= !cell.empty() && !count.missing;
+        cells_[census].hasMissing |= count.missing;
+        if (count.value == 0) return;
+        if (isDirect_) {
+            taxa_.push_back({species, count.value});
+        } else {
+            addTaxon(census, species, count.value, place);
+        }
+        sums_[i] += static_cast<double>(count.value);
+    }
+
+    [[nodiscard]] std::string withGenus(const TableRow& row, std::string_view species) const {
+        if (!genus_ || row.cell(*genus_).empty()) return std::string(species);
+        return std::string(row.cell(*genus_)) + " " + std::string(species);
+    }
+
     void readRecord(const TableRow& row) {
-        const std::optional<std::string> name = censusName(row);
-        if (!name) return;
-        lastName_ = *name;
-        MockCensus census;
-        census.name = *name;
-        readAttributes(census, row);
-        const std::size_t index = openCensus(std::move(census), true);
+        const std::optional<std::size_t> index = censusOfRecord(row);
+        if (!index) return;
         const std::string_view species = row.cell(species_.value_or(0));
-        const auto statusColumn = columnOf(ColumnRole::status);
-        if (statusColumn && isAbsent(row.cell(*statusColumn))) {
+        if (status_ && isAbsent(row.cell(*status_))) {
             ++records_.notices.absentRecords;
             return;
         }
@@ -477,19 +469,61 @@ class Reader {
         } else {
             value = countOf(cell, place).value;
         }
-        const bool added =
-            addTaxon(index, speciesNames_.number(withGenus(row, species)), value, place);
-        const auto include = columnOf(ColumnRole::included);
-        if (!include) return;
-        const std::string_view mark = row.cell(*include);
+        const std::size_t number = genus_ ? gathered_.species.number(withGenus(row, species))
+                                          : gathered_.species.number(species);
+        const bool added = addTaxon(*index, number, value, place);
+        if (included_) readIncluded(row, *index, added);
+    }
+
+    // added: the taxon of the row is the last of the census.
+    void readIncluded(const TableRow& row, std::size_t census, bool added) {
+        const std::string_view mark = row.cell(*included_);
         const std::optional<bool> included = mark.empty() ? true : yesOrNo(mark);
         if (!included) {
-            problem(row.number, row.line, include, mark,
+            problem(row.number, row.line, included_, mark,
                     "\"" + shown(mark) + "\" is neither yes nor no.");
         } else if (!*included && added) {
-            records_.excluded.resize(records_.censuses.size());
-            records_.excluded[index].push_back(records_.censuses[index].taxa.size() - 1);
+            records_.excluded.resize(gathered_.censuses.size());
+            records_.excluded[census].push_back(gathered_.censuses[census].taxa.size() - 1);
         }
+    }
+
+    // Absent where it has no name and that is a problem.
+    std::optional<std::size_t> censusOfRecord(const TableRow& row) {
+        if (repeatsCensus(row)) return lastCensus_;
+        const std::size_t problems = records_.problems.count;
+        const std::optional<std::string> name = censusName(row);
+        if (!name) return std::nullopt;
+        lastName_ = *name;
+        MockCensus census;
+        census.name = *name;
+        readAttributes(census, row);
+        const std::size_t index = openCensus(std::move(census));
+        lastCensus_.reset();
+        if (records_.problems.count == problems) keepCensus(row, index);
+        return index;
+    }
+
+    // Whether all that a record tells of its census is, to the letter, what the one before told.
+    [[nodiscard]] bool repeatsCensus(const TableRow& row) const {
+        if (!lastCensus_) return false;
+        std::size_t i = 0;
+        const auto repeats = [&](std::size_t column) {
+            return row.cell(column) == lastCells_[i++];
+        };
+        return repeats(*census_) &&
+               std::all_of(attributes_.begin(), attributes_.end(),
+                           [&](const auto& attribute) { return repeats(attribute.second); }) &&
+               std::all_of(dateParts_.begin(), dateParts_.end(), repeats);
+    }
+
+    void keepCensus(const TableRow& row, std::size_t index) {
+        if (!census_ || row.cell(*census_).empty()) return;
+        lastCensus_ = index;
+        lastCells_.assign(1, std::string(row.cell(*census_)));
+        for (const auto& attribute : attributes_)
+            lastCells_.emplace_back(row.cell(attribute.second));
+        for (const std::size_t column : dateParts_) lastCells_.emplace_back(row.cell(column));
     }
 
     static bool isAbsent(std::string_view status) {
@@ -502,38 +536,24 @@ class Reader {
 
     // --- censuses and taxa ---
 
-    std::size_t addCensus(MockCensus census) {
-        records_.censuses.push_back(std::move(census));
-        return records_.censuses.size() - 1;
-    }
-
-    // The census of that name, if rows of one name may be one census; otherwise a new one.
-    std::size_t openCensus(MockCensus census, bool joins) {
-        if (!joins) return addCensus(std::move(census));
+    // The census of that name, and in records of that date and place; otherwise a new one.
+    std::size_t openCensus(MockCensus census) {
         std::string key = canonicalForm(census.name);
         if (reading_.layout == TableLayout::records && reading_.sameCensus == SameRule::apart) {
             key +=
                 '\0' + shortestText(census.latitude) + ' ' + shortestText(census.longitude) + ' ' +
                 (census.timeStamp ? integerText(census.timeStamp->time_since_epoch().count()) : "");
         }
-        const auto [found, isNew] =
-            censusOfKey_.try_emplace(std::move(key), records_.censuses.size());
-        if (isNew) return addCensus(std::move(census));
-        MockCensus& known = records_.censuses[found->second];
-        if (known.notes.empty()) known.notes = std::move(census.notes);
-        return found->second;
+        return gathered_.open(std::move(census), std::move(key));
     }
 
     // False where there is nothing to add, or the count was added to that of the species.
-    bool addTaxon(std::size_t census, std::size_t name, std::int64_t value, const Place& place) {
+    bool addTaxon(std::size_t census, std::size_t species, std::int64_t value, const Place& place) {
         if (value <= 0) return false;
-        std::vector<MockTaxon>& taxa = records_.censuses[census].taxa;
         if (reading_.sameSpecies == SameRule::sum) {
-            const auto key = static_cast<std::uint64_t>(census) << 32 | name;
-            const auto [found, isNew] = taxonOf_.try_emplace(key, taxa.size());
-            if (!isNew) {
+            if (const auto known = gathered_.find(census, species)) {
                 ++records_.notices.summedSpecies;
-                std::int64_t& sum = taxa[found->second].abundance;
+                std::int64_t& sum = gathered_.censuses[census].taxa[*known].abundance;
                 if (__builtin_add_overflow(sum, value, &sum)) {
                     sum = std::numeric_limits<std::int64_t>::max();
                     problem(
@@ -543,32 +563,24 @@ class Reader {
                 return false;
             }
         }
-        taxa.push_back({value, speciesNames_.name(name)});
+        gathered_.addTaxon(census, species, value);
         return true;
-    }
-
-    void noteMissing(std::size_t census, std::size_t filled, std::size_t missing) {
-        filled_.resize(std::max(filled_.size(), census + 1));
-        filled_[census].first += filled;
-        filled_[census].second += missing;
     }
 
     // Censuses of missing marks alone are left out, and those with any if the rule says so.
     void leaveOutCensuses() {
         const bool any = reading_.missing == MissingRule::leaveOut;
-        std::vector<MockCensus> kept;
-        for (std::size_t i = 0; i < records_.censuses.size(); ++i) {
-            const auto [filled, missing] =
-                i < filled_.size() ? filled_[i] : std::pair<std::size_t, std::size_t>();
-            MockCensus& census = records_.censuses[i];
-            if (missing > 0 && (any || missing == filled)) {
+        cells_.resize(gathered_.censuses.size());
+        for (std::size_t i = 0; i < cells_.size(); ++i) {
+            MockCensus& census = gathered_.censuses[i];
+            if (cells_[i].hasMissing && (any || !cells_[i].hasValues)) {
                 records_.notices.leftOutCensuses.push_back(census.name);
             } else {
                 records_.notices.emptyCensuses += census.taxa.empty();
-                kept.push_back(std::move(census));
+                census.taxa.shrink_to_fit();
+                records_.censuses.push_back(std::move(census));
             }
         }
-        records_.censuses = std::move(kept);
     }
 
     void finish() {
@@ -596,15 +608,22 @@ class Reader {
     std::vector<Cells> header_;
     std::optional<std::size_t> census_;
     std::optional<std::size_t> species_;
+    std::optional<std::size_t> genus_;
+    std::optional<std::size_t> status_;
+    std::optional<std::size_t> included_;
+    std::vector<std::pair<ColumnRole, std::size_t>> attributes_;  // of censuses
+    std::vector<std::size_t> dateParts_;    // year, month and day, where there is no date
     std::vector<std::size_t> counts_;       // columns
     std::vector<double> sums_;              // of each
     std::vector<std::size_t> columnNames_;  // of each, where species have columns
-    Names speciesNames_;
-    std::unordered_map<std::string, std::size_t> censusOfKey_;
-    std::unordered_map<std::uint64_t, std::size_t> taxonOf_;
-    std::vector<std::pair<std::size_t, std::size_t>> filled_;  // of a census: filled, missing
+    CensusGatherer gathered_;
+    bool isDirect_ = false;                    // a row has each species once and is a census
+    std::vector<CensusGatherer::Taxon> taxa_;  // of the row then
+    std::vector<CellsOfCensus> cells_;         // of each census
     std::vector<HeldRow> held_;
     std::string lastName_;
+    std::optional<std::size_t> lastCensus_;  // of the record before, if it was read without fault
+    std::vector<std::string> lastCells_;     // by which it was known
     bool afterEmpty_ = false;
 };
 

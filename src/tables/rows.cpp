@@ -2,74 +2,29 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <utility>
+
+#include "tables/encodings.h"
 
 namespace zorvel {
 namespace {
 
 constexpr std::size_t pieceSize = 1 << 16;
 
-// The characters of Windows-1252 from 0x80 to 0x9F; the five bytes without one stand for the
-// control characters of Latin-1, as in the WHATWG's standard of encodings.
-constexpr std::array<char16_t, 32> upperWindows1252 = {
-    0x20AC, 0x81,   0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0x8D,   0x017D, 0x8F,   0x90,   0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x9D,   0x017E, 0x0178};
-
-void appendUtf8(std::string& text, char32_t c) {
-    const auto byte = [&text](char32_t value) { text += static_cast<char>(value); };
-    if (c < 0x80) {
-        byte(c);
-    } else if (c < 0x800) {
-        byte(0xC0 | c >> 6);
-        byte(0x80 | (c & 0x3F));
-    } else if (c < 0x10000) {
-        byte(0xE0 | c >> 12);
-        byte(0x80 | (c >> 6 & 0x3F));
-        byte(0x80 | (c & 0x3F));
-    } else {
-        byte(0xF0 | c >> 18);
-        byte(0x80 | (c >> 12 & 0x3F));
-        byte(0x80 | (c >> 6 & 0x3F));
-        byte(0x80 | (c & 0x3F));
-    }
-}
-
-void appendWindows1252(std::string& text, std::string_view bytes) {
-    for (const char c : bytes) {
-        const auto byte = static_cast<unsigned char>(c);
-        appendUtf8(text, byte >= 0x80 && byte < 0xA0 ? upperWindows1252[byte - 0x80] : byte);
-    }
-}
-
-// Returns the number of bytes read; fewer than four may be left if a character is not complete.
-std::size_t appendUtf16(std::string& text, std::string_view bytes, bool bigEndian, bool atEnd) {
-    const auto unit = [&](std::size_t i) {
-        const auto first = static_cast<unsigned char>(bytes[i]);
-        const auto second = static_cast<unsigned char>(bytes[i + 1]);
-        return static_cast<char32_t>(bigEndian ? first << 8 | second : second << 8 | first);
-    };
-    std::size_t i = 0;
-    for (; i + 2 <= bytes.size(); i += 2) {
-        char32_t c = unit(i);
-        if (c >= 0xD800 && c < 0xDC00) {
-            if (i + 4 > bytes.size() && !atEnd) return i;
-            const char32_t low = i + 4 <= bytes.size() ? unit(i + 2) : 0;
-            const bool paired = low >= 0xDC00 && low < 0xE000;
-            c = paired ? 0x10000 + ((c - 0xD800) << 10) + (low - 0xDC00) : 0xFFFD;
-            if (paired) i += 2;
-        } else if (c >= 0xDC00 && c < 0xE000) {
-            c = 0xFFFD;
-        }
-        appendUtf8(text, c);
-    }
-    return i;
-}
-
 bool isBlank(char c) {
     return c == ' ' || c == '\t';
+}
+
+bool isBreak(char c) {
+    return c == '\n' || c == '\r';
+}
+
+// Whether a cell may have a blank, a break or a part of a no-break space at this end.
+bool mayBeTrimmed(char c) {
+    return c <= ' ' || static_cast<unsigned char>(c) >= 0x80;
 }
 
 // CR LF is one.
@@ -82,16 +37,37 @@ std::size_t lineBreaks(std::string_view text) {
     return count;
 }
 
+// Most cells of a census matrix are zeros: they are read four at a time.
+constexpr std::size_t zeroCellsAtOnce = 4;
+
+std::uint64_t wordAt(const char* bytes) {
+    std::uint64_t word = 0;
+    std::memcpy(&word, bytes, sizeof word);
+    return word;
+}
+
+std::uint64_t zeroCells(char separator) {
+    std::array<char, 2 * zeroCellsAtOnce> bytes{};
+    for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = i % 2 == 0 ? '0' : separator;
+    return wordAt(bytes.data());
+}
+
+// Bytes in which two words agree, from the first in memory on.
+std::size_t agreeingBytes(std::uint64_t a, std::uint64_t b) {
+    const std::uint64_t differs = a ^ b;
+    const int bits = std::endian::native == std::endian::little ? std::countr_zero(differs)
+                                                                : std::countl_zero(differs);
+    return static_cast<std::size_t>(bits) / 8;
+}
+
 }  // namespace
 
 std::string_view withoutBlanks(std::string_view cell) {
     constexpr std::string_view noBreakSpace = "\u00A0";
     for (;;) {
-        if (!cell.empty() &&
-            (isBlank(cell.front()) || cell.front() == '\n' || cell.front() == '\r')) {
+        if (!cell.empty() && (isBlank(cell.front()) || isBreak(cell.front()))) {
             cell.remove_prefix(1);
-        } else if (!cell.empty() &&
-                   (isBlank(cell.back()) || cell.back() == '\n' || cell.back() == '\r')) {
+        } else if (!cell.empty() && (isBlank(cell.back()) || isBreak(cell.back()))) {
             cell.remove_suffix(1);
         } else if (cell.starts_with(noBreakSpace)) {
             cell.remove_prefix(noBreakSpace.size());
@@ -134,26 +110,41 @@ void TextRows::skipMarkAndHint() {
 
 // Adds a piece to the buffer, or notes the end.
 void TextRows::fill() {
-    std::string piece = std::move(undecoded_);
-    undecoded_.clear();
-    const std::size_t kept = piece.size();
-    piece.resize(kept + pieceSize);
-    const std::size_t count = source_(piece.data() + kept, pieceSize);
-    piece.resize(kept + count);
-    ended_ = count == 0;
-    switch (form_.encoding) {
-        case TableEncoding::utf8:
-            buffer_ += piece;
-            return;
-        case TableEncoding::windows1252:
-            appendWindows1252(buffer_, piece);
-            return;
-        case TableEncoding::utf16LittleEndian:
-        case TableEncoding::utf16BigEndian:
-            break;
+    makeRoom();
+    const std::size_t size = buffer_.size();
+    if (form_.encoding == TableEncoding::utf8) {
+        buffer_.resize(size + pieceSize);
+        const std::size_t count = source_(buffer_.data() + size, pieceSize);
+        buffer_.resize(size + count);
+        ended_ = count == 0;
+        return;
     }
-    const bool bigEndian = form_.encoding == TableEncoding::utf16BigEndian;
-    undecoded_ = piece.substr(appendUtf16(buffer_, piece, bigEndian, ended_));
+    const std::size_t kept = undecoded_.size();
+    undecoded_.resize(kept + pieceSize);
+    const std::size_t count = source_(undecoded_.data() + kept, pieceSize);
+    undecoded_.resize(kept + count);
+    ended_ = count == 0;
+    undecoded_.erase(0, appendDecoded(buffer_, undecoded_, form_.encoding, ended_));
+}
+
+// For a piece in any encoding. The cells of the row follow their text.
+void TextRows::makeRoom() {
+    constexpr std::size_t needed = 3 * (pieceSize + 4);
+    if (buffer_.capacity() - buffer_.size() >= needed) return;
+    std::string larger;
+    larger.reserve(2 * buffer_.size() + needed);
+    larger = buffer_;
+    for (std::size_t i = 0; i < used_; ++i) {
+        std::string_view& cell = cells_[i];
+        cell = {larger.data() + (cell.data() - buffer_.data()), cell.size()};
+    }
+    buffer_.swap(larger);
+}
+
+void TextRows::add(std::string_view cell) {
+    if (used_ == cells_.size()) cells_.resize(std::max<std::size_t>(16, 2 * used_));
+    const bool trims = !cell.empty() && (mayBeTrimmed(cell.front()) || mayBeTrimmed(cell.back()));
+    cells_[used_++] = trims ? withoutBlanks(cell) : cell;
 }
 
 bool TextRows::has(std::size_t at) {
@@ -162,26 +153,63 @@ bool TextRows::has(std::size_t at) {
 }
 
 bool TextRows::atBreak(std::size_t at) {
-    return !has(at) || buffer_[at] == '\n' || buffer_[at] == '\r';
+    return !has(at) || isBreak(buffer_[at]);
+}
+
+bool TextRows::isEnd(char c) const {
+    return c == form_.separator || isBreak(c) || (c == '\t' && form_.separator == ' ');
 }
 
 // The next separator or line break from `at` on, or the end of the text.
 std::size_t TextRows::findEnd(std::size_t at) {
-    const char separator = form_.separator;
-    const char other = separator == ' ' ? '\t' : separator;
-    do {
-        for (const std::size_t size = buffer_.size(); at < size; ++at) {
-            const char c = buffer_[at];
-            if (c == separator || c == '\n' || c == '\r' || c == other) return at;
-        }
-    } while (has(at));
-    return buffer_.size();
+    while (has(at) && !isEnd(buffer_[at])) ++at;
+    return at;
 }
 
-void TextRows::addPlainCell() {
-    const std::size_t end = findEnd(at_);
-    places_.emplace_back(at_, end - at_);
-    at_ = end;
+// The way through nearly all cells: those that are whole in the buffer and have no quotes. True at
+// the end of the row, false before another cell.
+bool TextRows::addPlainCells() {
+    const std::uint64_t zeros = zeroCells(form_.separator);
+    const bool blanks = form_.separator == ' ';
+    const char* at = buffer_.data() + at_;
+    const char* const end = buffer_.data() + buffer_.size();
+    bool rowEnds = false;
+    while (!rowEnds) {
+        while (blanks && at < end && isBlank(*at)) ++at;
+        if (used_ + zeroCellsAtOnce > cells_.size()) cells_.resize(2 * used_ + 16);
+        if (end - at >= static_cast<std::ptrdiff_t>(sizeof zeros) && form_.separator != '0') {
+            const std::size_t count = agreeingBytes(wordAt(at), zeros) / 2;
+            for (std::size_t i = 0; i < zeroCellsAtOnce; ++i) cells_[used_ + i] = {at + 2 * i, 1};
+            used_ += count;
+            at += 2 * count;
+            if (count == zeroCellsAtOnce) continue;
+        }
+        const char* stop = at;
+        while (stop < end && !isEnd(*stop)) ++stop;
+        const bool isOther = stop == end || (blanks && stop == at) || *at == '"';
+        if (isOther) break;
+        add({at, static_cast<std::size_t>(stop - at)});
+        rowEnds = isBreak(*stop);
+        at = rowEnds ? stop : stop + 1;
+    }
+    at_ = static_cast<std::size_t>(at - buffer_.data());
+    return rowEnds;
+}
+
+void TextRows::addCells() {
+    const bool blanks = form_.separator == ' ';
+    while (!addPlainCells()) {
+        while (blanks && has(at_) && isBlank(buffer_[at_])) ++at_;
+        if (blanks && atBreak(at_)) return;
+        const bool quoted = form_.quotes && has(at_) && buffer_[at_] == '"' && addQuotedCell();
+        if (!quoted) {
+            const std::size_t end = findEnd(at_);
+            add(std::string_view(buffer_).substr(at_, end - at_));
+            at_ = end;
+        }
+        if (atBreak(at_)) return;
+        ++at_;
+    }
 }
 
 // False if no quote closes the cell; nothing is read then.
@@ -197,6 +225,7 @@ bool TextRows::addQuotedCell() {
         }
         if (findEnd(i + 1) != i + 1) return false;
         std::size_t length = i - start;
+        line_ += lineBreaks(std::string_view(buffer_).substr(start, length));
         if (doubled > 0) {
             // Closes the gaps; what follows the cell stays where it is.
             char* const cell = buffer_.data() + start;
@@ -207,7 +236,7 @@ bool TextRows::addQuotedCell() {
             }
             length = kept;
         }
-        places_.emplace_back(start, length);
+        add(std::string_view(buffer_).substr(start, length));
         at_ = i + 1;
         return true;
     }
@@ -220,26 +249,16 @@ bool TextRows::next(TableRow& row) {
         at_ = 0;
     }
     if (!has(at_)) return false;
-    const std::size_t start = at_;
-    places_.clear();
-    const bool blanks = form_.separator == ' ';
-    for (;;) {
-        while (blanks && has(at_) && isBlank(buffer_[at_])) ++at_;
-        if (blanks && atBreak(at_)) break;
-        const bool quoted = form_.quotes && has(at_) && buffer_[at_] == '"' && addQuotedCell();
-        if (!quoted) addPlainCell();
-        if (atBreak(at_)) break;
-        ++at_;
-    }
+    row.number = ++row_;
+    row.line = ++line_;
+    cells_.swap(row.cells);
+    used_ = 0;
+    addCells();
     if (has(at_) && buffer_[at_] == '\r' && has(at_ + 1) && buffer_[at_ + 1] == '\n') ++at_;
     if (has(at_)) ++at_;
-    row.number = ++row_;
-    row.line = line_ + 1;
-    line_ += lineBreaks(std::string_view(buffer_).substr(start, at_ - start));
-    row.cells.clear();
-    for (const auto& [place, length] : places_) {
-        row.cells.push_back(withoutBlanks(std::string_view(buffer_).substr(place, length)));
-    }
+    cells_.resize(used_);
+    cells_.swap(row.cells);
+    used_ = 0;
     return true;
 }
 

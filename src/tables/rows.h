@@ -73,18 +73,23 @@ class TextRows final : public RowSource {
 
   private:
     void fill();
+    void makeRoom();
     bool has(std::size_t at);
     bool atBreak(std::size_t at);
+    [[nodiscard]] bool isEnd(char c) const;
     std::size_t findEnd(std::size_t at);
-    void addPlainCell();
+    void add(std::string_view cell);
+    void addCells();
+    bool addPlainCells();
     bool addQuotedCell();
     void skipMarkAndHint();
 
     ByteSource source_;
     TextForm form_;
-    std::string buffer_;     // UTF-8, from the start of the current row
-    std::string undecoded_;  // bytes of a character that is not complete
-    std::vector<std::pair<std::size_t, std::size_t>> places_;  // of the row's cells: start, length
+    std::string buffer_;                   // UTF-8, from the start of the current row
+    std::string undecoded_;                // bytes of a character that is not complete
+    std::vector<std::string_view> cells_;  // of the row under way; the first used_ are filled
+    std::size_t used_ = 0;
     std::size_t at_ = 0;
     std::size_t row_ = 0;
     std::size_t line_ = 0;

@@ -1,0 +1,89 @@
+// Gathers the censuses of a table while its rows are read, in whatever order their species come.
+// Beside the records it needs no memory for tables that are in order: rows of one census or of one
+// species that follow each other. One thread.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "base/shared_text.h"
+#include "interchange/parsers.h"
+
+namespace zorvel {
+
+// A name on one line: control characters become blanks.
+std::string nameInOneLine(std::string_view cell);
+
+// Gives each name a number, in the order of their first appearance; equal names share one.
+class SpeciesNumbers {
+  public:
+    explicit SpeciesNumbers(NamePool* pool) : pool_(pool) {}
+
+    std::size_t number(std::string_view cell);
+    // Of the name of a species.
+    [[nodiscard]] const SharedText& name(std::size_t number) const { return names_[number]; }
+    [[nodiscard]] std::size_t size() const { return names_.size(); }
+
+  private:
+    [[nodiscard]] std::optional<std::size_t> find(std::string_view name) const;
+    void insert(std::size_t number);
+
+    // Names by their hash, in open addressing: a look-up touches little memory.
+    struct Slot {
+        std::uint32_t hash = 0;
+        std::uint32_t place = 0;  // the number of the name + 1; 0: free
+    };
+    std::vector<Slot> slots_;  // a power of two, at most half full
+    std::vector<SharedText> names_;
+    // Of cells that are no name to the letter, and of the canonical forms of names.
+    std::unordered_map<std::string, std::size_t, BytesHash, std::equal_to<>> others_;
+    std::unordered_map<std::string, std::size_t> canonical_;
+    std::size_t last_ = 0;
+    NamePool* pool_;
+};
+
+class CensusGatherer {
+  public:
+    explicit CensusGatherer(NamePool* pool) : species(pool) {}
+
+    SpeciesNumbers species;
+    std::vector<MockCensus> censuses;
+
+    std::size_t add(MockCensus census);
+    // The census of the key, to which the notes are added if it has none; otherwise a new one.
+    std::size_t open(MockCensus census, std::string key);
+    // The place of the species, by its number, among the taxa of the census; absent without it.
+    // Only sure for a table whose every taxon was looked for before it was added.
+    std::optional<std::size_t> find(std::size_t census, std::size_t number);
+    void addTaxon(std::size_t census, std::size_t number, std::int64_t abundance);
+    // All taxa of a census, whose species are never looked for.
+    struct Taxon {
+        std::size_t number;
+        std::int64_t abundance;
+    };
+    void setTaxa(std::size_t census, const std::vector<Taxon>& taxa);
+
+  private:
+    struct Place {
+        std::size_t census = SIZE_MAX;
+        std::size_t taxon = 0;
+    };
+    using Index = std::unordered_map<const std::string*, std::size_t>;
+
+    void enter(std::size_t number);
+
+    std::unordered_map<std::string, std::size_t> censusOfKey_;
+    std::vector<Place> lastPlaces_;      // of each species
+    std::size_t newCensus_ = SIZE_MAX;   // the last that was made; no other had a taxon since
+    std::size_t newSpecies_ = SIZE_MAX;  // first met, and no other since
+    std::unordered_map<std::size_t, Index> indices_;  // of censuses whose species came out of order
+};
+
+}  // namespace zorvel

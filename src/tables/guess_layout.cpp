@@ -1,0 +1,112 @@
+#include <algorithm>
+
+#include "base/numbers.h"
+#include "tables/cells.h"
+#include "tables/guess_parts.h"
+#include "tables/words.h"
+
+namespace zorvel {
+namespace {
+
+// A row of words over columns of numbers.
+bool isHeaderRow(const SampleGrid& grid, std::size_t i) {
+    std::size_t filled = 0;
+    std::size_t words = 0;
+    for (std::size_t column = 1; column < grid.row(i).cells.size(); ++column) {
+        const std::string_view cell = grid.cell(i, column);
+        if (cell.empty()) continue;
+        ++filled;
+        words += !(isMissingMark(cell) || presenceMark(cell) || isNumberOfAnyForm(cell));
+    }
+    const auto meaning = headerMeaning(grid.cell(i, 0));
+    const bool corner = i == 0 && (grid.cell(i, 0).empty() || meaning);
+    return filled > 0 && (words * 10 >= filled * 8 || corner);
+}
+
+bool hasCountsBelow(const SampleGrid& grid, std::size_t header) {
+    for (std::size_t column = 1; column < grid.width(); ++column) {
+        if (grid.factsOf(header, column).isOfCounts()) return true;
+    }
+    return false;
+}
+
+template <class Looks>
+double shareOf(const std::vector<std::string_view>& texts, const Looks& looks) {
+    if (texts.empty()) return 0;
+    return static_cast<double>(std::count_if(texts.begin(), texts.end(), looks)) /
+           static_cast<double>(texts.size());
+}
+
+}  // namespace
+
+std::optional<ColumnRole> metadataOf(const SampleGrid& grid, std::size_t i) {
+    const auto meaning = headerMeaning(grid.cell(i, 0));
+    if (!meaning) return std::nullopt;
+    switch (meaning->role) {
+        case ColumnRole::latitude:
+        case ColumnRole::longitude:
+        case ColumnRole::date:
+        case ColumnRole::notes:
+        case ColumnRole::ignored:
+            return meaning->role;
+        default:
+            return std::nullopt;
+    }
+}
+
+// Up to three rows of names, and those of metadata.
+std::size_t headerHeight(const SampleGrid& grid) {
+    std::size_t height = 0;
+    while (height < grid.height() &&
+           (height > 0 && metadataOf(grid, height) ? height < 12
+                                                   : height < 3 && isHeaderRow(grid, height))) {
+        ++height;
+    }
+    // Words in every row: the columns are not counts, and one row is the header.
+    if (height == 3 && !hasCountsBelow(grid, height)) height = 1;
+    return std::min(height, grid.height());
+}
+
+bool isShort(const SampleGrid& grid, std::size_t header) {
+    if (header == 0 || grid.height() <= header) return false;
+    return filledWidth(grid.row(0)) + 1 == grid.width() &&
+           filledWidth(grid.row(header)) == grid.width() && !grid.cell(0, 0).empty();
+}
+
+double speciesRowsScore(const SampleGrid& grid, std::size_t header) {
+    std::vector<std::string_view> headers;
+    std::vector<std::string_view> labels;
+    for (std::size_t column = 1; header > 0 && column < grid.width(); ++column) {
+        if (!grid.cell(0, column).empty()) headers.push_back(grid.cell(0, column));
+    }
+    for (std::size_t i = header; i < grid.height(); ++i) labels.push_back(grid.cell(i, 0));
+    // Rows that are only numbered are samples.
+    double score = -shareOf(
+        labels, [](std::string_view label) { return parseWholeInteger(label).has_value(); });
+    for (std::size_t column = 0; header > 0 && column < std::min<std::size_t>(3, grid.width());
+         ++column) {
+        const auto meaning = headerMeaning(grid.cell(0, column));
+        if (!meaning) continue;
+        if (meaning->role == ColumnRole::species) score += 3;
+        if (meaning->role == ColumnRole::census) score -= 3;
+        if (meaning->role == ColumnRole::species || meaning->role == ColumnRole::census) break;
+    }
+    score += 2 * shareOf(labels, looksLikeSpeciesName) - 2 * shareOf(headers, looksLikeSpeciesName);
+    score += shareOf(headers, looksLikeCensusName) - shareOf(labels, looksLikeCensusName);
+    for (const std::string_view text : headers) {
+        const auto meaning = headerMeaning(text);
+        if (!meaning) continue;
+        if (text == "taxonomy") score += 2;
+        const bool tellsOfCensus = meaning->role == ColumnRole::latitude ||
+                                   meaning->role == ColumnRole::longitude ||
+                                   meaning->role == ColumnRole::date;
+        if (tellsOfCensus) score -= 1.5;
+    }
+    for (std::size_t i = 1; i < header; ++i) {
+        if (metadataOf(grid, i)) score += 1.5;
+    }
+    if (grid.height() - header > 3 * (grid.width() - 1)) score += 0.3;
+    return score;
+}
+
+}  // namespace zorvel

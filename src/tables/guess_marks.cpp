@@ -1,0 +1,166 @@
+#include <algorithm>
+#include <cmath>
+
+#include "tables/cells.h"
+#include "tables/guess_parts.h"
+#include "tables/words.h"
+
+namespace zorvel {
+namespace {
+
+double valueOf(std::string_view cell, NumberMarks marks) {
+    return tableNumber(cell, marks).value_or(0);
+}
+
+bool agree(double a, double b) {
+    return std::abs(a - b) <= 1e-9 * std::max(1.0, std::abs(b));
+}
+
+// A column after the counts, headed by a total word, whose numbers are the sums of their rows.
+bool isTotalsColumn(const SampleGrid& grid, const TableReading& reading, std::size_t total,
+                    NumberMarks marks) {
+    std::size_t right = 0;
+    std::size_t rows = 0;
+    for (std::size_t i = reading.headerRows.size(); i < grid.height(); ++i) {
+        double sum = 0;
+        for (std::size_t column = 0; column < grid.width(); ++column) {
+            if (column != total && reading.role(column) == ColumnRole::count) {
+                sum += valueOf(grid.cell(i, column), marks);
+            }
+        }
+        if (grid.cell(i, total).empty()) continue;
+        ++rows;
+        right += agree(sum, valueOf(grid.cell(i, total), marks));
+    }
+    return rows > 0 && right * 10 >= rows * 9;
+}
+
+struct MarkCounts {
+    std::size_t commas = 0;  // d,d and not a group of three
+    std::size_t points = 0;  // d.d likewise
+    std::size_t commaGroups = 0;
+    std::size_t pointGroups = 0;
+    std::size_t blankGroups = 0;
+    std::size_t severalGroups = 0;  // 1,234,567: nothing else
+};
+
+bool isGrouped(std::string_view cell, char mark, char decimal) {
+    return (mark == ' ' || cell.find(mark) != std::string_view::npos) &&
+           tableNumber(cell, {decimal, mark}).has_value() && !tableNumber(cell, {decimal, 0});
+}
+
+void countMarks(std::string_view cell, bool groupable, MarkCounts& marks) {
+    if (cell.empty() || isDigits(cell)) return;
+    const bool comma = tableNumber(cell, {',', 0}) && cell.find(',') != std::string_view::npos;
+    const bool point = tableNumber(cell, {'.', 0}) && cell.find('.') != std::string_view::npos;
+    if (groupable && isGrouped(cell, ',', '.')) {
+        ++marks.commaGroups;
+    } else if (comma) {
+        ++marks.commas;
+    }
+    if (groupable && isGrouped(cell, '.', ',')) {
+        ++marks.pointGroups;
+    } else if (point) {
+        ++marks.points;
+    }
+    marks.severalGroups += std::count(cell.begin(), cell.end(), ',') > 1 ||
+                           std::count(cell.begin(), cell.end(), '.') > 1;
+    marks.blankGroups += isGrouped(cell, ' ', '.') || isGrouped(cell, ' ', ',');
+}
+
+// Degrees are never grouped.
+bool isGroupable(ColumnRole role) {
+    return role == ColumnRole::count || role == ColumnRole::total;
+}
+
+bool isNumeric(ColumnRole role) {
+    return isGroupable(role) || role == ColumnRole::latitude || role == ColumnRole::longitude;
+}
+
+}  // namespace
+
+void guessMarks(const SampleGrid& grid, TableGuess& guess) {
+    TableReading& reading = guess.reading;
+    MarkCounts found;
+    for (std::size_t i = 0; i < reading.headerRows.size(); ++i) {
+        const ColumnRole role = reading.headerRows[i];
+        if (role != ColumnRole::latitude && role != ColumnRole::longitude) continue;
+        for (const std::string_view cell : grid.row(i).cells) countMarks(cell, false, found);
+    }
+    for (std::size_t i = reading.headerRows.size(); i < grid.height(); ++i) {
+        for (std::size_t column = 0; column < grid.width(); ++column) {
+            if (isNumeric(reading.role(column)) && !grid.isSummary(i)) {
+                countMarks(grid.cell(i, column), isGroupable(reading.role(column)), found);
+            }
+        }
+    }
+    const char separator = reading.form.separator;
+    if (separator != ',' && found.commas > found.points) reading.decimalMark = ',';
+    const bool point = reading.decimalMark == '.';
+    if (found.blankGroups > 0) reading.thousandsMark = ' ';
+    // 1,234 and 1.234 may be either: asked, unless another number gives it away.
+    const std::size_t groups = point ? found.commaGroups : found.pointGroups;
+    if (groups > 0) {
+        reading.thousandsMark = point ? ',' : '.';
+        const bool sure = found.commas > 0 || found.points > 0 || found.severalGroups > 0;
+        if (!sure) guess.doubts.push_back(TableDoubt::thousandsMark);
+    }
+    // A number of a workbook has no other point than that of a fraction.
+    const std::size_t likeGroups = point ? found.pointGroups : found.commaGroups;
+    if (groups == 0 && likeGroups > 0 && reading.sheet.empty()) {
+        guess.doubts.push_back(TableDoubt::thousandsMark);
+    }
+}
+
+void guessDateOrder(const SampleGrid& grid, TableGuess& guess) {
+    TableReading& reading = guess.reading;
+    bool needed = false;
+    const auto look = [&](std::string_view cell) {
+        needed |= tableDate(cell, DateOrder::unknown).needsOrder;
+        const DateOrder order = dateOrderOf(cell);
+        if (order != DateOrder::unknown && reading.dateOrder == DateOrder::unknown) {
+            reading.dateOrder = order;
+        }
+    };
+    for (std::size_t i = 0; i < grid.height(); ++i) {
+        const bool dates =
+            i < reading.headerRows.size() && reading.headerRows[i] == ColumnRole::date;
+        for (std::size_t column = 0; column < grid.width(); ++column) {
+            const bool dated =
+                i >= reading.headerRows.size() && reading.role(column) == ColumnRole::date;
+            if (dates || dated) look(grid.cell(i, column));
+        }
+    }
+    if (needed && reading.dateOrder == DateOrder::unknown)
+        guess.doubts.push_back(TableDoubt::dateOrder);
+}
+
+void settleTotals(const SampleGrid& grid, TableReading& reading) {
+    for (std::size_t column = 0; column < reading.columns.size(); ++column) {
+        if (reading.columns[column] != ColumnRole::total) continue;
+        const auto meaning = headerMeaning(grid.cell(0, column));
+        if (meaning && meaning->rank > 0) {
+            reading.columns[column] = ColumnRole::ignored;
+        } else if (!isTotalsColumn(grid, reading, column,
+                                   {reading.decimalMark, reading.thousandsMark})) {
+            const bool counts = grid.factsOf(reading.headerRows.size(), column).isOfCounts();
+            reading.columns[column] = counts ? ColumnRole::count : ColumnRole::ignored;
+        }
+    }
+}
+
+bool isPresenceTable(const SampleGrid& grid, const TableReading& reading) {
+    bool any = false;
+    for (std::size_t i = reading.headerRows.size(); i < grid.height(); ++i) {
+        if (grid.isSummary(i)) continue;
+        for (std::size_t column = 0; column < grid.width(); ++column) {
+            if (reading.role(column) != ColumnRole::count) continue;
+            const std::string_view cell = grid.cell(i, column);
+            if (!presenceMark(cell)) return false;
+            any |= cell == "x" || cell == "X";
+        }
+    }
+    return any;
+}
+
+}  // namespace zorvel

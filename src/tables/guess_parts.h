@@ -1,0 +1,48 @@
+// The questions that make up the guess of a table, each in its file: the form of the text, the
+// header and the layout, the roles of columns, and the marks of its cells. Pure.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "tables/sample_grid.h"
+
+namespace zorvel {
+
+// guess_form.cpp
+struct FormGuess {
+    TextForm form;
+    bool doubtful = false;
+};
+FormGuess guessForm(std::string_view head, bool isWhole, const TableChoices& choices);
+
+// guess_layout.cpp
+std::size_t headerHeight(const SampleGrid& grid);
+// The header lacks the cell above the first column.
+bool isShort(const SampleGrid& grid, std::size_t header);
+// Of a row above species rows: what it tells of each census.
+std::optional<ColumnRole> metadataOf(const SampleGrid& grid, std::size_t i);
+// Positive: a row for each species.
+double speciesRowsScore(const SampleGrid& grid, std::size_t header);
+
+// guess_roles.cpp
+using WordRoles = std::vector<std::optional<ColumnRole>>;
+// Roles by the words of the header, of each role the column of the lowest rank.
+WordRoles rolesByWords(const SampleGrid& grid);
+// A row for each record: headers for species and census, and one for counts or hardly a number
+// without a role.
+bool isLong(const SampleGrid& grid, const WordRoles& roles);
+std::vector<ColumnRole> recordRoles(const SampleGrid& grid, const WordRoles& roles);
+std::vector<ColumnRole> wideRoles(const SampleGrid& grid, const TableReading& reading,
+                                  const WordRoles& roles);
+
+// guess_marks.cpp
+void guessMarks(const SampleGrid& grid, TableGuess& guess);
+void guessDateOrder(const SampleGrid& grid, TableGuess& guess);
+// Keeps the role of a total only where the sums agree.
+void settleTotals(const SampleGrid& grid, TableReading& reading);
+bool isPresenceTable(const SampleGrid& grid, const TableReading& reading);
+
+}  // namespace zorvel

@@ -1,0 +1,162 @@
+#include "tables/sample_grid.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <map>
+
+#include "base/numbers.h"
+#include "tables/cells.h"
+#include "tables/words.h"
+
+namespace zorvel {
+namespace {
+
+bool isFilledCell(std::string_view cell) {
+    return !cell.empty();
+}
+
+// The most frequent value of what is counted; the larger of equally frequent ones.
+std::size_t mode(const std::vector<std::size_t>& counts) {
+    std::map<std::size_t, std::size_t> found;
+    for (const std::size_t count : counts) ++found[count];
+    std::size_t best = 0;
+    std::size_t times = 0;
+    for (const auto& [value, number] : found) {
+        if (value > 0 && number >= times) {
+            best = value;
+            times = number;
+        }
+    }
+    return best;
+}
+
+// Two numbers alone above a table: how many species and samples it has.
+bool isSizeLine(const SampleRow& row) {
+    return filledCells(row) == 2 && filledWidth(row) == 2 && tableNumber(row.cells[0], {}) &&
+           tableNumber(row.cells[1], {});
+}
+
+bool isSummaryRow(const SampleRow& row) {
+    const auto filled = std::find_if(row.cells.begin(), row.cells.end(), isFilledCell);
+    if (filled == row.cells.end()) return false;
+    const auto meaning = headerMeaning(*filled);
+    return meaning && meaning->role == ColumnRole::total;
+}
+
+bool isCountLike(std::string_view cell) {
+    return isMissingMark(cell) || presenceMark(cell) || isNumberOfAnyForm(cell);
+}
+
+bool isFractionOrNegative(std::string_view cell) {
+    const auto isOf = [cell](NumberMarks marks) {
+        const auto kind = cellCount(cell, marks).kind;
+        return kind == CellCount::Kind::fraction || kind == CellCount::Kind::negative;
+    };
+    const bool grouped = tableNumber(cell, {'.', ','}) && tableNumber(cell, {',', '.'});
+    return (isOf({'.', 0}) || isOf({',', 0})) && !grouped;
+}
+
+void addFact(ColumnFacts& facts, std::string_view cell) {
+    if (cell.empty()) return;
+    ++facts.filled;
+    if (isDigits(cell)) {
+        ++facts.counts;
+        return;
+    }
+    facts.counts += isCountLike(cell);
+    facts.measured += isFractionOrNegative(cell);
+}
+
+}  // namespace
+
+std::size_t filledCells(const SampleRow& row) {
+    return static_cast<std::size_t>(
+        std::count_if(row.cells.begin(), row.cells.end(), isFilledCell));
+}
+
+std::size_t filledWidth(const SampleRow& row) {
+    std::size_t width = row.cells.size();
+    while (width > 0 && row.cells[width - 1].empty()) --width;
+    return width;
+}
+
+bool isComment(const SampleRow& row) {
+    return !row.cells.empty() && row.cells.front().starts_with('#');
+}
+
+bool isDigits(std::string_view cell) {
+    return !cell.empty() &&
+           std::all_of(cell.begin(), cell.end(), [](char c) { return c >= '0' && c <= '9'; });
+}
+
+bool isNumberOfAnyForm(std::string_view cell) {
+    return isDigits(cell) || tableNumber(cell, {'.', 0}) || tableNumber(cell, {',', 0}) ||
+           tableNumber(cell, {'.', ','}) || tableNumber(cell, {',', '.'}) ||
+           tableNumber(cell, {'.', ' '});
+}
+
+Block findBlock(const SampleRows& rows, const TableChoices& choices) {
+    Block block;
+    std::vector<std::size_t> filledOf;
+    std::vector<std::size_t> widths;
+    for (const SampleRow& row : rows) {
+        filledOf.push_back(filledCells(row));
+        widths.push_back(filledWidth(row));
+    }
+    const std::size_t filled = mode(filledOf);
+    block.width = mode(widths);
+    const auto isFull = [&](std::size_t i) { return filledOf[i] * 10 >= filled * 6; };
+    for (; block.first < rows.size(); ++block.first) {
+        const std::size_t i = block.first;
+        if (choices.firstRow) {
+            if (rows[i].number >= *choices.firstRow) break;
+            continue;
+        }
+        const bool isHeading =
+            isComment(rows[i]) && isFull(i) && i + 1 < rows.size() && !isComment(rows[i + 1]);
+        const bool isRow = isFull(i) && (!isComment(rows[i]) || isHeading);
+        if (isRow && !(filled > 2 && isSizeLine(rows[i]))) break;
+    }
+    // Cells at the right end of sparse rows are empty.
+    if (block.first < rows.size()) block.width = std::max(block.width, widths[block.first]);
+    // Only notes follow the first empty row below the last full one.
+    std::size_t full = rows.size();
+    while (full > block.first && !isFull(full - 1)) --full;
+    block.end = full;
+    while (block.end < rows.size() && filledOf[block.end] > 0) ++block.end;
+    return block;
+}
+
+SampleGrid::SampleGrid(const SampleRows& rows, const Block& block) : rows_(&rows), block_(block) {
+    for (std::size_t i = 0; i < height(); ++i) summaries_.push_back(isSummaryRow(row(i)));
+}
+
+ColumnFacts SampleGrid::factsOf(std::size_t header, std::size_t column) const {
+    ColumnFacts facts;
+    for (std::size_t i = header; i < height(); ++i) {
+        if (!isSummary(i)) addFact(facts, cell(i, column));
+    }
+    return facts;
+}
+
+std::vector<ColumnFacts> SampleGrid::factsOf(std::size_t header) const {
+    std::vector<ColumnFacts> facts(width());
+    for (std::size_t i = header; i < height(); ++i) {
+        for (std::size_t column = 0; column < width() && !isSummary(i); ++column) {
+            addFact(facts[column], cell(i, column));
+        }
+    }
+    return facts;
+}
+
+bool SampleGrid::holdsRowNumbers(std::size_t header, std::size_t column) const {
+    for (std::size_t i = header; i < height(); ++i) {
+        if (cell(i, column).empty()) continue;
+        const auto number = parseWholeInteger(cell(i, column));
+        const auto place = static_cast<std::int64_t>(i - header);
+        if (number != place + 1 && number != place) return false;
+    }
+    return true;
+}
+
+}  // namespace zorvel

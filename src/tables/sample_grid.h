@@ -1,0 +1,77 @@
+// The first rows of a table as the guess looks at them: its block without titles and footnotes, and
+// what its columns hold. Parts of guess.h. Pure.
+#pragma once
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "tables/guess.h"
+
+namespace zorvel {
+
+struct SampleRow {
+    std::size_t number = 0;
+    std::vector<std::string_view> cells;
+    std::unique_ptr<char[]> text;  // of the cells, unless it is elsewhere
+};
+using SampleRows = std::vector<SampleRow>;
+
+std::size_t filledCells(const SampleRow& row);
+// The width without empty cells at the right end.
+std::size_t filledWidth(const SampleRow& row);
+bool isComment(const SampleRow& row);
+
+// A number with either mark, or grouped digits.
+bool isNumberOfAnyForm(std::string_view cell);
+bool isDigits(std::string_view cell);
+
+// The rows between titles and footnotes.
+struct Block {
+    std::size_t first = 0;  // indices into the sample's head
+    std::size_t end = 0;
+    std::size_t width = 0;
+};
+Block findBlock(const SampleRows& rows, const TableChoices& choices);
+
+// What the cells of a column hold, from a row on.
+struct ColumnFacts {
+    std::size_t filled = 0;
+    std::size_t counts = 0;    // that may stand where a count is expected
+    std::size_t measured = 0;  // numbers that are no counts: with a fraction or below zero
+
+    // A column without any is one too.
+    [[nodiscard]] bool isOfCounts() const { return counts * 10 >= filled * 7; }
+    [[nodiscard]] bool isMeasured() const { return measured * 2 > filled; }
+};
+
+class SampleGrid {
+  public:
+    SampleGrid() = default;
+    SampleGrid(const SampleRows& rows, const Block& block);
+
+    [[nodiscard]] const SampleRow& row(std::size_t i) const { return (*rows_)[block_.first + i]; }
+    [[nodiscard]] std::size_t height() const { return block_.end - block_.first; }
+    [[nodiscard]] std::size_t width() const { return block_.width; }
+    [[nodiscard]] std::string_view cell(std::size_t i, std::size_t column) const {
+        const auto& cells = row(i).cells;
+        return column < cells.size() ? cells[column] : std::string_view();
+    }
+    // A total or an index over the rows above.
+    [[nodiscard]] bool isSummary(std::size_t i) const { return summaries_[i]; }
+
+    // Of one column, or of all of them, below the header rows.
+    [[nodiscard]] ColumnFacts factsOf(std::size_t header, std::size_t column) const;
+    [[nodiscard]] std::vector<ColumnFacts> factsOf(std::size_t header) const;
+    // Counts the rows from 0 or 1.
+    [[nodiscard]] bool holdsRowNumbers(std::size_t header, std::size_t column) const;
+
+  private:
+    const SampleRows* rows_ = nullptr;
+    Block block_;
+    std::vector<bool> summaries_;  // of each row of the block
+};
+
+}  // namespace zorvel
