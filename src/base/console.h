@@ -20,8 +20,8 @@ void setConsoleSink(ConsoleSink sink);
 
 void writeConsoleLine(std::string_view line);
 
-// While it lives, the lines that this thread writes are kept here and do not go to the sink: for
-// work on several threads whose lines are to come in order.
+// While it lives, the lines that this thread writes are kept here and do not go to the sink, so
+// that the lines of work on several threads can be written in order.
 class HeldConsoleLines {
   public:
     HeldConsoleLines();

@@ -96,7 +96,7 @@ int writeWherever(std::string path, const ByteProducer& produce) {
     if (path.empty()) return ENOENT;
     if (const int error = followLinks(path, namesNoDescriptor)) return error;
     if (const int descriptor = descriptorNamed(path); descriptor >= 0) {
-        std::fflush(stdout);  // what was printed before comes before
+        std::fflush(stdout);  // earlier output comes first
         return writeAll(descriptor, produce);
     }
     struct stat status {};

@@ -32,7 +32,7 @@ void onThreads(std::size_t count, unsigned threads, Work work) {
     std::vector<std::jthread> others;
     try {
         for (std::size_t i = 1; i < useful; ++i) others.emplace_back(run);
-    } catch (const std::system_error&) {  // the system has no more threads: fewer do it
+    } catch (const std::system_error&) {  // no more threads: fewer do the work
     }
     run();
 }

@@ -75,7 +75,7 @@ QStringList DocumentController::recentPaths() const {
     return recent_.list();
 }
 
-// One look at a time: on a dead network it never ends.
+// One look at a time: on a dead network it may never end.
 void DocumentController::lookForRecentPaths() {
     if (std::exchange(lookingForRecent_, true)) return;
     jobs_.start(
@@ -170,7 +170,7 @@ bool DocumentController::isClosing(const Document& document) const {
                        [&](const auto& closing) { return closing.get() == &document; });
 }
 
-// Each time that the state of any document has changed.
+// Called each time that the state of a document has changed.
 void DocumentController::continueClosing(Document& document) {
     resumeWaiting();
     DocumentSaver& saver = document.saver_;
@@ -183,9 +183,9 @@ void DocumentController::continueClosing(Document& document) {
 }
 
 void DocumentController::leaveAside(Document& document) {
-    const QString told = projectMessage(document.displayName(), *document.problem());
+    const QString message = projectMessage(document.displayName(), *document.problem());
     document.saver_.release(false);
-    emit changesWereKept(told + " " + tr("The changes are kept in an untitled project."));
+    emit changesWereKept(message + " " + tr("The changes are kept in an untitled project."));
 }
 
 void DocumentController::forget(Document& document) {

@@ -133,7 +133,7 @@ bool DocumentController::mustWait(const FileIdentity& identity) const {
                        [](const Document* document) { return document->saver_.isMakingFile(); });
 }
 
-// Each is located again: its path may lead to another file by now.
+// Their paths may lead to other files by now, so each is located again.
 void DocumentController::resumeWaiting() {
     const auto stays = [this](const Request& request) {
         const Document* document = documentAt(*request.identity);

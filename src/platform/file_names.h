@@ -56,8 +56,8 @@ class UntitledFolder {
     QSet<QString> claimed_;
 };
 
-// The files that were opened or saved last, kept between runs in the settings. Looks at no file: a
-// disk may take its time.
+// The files that were opened or saved last, kept between runs in the settings. Does not access the
+// files themselves, whose disk may be slow.
 class RecentPaths {
   public:
     static constexpr int kept = 10;
@@ -67,8 +67,8 @@ class RecentPaths {
     void add(const QString& path);
     static void clear();
 
-    // For a look at the disk, which may take long: what was added since it began is not missing,
-    // whatever it found.
+    // For a look at the disk, which may take long: what was added since it began does not count as
+    // missing, even if the look did not find it.
     QStringList beginLook();
     void endLook(const QStringList& missing);
 

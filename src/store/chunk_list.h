@@ -25,7 +25,7 @@ using Chunk = std::vector<Record>;
 template <class Record>
 using ChunkList = std::vector<std::shared_ptr<const Chunk<Record>>>;
 
-// A record as it is to be from now on: a new one, another in place of that identity, or none.
+// A change of a list: the record of that identity is inserted or replaced, or removed if absent.
 template <class Record>
 struct RecordChange {
     RecordId id = 0;

@@ -30,7 +30,7 @@ class NameLedger {
     std::int64_t use(const SharedText& text);
     void release(const SharedText& text);
 
-    // What the write must bring about: calls insert(id, text) and remove(id).
+    // The rows that the write must change: calls insert(id, text) and remove(id).
     template <class Insert, class Remove>
     void forEachRowChange(Insert&& insert, Remove&& remove) const {
         for (const Entry* entry : touched_) {

@@ -34,7 +34,7 @@ class RowBatch {
         if (rows_.size() == rowsPerStatement) writeMany();
     }
 
-    // Writes what waits.
+    // Writes the rows that wait.
     void flush() {
         for (const Row& row : rows_) {
             row.bind(one_, 1);
@@ -43,7 +43,7 @@ class RowBatch {
         rows_.clear();
     }
 
-    // Forgets what waits, after a failure.
+    // Drops the rows that wait, after a failure.
     void forget() { rows_.clear(); }
 
   private:
