@@ -12,9 +12,9 @@ enum class FileKind { list, census, matrix, ios };
 // whole number; otherwise matrix.
 FileKind guessFileKind(std::string_view text);
 
-// Whether the text can be nothing else: a list and a phone export by the guess alone, a matrix if
-// it has two species or more, none of them a number, and its first row fits. A name and a number
-// per line may be a census or a matrix of one species: never certain.
+// True if the text can be of no other kind. A guess of list or phone export is always certain; a
+// matrix is if it has two species or more, none of them a number, and its first row fits. A name
+// and a number per line may be a census or a matrix of one species, so a census is never certain.
 bool isCertain(FileKind guess, std::string_view text);
 
 // Which character separates the cells of a text in which a parser for commas finds nothing, for

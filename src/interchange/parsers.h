@@ -2,10 +2,9 @@
 // byte-order mark. On any problem there is no record at all, one or two console lines, and a place.
 // Time is linear in the text. Memory is that of the records (24 bytes per taxon, 120 per census,
 // and each text once), up to three times that while a list of them grows, and for a matrix its
-// header: even a text made for it (one letter per line) takes under 200 bytes per byte, and a
-// message quotes a cell once. The stop is checked before each record: a parser that is stopped
-// returns nothing, neither records nor lines. The names of taxa come from the pool, if one is
-// given, and are kept once each in any case.
+// header. The worst text (one letter per line) takes less than 200 bytes per byte; a message quotes
+// a cell once. The stop is checked before each record; a stopped parser returns neither records nor
+// lines. Each name of a taxon is kept once, in the pool if one is given.
 #pragma once
 
 #include <cstddef>
@@ -71,7 +70,7 @@ struct Parsed {
     std::optional<T> value;
     std::vector<std::string> consoleLines;
     TextPlace place;
-    std::string advice;  // what to do about the problem, where that is known: not for the console
+    std::string advice;  // how to solve the problem, if known: not for the console
     LeftOut leftOut;     // of the records
 
     friend bool operator==(const Parsed&, const Parsed&) = default;
@@ -79,7 +78,7 @@ struct Parsed {
 
 using ParsedCensuses = Parsed<std::vector<MockCensus>>;
 
-// What a parser returns that has met a problem: nothing but the line that tells of it.
+// The result of a parser that found a problem: only the line that describes it.
 template <class T>
 Parsed<T> refused(std::string consoleLine, TextPlace place = {}) {
     Parsed<T> result;
@@ -107,7 +106,7 @@ Parsed<std::vector<MockCensus>> parseIOSFile(std::string_view text,
                                              NamePool* names = nullptr);
 
 // "Mar 5, 2016 3:42 PM" in the computer's current time zone; second 0. A time that daylight saving
-// skips moves forward; a day, hour or minute that the calendar does not have gives nothing.
+// skips moves forward; a day, hour or minute that does not exist gives nothing.
 Parsed<TimeStamp> parseIOSDate(std::string_view text);
 
 // Taxon names for completion. No text (no file could be read) gives an empty list and a warning.

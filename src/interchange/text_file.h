@@ -1,5 +1,5 @@
-// Files that are read as text. Messages are parts of sentences that follow the file's name, which
-// they do not hold. Any thread, one at a time.
+// Files that are read as text. Messages are parts of sentences, to follow the file's name. Any
+// thread, one at a time.
 #pragma once
 
 #include <sys/stat.h>
@@ -17,8 +17,8 @@ namespace zorvel {
 // then the rest.
 class InputFile {
   public:
-    // A regular file. A pipe or a device is refused without being opened: it might never give a
-    // byte.
+    // A regular file. Pipes and devices are refused without being opened, since reading them might
+    // never end.
     static Result<InputFile> open(const std::string& path);
     // The same, but also a pipe or a terminal, and standard input for "-". Devices that may never
     // end are refused.
@@ -29,7 +29,7 @@ class InputFile {
     // Reads on until start() has that size or the file ends. A file that cannot be read ends too:
     // bytes() says why.
     void readStart(std::size_t size);
-    // start() is the whole file, which is closed.
+    // True if start() is the whole file, which is then closed.
     [[nodiscard]] bool atEnd() const { return atEnd_; }
 
     // All of it, or why it cannot be read; nothing is left to read afterwards.

@@ -12,8 +12,8 @@
 
 namespace zorvel {
 
-// What the metrics of one census take from its counts, gathered in one pass without memory on the
-// heap. It refers to the counts that it was made from. For one thread at a time.
+// The sums over the counts of one census that its metrics share, computed in one pass without heap
+// memory. Refers to the counts. For one thread at a time.
 //
 // Most taxa of a census are rare, so counts below 64 are tallied by value: a sum over shares then
 // takes one logarithm per distinct small count instead of one per taxon.
@@ -37,8 +37,7 @@ class AbundanceTally {
         return taxaWith(1) + taxaWith(2) + taxaWith(3) + taxaWith(4) == richness_;
     }
 
-    // The sum of p ln p and the sum of p (1 - p) over the shares p, worked out when first asked
-    // for.
+    // The sum of p ln p and the sum of p (1 - p) over the shares p, computed when first needed.
     struct ShareSums {
         double entropy = 0;
         double unlike = 0;

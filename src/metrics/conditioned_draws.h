@@ -8,8 +8,8 @@
 // f(t) = 1 - p + p exp(it),
 //     E[exp(it (X - n)); taxon i missing] = w(t) (u / f(t))^c_i, w(t) = f(t)^N exp(-int),
 // and the mean over t, divided by that of w, is the conditional chance. The integrand is periodic
-// and smooth, so equally spaced angles give it to full precision (Trefethen & Weideman 2014), and
-// no more than some tens of them weigh anything. Time and memory are in proportion to the classes.
+// and smooth, so equally spaced angles give it to full precision (Trefethen & Weideman 2014); only
+// a few dozen of them contribute. Time and memory are in proportion to the classes.
 #pragma once
 
 #include <cstdint>
@@ -19,14 +19,14 @@
 
 namespace zorvel {
 
-// What each way of summing over the taxa of a subsample gives.
+// The result of a sum over the taxa of a subsample.
 struct MissingTaxa {
     long double expected = 0;  // sum of q_i: the mean number of taxa missing from the subsample
     long double variance = 0;  // of that number, and so of the number of taxa present
 };
 
-// n: from 1 to half of N = total. No two taxa may have more than N specimens together. What is
-// smaller than exp(-nats) is left out.
+// n: from 1 to half of N = total. No two taxa may have more than N specimens together. Terms
+// smaller than exp(-nats) are left out.
 MissingTaxa conditionedDraws(std::span<const AbundanceClass> classes, std::int64_t total,
                              std::int64_t n, long double nats);
 

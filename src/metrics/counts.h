@@ -8,8 +8,8 @@
 
 namespace zorvel {
 
-// One entry per taxon, its number of specimens. An entry below 1 is an absent taxon; the order
-// carries no meaning. Sums of entries are taken to fit in 64 bits; a sum that does not saturates.
+// One entry per taxon: its number of specimens. An entry below 1 is an absent taxon; the order has
+// no meaning. A sum that does not fit in 64 bits saturates.
 using CountsVector = std::vector<std::int64_t>;
 using CountsView = std::span<const std::int64_t>;
 

@@ -1,5 +1,5 @@
-// The metrics of a whole project that no counts of a single sample give: averages over its
-// censuses. Safe on any thread, given a random source of its own.
+// Averages of metrics over the censuses of a project. Safe on any thread, with a random source of
+// its own.
 #pragma once
 
 #include <cstdint>
@@ -18,7 +18,7 @@ namespace zorvel {
 MetricValues averageMetrics(const SparseCounts& counts);
 
 // The average over the rows of the expected richness of n specimens (individualBasedPoint). A
-// census of n specimens or fewer takes part with its richness, as it stands. NaN without rows.
+// census of n specimens or fewer counts with its richness. NaN without rows.
 double averageRarefiedRichness(const SparseCounts& counts, std::int64_t n,
                                RarefactionCalculator& calculator);
 

@@ -1,5 +1,5 @@
-// Where the analyses take their random numbers from. Passed in by the caller: the programs pass the
-// system's, tests and the --seed option a seeded one. One source serves one thread at a time.
+// The random numbers of the analyses, passed in by the caller: the programs use the system's, tests
+// and the --seed option a seeded generator. For one thread at a time.
 #pragma once
 
 #include <array>
@@ -75,8 +75,8 @@ class GeneratedRandom : public RandomSource {
     State state_;
 };
 
-// Other numbers at every run: the generator started from the system's random numbers (getrandom).
-// Not taken from the system one by one, which would be most of the time of an SQS estimate.
+// Different numbers in every run: the generator starts from random numbers of the system
+// (getrandom). Taking every number from the system would be most of the time of an SQS estimate.
 class SystemRandom final : public GeneratedRandom {
   public:
     SystemRandom();

@@ -77,10 +77,10 @@ class RarefactionCalculator {
     // Entry k of the table is ln k!.
     [[nodiscard]] std::int64_t logfactSize() const;
 
-    // The total up to which individual-based values have been held against quadruple precision.
+    // The largest total for which individual-based values were checked against quadruple precision.
     static constexpr std::int64_t kMostIndividuals = 1'000'000'000'000'000'000;
-    // 2 GiB of table. Sample-based rarefaction, which reads it, gives NaN for as many censuses or
-    // more, and where memory has no room for their entries.
+    // A table of 2 GiB. Sample-based rarefaction reads it, and gives NaN for this many censuses or
+    // more, or if there is no memory for the entries.
     static constexpr std::int64_t kMaxLogFactorials = std::int64_t{1} << 28;
 
   private:
@@ -94,7 +94,7 @@ class RarefactionCalculator {
     std::vector<double> logfact_;
 };
 
-// The calculator of this process, made at its first use and never released.
+// The calculator of this process, created when first used and never released.
 RarefactionCalculator& sharedCalculator();
 
 }  // namespace zorvel

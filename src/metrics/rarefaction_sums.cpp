@@ -14,7 +14,7 @@ namespace {
 // least a hundredth of N.
 constexpr std::int64_t kListedSums = 8192;
 
-// What is smaller than exp(-nats) may be left out of a sum over all pairs of taxa.
+// Terms smaller than exp(-nats) may be left out of a sum over all pairs of taxa.
 long double insignificantNats(std::int64_t richness) {
     return 2 * std::log(static_cast<long double>(richness)) + 40;
 }
@@ -33,7 +33,7 @@ std::int64_t largestPair(std::span<const AbundanceClass> classes) {
     return classes.size() > 1 ? last.count + classes[classes.size() - 2].count : 0;
 }
 
-// q(s) as the product that it is.
+// q(s) as a product.
 long double missingAll(std::int64_t s, std::int64_t total, std::int64_t n) {
     if (s > total - n) return 0;
     long double q = 1;
@@ -43,8 +43,8 @@ long double missingAll(std::int64_t s, std::int64_t total, std::int64_t n) {
     return q;
 }
 
-// Negative entries can leave N below the sum of two counts. That is no sampling any more, but the
-// sums still have a value; here n is small.
+// Negative entries can leave N below the sum of two counts. This is no longer sampling, but the
+// sums still have a value; n is small here.
 MissingTaxa overlappingTaxa(std::span<const AbundanceClass> classes, std::int64_t total,
                             std::int64_t n) {
     std::vector<long double> alone;

@@ -18,7 +18,7 @@ namespace zorvel {
 // The trials of every estimate that is shown or exported.
 inline constexpr std::int64_t sqsTrials = 100;
 
-// Why there is no estimate, or none but NaN.
+// Why there is no estimate, or why it is NaN.
 enum class SqsAbsence {
     none,  // there is one
     fewerThanElevenSpecimens,
@@ -36,7 +36,7 @@ struct SqsResult {
     SqsAbsence absence = SqsAbsence::none;
     double frequencySum = 0;  // F, the largest coverage within reach; 0 where it was not computed
 
-    // The console line for the absence; empty where there is none to write.
+    // The console line about the absence; empty if there is none.
     [[nodiscard]] std::string warning() const;
     void writeWarning() const;
 };

@@ -1,10 +1,10 @@
 // The trials of shareholder quorum subsampling. Internal to this folder and its tests.
 //
-// A trial draws specimens without replacement and asks only in which order the taxa first appear,
-// since coverage and richness change only then. While a set of taxa is unseen, all their specimens
-// are still there, so the next specimen of an unseen taxon belongs to taxon k with probability
-// count_k / (sum of the counts of the unseen taxa), whatever was drawn between. Drawing with
-// replacement in proportion to the counts and ignoring repeats gives each next taxon the same
+// A trial draws specimens without replacement. Only the order in which the taxa first appear
+// matters, since coverage and richness change only then. While a set of taxa is unseen, all their
+// specimens are still there, so the next specimen of an unseen taxon belongs to taxon k with
+// probability count_k / (sum of the counts of the unseen taxa), whatever was drawn between. Drawing
+// with replacement in proportion to the counts and ignoring repeats gives each next taxon the same
 // probability. Both orders have therefore the same distribution, and no pool of specimens is
 // needed.
 //
@@ -14,9 +14,9 @@
 //
 // Each class of equal counts is an interval of positions, as long as its specimens are many; the
 // unseen taxa hold the front of it. A draw is a uniform position: one in a front is a new taxon,
-// and one behind it a repeat. A guide table finds the interval in a step or two. When more repeats
-// were met than it costs, the intervals are laid out anew for the unseen taxa alone, and no
-// repeat is possible at first: a rare last taxon is not waited for.
+// and one behind it a repeat. A guide table finds the interval in a step or two. When the
+// repeats have cost more than a new layout, the intervals are laid out again for the unseen taxa
+// alone. Repeats are then impossible at first, so the last rare taxa do not take many draws.
 #pragma once
 
 #include <cstddef>

@@ -52,7 +52,8 @@ NameList censusNameList(const std::vector<Census>& censuses);
 // Of all censuses and taxa of the context.
 SparseCountsResult buildSparseCounts(const ObjectContext& context);
 
-// What a project asks of its window: the desktop's main view implements it. Main thread.
+// The window of a project, as the project sees it; the desktop's main view implements it. Main
+// thread.
 class MainView {
   public:
     MainView() = default;

@@ -1,5 +1,5 @@
-// What each metric means, how it is computed and who published it, and what went into the value at
-// hand: the words beside a value in the windows and in the help. Pure; safe on any thread.
+// The explanations beside a value in the windows and in the help: what each metric means, how it is
+// computed, who published it, and its inputs. Pure; safe on any thread.
 #pragma once
 
 #include <cstdint>

@@ -29,8 +29,8 @@ struct MetricsTable {
 // if there is no estimate.
 MetricRow metricRow(const Census& census, RandomSource& random);
 
-// Each census has a source of its own, so that a seed gives it the same row whatever stands before
-// it. goesOn() is asked before each; absent if it returns false.
+// Each census has its own source, so that with a seed its row does not depend on the other
+// censuses. goesOn() is called before each census; absent if it returns false.
 std::optional<MetricsTable> buildMetricsTable(const std::vector<Census>& censuses,
                                               const RandomSourceMaker& makeRandom,
                                               const std::function<bool()>& goesOn);

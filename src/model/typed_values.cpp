@@ -194,7 +194,7 @@ std::string_view withoutOuterSpace(std::string_view text) {
 std::optional<std::string> typedName(std::string_view typed) {
     const std::string line = onOneLine(typed);
     const std::size_t begin = skipSpaces(line, 0);
-    std::size_t end = begin;  // behind the last character that is no space
+    std::size_t end = begin;  // after the last character that is not a space
     for (std::size_t i = begin; i < line.size(); i = skipSpaces(line, i)) {
         if (spaceLength(line, i) == 0) end = ++i;
     }

@@ -1,5 +1,5 @@
-// Reads what the user types into the cells and fields of a record and into the preferences. A
-// problem is a sentence in English. The same under every locale. Any thread.
+// Reads what the user types into cells, fields and preferences. A problem is a sentence in English.
+// The same under every locale. Any thread.
 #pragma once
 
 #include <cstdint>
@@ -35,8 +35,8 @@ Typed<std::optional<TimeStamp>> parseTypedTime(std::string_view text);
 // As parseTypedTime reads it, with no more digits than it takes; in the computer's time zone.
 std::string typedTimeText(TimeStamp time);
 
-// A sample size of the preferences: an optional sign and digits that fit in 64 bits; of any value,
-// since whoever stores it limits it. White space is not passed over.
+// A sample size of the preferences: an optional sign and digits that fit in 64 bits, without white
+// space. Any value: the caller limits it.
 Typed<std::int64_t> parseTypedSampleSize(std::string_view text);
 
 // A quota of the preferences: one number as strtod reads it in the C locale (".75", "1e-1",

@@ -160,7 +160,7 @@ TEST_F(Projects, OpenElsewhereAreReadButNotImportedInto) {
     EXPECT_EQ(import({"three.csv"}).exitCode, 0);
 }
 
-// Reads back what is true: whoever repeats a call that failed would store the censuses twice.
+// A user who repeats a call that failed would otherwise store the censuses twice.
 TEST_F(Projects, AnImportIsDoneIfTheDiskFailsAfterTheWrite) {
     struct FailingFolders : CallListener {
         Verdict before(const FileCall& call) override { return {call.syncsFolder ? EIO : 0, 0}; }

@@ -144,7 +144,7 @@ TEST_F(InputFileTest, ProblemsComeInTheWordsOfTheSystem) {
     EXPECT_EQ(bytes(folder_).problem().message, "cannot be read: Is a directory");
     EXPECT_EQ(bytes("/dev/zero").problem().message, "cannot be read: it is a device");
     EXPECT_EQ(bytes("/dev/null").value(), "");
-    // Nobody writes to it: to open it as a file is opened would never end.
+    // Without a writer, opening it in the usual way would block.
     ASSERT_EQ(mkfifo(path("pipe.csv").c_str(), 0600), 0);
     for (const std::string& file : {path("pipe.csv"), "/dev/null"s}) {
         EXPECT_EQ(text(file).problem().message,

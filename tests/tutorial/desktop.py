@@ -66,8 +66,8 @@ class Desktop:
         return self
 
     def start(self):
-        # The server picks a free number and says it; the frame buffer is a file of its own form.
-        # Whoever can reach the socket may connect: programs may run here under other accounts.
+        # The server picks a free display number and reports it; its frame buffer is a file.
+        # Allow every local account to connect, since programs may run under other accounts.
         read, write = os.pipe()
         self.started.append(self.spawn(
             "Xvfb", "-displayfd", str(write), "-screen", "0", self.size, "-dpi", "96", "-ac",

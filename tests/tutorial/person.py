@@ -61,7 +61,7 @@ class Person:
             self.desktop.gone(closes)
 
     def press_until(self, key, copied):
-        """Whoever cannot see the focus asks what a copy gives."""
+        """Presses the key until a copy gives that text, since the focus cannot be seen."""
         for _ in range(30):
             self.desktop.keys(key)
             self.desktop.put("nothing")
