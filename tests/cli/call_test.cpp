@@ -7,6 +7,7 @@
 #include <limits>
 #include <nlohmann/json.hpp>
 #include <sstream>
+#include <tuple>
 
 #include "tests/support/scratch_folder.h"
 #include "tool.h"
@@ -21,28 +22,18 @@ const std::vector<const cli::Command*> commands = {
     &cli::metricsCommand,   &cli::summaryCommand, &cli::rarefactionCommand, &cli::projectCommand,
     &cli::diversityCommand, &cli::matrixCommand,  &cli::recordsCommand,     &cli::importCommand};
 
-// Arguments without spaces in them.
-std::vector<std::string> wordsOf(const std::string& text) {
-    std::istringstream stream(text);
+// Arguments without spaces in them; "" is an empty one.
+std::variant<cli::Call, cli::Reply> callOf(const std::string& arguments) {
+    std::istringstream stream("zorvel-cli " + arguments);
     std::vector<std::string> words;
     for (std::string word; stream >> word;) words.push_back(word == "\"\"" ? "" : word);
-    return words;
-}
-
-std::variant<cli::Call, cli::Reply> callOf(const std::string& arguments) {
-    std::vector<std::string> words = wordsOf(arguments);
-    words.insert(words.begin(), "zorvel-cli");
     std::vector<const char*> argv;
     for (const std::string& word : words) argv.push_back(word.c_str());
     return cli::readCall(static_cast<int>(argv.size()), argv.data());
 }
 
 TEST(Call, WrongOnesAreRefused) {
-    struct Row {
-        const char* arguments;
-        const char* reason;
-    };
-    const std::vector<Row> rows = {
+    const std::pair<const char*, const char*> rows[] = {
         {"", "no command"},
         {"measure a", "there is no command 'measure'"},
         {"--frobnicate", "there is no option '--frobnicate'"},
@@ -84,14 +75,14 @@ TEST(Call, WrongOnesAreRefused) {
         {"--size 3 import a --into p", "--size: import writes no result"},
         {"import a --into p --output -", "--output: import writes no result"},
     };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.arguments);
-        const auto read = callOf(row.arguments);
+    for (const auto& [arguments, reason] : rows) {
+        SCOPED_TRACE(arguments);
+        const auto read = callOf(arguments);
         const auto* reply = std::get_if<cli::Reply>(&read);
         ASSERT_TRUE(reply);
         EXPECT_EQ(reply->code, cli::ExitCode::wrongCall);
         EXPECT_THAT(reply->text, StartsWith("zorvel-cli: "));
-        EXPECT_THAT(reply->text, HasSubstr(row.reason));
+        EXPECT_THAT(reply->text, HasSubstr(reason));
     }
     const Ran ran = runTool({"summary", "three.csv", "--size", "1.5"});
     EXPECT_EQ(ran.exitCode, 2);
@@ -151,22 +142,17 @@ TEST(Call, HelpNeedsNoFileAndListsWhatTheCommandTakes) {
 }
 
 TEST(CensusChoice, TakesTheFirstOfTheNameOrTellsWhatElseThereIs) {
-    const NameList names = {"North", "South", "Cafe\u0301", "South", ""};
-    EXPECT_EQ(cli::chooseCensus(names, std::nullopt).value(), 0U);
-    EXPECT_EQ(cli::chooseCensus(names, "South").value(), 1U);
-    EXPECT_EQ(cli::chooseCensus(names, "Caf\u00e9").value(), 2U);
-    EXPECT_EQ(cli::chooseCensus(names, "").value(), 4U);
+    const NameList all = {"North", "South", "Cafe\u0301", "South", ""};
+    EXPECT_EQ(cli::chooseCensus(all, std::nullopt).value(), 0U);
+    EXPECT_EQ(cli::chooseCensus(all, "South").value(), 1U);
+    EXPECT_EQ(cli::chooseCensus(all, "Caf\u00e9").value(), 2U);
+    EXPECT_EQ(cli::chooseCensus(all, "").value(), 4U);
 
     const NameList few = {"North", "South"};
     const NameList many = {"Core 1", "Core 2", "Core 10", "Core 12", "Core 3", "Core 4", "Pit"};
     const std::string some =
         "the censuses are 'Core 1', 'Core 2', 'Core 10', 'Core 12', 'Core 3' and 2 more";
-    struct Row {
-        NameList names;
-        std::string wanted;
-        std::string told;
-    };
-    const std::vector<Row> rows = {
+    const std::tuple<NameList, std::string, std::string> rows[] = {
         {few, "north", "close to it: 'North'"},
         {few, "Nort", "close to it: 'North'"},
         {few, "outh", "close to it: 'South'"},
@@ -176,11 +162,10 @@ TEST(CensusChoice, TakesTheFirstOfTheNameOrTellsWhatElseThereIs) {
         {many, "Moor", some},
         {many, std::string(1'000'000, 'x'), some},
     };
-    for (const Row& row : rows) {
-        const Result<std::size_t> chosen = cli::chooseCensus(row.names, row.wanted);
-        ASSERT_FALSE(chosen.ok()) << row.told;
-        EXPECT_EQ(chosen.problem().message,
-                  "no census is called '" + row.wanted + "'; " + row.told);
+    for (const auto& [names, wanted, told] : rows) {
+        const Result<std::size_t> chosen = cli::chooseCensus(names, wanted);
+        ASSERT_FALSE(chosen.ok()) << told;
+        EXPECT_EQ(chosen.problem().message, "no census is called '" + wanted + "'; " + told);
     }
 }
 
@@ -189,12 +174,12 @@ class Json : public ScratchFolder {};
 TEST_F(Json, IsReadBackByAnotherReader) {
     std::string everyAscii;
     for (char byte = 0; byte >= 0 && byte < 127; ++byte) everyAscii += byte;
-    const std::vector<std::string> texts = {"",
-                                            everyAscii,
-                                            "\x7f\u2028",
-                                            "\"\\\"",
-                                            "Caf\u00e9 \U0001F33F",
-                                            std::string(200'000, '\n') + "x"};
+    const std::string texts[] = {"",
+                                 everyAscii,
+                                 "\x7f\u2028",
+                                 "\"\\\"",
+                                 "Caf\u00e9 \U0001F33F",
+                                 std::string(200'000, '\n') + "x"};
     cli::Output output(path("result.json"));
     cli::JsonWriter writer(output);
     writer.begin('[');
@@ -212,7 +197,7 @@ TEST_F(Json, IsReadBackByAnotherReader) {
     EXPECT_TRUE(text.ends_with(numbers)) << text.substr(text.size() - numbers.size());
     EXPECT_NE(text.find("Caf\u00e9 \U0001F33F"), std::string::npos) << "UTF-8 stays as it is";
     const nlohmann::json read = nlohmann::json::parse(text);
-    for (std::size_t i = 0; i < texts.size(); ++i) EXPECT_EQ(read[i], texts[i]);
+    for (std::size_t i = 0; i < std::size(texts); ++i) EXPECT_EQ(read[i], texts[i]);
 }
 
 }  // namespace

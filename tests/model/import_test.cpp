@@ -136,9 +136,9 @@ TEST_F(ImportTest, DriversRefuseAFileAsAWhole) {
 
 TEST_F(ImportTest, WithoutAWindowNothingIsParsed) {
     document.forgetMainView();
-    for (const auto import :
+    for (const auto driver :
          {importAbundanceList, importOneCensus, importCensusMatrix, importIOSFile}) {
-        import("4", document, services());
+        driver("4", document, services());
     }
     EXPECT_THAT(jobs, IsEmpty());
     EXPECT_THAT(console,
