@@ -59,6 +59,7 @@ TEST(DecodeText, WhatIsNotUtf8IsNamedWithItsPlace) {
         {widened(table, 2, true), "UTF-16 text", "0x00 at offset 1, line 1"},
         {widened(table, 4, true), "UTF-32 text", "0x00 at offset 1, line 1"},
         {"name\r\ncaf\xE9\n", "Latin-1 (ISO 8859-1) text", "0xE9 at offset 9, line 2"},
+        {"\u00E9\xE9\n", "Latin-1 (ISO 8859-1) text", "0xE9 at offset 2, line 1"},
         {"a\n\nit\x92s caf\xE9\n", "Windows-1252 text", "0x92 at offset 5, line 3"},
         {"caf\x8E\x81\n", "text in another 8-bit encoding", "0x8E at offset 3, line 1"},
         {"\u00E9\u00E8\u00EA\n\xC3", "damaged UTF-8 text", "0xC3 at offset 7, line 2"},
