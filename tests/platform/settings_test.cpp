@@ -8,13 +8,13 @@
 #include <QFileInfo>
 #include <QLockFile>
 #include <QSettings>
-#include <QTemporaryDir>
 #include <functional>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "base/console.h"
+#include "tests/support/scratch_folder.h"
 #include "tests/support/wait_until.h"
 
 namespace zorvel {
@@ -22,9 +22,11 @@ namespace {
 
 using std::chrono::milliseconds;
 
-class SettingsTest : public ::testing::Test {
+class SettingsTest : public ScratchFolder {
   protected:
     void SetUp() override {
+        ScratchFolder::SetUp();
+        iniPath = QString::fromStdString(path("zorvel/zorvel.ini"));
         clearSettings();
         setConsoleSink([this](std::string_view line) { console.emplace_back(line); });
     }
@@ -32,10 +34,12 @@ class SettingsTest : public ::testing::Test {
         file.reset();
         clearSettings();
         setConsoleSink({});
+        ScratchFolder::TearDown();
     }
     void start(milliseconds patience = patient) {
-        file = std::make_unique<SettingsFile>(path, patience);
+        file = std::make_unique<SettingsFile>(iniPath, patience);
     }
+    [[nodiscard]] QString iniFolder() const { return QString::fromStdString(path("zorvel")); }
     // As if the program ended and began again.
     void restart() {
         EXPECT_TRUE(file->finish(patient));
@@ -43,19 +47,9 @@ class SettingsTest : public ::testing::Test {
         clearSettings();
         start();
     }
-    void put(const QByteArray& bytes) {
-        QFile target(path);
-        ASSERT_TRUE(target.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        target.write(bytes);
-    }
-    static QByteArray bytesOf(const QString& name) {
-        QFile source(name);
-        return source.open(QIODevice::ReadOnly) ? source.readAll() : QByteArray();
-    }
 
     static constexpr milliseconds patient{20'000};
-    QTemporaryDir folder;
-    QString path = folder.filePath("zorvel/zorvel.ini");
+    QString iniPath;
     std::unique_ptr<SettingsFile> file;
     std::vector<std::string> console;
 };
@@ -71,7 +65,7 @@ TEST_F(SettingsTest, LastFromRunToRunBesideThoseOfOtherPrograms) {
     EXPECT_EQ(setting("size").toInt(), 20);
     EXPECT_EQ(setting("shape"), QVariant(QByteArray("\0\x01", 2)));
     {
-        QSettings other(path, QSettings::IniFormat);
+        QSettings other(iniPath, QSettings::IniFormat);
         other.setValue("size", 30);
         other.setValue("others", "x");
     }
@@ -80,24 +74,25 @@ TEST_F(SettingsTest, LastFromRunToRunBesideThoseOfOtherPrograms) {
     EXPECT_EQ(setting("size", 0).toInt(), 30);
     EXPECT_EQ(setting("others").toString(), "x");
     EXPECT_FALSE(setting("passing").isValid());
-    QSettings(path, QSettings::IniFormat).setValue("others", "yy");
+    QSettings(iniPath, QSettings::IniFormat).setValue("others", "yy");
     file->refresh();
     EXPECT_TRUE(waitUntil([] { return setting("others").toString() == "yy"; }));
     EXPECT_TRUE(console.empty());
 }
 
 TEST_F(SettingsTest, ADamagedFileIsKeptBesideBeforeItIsReplaced) {
-    const QByteArray garbage = QByteArray("\x7f\x01garbage without sense\n\0[[[", 27).repeated(40);
-    ASSERT_TRUE(QDir(folder.path()).mkdir("zorvel"));
-    put(garbage);
+    const std::string garbage =
+        QByteArray("\x7f\x01garbage without sense\n\0[[[", 27).repeated(40).toStdString();
+    ASSERT_TRUE(QDir().mkdir(iniFolder()));
+    put("zorvel/zorvel.ini", garbage);
     start();
     ASSERT_EQ(console.size(), 1u);
     EXPECT_EQ(console[0].rfind("WARNING: ", 0), 0u);
-    EXPECT_TRUE(file->problem().contains(path + ".damaged"));
+    EXPECT_TRUE(file->problem().contains(iniPath + ".damaged"));
     storeSetting("size", 20);
     restart();
     EXPECT_EQ(setting("size").toInt(), 20);
-    EXPECT_EQ(bytesOf(path + ".damaged"), garbage);
+    EXPECT_EQ(bytesOf("zorvel/zorvel.ini.damaged"), garbage);
     EXPECT_EQ(file->problem(), "");
     EXPECT_EQ(console.size(), 1u);
 }
@@ -105,41 +100,39 @@ TEST_F(SettingsTest, ADamagedFileIsKeptBesideBeforeItIsReplaced) {
 // The lock is held by the thread that sets: were it to wait, this would not end well.
 TEST_F(SettingsTest, AHeldLockIsToldAndNotWaitedFor) {
     start(milliseconds(20));
-    QLockFile lock(path + ".lock");
+    QLockFile lock(iniPath + ".lock");
     ASSERT_TRUE(lock.lock());
     storeSetting("size", 20);
     EXPECT_EQ(setting("size").toInt(), 20);
     EXPECT_TRUE(waitUntil([this] { return !file->problem().isEmpty(); }));
-    EXPECT_TRUE(file->problem().contains(path + ".lock"));
+    EXPECT_TRUE(file->problem().contains(iniPath + ".lock"));
     storeSetting("size", 30);
-    EXPECT_EQ(bytesOf(path), "");
+    EXPECT_EQ(bytesOf("zorvel/zorvel.ini"), "");
     lock.unlock();
-    EXPECT_TRUE(waitUntil([this] { return bytesOf(path).contains("size=30"); }));
+    EXPECT_TRUE(waitUntil(
+        [this] { return bytesOf("zorvel/zorvel.ini").find("size=30") != std::string::npos; }));
     EXPECT_TRUE(waitUntil([this] { return file->problem().isEmpty(); }));
 }
 
 TEST_F(SettingsTest, WhatIsNoFileOfSettingsIsLeftAlone) {
-    ASSERT_TRUE(QDir(folder.path()).mkdir("zorvel"));
-    const QByteArray name = path.toLocal8Bit();
+    ASSERT_TRUE(QDir().mkdir(iniFolder()));
+    const QByteArray name = iniPath.toLocal8Bit();
     const struct {
         const char* what;
         std::function<bool()> put;
         const char* said;
     } rows[] = {
         {"a pipe", [&] { return mkfifo(name, 0600) == 0; }, "no regular file"},
-        {"a folder", [&] { return QDir().mkdir(path); }, "no regular file"},
-        {"a device", [&] { return QFile::link("/dev/zero", path); }, "no regular file"},
+        {"a folder", [&] { return QDir().mkdir(iniPath); }, "no regular file"},
+        {"a device", [&] { return QFile::link("/dev/zero", iniPath); }, "no regular file"},
         {"a file of a gigabyte",
          [&] {
-             put({});
-             return QFile::resize(path, 1 << 30);
+             put("zorvel/zorvel.ini", "");
+             return QFile::resize(iniPath, 1 << 30);
          },
          "too large"},
         {"a file in the folder's place",
-         [&] {
-             return QDir(folder.path()).rmdir("zorvel") &&
-                    QFile::copy("/dev/null", folder.filePath("zorvel"));
-         },
+         [&] { return QDir().rmdir(iniFolder()) && QFile::copy("/dev/null", iniFolder()); },
          "cannot be stored"},
     };
     for (const auto& row : rows) {
@@ -151,7 +144,7 @@ TEST_F(SettingsTest, WhatIsNoFileOfSettingsIsLeftAlone) {
         EXPECT_TRUE(file->problem().contains(row.said)) << file->problem().toStdString();
         EXPECT_EQ(setting("size").toInt(), 20);
         file.reset();
-        QFile::remove(path) || QDir().rmdir(path);
+        QFile::remove(iniPath) || QDir().rmdir(iniPath);
     }
 }
 
