@@ -265,8 +265,10 @@ TEST_F(DocumentTest, SavingOverAnotherOpenProjectIsRefused) {
     Document& first = openNorth();
     Document& second = open(makeProject("b.zorvel", {"South"}));
     ASSERT_TRUE(QFile::link(at("b.zorvel"), at("link.zorvel")));
-    EXPECT_TRUE(saveAs(first, "b.zorvel"));
-    EXPECT_TRUE(saveAs(first, "link.zorvel"));
+    for (const char* name : {"b.zorvel", "link.zorvel"}) {
+        const auto problem = saveAs(first, name);
+        EXPECT_EQ(problem ? problem->detail : "", "it is open in another window") << name;
+    }
     EXPECT_EQ(first.path(), at("a.zorvel"));
     EXPECT_EQ(namesInFile(at("b.zorvel")), (Names{"South"}));
     closeAndWait(second);
