@@ -101,7 +101,7 @@ void AppDelegate::preferencesMenuItemTapped() {
             connect(addKeyCommand(*window, name, keys), &QAction::triggered, receiver, slot);
         };
         add("performClose", {closeKey(), QKeySequence(Qt::Key_Escape)}, window, &QWidget::close);
-        add("terminate", {QKeySequence(Qt::CTRL | Qt::Key_Q)}, &windows_, &ProjectWindows::quit);
+        add("terminate", {quitKey}, &windows_, &ProjectWindows::quit);
         add("preferencesMenuItemTapped", {preferencesKey()}, this,
             &AppDelegate::preferencesMenuItemTapped);
     } else {

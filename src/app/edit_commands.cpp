@@ -32,6 +32,19 @@ QString plainLines(QString text) {
     return text.trimmed();
 }
 
+// Calls act with the line or text editor that the widget is, if it is one.
+template <class Act>
+void withEditor(QWidget* widget, Act act) {
+    if (auto* line = qobject_cast<QLineEdit*>(widget)) act(*line);
+    if (auto* text = qobject_cast<QPlainTextEdit*>(widget)) act(*text);
+}
+
+bool isEditable(const QWidget* widget) {
+    if (const auto* line = qobject_cast<const QLineEdit*>(widget)) return !line->isReadOnly();
+    const auto* text = qobject_cast<const QPlainTextEdit*>(widget);
+    return text != nullptr && !text->isReadOnly();
+}
+
 }  // namespace
 
 bool canCopy(const QWidget* widget) {
@@ -79,22 +92,17 @@ bool canCut(const QWidget* widget) {
 void cutFrom(QWidget* widget) {
     if (!canCut(widget)) return;
     if (auto* table = qobject_cast<RecordTableView*>(widget)) emit table->cutRequested();
-    if (auto* line = qobject_cast<QLineEdit*>(widget)) line->cut();
-    if (auto* text = qobject_cast<QPlainTextEdit*>(widget)) text->cut();
+    withEditor(widget, [](auto& editor) { editor.cut(); });
 }
 
 bool canPaste(const QWidget* widget) {
-    if (qobject_cast<const RecordTableView*>(widget) != nullptr) return true;
-    if (const auto* line = qobject_cast<const QLineEdit*>(widget)) return !line->isReadOnly();
-    const auto* text = qobject_cast<const QPlainTextEdit*>(widget);
-    return text != nullptr && !text->isReadOnly();
+    return qobject_cast<const RecordTableView*>(widget) != nullptr || isEditable(widget);
 }
 
 void pasteInto(QWidget* widget) {
     if (!canPaste(widget)) return;
     if (auto* table = qobject_cast<RecordTableView*>(widget)) emit table->pasteRequested();
-    if (auto* line = qobject_cast<QLineEdit*>(widget)) line->paste();
-    if (auto* text = qobject_cast<QPlainTextEdit*>(widget)) text->paste();
+    withEditor(widget, [](auto& editor) { editor.paste(); });
 }
 
 void deleteFrom(QWidget* widget) {
@@ -106,11 +114,8 @@ void deleteFrom(QWidget* widget) {
 
 void selectAllOf(QWidget* widget) {
     if (auto* table = qobject_cast<RecordTableView*>(widget)) table->selectAll();
-    if (auto* line = qobject_cast<QLineEdit*>(widget)) line->selectAll();
-    if (auto* text = qobject_cast<QPlainTextEdit*>(widget)) text->selectAll();
-    if (auto* label = qobject_cast<QLabel*>(widget)) {
-        label->setSelection(0, shownLength(*label));
-    }
+    if (auto* label = qobject_cast<QLabel*>(widget)) label->setSelection(0, shownLength(*label));
+    withEditor(widget, [](auto& editor) { editor.selectAll(); });
 }
 
 bool isTextEditor(const QWidget* widget) {
@@ -118,10 +123,7 @@ bool isTextEditor(const QWidget* widget) {
     if (const auto* notes = qobject_cast<const DetailsNotes*>(widget)) return notes->isTyped();
     if (const auto* cell = qobject_cast<const TableTextField*>(widget))
         return cell->canUndoOrRedo();
-    if (const auto* line = qobject_cast<const QLineEdit*>(widget)) return !line->isReadOnly();
-    const auto* text = qobject_cast<const QPlainTextEdit*>(widget);
-    return text != nullptr && !text->isReadOnly() &&
-           text->textInteractionFlags().testFlag(Qt::TextEditable);
+    return isEditable(widget);
 }
 
 bool canUndoIn(const QWidget* editor) {
@@ -137,13 +139,11 @@ bool canRedoIn(const QWidget* editor) {
 }
 
 void undoIn(QWidget* editor) {
-    if (auto* line = qobject_cast<QLineEdit*>(editor)) line->undo();
-    if (auto* text = qobject_cast<QPlainTextEdit*>(editor)) text->undo();
+    withEditor(editor, [](auto& each) { each.undo(); });
 }
 
 void redoIn(QWidget* editor) {
-    if (auto* line = qobject_cast<QLineEdit*>(editor)) line->redo();
-    if (auto* text = qobject_cast<QPlainTextEdit*>(editor)) text->redo();
+    withEditor(editor, [](auto& each) { each.redo(); });
 }
 
 }  // namespace zorvel

@@ -13,6 +13,7 @@
 #include "platform/file_names.h"
 #include "platform/job_queue.h"
 #include "ui/kit/panels.h"
+#include "ui/kit/shown_text.h"
 #include "ui/main/main_view_controller.h"
 #include "ui/main/main_window_controller.h"
 #include "ui/main/record_names.h"
@@ -27,11 +28,9 @@ QString withoutSqsNote(const MetricsTable& table) {
     const auto missing = std::count_if(table.rows.begin(), table.rows.end(),
                                        [](const MetricRow& row) { return row[sqsColumn] == 0; });
     if (missing == 0) return {};
-    if (missing == 1) {
-        return "The SQS of one census, for which there is no estimate, is written as 0.0.";
-    }
-    return QString("The SQS of %L1 censuses, for which there is no estimate, is written as 0.0.")
-        .arg(qlonglong{missing});
+    return countText(static_cast<std::size_t>(missing),
+                     "The SQS of one census, for which there is no estimate, is written as 0.0.",
+                     "The SQS of %1 censuses, for which there is no estimate, is written as 0.0.");
 }
 
 }  // namespace
@@ -143,9 +142,8 @@ void Exports::saveTextFile(const RunningExport& running, const ExportedFile& fil
             running->window->mainView().startProgress(QString("writing %1...").arg(name));
     }
     QString message =
-        file.censuses == 1
-            ? QString("Exported one census to %1.").arg(name)
-            : QString("Exported %L1 censuses to %2.").arg(qulonglong{file.censuses}).arg(name);
+        countText(file.censuses, "Exported one census to %1.", "Exported %1 censuses to %2.")
+            .arg(name);
     if (!file.note.isEmpty()) message += ' ' + file.note;
     writeInBackground(windows_.jobs(), windows_.panels().alerts, running->window, path,
                       QString("“%1” could not be written").arg(name), file.produce,

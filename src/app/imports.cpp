@@ -1,7 +1,6 @@
 #include "app/imports.h"
 
 #include <QFileInfo>
-#include <QLocale>
 #include <QPointer>
 #include <QStringList>
 #include <iterator>
@@ -18,17 +17,13 @@
 #include "platform/file_reading.h"
 #include "platform/job_queue.h"
 #include "ui/kit/message_strip.h"
+#include "ui/kit/shown_text.h"
 #include "ui/main/main_view_controller.h"
 #include "ui/main/main_window_controller.h"
 
 namespace zorvel {
 
 namespace {
-
-// A number and its noun, which is one of two.
-QString counted(std::size_t count, const QString& one, const QString& many) {
-    return count == 1 ? one : many.arg(QLocale().toString(qulonglong{count}));
-}
 
 QStringList leftOutSentences(const LeftOut& leftOut, bool taxa) {
     QStringList sentences;
@@ -39,27 +34,28 @@ QStringList leftOutSentences(const LeftOut& leftOut, bool taxa) {
         sentences.append("The last line of the file is not finished and was left out.");
     }
     if (leftOut.markedRows > 0) {
-        sentences.append(counted(leftOut.markedRows, "A row called “imported census” was left out.",
-                                 "%1 rows called “imported census” were left out."));
+        sentences.append(countText(leftOut.markedRows,
+                                   "A row called “imported census” was left out.",
+                                   "%1 rows called “imported census” were left out."));
     }
     if (leftOut.shortRows > 0) {
         sentences.append(
-            counted(leftOut.shortRows,
-                    "A row has fewer values than there are species: the missing ones count as 0.",
-                    "%1 rows have fewer values than there are species: the missing ones count "
-                    "as 0."));
+            countText(leftOut.shortRows,
+                      "A row has fewer values than there are species: the missing ones count as 0.",
+                      "%1 rows have fewer values than there are species: the missing ones count "
+                      "as 0."));
     }
     if (leftOut.negativeCells > 0) {
-        sentences.append(counted(leftOut.negativeCells, "A negative abundance counts as 0.",
-                                 "%1 negative abundances count as 0."));
+        sentences.append(countText(leftOut.negativeCells, "A negative abundance counts as 0.",
+                                   "%1 negative abundances count as 0."));
     }
     return sentences;
 }
 
 QString storedMessage(const QString& fileName, const ImportReport& report) {
     if (report.censuses == 0) return QString("There is no census in %1.").arg(fileName);
-    const QString censuses = counted(report.censuses, "1 census", "%1 censuses");
-    const QString taxa = counted(report.taxa, "1 taxon", "%1 taxa");
+    const QString censuses = countText(report.censuses, "1 census", "%1 censuses");
+    const QString taxa = countText(report.taxa, "1 taxon", "%1 taxa");
     QStringList sentences = leftOutSentences(report.leftOut, report.taxa > 0);
     sentences.prepend(QString("Imported %1 with %2 from %3.").arg(censuses, taxa, fileName));
     return sentences.join(' ');
@@ -188,24 +184,18 @@ TaxonFormatter::Names namesIn(std::string_view text) {
     return {std::make_move_iterator(names.begin()), std::make_move_iterator(names.end())};
 }
 
-QString addedNames(std::size_t added) {
-    return added == 1 ? "Added one name" : QString("Added %L1 names").arg(qulonglong{added});
-}
-
-QString message(const QString& file, std::size_t added, std::size_t known) {
+QString namesMessage(const QString& file, std::size_t added, std::size_t known) {
     if (added + known == 0) return QString("There are no names in %1.").arg(file);
     if (added == 0) {
-        return known == 1 ? QString("The one name in %1 was known already.").arg(file)
-                          : QString("All %L1 names in %2 were known already.")
-                                .arg(qulonglong{known})
-                                .arg(file);
+        return countText(known, "The one name in %1 was known already.",
+                         "All %1 names in %2 were known already.")
+            .arg(file);
     }
     const QString what =
-        QString("%1 from %2, to complete species names until this window is closed")
-            .arg(addedNames(added), file);
+        countText(added, "Added one name", "Added %1 names") +
+        QString(" from %1, to complete species names until this window is closed").arg(file);
     if (known == 0) return what + '.';
-    return known == 1 ? QString("%1; one was known already.").arg(what)
-                      : QString("%1; %L2 were known already.").arg(what).arg(qulonglong{known});
+    return what + countText(known, "; one was known already.", "; %1 were known already.");
 }
 
 void addNames(MainViewController& view, const TaxonFormatter::Names& names, const QString& file) {
@@ -213,7 +203,7 @@ void addNames(MainViewController& view, const TaxonFormatter::Names& names, cons
     const std::size_t before = formatter.taxonNames().size();
     formatter.addTaxonNames(names);
     const std::size_t added = formatter.taxonNames().size() - before;
-    view.messageStrip().addMessage(message(file, added, names.size() - added),
+    view.messageStrip().addMessage(namesMessage(file, added, names.size() - added),
                                    MessageStrip::Tone::news);
 }
 

@@ -33,15 +33,6 @@ QAction* addItem(QMenu& menu, const char* name, const QString& title,
     return action;
 }
 
-using Command = std::function<void()>;
-
-QAction* addCommand(MainWindowController& window, QMenu& menu, const char* name,
-                    const QString& title, const QKeySequence& shortcut, Command run) {
-    QAction* action = addItem(menu, name, title, shortcut);
-    QObject::connect(action, &QAction::triggered, &window, std::move(run));
-    return action;
-}
-
 // While its menu is open, an item is disabled if it would do nothing. Its shortcut always works,
 // since the conditions may have changed by then.
 void enableWhileShown(QMenu& menu, QAction* action, std::function<bool()> can) {
@@ -50,9 +41,35 @@ void enableWhileShown(QMenu& menu, QAction* action, std::function<bool()> can) {
     QObject::connect(&menu, &QMenu::aboutToHide, action, [action] { action->setEnabled(true); });
 }
 
-void addImportMenu(QMenu& file, MainWindowController& window, ProjectWindows& windows) {
-    QMenu& menu = *file.addMenu("&Import");
-    menu.setObjectName("importMenu");
+// Adds commands to a menu of the window, which are run until the window is closed.
+class CommandMenu {
+  public:
+    CommandMenu(MainWindowController& window, QMenu& menu) : window_(window), menu_(menu) {}
+    CommandMenu(MainWindowController& window, const char* title)
+        : CommandMenu(window, *window.menuBar()->addMenu(title)) {}
+
+    // can: whether the command would do anything; null if always.
+    void add(const char* name, const QString& title, const QKeySequence& shortcut,
+             std::function<void()> run, std::function<bool()> can = nullptr) const {
+        QAction* action = addItem(menu_, name, title, shortcut);
+        QObject::connect(action, &QAction::triggered, &window_, std::move(run));
+        if (can) enableWhileShown(menu_, action, std::move(can));
+    }
+    [[nodiscard]] CommandMenu addMenu(const char* name, const QString& title) const {
+        QMenu* menu = menu_.addMenu(title);
+        menu->setObjectName(name);
+        return {window_, *menu};
+    }
+    void addSeparator() const { menu_.addSeparator(); }
+    [[nodiscard]] QMenu& menu() const { return menu_; }
+
+  private:
+    MainWindowController& window_;
+    QMenu& menu_;
+};
+
+void addImportMenu(const CommandMenu& file, MainWindowController& window, ProjectWindows& windows) {
+    const CommandMenu menu = file.addMenu("importMenu", "&Import");
     const struct {
         const char* name;
         const char* title;
@@ -64,58 +81,52 @@ void addImportMenu(QMenu& file, MainWindowController& window, ProjectWindows& wi
         {"importIOSFileMenuItemTapped", "&Phone-App File...", FileKind::ios},
     };
     for (const auto& item : items) {
-        addCommand(window, menu, item.name, item.title, {},
-                   [&, kind = item.kind] { runImport(windows, &window, kind); });
+        menu.add(item.name, item.title, {},
+                 [&, kind = item.kind] { runImport(windows, &window, kind); });
     }
-    addCommand(window, menu, "importTableMenuItemTapped", "&Table...", {},
-               [&] { runTableImport(windows, &window); });
+    menu.add("importTableMenuItemTapped", "&Table...", {},
+             [&] { runTableImport(windows, &window); });
     menu.addSeparator();
-    addCommand(window, menu, "importSpeciesListMenuItemTapped", "Species &List...", {},
-               [&] { importSpeciesList(windows, &window); });
+    menu.add("importSpeciesListMenuItemTapped", "Species &List...", {},
+             [&] { importSpeciesList(windows, &window); });
 }
 
-void addExportMenu(QMenu& file, MainWindowController& window, ProjectWindows& windows) {
-    QMenu& menu = *file.addMenu("&Export");
-    menu.setObjectName("exportMenu");
-    addCommand(window, menu, "exportCensusMatrixMenuItemTapped", "Census &Matrix...", {},
-               [&] { windows.exports().exportCensusMatrix(&window); });
-    addCommand(window, menu, "exportMetricsMenuItemTapped", "Me&trics...", {},
-               [&] { windows.exports().exportMetrics(&window); });
+void addExportMenu(const CommandMenu& file, MainWindowController& window, ProjectWindows& windows) {
+    const CommandMenu menu = file.addMenu("exportMenu", "&Export");
+    menu.add("exportCensusMatrixMenuItemTapped", "Census &Matrix...", {},
+             [&] { windows.exports().exportCensusMatrix(&window); });
+    menu.add("exportMetricsMenuItemTapped", "Me&trics...", {},
+             [&] { windows.exports().exportMetrics(&window); });
 }
 
 void addFileMenu(MainWindowController& window, ProjectWindows& windows) {
-    QMenu& menu = *window.menuBar()->addMenu("&File");
-    const auto add = [&](const char* name, const QString& title, const QKeySequence& shortcut,
-                         Command run) {
-        return addCommand(window, menu, name, title, shortcut, std::move(run));
-    };
-    add("newDocument", "&New", QKeySequence::New, [&] { windows.openUntitled(); });
-    add("openDocument", "&Open...", QKeySequence::Open, [&] { windows.chooseFile(window); });
-    QMenu* recent = menu.addMenu("Open &Recent");
-    recent->setObjectName("recentMenu");
-    keepRecentMenu(*recent, window, windows);
+    const CommandMenu menu(window, "&File");
+    menu.add("newDocument", "&New", QKeySequence::New, [&] { windows.openUntitled(); });
+    menu.add("openDocument", "&Open...", QKeySequence::Open, [&] { windows.chooseFile(window); });
+    keepRecentMenu(menu.addMenu("recentMenu", "Open &Recent").menu(), window, windows);
     menu.addSeparator();
-    add("performClose", "&Close", closeKey(), [&] { window.close(); });
-    add("saveDocument", "&Save", QKeySequence::Save,
-        [&] { saveDocument(window, windows.panels()); });
-    add("saveDocumentAs", "Save &As...", saveAsKey(),
-        [&] { saveWindowAs(window, windows.panels()); });
-    add("duplicateDocument", "&Duplicate", {}, [&] { windows.duplicate(window); });
-    QAction* revert = add("revertToOpening", "Re&vert to Opening State...", {},
-                          [&] { revertToOpening(window, windows.panels()); });
-    enableWhileShown(menu, revert, [&] { return window.document().canRevert(); });
-    QAction* backups =
-        add("browseBackups", "&Browse Backups...", {}, [&] { windows.browseBackups(window); });
-    enableWhileShown(menu, backups, [&] { return !window.document().isUntitled(); });
+    menu.add("performClose", "&Close", closeKey(), [&] { window.close(); });
+    menu.add("saveDocument", "&Save", QKeySequence::Save,
+             [&] { saveDocument(window, windows.panels()); });
+    menu.add("saveDocumentAs", "Save &As...", saveAsKey(),
+             [&] { saveWindowAs(window, windows.panels()); });
+    menu.add("duplicateDocument", "&Duplicate", {}, [&] { windows.duplicate(window); });
+    menu.add(
+        "revertToOpening", "Re&vert to Opening State...", {},
+        [&] { revertToOpening(window, windows.panels()); },
+        [&] { return window.document().canRevert(); });
+    menu.add(
+        "browseBackups", "&Browse Backups...", {}, [&] { windows.browseBackups(window); },
+        [&] { return !window.document().isUntitled(); });
     menu.addSeparator();
     addImportMenu(menu, window, windows);
     addExportMenu(menu, window, windows);
     menu.addSeparator();
-    QAction* print = add("print", "&Print...", QKeySequence::Print,
-                         [&] { emit windows.printRequested(&window); });
-    enableWhileShown(menu, print, [&] { return window.mainView().canDeleteCensus(); });
+    menu.add(
+        "print", "&Print...", QKeySequence::Print, [&] { emit windows.printRequested(&window); },
+        [&] { return window.mainView().canDeleteCensus(); });
     menu.addSeparator();
-    add("terminate", "&Quit", QKeySequence(Qt::CTRL | Qt::Key_Q), [&] { windows.quit(); });
+    menu.add("terminate", "&Quit", quitKey, [&] { windows.quit(); });
 }
 
 // Undo and redo act on the editor that has the focus, or else on the project.
@@ -158,73 +169,65 @@ QWidget* pasteTarget(MainWindowController& window) {
 }
 
 void addEditMenu(MainWindowController& window, ProjectWindows& windows) {
-    QMenu& menu = *window.menuBar()->addMenu("&Edit");
-    addUndoItem(window, menu, true);
-    addUndoItem(window, menu, false);
+    const CommandMenu menu(window, "&Edit");
+    addUndoItem(window, menu.menu(), true);
+    addUndoItem(window, menu.menu(), false);
     menu.addSeparator();
-    QAction* cut = addCommand(window, menu, "cut", "Cu&t", QKeySequence::Cut,
-                              [&] { cutFrom(window.focusWidget()); });
-    QAction* copy = addCommand(window, menu, "copy", "&Copy", QKeySequence::Copy,
-                               [&] { copyFrom(window.focusWidget()); });
-    QAction* paste = addCommand(window, menu, "paste", "&Paste", QKeySequence::Paste, [&] {
-        QWidget* target = pasteTarget(window);
-        canPaste(target) ? pasteInto(target) : window.mainView().pasteTable();
-    });
+    const auto addOfFocus = [&](const char* name, const QString& title,
+                                const QKeySequence& shortcut, void (*run)(QWidget*),
+                                bool (*can)(const QWidget*)) {
+        menu.add(
+            name, title, shortcut, [&window, run] { run(window.focusWidget()); },
+            [&window, can] { return can(window.focusWidget()); });
+    };
+    addOfFocus("cut", "Cu&t", QKeySequence::Cut, cutFrom, canCut);
+    addOfFocus("copy", "&Copy", QKeySequence::Copy, copyFrom, canCopy);
+    menu.add(
+        "paste", "&Paste", QKeySequence::Paste,
+        [&] {
+            QWidget* target = pasteTarget(window);
+            canPaste(target) ? pasteInto(target) : window.mainView().pasteTable();
+        },
+        [&] { return canPaste(pasteTarget(window)) || clipboardHoldsTable(); });
     // Without a shortcut: the key deletes a character in an editor, and rows in a table.
-    QAction* remove = addCommand(window, menu, "delete", "&Delete", {},
-                                 [&] { deleteFrom(window.focusWidget()); });
-    QAction* all = addCommand(window, menu, "selectAll", "Select &All", QKeySequence::SelectAll,
-                              [&] { selectAllOf(window.focusWidget()); });
-    addCommand(window, menu, "copyAllMetrics", "Copy All &Metrics",
-               QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_C),
-               [&] { window.mainView().copyAllMetrics(); });
+    addOfFocus("delete", "&Delete", {}, deleteFrom, canCut);
+    addOfFocus("selectAll", "Select &All", QKeySequence::SelectAll, selectAllOf, canSelectAll);
+    menu.add("copyAllMetrics", "Copy All &Metrics", Qt::CTRL | Qt::SHIFT | Qt::Key_C,
+             [&] { window.mainView().copyAllMetrics(); });
     menu.addSeparator();
-    addCommand(window, menu, "find", "&Find Species", QKeySequence::Find,
-               [&] { window.mainView().findSpecies(); });
+    menu.add("find", "&Find Species", QKeySequence::Find, [&] { window.mainView().findSpecies(); });
     menu.addSeparator();
-    addCommand(window, menu, "preferencesMenuItemTapped", "Prefere&nces...", preferencesKey(),
-               [&] { emit windows.preferencesRequested(); });
-    enableWhileShown(menu, cut, [&] { return canCut(window.focusWidget()); });
-    enableWhileShown(menu, paste,
-                     [&] { return canPaste(pasteTarget(window)) || clipboardHoldsTable(); });
-    enableWhileShown(menu, remove, [&] { return canCut(window.focusWidget()); });
-    enableWhileShown(menu, copy, [&] { return canCopy(window.focusWidget()); });
-    enableWhileShown(menu, all, [&] { return canSelectAll(window.focusWidget()); });
+    menu.add("preferencesMenuItemTapped", "Prefere&nces...", preferencesKey(),
+             [&] { emit windows.preferencesRequested(); });
 }
 
 void addRecordMenus(MainWindowController& window) {
-    QMenu& census = *window.menuBar()->addMenu("&Census");
-    addCommand(window, census, "addCensusMenuItemTapped", "&Add Census",
-               QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_N),
+    const CommandMenu census(window, "&Census");
+    census.add("addCensusMenuItemTapped", "&Add Census", Qt::CTRL | Qt::SHIFT | Qt::Key_N,
                [&] { window.document().project().addCensus(); });
-    QAction* deleteCensus =
-        addCommand(window, census, "deleteCensusMenuItemTapped", "&Delete Census",
-                   QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Delete),
-                   [&] { window.document().project().deleteCensus(); });
-    enableWhileShown(census, deleteCensus, [&] { return window.mainView().canDeleteCensus(); });
-
-    QMenu& species = *window.menuBar()->addMenu("&Species");
-    QAction* addSpecies = addCommand(window, species, "addSpeciesMenuItemTapped", "&Add Species",
-                                     QKeySequence(Qt::CTRL | Qt::Key_E),
-                                     [&] { window.document().project().addSpecies(); });
-    QAction* deleteSpecies = addCommand(window, species, "deleteSpeciesMenuItemTapped",
-                                        "&Delete Species", QKeySequence(Qt::CTRL | Qt::Key_Delete),
-                                        [&] { window.document().project().deleteSpecies(); });
-    enableWhileShown(species, addSpecies, [&] { return window.mainView().canAddSpecies(); });
-    enableWhileShown(species, deleteSpecies, [&] { return window.mainView().canDeleteSpecies(); });
+    census.add(
+        "deleteCensusMenuItemTapped", "&Delete Census", Qt::CTRL | Qt::SHIFT | Qt::Key_Delete,
+        [&] { window.document().project().deleteCensus(); },
+        [&] { return window.mainView().canDeleteCensus(); });
+    const CommandMenu species(window, "&Species");
+    species.add(
+        "addSpeciesMenuItemTapped", "&Add Species", Qt::CTRL | Qt::Key_E,
+        [&] { window.document().project().addSpecies(); },
+        [&] { return window.mainView().canAddSpecies(); });
+    species.add(
+        "deleteSpeciesMenuItemTapped", "&Delete Species", Qt::CTRL | Qt::Key_Delete,
+        [&] { window.document().project().deleteSpecies(); },
+        [&] { return window.mainView().canDeleteSpecies(); });
 }
 
 void addAnalysisMenu(MainWindowController& window) {
-    QMenu& menu = *window.menuBar()->addMenu("&Analysis");
-    addCommand(window, menu, "projectwideMetricsMenuItemTapped", "&Project-Wide Metrics",
-               QKeySequence(Qt::CTRL | Qt::Key_M),
-               [&] { window.mainView().calculateProjectWideMetrics(); });
-    addCommand(window, menu, "individualBasedRarefactionMenuItemTapped",
-               "&Individual-Based Rarefaction", QKeySequence(Qt::CTRL | Qt::Key_R),
-               [&] { window.mainView().individualBasedRarefaction(); });
-    addCommand(window, menu, "sampleBasedRarefactionMenuItemTapped", "&Sample-Based Rarefaction",
-               QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_R),
-               [&] { window.mainView().sampleBasedRarefaction(); });
+    const CommandMenu menu(window, "&Analysis");
+    menu.add("projectwideMetricsMenuItemTapped", "&Project-Wide Metrics", Qt::CTRL | Qt::Key_M,
+             [&] { window.mainView().calculateProjectWideMetrics(); });
+    menu.add("individualBasedRarefactionMenuItemTapped", "&Individual-Based Rarefaction",
+             Qt::CTRL | Qt::Key_R, [&] { window.mainView().individualBasedRarefaction(); });
+    menu.add("sampleBasedRarefactionMenuItemTapped", "&Sample-Based Rarefaction",
+             Qt::CTRL | Qt::SHIFT | Qt::Key_R, [&] { window.mainView().sampleBasedRarefaction(); });
 }
 
 void addViewMenu(MainWindowController& window, LookChoice& look) {
@@ -253,17 +256,16 @@ void addViewMenu(MainWindowController& window, LookChoice& look) {
 
 // F1 explains the value that has the focus, and opens the help everywhere else.
 void addHelpMenu(MainWindowController& window, ProjectWindows& windows) {
-    QMenu& menu = *window.menuBar()->addMenu("&Help");
-    addCommand(window, menu, "showHelp", "Zorvel &Help", QKeySequence::HelpContents,
-               [&] { emit windows.helpRequested(); });
+    const CommandMenu menu(window, "&Help");
+    menu.add("showHelp", "Zorvel &Help", QKeySequence::HelpContents,
+             [&] { emit windows.helpRequested(); });
     menu.addSeparator();
-    addCommand(window, menu, "websiteMenuItemTapped", "Zorvel &Web Site", {},
-               [&] { emit windows.websiteRequested(); });
-    addCommand(window, menu, "emailSupportMenuItemTapped", "&Send Mail to Support", {},
-               [&] { emit windows.supportRequested(); });
+    menu.add("websiteMenuItemTapped", "Zorvel &Web Site", {},
+             [&] { emit windows.websiteRequested(); });
+    menu.add("emailSupportMenuItemTapped", "&Send Mail to Support", {},
+             [&] { emit windows.supportRequested(); });
     menu.addSeparator();
-    QAction* about = addItem(menu, "about", "&About Zorvel");
-    QObject::connect(about, &QAction::triggered, &window, [&window] { showAbout(&window); });
+    menu.add("about", "&About Zorvel", {}, [&window] { showAbout(&window); });
 }
 
 QKeySequence keyOr(QKeySequence::StandardKey standard, const QKeySequence& common) {

@@ -28,6 +28,7 @@ void addSortMenus(QMenu& menu, MainWindowController& window);
 // Window: minimise, maximise, and all windows of the program by their titles.
 void addWindowMenu(MainWindowController& window);
 
+inline constexpr QKeyCombination quitKey = Qt::CTRL | Qt::Key_Q;
 // The desktop's key of a command, or the common one on a desktop without.
 QKeySequence closeKey();
 QKeySequence saveAsKey();

@@ -157,7 +157,7 @@ void ProjectWindows::addAnalysisWindow(QWidget& opened) {
         connect(addKeyCommand(opened, name, {key}), &QAction::triggered, receiver, slot);
     };
     add("performClose", closeKey(), &opened, &QWidget::close);
-    add("terminate", QKeySequence(Qt::CTRL | Qt::Key_Q), this, &ProjectWindows::quit);
+    add("terminate", quitKey, this, &ProjectWindows::quit);
     add("preferencesMenuItemTapped", preferencesKey(), this, &ProjectWindows::preferencesRequested);
     add("showHelp", QKeySequence::HelpContents, this, &ProjectWindows::helpRequested);
     if (auto* plot = qobject_cast<RarefactionWindowController*>(&opened)) {

@@ -1,6 +1,7 @@
 #include "ui/kit/shown_text.h"
 
 #include <QKeyEvent>
+#include <QLocale>
 #include <QStringList>
 #include <algorithm>
 
@@ -46,6 +47,10 @@ QString shortened(const QString& text, qsizetype limit) {
     QString start = text.left(limit - 3);
     if (!start.isEmpty() && start.back().isHighSurrogate()) start.chop(1);
     return start + "...";
+}
+
+QString countText(std::size_t count, const QString& ofOne, const QString& ofMany) {
+    return count == 1 ? ofOne : ofMany.arg(QLocale().toString(qulonglong{count}));
 }
 
 QString oneLine(const QString& text) {

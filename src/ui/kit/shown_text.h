@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QString>
+#include <cstddef>
 
 class QEvent;
 class QKeyEvent;
@@ -21,6 +22,9 @@ QString withShortWords(const QString& text, qsizetype longest);
 
 // With line breaks added, between words where possible, so that no line is longer.
 QString inLinesOf(qsizetype longest, const QString& text);
+
+// A text with a number: of one, or of many, where %1 stands for the number.
+QString countText(std::size_t count, const QString& ofOne, const QString& ofMany);
 
 // For QWidget::setWindowTitle(), which replaces "[*]" by the mark of changes.
 QString asWindowTitle(const QString& text);

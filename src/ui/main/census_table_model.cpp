@@ -114,17 +114,11 @@ std::optional<Census> CensusTableModel::censusAt(int row) const {
     return context_->census(idAt(row));
 }
 
-int CensusTableModel::columnCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : columnTotal;
-}
-
 QVariant CensusTableModel::data(const QModelIndex& index, int role) const {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
     const Row& row = records_[recordAt(index.row())];
     if (index.column() == speciesColumn) {
-        if (role == Qt::TextAlignmentRole) {
-            return QVariant::fromValue(Qt::AlignRight | Qt::AlignVCenter);
-        }
+        if (role == Qt::TextAlignmentRole) return alignment(true);
         return role == Qt::DisplayRole ? QVariant(static_cast<qlonglong>(richnessOf(row)))
                                        : QVariant();
     }
@@ -162,31 +156,14 @@ QMimeData* CensusTableModel::mimeData(const QModelIndexList& rows) const {
     return mimeDataOf(copy, copiedCensusesType).release();
 }
 
-QVariant CensusTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
-    if (orientation != Qt::Horizontal || section >= columnTotal) return {};
-    const bool species = section == speciesColumn;
-    if (role == Qt::DisplayRole) return species ? "Species" : "Census";
-    if (role == Qt::ToolTipRole && species) return "Species found, among those included";
-    if (role == Qt::TextAlignmentRole) {
-        return QVariant::fromValue((species ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
-    }
-    return {};
-}
-
 OrderedTableModel::SortKeys CensusTableModel::sortKeys(int column, const Records& records) const {
     if (column == speciesColumn) {
-        std::vector<std::int64_t> keys;
-        keys.reserve(records.size());
-        for (const std::uint32_t record : records) keys.push_back(richnessOf(records_[record]));
-        return keys;
+        return keysOf(records,
+                      [this](std::uint32_t record) { return richnessOf(records_[record]); });
     }
-    std::vector<std::string> keys;
-    keys.reserve(records.size());
-    for (const std::uint32_t record : records) {
-        keys.push_back(
-            naturalKey(shownName(records_[record].block->attributes.name).toStdString()));
-    }
-    return keys;
+    return keysOf(records, [this](std::uint32_t record) {
+        return naturalKey(shownName(records_[record].block->attributes.name).toStdString());
+    });
 }
 
 }  // namespace zorvel

@@ -14,9 +14,12 @@ namespace zorvel {
 class CensusTableModel : public OrderedTableModel {
     Q_OBJECT
   public:
-    enum Column { nameColumn, speciesColumn, columnTotal };
+    enum ColumnNumber { nameColumn, speciesColumn };
 
-    using OrderedTableModel::OrderedTableModel;
+    explicit CensusTableModel(QObject* parent = nullptr)
+        : OrderedTableModel(
+              {{"Census", "", false}, {"Species", "Species found, among those included", true}},
+              parent) {}
 
     // Whose censuses are shown; must outlive the model or the next call.
     void setContext(ObjectContext& context);
@@ -26,14 +29,11 @@ class CensusTableModel : public OrderedTableModel {
     // Absent if the census was deleted since the model was last told.
     [[nodiscard]] std::optional<Census> censusAt(int row) const;
 
-    [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
     bool setData(const QModelIndex& index, const QVariant& value, int role) override;
     [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
     // The censuses whole, for pasting.
     [[nodiscard]] QMimeData* mimeData(const QModelIndexList& rows) const override;
-    [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation,
-                                      int role) const override;
 
   protected:
     [[nodiscard]] std::size_t recordCount() const override { return records_.size(); }

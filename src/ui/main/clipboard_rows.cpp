@@ -8,7 +8,6 @@
 #include <string>
 #include <utility>
 
-#include "base/result.h"
 #include "model/edits.h"
 #include "model/pasted_rows.h"
 
@@ -41,10 +40,10 @@ QString unreadable(const QString& text) {
 
 template <class Record>
 PasteOutcome outcomeOf(const std::vector<Record>& records) {
-    PasteOutcome outcome;
-    outcome.records.reserve(records.size());
-    for (const Record& record : records) outcome.records.push_back(record.id());
-    return outcome;
+    std::vector<RecordId> ids;
+    ids.reserve(records.size());
+    for (const Record& record : records) ids.push_back(record.id());
+    return ids;
 }
 
 // The copied rows, or the sentence that says why they cannot be pasted.
@@ -124,15 +123,15 @@ std::optional<QString> tableText(const QMimeData& data, std::size_t columns) {
 
 PasteOutcome pasteSpeciesRows(ObjectContext& context, const std::optional<Census>& census,
                               const QMimeData& data) {
-    if (!census) return {{}, worded("Select the census that the species belong to first.")};
+    if (!census) return worded("Select the census that the species belong to first.");
     Copied<TaxonValues> taxa = copiedTaxa(data);
-    if (!taxa) return {{}, taxa.problem()};
+    if (!taxa) return taxa.problem();
     return outcomeOf(pasteTaxa(context, *census, std::move(taxa).value()));
 }
 
 PasteOutcome pasteCensusRows(ObjectContext& context, const QMimeData& data) {
     Copied<CopiedCensus> censuses = copiedCensuses(data);
-    if (!censuses) return {{}, censuses.problem()};
+    if (!censuses) return censuses.problem();
     return outcomeOf(pasteCensuses(context, std::move(censuses).value()));
 }
 

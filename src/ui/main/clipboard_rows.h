@@ -9,6 +9,7 @@
 #include <optional>
 #include <vector>
 
+#include "base/result.h"
 #include "model/copied_records.h"
 #include "store/object_context.h"
 
@@ -29,10 +30,8 @@ bool clipboardHoldsTable();
 // table, to be imported. Absent for a text too long to be pasted.
 std::optional<QString> tableText(const QMimeData& data, std::size_t columns);
 
-struct PasteOutcome {
-    std::vector<RecordId> records;  // the new ones, ascending
-    QString problem;                // empty if there are records
-};
+// The new records, ascending, or a sentence that says why there are none.
+using PasteOutcome = Result<std::vector<RecordId>, QString>;
 
 // At the end of the census: whole records, or names and abundances from a text.
 PasteOutcome pasteSpeciesRows(ObjectContext& context, const std::optional<Census>& census,

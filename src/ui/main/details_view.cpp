@@ -17,11 +17,11 @@
 namespace zorvel {
 
 struct DetailsView::Line {
-    DetailsField* field = nullptr;
     QString name;
     std::function<QString(const Census&)> shown;
     // Stores the typed text in that context, or returns why it cannot be stored.
     std::function<QString(ObjectContext&, const Census&, const std::string&)> store;
+    DetailsField* field = nullptr;
 };
 
 namespace {
@@ -43,8 +43,14 @@ DetailsView::DetailsView(QWidget* parent)
     : QWidget(parent), ui_(std::make_unique<Ui::DetailsView>()) {
     ui_->setupUi(this);
     ui_->notesLabel->setContentsMargins(0, 6, 0, 0);  // in line with the first line of the notes
-    setUpLines();
-    setUpNotes();
+    addLine(ui_->latitudeTextField, ui_->latitudeProblem,
+            {"Latitude", latitudeText, storing(parseTypedLatitude, editLatitude)});
+    addLine(ui_->longitudeTextField, ui_->longitudeProblem,
+            {"Longitude", longitudeText, storing(parseTypedLongitude, editLongitude)});
+    addLine(ui_->dateTextField, ui_->dateProblem,
+            {"Date", dateText, storing(parseTypedTime, editTimeStamp)});
+    connect(ui_->notesTextView, &DetailsNotes::commitRequested, this, &DetailsView::commitNotes);
+    connect(ui_->notesTextView, &DetailsNotes::textChanged, this, &DetailsView::textTyped);
     for (QLabel* label : {ui_->latitudeLabel, ui_->longitudeLabel, ui_->dateLabel, ui_->notesLabel,
                           ui_->notesProblem}) {
         label->setForegroundRole(secondaryText);
@@ -54,29 +60,13 @@ DetailsView::DetailsView(QWidget* parent)
 
 DetailsView::~DetailsView() = default;
 
-void DetailsView::setUpLines() {
-    addLine(ui_->latitudeTextField, "Latitude", latitudeText,
-            storing(parseTypedLatitude, editLatitude));
-    addLine(ui_->longitudeTextField, "Longitude", longitudeText,
-            storing(parseTypedLongitude, editLongitude));
-    addLine(ui_->dateTextField, "Date", dateText, storing(parseTypedTime, editTimeStamp));
-    ui_->latitudeTextField->setProblemLabel(ui_->latitudeProblem);
-    ui_->longitudeTextField->setProblemLabel(ui_->longitudeProblem);
-    ui_->dateTextField->setProblemLabel(ui_->dateProblem);
-}
-
-void DetailsView::addLine(
-    DetailsField* field, const QString& name, std::function<QString(const Census&)> shown,
-    std::function<QString(ObjectContext&, const Census&, const std::string&)> store) {
-    lines_.push_back(std::make_unique<Line>(Line{field, name, std::move(shown), std::move(store)}));
-    Line& line = *lines_.back();
-    connect(field, &DetailsField::commitRequested, this, [this, &line] { commitLine(line); });
+void DetailsView::addLine(DetailsField* field, QLabel* problem, Line line) {
+    lines_.push_back(std::make_unique<Line>(std::move(line)));
+    Line& added = *lines_.back();
+    added.field = field;
+    field->setProblemLabel(problem);
+    connect(field, &DetailsField::commitRequested, this, [this, &added] { commitLine(added); });
     connect(field, &DetailsField::textChanged, this, &DetailsView::textTyped);
-}
-
-void DetailsView::setUpNotes() {
-    connect(ui_->notesTextView, &DetailsNotes::commitRequested, this, &DetailsView::commitNotes);
-    connect(ui_->notesTextView, &DetailsNotes::textChanged, this, &DetailsView::textTyped);
 }
 
 std::optional<Census> DetailsView::census() const {

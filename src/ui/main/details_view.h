@@ -54,11 +54,7 @@ class DetailsView : public QWidget {
 
   private:
     struct Line;
-    void addLine(DetailsField* field, const QString& name,
-                 std::function<QString(const Census&)> shown,
-                 std::function<QString(ObjectContext&, const Census&, const std::string&)> store);
-    void setUpLines();
-    void setUpNotes();
+    void addLine(DetailsField* field, QLabel* problem, Line line);
     void commitLine(Line& line);
     void commitNotes();
     void leaveCensus();

@@ -200,13 +200,10 @@ void MainViewController::pasteRows(RecordTableView& table) {
     if (const auto text = tableText(*held, censuses ? 1 : 2)) return emit tablePasted(*text);
     const PasteOutcome outcome = censuses ? pasteCensusRows(context(), *held)
                                           : pasteSpeciesRows(context(), selectedCensus(), *held);
-    if (!outcome.problem.isEmpty()) {
-        ui_->messageStrip->setMessage(pasteMessage, outcome.problem);
-        return;
-    }
+    if (!outcome) return ui_->messageStrip->setMessage(pasteMessage, outcome.problem());
     context().announceChanges();
     const std::vector<int> rows =
-        censuses ? censusModel_->rowsOf(outcome.records) : speciesModel_->rowsOf(outcome.records);
+        censuses ? censusModel_->rowsOf(outcome.value()) : speciesModel_->rowsOf(outcome.value());
     if (!rows.empty()) table.selectRows(rows);
     table.setFocus();
 }

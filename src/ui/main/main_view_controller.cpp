@@ -281,8 +281,8 @@ void MainViewController::showSpeciesHeading(const std::optional<Census>& census)
 }
 
 void MainViewController::showCensusCount() {
-    const int count = censusModel_->rowCount();
-    ui_->censusCountLabel->setText(count == 1 ? "1 census" : QString("%L1 censuses").arg(count));
+    const auto count = static_cast<std::size_t>(censusModel_->rowCount());
+    ui_->censusCountLabel->setText(countText(count, "1 census", "%1 censuses"));
     showRightPage();
 }
 

@@ -34,6 +34,24 @@ int OrderedTableModel::rowCount(const QModelIndex& parent) const {
     return parent.isValid() ? 0 : static_cast<int>(order_.size());
 }
 
+int OrderedTableModel::columnCount(const QModelIndex& parent) const {
+    return parent.isValid() ? 0 : static_cast<int>(columns_.size());
+}
+
+QVariant OrderedTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
+    if (orientation != Qt::Horizontal || section < 0 || section >= columnCount()) return {};
+    const Column& column = columns_[static_cast<std::size_t>(section)];
+    if (role == Qt::DisplayRole) return QString(column.title);
+    if (role == Qt::TextAlignmentRole) return alignment(column.isNumber);
+    const bool isExplanation =
+        role == Qt::ToolTipRole || (role == Qt::AccessibleTextRole && *column.title == '\0');
+    return isExplanation && *column.explanation != '\0' ? QVariant(column.explanation) : QVariant();
+}
+
+QVariant OrderedTableModel::alignment(bool isNumber) {
+    return QVariant::fromValue((isNumber ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
+}
+
 std::size_t OrderedTableModel::recordAt(int row) const {
     return order_[static_cast<std::size_t>(row)];
 }
@@ -79,10 +97,6 @@ std::vector<int> OrderedTableModel::rowsOfPlaces(const Records& places) const {
         if (holds(places, order_[row])) rows.push_back(static_cast<int>(row));
     }
     return rows;
-}
-
-bool OrderedTableModel::accepts(std::size_t /*record*/) const {
-    return true;
 }
 
 void OrderedTableModel::sort(int column, Qt::SortOrder order) {

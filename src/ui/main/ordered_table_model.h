@@ -19,12 +19,21 @@ namespace zorvel {
 class OrderedTableModel : public QAbstractTableModel {
     Q_OBJECT
   public:
-    using QAbstractTableModel::QAbstractTableModel;
+    struct Column {
+        const char* title;        // may be empty
+        const char* explanation;  // may be empty; without a title it is read aloud
+        bool isNumber;            // aligned to the right
+    };
+    OrderedTableModel(std::vector<Column> columns, QObject* parent)
+        : QAbstractTableModel(parent), columns_(std::move(columns)) {}
 
     // True for a cell in the quieter colour: an absent name, a species that is left out.
     static constexpr int dimmedRole = Qt::UserRole + 1;
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation,
+                                      int role) const override;
 
     // Stable; equal records keep the project's order both ways. A column below 0 restores it.
     void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
@@ -57,7 +66,17 @@ class OrderedTableModel : public QAbstractTableModel {
     [[nodiscard]] virtual RecordId idOf(std::size_t record) const = 0;
     // One key per record.
     [[nodiscard]] virtual SortKeys sortKeys(int column, const Records& records) const = 0;
-    [[nodiscard]] virtual bool accepts(std::size_t record) const;
+    // What key() returns for each record.
+    template <class Key>
+    [[nodiscard]] static auto keysOf(const Records& records, Key key) {
+        std::vector<decltype(key(std::uint32_t{}))> keys;
+        keys.reserve(records.size());
+        for (const std::uint32_t record : records) keys.push_back(key(record));
+        return keys;
+    }
+    [[nodiscard]] virtual bool accepts(std::size_t /*record*/) const { return true; }
+    // The value of Qt::TextAlignmentRole.
+    [[nodiscard]] static QVariant alignment(bool isNumber);
 
     [[nodiscard]] std::size_t recordAt(int row) const;
     // The place of a record, or the place where it would be.
@@ -94,6 +113,7 @@ class OrderedTableModel : public QAbstractTableModel {
     void insertRecords(const Records& inserted);
     [[nodiscard]] std::size_t placeFor(std::uint32_t record) const;
 
+    std::vector<Column> columns_;
     Records order_;  // of the rows
     Records all_;    // of all records, while narrowed
     bool narrowed_ = false;

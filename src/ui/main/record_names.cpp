@@ -153,21 +153,20 @@ QString matrixNote(const SparseCountsResult& counts) {
         {counts.mergedCensuses,
          "One census has the name of an earlier one: the census matrix holds its species in the "
          "row of that one, and its own row stays empty.",
-         "%L1 censuses have the name of an earlier one: the census matrix holds their species "
+         "%1 censuses have the name of an earlier one: the census matrix holds their species "
          "in the row of that one, and their own rows stay empty."},
         {counts.replacedTaxa,
          "One species has the name of a later one of its census: the census matrix uses only the "
          "later one, and the pooled values add them up.",
-         "%L1 species have the name of a later one of their census: the census matrix uses only "
+         "%1 species have the name of a later one of their census: the census matrix uses only "
          "the later one, and the pooled values add them up."},
         {counts.taxaInNoRow,
          "One species is not in the census matrix, since it or its census has no name.",
-         "%L1 species are not in the census matrix, since they or their census have no name."},
+         "%1 species are not in the census matrix, since they or their census have no name."},
     };
     QStringList sentences;
     for (const auto& each : cases) {
-        if (each.count == 1) sentences.append(each.ofOne);
-        if (each.count > 1) sentences.append(each.ofMany.arg(qulonglong{each.count}));
+        if (each.count > 0) sentences.append(countText(each.count, each.ofOne, each.ofMany));
     }
     return sentences.join(' ');
 }

@@ -133,10 +133,6 @@ std::vector<Zorvel> SpeciesTableModel::taxaAt(const std::vector<int>& rows) cons
     return taxa;
 }
 
-int SpeciesTableModel::columnCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : columnTotal;
-}
-
 QVariant SpeciesTableModel::data(const QModelIndex& index, int role) const {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
     const TaxonValues& taxon = valuesAt(index.row());
@@ -171,8 +167,7 @@ QVariant SpeciesTableModel::abundanceData(const TaxonValues& taxon, int role) co
     if (role == Qt::DisplayRole || role == Qt::EditRole) {
         return static_cast<qlonglong>(taxon.abundance);
     }
-    if (role == Qt::TextAlignmentRole)
-        return QVariant::fromValue(Qt::AlignRight | Qt::AlignVCenter);
+    if (role == Qt::TextAlignmentRole) return alignment(true);
     if (role == dimmedRole) return !taxon.include;
     if (role == shareRole) {
         const auto present = static_cast<double>(std::max<std::int64_t>(taxon.abundance, 0));
@@ -225,40 +220,17 @@ QMimeData* SpeciesTableModel::mimeData(const QModelIndexList& rows) const {
     return mimeDataOf(copy, copiedSpeciesType).release();
 }
 
-QVariant SpeciesTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
-    if (orientation != Qt::Horizontal || section >= columnTotal) return {};
-    if (role == Qt::DisplayRole) {
-        return section == nameColumn        ? "Name"
-               : section == abundanceColumn ? "Abundance"
-                                            : QString();
-    }
-    if (section == includeColumn && (role == Qt::ToolTipRole || role == Qt::AccessibleTextRole)) {
-        return "Included in the metrics";
-    }
-    if (role == Qt::TextAlignmentRole) {
-        const bool number = section == abundanceColumn;
-        return QVariant::fromValue((number ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
-    }
-    return {};
-}
-
 OrderedTableModel::SortKeys SpeciesTableModel::sortKeys(int column, const Records& records) const {
     if (column == nameColumn) {
-        std::vector<std::string> keys;
-        keys.reserve(records.size());
-        for (const std::uint32_t record : records) {
+        return keysOf(records, [this](std::uint32_t record) {
             const std::optional<SharedText>& name = taxa_[record]->values.name;
-            keys.push_back(naturalKey(name ? name->view() : std::string_view(unnamedName)));
-        }
-        return keys;
+            return naturalKey(name ? name->view() : std::string_view(unnamedName));
+        });
     }
-    std::vector<std::int64_t> keys;
-    keys.reserve(records.size());
-    for (const std::uint32_t record : records) {
+    return keysOf(records, [this, column](std::uint32_t record) {
         const TaxonValues& taxon = taxa_[record]->values;
-        keys.push_back(column == abundanceColumn ? taxon.abundance : taxon.include);
-    }
-    return keys;
+        return column == abundanceColumn ? taxon.abundance : std::int64_t{taxon.include};
+    });
 }
 
 bool SpeciesTableModel::accepts(std::size_t record) const {

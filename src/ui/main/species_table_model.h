@@ -19,11 +19,15 @@ namespace zorvel {
 class SpeciesTableModel : public OrderedTableModel {
     Q_OBJECT
   public:
-    enum Column { includeColumn, nameColumn, abundanceColumn, columnTotal };
+    enum ColumnNumber { includeColumn, nameColumn, abundanceColumn };
     // In the abundance column: the abundance as a share (0 to 1) of the largest of the census.
     static constexpr int shareRole = Qt::UserRole;
 
-    using OrderedTableModel::OrderedTableModel;
+    explicit SpeciesTableModel(QObject* parent = nullptr)
+        : OrderedTableModel({{"", "Included in the metrics", false},
+                             {"Name", "", false},
+                             {"Abundance", "", true}},
+                            parent) {}
 
     // Whose taxa are edited; must outlive the model or the next call. No census is shown then.
     void setContext(ObjectContext& context);
@@ -45,7 +49,6 @@ class SpeciesTableModel : public OrderedTableModel {
     // Names that several species of the census have.
     [[nodiscard]] const SharedNames& sharedNames() const { return sharedNames_; }
 
-    [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
     bool setData(const QModelIndex& index, const QVariant& value, int role) override;
     // Stores a text typed into a cell of that column, in the context of the taxon; false if it
@@ -55,8 +58,6 @@ class SpeciesTableModel : public OrderedTableModel {
     [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
     // The taxa whole, for pasting.
     [[nodiscard]] QMimeData* mimeData(const QModelIndexList& rows) const override;
-    [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation,
-                                      int role) const override;
 
   protected:
     [[nodiscard]] std::size_t recordCount() const override { return taxa_.size(); }
