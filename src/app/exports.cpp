@@ -43,22 +43,14 @@ Exports::~Exports() {
 }
 
 void Exports::exportCensusMatrix(MainWindowController* window) {
-    if (window == nullptr) {
-        return writeConsoleLine(
-            "WARNING: Could not obtain document/window/view for census matrix export");
-    }
-    start(*window, "Export Census Matrix", "preparing census matrix export...", "census matrix",
+    start(window, "Export Census Matrix", "census matrix", "census matrix",
           [](const ObjectContext& project, const std::stop_token&) {
               return exportedMatrix(project);
           });
 }
 
 void Exports::exportMetrics(MainWindowController* window) {
-    if (window == nullptr) {
-        return writeConsoleLine(
-            "WARNING: Could not obtain document/window/view for metrics matrix export");
-    }
-    start(*window, "Export Metrics", "preparing metrics export...", "metrics",
+    start(window, "Export Metrics", "metrics", "metrics matrix",
           [makeRandom = makeRandom_](const ObjectContext& project, const std::stop_token& stop) {
               return exportedMetrics(project, makeRandom, stop);
           });
@@ -85,20 +77,25 @@ std::optional<Exports::ExportedFile> Exports::exportedMetrics(const ObjectContex
     return ExportedFile{produce, table->rows.size(), withoutSqsNote(*table)};
 }
 
-void Exports::start(MainWindowController& window, const QString& title, const QString& progress,
-                    const QString& what, Prepare prepare) {
-    if (!window.mainView().commitEditing()) return;
+void Exports::start(MainWindowController* window, const QString& title, const QString& what,
+                    const std::string& whatOnConsole, Prepare prepare) {
+    if (window == nullptr) {
+        return writeConsoleLine("WARNING: Could not obtain document/window/view for " +
+                                whatOnConsole + " export");
+    }
+    MainViewController& view = window->mainView();
+    if (!view.commitEditing()) return;
     const auto running = std::make_shared<Running>(
-        Running{title, asFileName(window.document().displayName()) + ' ' + what, &window});
+        Running{title, asFileName(window->document().displayName()) + ' ' + what, window});
     preparing_.push_back(running);
-    running->progress =
-        window.mainView().startProgress(progress, [self = QPointer<Exports>(this), running] {
-            if (self) self->cancel(running);
-        });
+    running->progress = view.startProgress(QString("preparing %1 export...").arg(what),
+                                           [self = QPointer<Exports>(this), running] {
+                                               if (self) self->cancel(running);
+                                           });
     windows_.jobs().start(
         this,
         [prepare = std::move(prepare), stop = running->stop.get_token(),
-         project = window.document().project().objectContext().frozenCopy()] {
+         project = window->document().project().objectContext().frozenCopy()] {
             return prepare(*project, stop);
         },
         [this, running](const std::optional<ExportedFile>& file) {

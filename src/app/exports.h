@@ -11,6 +11,7 @@
 #include <memory>
 #include <optional>
 #include <stop_token>
+#include <string>
 #include <vector>
 
 #include "base/files.h"
@@ -63,8 +64,8 @@ class Exports : public QObject {
     static std::optional<ExportedFile> exportedMetrics(const ObjectContext& project,
                                                        const RandomSourceMaker& makeRandom,
                                                        const std::stop_token& stop);
-    void start(MainWindowController& window, const QString& title, const QString& progress,
-               const QString& what, Prepare prepare);
+    void start(MainWindowController* window, const QString& title, const QString& what,
+               const std::string& whatOnConsole, Prepare prepare);
     void endPreparing(const RunningExport& running);
     void cancel(const RunningExport& running);
     void saveTextFile(const RunningExport& running, const ExportedFile& file);

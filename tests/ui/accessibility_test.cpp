@@ -98,7 +98,7 @@ TEST_F(AccessibilityTest, TablesAreReadCellByCellUnderTheirHeaders) {
         std::string header = "?";
         for (QAccessibleInterface* each : cell->tableCellInterface()->columnHeaderCells()) {
             header = nameOf(*each);
-            // They are made for the caller, whom only this way lets delete them.
+            // They belong to the caller, who can delete them only in this way.
             QAccessible::deleteAccessibleInterface(QAccessible::registerAccessibleInterface(each));
         }
         return header + ": " + nameOf(*cell);
@@ -112,7 +112,7 @@ TEST_F(AccessibilityTest, TablesAreReadCellByCellUnderTheirHeaders) {
     EXPECT_EQ(read(censuses, 1, 1), "Species: 2");
 }
 
-// A screen reader hears of a message when it comes, and once.
+// A message is announced to screen readers when it comes, and once.
 TEST_F(AccessibilityTest, AMessageRaisesAnAlert) {
     alertsRaised.clear();
     auto& strip = child<MessageStrip>("messageStrip");

@@ -10,7 +10,7 @@
 
 namespace zorvel {
 
-// Keeps what is to be called, as a panel that the person has not closed yet.
+// Keeps the function to be called, as a panel that is still open.
 class FakeColorPanel : public ColorPanel {
   public:
     void chooseColor(QWidget* /*parent*/, const QString& title, const QColor& initial,

@@ -27,7 +27,7 @@ class ImportTest : public WindowTest {
         panel.answer = path.isEmpty() ? QStringList() : QStringList{path};
         trigger(action);
         ASSERT_TRUE(waitUntil([this] { return isIdle(); }));
-        QCoreApplication::processEvents();  // the turn in which the table hears of it
+        QCoreApplication::processEvents();  // the table follows in the next turn of the event loop
     }
     void drop(const QStringList& paths) { emit window->filesDropped(paths); }
 };

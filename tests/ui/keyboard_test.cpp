@@ -4,7 +4,6 @@
 #include <QHeaderView>
 #include <QInputMethodEvent>
 #include <QLineEdit>
-#include <QPointer>
 #include <QProcess>
 
 #include "ui/main/ordered_table_model.h"
@@ -304,20 +303,6 @@ TEST_F(KeyboardTest, WhatIsTypedIsStoredBeforeItsTableShowsSomethingElse) {
     context().announceChanges();
     context().announceChanges();
     EXPECT_EQ(records()[1], "Abies,77");
-}
-
-TEST_F(KeyboardTest, ClosingTheProjectStoresWhatIsTyped) {
-    openTrees();
-    saveAs(folder.filePath("kept.zorvel"));
-    edit(speciesTable(), 0, 2);
-    typeText("123");
-    const QPointer<MainWindowController> gone(window);
-    windows->openUntitled();
-    ASSERT_TRUE(window->close());
-    ASSERT_TRUE(waitUntil([&] { return gone.isNull(); }));
-    window = windows->windows().front();
-    open(savePanel.answer);
-    EXPECT_EQ(records().at(1), "Abies,123");
 }
 
 TEST_F(KeyboardTest, TabWithoutAnEditorGoesFromPartToPart) {

@@ -2,14 +2,12 @@
 #include <QClipboard>
 #include <QHeaderView>
 #include <QLineEdit>
-#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScrollArea>
 #include <QScrollBar>
 #include <QSplitter>
 #include <QToolButton>
 #include <future>
-#include <limits>
 #include <set>
 
 #include "ui/window_fixture.h"
@@ -59,51 +57,6 @@ TEST_F(MainWindowTest, ShowsEachCensusReachedByKeyboard) {
     }
 }
 
-// Each value has its own caption nearest to it.
-TEST_F(MainWindowTest, CaptionsStandBesideTheirValues) {
-    open(exampleFile);
-    ASSERT_TRUE(waitForJobs());
-    const std::pair<const char*, const char*> captions[] = {
-        {"individuals", "Individuals"},
-        {"richness", "Richness"},
-        {"rarefiedRichness", "Rarefied richness (50)"},
-        {"chaoOne", "Chao1"},
-        {"alroySQS", "Alroy SQS (quota: 0.80)"},
-        {"shannonH", "Shannon's H"},
-        {"fisherAlpha", "Fisher's alpha"},
-        {"pielouJ", "Pielou's J"},
-        {"simpsonD", "Simpson's D"},
-        {"buzasE", "Buzas-Gibson's E"}};
-    for (const auto& [key, caption] : captions) {
-        const QPoint place = value(key).mapToGlobal(value(key).rect().center());
-        std::string nearest;
-        int least = std::numeric_limits<int>::max();
-        for (const QLabel* each : child<QWidget>("metricsPanel").findChildren<QLabel*>()) {
-            if (!each->isVisible() || !each->objectName().endsWith("LabelTextField")) continue;
-            const QRect area(each->mapToGlobal(QPoint()), each->size());
-            const QPoint away = place - area.center();
-            // A value stands right of its caption, or below it in a card of its own.
-            const int distance = 4 * std::abs(away.y()) + std::abs(away.x());
-            if (distance < least) nearest = each->text().toStdString();
-            least = std::min(least, distance);
-        }
-        EXPECT_EQ(nearest, caption) << key;
-    }
-}
-
-TEST_F(MainWindowTest, ReadsThePreferencesAtEachRefresh) {
-    open(exampleFile);
-    ASSERT_TRUE(waitForJobs());
-    Preferences().setRarefactionSize(20);
-    Preferences().setSqsQuota(0.5);
-    window->mainView().updateMetrics();
-    ASSERT_TRUE(waitForJobs());
-    EXPECT_EQ(label("rarefiedRichnessLabelTextField"), "Rarefied richness (20)");
-    EXPECT_EQ(label("alroySQSLabelTextField"), "Alroy SQS (quota: 0.50)");
-    EXPECT_EQ(text("rarefiedRichness"), "9.1");
-    EXPECT_EQ(text("alroySQS"), "3.7");
-}
-
 // Holds its first number back until the gate opens.
 class GatedRandom final : public RandomSource {
   public:
@@ -147,51 +100,25 @@ TEST_F(MainWindowTest, AnEarlierValueIsMarkedAndALateOneIsDropped) {
 }
 
 TEST_F(MainWindowTest, AnAbsentEstimateKeepsTheTextAndSaysWhy) {
-    const struct {
-        const char* row;
-        const char* reason;
-        const char* console;
-    } cases[] = {
-        {"4,3,3", "it needs at least 11 specimens", ""},
-        {"1,1,1,1,1,1,1,1,1,1,1", "every specimen belongs to a species of its own",
-         "WARNING: Good's U is 0: everything but the dominant is a singleton, and it may be too"},
-    };
-    for (const auto& test : cases) {
-        QByteArray second = QByteArray("South,") + test.row;
-        while (second.count(',') < 11) second += ",0";
-        open(write("absent.csv", ",a,b,c,d,e,f,g,h,i,j,k\n" + second + "\nNorth,30,20,9" +
-                                     QByteArray(",0").repeated(8) + '\n'));
-        ASSERT_TRUE(waitUntil([this] { return !label("metricsNote").empty(); }));
-        EXPECT_EQ(text("alroySQS"), "");
-        EXPECT_EQ(label("metricsNote"), std::string("SQS has no estimate: ") + test.reason + ".");
-        press(Qt::Key_Down);
-        ASSERT_TRUE(waitForJobs());
-        EXPECT_EQ(label("metricsNote"), "");
-        const std::string ofNorth = text("alroySQS");
-        console.clear();
-        press(Qt::Key_Up);
-        ASSERT_TRUE(waitUntil([this] { return !label("metricsNote").empty(); }));
-        EXPECT_EQ(text("alroySQS"), ofNorth);
-        EXPECT_TRUE(value("alroySQS").isStale());
-        EXPECT_EQ(label("metricsNote"), std::string("SQS has no estimate: ") + test.reason +
-                                            ". The grey value is that of North.");
-        EXPECT_EQ(console.empty() ? "" : console.front(), test.console);
-        window->close();
-        window = &windows->openUntitled();
-    }
-}
-
-TEST_F(MainWindowTest, ACensusWithoutIncludedSpecimens) {
-    context().insertCensus({"Bog", 46.0123, 0, "wet", std::nullopt}, {{"Sphagnum", 9, false}});
-    context().announceChanges();
-    censusTable().selectRow(0);
-    for (const auto& [key, shown] :
-         {std::pair("richness", "0"), {"individuals", "0"}, {"shannonH", "0.0"}, {"buzasE", "-"}}) {
-        EXPECT_EQ(text(key), shown) << key;
-    }
-    EXPECT_EQ(child<QLineEdit>("latitudeTextField").text(), "46.0123");
-    EXPECT_EQ(child<QPlainTextEdit>("notesTextView").toPlainText(), "wet");
-    EXPECT_EQ(speciesTable().model()->rowCount(), 1);
+    const std::string note = "SQS has no estimate: every specimen belongs to a species of its own.";
+    open(write("absent.csv", ",a,b,c,d,e,f,g,h,i,j,k\nSouth" + QByteArray(",1").repeated(11) +
+                                 "\nNorth,30,20,9" + QByteArray(",0").repeated(8) + '\n'));
+    ASSERT_TRUE(waitUntil([this] { return !label("metricsNote").empty(); }));
+    EXPECT_EQ(text("alroySQS"), "");
+    EXPECT_EQ(label("metricsNote"), note);
+    press(Qt::Key_Down);
+    ASSERT_TRUE(waitForJobs());
+    EXPECT_EQ(label("metricsNote"), "");
+    const std::string ofNorth = text("alroySQS");
+    console.clear();
+    press(Qt::Key_Up);
+    ASSERT_TRUE(waitUntil([this] { return !label("metricsNote").empty(); }));
+    EXPECT_EQ(text("alroySQS"), ofNorth);
+    EXPECT_TRUE(value("alroySQS").isStale());
+    EXPECT_EQ(label("metricsNote"), note + " The grey value is that of North.");
+    EXPECT_EQ(console.empty() ? "" : console.front(),
+              "WARNING: Good's U is 0: everything but the dominant is a singleton, and it may be "
+              "too");
 }
 
 TEST_F(MainWindowTest, TheTopmostOfTheSelectedCensusesIsShown) {

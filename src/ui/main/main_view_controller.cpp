@@ -1,5 +1,6 @@
 #include "ui/main/main_view_controller.h"
 
+#include <QAbstractButton>
 #include <QAction>
 #include <QDataStream>
 #include <QEvent>
@@ -116,17 +117,17 @@ void MainViewController::setUpButtons() {
     for (QToolButton* button : {ui_->removeCensusButton, ui_->removeSpeciesButton}) {
         button->setIcon(glyphIcon(Glyph::minus));
     }
-    connect(ui_->cancelProgressButton, &QPushButton::clicked, this,
-            &MainViewController::cancelProgress);
     connect(ui_->openButton, &QPushButton::clicked, this, &MainViewController::openRequested);
-    connect(ui_->addFirstCensusButton, &QPushButton::clicked, this,
-            &MainViewController::addCensusRow);
-    connect(ui_->addCensusButton, &QToolButton::clicked, this, &MainViewController::addCensusRow);
-    connect(ui_->removeCensusButton, &QToolButton::clicked, this,
-            &MainViewController::deleteCensusRows);
-    connect(ui_->addSpeciesButton, &QToolButton::clicked, this, &MainViewController::addSpeciesRow);
-    connect(ui_->removeSpeciesButton, &QToolButton::clicked, this,
-            &MainViewController::deleteSpeciesRows);
+    const std::pair<QAbstractButton*, void (MainViewController::*)()> commands[] = {
+        {ui_->cancelProgressButton, &MainViewController::cancelProgress},
+        {ui_->addFirstCensusButton, &MainViewController::addCensusRow},
+        {ui_->addCensusButton, &MainViewController::addCensusRow},
+        {ui_->removeCensusButton, &MainViewController::deleteCensusRows},
+        {ui_->addSpeciesButton, &MainViewController::addSpeciesRow},
+        {ui_->removeSpeciesButton, &MainViewController::deleteSpeciesRows}};
+    for (const auto& [button, command] : commands) {
+        connect(button, &QAbstractButton::clicked, this, command);
+    }
     connect(ui_->censusTable, &RecordTableView::deleteRequested, this,
             &MainViewController::deleteCensusRows);
     connect(ui_->speciesTable, &RecordTableView::deleteRequested, this,

@@ -76,10 +76,10 @@ void MetricsPanel::layOut(QVBoxLayout& all) {
     for (const ShownMetric& count : panelRows(MetricKind::count))
         cards->addWidget(sheet_->makeLargeCard(count), 1);
     all.addLayout(cards);
-    all.addWidget(groupTitle(tr("Richness estimates"), *this));
+    all.addWidget(groupTitle("Richness estimates", *this));
     all.addWidget(sheet_->makeListCard(panelRows(MetricKind::estimate)));
     all.addWidget(rarefiedNote_);
-    all.addWidget(groupTitle(tr("Diversity and evenness"), *this));
+    all.addWidget(groupTitle("Diversity and evenness", *this));
     all.addWidget(sheet_->makeListCard(panelRows(MetricKind::index)));
     all.addWidget(metricsNote_);
     all.addStretch();
@@ -120,7 +120,7 @@ void MetricsPanel::refresh(const QString& censusName, const CountsVector& counts
 // The field keeps its text until its job ends.
 void MetricsPanel::expect(const ShownMetric& shown, const QString& owner) {
     const QString reason =
-        owner.isEmpty() ? QString() : tr("Value of %1; the new one is on its way.").arg(owner);
+        owner.isEmpty() ? QString() : QString("Value of %1; the new one is on its way.").arg(owner);
     sheet_->expect(shown, reason);
 }
 
@@ -156,11 +156,12 @@ void MetricsPanel::showRarefied(double estimate) {
     const std::int64_t specimens = sheet_->inputs().sample.individuals;
     if (specimens < 1 || specimens >= request_->size) return;
     const QString meaning =
-        tr("N < n: the census has %L1 specimens, fewer than the %L2 asked for; its rarefied "
-           "richness is that of the whole census.")
+        QString(
+            "N < n: the census has %L1 specimens, fewer than the %L2 asked for; its rarefied "
+            "richness is that of the whole census.")
             .arg(specimens)
             .arg(request_->size);
-    sheet_->mark(rarefied, tr("N < n"), meaning);
+    sheet_->mark(rarefied, "N < n", meaning);
     showNote(*rarefiedNote_, meaning);
 }
 
@@ -172,7 +173,7 @@ void MetricsPanel::showSqs(const SqsResult& result) {
         return;
     }
     QString note = QString::fromStdString(metricRemark(sqs, sheet_->inputs()));
-    if (!sqsOwner_.isEmpty()) note += ' ' + tr("The grey value is that of %1.").arg(sqsOwner_);
+    if (!sqsOwner_.isEmpty()) note += ' ' + QString("The grey value is that of %1.").arg(sqsOwner_);
     sheet_->show(sqs, {}, note);
     showNote(*metricsNote_, note);
 }
