@@ -150,7 +150,7 @@ TEST_F(PanelTest, AMissingValueSaysWhyAndIsNotCopied) {
         const char* const mark = size == 7 ? "" : "N < n";
         Preferences().setRarefactionSize(size);
         window->mainView().updateMetrics();
-        ASSERT_TRUE(waitForJobs());
+        ASSERT_TRUE(waitUntil([this] { return !value("rarefiedRichness").isStale(); }));
         EXPECT_EQ(value("rarefiedRichness").mark(), mark) << size;
     }
     QTest::keyClick(&censusTable(), Qt::Key_Up);
