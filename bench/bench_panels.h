@@ -16,6 +16,7 @@ class NoOpenPanel : public OpenPanel {
   public:
     QStringList chooseFiles(QWidget* /*parent*/) override { return {}; }
     QString chooseTextFile(QWidget* /*parent*/, const QString& /*title*/) override { return {}; }
+    QString chooseTable(QWidget* /*parent*/) override { return {}; }
 };
 
 class NoSavePanel : public SavePanel {

@@ -15,6 +15,7 @@
 #include "ui/kit/panels.h"
 #include "ui/kit/shown_text.h"
 #include "ui/main/main_window_controller.h"
+#include "workbook/workbook.h"
 
 namespace zorvel {
 
@@ -161,7 +162,7 @@ KnownFile lookAt(const QString& path) {
     readFirstLines(input);
     std::string start = input.start();
     const bool whole = input.atEnd();
-    if (isUtf16(start, whole)) {
+    if (looksLikeWorkbook(start) || isUtf16(start, whole)) {
         known.isText = known.isTable = true;
         return known;
     }

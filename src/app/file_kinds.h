@@ -19,8 +19,8 @@ class ProjectWindows;
 
 struct KnownFile {
     std::shared_ptr<NamedFile> file;
-    bool isText = false;   // otherwise a project, or neither
-    bool isTable = false;  // a text to be looked at as a table, whatever its kind
+    bool isText = false;   // or a workbook; otherwise a project, or neither
+    bool isTable = false;  // to be looked at as a table, whatever its kind
     FileKind kind = FileKind::matrix;
     // Whether the kind of a text is certain; if not, its first lines, to ask about.
     bool certain = true;

@@ -101,7 +101,7 @@ void showTable(ProjectWindows& windows, const CommandWindow& command, QWidget* p
 
 void runTableImport(ProjectWindows& windows, MainWindowController* window) {
     const CommandWindow command(window);
-    const QString path = windows.panels().open.chooseTextFile(window, "Import Table");
+    const QString path = windows.panels().open.chooseTable(window);
     if (path.isEmpty()) return;
     importTableFiles(windows, command, {std::make_shared<NamedFile>(path)}, command.window);
 }

@@ -15,6 +15,7 @@ class FakeOpenPanel : public OpenPanel {
     QString chooseTextFile(QWidget* /*parent*/, const QString& /*title*/) override {
         return answer.value(0);
     }
+    QString chooseTable(QWidget* /*parent*/) override { return answer.value(0); }
     QStringList answer;
 };
 

@@ -150,6 +150,20 @@ TEST_F(TableDialogTest, DoubtfulAndUtf16FilesAreShownFirst) {
     ASSERT_TRUE(waitUntil([&] { return context().censusCount() == 1; }));
 }
 
+TEST_F(TableDialogTest, SheetsOfAWorkbookAreShownAndItsFaultsTold) {
+    emit window->filesDropped({ZORVEL_SOURCE_DIR
+                               "/tests/data/workbooks/libreoffice_species_rows_totals.ods",
+                               write("cut.xlsx", "PK\x03\x04 and nothing else")});
+    ASSERT_TRUE(waitUntil([this] { return dialog() != nullptr && waitFor("Import 3 Censuses"); }));
+    EXPECT_TRUE(alerts.choices.isEmpty());
+    EXPECT_TRUE(part<QLabel>("tableUnderstood").text().startsWith("Understood: sheet "));
+    key(Qt::Key_Return, Qt::ControlModifier);
+    ASSERT_TRUE(waitUntil([&] { return context().censusCount() == 3; }));
+    sendDeletions();
+    ASSERT_TRUE(waitUntil([this] { return !alerts.warnings.isEmpty(); }));
+    EXPECT_TRUE(alerts.warnings.front().startsWith("“cut.xlsx” could not be read: "));
+}
+
 TEST_F(TableDialogTest, ProblemsFoundByTheImportBringTheWindowBack) {
     QByteArray text = "Plot,Abies,Larix,Notes\n";
     const QByteArray filler(4000, 'x');

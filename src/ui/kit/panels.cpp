@@ -38,10 +38,18 @@ QString startingAt(const QString& name, const QWidget* parent) {
     return QDir(folder.isEmpty() ? documents : folder).filePath(name);
 }
 
+QString chooseOne(QWidget* parent, const QString& title, const QString& filter) {
+    QString path = QFileDialog::getOpenFileName(parent, title, panelFolder(parent), filter);
+    if (!path.isEmpty()) rememberFolderOf(path);
+    return path;
+}
+
 }  // namespace
 
 QStringList DesktopOpenPanel::chooseFiles(QWidget* parent) {
-    const QString filter = "Projects and text files (*.zorvel *.txt *.csv);;All files (*)";
+    const QString filter =
+        "Projects, text files and workbooks (*.zorvel *.txt *.csv *.tsv *.xlsx *.ods);;"
+        "All files (*)";
     QStringList paths = QFileDialog::getOpenFileNames(parent, "Open Projects or Text Files",
                                                       panelFolder(parent), filter);
     if (!paths.isEmpty()) rememberFolderOf(paths.front());
@@ -49,10 +57,13 @@ QStringList DesktopOpenPanel::chooseFiles(QWidget* parent) {
 }
 
 QString DesktopOpenPanel::chooseTextFile(QWidget* parent, const QString& title) {
-    const QString filter = "Text files (*.txt *.csv);;All files (*)";
-    QString path = QFileDialog::getOpenFileName(parent, title, panelFolder(parent), filter);
-    if (!path.isEmpty()) rememberFolderOf(path);
-    return path;
+    return chooseOne(parent, title, "Text files (*.txt *.csv);;All files (*)");
+}
+
+QString DesktopOpenPanel::chooseTable(QWidget* parent) {
+    return chooseOne(parent, "Import Table",
+                     "Text files and workbooks (*.txt *.csv *.tsv *.tab *.xlsx *.ods);;"
+                     "All files (*)");
 }
 
 QString DesktopSavePanel::chooseProjectPath(QWidget* parent, const QString& suggestion) {

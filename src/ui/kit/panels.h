@@ -21,6 +21,8 @@ class OpenPanel : public Panel {
     virtual QStringList chooseFiles(QWidget* parent) = 0;
     // The path of one text file; empty if cancelled. title: what is chosen.
     virtual QString chooseTextFile(QWidget* parent, const QString& title) = 0;
+    // The path of a text file or workbook to import as a table; empty if cancelled.
+    virtual QString chooseTable(QWidget* parent) = 0;
 };
 
 // A kind of file that can be written: "PDF document", ".pdf".
@@ -80,6 +82,7 @@ class DesktopOpenPanel final : public OpenPanel {
   public:
     QStringList chooseFiles(QWidget* parent) override;
     QString chooseTextFile(QWidget* parent, const QString& title) override;
+    QString chooseTable(QWidget* parent) override;
 };
 
 class DesktopSavePanel final : public SavePanel {

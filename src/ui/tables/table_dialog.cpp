@@ -338,7 +338,9 @@ void TableDialog::showPreview() {
                                     .arg(TableSample::mostRows));
     options_->showReading(preview_->reading, preview_->sheet.empty());
     understood_->setText(
-        "Understood: " + oneLine(QString::fromStdString(understoodText(*preview_))) + '.');
+        preview_->failure.empty()
+            ? "Understood: " + oneLine(QString::fromStdString(understoodText(*preview_))) + '.'
+            : "The table " + oneLine(QString::fromStdString(preview_->failure)) + '.');
     showDoubts();
     showCensuses();
     showRemarks();
@@ -462,8 +464,8 @@ void TableDialog::jumpToProblem() {
 }
 
 bool TableDialog::canImport() const {
-    return preview_ && !running_ && preview_->problems.count == 0 && preview_->doubts.empty() &&
-           preview_->censusCount > 0;
+    return preview_ && !running_ && preview_->failure.empty() && preview_->problems.count == 0 &&
+           preview_->doubts.empty() && preview_->censusCount > 0;
 }
 
 void TableDialog::showImportButton() {

@@ -3,10 +3,12 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <optional>
 #include <utility>
 
 #include "base/files.h"
 #include "tables/guess.h"
+#include "workbook/workbook.h"
 
 namespace zorvel {
 
@@ -59,6 +61,21 @@ class FileSource final : public TableSource {
     std::string start_;
 };
 
+Result<TableInput> workbookInput(std::string bytes) {
+    constexpr std::size_t shortWorkbook = 1U << 19U;  // bytes, which are compressed
+    const bool isShort = bytes.size() <= shortWorkbook;
+    Result<Workbook> opened = Workbook::open(std::make_shared<const std::string>(std::move(bytes)));
+    if (!opened) return opened.problem();
+    const auto workbook = std::make_shared<const Workbook>(std::move(opened).value());
+    TableInput input{{}, workbook->usualSheet(), isShort};
+    for (std::size_t i = 0; i < workbook->sheets().size(); ++i) {
+        const SheetInfo& sheet = workbook->sheets()[i];
+        input.sheets.push_back({sheet.name + (sheet.hidden ? " (hidden)" : ""),
+                                std::make_shared<const SheetSource>(workbook, i)});
+    }
+    return input;
+}
+
 }  // namespace
 
 TableInput tableInput(std::string text) {
@@ -69,6 +86,11 @@ Result<TableInput> tableInput(Result<InputFile> file) {
     if (!file) return file.problem();
     InputFile& input = file.value();
     input.readStart(TableSample::mostBytes + 1);
+    if (looksLikeWorkbook(input.start())) {
+        Result<std::string> bytes = std::move(input).bytes();
+        if (!bytes) return bytes.problem();
+        return workbookInput(std::move(bytes).value());
+    }
     if (input.atEnd()) {
         Result<std::string> bytes = std::move(input).bytes();
         if (!bytes) return bytes.problem();

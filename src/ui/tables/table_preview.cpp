@@ -91,6 +91,7 @@ class Previewer {
         if (!preview_.whole) {
             const auto source = source_.rows(preview_.reading.form, {});
             TableSample sample = sampleRows(*source, true);
+            if (const auto problem = source->problem()) preview_.failure = problem->message;
             preview_.whole = sample.whole;
             sample_ = std::move(sample.rows);
             sample_.insert(sample_.end(), others_.begin(), others_.end());
@@ -110,6 +111,7 @@ class Previewer {
     void readAll() {
         const auto source = rows();
         TableRecords records = readTable(*source, preview_.reading);
+        if (const auto problem = source->problem()) preview_.failure = problem->message;
         preview_.censusCount = records.censuses.size();
         records.censuses.resize(std::min(records.censuses.size(), TablePreview::mostCensuses));
         for (const MockCensus& census : records.censuses) {

@@ -34,7 +34,8 @@ struct TablePreview {
         std::int64_t individuals = 0;
     };
 
-    std::string sheet;  // empty for a text
+    std::string sheet;    // empty for a text
+    std::string failure;  // why rows could not be read; a part of a sentence
     TableReading reading;
     std::vector<TableDoubt> doubts;    // that the user has not settled
     std::string header;                // the texts of the header rows; empty without one
