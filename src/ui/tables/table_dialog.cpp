@@ -11,7 +11,6 @@
 #include <QSplitter>
 #include <QTableView>
 #include <QTableWidget>
-#include <QToolButton>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <utility>
@@ -38,6 +37,7 @@ constexpr int remarksHeight = 110;
 constexpr int widestColumn = 30;  // characters
 constexpr int cellMargins = 36;
 constexpr int signSize = 14;
+constexpr int partsMargin = 5;
 constexpr int remarkPlace = Qt::UserRole;  // of a problem, from 0
 
 QString counted(std::size_t count, const QString& one, const QString& many) {
@@ -100,15 +100,13 @@ void TableDialog::addParts(const QString& name) {
     name_->setFont(scaledFont(font(), 1.1, true));
     heading->addWidget(name_, 1);
     if (input_->sheets.size() > 1) addSheets(*heading);
-    optionsButton_ = new QToolButton;
-    optionsButton_->setObjectName("tableOptionsButton");
-    optionsButton_->setText("&Options...");
+    optionsButton_ = smallButton("&Options...", "tableOptionsButton");
     optionsButton_->setCheckable(true);
     heading->addWidget(optionsButton_);
     options_ = new TableOptions;
     options_->setObjectName("tableOptions");
     column->addWidget(options_);
-    connect(optionsButton_, &QToolButton::toggled, this, &TableDialog::foldOptions);
+    connect(optionsButton_, &QPushButton::toggled, this, &TableDialog::foldOptions);
     connect(options_, &TableOptions::corrected, this, &TableDialog::correct);
 
     doubts_ = new QWidget;
@@ -118,12 +116,11 @@ void TableDialog::addParts(const QString& name) {
 
     auto* splitter = new QSplitter(Qt::Horizontal);
     splitter->setChildrenCollapsible(false);
-    splitter->setHandleWidth(10);
     splitter->addWidget(makeSample());
     splitter->addWidget(makeCensuses());
     splitter->setStretchFactor(0, 3);
     splitter->setStretchFactor(1, 1);
-    splitter->setSizes({620, 240});
+    splitter->setSizes({570, 290});
     column->addWidget(splitter, 1);
 
     understood_ = new WrappedLabel;
@@ -151,7 +148,7 @@ void TableDialog::addSheets(QHBoxLayout& line) {
 QWidget* TableDialog::makeSample() {
     auto* part = new QWidget;
     auto* column = new QVBoxLayout(part);
-    column->setContentsMargins(0, 0, 0, 0);
+    column->setContentsMargins(0, 0, partsMargin, 0);
     column->setSpacing(4);
     sample_ = new QTableView;
     sample_->setObjectName("tableSample");
@@ -182,7 +179,7 @@ QWidget* TableDialog::makeSample() {
 QWidget* TableDialog::makeCensuses() {
     auto* part = new QWidget;
     auto* column = new QVBoxLayout(part);
-    column->setContentsMargins(0, 0, 0, 0);
+    column->setContentsMargins(partsMargin, 0, 0, 0);
     column->setSpacing(4);
     censuses_ = new QTableWidget(0, 3);
     censuses_->setObjectName("tableCensuses");
@@ -197,7 +194,7 @@ QWidget* TableDialog::makeCensuses() {
     fitRows(*censuses_->verticalHeader());
     QHeaderView* header = censuses_->horizontalHeader();
     header->setSectionResizeMode(0, QHeaderView::Stretch);
-    header->setMinimumSectionSize(20);
+    header->setMinimumSectionSize(70);
     for (const int i : {1, 2}) {
         const QString title = censuses_->horizontalHeaderItem(i)->text();
         censuses_->setColumnWidth(i, fontMetrics().horizontalAdvance(title) + cellMargins);

@@ -21,7 +21,6 @@ class QListWidget;
 class QPushButton;
 class QTableView;
 class QTableWidget;
-class QToolButton;
 class QVBoxLayout;
 
 namespace zorvel {
@@ -91,7 +90,7 @@ class TableDialog : public QDialog {
     bool outdated_ = false;              // another one is needed after it
 
     ElidedLabel* name_ = nullptr;
-    QToolButton* optionsButton_ = nullptr;
+    QPushButton* optionsButton_ = nullptr;
     TableOptions* options_ = nullptr;
     QTableView* sample_ = nullptr;
     SampleModel* model_ = nullptr;

@@ -5,9 +5,9 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLabel>
+#include <QPushButton>
 #include <QSignalBlocker>
 #include <QSpinBox>
-#include <QToolButton>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <utility>
@@ -67,16 +67,16 @@ TableOptions::TableOptions(QWidget* parent) : QWidget(parent) {
         line->addWidget(box);
     }
     line->addStretch();
-    more_ = new QToolButton;
+    more_ = new QPushButton("&More...");
     more_->setObjectName("tableMoreButton");
-    more_->setText("&More...");
+    more_->setAutoDefault(false);
     more_->setCheckable(true);
     line->addWidget(more_);
     rules_ = new QWidget;
     rules_->setObjectName("tableRules");
     rules_->setVisible(false);
     column->addWidget(rules_);
-    connect(more_, &QToolButton::toggled, rules_, &QWidget::setVisible);
+    connect(more_, &QPushButton::toggled, rules_, &QWidget::setVisible);
     auto* grid = new QGridLayout(rules_);
     grid->setContentsMargins(0, 0, 0, 0);
     grid->setHorizontalSpacing(8);

@@ -14,8 +14,8 @@ class QCheckBox;
 class QComboBox;
 class QGridLayout;
 class QLabel;
+class QPushButton;
 class QSpinBox;
-class QToolButton;
 
 namespace zorvel {
 
@@ -57,7 +57,7 @@ class TableOptions : public QWidget {
     std::vector<List> lists_;
     QSpinBox* firstRow_;
     QSpinBox* headerRows_;
-    QToolButton* more_;
+    QPushButton* more_;
     QWidget* rules_;
     QCheckBox* presence_;
 };
