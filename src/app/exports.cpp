@@ -8,6 +8,7 @@
 #include "app/project_windows.h"
 #include "base/console.h"
 #include "interchange/writers.h"
+#include "model/long_table.h"
 #include "model/project_metrics.h"
 #include "platform/document.h"
 #include "platform/file_names.h"
@@ -53,6 +54,17 @@ void Exports::exportMetrics(MainWindowController* window) {
     start(window, "Export Metrics", "metrics", "metrics matrix",
           [makeRandom = makeRandom_](const ObjectContext& project, const std::stop_token& stop) {
               return exportedMetrics(project, makeRandom, stop);
+          });
+}
+
+void Exports::exportLongTable(MainWindowController& window) {
+    start(window, "Export Long Table", "preparing long table export...", "long table",
+          [](const ObjectContext& project, const std::stop_token&) {
+              const auto copy = std::shared_ptr<const ObjectContext>(project.frozenCopy());
+              return ExportedFile{
+                  [copy](const ByteSink& sink) { writeLongTable(copy->censuses(), sink); },
+                  project.censusCount(),
+                  {}};
           });
 }
 

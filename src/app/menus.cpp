@@ -97,6 +97,8 @@ void addExportMenu(const CommandMenu& file, MainWindowController& window, Projec
              [&] { windows.exports().exportCensusMatrix(&window); });
     menu.add("exportMetricsMenuItemTapped", "Me&trics...", {},
              [&] { windows.exports().exportMetrics(&window); });
+    menu.add("exportLongTableMenuItemTapped", "&Long Table...", {},
+             [&] { windows.exports().exportLongTable(window); });
 }
 
 void addFileMenu(MainWindowController& window, ProjectWindows& windows) {

@@ -1,6 +1,11 @@
 #include "base/time_stamp.h"
 
 #include <time.h>
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <ctime>
 
 namespace zorvel {
 namespace {
@@ -49,6 +54,12 @@ std::optional<std::int64_t> momentShowing(std::int64_t shown) {
     return lateFits ? late : early;
 }
 
+// Of the computer's time zone at that instant, cut to whole minutes.
+std::time_t minutesEastAt(std::time_t seconds) {
+    std::tm local{};
+    return localtime_r(&seconds, &local) == nullptr ? 0 : local.tm_gmtoff / 60;
+}
+
 }  // namespace
 
 std::optional<TimeStamp> localTime(const WallClock& clock) {
@@ -65,6 +76,30 @@ std::optional<TimeStamp> localTime(const WallClock& clock) {
         momentShowing(*days * secondsPerDay + clock.hour * 3600 + clock.minute * 60);
     if (!moment) return std::nullopt;
     return TimeStamp(std::chrono::seconds(*moment));
+}
+
+std::string isoLocalText(TimeStamp time) {
+    // In seconds, since the first and last time stamps leave no room for an offset.
+    const std::time_t seconds =
+        std::chrono::floor<std::chrono::seconds>(time).time_since_epoch().count();
+    const std::time_t east = minutesEastAt(seconds);
+    const std::time_t shown = seconds + 60 * east;
+    std::tm clock{};
+    gmtime_r(&shown, &clock);
+    const int year = clock.tm_year + 1900;
+    constexpr std::int64_t perSecond = 1'000'000;
+    const std::int64_t count = time.time_since_epoch().count();
+    std::array<char, 80> text{};
+    std::snprintf(text.data(), text.size(), "%s%04d-%02d-%02dT%02d:%02d:%02d.%06d",
+                  year < 0 ? "-" : (year > 9999 ? "+" : ""), std::abs(year), clock.tm_mon + 1,
+                  clock.tm_mday, clock.tm_hour, clock.tm_min, clock.tm_sec,
+                  static_cast<int>((count % perSecond + perSecond) % perSecond));
+    std::string iso = text.data();
+    iso.erase(iso.find_last_not_of('0') + 1);
+    if (iso.ends_with('.')) iso.pop_back();
+    std::snprintf(text.data(), text.size(), "%c%02d:%02d", east < 0 ? '-' : '+',
+                  static_cast<int>(std::abs(east) / 60), static_cast<int>(std::abs(east) % 60));
+    return iso + text.data();
 }
 
 }  // namespace zorvel

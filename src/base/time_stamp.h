@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstdint>
 #include <optional>
+#include <string>
 
 namespace zorvel {
 
@@ -24,5 +25,11 @@ struct WallClock {
 // first. Absent for a day, hour or minute that the calendar does not have, and for years beyond
 // what a TimeStamp holds (about 290,000 either way).
 std::optional<TimeStamp> localTime(const WallClock& clock);
+
+// ISO 8601 in the computer's time zone with its offset then, as "2016-03-05T15:42:00+01:00";
+// decimals of the second if there are any. An offset with seconds, as before standard time, is cut
+// to whole minutes, and the clock time with it, so that the instant is right. Years past 9999 take
+// a plus sign and more digits, those before 0 a minus sign.
+std::string isoLocalText(TimeStamp time);
 
 }  // namespace zorvel

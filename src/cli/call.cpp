@@ -16,9 +16,9 @@
 namespace zorvel::cli {
 namespace {
 
-const std::array commands = {&metricsCommand, &summaryCommand,   &rarefactionCommand,
-                             &projectCommand, &diversityCommand, &matrixCommand,
-                             &recordsCommand, &importCommand};
+const std::array commands = {&metricsCommand,   &summaryCommand,   &rarefactionCommand,
+                             &projectCommand,   &diversityCommand, &matrixCommand,
+                             &longTableCommand, &recordsCommand,   &importCommand};
 
 struct KindName {
     const char* name;

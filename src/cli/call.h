@@ -38,8 +38,8 @@ struct Call {
     DiversityOptions diversity;
 };
 
-// The answer to a call that runs no command: help or version on standard output, or an error message
-// on standard error.
+// The answer to a call that runs no command: help or version on standard output, or an error
+// message on standard error.
 struct Reply {
     ExitCode code = ExitCode::success;
     std::string text;  // on standard error one line, without its line feed
@@ -74,6 +74,7 @@ extern const Command rarefactionCommand;
 extern const Command diversityCommand;
 extern const Command projectCommand;
 extern const Command matrixCommand;
+extern const Command longTableCommand;
 extern const Command recordsCommand;
 extern const Command importCommand;
 

@@ -1,15 +1,20 @@
-// The text exports. Nothing is quoted or escaped; lines end with a line feed; numbers are the same
-// under every locale. The writers never fail.
+// The text exports. Only the long table quotes cells; lines end with a line feed; numbers are the
+// same under every locale. The writers never fail.
 #pragma once
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "base/files.h"
+#include "base/time_stamp.h"
 #include "metrics/counts.h"
 #include "metrics/metric_table.h"
 #include "metrics/rarefaction.h"
@@ -36,5 +41,38 @@ std::string writeMetricsTable(std::span<const MetricRow> rows,
                               std::span<const std::string> censusNames);
 
 std::string writeRarefactionTable(std::span<const Rarefaction> curve);
+
+// What a long table tells of a census.
+struct LongTableCensus {
+    std::string_view name;
+    std::optional<TimeStamp> timeStamp;
+    double latitude = 0;
+    double longitude = 0;
+    std::string_view notes;
+};
+
+// A row per taxon: census, date, latitude, longitude, notes, species, count, included. Cells are
+// quoted where needed. A census without taxa has a row without species and count, and so begins one
+// that tells of itself what another did before: a reader can tell them apart.
+class LongTableWriter {
+  public:
+    static constexpr std::string_view header =
+        "census,date,latitude,longitude,notes,species,count,included";
+
+    explicit LongTableWriter(ByteSink sink) : sink_(std::move(sink)), text_(header) {
+        text_ += '\n';
+    }
+
+    // False once the sink takes no more.
+    bool begin(const LongTableCensus& census, std::size_t taxa);
+    void add(std::string_view species, std::int64_t count, bool included);
+    bool finish();
+
+  private:
+    ByteSink sink_;
+    std::string text_;
+    std::string census_;  // its cells, as each row begins
+    std::unordered_set<std::string> known_;
+};
 
 }  // namespace zorvel

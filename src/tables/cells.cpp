@@ -152,6 +152,7 @@ struct TimeOfDay {
     std::int64_t hour = 0;
     std::int64_t minute = 0;
     std::int64_t second = 0;
+    std::int64_t microsecond = 0;
     std::optional<std::int64_t> offset;
 };
 
@@ -178,7 +179,11 @@ std::optional<TimeOfDay> timeOfDay(std::string_view rest) {
     if (take(':')) {
         if (!number(time.second)) return std::nullopt;
         if (take('.')) {
-            while (!rest.empty() && isDigit(rest.front())) rest.remove_prefix(1);
+            std::int64_t unit = 100'000;
+            for (; !rest.empty() && isDigit(rest.front()); unit /= 10) {
+                time.microsecond += unit * (rest.front() - '0');
+                rest.remove_prefix(1);
+            }
         }
     }
     if (rest == "Z") {
@@ -188,8 +193,14 @@ std::optional<TimeOfDay> timeOfDay(std::string_view rest) {
         rest.remove_prefix(1);
         std::int64_t hours = 0;
         std::int64_t minutes = 0;
+        // -0330 is -03:30.
+        const bool joined = rest.size() == 4 && std::all_of(rest.begin(), rest.end(), isDigit);
+        const std::string_view tail = joined ? rest.substr(2) : std::string_view();
+        if (joined) rest = rest.substr(0, 2);
         if (!number(hours)) return std::nullopt;
-        if (!rest.empty() && (!take(':') || !number(minutes))) return std::nullopt;
+        if (joined) rest = tail;
+        if (!rest.empty() && ((!joined && !take(':')) || !number(minutes))) return std::nullopt;
+        if (!rest.empty() || hours > 18 || minutes > 59) return std::nullopt;
         time.offset = sign * (hours * 60 + minutes);
     } else if (!rest.empty()) {
         return std::nullopt;
@@ -331,13 +342,17 @@ CellDate tableDate(std::string_view cell, DateOrder order) {
         if (!day.ok()) return date;
         date.time = std::chrono::sys_days(day) + std::chrono::hours(time->hour) +
                     std::chrono::minutes(time->minute - *time->offset) +
-                    std::chrono::seconds(time->second);
+                    std::chrono::seconds(time->second) +
+                    std::chrono::microseconds(time->microsecond);
         return date;
     }
     clock.hour = time->hour;
     clock.minute = time->minute;
     date.time = localTime(clock);
-    if (date.time) *date.time += std::chrono::seconds(time->second);
+    if (date.time) {
+        *date.time +=
+            std::chrono::seconds(time->second) + std::chrono::microseconds(time->microsecond);
+    }
     return date;
 }
 

@@ -18,9 +18,9 @@ std::size_t SpeciesNumbers::number(std::string_view cell) {
     if (last_ < names_.size() && names_[last_].view() == cell) return last_;
     if (const auto known = find(cell)) return last_ = *known;
     if (const auto known = others_.find(cell); known != others_.end()) return last_ = known->second;
-    const std::string name = nameInOneLine(cell);
+    const std::string name = exact_ ? std::string(cell) : nameInOneLine(cell);
     const std::size_t next = names_.size();
-    last_ = canonical_.try_emplace(canonicalForm(name), next).first->second;
+    last_ = exact_ ? next : canonical_.try_emplace(canonicalForm(name), next).first->second;
     if (last_ == next) {
         names_.push_back(pool_ != nullptr ? pool_->intern(name) : SharedText(name));
         insert(next);
@@ -62,6 +62,12 @@ std::size_t CensusGatherer::open(MockCensus census, std::string key) {
     MockCensus& known = censuses[found->second];
     if (known.notes.empty()) known.notes = std::move(census.notes);
     return found->second;
+}
+
+std::size_t CensusGatherer::openNew(MockCensus census, std::string key) {
+    const std::size_t index = add(std::move(census));
+    censusOfKey_.insert_or_assign(std::move(key), index);
+    return index;
 }
 
 // Notes whether the species is new since the last one.

@@ -21,10 +21,11 @@ namespace zorvel {
 // A name on one line: control characters become blanks.
 std::string nameInOneLine(std::string_view cell);
 
-// Gives each name a number, in the order of their first appearance; equal names share one.
+// Gives each name a number, in the order of their first appearance; equal names share one. exact:
+// names are as the cells, and equal by their bytes.
 class SpeciesNumbers {
   public:
-    explicit SpeciesNumbers(NamePool* pool) : pool_(pool) {}
+    SpeciesNumbers(NamePool* pool, bool exact) : pool_(pool), exact_(exact) {}
 
     std::size_t number(std::string_view cell);
     // Of the name of a species.
@@ -47,11 +48,12 @@ class SpeciesNumbers {
     std::unordered_map<std::string, std::size_t> canonical_;
     std::size_t last_ = 0;
     NamePool* pool_;
+    bool exact_;
 };
 
 class CensusGatherer {
   public:
-    explicit CensusGatherer(NamePool* pool) : species(pool) {}
+    CensusGatherer(NamePool* pool, bool exact) : species(pool, exact) {}
 
     SpeciesNumbers species;
     std::vector<MockCensus> censuses;
@@ -59,6 +61,8 @@ class CensusGatherer {
     std::size_t add(MockCensus census);
     // The census of the key, to which the notes are added if it has none; otherwise a new one.
     std::size_t open(MockCensus census, std::string key);
+    // A new one, which is that of the key from now on.
+    std::size_t openNew(MockCensus census, std::string key);
     // The place of the species, by its number, among the taxa of the census; absent without it.
     // Only sure for a table whose every taxon was looked for before it was added.
     std::optional<std::size_t> find(std::size_t census, std::size_t number);

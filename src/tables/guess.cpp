@@ -5,6 +5,7 @@
 #include <cstring>
 #include <utility>
 
+#include "interchange/writers.h"
 #include "tables/guess_parts.h"
 
 namespace zorvel {
@@ -50,6 +51,29 @@ TableGuess guessRows(const SampleRows& rows, const TableReading& known,
         reading.presence = isPresenceTable(grid, reading);
     }
     return guess;
+}
+
+// A long table as Zorvel writes it has this header and nothing to guess.
+bool isOwnTable(std::string_view bytes, const TableChoices& choices) {
+    const bool isFree = !choices.separator && !choices.encoding && !choices.layout &&
+                        !choices.firstRow && !choices.lastRow && !choices.headerRows;
+    if (bytes.starts_with("\xEF\xBB\xBF")) bytes.remove_prefix(3);
+    if (!isFree || !bytes.starts_with(LongTableWriter::header)) return false;
+    bytes.remove_prefix(LongTableWriter::header.size());
+    return bytes.empty() || bytes.front() == '\n' || bytes.front() == '\r';
+}
+
+TableReading ownReading() {
+    TableReading reading;
+    reading.form.exact = true;
+    reading.layout = TableLayout::records;
+    reading.headerRows = {ColumnRole::ignored};
+    reading.columns = {ColumnRole::census,    ColumnRole::date,    ColumnRole::latitude,
+                       ColumnRole::longitude, ColumnRole::notes,   ColumnRole::species,
+                       ColumnRole::count,     ColumnRole::included};
+    reading.missing = MissingRule::problem;
+    reading.sameSpecies = SameRule::apart;
+    return reading;
 }
 
 // Adds the row with a copy of its text.
@@ -102,6 +126,7 @@ TableGuess guessTable(const TableSample& sample, const TextForm& form,
 }
 
 TableGuess guessTable(std::string_view bytes, bool whole, const TableChoices& choices) {
+    if (isOwnTable(bytes, choices)) return {ownReading(), {}};
     const FormGuess form = guessForm(bytes, whole, choices);
     TextRows source(bytesOf(bytes), form.form);
     SampleRows rows;

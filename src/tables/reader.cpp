@@ -23,7 +23,9 @@ void add(TableRemarks& remarks, TableRemark remark) {
 class Reader {
   public:
     Reader(const TableReading& reading, NamePool* names)
-        : reading_(reading), marks_{reading.decimalMark, reading.thousandsMark}, gathered_(names) {}
+        : reading_(reading),
+          marks_{reading.decimalMark, reading.thousandsMark},
+          gathered_(names, reading.isExact()) {}
 
     TableRecords read(RowSource& source, const std::stop_token& stop) {
         TableRow row;
@@ -89,6 +91,8 @@ class Reader {
         census_ = columnOf(ColumnRole::census);
         species_ = columnOf(ColumnRole::species);
         genus_ = columnOf(ColumnRole::genus);
+        exact_ =
+            reading_.isExact() && census_ && species_ && columnOf(ColumnRole::count).has_value();
         status_ = columnOf(ColumnRole::status);
         included_ = columnOf(ColumnRole::included);
         for (const ColumnRole role :
@@ -160,6 +164,10 @@ class Reader {
                                                   reading_.leftOutRows.end(), row.number);
         if (isLeftOut) return;
         const auto isFilled = [](std::string_view cell) { return !cell.empty(); };
+        if (exact_) {
+            if (row.cells.size() > 1) readRow(row);
+            return;
+        }
         const auto first = std::find_if(row.cells.begin(), row.cells.end(), isFilled);
         if (first == row.cells.end()) {
             afterEmpty_ = true;
@@ -317,7 +325,8 @@ class Reader {
 
     void readAttribute(MockCensus& census, ColumnRole role, std::string_view cell,
                        const Place& place) {
-        if (cell.empty() || (role != ColumnRole::notes && isMissingMark(cell))) return;
+        const bool mayMiss = role != ColumnRole::notes && !exact_;
+        if (cell.empty() || (mayMiss && isMissingMark(cell))) return;
         switch (role) {
             case ColumnRole::latitude:
                 readDegrees(census.latitude, cell, 90, place);
@@ -371,6 +380,7 @@ class Reader {
     // The name of the census of a row; absent where it has none and that is a problem.
     std::optional<std::string> censusName(const TableRow& row) {
         const std::string_view cell = census_ ? row.cell(*census_) : std::string_view();
+        if (exact_) return std::string(cell);
         if (!cell.empty()) return nameInOneLine(cell);
         const std::string number = "row " + integerText(static_cast<std::int64_t>(row.number));
         if (reading_.unnamed == UnnamedRule::rowNumber || !census_) return number;
@@ -452,7 +462,8 @@ class Reader {
             return;
         }
         const std::string_view cell = counts_.empty() ? std::string_view() : row.cell(counts_[0]);
-        if (species.empty()) {
+        if (exact_ && beginsCensus(row)) return;
+        if (species.empty() && !exact_) {
             // A census without species has such a row.
             if (!cell.empty() && cell != "0") {
                 problem(row.number, row.line, species_, {}, "The species has no name.");
@@ -488,9 +499,15 @@ class Reader {
         }
     }
 
+    // Of a long table of Zorvel's own: tells of a census, not of a taxon.
+    [[nodiscard]] bool beginsCensus(const TableRow& row) const {
+        return row.cell(*species_).empty() && row.cell(counts_.front()).empty();
+    }
+
     // Absent where it has no name and that is a problem.
     std::optional<std::size_t> censusOfRecord(const TableRow& row) {
-        if (repeatsCensus(row)) return lastCensus_;
+        const bool isNew = exact_ && beginsCensus(row);
+        if (!isNew && repeatsCensus(row)) return lastCensus_;
         const std::size_t problems = records_.problems.count;
         const std::optional<std::string> name = censusName(row);
         if (!name) return std::nullopt;
@@ -498,7 +515,8 @@ class Reader {
         MockCensus census;
         census.name = *name;
         readAttributes(census, row);
-        const std::size_t index = openCensus(std::move(census));
+        const std::size_t index =
+            exact_ ? openExactCensus(std::move(census), isNew) : openCensus(std::move(census));
         lastCensus_.reset();
         if (records_.problems.count == problems) keepCensus(row, index);
         return index;
@@ -518,7 +536,7 @@ class Reader {
     }
 
     void keepCensus(const TableRow& row, std::size_t index) {
-        if (!census_ || row.cell(*census_).empty()) return;
+        if (!census_ || (row.cell(*census_).empty() && !exact_)) return;
         lastCensus_ = index;
         lastCells_.assign(1, std::string(row.cell(*census_)));
         for (const auto& attribute : attributes_)
@@ -540,16 +558,25 @@ class Reader {
     std::size_t openCensus(MockCensus census) {
         std::string key = canonicalForm(census.name);
         if (reading_.layout == TableLayout::records && reading_.sameCensus == SameRule::apart) {
-            key +=
-                '\0' + shortestText(census.latitude) + ' ' + shortestText(census.longitude) + ' ' +
-                (census.timeStamp ? integerText(census.timeStamp->time_since_epoch().count()) : "");
+            key += '\0' + placeAndTime(census);
         }
         return gathered_.open(std::move(census), std::move(key));
     }
 
+    std::size_t openExactCensus(MockCensus census, bool isNew) {
+        std::string key = census.name + '\0' + census.notes + '\0' + placeAndTime(census);
+        return isNew ? gathered_.openNew(std::move(census), std::move(key))
+                     : gathered_.open(std::move(census), std::move(key));
+    }
+
+    static std::string placeAndTime(const MockCensus& census) {
+        return shortestText(census.latitude) + ' ' + shortestText(census.longitude) + ' ' +
+               (census.timeStamp ? integerText(census.timeStamp->time_since_epoch().count()) : "");
+    }
+
     // False where there is nothing to add, or the count was added to that of the species.
     bool addTaxon(std::size_t census, std::size_t species, std::int64_t value, const Place& place) {
-        if (value <= 0) return false;
+        if (value <= 0 && !exact_) return false;
         if (reading_.sameSpecies == SameRule::sum) {
             if (const auto known = gathered_.find(census, species)) {
                 ++records_.notices.summedSpecies;
@@ -605,6 +632,7 @@ class Reader {
     NumberMarks marks_;
     TableRecords records_;
     bool begun_ = false;
+    bool exact_ = false;  // see TableReading::isExact()
     std::vector<Cells> header_;
     std::optional<std::size_t> census_;
     std::optional<std::size_t> species_;

@@ -69,6 +69,9 @@ struct TableReading {
     SameRule sameCensus = SameRule::apart;
     UnnamedRule unnamed = UnnamedRule::problem;  // a census row without a name
 
+    // A long table as Zorvel writes it, known by its header: read to the letter, with names as they
+    // are and taxa of count 0, and a row without species and count begins a census.
+    [[nodiscard]] bool isExact() const { return form.exact && layout == TableLayout::records; }
     [[nodiscard]] ColumnRole role(std::size_t column) const {
         return column < columns.size() ? columns[column] : ColumnRole::ignored;
     }

@@ -143,7 +143,8 @@ void TextRows::makeRoom() {
 
 void TextRows::add(std::string_view cell) {
     if (used_ == cells_.size()) cells_.resize(std::max<std::size_t>(16, 2 * used_));
-    const bool trims = !cell.empty() && (mayBeTrimmed(cell.front()) || mayBeTrimmed(cell.back()));
+    const bool trims =
+        !form_.exact && !cell.empty() && (mayBeTrimmed(cell.front()) || mayBeTrimmed(cell.back()));
     cells_[used_++] = trims ? withoutBlanks(cell) : cell;
 }
 
@@ -216,7 +217,7 @@ void TextRows::addCells() {
 bool TextRows::addQuotedCell() {
     const std::size_t start = at_ + 1;
     std::size_t doubled = 0;
-    for (std::size_t i = start; has(i) && i - start < longestCell; ++i) {
+    for (std::size_t i = start; has(i) && (form_.exact || i - start < longestCell); ++i) {
         if (buffer_[i] != '"') continue;
         if (has(i + 1) && buffer_[i + 1] == '"') {
             ++doubled;

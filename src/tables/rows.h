@@ -22,6 +22,8 @@ struct TextForm {
     char separator = ',';  // ' ' stands for any run of blanks
     // A double quote that opens a cell encloses it; otherwise it is a letter like any other.
     bool quotes = true;
+    // Cells keep their blanks and may have any length.
+    bool exact = false;
 
     friend bool operator==(const TextForm&, const TextForm&) = default;
 };

@@ -104,7 +104,7 @@ TEST(TableCells, Dates) {
     for (const Case& c : std::vector<Case>{
              {"2021-04-03T14:05:00Z", DateOrder::unknown, at(2021, 4, 3, 845), nullptr},
              {"2021-04-03T14:05+02:00", DateOrder::unknown, at(2021, 4, 3, 725), nullptr},
-             {"2021-04-03T14:05-0330", DateOrder::unknown, std::nullopt, nullptr},
+             {"2021-04-03T14:05-0330", DateOrder::unknown, at(2021, 4, 3, 1055), nullptr},
              {"3.4.2021", DateOrder::unknown, std::nullopt, "2021-04-03"},
              {"03.04.2021 7:30", DateOrder::monthFirst, std::nullopt, "2021-04-03 07:30"},
              {"13/4/2021", DateOrder::unknown, std::nullopt, "2021-04-13"},

@@ -1,0 +1,133 @@
+// The export of a project as a long table comes back exactly as it was.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <iterator>
+#include <limits>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "interchange/writers.h"
+#include "tables/guess.h"
+#include "tables/reader.h"
+
+namespace zorvel {
+namespace {
+
+struct Project {
+    std::vector<MockCensus> censuses;
+    std::vector<std::vector<std::size_t>> excluded;  // of each census
+};
+
+std::string longTableOf(const Project& project) {
+    std::string text;
+    LongTableWriter writer([&text](std::string_view piece) {
+        text += piece;
+        return true;
+    });
+    for (std::size_t i = 0; i < project.censuses.size(); ++i) {
+        const MockCensus& census = project.censuses[i];
+        writer.begin(
+            {census.name, census.timeStamp, census.latitude, census.longitude, census.notes},
+            census.taxa.size());
+        const auto& excluded = project.excluded[i];
+        for (std::size_t j = 0; j < census.taxa.size(); ++j) {
+            writer.add(census.taxa[j].name, census.taxa[j].abundance,
+                       std::find(excluded.begin(), excluded.end(), j) == excluded.end());
+        }
+    }
+    writer.finish();
+    return text;
+}
+
+class RandomProject {
+  public:
+    explicit RandomProject(unsigned seed) : random_(seed) {}
+
+    Project make() {
+        Project project;
+        for (unsigned i = below(8); i > 0; --i) {
+            MockCensus census;
+            census.name = text();
+            if (below(2) > 0) census.notes = text();
+            if (below(2) > 0) {
+                census.latitude = std::uniform_real_distribution(-90.0, 90.0)(random_);
+                census.longitude = std::uniform_real_distribution(-180.0, 180.0)(random_);
+            }
+            if (below(2) > 0) {
+                // From 1900 to 2100, half of them on a second.
+                const std::int64_t second =
+                    std::uniform_int_distribution<std::int64_t>(-2208988800, 4102444800)(random_);
+                census.timeStamp = TimeStamp(std::chrono::seconds(second)) +
+                                   std::chrono::microseconds(below(2) > 0 ? below(1000000) : 0);
+            }
+            // A census that tells of itself what another one does.
+            if (!project.censuses.empty() && below(3) == 0) {
+                census = project.censuses[below(static_cast<unsigned>(project.censuses.size()))];
+                census.taxa.clear();
+            }
+            std::vector<std::size_t> excluded;
+            for (unsigned j = below(6); j > 0; --j) {
+                if (below(4) == 0) excluded.push_back(census.taxa.size());
+                census.taxa.push_back({count(), text()});
+            }
+            project.censuses.push_back(std::move(census));
+            project.excluded.push_back(std::move(excluded));
+        }
+        return project;
+    }
+
+  private:
+    unsigned below(unsigned end) { return static_cast<unsigned>(random_() % end); }
+    std::int64_t count() {
+        constexpr std::int64_t counts[] = {0, 1, 7, 1000, std::numeric_limits<std::int64_t>::max()};
+        return counts[below(std::size(counts))];
+    }
+    std::string text() {
+        static const std::vector<std::string> texts = {
+            "",           "Abies alba", "007",      " front", "back ",
+            "\"quoted\"", "a,b;c\td",   "NA",       "Total",  "=SUM(A1)",
+            "two\nlines", "CR\r",       "a\r\nb",   "\"",     "e\u0301",
+            "\u00e9",     "\u00a0x",    "#comment", "-",      "0",
+            "1.5",        "x",          "absent",   "sep=;",  "\"\",\"\"\n\"",
+            "species",    "2021-03-04"};
+        return texts[below(static_cast<unsigned>(texts.size()))];
+    }
+
+    std::mt19937 random_;
+};
+
+TEST(LongTable, RandomProjectsComeBack) {
+    for (unsigned seed = 0; seed < 2000; ++seed) {
+        Project project = RandomProject(seed).make();
+        const std::string text = longTableOf(project);
+        SCOPED_TRACE(text);
+        const TableGuess guess = guessTable(text, true);
+        ASSERT_TRUE(guess.doubts.empty());
+        TextRows rows(bytesOf(text), guess.reading.form);
+        TableRecords read = readTable(rows, guess.reading);
+        ASSERT_EQ(read.problems.count, 0U) << read.problems.kept.front().reason;
+        ASSERT_EQ(read.censuses, project.censuses);
+        read.excluded.resize(project.excluded.size());
+        ASSERT_EQ(read.excluded, project.excluded);
+    }
+}
+
+TEST(LongTable, LooksLikeThis) {
+    Project project;
+    project.censuses.push_back({46.5, -7.25, "Plot 1", "wet, \"cold\"", {{3, "Abies alba"}}, {}});
+    project.censuses.push_back({0, 0, "Plot 2", "", {}, {}});
+    project.censuses.push_back({0, 0, "Plot 2", "", {{0, ""}}, {}});
+    project.excluded = {{0}, {}, {}};
+    EXPECT_EQ(longTableOf(project),
+              "census,date,latitude,longitude,notes,species,count,included\n"
+              "Plot 1,,46.5,-7.25,\"wet, \"\"cold\"\"\",Abies alba,3,no\n"
+              "Plot 2,,,,,,,\n"
+              "Plot 2,,,,,,,\n"
+              "Plot 2,,,,,,0,yes\n");
+}
+
+}  // namespace
+}  // namespace zorvel
