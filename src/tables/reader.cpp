@@ -346,7 +346,9 @@ class Reader {
     }
 
     void readDegrees(double& degrees, std::string_view cell, double limit, const Place& place) {
-        const std::optional<double> value = tableDegrees(cell, marks_, limit);
+        // A project may hold any value, even none that is a number.
+        const std::optional<double> value =
+            exact_ ? parseWholeDouble(cell) : tableDegrees(cell, marks_, limit);
         if (value) degrees = *value;
         if (!value) {
             problem(place, cell,

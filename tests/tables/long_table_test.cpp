@@ -56,6 +56,7 @@ class RandomProject {
                 census.latitude = std::uniform_real_distribution(-90.0, 90.0)(random_);
                 census.longitude = std::uniform_real_distribution(-180.0, 180.0)(random_);
             }
+            if (below(4) == 0) census.latitude = 1e300;
             if (below(2) > 0) {
                 // From 1900 to 2100, half of them on a second.
                 const std::int64_t second =
