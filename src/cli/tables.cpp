@@ -205,6 +205,24 @@ void settleDoubts(std::vector<TableDoubt>& doubts, const TableOptions& options) 
     });
 }
 
+// Guesses, and takes what the options say; false, with a message, where they name no column.
+bool settle(ReadTable& table, const TableSource& source, const TableOptions& options) {
+    table.guess = source.guess(options.choices);
+    TableReading& reading = table.guess.reading;
+    applyRules(reading, options);
+    table.header = headerTexts(*source.rows(reading.form, {}), reading);
+    for (const auto& [name, role] : options.columns) {
+        const std::optional<std::size_t> column = findColumn(table.header, name);
+        if (!column) {
+            tellAt(table.place, {}, "has no column '" + name + "'");
+            return false;
+        }
+        setRole(reading, *column, role);
+    }
+    settleDoubts(table.guess.doubts, options);
+    return true;
+}
+
 const char* optionFor(TableDoubt doubt) {
     switch (doubt) {
         case TableDoubt::separator:
@@ -425,45 +443,37 @@ void addTableOptions(CLI::App& app, TableOptions& options) {
 
 std::optional<ReadTable> readTableFile(const std::string& file, InputFile input,
                                        const TableOptions& options, NamePool& names) {
-    input.readStart(TableSample::mostBytes);
-    const bool whole = input.atEnd();
-    const std::size_t start = std::min(input.start().size(), TableSample::mostBytes);
-    Result<std::string> bytes = std::move(input).bytes();
-    if (!bytes) {
-        tellAt(file, {}, bytes.problem().message);
-        return std::nullopt;
-    }
+    // One byte more tells whether the table goes on.
+    input.readStart(TableSample::mostBytes + 1);
     ReadTable table;
     table.place = file;
-    std::unique_ptr<TableSource> source;
-    if (looksLikeWorkbook(bytes.value())) {
-        source = openSheet(std::move(bytes).value(), options, table);
-        if (!source) return std::nullopt;
-        table.guess = source->guess(options.choices);
-    } else {
-        if (options.sheet) {
-            tellAt(file, {}, "is a text, which has no sheets: leave out --sheet");
+    if (looksLikeWorkbook(input.start())) {
+        Result<std::string> bytes = std::move(input).bytes();
+        if (!bytes) {
+            tellAt(file, {}, bytes.problem().message);
             return std::nullopt;
         }
-        const std::string_view sample = std::string_view(bytes.value()).substr(0, start);
-        table.guess = guessTable(sample, whole, options.choices);
-        source = std::make_unique<TextSource>(std::move(bytes).value(), true);
-    }
-    TableReading& reading = table.guess.reading;
-    applyRules(reading, options);
-    table.header = headerTexts(*source->rows(reading.form, {}), reading);
-    for (const auto& [name, role] : options.columns) {
-        const std::optional<std::size_t> column = findColumn(table.header, name);
-        if (!column) {
-            tellAt(table.place, {}, "has no column '" + name + "'");
+        const auto sheet = openSheet(std::move(bytes).value(), options, table);
+        if (!sheet) return std::nullopt;
+        if (!settle(table, *sheet, options)) return std::nullopt;
+        const auto rows = sheet->rows({}, {});
+        table.records = readTable(*rows, table.guess.reading, {}, &names);
+        if (const auto problem = rows->problem()) {
+            tellAt(file, {}, problem->message);
             return std::nullopt;
         }
-        setRole(reading, *column, role);
+        return table;
     }
-    settleDoubts(table.guess.doubts, options);
-    const auto rows = source->rows(reading.form, {});
-    table.records = readTable(*rows, reading, {}, &names);
-    if (const auto problem = rows->problem()) {
+    if (options.sheet) {
+        tellAt(file, {}, "is a text, which has no sheets: leave out --sheet");
+        return std::nullopt;
+    }
+    const TextSource start(input.start().substr(0, TableSample::mostBytes), input.atEnd());
+    if (!settle(table, start, options)) return std::nullopt;
+    TextRows rows([&input](char* bytes, std::size_t size) { return input.read(bytes, size); },
+                  table.guess.reading.form);
+    table.records = readTable(rows, table.guess.reading, {}, &names);
+    if (const auto problem = input.problem()) {
         tellAt(file, {}, problem->message);
         return std::nullopt;
     }

@@ -33,8 +33,8 @@ bool LongTableWriter::begin(const LongTableCensus& census, std::size_t taxa) {
     census_ += ',';
     if (census.timeStamp) census_ += isoLocalText(*census.timeStamp);
     census_ += ',' + degreesText(census.latitude) + ',' + degreesText(census.longitude) + ',';
-    appendCell(census_, census.notes);
     const bool isNew = known_.insert(census_).second;
+    appendCell(census_, census.notes);
     if (taxa == 0 || !isNew) text_ += census_ + ",,,\n";
     return true;
 }

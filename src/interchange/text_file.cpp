@@ -188,7 +188,8 @@ void InputFile::readOn(std::size_t size) {
             const std::size_t all = std::max({used + smallestStep, expected + 1, 2 * used});
             bytes_.resize(std::min(all, size));
         }
-        const ssize_t count = read(file_.descriptor(), bytes_.data() + used, bytes_.size() - used);
+        const ssize_t count =
+            ::read(file_.descriptor(), bytes_.data() + used, bytes_.size() - used);
         if (count < 0 && errno == EINTR) continue;
         if (count < 0) error_ = errno;
         if (count == 0) atEnd_ = true;
@@ -198,9 +199,35 @@ void InputFile::readOn(std::size_t size) {
     bytes_.resize(used);
 }
 
+std::size_t InputFile::read(char* bytes, std::size_t size) {
+    if (given_ < bytes_.size()) {
+        const std::size_t count = bytes_.copy(bytes, size, given_);
+        given_ += count;
+        if (given_ == bytes_.size()) {
+            bytes_ = {};
+            given_ = 0;
+        }
+        return count;
+    }
+    while (!atEnd_) {
+        const ssize_t count = ::read(file_.descriptor(), bytes, size);
+        if (count > 0) return static_cast<std::size_t>(count);
+        if (count < 0 && errno == EINTR) continue;
+        if (count < 0) error_ = errno;
+        atEnd_ = true;
+        file_.close();
+    }
+    return 0;
+}
+
+std::optional<Problem> InputFile::problem() const {
+    if (error_ == 0) return std::nullopt;
+    return systemProblem("cannot be read", error_);
+}
+
 Result<std::string> InputFile::bytes() && {
     readStart(SIZE_MAX);
-    if (error_ != 0) return systemProblem("cannot be read", error_);
+    if (const auto why = problem()) return *why;
     return std::exchange(bytes_, {});
 }
 

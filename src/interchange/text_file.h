@@ -32,6 +32,11 @@ class InputFile {
     // True if start() is the whole file, which is then closed.
     [[nodiscard]] bool atEnd() const { return atEnd_; }
 
+    // Puts up to size bytes at the place and returns their number: from the beginning of the file
+    // on, of which start() then holds nothing any more; 0 at the end or where problem() says why.
+    std::size_t read(char* bytes, std::size_t size);
+    [[nodiscard]] std::optional<Problem> problem() const;
+
     // All of it, or why it cannot be read; nothing is left to read afterwards.
     Result<std::string> bytes() &&;
     // The same as text, see decodeText().
@@ -51,6 +56,7 @@ class InputFile {
     OpenFile file_;
     struct stat status_;
     std::string bytes_;
+    std::size_t given_ = 0;  // of the start
     bool atEnd_ = false;
     int error_ = 0;
 };

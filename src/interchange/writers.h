@@ -52,8 +52,8 @@ struct LongTableCensus {
 };
 
 // A row per taxon: census, date, latitude, longitude, notes, species, count, included. Cells are
-// quoted where needed. A census without taxa has a row without species and count, and so begins one
-// that tells of itself what another did before: a reader can tell them apart.
+// quoted where needed. A row without species and count begins a census: one without taxa, or one
+// whose name, date and place are those of another before it.
 class LongTableWriter {
   public:
     static constexpr std::string_view header =
@@ -71,8 +71,8 @@ class LongTableWriter {
   private:
     ByteSink sink_;
     std::string text_;
-    std::string census_;  // its cells, as each row begins
-    std::unordered_set<std::string> known_;
+    std::string census_;                     // its cells, as each row begins
+    std::unordered_set<std::string> known_;  // names, dates and places
 };
 
 }  // namespace zorvel

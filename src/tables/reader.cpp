@@ -566,7 +566,7 @@ class Reader {
     }
 
     std::size_t openExactCensus(MockCensus census, bool isNew) {
-        std::string key = census.name + '\0' + census.notes + '\0' + placeAndTime(census);
+        std::string key = census.name + '\0' + placeAndTime(census);
         return isNew ? gathered_.openNew(std::move(census), std::move(key))
                      : gathered_.open(std::move(census), std::move(key));
     }
