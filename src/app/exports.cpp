@@ -57,8 +57,8 @@ void Exports::exportMetrics(MainWindowController* window) {
           });
 }
 
-void Exports::exportLongTable(MainWindowController& window) {
-    start(window, "Export Long Table", "preparing long table export...", "long table",
+void Exports::exportLongTable(MainWindowController* window) {
+    start(window, "Export Long Table", "long table", "long table",
           [](const ObjectContext& project, const std::stop_token&) {
               const auto copy = std::shared_ptr<const ObjectContext>(project.frozenCopy());
               return ExportedFile{

@@ -38,7 +38,7 @@ class Exports : public QObject {
     void exportCensusMatrix(MainWindowController* window);
     void exportMetrics(MainWindowController* window);
     // All that the project holds, see writeLongTable().
-    void exportLongTable(MainWindowController& window);
+    void exportLongTable(MainWindowController* window);
 
     // Asks if an export is still being prepared, and cancels it if the user agrees. False if the
     // user does not want to quit.

@@ -98,7 +98,7 @@ void addExportMenu(const CommandMenu& file, MainWindowController& window, Projec
     menu.add("exportMetricsMenuItemTapped", "Me&trics...", {},
              [&] { windows.exports().exportMetrics(&window); });
     menu.add("exportLongTableMenuItemTapped", "&Long Table...", {},
-             [&] { windows.exports().exportLongTable(window); });
+             [&] { windows.exports().exportLongTable(&window); });
 }
 
 void addFileMenu(MainWindowController& window, ProjectWindows& windows) {
