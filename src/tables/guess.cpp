@@ -93,7 +93,7 @@ void addRow(SampleRows& rows, const TableRow& row) {
 
 }  // namespace
 
-TableSample sampleRows(RowSource& source, bool whole) {
+TableSample sampleRows(RowSource& source, bool whole, std::size_t mostCells) {
     TableSample sample;
     TableRow row;
     std::size_t cells = 0;
@@ -101,7 +101,7 @@ TableSample sampleRows(RowSource& source, bool whole) {
     while (source.next(row)) {
         cells += row.cells.size();
         for (const std::string_view cell : row.cells) bytes += cell.size();
-        if (sample.rows.size() == TableSample::mostRows || cells > TableSample::mostCells ||
+        if (sample.rows.size() == TableSample::mostRows || cells > mostCells ||
             bytes > 4 * TableSample::mostBytes) {
             sample.whole = false;
             return sample;

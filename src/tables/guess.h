@@ -56,6 +56,7 @@ TableGuess guessTable(const TableSample& sample, const TextForm& form,
                       const TableChoices& choices = {});
 
 // The rows of the bytes; the last one is left out if it may be cut.
-TableSample sampleRows(RowSource& source, bool whole);
+TableSample sampleRows(RowSource& source, bool whole,
+                       std::size_t mostCells = TableSample::mostCells);
 
 }  // namespace zorvel

@@ -111,9 +111,8 @@ class OdsSheet final : public SheetReader {
             row().merge(cell_, cell_ + std::min(spanned, SheetRow::mostColumns));
         }
         for (const char* const* pair = attributes.pairs(); *pair != nullptr; pair += 2) {
-            const std::string_view full = pair[0];
-            const std::string_view name = withoutPrefix(full);
-            if (full.starts_with("calcext:")) continue;
+            const std::string_view name = withoutPrefix(pair[0]);
+            if (std::string_view(pair[0]).starts_with("calcext:")) continue;
             if (name == "value-type") {
                 type_ = pair[1];
             } else if (name == "formula") {

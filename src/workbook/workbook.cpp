@@ -262,7 +262,9 @@ std::unique_ptr<RowSource> SheetSource::rows(const TextForm& /*form*/,
 }
 
 TableGuess SheetSource::guess(const TableChoices& choices) const {
-    TableSample sample = sampleRows(*workbook_->rows(sheet_), true);
+    // Cells of workbooks cost more time than those of texts, and fewer tell enough.
+    constexpr std::size_t mostCells = 1 << 18;
+    TableSample sample = sampleRows(*workbook_->rows(sheet_), true, mostCells);
     sample.sheet = workbook_->sheets()[sheet_].name;
     return guessTable(sample, {}, choices);
 }

@@ -106,7 +106,7 @@ class XlsxSheet final : public SheetReader {
         style_ = {};
         type_ = {};
         for (const char* const* pair = attributes.pairs(); *pair != nullptr; pair += 2) {
-            const std::string_view name = pair[0];
+            const std::string_view name = withoutPrefix(pair[0]);
             if (name == "r") {
                 const std::optional<CellPlace> place = placeOf(pair[1]);
                 if (!place || place->row != number_ || place->column < column_) {

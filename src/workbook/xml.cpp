@@ -8,8 +8,13 @@
 
 namespace zorvel {
 
-std::string_view withoutPrefix(std::string_view name) {
-    return name.substr(name.find(':') + 1);
+// Names are short, and there are millions.
+std::string_view withoutPrefix(const char* name) {
+    const char* start = name;
+    for (; *name != '\0'; ++name) {
+        if (*name == ':') start = name + 1;
+    }
+    return {start, static_cast<std::size_t>(name - start)};
 }
 
 std::optional<std::string_view> XmlAttributes::find(std::string_view name) const {

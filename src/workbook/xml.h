@@ -36,7 +36,7 @@ class XmlAttributes {
     const char* const* pairs_;
 };
 
-std::string_view withoutPrefix(std::string_view name);
+std::string_view withoutPrefix(const char* name);
 
 class XmlReader {
   public:
