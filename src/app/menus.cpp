@@ -230,6 +230,9 @@ void addAnalysisMenu(MainWindowController& window) {
              Qt::CTRL | Qt::Key_R, [&] { window.mainView().individualBasedRarefaction(); });
     menu.add("sampleBasedRarefactionMenuItemTapped", "&Sample-Based Rarefaction",
              Qt::CTRL | Qt::SHIFT | Qt::Key_R, [&] { window.mainView().sampleBasedRarefaction(); });
+    menu.add("diversityAtEqualCoverageMenuItemTapped", "&Diversity at Equal Coverage...",
+             Qt::CTRL | Qt::SHIFT | Qt::Key_D,
+             [&] { window.mainView().diversityAtEqualCoverage(); });
 }
 
 void addViewMenu(MainWindowController& window, LookChoice& look) {

@@ -71,8 +71,11 @@ Printing::Printing(ProjectWindows& windows, PrintPanel& panel) : windows_(window
 }
 
 std::optional<Printing::Subject> Printing::subjectOf(QWidget* window) {
-    if (auto* plot = qobject_cast<RarefactionWindowController*>(window)) {
-        const PlotDrawing drawing = plot->viewController().figure();
+    auto* plot = qobject_cast<RarefactionWindowController*>(window);
+    auto* diversity = qobject_cast<DiversityWindowController*>(window);
+    if (plot != nullptr || diversity != nullptr) {
+        const PlotDrawing drawing = plot != nullptr ? plot->viewController().figure()
+                                                    : diversity->viewController().figure();
         const bool wide = drawing.size.width() > drawing.size.height();
         return Subject{
             drawing.title, wide ? QPageLayout::Landscape : QPageLayout::Portrait,
@@ -118,6 +121,8 @@ void Printing::writeFile(QWidget* window, const PrintTarget& target, const Subje
             windows->tell(project, news + '.', MessageStrip::Tone::news);
         } else if (auto* plot = qobject_cast<RarefactionWindowController*>(shown)) {
             plot->viewController().showSaved(news);
+        } else if (auto* diversity = qobject_cast<DiversityWindowController*>(shown)) {
+            diversity->viewController().showSaved(news);
         }
     };
     writeInBackground(

@@ -165,6 +165,11 @@ void ProjectWindows::addAnalysisWindow(QWidget& opened) {
                 &RarefactionViewController::preferencesDidChange);
         connect(&plot->viewController(), &RarefactionViewController::printRequested, this,
                 [this, plot] { emit printRequested(plot); });
+    } else if (auto* diversity = qobject_cast<DiversityWindowController*>(&opened)) {
+        connect(this, &ProjectWindows::plotPreferencesDidChange, &diversity->viewController(),
+                &DiversityViewController::preferencesDidChange);
+        connect(&diversity->viewController(), &DiversityViewController::printRequested, this,
+                [this, diversity] { emit printRequested(diversity); });
     } else if (auto* metrics = qobject_cast<ProjectWideMetricsWindowController*>(&opened)) {
         connect(&metrics->viewController(), &ProjectWideMetricsViewController::printRequested, this,
                 [this, metrics] { emit printRequested(metrics); });

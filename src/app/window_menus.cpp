@@ -109,6 +109,9 @@ QString titleOf(const QWidget& window) {
     if (const auto* plot = qobject_cast<const RarefactionWindowController*>(&window)) {
         const QString& subject = plot->viewController().subject();
         if (!subject.isEmpty()) title += " \u2014 " + subject;
+    } else if (const auto* diversity = qobject_cast<const DiversityWindowController*>(&window)) {
+        const QString& subject = diversity->viewController().subject();
+        if (!subject.isEmpty()) title += " \u2014 " + subject;
     }
     return title;
 }

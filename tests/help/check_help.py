@@ -121,6 +121,7 @@ class Help(unittest.TestCase):
         for name, page in self.pages.items():
             with tempfile.TemporaryDirectory() as folder:
                 shell = Shell(folder, page)
+                (Path(folder) / "examples").symlink_to(tree / "examples")
                 for element in with_attribute(page, "data-run"):
                     shown = text_of(element)
                     commands = commands_in(shown)

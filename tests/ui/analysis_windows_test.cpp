@@ -1,6 +1,8 @@
 // The windows of analyses as the main window opens them, and how they and the projects go.
+#include <QComboBox>
 #include <QDir>
 #include <QPointer>
+#include <QTableView>
 #include <QTimer>
 #include <algorithm>
 #include <future>
@@ -77,6 +79,20 @@ class AnalysisWindowsTest : public WindowTest {
     std::promise<void> gate_;
     bool held_ = false;
 };
+
+TEST_F(AnalysisWindowsTest, DiversityIsOfTheSelectedCensuses) {
+    censusTable().selectRows({0, 1});
+    trigger("diversityAtEqualCoverage");
+    const QPointer<DiversityWindowController> opened = view().diversityWindowController();
+    ASSERT_TRUE(opened);
+    const auto rows = [&] {
+        return opened->findChild<QTableView*>("diversityTable")->model()->rowCount();
+    };
+    EXPECT_TRUE(waitUntil([&] { return rows() == 2; }));
+    EXPECT_EQ(opened->findChild<QComboBox*>("ofBox")->count(), 3);
+    opened->close();
+    EXPECT_TRUE(waitUntilGone(opened.data()));
+}
 
 TEST_F(AnalysisWindowsTest, CurvesAreOfTheRecordsAsTheyWere) {
     censusTable().selectRows({2});

@@ -1,21 +1,14 @@
 #include "ui/analysis/rarefaction_view_controller.h"
 
 #include <QAccessible>
-#include <QClipboard>
 #include <QEvent>
-#include <QFileInfo>
-#include <QGuiApplication>
-#include <QMimeData>
-#include <QPointer>
 #include <QShortcut>
 #include <QShowEvent>
 #include <utility>
 
 #include "interchange/writers.h"
 #include "platform/file_names.h"
-#include "platform/job_queue.h"
 #include "platform/preferences.h"
-#include "ui/analysis/image_dialog.h"
 #include "ui/analysis/rarefaction_view.h"
 #include "ui/kit/look.h"
 #include "ui/kit/shown_text.h"
@@ -26,7 +19,6 @@ namespace zorvel {
 namespace {
 
 constexpr qsizetype longestSubject = 120;  // characters
-constexpr int copiedDpi = 144;
 
 std::optional<ConfidenceLevel> levelNow() {
     return confidenceLevelOf(Preferences().confidence());
@@ -43,8 +35,7 @@ RarefactionViewController::RarefactionViewController(RarefactionKind kind, JobQu
     : QWidget(parent),
       ui_(std::make_unique<Ui::RarefactionPage>()),
       texts_(kind),
-      jobs_(jobs),
-      panels_(panels) {
+      export_(new PlotExport(exportSource(), jobs, panels, *this)) {
     using Self = RarefactionViewController;
     ui_->setupUi(this);
     ui_->rarefactionSubject->setFont(scaledFont(font(), 1.3, true));
@@ -64,6 +55,8 @@ RarefactionViewController::RarefactionViewController(RarefactionKind kind, JobQu
         image.titles = checked;
         Preferences().setPlotImage(image);
     });
+    connect(export_, &PlotExport::saved, this, &Self::showSaved);
+    connect(export_, &PlotExport::imageChosen, this, &Self::showTexts);
     connect(ui_->rarefactionView, &RarefactionView::markedPointDidChange, this, &Self::showReadout);
     connect(ui_->rarefactionView, &RarefactionView::focusDidChange, ui_->plotPaper,
             &PlotPaper::setFocused);
@@ -71,6 +64,21 @@ RarefactionViewController::RarefactionViewController(RarefactionKind kind, JobQu
 }
 
 RarefactionViewController::~RarefactionViewController() = default;
+
+PlotExport::Source RarefactionViewController::exportSource() {
+    const auto table = [this] {
+        return rarefactionData() ? tableOf(*rarefactionData()) : QByteArray();
+    };
+    return {[this] { return rarefactionView().isDrawable(); },
+            [this](bool titles) { return figure(titles); },
+            table,
+            [table] { return QString::fromUtf8(table()).remove(' ').replace(',', '\t'); },
+            [this] {
+                const QString name = "rarefaction";
+                return subject_.isEmpty() ? name : asFileName(subject_) + ' ' + name;
+            },
+            "Save Rarefaction Table"};
+}
 
 void RarefactionViewController::addCommand(QPushButton& button, const QKeySequence& keys,
                                            void (RarefactionViewController::*command)()) {
@@ -149,35 +157,10 @@ PlotDrawing RarefactionViewController::drawing() const {
     return {view->size(), title, [view](QPainter& painter) { view->drawRect(painter); }};
 }
 
-PlotDrawing RarefactionViewController::figure() const {
-    return figure(Preferences().plotImage().titles);
-}
-
 PlotDrawing RarefactionViewController::figure(bool titles) const {
     if (!titles || !rarefactionView().isDrawable()) return drawing();
     return titledPlot(drawing(), {shortened(subject_, longestSubject), texts_.sampleSizeTitle(),
                                   RarefactionTexts::richnessTitle()});
-}
-
-QString RarefactionViewController::choosePath(const QString& title, const FileType& type) {
-    const QPointer<RarefactionViewController> self(this);
-    QString name = "rarefaction";
-    if (!subject_.isEmpty()) name.prepend(asFileName(subject_) + ' ');
-    const QString path = panels_.save.chooseFile(window(), title, name, {type});
-    return self ? path : QString();
-}
-
-// bytes: called in the job.
-void RarefactionViewController::write(const QString& path, const QString& failure,
-                                      std::function<QByteArray()> bytes) {
-    const auto produce = [bytes = std::move(bytes)](const ByteSink& sink) {
-        const QByteArray all = bytes();
-        sink({all.constData(), static_cast<std::size_t>(all.size())});
-    };
-    const auto tell = [self = QPointer(this), path](bool there) {
-        if (there && self) self->showSaved(QString("Saved to %1").arg(QFileInfo(path).fileName()));
-    };
-    writeInBackground(jobs_, panels_.alerts, window(), path, failure, produce, tell);
 }
 
 void RarefactionViewController::showSaved(const QString& news) {
@@ -187,69 +170,6 @@ void RarefactionViewController::showSaved(const QString& news) {
     ui_->rarefactionSaved->setAccessibleName(text);
     QAccessibleEvent alert(ui_->rarefactionSaved, QAccessible::Alert);
     QAccessible::updateAccessibility(&alert);
-}
-
-void RarefactionViewController::savePlot() {
-    const QString path = choosePath("Save Plot", {"PDF document", ".pdf"});
-    if (path.isEmpty()) return;
-    write(path, "The plot could not be saved", [page = pdfOf(drawing())] { return page; });
-}
-
-void RarefactionViewController::saveImage() {
-    if (!rarefactionView().isDrawable()) return;
-    auto* dialog = new ImageDialog(
-        Preferences().plotImage(), [this](bool titles) { return figure(titles).size; }, this);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    connect(dialog, &QDialog::accepted, this, [this, dialog] { saveImageAs(dialog->choice()); });
-    dialog->open();
-}
-
-void RarefactionViewController::saveImageAs(const PlotImage& image) {
-    Preferences().setPlotImage(image);
-    showTexts();
-    const QString path = choosePath(
-        "Save Image", image.svg ? FileType{"SVG drawing", ".svg"} : FileType{"PNG image", ".png"});
-    if (path.isEmpty()) return;
-    const QString failure = "The image could not be saved";
-    if (image.svg) {
-        return write(path, failure, [svg = svgOf(figure(), image.widthCm)] { return svg; });
-    }
-    const QImage pixels = imageOf(figure(), image.widthCm, image.dpi);
-    if (pixels.isNull()) {
-        return panels_.alerts.warn(
-            window(), failure,
-            "There is not enough memory for it. Choose a smaller width or resolution.");
-    }
-    write(path, failure, [pixels] { return pngOf(pixels); });
-}
-
-void RarefactionViewController::saveData() {
-    if (!rarefactionData()) return;
-    const QByteArray text = tableOf(*rarefactionData());
-    const QString path = choosePath("Save Rarefaction Table", {"Comma-separated table", ".csv"});
-    if (path.isEmpty()) return;
-    write(path, "The table could not be saved", [text] { return QByteArray(text); });
-}
-
-void RarefactionViewController::copyPlot() {
-    const PlotDrawing plot = figure();
-    const double width = naturalWidth(plot);
-    auto* copied = new QMimeData;
-    copied->setImageData(imageOf(plot, width, copiedDpi));
-    copied->setData("application/pdf", pdfOf(plot));
-    copied->setData("image/svg+xml", svgOf(plot, width));
-    QGuiApplication::clipboard()->setMimeData(copied);
-}
-
-void RarefactionViewController::copyTable() {
-    if (!rarefactionData()) return;
-    const QByteArray table = tableOf(*rarefactionData());
-    QString cells = QString::fromUtf8(table);
-    cells.remove(' ').replace(',', '\t');
-    auto* copied = new QMimeData;
-    copied->setText(cells);
-    copied->setData("text/csv", table);
-    QGuiApplication::clipboard()->setMimeData(copied);
 }
 
 RarefactionWindowController::RarefactionWindowController(RarefactionKind kind, JobQueue& jobs,

@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "metrics/rarefaction.h"
-#include "ui/analysis/plot_files.h"
+#include "ui/analysis/plot_export.h"
 #include "ui/analysis/rarefaction_texts.h"
 #include "ui/kit/panels.h"
 #include "ui/kit/window_placement.h"
@@ -25,7 +25,6 @@ class RarefactionPage;
 namespace zorvel {
 
 class JobQueue;
-struct PlotImage;
 class RarefactionView;
 
 class RarefactionViewController : public QWidget {
@@ -46,25 +45,20 @@ class RarefactionViewController : public QWidget {
     // The plot as it is shown, without the mark of a point.
     [[nodiscard]] PlotDrawing drawing() const;
     // The same, with titles around it if the preferences say so.
-    [[nodiscard]] PlotDrawing figure() const;
+    [[nodiscard]] PlotDrawing figure() const { return export_->figure(); }
     // Shown beside the heading until the next.
     void showSaved(const QString& news);
 
   public slots:
-    // Asks where, and writes the view in the background as a page of PDF. Success is told beside
-    // the heading, a failed write in an alert, even if the window has closed meanwhile.
-    void savePlot();
+    // As PlotExport does them: the plot, and the table whatever the confidence level of the
+    // preferences.
+    void savePlot() { export_->savePlot(); }
     void savePlotTapped() { savePlot(); }
-    // The same for the figure as SVG or PNG, once the size is chosen. Nothing if no curve is drawn.
-    void saveImage();
-    // The same for the table, whatever the confidence level of the preferences. Nothing without
-    // data.
-    void saveData();
+    void saveImage() { export_->saveImage(); }
+    void saveData() { export_->saveTable(); }
     void saveDataTapped() { saveData(); }
-    // The figure as an image, PDF and SVG: the program that pastes takes what it can best use.
-    void copyPlot();
-    // As tab-separated cells for a spreadsheet, and as the text of the table's file.
-    void copyTable();
+    void copyPlot() { export_->copyPlot(); }
+    void copyTable() { export_->copyTable(); }
     // Draws anew, and tells of the level that holds now.
     void preferencesDidChange();
 
@@ -80,15 +74,12 @@ class RarefactionViewController : public QWidget {
                     void (RarefactionViewController::*command)());
     void showTexts();
     void showReadout();
-    [[nodiscard]] QString choosePath(const QString& title, const FileType& type);
-    void write(const QString& path, const QString& failure, std::function<QByteArray()> bytes);
-    void saveImageAs(const PlotImage& image);
+    PlotExport::Source exportSource();
     [[nodiscard]] PlotDrawing figure(bool titles) const;
 
     std::unique_ptr<Ui::RarefactionPage> ui_;
     RarefactionTexts texts_;
-    JobQueue& jobs_;
-    Panels panels_;
+    PlotExport* export_;
     QString subject_;
 };
 

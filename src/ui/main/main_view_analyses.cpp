@@ -1,4 +1,5 @@
 // The analyses that the main view starts: their inputs, jobs and windows.
+#include <algorithm>
 #include <utility>
 
 #include "metrics/rarefaction.h"
@@ -8,6 +9,33 @@
 #include "ui/main/record_names.h"
 
 namespace zorvel {
+
+namespace {
+
+// selected: empty for all censuses.
+DiversityInputs diversityInputs(const ObjectContext& project, const std::vector<RecordId>& selected,
+                                const QString& name) {
+    DiversityInputs inputs;
+    inputs.project = name;
+    const std::vector<Census> censuses = project.censuses();
+    const auto add = [&](const Census& census) {
+        inputs.selected.push_back(
+            {shownName(census.name()), abundanceFrequencies(includedCountsVector(census))});
+    };
+    for (const RecordId id : selected) {
+        if (const std::optional<Census> census = project.census(id)) add(*census);
+    }
+    if (selected.empty()) std::for_each(censuses.begin(), censuses.end(), add);
+    const SparseCountsResult sparse = buildSparseCounts(project);
+    inputs.pooled = {"All pooled", abundanceFrequencies(sparse.pooled)};
+    if (censuses.size() >= 5) {
+        inputs.incidence = {"Over the censuses",
+                            incidenceFrequencies(summariseIncidence(sparse.counts))};
+    }
+    return inputs;
+}
+
+}  // namespace
 
 bool MainViewController::canAnalyse(std::size_t fewestCensuses, const QString& refusal) {
     if (!commitEditing()) return false;
@@ -63,6 +91,30 @@ void MainViewController::sampleBasedRarefaction() {
                          return sharedCalculator().sampleBasedCurve(
                              summariseIncidence(buildSparseCounts(*project).counts));
                      });
+}
+
+// The selected censuses, or all of them where none is selected.
+void MainViewController::diversityAtEqualCoverage() {
+    if (!canAnalyse(1, "Must have at least one census to compare diversity")) return;
+    auto* window = new DiversityWindowController(jobs_, panels_);
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    window->setWindowFilePath(this->window()->windowFilePath());
+    diversityWindowController_ = window;
+    emit analysisWindowDidOpen(window);
+    window->show();
+    std::vector<RecordId> selected;
+    for (const Census& census : selectedCensuses()) selected.push_back(census.id());
+    const ProgressId progress = startProgress("calculating diversity...");
+    connect(window, &QObject::destroyed, this, [=, this] { stopProgress(progress); });
+    jobs_.start(
+        window,
+        [project = context().frozenCopy(), selected = std::move(selected), name = projectName_] {
+            return diversityInputs(*project, selected, name);
+        },
+        [self = QPointer<MainViewController>(this), window, progress](DiversityInputs inputs) {
+            window->viewController().setInputs(std::move(inputs));
+            if (self) self->stopProgress(progress);
+        });
 }
 
 // work runs on a worker thread, and must own all that it reads.

@@ -118,6 +118,8 @@ void MainViewController::setUpPullDowns() {
         &MainViewController::sampleBasedRarefaction);
     add(census, "calculateProjectWideMetrics", "Project-wide metrics",
         &MainViewController::calculateProjectWideMetrics);
+    add(census, "diversityAtEqualCoverage", "Diversity at equal coverage",
+        &MainViewController::diversityAtEqualCoverage);
     PullDownButton* species = ui_->speciesPopUpButton;
     add(species, "addSpecies", "Add species", &MainViewController::addSpeciesRow);
     add(species, "deleteSpecies", "Delete species", &MainViewController::deleteSpeciesRows);

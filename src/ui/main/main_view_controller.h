@@ -12,6 +12,7 @@
 
 #include "model/diversity_document.h"
 #include "ui/analysis/project_wide_metrics_window_controller.h"
+#include "ui/analysis/diversity_window_controller.h"
 #include "ui/analysis/rarefaction_view_controller.h"
 #include "ui/kit/message_strip.h"
 #include "ui/kit/panels.h"
@@ -115,6 +116,9 @@ class MainViewController : public QWidget, public MainView {
     [[nodiscard]] RarefactionWindowController* rarefactionWindowController() const {
         return rarefactionWindowController_;
     }
+    [[nodiscard]] DiversityWindowController* diversityWindowController() const {
+        return diversityWindowController_;
+    }
 
     [[nodiscard]] MessageStrip& messageStrip();
 
@@ -136,6 +140,8 @@ class MainViewController : public QWidget, public MainView {
     // Of the selected census; nothing without one.
     void individualBasedRarefaction();
     void sampleBasedRarefaction();
+    // Of the selected censuses, or of all where none is selected. The window opens at once.
+    void diversityAtEqualCoverage();
 
   signals:
     void openRequested();
@@ -206,6 +212,7 @@ class MainViewController : public QWidget, public MainView {
     QString projectName_;
     QPointer<ProjectWideMetricsWindowController> projectWideMetricsWindowController_;
     QPointer<RarefactionWindowController> rarefactionWindowController_;
+    QPointer<DiversityWindowController> diversityWindowController_;
 };
 
 }  // namespace zorvel

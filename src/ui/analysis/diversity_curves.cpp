@@ -1,0 +1,222 @@
+#include "ui/analysis/diversity_curves.h"
+
+#include <QStringList>
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+#include <limits>
+
+#include "base/numbers.h"
+#include "model/diversity_texts.h"
+
+namespace zorvel {
+
+namespace {
+
+constexpr double unlimited = std::numeric_limits<double>::infinity();
+
+// x of a point.
+double placeOf(const DiversityPoint& point, DiversityAcross across) {
+    return across == DiversityAcross::sizes ? point.size : point.coverage;
+}
+
+// The coverages of the points, each larger than the one before.
+std::vector<double> coveragesOf(const std::vector<DiversityPoint>& points) {
+    std::vector<double> coverages;
+    for (const DiversityPoint& point : points) {
+        if (coverages.empty() || point.coverage > coverages.back()) {
+            coverages.push_back(point.coverage);
+        }
+    }
+    return coverages;
+}
+
+void addLimits(PlotCurve& curve, double x, double estimate, const std::optional<double>& error,
+               ConfidenceLevel level) {
+    if (!error) return;
+    const ConfidenceLimits limits = normalLimits(estimate, *error, 0, unlimited);
+    const bool is95 = level == ConfidenceLevel::percent95;
+    curve.lower.append(QPointF(x, is95 ? limits.lower95 : limits.lower99));
+    curve.upper.append(QPointF(x, is95 ? limits.upper95 : limits.upper99));
+}
+
+void addPoints(PlotCurve& plot, const DiversityCurve& curve, std::size_t order,
+               DiversityAcross across, std::optional<ConfidenceLevel> level) {
+    const bool bySize = across == DiversityAcross::sizes;
+    std::size_t place = 0;  // among the points of the errors
+    double last = -1;
+    for (std::size_t i = 0; i < curve.points.size(); ++i) {
+        const DiversityPoint& point = curve.points[i];
+        const double x = placeOf(point, across);
+        const double y = point.diversity[order];
+        if (!bySize && x <= last) continue;
+        last = x;
+        const QPointF here(x, y);
+        if (point.method != SampleMethod::extrapolated) {
+            plot.known.append(here);
+        } else {
+            if (plot.predicted.isEmpty() && !plot.known.isEmpty()) {
+                plot.predicted.append(plot.known.last());
+            }
+            plot.predicted.append(here);
+        }
+        if (point.method == SampleMethod::observed) plot.own = here;
+        if (level && curve.errors) {
+            const auto& errors = bySize ? curve.errors->atSizes : curve.errors->atCoverages;
+            addLimits(plot, x, y, errors[place][order], *level);
+        }
+        ++place;
+    }
+}
+
+void addProfile(PlotCurve& plot, const DiversityCurve& curve,
+                std::optional<ConfidenceLevel> level) {
+    for (std::size_t i = 0; i < curve.profile.size(); ++i) {
+        const double q = profileOrder(i);
+        if (const std::optional<double> observed = curve.estimator.observed(q)) {
+            plot.known.append(QPointF(q, *observed));
+        }
+        if (!curve.profile[i]) continue;
+        plot.predicted.append(QPointF(q, *curve.profile[i]));
+        if (level && curve.errors) {
+            addLimits(plot, q, *curve.profile[i], curve.errors->estimated[i], *level);
+        }
+    }
+}
+
+}  // namespace
+
+double profileOrder(std::size_t place) {
+    return static_cast<double>(place) / 10;
+}
+
+DiversityCurve diversityCurve(const DiversitySubject& subject) {
+    DiversityCurve curve{subject.name, DiversityEstimator(subject.counts), {}, {}, {}};
+    if (!curve.estimator.coverage()) return curve;
+    for (const double size : standardSizes(subject.counts.size)) {
+        curve.points.push_back(*curve.estimator.atSize(size));
+    }
+    for (std::size_t i = 0; i < kProfileOrders; ++i) {
+        curve.profile.push_back(curve.estimator.estimated(profileOrder(i)));
+    }
+    return curve;
+}
+
+std::optional<StandardErrors> errorsOf(const DiversityCurve& curve, const std::stop_token& stop) {
+    BootstrapPlan plan;
+    for (const DiversityPoint& point : curve.points) plan.sizes.push_back(point.size);
+    plan.coverages = coveragesOf(curve.points);
+    for (std::size_t i = 0; i < curve.profile.size(); ++i) plan.orders.push_back(profileOrder(i));
+    return bootstrapErrors(curve.estimator, plan, stop);
+}
+
+QColor curveColor(std::size_t place) {
+    // Colours of Okabe & Ito (2008) that stand out from white, and darker forms of them.
+    static const QColor colors[] = {{0, 114, 178},  {213, 94, 0},  {0, 158, 115},  {204, 121, 167},
+                                    {86, 180, 233}, {230, 159, 0}, {0, 0, 0},      {0, 70, 110},
+                                    {140, 60, 0},   {0, 100, 70},  {130, 70, 105}, {110, 110, 110}};
+    return colors[place % std::size(colors)];
+}
+
+std::vector<PlotCurve> plotCurves(const std::vector<DiversityCurve>& curves, std::size_t order,
+                                  DiversityAcross across, std::optional<ConfidenceLevel> level) {
+    std::vector<PlotCurve> plots;
+    for (const DiversityCurve& curve : curves) {
+        if (curve.points.empty()) continue;
+        PlotCurve plot;
+        plot.label = curve.name;
+        plot.color = curveColor(plots.size());
+        plot.marker = static_cast<int>(plots.size() % kMarkers);
+        if (across == DiversityAcross::orders) {
+            addProfile(plot, curve, level);
+        } else {
+            addPoints(plot, curve, order, across, level);
+        }
+        plots.push_back(std::move(plot));
+    }
+    return plots;
+}
+
+std::optional<CommonCoverage> commonCoverage(const std::vector<DiversityCurve>& curves) {
+    std::optional<CommonCoverage> common;
+    for (std::size_t i = 0; i < curves.size(); ++i) {
+        const std::optional<double> reached = curves[i].estimator.coverageAtTwice();
+        if (reached && (!common || *reached < common->coverage)) {
+            common = CommonCoverage{*reached, i};
+        }
+    }
+    return common;
+}
+
+std::vector<CoverageRow> coverageRows(const std::vector<DiversityCurve>& curves, double coverage) {
+    std::vector<CoverageRow> rows;
+    for (const DiversityCurve& curve : curves) {
+        const FrequencyCounts& counts = curve.estimator.sample();
+        CoverageRow row{curve.name,
+                        counts.size,
+                        curve.estimator.coverage(),
+                        curve.estimator.atCoverage(coverage),
+                        {},
+                        {}};
+        if (const auto absence = curve.estimator.coverageAbsence(coverage)) {
+            row.remark = diversityAbsenceText(*absence, counts.kind);
+        } else if (row.at && row.at->beyondTwice) {
+            row.remark = "More than twice the sample: its richness is not reliable.";
+        } else if (row.at && row.at->belowOne) {
+            row.remark = counts.kind == SampleKind::abundance
+                             ? "Even one specimen has a larger coverage."
+                             : "Even one census has a larger coverage.";
+        }
+        rows.push_back(std::move(row));
+    }
+    return rows;
+}
+
+std::optional<StandardErrors::Orders> errorsAt(const DiversityCurve& curve, double coverage,
+                                               const std::stop_token& stop) {
+    BootstrapPlan plan;
+    plan.coverages = {coverage};
+    const std::optional<StandardErrors> errors = bootstrapErrors(curve.estimator, plan, stop);
+    return errors ? std::optional(errors->atCoverages.front()) : std::nullopt;
+}
+
+QString coverageTable(const std::vector<CoverageRow>& rows, double coverage, QChar separator) {
+    const auto cell = [separator](QString text) {
+        const bool quotes = text.contains(separator) || text.contains('"') || text.contains('\n') ||
+                            text.contains('\r');
+        return quotes ? '"' + text.replace('"', "\"\"") + '"' : text;
+    };
+    const auto number = [](const std::optional<double>& value, int digits) {
+        return value && std::isfinite(*value) ? QString::fromStdString(fixedText(*value, digits))
+                                              : QString("-");
+    };
+    QStringList head{"census", "specimens", "coverage", "atCoverage", "sampleSize", "method"};
+    for (const char* q : {"q0", "q1", "q2"}) {
+        head.append(q);
+        for (const char* limit : {"lower95limit", "upper95limit", "lower99limit", "upper99limit"}) {
+            head.append(QString(q) + limit);
+        }
+    }
+    QString text = head.join(separator) + '\n';
+    for (const CoverageRow& row : rows) {
+        QStringList cells{cell(row.name), number(row.size, 0), number(row.coverage, 4),
+                          number(coverage, 4)};
+        cells.append(number(row.at ? std::optional(row.at->size) : std::nullopt, 1));
+        cells.append(row.at ? sampleMethodName(row.at->method) : "-");
+        for (std::size_t q = 0; q < kHillOrders; ++q) {
+            const auto value = row.at ? std::optional(row.at->diversity[q]) : std::nullopt;
+            const auto error = row.errors && value ? (*row.errors)[q] : std::nullopt;
+            cells.append(number(value, 3));
+            std::optional<ConfidenceLimits> limits;
+            if (error) limits = normalLimits(*value, *error, 0, unlimited);
+            for (const auto which : {&ConfidenceLimits::lower95, &ConfidenceLimits::upper95,
+                                     &ConfidenceLimits::lower99, &ConfidenceLimits::upper99}) {
+                cells.append(number(limits ? std::optional((*limits).*which) : std::nullopt, 3));
+            }
+        }
+        text += cells.join(separator) + '\n';
+    }
+    return text;
+}
+
+}  // namespace zorvel

@@ -1,0 +1,70 @@
+// The curves and the table of the window of diversity at equal coverage, apart from its widgets:
+// computed on any thread from the counts of its subjects, and turned into curves of a plot.
+#pragma once
+
+#include <QColor>
+#include <QString>
+#include <optional>
+#include <stop_token>
+#include <vector>
+
+#include "metrics/diversity_limits.h"
+#include "ui/analysis/curves_plot.h"
+#include "ui/analysis/rarefaction_plot.h"
+
+namespace zorvel {
+
+enum class DiversityAcross { sizes, coverage, orders };
+
+// A census, all of them pooled, or the presences over them.
+struct DiversitySubject {
+    QString name;
+    FrequencyCounts counts;
+};
+
+struct DiversityCurve {
+    QString name;
+    DiversityEstimator estimator;
+    std::vector<DiversityPoint> points;          // at the standard sizes; empty below size 2
+    std::vector<std::optional<double>> profile;  // estimated, at kProfileOrders orders
+    // Of the points at equal size and at equal coverage, and of the profile.
+    std::optional<StandardErrors> errors;
+};
+inline constexpr std::size_t kProfileOrders = 21;
+double profileOrder(std::size_t place);  // 0 to 2 by tenths
+
+DiversityCurve diversityCurve(const DiversitySubject& subject);
+// Absent if stopped, or if there is nothing to vary.
+std::optional<StandardErrors> errorsOf(const DiversityCurve& curve, const std::stop_token& stop);
+
+// Of all curves that have points; the marker of each is its place.
+std::vector<PlotCurve> plotCurves(const std::vector<DiversityCurve>& curves, std::size_t order,
+                                  DiversityAcross across, std::optional<ConfidenceLevel> level);
+QColor curveColor(std::size_t place);
+
+// The largest coverage that all curves reach at twice their size, and the curve that limits it.
+struct CommonCoverage {
+    double coverage = 0;
+    std::size_t limitedBy = 0;
+};
+std::optional<CommonCoverage> commonCoverage(const std::vector<DiversityCurve>& curves);
+
+// A row of the table.
+struct CoverageRow {
+    QString name;
+    double size = 0;  // of the sample itself
+    std::optional<double> coverage;
+    std::optional<DiversityPoint> at;
+    std::optional<StandardErrors::Orders> errors;
+    QString remark;  // why there is no value, or what is doubtful about it
+};
+std::vector<CoverageRow> coverageRows(const std::vector<DiversityCurve>& curves, double coverage);
+// The standard errors of the row of a curve; absent if stopped.
+std::optional<StandardErrors::Orders> errorsAt(const DiversityCurve& curve, double coverage,
+                                               const std::stop_token& stop);
+
+// As text with commas: census, specimens, coverage, size needed, method, and each order with its
+// limits.
+QString coverageTable(const std::vector<CoverageRow>& rows, double coverage, QChar separator);
+
+}  // namespace zorvel
