@@ -184,7 +184,7 @@ TEST_F(AnalysisWindowsTest, TheEndOfOneWorkLeavesTheWordsOfTheOthers) {
     EXPECT_FALSE(view().isInProgress());
 }
 
-TEST_F(AnalysisWindowsTest, AProjectClosedWhileItsJobsRunIsNotMissed) {
+TEST_F(AnalysisWindowsTest, AProjectMayCloseWhileItsJobsRun) {
     MainWindowController& other = windows->openUntitled();
     holdJobs();
     trigger("individualBasedRarefaction");
@@ -203,7 +203,7 @@ TEST_F(AnalysisWindowsTest, AProjectClosedWhileItsJobsRunIsNotMissed) {
 }
 
 // The program ends when its last window of any kind is closed, and not before.
-TEST_F(AnalysisWindowsTest, APlotStaysUntilThePersonClosesIt) {
+TEST_F(AnalysisWindowsTest, APlotStaysUntilTheUserClosesIt) {
     const QPointer<RarefactionWindowController> plot = openCurve();
     loseTheFile();
     alerts.answers = {"Close Anyway"};  // it is not the last window
@@ -220,7 +220,7 @@ TEST_F(AnalysisWindowsTest, APlotStaysUntilThePersonClosesIt) {
     for (const QWidget* each : QApplication::topLevelWidgets()) EXPECT_FALSE(each->isVisible());
 }
 
-TEST_F(AnalysisWindowsTest, TheLastPlotStaysWhereThePersonWantsToStay) {
+TEST_F(AnalysisWindowsTest, TheLastPlotStaysIfQuittingIsCancelled) {
     const QPointer<RarefactionWindowController> plot = openCurve();
     loseTheFile();
     alerts.answers = {"Cancel"};

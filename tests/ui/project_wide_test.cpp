@@ -206,7 +206,6 @@ TEST_F(ProjectWideTest, AbsentInputsLeaveTheirGroupsEmpty) {
     EXPECT_EQ(text("averageAbundance"), "40.0");
 }
 
-// With every value the window may go; a result that comes later finds nobody.
 TEST_F(ProjectWideTest, CaptionsAreWholeInANarrowWindow) {
     fill(inputsOf(fullCensuses));
     for (const int width : {1000, 760, 700, 688, 680}) {
@@ -222,6 +221,7 @@ TEST_F(ProjectWideTest, CaptionsAreWholeInANarrowWindow) {
     }
 }
 
+// At each value that arrives; results that come later are dropped.
 TEST_F(ProjectWideTest, TheWindowMayCloseWhileValuesAreComputed) {
     for (qsizetype arrived = 0; arrived < fields().size(); ++arrived) {
         newWindow();

@@ -26,13 +26,13 @@ struct LookColors {
     QColor accent;     // focus, primary button, links
     QColor selection;  // rows of the table that has the focus
     QColor selectionText;
-    QColor selectionSecondary;  // what says less, on those rows
+    QColor selectionSecondary;  // secondary text on those rows
     QColor quietSelection;      // rows of the others
     QColor hover;
     QColor bar;      // share of the largest abundance
     QColor warning;  // ground of the message strip
     QColor warningMark;
-    QColor problem;  // of what was refused, in words
+    QColor problem;  // text of refusals
 };
 
 const LookColors& lookColors(ColorScheme scheme);

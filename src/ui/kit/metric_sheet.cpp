@@ -346,7 +346,7 @@ void MetricSheet::updateExplanation() {
     const ValueField& field = *row.value;
     const MetricExplanation words = explanationOf(row.shown);
     const QColor quiet = lookColors(host_.palette()).secondary;
-    // Where nothing has come, nothing is known of what went into it.
+    // Before the first value, its inputs are unknown.
     const bool isKnown = !field.text().isEmpty() || field.isStale();
     const QString note = field.isStale() ? field.toolTip() : QString();
     QString remark;

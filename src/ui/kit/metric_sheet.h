@@ -52,7 +52,7 @@ class MetricSheet : public QObject {
     void setSubject(const QString& subject) { subject_ = subject; }
     // What the values to come are computed with. Before they are known, captions have none.
     void setParameters(const MetricParameters& parameters);
-    // What the explanations tell of.
+    // What the explanations are about.
     [[nodiscard]] MetricInputs& inputs() { return inputs_; }
 
     // The value has come. An absent one leaves the row as it was, grey where it shows another

@@ -143,7 +143,7 @@ bool Popover::focusNextPrevChild(bool next) {
     dismiss();
     QWidget* window = parentWidget()->window();
     QWidget* from = window->focusWidget();
-    // As if the key had come to the widget that has the focus now.
+    // As if the key had been pressed in the widget that has the focus now.
     return from != nullptr && !contains(from) && QFrame::focusNextPrevChild(next);
 }
 

@@ -155,7 +155,7 @@ bool RecordTableView::edit(const QModelIndex& index, EditTrigger trigger, QEvent
     return begun;
 }
 
-// Rows are what is gone through here, not the cells of one.
+// Home and End go to the first and last row, not to the first and last cell of a row.
 QModelIndex RecordTableView::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
     if (action == MoveHome || action == MoveEnd) modifiers |= Qt::ControlModifier;
     const int column = currentIndex().isValid() ? currentIndex().column() : 0;

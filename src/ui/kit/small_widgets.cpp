@@ -114,9 +114,9 @@ WrappedLabel::WrappedLabel(QWidget* parent) : QLabel(parent) {
     setTextInteractionFlags(Qt::TextSelectableByMouse);
 }
 
-// A label lays its text out anew before it is measured or painted, breaking between words alone; it
-// does so no more once it has. Its document, which it has while its text can be selected, takes the
-// other way of breaking then.
+// QLabel lays its text out once, before it is measured or painted, and breaks between words only.
+// After that, the document that it has while its text can be selected takes another way of
+// breaking.
 QTextDocument* WrappedLabel::laidOut() const {
     static_cast<void>(QLabel::heightForWidth(width()));
     auto* document = findChild<QTextDocument*>();
@@ -151,7 +151,7 @@ QSize WrappedLabel::sizeHint() const {
     return size.width() <= limit ? size : QSize(limit, heightForWidth(limit));
 }
 
-// To lay it out once more would make it paint again, and so on.
+// Laying it out again would request another paint event, without end.
 void WrappedLabel::paintEvent(QPaintEvent* event) {
     const auto* document = findChild<QTextDocument*>();
     if (document == nullptr || !breaksAnywhere(*document)) laidOut();
