@@ -1,0 +1,100 @@
+// Tables of 2,000 censuses by 20,000 species, one cell in twenty present, in every layout: guessed
+// and read, beside the reader of matrices and the plain form of it on the same cells. What a layout
+// costs is its ratio to the matrix in one run.
+#include <benchmark/benchmark.h>
+
+#include <random>
+#include <string>
+#include <vector>
+
+#include "bench/plain_matrix.h"
+#include "tables/guess.h"
+#include "tables/reader.h"
+
+namespace {
+
+using namespace zorvel;
+
+struct Texts {
+    std::string commas;
+    std::string semicolons;
+    std::string speciesRows;
+    std::string records;
+};
+
+Texts makeTexts(std::size_t censuses, std::size_t species) {
+    std::mt19937_64 random(20240229);
+    std::bernoulli_distribution present(0.05);
+    std::geometric_distribution<int> abundance(0.2);
+    const auto site = [](std::size_t i) { return "Site " + std::to_string(i); };
+    const auto name = [](std::size_t i) { return "Genus species" + std::to_string(100000 + i); };
+    Texts texts;
+    texts.commas = "Site";
+    texts.speciesRows = "Species";
+    texts.records = "Site,Species,Count\n";
+    for (std::size_t j = 0; j < species; ++j) texts.commas += ',' + name(j);
+    std::vector<std::string> rows(species);
+    for (std::size_t i = 0; i < censuses; ++i) {
+        texts.speciesRows += ',' + site(i);
+        texts.commas += '\n' + site(i);
+        for (std::size_t j = 0; j < species; ++j) {
+            const int count = present(random) ? 1 + abundance(random) : 0;
+            const std::string cell = ',' + std::to_string(count);
+            texts.commas += cell;
+            rows[j] += cell;
+            if (count > 0) texts.records += site(i) + ',' + name(j) + cell + '\n';
+        }
+    }
+    texts.commas += '\n';
+    for (std::size_t j = 0; j < species; ++j) texts.speciesRows += '\n' + name(j) + rows[j];
+    texts.semicolons = texts.commas;
+    for (char& c : texts.semicolons) c = c == ',' ? ';' : c;
+    return texts;
+}
+
+const Texts& texts() {
+    static const Texts made = makeTexts(2000, 20000);
+    return made;
+}
+
+TableGuess guessOf(const std::string& text) {
+    const std::string_view start = std::string_view(text).substr(0, TableSample::mostBytes);
+    return guessTable(start, start.size() == text.size());
+}
+
+void read(benchmark::State& state, const std::string Texts::*text) {
+    const TableGuess guess = guessOf(texts().*text);
+    for ([[maybe_unused]] auto iteration : state) {
+        TextRows rows(bytesOf(texts().*text), guess.reading.form);
+        benchmark::DoNotOptimize(readTable(rows, guess.reading));
+    }
+}
+void guess(benchmark::State& state) {
+    for ([[maybe_unused]] auto iteration : state) benchmark::DoNotOptimize(guessOf(texts().commas));
+}
+void matrix(benchmark::State& state) {
+    for ([[maybe_unused]] auto iteration : state) {
+        benchmark::DoNotOptimize(parseCensusMatrix(texts().commas));
+    }
+}
+void plainMatrix(benchmark::State& state) {
+    for ([[maybe_unused]] auto iteration : state) {
+        benchmark::DoNotOptimize(plain::parseCensusMatrix(texts().commas));
+    }
+}
+
+BENCHMARK(plainMatrix)->Unit(benchmark::kMillisecond)->Iterations(1);
+BENCHMARK(matrix)->Unit(benchmark::kMillisecond)->Iterations(5);
+BENCHMARK(guess)->Unit(benchmark::kMillisecond)->Iterations(5);
+BENCHMARK_CAPTURE(read, commas, &Texts::commas)->Unit(benchmark::kMillisecond)->Iterations(5);
+BENCHMARK_CAPTURE(read, semicolons, &Texts::semicolons)
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(5);
+BENCHMARK_CAPTURE(read, speciesRows, &Texts::speciesRows)
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(5);
+BENCHMARK_CAPTURE(read, records, &Texts::records)->Unit(benchmark::kMillisecond)->Iterations(5);
+
+}  // namespace
+
+BENCHMARK_MAIN();
