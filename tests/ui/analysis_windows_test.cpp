@@ -5,8 +5,6 @@
 #include <QTableView>
 #include <QTimer>
 #include <algorithm>
-#include <future>
-#include <utility>
 
 #include "interchange/writers.h"
 #include "model/edits.h"
@@ -24,28 +22,6 @@ class AnalysisWindowsTest : public WindowTest {
         WindowTest::SetUp();
         open(exampleFile);
         drainJobs();
-    }
-    void TearDown() override {
-        releaseJobs();
-        WindowTest::TearDown();
-    }
-
-    // Jobs given from now on wait until they are released.
-    void holdJobs() {
-        const std::shared_future<void> gate = gate_.get_future().share();
-        for (int i = 0; i < workers; ++i) {
-            jobs->start(
-                window,
-                [gate] {
-                    gate.wait();
-                    return 0;
-                },
-                [](int) {});
-        }
-        held_ = true;
-    }
-    void releaseJobs() {
-        if (std::exchange(held_, false)) gate_.set_value();
     }
     MainViewController& view() { return window->mainView(); }
     RarefactionWindowController* curve() { return view().rarefactionWindowController(); }
@@ -74,10 +50,6 @@ class AnalysisWindowsTest : public WindowTest {
         trigger("addCensus");
         ASSERT_TRUE(waitUntil([this] { return window->document().problem().has_value(); }));
     }
-
-  private:
-    std::promise<void> gate_;
-    bool held_ = false;
 };
 
 TEST_F(AnalysisWindowsTest, DiversityIsOfTheSelectedCensuses) {

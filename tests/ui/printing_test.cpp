@@ -10,7 +10,6 @@
 #include "ui/analysis/plot_files.h"
 #include "ui/analysis/project_wide_metrics_window_controller.h"
 #include "ui/analysis/rarefaction_view_controller.h"
-#include "ui/kit/message_strip.h"
 #include "ui/kit/printed_sheet.h"
 #include "window_fixture.h"
 
@@ -174,7 +173,6 @@ class PrintCommandTest : public PrintingTest {
         printing.reset();
         PrintingTest::TearDown();
     }
-    MessageStrip& strip() { return child<MessageStrip>("messageStrip"); }
     QStringList printed() {
         EXPECT_TRUE(waitUntil([this] { return QFileInfo::exists(printPanel.path); }));
         return pageTexts(printPanel.path);
