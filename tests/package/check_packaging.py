@@ -38,7 +38,7 @@ class Words(unittest.TestCase):
             self.assertIn("\nSEE ALSO\n", shown)
 
     def test_every_option_of_the_help_is_named_and_no_other(self):
-        told = "".join(run(tool, *call, "--help") for call in ((), ("rarefaction",), ("import",)))
+        told = "".join(run(tool, *call, "--help") for call in ((), ("rarefaction",), ("diversity",), ("import",)))
         page = (packaging / "man/zorvel-cli.1").read_text().replace("\\-", "-")
         self.assertEqual(options_in(page), options_in(told))
         completion = (packaging / "bash-completion/zorvel-cli").read_text()
@@ -56,7 +56,7 @@ class Completion(unittest.TestCase):
     def test_offers_what_may_stand_there(self):
         # The words typed, the last one maybe empty, and what is offered for the last one.
         for typed, replies in (
-                ("|", "import matrix metrics project rarefaction records summary"),
+                ("|", "diversity import long-table matrix metrics project rarefaction records summary"),
                 ("m", "matrix metrics"),
                 ("--kind|list|su", "summary"),
                 ("--kind|=|list|su", "summary"),
@@ -65,6 +65,8 @@ class Completion(unittest.TestCase):
                 ("rarefaction|--sa", "--same-census --same-species --samples"),
                 ("rarefaction|--se", "--seed --separator"),
                 ("rarefaction|--sh", "--sheet"),
+                ("diversity|--at", "--at-coverage --at-size"),
+                ("diversity|--curve|", "coverage size"),
                 ("summary|--c", "--census --column"),
                 ("summary|--sam", "--same-census --same-species"),
                 ("metrics|--layout|", "columns long rows"),

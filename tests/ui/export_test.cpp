@@ -28,6 +28,10 @@ const ExportKind metricsExport = {"exportMetricsMenuItemTapped",
                                   "preparing metrics export...",
                                   "Untitled metrics",
                                   {"metrics", "--seed", "11"}};
+const ExportKind longTableExport = {"exportLongTableMenuItemTapped",
+                                    "preparing long table export...",
+                                    "Untitled long table",
+                                    {"long-table"}};
 
 class ExportTest : public WindowTest {
   protected:
@@ -63,7 +67,7 @@ class ExportTest : public WindowTest {
 
 TEST_F(ExportTest, FilesEqualThoseOfTheTool) {
     open(exampleFile);
-    for (const ExportKind& kind : {matrixExport, metricsExport}) {
+    for (const ExportKind& kind : {matrixExport, metricsExport, longTableExport}) {
         drainJobs();
         trigger(kind.command);
         EXPECT_EQ(label("progressLabel"), kind.progress.toStdString());
@@ -74,9 +78,11 @@ TEST_F(ExportTest, FilesEqualThoseOfTheTool) {
         EXPECT_TRUE(exported() == expected) << kind.command;
         EXPECT_EQ(savePanel.endings, QStringList{".csv"});
     }
-    EXPECT_EQ(said(),
-              "Exported 70 censuses to out.csv. | Exported 70 censuses to out.csv. The SQS of one "
-              "census, for which there is no estimate, is written as 0.0.");
+    EXPECT_EQ(
+        said(),
+        "Exported 70 censuses to out.csv. | Exported 70 censuses to out.csv. The SQS of one "
+        "census, for which there is no estimate, is written as 0.0. | Exported 70 censuses to "
+        "out.csv.");
 }
 
 TEST_F(ExportTest, SmallProjects) {
