@@ -14,8 +14,8 @@
 
 namespace zorvel::cli {
 
-// Standard output, which is written piece by piece, or a file, which is replaced at the end or stays
-// as it was.
+// Standard output, which is written piece by piece, or a file, which is replaced at the end or
+// stays as it was.
 class Output {
   public:
     // Absent or "-": standard output. A project, or a file named like one, is not replaced:

@@ -26,8 +26,8 @@ struct Project {
     NameList names;                // of the censuses
 };
 
-// Reads a project as it was last saved, even if it is open elsewhere, or a text: as a table or of the
-// kind that the call names, otherwise of the kind that otherwise() returns. A kind named for a
+// Reads a project as it was last saved, even if it is open elsewhere, or a text: as a table or of
+// the kind that the call names, otherwise of the kind that otherwise() returns. A kind named for a
 // project is an error. Absent if the file cannot be used; standard error then says why.
 std::optional<Project> loadProject(const std::string& file, const Call& call,
                                    FileKind (*otherwise)(std::string_view text));

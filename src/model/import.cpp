@@ -65,8 +65,8 @@ std::size_t recordCount(const std::vector<MockCensus>& censuses) {
     return records;
 }
 
-// A running import, shared by the closures of its jobs. The main thread and the current job use it in
-// turn, except for the stop.
+// A running import, shared by the closures of its jobs. The main thread and the current job use it
+// in turn, except for the stop.
 class Import : public std::enable_shared_from_this<Import> {
   public:
     Import(const ImportTexts& texts, CensusReader read, DiversityDocument& document, MainView& view,

@@ -51,8 +51,8 @@ struct ImportReport {
     std::size_t censuses = 0;
     std::size_t taxa = 0;  // of all of them together
     LeftOut leftOut;
-    std::string reason;    // why it was refused
-    TextPlace place;       // of the problem
+    std::string reason;  // why it was refused
+    TextPlace place;     // of the problem
 };
 
 struct ImportServices {
@@ -64,10 +64,10 @@ struct ImportServices {
     std::function<void(const ImportReport& report)> done;
 };
 
-// The imports. The text, which is not empty, is parsed in the background, while the project's window
-// shows progress and offers to cancel. All records are then inserted as one step of undo, or none.
-// Several imports may run at once. The console gets the lines of the parser and, if the text was
-// refused, that of the driver. Main thread.
+// The imports. The text, which is not empty, is parsed in the background, while the project's
+// window shows progress and offers to cancel. All records are then inserted as one step of undo, or
+// none. Several imports may run at once. The console gets the lines of the parser and, if the text
+// was refused, that of the driver. Main thread.
 void importAbundanceList(std::string text, DiversityDocument& document, ImportServices services);
 void importOneCensus(std::string text, DiversityDocument& document, ImportServices services);
 void importCensusMatrix(std::string text, DiversityDocument& document, ImportServices services);

@@ -11,8 +11,8 @@
 #include <optional>
 
 #include "model/diversity_document.h"
-#include "ui/analysis/project_wide_metrics_window_controller.h"
 #include "ui/analysis/diversity_window_controller.h"
+#include "ui/analysis/project_wide_metrics_window_controller.h"
 #include "ui/analysis/rarefaction_view_controller.h"
 #include "ui/kit/message_strip.h"
 #include "ui/kit/panels.h"
