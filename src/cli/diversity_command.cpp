@@ -324,7 +324,7 @@ void writeJson(const std::vector<Sample>& samples, const std::optional<double>& 
 // --- Text: comma-separated, "-" where there is no value ---
 
 std::string quotedName(const Sample& sample) {
-    const std::string name = sample.census.value_or("all censuses");
+    std::string name = sample.census.value_or("all censuses");
     if (name.find_first_of(",\"\r\n") == std::string::npos) return name;
     std::string quoted = "\"";
     for (const char letter : name) {
@@ -516,7 +516,7 @@ void addDiversityOptions(CLI::App& app, DiversityOptions& options) {
         ->type_name("M");
     app.add_option_function<std::string>(
            "--curve",
-           [&options, choose](const std::string& text) {
+           [choose](const std::string& text) {
                if (text != "size" && text != "coverage") {
                    throw CLI::ValidationError("--curve",
                                               "'" + text + "' is neither size nor coverage");

@@ -34,7 +34,7 @@ double logOfFalling(double n, double x) {
 // q(x) as a product over the m of the subsample.
 double missedBySize(double n, double m, double x) {
     double missed = 1;
-    for (double j = 0; j < m; ++j) missed *= (n - x - j) / (n - j);
+    for (int j = 0; j < static_cast<int>(m); ++j) missed *= (n - x - j) / (n - j);
     return missed;
 }
 
@@ -73,7 +73,10 @@ MissedSums missedSums(std::span<const AbundanceClass> classes, double n, double 
             add(each, missedByLogarithm(n, m, count));
             continue;
         }
-        for (; x < count; ++x) missed *= (n - m - x) / (n - x);
+        while (x < count) {
+            missed *= (n - m - x) / (n - x);
+            ++x;
+        }
         add(each, missed);
     }
     return sums;
@@ -116,20 +119,22 @@ double meanByWalk(const Draw& draw, double logU) {
     double weights = 1;
     double sum = term(mode);
     double weight = 1;
-    for (double k = mode; k < highest; ++k) {
+    double k = mode;
+    while (k < highest) {
         const double ratio = draw.ratio(k);
         if (ratio < 1 && weight * ratio < least * weights * (1 - ratio)) break;
         weight *= ratio;
         weights += weight;
-        sum += weight * term(k + 1);
+        sum += weight * term(++k);
     }
     weight = 1;
-    for (double k = mode; k > lowest; --k) {
+    k = mode;
+    while (k > lowest) {
         const double ratio = 1 / draw.ratio(k - 1);
         if (ratio < 1 && weight * ratio < least * weights * (1 - ratio)) break;
         weight *= ratio;
         weights += weight;
-        sum += weight * term(k - 1);
+        sum += weight * term(--k);
     }
     return sum / weights;
 }

@@ -26,7 +26,10 @@ double logGamma(double x) {
 
 double digamma(double x) {
     double below = 0;
-    for (; x < 12; ++x) below += 1 / x;
+    while (x < 12) {
+        below += 1 / x;
+        ++x;
+    }
     constexpr std::array<double, 7> terms{1.0 / 12,  -1.0 / 120,     1.0 / 252, -1.0 / 240,
                                           1.0 / 132, -691.0 / 32760, 1.0 / 12};
     const double square = 1 / (x * x);
@@ -74,10 +77,12 @@ double entropyTail(double n, double a) {
     // The sum over k >= 1 of C(n - 1, k) (-a)^k / k; its terms fall at least as 1 / k!.
     double power = 1;
     double sum = 0;
-    for (double k = 1; k < n; ++k) {
+    double k = 1;
+    while (k < n) {
         power *= -a * (n - k) / k;
         sum += power / k;
         if (std::fabs(power) < epsilon * std::fabs(sum)) break;
+        ++k;
     }
     return std::exp((1 - n) * std::log1p(-a)) * (-std::log(a) - digamma(n) - eulerGamma - sum);
 }

@@ -122,7 +122,7 @@ std::string formText(const TableReading& reading) {
 }
 
 std::string understoodText(const TableReading& reading) {
-    const std::string text = formText(reading);
+    std::string text = formText(reading);
     switch (reading.layout) {
         case TableLayout::censusRows:
             return text + "; a row for each census";

@@ -130,7 +130,7 @@ std::string_view SharedTexts::text(std::size_t index) const {
 std::string xlsxBookFile(const Archive& archive, const WorkbookLimits& limits,
                          const std::stop_token& stop) {
     const auto relationships = relationshipsOf(archive, "", limits, stop);
-    const std::string file =
+    std::string file =
         relationships ? fileOfType(relationships.value(), "officeDocument") : std::string();
     if (archive.has(file)) return file;
     return archive.has("xl/workbook.xml") ? "xl/workbook.xml" : std::string();

@@ -59,10 +59,10 @@ std::optional<PlotAxes> axesOf(const std::vector<PlotCurve>& curves) {
 std::vector<AxisTick> axisTicks(const PlotAxis& axis) {
     std::vector<AxisTick> ticks;
     const auto [step, power] = stepFor(axis.to - axis.from);
-    const double last = std::floor(axis.to / step + 1e-9);
-    for (double i = std::ceil(axis.from / step - 1e-9); i <= last; ++i) {
-        ticks.push_back(
-            {i * step, QString::fromStdString(fixedText(i * step + 0.0, std::max(0, -power)))});
+    const auto last = static_cast<qint64>(std::floor(axis.to / step + 1e-9));
+    for (auto i = static_cast<qint64>(std::ceil(axis.from / step - 1e-9)); i <= last; ++i) {
+        const double value = static_cast<double>(i) * step;
+        ticks.push_back({value, QString::fromStdString(fixedText(value, std::max(0, -power)))});
     }
     return ticks;
 }

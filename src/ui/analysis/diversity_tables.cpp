@@ -82,7 +82,7 @@ QString CoverageTableModel::textOf(const CoverageRow& row, int column) const {
     if (!row.at) return "-";
     const auto order = static_cast<std::size_t>(column - firstOrder);
     const double value = row.at->diversity[order];
-    const QString text = fixed(value, 2);
+    QString text = fixed(value, 2);
     if (!level_ || !row.errors || !(*row.errors)[order]) return text;
     const ConfidenceLimits limits =
         normalLimits(value, *(*row.errors)[order], 0, std::numeric_limits<double>::infinity());

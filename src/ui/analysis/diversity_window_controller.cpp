@@ -380,7 +380,7 @@ PlotDrawing DiversityViewController::drawing(bool titles) const {
     const CurvesView* view = ui_->curvesView;
     const QString title = subject().isEmpty() ? "Diversity at equal coverage"
                                               : "Diversity at equal coverage: " + subject();
-    const PlotDrawing plot{view->size(), title, [view](QPainter& painter) { view->draw(painter); }};
+    PlotDrawing plot{view->size(), title, [view](QPainter& painter) { view->draw(painter); }};
     if (!titles || !view->isDrawable()) return plot;
     return titledPlot(plot, {shortened(subject(), longestName), widthTitle(), heightTitle()});
 }
