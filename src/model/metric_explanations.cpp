@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <iterator>
+#include <optional>
 
 #include "base/numbers.h"
+#include "metrics/diversity_limits.h"
 #include "metrics/rarefaction.h"
 
 namespace zorvel {
@@ -399,6 +401,35 @@ std::string metricRemark(const ShownMetric& shown, const MetricInputs& inputs) {
             return isAverage ? averageRemark(shown.metric, inputs)
                              : sampleRemark(shown.metric, inputs);
     }
+}
+
+std::string limitsText(const ShownMetric& shown, const MetricInputs& inputs) {
+    const auto of = [](std::int64_t once, std::int64_t twice, std::int64_t taxa) {
+        FrequencyCounts counts;
+        if (once > 0) counts.classes.push_back({1, once});
+        if (twice > 0) counts.classes.push_back({2, twice});
+        counts.taxa = static_cast<double>(taxa);
+        return counts;
+    };
+    const SampleInputs& sample = inputs.sample;
+    const IncidenceSummary& incidence = inputs.incidence;
+    std::optional<RichnessEstimate> estimate;
+    if (shown.metric == Metric::chaoTwo) {
+        if (incidence.taxaIn(2) == 0) return {};
+        const auto censuses = static_cast<double>(incidence.censuses);
+        estimate = chaoEstimate(of(incidence.taxaIn(1), incidence.taxaIn(2), incidence.taxonNames),
+                                ChaoForm::classic, (censuses - 1) / censuses);
+    } else {
+        const bool classic = shown.metric == Metric::chaoClassic;
+        if (shown.group == MetricGroup::averages || sample.richness == 0) return {};
+        if (shown.metric != Metric::chaoOne && (!classic || sample.doubletons == 0)) return {};
+        estimate = chaoEstimate(of(sample.singletons, sample.doubletons, sample.richness),
+                                classic ? ChaoForm::classic : ChaoForm::biasCorrected, 1);
+    }
+    if (!estimate) return "None: no species is estimated to be missing.";
+    return "95%: " + fixedText(estimate->limits.lower95, 1) + " to " +
+           fixedText(estimate->limits.upper95, 1) + "; standard error " +
+           fixedText(estimate->standardError, 1) + " (log-normal, Chao 1987)";
 }
 
 }  // namespace zorvel

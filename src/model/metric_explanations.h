@@ -57,4 +57,8 @@ std::string inputsText(const ShownMetric& shown, const MetricInputs& inputs);
 // particular about it. Empty where there is nothing to say.
 std::string metricRemark(const ShownMetric& shown, const MetricInputs& inputs);
 
+// Standard error and 95% limits of Chao1 and Chao2, or why there are none; empty for the other
+// metrics and where there is no value.
+std::string limitsText(const ShownMetric& shown, const MetricInputs& inputs);
+
 }  // namespace zorvel

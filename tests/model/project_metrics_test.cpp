@@ -104,6 +104,27 @@ TEST(MetricExplanations, NoDashOfAProjectWithoutAReason) {
     }
 }
 
+TEST(MetricExplanations, ChaoHasLimitsOrSaysWhyNot) {
+    const ShownMetric chaoOne{MetricGroup::census, Metric::chaoOne};
+    const ShownMetric chaoClassic{MetricGroup::census, Metric::chaoClassic};
+    const ShownMetric chaoTwo{MetricGroup::incidence, Metric::chaoTwo};
+    // Core 1 of the mites has five species of one specimen and three of two.
+    CountsVector core(12, 3);
+    for (const std::int64_t rare : {1, 1, 1, 1, 1, 2, 2, 2}) core.push_back(rare);
+    const MetricInputs known = inputsOfCensus(core);
+    EXPECT_EQ(limitsText(chaoOne, known),
+              "95%: 20.4 to 37.0; standard error 3.2 (log-normal, Chao 1987)");
+    EXPECT_EQ(limitsText(chaoClassic, known).substr(0, 18), "95%: 20.7 to 45.8;");
+    const MetricInputs complete = inputsOfCensus({5, 4, 2});
+    EXPECT_EQ(limitsText(chaoOne, complete), "None: no species is estimated to be missing.");
+    EXPECT_EQ(limitsText(chaoClassic, inputsOfCensus({1, 1, 9})), "");
+    EXPECT_EQ(limitsText({MetricGroup::census, Metric::shannonH}, known), "");
+    EXPECT_EQ(limitsText(chaoOne, inputsOfCensus({})), "");
+    // T = 3, Q1 = 2, Q2 = 1.
+    const MetricInputs project = metricsOfProject({{1, 0, 4}, {0, 2, 4}, {0, 1, 0}}).inputs;
+    EXPECT_EQ(limitsText(chaoTwo, project).substr(0, 5), "95%: ");
+}
+
 // Of censuses of no species, of one specimen, of one species, and of two species below five.
 TEST(MetricExplanations, RemarksAndInputsOfAProject) {
     const MetricInputs inputs =

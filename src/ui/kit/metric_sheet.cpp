@@ -351,9 +351,11 @@ void MetricSheet::updateExplanation() {
     const QString note = field.isStale() ? field.toolTip() : QString();
     QString remark;
     QString inputs;
+    QString limits;
     if (isKnown) {
         remark = QString::fromStdString(metricRemark(row.shown, inputs_));
         inputs = QString::fromStdString(inputsText(row.shown, inputs_));
+        limits = QString::fromStdString(limitsText(row.shown, inputs_));
     }
     QString line = QString("No value for %1").arg(*subject_);
     if (row.state == State::pending) line = QString("No value for %1 yet").arg(*subject_);
@@ -369,6 +371,7 @@ void MetricSheet::updateExplanation() {
     writer.addEntry("Formula", words.formula, quiet);
     writer.addEntry("Variant", words.variant, quiet);
     writer.addEntry("Inputs", inputs, quiet);
+    writer.addEntry("Limits", limits, quiet);
     writer.addEntry("Source", words.source, quiet);
     writer.showIn(*popover_);
 }
