@@ -93,7 +93,8 @@ void showTable(ProjectWindows& windows, const CommandWindow& command, QWidget* p
     QObject::connect(dialog, &QDialog::accepted, dialog,
                      [import, dialog] { startTableImport(import, dialog); });
     QObject::connect(dialog, &QDialog::rejected, dialog, &QObject::deleteLater);
-    if (next) QObject::connect(dialog, &QObject::destroyed, &windows, next);
+    // Later: the dialog may go with its window, which is then half destroyed.
+    if (next) QObject::connect(dialog, &QObject::destroyed, &windows, next, Qt::QueuedConnection);
     dialog->open();
 }
 
