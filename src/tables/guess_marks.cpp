@@ -16,23 +16,26 @@ bool agree(double a, double b) {
     return std::abs(a - b) <= 1e-9 * std::max(1.0, std::abs(b));
 }
 
-// A column after the counts, headed by a total word, whose numbers are the sums of their rows.
+// A column after the counts, headed by a total word, whose numbers are the sums of their rows. Rows
+// with a cell that is no number say nothing.
 bool isTotalsColumn(const SampleGrid& grid, const TableReading& reading, std::size_t total,
                     NumberMarks marks) {
     std::size_t right = 0;
     std::size_t rows = 0;
     for (std::size_t i = reading.headerRows.size(); i < grid.height(); ++i) {
         double sum = 0;
+        bool isClean = !grid.cell(i, total).empty();
         for (std::size_t column = 0; column < grid.width(); ++column) {
-            if (column != total && reading.role(column) == ColumnRole::count) {
-                sum += valueOf(grid.cell(i, column), marks);
-            }
+            if (column == total || reading.role(column) != ColumnRole::count) continue;
+            const std::string_view cell = grid.cell(i, column);
+            sum += valueOf(cell, marks);
+            isClean &= cell.empty() || isNumberOfAnyForm(cell);
         }
-        if (grid.cell(i, total).empty()) continue;
+        if (!isClean) continue;
         ++rows;
         right += agree(sum, valueOf(grid.cell(i, total), marks));
     }
-    return rows > 0 && right * 10 >= rows * 9;
+    return right * 10 >= rows * 9;
 }
 
 struct MarkCounts {

@@ -211,6 +211,7 @@ class Reader {
             const std::string cell =
                 column < held.cells.size() ? held.cells[column] : std::string();
             const double value = tableNumber(cell, marks_).value_or(0);
+            if (std::isnan(sums_[i])) continue;  // of a column with a text
             if (std::abs(value - sums_[i]) > 1e-9 * std::max(1.0, sums_[i])) return false;
         }
         return true;
@@ -223,8 +224,9 @@ class Reader {
             return summaryRank(row) == 0;
         });
         if (total != held_.end() && !holdsSums(*total)) {
-            releaseHeld();
-            return;
+            problem(total->number, total->line, std::nullopt, total->cells.front(),
+                    "The row is named as a total, but its numbers are not the sums of the rows "
+                    "above. Leave it out, or correct it.");
         }
         for (const HeldRow& held : held_) {
             if (total != held_.end() && held.number == total->number) {
@@ -257,12 +259,25 @@ class Reader {
     };
 
     // The count of a cell; 0 where there is none. missing: it has a mark for that.
+    // written: the number in the cell, whatever the rules make of it; NaN for a text.
     struct Count {
         std::int64_t value = 0;
         bool missing = false;
+        double written = 0;
     };
 
     Count countOf(std::string_view cell, const Place& place) {
+        Count count = countByRules(cell, place);
+        const bool isPlain = cell.empty() || (count.value != 0 && !isFractions());
+        constexpr double none = std::numeric_limits<double>::quiet_NaN();
+        count.written = isPlain ? static_cast<double>(count.value)
+                                : tableNumber(cell, marks_).value_or(count.missing ? 0 : none);
+        return count;
+    }
+
+    [[nodiscard]] bool isFractions() const { return reading_.fractions == FractionRule::round; }
+
+    Count countByRules(std::string_view cell, const Place& place) {
         if (reading_.presence) {
             const std::optional<bool> mark = presenceMark(cell);
             if (!mark && !isMissingMark(cell)) {
@@ -441,13 +456,13 @@ class Reader {
         const Count count = countOf(cell, place);
         cells_[census].hasValues |= !cell.empty() && !count.missing;
         cells_[census].hasMissing |= count.missing;
+        sums_[i] += count.written;
         if (count.value == 0) return;
         if (isDirect_) {
             taxa_.push_back({species, count.value});
         } else {
             addTaxon(census, species, count.value, place);
         }
-        sums_[i] += static_cast<double>(count.value);
     }
 
     [[nodiscard]] std::string withGenus(const TableRow& row, std::string_view species) const {

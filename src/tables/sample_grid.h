@@ -42,8 +42,10 @@ struct ColumnFacts {
     std::size_t counts = 0;    // that may stand where a count is expected
     std::size_t measured = 0;  // numbers that are no counts: with a fraction or below zero
 
-    // A column without any is one too.
-    [[nodiscard]] bool isOfCounts() const { return counts * 10 >= filled * 7; }
+    // A column without any is one too. Of a few cells, most are enough: one may be at fault.
+    [[nodiscard]] bool isOfCounts() const {
+        return counts * 10 >= filled * 7 || (filled <= 6 && counts * 2 > filled);
+    }
     [[nodiscard]] bool isMeasured() const { return measured * 2 > filled; }
 };
 

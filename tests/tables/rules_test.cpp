@@ -199,9 +199,17 @@ TEST(TableRules, EachIsKept) {
             {"Plot,Abies alba,Picea abies\nA,2,1\nB,3,1\nTotal,5,2\n", nullptr,
              "A: Abies alba=2 Picea abies=1; B: Abies alba=3 Picea abies=1; "},
             {"Plot,Abies alba,Picea abies\nA,2,1\nB,3,1\nTotal,5,9\n", nullptr,
-             "A: Abies alba=2 Picea abies=1; B: Abies alba=3 Picea abies=1; Total: Abies alba=5 "
-             "Picea "
-             "abies=9; "},
+             "A: Abies alba=2 Picea abies=1; B: Abies alba=3 Picea abies=1; ! row 4: The row is "
+             "named as a total, but its numbers are not the sums of the rows above. Leave it out, "
+             "or correct it. "},
+            // Sums are those of the cells as they are written, whatever the rules make of them.
+            {"Plot,Abies alba,Picea abies\nA,2,1.5\nB,3,1\nTotal,5,2.5\n",
+             [](TableReading& reading) { reading.fractions = FractionRule::round; },
+             "A: Abies alba=2 Picea abies=2; B: Abies alba=3 Picea abies=1; "},
+            {"Plot,Abies alba,Picea abies,Larix\nA,2,ca. 4,1\nB,3,2,1\nC,1,1,1\nTotal,6,7,3\n",
+             nullptr,
+             "A: Abies alba=2 Larix=1; B: Abies alba=3 Picea abies=2 Larix=1; C: Abies alba=1 "
+             "Picea abies=1 Larix=1; ! C2: \"ca. 4\" is not a number. "},
             {"Plot,Abies alba,Picea abies\nA,2,1\nB,3,1\n\nSource: field book\n", nullptr,
              "A: Abies alba=2 Picea abies=1; B: Abies alba=3 Picea abies=1; "}}) {
         EXPECT_EQ(shownRecords(readWith(c.text, c.change)), c.records) << c.text;
