@@ -193,6 +193,8 @@ void ProjectWindows::openFiles(const QStringList& paths, MainWindowController* w
 // Files that the user decided against are not among the known ones.
 void ProjectWindows::openKnownFiles(const QStringList& asked, const std::vector<KnownFile>& known) {
     auto next = known.begin();
+    std::vector<std::shared_ptr<NamedFile>> tables;
+    QPointer<MainWindowController> tableWindow;
     for (const QString& path : asked) {
         if (next == known.end() || next->file->path != path) {
             endOpening(path);
@@ -200,13 +202,16 @@ void ProjectWindows::openKnownFiles(const QStringList& asked, const std::vector<
         }
         const KnownFile& file = *next++;
         if (file.isTable) {
-            const QPointer<MainWindowController> window = endOpening(path);
-            const bool free = window != nullptr && isFree(*window);
-            importTableFiles(*this, CommandWindow(free ? window : nullptr), {file.file}, window);
+            tableWindow = endOpening(path);
+            tables.push_back(file.file);
             continue;
         }
         documents_.open(file.file, file.isText ? std::optional(file.kind) : std::nullopt);
     }
+    // Each becomes a project of its own; they are shown one after the other.
+    const bool takesWindow = tables.size() == 1 && tableWindow != nullptr && isFree(*tableWindow);
+    importTableFiles(*this, CommandWindow(takesWindow ? tableWindow : nullptr), tables,
+                     tableWindow);
 }
 
 void ProjectWindows::takeDroppedFiles(const QStringList& paths, MainWindowController& window) {

@@ -59,8 +59,11 @@ struct TableImport {
 
 void startTableImport(const std::shared_ptr<TableImport>& import,
                       const QPointer<TableDialog>& dialog) {
+    if (dialog == nullptr) return;
+    // A table that is refused is read again into the same new project.
+    if (!import->command.given) import->command = CommandWindow(&import->windows.openUntitled());
     Document* document = currentOrNewDocument(import->windows, import->command);
-    if (document == nullptr || dialog == nullptr) return;
+    if (document == nullptr) return dialog->deleteLater();
     const auto found = std::make_shared<TableRows>();
     const auto ended = [=](const ImportReport& report) {
         const bool refused = report.outcome == ImportReport::Outcome::refused;

@@ -223,7 +223,9 @@ class Reader {
             TableRow row{held.number, held.line, {held.cells.begin(), held.cells.end()}};
             return summaryRank(row) == 0;
         });
-        if (total != held_.end() && !holdsSums(*total)) {
+        // Where the user has left rows out, sums are those of more rows.
+        const bool hasAll = reading_.leftOutRows.empty();
+        if (total != held_.end() && hasAll && !holdsSums(*total)) {
             problem(total->number, total->line, std::nullopt, total->cells.front(),
                     "The row is named as a total, but its numbers are not the sums of the rows "
                     "above. Leave it out, or correct it.");
