@@ -158,6 +158,7 @@ double DiversityEstimator::estimatedOfOrder(double q) const {
 double DiversityEstimator::coverageOf(double size) const {
     const double n = sample_.size;
     if (size < n) {
+        if (once_ == sample_.taxa) return 0;
         return 1 - n / sample_.total / (n - size) * missedSums(sample_.classes, n, size).counts;
     }
     if (once_ == 0 || stepLack_ == 1) return 1;
@@ -189,7 +190,7 @@ DiversityPoint DiversityEstimator::wholePoint(double size) const {
     }
     const MissedSums missed = missedSums(sample_.classes, n, size);
     return {size,
-            1 - n / sample_.total / (n - size) * missed.counts,
+            once_ == sample_.taxa ? 0 : 1 - n / sample_.total / (n - size) * missed.counts,
             {sample_.taxa - missed.taxa,
              std::exp(expectedEntropy(sample_.classes, n, sample_.total, size)), simpsonAt(size)},
             SampleMethod::rarefied};

@@ -33,17 +33,24 @@ CountsVector dealt(RandomSource& random, std::int64_t specimens, double taxa) {
 CountsVector abundanceReplicate(const EstimatedAssemblage& assemblage, std::int64_t specimens,
                                 RandomSource& random) {
     CountsVector counts;
-    double chanceLeft = 1;
+    // Of the taxa after the class, summed from the rarest, which come last, so that none is lost.
+    std::vector<double> after{assemblage.unseenChance * assemblage.unseenTaxa};
+    for (std::size_t i = assemblage.found.size(); i > 1; --i) {
+        const EstimatedAssemblage::Class& each = assemblage.found[i - 1];
+        after.push_back(after.back() + static_cast<double>(each.taxa) * each.chance);
+    }
     std::int64_t left = specimens;
     for (const EstimatedAssemblage::Class& each : assemblage.found) {
+        const double others = after.back();
+        after.pop_back();
         for (std::int64_t i = 0; i < each.taxa && left > 0; ++i) {
             const bool last = assemblage.unseenTaxa == 0 && &each == &assemblage.found.back() &&
                               i + 1 == each.taxa;
+            const double chanceLeft = others + static_cast<double>(each.taxa - i) * each.chance;
             const std::int64_t count =
                 last ? left : binomial(random, left, std::min(1.0, each.chance / chanceLeft));
             counts.push_back(count);
             left -= count;
-            chanceLeft = std::max(chanceLeft - each.chance, each.chance);
         }
     }
     if (left > 0 && assemblage.unseenTaxa > 0) {
@@ -157,6 +164,7 @@ std::optional<StandardErrors> bootstrapErrors(const DiversityEstimator& estimato
                                               const BootstrapPlan& plan,
                                               const std::stop_token& stop) {
     if (!estimator.coverage() || plan.replicates < 1) return std::nullopt;
+    if (estimator.sample().size >= 0x1p63) return std::nullopt;  // more than can be drawn
     const EstimatedAssemblage assemblage = estimatedAssemblage(estimator);
     std::vector<std::vector<double>> rows(static_cast<std::size_t>(plan.replicates));
     onThreads(rows.size(), plan.threads, [&](std::size_t i) {

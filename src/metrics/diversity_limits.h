@@ -47,8 +47,8 @@ struct StandardErrors {
     std::vector<std::optional<double>> estimated;
 };
 
-// The same for the same seed on any number of threads. Absent below size 2, without replicates,
-// and if stopped.
+// The same for the same seed on any number of threads. Absent below size 2 and from 2^63 on,
+// without replicates, and if stopped.
 std::optional<StandardErrors> bootstrapErrors(const DiversityEstimator& estimator,
                                               const BootstrapPlan& plan,
                                               const std::stop_token& stop = {});

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <utility>
 
 namespace zorvel {
 
@@ -38,7 +39,9 @@ double missedBySize(double n, double m, double x) {
     return missed;
 }
 
+// It is the same with m and x exchanged; the smaller of them as x leaves no large terms to cancel.
 double missedByLogarithm(double n, double m, double x) {
+    if (m < x) std::swap(m, x);
     const double left = n - m;
     if (left - x < 100) return 0;  // far below e^-46 where this form is used
     return std::exp(x * std::log1p(-m / n) + logOfFalling(left, x) - logOfFalling(n, x));
@@ -178,7 +181,6 @@ double expectedEntropy(std::span<const AbundanceClass> classes, double n, double
     double entropy = 0;
     for (const AbundanceClass& each : classes) {
         const Draw draw{n, static_cast<double>(each.count), m};
-        // The series needs a spread in both directions: not where nearly all are drawn.
         const bool byMoments = draw.mean() > largeMean;
         entropy += static_cast<double>(each.taxa) *
                    (byMoments ? meanByMoments(draw, logU) : meanByWalk(draw, logU));

@@ -9,6 +9,7 @@ namespace zorvel {
 namespace {
 
 constexpr double eulerGamma = 0.57721566490153286061;
+constexpr int mostSteps = 10'000'000;
 constexpr double epsilon = std::numeric_limits<double>::epsilon() / 2;
 
 // ln Gamma(y + 1) - (y + 1/2) ln y + y - ln sqrt(2 pi) for large y (Stirling).
@@ -51,7 +52,8 @@ double hypergeometricTail(double q, double c, double w) {
     double numerator = 1;
     double denominator = 0;
     double term = 1;
-    for (double j = 0;; ++j) {
+    for (int step = 0; step < mostSteps; ++step) {
+        const double j = step;
         for (const bool odd : {true, false}) {
             // The partial numerators d_(2j+1) w and d_(2j+2) w.
             if (j > 0 || !odd) {
@@ -68,6 +70,7 @@ double hypergeometricTail(double q, double c, double w) {
             if (std::fabs(change - 1) <= epsilon) return 1 / value;
         }
     }
+    return 1 / value;
 }
 
 double entropyTail(double n, double a) {

@@ -190,13 +190,14 @@ QString coverageTable(const std::vector<CoverageRow>& rows, double coverage, QCh
         return value && std::isfinite(*value) ? QString::fromStdString(fixedText(*value, digits))
                                               : QString("-");
     };
-    QStringList head{"census", "specimens", "coverage", "atCoverage", "sampleSize", "method"};
+    QStringList head{"census", "size", "coverage", "atCoverage", "sampleSize", "method"};
     for (const char* q : {"q0", "q1", "q2"}) {
         head.append(q);
         for (const char* limit : {"lower95limit", "upper95limit", "lower99limit", "upper99limit"}) {
             head.append(QString(q) + limit);
         }
     }
+    head.append("remark");
     QString text = head.join(separator) + '\n';
     for (const CoverageRow& row : rows) {
         QStringList cells{cell(row.name), number(row.size, 0), number(row.coverage, 4),
@@ -214,6 +215,7 @@ QString coverageTable(const std::vector<CoverageRow>& rows, double coverage, QCh
                 cells.append(number(limits ? std::optional((*limits).*which) : std::nullopt, 3));
             }
         }
+        cells.append(cell(row.remark));
         text += cells.join(separator) + '\n';
     }
     return text;

@@ -63,8 +63,8 @@ std::vector<CoverageRow> coverageRows(const std::vector<DiversityCurve>& curves,
 std::optional<StandardErrors::Orders> errorsAt(const DiversityCurve& curve, double coverage,
                                                const std::stop_token& stop);
 
-// As text with commas: census, specimens, coverage, size needed, method, and each order with its
-// limits.
+// As text: census, its size (specimens or censuses) and coverage, the coverage compared at, the
+// size needed, the method, each order with its limits, and the remark.
 QString coverageTable(const std::vector<CoverageRow>& rows, double coverage, QChar separator);
 
 }  // namespace zorvel

@@ -28,7 +28,7 @@ QString fixed(double value, int digits) {
 }
 
 QString whole(double value) {
-    return QLocale().toString(static_cast<qlonglong>(value));
+    return QLocale().toString(value, 'f', 0);
 }
 
 // One decimal, unless it is whole as far as that shows.

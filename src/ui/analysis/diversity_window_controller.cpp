@@ -227,22 +227,23 @@ void DiversityViewController::computeErrors() {
 void DiversityViewController::computeTableErrors() {
     stopTableErrors_.request_stop();
     stopTableErrors_ = std::stop_source();
+    const std::stop_token stop = stopTableErrors_.get_token();
     ++running_;
     updateSpinner();
     jobs_.start(
         this,
-        [curves = curves_, coverage = coverage_, stop = stopTableErrors_.get_token()] {
-            std::vector<CoverageRow> rows = coverageRows(*curves, coverage);
-            for (std::size_t i = 0; i < rows.size(); ++i) {
+        [curves = curves_, coverage = coverage_, stop] {
+            std::vector<CoverageRow> rows;
+            if (!stop.stop_requested()) rows = coverageRows(*curves, coverage);
+            for (std::size_t i = 0; i < rows.size() && !stop.stop_requested(); ++i) {
                 if (rows[i].at) rows[i].errors = errorsAt((*curves)[i], coverage, stop);
             }
-            if (stop.stop_requested()) rows.clear();
             return rows;
         },
-        [this](std::vector<CoverageRow> rows) {
+        [this, stop](std::vector<CoverageRow> rows) {
             --running_;
             updateSpinner();
-            if (rows.empty()) return;
+            if (stop.stop_requested()) return;  // another coverage, or other curves
             coverages_->setRows(std::move(rows), preferredConfidence());
             ui_->diversityTable->resizeColumnsToContents();
         });
@@ -288,8 +289,8 @@ void DiversityViewController::showCurves() {
 QString DiversityViewController::placeText(double x) const {
     switch (across()) {
         case DiversityAcross::sizes:
-            return QString("%L1 %2")
-                .arg(static_cast<qlonglong>(x))
+            return QString("%1 %2")
+                .arg(QLocale().toString(x, 'f', 0))
                 .arg(isIncidence() ? "censuses" : "specimens");
         case DiversityAcross::coverage:
             return "coverage " + decimals(x, 3);
@@ -321,7 +322,7 @@ void DiversityViewController::showReadout() {
         if (!known) text += across() == DiversityAcross::orders ? ", estimated" : ", predicted";
     } else if (view.isDrawable()) {
         text =
-            "Solid: from the specimens counted. Dashed: predicted, up to twice the sample. Point "
+            "Solid: from the sample itself. Dashed: predicted, up to twice the sample. Point "
             "at a curve, or press an arrow key, to read out its values.";
         if (across() == DiversityAcross::orders) {
             text =
@@ -330,10 +331,11 @@ void DiversityViewController::showReadout() {
         }
         if (curves_ && curves_->size() > drawn_.size()) {
             text +=
-                QString(" Drawn are %1 of %2 censuses.").arg(drawn_.size()).arg(curves_->size());
+                QString(" %1 of %2 censuses are drawn.").arg(drawn_.size()).arg(curves_->size());
         }
     } else if (curves_) {
-        text = "Nothing can be drawn: a curve needs at least two specimens.";
+        text = isIncidence() ? "Nothing can be drawn: a curve needs at least two censuses."
+                             : "Nothing can be drawn: a curve needs at least two specimens.";
     }
     ui_->diversityReadout->setForegroundRole(mark ? QPalette::WindowText : secondaryText);
     ui_->diversityReadout->setText(text);
@@ -347,9 +349,9 @@ void DiversityViewController::setCoverage(double coverage) {
     QString note;
     if (common_ && followsCommon_) {
         const DiversityCurve& limit = (*curves_)[common_->limitedBy];
-        note = QString("as far as all reach: %1, limited by %2 (%L3 %4)")
+        note = QString("as far as all reach: %1, limited by %2 (%3 %4)")
                    .arg(decimals(common_->coverage, 3), shortened(oneLine(limit.name), 60))
-                   .arg(static_cast<qlonglong>(limit.estimator.sample().size))
+                   .arg(QLocale().toString(limit.estimator.sample().size, 'f', 0))
                    .arg(isIncidence() ? "censuses" : "specimens");
     }
     ui_->coverageNote->setText(note);

@@ -6,6 +6,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollArea>
 #include <QSignalBlocker>
 #include <QSpinBox>
 #include <QVBoxLayout>
@@ -74,9 +75,17 @@ TableOptions::TableOptions(QWidget* parent) : QWidget(parent) {
     line->addWidget(more_);
     rules_ = new QWidget;
     rules_->setObjectName("tableRules");
-    rules_->setVisible(false);
-    column->addWidget(rules_);
-    connect(more_, &QPushButton::toggled, rules_, &QWidget::setVisible);
+    auto* scroll = new QScrollArea;  // in a small window not all of them have room
+    scroll->setFrameShape(QFrame::NoFrame);
+    scroll->setWidgetResizable(true);
+    scroll->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
+    scroll->setMinimumHeight(80);
+    scroll->setWidget(rules_);
+    scroll->setVisible(false);
+    scroll->viewport()->setAutoFillBackground(false);
+    rules_->setAutoFillBackground(false);
+    column->addWidget(scroll);
+    connect(more_, &QPushButton::toggled, scroll, &QWidget::setVisible);
     auto* grid = new QGridLayout(rules_);
     grid->setContentsMargins(0, 0, 0, 0);
     grid->setHorizontalSpacing(8);
