@@ -50,7 +50,9 @@ inline double estimatedDiversity(const CountsVector& counts, double q) {
     std::vector<double> chances(counts.size(), 1);  // C(n - x, k) / C(n - 1, k)
     double sum = 0;
     double choose = 1;  // C(k - q, k)
-    for (double k = 0; k < n; ++k) {
+    const auto size = static_cast<std::int64_t>(n);
+    for (std::int64_t step = 0; step < size; ++step) {
+        const auto k = static_cast<double>(step);
         double delta = 0;
         for (std::size_t i = 0; i < counts.size(); ++i) {
             const auto x = static_cast<double>(counts[i]);
@@ -64,7 +66,8 @@ inline double estimatedDiversity(const CountsVector& counts, double q) {
         const double a = f2 > 0 ? 2 * f2 / ((n - 1) * f1 + 2 * f2) : 2 / ((n - 1) * (f1 - 1) + 2);
         double series = 0;
         double term = 1;  // C(q - 1, r) (a - 1)^r
-        for (double r = 0; r < n; ++r) {
+        for (std::int64_t step = 0; step < size; ++step) {
+            const auto r = static_cast<double>(step);
             series += term;
             term *= (q - 1 - r) / (r + 1) * (a - 1);
         }
