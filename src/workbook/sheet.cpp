@@ -45,7 +45,10 @@ void SheetRow::end() {
 void SheetRow::lendTexts() {
     constexpr std::size_t longestLent = 4096;
     if (filled_ < 2) return;
+    std::size_t room = mostColumns;  // merged cells do not overlap
     for (const auto& [first, end] : merges_) {
+        if (end - first > room) return;
+        room -= end - first;
         if (first == 0 || first >= cells_.size() || cells_[first].size() > longestLent) continue;
         cells_.resize(std::max(cells_.size(), end));
         for (std::size_t column = first + 1; column < end; ++column) {

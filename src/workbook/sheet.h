@@ -1,6 +1,7 @@
 // A sheet as its format's reader gives it: the rows that are not empty, one after the other.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -22,7 +23,11 @@ class SheetRow {
     // One that is copied, to several columns.
     void addCopy(std::size_t column, std::size_t count, std::string_view text);
     // Of the row's first cells, those that are merged with their left neighbour.
-    void merge(std::size_t first, std::size_t end) { merges_.emplace_back(first, end); }
+    // No more of them than a row has columns.
+    void merge(std::size_t first, std::size_t end) {
+        if (first >= mostColumns || merges_.size() == mostColumns) return;
+        merges_.emplace_back(first, std::min(end, mostColumns));
+    }
     void noteNumber() { hasNumber_ = true; }
 
     // The text of each merged cell stands in all of them from now on, except a title: one that

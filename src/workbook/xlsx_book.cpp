@@ -1,5 +1,7 @@
 // The parts of a workbook that its sheets share.
 #include <algorithm>
+#include <set>
+#include <string>
 #include <utility>
 
 #include "workbook/xlsx.h"
@@ -9,6 +11,11 @@ namespace {
 
 std::string folderWithin(const std::string& file) {
     return file.substr(0, file.rfind('/') + 1);
+}
+
+Problem tooMany(const WorkbookLimits& limits) {
+    return Problem{"cannot be used: it has " + std::to_string(limits.entries) +
+                   " sheets or parts, or more"};
 }
 
 // Of the file that a relationship names: a path from the root, or from the folder.
@@ -41,6 +48,7 @@ Result<std::vector<Relationship>> relationshipsOf(const Archive& archive, const 
         scanElements(archive.file(list), limits, stop,
                      [&](std::string_view name, const XmlAttributes& attributes) {
                          if (name != "Relationship") return true;
+                         if (found.size() == limits.entries) return false;
                          const std::string_view type = attributes.text("Type");
                          found.push_back({std::string(attributes.text("Id")),
                                           std::string(type.substr(type.rfind('/') + 1)),
@@ -48,6 +56,7 @@ Result<std::vector<Relationship>> relationshipsOf(const Archive& archive, const 
                          return true;
                      });
     if (problem) return *problem;
+    if (found.size() == limits.entries) return tooMany(limits);
     return found;
 }
 
@@ -56,6 +65,8 @@ std::string fileOfType(const std::vector<Relationship>& relationships, std::stri
                                     [type](const Relationship& each) { return each.type == type; });
     return found == relationships.end() ? std::string() : found->file;
 }
+
+constexpr std::size_t mostFormats = 1'000'000;  // spreadsheet programs allow some 65,000
 
 // For each style of cells how it shows numbers.
 std::optional<Problem> readFormats(const Archive& archive, const std::string& file, XlsxBook& book,
@@ -71,6 +82,7 @@ std::optional<Problem> readFormats(const Archive& archive, const std::string& fi
             } else if (name == "cellStyleXfs" || name == "cellXfs") {
                 ofCells = name == "cellXfs";
             } else if (name == "xf" && ofCells) {
+                if (book.formats.size() == mostFormats) return false;
                 const std::size_t id = attributes.number("numFmtId", 0);
                 const auto code = codes.find(id);
                 book.formats.push_back(code == codes.end() ? formatOfId(id) : code->second);
@@ -149,6 +161,7 @@ Result<XlsxBook> readXlsxBook(const Archive& archive, const std::string& bookFil
                 book.from1904 = mark == "1" || mark == "true";
             }
             if (name != "sheet") return true;
+            if (book.sheets.size() == limits.entries) return false;
             const std::string_view id = attributes.text("id");
             for (const Relationship& each : relationships.value()) {
                 // The others are charts and the like.
@@ -160,6 +173,7 @@ Result<XlsxBook> readXlsxBook(const Archive& archive, const std::string& bookFil
             }
             return true;
         });
+    if (!problem && book.sheets.size() == limits.entries) return tooMany(limits);
     const std::string styles = fileOfType(relationships.value(), "styles");
     if (!problem && !styles.empty()) {
         problem = readFormats(archive, styles, book, limits, stop);
@@ -172,7 +186,10 @@ Result<XlsxBook> readXlsxBook(const Archive& archive, const std::string& bookFil
         reader.advance();
         problem = reader.problem();
     }
+    std::set<std::string> seen;
     for (std::size_t i = 0; !problem && i < book.sheets.size(); ++i) {
+        if (!seen.insert(book.files[i]).second)
+            return Problem{"cannot be used: two of its sheets are one file"};
         problem = scanElements(archive.file(book.files[i]), limits, stop,
                                [&](std::string_view name, const XmlAttributes& /*attributes*/) {
                                    const bool value = name == "v" || name == "is" || name == "f";

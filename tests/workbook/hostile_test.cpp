@@ -140,6 +140,18 @@ TEST(HostileWorkbooks, AreRefusedWithTheReason) {
         {withFalseSize(sheetOf(cell), 40), "another size than the archive states"},
         {withFalseSize(sheetOf(cell), 80'000), "another size than the archive states"},
         {archiveOf({{"xl/workbook.xml", "<workbook/>"}}), "has no sheet"},
+        {archiveOf({{"xl/workbook.xml",
+                     "<workbook><sheets><sheet name='A' id='r'/><sheet name='B' id='r'/></sheets>"
+                     "</workbook>"},
+                    {"xl/_rels/workbook.xml.rels",
+                     "<Relationships><Relationship Id='r' Type='x/worksheet' Target='s.xml'/>"
+                     "</Relationships>"},
+                    {"xl/s.xml", "<worksheet/>"}}),
+         "two of its sheets are one file"},
+        {archiveOf(
+             {{"xl/workbook.xml", "<workbook/>"},
+              {"xl/_rels/workbook.xml.rels", "<r>" + repeated("<Relationship/>", 21) + "</r>"}}),
+         "it has 20 sheets or parts, or more"},
     };
     for (const Case& each : cases) {
         EXPECT_THAT(messageOf(each.bytes, small), HasSubstr(each.message));
