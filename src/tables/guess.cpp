@@ -126,7 +126,10 @@ TableGuess guessTable(const TableSample& sample, const TextForm& form,
 }
 
 TableGuess guessTable(std::string_view bytes, bool whole, const TableChoices& choices) {
-    if (isOwnTable(bytes, choices)) return {ownReading(), {}};
+    // In another encoding a spreadsheet has written it.
+    if (isOwnTable(bytes, choices) && guessEncoding(bytes, whole) == TableEncoding::utf8) {
+        return {ownReading(), {}};
+    }
     const FormGuess form = guessForm(bytes, whole, choices);
     TextRows source(bytesOf(bytes), form.form);
     SampleRows rows;

@@ -130,5 +130,14 @@ TEST(LongTable, LooksLikeThis) {
               "Plot 2,,,,,,0,yes\n");
 }
 
+TEST(LongTable, SavedInAnotherEncodingIsGuessedLikeAnyOther) {
+    const std::string header = std::string(LongTableWriter::header) + "\n";
+    const TableReading own = guessTable(header + "Caf\xC3\xA9,,,,,Abies,3,1\n", true).reading;
+    EXPECT_TRUE(own.isExact());
+    const TableReading saved = guessTable(header + "Caf\xE9,,,,,Abies,3,1\n", true).reading;
+    EXPECT_EQ(saved.form.encoding, TableEncoding::windows1252);
+    EXPECT_EQ(saved.layout, TableLayout::records);
+}
+
 }  // namespace
 }  // namespace zorvel
