@@ -5,6 +5,8 @@
 #include <cmath>
 #include <utility>
 
+#include "metrics/special_functions.h"
+
 namespace zorvel {
 
 namespace {
@@ -87,103 +89,98 @@ MissedSums missedSums(std::span<const AbundanceClass> classes, double n, double 
 
 namespace {
 
-double logOfWhole(double k) {
-    static const std::array<double, 1024> table = [] {
-        std::array<double, 1024> logs{};
-        for (std::size_t i = 1; i < logs.size(); ++i) logs[i] = std::log(static_cast<double>(i));
-        return logs;
-    }();
-    const auto place = static_cast<std::size_t>(k);
-    return place < table.size() ? table[place] : std::log(k);
-}
+constexpr double smallMean = 24;
 
 // K of a taxon: hypergeometric with n, x and m.
 struct Draw {
     double n = 0;
     double x = 0;
     double m = 0;
-
-    [[nodiscard]] double mean() const { return x * (m / n); }
-    // Of the probabilities of k + 1 and k.
-    [[nodiscard]] double ratio(double k) const {
-        return (x - k) * (m - k) / ((k + 1) * (n - x - m + k + 1));
-    }
 };
 
-// E[K ln(u / K)], from the most probable K outwards. Ratios of probabilities fall away from it, so
-// that what is left out at either end is below a geometric series.
-double meanByWalk(const Draw& draw, double logU) {
+// k ln k, as far as a K with a small mean goes.
+const std::array<double, 256> wholeTimesLog = [] {
+    std::array<double, 256> table{};
+    for (std::size_t k = 2; k < table.size(); ++k) {
+        table[k] = static_cast<double>(k) * std::log(static_cast<double>(k));
+    }
+    return table;
+}();
+
+// E[K ln K] for a small mean, from the least K upwards. Beyond the most probable K the ratios of
+// successive probabilities fall, so that what is left out is below a geometric series.
+double meanByWalk(const Draw& draw) {
     constexpr double least = 0x1p-56;
     const double lowest = std::max(0.0, draw.m - (draw.n - draw.x));
-    const double highest = std::min(draw.x, draw.m);
-    const double mode =
-        std::clamp(std::floor((draw.x + 1) * ((draw.m + 1) / (draw.n + 2))), lowest, highest);
-    const auto term = [&](double k) { return k > 0 ? k * (logU - logOfWhole(k)) : 0.0; };
-    double weights = 1;
-    double sum = term(mode);
+    const double highest =
+        std::min({draw.x, draw.m, static_cast<double>(wholeTimesLog.size() - 1)});
+    const double mode = std::floor((draw.x + 1) * ((draw.m + 1) / (draw.n + 2)));
+    const double others = draw.n - draw.x - draw.m;
+    auto place = static_cast<std::size_t>(lowest);
     double weight = 1;
-    double k = mode;
-    while (k < highest) {
-        const double ratio = draw.ratio(k);
-        if (ratio < 1 && weight * ratio < least * weights * (1 - ratio)) break;
+    double weights = 1;
+    double sum = wholeTimesLog[place];
+    for (double k = lowest; k < highest; ++k) {
+        const double ratio = (draw.x - k) * (draw.m - k) / ((k + 1) * (others + k + 1));
+        if (k >= mode && weight * ratio < least * weights * (1 - ratio)) break;
         weight *= ratio;
         weights += weight;
-        sum += weight * term(++k);
-    }
-    weight = 1;
-    k = mode;
-    while (k > lowest) {
-        const double ratio = 1 / draw.ratio(k - 1);
-        if (ratio < 1 && weight * ratio < least * weights * (1 - ratio)) break;
-        weight *= ratio;
-        weights += weight;
-        sum += weight * term(--k);
+        sum += weight * wholeTimesLog[++place];
     }
     return sum / weights;
 }
 
-// The same for a large mean, by Taylor's series of K ln K about it and the central moments M_j,
-// which follow from the ratio of probabilities:
-// (n - r) M_(r+1) = -sum over j = 1..r of (-1)^j C(r, j) (v M_(r-j) + (n - x - m + 2 mean)
-// M_(r+1-j) + [j >= 2] M_(r+2-j)), v = x m (n - x)(n - m) / n^2.
-double meanByMoments(const Draw& draw, double logU) {
-    constexpr std::size_t terms = 12;
-    const double mean = draw.mean();
-    const double spread = mean * ((draw.n - draw.x) / draw.n) * (draw.n - draw.m);
-    const double skew = draw.n - draw.x - draw.m + 2 * mean;
-    std::array<double, terms + 1> moments{1, 0};
-    for (std::size_t r = 1; r < terms; ++r) {
-        double sum = 0;
-        double choose = 1;  // (-1)^j C(r, j)
-        for (std::size_t j = 1; j <= r; ++j) {
-            choose *= -static_cast<double>(r - j + 1) / static_cast<double>(j);
-            sum += choose * (spread * moments[r - j] + skew * moments[r + 1 - j] +
-                             (j >= 2 ? moments[r + 2 - j] : 0));
+// The absolute values of Gregory's coefficients, from the first: 1/2, 1/12, 1/24, ...
+const std::array<double, 40> gregory = [] {
+    std::array<double, 40> values{};
+    for (std::size_t r = 0; r < values.size(); ++r) {
+        values[r] = 1 / static_cast<double>(r + 2);
+        for (std::size_t k = 0; k < r; ++k) {
+            values[r] -= values[k] / static_cast<double>(r + 1 - k);
         }
-        moments[r + 1] = -sum / (draw.n - static_cast<double>(r));
     }
-    double series = 0;
-    double power = 1 / mean;
-    for (std::size_t j = 2; j <= terms; ++j) {
-        const auto order = static_cast<double>(j);
-        series += (j % 2 == 0 ? 1 : -1) * moments[j] / (order * (order - 1)) * power;
-        power /= mean;
+    return values;
+}();
+
+// E[K ln K] for a larger mean, in a closed form whose terms are all positive. The estimate
+// (K / m) (psi(m) - psi(K)) of a term of the entropy (Chao, Wang & Jost 2013) is unbiased up to
+// the order m, so that E[K psi(K)] = mean (psi(x) + psi(m) - psi(n)), but for a share of about
+// q(x) < e^-mean. The rest is Gregory's series
+// K (ln K - psi(K)) = sum over r >= 1 of G_r (r - 1)! / ((K + 1) ... (K + r - 1)),
+// of which each term has the expectation G_r (r - 1)! times the product over i < r of
+// (n + i) / ((x + i) (m + i)), again but for such a share. At most 40 terms, mostly 10.
+double meanInClosedForm(const Draw& draw, double mean, double psiOfX, double psiFall) {
+    double rest = 0;
+    double term = 1;
+    double r = 1;
+    for (const double coefficient : gregory) {
+        const double part = coefficient * term;
+        rest += part;
+        if (part < 0x1p-56 * mean) break;
+        term *= r * (draw.n + r) / ((draw.x + r) * (draw.m + r));
+        ++r;
     }
-    return mean * (logU - std::log(mean)) - series;
+    return mean * (psiOfX - psiFall) + rest;
 }
 
 }  // namespace
 
 double expectedEntropy(std::span<const AbundanceClass> classes, double n, double total, double m) {
-    constexpr double largeMean = 400;
     const double u = m * (total / n);
     const double logU = std::log(u);
+    const double psiFall = digamma(n) - digamma(m);
     double entropy = 0;
     for (const AbundanceClass& each : classes) {
         const Draw draw{n, static_cast<double>(each.count), m};
-        const bool byMoments = draw.mean() > largeMean;
-        entropy += static_cast<double>(each.taxa) *
-                   (byMoments ? meanByMoments(draw, logU) : meanByWalk(draw, logU));
+        if (draw.x == n) {  // K is m: without rounding, so that one taxon has no entropy
+            entropy += static_cast<double>(each.taxa) * m * (logU - std::log(m));
+            continue;
+        }
+        const double mean = draw.x * (m / n);
+        const double logs = mean < smallMean
+                                ? meanByWalk(draw)
+                                : meanInClosedForm(draw, mean, digamma(draw.x), psiFall);
+        entropy += static_cast<double>(each.taxa) * (mean * logU - logs);
     }
     return entropy / u;
 }

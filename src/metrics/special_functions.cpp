@@ -46,8 +46,10 @@ double logGammaRatio(double x, double q) {
            stirlingCorrection(y);
 }
 
+namespace {
+
 // Lentz's method for 1 / (1 + d1 w / (1 + d2 w / (1 + ...))).
-double hypergeometricTail(double q, double c, double w) {
+double byContinuedFraction(double q, double c, double w) {
     double value = 1;
     double numerator = 1;
     double denominator = 0;
@@ -71,6 +73,28 @@ double hypergeometricTail(double q, double c, double w) {
         }
     }
     return 1 / value;
+}
+
+// By the series in y = 1 / (1 + w) (Abramowitz & Stegun 1964, 15.3.6 after 15.3.4), for c y of at
+// most about 1: its terms fall as 1 / k!. Its two parts cancel as q nears 1 or 2.
+double byConnection(double q, double c, double w) {
+    const double y = 1 / (1 + w);
+    double series = 1;
+    double term = 1;
+    for (int k = 0; term > epsilon * series && k < mostSteps; ++k) {
+        term *= (c - q + k) / (2 - q + k) * y;
+        series += term;
+    }
+    const double power =
+        std::exp(q * std::log(y) + logGammaRatio(c - 1, q) - (c - 1) * std::log1p(-y));
+    return y * (c - 1) / (q - 1) * series + std::tgamma(1 - q) * power;
+}
+
+}  // namespace
+
+double hypergeometricTail(double q, double c, double w) {
+    const bool cancels = std::fabs(q - 1) < 0.02 || q > 1.98;
+    return w > c && !cancels ? byConnection(q, c, w) : byContinuedFraction(q, c, w);
 }
 
 double entropyTail(double n, double a) {

@@ -182,17 +182,24 @@ TEST(Diversity, KeepsItsIdentities) {
 }
 
 TEST(Diversity, EqualsThePrintedFormulas) {
-    CountsVector counts{1, 1, 1, 1, 2, 2, 3, 5, 9, 14, 30, 88, 240, 1400};
-    const auto n = std::accumulate(counts.begin(), counts.end(), std::int64_t{0});
-    const std::vector<double> logs = plain::logFactorialsUpTo(n);
-    const DiversityEstimator estimator(abundanceFrequencies(counts));
-    for (const std::int64_t m : {1, 2, 17, 64, 65, 300, 700, 900, 1500}) {
-        EXPECT_NEAR(estimator.atSize(static_cast<double>(m))->diversity[1],
-                    plain::shannonDiversityOfSubsample(logs, counts, m), 1e-9);
+    CountsVector withCommon{1, 1, 1, 1, 2, 2, 3, 5, 9, 14, 30, 88, 240, 1400};
+    CountsVector withSingletons(60, 1);
+    withSingletons.insert(withSingletons.end(), {3, 40, 300});
+    for (const CountsVector& counts : {withCommon, withSingletons}) {
+        const auto n = std::accumulate(counts.begin(), counts.end(), std::int64_t{0});
+        const std::vector<double> logs = plain::logFactorialsUpTo(n);
+        const DiversityEstimator estimator(abundanceFrequencies(counts));
+        for (std::int64_t m = 1; m < n; m += 1 + m / 8) {
+            EXPECT_NEAR(estimator.atSize(static_cast<double>(m))->diversity[1],
+                        plain::shannonDiversityOfSubsample(logs, counts, m), 1e-9);
+        }
+        for (const double q : {0.3, 0.5, 0.97, 1.5, 1.9}) {
+            const double printed = plain::estimatedDiversity(counts, q);
+            EXPECT_NEAR(*estimator.estimated(q), printed, 1e-9 * printed) << q;
+        }
     }
-    for (const double q : {0.3, 0.5, 1.5, 1.9}) {
-        EXPECT_NEAR(*estimator.estimated(q), plain::estimatedDiversity(counts, q), 1e-8);
-    }
+    EXPECT_EQ(DiversityEstimator(abundanceFrequencies(CountsVector{700})).atSize(90)->diversity[1],
+              1);
 }
 
 // Sums over classes of huge samples take the same values as those of smaller ones of the same
