@@ -1,0 +1,148 @@
+#include "tables/row_reader.h"
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+#include "base/numbers.h"
+
+namespace zorvel {
+
+// --- header and columns ---
+
+void TableHeader::add(const TableRow& row) {
+    std::vector<std::string> cells(row.cells.begin(), row.cells.end());
+    if (reading_.shortHeader && rows_.empty()) cells.insert(cells.begin(), std::string());
+    rows_.push_back(std::move(cells));
+}
+
+std::string_view TableHeader::cell(std::size_t i, std::size_t column) const {
+    return column < rows_[i].size() ? std::string_view(rows_[i][column]) : std::string_view();
+}
+
+std::string TableHeader::name(std::size_t column) const {
+    std::string name;
+    for (std::size_t i = 0; i < rows_.size(); ++i) {
+        const ColumnRole role = reading_.headerRows[i];
+        if (role != ColumnRole::species && role != ColumnRole::census) continue;
+        if (cell(i, column).empty()) continue;
+        if (!name.empty()) name += ' ';
+        name += cell(i, column);
+    }
+    return name;
+}
+
+std::string TableHeader::text(std::size_t column) const {
+    std::string text = name(column);
+    if (text.empty() && !rows_.empty()) text = cell(0, column);
+    return text;
+}
+
+TableColumns::TableColumns(const TableReading& reading) {
+    const auto columnOf = [&reading](ColumnRole role) -> std::optional<std::size_t> {
+        const auto found = std::find(reading.columns.begin(), reading.columns.end(), role);
+        if (found == reading.columns.end()) return std::nullopt;
+        return static_cast<std::size_t>(found - reading.columns.begin());
+    };
+    census = columnOf(ColumnRole::census);
+    species = columnOf(ColumnRole::species);
+    genus = columnOf(ColumnRole::genus);
+    status = columnOf(ColumnRole::status);
+    included = columnOf(ColumnRole::included);
+    for (const ColumnRole role :
+         {ColumnRole::latitude, ColumnRole::longitude, ColumnRole::date, ColumnRole::notes}) {
+        if (const auto column = columnOf(role)) attributes.emplace_back(role, *column);
+    }
+    const auto year = columnOf(ColumnRole::year);
+    const auto month = columnOf(ColumnRole::month);
+    const auto day = columnOf(ColumnRole::day);
+    if (!columnOf(ColumnRole::date) && year && month && day) dateParts = {*year, *month, *day};
+    for (std::size_t column = 0; column < reading.columns.size(); ++column) {
+        if (reading.columns[column] == ColumnRole::count) counts.push_back(column);
+    }
+    exact = reading.isExact() && census && species && !counts.empty();
+}
+
+// --- censuses and taxa ---
+
+RowReader::RowReader(const TableReading& reading, TableRecords& records, NamePool* names)
+    : reading_(reading),
+      records_(records),
+      columns_(reading),
+      rules_(reading, records),
+      gathered_(names, reading.isExact()) {}
+
+std::optional<std::string> RowReader::censusName(const TableRow& row) {
+    const std::string_view cell = columns_.census ? row.cell(*columns_.census) : "";
+    std::optional<std::string> name;
+    if (columns_.exact) {
+        name = cell;
+    } else if (!cell.empty()) {
+        name = nameInOneLine(cell);
+    } else if (reading_.unnamed == UnnamedRule::rowNumber || !columns_.census) {
+        name = "row " + integerText(static_cast<std::int64_t>(row.number));
+    } else if (reading_.unnamed == UnnamedRule::above && !lastName_.empty()) {
+        name = lastName_;
+    } else {
+        rules_.problem(placeOf(row, columns_.census), {}, "The census has no name.");
+    }
+    lastName_ = name.value_or(std::string());
+    return name;
+}
+
+void RowReader::readAttributes(MockCensus& census, const TableRow& row) {
+    for (const auto& [role, column] : columns_.attributes) {
+        rules_.readAttribute(census, role, row.cell(column), placeOf(row, column), columns_.exact);
+    }
+    if (columns_.dateParts.empty()) return;
+    std::string date;
+    for (const std::size_t column : columns_.dateParts) {
+        if (row.cell(column).empty()) return;
+        date += (date.empty() ? "" : "-") + std::string(row.cell(column));
+    }
+    rules_.readDate(census, date, placeOf(row, columns_.dateParts.front()));
+}
+
+std::string RowReader::speciesName(const TableRow& row, std::string_view species) const {
+    if (!columns_.genus || row.cell(*columns_.genus).empty()) return std::string(species);
+    return std::string(row.cell(*columns_.genus)) + " " + std::string(species);
+}
+
+bool RowReader::addTaxon(std::size_t census, std::size_t species, std::int64_t value,
+                         const TablePlace& place) {
+    if (value <= 0 && !columns_.exact) return false;
+    if (reading_.sameSpecies == SameRule::sum) {
+        if (const auto known = gathered_.find(census, species)) {
+            ++records_.notices.summedSpecies;
+            std::int64_t& sum = gathered_.censuses[census].taxa[*known].abundance;
+            if (__builtin_add_overflow(sum, value, &sum)) {
+                sum = std::numeric_limits<std::int64_t>::max();
+                rules_.problem(
+                    place, {},
+                    "The sum of the counts of this species is more than 9223372036854775807.");
+            }
+            return false;
+        }
+    }
+    gathered_.addTaxon(census, species, value);
+    return true;
+}
+
+// Censuses of missing marks alone are left out, and those with any if the rule says so.
+void RowReader::finish() {
+    const bool any = reading_.missing == MissingRule::leaveOut;
+    cells_.resize(gathered_.censuses.size());
+    for (std::size_t i = 0; i < cells_.size(); ++i) {
+        MockCensus& census = gathered_.censuses[i];
+        if (cells_[i].hasMissing && (any || !cells_[i].hasValues)) {
+            records_.notices.leftOutCensuses.push_back(census.name);
+        } else {
+            records_.notices.emptyCensuses += census.taxa.empty();
+            census.taxa.shrink_to_fit();
+            records_.censuses.push_back(std::move(census));
+        }
+    }
+    if (!records_.excluded.empty()) records_.excluded.resize(records_.censuses.size());
+}
+
+}  // namespace zorvel
