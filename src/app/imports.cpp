@@ -11,6 +11,7 @@
 
 #include "app/open_text_file.h"
 #include "app/project_windows.h"
+#include "app/table_imports.h"
 #include "base/console.h"
 #include "interchange/parsers.h"
 #include "model/import.h"
@@ -140,21 +141,45 @@ void importInto(Document& document, ProjectWindows& windows, FileKind kind, Open
                               importServices(document, windows, end));
 }
 
+namespace {
+
+QString notImportedMessage(const std::vector<KnownFile>& files) {
+    constexpr std::size_t mostNamed = 5;
+    QStringList names;
+    for (const KnownFile& each : files) {
+        if (names.size() < qsizetype{mostNamed})
+            names.append(QFileInfo(each.file->path).fileName());
+    }
+    QString text = "The import was cancelled. Also not imported: " + names.join(", ");
+    if (files.size() > mostNamed) {
+        text += countText(files.size() - mostNamed, " and 1 other file", " and %1 other files");
+    }
+    return text + '.';
+}
+
+}  // namespace
+
 void importFiles(ProjectWindows& windows, const CommandWindow& command,
-                 const std::vector<KnownFile>& files) {
+                 const std::vector<KnownFile>& files, MainWindowController* parent) {
     if (files.empty() || command.isGone()) return;
     const KnownFile& file = files.front();
-    const auto next = [=, &windows, rest = std::vector<KnownFile>(files.begin() + 1, files.end())] {
-        importFiles(windows, command, rest);
+    const std::vector<KnownFile> rest(files.begin() + 1, files.end());
+    const QPointer<MainWindowController> guard(parent);
+    const auto next = [=, &windows](bool cancelled) {
+        if (!cancelled) return importFiles(windows, command, rest, guard);
+        if (rest.empty() || !guard) return;
+        guard->mainView().messageStrip().addMessage(notImportedMessage(rest),
+                                                    MessageStrip::Tone::news);
     };
+    if (file.isTable) {
+        return importTableFile(windows, command, file.file, parent, !rest.empty(), next);
+    }
     const auto received = [=, &windows](std::optional<OpenedText> text) {
         Document* document = text ? currentOrNewDocument(windows, command) : nullptr;
-        if (document == nullptr) return next();
-        importInto(*document, windows, file.kind, std::move(*text), [=](bool cancelled) {
-            if (!cancelled) next();
-        });
+        if (document == nullptr) return next(false);
+        importInto(*document, windows, file.kind, std::move(*text), next);
     };
-    readTextInBackground(windows, command.window, file.file, received, [] {});
+    readTextInBackground(windows, command.window, file.file, received, [next] { next(true); });
 }
 
 void runImport(ProjectWindows& windows, MainWindowController* window, FileKind kind) {

@@ -34,10 +34,12 @@ Document* currentOrNewDocument(ProjectWindows& windows, const CommandWindow& com
 // Asks for a file, and imports it as one of that kind.
 void runImport(ProjectWindows& windows, MainWindowController* window, FileKind kind);
 
-// Imports the files one after the other, in their order. After a file that cannot be read or
-// imported the next one follows; cancelling stops.
+// Imports the files one after the other, in their order; the user looks at each table first. After
+// a file that cannot be read or imported the next one follows. Cancelling stops, and a message
+// names the files that were left. parent: of the message and of the windows for tables, may be
+// null.
 void importFiles(ProjectWindows& windows, const CommandWindow& command,
-                 const std::vector<KnownFile>& files);
+                 const std::vector<KnownFile>& files, MainWindowController* parent);
 
 // In the background; the message strip of the project's window shows the result. Closing the window
 // cancels the import; otherwise ended is called.

@@ -193,7 +193,7 @@ void ProjectWindows::openFiles(const QStringList& paths, MainWindowController* w
 // Files that the user decided against are not among the known ones.
 void ProjectWindows::openKnownFiles(const QStringList& asked, const std::vector<KnownFile>& known) {
     auto next = known.begin();
-    std::vector<std::shared_ptr<NamedFile>> tables;
+    std::vector<KnownFile> tables;
     QPointer<MainWindowController> tableWindow;
     for (const QString& path : asked) {
         if (next == known.end() || next->file->path != path) {
@@ -203,33 +203,28 @@ void ProjectWindows::openKnownFiles(const QStringList& asked, const std::vector<
         const KnownFile& file = *next++;
         if (file.isTable) {
             tableWindow = endOpening(path);
-            tables.push_back(file.file);
+            tables.push_back(file);
             continue;
         }
         documents_.open(file.file, file.isText ? std::optional(file.kind) : std::nullopt);
     }
     // Each becomes a project of its own; they are shown one after the other.
     const bool takesWindow = tables.size() == 1 && tableWindow != nullptr && isFree(*tableWindow);
-    importTableFiles(*this, CommandWindow(takesWindow ? tableWindow : nullptr), tables,
-                     tableWindow);
+    importFiles(*this, CommandWindow(takesWindow ? tableWindow : nullptr), tables, tableWindow);
 }
 
 void ProjectWindows::takeDroppedFiles(const QStringList& paths, MainWindowController& window) {
     const CommandWindow command(&window);
     findKinds(*this, &window, paths, [this, command](const std::vector<KnownFile>& known) {
-        std::vector<KnownFile> texts;
-        std::vector<std::shared_ptr<NamedFile>> tables;
+        std::vector<KnownFile> imported;
         for (const KnownFile& file : known) {
-            if (file.isTable) {
-                tables.push_back(file.file);
-            } else if (file.isText) {
-                texts.push_back(file);
+            if (file.isText) {
+                imported.push_back(file);
             } else {
                 openFile(file.file->path, command.window);
             }
         }
-        importFiles(*this, command, texts);
-        importTableFiles(*this, command, tables, command.window);
+        importFiles(*this, command, imported, command.window);
     });
 }
 

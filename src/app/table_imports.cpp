@@ -54,12 +54,12 @@ CensusReader readerOf(const Source& source, const TableReading& reading, const F
 struct TableImport {
     ProjectWindows& windows;
     CommandWindow command;
-    QString name;
+    QString name;  // in messages
+    std::function<void(bool cancelled)> ended;
 };
 
 void startTableImport(const std::shared_ptr<TableImport>& import,
                       const QPointer<TableDialog>& dialog) {
-    if (dialog == nullptr) return;
     // A table that is refused is read again into the same new project.
     if (!import->command.given) import->command = CommandWindow(&import->windows.openUntitled());
     Document* document = currentOrNewDocument(import->windows, import->command);
@@ -73,73 +73,77 @@ void startTableImport(const std::shared_ptr<TableImport>& import,
         }
         tellOfImport(*document, import->name, report);
         if (dialog) dialog->deleteLater();
+        import->ended(report.outcome == ImportReport::Outcome::cancelled);
     };
     importTable(readerOf(dialog->source(), dialog->reading(), found), document->project(),
                 importServices(*document, import->windows, ended));
 }
 
-// name: in messages. parent: of the dialog, may be null. next: called when the dialog is gone; may
-// be null.
-void showTable(ProjectWindows& windows, const CommandWindow& command, QWidget* parent,
-               const QString& name, const QString& heading, const Result<Input>& table,
-               const std::function<void()>& next) {
-    if (command.isGone()) return;
-    if (!table) {
-        windows.panels().alerts.warn(parent, QString("“%1” could not be read").arg(name),
-                                     QString::fromStdString(table.problem().message));
-        if (next) next();
-        return;
-    }
+// parent: of the dialog, may be null.
+void showTable(const std::shared_ptr<TableImport>& import, QWidget* parent, const QString& heading,
+               const Input& table, bool others) {
     const QPointer<TableDialog> dialog(
-        new TableDialog(heading, table.value(), windows.jobs(), parent));
-    const auto import = std::make_shared<TableImport>(TableImport{windows, command, name});
-    QObject::connect(dialog, &QDialog::accepted, dialog,
-                     [import, dialog] { startTableImport(import, dialog); });
-    QObject::connect(dialog, &QDialog::rejected, dialog, &QObject::deleteLater);
-    // Later: the dialog may go with its window, which is then half destroyed.
-    if (next) QObject::connect(dialog, &QObject::destroyed, &windows, next, Qt::QueuedConnection);
+        new TableDialog(heading, table, import->windows.jobs(), parent));
+    if (others) dialog->offerSkip();
+    QObject::connect(dialog, &QDialog::finished, dialog, [import, dialog](int result) {
+        if (result == QDialog::Accepted) return startTableImport(import, dialog);
+        dialog->deleteLater();
+        import->ended(result == QDialog::Rejected);
+    });
     dialog->open();
 }
 
 }  // namespace
 
 void runTableImport(ProjectWindows& windows, MainWindowController* window) {
+    const QPointer<MainWindowController> guard(window);
     const CommandWindow command(window);
     const QString path = windows.panels().open.chooseTable(window);
     if (path.isEmpty()) return;
-    importTableFiles(windows, command, {std::make_shared<NamedFile>(path)}, command.window);
-}
-
-void importTableFiles(ProjectWindows& windows, const CommandWindow& command,
-                      const std::vector<std::shared_ptr<NamedFile>>& files,
-                      MainWindowController* parent) {
-    if (files.empty()) return;
-    const QPointer<MainWindowController> guard(parent);
-    const QPointer<MainViewController> view(parent != nullptr ? &parent->mainView() : nullptr);
-    const QString name = QFileInfo(files.front()->path).fileName();
-    const MainView::ProgressId progress =
-        view ? view->startProgress(QString("reading %1...").arg(name).toStdString(), nullptr) : 0;
-    const auto next = [=, &windows, rest = std::vector(files.begin() + 1, files.end())] {
-        importTableFiles(windows, command, rest, guard);
-    };
     windows.jobs().start(
         &windows,
-        [file = files.front()]() -> Result<Input> {
+        [path] {
+            KnownFile known;
+            known.file = std::make_shared<NamedFile>(path);
+            known.isText = known.isTable = true;
+            return known;
+        },
+        [=, &windows](const KnownFile& known) { importFiles(windows, command, {known}, guard); });
+}
+
+void importTableFile(ProjectWindows& windows, const CommandWindow& command,
+                     const std::shared_ptr<NamedFile>& file, MainWindowController* parent,
+                     bool others, std::function<void(bool cancelled)> ended) {
+    const QPointer<MainWindowController> guard(parent);
+    const QPointer<MainViewController> view(parent != nullptr ? &parent->mainView() : nullptr);
+    const QString name = QFileInfo(file->path).fileName();
+    const MainView::ProgressId progress =
+        view ? view->startProgress(QString("reading %1...").arg(name).toStdString(), nullptr) : 0;
+    const auto import =
+        std::make_shared<TableImport>(TableImport{windows, command, name, std::move(ended)});
+    windows.jobs().start(
+        &windows,
+        [file]() -> Result<Input> {
             Result<TableInput> input = tableInput(file->take());
             if (!input) return input.problem();
             return std::make_shared<const TableInput>(std::move(input).value());
         },
-        [=, &windows](const Result<Input>& table) {
+        [=](const Result<Input>& table) {
             if (view) view->stopProgress(progress);
-            showTable(windows, command, guard, name, name, table, next);
+            if (import->command.isGone()) return;
+            if (table) return showTable(import, guard, name, table.value(), others);
+            import->windows.panels().alerts.warn(guard, QString("“%1” could not be read").arg(name),
+                                                 QString::fromStdString(table.problem().message));
+            import->ended(false);
         });
 }
 
 void importTableText(ProjectWindows& windows, MainWindowController& window, const QString& name,
                      std::string text) {
-    showTable(windows, CommandWindow(&window), &window, name, "Table from " + name,
-              Result<Input>(std::make_shared<const TableInput>(tableInput(std::move(text)))),
-              nullptr);
+    const auto import = std::make_shared<TableImport>(
+        TableImport{windows, CommandWindow(&window), name, [](bool) {}});
+    showTable(import, &window, "Table from " + name,
+              std::make_shared<const TableInput>(tableInput(std::move(text))), false);
 }
 
 }  // namespace zorvel

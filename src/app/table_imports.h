@@ -3,9 +3,9 @@
 #pragma once
 
 #include <QString>
+#include <functional>
 #include <memory>
 #include <string>
-#include <vector>
 
 namespace zorvel {
 
@@ -17,11 +17,12 @@ struct NamedFile;
 // Asks for a file, and shows it as a table.
 void runTableImport(ProjectWindows& windows, MainWindowController* window);
 
-// Shows one file after the other as a table, and imports it into the project of the command's
-// window, or a new one. parent: of the windows that show them, may be null.
-void importTableFiles(ProjectWindows& windows, const CommandWindow& command,
-                      const std::vector<std::shared_ptr<NamedFile>>& files,
-                      MainWindowController* parent);
+// Shows the file as a table, and imports it into the project of the command's window, or a new one.
+// parent: of the window that shows it, may be null. others: whether more files follow, so that the
+// user may skip this one. ended is called later, unless the window is closed.
+void importTableFile(ProjectWindows& windows, const CommandWindow& command,
+                     const std::shared_ptr<NamedFile>& file, MainWindowController* parent,
+                     bool others, std::function<void(bool cancelled)> ended);
 
 // The same for a text, into the project of the window. name: what stands for a file.
 void importTableText(ProjectWindows& windows, MainWindowController& window, const QString& name,

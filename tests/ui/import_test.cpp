@@ -213,10 +213,11 @@ TEST_F(ImportTest, CancelAndEscapeGiveUpWhatIsNamed) {
     EXPECT_TRUE(isIdle());
     // Of several files cancelling one keeps the others out.
     importFiles(*windows, CommandWindow(window),
-                {lookAt(write("one.txt", "3")), lookAt(write("two.txt", "4"))});
+                {lookAt(write("one.txt", "3")), lookAt(write("two.txt", "4"))}, window);
     EXPECT_EQ(label("progressLabel"), "reading one.txt...");
     cancel.click();
     EXPECT_TRUE(isIdle());
+    EXPECT_EQ(messages(), QStringList{"The import was cancelled. Also not imported: two.txt."});
     importInto(window->document(), *windows, FileKind::matrix, {"plots.csv", matrix});
     importInto(window->document(), *windows, FileKind::list, {"two.txt", "4 5"});
     EXPECT_EQ(label("progressLabel"), "importing abundance list...");
@@ -317,7 +318,7 @@ TEST_F(ImportTest, FilesAreOpenedOnce) {
         const QString path = write("plots.csv", matrix + QByteArray(extra, '\n') + "West,5,6\n");
         const KnownFile known = lookAt(path);
         ASSERT_TRUE(QFile::remove(path));
-        importFiles(*windows, CommandWindow(window), {known});
+        importFiles(*windows, CommandWindow(window), {known}, window);
         ASSERT_TRUE(waitUntil([this] { return !messages().isEmpty() && isIdle(); }));
         EXPECT_TRUE(messages().last().startsWith("Imported 3 censuses")) << extra;
     }

@@ -74,13 +74,13 @@ TEST_F(TableDialogTest, ATableIsCorrectedByKeysAndImportedAsOneStep) {
     QTest::keyClick(menu, Qt::Key_Up);  // from the first to the last
     QTest::keyClick(menu, Qt::Key_Return);
     ASSERT_TRUE(waitFor("Import 2 Censuses"));
-    EXPECT_EQ(headerOf(2), "Column C, role left out");
+    EXPECT_EQ(headerOf(2), "Column C, role ignored");
     key(Qt::Key_Right);
     key(Qt::Key_Space);
     menu = dialog()->findChildren<QMenu*>("roleMenu").last();
     QTest::keyClick(menu, Qt::Key_Up);  // from the first to the last
     QTest::keyClick(menu, Qt::Key_Return);
-    ASSERT_TRUE(waitUntil([&] { return headerOf(3) == "Column D, role left out"; }));
+    ASSERT_TRUE(waitUntil([&] { return headerOf(3) == "Column D, role ignored"; }));
     ASSERT_TRUE(waitFor("Import 2 Censuses"));
 
     key(Qt::Key_Return, Qt::ControlModifier);
@@ -96,7 +96,7 @@ TEST_F(TableDialogTest, ATableIsCorrectedByKeysAndImportedAsOneStep) {
     // The next file of this header opens as this one was left.
     openTable("Plot;Abies;Larix;Height\nWest;5;;\n");
     ASSERT_TRUE(waitFor("Import 1 Census"));
-    EXPECT_EQ(headerOf(3), "Column D, role left out");
+    EXPECT_EQ(headerOf(3), "Column D, role ignored");
     key(Qt::Key_Escape);
     sendDeletions();
     EXPECT_EQ(dialog(), nullptr);
@@ -183,18 +183,101 @@ TEST_F(TableDialogTest, ProblemsFoundByTheImportBringTheWindowBack) {
     EXPECT_EQ(census(1100).taxonCount(), 1u);
 }
 
+// Answers are numbered; the focus goes to what is to be done next.
 TEST_F(TableDialogTest, WhatIsInDoubtIsAskedBeforeTheImport) {
-    openTable("Name,A,B,C\nX,1,2,3\nY,4,5,6\nZ,7,8,9\n");
+    openTable("Name,A,B,C\nX,1.234,2,3\nY,4,5,6\nZ,7,8,2a\n");
     ASSERT_TRUE(waitUntil([&] { return title() == "Import 3 Censuses"; }));
     EXPECT_FALSE(importButton().isEnabled());
-    const auto answers = dialog()->findChildren<QPushButton*>("tableDoubtAnswer");
-    ASSERT_EQ(answers.size(), 2);
-    EXPECT_EQ(answers[0]->accessibleDescription(),
+    const auto answers = [this] {
+        return dialog()->findChildren<QPushButton*>("tableDoubtAnswer");
+    };
+    ASSERT_EQ(answers().size(), 2);
+    EXPECT_EQ(answers()[1]->accessibleDescription(),
               "Zorvel is not sure whether B-D are censuses or species. Choose.");
-    answers[0]->click();
+    ASSERT_TRUE(waitUntil([&] { return dialog()->isActiveWindow(); }));
+    QTest::keyClick(dialog()->windowHandle(), Qt::Key_2, Qt::AltModifier);
+    ASSERT_TRUE(waitUntil([&] { return answers()[0]->text() == "&1: Yes, it is 1234"; }));
+    EXPECT_TRUE(answers()[0]->hasFocus());
+    key(Qt::Key_Space);
+    ASSERT_TRUE(waitUntil([&] { return answers().isEmpty(); }));
+    EXPECT_TRUE(part<QListWidget>("tableRemarks").hasFocus()) << "a problem is left";
+    QTest::keyClick(dialog()->windowHandle(), Qt::Key_0, Qt::AltModifier);
     ASSERT_TRUE(waitFor("Import 3 Censuses"));
-    EXPECT_EQ(headerOf(1), "Column B, role census");
-    EXPECT_EQ(part<QTableWidget>("tableCensuses").item(0, 0)->text(), "A");
+    EXPECT_EQ(headerOf(1), "Column B, role species");
+}
+
+TEST_F(TableDialogTest, EachLetterLeadsToOnePart) {
+    openTable("Name;A;B;C\nX;1;2;3,5\nY;4;5;6\n");
+    part<QPushButton>("tableMoreButton").click();
+    dialog()->offerSkip();
+    dialog()->resize(700, 500);
+    ASSERT_TRUE(waitUntil([this] { return part<QPushButton>("tableOptionsButton").isVisible(); }));
+    part<QPushButton>("tableOptionsButton").click();
+    QStringList letters;
+    const auto take = [&letters](const QString& text) {
+        const QString letter = QKeySequence::mnemonic(text).toString();
+        if (!letter.isEmpty()) letters.append(letter);
+    };
+    for (auto* label : dialog()->findChildren<QLabel*>()) {
+        if (label->isVisible() && label->buddy() != nullptr) take(label->text());
+    }
+    for (auto* button : dialog()->findChildren<QAbstractButton*>()) {
+        if (button->isVisible()) take(button->text());
+    }
+    EXPECT_GE(letters.size(), 24);
+    EXPECT_EQ(letters.removeDuplicates(), 0) << letters.join(' ').toStdString();
+}
+
+// Until a table is shown, the options are of no table.
+TEST_F(TableDialogTest, NothingIsCorrectedBeforeTheFirstPreview) {
+    holdJobs();
+    emit window->tableDropped("Plot\tAbies\tLarix\nNorth\t3\t1\nSouth\t0\t2\n");
+    EXPECT_FALSE(part<QWidget>("tableOptions").isEnabled());
+    releaseJobs();
+    ASSERT_TRUE(waitFor("Import 2 Censuses"));
+    EXPECT_TRUE(part<QWidget>("tableOptions").isEnabled());
+    dialog()->reject();
+    sendDeletions();
+
+    emit window->filesDropped({ZORVEL_SOURCE_DIR "/tests/data/workbooks/cells.ods"});
+    ASSERT_TRUE(waitUntil([this] { return dialog() != nullptr && isShown(); }));
+    holdJobs();
+    auto& layouts = part<QComboBox>("tableLayoutBox");
+    emit layouts.activated(1);
+    emit part<QComboBox>("tableSheetBox").activated(0);
+    EXPECT_FALSE(layouts.isEnabled());
+    releaseJobs();
+    ASSERT_TRUE(waitUntil([&] { return layouts.isEnabled(); }));
+    EXPECT_EQ(layouts.currentIndex(), 0) << "a sheet begins as it is guessed";
+}
+
+// Texts and tables are one series in the order in which they were dropped.
+TEST_F(TableDialogTest, OfSeveralFilesOneIsSkippedOrAllAreCancelled) {
+    const auto table = [this](const char* name) {
+        const QString text = "\ufeffPlot;Abies\n" + QString(name) + ";4\n";
+        return write(name,
+                     QByteArray(reinterpret_cast<const char*>(text.utf16()), 2 * text.size()));
+    };
+    const auto isAsking = [this](const QString& name) {
+        sendDeletions();
+        return waitUntil([&] {
+            return dialog() != nullptr && waitFor("Import 1 Census") &&
+                   part<QTableWidget>("tableCensuses").item(0, 0)->text() == name;
+        });
+    };
+    emit window->filesDropped({table("a"), write("b.txt", "7\n8\n9\n"), table("c"), table("d"),
+                               write("e.txt", "7\n8\n9\n"), table("f")});
+    ASSERT_TRUE(isAsking("a"));
+    EXPECT_EQ(context().censusCount(), 0u) << "b.txt waits";
+    part<QPushButton>("tableSkipButton").click();
+    ASSERT_TRUE(isAsking("c"));
+    EXPECT_EQ(context().censusCount(), 1u);
+    key(Qt::Key_Return, Qt::ControlModifier);
+    ASSERT_TRUE(isAsking("d"));
+    key(Qt::Key_Escape);
+    drainJobs();
+    EXPECT_EQ(context().censusCount(), 2u);
+    EXPECT_EQ(messages().last(), "The import was cancelled. Also not imported: e.txt, f.");
 }
 
 }  // namespace

@@ -17,6 +17,7 @@ namespace {
 constexpr int roleStripHeight = 3;
 constexpr int sectionMargin = 6;
 constexpr int chevronSize = 10;
+constexpr int chevronGap = 4;
 
 // A square of the role's colour, beside its name.
 QIcon swatch(const QColor& color) {
@@ -31,12 +32,17 @@ RoleHeader::RoleHeader(QWidget* parent) : QHeaderView(Qt::Horizontal, parent) {
     setSectionsClickable(true);
     setHighlightSections(true);
     setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    setMinimumSectionSize(90);
+    setMinimumSectionSize(60);
     setAccessibleName("Roles of the columns");
 }
 
 QSize RoleHeader::sizeHint() const {
     return {QHeaderView::sizeHint().width(), 2 * fontMetrics().height() + 14};
+}
+
+int RoleHeader::roleWidth(int section) const {
+    const QString caption = model()->headerData(section, orientation(), Qt::DisplayRole).toString();
+    return fontMetrics().horizontalAdvance(caption) + 2 * sectionMargin + chevronGap + chevronSize;
 }
 
 void RoleHeader::openRoles(int section) {
@@ -80,7 +86,7 @@ void RoleHeader::paintSection(QPainter* painter, const QRect& rect, int section)
     painter->drawLine(rect.topRight(), rect.bottomRight());
     const QRect inside = rect.adjusted(sectionMargin, 2, -sectionMargin, -roleStripHeight - 2);
     const QRect above(inside.left(), inside.top(), inside.width(), inside.height() / 2);
-    const QRect below(inside.left(), above.bottom() + 1, inside.width() - chevronSize - 4,
+    const QRect below(inside.left(), above.bottom() + 1, inside.width() - chevronSize - chevronGap,
                       inside.height() - above.height());
     painter->setPen(look.secondary);
     painter->drawText(above, Qt::AlignLeft | Qt::AlignVCenter, letters);

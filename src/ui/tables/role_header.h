@@ -17,6 +17,8 @@ class RoleHeader : public QHeaderView {
     // The roles that the column may have, below its header.
     void openRoles(int section);
 
+    // In which the role of the column is shown in full.
+    [[nodiscard]] int roleWidth(int section) const;
     [[nodiscard]] QSize sizeHint() const override;
 
   signals:

@@ -4,6 +4,7 @@
 
 #include <QString>
 #include <cstddef>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -29,6 +30,9 @@ struct TableCorrections {
     std::optional<SameRule> sameCensus;
     std::optional<UnnamedRule> unnamed;
 };
+
+// One change of them.
+using TableCorrection = std::function<void(TableCorrections& corrections)>;
 
 // The role of a column; of a role of which there is one column at most, the column that had it is
 // left out from now on.

@@ -5,37 +5,42 @@
 #pragma once
 
 #include <QDialog>
-#include <QList>
 #include <memory>
 #include <optional>
+#include <string>
 
 #include "platform/job_queue.h"
 #include "ui/tables/table_corrections.h"
 #include "ui/tables/table_input.h"
-#include "ui/tables/table_options.h"
 #include "ui/tables/table_preview.h"
 
+class QDialogButtonBox;
 class QHBoxLayout;
 class QLabel;
-class QListWidget;
 class QPushButton;
-class QTableView;
-class QTableWidget;
 class QVBoxLayout;
 
 namespace zorvel {
 
-class ElidedLabel;
-class RoleHeader;
-class SampleModel;
+class CensusList;
+class SampleView;
+class TableDoubts;
+class TableOptions;
+class TableRemarksList;
 class WrappedLabel;
 
 class TableDialog : public QDialog {
     Q_OBJECT
   public:
+    // The result of one that is skipped; see offerSkip().
+    static constexpr int skipped = 2;
+
     // name: of the file, or what stands for it.
     TableDialog(const QString& name, std::shared_ptr<const TableInput> input, JobQueue& jobs,
                 QWidget* parent);
+
+    // More tables follow, which Cancel leaves out: adds a button that leaves out only this one.
+    void offerSkip();
 
     // What is to be read, and how, once it is accepted.
     [[nodiscard]] const std::shared_ptr<const TableSource>& source() const {
@@ -48,33 +53,24 @@ class TableDialog : public QDialog {
   protected:
     void keyPressEvent(QKeyEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
-    bool eventFilter(QObject* watched, QEvent* event) override;
 
   private:
-    void addParts(const QString& name);
+    void addHeading(QVBoxLayout& column, const QString& name);
     void addSheets(QHBoxLayout& line);
     QWidget* makeSample();
-    QWidget* makeCensuses();
-    void addRemarks(QVBoxLayout& column);
     void addButtons(QVBoxLayout& column);
 
     void showSheet(int sheet);
+    void setCorrectable(bool correctable);
     void correct(const TableCorrection& correction);
     // Starts a preview, or waits for the one that runs.
     void update();
     void take(const std::shared_ptr<const TablePreview>& preview);
     void showPreview();
-    void showDoubts();
-    void showCensuses();
-    void showRemarks();
-    void showRemarkCommands();
     void showImportButton();
-    void fitColumns();
+    // What is to be done next gets the focus.
+    void moveFocus();
     void foldOptions();
-
-    // Of the problem that is current in the list; none of another line.
-    [[nodiscard]] const TableRemark* currentProblem() const;
-    void jumpToProblem();
     void goToNextRegion(bool forwards);
     [[nodiscard]] bool canImport() const;
     void import();
@@ -85,27 +81,21 @@ class TableDialog : public QDialog {
     TableCorrections corrections_;
     TableRows others_;
     std::shared_ptr<const TablePreview> preview_;
-    std::optional<std::string> header_;  // by which corrections are kept; of the bare guess
-    bool running_ = false;               // a job makes a preview
-    bool outdated_ = false;              // another one is needed after it
+    // By which corrections are kept: that of the bare guess. Not known before the first preview.
+    std::optional<std::string> header_;
+    bool running_ = false;   // a job makes a preview
+    bool outdated_ = false;  // another one is needed after it
 
-    ElidedLabel* name_ = nullptr;
+    QWidget* heading_ = nullptr;
     QPushButton* optionsButton_ = nullptr;
     TableOptions* options_ = nullptr;
-    QTableView* sample_ = nullptr;
-    SampleModel* model_ = nullptr;
-    RoleHeader* roles_ = nullptr;
+    TableDoubts* doubts_ = nullptr;
+    SampleView* sample_ = nullptr;
     QLabel* sampleLabel_ = nullptr;
-    QLabel* censusesLabel_ = nullptr;
-    QTableWidget* censuses_ = nullptr;
+    CensusList* censuses_ = nullptr;
     WrappedLabel* understood_ = nullptr;
-    QWidget* doubts_ = nullptr;
-    QWidget* remarksPart_ = nullptr;
-    QLabel* remarksLabel_ = nullptr;
-    QListWidget* remarks_ = nullptr;
-    QPushButton* leaveOutRow_ = nullptr;
-    QPushButton* leaveOutColumn_ = nullptr;
-    QPushButton* takeAsZero_ = nullptr;
+    TableRemarksList* remarks_ = nullptr;
+    QDialogButtonBox* buttons_ = nullptr;
     QPushButton* import_ = nullptr;
 };
 

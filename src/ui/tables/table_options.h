@@ -19,8 +19,6 @@ class QSpinBox;
 
 namespace zorvel {
 
-using TableCorrection = std::function<void(TableCorrections& corrections)>;
-
 class TableOptions : public QWidget {
     Q_OBJECT
   public:

@@ -1,8 +1,6 @@
 #include "ui/tables/table_texts.h"
 
-#include "tables/texts.h"
 #include "ui/kit/look.h"
-#include "ui/tables/table_preview.h"
 
 namespace zorvel {
 
@@ -54,7 +52,7 @@ QString roleCaption(TableLayout layout, ColumnRole role) {
         case ColumnRole::total:
             return "Total";
         case ColumnRole::ignored:
-            return "Left out";
+            return "Ignored";
     }
     return {};
 }
@@ -108,68 +106,6 @@ QString zeroCaption(CountFault fault) {
             return "Take All Such Texts as &0";
     }
     return {};
-}
-
-DoubtQuestion questionOf(TableDoubt doubt, const TableReading& reading) {
-    DoubtQuestion question;
-    const auto ask = [&](const QString& what) {
-        question.text = QString("Zorvel is not sure %1. Choose.").arg(what);
-    };
-    const auto add = [&](const QString& title, std::function<void(TableCorrections&)> correct) {
-        question.answers.push_back({title, std::move(correct)});
-    };
-    switch (doubt) {
-        case TableDoubt::separator:
-            ask("which character separates the cells");
-            for (const SeparatorName& each : separatorNames()) {
-                QString title = each.plural;
-                title[0] = title[0].toUpper();
-                add(title, [separator = each.separator](TableCorrections& corrections) {
-                    corrections.choices.separator = separator;
-                });
-            }
-            break;
-        case TableDoubt::layout: {
-            const QString columns = QString::fromStdString(countColumnsText(reading));
-            ask(QString("whether %1 are censuses or species").arg(columns));
-            const auto set = [](TableLayout layout) {
-                return [layout](TableCorrections& corrections) {
-                    corrections.choices.layout = layout;
-                };
-            };
-            add("Censuses", set(TableLayout::speciesRows));
-            add("Species", set(TableLayout::censusRows));
-            break;
-        }
-        case TableDoubt::dateOrder: {
-            ask("whether dates such as 3/4/2021 begin with the day or the month");
-            const auto set = [](DateOrder order) {
-                return [order](TableCorrections& corrections) { corrections.dateOrder = order; };
-            };
-            add("Day first", set(DateOrder::dayFirst));
-            add("Month first", set(DateOrder::monthFirst));
-            break;
-        }
-        case TableDoubt::thousandsMark: {
-            // The mark in question; the other one then is the decimal mark.
-            const char mark = reading.thousandsMark != 0   ? reading.thousandsMark
-                              : reading.decimalMark == ',' ? ','
-                                                           : '.';
-            const char other = mark == ',' ? '.' : ',';
-            const QString number = QString("1%1234").arg(QLatin1Char(mark));
-            ask(QString("whether %1 is a whole number").arg(number));
-            add("1234", [=](TableCorrections& corrections) {
-                corrections.thousandsMark = mark;
-                corrections.decimalMark = other;
-            });
-            add(QString("1 and a fraction"), [=](TableCorrections& corrections) {
-                corrections.thousandsMark = 0;
-                corrections.decimalMark = mark;
-            });
-            break;
-        }
-    }
-    return question;
 }
 
 }  // namespace zorvel

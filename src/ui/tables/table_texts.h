@@ -5,12 +5,9 @@
 #include <QColor>
 #include <QPalette>
 #include <QString>
-#include <functional>
 #include <vector>
 
-#include "tables/guess.h"
 #include "tables/reading.h"
-#include "ui/tables/table_corrections.h"
 
 namespace zorvel {
 
@@ -27,15 +24,5 @@ QColor roleTint(ColumnRole role, const QPalette& palette);
 
 // Of the command that takes all cells with the fault as 0, with its letter.
 QString zeroCaption(CountFault fault);
-
-struct DoubtAnswer {
-    QString title;
-    std::function<void(TableCorrections& corrections)> correct;
-};
-struct DoubtQuestion {
-    QString text;
-    std::vector<DoubtAnswer> answers;
-};
-DoubtQuestion questionOf(TableDoubt doubt, const TableReading& reading);
 
 }  // namespace zorvel

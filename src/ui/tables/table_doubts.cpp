@@ -1,0 +1,120 @@
+#include "ui/tables/table_doubts.h"
+
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QPushButton>
+#include <utility>
+#include <vector>
+
+#include "tables/texts.h"
+#include "ui/kit/look_style.h"
+
+namespace zorvel {
+
+namespace {
+
+struct Answer {
+    QString title;
+    TableCorrection correct;
+};
+struct Question {
+    QString text;
+    std::vector<Answer> answers;
+};
+
+Question questionOf(TableDoubt doubt, const TableReading& reading) {
+    Question question;
+    const auto ask = [&](const QString& what) {
+        question.text = QString("Zorvel is not sure %1. Choose.").arg(what);
+    };
+    const auto add = [&](const QString& title, std::function<void(TableCorrections&)> correct) {
+        question.answers.push_back({title, std::move(correct)});
+    };
+    switch (doubt) {
+        case TableDoubt::separator:
+            ask("which character separates the cells");
+            for (const SeparatorName& each : separatorNames()) {
+                QString title = each.plural;
+                title[0] = title[0].toUpper();
+                add(title, [separator = each.separator](TableCorrections& corrections) {
+                    corrections.choices.separator = separator;
+                });
+            }
+            break;
+        case TableDoubt::layout: {
+            const QString columns = QString::fromStdString(countColumnsText(reading));
+            ask(QString("whether %1 are censuses or species").arg(columns));
+            const auto set = [](TableLayout layout) {
+                return [layout](TableCorrections& corrections) {
+                    corrections.choices.layout = layout;
+                };
+            };
+            add("Censuses", set(TableLayout::speciesRows));
+            add("Species", set(TableLayout::censusRows));
+            break;
+        }
+        case TableDoubt::dateOrder: {
+            ask("whether dates such as 3/4/2021 begin with the day or the month");
+            const auto set = [](DateOrder order) {
+                return [order](TableCorrections& corrections) { corrections.dateOrder = order; };
+            };
+            add("Day first", set(DateOrder::dayFirst));
+            add("Month first", set(DateOrder::monthFirst));
+            break;
+        }
+        case TableDoubt::thousandsMark: {
+            // The mark in question; the other one then is the decimal mark.
+            const char mark = reading.thousandsMark != 0   ? reading.thousandsMark
+                              : reading.decimalMark == ',' ? ','
+                                                           : '.';
+            const char other = mark == ',' ? '.' : ',';
+            const QString number = QString("1%1234").arg(QLatin1Char(mark));
+            ask(QString("whether %1 is a whole number").arg(number));
+            add("Yes, it is 1234", [=](TableCorrections& corrections) {
+                corrections.thousandsMark = mark;
+                corrections.decimalMark = other;
+            });
+            add("No, it is 1 and a fraction", [=](TableCorrections& corrections) {
+                corrections.thousandsMark = 0;
+                corrections.decimalMark = mark;
+            });
+            break;
+        }
+    }
+    return question;
+}
+
+}  // namespace
+
+TableDoubts::TableDoubts(QWidget* parent) : QWidget(parent), line_(new QHBoxLayout(this)) {
+    line_->setContentsMargins(0, 0, 0, 0);
+}
+
+void TableDoubts::showPreview(const TablePreview& preview) {
+    qDeleteAll(findChildren<QWidget*>());
+    setVisible(!preview.doubts.empty());
+    if (preview.doubts.empty()) return;
+    const Question question = questionOf(preview.doubts.front(), preview.reading);
+    auto* label = new QLabel(question.text);
+    label->setForegroundRole(problemText);
+    label->setWordWrap(true);
+    line_->addWidget(label, 1);
+    int number = 0;
+    for (const Answer& answer : question.answers) {
+        auto* button = new QPushButton(QString("&%1: %2").arg(++number).arg(answer.title));
+        button->setObjectName("tableDoubtAnswer");
+        button->setAutoDefault(false);
+        button->setAccessibleDescription(question.text);
+        connect(button, &QPushButton::clicked, this, [this, button, correction = answer.correct] {
+            button->setFocus();  // also after its letter, which leaves it where it was
+            emit corrected(correction);
+        });
+        line_->addWidget(button);
+    }
+}
+
+void TableDoubts::takeFocus() {
+    findChild<QPushButton*>()->setFocus(Qt::OtherFocusReason);
+}
+
+}  // namespace zorvel
