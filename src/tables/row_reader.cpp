@@ -38,7 +38,7 @@ std::string TableHeader::text(std::size_t column) const {
     return text;
 }
 
-TableColumns::TableColumns(const TableReading& reading) {
+ColumnsByRole::ColumnsByRole(const TableReading& reading) {
     const auto columnOf = [&reading](ColumnRole role) -> std::optional<std::size_t> {
         const auto found = std::find(reading.columns.begin(), reading.columns.end(), role);
         if (found == reading.columns.end()) return std::nullopt;

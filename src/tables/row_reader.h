@@ -36,8 +36,8 @@ class TableHeader {
 };
 
 // The columns of a table by their roles; of some roles only the first.
-struct TableColumns {
-    explicit TableColumns(const TableReading& reading);
+struct ColumnsByRole {
+    explicit ColumnsByRole(const TableReading& reading);
 
     std::optional<std::size_t> census;
     std::optional<std::size_t> species;
@@ -57,7 +57,7 @@ class RowReader {
     RowReader(const RowReader&) = delete;
     RowReader& operator=(const RowReader&) = delete;
 
-    [[nodiscard]] const TableColumns& columns() const { return columns_; }
+    [[nodiscard]] const ColumnsByRole& columns() const { return columns_; }
     [[nodiscard]] CellRules& rules() { return rules_; }
 
     // Before the first row of data, once.
@@ -89,7 +89,7 @@ class RowReader {
 
     const TableReading& reading_;
     TableRecords& records_;
-    TableColumns columns_;
+    ColumnsByRole columns_;
     CellRules rules_;
     CensusGatherer gathered_;
     std::vector<CellsOfCensus> cells_;  // of each census, where counts have columns

@@ -13,17 +13,17 @@ namespace zorvel {
 
 namespace {
 
-struct Answer {
+struct DoubtAnswer {
     QString title;
     TableCorrection correct;
 };
-struct Question {
+struct DoubtQuestion {
     QString text;
-    std::vector<Answer> answers;
+    std::vector<DoubtAnswer> answers;
 };
 
-Question questionOf(TableDoubt doubt, const TableReading& reading) {
-    Question question;
+DoubtQuestion questionOf(TableDoubt doubt, const TableReading& reading) {
+    DoubtQuestion question;
     const auto ask = [&](const QString& what) {
         question.text = QString("Zorvel is not sure %1. Choose.").arg(what);
     };
@@ -94,13 +94,13 @@ void TableDoubts::showPreview(const TablePreview& preview) {
     qDeleteAll(findChildren<QWidget*>());
     setVisible(!preview.doubts.empty());
     if (preview.doubts.empty()) return;
-    const Question question = questionOf(preview.doubts.front(), preview.reading);
+    const DoubtQuestion question = questionOf(preview.doubts.front(), preview.reading);
     auto* label = new QLabel(question.text);
     label->setForegroundRole(problemText);
     label->setWordWrap(true);
     line_->addWidget(label, 1);
     int number = 0;
-    for (const Answer& answer : question.answers) {
+    for (const DoubtAnswer& answer : question.answers) {
         auto* button = new QPushButton(QString("&%1: %2").arg(++number).arg(answer.title));
         button->setObjectName("tableDoubtAnswer");
         button->setAutoDefault(false);
