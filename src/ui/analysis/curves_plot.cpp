@@ -154,11 +154,11 @@ int nearestCurve(const std::vector<PlotCurve>& curves, const PlotFrame& frame,
     double least = std::numeric_limits<double>::infinity();
     const double x = frame.xAt(place.x());
     for (std::size_t i = 0; i < curves.size(); ++i) {
-        std::optional<double> value = valueAt(curves[i].known, x);
-        if (!value) value = valueAt(curves[i].predicted, x);
-        if (!value) continue;
-        const double distance = std::fabs(frame.pointOf({x, *value}).y() - place.y());
-        if (distance < least) {
+        for (const QPolygonF* line : {&curves[i].known, &curves[i].predicted}) {
+            const std::optional<double> value = valueAt(*line, x);
+            if (!value) continue;
+            const double distance = std::fabs(frame.pointOf({x, *value}).y() - place.y());
+            if (distance >= least) continue;
             least = distance;
             nearest = static_cast<int>(i);
         }

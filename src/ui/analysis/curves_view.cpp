@@ -1,6 +1,5 @@
 #include "ui/analysis/curves_view.h"
 
-#include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 #include <algorithm>
@@ -25,11 +24,6 @@ std::vector<double> placesOf(const PlotCurve& curve) {
     return places;
 }
 
-std::optional<double> heightOf(const PlotCurve& curve, double x) {
-    const std::optional<double> known = valueAt(curve.known, x);
-    return known ? known : valueAt(curve.predicted, x);
-}
-
 double nearest(const std::vector<double>& places, double x) {
     const auto after = std::lower_bound(places.begin(), places.end(), x);
     if (after == places.begin()) return places.front();
@@ -39,17 +33,15 @@ double nearest(const std::vector<double>& places, double x) {
 
 }  // namespace
 
-CurvesView::CurvesView(QWidget* parent) : QWidget(parent) {
-    setFocusPolicy(Qt::StrongFocus);
-    setMouseTracking(true);
-    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
-}
+CurvesView::CurvesView(QWidget* parent) : PlotView(parent) {}
 
 void CurvesView::setPlot(CurvesPlot plot) {
     plot_ = std::move(plot);
     if (mark_) {
-        const bool stays = mark_->curve < static_cast<int>(plot_.curves.size()) &&
-                           heightOf(plot_.curves[static_cast<std::size_t>(mark_->curve)], mark_->x);
+        const auto curve = static_cast<std::size_t>(mark_->curve);
+        const bool stays =
+            curve < plot_.curves.size() && (valueAt(plot_.curves[curve].known, mark_->x) ||
+                                            valueAt(plot_.curves[curve].predicted, mark_->x));
         if (!stays) setMark(std::nullopt);
     }
     update();
@@ -70,7 +62,7 @@ void CurvesView::setMark(std::optional<Mark> mark) {
     emit markDidChange();
 }
 
-// A ring on the curve over a thin line down to the axis.
+// A ring on each of its lines over a thin one down to the axis.
 void CurvesView::paintEvent(QPaintEvent* /*event*/) {
     QPainter painter(this);
     CurvesPlot shown = plot_;
@@ -79,15 +71,17 @@ void CurvesView::paintEvent(QPaintEvent* /*event*/) {
     const std::optional<PlotFrame> frame = frameOf(plot_, size());
     if (!frame || !mark_) return;
     const PlotCurve& curve = plot_.curves[static_cast<std::size_t>(mark_->curve)];
-    const std::optional<double> height = heightOf(curve, mark_->x);
-    if (!height) return;
-    const QPointF place = frame->pointOf({mark_->x, *height});
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(QColor(0, 0, 0, 110), 1, Qt::DotLine));
-    painter.drawLine(QPointF(place.x(), frame->frame().bottom()), place);
-    painter.setPen(QPen(Qt::black, 1.5));
     painter.setBrush(Qt::white);
-    painter.drawEllipse(place, 4.5, 4.5);
+    for (const QPolygonF* line : {&curve.known, &curve.predicted}) {
+        const std::optional<double> height = valueAt(*line, mark_->x);
+        if (!height) continue;
+        const QPointF place = frame->pointOf({mark_->x, *height});
+        painter.setPen(QPen(QColor(0, 0, 0, 110), 1, Qt::DotLine));
+        painter.drawLine(QPointF(place.x(), frame->frame().bottom()), place);
+        painter.setPen(QPen(Qt::black, 1.5));
+        painter.drawEllipse(place, 4.5, 4.5);
+    }
 }
 
 bool CurvesView::isOnLine(const QPointF& place) const {
@@ -101,87 +95,59 @@ void CurvesView::mousePressEvent(QMouseEvent* event) {
     if (!dragging_) QWidget::mousePressEvent(event);
 }
 
-void CurvesView::mouseMoveEvent(QMouseEvent* event) {
+void CurvesView::mouseReleaseEvent(QMouseEvent* event) {
+    dragging_ = false;
+    QWidget::mouseReleaseEvent(event);
+}
+
+void CurvesView::markAt(const QPointF& place) {
     const std::optional<PlotFrame> frame = frameOf(plot_, size());
-    if (!frame) return;
-    const QPointF place = event->position();
     if (dragging_) {
-        setMark(std::nullopt);
+        clearMark();
         emit lineDidMove(frame->xAt(place.x()));
         return;
     }
     const bool onLine = isOnLine(place);
     setCursor(onLine ? Qt::SplitHCursor : Qt::ArrowCursor);
     const int curve = onLine ? -1 : nearestCurve(plot_.curves, *frame, place);
-    if (curve < 0) return setMark(std::nullopt);
+    if (curve < 0) return clearMark();
     setMark(Mark{curve, nearest(placesOf(plot_.curves[static_cast<std::size_t>(curve)]),
                                 frame->xAt(place.x()))});
 }
 
-void CurvesView::mouseReleaseEvent(QMouseEvent* event) {
-    dragging_ = false;
-    QWidget::mouseReleaseEvent(event);
-}
-
-void CurvesView::leaveEvent(QEvent* /*event*/) {
-    if (!dragging_) setMark(std::nullopt);
-}
-
-// Left and right along the curve, up and down from one to the next.
-void CurvesView::moveMark(int key) {
-    const int count = static_cast<int>(plot_.curves.size());
+// Up and down from one curve to the next, the other keys along the curve; with Shift, the line.
+bool CurvesView::markByKey(int key, Qt::KeyboardModifiers modifiers) {
+    const bool isAside = key == Qt::Key_Left || key == Qt::Key_Right;
+    if (modifiers == Qt::ShiftModifier && isAside && plot_.line) {
+        moveLine(key == Qt::Key_Left ? -1 : 1);
+        return true;
+    }
+    if (modifiers != Qt::NoModifier) return false;
     Mark next = mark_.value_or(Mark{});
+    const int count = static_cast<int>(plot_.curves.size());
     if (mark_ && (key == Qt::Key_Up || key == Qt::Key_Down)) {
         next.curve = (next.curve + (key == Qt::Key_Up ? count - 1 : 1)) % count;
+        key = 0;
     }
     const std::vector<double> places = placesOf(plot_.curves[static_cast<std::size_t>(next.curve)]);
-    if (places.empty()) return;
-    const auto at = mark_ ? std::lower_bound(places.begin(), places.end(), nearest(places, next.x))
-                          : places.begin();
-    next.x = *at;
-    if (key == Qt::Key_Home || (!mark_ && key != Qt::Key_End)) {
-        next.x = places.front();
-    } else if (key == Qt::Key_End) {
-        next.x = places.back();
-    } else if (key == Qt::Key_Left && at != places.begin()) {
-        next.x = *(at - 1);
-    } else if (key == Qt::Key_Right && at + 1 != places.end()) {
-        next.x = *(at + 1);
+    if (places.empty()) return false;
+    int place = -1;
+    if (mark_) {
+        const auto at = std::find(places.begin(), places.end(), nearest(places, next.x));
+        place = static_cast<int>(at - places.begin());
     }
+    const std::optional<int> moved =
+        key == 0 ? place : placeAfterKey(key, place, static_cast<int>(places.size()) - 1);
+    if (!moved) return false;
+    next.x = places[static_cast<std::size_t>(*moved)];
     setMark(next);
+    return true;
 }
 
 void CurvesView::moveLine(int steps) {
     const std::optional<PlotAxes> axes = axesOf(plot_.curves);
-    if (!axes || !plot_.line) return;
     const double step = (axes->x.to - axes->x.from) / stepsOfLine;
     emit lineDidMove(std::clamp(*plot_.line + steps * step, axes->x.from, axes->x.to));
-}
-
-void CurvesView::keyPressEvent(QKeyEvent* event) {
-    static constexpr int keys[] = {Qt::Key_Left, Qt::Key_Right, Qt::Key_Up,
-                                   Qt::Key_Down, Qt::Key_Home,  Qt::Key_End};
-    const Qt::KeyboardModifiers modifiers = event->modifiers() & ~Qt::KeypadModifier;
-    const bool known = std::find(std::begin(keys), std::end(keys), event->key()) != std::end(keys);
-    const bool aside = event->key() == Qt::Key_Left || event->key() == Qt::Key_Right;
-    if (isDrawable() && known && modifiers == Qt::NoModifier) {
-        moveMark(event->key());
-    } else if (isDrawable() && aside && plot_.line && modifiers == Qt::ShiftModifier) {
-        moveLine(event->key() == Qt::Key_Left ? -1 : 1);
-    } else if (event->key() == Qt::Key_Escape && mark_) {
-        setMark(std::nullopt);
-    } else {
-        QWidget::keyPressEvent(event);
-    }
-}
-
-void CurvesView::focusInEvent(QFocusEvent* event) {
-    const Qt::FocusReason reason = event->reason();
-    emit focusDidChange(reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason);
-}
-
-void CurvesView::focusOutEvent(QFocusEvent* /*event*/) {
-    emit focusDidChange(false);
 }
 
 }  // namespace zorvel

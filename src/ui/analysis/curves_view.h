@@ -1,15 +1,14 @@
-// Draws several curves on white ground, marks a point on one of them by pointing at it or with the
-// arrow keys, and holds an upright line that can be dragged. Main thread.
+// Draws several curves on white ground, with an upright line that can be dragged. Main thread.
 #pragma once
 
-#include <QWidget>
 #include <optional>
 
 #include "ui/analysis/curves_painting.h"
+#include "ui/analysis/plot_view.h"
 
 namespace zorvel {
 
-class CurvesView : public QWidget {
+class CurvesView : public PlotView {
     Q_OBJECT
   public:
     explicit CurvesView(QWidget* parent = nullptr);
@@ -17,7 +16,7 @@ class CurvesView : public QWidget {
     // The mark goes if its curve is gone.
     void setPlot(CurvesPlot plot);
     [[nodiscard]] const CurvesPlot& plot() const { return plot_; }
-    [[nodiscard]] bool isDrawable() const;
+    [[nodiscard]] bool isDrawable() const override;
     // Without mark and emphasis, over the view's size.
     void draw(QPainter& painter) const;
 
@@ -34,25 +33,20 @@ class CurvesView : public QWidget {
     [[nodiscard]] QSize minimumSizeHint() const override { return {280, 160}; }
 
   signals:
-    void markDidChange();
     // Where the user put the line; it stands there once the plot says so.
     void lineDidMove(double x);
-    // shown: the focus came by the keyboard.
-    void focusDidChange(bool shown);
 
   protected:
+    [[nodiscard]] bool hasMark() const override { return mark_.has_value(); }
+    void clearMark() override { setMark(std::nullopt); }
+    void markAt(const QPointF& place) override;
+    bool markByKey(int key, Qt::KeyboardModifiers modifiers) override;
     void paintEvent(QPaintEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;
-    void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
-    void leaveEvent(QEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
-    void focusInEvent(QFocusEvent* event) override;
-    void focusOutEvent(QFocusEvent* event) override;
 
   private:
     [[nodiscard]] bool isOnLine(const QPointF& place) const;
-    void moveMark(int key);
     void moveLine(int steps);
 
     CurvesPlot plot_;

@@ -1,9 +1,6 @@
 #include "ui/analysis/rarefaction_view.h"
 
-#include <QApplication>
 #include <QFontMetricsF>
-#include <QKeyEvent>
-#include <QMouseEvent>
 #include <QPainter>
 #include <algorithm>
 #include <cmath>
@@ -13,13 +10,11 @@
 #include "base/numbers.h"
 #include "platform/preferences.h"
 #include "ui/analysis/plot_files.h"
-#include "ui/kit/look.h"
 
 namespace zorvel {
 
 namespace {
 
-constexpr int pageOfPoints = 10;  // by the page keys
 constexpr double curveWidth = 3;
 constexpr double bandAlpha = 0.2;
 
@@ -64,11 +59,8 @@ std::optional<ConfidenceLevel> preferredLevel() {
 
 }  // namespace
 
-RarefactionView::RarefactionView(QWidget* parent) : QWidget(parent) {
+RarefactionView::RarefactionView(QWidget* parent) : PlotView(parent) {
     setObjectName("rarefactionView");
-    setFocusPolicy(Qt::StrongFocus);
-    setMouseTracking(true);
-    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
 }
 
 void RarefactionView::setRarefactionData(std::vector<Rarefaction> curve) {
@@ -135,60 +127,19 @@ void RarefactionView::markPoint(int place) {
     if (marked == marked_) return;
     marked_ = marked;
     update();
-    emit markedPointDidChange(marked_);
+    emit markDidChange();
 }
 
-void RarefactionView::mouseMoveEvent(QMouseEvent* event) {
-    if (isDrawable()) {
-        markPoint(nearestRecord(*rarefactionData_, geometry_, event->position().x()));
-    }
+void RarefactionView::markAt(const QPointF& place) {
+    markPoint(nearestRecord(*rarefactionData_, geometry_, place.x()));
 }
 
-void RarefactionView::leaveEvent(QEvent* /*event*/) {
-    markPoint(-1);
-}
-
-int RarefactionView::placeAfterKey(int key) const {
+bool RarefactionView::markByKey(int key, Qt::KeyboardModifiers modifiers) {
     const int last = static_cast<int>(rarefactionData_->size()) - 1;
-    switch (key) {
-        case Qt::Key_Right:
-        case Qt::Key_Up:
-            return marked_ + 1;
-        case Qt::Key_Left:
-        case Qt::Key_Down:
-            return marked_ < 0 ? last : std::max(marked_ - 1, 0);
-        case Qt::Key_PageUp:
-            return std::max(marked_, 0) + pageOfPoints;
-        case Qt::Key_PageDown:
-            return std::max((marked_ < 0 ? last : marked_) - pageOfPoints, 0);
-        case Qt::Key_Home:
-            return 0;
-        default:
-            return last;
-    }
-}
-
-void RarefactionView::keyPressEvent(QKeyEvent* event) {
-    static constexpr int keys[] = {Qt::Key_Right,  Qt::Key_Up,   Qt::Key_Left, Qt::Key_Down,
-                                   Qt::Key_PageUp, Qt::Key_Home, Qt::Key_End,  Qt::Key_PageDown};
-    const bool plain = (event->modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
-    if (!plain || !isDrawable()) return QWidget::keyPressEvent(event);
-    if (std::find(std::begin(keys), std::end(keys), event->key()) != std::end(keys)) {
-        markPoint(placeAfterKey(event->key()));
-    } else if (event->key() == Qt::Key_Escape && marked_ >= 0) {
-        markPoint(-1);
-    } else {
-        QWidget::keyPressEvent(event);
-    }
-}
-
-void RarefactionView::focusInEvent(QFocusEvent* event) {
-    const Qt::FocusReason reason = event->reason();
-    emit focusDidChange(reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason);
-}
-
-void RarefactionView::focusOutEvent(QFocusEvent* /*event*/) {
-    emit focusDidChange(false);
+    const std::optional<int> place = placeAfterKey(key, marked_, last);
+    if (!place || modifiers != Qt::NoModifier) return false;
+    markPoint(*place);
+    return true;
 }
 
 QSize RarefactionView::sizeHint() const {
@@ -197,32 +148,6 @@ QSize RarefactionView::sizeHint() const {
 
 QSize RarefactionView::minimumSizeHint() const {
     return {200, 150};
-}
-
-PlotPaper::PlotPaper(QWidget* parent) : QFrame(parent) {
-    setPalette(lookPalette(ColorScheme::light));
-}
-
-void PlotPaper::setFocused(bool focused) {
-    focused_ = focused;
-    update();
-}
-
-void PlotPaper::paintEvent(QPaintEvent* /*event*/) {
-    const LookColors& around = lookColors(QApplication::palette());
-    QPainter painter(this);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(QPen(focused_ ? around.accent : around.border, focused_ ? 2 : 1));
-    painter.setBrush(Qt::white);
-    painter.drawRoundedRect(QRectF(rect()).adjusted(1, 1, -1, -1), 8, 8);
-}
-
-void UpwardLabel::paintEvent(QPaintEvent* /*event*/) {
-    QPainter painter(this);
-    painter.setPen(palette().color(QPalette::WindowText));
-    painter.translate(0, height());
-    painter.rotate(-90);
-    painter.drawText(QRect(0, 0, height(), width()), Qt::AlignCenter, text());
 }
 
 }  // namespace zorvel

@@ -1,20 +1,18 @@
 // Draws one rarefaction curve over its confidence band, in the colour and at the level that the
-// preferences name at each draw. A record can be marked, by pointing at it or with the arrow keys;
-// the mark is on the screen alone. The plot stands on a sheet of white paper. Main thread.
+// preferences name at each draw. The mark of a record is on the screen alone. The plot stands on a
+// sheet of white paper. Main thread.
 #pragma once
 
-#include <QFrame>
-#include <QLabel>
-#include <QWidget>
 #include <optional>
 #include <vector>
 
 #include "metrics/rarefaction.h"
+#include "ui/analysis/plot_view.h"
 #include "ui/analysis/rarefaction_plot.h"
 
 namespace zorvel {
 
-class RarefactionView : public QWidget {
+class RarefactionView : public PlotView {
     Q_OBJECT
   public:
     explicit RarefactionView(QWidget* parent = nullptr);
@@ -26,7 +24,7 @@ class RarefactionView : public QWidget {
     }
 
     // Whether there are records enough for a curve.
-    [[nodiscard]] bool isDrawable() const;
+    [[nodiscard]] bool isDrawable() const override;
     // Onto any device, over the rectangle of the view's size from the painter's (0, 0). Nothing at
     // all for fewer than three records. A stored confidence level that is neither 0.95 nor 0.99 is
     // told on the console, twice a draw: the richness axis then runs to 1, without a band.
@@ -41,57 +39,19 @@ class RarefactionView : public QWidget {
     [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
 
-  signals:
-    void markedPointDidChange(int place);
-    // shown: the focus came by the keyboard, so a frame shows where it is.
-    void focusDidChange(bool shown);
-
   protected:
     void paintEvent(QPaintEvent* event) override;
-    void mouseMoveEvent(QMouseEvent* event) override;
-    void leaveEvent(QEvent* event) override;
-    void keyPressEvent(QKeyEvent* event) override;
-    void focusInEvent(QFocusEvent* event) override;
-    void focusOutEvent(QFocusEvent* event) override;
+    [[nodiscard]] bool hasMark() const override { return marked_ >= 0; }
+    void clearMark() override { markPoint(-1); }
+    void markAt(const QPointF& place) override;
+    bool markByKey(int key, Qt::KeyboardModifiers modifiers) override;
 
   private:
     void drawMark(QPainter& painter) const;
-    [[nodiscard]] int placeAfterKey(int key) const;
 
     std::optional<std::vector<Rarefaction>> rarefactionData_;
     PlotGeometry geometry_;
     int marked_ = -1;
-};
-
-// The white sheet under a plot and the titles of its axes, white in both schemes.
-class PlotPaper : public QFrame {
-    Q_OBJECT
-  public:
-    explicit PlotPaper(QWidget* parent = nullptr);
-
-    // Framed as what has the keyboard's focus.
-    void setFocused(bool focused);
-
-  protected:
-    void paintEvent(QPaintEvent* event) override;
-
-  private:
-    bool focused_ = false;
-};
-
-// A line of text that reads upwards.
-class UpwardLabel : public QLabel {
-    Q_OBJECT
-  public:
-    using QLabel::QLabel;
-
-    [[nodiscard]] QSize sizeHint() const override { return QLabel::sizeHint().transposed(); }
-    [[nodiscard]] QSize minimumSizeHint() const override {
-        return QLabel::minimumSizeHint().transposed();
-    }
-
-  protected:
-    void paintEvent(QPaintEvent* event) override;
 };
 
 }  // namespace zorvel

@@ -9,6 +9,7 @@
 #include "interchange/writers.h"
 #include "platform/file_names.h"
 #include "platform/preferences.h"
+#include "ui/analysis/plot_paper.h"
 #include "ui/analysis/rarefaction_view.h"
 #include "ui/kit/look.h"
 #include "ui/kit/shown_text.h"
@@ -57,7 +58,7 @@ RarefactionViewController::RarefactionViewController(RarefactionKind kind, JobQu
     });
     connect(export_, &PlotExport::saved, this, &Self::showSaved);
     connect(export_, &PlotExport::imageChosen, this, &Self::showTexts);
-    connect(ui_->rarefactionView, &RarefactionView::markedPointDidChange, this, &Self::showReadout);
+    connect(ui_->rarefactionView, &RarefactionView::markDidChange, this, &Self::showReadout);
     connect(ui_->rarefactionView, &RarefactionView::focusDidChange, ui_->plotPaper,
             &PlotPaper::setFocused);
     showTexts();

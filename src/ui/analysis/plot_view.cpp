@@ -1,0 +1,91 @@
+#include "ui/analysis/plot_view.h"
+
+#include <QAccessibleWidget>
+#include <QKeyEvent>
+#include <QMetaMethod>
+#include <QMouseEvent>
+#include <algorithm>
+
+namespace zorvel {
+
+namespace {
+
+constexpr int pageOfPlaces = 10;  // by the page keys
+
+// So that a screen reader takes it for a chart.
+QAccessibleInterface* asChart(const QString& /*className*/, QObject* object) {
+    auto* view = qobject_cast<PlotView*>(object);
+    return view != nullptr ? new QAccessibleWidget(view, QAccessible::Chart) : nullptr;
+}
+
+}  // namespace
+
+PlotView::PlotView(QWidget* parent) : QWidget(parent) {
+    QAccessible::installFactory(asChart);  // again does nothing
+    setFocusPolicy(Qt::StrongFocus);
+    setMouseTracking(true);
+    setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);
+}
+
+std::optional<int> PlotView::placeAfterKey(int key, int place, int last) {
+    const auto within = [last](int next) { return std::clamp(next, 0, last); };
+    const int from = place < 0 ? last : place;  // backwards
+    switch (key) {
+        case Qt::Key_Right:
+        case Qt::Key_Up:
+            return within(place + 1);
+        case Qt::Key_Left:
+        case Qt::Key_Down:
+            return place < 0 ? last : within(place - 1);
+        case Qt::Key_PageUp:
+            return within(std::max(place, 0) + pageOfPlaces);
+        case Qt::Key_PageDown:
+            return within(from - pageOfPlaces);
+        case Qt::Key_Home:
+            return 0;
+        case Qt::Key_End:
+            return last;
+        default:
+            return std::nullopt;
+    }
+}
+
+// F1 explains the plot before it opens the help.
+bool PlotView::event(QEvent* event) {
+    const bool asks = event->type() == QEvent::ShortcutOverride &&
+                      static_cast<QKeyEvent*>(event)->key() == Qt::Key_F1 &&
+                      isSignalConnected(QMetaMethod::fromSignal(&PlotView::explanationRequested));
+    if (asks) event->accept();
+    return asks || QWidget::event(event);
+}
+
+void PlotView::mouseMoveEvent(QMouseEvent* event) {
+    if (isDrawable()) markAt(event->position());
+}
+
+void PlotView::leaveEvent(QEvent* /*event*/) {
+    clearMark();
+}
+
+void PlotView::keyPressEvent(QKeyEvent* event) {
+    const Qt::KeyboardModifiers modifiers = event->modifiers() & ~Qt::KeypadModifier;
+    if (isDrawable() && markByKey(event->key(), modifiers)) return;
+    if (event->key() == Qt::Key_F1) {
+        emit explanationRequested();
+    } else if (event->key() == Qt::Key_Escape && hasMark()) {
+        clearMark();
+    } else {
+        QWidget::keyPressEvent(event);
+    }
+}
+
+void PlotView::focusInEvent(QFocusEvent* event) {
+    const Qt::FocusReason reason = event->reason();
+    emit focusDidChange(reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason);
+}
+
+void PlotView::focusOutEvent(QFocusEvent* /*event*/) {
+    emit focusDidChange(false);
+}
+
+}  // namespace zorvel

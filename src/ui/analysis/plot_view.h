@@ -1,0 +1,44 @@
+// What the views of plots share: a point can be marked by pointing at it or with the arrow keys,
+// and Escape takes the mark away; F1 asks for an explanation. Main thread.
+#pragma once
+
+#include <QWidget>
+#include <optional>
+
+namespace zorvel {
+
+class PlotView : public QWidget {
+    Q_OBJECT
+  public:
+    explicit PlotView(QWidget* parent = nullptr);
+
+    // Whether there is anything to mark.
+    [[nodiscard]] virtual bool isDrawable() const = 0;
+
+  signals:
+    void markDidChange();
+    // shown: the focus came by the keyboard, so a frame shows where it is.
+    void focusDidChange(bool shown);
+    void explanationRequested();
+
+  protected:
+    [[nodiscard]] virtual bool hasMark() const = 0;
+    virtual void clearMark() = 0;
+    // The next two only while there is something to mark.
+    virtual void markAt(const QPointF& place) = 0;
+    // False for a key that is not the view's.
+    virtual bool markByKey(int key, Qt::KeyboardModifiers modifiers) = 0;
+
+    // The place from 0 to last to which an arrow, page, Home or End key leads from another, -1 for
+    // none; absent for other keys.
+    static std::optional<int> placeAfterKey(int key, int place, int last);
+
+    bool event(QEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void leaveEvent(QEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+};
+
+}  // namespace zorvel
