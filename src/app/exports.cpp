@@ -8,6 +8,8 @@
 #include "app/project_windows.h"
 #include "base/console.h"
 #include "interchange/writers.h"
+#include "model/diversity_table.h"
+#include "model/diversity_texts.h"
 #include "model/long_table.h"
 #include "model/project_metrics.h"
 #include "platform/document.h"
@@ -65,6 +67,20 @@ void Exports::exportLongTable(MainWindowController* window) {
                   [copy](const ByteSink& sink) { writeLongTable(copy->censuses(), sink); },
                   project.censusCount(),
                   {}};
+          });
+}
+
+void Exports::exportDiversityTable(MainWindowController* window) {
+    start(window, "Export Diversity Table", "diversity table", "diversity table",
+          [](const ObjectContext& project,
+             const std::stop_token& stop) -> std::optional<ExportedFile> {
+              const std::vector<Census> censuses = project.censuses();
+              std::optional<CommonCoverageTable> table = commonCoverageTable(censuses, stop);
+              if (!table) return std::nullopt;
+              const QString note = QString("%1: the table has no values.").arg(noCommonCoverage);
+              return ExportedFile{
+                  [text = std::move(table->text)](const ByteSink& sink) { sink(text); },
+                  censuses.size(), table->hasCoverage ? QString() : note};
           });
 }
 

@@ -39,6 +39,8 @@ class Exports : public QObject {
     void exportMetrics(MainWindowController* window);
     // All that the project holds, see writeLongTable().
     void exportLongTable(MainWindowController* window);
+    // Of every census at the coverage that all reach, see commonCoverageTable().
+    void exportDiversityTable(MainWindowController* window);
 
     // Asks if an export is still being prepared, and cancels it if the user agrees. False if the
     // user does not want to quit.

@@ -99,6 +99,8 @@ void addExportMenu(const CommandMenu& file, MainWindowController& window, Projec
              [&] { windows.exports().exportMetrics(&window); });
     menu.add("exportLongTableMenuItemTapped", "&Long Table...", {},
              [&] { windows.exports().exportLongTable(&window); });
+    menu.add("exportDiversityTableMenuItemTapped", "&Diversity Table...", {},
+             [&] { windows.exports().exportDiversityTable(&window); });
 }
 
 void addFileMenu(MainWindowController& window, ProjectWindows& windows) {

@@ -6,9 +6,16 @@ namespace {
 
 constexpr std::size_t longTablePiece = std::size_t{1} << 18;  // what is handed on at once
 
-void appendCell(std::string& text, std::string_view cell) {
+std::string degreesText(double degrees) {
+    return degrees == 0 ? std::string() : shortestText(degrees);
+}
+
+}  // namespace
+
+void appendTableCell(std::string& text, std::string_view cell, char separator) {
+    const std::string_view special = separator == ',' ? ",;\"\n\r\t" : "\"\n\r\t";
     const bool blankEnds = cell.starts_with(' ') || cell.ends_with(' ');
-    if (!blankEnds && cell.find_first_of(",;\"\n\r\t") == std::string_view::npos) {
+    if (!blankEnds && cell.find_first_of(special) == std::string_view::npos) {
         text += cell;
         return;
     }
@@ -17,24 +24,18 @@ void appendCell(std::string& text, std::string_view cell) {
     text += '"';
 }
 
-std::string degreesText(double degrees) {
-    return degrees == 0 ? std::string() : shortestText(degrees);
-}
-
-}  // namespace
-
 bool LongTableWriter::begin(const LongTableCensus& census, std::size_t taxa) {
     if (text_.size() >= longTablePiece) {
         if (!sink_(text_)) return false;
         text_.clear();
     }
     census_.clear();
-    appendCell(census_, census.name);
+    appendTableCell(census_, census.name);
     census_ += ',';
     if (census.timeStamp) census_ += isoLocalText(*census.timeStamp);
     census_ += ',' + degreesText(census.latitude) + ',' + degreesText(census.longitude) + ',';
     const bool isNew = known_.insert(census_).second;
-    appendCell(census_, census.notes);
+    appendTableCell(census_, census.notes);
     if (taxa == 0 || !isNew) text_ += census_ + ",,,\n";
     return true;
 }
@@ -42,7 +43,7 @@ bool LongTableWriter::begin(const LongTableCensus& census, std::size_t taxa) {
 void LongTableWriter::add(std::string_view species, std::int64_t count, bool included) {
     text_ += census_;
     text_ += ',';
-    appendCell(text_, species);
+    appendTableCell(text_, species);
     text_ += ',' + integerText(count) + (included ? ",yes\n" : ",no\n");
 }
 

@@ -1,5 +1,5 @@
-// The text exports. Only the long table quotes cells; lines end with a line feed; numbers are the
-// same under every locale. The writers never fail.
+// The text exports. The matrix and the tables of metrics and rarefaction quote no cell; lines end
+// with a line feed; numbers are the same under every locale. The writers never fail.
 #pragma once
 
 #include <array>
@@ -21,6 +21,9 @@
 #include "metrics/sparse_counts.h"
 
 namespace zorvel {
+
+// In quotes where the cell would otherwise come apart. separator: a comma or a tab.
+void appendTableCell(std::string& text, std::string_view cell, char separator = ',');
 
 // One row per census, one column per taxon name, in pieces that never grow beyond a row. False once
 // the sink takes no more.

@@ -7,6 +7,8 @@ namespace zorvel {
 
 // A sentence.
 const char* diversityAbsenceText(DiversityAbsence absence, SampleKind kind);
+inline constexpr const char* noCommonCoverage =
+    "No census has the two specimens that coverage needs";
 // "rarefied", "observed" or "extrapolated".
 const char* sampleMethodName(SampleMethod method);
 

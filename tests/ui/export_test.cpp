@@ -33,6 +33,11 @@ const ExportKind longTableExport = {"exportLongTableMenuItemTapped",
                                     "Untitled long table",
                                     {"long-table"}};
 
+const ExportKind diversityExport = {"exportDiversityTableMenuItemTapped",
+                                    "preparing diversity table export...",
+                                    "Untitled diversity table",
+                                    {"diversity", "--at-coverage", "common"}};
+
 class ExportTest : public WindowTest {
   protected:
     void SetUp() override {
@@ -67,7 +72,7 @@ class ExportTest : public WindowTest {
 
 TEST_F(ExportTest, FilesEqualThoseOfTheTool) {
     open(exampleFile);
-    for (const ExportKind& kind : {matrixExport, metricsExport, longTableExport}) {
+    for (const ExportKind& kind : {matrixExport, metricsExport, longTableExport, diversityExport}) {
         drainJobs();
         trigger(kind.command);
         EXPECT_EQ(label("progressLabel"), kind.progress.toStdString());
@@ -82,7 +87,7 @@ TEST_F(ExportTest, FilesEqualThoseOfTheTool) {
         said(),
         "Exported 70 censuses to out.csv. | Exported 70 censuses to out.csv. The SQS of one "
         "census, for which there is no estimate, is written as 0.0. | Exported 70 censuses to "
-        "out.csv.");
+        "out.csv. | Exported 70 censuses to out.csv.");
 }
 
 TEST_F(ExportTest, SmallProjects) {
@@ -111,6 +116,14 @@ TEST_F(ExportTest, SmallProjects) {
          "Simpson's D, Buzas-Gibson E\nbare, 0, 0, -, 0.0, 0.0, 0.0, 0.0, 0.0, -\n",
          "Exported one census to out.csv. The SQS of one census, for which there is no estimate, "
          "is written as 0.0."},
+        {diversityExport,
+         {{"bare, it is", {{"Abies", 1}}}},
+         "census,coverage,sampleSize,method,q0,q0lower95limit,q0upper95limit,q0lower99limit,"
+         "q0upper99limit,q1,q1lower95limit,q1upper95limit,q1lower99limit,q1upper99limit,q2,"
+         "q2lower95limit,q2upper95limit,q2lower99limit,q2upper99limit\n"
+         "\"bare, it is\",-,-,-,-,-,-,-,-,-,-,-,-,-,-,-,-,-,-\n",
+         "Exported one census to out.csv. No census has the two specimens that coverage needs: the "
+         "table has no values."},
     };
     for (const auto& c : cases) {
         window = &windows->openUntitled();

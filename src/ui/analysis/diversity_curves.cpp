@@ -1,19 +1,14 @@
 #include "ui/analysis/diversity_curves.h"
 
-#include <QStringList>
-#include <algorithm>
-#include <cmath>
 #include <iterator>
-#include <limits>
+#include <string>
+#include <utility>
 
-#include "base/numbers.h"
 #include "model/diversity_texts.h"
 
 namespace zorvel {
 
 namespace {
-
-constexpr double unlimited = std::numeric_limits<double>::infinity();
 
 // x of a point.
 double placeOf(const DiversityPoint& point, DiversityAcross across) {
@@ -34,7 +29,7 @@ std::vector<double> coveragesOf(const std::vector<DiversityPoint>& points) {
 void addLimits(PlotCurve& curve, double x, double estimate, const std::optional<double>& error,
                ConfidenceLevel level) {
     if (!error) return;
-    const ConfidenceLimits limits = normalLimits(estimate, *error, 0, unlimited);
+    const ConfidenceLimits limits = diversityLimits(estimate, *error);
     const bool is95 = level == ConfidenceLevel::percent95;
     curve.lower.append(QPointF(x, is95 ? limits.lower95 : limits.lower99));
     curve.upper.append(QPointF(x, is95 ? limits.upper95 : limits.upper99));
@@ -137,17 +132,6 @@ std::vector<PlotCurve> plotCurves(const std::vector<DiversityCurve>& curves, std
     return plots;
 }
 
-std::optional<CommonCoverage> commonCoverage(const std::vector<DiversityCurve>& curves) {
-    std::optional<CommonCoverage> common;
-    for (std::size_t i = 0; i < curves.size(); ++i) {
-        const std::optional<double> reached = curves[i].estimator.coverageAtTwice();
-        if (reached && (!common || *reached < common->coverage)) {
-            common = CommonCoverage{*reached, i};
-        }
-    }
-    return common;
-}
-
 std::vector<CoverageRow> coverageRows(const std::vector<DiversityCurve>& curves, double coverage) {
     std::vector<CoverageRow> rows;
     for (const DiversityCurve& curve : curves) {
@@ -180,45 +164,21 @@ std::optional<StandardErrors::Orders> errorsAt(const DiversityCurve& curve, doub
     return errors ? std::optional(errors->atCoverages.front()) : std::nullopt;
 }
 
-QString coverageTable(const std::vector<CoverageRow>& rows, double coverage, QChar separator) {
-    const auto cell = [separator](QString text) {
-        const bool quotes = text.contains(separator) || text.contains('"') || text.contains('\n') ||
-                            text.contains('\r');
-        return quotes ? '"' + text.replace('"', "\"\"") + '"' : text;
+QString coverageTable(const std::vector<CoverageRow>& rows, char separator) {
+    const auto line = [separator](TableCells own, const TableCells& there, std::string remark) {
+        own.insert(own.end(), there.begin(), there.end());
+        own.push_back(std::move(remark));
+        return tableLine(own, separator);
     };
-    const auto number = [](const std::optional<double>& value, int digits) {
-        return value && std::isfinite(*value) ? QString::fromStdString(fixedText(*value, digits))
-                                              : QString("-");
-    };
-    QStringList head{"census", "size", "coverage", "atCoverage", "sampleSize", "method"};
-    for (const char* q : {"q0", "q1", "q2"}) {
-        head.append(q);
-        for (const char* limit : {"lower95limit", "upper95limit", "lower99limit", "upper99limit"}) {
-            head.append(QString(q) + limit);
-        }
-    }
-    head.append("remark");
-    QString text = head.join(separator) + '\n';
+    TableCells titles = diversityTitles();
+    titles.front() = "atCoverage";
+    std::string text = line({"census", "size", "coverage"}, titles, "remark");
     for (const CoverageRow& row : rows) {
-        QStringList cells{cell(row.name), number(row.size, 0), number(row.coverage, 4),
-                          number(coverage, 4)};
-        cells.append(number(row.at ? std::optional(row.at->size) : std::nullopt, 1));
-        cells.append(row.at ? sampleMethodName(row.at->method) : "-");
-        for (std::size_t q = 0; q < kHillOrders; ++q) {
-            const auto value = row.at ? std::optional(row.at->diversity[q]) : std::nullopt;
-            const auto error = row.errors && value ? (*row.errors)[q] : std::nullopt;
-            cells.append(number(value, 3));
-            std::optional<ConfidenceLimits> limits;
-            if (error) limits = normalLimits(*value, *error, 0, unlimited);
-            for (const auto which : {&ConfidenceLimits::lower95, &ConfidenceLimits::upper95,
-                                     &ConfidenceLimits::lower99, &ConfidenceLimits::upper99}) {
-                cells.append(number(limits ? std::optional((*limits).*which) : std::nullopt, 3));
-            }
-        }
-        cells.append(cell(row.remark));
-        text += cells.join(separator) + '\n';
+        text += line({row.name.toStdString(), sizeCell(row.size), coverageCell(row.coverage)},
+                     diversityCells(row.at, row.errors.value_or(StandardErrors::Orders())),
+                     row.remark.toStdString());
     }
-    return text;
+    return QString::fromStdString(text);
 }
 
 }  // namespace zorvel

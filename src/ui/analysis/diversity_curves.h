@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "metrics/diversity_limits.h"
+#include "model/diversity_table.h"
 #include "ui/analysis/curves_plot.h"
 #include "ui/analysis/rarefaction_plot.h"
 
@@ -42,13 +43,6 @@ std::vector<PlotCurve> plotCurves(const std::vector<DiversityCurve>& curves, std
                                   DiversityAcross across, std::optional<ConfidenceLevel> level);
 QColor curveColor(std::size_t place);
 
-// The largest coverage that all curves reach at twice their size, and the curve that limits it.
-struct CommonCoverage {
-    double coverage = 0;
-    std::size_t limitedBy = 0;
-};
-std::optional<CommonCoverage> commonCoverage(const std::vector<DiversityCurve>& curves);
-
 // A row of the table.
 struct CoverageRow {
     QString name;
@@ -63,8 +57,8 @@ std::vector<CoverageRow> coverageRows(const std::vector<DiversityCurve>& curves,
 std::optional<StandardErrors::Orders> errorsAt(const DiversityCurve& curve, double coverage,
                                                const std::stop_token& stop);
 
-// As text: census, its size (specimens or censuses) and coverage, the coverage compared at, the
-// size needed, the method, each order with its limits, and the remark.
-QString coverageTable(const std::vector<CoverageRow>& rows, double coverage, QChar separator);
+// As text: census, its size (specimens or censuses) and coverage, what diversityTitles() name, and
+// the remark.
+QString coverageTable(const std::vector<CoverageRow>& rows, char separator);
 
 }  // namespace zorvel

@@ -4,7 +4,6 @@
 #include <QLocale>
 #include <QPalette>
 #include <cmath>
-#include <limits>
 
 #include "base/numbers.h"
 #include "ui/kit/look.h"
@@ -84,8 +83,7 @@ QString CoverageTableModel::textOf(const CoverageRow& row, int column) const {
     const double value = row.at->diversity[order];
     QString text = fixed(value, 2);
     if (!level_ || !row.errors || !(*row.errors)[order]) return text;
-    const ConfidenceLimits limits =
-        normalLimits(value, *(*row.errors)[order], 0, std::numeric_limits<double>::infinity());
+    const ConfidenceLimits limits = diversityLimits(value, *(*row.errors)[order]);
     const bool is95 = *level_ == ConfidenceLevel::percent95;
     return QString("%1 (%2 – %3)")
         .arg(text, fixed(is95 ? limits.lower95 : limits.lower99, 2),
@@ -191,26 +189,20 @@ QVariant CurvePointsModel::headerData(int section, Qt::Orientation orientation, 
     return titles[section];
 }
 
-QString CurvePointsModel::text(QChar separator) const {
-    QString text;
+QString CurvePointsModel::text(char separator) const {
+    std::string text;
     const auto add = [&](const auto& cell) {
+        TableCells cells;
         for (int column = 0; column < columnCount(); ++column) {
-            QString content = cell(column);
-            if (content.contains(separator) || content.contains('"')) {
-                content = '"' + content.replace('"', "\"\"") + '"';
-            }
-            if (column > 0) text += separator;
-            text += content;
+            cells.push_back(cell(column).toString().toStdString());
         }
-        text += '\n';
+        text += tableLine(cells, separator);
     };
-    add([this](int column) {
-        return headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
-    });
+    add([this](int column) { return headerData(column, Qt::Horizontal, Qt::DisplayRole); });
     for (int row = 0; row < rowCount(); ++row) {
-        add([&](int column) { return data(index(row, column), Qt::DisplayRole).toString(); });
+        add([&](int column) { return data(index(row, column), Qt::DisplayRole); });
     }
-    return text;
+    return QString::fromStdString(text);
 }
 
 }  // namespace zorvel

@@ -40,7 +40,7 @@ class CurvePointsModel : public QAbstractTableModel {
     void setCurves(const std::vector<PlotCurve>& curves, const QString& place,
                    const QString& value);
     // With commas or tabs between the cells.
-    [[nodiscard]] QString text(QChar separator) const;
+    [[nodiscard]] QString text(char separator) const;
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;

@@ -16,6 +16,7 @@
 #include "platform/preferences.h"
 #include "ui/analysis/curves_view.h"
 #include "ui/analysis/diversity_tables.h"
+#include "ui/analysis/plot_paper.h"
 #include "ui/kit/look.h"
 #include "ui/kit/shown_text.h"
 #include "ui_diversity_page.h"
@@ -387,9 +388,9 @@ PlotDrawing DiversityViewController::drawing(bool titles) const {
     return titledPlot(plot, {shortened(subject(), longestName), widthTitle(), heightTitle()});
 }
 
-QString DiversityViewController::tableText(QChar separator) const {
+QString DiversityViewController::tableText(char separator) const {
     if (ui_->tableBox->currentIndex() == 1) return points_->text(separator);
-    return coverageTable(coverages_->rows(), coverage_, separator);
+    return coverageTable(coverages_->rows(), separator);
 }
 
 DiversityWindowController::DiversityWindowController(JobQueue& jobs, const Panels& panels)

@@ -81,7 +81,7 @@ class DiversityViewController : public QWidget {
     [[nodiscard]] QString heightTitle() const;
     [[nodiscard]] QString placeText(double x) const;
     [[nodiscard]] PlotDrawing drawing(bool titles) const;
-    [[nodiscard]] QString tableText(QChar separator) const;
+    [[nodiscard]] QString tableText(char separator) const;
 
     std::unique_ptr<Ui::DiversityPage> ui_;
     JobQueue& jobs_;
