@@ -86,7 +86,6 @@ class Writer {
                  {"xl/s.xml", "<worksheet><sheetData>" + sheet_ + "</sheetData></worksheet>"},
                  {"xl/t.xml", "<sst>" + texts_ + "</sst>"}}),
             archiveOf({{"mimetype", "application/vnd.oasis.opendocument.spreadsheet"},
-                       {"meta.xml", "<a><document-statistic table-count=\"1\"/></a>"},
                        {"content.xml", "<office:c><office:spreadsheet><table:table>" + content_ +
                                            "</table:table></office:spreadsheet></office:c>"}})};
     }

@@ -17,23 +17,43 @@ void keepRemark(TableRemarks& remarks, const TablePlace& place, std::string_view
         {place.row, place.line, place.column, std::string(cell), std::move(reason), fault});
 }
 
+constexpr double noNumber = std::numeric_limits<double>::quiet_NaN();
+
+constexpr const char* formulaPredicate =
+    " is a formula without its result. Open the table in a spreadsheet program and save it, so "
+    "that "
+    "the results are stored.";
+
 }  // namespace
+
+std::string shownInQuotes(std::string_view cell) {
+    std::string text(1, '"');
+    text += terminalLine(cell);
+    text += '"';
+    return text;
+}
 
 CellRules::Count CellRules::count(std::string_view cell, const TablePlace& place) {
     Count count = countByRules(cell, place);
     const bool rounds = reading_.fractions == FractionRule::round;
     const bool isPlain = cell.empty() || (count.value != 0 && !rounds);
-    constexpr double none = std::numeric_limits<double>::quiet_NaN();
     count.written = isPlain ? static_cast<double>(count.value)
-                            : tableNumber(cell, marks_).value_or(count.missing ? 0 : none);
+                            : tableNumber(cell, marks_).value_or(count.missing ? 0 : noNumber);
     return count;
 }
 
+double CellRules::sum(std::string_view cell) const {
+    return isFormula(cell) ? noNumber : tableNumber(cell, marks_).value_or(0);
+}
+
 CellRules::Count CellRules::countByRules(std::string_view cell, const TablePlace& place) {
+    if (isFormula(cell)) {
+        return takeFault(CountFault::notANumber, terminalLine(cell), formulaPredicate, cell, place);
+    }
     if (reading_.presence) {
         const std::optional<bool> mark = presenceMark(cell);
         if (!mark && !isMissingMark(cell)) {
-            return takeFault(CountFault::notANumber, "\"" + terminalLine(cell) + "\"",
+            return takeFault(CountFault::notANumber, shownInQuotes(cell),
                              " is neither x nor 1 nor 0.", cell, place);
         }
         return {mark.value_or(false) ? 1 : 0, !mark};
@@ -64,8 +84,7 @@ CellRules::Count CellRules::countByRules(std::string_view cell, const TablePlace
         case Kind::notANumber:
             break;
     }
-    return takeFault(CountFault::notANumber, "\"" + terminalLine(cell) + "\"", " is not a number.",
-                     cell, place);
+    return takeFault(CountFault::notANumber, shownInQuotes(cell), " is not a number.", cell, place);
 }
 
 // As 0 where the rule says so; otherwise a problem.
@@ -103,7 +122,7 @@ void CellRules::readAttribute(MockCensus& census, ColumnRole role, std::string_v
             readDegrees(census.longitude, cell, 180, place, exact);
             break;
         case ColumnRole::notes:
-            census.notes = cell;
+            if (exact || isText(cell, place)) census.notes = cell;
             break;
         case ColumnRole::date:
             readDate(census, cell, place);
@@ -115,6 +134,7 @@ void CellRules::readAttribute(MockCensus& census, ColumnRole role, std::string_v
 
 void CellRules::readDegrees(double& degrees, std::string_view cell, double limit,
                             const TablePlace& place, bool exact) {
+    if (!exact && !isText(cell, place)) return;
     // A project may hold any value, even none that is a number.
     const std::optional<double> value =
         exact ? parseWholeDouble(cell) : tableDegrees(cell, marks_, limit);
@@ -123,17 +143,34 @@ void CellRules::readDegrees(double& degrees, std::string_view cell, double limit
         return;
     }
     problem(place, cell,
-            "\"" + terminalLine(cell) + "\" is not a " +
-                (limit == 90 ? "latitude from -90 to 90." : "longitude from -180 to 180."));
+            shownInQuotes(cell) + (limit == 90 ? " is not a latitude from -90 to 90."
+                                               : " is not a longitude from -180 to 180."));
 }
 
 void CellRules::readDate(MockCensus& census, std::string_view cell, const TablePlace& place) {
+    if (!isText(cell, place)) return;
     const CellDate date = tableDate(cell, reading_.dateOrder);
     census.timeStamp = date.time;
     if (date.time) return;
     problem(place, cell,
             date.needsOrder ? terminalLine(cell) + " may begin with the day or the month."
-                            : "\"" + terminalLine(cell) + "\" is not a date.");
+                            : shownInQuotes(cell) + " is not a date.");
+}
+
+bool CellRules::isText(std::string_view cell, const TablePlace& place) {
+    if (isFormula(cell)) {
+        problem(place, cell, terminalLine(cell) + formulaPredicate);
+        return false;
+    }
+    if (isErrorValue(cell)) {
+        problem(
+            place, cell,
+            terminalLine(cell) +
+                " is the error of a formula. Correct it in the spreadsheet program and save the "
+                "table again.");
+        return false;
+    }
+    return true;
 }
 
 void CellRules::problem(const TablePlace& place, std::string_view cell, std::string reason) {

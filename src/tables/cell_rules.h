@@ -20,6 +20,9 @@ struct TablePlace {
     std::optional<std::size_t> column;
 };
 
+// A cell in a message.
+std::string shownInQuotes(std::string_view cell);
+
 class CellRules {
   public:
     // Problems and notices go to the records.
@@ -42,10 +45,11 @@ class CellRules {
                        const TablePlace& place, bool exact);
     void readDate(MockCensus& census, std::string_view cell, const TablePlace& place);
 
-    // The number in a cell that may be a sum.
-    [[nodiscard]] double number(std::string_view cell) const {
-        return tableNumber(cell, marks_).value_or(0);
-    }
+    // False, with a problem, where the cell is a formula or an error value instead of a text.
+    bool isText(std::string_view cell, const TablePlace& place);
+
+    // The number in a cell that may be a sum; NaN where its formula has no result.
+    [[nodiscard]] double sum(std::string_view cell) const;
 
     void problem(const TablePlace& place, std::string_view cell, std::string reason);
     // Of a record without a count.

@@ -254,6 +254,25 @@ bool isMissingMark(std::string_view cell) {
     return std::find(marks.begin(), marks.end(), lowerCase(cell)) != marks.end();
 }
 
+bool isFormula(std::string_view cell) {
+    return cell.size() > 1 && cell.front() == '=';
+}
+
+// Their words differ between languages: #VALUE!, #WERT!, #¡VALOR!
+bool isErrorValue(std::string_view cell) {
+    if (cell.starts_with("Err:")) {
+        cell.remove_prefix(4);
+        return cell.size() == 3 && std::all_of(cell.begin(), cell.end(), isDigit);
+    }
+    if (cell.size() < 3 || cell.front() != '#') return false;
+    if (cell == "#N/A" || cell == "#NV" || cell == "#N/D") return true;
+    const bool isMarked = cell.back() == '!' || cell.back() == '?';
+    return isMarked && std::all_of(cell.begin() + 1, cell.end() - 1, [](char c) {
+               return (c >= 'A' && c <= 'Z') || c == '/' || isDigit(c) ||
+                      static_cast<unsigned char>(c) >= 0x80;
+           });
+}
+
 CellCount cellCount(std::string_view cell, NumberMarks marks) {
     using Kind = CellCount::Kind;
     if (cell.empty()) return {Kind::blank, 0};
@@ -302,7 +321,7 @@ std::optional<double> tableDegrees(std::string_view cell, NumberMarks marks, dou
     std::string parts(cell);
     for (const std::string_view mark : {"°", "′", "″", "'", "\"", "’", "”"}) {
         for (std::size_t at = parts.find(mark); at != std::string::npos; at = parts.find(mark)) {
-            parts.replace(at, mark.size(), " ");
+            parts.replace(at, mark.size(), 1, ' ');
         }
     }
     std::array<double, 3> values{};

@@ -24,6 +24,12 @@ std::optional<double> tableNumber(std::string_view cell, NumberMarks marks);
 // NA, n.d., "-", "?" and the like: no value was taken.
 bool isMissingMark(std::string_view cell);
 
+// A formula without its result, "=A1+1", as a workbook holds it that no spreadsheet has computed.
+bool isFormula(std::string_view cell);
+
+// What a spreadsheet shows where a formula has no value: "#REF!", "#N/A", "Err:502".
+bool isErrorValue(std::string_view cell);
+
 struct CellCount {
     enum class Kind {
         count,

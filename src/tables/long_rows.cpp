@@ -32,9 +32,13 @@ class LongRows final : public RowReader {
         const std::optional<std::size_t> index = censusOf(row);
         if (!index) return;
         const std::string_view species = row.cell(columns_.species.value_or(0));
-        if (columns_.status && isAbsent(row.cell(*columns_.status))) {
-            ++records_.notices.absentRecords;
-            return;
+        if (columns_.status) {
+            const std::string_view status = row.cell(*columns_.status);
+            if (!rules_.isText(status, placeOf(row, columns_.status))) return;
+            if (isAbsent(status)) {
+                ++records_.notices.absentRecords;
+                return;
+            }
         }
         const auto counts =
             columns_.counts.empty() ? std::nullopt : std::optional(columns_.counts.front());
@@ -47,6 +51,7 @@ class LongRows final : public RowReader {
             }
             return;
         }
+        if (!columns_.exact && !isSpeciesText(row)) return;
         const TablePlace place = placeOf(row, counts.value_or(0));
         std::int64_t value = 1;
         if (!cell.empty()) {
@@ -72,7 +77,7 @@ class LongRows final : public RowReader {
         const std::optional<bool> included = mark.empty() ? true : yesOrNo(mark);
         if (!included) {
             rules_.problem(placeOf(row, columns_.included), mark,
-                           "\"" + terminalLine(mark) + "\" is neither yes nor no.");
+                           shownInQuotes(mark) + " is neither yes nor no.");
         } else if (!*included && added) {
             records_.excluded.resize(gathered_.censuses.size());
             records_.excluded[census].push_back(gathered_.censuses[census].taxa.size() - 1);

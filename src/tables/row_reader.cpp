@@ -23,9 +23,7 @@ std::string_view TableHeader::cell(std::size_t i, std::size_t column) const {
 std::string TableHeader::name(std::size_t column) const {
     std::string name;
     for (std::size_t i = 0; i < rows_.size(); ++i) {
-        const ColumnRole role = reading_.headerRows[i];
-        if (role != ColumnRole::species && role != ColumnRole::census) continue;
-        if (cell(i, column).empty()) continue;
+        if (!isOfNames(i) || cell(i, column).empty()) continue;
         if (!name.empty()) name += ' ';
         name += cell(i, column);
     }
@@ -78,7 +76,7 @@ std::optional<std::string> RowReader::censusName(const TableRow& row) {
     if (columns_.exact) {
         name = cell;
     } else if (!cell.empty()) {
-        name = nameInOneLine(cell);
+        if (rules_.isText(cell, placeOf(row, columns_.census))) name = nameInOneLine(cell);
     } else if (reading_.unnamed == UnnamedRule::rowNumber || !columns_.census) {
         name = "row " + integerText(static_cast<std::int64_t>(row.number));
     } else if (reading_.unnamed == UnnamedRule::above && !lastName_.empty()) {
@@ -98,9 +96,17 @@ void RowReader::readAttributes(MockCensus& census, const TableRow& row) {
     std::string date;
     for (const std::size_t column : columns_.dateParts) {
         if (row.cell(column).empty()) return;
-        date += (date.empty() ? "" : "-") + std::string(row.cell(column));
+        if (!date.empty()) date += '-';
+        date += row.cell(column);
     }
     rules_.readDate(census, date, placeOf(row, columns_.dateParts.front()));
+}
+
+bool RowReader::isSpeciesText(const TableRow& row) {
+    for (const auto& column : {columns_.genus, columns_.species}) {
+        if (column && !rules_.isText(row.cell(*column), placeOf(row, column))) return false;
+    }
+    return true;
 }
 
 std::string RowReader::speciesName(const TableRow& row, std::string_view species) const {

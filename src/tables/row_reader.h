@@ -25,6 +25,11 @@ class TableHeader {
     void add(const TableRow& row);
     [[nodiscard]] std::size_t height() const { return rows_.size(); }
     [[nodiscard]] std::string_view cell(std::size_t i, std::size_t column) const;
+    // Whether a row holds names of species or censuses.
+    [[nodiscard]] bool isOfNames(std::size_t i) const {
+        return reading_.headerRows[i] == ColumnRole::species ||
+               reading_.headerRows[i] == ColumnRole::census;
+    }
     // Of the rows that hold the names of species or censuses, parted by blanks: genus over epithet.
     [[nodiscard]] std::string name(std::size_t column) const;
     // In any layout; the first row where no row holds names.
@@ -72,6 +77,8 @@ class RowReader {
     // The name of the census of a row; absent where it has none and that is a problem.
     std::optional<std::string> censusName(const TableRow& row);
     void readAttributes(MockCensus& census, const TableRow& row);
+    // Genus and species. False, with a problem, where one of them is no text.
+    bool isSpeciesText(const TableRow& row);
     [[nodiscard]] std::string speciesName(const TableRow& row, std::string_view species) const;
     // False where there is nothing to add, or the count was added to that of the species.
     bool addTaxon(std::size_t census, std::size_t species, std::int64_t value,

@@ -44,7 +44,8 @@ bool isSummaryRow(const SampleRow& row) {
 }
 
 bool isCountLike(std::string_view cell) {
-    return isMissingMark(cell) || presenceMark(cell) || isNumberOfAnyForm(cell);
+    return isMissingMark(cell) || presenceMark(cell) || isNumberOfAnyForm(cell) ||
+           isFormula(cell) || isErrorValue(cell);
 }
 
 bool isFractionOrNegative(std::string_view cell) {

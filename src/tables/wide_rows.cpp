@@ -23,6 +23,11 @@ class WideRows final : public RowReader {
                                    ? "There is no name of a species above these counts."
                                    : "There is no name of a census above these counts.");
             }
+            for (std::size_t i = 0; i < header.height(); ++i) {
+                if (header.isOfNames(i)) {
+                    rules_.isText(header.cell(i, column), {reading_.firstRow + i, 0, column});
+                }
+            }
             const std::string shown =
                 reading_.headerRows.empty() ? "Column " + columnLetters(column) : name;
             if (hasCensusRows()) {
@@ -47,8 +52,9 @@ class WideRows final : public RowReader {
     [[nodiscard]] bool isTotal(const std::vector<std::string>& cells) const override {
         for (std::size_t i = 0; i < columns_.counts.size(); ++i) {
             const std::size_t column = columns_.counts[i];
-            const double value = column < cells.size() ? rules_.number(cells[column]) : 0;
-            if (std::isnan(sums_[i])) continue;  // of a column with a text
+            const double value = column < cells.size() ? rules_.sum(cells[column]) : 0;
+            // A column with a text has no sum, and a formula without its result has no value.
+            if (std::isnan(sums_[i]) || std::isnan(value)) continue;
             if (std::abs(value - sums_[i]) > 1e-9 * std::max(1.0, sums_[i])) return false;
         }
         return true;
@@ -100,6 +106,7 @@ class WideRows final : public RowReader {
             rules_.problem(placeOf(row, columns_.species), {}, "The species has no name.");
             return;
         }
+        if (!isSpeciesText(row)) return;
         const std::size_t species = gathered_.species.number(speciesName(row, cell));
         cells_.resize(gathered_.censuses.size());
         for (std::size_t i = 0; i < columns_.counts.size(); ++i) {

@@ -1,6 +1,7 @@
 #include "workbook/ods.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <set>
 #include <utility>
 
@@ -206,25 +207,51 @@ class OdsSheet final : public SheetReader {
     std::string text_;
 };
 
-// 0 where it is not said.
-std::size_t statedSheets(const Archive& archive, const WorkbookLimits& limits,
-                         const std::stop_token& stop) {
+// Whether the name "table" at that place in the text may be that of a tag that begins an element.
+bool mayBeginTable(std::string_view text, std::size_t name) {
+    constexpr std::string_view word = "table";
+    constexpr std::string_view ends = " \t\r\n/>";
+    const bool isName = text.substr(name, word.size()) == word &&
+                        ends.find(text[name + word.size()]) != std::string_view::npos;
+    if (!isName || (text[name - 1] != '<' && text[name - 1] != ':')) return false;
+    const std::size_t tag = text.rfind('<', name);
+    return tag == std::string_view::npos || text[tag + 1] != '/';
+}
+
+// No more tables begin in the file. That is known by the names of its tags alone, in a tenth of the
+// time that its XML takes, which then is read only until all were found. The number of sheets that
+// the workbook states may be wrong.
+Result<std::size_t> mostTables(ArchiveFile file, const std::stop_token& stop) {
+    constexpr std::size_t pieceSize = 1 << 16;
+    constexpr std::size_t kept = 64;          // of the piece before: most tags begin in it
+    constexpr std::string_view rare = "ble";  // of the name, what the text holds least often
+    constexpr std::size_t before = 2;
+    std::string text(kept, ' ');
     std::size_t count = 0;
-    if (!archive.has("meta.xml")) return 0;
-    scanElements(archive.file("meta.xml"), limits, stop,
-                 [&count](std::string_view name, const XmlAttributes& attributes) {
-                     if (name == "document-statistic") count = attributes.number("table-count", 0);
-                     return true;
-                 });
+    while (!stop.stop_requested()) {
+        text.resize(kept + pieceSize);
+        text.resize(kept + file.read(text.data() + kept, pieceSize));
+        if (file.problem()) return *file.problem();
+        if (text.size() == kept) break;
+        // UTF-16 is no text of bytes.
+        if (text.find('\0') != std::string::npos) return SIZE_MAX;
+        const std::size_t end = text.size() - rare.size();  // a name needs the byte that follows
+        for (std::size_t at = text.find(rare, kept - rare.size()); at < end;
+             at = text.find(rare, at + 1)) {
+            count += mayBeginTable(text, at - before);
+        }
+        text.erase(0, text.size() - kept);
+    }
     return count;
 }
 
 // Lists the tables of the document, without those within others.
 class SheetList final : public XmlReader {
   public:
-    SheetList(ArchiveFile file, std::size_t stated, const WorkbookLimits& limits,
+    // most: no more begin.
+    SheetList(ArchiveFile file, std::size_t most, const WorkbookLimits& limits,
               const std::stop_token& stop)
-        : XmlReader(std::move(file), limits, stop), stated_(stated) {}
+        : XmlReader(std::move(file), limits, stop), most_(most) {}
 
     std::vector<SheetInfo> sheets;
     bool isSpreadsheet = false;
@@ -250,10 +277,10 @@ class SheetList final : public XmlReader {
         if (name == "table" && tables_ > 0 && --tables_ == 0) endWhereComplete();
     }
     void endWhereComplete() {
-        if (sheets.size() == stated_) finish();
+        if (sheets.size() == most_) finish();
     }
 
-    std::size_t stated_;
+    std::size_t most_;
     std::size_t tables_ = 0;
     std::string style_;
     std::set<std::string> hidden_;
@@ -279,7 +306,11 @@ Result<std::vector<SheetInfo>> readOdsSheets(const Archive& archive, const Workb
                                              const std::stop_token& stop) {
     Result<ArchiveFile> file = archive.file("content.xml");
     if (!file) return file.problem();
-    SheetList list(std::move(file).value(), statedSheets(archive, limits, stop), limits, stop);
+    const Result<std::size_t> most = mostTables(std::move(file).value(), stop);
+    if (!most) return most.problem();
+    file = archive.file("content.xml");
+    if (!file) return file.problem();
+    SheetList list(std::move(file).value(), most.value(), limits, stop);
     list.advance();
     if (list.problem()) return *list.problem();
     if (!list.isSpreadsheet) {

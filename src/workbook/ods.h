@@ -14,8 +14,7 @@ namespace zorvel {
 bool isEncryptedOds(const Archive& archive, const WorkbookLimits& limits,
                     const std::stop_token& stop);
 
-// In the order of the workbook. Where the file says how many sheets it has, it is read only until
-// all are known.
+// In the order of the workbook. The XML is read only until all are known.
 Result<std::vector<SheetInfo>> readOdsSheets(const Archive& archive, const WorkbookLimits& limits,
                                              const std::stop_token& stop);
 

@@ -26,8 +26,10 @@ std::string padded(std::int64_t value, int digits) {
 }
 
 std::string timeText(std::int64_t seconds) {
-    std::string text = padded(seconds / 3600, 2) + ":" + padded(seconds / 60 % 60, 2);
-    if (seconds % 60 != 0) text += ":" + padded(seconds % 60, 2);
+    std::string text = padded(seconds / 3600, 2);
+    text += ':';
+    text += padded(seconds / 60 % 60, 2);
+    if (seconds % 60 != 0) text.append(1, ':').append(padded(seconds % 60, 2));
     return text;
 }
 

@@ -65,6 +65,15 @@ TEST(TableCells, Counts) {
     }
 }
 
+TEST(TableCells, ErrorValues) {
+    for (const char* cell : {"#REF!", "#N/A", "#DIV/0!", "#NAME?", "#¡VALOR!", "Err:502"}) {
+        EXPECT_TRUE(isErrorValue(cell)) << cell;
+    }
+    for (const char* cell : {"#OTU ID", "#!", "#12", "#plot!", "Err:", "Err:502a", "REF!", ""}) {
+        EXPECT_FALSE(isErrorValue(cell)) << cell;
+    }
+}
+
 TEST(TableCells, Degrees) {
     struct Case {
         const char* cell;
@@ -210,6 +219,21 @@ TEST(TableRules, EachIsKept) {
              nullptr,
              "A: Abies alba=2 Larix=1; B: Abies alba=3 Picea abies=2 Larix=1; C: Abies alba=1 "
              "Picea abies=1 Larix=1; ! C2: \"ca. 4\" is not a number. "},
+            // A formula without its result is no value, and no name either.
+            {"Plot,Date,Abies alba,#REF!\n=A1,2021-05-03,3,2\nB,=A2,1,=C2\nTotal,,=C2,=D2\n",
+             nullptr,
+             ": Abies alba=3 #REF!=2; B: Abies alba=1; ! D1: #REF! is the error of a formula. "
+             "Correct it in the spreadsheet program and save the table again. ! A2: =A1 is a "
+             "formula without its result. Open the table in a spreadsheet program and save it, so "
+             "that the results are stored. ! B3: =A2 is a formula without its result. Open the "
+             "table in a spreadsheet program and save it, so that the results are stored. ! D3: "
+             "=C2 is a formula without its result. Open the table in a spreadsheet program and "
+             "save it, so that the results are stored. "},
+            {"Site,Species,Count\nA,Abies alba,2\nA,=B2,1\nB,#N/A,1\n", nullptr,
+             "A: Abies alba=2; B:; ! B3: =B2 is a formula without its result. Open the table in a "
+             "spreadsheet program and save it, so that the results are stored. ! B4: #N/A is the "
+             "error of a formula. Correct it in the spreadsheet program and save the table "
+             "again. "},
             {"Plot,Abies alba,Picea abies\nA,2,1\nB,3,1\n\nSource: field book\n", nullptr,
              "A: Abies alba=2 Picea abies=1; B: Abies alba=3 Picea abies=1; "}}) {
         EXPECT_EQ(shownRecords(readWith(c.text, c.change)), c.records) << c.text;

@@ -158,6 +158,30 @@ TEST(HostileWorkbooks, AreRefusedWithTheReason) {
     }
 }
 
+// The number that the file states is not trusted, and however tags are written, none is missed.
+TEST(WorkbookSheets, AllAreFoundWhateverTheirNumberIsSaidToBe) {
+    const std::string filled = "<table-row><table-cell><p>a</p></table-cell></table-row></";
+    for (const std::string prefix : {"", "t:",
+                                     "a-prefix-of-more-bytes-than-are-kept-of-the-piece-"
+                                     "of-the-file-that-was-read-before:"}) {
+        std::string content;
+        for (const std::string rest : {" >", "\n>", ">", "\t\t>"}) {
+            content += "<" + prefix + "table" + rest + filled + prefix + "table>";
+        }
+        // Across the ends of pieces.
+        const std::size_t start = odsFiles("")[1].second.find("</");
+        for (std::size_t i = 0; i < 10; ++i) {
+            content.resize(((i + 1) << 16) - start - prefix.size() - i, ' ');
+            content += "<" + prefix + "table/>";
+        }
+        Files files = odsFiles(content);
+        files.emplace_back("meta.xml", "<m><document-statistic table-count='1'/></m>");
+        const auto workbook = test::openBytes(archiveOf(files));
+        ASSERT_TRUE(workbook) << workbook.problem().message;
+        EXPECT_EQ(workbook.value().sheets().size(), 14U) << prefix;
+    }
+}
+
 // Names with ".." are harmless: nothing is unpacked.
 TEST(HostileWorkbooks, PathsLeadNowhere) {
     Files files =
