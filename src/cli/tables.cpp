@@ -1,92 +1,21 @@
 #include "cli/tables.h"
 
-#include <CLI/CLI.hpp>
-
 #include <algorithm>
-#include <charconv>
-#include <functional>
+#include <map>
 #include <memory>
 
 #include "base/numbers.h"
 #include "base/text.h"
 #include "cli/call.h"
 #include "cli/output.h"
+#include "cli/table_rules.h"
 #include "tables/source.h"
 #include "tables/texts.h"
 
 namespace zorvel::cli {
 namespace {
 
-constexpr ColumnRole roles[] = {ColumnRole::census,   ColumnRole::species,   ColumnRole::genus,
-                                ColumnRole::count,    ColumnRole::date,      ColumnRole::year,
-                                ColumnRole::month,    ColumnRole::day,       ColumnRole::notes,
-                                ColumnRole::latitude, ColumnRole::longitude, ColumnRole::status,
-                                ColumnRole::total,    ColumnRole::included,  ColumnRole::ignored};
-
-[[noreturn]] void refuse(const char* option, const std::string& text, const std::string& allowed) {
-    throw CLI::ValidationError(option, "'" + text + "' is not " + allowed);
-}
-
-char readCharacter(const char* option, const std::string& text) {
-    if (text.size() != 1) refuse(option, text, "a single character");
-    return text.front();
-}
-
-char readSeparator(const std::string& text) {
-    for (const SeparatorName& each : separatorNames()) {
-        if (text == each.name) return each.separator;
-    }
-    if (text.size() != 1) {
-        refuse("--separator", text, "comma, semicolon, tab, space, bar or a single character");
-    }
-    return text.front();
-}
-
-std::size_t readNumber(const char* option, std::string_view text) {
-    std::size_t value = 0;
-    const auto result = std::from_chars(text.data(), text.data() + text.size(), value);
-    if (result.ec != std::errc() || result.ptr != text.data() + text.size() || text.empty()) {
-        refuse(option, std::string(text), "a whole number");
-    }
-    return value;
-}
-
-// "3-20", or "3-" to the end.
-void readRows(const std::string& text, TableChoices& choices) {
-    const std::size_t dash = text.find('-');
-    if (dash == std::string::npos) refuse("--rows", text, "of the form FIRST-LAST or FIRST-");
-    choices.firstRow = readNumber("--rows", std::string_view(text).substr(0, dash));
-    const std::string_view last = std::string_view(text).substr(dash + 1);
-    if (!last.empty()) choices.lastRow = readNumber("--rows", last);
-    if (*choices.firstRow < 1 || (choices.lastRow && *choices.lastRow < *choices.firstRow)) {
-        refuse("--rows", text, "a range of rows, which count from 1");
-    }
-}
-
-std::pair<std::string, ColumnRole> readColumn(const std::string& text) {
-    const std::size_t sign = text.rfind('=');
-    const std::string role = sign == std::string::npos ? std::string() : text.substr(sign + 1);
-    std::string allowed;
-    for (const ColumnRole each : roles) {
-        if (sign != std::string::npos && role == roleName(each))
-            return {text.substr(0, sign), each};
-        allowed += (allowed.empty() ? "" : ", ") + std::string(roleName(each));
-    }
-    refuse("--column", text, "of the form HEADER=ROLE with a role of " + allowed);
-}
-
-template <class T>
-T readChoice(const char* option, const std::string& text,
-             const std::vector<std::pair<const char*, T>>& choices) {
-    std::string allowed;
-    for (const auto& [name, value] : choices) {
-        if (text == name) return value;
-        allowed += (allowed.empty() ? "" : ", ") + std::string(name);
-    }
-    refuse(option, text, "one of " + allowed);
-}
-
-// --- reading ---
+using ColumnRoles = std::map<std::size_t, ColumnRole>;
 
 // The header of each column, from the first rows of the table.
 std::vector<std::string> headerTexts(RowSource& rows, const TableReading& reading) {
@@ -113,19 +42,6 @@ std::optional<std::size_t> findColumn(const std::vector<std::string>& header,
         if (columnLetters(i) == name) return i;
     }
     return std::nullopt;
-}
-
-// Roles of which there is one column at most; the column that had it is ignored from now on.
-bool isOfOneColumn(ColumnRole role) {
-    return role != ColumnRole::count && role != ColumnRole::total && role != ColumnRole::ignored;
-}
-
-void setRole(TableReading& reading, std::size_t column, ColumnRole role) {
-    const bool single = isOfOneColumn(role) ||
-                        (role == ColumnRole::count && reading.layout == TableLayout::records);
-    if (single)
-        std::replace(reading.columns.begin(), reading.columns.end(), role, ColumnRole::ignored);
-    reading.columns[column] = role;
 }
 
 std::string namesOf(const std::vector<SheetInfo>& sheets) {
@@ -186,23 +102,26 @@ void applyRules(TableReading& reading, const TableOptions& options) {
     reading.fractions = options.fractions.value_or(reading.fractions);
     reading.sameCensus = options.sameCensus.value_or(reading.sameCensus);
     reading.sameSpecies = options.sameSpecies.value_or(reading.sameSpecies);
+    reading.unnamed = options.unnamed.value_or(reading.unnamed);
+    reading.takenAsZero = options.takenAsZero;
     reading.presence = reading.presence || options.presence;
 }
 
-void settleDoubts(std::vector<TableDoubt>& doubts, const TableOptions& options) {
-    std::erase_if(doubts, [&options](TableDoubt doubt) {
-        switch (doubt) {
-            case TableDoubt::separator:
-                return options.choices.separator.has_value();
-            case TableDoubt::layout:
-                return options.choices.layout.has_value();
-            case TableDoubt::dateOrder:
-                return options.dateOrder.has_value();
-            case TableDoubt::thousandsMark:
-                return options.thousandsMark || options.decimalMark;
-        }
-        return false;
-    });
+bool isSettled(TableDoubt doubt, const TableOptions& options, const ColumnRoles& roles) {
+    switch (doubt) {
+        case TableDoubt::separator:
+            return options.choices.separator.has_value();
+        case TableDoubt::layout:
+            return options.choices.layout.has_value();
+        case TableDoubt::names:
+        case TableDoubt::counts:
+            return settledByRoles(doubt, roles);
+        case TableDoubt::dateOrder:
+            return options.dateOrder.has_value();
+        case TableDoubt::thousandsMark:
+            return options.thousandsMark || options.decimalMark;
+    }
+    return false;
 }
 
 // Guesses, and takes what the options say; false, with a message, where they name no column.
@@ -211,15 +130,17 @@ bool settle(ReadTable& table, const TableSource& source, const TableOptions& opt
     TableReading& reading = table.guess.reading;
     applyRules(reading, options);
     table.header = headerTexts(*source.rows(reading.form, {}), reading);
+    ColumnRoles roles;
     for (const auto& [name, role] : options.columns) {
         const std::optional<std::size_t> column = findColumn(table.header, name);
         if (!column) {
             tellAt(table.place, {}, "has no column '" + name + "'");
             return false;
         }
-        setRole(reading, *column, role);
+        roles[*column] = role;
     }
-    settleDoubts(table.guess.doubts, options);
+    setRoles(reading, roles);
+    std::erase_if(table.guess.doubts, [&](auto doubt) { return isSettled(doubt, options, roles); });
     return true;
 }
 
@@ -229,12 +150,32 @@ const char* optionFor(TableDoubt doubt) {
             return "--separator";
         case TableDoubt::layout:
             return "--layout";
+        case TableDoubt::names:
+            return "--column HEADER=census and --column HEADER=species";
+        case TableDoubt::counts:
+            return "--column HEADER=count for each of them, or HEADER=ignored";
         case TableDoubt::dateOrder:
             return "--date-order";
         case TableDoubt::thousandsMark:
             return "--thousands or --decimal";
     }
     return "";
+}
+
+// The columns that may be meant: " (C "Males", D "Females")".
+std::string candidatesText(TableDoubt doubt, const ReadTable& table) {
+    std::string text;
+    for (std::size_t i = 0; i < table.header.size(); ++i) {
+        const ColumnRole role = table.guess.reading.role(i);
+        const bool isMeant = doubt == TableDoubt::counts
+                                 ? role == ColumnRole::count
+                                 : doubt == TableDoubt::names &&
+                                       (role == ColumnRole::census || role == ColumnRole::species);
+        if (!isMeant) continue;
+        text += (text.empty() ? " (" : ", ") + columnLetters(i) + " \"" +
+                terminalLine(table.header[i]) + "\"";
+    }
+    return text.empty() ? text : text + ")";
 }
 
 std::int64_t individualsOf(const MockCensus& census) {
@@ -302,6 +243,18 @@ void writePreviewJson(JsonWriter& json, const std::string& file, const ReadTable
     json.field("decimal", std::string_view(markText(reading.decimalMark)));
     json.field("thousands", std::string_view(markText(reading.thousandsMark)));
     json.field("presence", reading.presence);
+    json.field("dateOrder", std::string_view(ruleName(dateOrders, reading.dateOrder)));
+    json.field("missing", std::string_view(ruleName(missingRules, reading.missing)));
+    json.field("fractions", std::string_view(ruleName(fractionRules, reading.fractions)));
+    json.field("sameCensus", std::string_view(ruleName(sameRules, reading.sameCensus)));
+    json.field("sameSpecies", std::string_view(ruleName(sameRules, reading.sameSpecies)));
+    json.field("unnamed", std::string_view(ruleName(unnamedRules, reading.unnamed)));
+    json.key("zero");
+    json.begin('[');
+    for (const CountFault fault : reading.takenAsZero) {
+        json.value(std::string_view(ruleName(countFaults, fault)));
+    }
+    json.end(']');
     json.key("columns");
     json.begin('[');
     for (std::size_t i = 0; i < table.header.size(); ++i) {
@@ -339,107 +292,6 @@ void writePreviewJson(JsonWriter& json, const std::string& file, const ReadTable
 }
 
 }  // namespace
-
-void addTableOptions(CLI::App& app, TableOptions& options) {
-    const auto add = [&](const char* name, const char* type, const char* text,
-                         std::function<void(const std::string&)> read) {
-        app.add_option_function<std::string>(
-               name,
-               [&options, name, read = std::move(read)](const std::string& value) {
-                   options.given.emplace_back(name);
-                   read(value);
-               },
-               text)
-            ->type_name(type)
-            ->group("Tables");
-    };
-    const auto flag = [&](const char* name, const char* text, bool& value) {
-        app.add_flag_callback(
-               name,
-               [&options, &value, name] {
-                   options.given.emplace_back(name);
-                   value = true;
-               },
-               text)
-            ->group("Tables");
-    };
-    TableChoices& choices = options.choices;
-    add("--sheet", "SHEET",
-        "The sheet of a workbook (.xlsx, .ods), by name or number\n"
-        "(default: the first that is not hidden and not empty)",
-        [&](const std::string& text) { options.sheet = text; });
-    add("--separator", "SEP", "comma, semicolon, tab, space, bar or a character",
-        [&](const std::string& text) { choices.separator = readSeparator(text); });
-    add("--encoding", "NAME", "UTF-8, UTF-16LE, UTF-16BE or Windows-1252",
-        [&](const std::string& text) {
-            choices.encoding =
-                readChoice<TableEncoding>("--encoding", text,
-                                          {{"UTF-8", TableEncoding::utf8},
-                                           {"UTF-16LE", TableEncoding::utf16LittleEndian},
-                                           {"UTF-16BE", TableEncoding::utf16BigEndian},
-                                           {"Windows-1252", TableEncoding::windows1252}});
-        });
-    add("--layout", "LAYOUT",
-        "Where the censuses are: rows, columns, or long (a row for\n"
-        "each species of a census)",
-        [&](const std::string& text) {
-            choices.layout = readChoice<TableLayout>("--layout", text,
-                                                     {{"rows", TableLayout::censusRows},
-                                                      {"columns", TableLayout::speciesRows},
-                                                      {"long", TableLayout::records}});
-        });
-    add("--header", "N", "Number of header rows",
-        [&](const std::string& text) { choices.headerRows = readNumber("--header", text); });
-    add("--rows", "A-B", "The rows to read, header included: 3-20, or 3- to the end",
-        [&](const std::string& text) { readRows(text, choices); });
-    app.add_option_function<std::vector<std::string>>(
-           "--column",
-           [&options](const std::vector<std::string>& values) {
-               options.given.emplace_back("--column");
-               for (const std::string& value : values) options.columns.push_back(readColumn(value));
-           },
-           "What a column holds, as in Plot=census or C=ignored; may be\n"
-           "given several times")
-        ->type_name("HEADER=ROLE")
-        ->expected(1)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
-        ->allow_extra_args(false)
-        ->group("Tables");
-    add("--decimal", "CHAR", "The decimal mark",
-        [&](const std::string& text) { options.decimalMark = readCharacter("--decimal", text); });
-    add("--thousands", "CHAR", "The mark between groups of three digits",
-        [&](const std::string& text) {
-            options.thousandsMark = readCharacter("--thousands", text);
-        });
-    add("--date-order", "ORDER", "Of 3/4/2021: dmy or mdy", [&](const std::string& text) {
-        options.dateOrder = readChoice<DateOrder>(
-            "--date-order", text, {{"dmy", DateOrder::dayFirst}, {"mdy", DateOrder::monthFirst}});
-    });
-    add("--missing", "RULE", "NA and the like: zero (default), fault, or leave-out (the census)",
-        [&](const std::string& text) {
-            options.missing = readChoice<MissingRule>("--missing", text,
-                                                      {{"zero", MissingRule::zero},
-                                                       {"fault", MissingRule::problem},
-                                                       {"leave-out", MissingRule::leaveOut}});
-        });
-    add("--fractions", "RULE", "fault (default) or round", [&](const std::string& text) {
-        options.fractions = readChoice<FractionRule>(
-            "--fractions", text,
-            {{"fault", FractionRule::problem}, {"round", FractionRule::round}});
-    });
-    add("--same-census", "RULE", "Rows of one census: apart (default) or sum",
-        [&](const std::string& text) {
-            options.sameCensus = readChoice<SameRule>(
-                "--same-census", text, {{"apart", SameRule::apart}, {"sum", SameRule::sum}});
-        });
-    add("--same-species", "RULE", "Counts of one species in a census: sum (default) or apart",
-        [&](const std::string& text) {
-            options.sameSpecies = readChoice<SameRule>(
-                "--same-species", text, {{"apart", SameRule::apart}, {"sum", SameRule::sum}});
-        });
-    flag("--presence", "Take each mark as 1", options.presence);
-    flag("--guess", "Take what is in doubt as it seems to be", options.guess);
-}
 
 std::optional<ReadTable> readTableFile(const std::string& file, InputFile input,
                                        const TableOptions& options, NamePool& names) {
@@ -485,8 +337,9 @@ bool isUsable(const ReadTable& table, const TableOptions& options) {
     if (doubtful) {
         for (const TableDoubt doubt : table.guess.doubts) {
             tellAt(table.place, {},
-                   std::string("it is in doubt ") + doubtText(doubt) + ": give " +
-                       optionFor(doubt) + ", or --guess to take it as it seems to be");
+                   std::string("it is in doubt ") + doubtText(doubt) +
+                       candidatesText(doubt, table) + ": give " + optionFor(doubt) +
+                       ", or --guess to take it as it seems to be");
         }
         return false;
     }
@@ -500,6 +353,17 @@ bool isUsable(const ReadTable& table, const TableOptions& options) {
                "and " +
                    integerText(static_cast<std::int64_t>(problems.count - problems.kept.size())) +
                    " problems more");
+    }
+    const TableReading& reading = table.guess.reading;
+    const bool hasUnnamed =
+        std::any_of(problems.kept.begin(), problems.kept.end(), [&](const TableRemark& remark) {
+            return remark.column && remark.cell.empty() &&
+                   reading.role(*remark.column) == ColumnRole::census;
+        });
+    if (hasUnnamed) {
+        tellAt(table.place, {},
+               "--unnamed above takes the name in the row above, as in merged cells; --unnamed row "
+               "names a census by its row");
     }
     return problems.count == 0;
 }

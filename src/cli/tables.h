@@ -32,6 +32,8 @@ struct TableOptions {
     std::optional<FractionRule> fractions;
     std::optional<SameRule> sameCensus;
     std::optional<SameRule> sameSpecies;
+    std::optional<UnnamedRule> unnamed;
+    std::vector<CountFault> takenAsZero;
     bool presence = false;
     bool guess = false;              // what is in doubt is taken as it seems to be
     bool preview = false;            // of an import: nothing is stored

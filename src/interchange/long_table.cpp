@@ -36,7 +36,8 @@ bool LongTableWriter::begin(const LongTableCensus& census, std::size_t taxa) {
     census_ += ',' + degreesText(census.latitude) + ',' + degreesText(census.longitude) + ',';
     const bool isNew = known_.insert(census_).second;
     appendTableCell(census_, census.notes);
-    if (taxa == 0 || !isNew) text_ += census_ + ",,,\n";
+    // A row of commas alone is no census.
+    if (taxa == 0 || !isNew) text_ += (census_ == ",,,," ? ",,0,," : census_) + ",,,\n";
     return true;
 }
 

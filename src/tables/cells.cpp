@@ -236,6 +236,15 @@ Calendar calendarDay(const DateParts& parts, DateOrder order) {
     return found;
 }
 
+// The number of 12 %, at most 1000.
+std::optional<double> percentage(std::string_view cell, NumberMarks marks) {
+    if (!cell.ends_with('%')) return std::nullopt;
+    cell.remove_suffix(1);
+    while (cell.ends_with(' ')) cell.remove_suffix(1);
+    const std::optional<double> value = tableNumber(cell, marks);
+    return value && *value >= 0 && *value <= 1000 ? value : std::nullopt;
+}
+
 }  // namespace
 
 std::optional<double> tableNumber(std::string_view cell, NumberMarks marks) {
@@ -273,6 +282,21 @@ bool isErrorValue(std::string_view cell) {
            });
 }
 
+bool isAbundanceMark(std::string_view cell) {
+    constexpr auto marks = std::to_array<std::string_view>({"+", "r", "✓", "✔"});
+    if (std::find(marks.begin(), marks.end(), cell) != marks.end()) return true;
+    constexpr std::string_view halves = "abm+-";
+    const bool isClass =
+        cell.size() == 2 && isDigit(cell[0]) && halves.find(cell[1]) < halves.size();
+    if (isClass || percentage(cell, {}) || percentage(cell, {',', 0})) return true;
+    for (const std::string_view sign : {"<", ">", "~", "≤", "≥", "±", "ca.", "ca", "c."}) {
+        if (!cell.starts_with(sign)) continue;
+        const std::size_t number = cell.find_first_not_of("=. ", sign.size());
+        return number != std::string_view::npos && isDigit(cell[number]);
+    }
+    return false;
+}
+
 CellCount cellCount(std::string_view cell, NumberMarks marks) {
     using Kind = CellCount::Kind;
     if (cell.empty()) return {Kind::blank, 0};
@@ -285,6 +309,9 @@ CellCount cellCount(std::string_view cell, NumberMarks marks) {
         return {whole < 0 ? Kind::negative : Kind::count, whole};
     }
     if (isMissingMark(cell)) return {Kind::missing, 0};
+    if (const std::optional<double> percent = percentage(cell, marks)) {
+        return {Kind::fraction, static_cast<std::int64_t>(std::round(*percent))};
+    }
     const std::optional<double> value = tableNumber(cell, marks);
     if (!value) return {Kind::notANumber, 0};
     if (*value < 0) return {Kind::negative, 0};

@@ -35,7 +35,7 @@ struct CellCount {
         count,
         blank,
         missing,   // see isMissingMark()
-        fraction,  // value: rounded half away from zero
+        fraction,  // or a percentage; value: rounded half away from zero
         negative,
         tooLarge,  // above 2^63 - 1
         notANumber,
@@ -45,6 +45,9 @@ struct CellCount {
 };
 
 CellCount cellCount(std::string_view cell, NumberMarks marks);
+
+// What stands for an abundance and is no number: 20%, <5, ca. 5, +, r, 2a.
+bool isAbundanceMark(std::string_view cell);
 
 // x, X or 1 (true), 0 or an empty cell (false); absent for anything else.
 std::optional<bool> presenceMark(std::string_view cell);

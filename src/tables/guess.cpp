@@ -21,18 +21,26 @@ TableGuess guessRows(const SampleRows& rows, const TableReading& known,
     reading.firstRow = grid.row(0).number;
     reading.lastRow = choices.lastRow.value_or(0);
     const WordRoles roles = rolesByWords(grid);
-    const bool records =
-        choices.layout ? *choices.layout == TableLayout::records : isLong(grid, roles);
+    const RecordGuess asRecords = guessRecords(grid, roles);
+    const bool records = choices.layout ? *choices.layout == TableLayout::records : asRecords.fits;
+    const bool isDoubtful = !choices.layout && asRecords.doubtful;
+    if (isDoubtful) guess.doubts.push_back(TableDoubt::layout);
     if (records) {
         reading.layout = TableLayout::records;
-        reading.headerRows = {ColumnRole::ignored};
-        reading.columns = recordRoles(grid, roles);
+        reading.headerRows.assign(
+            std::min(choices.headerRows.value_or(asRecords.header), grid.height()),
+            ColumnRole::ignored);
+        reading.columns = asRecords.columns;
+        if (asRecords.namesAreDoubtful) guess.doubts.push_back(TableDoubt::names);
+        if (asRecords.countsAreDoubtful) guess.doubts.push_back(TableDoubt::counts);
     } else {
         const std::size_t header =
             std::min(choices.headerRows.value_or(headerHeight(grid)), grid.height());
         reading.shortHeader = isShort(grid, header);
         const double score = speciesRowsScore(grid, header);
-        if (!choices.layout && std::abs(score) < 0.5) guess.doubts.push_back(TableDoubt::layout);
+        if (!choices.layout && !isDoubtful && std::abs(score) < 0.5) {
+            guess.doubts.push_back(TableDoubt::layout);
+        }
         const bool speciesRows =
             choices.layout ? *choices.layout == TableLayout::speciesRows : score > 0;
         reading.layout = speciesRows ? TableLayout::speciesRows : TableLayout::censusRows;
@@ -92,6 +100,38 @@ void addRow(SampleRows& rows, const TableRow& row) {
 }
 
 }  // namespace
+
+bool settledByRoles(TableDoubt doubt, const std::map<std::size_t, ColumnRole>& roles) {
+    return std::any_of(roles.begin(), roles.end(), [doubt](const auto& each) {
+        const ColumnRole role = each.second;
+        if (doubt == TableDoubt::names)
+            return role == ColumnRole::census || role == ColumnRole::species;
+        return doubt == TableDoubt::counts &&
+               (role == ColumnRole::count || role == ColumnRole::ignored);
+    });
+}
+
+void setRoles(TableReading& reading, const std::map<std::size_t, ColumnRole>& roles) {
+    const bool wide = reading.layout != TableLayout::records;
+    const auto isShared = [wide](ColumnRole role) {
+        return role == ColumnRole::total || role == ColumnRole::ignored ||
+               (role == ColumnRole::count && wide);
+    };
+    const auto isJoined = [](ColumnRole role) {
+        return role == ColumnRole::census || role == ColumnRole::count;
+    };
+    for (const auto& [column, role] : roles) {
+        if (column >= reading.columns.size())
+            reading.columns.resize(column + 1, ColumnRole::ignored);
+        for (std::size_t other = 0; other < reading.columns.size() && !isShared(role); ++other) {
+            const auto named = roles.find(other);
+            const bool stays = isJoined(role) && named != roles.end() && named->second == role;
+            if (reading.columns[other] == role && !stays)
+                reading.columns[other] = ColumnRole::ignored;
+        }
+        reading.columns[column] = role;
+    }
+}
 
 TableSample sampleRows(RowSource& source, bool whole, std::size_t mostCells) {
     TableSample sample;

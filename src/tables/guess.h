@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstddef>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -41,7 +42,17 @@ struct TableChoices {
     std::optional<std::size_t> headerRows;
 };
 
-enum class TableDoubt { separator, layout, dateOrder, thousandsMark };
+enum class TableDoubt {
+    separator,
+    layout,
+    names,   // of records: which columns name the census and the species
+    counts,  // of records: which columns hold the count
+    dateOrder,
+    thousandsMark
+};
+
+// Whether the roles that the user gave columns answer the question.
+bool settledByRoles(TableDoubt doubt, const std::map<std::size_t, ColumnRole>& roles);
 
 struct TableGuess {
     TableReading reading;

@@ -16,7 +16,7 @@ bool isHeaderRow(const SampleGrid& grid, std::size_t i) {
         const std::string_view cell = grid.cell(i, column);
         if (cell.empty()) continue;
         ++filled;
-        words += !(isMissingMark(cell) || presenceMark(cell) || isNumberOfAnyForm(cell));
+        words += !isCountLike(cell);
     }
     const auto meaning = headerMeaning(grid.cell(i, 0));
     const bool corner = i == 0 && (grid.cell(i, 0).empty() || meaning);
@@ -25,7 +25,8 @@ bool isHeaderRow(const SampleGrid& grid, std::size_t i) {
 
 bool hasCountsBelow(const SampleGrid& grid, std::size_t header) {
     for (std::size_t column = 1; column < grid.width(); ++column) {
-        if (grid.factsOf(header, column).isOfCounts()) return true;
+        const ColumnFacts facts = grid.factsOf(header, column);
+        if (facts.filled > 0 && facts.isOfCounts()) return true;
     }
     return false;
 }
@@ -63,7 +64,7 @@ std::size_t headerHeight(const SampleGrid& grid) {
         ++height;
     }
     // Words in every row: the columns are not counts, and one row is the header.
-    if (height == 3 && !hasCountsBelow(grid, height)) height = 1;
+    if (height > 1 && !hasCountsBelow(grid, height)) height = 1;
     return std::min(height, grid.height());
 }
 

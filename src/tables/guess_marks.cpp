@@ -142,12 +142,17 @@ void settleTotals(const SampleGrid& grid, TableReading& reading) {
     for (std::size_t column = 0; column < reading.columns.size(); ++column) {
         if (reading.columns[column] != ColumnRole::total) continue;
         const auto meaning = headerMeaning(grid.cell(0, column));
-        if (meaning && meaning->rank > 0) {
+        const auto& columns = reading.columns;
+        const bool isOnly =
+            std::find(columns.begin(), columns.end(), ColumnRole::count) == columns.end() &&
+            grid.factsOf(reading.headerRows.size(), column).isOfCounts();
+        const bool sums =
+            meaning && meaning->rank == 0 &&
+            isTotalsColumn(grid, reading, column, {reading.decimalMark, reading.thousandsMark});
+        if (isOnly) {
+            reading.columns[column] = ColumnRole::count;
+        } else if (!sums) {
             reading.columns[column] = ColumnRole::ignored;
-        } else if (!isTotalsColumn(grid, reading, column,
-                                   {reading.decimalMark, reading.thousandsMark})) {
-            const bool counts = grid.factsOf(reading.headerRows.size(), column).isOfCounts();
-            reading.columns[column] = counts ? ColumnRole::count : ColumnRole::ignored;
         }
     }
 }

@@ -31,12 +31,26 @@ double speciesRowsScore(const SampleGrid& grid, std::size_t header);
 using WordRoles = std::vector<std::optional<ColumnRole>>;
 // Roles by the words of the header, of each role the column of the lowest rank.
 WordRoles rolesByWords(const SampleGrid& grid);
-// A row for each record: headers for species and census, and one for counts or hardly a number
-// without a role.
-bool isLong(const SampleGrid& grid, const WordRoles& roles);
-std::vector<ColumnRole> recordRoles(const SampleGrid& grid, const WordRoles& roles);
 std::vector<ColumnRole> wideRoles(const SampleGrid& grid, const TableReading& reading,
                                   const WordRoles& roles);
+
+// guess_names.cpp
+// The column of places, and those without which its censuses were mixed up: a quadrat in a
+// transect, a replicate, a year. In their order; none without a column of places.
+std::vector<std::size_t> nameColumns(const SampleGrid& grid, std::size_t header,
+                                     const WordRoles& roles);
+
+// guess_records.cpp
+// The table as records, whether or not it is one.
+struct RecordGuess {
+    bool fits = false;      // a row for each record
+    bool doubtful = false;  // which is not sure
+    bool namesAreDoubtful = false;
+    bool countsAreDoubtful = false;
+    std::size_t header = 1;
+    std::vector<ColumnRole> columns;
+};
+RecordGuess guessRecords(const SampleGrid& grid, const WordRoles& words);
 
 // guess_marks.cpp
 void guessMarks(const SampleGrid& grid, TableGuess& guess);

@@ -26,6 +26,20 @@ bool fitsDegrees(const SampleGrid& grid, std::size_t header, std::size_t column,
     return true;
 }
 
+// Below a header that does not say so.
+bool holdsDates(const SampleGrid& grid, std::size_t column) {
+    std::size_t filled = 0;
+    std::size_t dates = 0;
+    for (std::size_t i = 1; i < grid.height(); ++i) {
+        const std::string_view cell = grid.cell(i, column);
+        if (cell.empty() || isMissingMark(cell)) continue;
+        ++filled;
+        const CellDate date = tableDate(cell, DateOrder::unknown);
+        dates += !isDigits(cell) && (date.time || date.needsOrder);
+    }
+    return filled > 0 && dates * 10 >= filled * 8;
+}
+
 // The roles of the columns of a wide table.
 class WideRoles {
   public:
@@ -35,18 +49,18 @@ class WideRoles {
           header_(reading.headerRows.size()),
           label_(reading.layout == TableLayout::speciesRows ? ColumnRole::species
                                                             : ColumnRole::census),
-          labels_(columnOf(words, label_).value_or(0)),
+          labels_(labelColumns(grid, header_, label_, words)),
           facts_(grid.factsOf(header_)) {
         // Where most columns have fractions, the table holds no counts, and says so.
         std::size_t measured = 0;
         for (std::size_t column = 0; column < facts_.size(); ++column) {
-            measured += column != labels_ && facts_[column].isMeasured();
+            measured += !isLabel(column) && facts_[column].isMeasured();
         }
         measuredAreFew_ = measured * 2 < facts_.size();
     }
 
     [[nodiscard]] ColumnRole role(std::size_t column) const {
-        if (column == labels_) return label_;
+        if (isLabel(column)) return label_;
         const ColumnFacts& facts = facts_[column];
         const auto byWord = words_[column];
         const bool ofCensus = label_ == ColumnRole::census;
@@ -65,26 +79,42 @@ class WideRoles {
             default:
                 break;
         }
-        // A census may be called Garden or Site.
-        if (byWord && !ofCensus && facts.isOfCounts()) {
+        // A census may be called Garden or Site, and what is counted Birds.
+        if (byWord && facts.filled > 0 && facts.isOfCounts()) {
             const auto meaning = headerMeaning(grid_.cell(0, column));
-            if (meaning && meaning->role == ColumnRole::census) return ColumnRole::count;
+            const bool names =
+                meaning && (ofCensus ? meaning->role == ColumnRole::species && meaning->rank == 1
+                                     : meaning->role == ColumnRole::census);
+            if (names) return ColumnRole::count;
         }
         if (byWord == ColumnRole::genus && !ofCensus) return *byWord;
-        if (byWord || !facts.isOfCounts() || (measuredAreFew_ && facts.isMeasured())) {
-            return ColumnRole::ignored;
-        }
+        if (byWord || !facts.isOfCounts()) return ColumnRole::ignored;
+        // What is measured of a species is at fault, not left out.
+        const bool ofSpecies =
+            ofCensus && header_ > 0 && looksLikeSpeciesName(grid_.cell(0, column));
+        if (measuredAreFew_ && facts.isMeasured() && !ofSpecies) return ColumnRole::ignored;
         const bool numbersRows =
             header_ > 0 && grid_.cell(0, column).empty() && grid_.holdsRowNumbers(header_, column);
         return numbersRows ? ColumnRole::ignored : ColumnRole::count;
     }
 
   private:
+    static std::vector<std::size_t> labelColumns(const SampleGrid& grid, std::size_t header,
+                                                 ColumnRole label, const WordRoles& words) {
+        if (label == ColumnRole::species) return {columnOf(words, label).value_or(0)};
+        std::vector<std::size_t> names = nameColumns(grid, header, words);
+        if (names.empty()) names = {0};
+        return names;
+    }
+    [[nodiscard]] bool isLabel(std::size_t column) const {
+        return std::find(labels_.begin(), labels_.end(), column) != labels_.end();
+    }
+
     const SampleGrid& grid_;
     const WordRoles& words_;
     std::size_t header_;
-    ColumnRole label_;    // of the column that names the rows
-    std::size_t labels_;  // that column
+    ColumnRole label_;                 // of the columns that name the rows
+    std::vector<std::size_t> labels_;  // those columns
     std::vector<ColumnFacts> facts_;
     bool measuredAreFew_ = false;
 };
@@ -110,31 +140,13 @@ WordRoles rolesByWords(const SampleGrid& grid) {
         }
     }
     for (const auto& [role, place] : best) roles[place.second] = role;
+    for (std::size_t column = 0; column < roles.size() && !best.contains(ColumnRole::date);
+         ++column) {
+        if (roles[column] || !holdsDates(grid, column)) continue;
+        roles[column] = ColumnRole::date;
+        break;
+    }
     return roles;
-}
-
-bool isLong(const SampleGrid& grid, const WordRoles& roles) {
-    if (!columnOf(roles, ColumnRole::species) || !columnOf(roles, ColumnRole::census)) return false;
-    if (columnOf(roles, ColumnRole::count) || columnOf(roles, ColumnRole::status)) return true;
-    std::size_t numbers = 0;
-    for (std::size_t column = 0; column < roles.size(); ++column) {
-        if (roles[column]) continue;
-        const ColumnFacts facts = grid.factsOf(1, column);
-        numbers += facts.filled > 0 && facts.isOfCounts();
-    }
-    return numbers < 2;
-}
-
-std::vector<ColumnRole> recordRoles(const SampleGrid& grid, const WordRoles& roles) {
-    std::vector<ColumnRole> found;
-    for (std::size_t column = 0; column < roles.size(); ++column) {
-        const ColumnRole role = roles[column].value_or(ColumnRole::ignored);
-        // A remark tells of a record, of which nothing but the count is kept.
-        const auto meaning = headerMeaning(grid.cell(0, column));
-        const bool remark = role == ColumnRole::notes && meaning && meaning->rank > 0;
-        found.push_back(remark || role == ColumnRole::total ? ColumnRole::ignored : role);
-    }
-    return found;
 }
 
 std::vector<ColumnRole> wideRoles(const SampleGrid& grid, const TableReading& reading,
@@ -143,6 +155,12 @@ std::vector<ColumnRole> wideRoles(const SampleGrid& grid, const TableReading& re
     std::vector<ColumnRole> found;
     for (std::size_t column = 0; column < roles.size(); ++column) {
         found.push_back(wide.role(column));
+    }
+    // One census: Species, Count.
+    const bool counted = std::find(found.begin(), found.end(), ColumnRole::count) != found.end();
+    const auto count = columnOf(roles, ColumnRole::count);
+    if (!counted && count && reading.layout == TableLayout::speciesRows) {
+        found[*count] = ColumnRole::count;
     }
     return found;
 }

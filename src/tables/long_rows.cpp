@@ -40,28 +40,22 @@ class LongRows final : public RowReader {
                 return;
             }
         }
-        const auto counts =
-            columns_.counts.empty() ? std::nullopt : std::optional(columns_.counts.front());
-        const std::string_view cell = counts ? row.cell(*counts) : "";
         if (columns_.exact && beginsCensus(row)) return;
         if (species.empty() && !columns_.exact) {
             // A census without species has such a row.
-            if (!cell.empty() && cell != "0") {
+            const bool hasCounts = std::any_of(
+                columns_.counts.begin(), columns_.counts.end(), [&row](std::size_t column) {
+                    return !row.cell(column).empty() && row.cell(column) != "0";
+                });
+            if (hasCounts) {
                 rules_.problem(placeOf(row, columns_.species), {}, "The species has no name.");
             }
             return;
         }
         if (!columns_.exact && !isSpeciesText(row)) return;
-        const TablePlace place = placeOf(row, counts.value_or(0));
-        std::int64_t value = 1;
-        if (!cell.empty()) {
-            value = rules_.count(cell, place).value;
-        } else if (counts) {
-            rules_.noteCountedOnce(place);
-        }
         const std::size_t number =
             gathered_.species.number(columns_.genus ? speciesName(row, species) : species);
-        const bool added = addTaxon(*index, number, value, place);
+        const bool added = addCounts(row, *index, number);
         if (columns_.included) readIncluded(row, *index, added);
     }
 
@@ -71,6 +65,24 @@ class LongRows final : public RowReader {
     }
 
   private:
+    // Of all columns of counts; 1 where they are blank. False where nothing was added to the taxa.
+    bool addCounts(const TableRow& row, std::size_t census, std::size_t species) {
+        bool added = false;
+        bool isBlank = true;
+        for (const std::size_t column : columns_.counts) {
+            const std::string_view cell = row.cell(column);
+            if (cell.empty()) continue;
+            isBlank = false;
+            const TablePlace place = placeOf(row, column);
+            added |= addTaxon(census, species, rules_.count(cell, place).value, place);
+        }
+        if (!isBlank) return added;
+        const TablePlace place =
+            placeOf(row, columns_.counts.empty() ? 0 : columns_.counts.front());
+        if (!columns_.counts.empty()) rules_.noteCountedOnce(place);
+        return addTaxon(census, species, 1, place);
+    }
+
     // added: the taxon of the row is the last of the census.
     void readIncluded(const TableRow& row, std::size_t census, bool added) {
         const std::string_view mark = row.cell(*columns_.included);
@@ -122,16 +134,20 @@ class LongRows final : public RowReader {
         const auto repeats = [&](std::size_t column) {
             return row.cell(column) == lastCells_[i++];
         };
-        return repeats(*columns_.census) &&
+        return std::all_of(columns_.names.begin(), columns_.names.end(), repeats) &&
                std::all_of(columns_.attributes.begin(), columns_.attributes.end(),
                            [&](const auto& attribute) { return repeats(attribute.second); }) &&
                std::all_of(columns_.dateParts.begin(), columns_.dateParts.end(), repeats);
     }
 
     void keepCensus(const TableRow& row, std::size_t index) {
-        if (!columns_.census || (row.cell(*columns_.census).empty() && !columns_.exact)) return;
+        const std::vector<std::size_t>& names = columns_.names;
+        const bool isNamed = std::none_of(names.begin(), names.end(),
+                                          [&row](auto column) { return row.cell(column).empty(); });
+        if (names.empty() || (!isNamed && !columns_.exact)) return;
         lastCensus_ = index;
-        lastCells_.assign(1, std::string(row.cell(*columns_.census)));
+        lastCells_.clear();
+        for (const std::size_t column : names) lastCells_.emplace_back(row.cell(column));
         for (const auto& attribute : columns_.attributes) {
             lastCells_.emplace_back(row.cell(attribute.second));
         }

@@ -49,12 +49,10 @@ class Reader {
 
     void beginData() {
         begun_ = true;
-        for (std::size_t column = 0; column < reading_.columns.size(); ++column) {
+        for (const std::size_t column : reading_.columnsOf(ColumnRole::ignored)) {
             const std::string text = header_.text(column);
-            if (reading_.columns[column] == ColumnRole::ignored && !text.empty()) {
-                records_.notices.ignoredColumns.push_back(columnLetters(column) + " \"" + text +
-                                                          "\"");
-            }
+            if (text.empty()) continue;
+            records_.notices.ignoredColumns.push_back(columnLetters(column) + " \"" + text + "\"");
         }
         rows_->begin(header_);
     }
@@ -64,13 +62,13 @@ class Reader {
                                                   reading_.leftOutRows.end(), row.number);
         if (isLeftOut) return;
         const auto isFilled = [](std::string_view cell) { return !cell.empty(); };
-        if (rows_->columns().exact) {
-            if (row.cells.size() > 1) readRow(row);
-            return;
-        }
         const auto first = std::find_if(row.cells.begin(), row.cells.end(), isFilled);
         if (first == row.cells.end()) {
             afterEmpty_ = true;
+            return;
+        }
+        if (rows_->columns().exact) {
+            if (row.cells.size() > 1) readRow(row);
             return;
         }
         const bool note = afterEmpty_ && reading_.columns.size() > 2 &&
@@ -79,7 +77,15 @@ class Reader {
             held_.push_back({row.number, row.line, {row.cells.begin(), row.cells.end()}});
             return;
         }
-        for (const HeldRow& held : std::exchange(held_, {})) readRow(held.row());
+        for (const HeldRow& held : std::exchange(held_, {})) {
+            if (summaryRank(held.row()) == 0) {
+                rows_->rules().problem(
+                    {held.number, held.line, std::nullopt}, held.cells.front(),
+                    "The row is named as a total, but more rows follow. Leave it out, or give it "
+                    "another name.");
+            }
+            readRow(held.row());
+        }
         afterEmpty_ = false;
         readRow(row);
     }

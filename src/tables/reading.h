@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -53,7 +54,9 @@ struct TableReading {
     std::vector<ColumnRole> headerRows;
     // The header lacks the cell above the first column.
     bool shortHeader = false;
-    std::vector<ColumnRole> columns;       // beyond them: ignored
+    // Beyond them: ignored. Several that name the census are parts of its name, and several counts
+    // of records are added.
+    std::vector<ColumnRole> columns;
     std::vector<std::size_t> leftOutRows;  // by the user: numbers of rows, ascending
 
     char decimalMark = '.';
@@ -75,10 +78,21 @@ struct TableReading {
     [[nodiscard]] ColumnRole role(std::size_t column) const {
         return column < columns.size() ? columns[column] : ColumnRole::ignored;
     }
+    [[nodiscard]] std::vector<std::size_t> columnsOf(ColumnRole role) const {
+        std::vector<std::size_t> found;
+        for (std::size_t column = 0; column < columns.size(); ++column) {
+            if (columns[column] == role) found.push_back(column);
+        }
+        return found;
+    }
     [[nodiscard]] std::size_t firstDataRow() const { return firstRow + headerRows.size(); }
 
     friend bool operator==(const TableReading&, const TableReading&) = default;
 };
+
+// Gives the columns their roles. Others that were guessed for such a role lose it, unless a table
+// has several of them: species or censuses of a wide table, totals, and what is ignored.
+void setRoles(TableReading& reading, const std::map<std::size_t, ColumnRole>& roles);
 
 // The letters of a column as spreadsheets show them; column counts from 0: A, ..., Z, AA.
 std::string columnLetters(std::size_t column);

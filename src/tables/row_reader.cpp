@@ -42,7 +42,7 @@ ColumnsByRole::ColumnsByRole(const TableReading& reading) {
         if (found == reading.columns.end()) return std::nullopt;
         return static_cast<std::size_t>(found - reading.columns.begin());
     };
-    census = columnOf(ColumnRole::census);
+    names = reading.columnsOf(ColumnRole::census);
     species = columnOf(ColumnRole::species);
     genus = columnOf(ColumnRole::genus);
     status = columnOf(ColumnRole::status);
@@ -55,10 +55,8 @@ ColumnsByRole::ColumnsByRole(const TableReading& reading) {
     const auto month = columnOf(ColumnRole::month);
     const auto day = columnOf(ColumnRole::day);
     if (!columnOf(ColumnRole::date) && year && month && day) dateParts = {*year, *month, *day};
-    for (std::size_t column = 0; column < reading.columns.size(); ++column) {
-        if (reading.columns[column] == ColumnRole::count) counts.push_back(column);
-    }
-    exact = reading.isExact() && census && species && !counts.empty();
+    counts = reading.columnsOf(ColumnRole::count);
+    exact = reading.isExact() && !names.empty() && species && !counts.empty();
 }
 
 // --- censuses and taxa ---
@@ -71,20 +69,25 @@ RowReader::RowReader(const TableReading& reading, TableRecords& records, NamePoo
       gathered_(names, reading.isExact()) {}
 
 std::optional<std::string> RowReader::censusName(const TableRow& row) {
-    const std::string_view cell = columns_.census ? row.cell(*columns_.census) : "";
-    std::optional<std::string> name;
-    if (columns_.exact) {
-        name = cell;
-    } else if (!cell.empty()) {
-        if (rules_.isText(cell, placeOf(row, columns_.census))) name = nameInOneLine(cell);
-    } else if (reading_.unnamed == UnnamedRule::rowNumber || !columns_.census) {
-        name = "row " + integerText(static_cast<std::int64_t>(row.number));
-    } else if (reading_.unnamed == UnnamedRule::above && !lastName_.empty()) {
-        name = lastName_;
-    } else {
-        rules_.problem(placeOf(row, columns_.census), {}, "The census has no name.");
+    const std::vector<std::size_t>& columns = columns_.names;
+    if (columns_.exact) return std::string(row.cell(columns.front()));
+    std::string name;
+    nameParts_.resize(columns.size());
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        const std::string_view cell = row.cell(columns[i]);
+        std::string& part = nameParts_[i];
+        if (!cell.empty() || reading_.unnamed != UnnamedRule::above) part = nameInOneLine(cell);
+        if (!rules_.isText(cell, placeOf(row, columns[i]))) return std::nullopt;
+        if (part.empty() && reading_.unnamed != UnnamedRule::rowNumber) {
+            rules_.problem(placeOf(row, columns[i]), {},
+                           columns.size() == 1 ? "The census has no name."
+                                               : "A part of the name of the census is blank.");
+            return std::nullopt;
+        }
+        if (!name.empty() && !part.empty()) name += ' ';
+        name += part;
     }
-    lastName_ = name.value_or(std::string());
+    if (name.empty()) name = "row " + integerText(static_cast<std::int64_t>(row.number));
     return name;
 }
 

@@ -44,7 +44,7 @@ class TableHeader {
 struct ColumnsByRole {
     explicit ColumnsByRole(const TableReading& reading);
 
-    std::optional<std::size_t> census;
+    std::vector<std::size_t> names;  // of the census
     std::optional<std::size_t> species;
     std::optional<std::size_t> genus;
     std::optional<std::size_t> status;
@@ -74,7 +74,8 @@ class RowReader {
     void finish();
 
   protected:
-    // The name of the census of a row; absent where it has none and that is a problem.
+    // The name of the census of a row, of its parts; absent, with a problem, where one is blank or
+    // no text.
     std::optional<std::string> censusName(const TableRow& row);
     void readAttributes(MockCensus& census, const TableRow& row);
     // Genus and species. False, with a problem, where one of them is no text.
@@ -102,7 +103,7 @@ class RowReader {
     std::vector<CellsOfCensus> cells_;  // of each census, where counts have columns
 
   private:
-    std::string lastName_;
+    std::vector<std::string> nameParts_;  // of the row before
 };
 
 // Rows of a census or of a species.

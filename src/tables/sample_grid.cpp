@@ -43,11 +43,6 @@ bool isSummaryRow(const SampleRow& row) {
     return meaning && meaning->role == ColumnRole::total;
 }
 
-bool isCountLike(std::string_view cell) {
-    return isMissingMark(cell) || presenceMark(cell) || isNumberOfAnyForm(cell) ||
-           isFormula(cell) || isErrorValue(cell);
-}
-
 bool isFractionOrNegative(std::string_view cell) {
     const auto isOf = [cell](NumberMarks marks) {
         const auto kind = cellCount(cell, marks).kind;
@@ -94,6 +89,11 @@ bool isNumberOfAnyForm(std::string_view cell) {
     return isDigits(cell) || tableNumber(cell, {'.', 0}) || tableNumber(cell, {',', 0}) ||
            tableNumber(cell, {'.', ','}) || tableNumber(cell, {',', '.'}) ||
            tableNumber(cell, {'.', ' '});
+}
+
+bool isCountLike(std::string_view cell) {
+    return isMissingMark(cell) || presenceMark(cell) || isNumberOfAnyForm(cell) ||
+           isAbundanceMark(cell) || isFormula(cell) || isErrorValue(cell);
 }
 
 Block findBlock(const SampleRows& rows, const TableChoices& choices) {

@@ -27,6 +27,8 @@ bool isComment(const SampleRow& row);
 // A number with either mark, or grouped digits.
 bool isNumberOfAnyForm(std::string_view cell);
 bool isDigits(std::string_view cell);
+// May stand where a count is expected, rightly or as a problem.
+bool isCountLike(std::string_view cell);
 
 // The rows between titles and footnotes.
 struct Block {

@@ -125,12 +125,35 @@ std::string understoodText(const TableReading& reading) {
     std::string text = formText(reading);
     switch (reading.layout) {
         case TableLayout::censusRows:
-            return text + "; a row for each census";
+            text += "; a row for each census";
+            break;
         case TableLayout::speciesRows:
-            return text + "; a row for each species";
+            text += "; a row for each species";
+            break;
         case TableLayout::records:
-            return text + "; a row for each species of a census";
+            text += "; a row for each species of a census";
+            break;
     }
+    return text + joinedText(reading);
+}
+
+std::string joinedText(const TableReading& reading) {
+    const auto columnsText = [&reading](ColumnRole role) {
+        std::string text;
+        const std::vector<std::size_t> columns = reading.columnsOf(role);
+        for (std::size_t i = 0; i < columns.size(); ++i) {
+            const char* const gap = i == 0 ? "" : i + 1 == columns.size() ? " and " : ", ";
+            text += gap + columnLetters(columns[i]);
+        }
+        return columns.size() < 2 ? std::string() : text;
+    };
+    std::string text;
+    const std::string names = columnsText(ColumnRole::census);
+    if (!names.empty()) text += "; names of censuses from columns " + names;
+    if (reading.layout != TableLayout::records) return text;
+    const std::string counts = columnsText(ColumnRole::count);
+    if (!counts.empty()) text += "; counts of columns " + counts + " added";
+    if (reading.columnsOf(ColumnRole::count).empty()) text += "; each row is one individual";
     return text;
 }
 
@@ -179,7 +202,11 @@ const char* doubtText(TableDoubt doubt) {
         case TableDoubt::separator:
             return "which character separates the cells";
         case TableDoubt::layout:
-            return "whether a row is a census or a species";
+            return "whether a row is a census, a species, or a species of a census";
+        case TableDoubt::names:
+            return "which columns name the census and the species";
+        case TableDoubt::counts:
+            return "which columns hold the counts";
         case TableDoubt::dateOrder:
             return "whether dates begin with the day or the month";
         case TableDoubt::thousandsMark:

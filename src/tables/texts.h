@@ -28,6 +28,9 @@ std::string formText(const TableReading& reading);
 // "semicolons, decimal comma, Windows-1252; a row for each census".
 std::string understoodText(const TableReading& reading);
 
+// "; names of censuses from columns A and B; counts of columns D and E added", as far as it is so.
+std::string joinedText(const TableReading& reading);
+
 // What is taken by a rule rather than by its letter, a line each.
 std::vector<std::string> noticeTexts(const TableNotices& notices, const TableReading& reading);
 

@@ -15,6 +15,11 @@ class WideRows final : public RowReader {
 
     void begin(const TableHeader& header) override {
         sums_.assign(columns_.counts.size(), 0);
+        if (columns_.counts.empty() && !reading_.columns.empty()) {
+            rules_.problem({reading_.firstRow, 0, std::nullopt}, {},
+                           "No column holds counts, so that no species would be read. Choose what "
+                           "the columns hold.");
+        }
         for (const std::size_t column : columns_.counts) {
             const std::string name = header.name(column);
             if (name.empty() && !reading_.headerRows.empty()) {

@@ -6,82 +6,35 @@
 #include <unordered_map>
 #include <utility>
 
+#include "base/text.h"
+#include "tables/header_words.h"
+
 namespace zorvel {
 namespace {
 
-// For each meaning its words, parted by bars, in lower case, without "_", "." and "-". Rank 1 of a
-// place is less exact than a plot, of notes it tells of a record rather than a census, of a total
-// it is computed but no sum.
-struct WordsOfMeaning {
-    HeaderMeaning meaning;
-    std::string_view words;
-};
-
-constexpr auto wordTable = std::to_array<WordsOfMeaning>({
-    {{ColumnRole::census, 0},
-     "census|plot|plots|plot id|plotid|quadrat|quadrat id|sample|samples|sample id|"
-     "sampleid|sample name|core|trap|trap id|transect|relevé|releve|site|sites|"
-     "site id|siteid|site name|site code|plot code|plot name|station|station id|"
-     "probe|proben|probestelle|probefläche|probenfläche|fläche|aufnahme|falle|"
-     "parzelle|transekt|parcelle|placette|échantillon|echantillon|piège|muestra|"
-     "parcela|cuadrante|cuadrat|trampa|transecto|estación|estacion|sitio|schicht|"
-     "bed|horizon|garden"},
-    {{ColumnRole::census, 1},
-     "standort|ort|fundort|lieu|localidad|localité|lugar|location|locality|"
-     "locationid|location id|collection|place guess"},
-    {{ColumnRole::census, 2}, "eventid|event id|fieldnumber|group"},
-    {{ColumnRole::species, 0},
-     "species|species name|speciesname|art|arten|artname|espèce|espèces|espece|"
-     "especie|especies|accepted name|epithet|specificepithet|specific epithet"},
-    {{ColumnRole::species, 1},
-     "taxon|taxa|taxon name|taxonname|taxón|otu|otu id|#otu id|#otuid|asv|"
-     "morphospecies|bird|birds|plant|plants|insect|butterfly|moth|fish|tree|animal|"
-     "vogel|pflanze|plante|oiseau|ave|planta"},
-    {{ColumnRole::species, 2},
-     "scientific name|scientificname|nom scientifique|nombre científico|"
-     "nombre cientifico|wissenschaftlicher name"},
-    {{ColumnRole::count, 0},
-     "count|counts|abundance|individuals|individualcount|individual count|"
-     "no individuals|number of individuals|anzahl|abundanz|individuen|"
-     "individuenzahl|stückzahl|effectif|abondance|individus|abundancia|individuos|"
-     "conteo|número|numero|abund value|specimens|exemplare|ejemplares|spécimens|"
-     "nº de individuos|n° de individuos|número de individuos|numero de individuos|"
-     "nombre d'individus|nb individus|how many|reads"},
-    {{ColumnRole::count, 1},
-     "number|n|no|quantity|organismquantity|menge|zahl|cantidad|freq|frequency|"
-     "nombre"},
-    {{ColumnRole::latitude, 0},
-     "lat|latitude|decimallatitude|decimal latitude|breite|breitengrad|latitud"},
-    {{ColumnRole::longitude, 0},
-     "lon|long|lng|longitude|decimallongitude|decimal longitude|länge|längengrad|"
-     "longitud"},
-    {{ColumnRole::date, 0},
-     "date|datum|eventdate|event date|fecha|sampling date|date of sampling|"
-     "survey date|observed on"},
-    {{ColumnRole::notes, 0}, "notes|eventremarks"},
-    {{ColumnRole::notes, 1},
-     "note|remarks|comments|comment|bemerkung|bemerkungen|notizen|remarque|"
-     "remarques|notas|observaciones|occurrenceremarks|any comments|description"},
-    {{ColumnRole::status, 0}, "occurrencestatus|status"},
-    {{ColumnRole::included, 0}, "included"},
-    {{ColumnRole::total, 0},
-     "total|totals|sum|sums|summe|gesamt|gesamtsumme|insgesamt|somme|suma|row total|"
-     "column total|grand total"},
-    {{ColumnRole::ignored, 0},
-     "timestamp|ph|temperature|temperatur|höhe|altitud|numotus|label|"
-     "taxonomic order|number of observers|common name|taxonomy|family|order|"
-     "id|gbifid|observer|treatment|elevation|altitude|depth"},
-    {{ColumnRole::year, 0}, "year|jahr|année|año"},
-    {{ColumnRole::month, 0}, "month|monat|mois|mes"},
-    {{ColumnRole::day, 0}, "day|tag|jour|día"},
-    {{ColumnRole::genus, 0}, "genus|gattung|genre|género"},
-    {{ColumnRole::date, 1}, "today"},
-    {{ColumnRole::total, 1},
-     "species richness|richness|number of species|no of species|species number|"
-     "artenzahl|anzahl arten|richesse|nombre d'espèces|riqueza|número de especies|"
-     "shannon|shannon h|shannon h'|shannon's h|simpson|simpson d|evenness|mean|"
-     "average|mittelwert"},
-});
+// In lower case and without the accents of Latin letters. U+00B0 and U+00BA are left out: "n°".
+std::string plainLetters(std::string_view text) {
+    const std::string composed = canonicalForm(text);
+    std::string plain;
+    for (std::size_t i = 0; i < composed.size(); ++i) {
+        const auto c = static_cast<unsigned char>(composed[i]);
+        const unsigned next =
+            i + 1 < composed.size() ? static_cast<unsigned char>(composed[i + 1]) : 0U;
+        const unsigned letter = (c & 0x1FU) << 6U | (next & 0x3FU);
+        if (c >= 'A' && c <= 'Z') {
+            plain += static_cast<char>(c - 'A' + 'a');
+        } else if (c >= 0xC3 && c <= 0xC5 && letter >= 0xC0 &&
+                   letter - 0xC0 < latinLetters.size()) {
+            plain += latinLetters[letter - 0xC0];
+            ++i;
+        } else if (c == 0xC2 && (next == 0xB0 || next == 0xBA)) {
+            ++i;
+        } else {
+            plain += composed[i];
+        }
+    }
+    return plain;
+}
 
 std::string plainHeader(std::string_view header) {
     constexpr std::string_view closers = ")]";
@@ -92,11 +45,12 @@ std::string plainHeader(std::string_view header) {
     // Forms of the field name their groups before a slash.
     header.remove_prefix(header.rfind('/') + 1);
     std::string plain;
-    for (const char c : header) {
-        if (c == '_' || c == '.' || c == '-' || c == ' ') {
-            if (!plain.empty() && plain.back() != ' ') plain += ' ';
-        } else {
-            plain += c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    for (const char c : plainLetters(header)) {
+        const bool isGap = c == '_' || c == '.' || c == '-' || c == ' ' || c == '\n';
+        if (!isGap) {
+            plain += c;
+        } else if (!plain.empty() && plain.back() != ' ') {
+            plain += ' ';
         }
     }
     while (!plain.empty() && (plain.back() == ' ' || plain.back() == ':' || plain.back() == '?'))
@@ -104,18 +58,38 @@ std::string plainHeader(std::string_view header) {
     return plain;
 }
 
-// What is measured, not counted: "depth (cm)".
+// A unit at the end, in brackets or, where it is no word, behind a blank: "depth (cm)", "Area m2".
 bool hasUnit(std::string_view header) {
-    constexpr auto units = std::to_array<std::string_view>(
-        {"mm", "cm", "m",   "km",   "m2",   "m²", "ha", "min", "minutes", "h", "hours", "days",
-         "%",  "°c", "psu", "mg/l", "µg/l", "mg", "g",  "kg",  "ml",      "l", "µs/cm", "ph"});
+    constexpr auto units = std::to_array<std::string_view>({"mm", "cm", "m", "km", "ha", "min",
+                                                            "minutes", "h", "hours", "days", "psu",
+                                                            "mg", "g", "kg", "ml", "l", "ph", "c"});
+    constexpr auto signs = std::to_array<std::string_view>(
+        {"m2",  "m²",  "m3", "m³", "cm2",  "cm²",  "cm3",  "cm³", "km2",   "km²",   "dm2",   "dm²",
+         "dm3", "dm³", "%",  "°c", "mg/l", "µg/l", "ug/l", "g/l", "µs/cm", "us/cm", "ind/m2"});
+    const auto isOf = [&header](const auto& known, std::size_t place, std::size_t after) {
+        std::string unit(header.substr(place, header.size() - place - after));
+        for (char& c : unit) {
+            if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+        }
+        return std::find(known.begin(), known.end(), unit) != known.end();
+    };
     const std::size_t open = header.find_last_of("([");
-    if (open == std::string_view::npos || header.size() < open + 3) return false;
-    std::string unit(header.substr(open + 1, header.size() - open - 2));
-    for (char& c : unit) {
-        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    const bool inBrackets = open != std::string_view::npos && header.size() >= open + 3;
+    if (inBrackets) return isOf(units, open + 1, 1) || isOf(signs, open + 1, 1);
+    const std::size_t gap = header.find_last_of(" _.");
+    return header.starts_with('%') ||
+           (gap != std::string_view::npos && gap > 0 && isOf(signs, gap + 1, 0));
+}
+
+// Calls visit with each word of a plain header until it returns true.
+template <class Visit>
+bool anyWord(std::string_view plain, const Visit& visit) {
+    for (std::size_t at = 0; at <= plain.size();) {
+        const std::size_t end = std::min(plain.find(' ', at), plain.size());
+        if (end > at && visit(plain.substr(at, end - at))) return true;
+        at = end + 1;
     }
-    return std::find(units.begin(), units.end(), unit) != units.end();
+    return false;
 }
 
 std::optional<HeaderMeaning> meaningOf(std::string_view plain) {
@@ -135,6 +109,24 @@ std::optional<HeaderMeaning> meaningOf(std::string_view plain) {
     return found->second;
 }
 
+// What is measured, not counted. A number makes it the name of a census: "Area 1".
+std::optional<HeaderMeaning> measureOf(std::string_view header, std::string_view plain) {
+    const bool isNumbered =
+        anyWord(plain, [](std::string_view word) { return word[0] >= '0' && word[0] <= '9'; });
+    const auto isDepth = [](std::string_view word) {
+        const auto meaning = meaningOf(word);
+        return meaning && meaning->role == ColumnRole::ignored && meaning->rank == 1;
+    };
+    const auto isMeasure = [](std::string_view word) {
+        return std::find(measures.begin(), measures.end(), word) != measures.end();
+    };
+    if (!isNumbered && anyWord(plain, isDepth)) return HeaderMeaning{ColumnRole::ignored, 1};
+    const bool isMeasured = hasUnit(header) || header.ends_with("InMeters") ||
+                            (!isNumbered && anyWord(plain, isMeasure));
+    if (isMeasured) return HeaderMeaning{ColumnRole::ignored, 0};
+    return std::nullopt;
+}
+
 bool isLetter(char c) {
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') ||
            static_cast<unsigned char>(c) >= 0x80;
@@ -146,9 +138,10 @@ std::optional<HeaderMeaning> headerMeaning(std::string_view header) {
     std::string plain = plainHeader(header);
     if (const auto meaning = meaningOf(plain)) return meaning;
     // "plot no", "relevé number", "ASV ID": the word itself, less surely.
-    for (const std::string_view ending : {" id", " number", " no", " nr", " code", " name"}) {
+    for (const std::string_view ending :
+         {" id", " number", " no", " nr", " code", " name", " naam", " nome", " nom"}) {
         if (!plain.ends_with(ending)) continue;
-        auto meaning = meaningOf(plain.substr(0, plain.size() - ending.size()));
+        auto meaning = meaningOf(std::string_view(plain).substr(0, plain.size() - ending.size()));
         const bool names = meaning && (meaning->role == ColumnRole::census ||
                                        meaning->role == ColumnRole::species);
         if (names) return HeaderMeaning{meaning->role, meaning->rank + 5};
@@ -157,14 +150,36 @@ std::optional<HeaderMeaning> headerMeaning(std::string_view header) {
          {std::pair(" latitude", ColumnRole::latitude), {" longitude", ColumnRole::longitude}}) {
         if (plain.ends_with(ending)) return HeaderMeaning{role, 0};
     }
-    if (plain.starts_with("name of ")) return meaningOf(plain.substr(8));
+    if (plain.starts_with("name of ")) return meaningOf(std::string_view(plain).substr(8));
     if (plain.starts_with("date ")) return HeaderMeaning{ColumnRole::date, 1};
-    if (hasUnit(header)) return HeaderMeaning{ColumnRole::ignored, 0};
-    if (plain.starts_with("total ") || plain.starts_with("sum of "))
-        return HeaderMeaning{ColumnRole::total, 0};
-    const bool identifier = plain == "id" || plain.ends_with(" id") || header.ends_with("ID");
+    if (const auto measured = measureOf(header, plain)) return measured;
+    if (plain.starts_with("sum of ")) return HeaderMeaning{ColumnRole::total, 0};
+    const std::size_t gap = plain.find(' ');
+    if (gap != std::string::npos) {
+        const auto first = meaningOf(std::string_view(plain).substr(0, gap));
+        const auto last = meaningOf(std::string_view(plain).substr(plain.rfind(' ') + 1));
+        for (const auto& meaning : {first, last}) {
+            const bool isTotal =
+                meaning && meaning->role == ColumnRole::total && meaning->rank == 0;
+            if (isTotal) return meaning;
+        }
+    }
+    const bool identifier = plain.ends_with(" id") || header.ends_with("ID") ||
+                            (header.ends_with("Key") && header.size() > 3);
     if (identifier) return HeaderMeaning{ColumnRole::ignored, 0};
     return std::nullopt;
+}
+
+bool isAmountHeader(std::string_view header) {
+    constexpr auto amounts = std::to_array<std::string_view>(
+        {"cover",     "coverage",  "deckung",  "deckungsgrad", "recouvrement", "cobertura",
+         "copertura", "bedekking", "tackning", "pokrycie",     "biomass",      "biomasse",
+         "biomasa",   "biomassa",  "weight",   "mass",         "gewicht",      "poids",
+         "peso",      "vikt",      "masa",     "density",      "dichte"});
+    const auto isAmount = [&amounts](std::string_view word) {
+        return std::find(amounts.begin(), amounts.end(), word) != amounts.end();
+    };
+    return header.find('%') != std::string_view::npos || anyWord(plainHeader(header), isAmount);
 }
 
 bool looksLikeCensusName(std::string_view text) {

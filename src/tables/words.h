@@ -1,5 +1,5 @@
-// The words by which the headers of tables are known: English, German, French and Spanish, and the
-// terms of Darwin Core.
+// The words by which the headers of tables are known: English, German, French, Spanish, Italian,
+// Portuguese, Dutch, Swedish and Polish, and the terms of Darwin Core.
 #pragma once
 
 #include <optional>
@@ -16,10 +16,12 @@ struct HeaderMeaning {
     int rank = 0;
 };
 
-// Absent where the header is none of the known words. Case, "_" and what follows in brackets do not
-// matter.
+// Absent where the header is none of the known words. Case, accents, "_" and what follows in
+// brackets do not matter.
 std::optional<HeaderMeaning> headerMeaning(std::string_view header);
 
+// Whether a header says how much there was of a species in other terms than individuals: "Cover".
+bool isAmountHeader(std::string_view header);
 // Whether a text looks like a numbered place: "Plot 3", "Q12".
 bool looksLikeCensusName(std::string_view text);
 // Whether a text looks like a binomial: "Abies alba".

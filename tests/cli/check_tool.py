@@ -617,6 +617,25 @@ class Tables(InFolder):
                 self.assertEqual(self.records(self.text, *both, *options), censuses)
         self.assertEqual(self.records("x,y\n1,2\n", "--column", "z=count"), (1, [" has no column 'z'"]))
 
+    def test_rules_for_merged_names_faulty_counts_and_several_counts(self):
+        text = "Plot,Species,Males,Females\nBog,Lasius,2,1\n,Formica,ca. 4,2\n"
+        counts = ("--column", "Males=count", "--column", "Females=count")
+        self.assertEqual(self.records(text), (1, [
+            ' it is in doubt which columns hold the counts (C "Males", D "Females"): give --column '
+            "HEADER=count for each of them, or HEADER=ignored, or --guess to take it as it seems to be"]))
+        self.assertEqual(self.records(text, *counts, "--zero", "text"), (1, [
+            "3:1: A3: The census has no name.",
+            " --unnamed above takes the name in the row above, as in merged cells; --unnamed row names a "
+            "census by its row"]))
+        bog = {"Lasius": 3, "Formica": 2}
+        rules = ("--zero", "text", "--unnamed", "above")
+        self.assertEqual(self.records(text, *counts, *rules), [("Bog", bog)])
+        self.assertEqual(self.records(text, *counts[2:], *rules), [("Bog", {"Lasius": 1, "Formica": 2})])
+        preview = json.loads(call("import --table --preview --json", self.file, *counts, *rules)[1])[0]
+        self.assertEqual({key: preview[key] for key in ("unnamed", "zero", "missing", "sameCensus")},
+                         {"unnamed": "above", "zero": ["text"], "missing": "zero",
+                          "sameCensus": "apart"})
+
     def test_wrong_calls_say_what_is_wrong(self):
         for arguments, told in (
                 (("summary", mites, "--layout", "rows"), "--layout: is for tables: give --kind table"),

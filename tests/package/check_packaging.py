@@ -69,6 +69,7 @@ class Completion(unittest.TestCase):
                 ("diversity|--curve|", "coverage size"),
                 ("summary|--c", "--census --column"),
                 ("summary|--sam", "--same-census --same-species"),
+                ("summary|--unnamed|", "above fault row"),
                 ("metrics|--layout|", "columns long rows"),
                 ("matrix|--j", ""),
                 ("metrics|--j", "--json"),

@@ -121,13 +121,24 @@ TEST(LongTable, LooksLikeThis) {
     project.censuses.push_back({46.5, -7.25, "Plot 1", "wet, \"cold\"", {{3, "Abies alba"}}, {}});
     project.censuses.push_back({0, 0, "Plot 2", "", {}, {}});
     project.censuses.push_back({0, 0, "Plot 2", "", {{0, ""}}, {}});
-    project.excluded = {{0}, {}, {}};
+    project.censuses.push_back({});
+    project.excluded = {{0}, {}, {}, {}};
     EXPECT_EQ(longTableOf(project),
               "census,date,latitude,longitude,notes,species,count,included\n"
               "Plot 1,,46.5,-7.25,\"wet, \"\"cold\"\"\",Abies alba,3,no\n"
               "Plot 2,,,,,,,\n"
               "Plot 2,,,,,,,\n"
-              "Plot 2,,,,,,0,yes\n");
+              "Plot 2,,,,,,0,yes\n"
+              ",,0,,,,,\n");
+}
+
+TEST(LongTable, RowsOfCommasAreBlank) {
+    const std::string text =
+        std::string(LongTableWriter::header) + "\nA,,,,,Poa,3,yes\n,,,,,,,\n,,0,,,,,\n";
+    TextRows rows(bytesOf(text), guessTable(text, true).reading.form);
+    const TableRecords read = readTable(rows, guessTable(text, true).reading);
+    ASSERT_EQ(read.censuses.size(), 2U);
+    EXPECT_EQ(read.censuses[1].name, "");
 }
 
 TEST(LongTable, SavedInAnotherEncodingIsGuessedLikeAnyOther) {

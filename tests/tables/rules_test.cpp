@@ -55,7 +55,7 @@ TEST(TableCells, Counts) {
                            {"+", {}, Kind::notANumber, 0},
                            {"0x10", {}, Kind::notANumber, 0},
                            {"inf", {}, Kind::notANumber, 0},
-                           {"12 %", {}, Kind::notANumber, 0},
+                           {"12 %", {}, Kind::fraction, 12},
                            {"#REF!", {}, Kind::notANumber, 0}}) {
         const CellCount count = cellCount(c.cell, c.marks);
         EXPECT_EQ(count.kind, c.kind) << c.cell;

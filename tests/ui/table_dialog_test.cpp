@@ -50,7 +50,7 @@ class TableDialogTest : public WindowTest {
 };
 
 TEST_F(TableDialogTest, ATableIsCorrectedByKeysAndImportedAsOneStep) {
-    openTable("Plot;Abies;Larix;Height\nNorth;3;2.5;7\nSouth;1;2;9\n");
+    openTable("Plot;Abies;Larix;Other\nNorth;3;2.5;7\nSouth;1;2;9\n");
     ASSERT_TRUE(waitUntil([&] { return !importButton().text().contains("&Import\n"); }));
     EXPECT_FALSE(importButton().isEnabled()) << "2.5 is no count";
     auto& remarks = part<QListWidget>("tableRemarks");
@@ -94,7 +94,7 @@ TEST_F(TableDialogTest, ATableIsCorrectedByKeysAndImportedAsOneStep) {
     EXPECT_EQ(dialog(), nullptr);
 
     // The next file of this header opens as this one was left.
-    openTable("Plot;Abies;Larix;Height\nWest;5;;\n");
+    openTable("Plot;Abies;Larix;Other\nWest;5;;\n");
     ASSERT_TRUE(waitFor("Import 1 Census"));
     EXPECT_EQ(headerOf(3), "Column D, role ignored");
     key(Qt::Key_Escape);
@@ -191,7 +191,7 @@ TEST_F(TableDialogTest, WhatIsInDoubtIsAskedBeforeTheImport) {
     const auto answers = [this] {
         return dialog()->findChildren<QPushButton*>("tableDoubtAnswer");
     };
-    ASSERT_EQ(answers().size(), 2);
+    ASSERT_EQ(answers().size(), 3);
     EXPECT_EQ(answers()[1]->accessibleDescription(),
               "Zorvel is not sure whether B-D are censuses or species. Choose.");
     ASSERT_TRUE(waitUntil([&] { return dialog()->isActiveWindow(); }));

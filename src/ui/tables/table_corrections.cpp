@@ -15,12 +15,6 @@ namespace {
 const char keptKey[] = "tables/corrections";
 constexpr qsizetype mostKept = 50;  // headers
 
-// Roles of which a table may have several columns.
-bool isOfManyColumns(const TableReading& reading, ColumnRole role) {
-    if (role == ColumnRole::count) return reading.layout != TableLayout::records;
-    return role == ColumnRole::total || role == ColumnRole::ignored;
-}
-
 template <class T>
 void put(QJsonObject& object, const char* key, const std::optional<T>& value) {
     if (value) object[QLatin1String(key)] = static_cast<int>(*value);
@@ -65,19 +59,11 @@ QJsonArray kept() {
 
 }  // namespace
 
-void setRole(TableReading& reading, std::size_t column, ColumnRole role) {
-    if (column >= reading.columns.size()) reading.columns.resize(column + 1, ColumnRole::ignored);
-    if (!isOfManyColumns(reading, role)) {
-        std::replace(reading.columns.begin(), reading.columns.end(), role, ColumnRole::ignored);
-    }
-    reading.columns[column] = role;
-}
-
 void applyCorrections(TableReading& reading, const TableCorrections& corrections) {
     const auto take = [](auto& value, const auto& corrected) {
         if (corrected) value = *corrected;
     };
-    for (const auto& [column, role] : corrections.roles) setRole(reading, column, role);
+    setRoles(reading, corrections.roles);
     reading.leftOutRows = corrections.leftOutRows;
     reading.takenAsZero = corrections.takenAsZero;
     take(reading.decimalMark, corrections.decimalMark);
@@ -98,6 +84,9 @@ bool settles(const TableCorrections& corrections, TableDoubt doubt) {
             return corrections.choices.separator.has_value();
         case TableDoubt::layout:
             return corrections.choices.layout.has_value();
+        case TableDoubt::names:
+        case TableDoubt::counts:
+            return settledByRoles(doubt, corrections.roles);
         case TableDoubt::dateOrder:
             return corrections.dateOrder.has_value();
         case TableDoubt::thousandsMark:

@@ -34,10 +34,6 @@ struct TableCorrections {
 // One change of them.
 using TableCorrection = std::function<void(TableCorrections& corrections)>;
 
-// The role of a column; of a role of which there is one column at most, the column that had it is
-// left out from now on.
-void setRole(TableReading& reading, std::size_t column, ColumnRole role);
-
 // What the user changed of columns, marks and rules; the choices have led the guess already.
 void applyCorrections(TableReading& reading, const TableCorrections& corrections);
 

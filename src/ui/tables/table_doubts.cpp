@@ -30,6 +30,9 @@ DoubtQuestion questionOf(TableDoubt doubt, const TableReading& reading) {
     const auto add = [&](const QString& title, std::function<void(TableCorrections&)> correct) {
         question.answers.push_back({title, std::move(correct)});
     };
+    const auto letters = [](std::size_t column) {
+        return QString::fromStdString(columnLetters(column));
+    };
     switch (doubt) {
         case TableDoubt::separator:
             ask("which character separates the cells");
@@ -51,6 +54,41 @@ DoubtQuestion questionOf(TableDoubt doubt, const TableReading& reading) {
             };
             add("Censuses", set(TableLayout::speciesRows));
             add("Species", set(TableLayout::censusRows));
+            add("Neither: each row is a record", set(TableLayout::records));
+            break;
+        }
+        case TableDoubt::names: {
+            ask("which columns name the census and the species");
+            const auto censuses = reading.columnsOf(ColumnRole::census);
+            const auto species = reading.columnsOf(ColumnRole::species);
+            if (censuses.empty() || species.empty()) break;
+            const auto addNames = [&](std::size_t censusColumn, std::size_t speciesColumn) {
+                add(QString("Census %1, species %2")
+                        .arg(letters(censusColumn), letters(speciesColumn)),
+                    [=](TableCorrections& corrections) {
+                        corrections.roles[censusColumn] = ColumnRole::census;
+                        corrections.roles[speciesColumn] = ColumnRole::species;
+                    });
+            };
+            addNames(censuses.front(), species.front());
+            addNames(species.front(), censuses.front());
+            break;
+        }
+        case TableDoubt::counts: {
+            ask("which columns hold the counts");
+            const auto counts = reading.columnsOf(ColumnRole::count);
+            const auto set = [&counts](ColumnRole role) {
+                return [counts, role](TableCorrections& corrections) {
+                    for (const std::size_t column : counts) corrections.roles[column] = role;
+                };
+            };
+            for (const std::size_t column : counts) {
+                add("Column " + letters(column), [column](TableCorrections& corrections) {
+                    corrections.roles[column] = ColumnRole::count;
+                });
+            }
+            if (counts.size() > 1) add("Their sum", set(ColumnRole::count));
+            if (counts.size() == 1) add("None: each row is one", set(ColumnRole::ignored));
             break;
         }
         case TableDoubt::dateOrder: {
@@ -114,7 +152,8 @@ void TableDoubts::showPreview(const TablePreview& preview) {
 }
 
 void TableDoubts::takeFocus() {
-    findChild<QPushButton*>()->setFocus(Qt::OtherFocusReason);
+    auto* first = findChild<QPushButton*>();
+    if (first != nullptr) first->setFocus(Qt::OtherFocusReason);
 }
 
 }  // namespace zorvel

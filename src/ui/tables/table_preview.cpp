@@ -259,6 +259,7 @@ std::string understoodText(const TablePreview& preview) {
             text += "a record in each of " + rows;
             break;
     }
+    text += joinedText(reading);
     if (preview.totalsRow != 0)
         text += "; row " + numberText(preview.totalsRow) + " (total) left out";
     if (!preview.noteRows.empty()) {

@@ -1,0 +1,235 @@
+// The words of words.h, by what they mean.
+#pragma once
+
+#include <array>
+#include <string_view>
+
+#include "tables/words.h"
+
+namespace zorvel {
+
+// For each meaning its words, parted by bars, as plainHeader() gives them. Ranks of a census: 0 a
+// plot, 1 a less exact place, 2 an identifier, 3 what tells censuses of one place apart. Rank 1 of
+// notes tells of a record rather than a census; of a total it is computed but no sum; of what is
+// ignored it is a depth, which may tell censuses apart.
+struct WordsOfMeaning {
+    HeaderMeaning meaning;
+    std::string_view words;
+};
+
+constexpr auto wordTable = std::to_array<WordsOfMeaning>({
+    {{ColumnRole::census, 0},
+     "census|plot|plots|plot id|plotid|quadrat|quadrat id|sample|samples|sample id|sampleid|"
+     "sample name|core|trap|trap id|transect|releve|site|sites|site id|siteid|site name|site code|"
+     "plot code|plot name|station|station id|point|point id|subplot|block|haul|pond|lake|garden|"
+     "bed|horizon|probe|proben|probestelle|probeflache|probenflache|flache|aufnahme|falle|"
+     "parzelle|transekt|schicht|untersuchungsflache|probepunkt|messpunkt|zahlpunkt|quadrant|"
+     "parcelle|placette|placeau|echantillon|piege|quadrate|maille|point d'ecoute|"
+     "muestra|parcela|cuadrante|cuadrat|trampa|transecto|estacion|sitio|punto|"
+     "amostra|armadilha|estacao|ponto|quadrado|campione|stazione|sito|quadrato|rilievo|"
+     "trappola|transetto|parcella|plek|proefvlak|monster|opname|vangpot|kwadrant|"
+     "meetpunt|telpunt|monsterpunt|prov|provyta|ruta|falla|provpunkt|provplats|prove|proveflate|"
+     "stanowisko|proba|probka|powierzchnia|pulapka|poletko|kwadrat|punkt|transek"},
+    {{ColumnRole::census, 1},
+     "standort|ort|fundort|lieu|localidad|localite|lugar|location|locality|locationid|location id|"
+     "collection|place guess|local|localidade|localita|luogo|locatie|gebied|vindplaats|lokal|plats|"
+     "lokalitet|lokalizacja|miejsce|lokalita|gebiet"},
+    {{ColumnRole::census, 2}, "eventid|event id|fieldnumber|group"},
+    {{ColumnRole::census, 3},
+     "replicate|rep|replica|replicat|repetition|repeticion|repeticao|wiederholung|teilprobe|"
+     "subsample|sub sample|replicato|replicaat|replikat|powtorzenie|treatment|behandlung|"
+     "traitement|tratamiento|tratamento|trattamento|behandeling|visit|round|survey|session|season|"
+     "week|begehung|durchgang|saison|jahreszeit|woche|kw|visite|passage|semaine|visita|estacion "
+     "del ano|temporada|semana|campana|estacao do ano|stagione|settimana|bezoek|ronde|seizoen|"
+     "besok|sasong|vecka|sezon|tydzien"},
+    {{ColumnRole::species, 0},
+     "species|species name|speciesname|art|arten|artname|espece|especes|especie|especies|specie|"
+     "accepted name|epithet|specificepithet|specific epithet|soort|soorten|soortnaam|artnamn|"
+     "artsnavn|gatunek|gatunki|nazwa gatunku|druh|laji"},
+    {{ColumnRole::species, 1},
+     "taxon|taxa|taxon name|taxonname|taxones|taxons|taxone|takson|otu|otu id|#otu id|#otuid|asv|"
+     "morphospecies|bird|birds|plant|plants|insect|butterfly|moth|fish|tree|animal|organism|"
+     "essence|vogel|pflanze|plante|oiseau|ave|planta|vogelart|pflanzenart|vogelsoort|pianta|"
+     "uccello|"
+     "roslina|ptak"},
+    {{ColumnRole::species, 2},
+     "scientific name|scientificname|nom scientifique|nombre cientifico|latin name|latinname|"
+     "wissenschaftlicher name|nome cientifico|nome scientifico|wetenschappelijke naam|"
+     "vetenskapligt namn|latinskt namn|nazwa lacinska|nazwa naukowa"},
+    {{ColumnRole::species, 6},
+     "common name|vernacular name|vernacularname|nombre comun|nom commun|deutscher name|"
+     "nederlandse naam|nome comune|nome comum|svenskt namn|nazwa polska"},
+    {{ColumnRole::species, 8}, "family|familie|famille|familia|famiglia|familj|rodzina"},
+    {{ColumnRole::species, 9}, "order|ordnung|ordre|orden|ordine|orde|ordem|ordning|rzad"},
+    {{ColumnRole::count, 0},
+     "count|counts|abundance|individuals|individualcount|individual count|no individuals|"
+     "number of individuals|n individuals|inds|abund|tally|abund value|specimens|how many|reads|"
+     "anzahl|abundanz|individuen|individuenzahl|stuckzahl|exemplare|"
+     "effectif|effectifs|abondance|individus|nombre d'individus|nombre de tiges|nb individus|n "
+     "individus|nb ind|"
+     "abundancia|individuos|conteo|numero|ejemplares|n de individuos|numero de individuos|"
+     "contagem|n individuos|abbondanza|individui|esemplari|conteggio|n individui|"
+     "numero individui|numero di individui|aantal|aantallen|abundantie|aantal individuen|antal|"
+     "individer|antal individer|abundans|antall|liczba|liczebnosc|osobniki|liczba osobnikow|"
+     "ilosc|pocet|lukumaara|yksilomaara"},
+    {{ColumnRole::count, 1},
+     "number|n|no|nr|nb|quantity|organismquantity|menge|zahl|cantidad|quantidade|quantita|freq|"
+     "frequency|nombre"},
+    {{ColumnRole::latitude, 0},
+     "lat|latitude|decimallatitude|decimal latitude|breite|breitengrad|latitud|latitudine|"
+     "breedtegraad|breddgrad|szerokosc|szerokosc geograficzna"},
+    {{ColumnRole::longitude, 0},
+     "lon|long|lng|longitude|decimallongitude|decimal longitude|lange|langengrad|longitud|"
+     "longitudine|lengtegraad|langdgrad|dlugosc geograficzna"},
+    {{ColumnRole::date, 0},
+     "date|datum|eventdate|event date|fecha|data|dato|sampling date|date of sampling|survey date|"
+     "observed on|sample date|collection date"},
+    {{ColumnRole::notes, 0}, "notes|eventremarks"},
+    {{ColumnRole::notes, 1},
+     "note|remarks|comments|comment|bemerkung|bemerkungen|notizen|remarque|remarques|notas|"
+     "observaciones|occurrenceremarks|any comments|description|osservazioni|observacoes|"
+     "opmerking|opmerkingen|anmarkning|anmarkningar|kommentar|uwagi|anmerkung|anmerkungen"},
+    {{ColumnRole::status, 0},
+     "occurrencestatus|status|presence|present|detected|prasenz|vorkommen|presencia|presenza|"
+     "presenca|aanwezig|forekomst|obecnosc"},
+    {{ColumnRole::included, 0}, "included"},
+    {{ColumnRole::total, 0},
+     "total|totals|sum|sums|summe|gesamt|gesamtsumme|insgesamt|somme|suma|row total|column total|"
+     "grand total|totale|totali|totaal|totalen|som|soma|totais|summa|totalt|sammanlagt|razem|"
+     "ogolem|celkem|yhteensa|totaux|totales|subtotal|sub total|zwischensumme|sous total|"
+     "subtotale|subtotaal"},
+    {{ColumnRole::ignored, 0},
+     "timestamp|numotus|label|taxonomic order|number of observers|taxonomy|id|gbifid|observer|"
+     "stage|life stage|lifestage|sex|sexe|sexo|sesso|stadium|stade|geschlecht|kon|plec|"
+     "trophic level|trophic group|tolerance|tolerance value|score|rank|red "
+     "list|organismquantitytype|"
+     "size|code|slope|aspect|sand|silt|clay|ph|wind|rain|light|noise|month name"},
+    {{ColumnRole::ignored, 1},
+     "depth|tiefe|profondeur|profundidad|profundidade|profondita|diepte|djup|glebokosc|dybde"},
+    {{ColumnRole::year, 0}, "year|jahr|annee|ano|anno|jaar|ar|rok"},
+    {{ColumnRole::month, 0}, "month|monat|mois|mes|mese|maand|manad|miesiac"},
+    {{ColumnRole::day, 0}, "day|tag|jour|dia|giorno|dag|dzien"},
+    {{ColumnRole::genus, 0}, "genus|gattung|genre|genero|genere|geslacht|slakte|slekt|rodzaj"},
+    {{ColumnRole::date, 1}, "today"},
+    {{ColumnRole::total, 1},
+     "species richness|richness|number of species|no of species|species number|artenzahl|"
+     "anzahl arten|richesse|nombre d'especes|riqueza|numero de especies|shannon|shannon h|"
+     "shannon h'|shannon's h|simpson|simpson d|evenness|mean|average|mittelwert|ricchezza|"
+     "numero di specie|aantal soorten|soortenrijkdom|antal arter|liczba gatunkow|media|"
+     "moyenne|promedio|gemiddelde|medelvarde|srednia|durchschnitt|anteil|percent"},
+});
+
+// Words of what is measured, wherever they are in a header: "Water temp.", "Area m2".
+constexpr auto measures = std::to_array<std::string_view>({"area",
+                                                           "superficie",
+                                                           "oppervlakte",
+                                                           "volume",
+                                                           "volumen",
+                                                           "volum",
+                                                           "effort",
+                                                           "aufwand",
+                                                           "esfuerzo",
+                                                           "esforco",
+                                                           "inspanning",
+                                                           "temperature",
+                                                           "temp",
+                                                           "temperatur",
+                                                           "temperatura",
+                                                           "temperatuur",
+                                                           "ph",
+                                                           "salinity",
+                                                           "salinitat",
+                                                           "salinite",
+                                                           "salinidad",
+                                                           "salinidade",
+                                                           "salinita",
+                                                           "zoutgehalte",
+                                                           "salthalt",
+                                                           "zasolenie",
+                                                           "conductivity",
+                                                           "leitfahigkeit",
+                                                           "conductivite",
+                                                           "conductividad",
+                                                           "condutividade",
+                                                           "conducibilita",
+                                                           "geleidbaarheid",
+                                                           "konduktivitet",
+                                                           "przewodnosc",
+                                                           "turbidity",
+                                                           "turbidite",
+                                                           "turbidez",
+                                                           "trubung",
+                                                           "oxygen",
+                                                           "sauerstoff",
+                                                           "oxygene",
+                                                           "oxigeno",
+                                                           "oxigenio",
+                                                           "ossigeno",
+                                                           "zuurstof",
+                                                           "humidity",
+                                                           "moisture",
+                                                           "feuchte",
+                                                           "feuchtigkeit",
+                                                           "humidite",
+                                                           "humedad",
+                                                           "umidade",
+                                                           "umidita",
+                                                           "precipitation",
+                                                           "rainfall",
+                                                           "niederschlag",
+                                                           "precipitacion",
+                                                           "elevation",
+                                                           "altitude",
+                                                           "altitud",
+                                                           "altitudine",
+                                                           "hohe",
+                                                           "meereshohe",
+                                                           "hoogte",
+                                                           "hojd",
+                                                           "wysokosc",
+                                                           "height",
+                                                           "width",
+                                                           "length",
+                                                           "diameter",
+                                                           "dbh",
+                                                           "weight",
+                                                           "biomass",
+                                                           "biomasse",
+                                                           "biomasa",
+                                                           "biomassa",
+                                                           "cover",
+                                                           "coverage",
+                                                           "deckung",
+                                                           "deckungsgrad",
+                                                           "recouvrement",
+                                                           "cobertura",
+                                                           "copertura",
+                                                           "bedekking",
+                                                           "tackning",
+                                                           "pokrycie",
+                                                           "duration",
+                                                           "dauer",
+                                                           "duree",
+                                                           "duracion",
+                                                           "duur",
+                                                           "czas",
+                                                           "uncertainty",
+                                                           "accuracy",
+                                                           "precision",
+                                                           "nitrate",
+                                                           "phosphate",
+                                                           "chlorophyll",
+                                                           "discharge",
+                                                           "velocity",
+                                                           "trapnights",
+                                                           "observers",
+                                                           "agreements",
+                                                           "disagreements"});
+
+// The plain letters of U+00C0 to U+017F.
+constexpr std::string_view latinLetters =
+    "aaaaaaaceeeeiiiidnooooo ouuuuypsaaaaaaaceeeeiiiidnooooo ouuuuypy"
+    "aaaaaaccccccccddddeeeeeeeeeegggggggghhhhiiiiiiiiiiiijjkkklllllll"
+    "lllnnnnnnnnnoooooooorrrrrrssssssssttttttuuuuuuuuuuuuwwyyyzzzzzzs";
+
+}  // namespace zorvel

@@ -1,0 +1,141 @@
+// What small tables are taken for: the questions that are in doubt, and then the censuses or the
+// problems.
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "tables/guess.h"
+#include "tables/reader.h"
+
+namespace zorvel {
+namespace {
+
+std::string takenFor(const std::string& text) {
+    const TableGuess guess = guessTable(text, true);
+    std::string shown;
+    for (const TableDoubt doubt : guess.doubts) {
+        constexpr const char* names[] = {"separator", "layout",    "names",
+                                         "counts",    "dateOrder", "thousandsMark"};
+        shown += std::string(names[static_cast<std::size_t>(doubt)]) + "? ";
+    }
+    TextRows rows(bytesOf(text), guess.reading.form);
+    const TableRecords records = readTable(rows, guess.reading);
+    if (records.problems.count > 0) return shown + remarkText(records.problems.kept.front());
+    for (const MockCensus& census : records.censuses) {
+        shown += census.name + ":";
+        for (const MockTaxon& taxon : census.taxa) {
+            shown += " " + taxon.name.str() + "=" + std::to_string(taxon.abundance);
+        }
+        shown += "; ";
+    }
+    return shown;
+}
+
+struct TakenCase {
+    const char* text;
+    const char* taken;
+};
+
+void expectTaken(const std::vector<TakenCase>& cases) {
+    for (const auto& [text, taken] : cases) EXPECT_EQ(takenFor(text), taken) << text;
+}
+
+TEST(TableGuess, RecordsAreKnownByTheirWords) {
+    expectTaken({{"Locatie,Soort,Aantal\nVeld,Merel,3\nVeld,Mees,2\nBos,Merel,6\n",
+                  "Veld: Merel=3 Mees=2; Bos: Merel=6; "},
+                 {"STANOWISKO;Gatunek;Liczba osobnik\u00f3w\nLas;Sroka;3\nBagno;Sroka;1\n",
+                  "Las: Sroka=3; Bagno: Sroka=1; "},
+                 {"Localita\u0300;Specie;N. individui\nBosco;Rana;4\nStagno;Rana;7\n",
+                  "Bosco: Rana=4; Stagno: Rana=7; "},
+                 {"Date,Species,Count\n2022-06-01,Noctua,3\n2022-06-08,Noctua,5\n",
+                  "2022-06-01: Noctua=3; 2022-06-08: Noctua=5; "},
+                 {"Site,Family,Count\nS1,Baetidae,12\nS2,Baetidae,3\n",
+                  "S1: Baetidae=12; S2: Baetidae=3; "},
+                 {"Plot,Species,Total\nA,Poa,4\nB,Poa,9\n", "A: Poa=4; B: Poa=9; "},
+                 {"Site,Species,Presence\nA,Poa,1\nA,Bellis,0\nB,Poa,0\n", "A: Poa=1; B:; "},
+                 {"tree,plot,species,dbh_cm\n1,A,Fagus,30\n2,A,Fagus,22\n", "A: Fagus=2; "}});
+}
+
+TEST(TableGuess, RecordsAreKnownByWhatColumnsHold) {
+    expectTaken({{"Ter\u00fclet;Faj;Egyed\nR\u00e9t 1;Lacerta agilis;2\nR\u00e9t 1;Rana arvalis;5\n"
+                  "R\u00e9t 2;Lacerta agilis;1\n",
+                  "R\u00e9t 1: Lacerta agilis=2 Rana arvalis=5; R\u00e9t 2: Lacerta agilis=1; "},
+                 {"A1,Turdus merula,3\nA1,Parus major,2\nB2,Turdus merula,1\n",
+                  "A1: Turdus merula=3 Parus major=2; B2: Turdus merula=1; "},
+                 {"Foo;Bar;Baz\nL;S;3\nL;R;1\nM;R;2\nM;S;2\n", "names? S: L=3 M=2; R: L=1 M=2; "},
+                 {"Gilde,Species,Plot 1\np,Amara aenea,3\np,Carabus auratus,1\nq,Nebria salina,2\n",
+                  "Plot 1: Amara aenea=3 Carabus auratus=1 Nebria salina=2; "}});
+}
+
+// What was no count before it was asked for.
+TEST(TableGuess, CountsOfRecordsAreAskedForWhereTheyMayBeOthers) {
+    expectTaken({{"Site,Species,Males,Females\nA,Lasius,2,3\nB,Lasius,4,4\n",
+                  "counts? A: Lasius=5; B: Lasius=8; "},
+                 {"Point,Species,0-25m,25-50m\nP1,Turdus,1,2\nP1,Parus,0,1\n",
+                  "counts? P1: Turdus=3 Parus=1; "},
+                 {"Plot,Species,Cover (%)\nA,Poa,20\nB,Poa,60\n", "counts? A: Poa=20; B: Poa=60; "},
+                 {"Plot,Species,Xyz\nA,Fagus,30\nA,Picea,22\nB,Picea,41\n",
+                  "counts? A: Fagus=30 Picea=22; B: Picea=41; "},
+                 {"Plot,Species,Biomass\nA,Poa,2.5\nB,Poa,3.1\n",
+                  "counts? C2: 2.5 is not a whole number. Zorvel counts individuals."},
+                 {"eventID,scientificName,organismQuantity,organismQuantityType\n"
+                  "E,Poa,20,% cover\nF,Poa,5,% cover\n",
+                  "counts? E: Poa=20; F: Poa=5; "}});
+}
+
+TEST(TableGuess, PartsOfNamesAreJoined) {
+    expectTaken(
+        {{"Transect,Quadrat,Species,Count\nT1,1,Poa,3\nT1,2,Poa,1\nT2,1,Poa,5\n",
+          "T1 1: Poa=3; T1 2: Poa=1; T2 1: Poa=5; "},
+         {"Year,Site,Replicate,Poa,Bellis\n2020,N,1,3,0\n2020,N,2,1,1\n2021,N,1,0,4\n",
+          "2020 N 1: Poa=3; 2020 N 2: Poa=1 Bellis=1; 2021 N 1: Bellis=4; "},
+         {"Station,Depth (m),Species,Count\nA,0,Acartia,12\nA,20,Acartia,30\n",
+          "A 0: Acartia=12; A 20: Acartia=30; "},
+         // What the others say already is not repeated, and dates part censuses anyway.
+         {"Site,Site code,Plot,Poa,Bellis\nNorth,N,N1,3,0\nNorth,N,N2,1,1\nSouth,S,S1,0,4\n",
+          "North N1: Poa=3; North N2: Poa=1 Bellis=1; South S1: Bellis=4; "},
+         {"Site,Plot,Poa,Bellis\nN,N1,3,0\nN,N2,1,1\nS,S1,0,4\n",
+          "N1: Poa=3; N2: Poa=1 Bellis=1; S1: Bellis=4; "},
+         {"Site,Year,Date,Species,Count\nA,2020,2020-05-01,Poa,1\nA,2021,2021-05-01,Poa,2\n",
+          "A: Poa=1; A: Poa=2; "},
+         {"Site,Plot,Species,Count\nN,1,Poa,3\n,2,Poa,2\n",
+          "A3: A part of the name of the census is blank."}});
+}
+
+TEST(TableGuess, MeasurementsAreNoSpeciesAndCensusesMayHaveTheirNames) {
+    expectTaken({{"Lake,Area m2,Volume_L,Max depth,pH,Temp.,Effort,Daphnia,Bosmina\n"
+                  "L1,2,10,6,7,14,3,33,4\nL2,2,10,4,8,12,3,0,9\n",
+                  "L1: Daphnia=33 Bosmina=4; L2: Bosmina=9; "},
+                 {"Species,Area 1,Depth 10\nPoa annua,3,0\nBellis perennis,0,4\n",
+                  "Area 1: Poa annua=3; Depth 10: Bellis perennis=4; "},
+                 {"Site,Birds,Fish\nA,3,0\nB,1,4\n", "A: Birds=3; B: Birds=1 Fish=4; "},
+                 {"Site,Poa annua,Bellis perennis,Rumex acetosa\nA,0.5,1,2\nB,2.5,3,4\n",
+                  "B2: 0.5 is not a whole number. Zorvel counts individuals."}});
+}
+
+TEST(TableGuess, CoverIsRefusedAndNeverAHeader) {
+    const char* const first = "B2: 20% is not a whole number. Zorvel counts individuals.";
+    expectTaken(
+        {{"Species,R1,R2\nPoa annua,20%,5%\nBellis perennis,40%,3%\n", first},
+         {"Plot,Poa,Bellis\nA,20%,5%\nB,40%,3%\nC,40%,3%\nD,40%,3%\n", first},
+         {"Plot,Poa,Bellis\nA,2a,r\nB,+,2b\nC,r,+\n", "B2: \"2a\" is not a number."},
+         {"Site,Species,Individuals\nA,12,130\nB,8,55\n",
+          "row 1: No column holds counts, so that no species would be read. Choose what the "
+          "columns hold."}});
+}
+
+TEST(TableGuess, TotalsAndErrorsAreNoNames) {
+    expectTaken(
+        {{"Plot,Poa annua,Bellis perennis,Totaal\nA,3,1,5\nB,0,2,4\n",
+          "A: Poa annua=3 Bellis perennis=1; B: Bellis perennis=2; "},
+         {"Species,North,South\nAmara aenea,1,4\nTotal Carabidae,1,4\nOcypus olens,2,2\n",
+          "row 3: The row is named as a total, but more rows follow. Leave it out, or give it "
+          "another name."},
+         {"Plot,Poa annua,Bellis perennis\n#REF!,3,2\nP2,1,4\n",
+          "A2: #REF! is the error of a formula. Correct it in the spreadsheet program and save the "
+          "table again."}});
+}
+
+}  // namespace
+}  // namespace zorvel
