@@ -24,6 +24,8 @@ const char imageFormatKey[] = "imageFormat";
 const char imageWidthKey[] = "imageWidth";
 const char imageResolutionKey[] = "imageResolution";
 const char plotTitlesKey[] = "plotTitles";
+const char diversityOrderKey[] = "diversityOrder";
+const char diversityAcrossKey[] = "diversityAcross";
 
 using Defaults = QHash<QString, QVariant>;
 
@@ -135,6 +137,21 @@ void Preferences::setPlotImage(const PlotImage& image) {
     storeSetting(imageWidthKey, image.widthCm);
     storeSetting(imageResolutionKey, image.dpi);
     storeSetting(plotTitlesKey, image.titles);
+}
+
+DiversityPlot Preferences::diversityPlot() const {
+    const auto choice = [](const char* key, int otherwise) {
+        bool isNumber = false;
+        const int stored = read(key).toInt(&isNumber);
+        return isNumber && stored >= 0 && stored <= 2 ? stored : otherwise;
+    };
+    const DiversityPlot plot;
+    return {choice(diversityOrderKey, plot.order), choice(diversityAcrossKey, plot.across)};
+}
+
+void Preferences::setDiversityPlot(const DiversityPlot& plot) {
+    storeSetting(diversityOrderKey, plot.order);
+    storeSetting(diversityAcrossKey, plot.across);
 }
 
 }  // namespace zorvel

@@ -24,6 +24,14 @@ struct PlotImage {
     bool operator==(const PlotImage&) const = default;
 };
 
+// What the plot of diversity at equal coverage shows.
+struct DiversityPlot {
+    int order = 0;   // 0, 1 or 2
+    int across = 1;  // specimens, coverage, orders
+
+    bool operator==(const DiversityPlot&) const = default;
+};
+
 class Preferences {
   public:
     // Registers the defaults: 50, 0.8, 0.95, red. Call once, at start-up.
@@ -53,6 +61,10 @@ class Preferences {
     // As chosen last. Values beyond the limits read as the default.
     [[nodiscard]] PlotImage plotImage() const;
     void setPlotImage(const PlotImage& image);
+
+    // As chosen last; what is none of its choices reads as the default.
+    [[nodiscard]] DiversityPlot diversityPlot() const;
+    void setDiversityPlot(const DiversityPlot& plot);
 };
 
 }  // namespace zorvel

@@ -71,6 +71,15 @@ TEST_F(PreferencesTest, AnImageBeyondTheLimitsReadsAsTheDefault) {
     }
 }
 
+TEST_F(PreferencesTest, APlotThatCannotBeChosenReadsAsTheDefault) {
+    Preferences().setDiversityPlot({2, 0});
+    EXPECT_EQ(Preferences().diversityPlot(), (DiversityPlot{2, 0}));
+    for (const char* entry : {"-1", "3", "many"}) {
+        storeSetting("diversityOrder", entry);
+        EXPECT_EQ(Preferences().diversityPlot(), (DiversityPlot{0, 0})) << entry;
+    }
+}
+
 TEST_F(PreferencesTest, EntriesThatAreNoColourReadAsRed) {
     const struct {
         QVariant entry;

@@ -20,6 +20,8 @@
 #include "ui/analysis/diversity_tables.h"
 #include "ui/analysis/diversity_window_controller.h"
 #include "ui/fake_panels.h"
+#include "ui/kit/popover.h"
+#include "ui/kit/small_widgets.h"
 
 namespace zorvel {
 namespace {
@@ -83,7 +85,7 @@ TEST(DiversityCurves, AreSolidToTheSampleAndDashedBeyondIt) {
          {DiversityAcross::sizes, DiversityAcross::coverage, DiversityAcross::orders}) {
         for (std::size_t order = 0; order < kHillOrders; ++order) {
             const std::vector<PlotCurve> plots =
-                plotCurves(curves, order, across, ConfidenceLevel::percent95);
+                plotCurves(curves, {order, across}, ConfidenceLevel::percent95);
             ASSERT_EQ(plots.size(), 2U) << "a single specimen has no curve";
             EXPECT_EQ(plots[1].label, "Rich");
             EXPECT_NE(plots[0].color, plots[1].color);
@@ -103,7 +105,7 @@ TEST(DiversityCurves, AreSolidToTheSampleAndDashedBeyondIt) {
             }
         }
     }
-    const PlotCurve first = plotCurves(curves, 0, DiversityAcross::sizes, {}).front();
+    const PlotCurve first = plotCurves(curves, {0, DiversityAcross::sizes}, {}).front();
     EXPECT_EQ(*first.own, QPointF(49, 5));
     EXPECT_EQ(first.predicted.last().x(), 98);
     const CommonCoverage common = *commonCoverage(curves);
@@ -116,17 +118,19 @@ class DiversityWindowTest : public ::testing::Test {
     void SetUp() override {
         clearSettings();
         Preferences().initializePreferences();
-        window = std::make_unique<DiversityWindowController>(*jobs,
-                                                             Panels{openPanel, savePanel, alerts});
-        window->show();
-        DiversityInputs inputs;
         inputs.project = "Meadow";
         inputs.selected = {census("Poor", poor), census("Rich, wet", rich), census("One", {1})};
         inputs.pooled = census("All pooled", rich);
         inputs.incidence = DiversitySubject{"Over the censuses",
                                             incidenceFrequencies(CountsVector{5, 3, 2, 1, 1}, 5)};
-        window->viewController().setInputs(inputs);
-        ASSERT_TRUE(waitUntil([this] { return cell(0, 4).contains('('); }));
+        openWindow({});
+    }
+    void openWindow(const DiversityChoice& choice) {
+        window = std::make_unique<DiversityWindowController>(*jobs,
+                                                             Panels{openPanel, savePanel, alerts});
+        window->show();
+        window->viewController().setInputs(inputs, choice);
+        ASSERT_TRUE(waitForLimits());
     }
     void TearDown() override {
         window.reset();
@@ -140,6 +144,25 @@ class DiversityWindowTest : public ::testing::Test {
     QString cell(int row, int column) {
         return find<QTableView>("diversityTable").model()->index(row, column).data().toString();
     }
+    bool waitForLimits() {
+        return waitUntil([this] { return !find<Spinner>("progressIndicator").isAnimated(); });
+    }
+    // What F1 tells in the widget that has the focus.
+    QString explanation(QWidget& focus) {
+        focus.setFocus();
+        QTest::keyClick(window->windowHandle(), Qt::Key_F1);
+        auto* popover = window->findChild<Popover*>();
+        const QString told = popover != nullptr && popover->isVisible() ? popover->accessibleName()
+                                                                        : QString("nothing");
+        QTest::keyClick(window->windowHandle(), Qt::Key_Escape);
+        EXPECT_TRUE(focus.hasFocus());
+        return told;
+    }
+    QString explanationOfCell(int row, int column) {
+        auto& table = find<QTableView>("diversityTable");
+        table.setCurrentIndex(table.model()->index(row, column));
+        return explanation(table);
+    }
     CurvesView& view() { return find<CurvesView>("curvesView"); }
     QString readout() { return find<QLabel>("diversityReadout").text(); }
     void choose(const char* box, int row) {
@@ -151,6 +174,7 @@ class DiversityWindowTest : public ::testing::Test {
     FakeSavePanel savePanel;
     FakeAlerts alerts;
     std::unique_ptr<JobQueue> jobs = std::make_unique<JobQueue>();
+    DiversityInputs inputs;
     std::unique_ptr<DiversityWindowController> window;
 };
 
@@ -165,7 +189,9 @@ TEST_F(DiversityWindowTest, ComparesAtTheCoverageThatAllReach) {
     EXPECT_EQ(cell(2, 4), "-");
     EXPECT_EQ(cell(2, 7), "A single specimen says nothing about coverage.");
     find<QDoubleSpinBox>("coverageField").setValue(0.8);
-    ASSERT_TRUE(waitUntil([this] { return cell(0, 4).contains('('); }));
+    EXPECT_FALSE(find<QPushButton>("saveTableButton").isEnabled()) << "its limits are missing";
+    ASSERT_TRUE(waitForLimits());
+    EXPECT_TRUE(find<QPushButton>("saveTableButton").isEnabled());
     EXPECT_EQ(find<QLabel>("coverageNote").text(), "");
     const QString expected = QString::number(estimator.atCoverage(0.8)->diversity[0], 'f', 2);
     EXPECT_TRUE(cell(1, 4).startsWith(expected)) << cell(1, 4).toStdString();
@@ -173,7 +199,8 @@ TEST_F(DiversityWindowTest, ComparesAtTheCoverageThatAllReach) {
     QTest::mouseClick(&find<QPushButton>("commonCoverageButton"), Qt::LeftButton);
     EXPECT_NEAR(*view().plot().line, common, 1e-9);
     find<QDoubleSpinBox>("coverageField").setValue(1);
-    EXPECT_TRUE(cell(0, 7).startsWith("This coverage would need more than any sample"));
+    EXPECT_TRUE(waitUntil(
+        [this] { return cell(0, 7).startsWith("This coverage would need more than any"); }));
 }
 
 TEST_F(DiversityWindowTest, TheLineIsDraggedAndMovedByKeys) {
@@ -189,6 +216,16 @@ TEST_F(DiversityWindowTest, TheLineIsDraggedAndMovedByKeys) {
     QTest::keyClick(&view(), Qt::Key_Left, Qt::ShiftModifier);
     EXPECT_LT(*view().plot().line, before);
     EXPECT_GT(*view().plot().line, before - 0.01);
+    // A drag snaps to the coverage that all reach, keys pass it.
+    const double common = *view().plot().rest;
+    QTest::mousePress(&view(), Qt::LeftButton, {}, placeOf(*view().plot().line));
+    QTest::mouseMove(&view(), placeOf(common) + QPoint(3, 0));
+    QTest::mouseRelease(&view(), Qt::LeftButton, {}, placeOf(common));
+    EXPECT_EQ(*view().plot().line, common);
+    QTest::keyClick(&view(), Qt::Key_Left, Qt::ShiftModifier);
+    EXPECT_LT(*view().plot().line, common);
+    QTest::keyClick(&view(), Qt::Key_Left, Qt::ShiftModifier);
+    EXPECT_LT(*view().plot().line, common - 0.005);
 }
 
 TEST_F(DiversityWindowTest, PointsAreReadOutByKeysAndPointer) {
@@ -219,9 +256,75 @@ TEST_F(DiversityWindowTest, ShowsPooledAndOverTheCensusesToo) {
     choose("acrossBox", 0);
     EXPECT_EQ(find<QLabel>("widthAxisTitle").text(), "Number of censuses");
     EXPECT_EQ(*view().plot().curves[0].own, QPointF(5, 5));
+    const QAbstractItemModel& table = *find<QTableView>("diversityTable").model();
+    EXPECT_EQ(table.headerData(1, Qt::Horizontal).toString(), "Censuses");
     choose("acrossBox", 2);
     EXPECT_FALSE(find<QComboBox>("orderBox").isEnabled());
     EXPECT_EQ(view().plot().curves[0].known.last().x(), 2);
+    // While others are computed, the curves that are shown keep their words.
+    choose("acrossBox", 0);
+    find<QComboBox>("ofBox").setCurrentIndex(0);
+    choose("orderBox", 1);
+    EXPECT_EQ(find<QLabel>("widthAxisTitle").text(), "Number of censuses");
+    ASSERT_TRUE(waitUntil([this] { return view().plot().curves.size() == 2; }));
+    EXPECT_EQ(find<QLabel>("widthAxisTitle").text(), "Number of specimens");
+}
+
+TEST_F(DiversityWindowTest, OverOrdersTheLimitsAreThoseOfTheEstimate) {
+    choose("acrossBox", 2);
+    QTest::keyClick(&view(), Qt::Key_Home);
+    EXPECT_TRUE(readout().startsWith("Poor: 5.00 at order 0.0, observed; 5.49, estimated, 95% "))
+        << readout().toStdString();
+    choose("tableBox", 1);
+    EXPECT_EQ(cell(0, 1) + cell(0, 4), "observed-");
+    EXPECT_EQ(cell(21, 1), "estimated");
+    EXPECT_NE(cell(21, 4), "-");
+    EXPECT_EQ(find<QTableView>("diversityTable").model()->rowCount(), 2 * 2 * 21);
+}
+
+TEST_F(DiversityWindowTest, ValuesAndCurvesExplainThemselves) {
+    const QString richness = explanationOfCell(1, 4);
+    EXPECT_TRUE(richness.startsWith("Species richness (q = 0)\n")) << richness.toStdString();
+    for (const char* part :
+         {" for Rich, wet\n", "its value is predicted", "SQS aims at the same", "S = 12, f1 = 4",
+          "m = 88", "Limits: 95%: ", "200 simulated samples", "Hill, M. O. (1973)"}) {
+        EXPECT_TRUE(richness.contains(part)) << part;
+    }
+    EXPECT_TRUE(explanationOfCell(0, 2).contains("(N - 1) f1 / ((N - 1) f1 + 2 f2)"));
+    EXPECT_TRUE(explanationOfCell(0, 0).contains("Simpson diversity (q = 2): "));
+    const QString missing = explanationOfCell(2, 5);
+    EXPECT_TRUE(missing.contains("No value for One\n")) << missing.toStdString();
+    EXPECT_TRUE(missing.contains("A single specimen says nothing about coverage."));
+    EXPECT_TRUE(explanation(find<QDoubleSpinBox>("coverageField")).contains("Limited by: Rich"));
+    QTest::keyClick(&view(), Qt::Key_Home);
+    choose("acrossBox", 2);
+    EXPECT_FALSE(explanation(view()).contains("Estimates:")) << "no curve is marked";
+    QTest::keyClick(&view(), Qt::Key_Home);
+    const QString profile = explanation(view());
+    EXPECT_TRUE(profile.contains("q = 0: 5.49 (the Chao1 of the panel: 5.00)"))
+        << profile.toStdString();
+    choose("tableBox", 1);
+    EXPECT_TRUE(explanationOfCell(43, 3).contains("Inputs: Rich, wet: N = 44"));
+    choose("acrossBox", 0);
+    EXPECT_TRUE(explanation(find<QComboBox>("acrossBox")).contains("1.61 here"));
+}
+
+TEST_F(DiversityWindowTest, KeepsTheChoiceForTheNextWindow) {
+    DiversityChoice kept;
+    QObject::connect(&window->viewController(), &DiversityViewController::choiceDidChange,
+                     window.get(), [&](const DiversityChoice& choice) { kept = choice; });
+    choose("ofBox", 2);
+    choose("orderBox", 2);
+    choose("acrossBox", 0);
+    find<QDoubleSpinBox>("coverageField").setValue(0.7);
+    openWindow(kept);
+    EXPECT_EQ(find<QComboBox>("ofBox").currentText(), "Over the censuses");
+    EXPECT_EQ(find<QComboBox>("orderBox").currentIndex(), 2);
+    EXPECT_EQ(find<QLabel>("widthAxisTitle").text(), "Number of censuses");
+    EXPECT_EQ(find<QDoubleSpinBox>("coverageField").value(), 0.7);
+    inputs.incidence.reset();
+    openWindow(kept);
+    EXPECT_EQ(find<QComboBox>("ofBox").currentText(), "Selected censuses");
 }
 
 TEST_F(DiversityWindowTest, TablesAreCopiedAndSaved) {
@@ -229,9 +332,16 @@ TEST_F(DiversityWindowTest, TablesAreCopiedAndSaved) {
     const QMimeData* copied = QApplication::clipboard()->mimeData();
     EXPECT_TRUE(copied->text().contains("\nRich, wet\t44\t")) << copied->text().toStdString();
     EXPECT_TRUE(copied->data("text/csv").contains("\n\"Rich, wet\",44,"));
+    auto& table = find<QTableView>("diversityTable");
+    table.setFocus();
+    table.setCurrentIndex(table.model()->index(0, 0));
+    table.selectionModel()->select(table.model()->index(1, 1), QItemSelectionModel::Select);
+    QTest::keyClick(window->windowHandle(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QApplication::clipboard()->text(), "Poor\n44");
     choose("tableBox", 1);
     EXPECT_EQ(cell(0, 0), "Poor");
     EXPECT_EQ(cell(0, 3), "1.000");
+    view().setFocus();
     QTest::keyClick(window.get(), Qt::Key_C, Qt::ControlModifier | Qt::ShiftModifier);
     EXPECT_TRUE(QApplication::clipboard()->text().startsWith("Curve\tPart\tSample coverage\t"));
     QTest::keyClick(window.get(), Qt::Key_C, Qt::ControlModifier);

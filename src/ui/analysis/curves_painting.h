@@ -14,7 +14,8 @@ namespace zorvel {
 
 struct CurvesPlot {
     std::vector<PlotCurve> curves;
-    std::optional<double> line;  // an upright line at this x, with its value above it
+    std::optional<double> line;  // an upright line at this x
+    std::optional<double> rest;  // where it snaps to when it is dragged
     int emphasised = -1;         // drawn thicker and last; -1: none
 };
 

@@ -104,7 +104,9 @@ void CurvesView::markAt(const QPointF& place) {
     const std::optional<PlotFrame> frame = frameOf(plot_, size());
     if (dragging_) {
         clearMark();
-        emit lineDidMove(frame->xAt(place.x()));
+        const bool rests = plot_.rest && std::fabs(frame->pointOf({*plot_.rest, 0}).x() -
+                                                   place.x()) <= reachOfLine;
+        emit lineDidMove(rests ? *plot_.rest : frame->xAt(place.x()));
         return;
     }
     const bool onLine = isOnLine(place);

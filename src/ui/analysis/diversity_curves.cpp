@@ -113,8 +113,8 @@ QColor curveColor(std::size_t place) {
     return colors[place % std::size(colors)];
 }
 
-std::vector<PlotCurve> plotCurves(const std::vector<DiversityCurve>& curves, std::size_t order,
-                                  DiversityAcross across, std::optional<ConfidenceLevel> level) {
+std::vector<PlotCurve> plotCurves(const std::vector<DiversityCurve>& curves,
+                                  const DiversityView& view, std::optional<ConfidenceLevel> level) {
     std::vector<PlotCurve> plots;
     for (const DiversityCurve& curve : curves) {
         if (curve.points.empty()) continue;
@@ -122,10 +122,10 @@ std::vector<PlotCurve> plotCurves(const std::vector<DiversityCurve>& curves, std
         plot.label = curve.name;
         plot.color = curveColor(plots.size());
         plot.marker = static_cast<int>(plots.size() % kMarkers);
-        if (across == DiversityAcross::orders) {
+        if (view.across == DiversityAcross::orders) {
             addProfile(plot, curve, level);
         } else {
-            addPoints(plot, curve, order, across, level);
+            addPoints(plot, curve, view.order, view.across, level);
         }
         plots.push_back(std::move(plot));
     }
@@ -136,12 +136,9 @@ std::vector<CoverageRow> coverageRows(const std::vector<DiversityCurve>& curves,
     std::vector<CoverageRow> rows;
     for (const DiversityCurve& curve : curves) {
         const FrequencyCounts& counts = curve.estimator.sample();
-        CoverageRow row{curve.name,
-                        counts.size,
-                        curve.estimator.coverage(),
-                        curve.estimator.atCoverage(coverage),
-                        {},
-                        {}};
+        CoverageRow row{
+            curve.name, counts, curve.estimator.coverage(), curve.estimator.atCoverage(coverage),
+            {},         {}};
         if (const auto absence = curve.estimator.coverageAbsence(coverage)) {
             row.remark = diversityAbsenceText(*absence, counts.kind);
         } else if (row.at && row.at->beyondTwice) {
@@ -174,9 +171,10 @@ QString coverageTable(const std::vector<CoverageRow>& rows, char separator) {
     titles.front() = "atCoverage";
     std::string text = line({"census", "size", "coverage"}, titles, "remark");
     for (const CoverageRow& row : rows) {
-        text += line({row.name.toStdString(), sizeCell(row.size), coverageCell(row.coverage)},
-                     diversityCells(row.at, row.errors.value_or(StandardErrors::Orders())),
-                     row.remark.toStdString());
+        text +=
+            line({row.name.toStdString(), sizeCell(row.sample.size), coverageCell(row.coverage)},
+                 diversityCells(row.at, row.errors.value_or(StandardErrors::Orders())),
+                 row.remark.toStdString());
     }
     return QString::fromStdString(text);
 }

@@ -17,6 +17,13 @@ namespace zorvel {
 
 enum class DiversityAcross { sizes, coverage, orders };
 
+// What a plot shows of the curves.
+struct DiversityView {
+    std::size_t order = 0;  // does not matter across orders
+    DiversityAcross across = DiversityAcross::coverage;
+    SampleKind kind = SampleKind::abundance;  // of the curves
+};
+
 // A census, all of them pooled, or the presences over them.
 struct DiversitySubject {
     QString name;
@@ -39,15 +46,15 @@ DiversityCurve diversityCurve(const DiversitySubject& subject);
 std::optional<StandardErrors> errorsOf(const DiversityCurve& curve, const std::stop_token& stop);
 
 // Of all curves that have points; the marker of each is its place.
-std::vector<PlotCurve> plotCurves(const std::vector<DiversityCurve>& curves, std::size_t order,
-                                  DiversityAcross across, std::optional<ConfidenceLevel> level);
+std::vector<PlotCurve> plotCurves(const std::vector<DiversityCurve>& curves,
+                                  const DiversityView& view, std::optional<ConfidenceLevel> level);
 QColor curveColor(std::size_t place);
 
 // A row of the table.
 struct CoverageRow {
     QString name;
-    double size = 0;  // of the sample itself
-    std::optional<double> coverage;
+    FrequencyCounts sample;
+    std::optional<double> coverage;  // of the sample itself
     std::optional<DiversityPoint> at;
     std::optional<StandardErrors::Orders> errors;
     QString remark;  // why there is no value, or what is doubtful about it

@@ -6,6 +6,7 @@
 #include <cmath>
 
 #include "base/numbers.h"
+#include "ui/analysis/diversity_readout.h"
 #include "ui/kit/look.h"
 #include "ui/kit/shown_text.h"
 
@@ -40,19 +41,47 @@ constexpr int alignLeft = Qt::AlignLeft | Qt::AlignVCenter;
 
 }  // namespace
 
-void CoverageTableModel::setRows(std::vector<CoverageRow> rows,
-                                 std::optional<ConfidenceLevel> level) {
-    level_ = level;
-    if (rows.size() == rows_.size()) {
+void CoverageTableModel::setRows(std::vector<CoverageRow> rows) {
+    if (rows.size() != rows_.size()) {
+        beginResetModel();
         rows_ = std::move(rows);
-        if (!rows_.empty()) {
-            emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
-        }
+        endResetModel();
         return;
     }
-    beginResetModel();
     rows_ = std::move(rows);
-    endResetModel();
+    if (rows_.empty()) return;
+    emit dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1));
+    emit headerDataChanged(Qt::Horizontal, sizeColumn, sizeColumn);
+}
+
+void CoverageTableModel::setErrors(
+    std::size_t first, const std::vector<std::optional<StandardErrors::Orders>>& errors) {
+    for (std::size_t i = 0; i < errors.size(); ++i) rows_[first + i].errors = errors[i];
+    const int top = static_cast<int>(first);
+    const int count = static_cast<int>(errors.size());
+    if (count > 0) emit dataChanged(index(top, 0), index(top + count - 1, columnCount() - 1));
+}
+
+void CoverageTableModel::setLevel(std::optional<ConfidenceLevel> level) {
+    if (level == level_) return;
+    level_ = level;
+    setRows(rows_);
+}
+
+std::optional<DiversityTopic> CoverageTableModel::topicOf(int column) {
+    switch (column) {
+        case nameColumn:
+        case remarkColumn:
+            return std::nullopt;
+        case sizeColumn:
+            return DiversityTopic::size;
+        case ownColumn:
+            return DiversityTopic::coverage;
+        case neededColumn:
+            return DiversityTopic::neededSize;
+        default:
+            return topicOfOrder(static_cast<std::size_t>(column - firstOrder));
+    }
 }
 
 int CoverageTableModel::rowCount(const QModelIndex& parent) const {
@@ -68,7 +97,7 @@ QString CoverageTableModel::textOf(const CoverageRow& row, int column) const {
         case nameColumn:
             return oneLine(row.name);
         case sizeColumn:
-            return whole(row.size);
+            return whole(row.sample.size);
         case ownColumn:
             return row.coverage ? fixed(*row.coverage, 4) : "-";
         case neededColumn:
@@ -78,8 +107,11 @@ QString CoverageTableModel::textOf(const CoverageRow& row, int column) const {
         default:
             break;
     }
+    return diversityText(row, static_cast<std::size_t>(column - firstOrder));
+}
+
+QString CoverageTableModel::diversityText(const CoverageRow& row, std::size_t order) const {
     if (!row.at) return "-";
-    const auto order = static_cast<std::size_t>(column - firstOrder);
     const double value = row.at->diversity[order];
     QString text = fixed(value, 2);
     if (!level_ || !row.errors || !(*row.errors)[order]) return text;
@@ -108,45 +140,47 @@ QVariant CoverageTableModel::data(const QModelIndex& index, int role) const {
 QVariant CoverageTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
     static const char* const titles[] = {"Census", "Specimens", "Coverage", "Size needed",
                                          "q = 0",  "q = 1",     "q = 2",    "Note"};
-    static const char* const meanings[] = {
-        "",
-        "Specimens, or censuses where presences are compared",
-        "The estimated share of all specimens in the community that belong to species found here",
-        "The size of a sample with the coverage in the field above",
-        "Species richness: rare species count fully",
-        "Shannon diversity, e^H: species count in proportion",
-        "Simpson diversity, 1 / sum of p²: rare species hardly count",
-        ""};
     if (orientation != Qt::Horizontal) return {};
-    if (role == Qt::DisplayRole) return titles[section];
-    if (role == Qt::ToolTipRole) return meanings[section];
+    const SampleKind kind = rows_.empty() ? SampleKind::abundance : rows_.front().sample.kind;
+    if (role == Qt::DisplayRole) {
+        if (section == sizeColumn) return explanationOf(DiversityTopic::size, kind).name;
+        return titles[section];
+    }
+    if (role == Qt::ToolTipRole) {
+        const std::optional<DiversityTopic> topic = topicOf(section);
+        const QString meaning = topic ? explanationOf(*topic, kind).meaning : "All of a row";
+        return meaning + "\nF1 or a double click on a cell tells how it is computed.";
+    }
     if (role == Qt::TextAlignmentRole) {
         return section == nameColumn || section == remarkColumn ? alignLeft : alignRight;
     }
     return {};
 }
 
-void CurvePointsModel::setCurves(const std::vector<PlotCurve>& curves, const QString& place,
-                                 const QString& value) {
+// Over orders, the limits are those of the estimate, and both lines run over all orders.
+void CurvePointsModel::setCurves(const std::vector<PlotCurve>& curves, const DiversityView& view,
+                                 std::optional<ConfidenceLevel> level) {
     beginResetModel();
-    place_ = place;
-    value_ = value;
+    view_ = view;
+    level_ = level ? " (" + confidenceLevelText(*level) + ')' : QString();
+    names_.clear();
     points_.clear();
+    const bool isProfile = view.across == DiversityAcross::orders;
     for (const PlotCurve& curve : curves) {
-        qsizetype limit = 0;
         for (const bool predicted : {false, true}) {
-            for (const QPointF& at : predicted ? curve.predicted : curve.known) {
+            const QPolygonF& line = predicted ? curve.predicted : curve.known;
+            for (qsizetype i = 0; i < line.size(); ++i) {
                 // The predicted part begins with the last known point.
-                if (predicted && !curve.known.isEmpty() && at == curve.known.last()) continue;
-                Point point{curve.label, predicted, at, {}, {}};
-                while (limit < curve.lower.size() && curve.lower[limit].x() < at.x()) ++limit;
-                if (limit < curve.lower.size() && curve.lower[limit].x() == at.x()) {
-                    point.lower = curve.lower[limit].y();
-                    point.upper = curve.upper[limit].y();
+                if (predicted && !isProfile && !curve.known.isEmpty() && i == 0) continue;
+                Point point{static_cast<std::size_t>(names_.size()), predicted, line[i], {}, {}};
+                if (predicted || !isProfile) {
+                    point.lower = valueAt(curve.lower, line[i].x());
+                    point.upper = valueAt(curve.upper, line[i].x());
                 }
                 points_.push_back(point);
             }
         }
+        names_.append(oneLine(curve.label));
     }
     endResetModel();
 }
@@ -167,9 +201,9 @@ QVariant CurvePointsModel::data(const QModelIndex& index, int role) const {
     const Point& point = points_[static_cast<std::size_t>(index.row())];
     switch (index.column()) {
         case 0:
-            return oneLine(point.curve);
+            return names_[static_cast<qsizetype>(point.curve)];
         case 1:
-            return point.predicted ? "predicted" : "from the sample";
+            return partText(view_, point.predicted);
         case 2:
             return fixed(point.at.x(), point.at.x() == std::floor(point.at.x()) ? 0 : 4);
         case 3:
@@ -185,7 +219,12 @@ QVariant CurvePointsModel::headerData(int section, Qt::Orientation orientation, 
     if (orientation != Qt::Horizontal) return {};
     if (role == Qt::TextAlignmentRole) return section < 2 ? alignLeft : alignRight;
     if (role != Qt::DisplayRole) return {};
-    const QString titles[] = {"Curve", "Part", place_, value_, "Lower limit", "Upper limit"};
+    const QString titles[] = {"Curve",
+                              "Part",
+                              widthTitle(view_),
+                              heightTitle(view_),
+                              "Lower limit" + level_,
+                              "Upper limit" + level_};
     return titles[section];
 }
 

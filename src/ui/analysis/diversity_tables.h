@@ -2,8 +2,11 @@
 #pragma once
 
 #include <QAbstractTableModel>
+#include <QStringList>
+#include <optional>
 #include <vector>
 
+#include "model/diversity_explanations.h"
 #include "ui/analysis/diversity_curves.h"
 
 namespace zorvel {
@@ -15,8 +18,17 @@ class CoverageTableModel : public QAbstractTableModel {
   public:
     using QAbstractTableModel::QAbstractTableModel;
 
-    void setRows(std::vector<CoverageRow> rows, std::optional<ConfidenceLevel> level);
+    void setRows(std::vector<CoverageRow> rows);
+    // Of the rows from the first on.
+    void setErrors(std::size_t first,
+                   const std::vector<std::optional<StandardErrors::Orders>>& errors);
+    // Of the limits; absent: none.
+    void setLevel(std::optional<ConfidenceLevel> level);
     [[nodiscard]] const std::vector<CoverageRow>& rows() const { return rows_; }
+    // What a column says: a topic, or none for the name and the remark.
+    [[nodiscard]] static std::optional<DiversityTopic> topicOf(int column);
+    // "10.74 (9.1 – 12.4)", of order 0, 1 or 2.
+    [[nodiscard]] QString diversityText(const CoverageRow& row, std::size_t order) const;
 
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
@@ -37,8 +49,12 @@ class CurvePointsModel : public QAbstractTableModel {
   public:
     using QAbstractTableModel::QAbstractTableModel;
 
-    void setCurves(const std::vector<PlotCurve>& curves, const QString& place,
-                   const QString& value);
+    void setCurves(const std::vector<PlotCurve>& curves, const DiversityView& view,
+                   std::optional<ConfidenceLevel> level);
+    // The place of a row's curve.
+    [[nodiscard]] std::size_t curveOf(int row) const {
+        return points_[static_cast<std::size_t>(row)].curve;
+    }
     // With commas or tabs between the cells.
     [[nodiscard]] QString text(char separator) const;
 
@@ -50,15 +66,16 @@ class CurvePointsModel : public QAbstractTableModel {
 
   private:
     struct Point {
-        QString curve;
+        std::size_t curve = 0;
         bool predicted = false;
         QPointF at;
         std::optional<double> lower;
         std::optional<double> upper;
     };
     std::vector<Point> points_;
-    QString place_;
-    QString value_;
+    QStringList names_;  // of the curves
+    DiversityView view_;
+    QString level_;  // " (95%)"
 };
 
 }  // namespace zorvel

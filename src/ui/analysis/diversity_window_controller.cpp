@@ -2,11 +2,11 @@
 
 #include <QAccessible>
 #include <QHeaderView>
-#include <QLocale>
 #include <QPainter>
 #include <QPushButton>
 #include <QShortcut>
 #include <QSignalBlocker>
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -14,7 +14,9 @@
 #include "platform/file_names.h"
 #include "platform/job_queue.h"
 #include "platform/preferences.h"
+#include "ui/analysis/coverage_computation.h"
 #include "ui/analysis/curves_view.h"
+#include "ui/analysis/diversity_readout.h"
 #include "ui/analysis/diversity_tables.h"
 #include "ui/analysis/plot_paper.h"
 #include "ui/kit/look.h"
@@ -25,15 +27,11 @@ namespace zorvel {
 
 namespace {
 
-constexpr qsizetype longestName = 120;  // characters
-constexpr double snap = 0.006;          // of the coverage to the common one
+constexpr qsizetype longestProject = 120;  // characters
+constexpr double stepsOfCoverage = 1000;   // that a drag distinguishes
 
 std::optional<ConfidenceLevel> preferredConfidence() {
     return confidenceLevelOf(Preferences().confidence());
-}
-
-QString decimals(double value, int digits) {
-    return QString::fromStdString(fixedText(value, digits));
 }
 
 }  // namespace
@@ -45,15 +43,87 @@ DiversityViewController::DiversityViewController(JobQueue& jobs, const Panels& p
       jobs_(jobs),
       export_(new PlotExport(exportSource(), jobs, panels, *this)),
       coverages_(new CoverageTableModel(this)),
-      points_(new CurvePointsModel(this)) {
+      points_(new CurvePointsModel(this)),
+      computation_(new CoverageComputation(jobs, this)) {
     ui_->setupUi(this);
     ui_->diversitySubject->setFont(scaledFont(font(), 1.3, true));
     ui_->diversitySaved->setForegroundRole(secondaryText);
     ui_->coverageNote->setForegroundRole(secondaryText);
-    ui_->acrossBox->addItems({"Specimens", "Coverage", "Order q"});
-    ui_->acrossBox->setCurrentIndex(static_cast<int>(DiversityAcross::coverage));
     ui_->diversityTable->setModel(coverages_);
     ui_->diversityTable->horizontalHeader()->setStretchLastSection(true);
+    // Only what is in sight: to look through a thousand rows takes too long.
+    ui_->diversityTable->horizontalHeader()->setResizeContentsPrecision(0);
+    ui_->diversityTable->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 12);
+    // The plot keeps its size when the text of a point takes the place of the longer hint.
+    ui_->diversityReadout->setMinimumHeight(2 * fontMetrics().lineSpacing());
+    coverages_->setLevel(preferredConfidence());
+    addChoices();
+    addCommands();
+    addExplanations();
+    ui_->diversitySubject->setText("Reading the censuses…");
+    ui_->progressIndicator->startAnimation();
+    ui_->curvesView->setFocus();
+    showCurves();
+}
+
+DiversityViewController::~DiversityViewController() {
+    stopErrors_.request_stop();
+    delete popover_;
+}
+
+void DiversityViewController::addChoices() {
+    using Self = DiversityViewController;
+    const DiversityPlot plot = Preferences().diversityPlot();
+    ui_->acrossBox->addItems({"Specimens", "Coverage", "Order q"});
+    ui_->acrossBox->setCurrentIndex(plot.across);
+    ui_->orderBox->setCurrentIndex(plot.order);
+    connect(ui_->ofBox, &QComboBox::currentIndexChanged, this, [this] {
+        choose({static_cast<DiversityChoice::Of>(ui_->ofBox->currentData().toInt()),
+                choice_.coverage});
+        compute();
+    });
+    for (const QComboBox* box : {ui_->orderBox, ui_->acrossBox}) {
+        connect(box, &QComboBox::currentIndexChanged, this, &Self::keepView);
+    }
+    connect(ui_->acrossBox, &QComboBox::currentIndexChanged, this,
+            [this] { ui_->curvesView->setMark(std::nullopt); });
+    for (const QComboBox* box : {ui_->orderBox, ui_->acrossBox}) {
+        connect(box, &QComboBox::currentIndexChanged, this, &Self::showCurves);
+    }
+    connect(ui_->tableBox, &QComboBox::currentIndexChanged, this, [this](int shown) {
+        ui_->diversityTable->setModel(shown == 0 ? static_cast<QAbstractItemModel*>(coverages_)
+                                                 : points_);
+        ui_->diversityTable->setAccessibleName(ui_->tableBox->currentText());
+        fitColumns(true);
+        showRunning();
+    });
+    connect(ui_->coverageField, &QDoubleSpinBox::valueChanged, this, [this](double coverage) {
+        choose({choice_.of, coverage});
+        showCoverage();
+    });
+    connect(ui_->commonCoverageButton, &QPushButton::clicked, this, [this] {
+        choose({choice_.of, std::nullopt});
+        showCoverage();
+    });
+    connect(ui_->curvesView, &CurvesView::markDidChange, this, &Self::showReadout);
+    connect(ui_->curvesView, &CurvesView::lineDidMove, this, [this](double x) {
+        std::optional<double> coverage = std::round(x * stepsOfCoverage) / stepsOfCoverage;
+        if (common_ && x == common_->coverage) coverage.reset();
+        choose({choice_.of, coverage});
+        showCoverage();
+    });
+    connect(ui_->curvesView, &CurvesView::focusDidChange, ui_->plotPaper, &PlotPaper::setFocused);
+    connect(computation_, &CoverageComputation::rowsDidArrive, coverages_,
+            &CoverageTableModel::setRows);
+    connect(computation_, &CoverageComputation::errorsDidArrive, this,
+            [this](std::size_t first, const CoverageComputation::Errors& errors) {
+                coverages_->setErrors(first, errors);
+                if (first == 0) fitColumns(false);
+            });
+    connect(computation_, &CoverageComputation::runningDidChange, this, &Self::showRunning);
+}
+
+void DiversityViewController::addCommands() {
     addCommand(*ui_->copyPlotButton, QKeySequence::Copy, [this] { export_->copyPlot(); });
     addCommand(*ui_->copyTableButton, Qt::CTRL | Qt::SHIFT | Qt::Key_C,
                [this] { export_->copyTable(); });
@@ -70,40 +140,6 @@ DiversityViewController::DiversityViewController(JobQueue& jobs, const Panels& p
     });
     connect(export_, &PlotExport::saved, this, &DiversityViewController::showSaved);
     connect(export_, &PlotExport::imageChosen, this, &DiversityViewController::showCurves);
-    connect(ui_->ofBox, &QComboBox::currentIndexChanged, this, &DiversityViewController::compute);
-    connect(ui_->orderBox, &QComboBox::currentIndexChanged, this,
-            &DiversityViewController::showCurves);
-    connect(ui_->acrossBox, &QComboBox::currentIndexChanged, this,
-            &DiversityViewController::showCurves);
-    connect(ui_->tableBox, &QComboBox::currentIndexChanged, this, [this](int shown) {
-        ui_->diversityTable->setModel(shown == 0 ? static_cast<QAbstractItemModel*>(coverages_)
-                                                 : points_);
-        ui_->diversityTable->setAccessibleName(ui_->tableBox->currentText());
-        ui_->diversityTable->resizeColumnsToContents();
-    });
-    connect(ui_->coverageField, &QDoubleSpinBox::valueChanged, this, [this](double coverage) {
-        followsCommon_ = false;
-        setCoverage(coverage);
-    });
-    connect(ui_->commonCoverageButton, &QPushButton::clicked, this, [this] {
-        followsCommon_ = true;
-        if (common_) setCoverage(common_->coverage);
-    });
-    connect(ui_->curvesView, &CurvesView::markDidChange, this,
-            &DiversityViewController::showReadout);
-    connect(ui_->curvesView, &CurvesView::lineDidMove, this, [this](double x) {
-        followsCommon_ = common_ && std::fabs(x - common_->coverage) < snap;
-        setCoverage(followsCommon_ ? common_->coverage : x);
-    });
-    connect(ui_->curvesView, &CurvesView::focusDidChange, ui_->plotPaper, &PlotPaper::setFocused);
-    ui_->diversitySubject->setText("Reading the censuses…");
-    showCurves();
-    ui_->progressIndicator->startAnimation();
-}
-
-DiversityViewController::~DiversityViewController() {
-    stopErrors_.request_stop();
-    stopTableErrors_.request_stop();
 }
 
 PlotExport::Source DiversityViewController::exportSource() {
@@ -123,93 +159,94 @@ void DiversityViewController::addCommand(QPushButton& button, const QKeySequence
     button.setToolTip(keys.toString(QKeySequence::NativeText));
     connect(&button, &QPushButton::clicked, this, command);
     // The button's own shortcut would replace its mnemonic.
-    connect(new QShortcut(keys, this), &QShortcut::activated, this, command);
+    connect(new QShortcut(keys, this), &QShortcut::activated, &button, &QPushButton::click);
 }
 
-void DiversityViewController::setInputs(DiversityInputs inputs) {
-    inputs_ = std::move(inputs);
-    const QString name = shortened(inputs_.project, longestName);
+void DiversityViewController::setInputs(DiversityInputs inputs, const DiversityChoice& choice) {
+    using Of = DiversityChoice::Of;
+    project_ = inputs.project;
+    inputs_ = std::make_shared<const DiversityInputs>(std::move(inputs));
+    choice_ = choice;
+    const QString name = shortened(project_, longestProject);
     ui_->diversitySubject->setText(name.isEmpty() ? "Diversity at equal coverage" : name);
     ui_->diversitySubject->setToolTip(name);
     const QSignalBlocker quiet(ui_->ofBox);
-    ui_->ofBox->addItem("Selected censuses", static_cast<int>(Of::selected));
-    if (inputs_.pooled) ui_->ofBox->addItem("All pooled", static_cast<int>(Of::pooled));
-    if (inputs_.incidence) {
-        ui_->ofBox->addItem("Over the censuses", static_cast<int>(Of::incidence));
-    }
+    const auto add = [this](const QString& title, Of of) {
+        ui_->ofBox->addItem(title, static_cast<int>(of));
+        if (of == choice_.of) ui_->ofBox->setCurrentIndex(ui_->ofBox->count() - 1);
+    };
+    add("Selected censuses", Of::selected);
+    if (inputs_->pooled) add("All pooled", Of::pooled);
+    if (inputs_->incidence) add("Over the censuses", Of::incidence);
+    choice_.of = static_cast<Of>(ui_->ofBox->currentData().toInt());
     compute();
 }
 
-std::size_t DiversityViewController::order() const {
-    return static_cast<std::size_t>(ui_->orderBox->currentIndex());
+void DiversityViewController::choose(const DiversityChoice& choice) {
+    choice_ = choice;
+    emit choiceDidChange(choice_);
 }
 
-DiversityAcross DiversityViewController::across() const {
-    return static_cast<DiversityAcross>(ui_->acrossBox->currentIndex());
+void DiversityViewController::keepView() const {
+    Preferences().setDiversityPlot({ui_->orderBox->currentIndex(), ui_->acrossBox->currentIndex()});
 }
 
-bool DiversityViewController::isIncidence() const {
-    return ui_->ofBox->currentData().toInt() == static_cast<int>(Of::incidence) &&
-           inputs_.incidence;
+// The kind is that of the curves that are shown, while others may be on their way.
+DiversityView DiversityViewController::view() const {
+    DiversityView view{static_cast<std::size_t>(ui_->orderBox->currentIndex()),
+                       static_cast<DiversityAcross>(ui_->acrossBox->currentIndex())};
+    if (curves_ && !curves_->empty()) view.kind = curves_->front().estimator.sample().kind;
+    return view;
 }
 
-std::vector<DiversitySubject> DiversityViewController::subjects() const {
-    const auto of = static_cast<Of>(ui_->ofBox->currentData().toInt());
-    if (of == Of::pooled && inputs_.pooled) return {*inputs_.pooled};
-    if (of == Of::incidence && inputs_.incidence) return {*inputs_.incidence};
-    return inputs_.selected;
-}
-
-// --- Computing: curves, their errors, and the errors of the table ---
-
-void DiversityViewController::updateSpinner() {
-    if (running_ > 0) {
-        ui_->progressIndicator->startAnimation();
-    } else {
-        ui_->progressIndicator->stopAnimation();
-    }
-}
+// --- Computing: curves, and their errors ---
 
 void DiversityViewController::compute() {
     stopErrors_.request_stop();
-    stopTableErrors_.request_stop();
     const std::size_t generation = ++generation_;
     ++running_;
-    updateSpinner();
-    ui_->acrossBox->setItemText(0, isIncidence() ? "Censuses" : "Specimens");
+    showRunning();
     jobs_.start(
         this,
-        [all = subjects()] {
+        [inputs = inputs_, of = choice_.of] {
             auto curves = std::make_shared<std::vector<DiversityCurve>>();
-            for (const DiversitySubject& subject : all) curves->push_back(diversityCurve(subject));
-            return std::shared_ptr<const std::vector<DiversityCurve>>(std::move(curves));
-        },
-        [this, generation](std::shared_ptr<const std::vector<DiversityCurve>> curves) {
-            --running_;
-            updateSpinner();
-            if (generation != generation_) return;
-            curves_ = std::move(curves);
-            drawn_.clear();
-            for (const DiversityCurve& curve : *curves_) {
-                if (!curve.points.empty() && drawn_.size() < mostCurves) drawn_.push_back(curve);
-            }
-            common_ = commonCoverage(*curves_);
-            ui_->commonCoverageButton->setEnabled(common_.has_value());
-            showCurves();
-            if (common_ && followsCommon_) {
-                setCoverage(common_->coverage);
+            const auto add = [&curves](const DiversitySubject& subject) {
+                curves->push_back(diversityCurve(subject));
+            };
+            if (of == DiversityChoice::Of::pooled) {
+                add(*inputs->pooled);
+            } else if (of == DiversityChoice::Of::incidence) {
+                add(*inputs->incidence);
             } else {
-                setCoverage(coverage_);
+                std::for_each(inputs->selected.begin(), inputs->selected.end(), add);
             }
-            ui_->diversityTable->resizeColumnsToContents();
-            computeErrors();
+            return Curves(std::move(curves));
+        },
+        [this, generation](Curves curves) {
+            --running_;
+            if (generation == generation_) takeCurves(std::move(curves));
+            showRunning();
         });
+}
+
+void DiversityViewController::takeCurves(Curves curves) {
+    curves_ = std::move(curves);
+    drawn_.clear();
+    for (const DiversityCurve& curve : *curves_) {
+        if (!curve.points.empty() && drawn_.size() < mostCurves) drawn_.push_back(curve);
+    }
+    common_ = commonCoverage(*curves_);
+    ui_->commonCoverageButton->setEnabled(common_.has_value());
+    ui_->acrossBox->setItemText(0, view().kind == SampleKind::incidence ? "Censuses" : "Specimens");
+    coverages_->setRows({});
+    showCurves();
+    showCoverage();
+    computeErrors();
 }
 
 void DiversityViewController::computeErrors() {
     stopErrors_ = std::stop_source();
     ++running_;
-    updateSpinner();
     jobs_.start(
         this,
         [curves = drawn_, stop = stopErrors_.get_token()]() mutable {
@@ -218,35 +255,11 @@ void DiversityViewController::computeErrors() {
         },
         [this, generation = generation_](std::vector<DiversityCurve> curves) {
             --running_;
-            updateSpinner();
-            if (generation != generation_) return;
-            drawn_ = std::move(curves);
-            showCurves();
-        });
-}
-
-void DiversityViewController::computeTableErrors() {
-    stopTableErrors_.request_stop();
-    stopTableErrors_ = std::stop_source();
-    const std::stop_token stop = stopTableErrors_.get_token();
-    ++running_;
-    updateSpinner();
-    jobs_.start(
-        this,
-        [curves = curves_, coverage = coverage_, stop] {
-            std::vector<CoverageRow> rows;
-            if (!stop.stop_requested()) rows = coverageRows(*curves, coverage);
-            for (std::size_t i = 0; i < rows.size() && !stop.stop_requested(); ++i) {
-                if (rows[i].at) rows[i].errors = errorsAt((*curves)[i], coverage, stop);
+            if (generation == generation_) {
+                drawn_ = std::move(curves);
+                showCurves();
             }
-            return rows;
-        },
-        [this, stop](std::vector<CoverageRow> rows) {
-            --running_;
-            updateSpinner();
-            if (stop.stop_requested()) return;  // another coverage, or other curves
-            coverages_->setRows(std::move(rows), preferredConfidence());
-            ui_->diversityTable->resizeColumnsToContents();
+            showRunning();
         });
 }
 
@@ -254,124 +267,86 @@ void DiversityViewController::computeTableErrors() {
 
 void DiversityViewController::preferencesDidChange() {
     showCurves();
-    coverages_->setRows(coverages_->rows(), preferredConfidence());
+    coverages_->setLevel(preferredConfidence());
 }
 
-QString DiversityViewController::widthTitle() const {
-    switch (across()) {
-        case DiversityAcross::sizes:
-            return isIncidence() ? "Number of censuses" : "Number of specimens";
-        case DiversityAcross::coverage:
-            return "Sample coverage";
-        default:
-            return "Order q";
+// A table leaves the window only with its limits.
+void DiversityViewController::showRunning() {
+    const bool isRunning = running_ > 0 || computation_->isRunning();
+    isRunning ? ui_->progressIndicator->startAnimation() : ui_->progressIndicator->stopAnimation();
+    const bool isWhole = curves_ && (ui_->tableBox->currentIndex() == 0 ? !computation_->isRunning()
+                                                                        : running_ == 0);
+    ui_->copyTableButton->setEnabled(isWhole);
+    ui_->saveTableButton->setEnabled(isWhole);
+}
+
+void DiversityViewController::fitColumns(bool mayShrink) {
+    QTableView& table = *ui_->diversityTable;
+    if (mayShrink) return table.resizeColumnsToContents();
+    const QAbstractItemView& hints = table;
+    for (int column = 0; column + 1 < table.model()->columnCount(); ++column) {
+        const int wanted = hints.sizeHintForColumn(column);
+        if (wanted > table.columnWidth(column)) table.setColumnWidth(column, wanted);
     }
-}
-
-QString DiversityViewController::heightTitle() const {
-    if (across() == DiversityAcross::orders) return "Diversity of order q";
-    return ui_->orderBox->currentText();
 }
 
 void DiversityViewController::showCurves() {
+    const DiversityView shown = view();
     CurvesPlot plot;
-    plot.curves = plotCurves(drawn_, order(), across(), preferredConfidence());
-    if (across() == DiversityAcross::coverage && !plot.curves.empty()) plot.line = coverage_;
-    ui_->curvesView->setPlot(plot);
-    ui_->orderBox->setEnabled(across() != DiversityAcross::orders);
-    ui_->widthAxisTitle->setText(widthTitle());
-    ui_->heightAxisTitle->setText(heightTitle());
+    plot.curves = plotCurves(drawn_, shown, preferredConfidence());
+    if (shown.across == DiversityAcross::coverage && !plot.curves.empty()) plot.line = coverage_;
+    if (common_) plot.rest = common_->coverage;
+    points_->setCurves(plot.curves, shown, preferredConfidence());
+    ui_->curvesView->setPlot(std::move(plot));
+    ui_->orderBox->setEnabled(shown.across != DiversityAcross::orders);
+    ui_->widthAxisTitle->setText(widthTitle(shown));
+    ui_->heightAxisTitle->setText(heightTitle(shown));
     ui_->plotTitlesBox->setChecked(Preferences().plotImage().titles);
     ui_->saveImageButton->setEnabled(ui_->curvesView->isDrawable());
-    points_->setCurves(plot.curves, widthTitle(), heightTitle());
     showReadout();
-}
-
-QString DiversityViewController::placeText(double x) const {
-    switch (across()) {
-        case DiversityAcross::sizes:
-            return QString("%1 %2")
-                .arg(QLocale().toString(x, 'f', 0))
-                .arg(isIncidence() ? "censuses" : "specimens");
-        case DiversityAcross::coverage:
-            return "coverage " + decimals(x, 3);
-        default:
-            return "order " + decimals(x, 1);
-    }
 }
 
 // The view that has the focus speaks, not the label.
 void DiversityViewController::showReadout() {
-    const CurvesView& view = *ui_->curvesView;
-    const auto& mark = view.mark();
+    const CurvesView& plot = *ui_->curvesView;
+    const auto& mark = plot.mark();
     QString text;
     if (mark) {
-        const PlotCurve& curve = view.plot().curves[static_cast<std::size_t>(mark->curve)];
-        const std::optional<double> known = valueAt(curve.known, mark->x);
-        const std::optional<double> value = known ? known : valueAt(curve.predicted, mark->x);
-        text = QString("%1: %2 at %3")
-                   .arg(shortened(oneLine(curve.label), longestName),
-                        value ? decimals(*value, 2) : "-", placeText(mark->x));
-        const std::optional<double> lower = valueAt(curve.lower, mark->x);
-        const std::optional<double> upper = valueAt(curve.upper, mark->x);
-        if (lower && upper) {
-            text += QString(", %1 limits %2 to %3")
-                        .arg(confidenceLevelText(
-                                 preferredConfidence().value_or(ConfidenceLevel::percent95)),
-                             decimals(*lower, 2), decimals(*upper, 2));
-        }
-        if (!known) text += across() == DiversityAcross::orders ? ", estimated" : ", predicted";
-    } else if (view.isDrawable()) {
-        text =
-            "Solid: from the sample itself. Dashed: predicted, up to twice the sample. Point "
-            "at a curve, or press an arrow key, to read out its values.";
-        if (across() == DiversityAcross::orders) {
-            text =
-                "Solid: observed. Dashed: estimated for the whole community. Point at a curve, "
-                "or press an arrow key, to read out its values.";
-        }
-        if (curves_ && curves_->size() > drawn_.size()) {
-            text +=
-                QString(" %1 of %2 censuses are drawn.").arg(drawn_.size()).arg(curves_->size());
-        }
+        text = readoutText(plot.plot().curves[static_cast<std::size_t>(mark->curve)], mark->x,
+                           view(), preferredConfidence().value_or(ConfidenceLevel::percent95));
     } else if (curves_) {
-        text = isIncidence() ? "Nothing can be drawn: a curve needs at least two censuses."
-                             : "Nothing can be drawn: a curve needs at least two specimens.";
+        text = plotHint(view(), plot.isDrawable() ? drawn_.size() : 0, curves_->size());
     }
     ui_->diversityReadout->setForegroundRole(mark ? QPalette::WindowText : secondaryText);
     ui_->diversityReadout->setText(text);
     ui_->curvesView->setAccessibleDescription(text);
 }
 
-void DiversityViewController::setCoverage(double coverage) {
-    coverage_ = coverage;
+// The coverage that is chosen, or as far as all reach; the table follows in the background.
+void DiversityViewController::showCoverage() {
+    if (!curves_) return;
+    coverage_ = choice_.coverage ? *choice_.coverage : common_ ? common_->coverage : 0;
     const QSignalBlocker quiet(ui_->coverageField);
-    ui_->coverageField->setValue(coverage);
+    ui_->coverageField->setValue(coverage_);
     QString note;
-    if (common_ && followsCommon_) {
+    if (common_ && !choice_.coverage) {
         const DiversityCurve& limit = (*curves_)[common_->limitedBy];
-        note = QString("as far as all reach: %1, limited by %2 (%3 %4)")
-                   .arg(decimals(common_->coverage, 3), shortened(oneLine(limit.name), 60))
-                   .arg(QLocale().toString(limit.estimator.sample().size, 'f', 0))
-                   .arg(isIncidence() ? "censuses" : "specimens");
+        const FrequencyCounts& sample = limit.estimator.sample();
+        note =
+            QString("as far as all reach: %1, limited by %2 (%3)")
+                .arg(QString::fromStdString(fixedText(coverage_, 3)),
+                     shortened(oneLine(limit.name), 60), sampleSizeText(sample.size, sample.kind));
     }
     ui_->coverageNote->setText(note);
     ui_->coverageNote->setToolTip(note);
-    if (!curves_) return;
-    showTable();
     CurvesPlot plot = ui_->curvesView->plot();
     if (plot.line) plot.line = coverage_;
     ui_->curvesView->setPlot(std::move(plot));
-}
-
-// The values at once, their limits when they are there.
-void DiversityViewController::showTable() {
-    coverages_->setRows(coverageRows(*curves_, coverage_), preferredConfidence());
-    computeTableErrors();
+    computation_->start(curves_, coverage_);
 }
 
 void DiversityViewController::showSaved(const QString& news) {
-    const QString text = shortened(news, longestName);
+    const QString text = shortened(news, longestProject);
     ui_->diversitySaved->setText(text);
     ui_->diversitySaved->setToolTip(text);
     ui_->diversitySaved->setAccessibleName(text);
@@ -380,12 +355,15 @@ void DiversityViewController::showSaved(const QString& news) {
 }
 
 PlotDrawing DiversityViewController::drawing(bool titles) const {
-    const CurvesView* view = ui_->curvesView;
+    const CurvesView* plotted = ui_->curvesView;
+    const DiversityView shown = view();
     const QString title = subject().isEmpty() ? "Diversity at equal coverage"
                                               : "Diversity at equal coverage: " + subject();
-    PlotDrawing plot{view->size(), title, [view](QPainter& painter) { view->draw(painter); }};
-    if (!titles || !view->isDrawable()) return plot;
-    return titledPlot(plot, {shortened(subject(), longestName), widthTitle(), heightTitle()});
+    PlotDrawing plot{plotted->size(), title,
+                     [plotted](QPainter& painter) { plotted->draw(painter); }};
+    if (!titles || !plotted->isDrawable()) return plot;
+    return titledPlot(
+        plot, {shortened(subject(), longestProject), widthTitle(shown), heightTitle(shown)});
 }
 
 QString DiversityViewController::tableText(char separator) const {

@@ -3,8 +3,10 @@
 // the background, the curves before their limits. Main thread.
 #pragma once
 
+#include <QPointer>
 #include <QString>
 #include <QWidget>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <stop_token>
@@ -12,9 +14,11 @@
 
 #include "ui/analysis/diversity_curves.h"
 #include "ui/analysis/plot_export.h"
+#include "ui/kit/popover.h"
 #include "ui/kit/window_placement.h"
 
 class QKeySequence;
+class QModelIndex;
 class QPushButton;
 
 namespace Ui {
@@ -23,9 +27,11 @@ class DiversityPage;
 
 namespace zorvel {
 
+class CoverageComputation;
 class CoverageTableModel;
 class CurvePointsModel;
 class JobQueue;
+struct Explanation;
 
 // The project as it was when the command was given.
 struct DiversityInputs {
@@ -33,6 +39,13 @@ struct DiversityInputs {
     std::vector<DiversitySubject> selected;     // censuses
     std::optional<DiversitySubject> pooled;     // all of them
     std::optional<DiversitySubject> incidence;  // presences over them; absent for fewer than five
+};
+
+// What the window shows; order and axis are also kept in the preferences.
+struct DiversityChoice {
+    enum class Of { selected, pooled, incidence };
+    Of of = Of::selected;
+    std::optional<double> coverage;  // absent: as far as all reach
 };
 
 class DiversityViewController : public QWidget {
@@ -44,9 +57,9 @@ class DiversityViewController : public QWidget {
     DiversityViewController(JobQueue& jobs, const Panels& panels, QWidget* parent = nullptr);
     ~DiversityViewController() override;
 
-    // Once.
-    void setInputs(DiversityInputs inputs);
-    [[nodiscard]] const QString& subject() const { return inputs_.project; }
+    // Once. choice: with which the window begins, as far as the inputs allow.
+    void setInputs(DiversityInputs inputs, const DiversityChoice& choice);
+    [[nodiscard]] const QString& subject() const { return project_; }
 
     // The plot with titles around it if the preferences say so.
     [[nodiscard]] PlotDrawing figure() const { return export_->figure(); }
@@ -58,46 +71,55 @@ class DiversityViewController : public QWidget {
 
   signals:
     void printRequested();
+    void choiceDidChange(const DiversityChoice& choice);
 
   private:
-    enum class Of { selected, pooled, incidence };
+    using Curves = std::shared_ptr<const std::vector<DiversityCurve>>;
 
-    PlotExport::Source exportSource();
+    void addChoices();
+    void addCommands();
+    void addExplanations();
     void addCommand(QPushButton& button, const QKeySequence& keys,
                     const std::function<void()>& command);
-    [[nodiscard]] std::size_t order() const;
-    [[nodiscard]] DiversityAcross across() const;
-    [[nodiscard]] bool isIncidence() const;
-    [[nodiscard]] std::vector<DiversitySubject> subjects() const;
+    PlotExport::Source exportSource();
+    [[nodiscard]] DiversityView view() const;
+    void choose(const DiversityChoice& choice);
+    void keepView() const;
     void compute();
+    void takeCurves(Curves curves);
     void computeErrors();
     void showCurves();
     void showReadout();
-    void setCoverage(double coverage);
-    void showTable();
-    void computeTableErrors();
-    void updateSpinner();
-    [[nodiscard]] QString widthTitle() const;
-    [[nodiscard]] QString heightTitle() const;
-    [[nodiscard]] QString placeText(double x) const;
+    void showCoverage();
+    void showRunning();
+    void fitColumns(bool mayShrink);
+    void copyCells() const;
+    void showMenu(const QPoint& place);
+    void explain(const Explanation& explanation, const QWidget& of, const QRect& place);
+    void explainPlot(std::optional<std::size_t> curve);
+    void explainMarked();
+    void explainCommon();
+    void explainCell(const QModelIndex& cell);
     [[nodiscard]] PlotDrawing drawing(bool titles) const;
     [[nodiscard]] QString tableText(char separator) const;
 
     std::unique_ptr<Ui::DiversityPage> ui_;
     JobQueue& jobs_;
-    DiversityInputs inputs_;
+    QString project_;
+    std::shared_ptr<const DiversityInputs> inputs_;
+    DiversityChoice choice_;
     PlotExport* export_;
     CoverageTableModel* coverages_;
     CurvePointsModel* points_;
-    std::shared_ptr<const std::vector<DiversityCurve>> curves_;  // all of them
-    std::vector<DiversityCurve> drawn_;                          // the first, with their errors
+    CoverageComputation* computation_;
+    QPointer<Popover> popover_;
+    Curves curves_;                      // all of them
+    std::vector<DiversityCurve> drawn_;  // the first, with their errors
     std::optional<CommonCoverage> common_;
     double coverage_ = 0;
-    bool followsCommon_ = true;
-    std::size_t running_ = 0;     // jobs
-    std::size_t generation_ = 0;  // of the curves
+    std::size_t running_ = 0;  // jobs of the curves
+    std::size_t generation_ = 0;
     std::stop_source stopErrors_;
-    std::stop_source stopTableErrors_;
 };
 
 class DiversityWindowController : public PlacedWindow {

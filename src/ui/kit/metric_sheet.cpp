@@ -15,6 +15,7 @@
 #include <cstdlib>
 #include <utility>
 
+#include "ui/kit/explanation.h"
 #include "ui/kit/look.h"
 #include "ui/kit/popover.h"
 #include "ui/kit/small_widgets.h"
@@ -47,33 +48,6 @@ QRect placeIn(const QWidget& widget, const QWidget& caption, const QWidget& valu
     const QRect card = rectOf(*caption.parentWidget());
     return {card.left(), both.top(), card.width(), both.height()};
 }
-
-// An explanation as rich text, and the same words plain.
-class ExplanationWriter {
-  public:
-    void addParagraph(const QString& text, const char* style = "") {
-        rich_ +=
-            QString("<p style=\"margin:0 0 8px 0;%1\">%2</p>").arg(style, text.toHtmlEscaped());
-        plain_.append(text);
-    }
-    void addEntry(const QString& label, const QString& text, const QColor& labelColor) {
-        if (text.isEmpty()) return;
-        table_ += QString(
-                      "<tr><td style=\"padding:6px 12px 0 0;color:%1\">%2</td>"
-                      "<td style=\"padding:6px 0 0 0\">%3</td></tr>")
-                      .arg(labelColor.name(), label.toHtmlEscaped(), text.toHtmlEscaped());
-        plain_.append(label + ": " + text);
-    }
-    void showIn(Popover& popover) const {
-        popover.setText(rich_ + "<table cellspacing=\"0\" cellpadding=\"0\">" + table_ + "</table>",
-                        plain_.join('\n'));
-    }
-
-  private:
-    QString rich_;
-    QString table_;
-    QStringList plain_;
-};
 
 }  // namespace
 
@@ -345,7 +319,6 @@ void MetricSheet::updateExplanation() {
     const Row& row = rows_[explained_];
     const ValueField& field = *row.value;
     const MetricExplanation words = explanationOf(row.shown);
-    const QColor quiet = lookColors(host_.palette()).secondary;
     // Before the first value, its inputs are unknown.
     const bool isKnown = !field.text().isEmpty() || field.isStale();
     const QString note = field.isStale() ? field.toolTip() : QString();
@@ -362,18 +335,14 @@ void MetricSheet::updateExplanation() {
     if (row.state == State::there && !field.text().isEmpty())
         line = QString("%1 for %2").arg(field.text(), *subject_);
 
-    ExplanationWriter writer;
-    writer.addParagraph(words.name, "font-weight:600;font-size:large");
-    writer.addParagraph(line, "font-weight:600");
-    writer.addParagraph(words.meaning);
-    if (!note.isEmpty()) writer.addParagraph(note);
-    if (!remark.isEmpty() && !note.contains(remark)) writer.addParagraph(remark);
-    writer.addEntry("Formula", words.formula, quiet);
-    writer.addEntry("Variant", words.variant, quiet);
-    writer.addEntry("Inputs", inputs, quiet);
-    writer.addEntry("Limits", limits, quiet);
-    writer.addEntry("Source", words.source, quiet);
-    writer.showIn(*popover_);
+    Explanation explanation{words.name, line, {words.meaning, note}, {}};
+    if (!note.contains(remark)) explanation.paragraphs.append(remark);
+    explanation.entries = {{"Formula", words.formula},
+                           {"Variant", words.variant},
+                           {"Inputs", inputs},
+                           {"Limits", limits},
+                           {"Source", words.source}};
+    explanation.showIn(*popover_, host_.palette());
 }
 
 }  // namespace zorvel

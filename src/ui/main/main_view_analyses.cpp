@@ -100,6 +100,8 @@ void MainViewController::diversityAtEqualCoverage() {
     window->setAttribute(Qt::WA_DeleteOnClose);
     window->setWindowFilePath(this->window()->windowFilePath());
     diversityWindowController_ = window;
+    connect(&window->viewController(), &DiversityViewController::choiceDidChange, this,
+            [this](const DiversityChoice& choice) { diversityChoice_ = choice; });
     emit analysisWindowDidOpen(window);
     window->show();
     std::vector<RecordId> selected;
@@ -111,8 +113,9 @@ void MainViewController::diversityAtEqualCoverage() {
         [project = context().frozenCopy(), selected = std::move(selected), name = projectName_] {
             return diversityInputs(*project, selected, name);
         },
-        [self = QPointer<MainViewController>(this), window, progress](DiversityInputs inputs) {
-            window->viewController().setInputs(std::move(inputs));
+        [self = QPointer<MainViewController>(this), window, progress,
+         choice = diversityChoice_](DiversityInputs inputs) {
+            window->viewController().setInputs(std::move(inputs), choice);
             if (self) self->stopProgress(progress);
         });
 }

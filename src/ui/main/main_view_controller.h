@@ -213,6 +213,7 @@ class MainViewController : public QWidget, public MainView {
     QPointer<ProjectWideMetricsWindowController> projectWideMetricsWindowController_;
     QPointer<RarefactionWindowController> rarefactionWindowController_;
     QPointer<DiversityWindowController> diversityWindowController_;
+    DiversityChoice diversityChoice_;  // of the last window, for the next
 };
 
 }  // namespace zorvel
