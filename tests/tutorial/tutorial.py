@@ -22,6 +22,7 @@ PREFERENCES = r"Preferences\b.*"
 INDIVIDUALS = r"Individual-based Rarefaction\b.*"
 SAMPLES = r"Sample-based Rarefaction\b.*"
 WHOLE = r"Project-wide Metrics\b.*"
+DIVERSITY = r"Diversity at Equal Coverage\b.*"
 SHANNON = "Shannon's H"
 NORTH = {"Abies alba": 10, "Picea abies": 5, "Larix decidua": 3, "Acer pseudoplatanus": 2,
          "Sorbus aucuparia": 1, "Taxus baccata": 1}
@@ -123,6 +124,18 @@ class Tutorial(Person):
         self.do(closes=WHOLE)
         self.do(opens=SAMPLES)
         self.do(closes=SAMPLES)
+        self.desktop.window(PROJECT)
+        self.do(until="North\t")
+        self.do(opens=DIVERSITY)
+        self.do()
+        # There is nothing to copy before the limits are there.
+        wait_for("the table", lambda: self.appears("census\t")
+                 or self.desktop.keys("ctrl+shift+c"))
+        head, *rows = (line.split("\t") for line in self.desktop.clipboard().splitlines())
+        found = [f"{row[0]} {float(row[head.index('q0')]):.1f}" for row in rows]
+        self.says(f"{', '.join(found[:-1])} and {found[-1]}".replace("North ", "North has ")
+                  .replace(",", " species,", 1))
+        self.do(closes=DIVERSITY)
 
     def do_export(self):
         self.desktop.window(PROJECT)
