@@ -283,7 +283,7 @@ bool isErrorValue(std::string_view cell) {
 }
 
 bool isAbundanceMark(std::string_view cell) {
-    constexpr auto marks = std::to_array<std::string_view>({"+", "r", "✓", "✔"});
+    constexpr auto marks = std::to_array<std::string_view>({"+", "r"});
     if (std::find(marks.begin(), marks.end(), cell) != marks.end()) return true;
     constexpr std::string_view halves = "abm+-";
     const bool isClass =
@@ -330,7 +330,8 @@ CellCount cellCount(std::string_view cell, NumberMarks marks) {
 
 std::optional<bool> presenceMark(std::string_view cell) {
     if (cell.empty() || cell == "0") return false;
-    if (cell == "1" || cell == "x" || cell == "X") return true;
+    const bool isTick = cell == "✓" || cell == "✔" || cell == "√";
+    if (cell == "1" || cell == "x" || cell == "X" || isTick) return true;
     return std::nullopt;
 }
 

@@ -49,7 +49,7 @@ CellCount cellCount(std::string_view cell, NumberMarks marks);
 // What stands for an abundance and is no number: 20%, <5, ca. 5, +, r, 2a.
 bool isAbundanceMark(std::string_view cell);
 
-// x, X or 1 (true), 0 or an empty cell (false); absent for anything else.
+// x, X, a tick or 1 (true), 0 or an empty cell (false); absent for anything else.
 std::optional<bool> presenceMark(std::string_view cell);
 
 // Decimal degrees within the limit (90 or 180) either way: a number, or degrees, minutes and

@@ -20,7 +20,9 @@ TableGuess guessRows(const SampleRows& rows, const TableReading& known,
     if (grid.height() == 0 || grid.width() == 0) return guess;
     reading.firstRow = grid.row(0).number;
     reading.lastRow = choices.lastRow.value_or(0);
-    const WordRoles roles = rolesByWords(grid);
+    const std::size_t header =
+        std::min(choices.headerRows.value_or(headerHeight(grid)), grid.height());
+    const WordRoles roles = rolesByWords(grid, header);
     const RecordGuess asRecords = guessRecords(grid, roles);
     const bool records = choices.layout ? *choices.layout == TableLayout::records : asRecords.fits;
     const bool isDoubtful = !choices.layout && asRecords.doubtful;
@@ -34,8 +36,6 @@ TableGuess guessRows(const SampleRows& rows, const TableReading& known,
         if (asRecords.namesAreDoubtful) guess.doubts.push_back(TableDoubt::names);
         if (asRecords.countsAreDoubtful) guess.doubts.push_back(TableDoubt::counts);
     } else {
-        const std::size_t header =
-            std::min(choices.headerRows.value_or(headerHeight(grid)), grid.height());
         reading.shortHeader = isShort(grid, header);
         const double score = speciesRowsScore(grid, header);
         if (!choices.layout && !isDoubtful && std::abs(score) < 0.5) {

@@ -19,7 +19,10 @@ bool isHeaderRow(const SampleGrid& grid, std::size_t i) {
         words += !isCountLike(cell);
     }
     const auto meaning = headerMeaning(grid.cell(i, 0));
-    const bool corner = i == 0 && (grid.cell(i, 0).empty() || meaning);
+    const bool names =
+        meaning && (meaning->role == ColumnRole::species || meaning->role == ColumnRole::census);
+    const bool corner =
+        i == 0 ? grid.cell(0, 0).empty() || meaning : grid.cell(0, 0).empty() && names;
     return filled > 0 && (words * 10 >= filled * 8 || corner);
 }
 
@@ -48,7 +51,10 @@ std::optional<ColumnRole> metadataOf(const SampleGrid& grid, std::size_t i) {
         case ColumnRole::longitude:
         case ColumnRole::date:
         case ColumnRole::notes:
+            return meaning->role;
         case ColumnRole::ignored:
+            // Sand, or Area North, may be a census.
+            if (meaning->rank > 1) return std::nullopt;
             return meaning->role;
         default:
             return std::nullopt;
@@ -74,20 +80,30 @@ bool isShort(const SampleGrid& grid, std::size_t header) {
            filledWidth(grid.row(header)) == grid.width() && !grid.cell(0, 0).empty();
 }
 
+// The first; but behind numbers of rows, the names.
+std::size_t labelColumn(const SampleGrid& grid, std::size_t header) {
+    if (grid.width() < 3 || !grid.holdsRowNumbers(header, 0)) return 0;
+    const ColumnFacts facts = grid.factsOf(header, 1);
+    return facts.filled > 0 && !facts.isOfCounts() ? 1 : 0;
+}
+
 double speciesRowsScore(const SampleGrid& grid, std::size_t header) {
     std::vector<std::string_view> headers;
     std::vector<std::string_view> labels;
-    for (std::size_t column = 1; header > 0 && column < grid.width(); ++column) {
+    const std::size_t names = labelColumn(grid, header);
+    for (std::size_t column = names + 1; header > 0 && column < grid.width(); ++column) {
         if (!grid.cell(0, column).empty()) headers.push_back(grid.cell(0, column));
     }
-    for (std::size_t i = header; i < grid.height(); ++i) labels.push_back(grid.cell(i, 0));
+    for (std::size_t i = header; i < grid.height(); ++i) labels.push_back(grid.cell(i, names));
     // Rows that are only numbered are samples.
     double score = -shareOf(
         labels, [](std::string_view label) { return parseWholeInteger(label).has_value(); });
     for (std::size_t column = 0; header > 0 && column < std::min<std::size_t>(3, grid.width());
          ++column) {
-        const auto meaning = headerMeaning(grid.cell(0, column));
-        if (!meaning) continue;
+        const auto meaning = headerMeaning(grid.headerText(header, column));
+        // Counts may be of a Garden, or of Birds.
+        const bool isCounted = column > names && grid.factsOf(header, column).isOfCounts();
+        if (!meaning || (isCounted && !grid.holdsRowNumbers(header, column))) continue;
         if (meaning->role == ColumnRole::species) score += 3;
         if (meaning->role == ColumnRole::census) score -= 3;
         if (meaning->role == ColumnRole::species || meaning->role == ColumnRole::census) break;

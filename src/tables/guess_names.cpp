@@ -52,7 +52,7 @@ Part partOf(std::string_view header) {
         case ColumnRole::day:
             return Part::repeat;
         case ColumnRole::ignored:
-            return meaning->rank == 1 ? Part::repeat : Part::none;
+            return meaning->rank == 1 || meaning->rank == 4 ? Part::repeat : Part::none;
         default:
             return Part::none;
     }
@@ -63,6 +63,14 @@ bool areBareNumbers(const SampleGrid& grid, std::size_t header, std::size_t colu
         if (!grid.cell(i, column).empty() && !isDigits(grid.cell(i, column))) return false;
     }
     return true;
+}
+
+bool hasBlanks(const SampleGrid& grid, std::size_t header, std::size_t column) {
+    for (std::size_t i = header; i < grid.height(); ++i) {
+        const bool isRow = !grid.isSummary(i) && filledCells(grid.row(i)) > 0;
+        if (isRow && grid.cell(i, column).empty()) return true;
+    }
+    return false;
 }
 
 // N, and N1 and N2 within it.
@@ -102,12 +110,16 @@ std::vector<std::size_t> nameColumns(const SampleGrid& grid, std::size_t header,
     const bool isCut = grid.height() + 1 >= TableSample::mostRows;
     for (const Part kind : {Part::place, Part::repeat}) {
         for (std::size_t column = 0; column < roles.size(); ++column) {
-            if (column == main || partOf(grid.cell(0, column)) != kind) continue;
+            if (column == main || partOf(grid.headerText(header, column)) != kind) continue;
             const RowKeys values = keysOf(grid, header, column);
             // Numbers of plots begin again at the next site, maybe below the sample.
             const bool mayRepeat =
                 isCut && kind == Part::place && areBareNumbers(grid, header, main);
             if (determines(grid, header, keys, values) && !mayRepeat) continue;
+            const auto meaning = headerMeaning(grid.headerText(header, column));
+            const bool isPlain = meaning->role == ColumnRole::census;
+            // A year or a depth that only some rows have tells no censuses apart.
+            if (!isPlain && hasBlanks(grid, header, column)) continue;
             names.push_back(column);
             addKeys(keys, grid, header, column);
         }

@@ -22,6 +22,8 @@ FormGuess guessForm(std::string_view head, bool isWhole, const TableChoices& cho
 std::size_t headerHeight(const SampleGrid& grid);
 // The header lacks the cell above the first column.
 bool isShort(const SampleGrid& grid, std::size_t header);
+// The column of names, where no word tells.
+std::size_t labelColumn(const SampleGrid& grid, std::size_t header);
 // Of a row above species rows: what it tells of each census.
 std::optional<ColumnRole> metadataOf(const SampleGrid& grid, std::size_t i);
 // Positive: a row for each species.
@@ -30,7 +32,7 @@ double speciesRowsScore(const SampleGrid& grid, std::size_t header);
 // guess_roles.cpp
 using WordRoles = std::vector<std::optional<ColumnRole>>;
 // Roles by the words of the header, of each role the column of the lowest rank.
-WordRoles rolesByWords(const SampleGrid& grid);
+WordRoles rolesByWords(const SampleGrid& grid, std::size_t header);
 std::vector<ColumnRole> wideRoles(const SampleGrid& grid, const TableReading& reading,
                                   const WordRoles& roles);
 

@@ -81,10 +81,12 @@ class WideRoles {
         }
         // A census may be called Garden or Site, and what is counted Birds.
         if (byWord && facts.filled > 0 && facts.isOfCounts()) {
-            const auto meaning = headerMeaning(grid_.cell(0, column));
+            const auto meaning = headerMeaning(grid_.headerText(header_, column));
             const bool names =
-                meaning && (ofCensus ? meaning->role == ColumnRole::species && meaning->rank == 1
-                                     : meaning->role == ColumnRole::census);
+                meaning &&
+                (ofCensus ? meaning->role == ColumnRole::species && meaning->rank == 1
+                          : meaning->role == ColumnRole::census ||
+                                (meaning->role == ColumnRole::ignored && meaning->rank >= 2));
             if (names) return ColumnRole::count;
         }
         if (byWord == ColumnRole::genus && !ofCensus) return *byWord;
@@ -93,17 +95,20 @@ class WideRoles {
         const bool ofSpecies =
             ofCensus && header_ > 0 && looksLikeSpeciesName(grid_.cell(0, column));
         if (measuredAreFew_ && facts.isMeasured() && !ofSpecies) return ColumnRole::ignored;
-        const bool numbersRows =
-            header_ > 0 && grid_.cell(0, column).empty() && grid_.holdsRowNumbers(header_, column);
-        return numbersRows ? ColumnRole::ignored : ColumnRole::count;
+        const bool mayNumber =
+            column == 0 || (header_ > 0 && grid_.headerText(header_, column).empty());
+        return mayNumber && grid_.holdsRowNumbers(header_, column) ? ColumnRole::ignored
+                                                                   : ColumnRole::count;
     }
 
   private:
     static std::vector<std::size_t> labelColumns(const SampleGrid& grid, std::size_t header,
                                                  ColumnRole label, const WordRoles& words) {
-        if (label == ColumnRole::species) return {columnOf(words, label).value_or(0)};
-        std::vector<std::size_t> names = nameColumns(grid, header, words);
-        if (names.empty()) names = {0};
+        std::vector<std::size_t> names;
+        if (label == ColumnRole::census) names = nameColumns(grid, header, words);
+        const auto species = columnOf(words, ColumnRole::species);
+        if (label == ColumnRole::species && species) names = {*species};
+        if (names.empty()) names = {labelColumn(grid, header)};
         return names;
     }
     [[nodiscard]] bool isLabel(std::size_t column) const {
@@ -121,11 +126,11 @@ class WideRoles {
 
 }  // namespace
 
-WordRoles rolesByWords(const SampleGrid& grid) {
+WordRoles rolesByWords(const SampleGrid& grid, std::size_t header) {
     WordRoles roles(grid.width());
     std::map<ColumnRole, std::pair<int, std::size_t>> best;
     for (std::size_t column = 0; column < roles.size(); ++column) {
-        const auto meaning = headerMeaning(grid.cell(0, column));
+        const auto meaning = headerMeaning(grid.headerText(header, column));
         if (!meaning) continue;
         roles[column] = ColumnRole::ignored;
         if (meaning->role == ColumnRole::ignored) continue;
@@ -133,7 +138,9 @@ WordRoles rolesByWords(const SampleGrid& grid) {
             roles[column] = ColumnRole::total;
             continue;
         }
-        if (meaning->role == ColumnRole::count && !grid.factsOf(1, column).isOfCounts()) continue;
+        if (meaning->role == ColumnRole::count &&
+            !grid.factsOf(std::max<std::size_t>(header, 1), column).isOfCounts())
+            continue;
         const auto found = best.find(meaning->role);
         if (found == best.end() || meaning->rank < found->second.first) {
             best[meaning->role] = {meaning->rank, column};

@@ -11,7 +11,7 @@ namespace zorvel {
 // For each meaning its words, parted by bars, as plainHeader() gives them. Ranks of a census: 0 a
 // plot, 1 a less exact place, 2 an identifier, 3 what tells censuses of one place apart. Rank 1 of
 // notes tells of a record rather than a census; of a total it is computed but no sum; of what is
-// ignored it is a depth, which may tell censuses apart.
+// ignored it is a depth, which may tell censuses apart, and 2 tells of a census alone.
 struct WordsOfMeaning {
     HeaderMeaning meaning;
     std::string_view words;
@@ -22,13 +22,14 @@ constexpr auto wordTable = std::to_array<WordsOfMeaning>({
      "census|plot|plots|plot id|plotid|quadrat|quadrat id|sample|samples|sample id|sampleid|"
      "sample name|core|trap|trap id|transect|releve|site|sites|site id|siteid|site name|site code|"
      "plot code|plot name|station|station id|point|point id|subplot|block|haul|pond|lake|garden|"
-     "bed|horizon|probe|proben|probestelle|probeflache|probenflache|flache|aufnahme|falle|"
+     "bed|horizon|probe|proben|probestelle|probeflache|probennummer|fallennummer|plotnummer|"
+     "flachennummer|aufnahmenummer|standortnummer|probenflache|flache|aufnahme|falle|"
      "parzelle|transekt|schicht|untersuchungsflache|probepunkt|messpunkt|zahlpunkt|quadrant|"
      "parcelle|placette|placeau|echantillon|piege|quadrate|maille|point d'ecoute|"
      "muestra|parcela|cuadrante|cuadrat|trampa|transecto|estacion|sitio|punto|"
      "amostra|armadilha|estacao|ponto|quadrado|campione|stazione|sito|quadrato|rilievo|"
      "trappola|transetto|parcella|plek|proefvlak|monster|opname|vangpot|kwadrant|"
-     "meetpunt|telpunt|monsterpunt|prov|provyta|ruta|falla|provpunkt|provplats|prove|proveflate|"
+     "meetpunt|telpunt|monsterpunt|prov|provyta|provpunkt|provplats|prove|proveflate|"
      "stanowisko|proba|probka|powierzchnia|pulapka|poletko|kwadrat|punkt|transek"},
     {{ColumnRole::census, 1},
      "standort|ort|fundort|lieu|localidad|localite|lugar|location|locality|locationid|location id|"
@@ -36,7 +37,8 @@ constexpr auto wordTable = std::to_array<WordsOfMeaning>({
      "lokalitet|lokalizacja|miejsce|lokalita|gebiet"},
     {{ColumnRole::census, 2}, "eventid|event id|fieldnumber|group"},
     {{ColumnRole::census, 3},
-     "replicate|rep|replica|replicat|repetition|repeticion|repeticao|wiederholung|teilprobe|"
+     "habitat|microhabitat|biotope|biotop|lebensraum|zone|replicate|rep|replica|replicat|"
+     "repetition|repeticion|repeticao|wiederholung|teilprobe|"
      "subsample|sub sample|replicato|replicaat|replikat|powtorzenie|treatment|behandlung|"
      "traitement|tratamiento|tratamento|trattamento|behandeling|visit|round|survey|session|season|"
      "week|begehung|durchgang|saison|jahreszeit|woche|kw|visite|passage|semaine|visita|estacion "
@@ -101,11 +103,17 @@ constexpr auto wordTable = std::to_array<WordsOfMeaning>({
     {{ColumnRole::ignored, 0},
      "timestamp|numotus|label|taxonomic order|number of observers|taxonomy|id|gbifid|observer|"
      "stage|life stage|lifestage|sex|sexe|sexo|sesso|stadium|stade|geschlecht|kon|plec|"
-     "trophic level|trophic group|tolerance|tolerance value|score|rank|red "
-     "list|organismquantitytype|"
-     "size|code|slope|aspect|sand|silt|clay|ph|wind|rain|light|noise|month name"},
+     "trophic level|trophic group|tolerance|tolerance value|score|rank|red list|"
+     "organismquantitytype|size|code|ph|unnamed: 0"},
     {{ColumnRole::ignored, 1},
      "depth|tiefe|profondeur|profundidad|profundidade|profondita|diepte|djup|glebokosc|dybde"},
+    {{ColumnRole::ignored, 2},
+     "slope|aspect|exposure|sand|silt|clay|gravel|rock|mud|humus|litter|canopy|bare soil|"
+     "bare ground|baresoil|wind|wind speed|rain|light|noise|cloud|visibility|secchi|age|stand age|"
+     "traps|number of traps|no of traps|days|hours|minutes|nights|party size|grazing|management|"
+     "land use|organic matter|neigung|hangneigung|exposition|pente|pendiente|pendenza|"
+     "anzahl fallen|fangtage|ca|mg|al|fe|mn|zn|no3|nh4|po4|so4|tp|tn|toc|doc|bod|cod|tds|ec|"
+     "chl a|chla"},
     {{ColumnRole::year, 0}, "year|jahr|annee|ano|anno|jaar|ar|rok"},
     {{ColumnRole::month, 0}, "month|monat|mois|mes|mese|maand|manad|miesiac"},
     {{ColumnRole::day, 0}, "day|tag|jour|dia|giorno|dag|dzien"},
@@ -119,117 +127,128 @@ constexpr auto wordTable = std::to_array<WordsOfMeaning>({
      "moyenne|promedio|gemiddelde|medelvarde|srednia|durchschnitt|anteil|percent"},
 });
 
-// Words of what is measured, wherever they are in a header: "Water temp.", "Area m2".
-constexpr auto measures = std::to_array<std::string_view>({"area",
-                                                           "superficie",
-                                                           "oppervlakte",
-                                                           "volume",
-                                                           "volumen",
-                                                           "volum",
-                                                           "effort",
-                                                           "aufwand",
-                                                           "esfuerzo",
-                                                           "esforco",
-                                                           "inspanning",
-                                                           "temperature",
-                                                           "temp",
-                                                           "temperatur",
-                                                           "temperatura",
-                                                           "temperatuur",
-                                                           "ph",
-                                                           "salinity",
-                                                           "salinitat",
-                                                           "salinite",
-                                                           "salinidad",
-                                                           "salinidade",
-                                                           "salinita",
-                                                           "zoutgehalte",
-                                                           "salthalt",
-                                                           "zasolenie",
-                                                           "conductivity",
-                                                           "leitfahigkeit",
-                                                           "conductivite",
-                                                           "conductividad",
-                                                           "condutividade",
-                                                           "conducibilita",
-                                                           "geleidbaarheid",
-                                                           "konduktivitet",
-                                                           "przewodnosc",
-                                                           "turbidity",
-                                                           "turbidite",
-                                                           "turbidez",
-                                                           "trubung",
-                                                           "oxygen",
-                                                           "sauerstoff",
-                                                           "oxygene",
-                                                           "oxigeno",
-                                                           "oxigenio",
-                                                           "ossigeno",
-                                                           "zuurstof",
-                                                           "humidity",
-                                                           "moisture",
-                                                           "feuchte",
-                                                           "feuchtigkeit",
-                                                           "humidite",
-                                                           "humedad",
-                                                           "umidade",
-                                                           "umidita",
-                                                           "precipitation",
-                                                           "rainfall",
-                                                           "niederschlag",
-                                                           "precipitacion",
-                                                           "elevation",
-                                                           "altitude",
-                                                           "altitud",
-                                                           "altitudine",
-                                                           "hohe",
-                                                           "meereshohe",
-                                                           "hoogte",
-                                                           "hojd",
-                                                           "wysokosc",
-                                                           "height",
-                                                           "width",
-                                                           "length",
-                                                           "diameter",
-                                                           "dbh",
-                                                           "weight",
-                                                           "biomass",
-                                                           "biomasse",
-                                                           "biomasa",
-                                                           "biomassa",
-                                                           "cover",
-                                                           "coverage",
-                                                           "deckung",
-                                                           "deckungsgrad",
-                                                           "recouvrement",
-                                                           "cobertura",
-                                                           "copertura",
-                                                           "bedekking",
-                                                           "tackning",
-                                                           "pokrycie",
-                                                           "duration",
-                                                           "dauer",
-                                                           "duree",
-                                                           "duracion",
-                                                           "duur",
-                                                           "czas",
-                                                           "uncertainty",
-                                                           "accuracy",
-                                                           "precision",
-                                                           "nitrate",
-                                                           "phosphate",
-                                                           "chlorophyll",
-                                                           "discharge",
-                                                           "velocity",
-                                                           "trapnights",
-                                                           "observers",
-                                                           "agreements",
-                                                           "disagreements"});
+// Words of what is measured, wherever they are in a header: of a species or a census, and of a
+// census
+// ("Water temp.").
+constexpr auto sizes =
+    std::to_array<std::string_view>({"height", "width", "length", "diameter", "dbh", "weight",
+                                     "biomass", "biomasse", "biomasa", "biomassa"});
+constexpr auto measures = std::to_array<std::string_view>(
+    {"area",
+     "superficie",
+     "oppervlakte",
+     "volume",
+     "volumen",
+     "volum",
+     "effort",
+     "aufwand",
+     "esfuerzo",
+     "esforco",
+     "inspanning",
+     "temperature",
+     "temp",
+     "temperatur",
+     "temperatura",
+     "temperatuur",
+     "ph",
+     "salinity",
+     "salinitat",
+     "salinite",
+     "salinidad",
+     "salinidade",
+     "salinita",
+     "zoutgehalte",
+     "salthalt",
+     "zasolenie",
+     "conductivity",
+     "leitfahigkeit",
+     "conductivite",
+     "conductividad",
+     "condutividade",
+     "conducibilita",
+     "geleidbaarheid",
+     "konduktivitet",
+     "przewodnosc",
+     "turbidity",
+     "turbidite",
+     "turbidez",
+     "trubung",
+     "oxygen",
+     "sauerstoff",
+     "oxygene",
+     "oxigeno",
+     "oxigenio",
+     "ossigeno",
+     "zuurstof",
+     "humidity",
+     "moisture",
+     "feuchte",
+     "feuchtigkeit",
+     "humidite",
+     "humedad",
+     "umidade",
+     "umidita",
+     "precipitation",
+     "rainfall",
+     "niederschlag",
+     "precipitacion",
+     "elevation",
+     "altitude",
+     "altitud",
+     "altitudine",
+     "hohe",
+     "meereshohe",
+     "hoogte",
+     "hojd",
+     "wysokosc",
+     "cover",
+     "coverage",
+     "deckung",
+     "deckungsgrad",
+     "recouvrement",
+     "cobertura",
+     "copertura",
+     "bedekking",
+     "tackning",
+     "pokrycie",
+     "duration",
+     "dauer",
+     "duree",
+     "duracion",
+     "duur",
+     "czas",
+     "uncertainty",
+     "accuracy",
+     "precision",
+     "nitrate",
+     "phosphate",
+     "chlorophyll",
+     "discharge",
+     "velocity",
+     "trapnights",
+     "nights",
+     "hours",
+     "minutes",
+     "days",
+     "observers",
+     "agreements",
+     "disagreements",
+     "aaaaaaaceeeeiiiidnooooo ouuuuypsaaaaaaaceeeeiiiidnooooo ouuuuypy",
+     "aaaaaaccccccccddddeeeeeeeeeegggggggghhhhiiiiiiiiiiiijjkkklllllll",
+     "lllnnnnnnnnnoooooooorrrrrrssssssssttttttuuuuuuuuuuuuwwyyyzzzzzzs"});
 
 // The plain letters of U+00C0 to U+017F.
 constexpr std::string_view latinLetters =
     "aaaaaaaceeeeiiiidnooooo ouuuuypsaaaaaaaceeeeiiiidnooooo ouuuuypy"
     "aaaaaaccccccccddddeeeeeeeeeegggggggghhhhiiiiiiiiiiiijjkkklllllll"
     "lllnnnnnnnnnoooooooorrrrrrssssssssttttttuuuuuuuuuuuuwwyyyzzzzzzs";
+
+// Units that may be words, and others.
+constexpr auto unitWords =
+    std::to_array<std::string_view>({"mm", "cm", "m", "km", "ha", "min", "minutes", "h", "hours",
+                                     "days", "psu", "mg", "g", "kg", "ml", "l", "ph", "c"});
+constexpr auto unitSigns = std::to_array<std::string_view>(
+    {"m2",  "m²",  "m3", "m³", "cm2",  "cm²",  "cm3",  "cm³", "km2",   "km²",   "dm2",   "dm²",
+     "dm3", "dm³", "%",  "°c", "mg/l", "µg/l", "ug/l", "g/l", "µs/cm", "us/cm", "ind/m2"});
 
 }  // namespace zorvel

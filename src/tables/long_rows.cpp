@@ -5,6 +5,7 @@
 #include "base/numbers.h"
 #include "base/text.h"
 #include "tables/row_reader.h"
+#include "tables/words.h"
 
 namespace zorvel {
 namespace {
@@ -55,6 +56,9 @@ class LongRows final : public RowReader {
         if (!columns_.exact && !isSpeciesText(row)) return;
         const std::size_t number =
             gathered_.species.number(columns_.genus ? speciesName(row, species) : species);
+        const bool isNew = gathered_.species.size() > knownSpecies_;
+        knownSpecies_ = gathered_.species.size();
+        if (isNew && !columns_.exact) refuseTotal(row, species, columns_.species);
         const bool added = addCounts(row, *index, number);
         if (columns_.included) readIncluded(row, *index, added);
     }
@@ -65,6 +69,15 @@ class LongRows final : public RowReader {
     }
 
   private:
+    // Sums among the records would count twice.
+    void refuseTotal(const TableRow& row, std::string_view cell,
+                     std::optional<std::size_t> column) {
+        const auto meaning = headerMeaning(cell);
+        if (!meaning || meaning->role != ColumnRole::total) return;
+        rules_.problem(placeOf(row, column), cell,
+                       shownInQuotes(cell) + " is the name of a total. Leave such rows out.");
+    }
+
     // Of all columns of counts; 1 where they are blank. False where nothing was added to the taxa.
     bool addCounts(const TableRow& row, std::size_t census, std::size_t species) {
         bool added = false;
@@ -110,6 +123,11 @@ class LongRows final : public RowReader {
         if (!name) return std::nullopt;
         MockCensus census;
         census.name = *name;
+        if (!columns_.exact && *name != lastName_)
+            refuseTotal(
+                row, *name,
+                columns_.names.empty() ? std::nullopt : std::optional(columns_.names.front()));
+        lastName_ = *name;
         readAttributes(census, row);
         const std::size_t index = openCensus(std::move(census), isNew);
         lastCensus_.reset();
@@ -156,6 +174,8 @@ class LongRows final : public RowReader {
         }
     }
 
+    std::size_t knownSpecies_ = 0;
+    std::string lastName_;
     std::optional<std::size_t> lastCensus_;  // of the record before, if it was read without fault
     std::vector<std::string> lastCells_;     // by which it was known
 };

@@ -52,9 +52,23 @@ class Reader {
         for (const std::size_t column : reading_.columnsOf(ColumnRole::ignored)) {
             const std::string text = header_.text(column);
             if (text.empty()) continue;
+            refuseSecondTable(column, text);
             records_.notices.ignoredColumns.push_back(columnLetters(column) + " \"" + text + "\"");
         }
         rows_->begin(header_);
+    }
+
+    // Of tables side by side, the first alone would be read.
+    void refuseSecondTable(std::size_t column, const std::string& text) {
+        for (const ColumnRole role : {ColumnRole::census, ColumnRole::species}) {
+            for (const std::size_t named : reading_.columnsOf(role)) {
+                if (header_.text(named) != text) continue;
+                rows_->rules().problem(
+                    {reading_.firstRow, 0, column}, text,
+                    "This is also the header of column " + columnLetters(named) +
+                        ". Put tables that stand side by side below each other.");
+            }
+        }
     }
 
     void takeDataRow(const TableRow& row) {

@@ -23,11 +23,24 @@ std::string_view TableHeader::cell(std::size_t i, std::size_t column) const {
 std::string TableHeader::name(std::size_t column) const {
     std::string name;
     for (std::size_t i = 0; i < rows_.size(); ++i) {
-        if (!isOfNames(i) || cell(i, column).empty()) continue;
-        if (!name.empty()) name += ' ';
-        name += cell(i, column);
+        if (!isOfNames(i)) continue;
+        const std::string_view part = cell(i, groupOf(i, column));
+        if (!name.empty() && !part.empty()) name += ' ';
+        name += part;
     }
     return name;
+}
+
+std::size_t TableHeader::groupOf(std::size_t i, std::size_t column) const {
+    bool isAbove = false;
+    for (std::size_t below = i + 1; below < rows_.size(); ++below) {
+        isAbove |= isOfNames(below) && !cell(below, column).empty();
+    }
+    for (std::size_t left = column; isAbove && reading_.role(left) == ColumnRole::count; --left) {
+        if (!cell(i, left).empty()) return left;
+        if (left == 0) break;
+    }
+    return column;
 }
 
 std::string TableHeader::text(std::size_t column) const {
@@ -113,8 +126,11 @@ bool RowReader::isSpeciesText(const TableRow& row) {
 }
 
 std::string RowReader::speciesName(const TableRow& row, std::string_view species) const {
-    if (!columns_.genus || row.cell(*columns_.genus).empty()) return std::string(species);
-    return std::string(row.cell(*columns_.genus)) + " " + std::string(species);
+    const std::string_view genus = columns_.genus ? row.cell(*columns_.genus) : "";
+    const bool isWhole =
+        species.starts_with(genus) && species.substr(genus.size()).starts_with(' ');
+    if (genus.empty() || isWhole) return std::string(species);
+    return std::string(genus) + " " + std::string(species);
 }
 
 bool RowReader::addTaxon(std::size_t census, std::size_t species, std::int64_t value,

@@ -32,6 +32,8 @@ class TableHeader {
     }
     // Of the rows that hold the names of species or censuses, parted by blanks: genus over epithet.
     [[nodiscard]] std::string name(std::size_t column) const;
+    // The column that has the text over a column: of merged cells, the first.
+    [[nodiscard]] std::size_t groupOf(std::size_t i, std::size_t column) const;
     // In any layout; the first row where no row holds names.
     [[nodiscard]] std::string text(std::size_t column) const;
 

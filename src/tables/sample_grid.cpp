@@ -63,6 +63,17 @@ void addFact(ColumnFacts& facts, std::string_view cell) {
     facts.measured += isFractionOrNegative(cell);
 }
 
+// Site A, blank, Site B, blank: each above a filled cell, and none above the names.
+bool isRowOfGroups(const SampleRow& row, const SampleRow& below) {
+    if (row.cells.empty() || !row.cells.front().empty() || filledCells(row) < 2) return false;
+    for (std::size_t i = 0; i < row.cells.size(); ++i) {
+        if (row.cells[i].empty()) continue;
+        if (i >= below.cells.size() || below.cells[i].empty()) return false;
+        if (isNumberOfAnyForm(row.cells[i])) return false;
+    }
+    return true;
+}
+
 }  // namespace
 
 std::size_t filledCells(const SampleRow& row) {
@@ -118,6 +129,10 @@ Block findBlock(const SampleRows& rows, const TableChoices& choices) {
         const bool isRow = isFull(i) && (!isComment(rows[i]) || isHeading);
         if (isRow && !(filled > 2 && isSizeLine(rows[i]))) break;
     }
+    // Groups of columns stand in a sparse row above the header.
+    const bool hasGroups = block.first > 0 && block.first < rows.size() && !choices.firstRow &&
+                           isRowOfGroups(rows[block.first - 1], rows[block.first]);
+    if (hasGroups) --block.first;
     // Cells at the right end of sparse rows are empty.
     if (block.first < rows.size()) block.width = std::max(block.width, widths[block.first]);
     // Only notes follow the first empty row below the last full one.
@@ -151,11 +166,14 @@ std::vector<ColumnFacts> SampleGrid::factsOf(std::size_t header) const {
 }
 
 bool SampleGrid::holdsRowNumbers(std::size_t header, std::size_t column) const {
+    std::optional<std::int64_t> first;  // of the first row
     for (std::size_t i = header; i < height(); ++i) {
         if (cell(i, column).empty()) continue;
         const auto number = parseWholeInteger(cell(i, column));
-        const auto place = static_cast<std::int64_t>(i - header);
-        if (number != place + 1 && number != place) return false;
+        if (!number) return false;
+        const std::int64_t start = *number - static_cast<std::int64_t>(i - header);
+        if (start != first.value_or(start) || start < 0 || start > 1) return false;
+        first = start;
     }
     return true;
 }

@@ -63,6 +63,13 @@ class SampleGrid {
         const auto& cells = row(i).cells;
         return column < cells.size() ? cells[column] : std::string_view();
     }
+    // The first text of the header rows above a column.
+    [[nodiscard]] std::string_view headerText(std::size_t header, std::size_t column) const {
+        for (std::size_t i = 0; i + 1 < header; ++i) {
+            if (!cell(i, column).empty()) return cell(i, column);
+        }
+        return cell(header > 0 ? header - 1 : 0, column);
+    }
     // A total or an index over the rows above.
     [[nodiscard]] bool isSummary(std::size_t i) const { return summaries_[i]; }
 

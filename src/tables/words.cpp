@@ -58,27 +58,23 @@ std::string plainHeader(std::string_view header) {
     return plain;
 }
 
+template <class Words>
+bool isOneOf(const Words& words, std::string_view word) {
+    return std::find(words.begin(), words.end(), word) != words.end();
+}
+
 // A unit at the end, in brackets or, where it is no word, behind a blank: "depth (cm)", "Area m2".
 bool hasUnit(std::string_view header) {
-    constexpr auto units = std::to_array<std::string_view>({"mm", "cm", "m", "km", "ha", "min",
-                                                            "minutes", "h", "hours", "days", "psu",
-                                                            "mg", "g", "kg", "ml", "l", "ph", "c"});
-    constexpr auto signs = std::to_array<std::string_view>(
-        {"m2",  "m²",  "m3", "m³", "cm2",  "cm²",  "cm3",  "cm³", "km2",   "km²",   "dm2",   "dm²",
-         "dm3", "dm³", "%",  "°c", "mg/l", "µg/l", "ug/l", "g/l", "µs/cm", "us/cm", "ind/m2"});
-    const auto isOf = [&header](const auto& known, std::size_t place, std::size_t after) {
-        std::string unit(header.substr(place, header.size() - place - after));
-        for (char& c : unit) {
-            if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
-        }
-        return std::find(known.begin(), known.end(), unit) != known.end();
-    };
     const std::size_t open = header.find_last_of("([");
     const bool inBrackets = open != std::string_view::npos && header.size() >= open + 3;
-    if (inBrackets) return isOf(units, open + 1, 1) || isOf(signs, open + 1, 1);
-    const std::size_t gap = header.find_last_of(" _.");
-    return header.starts_with('%') ||
-           (gap != std::string_view::npos && gap > 0 && isOf(signs, gap + 1, 0));
+    const std::size_t gap = inBrackets ? open : header.find_last_of(" _.");
+    if (header.starts_with('%')) return true;
+    if (gap == std::string_view::npos || gap == 0) return false;
+    std::string unit(header.substr(gap + 1, header.size() - gap - (inBrackets ? 2 : 1)));
+    for (char& c : unit) {
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
+    }
+    return isOneOf(unitSigns, unit) || (inBrackets && isOneOf(unitWords, unit));
 }
 
 // Calls visit with each word of a plain header until it returns true.
@@ -111,20 +107,23 @@ std::optional<HeaderMeaning> meaningOf(std::string_view plain) {
 
 // What is measured, not counted. A number makes it the name of a census: "Area 1".
 std::optional<HeaderMeaning> measureOf(std::string_view header, std::string_view plain) {
-    const bool isNumbered =
-        anyWord(plain, [](std::string_view word) { return word[0] >= '0' && word[0] <= '9'; });
     const auto isDepth = [](std::string_view word) {
         const auto meaning = meaningOf(word);
         return meaning && meaning->role == ColumnRole::ignored && meaning->rank == 1;
     };
-    const auto isMeasure = [](std::string_view word) {
-        return std::find(measures.begin(), measures.end(), word) != measures.end();
-    };
-    if (!isNumbered && anyWord(plain, isDepth)) return HeaderMeaning{ColumnRole::ignored, 1};
-    const bool isMeasured = hasUnit(header) || header.ends_with("InMeters") ||
-                            (!isNumbered && anyWord(plain, isMeasure));
-    if (isMeasured) return HeaderMeaning{ColumnRole::ignored, 0};
-    return std::nullopt;
+    const bool isNumbered =
+        anyWord(plain, [](std::string_view word) { return word[0] >= '0' && word[0] <= '9'; });
+    const bool isDeep = anyWord(plain, isDepth);
+    const bool isSize = anyWord(plain, [](auto word) { return isOneOf(sizes, word); });
+    const bool isMeasure =
+        !isNumbered &&
+        (isDeep || isSize || anyWord(plain, [](auto word) { return isOneOf(measures, word); }));
+    const bool endsWithUnit = isOneOf(unitWords, plain.substr(plain.rfind(' ') + 1));
+    const bool isCertain =
+        hasUnit(header) || (isMeasure && endsWithUnit) || header.ends_with("InMeters");
+    if (isCertain) return HeaderMeaning{ColumnRole::ignored, isDeep ? 1 : 0};
+    if (!isMeasure) return std::nullopt;
+    return HeaderMeaning{ColumnRole::ignored, isDeep ? 4 : isSize ? 0 : 3};
 }
 
 bool isLetter(char c) {
@@ -154,16 +153,13 @@ std::optional<HeaderMeaning> headerMeaning(std::string_view header) {
     if (plain.starts_with("date ")) return HeaderMeaning{ColumnRole::date, 1};
     if (const auto measured = measureOf(header, plain)) return measured;
     if (plain.starts_with("sum of ")) return HeaderMeaning{ColumnRole::total, 0};
-    const std::size_t gap = plain.find(' ');
-    if (gap != std::string::npos) {
-        const auto first = meaningOf(std::string_view(plain).substr(0, gap));
-        const auto last = meaningOf(std::string_view(plain).substr(plain.rfind(' ') + 1));
-        for (const auto& meaning : {first, last}) {
-            const bool isTotal =
-                meaning && meaning->role == ColumnRole::total && meaning->rank == 0;
-            if (isTotal) return meaning;
-        }
-    }
+    // Other words for a total are names too: a Sum is a fish.
+    const bool isTotal = anyWord(plain, [](std::string_view word) {
+        const auto meaning = meaningOf(word);
+        return meaning && meaning->role == ColumnRole::total && meaning->rank == 0 &&
+               (word.starts_with("tot") || word.starts_with("gesamt"));
+    });
+    if (isTotal) return HeaderMeaning{ColumnRole::total, 0};
     const bool identifier = plain.ends_with(" id") || header.ends_with("ID") ||
                             (header.ends_with("Key") && header.size() > 3);
     if (identifier) return HeaderMeaning{ColumnRole::ignored, 0};
@@ -176,10 +172,8 @@ bool isAmountHeader(std::string_view header) {
          "copertura", "bedekking", "tackning", "pokrycie",     "biomass",      "biomasse",
          "biomasa",   "biomassa",  "weight",   "mass",         "gewicht",      "poids",
          "peso",      "vikt",      "masa",     "density",      "dichte"});
-    const auto isAmount = [&amounts](std::string_view word) {
-        return std::find(amounts.begin(), amounts.end(), word) != amounts.end();
-    };
-    return header.find('%') != std::string_view::npos || anyWord(plainHeader(header), isAmount);
+    return header.find('%') != std::string_view::npos ||
+           anyWord(plainHeader(header), [&amounts](auto word) { return isOneOf(amounts, word); });
 }
 
 bool looksLikeCensusName(std::string_view text) {

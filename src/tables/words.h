@@ -11,6 +11,7 @@
 namespace zorvel {
 
 // What a header says of its column. rank: of several columns that claim one role, the lowest wins.
+// Of what is ignored, ranks above 2 are of headers of which a part is known.
 struct HeaderMeaning {
     ColumnRole role = ColumnRole::ignored;
     int rank = 0;

@@ -104,14 +104,22 @@ TEST(TableGuess, PartsOfNamesAreJoined) {
 }
 
 TEST(TableGuess, MeasurementsAreNoSpeciesAndCensusesMayHaveTheirNames) {
-    expectTaken({{"Lake,Area m2,Volume_L,Max depth,pH,Temp.,Effort,Daphnia,Bosmina\n"
-                  "L1,2,10,6,7,14,3,33,4\nL2,2,10,4,8,12,3,0,9\n",
-                  "L1: Daphnia=33 Bosmina=4; L2: Bosmina=9; "},
-                 {"Species,Area 1,Depth 10\nPoa annua,3,0\nBellis perennis,0,4\n",
-                  "Area 1: Poa annua=3; Depth 10: Bellis perennis=4; "},
-                 {"Site,Birds,Fish\nA,3,0\nB,1,4\n", "A: Birds=3; B: Birds=1 Fish=4; "},
-                 {"Site,Poa annua,Bellis perennis,Rumex acetosa\nA,0.5,1,2\nB,2.5,3,4\n",
-                  "B2: 0.5 is not a whole number. Zorvel counts individuals."}});
+    expectTaken(
+        {{"Lake,Area m2,Volume_L,Max depth,pH,Temp.,Effort,Daphnia,Bosmina\n"
+          "L1,2,10,6,7,14,3,33,4\nL2,2,10,4,8,12,3,0,9\n",
+          "L1: Daphnia=33 Bosmina=4; L2: Bosmina=9; "},
+         {"Habitat,Carabus,Amara\nSand,3,0\nArea North,0,5\n",
+          "Sand: Carabus=3; Area North: Amara=5; "},
+         {"Species,Sand,Rock\nNereis diversicolor,3,0\nMytilus edulis,0,4\n",
+          "Sand: Nereis diversicolor=3; Rock: Mytilus edulis=4; "},
+         {"Unnamed: 0,Plot,Poa,Bellis\n0,A,3,1\n1,B,0,2\n", "A: Poa=3 Bellis=1; B: Bellis=2; "},
+         {"Nr;Bach;Baetis rhodani;Gammarus pulex\n1;Elz;12;3\n2;Dreisam;0;40\n",
+          "Elz: Baetis rhodani=12 Gammarus pulex=3; Dreisam: Gammarus pulex=40; "},
+         {"Species,Area 1,Depth 10\nPoa annua,3,0\nBellis perennis,0,4\n",
+          "Area 1: Poa annua=3; Depth 10: Bellis perennis=4; "},
+         {"Site,Birds,Fish\nA,3,0\nB,1,4\n", "A: Birds=3; B: Birds=1 Fish=4; "},
+         {"Site,Poa annua,Bellis perennis,Rumex acetosa\nA,0.5,1,2\nB,2.5,3,4\n",
+          "B2: 0.5 is not a whole number. Zorvel counts individuals."}});
 }
 
 TEST(TableGuess, CoverIsRefusedAndNeverAHeader) {
@@ -125,6 +133,16 @@ TEST(TableGuess, CoverIsRefusedAndNeverAHeader) {
           "columns hold."}});
 }
 
+TEST(TableGuess, HeadersOfGroupsAreMergedCells) {
+    expectTaken(
+        {{",Site A,,Site B,,\nSpecies,1,2,1,2,Total\nPoa,3,0,1,5,9\nBellis,0,2,4,1,7\n",
+          "Site A 1: Poa=3; Site A 2: Bellis=2; Site B 1: Poa=1 Bellis=4; Site B 2: Poa=5 "
+          "Bellis=1; "},
+         {"Plot,Poa,Bellis,,Plot,Poa,Bellis\nA,3,1,,C,1,1\nB,2,2,,D,0,4\n",
+          "E1: This is also the header of column A. Put tables that stand side by side below "
+          "each other."}});
+}
+
 TEST(TableGuess, TotalsAndErrorsAreNoNames) {
     expectTaken(
         {{"Plot,Poa annua,Bellis perennis,Totaal\nA,3,1,5\nB,0,2,4\n",
@@ -132,6 +150,12 @@ TEST(TableGuess, TotalsAndErrorsAreNoNames) {
          {"Species,North,South\nAmara aenea,1,4\nTotal Carabidae,1,4\nOcypus olens,2,2\n",
           "row 3: The row is named as a total, but more rows follow. Leave it out, or give it "
           "another name."},
+         {"Site,Species,Count\nA,Poa,3\nA,Total,3\nB,Poa,1\n",
+          "B3: \"Total\" is the name of a total. Leave such rows out."},
+         {"Gatunek,J 1,J 2\nSum pospolity,3,0\nSzczupak,1,2\n",
+          "J 1: Sum pospolity=3 Szczupak=1; J 2: Szczupak=2; "},
+         {"Genus,Species,P1,P2\nSalmo,Salmo trutta,1,0\nEsox,lucius,0,2\n",
+          "P1: Salmo trutta=1; P2: Esox lucius=2; "},
          {"Plot,Poa annua,Bellis perennis\n#REF!,3,2\nP2,1,4\n",
           "A2: #REF! is the error of a formula. Correct it in the spreadsheet program and save the "
           "table again."}});
