@@ -3,6 +3,9 @@
 #include <QByteArray>
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QTextCursor>
+#include <QTextDocument>
+#include <QTextTable>
 #include <algorithm>
 #include <iterator>
 #include <string>
@@ -36,6 +39,42 @@ QString unreadable(const QString& text) {
     // Half a surrogate pair has no UTF-8.
     if (!text.isValidUtf16()) return worded("What was copied is not text.");
     return {};
+}
+
+bool hasOwnRecords(const QMimeData& data) {
+    return data.hasFormat(copiedCensusesType) || data.hasFormat(copiedSpeciesType);
+}
+
+// Some programs give a table as HTML alone.
+bool hasHtmlTable(const QMimeData& data) {
+    return data.hasHtml() && data.html().contains("<td", Qt::CaseInsensitive);
+}
+
+// The cells of the largest table in it, between tabs; empty without one.
+QString tableInHtml(const QString& html) {
+    constexpr qsizetype longest = 1 << 20;  // characters, which take half a second
+    if (html.size() > longest) return {};
+    QTextDocument document;
+    document.setHtml(html);
+    const auto cells = [](const QTextTable* table) { return table->rows() * table->columns(); };
+    const QList<QTextTable*> tables = document.findChildren<QTextTable*>();
+    const auto largest = std::max_element(
+        tables.begin(), tables.end(),
+        [&](const auto* one, const auto* other) { return cells(one) < cells(other); });
+    if (largest == tables.end()) return {};
+    QString text;
+    for (int row = 0; row < (*largest)->rows(); ++row) {
+        for (int column = 0; column < (*largest)->columns(); ++column) {
+            if (column > 0) text += '\t';
+            const QTextTableCell cell = (*largest)->cellAt(row, column);
+            if (cell.row() != row || cell.column() != column) continue;  // merged with one before
+            QTextCursor cursor = cell.firstCursorPosition();
+            cursor.setPosition(cell.lastCursorPosition().position(), QTextCursor::KeepAnchor);
+            text += cursor.selectedText().simplified();
+        }
+        text += '\n';
+    }
+    return text;
 }
 
 template <class Record>
@@ -110,12 +149,17 @@ bool clipboardHoldsCensuses() {
 
 bool clipboardHoldsTable() {
     const QMimeData* data = QGuiApplication::clipboard()->mimeData();
-    return data != nullptr && tableText(*data, 1);
+    return data != nullptr && mayBeTable(*data);
+}
+
+bool mayBeTable(const QMimeData& data) {
+    return !hasOwnRecords(data) && (data.text().contains('\t') || hasHtmlTable(data));
 }
 
 std::optional<QString> tableText(const QMimeData& data, std::size_t columns) {
-    if (data.hasFormat(copiedCensusesType) || data.hasFormat(copiedSpeciesType)) return {};
+    if (hasOwnRecords(data)) return {};
     QString text = data.text();
+    if (!text.contains('\t') && hasHtmlTable(data)) text = tableInHtml(data.html());
     if (!unreadable(text).isEmpty() || !text.contains('\t')) return {};
     if (pastedColumns(text.toStdString()) <= columns) return {};
     return text;

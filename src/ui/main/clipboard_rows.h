@@ -23,11 +23,13 @@ inline constexpr char copiedSpeciesType[] = "application/x-zorvel-species";
 std::unique_ptr<QMimeData> mimeDataOf(RecordCopy& copy, const char* type);
 
 bool clipboardHoldsCensuses();
-// A text of several columns, see tableText().
 bool clipboardHoldsTable();
 
-// The text, if it has more columns than that and no records of this program come with it: it is a
-// table, to be imported. Absent for a text too long to be pasted.
+// Whether it seems to hold a table, by a quick look; see tableText().
+bool mayBeTable(const QMimeData& data);
+
+// The text, or the table of a page of HTML, if it has more columns than that and no records of this
+// program come with it: it is a table, to be imported. Absent for a text too long to be pasted.
 std::optional<QString> tableText(const QMimeData& data, std::size_t columns);
 
 // The new records, ascending, or a sentence that says why there are none.

@@ -120,7 +120,7 @@ void MainWindowController::closeEvent(QCloseEvent* event) {
 
 void MainWindowController::dragEnterEvent(QDragEnterEvent* event) {
     const QMimeData& dragged = *event->mimeData();
-    if (!localFiles(dragged).isEmpty() || tableText(dragged, 1)) event->acceptProposedAction();
+    if (!localFiles(dragged).isEmpty() || mayBeTable(dragged)) event->acceptProposedAction();
 }
 
 void MainWindowController::dropEvent(QDropEvent* event) {
