@@ -13,7 +13,7 @@ namespace zorvel {
 CensusList::CensusList(QWidget* parent)
     : QWidget(parent), label_(new QLabel("&Will be read")), table_(new QTableWidget(0, 3)) {
     auto* column = new QVBoxLayout(this);
-    column->setContentsMargins(0, 0, 0, 0);
+    column->setContentsMargins(5, 0, 0, 0);  // beside the sample
     column->setSpacing(4);
     column->addWidget(label_);
     column->addWidget(table_);
@@ -29,6 +29,7 @@ CensusList::CensusList(QWidget* parent)
     table_->setShowGrid(false);
     table_->verticalHeader()->hide();
     table_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    table_->verticalHeader()->setMinimumSectionSize(fontMetrics().height() + 8);
     table_->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
     QHeaderView* header = table_->horizontalHeader();
     header->setSectionResizeMode(0, QHeaderView::Stretch);

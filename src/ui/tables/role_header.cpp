@@ -42,7 +42,8 @@ QSize RoleHeader::sizeHint() const {
 
 int RoleHeader::roleWidth(int section) const {
     const QString caption = model()->headerData(section, orientation(), Qt::DisplayRole).toString();
-    return fontMetrics().horizontalAdvance(caption) + 2 * sectionMargin + chevronGap + chevronSize;
+    const int text = fontMetrics().horizontalAdvance(caption) + 2;  // a width is rounded
+    return text + 2 * sectionMargin + chevronGap + chevronSize;
 }
 
 void RoleHeader::openRoles(int section) {

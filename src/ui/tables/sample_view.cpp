@@ -41,6 +41,7 @@ SampleView::SampleView(QWidget* parent)
     setWordWrap(false);
     setCornerButtonEnabled(false);
     verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    verticalHeader()->setMinimumSectionSize(fontMetrics().height() + 8);
     verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
     setIconSize({problemSignSize, problemSignSize});
     setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
@@ -51,7 +52,12 @@ SampleView::SampleView(QWidget* parent)
 
 void SampleView::showPreview(const std::shared_ptr<const TablePreview>& preview) {
     const QModelIndex before = currentIndex();
-    const int row = std::max(before.row(), 0);
+    const auto isRead = [](const TablePreview::Row& each) {
+        return each.state != TablePreview::RowState::leftOut;
+    };
+    const auto& rows = preview->rows;
+    const auto first = std::find_if(rows.begin(), rows.end(), isRead) - rows.begin();
+    const int row = before.isValid() ? before.row() : static_cast<int>(first);
     const int column = std::max(before.column(), 0);
     roles_->setLayoutOfTable(preview->reading.layout);
     model_->setPreview(preview);
@@ -62,14 +68,12 @@ void SampleView::showPreview(const std::shared_ptr<const TablePreview>& preview)
 
 void SampleView::goTo(const TableRemark& problem) {
     const QModelIndex cell = model_->indexOf(problem);
-    if (!cell.isValid()) return;
-    setCurrentIndex(cell);
-    scrollTo(cell, QAbstractItemView::PositionAtCenter);
+    if (cell.isValid()) setCurrentIndex(cell);
 }
 
 void SampleView::fitColumns(const TablePreview& preview) {
     constexpr int widest = 30;  // characters
-    constexpr int margins = 16;
+    constexpr int margins = 26;
     QFont bold = font();
     bold.setBold(true);
     const QFontMetrics ofHeaders(bold);

@@ -51,7 +51,6 @@ TableDialog::TableDialog(const QString& name, std::shared_ptr<const TableInput> 
     column->addWidget(doubts_);
     auto* splitter = new QSplitter(Qt::Horizontal);
     splitter->setChildrenCollapsible(false);
-    splitter->setHandleWidth(10);
     splitter->addWidget(makeSample());
     censuses_ = new CensusList;
     splitter->addWidget(censuses_);
@@ -121,7 +120,7 @@ void TableDialog::addSheets(QHBoxLayout& line) {
 QWidget* TableDialog::makeSample() {
     auto* part = new QWidget;
     auto* column = new QVBoxLayout(part);
-    column->setContentsMargins(0, 0, 0, 0);
+    column->setContentsMargins(0, 0, 5, 0);
     column->setSpacing(4);
     sample_ = new SampleView;
     sample_->setObjectName("tableSample");

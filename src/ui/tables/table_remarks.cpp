@@ -18,7 +18,7 @@ namespace zorvel {
 
 namespace {
 
-constexpr int remarksHeight = 110;
+constexpr int tallestList = 110;
 constexpr int remarkSignSize = 14;
 constexpr int remarkPlace = Qt::UserRole;  // of a problem, from 0
 
@@ -62,7 +62,6 @@ TableRemarksList::TableRemarksList(QWidget* parent)
         line->addWidget(button);
     }
     list_->setObjectName("tableRemarks");
-    list_->setMaximumHeight(remarksHeight);
     list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     list_->setUniformItemSizes(true);
     list_->setIconSize({remarkSignSize, remarkSignSize});
@@ -93,8 +92,12 @@ void TableRemarksList::showPreview(std::shared_ptr<const TablePreview> preview) 
             Glyph::warning, &LookColors::problem);
     }
     for (const std::string& notice : preview_->notices) {
-        add(QString::fromStdString(notice), Glyph::information, &LookColors::secondary);
+        QString text = QString::fromStdString(notice);
+        text[0] = text[0].toUpper();
+        add(text, Glyph::information, &LookColors::secondary);
     }
+    const int height = list_->sizeHintForRow(0) * list_->count() + 2 * list_->frameWidth();
+    list_->setFixedHeight(std::min(height, tallestList));
     setVisible(list_->count() > 0);
     label_->setText(problems.count > 0
                         ? countText(problems.count, "1 pro&blem", "%1 pro&blems")
