@@ -208,6 +208,8 @@ TEST_F(TableDialogTest, WhatIsInDoubtIsAskedBeforeTheImport) {
     QTest::keyClick(dialog()->windowHandle(), Qt::Key_2, Qt::AltModifier);
     ASSERT_TRUE(waitUntil([&] { return answers()[0]->text() == "&1: Yes, it is 1234"; }));
     EXPECT_TRUE(answers()[0]->hasFocus());
+    EXPECT_EQ(answers()[0]->accessibleDescription(),
+              "Zorvel is not sure whether 1.234 is a whole number. Choose.");
     key(Qt::Key_Space);
     ASSERT_TRUE(waitUntil([&] { return answers().isEmpty(); }));
     EXPECT_TRUE(part<QListWidget>("tableRemarks").hasFocus()) << "a problem is left";

@@ -33,9 +33,9 @@ CensusList::CensusList(QWidget* parent)
     table_->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
     QHeaderView* header = table_->horizontalHeader();
     header->setSectionResizeMode(0, QHeaderView::Stretch);
-    header->setMinimumSectionSize(70);
+    header->setMinimumSectionSize(60);
     for (const int i : {1, 2}) {
-        constexpr int headerMargins = 36;
+        constexpr int headerMargins = 32;
         const QString title = table_->horizontalHeaderItem(i)->text();
         table_->setColumnWidth(i, fontMetrics().horizontalAdvance(title) + headerMargins);
     }

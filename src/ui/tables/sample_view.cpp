@@ -91,7 +91,7 @@ void SampleView::fitColumns(const TablePreview& preview) {
         add(TablePreview::RowState::header, ofHeaders);
         width = std::min(width, most) + margins;
         if (preview.problemsOfColumn.contains(model_->columnOf(section))) {
-            width += 2 * problemSignSize;
+            width += 3 * problemSignSize;
         }
         setColumnWidth(section, std::max(roles_->roleWidth(section), width));
     }

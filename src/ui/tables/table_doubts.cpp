@@ -106,7 +106,7 @@ DoubtQuestion questionOf(TableDoubt doubt, const TableReading& reading) {
                               : reading.decimalMark == ',' ? ','
                                                            : '.';
             const char other = mark == ',' ? '.' : ',';
-            const QString number = QString("1%1234").arg(QLatin1Char(mark));
+            const QString number = "1" + QString(QLatin1Char(mark)) + "234";
             ask(QString("whether %1 is a whole number").arg(number));
             add("Yes, it is 1234", [=](TableCorrections& corrections) {
                 corrections.thousandsMark = mark;

@@ -20,7 +20,7 @@ namespace zorvel {
 namespace {
 
 constexpr int listsPerLine = 3;
-constexpr int listsOfText = 2;  // the first of the rules
+constexpr int listsOfText = 2;  // the first of the rules, in a line of their own
 
 // Columns mean something else from now on.
 void beginAnew(TableCorrections& corrections) {
@@ -159,7 +159,7 @@ void TableOptions::addMarks(QGridLayout& grid) {
             corrections.choices.encoding = static_cast<TableEncoding>(value);
         });
     addList(
-        grid, 2, "&Dates:", "tableDatesBox",
+        grid, 3, "&Dates:", "tableDatesBox",
         {{"Unknown", static_cast<int>(DateOrder::unknown)},
          {"Day first", static_cast<int>(DateOrder::dayFirst)},
          {"Month first", static_cast<int>(DateOrder::monthFirst)}},
@@ -168,13 +168,13 @@ void TableOptions::addMarks(QGridLayout& grid) {
             corrections.dateOrder = static_cast<DateOrder>(value);
         });
     addList(
-        grid, 3, "Decimal mar&k:", "tableDecimalBox", {{"Point", '.'}, {"Comma", ','}},
+        grid, 4, "Decimal mar&k:", "tableDecimalBox", {{"Point", '.'}, {"Comma", ','}},
         [](const TableReading& reading) { return int{reading.decimalMark}; },
         [](TableCorrections& corrections, int value) {
             corrections.decimalMark = static_cast<char>(value);
         });
     addList(
-        grid, 4, "&Thousands mark:", "tableThousandsBox",
+        grid, 5, "&Thousands mark:", "tableThousandsBox",
         {{"None", 0}, {"Point", '.'}, {"Comma", ','}, {"Space", ' '}, {"Apostrophe", '\''}},
         [](const TableReading& reading) { return int{reading.thousandsMark}; },
         [](TableCorrections& corrections, int value) {
@@ -184,7 +184,7 @@ void TableOptions::addMarks(QGridLayout& grid) {
 
 void TableOptions::addRules(QGridLayout& grid) {
     addList(
-        grid, 5, "&NA and ?:", "tableMissingBox",
+        grid, 6, "&NA and ?:", "tableMissingBox",
         {{"0", static_cast<int>(MissingRule::zero)},
          {"A problem", static_cast<int>(MissingRule::problem)},
          {"Census left out", static_cast<int>(MissingRule::leaveOut)}},
@@ -193,7 +193,7 @@ void TableOptions::addRules(QGridLayout& grid) {
             corrections.missing = static_cast<MissingRule>(value);
         });
     addList(
-        grid, 6, "Fr&actions:", "tableFractionsBox",
+        grid, 7, "Fr&actions:", "tableFractionsBox",
         {{"A problem", static_cast<int>(FractionRule::problem)},
          {"Rounded", static_cast<int>(FractionRule::round)}},
         [](const TableReading& reading) { return static_cast<int>(reading.fractions); },
@@ -201,7 +201,7 @@ void TableOptions::addRules(QGridLayout& grid) {
             corrections.fractions = static_cast<FractionRule>(value);
         });
     addList(
-        grid, 7, "Species &given twice:", "tableSameSpeciesBox",
+        grid, 8, "Species &given twice:", "tableSameSpeciesBox",
         {{"Summed", static_cast<int>(SameRule::sum)},
          {"Kept apart", static_cast<int>(SameRule::apart)}},
         [](const TableReading& reading) { return static_cast<int>(reading.sameSpecies); },
@@ -209,7 +209,7 @@ void TableOptions::addRules(QGridLayout& grid) {
             corrections.sameSpecies = static_cast<SameRule>(value);
         });
     addList(
-        grid, 8, "Census of se&veral rows:", "tableSameCensusBox",
+        grid, 9, "Census of se&veral rows:", "tableSameCensusBox",
         {{"Kept apart", static_cast<int>(SameRule::apart)},
          {"One census", static_cast<int>(SameRule::sum)}},
         [](const TableReading& reading) { return static_cast<int>(reading.sameCensus); },
@@ -217,17 +217,17 @@ void TableOptions::addRules(QGridLayout& grid) {
             corrections.sameCensus = static_cast<SameRule>(value);
         });
     addList(
-        grid, 9, "Name&less census:", "tableUnnamedBox",
+        grid, 10, "Name&less census:", "tableUnnamedBox",
         {{"A problem", static_cast<int>(UnnamedRule::problem)},
          {"“row 7”", static_cast<int>(UnnamedRule::rowNumber)},
-         {"As the row above", static_cast<int>(UnnamedRule::above)}},
+         {"As above", static_cast<int>(UnnamedRule::above)}},
         [](const TableReading& reading) { return static_cast<int>(reading.unnamed); },
         [](TableCorrections& corrections, int value) {
             corrections.unnamed = static_cast<UnnamedRule>(value);
         });
     presence_ = new QCheckBox("Presence onl&y: each mark is 1");
     presence_->setObjectName("tablePresenceBox");
-    grid.addWidget(presence_, 3, 2, 1, 4);
+    grid.addWidget(presence_, 3, 4, 1, 2);
     connect(presence_, &QCheckBox::clicked, this, [this](bool checked) {
         emit corrected(
             [checked](TableCorrections& corrections) { corrections.presence = checked; });
