@@ -11,8 +11,8 @@ import re
 import xml.etree.ElementTree as xml
 
 # The mnemonics of the menus.
-LETTERS = {"File": "alt+f", "Import": "i", "Census Matrix...": "m", "Export": "e", "Metrics...": "t",
-           "Open Recent": "r"}
+LETTERS = {"File": "alt+f", "Import": "i", "Census Matrix...": "m", "Table...": "t",
+           "Export": "e", "Metrics...": "t", "Open Recent": "r"}
 # Their names in xdotool.
 KEYS = {",": "comma", "Escape": "Escape", "Space": "space"}
 

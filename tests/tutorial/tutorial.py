@@ -18,6 +18,7 @@ SKIPPED = 77  # the exit status of a test that cannot run here
 PROJECT = r"stands\b.*"
 SAVING = r"(Save|Export)\b.*"
 OPENING = r"(Open|Import)\b.*"
+PREVIEW = r"Table Preview\b.*"
 PREFERENCES = r"Preferences\b.*"
 INDIVIDUALS = r"Individual-based Rarefaction\b.*"
 SAMPLES = r"Sample-based Rarefaction\b.*"
@@ -96,6 +97,18 @@ class Tutorial(Person):
         wait_for("the line of the console", lambda: "integer: 7.5" in self.console())
         self.saved(self.all)
         self.draw("refused.png", self.desktop.window(PROJECT))
+
+    def do_spreadsheet(self):
+        (self.documents / "forest.csv").write_text(self.page.file("forest.csv"))
+        self.do(opens=OPENING, closes=OPENING)
+        window = self.desktop.window(PREVIEW)
+        self.desktop.still_picture(window)
+        self.draw("preview.png", window)
+        self.do(closes=PREVIEW)
+        self.saved({**self.all, "Bog": {"Picea abies": 6},
+                    "Ridge": {"Abies alba": 4, "Picea abies": 1}})
+        self.do()
+        self.saved(self.all)
 
     def do_leave_out(self):
         self.do()

@@ -3,11 +3,15 @@
 // random numbers are the same at every call.
 #include <QAction>
 #include <QDir>
+#include <QPushButton>
+#include <QRegularExpression>
 #include <cstdio>
 
 #include "app/application_delegate.h"
+#include "app/imports.h"
 #include "tests/support/offscreen_home.h"
 #include "tools/pictures/picture_session.h"
+#include "ui/tables/table_dialog.h"
 
 namespace {
 
@@ -27,7 +31,7 @@ class HelpPictures : public PictureSession {
         draw(ZORVEL_SOURCE_DIR "/examples/oribatid-mites.csv", 4);
         save(*window_, "window");
         draw(written("stands.csv", plots), 0);
-        return saveWindowOf("projectwideMetricsMenuItemTapped", "project-wide");
+        return saveWindowOf("projectwideMetricsMenuItemTapped", "project-wide") && saveTables();
     }
 
   private:
@@ -38,6 +42,38 @@ class HelpPictures : public PictureSession {
         openWindow();
         open(path, census);
         settle();
+    }
+
+    // How the window for tables shows each example of the page on spreadsheets.
+    bool saveTables() {
+        QFile page(ZORVEL_SOURCE_DIR "/docs/help/spreadsheet.html");
+        if (!page.open(QIODevice::ReadOnly)) return false;
+        const QString text = QString::fromUtf8(page.readAll());
+        static const QRegularExpression example("<pre data-file=\"((\\w+)[^\"]*)\">([^<]*)</pre>");
+        openWindow();
+        auto found = example.globalMatch(text);
+        while (found.hasNext()) {
+            const QRegularExpressionMatch each = found.next();
+            KnownFile table;
+            table.file =
+                std::make_shared<NamedFile>(written(each.captured(1), each.captured(3).toUtf8()));
+            table.isText = table.isTable = true;
+            importFiles(windows_, CommandWindow(window_), {table}, window_);
+            TableDialog* dialog = nullptr;
+            const auto isShown = [&] {
+                dialog = window_->findChild<TableDialog*>();
+                return dialog != nullptr && child<QPushButton>("tableImportButton").isEnabled();
+            };
+            if (!waitUntil(isShown)) {
+                std::fprintf(stderr, "%s cannot be imported\n", qPrintable(each.captured(1)));
+                return false;
+            }
+            dialog->resize(900, 440);
+            settle();
+            save(*dialog, "table-" + each.captured(2));
+            delete dialog;
+        }
+        return true;
     }
 
     // The window that a command opens.

@@ -50,11 +50,17 @@ bool hasHtmlTable(const QMimeData& data) {
     return data.hasHtml() && data.html().contains("<td", Qt::CaseInsensitive);
 }
 
+// Pages may name files of this computer, such as style sheets.
+class DocumentAlone : public QTextDocument {
+  protected:
+    QVariant loadResource(int /*type*/, const QUrl& /*name*/) override { return {}; }
+};
+
 // The cells of the largest table in it, between tabs; empty without one.
 QString tableInHtml(const QString& html) {
     constexpr qsizetype longest = 1 << 20;  // characters, which take half a second
     if (html.size() > longest) return {};
-    QTextDocument document;
+    DocumentAlone document;
     document.setHtml(html);
     const auto cells = [](const QTextTable* table) { return table->rows() * table->columns(); };
     const QList<QTextTable*> tables = document.findChildren<QTextTable*>();

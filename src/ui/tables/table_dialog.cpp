@@ -29,7 +29,7 @@ namespace {
 
 constexpr QSize wantedSize{900, 600};
 constexpr QSize leastSize{560, 400};
-constexpr QSize roomyFrom{760, 520};  // below it the options fold
+constexpr QSize roomyFrom{760, 440};  // below it the options fold
 
 }  // namespace
 
@@ -37,7 +37,7 @@ TableDialog::TableDialog(const QString& name, std::shared_ptr<const TableInput> 
                          JobQueue& jobs, QWidget* parent)
     : QDialog(parent), input_(std::move(input)), sheet_(input_->first), jobs_(jobs) {
     setObjectName("tableDialog");
-    setWindowTitle("Import Table");
+    setWindowTitle("Table Preview");
     setWindowModality(Qt::WindowModal);
     setSizeGripEnabled(true);
     setMinimumSize(leastSize);
@@ -56,7 +56,7 @@ TableDialog::TableDialog(const QString& name, std::shared_ptr<const TableInput> 
     splitter->addWidget(censuses_);
     splitter->setStretchFactor(0, 3);
     splitter->setStretchFactor(1, 1);
-    splitter->setSizes({570, 290});
+    splitter->setSizes({612, 256});
     column->addWidget(splitter, 1);
     understood_ = new WrappedLabel;
     understood_->setObjectName("tableUnderstood");
