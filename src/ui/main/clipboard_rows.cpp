@@ -6,6 +6,8 @@
 #include <QTextCursor>
 #include <QTextDocument>
 #include <QTextTable>
+#include <QUrl>
+#include <QVariant>
 #include <algorithm>
 #include <iterator>
 #include <string>
