@@ -33,7 +33,7 @@ std::string shownInQuotes(std::string_view cell) {
     return text;
 }
 
-CellRules::Count CellRules::count(std::string_view cell, const TablePlace& place) {
+CellRules::Count CellRules::otherCount(std::string_view cell, const TablePlace& place) {
     Count count = countByRules(cell, place);
     const bool rounds = reading_.fractions == FractionRule::round;
     const bool isPlain = cell.empty() || (count.value != 0 && !rounds);
@@ -157,17 +157,16 @@ void CellRules::readDate(MockCensus& census, std::string_view cell, const TableP
                             : shownInQuotes(cell) + " is not a date.");
 }
 
-bool CellRules::isText(std::string_view cell, const TablePlace& place) {
+// True, with a problem, where the cell is a formula or an error.
+bool CellRules::refuseFormula(std::string_view cell, const TablePlace& place) {
     if (isFormula(cell)) {
         problem(place, cell, terminalLine(cell) + formulaPredicate);
-        return false;
-    }
-    if (isErrorValue(cell)) {
-        problem(
-            place, cell,
-            terminalLine(cell) +
-                " is the error of a formula. Correct it in the spreadsheet program and save the "
-                "table again.");
+    } else if (isErrorValue(cell)) {
+        problem(place, cell,
+                terminalLine(cell) +
+                    " is the error of a formula. Correct it in the spreadsheet program and save "
+                    "the table again.");
+    } else {
         return false;
     }
     return true;

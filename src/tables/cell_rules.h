@@ -38,7 +38,11 @@ class CellRules {
         bool missing = false;
         double written = 0;
     };
-    Count count(std::string_view cell, const TablePlace& place);
+    Count count(std::string_view cell, const TablePlace& place) {
+        const std::int64_t plain = reading_.presence ? 0 : plainCount(cell);
+        if (plain > 0) return {plain, false, static_cast<double>(plain)};
+        return otherCount(cell, place);
+    }
 
     // Latitude, longitude, date or notes of a census. exact: as Zorvel writes them.
     void readAttribute(MockCensus& census, ColumnRole role, std::string_view cell,
@@ -46,7 +50,11 @@ class CellRules {
     void readDate(MockCensus& census, std::string_view cell, const TablePlace& place);
 
     // False, with a problem, where the cell is a formula or an error value instead of a text.
-    bool isText(std::string_view cell, const TablePlace& place);
+    bool isText(std::string_view cell, const TablePlace& place) {
+        const bool may =
+            !cell.empty() && (cell.front() == '=' || cell.front() == '#' || cell.front() == 'E');
+        return !may || !refuseFormula(cell, place);
+    }
 
     // The number in a cell that may be a sum; NaN where its formula has no result.
     [[nodiscard]] double sum(std::string_view cell) const;
@@ -56,6 +64,8 @@ class CellRules {
     void noteCountedOnce(const TablePlace& place);
 
   private:
+    bool refuseFormula(std::string_view cell, const TablePlace& place);
+    Count otherCount(std::string_view cell, const TablePlace& place);
     Count countByRules(std::string_view cell, const TablePlace& place);
     Count takeFault(CountFault fault, const std::string& subject, const char* predicate,
                     std::string_view cell, const TablePlace& place);

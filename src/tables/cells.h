@@ -46,6 +46,17 @@ struct CellCount {
 
 CellCount cellCount(std::string_view cell, NumberMarks marks);
 
+// The value of at most 18 digits alone, as nearly all counts are written; otherwise 0.
+inline std::int64_t plainCount(std::string_view cell) {
+    if (cell.size() > 18) return 0;
+    std::int64_t value = 0;
+    for (const char c : cell) {
+        if (c < '0' || c > '9') return 0;
+        value = value * 10 + (c - '0');
+    }
+    return value;
+}
+
 // What stands for an abundance and is no number: 20%, <5, ca. 5, +, r, 2a.
 bool isAbundanceMark(std::string_view cell);
 

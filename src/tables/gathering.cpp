@@ -15,39 +15,49 @@ std::string nameInOneLine(std::string_view cell) {
 }
 
 std::size_t SpeciesNumbers::number(std::string_view cell) {
-    if (last_ < names_.size() && names_[last_].view() == cell) return last_;
+    if (last_ < names_.size() && isName(last_, cell)) return last_;
     if (const auto known = find(cell)) return last_ = *known;
     if (const auto known = others_.find(cell); known != others_.end()) return last_ = known->second;
     const std::string name = exact_ ? std::string(cell) : nameInOneLine(cell);
     const std::size_t next = names_.size();
     last_ = exact_ ? next : canonical_.try_emplace(canonicalForm(name), next).first->second;
     if (last_ == next) {
-        names_.push_back(pool_ != nullptr ? pool_->intern(name) : SharedText(name));
+        Name& added = names_.emplace_back();
+        added.text = pool_ != nullptr ? pool_->intern(name) : SharedText(name);
+        added.length = name.size();
+        added.hash = hashOf(name);
+        name.copy(added.start.data(), added.start.size());
         insert(next);
     }
-    if (names_[last_].view() != cell) others_.emplace(cell, last_);
+    if (!isName(last_, cell)) others_.emplace(cell, last_);
     return last_;
+}
+
+bool SpeciesNumbers::isName(std::size_t number, std::string_view cell) const {
+    const Name& name = names_[number];
+    const std::size_t compared = std::min(cell.size(), name.start.size());
+    return name.length == cell.size() && cell.starts_with({name.start.data(), compared}) &&
+           (cell.size() <= name.start.size() || name.text.view() == cell);
 }
 
 std::optional<std::size_t> SpeciesNumbers::find(std::string_view name) const {
     if (slots_.empty()) return std::nullopt;
-    const auto hash = static_cast<std::uint32_t>(BytesHash()(name));
+    const std::uint32_t hash = hashOf(name);
     for (std::size_t at = hash;; ++at) {
-        const Slot& slot = slots_[at & (slots_.size() - 1)];
-        if (slot.place == 0) return std::nullopt;
-        if (slot.hash == hash && names_[slot.place - 1].view() == name) return slot.place - 1;
+        const std::uint32_t slot = slots_[at & (slots_.size() - 1)];
+        if (slot == 0) return std::nullopt;
+        if (names_[slot - 1].hash == hash && isName(slot - 1, name)) return slot - 1;
     }
 }
 
 void SpeciesNumbers::insert(std::size_t number) {
-    if (2 * names_.size() > slots_.size()) {
-        slots_.assign(std::max<std::size_t>(64, 2 * slots_.size()), {});
+    if (4 * names_.size() > 3 * slots_.size()) {
+        slots_.assign(std::max<std::size_t>(64, 2 * slots_.size()), 0);
         for (std::size_t i = 0; i < number; ++i) insert(i);
     }
-    const auto hash = static_cast<std::uint32_t>(BytesHash()(names_[number].view()));
-    std::size_t at = hash;
-    while (slots_[at & (slots_.size() - 1)].place != 0) ++at;
-    slots_[at & (slots_.size() - 1)] = {hash, static_cast<std::uint32_t>(number + 1)};
+    std::size_t at = names_[number].hash;
+    while (slots_[at & (slots_.size() - 1)] != 0) ++at;
+    slots_[at & (slots_.size() - 1)] = static_cast<std::uint32_t>(number + 1);
 }
 
 std::size_t CensusGatherer::add(MockCensus census) {
@@ -99,8 +109,18 @@ std::optional<std::size_t> CensusGatherer::find(std::size_t census, std::size_t 
 
 void CensusGatherer::addTaxon(std::size_t census, std::size_t number, std::int64_t abundance) {
     std::vector<MockTaxon>& taxa = censuses[census].taxa;
-    if (number < lastPlaces_.size()) lastPlaces_[number] = {census, taxa.size()};
+    if (number < lastPlaces_.size()) {
+        lastPlaces_[number] = {static_cast<std::uint32_t>(census),
+                               static_cast<std::uint32_t>(taxa.size())};
+    }
     taxa.push_back({abundance, species.name(number)});
+}
+
+void CensusGatherer::addToNewSpecies(std::size_t census, std::size_t number,
+                                     std::int64_t abundance) {
+    enter(number);
+    if (census != newCensus_) newCensus_ = SIZE_MAX;
+    addTaxon(census, number, abundance);
 }
 
 void CensusGatherer::setTaxa(std::size_t census, const std::vector<Taxon>& taxa) {

@@ -29,7 +29,7 @@ class LongRows final : public RowReader {
 
     void begin(const TableHeader& /*header*/) override {}
 
-    void read(const TableRow& row) override {
+    void read(const SparseRow& row) override {
         const std::optional<std::size_t> index = censusOf(row);
         if (!index) return;
         const std::string_view species = row.cell(columns_.species.value_or(0));
@@ -54,8 +54,9 @@ class LongRows final : public RowReader {
             return;
         }
         if (!columns_.exact && !isSpeciesText(row)) return;
-        const std::size_t number =
-            gathered_.species.number(columns_.genus ? speciesName(row, species) : species);
+        const std::size_t number = columns_.genus
+                                       ? gathered_.species.number(speciesName(row, species))
+                                       : gathered_.species.number(species);
         const bool isNew = gathered_.species.size() > knownSpecies_;
         knownSpecies_ = gathered_.species.size();
         if (isNew && !columns_.exact) refuseTotal(row, species, columns_.species);
@@ -70,7 +71,7 @@ class LongRows final : public RowReader {
 
   private:
     // Sums among the records would count twice.
-    void refuseTotal(const TableRow& row, std::string_view cell,
+    void refuseTotal(const SparseRow& row, std::string_view cell,
                      std::optional<std::size_t> column) {
         const auto meaning = headerMeaning(cell);
         if (!meaning || meaning->role != ColumnRole::total) return;
@@ -79,7 +80,7 @@ class LongRows final : public RowReader {
     }
 
     // Of all columns of counts; 1 where they are blank. False where nothing was added to the taxa.
-    bool addCounts(const TableRow& row, std::size_t census, std::size_t species) {
+    bool addCounts(const SparseRow& row, std::size_t census, std::size_t species) {
         bool added = false;
         bool isBlank = true;
         for (const std::size_t column : columns_.counts) {
@@ -97,7 +98,7 @@ class LongRows final : public RowReader {
     }
 
     // added: the taxon of the row is the last of the census.
-    void readIncluded(const TableRow& row, std::size_t census, bool added) {
+    void readIncluded(const SparseRow& row, std::size_t census, bool added) {
         const std::string_view mark = row.cell(*columns_.included);
         const std::optional<bool> included = mark.empty() ? true : yesOrNo(mark);
         if (!included) {
@@ -110,12 +111,12 @@ class LongRows final : public RowReader {
     }
 
     // Of a long table of Zorvel's own: tells of a census, not of a taxon.
-    [[nodiscard]] bool beginsCensus(const TableRow& row) const {
+    [[nodiscard]] bool beginsCensus(const SparseRow& row) const {
         return row.cell(*columns_.species).empty() && row.cell(columns_.counts.front()).empty();
     }
 
     // Absent where it has no name and that is a problem.
-    std::optional<std::size_t> censusOf(const TableRow& row) {
+    std::optional<std::size_t> censusOf(const SparseRow& row) {
         const bool isNew = columns_.exact && beginsCensus(row);
         if (!isNew && repeatsCensus(row)) return lastCensus_;
         const std::size_t problems = records_.problems.count;
@@ -146,7 +147,7 @@ class LongRows final : public RowReader {
     }
 
     // Whether all that a record tells of its census is, to the letter, what the one before told.
-    [[nodiscard]] bool repeatsCensus(const TableRow& row) const {
+    [[nodiscard]] bool repeatsCensus(const SparseRow& row) const {
         if (!lastCensus_) return false;
         std::size_t i = 0;
         const auto repeats = [&](std::size_t column) {
@@ -158,7 +159,7 @@ class LongRows final : public RowReader {
                std::all_of(columns_.dateParts.begin(), columns_.dateParts.end(), repeats);
     }
 
-    void keepCensus(const TableRow& row, std::size_t index) {
+    void keepCensus(const SparseRow& row, std::size_t index) {
         const std::vector<std::size_t>& names = columns_.names;
         const bool isNamed = std::none_of(names.begin(), names.end(),
                                           [&row](auto column) { return row.cell(column).empty(); });

@@ -20,12 +20,12 @@ class Reader {
                                                        : wideRowReader(reading, records_, names)) {}
 
     TableRecords read(RowSource& source, const std::stop_token& stop) {
-        TableRow row;
-        while (!stop.stop_requested() && source.next(row)) {
+        SparseRow row;
+        while (!stop.stop_requested() && source.nextSparse(row)) {
             if (row.number < reading_.firstRow) continue;
             if (reading_.lastRow != 0 && row.number > reading_.lastRow) break;
             if (row.number < reading_.firstDataRow()) {
-                header_.add(row);
+                header_.add(textsOf(row));
                 continue;
             }
             if (row.number == reading_.firstDataRow()) beginData();
@@ -44,8 +44,20 @@ class Reader {
         std::size_t line = 0;
         std::vector<std::string> cells;
 
-        [[nodiscard]] TableRow row() const { return {number, line, {cells.begin(), cells.end()}}; }
+        [[nodiscard]] SparseRow row() const {
+            SparseRow row;
+            row.assign({number, line, {cells.begin(), cells.end()}});
+            return row;
+        }
     };
+
+    static std::vector<std::string> textsOf(const SparseRow& row) {
+        std::vector<std::string> texts;
+        for (std::size_t column = 0; column < row.width; ++column) {
+            texts.emplace_back(row.cell(column));
+        }
+        return texts;
+    }
 
     void beginData() {
         begun_ = true;
@@ -71,24 +83,21 @@ class Reader {
         }
     }
 
-    void takeDataRow(const TableRow& row) {
+    void takeDataRow(const SparseRow& row) {
         const bool isLeftOut = std::binary_search(reading_.leftOutRows.begin(),
                                                   reading_.leftOutRows.end(), row.number);
         if (isLeftOut) return;
-        const auto isFilled = [](std::string_view cell) { return !cell.empty(); };
-        const auto first = std::find_if(row.cells.begin(), row.cells.end(), isFilled);
-        if (first == row.cells.end()) {
+        if (!hasFilled(row, 1)) {
             afterEmpty_ = true;
             return;
         }
         if (rows_->columns().exact) {
-            if (row.cells.size() > 1) readRow(row);
+            if (row.width > 1) readRow(row);
             return;
         }
-        const bool note = afterEmpty_ && reading_.columns.size() > 2 &&
-                          std::none_of(first + 1, row.cells.end(), isFilled);
+        const bool note = afterEmpty_ && reading_.columns.size() > 2 && !hasFilled(row, 2);
         if (note || summaryRank(row)) {
-            held_.push_back({row.number, row.line, {row.cells.begin(), row.cells.end()}});
+            held_.push_back({row.number, row.line, textsOf(row)});
             return;
         }
         for (const HeldRow& held : std::exchange(held_, {})) {
@@ -104,19 +113,29 @@ class Reader {
         readRow(row);
     }
 
-    void readRow(const TableRow& row) {
+    // At least that many cells that are not empty.
+    static bool hasFilled(const SparseRow& row, std::size_t count) {
+        std::size_t filled = row.width - row.cells.size();
+        for (std::size_t i = 0; filled < count && i < row.cells.size(); ++i) {
+            filled += !row.cells[i].empty();
+        }
+        return filled >= count;
+    }
+
+    void readRow(const SparseRow& row) {
         records_.lastRow = row.number;
         rows_->read(row);
     }
 
     // Labelled, where the names are, as a total (rank 0) or another value computed of the rows
     // above.
-    [[nodiscard]] std::optional<int> summaryRank(const TableRow& row) const {
+    [[nodiscard]] std::optional<int> summaryRank(const SparseRow& row) const {
         if (reading_.layout == TableLayout::records) return std::nullopt;
-        for (std::size_t column = 0; column < row.cells.size(); ++column) {
+        for (std::size_t column = 0; column < row.width; ++column) {
             if (reading_.role(column) == ColumnRole::count) return std::nullopt;
-            if (row.cells[column].empty()) continue;
-            const auto meaning = headerMeaning(row.cells[column]);
+            const std::string_view cell = row.cell(column);
+            if (cell.empty()) continue;
+            const auto meaning = headerMeaning(cell);
             if (!meaning || meaning->role != ColumnRole::total) return std::nullopt;
             return meaning->rank;
         }

@@ -10,8 +10,7 @@ namespace zorvel {
 
 // --- header and columns ---
 
-void TableHeader::add(const TableRow& row) {
-    std::vector<std::string> cells(row.cells.begin(), row.cells.end());
+void TableHeader::add(std::vector<std::string> cells) {
     if (reading_.shortHeader && rows_.empty()) cells.insert(cells.begin(), std::string());
     rows_.push_back(std::move(cells));
 }
@@ -81,7 +80,7 @@ RowReader::RowReader(const TableReading& reading, TableRecords& records, NamePoo
       rules_(reading, records),
       gathered_(names, reading.isExact()) {}
 
-std::optional<std::string> RowReader::censusName(const TableRow& row) {
+std::optional<std::string> RowReader::censusName(const SparseRow& row) {
     const std::vector<std::size_t>& columns = columns_.names;
     if (columns_.exact) return std::string(row.cell(columns.front()));
     std::string name;
@@ -104,7 +103,7 @@ std::optional<std::string> RowReader::censusName(const TableRow& row) {
     return name;
 }
 
-void RowReader::readAttributes(MockCensus& census, const TableRow& row) {
+void RowReader::readAttributes(MockCensus& census, const SparseRow& row) {
     for (const auto& [role, column] : columns_.attributes) {
         rules_.readAttribute(census, role, row.cell(column), placeOf(row, column), columns_.exact);
     }
@@ -118,14 +117,14 @@ void RowReader::readAttributes(MockCensus& census, const TableRow& row) {
     rules_.readDate(census, date, placeOf(row, columns_.dateParts.front()));
 }
 
-bool RowReader::isSpeciesText(const TableRow& row) {
-    for (const auto& column : {columns_.genus, columns_.species}) {
-        if (column && !rules_.isText(row.cell(*column), placeOf(row, column))) return false;
-    }
-    return true;
+bool RowReader::isSpeciesText(const SparseRow& row) {
+    const auto isText = [&](std::optional<std::size_t> column) {
+        return !column || rules_.isText(row.cell(*column), placeOf(row, column));
+    };
+    return isText(columns_.genus) && isText(columns_.species);
 }
 
-std::string RowReader::speciesName(const TableRow& row, std::string_view species) const {
+std::string RowReader::speciesName(const SparseRow& row, std::string_view species) const {
     const std::string_view genus = columns_.genus ? row.cell(*columns_.genus) : "";
     const bool isWhole =
         species.starts_with(genus) && species.substr(genus.size()).starts_with(' ');

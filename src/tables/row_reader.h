@@ -22,7 +22,7 @@ class TableHeader {
   public:
     explicit TableHeader(const TableReading& reading) : reading_(reading) {}
 
-    void add(const TableRow& row);
+    void add(std::vector<std::string> cells);
     [[nodiscard]] std::size_t height() const { return rows_.size(); }
     [[nodiscard]] std::string_view cell(std::size_t i, std::size_t column) const;
     // Whether a row holds names of species or censuses.
@@ -69,25 +69,25 @@ class RowReader {
 
     // Before the first row of data, once.
     virtual void begin(const TableHeader& header) = 0;
-    virtual void read(const TableRow& row) = 0;
+    virtual void read(const SparseRow& row) = 0;
     // Whether a row holds the sums of the rows that were read.
     [[nodiscard]] virtual bool isTotal(const std::vector<std::string>& cells) const = 0;
     // Moves the censuses to the records.
-    void finish();
+    virtual void finish();
 
   protected:
     // The name of the census of a row, of its parts; absent, with a problem, where one is blank or
     // no text.
-    std::optional<std::string> censusName(const TableRow& row);
-    void readAttributes(MockCensus& census, const TableRow& row);
+    std::optional<std::string> censusName(const SparseRow& row);
+    void readAttributes(MockCensus& census, const SparseRow& row);
     // Genus and species. False, with a problem, where one of them is no text.
-    bool isSpeciesText(const TableRow& row);
-    [[nodiscard]] std::string speciesName(const TableRow& row, std::string_view species) const;
+    bool isSpeciesText(const SparseRow& row);
+    [[nodiscard]] std::string speciesName(const SparseRow& row, std::string_view species) const;
     // False where there is nothing to add, or the count was added to that of the species.
     bool addTaxon(std::size_t census, std::size_t species, std::int64_t value,
                   const TablePlace& place);
 
-    static TablePlace placeOf(const TableRow& row, std::optional<std::size_t> column) {
+    static TablePlace placeOf(const SparseRow& row, std::optional<std::size_t> column) {
         return {row.number, row.line, column};
     }
 

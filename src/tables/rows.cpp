@@ -22,6 +22,10 @@ bool isBreak(char c) {
     return c == '\n' || c == '\r';
 }
 
+bool isZeroCell(std::string_view cell) {
+    return cell.size() == 1 && cell.front() == '0';
+}
+
 // Whether a cell may have a blank, a break or a part of a no-break space at this end.
 bool mayBeTrimmed(char c) {
     return c <= ' ' || static_cast<unsigned char>(c) >= 0x80;
@@ -79,6 +83,33 @@ std::string_view withoutBlanks(std::string_view cell) {
     }
 }
 
+std::string_view SparseRow::cellAfterZeros(std::size_t column) const {
+    if (column >= width) return {};
+    const auto found = std::lower_bound(columns.begin(), columns.end(), column);
+    if (found == columns.end() || *found != column) return "0";
+    return cells[static_cast<std::size_t>(found - columns.begin())];
+}
+
+void SparseRow::assign(const TableRow& row) {
+    number = row.number;
+    line = row.line;
+    width = row.cells.size();
+    cells.clear();
+    columns.clear();
+    for (std::size_t column = 0; column < width; ++column) {
+        const std::string_view cell = row.cells[column];
+        if (isZeroCell(cell)) continue;
+        cells.push_back(cell);
+        columns.push_back(static_cast<std::uint32_t>(column));
+    }
+}
+
+bool RowSource::nextSparse(SparseRow& row) {
+    if (!next(row_)) return false;
+    row.assign(row_);
+    return true;
+}
+
 ByteSource bytesOf(std::string_view bytes) {
     return [bytes](char* place, std::size_t size) mutable {
         const std::size_t count = std::min(size, bytes.size());
@@ -95,6 +126,7 @@ char hintedSeparator(std::string_view text) {
 }
 
 TextRows::TextRows(ByteSource source, TextForm form) : source_(std::move(source)), form_(form) {
+    setSeparator(form_.separator);
     fill();
     skipMarkAndHint();
 }
@@ -103,9 +135,20 @@ void TextRows::skipMarkAndHint() {
     if (buffer_.starts_with("\xEF\xBB\xBF")) buffer_.erase(0, 3);
     if (hintedSeparator(buffer_) == 0) return;
     TableRow hint;
-    const char separator = std::exchange(form_.separator, '\0');
+    const char separator = form_.separator;
+    setSeparator('\n');
     next(hint);
+    setSeparator(separator);
+}
+
+void TextRows::setSeparator(char separator) {
     form_.separator = separator;
+    ends_.fill(false);
+    for (const char c : {separator, '\n', '\r', separator == ' ' ? '\t' : separator}) {
+        ends_[static_cast<unsigned char>(c)] = true;
+    }
+    stops_ = ends_;
+    stops_[0] = true;
 }
 
 // Adds a piece to the buffer, or notes the end.
@@ -141,11 +184,30 @@ void TextRows::makeRoom() {
     buffer_.swap(larger);
 }
 
-void TextRows::add(std::string_view cell) {
-    if (used_ == cells_.size()) cells_.resize(std::max<std::size_t>(16, 2 * used_));
+inline void TextRows::add(std::string_view cell) {
     const bool trims =
         !form_.exact && !cell.empty() && (mayBeTrimmed(cell.front()) || mayBeTrimmed(cell.back()));
-    cells_[used_++] = trims ? withoutBlanks(cell) : cell;
+    if (trims) cell = withoutBlanks(cell);
+    const std::size_t column = width_++;
+    if (isSparse_ && isZeroCell(cell)) return;
+    makePlaces(1);
+    cells_[used_] = cell;
+    if (isSparse_) columns_[used_] = static_cast<std::uint32_t>(column);
+    ++used_;
+}
+
+void TextRows::growPlaces(std::size_t needed) {
+    cells_.resize(needed + needed / 8 + 16);
+    if (isSparse_) columns_.resize(cells_.size());
+}
+
+// Cells of one letter, each followed by a separator.
+inline void TextRows::addZeros(const char* first, std::size_t count) {
+    width_ += count;
+    if (isSparse_) return;
+    makePlaces(count);
+    for (std::size_t i = 0; i < count; ++i) cells_[used_ + i] = {first + 2 * i, 1};
+    used_ += count;
 }
 
 bool TextRows::has(std::size_t at) {
@@ -155,10 +217,6 @@ bool TextRows::has(std::size_t at) {
 
 bool TextRows::atBreak(std::size_t at) {
     return !has(at) || isBreak(buffer_[at]);
-}
-
-bool TextRows::isEnd(char c) const {
-    return c == form_.separator || isBreak(c) || (c == '\t' && form_.separator == ' ');
 }
 
 // The next separator or line break from `at` on, or the end of the text.
@@ -177,17 +235,15 @@ bool TextRows::addPlainCells() {
     bool rowEnds = false;
     while (!rowEnds) {
         while (blanks && at < end && isBlank(*at)) ++at;
-        if (used_ + zeroCellsAtOnce > cells_.size()) cells_.resize(2 * used_ + 16);
         if (end - at >= static_cast<std::ptrdiff_t>(sizeof zeros) && form_.separator != '0') {
             const std::size_t count = agreeingBytes(wordAt(at), zeros) / 2;
-            for (std::size_t i = 0; i < zeroCellsAtOnce; ++i) cells_[used_ + i] = {at + 2 * i, 1};
-            used_ += count;
+            addZeros(at, count);
             at += 2 * count;
             if (count == zeroCellsAtOnce) continue;
         }
         const char* stop = at;
-        while (stop < end && !isEnd(*stop)) ++stop;
-        const bool isOther = stop == end || (blanks && stop == at) || *at == '"';
+        while (!stops_[static_cast<unsigned char>(*stop)]) ++stop;
+        const bool isOther = *stop == '\0' || (blanks && stop == at) || *at == '"';
         if (isOther) break;
         add({at, static_cast<std::size_t>(stop - at)});
         rowEnds = isBreak(*stop);
@@ -244,22 +300,44 @@ bool TextRows::addQuotedCell() {
     return false;
 }
 
-bool TextRows::next(TableRow& row) {
+// False after the last row.
+bool TextRows::readRow(bool isSparse) {
     if (at_ >= pieceSize) {
         buffer_.erase(0, at_);
         at_ = 0;
     }
-    if (!has(at_)) return false;
-    row.number = ++row_;
-    row.line = ++line_;
-    cells_.swap(row.cells);
     used_ = 0;
+    width_ = 0;
+    isSparse_ = isSparse;
+    if (!has(at_)) return false;
     addCells();
     if (has(at_) && buffer_[at_] == '\r' && has(at_ + 1) && buffer_[at_ + 1] == '\n') ++at_;
     if (has(at_)) ++at_;
+    return true;
+}
+
+bool TextRows::next(TableRow& row) {
+    row.number = ++row_;
+    row.line = ++line_;
+    cells_.swap(row.cells);
+    if (!readRow(false)) return false;
     cells_.resize(used_);
     cells_.swap(row.cells);
-    used_ = 0;
+    return true;
+}
+
+bool TextRows::nextSparse(SparseRow& row) {
+    row.number = ++row_;
+    row.line = ++line_;
+    cells_.swap(row.cells);
+    columns_.swap(row.columns);
+    columns_.resize(cells_.size());
+    if (!readRow(true)) return false;
+    row.width = width_;
+    cells_.resize(used_);
+    columns_.resize(used_);
+    cells_.swap(row.cells);
+    columns_.swap(row.columns);
     return true;
 }
 

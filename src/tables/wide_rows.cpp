@@ -1,6 +1,7 @@
 // Tables with a row for each census and a column for each species, or the other way round.
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <utility>
 
 #include "base/text.h"
@@ -19,6 +20,10 @@ class WideRows final : public RowReader {
             rules_.problem({reading_.firstRow, 0, std::nullopt}, {},
                            "No column holds counts, so that no species would be read. Choose what "
                            "the columns hold.");
+        }
+        positions_.assign(reading_.columns.size(), noPosition);
+        for (std::size_t i = 0; i < columns_.counts.size(); ++i) {
+            positions_[columns_.counts[i]] = static_cast<std::uint32_t>(i);
         }
         for (const std::size_t column : columns_.counts) {
             const std::string name = header.name(column);
@@ -43,15 +48,24 @@ class WideRows final : public RowReader {
         }
         const bool areApart = reading_.sameSpecies == SameRule::apart ||
                               gathered_.species.size() == columnNames_.size();
+        cells_.resize(gathered_.censuses.size());
+        valueless_.resize(gathered_.censuses.size());
         isDirect_ = hasCensusRows() && reading_.sameCensus == SameRule::apart && areApart;
     }
 
-    void read(const TableRow& row) override {
+    void read(const SparseRow& row) override {
         if (hasCensusRows()) {
             readCensus(row);
         } else {
             readSpecies(row);
         }
+    }
+
+    void finish() override {
+        for (std::size_t i = 0; i < valueless_.size(); ++i) {
+            cells_[i].hasValues = valueless_[i] < speciesRows_;
+        }
+        RowReader::finish();
     }
 
     [[nodiscard]] bool isTotal(const std::vector<std::string>& cells) const override {
@@ -68,9 +82,6 @@ class WideRows final : public RowReader {
   private:
     [[nodiscard]] bool hasCensusRows() const { return reading_.layout == TableLayout::censusRows; }
 
-    // Most cells of a wide table.
-    static bool isZero(std::string_view cell) { return cell.size() == 1 && cell.front() == '0'; }
-
     void addCensus(const TableHeader& header, std::size_t column, const std::string& name) {
         MockCensus census;
         census.name = nameInOneLine(name);
@@ -81,21 +92,26 @@ class WideRows final : public RowReader {
         gathered_.add(std::move(census));
     }
 
-    void readCensus(const TableRow& row) {
+    void readCensus(const SparseRow& row) {
         MockCensus census;
         census.name = censusName(row).value_or(std::string());
         readAttributes(census, row);
         const std::size_t index = addOrOpen(std::move(census));
         cells_.resize(gathered_.censuses.size());
         taxa_.clear();
-        for (std::size_t i = 0; i < columns_.counts.size(); ++i) {
-            const std::string_view cell = row.cell(columns_.counts[i]);
-            if (isZero(cell)) {
-                cells_[index].hasValues = true;
+        std::size_t valueless = 0;
+        forCounts(row, [&](std::size_t i, std::string_view cell) {
+            const CellRules::Count count = readCount(cell, row, i);
+            cells_[index].hasMissing |= count.missing;
+            valueless += count.missing || cell.empty();
+            if (count.value == 0) return;
+            if (isDirect_) {
+                taxa_.push_back({columnNames_[i], count.value});
             } else {
-                readCount(cell, row, i, index, columnNames_[i]);
+                addTaxon(index, columnNames_[i], count.value, placeOf(row, columns_.counts[i]));
             }
-        }
+        });
+        cells_[index].hasValues |= valueless < columns_.counts.size();
         if (isDirect_) gathered_.setTaxa(index, taxa_);
     }
 
@@ -105,45 +121,60 @@ class WideRows final : public RowReader {
         return gathered_.open(std::move(census), std::move(key));
     }
 
-    void readSpecies(const TableRow& row) {
+    void readSpecies(const SparseRow& row) {
         const std::string_view cell = columns_.species ? row.cell(*columns_.species) : "";
         if (cell.empty()) {
             rules_.problem(placeOf(row, columns_.species), {}, "The species has no name.");
             return;
         }
         if (!isSpeciesText(row)) return;
+        const std::size_t known = gathered_.species.size();
         const std::size_t species = gathered_.species.number(speciesName(row, cell));
-        cells_.resize(gathered_.censuses.size());
-        for (std::size_t i = 0; i < columns_.counts.size(); ++i) {
-            const std::string_view value = row.cell(columns_.counts[i]);
-            if (isZero(value)) {
-                cells_[i].hasValues = true;
+        ++speciesRows_;
+        forCounts(row, [&](std::size_t i, std::string_view value) {
+            const CellRules::Count count = readCount(value, row, i);
+            cells_[i].hasMissing |= count.missing;
+            valueless_[i] += count.missing || value.empty();
+            if (count.value == 0) return;
+            if (species == known) {
+                gathered_.addToNewSpecies(i, species, count.value);
             } else {
-                readCount(value, row, i, i, species);
+                addTaxon(i, species, count.value, placeOf(row, columns_.counts[i]));
             }
+        });
+    }
+
+    // Calls back for the cells of counts other than "0", with the place of the column among those
+    // of counts. Cells beyond the end of the row are empty.
+    template <class Take>
+    void forCounts(const SparseRow& row, const Take& take) {
+        for (std::size_t k = 0; k < row.cells.size(); ++k) {
+            const std::size_t column = row.columns[k];
+            if (column >= positions_.size()) break;
+            if (positions_[column] != noPosition) take(positions_[column], row.cells[k]);
+        }
+        const auto& counts = columns_.counts;
+        const auto end = std::lower_bound(counts.begin(), counts.end(), row.width);
+        for (auto i = static_cast<std::size_t>(end - counts.begin()); i < counts.size(); ++i) {
+            take(i, std::string_view());
         }
     }
 
-    // The cell of the i-th column of counts.
-    void readCount(std::string_view cell, const TableRow& row, std::size_t i, std::size_t census,
-                   std::size_t species) {
-        const TablePlace place = placeOf(row, columns_.counts[i]);
-        const CellRules::Count count = rules_.count(cell, place);
-        cells_[census].hasValues |= !cell.empty() && !count.missing;
-        cells_[census].hasMissing |= count.missing;
+    CellRules::Count readCount(std::string_view cell, const SparseRow& row, std::size_t i) {
+        const CellRules::Count count = rules_.count(cell, placeOf(row, columns_.counts[i]));
         sums_[i] += count.written;
-        if (count.value == 0) return;
-        if (isDirect_) {
-            taxa_.push_back({species, count.value});
-        } else {
-            addTaxon(census, species, count.value, place);
-        }
+        return count;
     }
 
+    static constexpr std::uint32_t noPosition = UINT32_MAX;
+
+    std::vector<std::uint32_t> positions_;     // of each column among those of counts
     std::vector<double> sums_;                 // of each column of counts
     std::vector<std::size_t> columnNames_;     // of each, where species have columns
     bool isDirect_ = false;                    // a row has each species once and is a census
     std::vector<CensusGatherer::Taxon> taxa_;  // of the row then
+    std::vector<std::size_t> valueless_;       // cells of each census, where species have rows
+    std::size_t speciesRows_ = 0;
 };
 
 }  // namespace

@@ -22,6 +22,7 @@ class FileRows final : public RowSource {
           rows_([this](char* bytes, std::size_t size) { return read(bytes, size); }, form) {}
 
     bool next(TableRow& row) override { return rows_.next(row); }
+    bool nextSparse(SparseRow& row) override { return rows_.nextSparse(row); }
     [[nodiscard]] std::optional<Problem> problem() const override { return problem_; }
 
   private:

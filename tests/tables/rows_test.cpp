@@ -1,0 +1,66 @@
+// Rows of texts, whole and without their zeros.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <random>
+#include <string>
+#include <vector>
+
+#include "tables/rows.h"
+
+namespace zorvel {
+namespace {
+
+struct ReadRow {
+    std::size_t number;
+    std::size_t line;
+    std::vector<std::string> cells;
+
+    friend bool operator==(const ReadRow&, const ReadRow&) = default;
+};
+
+// Rows of both kinds in turn, read in pieces of that size.
+std::vector<ReadRow> rowsOf(const std::string& text, const TextForm& form, std::size_t piece,
+                            bool (*isSparse)(std::size_t row)) {
+    ByteSource bytes = bytesOf(text);
+    TextRows source(
+        [&](char* place, std::size_t size) { return bytes(place, std::min(size, piece)); }, form);
+    std::vector<ReadRow> rows;
+    TableRow whole;
+    SparseRow sparse;
+    for (;;) {
+        const bool skips = isSparse(rows.size());
+        if (!(skips ? source.nextSparse(sparse) : source.next(whole))) return rows;
+        ReadRow& row = rows.emplace_back();
+        if (!skips) {
+            row = {whole.number, whole.line, {whole.cells.begin(), whole.cells.end()}};
+            sparse.assign(whole);
+        }
+        EXPECT_THAT(sparse.cells, testing::Not(testing::Contains("0")));
+        ReadRow same{sparse.number, sparse.line, {}};
+        for (std::size_t i = 0; i < sparse.width; ++i) same.cells.emplace_back(sparse.cell(i));
+        EXPECT_EQ(sparse.cell(sparse.width), "");
+        if (skips) row = same;
+        EXPECT_EQ(row, same);
+    }
+}
+
+TEST(TableRows, AreTheSameWithoutTheirZeros) {
+    std::mt19937 random(3);
+    for (const char separator : {',', ';', '\t', ' ', '0'}) {
+        const std::string letters =
+            std::string("000000000001a \n\r\"") + '\0' + std::string(12, separator);
+        for (int i = 0; i < 400; ++i) {
+            std::string text;
+            const std::size_t size = random() % 200;
+            while (text.size() < size) text += letters[random() % letters.size()];
+            const TextForm form{TableEncoding::utf8, separator, i % 2 == 0, i % 5 == 0};
+            const auto whole = rowsOf(text, form, 1 << 20, [](auto) { return false; });
+            EXPECT_EQ(rowsOf(text, form, 1 + random() % 9, [](auto) { return true; }), whole);
+            EXPECT_EQ(rowsOf(text, form, 3, [](auto row) { return row % 2 == 1; }), whole);
+        }
+    }
+}
+
+}  // namespace
+}  // namespace zorvel
