@@ -106,6 +106,8 @@ std::pair<std::int64_t, std::size_t> namedMonth(std::string_view text) {
 
 // The three parts of a date, and what follows them. May 3, 2021 has its month first.
 std::optional<DateParts> dateParts(std::string_view cell) {
+    constexpr std::size_t shortest = 8;  // 3.4.2021
+    if (cell.size() < shortest) return std::nullopt;
     DateParts parts;
     const auto digits = [&cell] {
         return static_cast<std::size_t>(std::find_if_not(cell.begin(), cell.end(), isDigit) -
@@ -259,7 +261,7 @@ std::optional<double> tableNumber(std::string_view cell, NumberMarks marks) {
 bool isMissingMark(std::string_view cell) {
     constexpr auto marks = std::to_array<std::string_view>(
         {"na", "n/a", "n.a.", "nd", "n.d.", "nan", "null", "-", "--", "–", "—", "?", ".", "#n/a"});
-    if (cell.size() > 4) return false;
+    if (cell.size() > 4 || cell.empty() || isDigit(cell.front())) return false;
     return std::find(marks.begin(), marks.end(), lowerCase(cell)) != marks.end();
 }
 
