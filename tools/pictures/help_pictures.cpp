@@ -11,6 +11,8 @@
 #include "app/imports.h"
 #include "tests/support/offscreen_home.h"
 #include "tools/pictures/picture_session.h"
+#include "ui/kit/small_widgets.h"
+#include "ui/main/record_tables.h"
 #include "ui/tables/table_dialog.h"
 
 namespace {
@@ -30,6 +32,8 @@ class HelpPictures : public PictureSession {
         look_.choose(LookChoice::light);
         draw(ZORVEL_SOURCE_DIR "/examples/oribatid-mites.csv", 4);
         save(*window_, "window");
+        child<CensusTableView>("censusTable").selectRows({0, 1, 2, 3, 4});
+        if (!saveWindowOf("diversityAtEqualCoverageMenuItemTapped", "diversity")) return false;
         draw(written("stands.csv", plots), 0);
         return saveWindowOf("projectwideMetricsMenuItemTapped", "project-wide") && saveTables();
     }
@@ -93,6 +97,7 @@ class HelpPictures : public PictureSession {
         }
         opened->resize(1000, 620);  // there is no desktop that it must fit
         settle();
+        waitUntil([opened] { return !opened->findChild<Spinner*>()->isAnimated(); });
         save(*opened, name);
         opened->close();
         return true;

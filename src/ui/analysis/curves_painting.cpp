@@ -21,6 +21,7 @@ constexpr double markerRadius = 4.5;
 constexpr double longestLabel = 130;
 constexpr double gapBeforeLabel = 10;
 constexpr double tickLength = 5;
+constexpr double roomBelowLabels = 24;  // below the frame
 
 QFontMetricsF labelMetrics() {
     return QFontMetricsF(plotFont(10));
@@ -143,10 +144,12 @@ void drawLabels(QPainter& painter, const PlotFrame& plot, const std::vector<Plot
         wanted.push_back(plot.pointOf(*end).y());
         labelled.push_back(&curve);
     }
-    const double height = metrics.height() + 1;
+    if (wanted.empty()) return;
     const QRectF& frame = plot.frame();
-    const std::vector<double> heights =
-        spreadLabels(wanted, height, 0, frame.bottom() + height / 2);
+    const double bottom = frame.bottom() + roomBelowLabels;
+    const double height =
+        std::min(metrics.height() + 1, bottom / static_cast<double>(wanted.size()));
+    const std::vector<double> heights = spreadLabels(wanted, height, 0, bottom);
     painter.setFont(plotFont(10));
     for (std::size_t i = 0; i < labelled.size(); ++i) {
         const PlotCurve& curve = *labelled[i];

@@ -16,6 +16,7 @@ constexpr double topRoom = 12;
 constexpr double rightRoom = 14;
 constexpr double bottomRoom = 26;
 constexpr int mostSteps = 6;
+constexpr double longTick = 1e7;  // there is no room for all digits from here on
 
 void include(PlotAxis& axis, double value) {
     if (!std::isfinite(value)) return;
@@ -60,9 +61,12 @@ std::vector<AxisTick> axisTicks(const PlotAxis& axis) {
     std::vector<AxisTick> ticks;
     const auto [step, power] = stepFor(axis.to - axis.from);
     const auto last = static_cast<qint64>(std::floor(axis.to / step + 1e-9));
+    const bool isLong = axis.to >= longTick;
     for (auto i = static_cast<qint64>(std::ceil(axis.from / step - 1e-9)); i <= last; ++i) {
         const double value = static_cast<double>(i) * step;
-        ticks.push_back({value, QString::fromStdString(fixedText(value, std::max(0, -power)))});
+        const std::string label =
+            isLong ? shortestText(value) : fixedText(value, std::max(0, -power));
+        ticks.push_back({value, QString::fromStdString(label)});
     }
     return ticks;
 }

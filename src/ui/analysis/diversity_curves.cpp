@@ -1,5 +1,6 @@
 #include "ui/analysis/diversity_curves.h"
 
+#include <cmath>
 #include <iterator>
 #include <string>
 #include <utility>
@@ -79,6 +80,18 @@ void addProfile(PlotCurve& plot, const DiversityCurve& curve,
     }
 }
 
+// The standard sizes, and more of the first, where coverage grows fastest.
+std::vector<double> curveSizes(double size) {
+    std::vector<double> sizes = standardSizes(size);
+    const double second = sizes.size() > 1 ? sizes[1] : 1;
+    std::vector<double> first;
+    for (double each = 1; each < second; each = std::ceil(1.4 * each)) first.push_back(each);
+    if (first.empty()) return sizes;
+    sizes.erase(sizes.begin());
+    sizes.insert(sizes.begin(), first.begin(), first.end());
+    return sizes;
+}
+
 }  // namespace
 
 double profileOrder(std::size_t place) {
@@ -88,7 +101,7 @@ double profileOrder(std::size_t place) {
 DiversityCurve diversityCurve(const DiversitySubject& subject) {
     DiversityCurve curve{subject.name, DiversityEstimator(subject.counts), {}, {}, {}};
     if (!curve.estimator.coverage()) return curve;
-    for (const double size : standardSizes(subject.counts.size)) {
+    for (const double size : curveSizes(subject.counts.size)) {
         curve.points.push_back(*curve.estimator.atSize(size));
     }
     for (std::size_t i = 0; i < kProfileOrders; ++i) {

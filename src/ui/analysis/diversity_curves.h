@@ -33,7 +33,7 @@ struct DiversitySubject {
 struct DiversityCurve {
     QString name;
     DiversityEstimator estimator;
-    std::vector<DiversityPoint> points;          // at the standard sizes; empty below size 2
+    std::vector<DiversityPoint> points;          // up to twice the sample; empty below size 2
     std::vector<std::optional<double>> profile;  // estimated, at kProfileOrders orders
     // Of the points at equal size and at equal coverage, and of the profile.
     std::optional<StandardErrors> errors;

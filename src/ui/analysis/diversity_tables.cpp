@@ -14,14 +14,7 @@ namespace zorvel {
 
 namespace {
 
-enum CoverageColumn {
-    nameColumn,
-    sizeColumn,
-    ownColumn,
-    neededColumn,
-    firstOrder,
-    remarkColumn = 7
-};
+enum CoverageColumn { nameColumn, sizeColumn, ownColumn, neededColumn, firstOrder };
 
 QString fixed(double value, int digits) {
     return std::isfinite(value) ? QString::fromStdString(fixedText(value, digits)) : QString("-");
@@ -36,6 +29,7 @@ QString sizeText(double size) {
     return fixed(size, std::fabs(size - std::round(size)) < 0.05 ? 0 : 1);
 }
 
+constexpr int remarkColumn = CoverageTableModel::remarkColumn;
 constexpr int alignRight = Qt::AlignRight | Qt::AlignVCenter;
 constexpr int alignLeft = Qt::AlignLeft | Qt::AlignVCenter;
 

@@ -16,6 +16,8 @@ namespace zorvel {
 class CoverageTableModel : public QAbstractTableModel {
     Q_OBJECT
   public:
+    static constexpr int remarkColumn = 7;  // the last
+
     using QAbstractTableModel::QAbstractTableModel;
 
     void setRows(std::vector<CoverageRow> rows);

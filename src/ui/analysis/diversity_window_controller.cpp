@@ -53,6 +53,7 @@ DiversityViewController::DiversityViewController(JobQueue& jobs, const Panels& p
     ui_->diversityTable->horizontalHeader()->setStretchLastSection(true);
     // Only what is in sight: to look through a thousand rows takes too long.
     ui_->diversityTable->horizontalHeader()->setResizeContentsPrecision(0);
+    ui_->diversityTable->verticalHeader()->setMinimumSectionSize(1);
     ui_->diversityTable->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 12);
     // The plot keeps its size when the text of a point takes the place of the longer hint.
     ui_->diversityReadout->setMinimumHeight(2 * fontMetrics().lineSpacing());
@@ -94,6 +95,7 @@ void DiversityViewController::addChoices() {
         ui_->diversityTable->setModel(shown == 0 ? static_cast<QAbstractItemModel*>(coverages_)
                                                  : points_);
         ui_->diversityTable->setAccessibleName(ui_->tableBox->currentText());
+        hideEmptyRemarks();
         fitColumns(true);
         showRunning();
     });
@@ -113,8 +115,13 @@ void DiversityViewController::addChoices() {
         showCoverage();
     });
     connect(ui_->curvesView, &CurvesView::focusDidChange, ui_->plotPaper, &PlotPaper::setFocused);
-    connect(computation_, &CoverageComputation::rowsDidArrive, coverages_,
-            &CoverageTableModel::setRows);
+    connect(computation_, &CoverageComputation::rowsDidArrive, this,
+            [this](const std::vector<CoverageRow>& rows) {
+                const bool areFirst = coverages_->rows().empty();
+                coverages_->setRows(rows);
+                hideEmptyRemarks();
+                if (areFirst) fitColumns(true);
+            });
     connect(computation_, &CoverageComputation::errorsDidArrive, this,
             [this](std::size_t first, const CoverageComputation::Errors& errors) {
                 coverages_->setErrors(first, errors);
@@ -280,6 +287,16 @@ void DiversityViewController::showRunning() {
     ui_->saveTableButton->setEnabled(isWhole);
 }
 
+// The column takes room only where a row has a remark.
+void DiversityViewController::hideEmptyRemarks() {
+    const std::vector<CoverageRow>& rows = coverages_->rows();
+    const bool any = std::any_of(rows.begin(), rows.end(),
+                                 [](const CoverageRow& row) { return !row.remark.isEmpty(); });
+    ui_->diversityTable->setColumnHidden(
+        CoverageTableModel::remarkColumn,
+        ui_->diversityTable->model() == coverages_ && !rows.empty() && !any);
+}
+
 void DiversityViewController::fitColumns(bool mayShrink) {
     QTableView& table = *ui_->diversityTable;
     if (mayShrink) return table.resizeColumnsToContents();
@@ -333,12 +350,11 @@ void DiversityViewController::showCoverage() {
         const DiversityCurve& limit = (*curves_)[common_->limitedBy];
         const FrequencyCounts& sample = limit.estimator.sample();
         note =
-            QString("as far as all reach: %1, limited by %2 (%3)")
-                .arg(QString::fromStdString(fixedText(coverage_, 3)),
-                     shortened(oneLine(limit.name), 60), sampleSizeText(sample.size, sample.kind));
+            QString("limited by %1 (%2)")
+                .arg(shortened(oneLine(limit.name), 60), sampleSizeText(sample.size, sample.kind));
     }
     ui_->coverageNote->setText(note);
-    ui_->coverageNote->setToolTip(note);
+    ui_->coverageNote->setToolTip(note.isEmpty() ? note : "As far as all reach, " + note);
     CurvesPlot plot = ui_->curvesView->plot();
     if (plot.line) plot.line = coverage_;
     ui_->curvesView->setPlot(std::move(plot));
@@ -376,7 +392,7 @@ DiversityWindowController::DiversityWindowController(JobQueue& jobs, const Panel
     setObjectName("diversityWindow");
     setCentralWidget(viewController_);
     setWindowTitle("Diversity at Equal Coverage");
-    resizeToFit({900, 720});
+    resizeToFit({1000, 720});
 }
 
 }  // namespace zorvel

@@ -92,6 +92,7 @@ class DiversityViewController : public QWidget {
     void showReadout();
     void showCoverage();
     void showRunning();
+    void hideEmptyRemarks();
     void fitColumns(bool mayShrink);
     void copyCells() const;
     void showMenu(const QPoint& place);
