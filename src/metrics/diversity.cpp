@@ -270,9 +270,10 @@ std::optional<DiversityPoint> DiversityEstimator::atCoverageFrom(double coverage
     const double own = coverageOf(n);
     if (coverage == own) return wholePoint(n);
     if (coverage > own) {
-        DiversityPoint point = extrapolated(
-            n + (std::log(sample_.total / once_) + std::log1p(-coverage)) / std::log1p(-stepLack_) -
-            1);
+        const double more =
+            (std::log(sample_.total / once_) + std::log1p(-coverage)) / std::log1p(-stepLack_) - 1;
+        // The coverage of twice the sample is not rounded to beyond that.
+        DiversityPoint point = extrapolated(coverage == coverageOf(2 * n) ? 2 * n : n + more);
         point.coverage = coverage;
         return point;
     }

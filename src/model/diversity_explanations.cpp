@@ -53,10 +53,13 @@ struct TopicWords {
 
 constexpr TopicWords allTopics[] = {
     {.topic = DiversityTopic::size,
-     .abundance = {"Specimens", "The number of specimens of all included species.",
-                   "N = the sum of the abundances"},
-     .incidence = {"Censuses", "The number of censuses over which species are counted.",
-                   "T, the number of censuses"}},
+     .abundance = {"Specimens", "The number of specimens in the sample.",
+                   "N = the sum of the abundances",
+                   "Of a census, those of the included species; of all pooled, those of every "
+                   "species."},
+     .incidence = {"Censuses", "The number of censuses in which species were looked for.",
+                   "T, the number of censuses",
+                   "All species count, whether they are included or not."}},
     {.topic = DiversityTopic::coverage,
      .abundance = {"Sample coverage",
                    "The share of all specimens in the community that belong to species found here: "

@@ -167,6 +167,10 @@ TEST(Diversity, KeepsItsIdentities) {
             }
             last = point;
         }
+        const std::optional<double> twice = estimator.coverageAtTwice();
+        if (twice && *twice > *estimator.coverage() && *twice < 1) {
+            EXPECT_EQ(estimator.atCoverage(*twice)->size, 2 * n) << "not rounded to beyond";
+        }
         std::vector<double> coverages;
         for (double c = 0.05; c < 1; c += 0.09) coverages.push_back(c);
         const auto together = estimator.atCoverages(coverages);

@@ -126,10 +126,10 @@ class DiversityWindowTest : public ::testing::Test {
         openWindow({});
     }
     void openWindow(const DiversityChoice& choice) {
-        window = std::make_unique<DiversityWindowController>(*jobs,
-                                                             Panels{openPanel, savePanel, alerts});
+        window = std::make_unique<DiversityWindowController>(
+            *jobs, Panels{openPanel, savePanel, alerts}, choice);
         window->show();
-        window->viewController().setInputs(inputs, choice);
+        window->viewController().setInputs(inputs);
         ASSERT_TRUE(waitForLimits());
     }
     void TearDown() override {

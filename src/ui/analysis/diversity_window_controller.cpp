@@ -37,10 +37,11 @@ std::optional<ConfidenceLevel> preferredConfidence() {
 }  // namespace
 
 DiversityViewController::DiversityViewController(JobQueue& jobs, const Panels& panels,
-                                                 QWidget* parent)
+                                                 const DiversityChoice& choice, QWidget* parent)
     : QWidget(parent),
       ui_(std::make_unique<Ui::DiversityPage>()),
       jobs_(jobs),
+      choice_(choice),
       export_(new PlotExport(exportSource(), jobs, panels, *this)),
       coverages_(new CoverageTableModel(this)),
       points_(new CurvePointsModel(this)),
@@ -169,11 +170,10 @@ void DiversityViewController::addCommand(QPushButton& button, const QKeySequence
     connect(new QShortcut(keys, this), &QShortcut::activated, &button, &QPushButton::click);
 }
 
-void DiversityViewController::setInputs(DiversityInputs inputs, const DiversityChoice& choice) {
+void DiversityViewController::setInputs(DiversityInputs inputs) {
     using Of = DiversityChoice::Of;
     project_ = inputs.project;
     inputs_ = std::make_shared<const DiversityInputs>(std::move(inputs));
-    choice_ = choice;
     const QString name = shortened(project_, longestProject);
     ui_->diversitySubject->setText(name.isEmpty() ? "Diversity at equal coverage" : name);
     ui_->diversitySubject->setToolTip(name);
@@ -387,8 +387,10 @@ QString DiversityViewController::tableText(char separator) const {
     return coverageTable(coverages_->rows(), separator);
 }
 
-DiversityWindowController::DiversityWindowController(JobQueue& jobs, const Panels& panels)
-    : PlacedWindow(140, 110), viewController_(new DiversityViewController(jobs, panels, this)) {
+DiversityWindowController::DiversityWindowController(JobQueue& jobs, const Panels& panels,
+                                                     const DiversityChoice& choice)
+    : PlacedWindow(140, 110),
+      viewController_(new DiversityViewController(jobs, panels, choice, this)) {
     setObjectName("diversityWindow");
     setCentralWidget(viewController_);
     setWindowTitle("Diversity at Equal Coverage");

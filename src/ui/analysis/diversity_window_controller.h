@@ -53,12 +53,14 @@ class DiversityViewController : public QWidget {
   public:
     static constexpr std::size_t mostCurves = 12;  // that are drawn
 
-    // Queue and panels must outlive the controller.
-    DiversityViewController(JobQueue& jobs, const Panels& panels, QWidget* parent = nullptr);
+    // Queue and panels must outlive the controller. choice: with which the window begins, as far as
+    // the inputs allow.
+    DiversityViewController(JobQueue& jobs, const Panels& panels, const DiversityChoice& choice,
+                            QWidget* parent = nullptr);
     ~DiversityViewController() override;
 
-    // Once. choice: with which the window begins, as far as the inputs allow.
-    void setInputs(DiversityInputs inputs, const DiversityChoice& choice);
+    // Once.
+    void setInputs(DiversityInputs inputs);
     [[nodiscard]] const QString& subject() const { return project_; }
 
     // The plot with titles around it if the preferences say so.
@@ -127,7 +129,7 @@ class DiversityWindowController : public PlacedWindow {
     Q_OBJECT
   public:
     // Queue and panels must outlive the window.
-    DiversityWindowController(JobQueue& jobs, const Panels& panels);
+    DiversityWindowController(JobQueue& jobs, const Panels& panels, const DiversityChoice& choice);
 
     [[nodiscard]] DiversityViewController& viewController() const { return *viewController_; }
 

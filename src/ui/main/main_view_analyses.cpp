@@ -96,7 +96,7 @@ void MainViewController::sampleBasedRarefaction() {
 // The selected censuses, or all of them where none is selected.
 void MainViewController::diversityAtEqualCoverage() {
     if (!canAnalyse(1, "Must have at least one census to compare diversity")) return;
-    auto* window = new DiversityWindowController(jobs_, panels_);
+    auto* window = new DiversityWindowController(jobs_, panels_, diversityChoice_);
     window->setAttribute(Qt::WA_DeleteOnClose);
     window->setWindowFilePath(this->window()->windowFilePath());
     diversityWindowController_ = window;
@@ -113,9 +113,8 @@ void MainViewController::diversityAtEqualCoverage() {
         [project = context().frozenCopy(), selected = std::move(selected), name = projectName_] {
             return diversityInputs(*project, selected, name);
         },
-        [self = QPointer<MainViewController>(this), window, progress,
-         choice = diversityChoice_](DiversityInputs inputs) {
-            window->viewController().setInputs(std::move(inputs), choice);
+        [self = QPointer<MainViewController>(this), window, progress](DiversityInputs inputs) {
+            window->viewController().setInputs(std::move(inputs));
             if (self) self->stopProgress(progress);
         });
 }
