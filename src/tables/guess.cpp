@@ -46,7 +46,8 @@ TableGuess guessRows(const SampleRows& rows, const TableReading& known,
         reading.layout = speciesRows ? TableLayout::speciesRows : TableLayout::censusRows;
         for (std::size_t i = 0; i < header; ++i) {
             const ColumnRole names = speciesRows ? ColumnRole::census : ColumnRole::species;
-            const auto metadata = speciesRows && i > 0 ? metadataOf(grid, i) : std::nullopt;
+            auto metadata = speciesRows && i > 0 ? metadataOf(grid, i) : std::nullopt;
+            if (i > 0 && isRowOfUnits(grid, i)) metadata = ColumnRole::ignored;
             reading.headerRows.push_back(metadata.value_or(names));
         }
         reading.columns =

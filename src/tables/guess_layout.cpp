@@ -34,6 +34,14 @@ bool hasCountsBelow(const SampleGrid& grid, std::size_t header) {
     return false;
 }
 
+bool hasDate(const SampleGrid& grid, std::size_t i) {
+    const auto& cells = grid.row(i).cells;
+    return std::any_of(cells.begin(), cells.end(), [](std::string_view cell) {
+        const CellDate date = tableDate(cell, DateOrder::unknown);
+        return date.time || date.needsOrder;
+    });
+}
+
 template <class Looks>
 double shareOf(const std::vector<std::string_view>& texts, const Looks& looks) {
     if (texts.empty()) return 0;
@@ -47,9 +55,12 @@ std::optional<ColumnRole> metadataOf(const SampleGrid& grid, std::size_t i) {
     const auto meaning = headerMeaning(grid.cell(i, 0));
     if (!meaning) return std::nullopt;
     switch (meaning->role) {
+        case ColumnRole::date:
+            // A date palm has counts.
+            if (!hasDate(grid, i)) return std::nullopt;
+            return meaning->role;
         case ColumnRole::latitude:
         case ColumnRole::longitude:
-        case ColumnRole::date:
         case ColumnRole::notes:
             return meaning->role;
         case ColumnRole::ignored:
@@ -59,6 +70,13 @@ std::optional<ColumnRole> metadataOf(const SampleGrid& grid, std::size_t i) {
         default:
             return std::nullopt;
     }
+}
+
+bool isRowOfUnits(const SampleGrid& grid, std::size_t i) {
+    const auto& cells = grid.row(i).cells;
+    return filledCells(grid.row(i)) > 0 &&
+           std::all_of(cells.begin(), cells.end(),
+                       [](std::string_view cell) { return cell.empty() || isCountUnit(cell); });
 }
 
 // Up to three rows of names, and those of metadata.

@@ -26,6 +26,8 @@ bool isShort(const SampleGrid& grid, std::size_t header);
 std::size_t labelColumn(const SampleGrid& grid, std::size_t header);
 // Of a row above species rows: what it tells of each census.
 std::optional<ColumnRole> metadataOf(const SampleGrid& grid, std::size_t i);
+// Below a header: ind., ind., ind.
+bool isRowOfUnits(const SampleGrid& grid, std::size_t i);
 // Positive: a row for each species.
 double speciesRowsScore(const SampleGrid& grid, std::size_t header);
 

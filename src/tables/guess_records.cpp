@@ -22,6 +22,7 @@ class RecordColumns {
         findSpecies();
         findNames();
         findCounts();
+        addUnknownName();
     }
 
     RecordGuess guess() {
@@ -213,6 +214,24 @@ class RecordColumns {
         }
     }
 
+    // A column of which nothing is known may tell censuses apart, if it alone gives a species of a
+    // census one row each.
+    void addUnknownName() {
+        if (names_.empty() || !species_ || !recordsRepeat()) return;
+        for (std::size_t column = 0; column < words_.size(); ++column) {
+            const bool isUsed = words_[column] || column == species_ || isName(column) ||
+                                std::find(counts_.begin(), counts_.end(), column) != counts_.end();
+            const std::size_t different = isUsed ? 0 : values(column).size();
+            if (different < 2 || different * 2 > facts_[column].filled) continue;
+            names_.push_back(column);
+            if (!recordsRepeat()) {
+                namesAreDoubtful_ = true;
+                return;
+            }
+            names_.pop_back();
+        }
+    }
+
     [[nodiscard]] bool isOfWholeNumbers(std::size_t column) const {
         const ColumnFacts& facts = facts_[column];
         const bool isNamed =
@@ -243,8 +262,13 @@ class RecordColumns {
         std::set<std::string> keys;
         for (std::size_t i = guess_.header; i < grid_.height(); ++i) {
             std::string key(species_ ? grid_.cell(i, *species_) : std::string_view());
-            for (const std::size_t column : names_) {
-                key.append(1, '\n').append(grid_.cell(i, column));
+            for (std::size_t column = 0; column < words_.size(); ++column) {
+                const auto role = words_[column].value_or(ColumnRole::ignored);
+                const bool isApart = isName(column) || role == ColumnRole::date ||
+                                     role == ColumnRole::latitude ||
+                                     role == ColumnRole::longitude || role == ColumnRole::year ||
+                                     role == ColumnRole::month || role == ColumnRole::day;
+                if (isApart) key.append(1, '\n').append(grid_.cell(i, column));
             }
             if (!keys.insert(std::move(key)).second) return true;
         }

@@ -36,6 +36,7 @@ bool holdsDates(const SampleGrid& grid, std::size_t column) {
         ++filled;
         const CellDate date = tableDate(cell, DateOrder::unknown);
         dates += !isDigits(cell) && (date.time || date.needsOrder);
+        if (filled == 10 && dates == 0) return false;
     }
     return filled > 0 && dates * 10 >= filled * 8;
 }
@@ -83,10 +84,8 @@ class WideRoles {
         if (byWord && facts.filled > 0 && facts.isOfCounts()) {
             const auto meaning = headerMeaning(grid_.headerText(header_, column));
             const bool names =
-                meaning &&
-                (ofCensus ? meaning->role == ColumnRole::species && meaning->rank == 1
-                          : meaning->role == ColumnRole::census ||
-                                (meaning->role == ColumnRole::ignored && meaning->rank >= 2));
+                meaning && (ofCensus ? meaning->role == ColumnRole::species && meaning->rank == 1
+                                     : meaning->role == ColumnRole::census || meaning->rank > 1);
             if (names) return ColumnRole::count;
         }
         if (byWord == ColumnRole::genus && !ofCensus) return *byWord;

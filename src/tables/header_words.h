@@ -32,7 +32,8 @@ constexpr auto wordTable = std::to_array<WordsOfMeaning>({
      "meetpunt|telpunt|monsterpunt|prov|provyta|provpunkt|provplats|prove|proveflate|"
      "stanowisko|proba|probka|powierzchnia|pulapka|poletko|kwadrat|punkt|transek"},
     {{ColumnRole::census, 1},
-     "standort|ort|fundort|lieu|localidad|localite|lugar|location|locality|locationid|location id|"
+     "standort|ort|fundort|lokalnamn|ortsname|lieu|localidad|localite|lugar|location|locality|"
+     "locationid|location id|"
      "collection|place guess|local|localidade|localita|luogo|locatie|gebied|vindplaats|lokal|plats|"
      "lokalitet|lokalizacja|miejsce|lokalita|gebiet"},
     {{ColumnRole::census, 2}, "eventid|event id|fieldnumber|group"},
@@ -75,7 +76,8 @@ constexpr auto wordTable = std::to_array<WordsOfMeaning>({
      "individer|antal individer|abundans|antall|liczba|liczebnosc|osobniki|liczba osobnikow|"
      "ilosc|pocet|lukumaara|yksilomaara"},
     {{ColumnRole::count, 1},
-     "number|n|no|nr|nb|quantity|organismquantity|menge|zahl|cantidad|quantidade|quantita|freq|"
+     "number|n|no|n ind|no ind|num|num ind|nb d'individus|nr|nb|quantity|organismquantity|organism "
+     "quantity|menge|zahl|cantidad|quantidade|quantita|freq|"
      "frequency|nombre"},
     {{ColumnRole::latitude, 0},
      "lat|latitude|decimallatitude|decimal latitude|breite|breitengrad|latitud|latitudine|"
@@ -84,7 +86,8 @@ constexpr auto wordTable = std::to_array<WordsOfMeaning>({
      "lon|long|lng|longitude|decimallongitude|decimal longitude|lange|langengrad|longitud|"
      "longitudine|lengtegraad|langdgrad|dlugosc geograficzna"},
     {{ColumnRole::date, 0},
-     "date|datum|eventdate|event date|fecha|data|dato|sampling date|date of sampling|survey date|"
+     "date|datum|startdatum|start date|funddatum|beobachtungsdatum|eventdate|event "
+     "date|fecha|data|dato|sampling date|date of sampling|survey date|"
      "observed on|sample date|collection date"},
     {{ColumnRole::notes, 0}, "notes|eventremarks"},
     {{ColumnRole::notes, 1},
@@ -92,7 +95,8 @@ constexpr auto wordTable = std::to_array<WordsOfMeaning>({
      "observaciones|occurrenceremarks|any comments|description|osservazioni|observacoes|"
      "opmerking|opmerkingen|anmarkning|anmarkningar|kommentar|uwagi|anmerkung|anmerkungen"},
     {{ColumnRole::status, 0},
-     "occurrencestatus|status|presence|present|detected|prasenz|vorkommen|presencia|presenza|"
+     "occurrencestatus|occurrence "
+     "status|status|presence|present|detected|prasenz|vorkommen|presencia|presenza|"
      "presenca|aanwezig|forekomst|obecnosc"},
     {{ColumnRole::included, 0}, "included"},
     {{ColumnRole::total, 0},
@@ -101,14 +105,25 @@ constexpr auto wordTable = std::to_array<WordsOfMeaning>({
      "ogolem|celkem|yhteensa|totaux|totales|subtotal|sub total|zwischensumme|sous total|"
      "subtotale|subtotaal"},
     {{ColumnRole::ignored, 0},
-     "timestamp|numotus|label|taxonomic order|number of observers|taxonomy|id|gbifid|observer|"
-     "stage|life stage|lifestage|sex|sexe|sexo|sesso|stadium|stade|geschlecht|kon|plec|"
+     "timestamp|time|uhrzeit|heure|hora|tijd|tid|ora|starttid|starttime|start time|end "
+     "time|unit|units|einheit|enhet|unite|unidad|eenheid|jednostka|recorded by|identified "
+     "by|recorder|institution code|collection code|dataset name|basis of "
+     "record|behaviour|behavior|verhalten|activity|aktivitet|beobachter|observateur|waarnemer|"
+     "license|numotus|label|taxonomic order|number of observers|taxonomy|id|gbifid|observer|"
+     "alter|altersklasse|age class|edad|eta|leeftijd|wiek|alder|plumage|breeding code|stage|life "
+     "stage|lifestage|sex|sexe|sexo|sesso|stadium|stade|geschlecht|kon|plec|"
      "trophic level|trophic group|tolerance|tolerance value|score|rank|red list|"
-     "organismquantitytype|size|code|ph|unnamed: 0"},
+     "organismquantitytype|organism quantity type|size|code|ph|unnamed: 0"},
     {{ColumnRole::ignored, 1},
-     "depth|tiefe|profondeur|profundidad|profundidade|profondita|diepte|djup|glebokosc|dybde"},
+     "depth|depth range|depth interval|interval|slice|layer "
+     "cm|tiefe|profondeur|profundidad|profundidade|profondita|diepte|djup|glebokosc|dybde"},
     {{ColumnRole::ignored, 2},
-     "slope|aspect|exposure|sand|silt|clay|gravel|rock|mud|humus|litter|canopy|bare soil|"
+     "sweeps|number of sweeps|sampling days|replicates|x|y|easting|northing|utm x|utm y|utm e|utm "
+     "n|utme|utmn|x utm|y "
+     "utm|xcoord|ycoord|coordx|coordy|x coord|y coord|coord x|coord y|x coordinate|y "
+     "coordinate|coordinate x|coordinate "
+     "y|rechtswert|hochwert|ostwert|nordwert|ostkoordinat|nordkoordinat|slope|aspect|exposure|sand|"
+     "silt|clay|gravel|rock|mud|humus|litter|canopy|bare soil|"
      "bare ground|baresoil|wind|wind speed|rain|light|noise|cloud|visibility|secchi|age|stand age|"
      "traps|number of traps|no of traps|days|hours|minutes|nights|party size|grazing|management|"
      "land use|organic matter|neigung|hangneigung|exposition|pente|pendiente|pendenza|"
@@ -120,7 +135,8 @@ constexpr auto wordTable = std::to_array<WordsOfMeaning>({
     {{ColumnRole::genus, 0}, "genus|gattung|genre|genero|genere|geslacht|slakte|slekt|rodzaj"},
     {{ColumnRole::date, 1}, "today"},
     {{ColumnRole::total, 1},
-     "species richness|richness|number of species|no of species|species number|artenzahl|"
+     "species count|taxa count|number of taxa|no of taxa|taxa richness|sobs|species "
+     "richness|richness|number of species|no of species|species number|artenzahl|"
      "anzahl arten|richesse|nombre d'especes|riqueza|numero de especies|shannon|shannon h|"
      "shannon h'|shannon's h|simpson|simpson d|evenness|mean|average|mittelwert|ricchezza|"
      "numero di specie|aantal soorten|soortenrijkdom|antal arter|liczba gatunkow|media|"
@@ -236,6 +252,16 @@ constexpr auto measures = std::to_array<std::string_view>(
      "aaaaaaaceeeeiiiidnooooo ouuuuypsaaaaaaaceeeeiiiidnooooo ouuuuypy",
      "aaaaaaccccccccddddeeeeeeeeeegggggggghhhhiiiiiiiiiiiijjkkklllllll",
      "lllnnnnnnnnnoooooooorrrrrrssssssssttttttuuuuuuuuuuuuwwyyyzzzzzzs"});
+
+// Words that say what stands among others: "Plant species", but not "Number of species".
+constexpr auto speciesWords = std::to_array<std::string_view>(
+    {"species", "espece", "especes", "especie", "especies", "specie", "soort", "artnamn", "taxon"});
+constexpr auto countWords = std::to_array<std::string_view>(
+    {"count", "individuals", "specimens", "abundance", "individuen", "exemplare", "individus",
+     "individuos", "individui", "esemplari", "individer", "osobnikow", "abundancia", "abondance"});
+constexpr auto countingWords = std::to_array<std::string_view>(
+    {"no", "number", "nr", "n", "nb", "num", "total", "anzahl", "aantal", "antal", "nombre",
+     "numero", "richness", "per", "liczba"});
 
 // The plain letters of U+00C0 to U+017F.
 constexpr std::string_view latinLetters =

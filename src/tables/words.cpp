@@ -126,15 +126,32 @@ std::optional<HeaderMeaning> measureOf(std::string_view header, std::string_view
     return HeaderMeaning{ColumnRole::ignored, isDeep ? 4 : isSize ? 0 : 3};
 }
 
-bool isLetter(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') ||
-           static_cast<unsigned char>(c) >= 0x80;
+// "Bird species", "Sampling site": a known word among others.
+std::optional<HeaderMeaning> namedAmong(std::string_view plain) {
+    const std::size_t gap = plain.rfind(' ');
+    const bool isPlain =
+        gap != std::string_view::npos && !anyWord(plain, [](auto word) {
+            return word == "per" || word == "to" || (word[0] >= '0' && word[0] <= '9');
+        });
+    if (!isPlain) return std::nullopt;
+    const auto holds = [plain](const auto& words) {
+        return anyWord(plain, [&words](auto word) { return isOneOf(words, word); });
+    };
+    const bool isNumber = isOneOf(countingWords, plain.substr(0, plain.find(' ')));
+    if (holds(speciesWords)) {
+        if (isNumber) return std::nullopt;
+        return HeaderMeaning{ColumnRole::species, 4};
+    }
+    if (holds(countWords)) return HeaderMeaning{ColumnRole::count, 2};
+    const auto last = meaningOf(plain.substr(gap + 1));
+    if (!isNumber && last && last->role == ColumnRole::census && last->rank < 2) {
+        return HeaderMeaning{ColumnRole::census, 4};
+    }
+    return std::nullopt;
 }
 
-}  // namespace
-
-std::optional<HeaderMeaning> headerMeaning(std::string_view header) {
-    std::string plain = plainHeader(header);
+std::optional<HeaderMeaning> meaningOfHeader(std::string_view header) {
+    const std::string plain = plainHeader(header);
     if (const auto meaning = meaningOf(plain)) return meaning;
     // "plot no", "relevé number", "ASV ID": the word itself, less surely.
     for (const std::string_view ending :
@@ -160,10 +177,41 @@ std::optional<HeaderMeaning> headerMeaning(std::string_view header) {
                (word.starts_with("tot") || word.starts_with("gesamt"));
     });
     if (isTotal) return HeaderMeaning{ColumnRole::total, 0};
+    if (const auto named = namedAmong(plain)) return named;
     const bool identifier = plain.ends_with(" id") || header.ends_with("ID") ||
                             (header.ends_with("Key") && header.size() > 3);
     if (identifier) return HeaderMeaning{ColumnRole::ignored, 0};
     return std::nullopt;
+}
+
+// siteName: site Name.
+std::string withGaps(std::string_view header) {
+    std::string text;
+    for (const char c : header) {
+        const bool begins =
+            c >= 'A' && c <= 'Z' && !text.empty() && text.back() >= 'a' && text.back() <= 'z';
+        if (begins) text += ' ';
+        text += c;
+    }
+    return text;
+}
+
+bool isLetter(char c) {
+    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') ||
+           static_cast<unsigned char>(c) >= 0x80;
+}
+
+}  // namespace
+
+std::optional<HeaderMeaning> headerMeaning(std::string_view header) {
+    if (const auto meaning = meaningOfHeader(header)) return meaning;
+    const std::string parted = withGaps(header);
+    return parted == header ? std::nullopt : meaningOfHeader(parted);
+}
+
+bool isCountUnit(std::string_view text) {
+    const auto meaning = meaningOf(plainHeader(text));
+    return (meaning && meaning->role == ColumnRole::count) || plainHeader(text) == "ind";
 }
 
 bool isAmountHeader(std::string_view header) {

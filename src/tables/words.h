@@ -23,6 +23,8 @@ std::optional<HeaderMeaning> headerMeaning(std::string_view header);
 
 // Whether a header says how much there was of a species in other terms than individuals: "Cover".
 bool isAmountHeader(std::string_view header);
+// Whether a text below a header says that individuals are counted: "ind.".
+bool isCountUnit(std::string_view text);
 // Whether a text looks like a numbered place: "Plot 3", "Q12".
 bool looksLikeCensusName(std::string_view text);
 // Whether a text looks like a binomial: "Abies alba".

@@ -42,19 +42,21 @@ void expectTaken(const std::vector<TakenCase>& cases) {
 }
 
 TEST(TableGuess, RecordsAreKnownByTheirWords) {
-    expectTaken({{"Locatie,Soort,Aantal\nVeld,Merel,3\nVeld,Mees,2\nBos,Merel,6\n",
-                  "Veld: Merel=3 Mees=2; Bos: Merel=6; "},
-                 {"STANOWISKO;Gatunek;Liczba osobnik\u00f3w\nLas;Sroka;3\nBagno;Sroka;1\n",
-                  "Las: Sroka=3; Bagno: Sroka=1; "},
-                 {"Localita\u0300;Specie;N. individui\nBosco;Rana;4\nStagno;Rana;7\n",
-                  "Bosco: Rana=4; Stagno: Rana=7; "},
-                 {"Date,Species,Count\n2022-06-01,Noctua,3\n2022-06-08,Noctua,5\n",
-                  "2022-06-01: Noctua=3; 2022-06-08: Noctua=5; "},
-                 {"Site,Family,Count\nS1,Baetidae,12\nS2,Baetidae,3\n",
-                  "S1: Baetidae=12; S2: Baetidae=3; "},
-                 {"Plot,Species,Total\nA,Poa,4\nB,Poa,9\n", "A: Poa=4; B: Poa=9; "},
-                 {"Site,Species,Presence\nA,Poa,1\nA,Bellis,0\nB,Poa,0\n", "A: Poa=1; B:; "},
-                 {"tree,plot,species,dbh_cm\n1,A,Fagus,30\n2,A,Fagus,22\n", "A: Fagus=2; "}});
+    expectTaken(
+        {{"Locatie,Soort,Aantal\nVeld,Merel,3\nVeld,Mees,2\nBos,Merel,6\n",
+          "Veld: Merel=3 Mees=2; Bos: Merel=6; "},
+         {"STANOWISKO;Gatunek;Liczba osobnik\u00f3w\nLas;Sroka;3\nBagno;Sroka;1\n",
+          "Las: Sroka=3; Bagno: Sroka=1; "},
+         {"Localita\u0300;Specie;N. individui\nBosco;Rana;4\nStagno;Rana;7\n",
+          "Bosco: Rana=4; Stagno: Rana=7; "},
+         {"Date,Species,Count\n2022-06-01,Noctua,3\n2022-06-08,Noctua,5\n",
+          "2022-06-01: Noctua=3; 2022-06-08: Noctua=5; "},
+         {"Site,Family,Count\nS1,Baetidae,12\nS2,Baetidae,3\n",
+          "S1: Baetidae=12; S2: Baetidae=3; "},
+         {"Plot,Species,Total\nA,Poa,4\nB,Poa,9\n", "A: Poa=4; B: Poa=9; "},
+         {"Site,Species,Presence\nA,Poa,1\nA,Bellis,0\nB,Poa,0\n", "A: Poa=1; B:; "},
+         {"SiteID,BirdSpecies,NumIndividuals\nA,Robin,3\nB,Wren,1\n", "A: Robin=3; B: Wren=1; "},
+         {"tree,plot,species,dbh_cm\n1,A,Fagus,30\n2,A,Fagus,22\n", "A: Fagus=2; "}});
 }
 
 TEST(TableGuess, RecordsAreKnownByWhatColumnsHold) {
@@ -99,6 +101,14 @@ TEST(TableGuess, PartsOfNamesAreJoined) {
           "N1: Poa=3; N2: Poa=1 Bellis=1; S1: Bellis=4; "},
          {"Site,Year,Date,Species,Count\nA,2020,2020-05-01,Poa,1\nA,2021,2021-05-01,Poa,2\n",
           "A: Poa=1; A: Poa=2; "},
+         // Of a header that is not known, it is asked.
+         {"Site,Foo,Species,Count\nA,up,Poa,3\nA,down,Poa,1\nB,up,Poa,2\nB,down,Poa,4\n",
+          "names? A up: Poa=3; A down: Poa=1; B up: Poa=2; B down: Poa=4; "},
+         {"Site,Sex,Species,Count\nA,m,Poa,3\nA,f,Poa,1\nB,m,Poa,2\nB,f,Poa,4\n",
+          "A: Poa=4; B: Poa=6; "},
+         {"gbifID,species,locality,eventDate,depth,individualCount\n"
+          "1,Abra,Bay,2018-09-09,12.5,3\n2,Abra,Bay,2018-09-09,,1\n",
+          "Bay: Abra=4; "},
          {"Site,Plot,Species,Count\nN,1,Poa,3\n,2,Poa,2\n",
           "A3: A part of the name of the census is blank."}});
 }
@@ -115,6 +125,11 @@ TEST(TableGuess, MeasurementsAreNoSpeciesAndCensusesMayHaveTheirNames) {
          {"Unnamed: 0,Plot,Poa,Bellis\n0,A,3,1\n1,B,0,2\n", "A: Poa=3 Bellis=1; B: Bellis=2; "},
          {"Nr;Bach;Baetis rhodani;Gammarus pulex\n1;Elz;12;3\n2;Dreisam;0;40\n",
           "Elz: Baetis rhodani=12 Gammarus pulex=3; Dreisam: Gammarus pulex=40; "},
+         {"Sampling site,X,Y,Poa annua,Bellis "
+          "perennis\nA,654321,5123456,3,1\nB,654400,5123500,0,2\n",
+          "A: Poa annua=3 Bellis perennis=1; B: Bellis perennis=2; "},
+         {"Species,Oasis 1,Oasis 2\nDate palm,12,7\nTamarisk,3,0\n",
+          "Oasis 1: Date palm=12 Tamarisk=3; Oasis 2: Date palm=7; "},
          {"Species,Area 1,Depth 10\nPoa annua,3,0\nBellis perennis,0,4\n",
           "Area 1: Poa annua=3; Depth 10: Bellis perennis=4; "},
          {"Site,Birds,Fish\nA,3,0\nB,1,4\n", "A: Birds=3; B: Birds=1 Fish=4; "},
@@ -138,6 +153,7 @@ TEST(TableGuess, HeadersOfGroupsAreMergedCells) {
         {{",Site A,,Site B,,\nSpecies,1,2,1,2,Total\nPoa,3,0,1,5,9\nBellis,0,2,4,1,7\n",
           "Site A 1: Poa=3; Site A 2: Bellis=2; Site B 1: Poa=1 Bellis=4; Site B 2: Poa=5 "
           "Bellis=1; "},
+         {"Plot,Poa,Bellis\n,ind.,ind.\nA,3,1\nB,0,2\n", "A: Poa=3 Bellis=1; B: Bellis=2; "},
          {"Plot,Poa,Bellis,,Plot,Poa,Bellis\nA,3,1,,C,1,1\nB,2,2,,D,0,4\n",
           "E1: This is also the header of column A. Put tables that stand side by side below "
           "each other."}});
