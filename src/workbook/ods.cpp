@@ -100,17 +100,12 @@ class OdsSheet final : public SheetReader {
         text_.clear();
         cell_ = column_;
         covered_ = covered;
-        const std::size_t repeats = attributes.number("number-columns-repeated", 1);
-        column_ += std::clamp<std::size_t>(repeats, 1, 2 * SheetRow::mostColumns);
-        column_ = std::min(column_, 4 * SheetRow::mostColumns);
+        std::size_t repeats = 1;
+        std::size_t spanned = 1;
         type_.clear();
         value_.clear();
         hasValue_ = false;
         formula_.clear();
-        const std::size_t spanned = attributes.number("number-columns-spanned", 1);
-        if (!covered && spanned > 1) {
-            row().merge(cell_, cell_ + std::min(spanned, SheetRow::mostColumns));
-        }
         for (const char* const* pair = attributes.pairs(); *pair != nullptr; pair += 2) {
             const std::string_view name = withoutPrefix(pair[0]);
             if (std::string_view(pair[0]).starts_with("calcext:")) continue;
@@ -122,7 +117,16 @@ class OdsSheet final : public SheetReader {
                        name == "boolean-value" || name == "string-value") {
                 value_ = pair[1];
                 hasValue_ = true;
+            } else if (name == "number-columns-repeated") {
+                repeats = wholeNumber(pair[1], 1);
+            } else if (name == "number-columns-spanned") {
+                spanned = wholeNumber(pair[1], 1);
             }
+        }
+        column_ += std::clamp<std::size_t>(repeats, 1, 2 * SheetRow::mostColumns);
+        column_ = std::min(column_, 4 * SheetRow::mostColumns);
+        if (!covered && spanned > 1) {
+            row().merge(cell_, cell_ + std::min(spanned, SheetRow::mostColumns));
         }
     }
 

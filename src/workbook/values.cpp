@@ -19,6 +19,12 @@ std::optional<double> doubleOf(std::string_view text) {
     return read && std::isfinite(value) ? std::optional(value) : std::nullopt;
 }
 
+// Digits as this program would write them too.
+bool isPlainCount(std::string_view text) {
+    return !text.empty() && text.size() <= 15 && (text.front() != '0' || text.size() == 1) &&
+           std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
+}
+
 std::string padded(std::int64_t value, int digits) {
     std::array<char, 24> text{};
     std::snprintf(text.data(), text.size(), "%0*lld", digits, static_cast<long long>(value));
@@ -94,6 +100,7 @@ void appendCharacter(std::string& text, char32_t c) {
 }  // namespace
 
 std::string numberText(std::string_view number) {
+    if (isPlainCount(number)) return std::string(number);
     const std::optional<double> value = doubleOf(number);
     if (!value) return std::string(number);
     const double size = std::abs(*value);

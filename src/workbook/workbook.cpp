@@ -263,7 +263,7 @@ std::unique_ptr<RowSource> SheetSource::rows(const TextForm& /*form*/,
 
 TableGuess SheetSource::guess(const TableChoices& choices) const {
     // Cells of workbooks cost more time than those of texts, and fewer tell enough.
-    constexpr std::size_t mostCells = 1 << 18;
+    constexpr std::size_t mostCells = 1 << 16;
     TableSample sample = sampleRows(*workbook_->rows(sheet_), true, mostCells);
     sample.sheet = workbook_->sheets()[sheet_].name;
     return guessTable(sample, {}, choices);

@@ -27,11 +27,6 @@ std::optional<CellPlace> placeOf(std::string_view reference) {
     return place;
 }
 
-bool isDigits(std::string_view text) {
-    return !text.empty() && text.size() <= 15 && (text.front() != '0' || text.size() == 1) &&
-           text.find_first_not_of("0123456789") == std::string_view::npos;
-}
-
 class XlsxSheet final : public SheetReader {
   public:
     XlsxSheet(ArchiveFile file, const XlsxBook& book, const XlsxMerges& merges,
@@ -107,16 +102,17 @@ class XlsxSheet final : public SheetReader {
         type_ = {};
         for (const char* const* pair = attributes.pairs(); *pair != nullptr; pair += 2) {
             const std::string_view name = withoutPrefix(pair[0]);
-            if (name == "r") {
+            if (name.size() != 1) continue;
+            if (name[0] == 'r') {
                 const std::optional<CellPlace> place = placeOf(pair[1]);
                 if (!place || place->row != number_ || place->column < column_) {
                     fail("has cells that are not in order");
                     return;
                 }
                 column = place->column;
-            } else if (name == "s") {
-                style_ = attributes.number("s", 0);
-            } else if (name == "t") {
+            } else if (name[0] == 's') {
+                style_ = wholeNumber(pair[1], 0);
+            } else if (name[0] == 't') {
                 type_ = pair[1];
             }
         }
@@ -170,7 +166,7 @@ class XlsxSheet final : public SheetReader {
             return;
         }
         row().noteNumber();
-        row().addCopy(cell_, 1, isDigits(value_) ? value_ : numberText(value_));
+        row().addCopy(cell_, 1, numberText(value_));
     }
 
     const XlsxBook& book_;

@@ -24,8 +24,7 @@ std::optional<std::string_view> XmlAttributes::find(std::string_view name) const
     return std::nullopt;
 }
 
-std::size_t XmlAttributes::number(std::string_view name, std::size_t otherwise) const {
-    const std::string_view digits = text(name);
+std::size_t wholeNumber(std::string_view digits, std::size_t otherwise) {
     std::size_t value = 0;
     const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
     const bool read = error == std::errc() && end == digits.data() + digits.size();

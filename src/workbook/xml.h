@@ -18,6 +18,9 @@ struct XML_ParserStruct;
 
 namespace zorvel {
 
+// Of digits alone; otherwise the value given.
+std::size_t wholeNumber(std::string_view digits, std::size_t otherwise);
+
 // Of an element; valid during the call.
 class XmlAttributes {
   public:
@@ -29,7 +32,9 @@ class XmlAttributes {
         return find(name).value_or(std::string_view());
     }
     // Digits alone; otherwise, or where there is none, the value given.
-    [[nodiscard]] std::size_t number(std::string_view name, std::size_t otherwise) const;
+    [[nodiscard]] std::size_t number(std::string_view name, std::size_t otherwise) const {
+        return wholeNumber(text(name), otherwise);
+    }
     [[nodiscard]] const char* const* pairs() const { return pairs_; }
 
   private:
