@@ -1,7 +1,6 @@
 // A table of 1,000 censuses by 2,600 taxa, half of the cells present, as a workbook of each
 // format: opened, guessed and read, beside the parser of census matrices on the same cells.
 #include <benchmark/benchmark.h>
-#include <zip.h>
 
 #include <memory>
 #include <random>
@@ -11,31 +10,15 @@
 
 #include "interchange/parsers.h"
 #include "tables/reader.h"
+#include "tests/support/zip_archive.h"
 #include "workbook/workbook.h"
 
 namespace {
 
 using namespace zorvel;
 
-using Files = std::vector<std::pair<std::string, std::string>>;
-
-std::shared_ptr<const std::string> archiveOf(const Files& files) {
-    zip_source_t* const source = zip_source_buffer_create(nullptr, 0, 0, nullptr);
-    zip_source_keep(source);
-    zip_t* const archive = zip_open_from_source(source, ZIP_CREATE | ZIP_TRUNCATE, nullptr);
-    for (const auto& [name, text] : files) {
-        zip_source_t* const content = zip_source_buffer(archive, text.data(), text.size(), 0);
-        zip_file_add(archive, name.c_str(), content, 0);
-    }
-    zip_close(archive);
-    zip_source_open(source);
-    zip_stat_t stat;
-    zip_source_stat(source, &stat);
-    std::string bytes(stat.size, '\0');
-    zip_source_read(source, bytes.data(), bytes.size());
-    zip_source_close(source);
-    zip_source_free(source);
-    return std::make_shared<const std::string>(std::move(bytes));
+std::shared_ptr<const std::string> archiveOf(const test::Files& files) {
+    return std::make_shared<const std::string>(test::archiveOf(files));
 }
 
 struct Tables {

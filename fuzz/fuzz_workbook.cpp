@@ -2,38 +2,21 @@
 // is no archive is the XML of one of the files within a workbook, because no change of an archive
 // keeps its checksums: after the letter x that of a sheet, t shared texts, s styles, o an Open
 // Document.
-#include <zip.h>
-
 #include <memory>
 #include <string>
 
 #include "fuzz/fuzz_input.h"
+#include "tests/support/zip_archive.h"
 #include "workbook/workbook.h"
 
 using namespace zorvel;
 
 namespace {
 
-using Files = std::vector<std::pair<std::string, std::string>>;
-
-std::string archiveOf(const Files& files) {
-    zip_source_t* const source = zip_source_buffer_create(nullptr, 0, 0, nullptr);
-    zip_source_keep(source);
-    zip_t* const archive = zip_open_from_source(source, ZIP_CREATE | ZIP_TRUNCATE, nullptr);
-    for (const auto& [name, text] : files) {
-        zip_source_t* const content = zip_source_buffer(archive, text.data(), text.size(), 0);
-        const auto index =
-            static_cast<zip_uint64_t>(zip_file_add(archive, name.c_str(), content, 0));
-        zip_set_file_compression(archive, index, ZIP_CM_STORE, 0);
-    }
-    promise(zip_close(archive) == 0);
-    zip_source_open(source);
-    zip_stat_t stat;
-    zip_source_stat(source, &stat);
-    std::string bytes(stat.size, '\0');
-    zip_source_read(source, bytes.data(), bytes.size());
-    zip_source_close(source);
-    zip_source_free(source);
+// Without compression, for speed.
+std::string archiveOf(const test::Files& files) {
+    std::string bytes = test::archiveOf(files, nullptr, ZIP_CM_STORE);
+    promise(!bytes.empty());
     return bytes;
 }
 

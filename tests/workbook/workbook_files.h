@@ -2,9 +2,9 @@
 #pragma once
 
 #include <string>
-#include <utility>
 #include <vector>
 
+#include "tests/support/zip_archive.h"
 #include "workbook/workbook.h"
 
 namespace zorvel::test {
@@ -19,10 +19,6 @@ Result<Workbook> openBytes(std::string bytes, const WorkbookLimits& limits = {})
 // The cells of all rows, or "problem" and its message as the last row.
 Cells cellsOf(RowSource& source);
 Cells cellsOf(const Result<Workbook>& workbook, std::size_t sheet);
-
-// A ZIP archive of these files, names and contents.
-using Files = std::vector<std::pair<std::string, std::string>>;
-std::string archiveOf(const Files& files, const char* password = nullptr);
 
 // The files of a workbook with one sheet, of which this is the XML.
 Files sheetFiles(const std::string& xml);
