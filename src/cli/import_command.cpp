@@ -98,9 +98,16 @@ struct Written {
     std::size_t censuses = 0;
 };
 
+// The records of a text or table alone are those of the new project, and need no copy.
+bool isWholeProject(const std::vector<Project>& sources) {
+    return sources.size() == 1 && (sources[0].kind || !sources[0].tableNotices.empty());
+}
+
 Written makeProject(const std::string& path, const std::vector<Project>& sources) {
-    ObjectContext context;
-    addCensuses(context, sources);
+    ObjectContext copy;
+    const bool isWhole = isWholeProject(sources);
+    if (!isWhole) addCensuses(copy, sources);
+    const ObjectContext& context = isWhole ? sources[0].document->objectContext() : copy;
     ProjectFileOptions options;
     options.keepExisting = true;
     const auto made = ProjectFile::create(path, context, options);

@@ -61,6 +61,8 @@ void SpeciesNumbers::insert(std::size_t number) {
 }
 
 std::size_t CensusGatherer::add(MockCensus census) {
+    // Its taxa are all there, unless its name comes again.
+    if (!censuses.empty()) censuses.back().taxa.shrink_to_fit();
     censuses.push_back(std::move(census));
     newCensus_ = censuses.size() - 1;
     return newCensus_;
