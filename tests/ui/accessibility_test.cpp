@@ -39,9 +39,10 @@ class AccessibilityTest : public WindowTest {
         return *QAccessible::queryAccessibleInterface(&view)->tableInterface();
     }
     // How many were seen.
-    int expectNames() {
+    int expectNames() { return expectNamesIn(window); }
+    static int expectNamesIn(QWidget* shown) {
         int focusable = 0;
-        visit(&root(), [&](QAccessibleInterface& item) {
+        visit(QAccessible::queryAccessibleInterface(shown), [&](QAccessibleInterface& item) {
             if (!item.state().focusable) return;
             ++focusable;
             const QObject* object = item.object();
@@ -64,6 +65,12 @@ TEST_F(AccessibilityTest, WhatCanHaveTheFocusHasANameInEveryState) {
     EXPECT_GE(explained, 21);
     speciesTable().beginEditing(speciesTable().model()->index(0, 1));
     expectNames();
+    trigger("diversityAtEqualCoverage");
+    QWidget* diversity = window->mainView().diversityWindowController();
+    EXPECT_GE(expectNamesIn(diversity), 15);
+    auto* curves =
+        QAccessible::queryAccessibleInterface(diversity->findChild<QWidget*>("curvesView"));
+    EXPECT_EQ(curves->role(), QAccessible::Chart);
 }
 
 TEST_F(AccessibilityTest, AValueIsReadWithItsCaptionAndWhatItMeans) {

@@ -1,6 +1,7 @@
 // The windows of analyses as the main window opens them, and how they and the projects go.
 #include <QComboBox>
 #include <QDir>
+#include <QDoubleSpinBox>
 #include <QPointer>
 #include <QTableView>
 #include <QTimer>
@@ -52,18 +53,26 @@ class AnalysisWindowsTest : public WindowTest {
     }
 };
 
+// And the next window of the project begins with what the last one was set to.
 TEST_F(AnalysisWindowsTest, DiversityIsOfTheSelectedCensuses) {
     censusTable().selectRows({0, 1});
-    trigger("diversityAtEqualCoverage");
-    const QPointer<DiversityWindowController> opened = view().diversityWindowController();
-    ASSERT_TRUE(opened);
-    const auto rows = [&] {
-        return opened->findChild<QTableView*>("diversityTable")->model()->rowCount();
+    const auto openDiversity = [&](int rows) {
+        trigger("diversityAtEqualCoverage");
+        const QPointer<DiversityWindowController> opened = view().diversityWindowController();
+        EXPECT_TRUE(waitUntil([&] {
+            return opened->findChild<QTableView*>("diversityTable")->model()->rowCount() == rows;
+        }));
+        return opened;
     };
-    EXPECT_TRUE(waitUntil([&] { return rows() == 2; }));
-    EXPECT_EQ(opened->findChild<QComboBox*>("ofBox")->count(), 3);
-    opened->close();
-    EXPECT_TRUE(waitUntilGone(opened.data()));
+    const QPointer<DiversityWindowController> first = openDiversity(2);
+    EXPECT_EQ(first->findChild<QComboBox*>("ofBox")->count(), 3);
+    first->findChild<QComboBox*>("ofBox")->setCurrentIndex(1);
+    first->findChild<QDoubleSpinBox*>("coverageField")->setValue(0.75);
+    first->close();
+    EXPECT_TRUE(waitUntilGone(first.data()));
+    const QPointer<DiversityWindowController> next = openDiversity(1);
+    EXPECT_EQ(next->findChild<QComboBox*>("ofBox")->currentText(), "All pooled");
+    EXPECT_EQ(next->findChild<QDoubleSpinBox*>("coverageField")->value(), 0.75);
 }
 
 TEST_F(AnalysisWindowsTest, CurvesAreOfTheRecordsAsTheyWere) {

@@ -2,6 +2,7 @@
 
 #include <QAccessible>
 #include <QHeaderView>
+#include <QLocale>
 #include <QPainter>
 #include <QPushButton>
 #include <QShortcut>
@@ -76,6 +77,7 @@ DiversityViewController::~DiversityViewController() {
 void DiversityViewController::addChoices() {
     using Self = DiversityViewController;
     const DiversityPlot plot = Preferences().diversityPlot();
+    ui_->coverageField->setLocale(QLocale::c());  // as all numbers of the window are written
     ui_->acrossBox->addItems({"Specimens", "Coverage", "Order q"});
     ui_->acrossBox->setCurrentIndex(plot.across);
     ui_->orderBox->setCurrentIndex(plot.order);

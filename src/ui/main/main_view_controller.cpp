@@ -85,7 +85,6 @@ void MainViewController::showDocument(DiversityDocument& document) {
         table->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
     }
     shownCensus_.reset();
-    diversityChoice_ = {};
     ui_->detailsPane->setContext(context());
     speciesModel_->setContext(context());
     censusModel_->setContext(context());
