@@ -27,7 +27,9 @@ namespace {
 
 // Where SQS has no estimate, its cell has a value that no estimate can have.
 QString withoutSqsNote(const MetricsTable& table) {
-    constexpr std::size_t sqsColumn = 3;
+    constexpr auto sqsColumn = static_cast<std::size_t>(
+        std::find(metricColumns.begin(), metricColumns.end(), Metric::alroySQS) -
+        metricColumns.begin());
     const auto missing = std::count_if(table.rows.begin(), table.rows.end(),
                                        [](const MetricRow& row) { return row[sqsColumn] == 0; });
     if (missing == 0) return {};

@@ -50,7 +50,7 @@ class Exports : public QObject {
     struct ExportedFile {
         std::function<void(const ByteSink&)> produce;  // owns all that it reads
         std::size_t censuses = 0;
-        QString note;  // on values that the file has not as the project; mostly empty
+        QString note;  // on values that differ from those of the project; usually empty
     };
     // On a worker thread; absent if stopped.
     using Prepare =

@@ -4,6 +4,7 @@
 #include <QPointer>
 #include <QRegularExpression>
 #include <algorithm>
+#include <iterator>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -103,31 +104,23 @@ Choice choiceOf(const Files& alike) {
 
 // Asks once for each kind that is in doubt.
 Files decide(Files files, Alerts& alerts, const QPointer<MainWindowController>& window) {
-    std::vector<bool> isDropped(files.size());
-    std::vector<bool> isDecided(files.size());
     for (const Kind& guess : kinds) {
+        const auto isAskedAbout = [&guess](const KnownFile& file) {
+            return !file.certain && isOf(file, guess);
+        };
         Files alike;
-        std::vector<std::size_t> places;
-        for (std::size_t i = 0; i < files.size(); ++i) {
-            if (files[i].certain || isDecided[i] || !isOf(files[i], guess)) continue;
-            alike.push_back(files[i]);
-            places.push_back(i);
-        }
+        std::copy_if(files.begin(), files.end(), std::back_inserter(alike), isAskedAbout);
         if (alike.empty()) continue;
         const int chosen = alerts.choose(window, choiceOf(alike));
-        for (const std::size_t i : places) {
-            isDecided[i] = true;
-            isDropped[i] = chosen < 0;
-            if (chosen < 0) continue;
-            files[i].isTable = !kinds[chosen].kind;
-            files[i].kind = kinds[chosen].kind.value_or(files[i].kind);
+        if (chosen < 0) std::erase_if(files, isAskedAbout);
+        for (KnownFile& file : files) {
+            if (!isAskedAbout(file)) continue;
+            file.certain = true;
+            file.isTable = !kinds[chosen].kind;
+            file.kind = kinds[chosen].kind.value_or(file.kind);
         }
     }
-    Files decided;
-    for (std::size_t i = 0; i < files.size(); ++i) {
-        if (!isDropped[i]) decided.push_back(std::move(files[i]));
-    }
-    return decided;
+    return files;
 }
 
 // Whether a table of that text is more than the census matrix that it seems to be.

@@ -27,7 +27,7 @@ QString sentence(const QString& reason) {
 struct Reading {
     void showProgress(MainViewController& view) {
         shownIn = &view;
-        progress = view.startProgress(
+        progress = view.startImportProgress(
             QString("reading %1...").arg(QFileInfo(path).fileName()).toStdString(),
             [this] { cancel(); });
     }

@@ -22,10 +22,10 @@ struct OpenedText {
 // Called once, at once or later; never if the program ends first.
 using TextReceiver = std::function<void(std::optional<OpenedText> text)>;
 
-// Asks for one text file. receive gets no text if the file is empty, cannot be read, which an alert
-// says, or if the user cancels and there is no cancelled(), which is called instead. window: parent
-// of the panel, shows the progress; may be null, and may be closed when the text arrives. title:
-// what is chosen.
+// Asks for one text file. receive gets no text if the file is empty or cannot be read, which the
+// window says, or if the user cancels; if there is a cancelled(), that is called then instead.
+// window: parent of the panel, shows the progress; may be null, and may be closed when the text
+// arrives. title: what is chosen.
 void openTextFile(ProjectWindows& windows, MainWindowController* window, const QString& title,
                   TextReceiver receive, std::function<void()> cancelled = {});
 

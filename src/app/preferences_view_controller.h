@@ -1,7 +1,7 @@
 // The preferences window and its content. Level and colour are stored when they change, the two
 // numbers when their field ends editing and again when the window closes. A text that is no number
-// stays in its field and is not stored; the line below the field says so, and also if a number is
-// stored as another. Main thread.
+// stays in its field and is not stored; the line below the field says so. It also says if a number
+// is beyond the limits and which one is stored instead. Main thread.
 #pragma once
 
 #include <QWidget>

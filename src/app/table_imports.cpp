@@ -118,7 +118,8 @@ void importTableFile(ProjectWindows& windows, const CommandWindow& command,
     const QPointer<MainViewController> view(parent != nullptr ? &parent->mainView() : nullptr);
     const QString name = QFileInfo(file->path).fileName();
     const MainView::ProgressId progress =
-        view ? view->startProgress(QString("reading %1...").arg(name).toStdString(), nullptr) : 0;
+        view ? view->startImportProgress(QString("reading %1...").arg(name).toStdString(), nullptr)
+             : 0;
     const auto import =
         std::make_shared<TableImport>(TableImport{windows, command, name, std::move(ended)});
     windows.jobs().start(

@@ -1,7 +1,7 @@
 // Files of the system: opened for reading, synced, and replaced so that a reader finds the old
 // content or the new one, never a part. Messages are parts of sentences that follow the file's
-// name, which they do not hold; a function that returns an int returns the system's error number,
-// 0 for success. Any thread.
+// name, which they do not contain; a function that returns an int returns the system's error
+// number, 0 for success. Any thread.
 #pragma once
 
 #include <sys/stat.h>

@@ -69,10 +69,11 @@ class MainView {
     virtual void addSpeciesRow() = 0;
     virtual void deleteSpeciesRows() = 0;
 
-    // Shows the text while something runs in the background; cancel() may be null. stopProgress()
+    // Shows the text while an import runs in the background; cancel() may be null. stopProgress()
     // takes the number that the start returned.
     using ProgressId = int;
-    virtual ProgressId startProgress(std::string_view text, std::function<void()> cancel) = 0;
+    virtual ProgressId startImportProgress(const std::string& text,
+                                           std::function<void()> cancel) = 0;
     virtual void stopProgress(ProgressId progress) = 0;
 };
 

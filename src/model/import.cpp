@@ -79,8 +79,8 @@ class Import : public std::enable_shared_from_this<Import> {
           services_(std::move(services)) {}
 
     void start() {
-        progress_ = view_.startProgress(texts_.progressText,
-                                        [stop = services_.stop]() mutable { stop.request_stop(); });
+        progress_ = view_.startImportProgress(
+            texts_.progressText, [stop = services_.stop]() mutable { stop.request_stop(); });
         services_.startJob([self = shared_from_this()] { self->parse(); },
                            [self = shared_from_this()] { self->parsed(); });
     }

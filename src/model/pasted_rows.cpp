@@ -99,15 +99,6 @@ std::vector<Row> filledRows(std::string_view text, std::size_t most = SIZE_MAX) 
     return rows;
 }
 
-// A cell as a name: on one line, without space around it.
-std::string nameOf(const std::string& cell) {
-    std::string name(withoutOuterSpace(cell));
-    for (char& c : name) {
-        if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) c = ' ';
-    }
-    return name;
-}
-
 std::optional<PasteProblem> problemOf(std::string_view text, const std::vector<Row>& rows) {
     if (firstInvalidUtf8(text)) return PasteProblem{0, 0, notText};
     if (rows.empty()) return PasteProblem{0, 0, nothing};
@@ -117,7 +108,7 @@ std::optional<PasteProblem> problemOf(std::string_view text, const std::vector<R
 Result<TaxonValues, PasteProblem> taxonOf(const Row& row) {
     if (row.cells.size() > 2) return PasteProblem{row.number, 3, tooManyColumns};
     TaxonValues taxon;
-    const std::string name = nameOf(row.cells[0]);
+    const std::string name = typedName(row.cells[0]).value_or("");
     if (name.empty()) return PasteProblem{row.number, 1, noName};
     if (row.cells.size() == 1 && parseTypedAbundance(name)) {
         return PasteProblem{row.number, 1, numberForName};
@@ -160,7 +151,7 @@ Pasted<std::string> pastedCensusNames(std::string_view text) {
     std::vector<std::string> names;
     names.reserve(rows.size());
     for (const Row& row : rows) {
-        names.push_back(nameOf(row.cells[0]));
+        names.push_back(typedName(row.cells[0]).value_or(""));
         if (names.back().empty()) return PasteProblem{row.number, 1, noCensusName};
     }
     return names;

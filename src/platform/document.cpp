@@ -29,8 +29,7 @@ Document::Document(const SaveServices& services, DocumentController& controller)
         emit displayNameDidChange();
     });
     connect(&saver_, &DocumentSaver::backupDidFail, this, [this](const FileProblem& problem) {
-        emit backupDidFail(
-            projectMessage(tr("%1 could not be backed up").arg(displayName()), problem));
+        emit backupDidFail(projectMessage(displayName() + " could not be backed up", problem));
     });
 }
 
@@ -54,20 +53,18 @@ bool Document::isUntouched() const {
 QString Document::asideNote() const {
     const AsideCopy& aside = saver_.aside();
     if (aside.problem()) {
-        return tr("They cannot be kept in your data folder either. %1")
-            .arg(QString::fromStdString(fileMessage(*aside.problem())));
+        return "They cannot be kept in your data folder either. " +
+               QString::fromStdString(fileMessage(*aside.problem()));
     }
-    return aside.exists() ? tr("Until they are saved, the changes are kept in a copy that opens at "
-                               "the next start.")
-                          : QString();
+    if (!aside.exists()) return {};
+    return "Until they are saved, the changes are kept in a copy that opens at the next start.";
 }
 
 void Document::saveAs(const QString& path, Done done) {
     const auto identity = fileIdentity(encodedPath(path));
     const Document* holder = identity ? controller_.documentAt(*identity) : nullptr;
     if (identity && (holder ? holder != this : controller_.isBeingRead(*identity))) {
-        const std::string reason = tr("it is open in another window").toStdString();
-        done(FileProblem{FileTrouble::other, reason, 0});
+        done(FileProblem{FileTrouble::other, "it is open in another window", 0});
         return;
     }
     // A file that has been renamed to that path is made anew there, so that it gets the new path.

@@ -136,7 +136,7 @@ Document& DocumentController::addUntitledCopy(ProjectRecords records, const QStr
 
 QString DocumentController::freeUntitledName(bool forOpened) const {
     for (int number = 1;; ++number) {
-        QString name = number == 1 ? tr("Untitled") : tr("Untitled %1").arg(number);
+        QString name = number == 1 ? "Untitled" : QString("Untitled %1").arg(number);
         const auto isTaken = [&](const auto& document) {
             return document->displayName() == name && (!forOpened || !document->isUntouched());
         };
@@ -185,7 +185,7 @@ void DocumentController::continueClosing(Document& document) {
 void DocumentController::leaveAside(Document& document) {
     const QString message = projectMessage(document.displayName(), *document.problem());
     document.saver_.release(false);
-    emit changesWereKept(message + " " + tr("The changes are kept in an untitled project."));
+    emit changesWereKept(message + " The changes are kept in an untitled project.");
 }
 
 void DocumentController::forget(Document& document) {

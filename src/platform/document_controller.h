@@ -47,7 +47,6 @@ class DocumentController : public QObject {
     // that is there. Exactly one of documentDidOpen and openDidFail follows, at once or later.
     // kind: of a text file, guessed if absent; documentDidReadText then reports what its format
     // leaves out.
-    void open(const QString& path);
     void open(const std::shared_ptr<NamedFile>& file, std::optional<FileKind> kind);
 
     // Opens each untitled project that an earlier run left and no other run has open.
@@ -75,7 +74,7 @@ class DocumentController : public QObject {
     void clearRecentPaths();
 
   signals:
-    // path: as given to open(); empty for a recovered or duplicated project.
+    // path: of the file given to open(); empty for a recovered or duplicated project.
     void documentDidOpen(zorvel::Document* document, const QString& path);
     void documentDidReadText(zorvel::Document* document, const QString& path,
                              const zorvel::LeftOut& leftOut);
@@ -107,7 +106,6 @@ class DocumentController : public QObject {
     };
 
     // Opening (document_opening.cpp).
-    void open(Request request);
     void locate(const Request& request);
     void openLocated(const Request& request);
     void read(const Request& request);

@@ -24,26 +24,15 @@ bool isSkipped(FileTrouble trouble) {
 
 }  // namespace
 
-void DocumentController::open(const QString& path) {
-    open(Request{path, Source::any, QFileInfo(path).fileName(), std::nullopt});
-}
-
 void DocumentController::open(const std::shared_ptr<NamedFile>& file,
                               std::optional<FileKind> kind) {
-    open(Request{file->path, Source::any, QFileInfo(file->path).fileName(), file->identity, file,
-                 kind});
-}
-
-void DocumentController::open(Request request) {
+    Request request{file->path,     Source::any, QFileInfo(file->path).fileName(),
+                    file->identity, file,        kind};
     if (untitled_.holds(request.path)) {
         request.source = Source::untitledFolder;
         untitled_.claim(request.shownName);
     }
-    if (request.file) {
-        openLocated(request);
-    } else {
-        locate(request);
-    }
+    openLocated(request);
 }
 
 void DocumentController::openBackup(const QString& path, const QString& displayName) {
@@ -205,10 +194,10 @@ void DocumentController::openRecords(const Request& request, FileReading& readin
     emit documentDidOpen(&document, request.source == Source::recovered ? QString() : request.path);
     if (isText) emit documentDidReadText(&document, request.path, reading.leftOut);
     if (!reading.asideOf.isEmpty()) {
-        emit asideDidOpen(&document, tr("This copy has the changes that could not be saved to %1. "
-                                        "Save it under a name of your choice, or close and "
-                                        "discard it.")
-                                         .arg(reading.asideOf));
+        emit asideDidOpen(&document,
+                          QString("This copy has the changes that could not be saved to %1. "
+                                  "Save it under a name of your choice, or close and discard it.")
+                              .arg(reading.asideOf));
     }
 }
 

@@ -45,7 +45,7 @@ void closeInBackground(const SaveServices& services, QObject* receiver,
 
 void AsideCopy::write(std::shared_ptr<const ObjectContext> state, std::uint64_t revision,
                       const QString& name, const QString& path) {
-    if (path_.isEmpty()) path_ = services_.untitled->claimNew(tr("%1 (unsaved changes)").arg(name));
+    if (path_.isEmpty()) path_ = services_.untitled->claimNew(name + " (unsaved changes)");
     writing_ = true;
     const WriteOrder order{holder_, std::move(state), services_.settings.file, path_};
     services_.writer->start(

@@ -24,7 +24,7 @@ void JobQueue::addThread() {
 }
 
 void JobQueue::addThreadIfStuck() {
-    const std::lock_guard lock(jobsMutex_);
+    const std::lock_guard lock(mutex_);
     if (jobs_.empty()) return patience_.stop();
     if (std::exchange(begunBefore_, begun_) != begun_) return;
     try {
@@ -35,7 +35,7 @@ void JobQueue::addThreadIfStuck() {
 }
 
 bool JobQueue::stop(std::chrono::milliseconds atMost) {
-    std::unique_lock lock(jobsMutex_);
+    std::unique_lock lock(mutex_);
     stopping_ = true;
     jobs_.clear();
     jobsChanged_.notify_all();
@@ -45,7 +45,7 @@ bool JobQueue::stop(std::chrono::milliseconds atMost) {
 bool JobQueue::finishWrites(std::chrono::milliseconds atMost) {
     bool finished = false;
     {
-        std::unique_lock lock(jobsMutex_);
+        std::unique_lock lock(mutex_);
         finished = jobsChanged_.wait_for(lock, atMost, [this] { return writes_ == 0; });
     }
     // One result at a time: its event brings the next.
@@ -58,7 +58,7 @@ void JobQueue::enqueue(QObject* receiver, std::function<void()> work, std::funct
     const JobId id = ++lastId_;
     deliveries_.emplace(id, Delivery{receiver, std::move(deliver)});
     {
-        const std::lock_guard lock(jobsMutex_);
+        const std::lock_guard lock(mutex_);
         jobs_.push_back({id, std::move(work), writes});
         if (writes) ++writes_;
         if (!patience_.isActive()) begunBefore_ = begun_;
@@ -67,12 +67,15 @@ void JobQueue::enqueue(QObject* receiver, std::function<void()> work, std::funct
     if (patience_.interval() > 0 && !patience_.isActive()) patience_.start();
 }
 
+// Events are posted under the lock: this mutex alone orders the worker's writes before the reading.
+// One event is pending exactly while there is mail.
 void JobQueue::runJobs() {
     while (std::optional<Job> job = nextJob()) {
         job->work();
         job->work = nullptr;  // the inputs are destroyed before the result is reported
-        report(job->id);
-        const std::lock_guard lock(jobsMutex_);
+        const std::lock_guard lock(mutex_);
+        mail_.push_back(job->id);
+        if (mail_.size() == 1) QCoreApplication::postEvent(this, new QEvent(QEvent::User));
         --running_;
         if (job->writes) --writes_;
         if (stopping_ || job->writes) jobsChanged_.notify_all();
@@ -80,7 +83,7 @@ void JobQueue::runJobs() {
 }
 
 std::optional<JobQueue::Job> JobQueue::nextJob() {
-    std::unique_lock lock(jobsMutex_);
+    std::unique_lock lock(mutex_);
     jobsChanged_.wait(lock, [this] { return stopping_ || !jobs_.empty(); });
     if (stopping_) return std::nullopt;
     Job job = std::move(jobs_.front());
@@ -90,21 +93,13 @@ std::optional<JobQueue::Job> JobQueue::nextJob() {
     return job;
 }
 
-// Events are posted under the lock: this mutex alone orders the worker's writes before the reading.
-// One event is pending exactly while there is mail.
-void JobQueue::report(JobId id) {
-    const std::lock_guard lock(mailMutex_);
-    mail_.push_back(id);
-    if (mail_.size() == 1) QCoreApplication::postEvent(this, new QEvent(QEvent::User));
-}
-
 bool JobQueue::hasMail() {
-    const std::lock_guard lock(mailMutex_);
+    const std::lock_guard lock(mutex_);
     return !mail_.empty();
 }
 
 std::optional<JobQueue::JobId> JobQueue::nextReport() {
-    const std::lock_guard lock(mailMutex_);
+    const std::lock_guard lock(mutex_);
     if (mail_.empty()) return std::nullopt;
     const JobId id = mail_.front();
     mail_.pop_front();

@@ -82,7 +82,6 @@ class JobQueue : public QObject {
     void addThreadIfStuck();
     void runJobs();
     std::optional<Job> nextJob();
-    void report(JobId id);
     bool hasMail();
     std::optional<JobId> nextReport();
 
@@ -94,16 +93,14 @@ class JobQueue : public QObject {
     QTimer patience_;  // runs while jobs may be waiting
     std::uint64_t begunBefore_ = 0;
 
-    std::mutex jobsMutex_;
+    std::mutex mutex_;
     std::condition_variable jobsChanged_;
     std::deque<Job> jobs_;
     bool stopping_ = false;
     std::uint64_t begun_ = 0;  // ever
     std::size_t running_ = 0;
     std::size_t writes_ = 0;  // that have not ended
-
-    std::mutex mailMutex_;
-    std::deque<JobId> mail_;
+    std::deque<JobId> mail_;  // jobs whose results wait
 };
 
 }  // namespace zorvel

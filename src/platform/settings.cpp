@@ -48,23 +48,17 @@ QString keepDamaged(const QString& path) {
     const QString copy = path + ".damaged";
     QFile::remove(copy);
     return QFile::copy(path, copy)
-               ? SettingsFile::tr(
-                     "The settings could not be read; a copy of the damaged file was "
-                     "kept: %1")
-                     .arg(copy)
-               : SettingsFile::tr(
-                     "The settings could not be read, nor a copy of the damaged file "
-                     "made: %1")
-                     .arg(path);
+               ? "The settings could not be read; a copy of the damaged file was kept: " + copy
+               : "The settings could not be read, nor a copy of the damaged file made: " + path;
 }
 
 // Empty if the file, or a new one in its place, may be read and written.
 QString reasonToRefuse(const QString& path) {
     const QFileInfo file(path);
     if (!file.exists()) return {};
-    if (!file.isFile()) return SettingsFile::tr("%1 is no regular file").arg(path);
-    if (file.size() > largestFile) return SettingsFile::tr("%1 is too large").arg(path);
-    if (!file.isReadable()) return SettingsFile::tr("%1 may not be read").arg(path);
+    if (!file.isFile()) return path + " is no regular file";
+    if (file.size() > largestFile) return path + " is too large";
+    if (!file.isReadable()) return path + " may not be read";
     return {};
 }
 
@@ -100,9 +94,10 @@ SettingsFile::SettingsFile(QString path, milliseconds patience)
     late_->setSingleShot(true);
     late_->setInterval(patience);
     connect(late_, &QTimer::timeout, this, [this] {
-        setProblem(tr("The settings are not stored yet and hold until you quit. If %1 is there and "
-                      "no other Zorvel runs, remove it.")
-                       .arg(path_ + ".lock"));
+        setProblem(
+            QString("The settings are not stored yet and hold until you quit. If %1 is there and "
+                    "no other Zorvel runs, remove it.")
+                .arg(path_ + ".lock"));
     });
     if (auto* application = qobject_cast<QGuiApplication*>(QCoreApplication::instance())) {
         connect(application, &QGuiApplication::applicationStateChanged, this,
@@ -141,9 +136,8 @@ SettingsFile::Outcome SettingsFile::exchange(const QString& path, const Values& 
     if (const QString reason = reasonToRefuse(path); !reason.isEmpty()) {
         return {{},
                 false,
-                tr("The settings are neither read nor stored: %1. What you set holds until you "
-                   "quit.")
-                    .arg(reason)};
+                "The settings are neither read nor stored: " + reason +
+                    ". What you set holds until you quit."};
     }
     Outcome outcome;
     QSettings file(path, QSettings::IniFormat);
@@ -159,8 +153,9 @@ SettingsFile::Outcome SettingsFile::exchange(const QString& path, const Values& 
     }
     outcome.isStored = isWritable && file.status() != QSettings::AccessError;
     if (!outcome.isStored) {
-        outcome.problem = tr("The settings cannot be stored and hold until you quit: %1 or its "
-                             "folder may not be written.")
+        outcome.problem = QString(
+                              "The settings cannot be stored and hold until you quit: %1 or its "
+                              "folder may not be written.")
                               .arg(path);
     }
     outcome.values.emplace();

@@ -107,6 +107,7 @@ TEST(PastedRows, Species) {
          "Abies=1;Picea=2;Larix=3;"},
         {"names alone", "Abies\nPicea\n", "Abies=0;Picea=0;"},
         {"space and empty cells around", " Abies \t 12 \t\t\nPicea\t0\t \n", "Abies=12;Picea=0;"},
+        {"control characters around", "\x01 Abies\x7F\t1", "Abies=1;"},
         {"empty rows", "\n\nAbies\t1\n\t\n\nPicea\t2\n\n", "Abies=1;Picea=2;"},
         {"a quoted cell", "\"Abies\nalba\"\t1\n\"say \"\"fir\"\"\"\t2",
          "Abies alba=1;say \"fir\"=2;"},

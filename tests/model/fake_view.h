@@ -18,7 +18,7 @@ class FakeView : public MainView {
     void deleteCensusRows() override { commands += "-C"; }
     void addSpeciesRow() override { commands += "+S"; }
     void deleteSpeciesRows() override { commands += "-S"; }
-    ProgressId startProgress(std::string_view text, std::function<void()> cancel) override {
+    ProgressId startImportProgress(const std::string& text, std::function<void()> cancel) override {
         running[++lastProgress] = {std::string(text), std::move(cancel)};
         return lastProgress;
     }

@@ -144,7 +144,7 @@ TEST_F(DocumentControllerTest, AProjectIsNeverOpenTwice) {
     ASSERT_EQ(::link(encodedPath(path).c_str(), encodedPath(at("hard.zorvel")).c_str()), 0);
     restart();
     for (const char* name : {"a.zorvel", "symbolic.zorvel", "hard.zorvel", "./a.zorvel"}) {
-        run->controller.open(at(name));
+        run->beginOpening(at(name));
     }
     ASSERT_TRUE(waitUntil([&] { return run->told.opened.size() == 4; }));
     open(path);
@@ -174,7 +174,7 @@ TEST_F(DocumentControllerTest, AClosedProjectThatWaitsForItsDiskMayBeReopened) {
         EXPECT_TRUE(run->controller.documents().empty());
         processEventsFor(100);
         EXPECT_EQ(run->controller.finish(milliseconds(100)).size(), 1u);
-        run->controller.open(at("a.zorvel"));
+        run->beginOpening(at("a.zorvel"));
         if (row.duringAWrite) {
             processEventsFor(100);
             EXPECT_EQ(run->told.opened.size(), 1u);
@@ -315,7 +315,7 @@ TEST_F(DocumentControllerTest, QuittingWritesAllAndDoesNotWaitForReading) {
     addNamedCensus(run->controller.newDocument(), "new");
     disk.seemBusy(20);  // no timer runs while the program quits, and it is tried again all the same
     run->controller.close(document);
-    run->controller.open(other);
+    run->beginOpening(other);
     EXPECT_TRUE(run->controller.finish(std::chrono::seconds(20)).empty());
     EXPECT_EQ(namesInFile(at("a.zorvel")), (Names{"North", "South"}));
     EXPECT_EQ(untitledFiles().size(), 1);

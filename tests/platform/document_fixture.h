@@ -18,6 +18,7 @@
 
 #include "model/edits.h"
 #include "platform/document_controller.h"
+#include "platform/file_reading.h"
 #include "platform/job_queue.h"
 #include "platform/project_writes.h"
 #include "platform/settings.h"
@@ -126,11 +127,14 @@ struct ProgramRun {
     ProgramRun(const DocumentController::Folders& folders, const SaveSettings& settings)
         : controller(jobs, folders, settings), told(controller) {}
 
+    void beginOpening(const QString& path) {
+        controller.open(std::make_shared<NamedFile>(path), std::nullopt);
+    }
     // Null if it cannot be opened.
     Document* open(const QString& path) {
         const std::size_t before = told.opened.size();
         const std::size_t failures = told.failed.size();
-        controller.open(path);
+        beginOpening(path);
         waitUntil([&] { return told.opened.size() > before || told.failed.size() > failures; });
         return told.opened.size() > before ? told.opened.back().document.data() : nullptr;
     }

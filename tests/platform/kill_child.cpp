@@ -13,12 +13,15 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QTimer>
+#include <memory>
+#include <optional>
 #include <random>
 #include <string>
 #include <vector>
 
 #include "model/edits.h"
 #include "platform/document_controller.h"
+#include "platform/file_reading.h"
 #include "platform/job_queue.h"
 #include "store/object_context.h"
 
@@ -46,7 +49,8 @@ class User : public QObject {
         connect(&controller_, &DocumentController::documentDidOpen, this, &User::take);
         connect(&controller_, &DocumentController::openDidFail, this, [] { _exit(2); });
         for (const char* name : {"first", "second"}) {
-            controller_.open(folder + "/" + name + ".zorvel");
+            const auto file = std::make_shared<NamedFile>(folder + "/" + name + ".zorvel");
+            controller_.open(file, std::nullopt);
         }
         if (QDir(folder + "/untitled").isEmpty()) take(&controller_.newDocument());
         controller_.recover();

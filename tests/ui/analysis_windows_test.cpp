@@ -148,7 +148,7 @@ TEST_F(AnalysisWindowsTest, TheProjectWideWindowIsThereAtOnce) {
 }
 
 TEST_F(AnalysisWindowsTest, TheEndOfOneWorkLeavesTheWordsOfTheOthers) {
-    const int import = view().startProgress(std::string_view("importing census matrix..."), {});
+    const int import = view().startImportProgress("importing census matrix...", {});
     const int opening = view().startProgress(QString("opening moss..."));
     holdJobs();
     trigger("sampleBasedRarefaction");

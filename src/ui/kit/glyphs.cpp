@@ -44,6 +44,9 @@ QPainterPath strokes(Glyph glyph) {
             return lines({{{3.5, 8}, {12.5, 8}}});
         case Glyph::dots:
             for (const double x : {3.0, 8.0, 13.0}) path.addEllipse(QPointF(x, 8), 0.6, 0.6);
+            break;
+        case Glyph::rings:
+            for (const double x : {5.75, 10.25}) path.addEllipse(QPointF(x, 8), 3.75, 3.75);
     }
     return path;
 }
@@ -55,6 +58,7 @@ class GlyphEngine : public QIconEngine {
     void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
         const LookColors& colors = lookColors(QGuiApplication::palette());
         const bool disabled = mode == QIcon::Disabled;
+        if (mode == QIcon::Selected && glyph_ == Glyph::rings) paintGround(*painter, rect);
         paintGlyph(*painter, glyph_, rect, disabled ? colors.border : colors.*ink_);
     }
     QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
@@ -67,6 +71,16 @@ class GlyphEngine : public QIconEngine {
     [[nodiscard]] QIconEngine* clone() const override { return new GlyphEngine(glyph_, ink_); }
 
   private:
+    // A selected row may have any colour.
+    static void paintGround(QPainter& painter, const QRect& rect) {
+        painter.save();
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(lookColors(QGuiApplication::palette()).base);
+        painter.drawRoundedRect(rect, 4, 4);
+        painter.restore();
+    }
+
     Glyph glyph_;
     QColor LookColors::*ink_;
 };

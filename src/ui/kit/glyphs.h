@@ -22,7 +22,8 @@ enum class Glyph {
     chevronDown,
     plus,
     minus,
-    dots
+    dots,
+    rings
 };
 
 // Fits the glyph into the largest square centred in rect.

@@ -61,7 +61,7 @@ class MetricSheet : public QObject {
     // It is on its way: the row keeps its caption and text. reason: why that text is grey; empty
     // where the row has none.
     void expect(const ShownMetric& shown, const QString& reason = {});
-    // There will be none, nor a reason.
+    // There will be no value, and no reason is shown.
     void leaveEmpty(const ShownMetric& shown);
     // What is particular about a value that has come, see ValueField.
     void mark(const ShownMetric& shown, const QString& mark, const QString& meaning);

@@ -25,14 +25,7 @@ namespace zorvel {
 namespace {
 
 // A view takes long over many separate ranges of a selection.
-constexpr std::size_t rangesAtMost = 2000;
-
-// Ascending rows: how many ranges of neighbours they make.
-std::size_t rangeCount(const std::vector<int>& rows) {
-    std::size_t count = rows.empty() ? 0 : 1;
-    for (std::size_t i = 1; i < rows.size(); ++i) count += rows[i] != rows[i - 1] + 1 ? 1 : 0;
-    return count;
-}
+constexpr qsizetype rangesAtMost = 2000;
 
 // In quotes where the cell would otherwise come apart, or lose quotes of its own.
 QString spreadsheetCell(QString text) {
@@ -113,9 +106,9 @@ std::vector<int> RecordTableView::selectedRows() const {
 }
 
 void RecordTableView::selectRows(const std::vector<int>& rows) {
-    if (rangeCount(rows) > rangesAtMost) return selectRows({rows.front()});
     QItemSelection selection;
     for (std::size_t i = 0; i < rows.size();) {
+        if (selection.size() == rangesAtMost) return selectRows({rows.front()});
         std::size_t last = i;
         while (last + 1 < rows.size() && rows[last + 1] == rows[last] + 1) ++last;
         selection.select(model()->index(rows[i], 0),

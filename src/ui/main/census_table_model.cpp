@@ -57,19 +57,14 @@ void CensusTableModel::recordsDidChange(const ChangeSet& changes) {
     const std::size_t shared = sharedNames_.recordCount();
     countNames(changes);
     if (sharedNames_.recordCount() != shared) tellColumn(nameColumn, Qt::DecorationRole);
-    const bool sameCensuses = std::all_of(
-        changes.begin(), changes.end(),
-        [](const CensusChange& change) { return !change.inserted() && !change.deleted(); });
-    if (!sameCensuses) {
-        std::vector<Row> after = changedRecords(changes, told);
-        change(told, [&] { records_ = std::move(after); });
-        return;
+    for (const CensusChange& each : changes) note(each.census, !each.deleted(), told);
+    if (!told.removed.empty() || !told.inserted.empty()) {
+        std::vector<Row> after = changedRecords(changes);
+        return change(told, [&] { records_ = std::move(after); });
     }
     for (const CensusChange& each : changes) {
         const std::size_t place = placeOf(each.census);
-        if (!isAt(place, each.census)) continue;
-        records_[place] = followed(records_[place], each.after);
-        told.updated.push_back(static_cast<std::uint32_t>(place));
+        if (isAt(place, each.census)) records_[place] = followed(records_[place], each.after);
     }
     tellUpdated(told.updated);
 }
@@ -86,8 +81,8 @@ void CensusTableModel::countNames(const ChangeSet& changes) {
 }
 
 // Both lists ascend by identity, so one walk merges them.
-std::vector<CensusTableModel::Row> CensusTableModel::changedRecords(const ChangeSet& changes,
-                                                                    RecordsChange& told) const {
+std::vector<CensusTableModel::Row> CensusTableModel::changedRecords(
+    const ChangeSet& changes) const {
     std::vector<Row> after;
     after.reserve(records_.size() + changes.size());
     std::size_t old = 0;
@@ -96,10 +91,6 @@ std::vector<CensusTableModel::Row> CensusTableModel::changedRecords(const Change
             after.push_back(records_[old++]);
         }
         const bool shown = isAt(old, change.census);
-        const auto place = static_cast<std::uint32_t>(after.size());
-        if (shown && change.deleted()) told.removed.push_back(static_cast<std::uint32_t>(old));
-        if (shown && !change.deleted()) told.updated.push_back(place);
-        if (!shown && !change.deleted()) told.inserted.push_back(place);
         if (!change.deleted()) {
             after.push_back(shown ? followed(records_[old], change.after)
                                   : Row{change.after, std::nullopt});

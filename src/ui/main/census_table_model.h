@@ -56,8 +56,7 @@ class CensusTableModel : public OrderedTableModel {
     // The row after its census has changed.
     [[nodiscard]] static Row followed(Row row, const BlockPointer& after);
     [[nodiscard]] static std::int64_t richnessOf(const Row& row);
-    [[nodiscard]] std::vector<Row> changedRecords(const ChangeSet& changes,
-                                                  RecordsChange& told) const;
+    [[nodiscard]] std::vector<Row> changedRecords(const ChangeSet& changes) const;
     void countNames(const ChangeSet& changes);
 
     ObjectContext* context_ = nullptr;

@@ -45,29 +45,33 @@ bool MainViewController::canAnalyse(std::size_t fewestCensuses, const QString& r
 }
 
 // Both the window and the project may be closed before the inputs are there.
+template <class Window, class Work>
+void MainViewController::openAndFill(Window* window, const QString& progressText, Work work) {
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    emit analysisWindowDidOpen(window);
+    window->show();
+    const ProgressId progress = startProgress(progressText);
+    connect(window, &QObject::destroyed, this, [=, this] { stopProgress(progress); });
+    jobs_.start(window, std::move(work),
+                [self = QPointer<MainViewController>(this), window, progress](auto inputs) {
+                    window->viewController().setInputs(std::move(inputs));
+                    if (self) self->stopProgress(progress);
+                });
+}
+
 void MainViewController::calculateProjectWideMetrics() {
     if (!canAnalyse(3, "Must have at least three censuses to calculate project-wide metrics")) {
         return;
     }
     auto* metrics = new ProjectWideMetricsWindowController(jobs_, makeRandom_);
-    metrics->setAttribute(Qt::WA_DeleteOnClose);
     projectWideMetricsWindowController_ = metrics;
-    emit analysisWindowDidOpen(metrics);
-    metrics->show();
-    const ProgressId progress = startProgress(QString("calculating project-wide metrics..."));
-    connect(metrics, &QObject::destroyed, this, [=, this] { stopProgress(progress); });
-    jobs_.start(
-        metrics,
-        [project = context().frozenCopy(), name = projectName_] {
-            SparseCountsResult sparse = buildSparseCounts(*project);
-            const QString note = mergedNamesNote(sparse);
-            return ProjectWideInputs{
-                {std::move(sparse.pooled), std::move(sparse.counts)}, name, note};
-        },
-        [self = QPointer<MainViewController>(this), metrics, progress](ProjectWideInputs inputs) {
-            metrics->viewController().setInputs(std::move(inputs));
-            if (self) self->stopProgress(progress);
-        });
+    openAndFill(metrics, "calculating project-wide metrics...",
+                [project = context().frozenCopy(), name = projectName_] {
+                    SparseCountsResult sparse = buildSparseCounts(*project);
+                    const QString note = mergedNamesNote(sparse);
+                    return ProjectWideInputs{
+                        {std::move(sparse.pooled), std::move(sparse.counts)}, name, note};
+                });
 }
 
 void MainViewController::individualBasedRarefaction() {
@@ -97,32 +101,21 @@ void MainViewController::sampleBasedRarefaction() {
 void MainViewController::diversityAtEqualCoverage() {
     if (!canAnalyse(1, "Must have at least one census to compare diversity")) return;
     auto* window = new DiversityWindowController(jobs_, panels_, diversityChoice_);
-    window->setAttribute(Qt::WA_DeleteOnClose);
     window->setWindowFilePath(this->window()->windowFilePath());
     diversityWindowController_ = window;
     connect(&window->viewController(), &DiversityViewController::choiceDidChange, this,
             [this](const DiversityChoice& choice) { diversityChoice_ = choice; });
-    emit analysisWindowDidOpen(window);
-    window->show();
     std::vector<RecordId> selected;
     for (const Census& census : selectedCensuses()) selected.push_back(census.id());
-    const ProgressId progress = startProgress("calculating diversity...");
-    connect(window, &QObject::destroyed, this, [=, this] { stopProgress(progress); });
-    jobs_.start(
-        window,
-        [project = context().frozenCopy(), selected = std::move(selected), name = projectName_] {
-            return diversityInputs(*project, selected, name);
-        },
-        [self = QPointer<MainViewController>(this), window, progress](DiversityInputs inputs) {
-            window->viewController().setInputs(std::move(inputs));
-            if (self) self->stopProgress(progress);
-        });
+    openAndFill(window, "calculating diversity...",
+                [project = context().frozenCopy(), selected = std::move(selected),
+                 name = projectName_] { return diversityInputs(*project, selected, name); });
 }
 
 // work runs on a worker thread, and must own all that it reads.
 void MainViewController::startRarefaction(RarefactionKind kind, const QString& subject,
                                           std::function<std::vector<Rarefaction>()> work) {
-    const ProgressId progress = startProgress(QString("calculating rarefaction..."));
+    const ProgressId progress = startProgress("calculating rarefaction...");
     jobs_.start(this, std::move(work), [=, this](std::vector<Rarefaction> curve) {
         openRarefaction(kind, subject, std::move(curve));
         stopProgress(progress);

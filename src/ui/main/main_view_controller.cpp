@@ -308,11 +308,10 @@ MainView::ProgressId MainViewController::startProgress(const QString& text,
     return progress;
 }
 
-MainView::ProgressId MainViewController::startProgress(std::string_view text,
-                                                       std::function<void()> cancel) {
-    const auto size = static_cast<qsizetype>(text.size());
+MainView::ProgressId MainViewController::startImportProgress(const std::string& text,
+                                                             std::function<void()> cancel) {
     const ProgressId progress =
-        running_.start(QString::fromUtf8(text.data(), size), std::move(cancel), true);
+        running_.start(QString::fromStdString(text), std::move(cancel), true);
     showProgress();
     return progress;
 }

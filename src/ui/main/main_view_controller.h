@@ -95,7 +95,7 @@ class MainViewController : public QWidget, public MainView {
     // cancelled has a button for it.
     ProgressId startProgress(const QString& text, std::function<void()> cancel = {});
     // The same for imports.
-    ProgressId startProgress(std::string_view text, std::function<void()> cancel) override;
+    ProgressId startImportProgress(const std::string& text, std::function<void()> cancel) override;
     void stopProgress(ProgressId progress) override;
     [[nodiscard]] bool isInProgress() const { return !running_.isEmpty(); }
     [[nodiscard]] bool isInProgressBeside(ProgressId progress) const {
@@ -189,6 +189,9 @@ class MainViewController : public QWidget, public MainView {
     void showRightPage();
     void showProgress();
     void refreshSpeciesControls();
+    // work returns the inputs of the window, on a worker thread.
+    template <class Window, class Work>
+    void openAndFill(Window* window, const QString& progressText, Work work);
     bool canAnalyse(std::size_t fewestCensuses, const QString& refusal);
     void startRarefaction(RarefactionKind kind, const QString& subject,
                           std::function<std::vector<Rarefaction>()> work);

@@ -69,6 +69,16 @@ std::size_t OrderedTableModel::placeOf(RecordId id) const {
     return low;
 }
 
+void OrderedTableModel::note(RecordId id, bool stays, RecordsChange& change) const {
+    const std::size_t old = placeOf(id);
+    const bool isThere = isAt(old, id);
+    const auto place =
+        static_cast<std::uint32_t>(old + change.inserted.size() - change.removed.size());
+    if (isThere && !stays) change.removed.push_back(static_cast<std::uint32_t>(old));
+    if (isThere && stays) change.updated.push_back(place);
+    if (!isThere && stays) change.inserted.push_back(place);
+}
+
 std::vector<RecordId> OrderedTableModel::idsAt(const std::vector<int>& rows) const {
     std::vector<RecordId> ids;
     ids.reserve(rows.size());

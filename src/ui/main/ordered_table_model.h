@@ -61,6 +61,9 @@ class OrderedTableModel : public QAbstractTableModel {
         Records inserted;
         Records updated;
     };
+    // Adds the record to the change, which is made later; to be called with ascending identities.
+    // stays: it exists after the change.
+    void note(RecordId id, bool stays, RecordsChange& change) const;
 
     [[nodiscard]] virtual std::size_t recordCount() const = 0;
     [[nodiscard]] virtual RecordId idOf(std::size_t record) const = 0;

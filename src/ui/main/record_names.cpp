@@ -1,15 +1,11 @@
 #include "ui/main/record_names.h"
 
 #include <QFont>
-#include <QGuiApplication>
 #include <QIcon>
-#include <QIconEngine>
-#include <QPainter>
-#include <QPixmap>
 #include <QStringList>
-#include <algorithm>
 
 #include "model/diversity_document.h"
+#include "ui/kit/glyphs.h"
 #include "ui/kit/look.h"
 #include "ui/kit/shown_text.h"
 #include "ui/main/ordered_table_model.h"
@@ -21,42 +17,6 @@ namespace {
 constexpr qsizetype longestName = 1000;          // characters
 constexpr qsizetype longestNameInSentence = 40;  // characters
 constexpr std::size_t longestEditable = 30'000;  // bytes; a line editor cuts longer texts
-
-// Two overlapping rings; on a selected row, which may have any colour, on a background of their
-// own.
-class SharedNameEngine : public QIconEngine {
-  public:
-    void paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State) override {
-        const LookColors& colors = lookColors(QGuiApplication::palette());
-        const double unit = std::min(rect.width(), rect.height()) / 16.0;
-        painter->save();
-        painter->setRenderHint(QPainter::Antialiasing);
-        if (mode == QIcon::Selected) {
-            painter->setPen(Qt::NoPen);
-            painter->setBrush(colors.base);
-            painter->drawRoundedRect(rect, 4, 4);
-        }
-        painter->translate(rect.center() + QPointF(0.5, 0.5));
-        painter->setPen(QPen(colors.warningMark, 1.5 * unit));
-        painter->setBrush(Qt::NoBrush);
-        painter->drawEllipse(QPointF(-2.25 * unit, 0), 3.75 * unit, 3.75 * unit);
-        painter->drawEllipse(QPointF(2.25 * unit, 0), 3.75 * unit, 3.75 * unit);
-        painter->restore();
-    }
-    QPixmap pixmap(const QSize& size, QIcon::Mode mode, QIcon::State state) override {
-        QPixmap pixmap(size);
-        pixmap.fill(Qt::transparent);
-        QPainter painter(&pixmap);
-        paint(&painter, pixmap.rect(), mode, state);
-        return pixmap;
-    }
-    [[nodiscard]] QIconEngine* clone() const override { return new SharedNameEngine; }
-};
-
-const QIcon& sharedNameIcon() {
-    static const QIcon icon(new SharedNameEngine);
-    return icon;
-}
 
 }  // namespace
 
@@ -96,7 +56,8 @@ QVariant nameData(const std::optional<SharedText>& name, int role, const char* s
         case Qt::AccessibleDescriptionRole:
             return sharedReason ? QVariant(sharedReason) : QVariant();
         case Qt::DecorationRole:
-            return sharedReason && isMarked ? QVariant(sharedNameIcon()) : QVariant();
+            if (!sharedReason || !isMarked) return {};
+            return glyphIcon(Glyph::rings, &LookColors::warningMark);
         default:
             return {};
     }

@@ -33,27 +33,11 @@ void SpeciesTableModel::setCensus(std::shared_ptr<const CensusBlock> block) {
 }
 
 void SpeciesTableModel::takeBlock(std::shared_ptr<const CensusBlock> block) {
-    // The records of the old block live until the pointers to them are gone.
-    const std::shared_ptr<const CensusBlock> old = std::exchange(block_, std::move(block));
-    static const CensusBlock none;
-    const auto& before = old ? old->chunks : none.chunks;
-    const auto& after = block_ ? block_->chunks : none.chunks;
-    const std::size_t both = std::min(before.size(), after.size());
-    // As long as chunks are of one length, their records stand in the same places.
-    std::size_t place = 0;
-    std::size_t chunk = 0;
-    for (; chunk < both && before[chunk]->size() == after[chunk]->size(); ++chunk) {
-        if (before[chunk] != after[chunk]) {
-            std::transform(after[chunk]->begin(), after[chunk]->end(),
-                           taxa_.begin() + static_cast<std::ptrdiff_t>(place),
-                           [](const TaxonRecord& taxon) { return &taxon; });
-        }
-        place += after[chunk]->size();
-    }
-    taxa_.resize(place);
-    for (; chunk < after.size(); ++chunk) {
-        for (const TaxonRecord& taxon : *after[chunk]) taxa_.push_back(&taxon);
-    }
+    taxa_.clear();
+    block_ = std::move(block);
+    if (!block_) return;
+    taxa_.reserve(block_->taxonCount());
+    block_->forEachTaxon([this](const TaxonRecord& taxon) { taxa_.push_back(&taxon); });
 }
 
 void SpeciesTableModel::findLargest() {
@@ -72,12 +56,13 @@ void SpeciesTableModel::count(const TaxonValues& taxon, int by) {
 }
 
 void SpeciesTableModel::blockDidChange(std::shared_ptr<const CensusBlock> after) {
-    const RecordsChange told = changeTo(*after);
+    RecordsChange told;
     const std::int64_t largest = largest_;
     const std::size_t shared = sharedNames_.recordCount();
     bool largestWent = false;
     forEachTaxonChange(block_.get(), after.get(),
                        [&](const TaxonRecord* before, const TaxonRecord* now) {
+                           note((now ? now : before)->id, now != nullptr, told);
                            if (before) sharedNames_.remove(before->values.name);
                            if (now) sharedNames_.add(now->values.name);
                            if (before) count(before->values, -1);
@@ -91,27 +76,6 @@ void SpeciesTableModel::blockDidChange(std::shared_ptr<const CensusBlock> after)
     });
     if (largest_ != largest) tellColumn(abundanceColumn, shareRole);
     if (sharedNames_.recordCount() != shared) tellColumn(nameColumn, Qt::DecorationRole);
-}
-
-OrderedTableModel::RecordsChange SpeciesTableModel::changeTo(const CensusBlock& after) const {
-    RecordsChange told;
-    std::size_t inserted = 0;
-    std::size_t removed = 0;
-    const auto visit = [&](const TaxonRecord* before, const TaxonRecord* now) {
-        const std::size_t old = placeOf(before ? before->id : now->id);
-        const auto place = static_cast<std::uint32_t>(old - removed + inserted);
-        if (!before) {
-            told.inserted.push_back(place);
-            ++inserted;
-        } else if (!now) {
-            told.removed.push_back(static_cast<std::uint32_t>(old));
-            ++removed;
-        } else {
-            told.updated.push_back(place);
-        }
-    };
-    forEachTaxonChange(block_.get(), &after, visit);
-    return told;
 }
 
 void SpeciesTableModel::setFilter(const QString& text) {

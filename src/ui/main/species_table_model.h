@@ -33,8 +33,7 @@ class SpeciesTableModel : public OrderedTableModel {
     void setContext(ObjectContext& context);
     // Without a block there are no rows.
     void setCensus(std::shared_ptr<const CensusBlock> block);
-    // The new block of the same census, not null. Chunks that both blocks share cost next to
-    // nothing while no record moves to another place.
+    // The new block of the same census, not null.
     void blockDidChange(std::shared_ptr<const CensusBlock> after);
     // Shows the names that contain the text, ignoring case and accents; an empty text shows all.
     void setFilter(const QString& text);
@@ -69,7 +68,6 @@ class SpeciesTableModel : public OrderedTableModel {
     [[nodiscard]] const TaxonValues& valuesAt(int row) const {
         return taxa_[recordAt(row)]->values;
     }
-    [[nodiscard]] RecordsChange changeTo(const CensusBlock& after) const;
     [[nodiscard]] QVariant includeData(const TaxonValues& taxon, int role) const;
     [[nodiscard]] QVariant speciesNameData(const TaxonValues& taxon, int role) const;
     [[nodiscard]] QVariant abundanceData(const TaxonValues& taxon, int role) const;
