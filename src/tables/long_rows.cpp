@@ -27,7 +27,14 @@ class LongRows final : public RowReader {
   public:
     using RowReader::RowReader;
 
-    void begin(const TableHeader& /*header*/) override {}
+    void begin(const TableHeader& /*header*/) override {
+        censusColumns_ = columns_.names;
+        for (const auto& attribute : columns_.attributes) {
+            censusColumns_.push_back(attribute.second);
+        }
+        censusColumns_.insert(censusColumns_.end(), columns_.dateParts.begin(),
+                              columns_.dateParts.end());
+    }
 
     void read(const SparseRow& row) override {
         const std::optional<std::size_t> index = censusOf(row);
@@ -148,15 +155,10 @@ class LongRows final : public RowReader {
 
     // Whether all that a record tells of its census is, to the letter, what the one before told.
     [[nodiscard]] bool repeatsCensus(const SparseRow& row) const {
-        if (!lastCensus_) return false;
-        std::size_t i = 0;
-        const auto repeats = [&](std::size_t column) {
-            return row.cell(column) == lastCells_[i++];
-        };
-        return std::all_of(columns_.names.begin(), columns_.names.end(), repeats) &&
-               std::all_of(columns_.attributes.begin(), columns_.attributes.end(),
-                           [&](const auto& attribute) { return repeats(attribute.second); }) &&
-               std::all_of(columns_.dateParts.begin(), columns_.dateParts.end(), repeats);
+        for (std::size_t i = 0; lastCensus_ && i < censusColumns_.size(); ++i) {
+            if (row.cell(censusColumns_[i]) != lastCells_[i]) return false;
+        }
+        return lastCensus_.has_value();
     }
 
     void keepCensus(const SparseRow& row, std::size_t index) {
@@ -166,19 +168,14 @@ class LongRows final : public RowReader {
         if (names.empty() || (!isNamed && !columns_.exact)) return;
         lastCensus_ = index;
         lastCells_.clear();
-        for (const std::size_t column : names) lastCells_.emplace_back(row.cell(column));
-        for (const auto& attribute : columns_.attributes) {
-            lastCells_.emplace_back(row.cell(attribute.second));
-        }
-        for (const std::size_t column : columns_.dateParts) {
-            lastCells_.emplace_back(row.cell(column));
-        }
+        for (const std::size_t column : censusColumns_) lastCells_.emplace_back(row.cell(column));
     }
 
     std::size_t knownSpecies_ = 0;
     std::string lastName_;
-    std::optional<std::size_t> lastCensus_;  // of the record before, if it was read without fault
-    std::vector<std::string> lastCells_;     // by which it was known
+    std::vector<std::size_t> censusColumns_;  // that tell of the census
+    std::optional<std::size_t> lastCensus_;   // of the record before, if it was read without fault
+    std::vector<std::string> lastCells_;      // by which it was known
 };
 
 }  // namespace
