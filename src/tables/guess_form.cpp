@@ -31,15 +31,17 @@ double scoreOf(std::string_view head, const TextForm& form) {
     std::size_t cells = 0;
     std::size_t clean = 0;
     TextRows rows(bytesOf(head), form);
-    TableRow row;
-    while (row.number < TableSample::mostRows && rows.next(row)) {
-        const bool isEmpty =
-            std::all_of(row.cells.begin(), row.cells.end(), [](auto cell) { return cell.empty(); });
-        const bool isRemark = row.cells.size() == 1 && row.cells.front().starts_with('#');
+    SparseRow row;
+    while (row.number < TableSample::mostRows && rows.nextSparse(row)) {
+        const std::size_t zeros = row.width - row.cells.size();
+        const bool isEmpty = zeros == 0 && std::all_of(row.cells.begin(), row.cells.end(),
+                                                       [](auto cell) { return cell.empty(); });
+        const bool isRemark = row.width == 1 && row.cell(0).starts_with('#');
         if (isEmpty || isRemark) continue;
         ++rowCount;
-        ++widths[row.cells.size()];
-        cells += row.cells.size();
+        ++widths[row.width];
+        cells += row.width;
+        clean += zeros;
         for (const std::string_view cell : row.cells) clean += isClean(cell, form.separator);
     }
     std::size_t width = 0;

@@ -18,7 +18,7 @@ bool isHeaderRow(const SampleGrid& grid, std::size_t i) {
         ++filled;
         words += !isCountLike(cell);
     }
-    const auto meaning = headerMeaning(grid.cell(i, 0));
+    const auto meaning = grid.meaning(grid.cell(i, 0));
     const bool names =
         meaning && (meaning->role == ColumnRole::species || meaning->role == ColumnRole::census);
     const bool corner =
@@ -52,7 +52,7 @@ double shareOf(const std::vector<std::string_view>& texts, const Looks& looks) {
 }  // namespace
 
 std::optional<ColumnRole> metadataOf(const SampleGrid& grid, std::size_t i) {
-    const auto meaning = headerMeaning(grid.cell(i, 0));
+    const auto meaning = grid.meaning(grid.cell(i, 0));
     if (!meaning) return std::nullopt;
     switch (meaning->role) {
         case ColumnRole::date:
@@ -118,7 +118,7 @@ double speciesRowsScore(const SampleGrid& grid, std::size_t header) {
         labels, [](std::string_view label) { return parseWholeInteger(label).has_value(); });
     for (std::size_t column = 0; header > 0 && column < std::min<std::size_t>(3, grid.width());
          ++column) {
-        const auto meaning = headerMeaning(grid.headerText(header, column));
+        const auto meaning = grid.meaning(grid.headerText(header, column));
         // Counts may be of a Garden, or of Birds.
         const bool isCounted = column > names && grid.factsOf(header, column).isOfCounts();
         if (!meaning || (isCounted && !grid.holdsRowNumbers(header, column))) continue;
@@ -129,7 +129,7 @@ double speciesRowsScore(const SampleGrid& grid, std::size_t header) {
     score += 2 * shareOf(labels, looksLikeSpeciesName) - 2 * shareOf(headers, looksLikeSpeciesName);
     score += shareOf(headers, looksLikeCensusName) - shareOf(labels, looksLikeCensusName);
     for (const std::string_view text : headers) {
-        const auto meaning = headerMeaning(text);
+        const auto meaning = grid.meaning(text);
         if (!meaning) continue;
         if (text == "taxonomy") score += 2;
         const bool tellsOfCensus = meaning->role == ColumnRole::latitude ||

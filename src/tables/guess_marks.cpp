@@ -141,7 +141,7 @@ void guessDateOrder(const SampleGrid& grid, TableGuess& guess) {
 void settleTotals(const SampleGrid& grid, TableReading& reading) {
     for (std::size_t column = 0; column < reading.columns.size(); ++column) {
         if (reading.columns[column] != ColumnRole::total) continue;
-        const auto meaning = headerMeaning(grid.headerText(reading.headerRows.size(), column));
+        const auto meaning = grid.meaning(grid.headerText(reading.headerRows.size(), column));
         const auto& columns = reading.columns;
         const bool isOnly =
             std::find(columns.begin(), columns.end(), ColumnRole::count) == columns.end() &&

@@ -40,8 +40,8 @@ enum class Part { none, place, repeat };
 
 // Whether a column may be a part of the names of censuses: a place, or what tells censuses of one
 // place apart.
-Part partOf(std::string_view header) {
-    const auto meaning = headerMeaning(header);
+Part partOf(const SampleGrid& grid, std::string_view header) {
+    const auto meaning = grid.meaning(header);
     if (!meaning) return Part::none;
     switch (meaning->role) {
         case ColumnRole::census:
@@ -110,13 +110,13 @@ std::vector<std::size_t> nameColumns(const SampleGrid& grid, std::size_t header,
     const bool isCut = grid.height() + 1 >= TableSample::mostRows;
     for (const Part kind : {Part::place, Part::repeat}) {
         for (std::size_t column = 0; column < roles.size(); ++column) {
-            if (column == main || partOf(grid.headerText(header, column)) != kind) continue;
+            if (column == main || partOf(grid, grid.headerText(header, column)) != kind) continue;
             const RowKeys values = keysOf(grid, header, column);
             // Numbers of plots begin again at the next site, maybe below the sample.
             const bool mayRepeat =
                 isCut && kind == Part::place && areBareNumbers(grid, header, main);
             if (determines(grid, header, keys, values) && !mayRepeat) continue;
-            const auto meaning = headerMeaning(grid.headerText(header, column));
+            const auto meaning = grid.meaning(grid.headerText(header, column));
             const bool isPlain = meaning->role == ColumnRole::census;
             // A year or a depth that only some rows have tells no censuses apart.
             if (!isPlain && hasBlanks(grid, header, column)) continue;

@@ -39,7 +39,7 @@ class RecordColumns {
 
     [[nodiscard]] std::optional<HeaderMeaning> meaning(std::size_t column) const {
         if (guess_.header == 0) return std::nullopt;
-        return headerMeaning(grid_.cell(0, column));
+        return grid_.meaning(grid_.cell(0, column));
     }
 
     void decide() {
@@ -220,7 +220,7 @@ class RecordColumns {
         if (names_.empty() || !species_ || !recordsRepeat()) return;
         for (std::size_t column = 0; column < words_.size(); ++column) {
             const bool isUsed = words_[column] || column == species_ || isName(column) ||
-                                std::find(counts_.begin(), counts_.end(), column) != counts_.end();
+                                std::binary_search(counts_.begin(), counts_.end(), column);
             const std::size_t different = isUsed ? 0 : values(column).size();
             if (different < 2 || different * 2 > facts_[column].filled) continue;
             names_.push_back(column);
@@ -293,10 +293,10 @@ class RecordColumns {
         std::vector<ColumnRole> found;
         for (std::size_t column = 0; column < words_.size(); ++column) {
             const ColumnRole role = words_[column].value_or(ColumnRole::ignored);
-            const bool isCount = std::find(counts_.begin(), counts_.end(), column) != counts_.end();
+            const bool isCount = std::binary_search(counts_.begin(), counts_.end(), column);
             // A remark tells of a record, of which nothing but the count is kept.
-            const auto said = meaning(column);
-            const bool isRemark = role == ColumnRole::notes && said && said->rank > 0;
+            const auto said = role == ColumnRole::notes ? meaning(column) : std::nullopt;
+            const bool isRemark = said && said->rank > 0;
             const bool isTaken = role == ColumnRole::census || role == ColumnRole::species ||
                                  role == ColumnRole::count || role == ColumnRole::total;
             if (column == species_) {

@@ -82,7 +82,7 @@ class WideRoles {
         }
         // A census may be called Garden or Site, and what is counted Birds.
         if (byWord && facts.filled > 0 && facts.isOfCounts()) {
-            const auto meaning = headerMeaning(grid_.headerText(header_, column));
+            const auto meaning = grid_.meaning(grid_.headerText(header_, column));
             const bool names =
                 meaning && (ofCensus ? meaning->role == ColumnRole::species && meaning->rank == 1
                                      : meaning->role == ColumnRole::census || meaning->rank > 1);
@@ -129,7 +129,7 @@ WordRoles rolesByWords(const SampleGrid& grid, std::size_t header) {
     WordRoles roles(grid.width());
     std::map<ColumnRole, std::pair<int, std::size_t>> best;
     for (std::size_t column = 0; column < roles.size(); ++column) {
-        const auto meaning = headerMeaning(grid.headerText(header, column));
+        const auto meaning = grid.meaning(grid.headerText(header, column));
         if (!meaning) continue;
         roles[column] = ColumnRole::ignored;
         if (meaning->role == ColumnRole::ignored) continue;

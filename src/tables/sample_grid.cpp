@@ -147,6 +147,13 @@ SampleGrid::SampleGrid(const SampleRows& rows, const Block& block) : rows_(&rows
     for (std::size_t i = 0; i < height(); ++i) summaries_.push_back(isSummaryRow(row(i)));
 }
 
+std::optional<HeaderMeaning> SampleGrid::meaning(std::string_view cell) const {
+    if (cell.empty()) return headerMeaning(cell);
+    const auto [found, isNew] = meanings_.try_emplace(cell.data());
+    if (isNew) found->second = headerMeaning(cell);
+    return found->second;
+}
+
 ColumnFacts SampleGrid::factsOf(std::size_t header, std::size_t column) const {
     ColumnFacts facts;
     for (std::size_t i = header; i < height(); ++i) {

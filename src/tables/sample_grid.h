@@ -6,9 +6,11 @@
 #include <memory>
 #include <optional>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "tables/guess.h"
+#include "tables/words.h"
 
 namespace zorvel {
 
@@ -70,6 +72,8 @@ class SampleGrid {
         }
         return cell(header > 0 ? header - 1 : 0, column);
     }
+    // What a cell of the grid says as a header; found out once for each.
+    [[nodiscard]] std::optional<HeaderMeaning> meaning(std::string_view cell) const;
     // A total or an index over the rows above.
     [[nodiscard]] bool isSummary(std::size_t i) const { return summaries_[i]; }
 
@@ -83,6 +87,7 @@ class SampleGrid {
     const SampleRows* rows_ = nullptr;
     Block block_;
     std::vector<bool> summaries_;  // of each row of the block
+    mutable std::unordered_map<const char*, std::optional<HeaderMeaning>> meanings_;  // of cells
 };
 
 }  // namespace zorvel
