@@ -45,15 +45,16 @@ class RecordColumns {
     void decide() {
         const bool bySpeciesWord = speciesRank_ < noRank;
         const bool manyColumns = countsByShape_ && counts_.size() > 1;
-        if (manyColumns && (headersAre(looksLikeSpeciesName) || headersAre(looksLikeCensusName))) {
-            return;
-        }
+        if (manyColumns && headersAre(looksLikeSpeciesName)) return;
+        const bool overPlaces = manyColumns && headersAre(looksLikeCensusName);
         if (bySpeciesWord && placesAreKnown_) {
-            guess_.fits = true;
-            // Insects of host plants have columns, and days or sexes too.
-            guess_.doubtful = manyColumns && (speciesRank_ > 0 || counts_.size() > mostCounts);
+            // Insects of host plants have columns, and replicates, days or sexes too.
+            guess_.fits = !overPlaces || repeats(*species_);
+            guess_.doubtful =
+                manyColumns && (speciesRank_ > 0 || overPlaces || counts_.size() > mostCounts);
             return;
         }
+        if (overPlaces) return;
         if (grid_.height() <= guess_.header + 2) return;
         const bool speciesRepeat = repeats(*species_);
         const bool placesRepeat = std::any_of(names_.begin(), names_.end(),

@@ -74,6 +74,8 @@ TEST(TableGuess, RecordsAreKnownByWhatColumnsHold) {
 TEST(TableGuess, CountsOfRecordsAreAskedForWhereTheyMayBeOthers) {
     expectTaken({{"Site,Species,Males,Females\nA,Lasius,2,3\nB,Lasius,4,4\n",
                   "counts? A: Lasius=5; B: Lasius=8; "},
+                 {"Site,Species,R1,R2\nA,Poa,1,2\nA,Bellis,0,1\nB,Poa,4,0\n",
+                  "layout? counts? A: Poa=3 Bellis=1; B: Poa=4; "},
                  {"Point,Species,0-25m,25-50m\nP1,Turdus,1,2\nP1,Parus,0,1\n",
                   "counts? P1: Turdus=3 Parus=1; "},
                  {"Plot,Species,Cover (%)\nA,Poa,20\nB,Poa,60\n", "counts? A: Poa=20; B: Poa=60; "},

@@ -218,6 +218,17 @@ TEST_F(TableDialogTest, WhatIsInDoubtIsAskedBeforeTheImport) {
     EXPECT_EQ(headerOf(1), "Column B, role species");
 }
 
+TEST_F(TableDialogTest, CountsOfSexesAreAddedIfTheAnswerSaysSo) {
+    openTable("Site,Species,Males,Females\nA,Lasius,2,3\nB,Lasius,4,4\n");
+    ASSERT_TRUE(waitUntil([&] { return title() == "Import 2 Censuses"; }));
+    const auto answers = dialog()->findChildren<QPushButton*>("tableDoubtAnswer");
+    ASSERT_EQ(answers.size(), 3);
+    EXPECT_EQ(answers[2]->text(), "&3: Their sum");
+    answers[2]->click();
+    ASSERT_TRUE(waitFor("Import 2 Censuses"));
+    EXPECT_EQ(part<QTableWidget>("tableCensuses").item(1, 2)->text(), "8");
+}
+
 TEST_F(TableDialogTest, EachLetterLeadsToOnePart) {
     openTable("Name;A;B;C\nX;1;2;3,5\nY;4;5;6\n");
     part<QPushButton>("tableMoreButton").click();

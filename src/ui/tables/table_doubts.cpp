@@ -82,7 +82,9 @@ DoubtQuestion questionOf(TableDoubt doubt, const TableReading& reading) {
                     for (const std::size_t column : counts) corrections.roles[column] = role;
                 };
             };
+            constexpr std::size_t mostAnswers = 4;
             for (const std::size_t column : counts) {
+                if (counts.size() > mostAnswers) break;
                 add("Column " + letters(column), [column](TableCorrections& corrections) {
                     corrections.roles[column] = ColumnRole::count;
                 });
