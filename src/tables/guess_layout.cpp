@@ -98,6 +98,21 @@ bool isShort(const SampleGrid& grid, std::size_t header) {
            filledWidth(grid.row(header)) == grid.width() && !grid.cell(0, 0).empty();
 }
 
+// Whether at least half of the columns of counts are headed by words for places or species.
+bool mostCountsHaveWords(const SampleGrid& grid, std::size_t header, std::size_t names) {
+    std::size_t counts = 0;
+    std::size_t known = 0;
+    const std::vector<ColumnFacts> facts = grid.factsOf(header);
+    for (std::size_t column = names + 1; column < grid.width(); ++column) {
+        if (!facts[column].isOfCounts()) continue;
+        const auto meaning = grid.meaning(grid.headerText(header, column));
+        ++counts;
+        known += meaning &&
+                 (meaning->role == ColumnRole::census || meaning->role == ColumnRole::species);
+    }
+    return known * 2 >= counts && known > 0;
+}
+
 // The first; but behind numbers of rows, the names.
 std::size_t labelColumn(const SampleGrid& grid, std::size_t header) {
     if (grid.width() < 3 || !grid.holdsRowNumbers(header, 0)) return 0;
@@ -116,12 +131,12 @@ double speciesRowsScore(const SampleGrid& grid, std::size_t header) {
     // Rows that are only numbered are samples.
     double score = -shareOf(
         labels, [](std::string_view label) { return parseWholeInteger(label).has_value(); });
+    const bool countsHaveWords = header > 0 && mostCountsHaveWords(grid, header, names);
     for (std::size_t column = 0; header > 0 && column < std::min<std::size_t>(3, grid.width());
          ++column) {
         const auto meaning = grid.meaning(grid.headerText(header, column));
-        // Counts may be of a Garden, or of Birds.
-        const bool isCounted = column > names && grid.factsOf(header, column).isOfCounts();
-        if (!meaning || (isCounted && !grid.holdsRowNumbers(header, column))) continue;
+        // Counts may be of gardens or of birds.
+        if (!meaning || (column > names && countsHaveWords)) continue;
         if (meaning->role == ColumnRole::species) score += 3;
         if (meaning->role == ColumnRole::census) score -= 3;
         if (meaning->role == ColumnRole::species || meaning->role == ColumnRole::census) break;

@@ -190,6 +190,12 @@ class RecordColumns {
         };
         byWord(ColumnRole::count);
         if (counts_.empty()) byWord(ColumnRole::total);
+        // Texts below a certain word are counts at fault.
+        for (std::size_t column = 0; column < words_.size() && counts_.empty(); ++column) {
+            const auto said = meaning(column);
+            const bool isCount = said && said->role == ColumnRole::count && said->rank == 0;
+            if (isCount && facts_[column].filled > 0) counts_ = {column};
+        }
         // A unit of cover or mass in each row.
         for (std::size_t column = 0; column < words_.size() && !counts_.empty(); ++column) {
             const bool isUnit = isOfText(column) && column != species_ && !isName(column) &&

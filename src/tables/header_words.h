@@ -38,7 +38,8 @@ constexpr auto wordTable = std::to_array<WordsOfMeaning>({
      "lokalitet|lokalizacja|miejsce|lokalita|gebiet"},
     {{ColumnRole::census, 2}, "eventid|event id|fieldnumber|group"},
     {{ColumnRole::census, 3},
-     "habitat|microhabitat|biotope|biotop|lebensraum|zone|replicate|rep|replica|replicat|"
+     "section|sector|segment|secteur|sektor|abschnitt|tratto|sezione|tramo|sectie|habitat|"
+     "microhabitat|biotope|biotop|lebensraum|zone|replicate|rep|replica|replicat|"
      "repetition|repeticion|repeticao|wiederholung|teilprobe|"
      "subsample|sub sample|replicato|replicaat|replikat|powtorzenie|treatment|behandlung|"
      "traitement|tratamiento|tratamento|trattamento|behandeling|visit|round|survey|session|season|"
@@ -110,7 +111,8 @@ constexpr auto wordTable = std::to_array<WordsOfMeaning>({
      "by|recorder|institution code|collection code|dataset name|basis of "
      "record|behaviour|behavior|verhalten|activity|aktivitet|beobachter|observateur|waarnemer|"
      "license|numotus|label|taxonomic order|number of observers|taxonomy|id|gbifid|observer|"
-     "alter|altersklasse|age class|edad|eta|leeftijd|wiek|alder|plumage|breeding code|stage|life "
+     "alter|altersklasse|age class|edad|eta|leeftijd|wiek|alder|plumage|breeding "
+     "code|instar|stage|life "
      "stage|lifestage|sex|sexe|sexo|sesso|stadium|stade|geschlecht|kon|plec|"
      "trophic level|trophic group|tolerance|tolerance value|score|rank|red list|"
      "organismquantitytype|organism quantity type|size|code|ph|unnamed: 0"},
@@ -236,6 +238,8 @@ constexpr auto measures = std::to_array<std::string_view>(
      "uncertainty",
      "accuracy",
      "precision",
+     "density",
+     "dichte",
      "nitrate",
      "phosphate",
      "chlorophyll",

@@ -201,6 +201,23 @@ bool isLetter(char c) {
            static_cast<unsigned char>(c) >= 0x80;
 }
 
+// sp1, OTU_12, Morphospecies 3.
+bool looksLikeNumberedSpecies(std::string_view text) {
+    constexpr auto words = std::to_array<std::string_view>(
+        {"sp", "spp", "spec", "species", "otu", "zotu", "asv", "taxon", "taxa", "morph",
+         "morphospecies", "msp", "mots", "motu", "espece", "especie", "specie", "soort",
+         "gatunek"});
+    const std::string plain = plainHeader(text);
+    const std::size_t number = plain.find_first_of("0123456789");
+    if (number == std::string::npos ||
+        plain.find_first_not_of("0123456789", number) != std::string::npos) {
+        return false;
+    }
+    std::string_view word = std::string_view(plain).substr(0, number);
+    if (word.ends_with(' ')) word.remove_suffix(1);
+    return isOneOf(words, word);
+}
+
 }  // namespace
 
 std::optional<HeaderMeaning> headerMeaning(std::string_view header) {
@@ -229,12 +246,14 @@ bool looksLikeCensusName(std::string_view text) {
     if (text.empty() || text.size() > 24 || !isLetter(text.front()) || !digit(text.back())) {
         return false;
     }
+    if (looksLikeNumberedSpecies(text)) return false;
     return std::all_of(text.begin(), text.end(), [&](char c) {
         return isLetter(c) || digit(c) || c == ' ' || c == '_' || c == '-' || c == '.';
     });
 }
 
 bool looksLikeSpeciesName(std::string_view text) {
+    if (looksLikeNumberedSpecies(text)) return true;
     const bool sequence =
         text.size() >= 20 && text.find_first_not_of("ACGTN") == std::string_view::npos;
     if (sequence) return true;

@@ -72,20 +72,22 @@ TEST(TableGuess, RecordsAreKnownByWhatColumnsHold) {
 
 // What was no count before it was asked for.
 TEST(TableGuess, CountsOfRecordsAreAskedForWhereTheyMayBeOthers) {
-    expectTaken({{"Site,Species,Males,Females\nA,Lasius,2,3\nB,Lasius,4,4\n",
-                  "counts? A: Lasius=5; B: Lasius=8; "},
-                 {"Site,Species,R1,R2\nA,Poa,1,2\nA,Bellis,0,1\nB,Poa,4,0\n",
-                  "layout? counts? A: Poa=3 Bellis=1; B: Poa=4; "},
-                 {"Point,Species,0-25m,25-50m\nP1,Turdus,1,2\nP1,Parus,0,1\n",
-                  "counts? P1: Turdus=3 Parus=1; "},
-                 {"Plot,Species,Cover (%)\nA,Poa,20\nB,Poa,60\n", "counts? A: Poa=20; B: Poa=60; "},
-                 {"Plot,Species,Xyz\nA,Fagus,30\nA,Picea,22\nB,Picea,41\n",
-                  "counts? A: Fagus=30 Picea=22; B: Picea=41; "},
-                 {"Plot,Species,Biomass\nA,Poa,2.5\nB,Poa,3.1\n",
-                  "counts? C2: 2.5 is not a whole number. Zorvel counts individuals."},
-                 {"eventID,scientificName,organismQuantity,organismQuantityType\n"
-                  "E,Poa,20,% cover\nF,Poa,5,% cover\n",
-                  "counts? E: Poa=20; F: Poa=5; "}});
+    expectTaken(
+        {{"Site,Species,Males,Females\nA,Lasius,2,3\nB,Lasius,4,4\n",
+          "counts? A: Lasius=5; B: Lasius=8; "},
+         {"Site,Species,R1,R2\nA,Poa,1,2\nA,Bellis,0,1\nB,Poa,4,0\n",
+          "layout? counts? A: Poa=3 Bellis=1; B: Poa=4; "},
+         {"Point,Species,0-25m,25-50m\nP1,Turdus,1,2\nP1,Parus,0,1\n",
+          "counts? P1: Turdus=3 Parus=1; "},
+         {"Plot,Species,Cover (%)\nA,Poa,20\nB,Poa,60\n", "counts? A: Poa=20; B: Poa=60; "},
+         {"Plot,Species,Xyz\nA,Fagus,30\nA,Picea,22\nB,Picea,41\n",
+          "counts? A: Fagus=30 Picea=22; B: Picea=41; "},
+         {"Site,Species,Count\nA,Poa,many\nA,Bellis,few\n", "C2: \"many\" is not a number."},
+         {"Plot,Species,Biomass\nA,Poa,2.5\nB,Poa,3.1\n",
+          "counts? C2: 2.5 is not a whole number. Zorvel counts individuals."},
+         {"eventID,scientificName,organismQuantity,organismQuantityType\n"
+          "E,Poa,20,% cover\nF,Poa,5,% cover\n",
+          "counts? E: Poa=20; F: Poa=5; "}});
 }
 
 TEST(TableGuess, PartsOfNamesAreJoined) {
@@ -132,6 +134,11 @@ TEST(TableGuess, MeasurementsAreNoSpeciesAndCensusesMayHaveTheirNames) {
           "A: Poa annua=3 Bellis perennis=1; B: Bellis perennis=2; "},
          {"Species,Oasis 1,Oasis 2\nDate palm,12,7\nTamarisk,3,0\n",
           "Oasis 1: Date palm=12 Tamarisk=3; Oasis 2: Date palm=7; "},
+         {"\"Girdled\" \"Logged\"\n\"sp1\" 46 88\n\"sp2\" 22 22\n\"sp3\" 17 16\n",
+          "Girdled: sp1=46 sp2=22 sp3=17; Logged: sp1=88 sp2=22 sp3=16; "},
+         {"Date,Trap,Carabidae,Araneae\n2021-05-03,1,3,12\n2021-05-03,2,1,5\n"
+          "2021-05-17,1,0,8\n",
+          "1: Carabidae=3 Araneae=12; 2: Carabidae=1 Araneae=5; 1: Araneae=8; "},
          {"Species,Area 1,Depth 10\nPoa annua,3,0\nBellis perennis,0,4\n",
           "Area 1: Poa annua=3; Depth 10: Bellis perennis=4; "},
          {"Site,Birds,Fish\nA,3,0\nB,1,4\n", "A: Birds=3; B: Birds=1 Fish=4; "},
