@@ -152,8 +152,8 @@ class DiversityWindowTest : public ::testing::Test {
         focus.setFocus();
         QTest::keyClick(window->windowHandle(), Qt::Key_F1);
         auto* popover = window->findChild<Popover*>();
-        const QString told = popover != nullptr && popover->isVisible() ? popover->accessibleName()
-                                                                        : QString("nothing");
+        QString told = popover != nullptr && popover->isVisible() ? popover->accessibleName()
+                                                                  : QString("nothing");
         QTest::keyClick(window->windowHandle(), Qt::Key_Escape);
         EXPECT_TRUE(focus.hasFocus());
         return told;

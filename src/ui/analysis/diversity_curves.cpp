@@ -83,12 +83,13 @@ void addProfile(PlotCurve& plot, const DiversityCurve& curve,
 // The standard sizes, and more of the first, where coverage grows fastest.
 std::vector<double> curveSizes(double size) {
     std::vector<double> sizes = standardSizes(size);
-    const double second = sizes.size() > 1 ? sizes[1] : 1;
-    std::vector<double> first;
-    for (double each = 1; each < second; each = std::ceil(1.4 * each)) first.push_back(each);
-    if (first.empty()) return sizes;
-    sizes.erase(sizes.begin());
-    sizes.insert(sizes.begin(), first.begin(), first.end());
+    std::vector<double> more;
+    double next = 2;
+    while (sizes.size() > 1 && next < sizes[1]) {
+        more.push_back(next);
+        next = std::ceil(1.4 * next);
+    }
+    sizes.insert(sizes.begin() + 1, more.begin(), more.end());
     return sizes;
 }
 

@@ -29,7 +29,6 @@ QString sizeText(double size) {
     return fixed(size, std::fabs(size - std::round(size)) < 0.05 ? 0 : 1);
 }
 
-constexpr int remarkColumn = CoverageTableModel::remarkColumn;
 constexpr int alignRight = Qt::AlignRight | Qt::AlignVCenter;
 constexpr int alignLeft = Qt::AlignLeft | Qt::AlignVCenter;
 

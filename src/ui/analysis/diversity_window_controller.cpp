@@ -29,7 +29,7 @@ namespace zorvel {
 namespace {
 
 constexpr qsizetype longestProject = 120;  // characters
-constexpr double stepsOfCoverage = 1000;   // that a drag distinguishes
+constexpr double stepsOfCoverage = 10000;  // as the field distinguishes
 
 std::optional<ConfidenceLevel> preferredConfidence() {
     return confidenceLevelOf(Preferences().confidence());
@@ -87,12 +87,12 @@ void DiversityViewController::addChoices() {
         compute();
     });
     for (const QComboBox* box : {ui_->orderBox, ui_->acrossBox}) {
-        connect(box, &QComboBox::currentIndexChanged, this, &Self::keepView);
-    }
-    connect(ui_->acrossBox, &QComboBox::currentIndexChanged, this,
-            [this] { ui_->curvesView->setMark(std::nullopt); });
-    for (const QComboBox* box : {ui_->orderBox, ui_->acrossBox}) {
-        connect(box, &QComboBox::currentIndexChanged, this, &Self::showCurves);
+        connect(box, &QComboBox::currentIndexChanged, this, [this, box] {
+            Preferences().setDiversityPlot(
+                {ui_->orderBox->currentIndex(), ui_->acrossBox->currentIndex()});
+            if (box == ui_->acrossBox) ui_->curvesView->setMark(std::nullopt);
+            showCurves();
+        });
     }
     connect(ui_->tableBox, &QComboBox::currentIndexChanged, this, [this](int shown) {
         ui_->diversityTable->setModel(shown == 0 ? static_cast<QAbstractItemModel*>(coverages_)
@@ -194,10 +194,6 @@ void DiversityViewController::setInputs(DiversityInputs inputs) {
 void DiversityViewController::choose(const DiversityChoice& choice) {
     choice_ = choice;
     emit choiceDidChange(choice_);
-}
-
-void DiversityViewController::keepView() const {
-    Preferences().setDiversityPlot({ui_->orderBox->currentIndex(), ui_->acrossBox->currentIndex()});
 }
 
 // The kind is that of the curves that are shown, while others may be on their way.

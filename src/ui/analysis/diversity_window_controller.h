@@ -86,7 +86,6 @@ class DiversityViewController : public QWidget {
     PlotExport::Source exportSource();
     [[nodiscard]] DiversityView view() const;
     void choose(const DiversityChoice& choice);
-    void keepView() const;
     void compute();
     void takeCurves(Curves curves);
     void computeErrors();
