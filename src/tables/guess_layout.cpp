@@ -102,7 +102,7 @@ bool isShort(const SampleGrid& grid, std::size_t header) {
 bool mostCountsHaveWords(const SampleGrid& grid, std::size_t header, std::size_t names) {
     std::size_t counts = 0;
     std::size_t known = 0;
-    const std::vector<ColumnFacts> facts = grid.factsOf(header);
+    const std::vector<ColumnFacts>& facts = grid.factsOf(header);
     for (std::size_t column = names + 1; column < grid.width(); ++column) {
         if (!facts[column].isOfCounts()) continue;
         const auto meaning = grid.meaning(grid.headerText(header, column));

@@ -162,9 +162,10 @@ ColumnFacts SampleGrid::factsOf(std::size_t header, std::size_t column) const {
     return facts;
 }
 
-std::vector<ColumnFacts> SampleGrid::factsOf(std::size_t header) const {
-    std::vector<ColumnFacts> facts(width());
-    for (std::size_t i = header; i < height(); ++i) {
+const std::vector<ColumnFacts>& SampleGrid::factsOf(std::size_t header) const {
+    const auto [found, isNew] = facts_.try_emplace(header, width());
+    std::vector<ColumnFacts>& facts = found->second;
+    for (std::size_t i = header; isNew && i < height(); ++i) {
         for (std::size_t column = 0; column < width() && !isSummary(i); ++column) {
             addFact(facts[column], cell(i, column));
         }

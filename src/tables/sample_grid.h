@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <map>
 #include <memory>
 #include <optional>
 #include <string_view>
@@ -79,14 +80,15 @@ class SampleGrid {
 
     // Of one column, or of all of them, below the header rows.
     [[nodiscard]] ColumnFacts factsOf(std::size_t header, std::size_t column) const;
-    [[nodiscard]] std::vector<ColumnFacts> factsOf(std::size_t header) const;
+    [[nodiscard]] const std::vector<ColumnFacts>& factsOf(std::size_t header) const;
     // Counts the rows from 0 or 1.
     [[nodiscard]] bool holdsRowNumbers(std::size_t header, std::size_t column) const;
 
   private:
     const SampleRows* rows_ = nullptr;
     Block block_;
-    std::vector<bool> summaries_;  // of each row of the block
+    std::vector<bool> summaries_;                                    // of each row of the block
+    mutable std::map<std::size_t, std::vector<ColumnFacts>> facts_;  // below so many header rows
     mutable std::unordered_map<const char*, std::optional<HeaderMeaning>> meanings_;  // of cells
 };
 
