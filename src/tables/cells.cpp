@@ -266,7 +266,7 @@ bool isMissingMark(std::string_view cell) {
 }
 
 bool isFormula(std::string_view cell) {
-    return cell.size() > 1 && cell.front() == '=';
+    return cell.starts_with('=');
 }
 
 // Their words differ between languages: #VALUE!, #WERT!, #¡VALOR!

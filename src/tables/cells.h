@@ -25,6 +25,7 @@ std::optional<double> tableNumber(std::string_view cell, NumberMarks marks);
 bool isMissingMark(std::string_view cell);
 
 // A formula without its result, "=A1+1", as a workbook holds it that no spreadsheet has computed.
+// "=" alone if the formula is that of another cell.
 bool isFormula(std::string_view cell);
 
 // What a spreadsheet shows where a formula has no value: "#REF!", "#N/A", "Err:502".

@@ -35,6 +35,7 @@ struct XlsxBook {
     std::vector<SheetInfo> sheets;   // in the order of the workbook
     std::vector<std::string> files;  // of each
     bool from1904 = false;
+    bool isToBeComputed = false;  // all formulas: their results are out of date, or placeholders
     std::vector<NumberFormat> formats;  // by the number of the cell's style
     SharedTexts texts;
 };

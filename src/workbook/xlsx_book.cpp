@@ -160,6 +160,10 @@ Result<XlsxBook> readXlsxBook(const Archive& archive, const std::string& bookFil
                 const std::string_view mark = attributes.text("date1904");
                 book.from1904 = mark == "1" || mark == "true";
             }
+            if (name == "calcPr") {
+                const std::string_view mark = attributes.text("fullCalcOnLoad");
+                book.isToBeComputed = mark == "1" || mark == "true";
+            }
             if (name != "sheet") return true;
             if (book.sheets.size() == limits.entries) return false;
             const std::string_view id = attributes.text("id");

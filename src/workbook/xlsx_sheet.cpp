@@ -128,9 +128,14 @@ class XlsxSheet final : public SheetReader {
     }
 
     void endCell() {
-        if (!hasValue_) {
-            // Not computed yet: the formula itself is no value, which is said where it stands.
-            if (hasFormula_) row().addCopy(cell_, 1, "=" + formula_);
+        // A text may be the empty result of a formula; other results are not empty.
+        const bool isResult =
+            hasValue_ && !book_.isToBeComputed && (!value_.empty() || type_ == "str");
+        if (hasFormula_ && !isResult) {
+            // The formula itself is no value, which is said where it stands.
+            row().addCopy(cell_, 1, "=" + formula_);
+        } else if (!hasValue_) {
+            return;
         } else if (type_ == "s") {
             addShared();
         } else if (type_ == "str" || type_ == "inlineStr") {

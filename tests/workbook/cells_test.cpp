@@ -51,6 +51,20 @@ TEST(WorkbookCells, MergedInAHeaderLendTheirText) {
                      {"N2", "none"}}));
 }
 
+// Libraries write formulas without results, with empty ones, or with 0 and a mark that they are to
+// be computed. A formula that repeats that of another cell has no text.
+TEST(WorkbookCells, FormulasWithoutResultsAreNoValues) {
+    test::Files files = test::sheetFiles(
+        "<worksheet><sheetData><row><c><f>A1</f></c><c><f>A1</f><v/></c>"
+        "<c><f t='shared' si='0'/></c><c t='str'><f>A1</f><v></v></c><c><f>A1</f><v>0</v></c>"
+        "<c><v>2</v></c></row></sheetData></worksheet>");
+    EXPECT_EQ(test::cellsOf(test::openBytes(test::archiveOf(files)), 0),
+              (Cells{{"=A1", "=A1", "=", "", "0", "2"}}));
+    files[1].second.insert(files[1].second.rfind("</"), "<calcPr fullCalcOnLoad='1'/>");
+    EXPECT_EQ(test::cellsOf(test::openBytes(test::archiveOf(files)), 0),
+              (Cells{{"=A1", "=A1", "=", "=A1", "=A1", "2"}}));
+}
+
 TEST(WorkbookSheets, HiddenOnesAreLastAndEmptyOnesAreNotUsual) {
     for (const std::string name : {"workbooks/cells.xlsx", "workbooks/cells.ods"}) {
         const Result<Workbook> workbook = openData(name);
