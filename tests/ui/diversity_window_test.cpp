@@ -290,6 +290,14 @@ TEST_F(DiversityWindowTest, ValuesAndCurvesExplainThemselves) {
           "m = 88", "Limits: 95%: ", "200 simulated samples", "Hill, M. O. (1973)"}) {
         EXPECT_TRUE(richness.contains(part)) << part;
     }
+    // Its text is copied as elsewhere, although the keys copy the plot in this window.
+    view().setFocus();
+    QTest::keyClick(window->windowHandle(), Qt::Key_F1);
+    QTest::keyClick(window->windowHandle(), Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(window->windowHandle(), Qt::Key_C, Qt::ControlModifier);
+    EXPECT_TRUE(QApplication::clipboard()->text().startsWith("Diversity over sample coverage"))
+        << QApplication::clipboard()->text().toStdString();
+    QTest::keyClick(window->windowHandle(), Qt::Key_Escape);
     EXPECT_TRUE(explanationOfCell(0, 2).contains("(N - 1) f1 / ((N - 1) f1 + 2 f2)"));
     EXPECT_TRUE(explanationOfCell(0, 0).contains("Simpson diversity (q = 2): "));
     const QString missing = explanationOfCell(2, 5);

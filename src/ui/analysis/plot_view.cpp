@@ -2,7 +2,6 @@
 
 #include <QAccessibleWidget>
 #include <QKeyEvent>
-#include <QMetaMethod>
 #include <QMouseEvent>
 #include <algorithm>
 
@@ -50,15 +49,6 @@ std::optional<int> PlotView::placeAfterKey(int key, int place, int last) {
     }
 }
 
-// F1 explains the plot before it opens the help.
-bool PlotView::event(QEvent* event) {
-    const bool asks = event->type() == QEvent::ShortcutOverride &&
-                      static_cast<QKeyEvent*>(event)->key() == Qt::Key_F1 &&
-                      isSignalConnected(QMetaMethod::fromSignal(&PlotView::explanationRequested));
-    if (asks) event->accept();
-    return asks || QWidget::event(event);
-}
-
 void PlotView::mouseMoveEvent(QMouseEvent* event) {
     if (isDrawable()) markAt(event->position());
 }
@@ -70,9 +60,7 @@ void PlotView::leaveEvent(QEvent* /*event*/) {
 void PlotView::keyPressEvent(QKeyEvent* event) {
     const Qt::KeyboardModifiers modifiers = event->modifiers() & ~Qt::KeypadModifier;
     if (isDrawable() && markByKey(event->key(), modifiers)) return;
-    if (event->key() == Qt::Key_F1) {
-        emit explanationRequested();
-    } else if (event->key() == Qt::Key_Escape && hasMark()) {
+    if (event->key() == Qt::Key_Escape && hasMark()) {
         clearMark();
     } else {
         QWidget::keyPressEvent(event);

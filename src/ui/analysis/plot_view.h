@@ -19,7 +19,6 @@ class PlotView : public QWidget {
     void markDidChange();
     // shown: the focus came by the keyboard, so a frame shows where it is.
     void focusDidChange(bool shown);
-    void explanationRequested();
 
   protected:
     [[nodiscard]] virtual bool hasMark() const = 0;
@@ -33,7 +32,6 @@ class PlotView : public QWidget {
     // none; absent for other keys.
     static std::optional<int> placeAfterKey(int key, int place, int last);
 
-    bool event(QEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void leaveEvent(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;

@@ -29,6 +29,10 @@ QAccessibleInterface* asHelp(const QString& /*className*/, QObject* object) {
     return popover ? new QAccessibleWidget(popover, QAccessible::HelpBalloon) : nullptr;
 }
 
+bool copies(const QKeyEvent& press) {
+    return press.matches(QKeySequence::Copy) || press.matches(QKeySequence::SelectAll);
+}
+
 bool closes(const QKeyEvent& press) {
     return press.key() == Qt::Key_Escape || press.key() == Qt::Key_F1;
 }
@@ -131,6 +135,12 @@ void Popover::focusDidChange(QWidget* now) {
 
 bool Popover::eventFilter(QObject* watched, QEvent* event) {
     if (watched == parentWidget() && event->type() == QEvent::Resize) dismiss();
+    // The text is copied although the keys may be a shortcut of the window.
+    if (watched == text_ && event->type() == QEvent::ShortcutOverride &&
+        copies(*static_cast<QKeyEvent*>(event))) {
+        event->accept();
+        return true;
+    }
     if (event->type() != QEvent::MouseButtonPress || !watched->isWidgetType()) return false;
     const auto* widget = static_cast<const QWidget*>(watched);
     if (contains(widget)) return false;
