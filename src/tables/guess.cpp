@@ -142,8 +142,10 @@ TableSample sampleRows(RowSource& source, bool whole, std::size_t mostCells) {
     while (source.next(row)) {
         cells += row.cells.size();
         for (const std::string_view cell : row.cells) bytes += cell.size();
-        if (sample.rows.size() == TableSample::mostRows || cells > mostCells ||
-            bytes > 4 * TableSample::mostBytes) {
+        constexpr std::size_t enoughRows = 20;  // of any width
+        const bool isEnough = cells > mostCells && sample.rows.size() >= enoughRows;
+        if (sample.rows.size() == TableSample::mostRows || isEnough ||
+            cells > TableSample::mostCells || bytes > 4 * TableSample::mostBytes) {
             sample.whole = false;
             return sample;
         }

@@ -66,7 +66,8 @@ TableGuess guessTable(std::string_view bytes, bool whole, const TableChoices& ch
 TableGuess guessTable(const TableSample& sample, const TextForm& form,
                       const TableChoices& choices = {});
 
-// The rows of the bytes; the last one is left out if it may be cut.
+// The rows of the bytes; the last one is left out if it may be cut. mostCells: of more than 20
+// rows.
 TableSample sampleRows(RowSource& source, bool whole,
                        std::size_t mostCells = TableSample::mostCells);
 
