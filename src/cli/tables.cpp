@@ -115,7 +115,10 @@ bool isSettled(TableDoubt doubt, const TableOptions& options, const ColumnRoles&
             return options.choices.layout.has_value();
         case TableDoubt::names:
         case TableDoubt::counts:
+        case TableDoubt::amounts:
             return settledByRoles(doubt, roles);
+        case TableDoubt::visits:
+            return options.sameCensus || settledByRoles(doubt, roles);
         case TableDoubt::dateOrder:
             return options.dateOrder.has_value();
         case TableDoubt::thousandsMark:
@@ -154,6 +157,10 @@ const char* optionFor(TableDoubt doubt) {
             return "--column HEADER=census and --column HEADER=species";
         case TableDoubt::counts:
             return "--column HEADER=count for each of them, or HEADER=ignored";
+        case TableDoubt::amounts:
+            return "--column HEADER=count for one of them";
+        case TableDoubt::visits:
+            return "--same-census apart or sum";
         case TableDoubt::dateOrder:
             return "--date-order";
         case TableDoubt::thousandsMark:

@@ -22,10 +22,12 @@ std::string lowerCase(std::string_view text) {
     return lower;
 }
 
-// Bytes of the thousands mark that the text begins with; a blank may be one that does not break.
+// Bytes of the thousands mark that the text begins with; a blank may be one that does not break,
+// and a quote the typographic one.
 std::size_t markLength(std::string_view text, char mark) {
     if (mark == 0) return 0;
     if (text.starts_with(mark)) return 1;
+    if (mark == '\'') return text.starts_with("\u2019") ? 3 : 0;
     if (mark != ' ') return 0;
     if (text.starts_with("\u00A0")) return 2;
     return text.starts_with("\u202F") ? 3 : 0;
@@ -260,7 +262,8 @@ std::optional<double> tableNumber(std::string_view cell, NumberMarks marks) {
 
 bool isMissingMark(std::string_view cell) {
     constexpr auto marks = std::to_array<std::string_view>(
-        {"na", "n/a", "n.a.", "nd", "n.d.", "nan", "null", "-", "--", "–", "—", "?", ".", "#n/a"});
+        {"na", "n/a", "n.a.", "nd", "n.d.", "k.a.", "s/d", "s.d.", "n.b.", "nan", "null", "-", "--",
+         "–", "—", "?", ".", "#n/a"});
     if (cell.size() > 4 || cell.empty() || isDigit(cell.front())) return false;
     return std::find(marks.begin(), marks.end(), lowerCase(cell)) != marks.end();
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <set>
 #include <utility>
 
 #include "interchange/writers.h"
@@ -10,6 +11,50 @@
 
 namespace zorvel {
 namespace {
+
+// Whether a title or a row of the header tells of a cover or a mass; what one column holds is said
+// by a header of one row.
+bool tellsOfAmounts(const SampleRows& rows, const SampleGrid& grid, std::size_t header) {
+    const auto tells = [](const SampleRow& row) {
+        const bool hasNumbers =
+            std::any_of(row.cells.begin(), row.cells.end(), [](std::string_view cell) {
+                return !cell.empty() && cell.front() >= '0' && cell.front() <= '9';
+            });
+        return !hasNumbers && std::any_of(row.cells.begin(), row.cells.end(), isAmountHeader);
+    };
+    const std::size_t first = grid.row(0).number;
+    for (const SampleRow& row : rows) {
+        if (row.number > first + header) break;
+        if ((row.number != first || header > 1) && tells(row)) return true;
+    }
+    return false;
+}
+
+// Where the records of a place nearly all have another date or time, these may be those of the
+// records, not of visits.
+bool visitsAreDoubtful(const SampleGrid& grid, const TableReading& reading) {
+    std::set<std::string> places;
+    std::set<std::string> visits;
+    const std::size_t header = reading.headerRows.size();
+    for (std::size_t i = header; i < grid.height(); ++i) {
+        std::string key;
+        for (const std::size_t column : reading.columnsOf(ColumnRole::census)) {
+            key.append(grid.cell(i, column)).append(1, '\n');
+        }
+        places.insert(key);
+        for (const ColumnRole role :
+             {ColumnRole::date, ColumnRole::year, ColumnRole::month, ColumnRole::day}) {
+            for (const std::size_t column : reading.columnsOf(role)) {
+                key.append(grid.cell(i, column)).append(1, '\n');
+            }
+        }
+        visits.insert(key);
+    }
+    const std::size_t records = grid.height() - header;
+    constexpr std::size_t sure = 6;
+    return records >= sure && visits.size() * 10 >= records * 8 &&
+           places.size() * 2 <= visits.size();
+}
 
 // known: the form of the text, or the sheet.
 TableGuess guessRows(const SampleRows& rows, const TableReading& known,
@@ -35,6 +80,7 @@ TableGuess guessRows(const SampleRows& rows, const TableReading& known,
         reading.columns = asRecords.columns;
         if (asRecords.namesAreDoubtful) guess.doubts.push_back(TableDoubt::names);
         if (asRecords.countsAreDoubtful) guess.doubts.push_back(TableDoubt::counts);
+        if (visitsAreDoubtful(grid, reading)) guess.doubts.push_back(TableDoubt::visits);
     } else {
         reading.shortHeader = isShort(grid, header);
         const double score = speciesRowsScore(grid, header);
@@ -52,6 +98,7 @@ TableGuess guessRows(const SampleRows& rows, const TableReading& known,
         }
         reading.columns =
             wideRoles(grid, reading, reading.shortHeader ? WordRoles(grid.width()) : roles);
+        if (tellsOfAmounts(rows, grid, header)) guess.doubts.push_back(TableDoubt::amounts);
     }
     guessMarks(grid, guess);
     guessDateOrder(grid, guess);
@@ -107,8 +154,9 @@ bool settledByRoles(TableDoubt doubt, const std::map<std::size_t, ColumnRole>& r
         const ColumnRole role = each.second;
         if (doubt == TableDoubt::names)
             return role == ColumnRole::census || role == ColumnRole::species;
-        return doubt == TableDoubt::counts &&
-               (role == ColumnRole::count || role == ColumnRole::ignored);
+        if (doubt == TableDoubt::visits) return role == ColumnRole::ignored;
+        return role == ColumnRole::count ||
+               (doubt == TableDoubt::counts && role == ColumnRole::ignored);
     });
 }
 

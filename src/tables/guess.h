@@ -45,8 +45,10 @@ struct TableChoices {
 enum class TableDoubt {
     separator,
     layout,
-    names,   // of records: which columns name the census and the species
-    counts,  // of records: which columns hold the count
+    names,    // of records: which columns name the census and the species
+    counts,   // of records: which columns hold the count
+    amounts,  // of a wide table whose title tells of a cover or a mass: whether it holds counts
+    visits,  // of records: whether another date makes another census, where nearly each has its own
     dateOrder,
     thousandsMark
 };

@@ -44,11 +44,13 @@ struct MarkCounts {
     std::size_t commaGroups = 0;
     std::size_t pointGroups = 0;
     std::size_t blankGroups = 0;
+    std::size_t quoteGroups = 0;    // 1'234
     std::size_t severalGroups = 0;  // 1,234,567: nothing else
 };
 
 bool isGrouped(std::string_view cell, char mark, char decimal) {
-    return (mark == ' ' || cell.find(mark) != std::string_view::npos) &&
+    const bool hasForms = mark == ' ' || mark == '\'';  // others of several bytes
+    return (hasForms || cell.find(mark) != std::string_view::npos) &&
            tableNumber(cell, {decimal, mark}).has_value() && !tableNumber(cell, {decimal, 0});
 }
 
@@ -68,6 +70,7 @@ void countMarks(std::string_view cell, bool groupable, MarkCounts& marks) {
     }
     marks.severalGroups += std::count(cell.begin(), cell.end(), ',') > 1 ||
                            std::count(cell.begin(), cell.end(), '.') > 1;
+    marks.quoteGroups += isGrouped(cell, '\'', '.') || isGrouped(cell, '\'', ',');
     marks.blankGroups += isGrouped(cell, ' ', '.') || isGrouped(cell, ' ', ',');
 }
 
@@ -101,6 +104,7 @@ void guessMarks(const SampleGrid& grid, TableGuess& guess) {
     if (separator != ',' && found.commas > found.points) reading.decimalMark = ',';
     const bool point = reading.decimalMark == '.';
     if (found.blankGroups > 0) reading.thousandsMark = ' ';
+    if (found.quoteGroups > 0) reading.thousandsMark = '\'';
     // 1,234 and 1.234 may be either: asked, unless another number gives it away.
     const std::size_t groups = point ? found.commaGroups : found.pointGroups;
     if (groups > 0) {

@@ -227,6 +227,7 @@ class RecordColumns {
         if (names_.empty() || !species_ || !recordsRepeat()) return;
         for (std::size_t column = 0; column < words_.size(); ++column) {
             const bool isUsed = words_[column] || column == species_ || isName(column) ||
+                                grid_.holdsRowNumbers(guess_.header, column) ||
                                 std::binary_search(counts_.begin(), counts_.end(), column);
             const std::size_t different = isUsed ? 0 : values(column).size();
             if (different < 2 || different * 2 > facts_[column].filled) continue;
@@ -244,7 +245,7 @@ class RecordColumns {
         const bool isNamed =
             column == species_ || std::find(names_.begin(), names_.end(), column) != names_.end();
         return !isNamed && facts.filled > 0 && facts.isOfCounts() && facts.measured == 0 &&
-               !(column == 0 && grid_.holdsRowNumbers(guess_.header, column));
+               !grid_.holdsRowNumbers(guess_.header, column);
     }
 
     // Of counts, some nearly always are.

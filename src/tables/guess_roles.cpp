@@ -137,14 +137,21 @@ WordRoles rolesByWords(const SampleGrid& grid, std::size_t header) {
             roles[column] = ColumnRole::total;
             continue;
         }
-        if (meaning->role == ColumnRole::count &&
-            !grid.factsOf(std::max<std::size_t>(header, 1), column).isOfCounts())
-            continue;
+        const std::size_t below = std::max<std::size_t>(header, 1);
+        const bool isNoCount =
+            meaning->role == ColumnRole::count &&
+            (!grid.factsOf(below, column).isOfCounts() ||
+             (meaning->rank > 0 && grid.holdsRowNumbers(below, column)));  // "Tree no."
+        if (isNoCount) continue;
         const auto found = best.find(meaning->role);
         if (found == best.end() || meaning->rank < found->second.first) {
             best[meaning->role] = {meaning->rank, column};
         }
     }
+    // A genus belongs to the name only where the species is an epithet, not one of many reads or
+    // taxa.
+    const auto species = best.find(ColumnRole::species);
+    if (species != best.end() && species->second.first != 0) best.erase(ColumnRole::genus);
     for (const auto& [role, place] : best) roles[place.second] = role;
     for (std::size_t column = 0; column < roles.size() && !best.contains(ColumnRole::date);
          ++column) {

@@ -10,8 +10,9 @@ namespace zorvel {
 
 // For each meaning its words, parted by bars, as plainHeader() gives them. Ranks of a census: 0 a
 // plot, 1 a less exact place, 2 an identifier, 3 what tells censuses of one place apart. Rank 1 of
-// notes tells of a record rather than a census; of a total it is computed but no sum; of what is
-// ignored it is a depth, which may tell censuses apart, and 2 tells of a census alone.
+// notes tells of a record rather than a census; of species -1 is finer than the epithet beside it;
+// of a total 1 is computed but no sum; of what is ignored it is a depth, which may tell censuses
+// apart, and 2 tells of a census alone.
 struct WordsOfMeaning {
     HeaderMeaning meaning;
     std::string_view words;
@@ -50,8 +51,9 @@ constexpr auto wordTable = std::to_array<WordsOfMeaning>({
      "species|species name|speciesname|art|arten|artname|espece|especes|especie|especies|specie|"
      "accepted name|epithet|specificepithet|specific epithet|soort|soorten|soortnaam|artnamn|"
      "artsnavn|gatunek|gatunki|nazwa gatunku|druh|laji"},
+    {{ColumnRole::species, -1}, "otu|otu id|#otu id|#otuid|asv|asv id|zotu"},
     {{ColumnRole::species, 1},
-     "taxon|taxa|taxon name|taxonname|taxones|taxons|taxone|takson|otu|otu id|#otu id|#otuid|asv|"
+     "taxon|taxa|taxon name|taxonname|taxones|taxons|taxone|takson|"
      "morphospecies|bird|birds|plant|plants|insect|butterfly|moth|fish|tree|animal|organism|"
      "essence|vogel|pflanze|plante|oiseau|ave|planta|vogelart|pflanzenart|vogelsoort|pianta|"
      "uccello|"
@@ -82,10 +84,10 @@ constexpr auto wordTable = std::to_array<WordsOfMeaning>({
      "frequency|nombre"},
     {{ColumnRole::latitude, 0},
      "lat|latitude|decimallatitude|decimal latitude|breite|breitengrad|latitud|latitudine|"
-     "breedtegraad|breddgrad|szerokosc|szerokosc geograficzna"},
+     "breedtegraad|breddgrad|szerokosc|szerokosc geograficzna|szerokosc geogr|szer geogr"},
     {{ColumnRole::longitude, 0},
      "lon|long|lng|longitude|decimallongitude|decimal longitude|lange|langengrad|longitud|"
-     "longitudine|lengtegraad|langdgrad|dlugosc geograficzna"},
+     "longitudine|lengtegraad|langdgrad|dlugosc geograficzna|dlugosc geogr|dl geogr"},
     {{ColumnRole::date, 0},
      "date|datum|startdatum|start date|funddatum|beobachtungsdatum|eventdate|event "
      "date|fecha|data|dato|sampling date|date of sampling|survey date|"

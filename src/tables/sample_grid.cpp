@@ -99,7 +99,7 @@ bool isDigits(std::string_view cell) {
 bool isNumberOfAnyForm(std::string_view cell) {
     return isDigits(cell) || tableNumber(cell, {'.', 0}) || tableNumber(cell, {',', 0}) ||
            tableNumber(cell, {'.', ','}) || tableNumber(cell, {',', '.'}) ||
-           tableNumber(cell, {'.', ' '});
+           tableNumber(cell, {'.', ' '}) || tableNumber(cell, {'.', '\''});
 }
 
 bool isCountLike(std::string_view cell) {
@@ -174,16 +174,25 @@ const std::vector<ColumnFacts>& SampleGrid::factsOf(std::size_t header) const {
 }
 
 bool SampleGrid::holdsRowNumbers(std::size_t header, std::size_t column) const {
-    std::optional<std::int64_t> first;  // of the first row
+    std::optional<std::int64_t> last;
+    std::size_t filled = 0;
+    std::size_t next = 0;  // numbers by 1 above the last
     for (std::size_t i = header; i < height(); ++i) {
-        if (cell(i, column).empty()) continue;
+        if (cell(i, column).empty() || isSummary(i)) continue;
         const auto number = parseWholeInteger(cell(i, column));
         if (!number) return false;
-        const std::int64_t start = *number - static_cast<std::int64_t>(i - header);
-        if (start != first.value_or(start) || start < 0 || start > 1) return false;
-        first = start;
+        const bool begins = *number == 0 || *number == 1;
+        if (last && *number == *last + 1) {
+            ++next;
+        } else if (!begins) {
+            return false;
+        }
+        last = number;
+        ++filled;
     }
-    return true;
+    constexpr std::size_t sure = 6;  // fewer may be counts, unless they stand first
+    if (column > 0 && filled < sure) return false;
+    return filled < 2 || next * 10 >= (filled - 1) * 7;
 }
 
 }  // namespace zorvel

@@ -81,7 +81,7 @@ class SampleGrid {
     // Of one column, or of all of them, below the header rows.
     [[nodiscard]] ColumnFacts factsOf(std::size_t header, std::size_t column) const;
     [[nodiscard]] const std::vector<ColumnFacts>& factsOf(std::size_t header) const;
-    // Counts the rows from 0 or 1.
+    // Counts the rows from 0 or 1, perhaps anew in each group of them.
     [[nodiscard]] bool holdsRowNumbers(std::size_t header, std::size_t column) const;
 
   private:

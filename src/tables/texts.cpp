@@ -207,6 +207,11 @@ const char* doubtText(TableDoubt doubt) {
             return "which columns name the census and the species";
         case TableDoubt::counts:
             return "which columns hold the counts";
+        case TableDoubt::amounts:
+            return "whether the numbers are counts of individuals: the table tells of a cover or a "
+                   "mass";
+        case TableDoubt::visits:
+            return "whether the dates are those of censuses or of single records";
         case TableDoubt::dateOrder:
             return "whether dates begin with the day or the month";
         case TableDoubt::thousandsMark:

@@ -6,6 +6,7 @@
 
 #include "base/text.h"
 #include "tables/row_reader.h"
+#include "tables/words.h"
 
 namespace zorvel {
 namespace {
@@ -43,7 +44,7 @@ class WideRows final : public RowReader {
             if (hasCensusRows()) {
                 columnNames_.push_back(gathered_.species.number(shown));
             } else {
-                addCensus(header, column, shown);
+                addCensus(header, column, isOfSheet(shown) ? reading_.sheet : shown);
             }
         }
         const bool areApart = reading_.sameSpecies == SameRule::apart ||
@@ -80,6 +81,13 @@ class WideRows final : public RowReader {
     }
 
   private:
+    // One census in a sheet of its own: its column is headed by a word for counts.
+    [[nodiscard]] bool isOfSheet(std::string_view header) const {
+        const auto meaning = headerMeaning(header);
+        return columns_.counts.size() == 1 && !reading_.sheet.empty() && meaning &&
+               meaning->role == ColumnRole::count;
+    }
+
     [[nodiscard]] bool hasCensusRows() const { return reading_.layout == TableLayout::censusRows; }
 
     void addCensus(const TableHeader& header, std::size_t column, const std::string& name) {

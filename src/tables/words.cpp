@@ -169,7 +169,8 @@ std::optional<HeaderMeaning> meaningOfHeader(std::string_view header) {
     if (plain.starts_with("name of ")) return meaningOf(std::string_view(plain).substr(8));
     if (plain.starts_with("date ")) return HeaderMeaning{ColumnRole::date, 1};
     if (const auto measured = measureOf(header, plain)) return measured;
-    if (plain.starts_with("sum of ")) return HeaderMeaning{ColumnRole::total, 0};
+    if (plain.starts_with("sum of ") || plain.ends_with(" sum"))
+        return HeaderMeaning{ColumnRole::total, 0};
     // Other words for a total are names too: a Sum is a fish.
     const bool isTotal = anyWord(plain, [](std::string_view word) {
         const auto meaning = meaningOf(word);

@@ -15,8 +15,8 @@ std::string takenFor(const std::string& text) {
     const TableGuess guess = guessTable(text, true);
     std::string shown;
     for (const TableDoubt doubt : guess.doubts) {
-        constexpr const char* names[] = {"separator", "layout",    "names",
-                                         "counts",    "dateOrder", "thousandsMark"};
+        constexpr const char* names[] = {"separator", "layout", "names",     "counts",
+                                         "amounts",   "visits", "dateOrder", "thousandsMark"};
         shown += std::string(names[static_cast<std::size_t>(doubt)]) + "? ";
     }
     TextRows rows(bytesOf(text), guess.reading.form);
@@ -184,6 +184,38 @@ TEST(TableGuess, TotalsAndErrorsAreNoNames) {
          {"Plot,Poa annua,Bellis perennis\n#REF!,3,2\nP2,1,4\n",
           "A2: #REF! is the error of a formula. Correct it in the spreadsheet program and save the "
           "table again."}});
+}
+
+TEST(TableGuess, WhatNumbersRecordsOrIsNoCountIsNotTakenForOne) {
+    expectTaken(
+        {{"Parcela;\u00c1rvore n.\u00ba;Esp\u00e9cie\nA;1;Ulmus\nA;2;Ulmus\nA;3;Pinus\nA;4;Ulmus\n"
+          "B;1;Pinus\nB;2;Pinus\nB;3;Ulmus\n",
+          "A: Ulmus=3 Pinus=1; B: Pinus=2 Ulmus=1; "},
+         {"ASV,Genus,Species,S1,S2\nASV_1,Bacillus,NA,4,0\nASV_2,Bacillus,NA,1,2\n"
+          "ASV_3,Bacillus,subtilis,3,9\n",
+          "S1: ASV_1=4 ASV_2=1 ASV_3=3; S2: ASV_2=2 ASV_3=9; "},
+         {"Depth (cm),Pinus,Picea,Spore,Pollen sum\n4,61,9,5,70\n8,55,4,6,59\n",
+          "4: Pinus=61 Picea=9 Spore=5; 8: Pinus=55 Picea=4 Spore=6; "},
+         {"Trawls 2019: biomass (g)\nSpecies,E1,E2\nMerluccius merluccius,4210,3875\n"
+          "Trachurus trachurus,12650,980\n",
+          "amounts? E1: Merluccius merluccius=4210 Trachurus trachurus=12650; "
+          "E2: Merluccius merluccius=3875 Trachurus trachurus=980; "},
+         {"Art;See A;See B\nBl\u00e4sshuhn;5'190;1\u2019276\nKormoran;128;k.A.\n",
+          "See A: Bl\u00e4sshuhn=5190 Kormoran=128; See B: Bl\u00e4sshuhn=1276; "}});
+}
+
+TEST(TableGuess, TimesOfRecordsMayBeNoneOfCensuses) {
+    std::string records = "Site,Date,Species,Count\n";
+    std::string visits = records;
+    for (const std::string place : {"A", "B"}) {
+        for (const std::string minute : {"01", "07", "12", "40"}) {
+            const std::string row = place + ",2021-05-01 08:" + minute + ",Poa,";
+            records += row + "1\n";
+            visits += row + "1\n" + row + "2\n";
+        }
+    }
+    EXPECT_EQ(guessTable(records, true).doubts, std::vector{TableDoubt::visits});
+    EXPECT_EQ(guessTable(visits, true).doubts, std::vector<TableDoubt>{});
 }
 
 }  // namespace

@@ -86,7 +86,10 @@ bool settles(const TableCorrections& corrections, TableDoubt doubt) {
             return corrections.choices.layout.has_value();
         case TableDoubt::names:
         case TableDoubt::counts:
+        case TableDoubt::amounts:
             return settledByRoles(doubt, corrections.roles);
+        case TableDoubt::visits:
+            return corrections.sameCensus || settledByRoles(doubt, corrections.roles);
         case TableDoubt::dateOrder:
             return corrections.dateOrder.has_value();
         case TableDoubt::thousandsMark:

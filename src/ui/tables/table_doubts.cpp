@@ -93,6 +93,25 @@ DoubtQuestion questionOf(TableDoubt doubt, const TableReading& reading) {
             if (counts.size() == 1) add("None: each row is one", set(ColumnRole::ignored));
             break;
         }
+        case TableDoubt::amounts: {
+            ask("whether the numbers are counts of individuals: the table tells of a cover or a "
+                "mass");
+            const auto counts = reading.columnsOf(ColumnRole::count);
+            if (counts.empty()) break;
+            add("They are counts", [column = counts.front()](TableCorrections& corrections) {
+                corrections.roles[column] = ColumnRole::count;
+            });
+            break;
+        }
+        case TableDoubt::visits: {
+            ask("whether another date makes another census");
+            const auto set = [](SameRule rule) {
+                return [rule](TableCorrections& corrections) { corrections.sameCensus = rule; };
+            };
+            add("Yes", set(SameRule::apart));
+            add("No, one census for each name", set(SameRule::sum));
+            break;
+        }
         case TableDoubt::dateOrder: {
             ask("whether dates such as 3/4/2021 begin with the day or the month");
             const auto set = [](DateOrder order) {
