@@ -101,15 +101,8 @@ bool readTable(InputFile input, const TableOptions& options, Project& project) {
     project.tableNotices = noticeTexts(table->records.notices, reading);
     project.tableNotices.insert(project.tableNotices.begin(), understoodText(reading));
     if (!table->sheetNotice.empty()) project.tableNotices.push_back(table->sheetNotice);
-    ObjectContext& context = project.document->objectContext();
-    context.adopt(recordsOf(std::move(table->records.censuses), names));
-    const std::vector<Census> censuses = context.censuses();
-    for (std::size_t i = 0; i < table->records.excluded.size(); ++i) {
-        const std::vector<Zorvel> taxa = censuses[i].taxa();
-        std::vector<Zorvel> excluded;
-        for (const std::size_t place : table->records.excluded[i]) excluded.push_back(taxa[place]);
-        context.setInclude(excluded, false);
-    }
+    project.document->objectContext().adopt(recordsOfTable(
+        std::move(table->records.censuses), std::move(table->records.excluded), names));
     return true;
 }
 

@@ -56,6 +56,7 @@ struct ImportTexts {
     const char* name;
     const char* progressText;
     const char* stepName;
+    BlankTexts blanks = BlankTexts::kept;
 };
 
 // Censuses and taxa together.
@@ -114,7 +115,7 @@ class Import : public std::enable_shared_from_this<Import> {
         for (std::size_t i = 0; i < censuses_->size(); ++i) {
             if (services_.stop.stop_requested()) break;
             report_.taxa += (*censuses_)[i].taxa.size();
-            storeCensus(*batch_, std::exchange((*censuses_)[i], {}), excluded_[i]);
+            storeCensus(*batch_, std::exchange((*censuses_)[i], {}), excluded_[i], texts_.blanks);
         }
         censuses_.reset();
         if (services_.stop.stop_requested()) batch_.reset();
@@ -208,23 +209,40 @@ const char* whyNoTaxa(const LeftOut& leftOut) {
                : "there are no abundances, or no commas in front of them";
 }
 
-bool storeCensus(CensusBatch& batch, MockCensus census, const std::vector<std::size_t>& excluded) {
+bool storeCensus(CensusBatch& batch, MockCensus census, const std::vector<std::size_t>& excluded,
+                 BlankTexts blanks) {
+    const auto stored = [blanks](auto text) -> std::optional<SharedText> {
+        SharedText shared(std::move(text));
+        if (blanks == BlankTexts::absent && shared.view().empty()) return std::nullopt;
+        return shared;
+    };
     CensusAttributes attributes;
-    attributes.name = census.name;
-    attributes.notes = census.notes;
+    attributes.name = stored(std::move(census.name));
+    attributes.notes = stored(std::move(census.notes));
     attributes.latitude = census.latitude;
     attributes.longitude = census.longitude;
     attributes.timeStamp = census.timeStamp;
     return batch.add(attributes, census.taxa.size(), [&](std::size_t i) {
         MockTaxon& taxon = census.taxa[i];
         const bool include = !std::binary_search(excluded.begin(), excluded.end(), i);
-        return TaxonValues{std::move(taxon.name), taxon.abundance, include};
+        return TaxonValues{stored(std::move(taxon.name)), taxon.abundance, include};
     });
 }
 
 ProjectRecords recordsOf(std::vector<MockCensus> censuses, std::shared_ptr<NamePool> names) {
     CensusBatch batch(1, 1 + recordCount(censuses));
     for (MockCensus& census : censuses) storeCensus(batch, std::exchange(census, {}));
+    return {batch.take(), std::move(names)};
+}
+
+ProjectRecords recordsOfTable(std::vector<MockCensus> censuses,
+                              std::vector<std::vector<std::size_t>> excluded,
+                              std::shared_ptr<NamePool> names) {
+    CensusBatch batch(1, 1 + recordCount(censuses));
+    excluded.resize(censuses.size());
+    for (std::size_t i = 0; i < censuses.size(); ++i) {
+        storeCensus(batch, std::exchange(censuses[i], {}), excluded[i], BlankTexts::absent);
+    }
     return {batch.take(), std::move(names)};
 }
 
@@ -270,8 +288,8 @@ void importIOSFile(std::string text, DiversityDocument& document, ImportServices
 }
 
 void importTable(CensusReader read, DiversityDocument& document, ImportServices services) {
-    startImport({"importTable", "importing table...", "Import Table"}, std::move(read), document,
-                std::move(services));
+    startImport({"importTable", "importing table...", "Import Table", BlankTexts::absent},
+                std::move(read), document, std::move(services));
 }
 
 }  // namespace zorvel

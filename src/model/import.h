@@ -30,15 +30,26 @@ std::string reasonOf(const ParsedCensuses& parsed);
 // Why no census of a text has a taxon, as a part of a sentence.
 const char* whyNoTaxa(const LeftOut& leftOut);
 
-// Adds the records of one census with all its taxa. An empty name stays an empty text; the names of
-// the taxa should be those of the context's pool. excluded: the places of the taxa that the metrics
-// do not include, ascending. False if the batch has no room for them. Any thread.
+// What becomes of empty names and notes.
+enum class BlankTexts {
+    kept,
+    absent,  // as for tables: what has no name is exported with a blank cell, and comes back
+};
+
+// Adds the records of one census with all its taxa; the names of the taxa should be those of the
+// context's pool. excluded: the places of the taxa that the metrics do not include, ascending.
+// False if the batch has no room for them. Any thread.
 bool storeCensus(CensusBatch& batch, MockCensus census,
-                 const std::vector<std::size_t>& excluded = {});
+                 const std::vector<std::size_t>& excluded = {},
+                 BlankTexts blanks = BlankTexts::kept);
 
 // The records of a new project, ready to be adopted. names: the pool that the censuses were parsed
 // with. Each census is released as its record is made. Any thread.
 ProjectRecords recordsOf(std::vector<MockCensus> censuses, std::shared_ptr<NamePool> names);
+// The same of a table. excluded: of each census, or of none.
+ProjectRecords recordsOfTable(std::vector<MockCensus> censuses,
+                              std::vector<std::vector<std::size_t>> excluded,
+                              std::shared_ptr<NamePool> names);
 
 struct ImportReport {
     enum class Outcome {

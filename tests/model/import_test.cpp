@@ -210,6 +210,14 @@ TEST_F(ImportTest, EveryFieldIsStored) {
     const Census empty = opened.censuses()[1];
     EXPECT_EQ(empty.name(), SharedText("")) << "an empty text stays one";
     EXPECT_FALSE(empty.timeStamp());
+    ObjectContext ofTable;
+    ofTable.adopt(recordsOfTable({mock, MockCensus{}}, {{1}}, nullptr));
+    const Census tableCensus = ofTable.censuses()[0];
+    EXPECT_EQ(tableCensus.name(), SharedText("North"));
+    EXPECT_FALSE(tableCensus.taxa()[1].include());
+    EXPECT_EQ(tableCensus.taxa()[2].name(), std::nullopt) << "a blank cell is no name";
+    EXPECT_EQ(ofTable.censuses()[1].name(), std::nullopt);
+    EXPECT_EQ(ofTable.censuses()[1].notes(), std::nullopt);
     EXPECT_FALSE(opened.canUndo());
     EXPECT_GT(opened.insertCensus().id(), opened.taxa().back().id());
 }

@@ -73,6 +73,8 @@ TEST_F(AnalysisWindowsTest, DiversityIsOfTheSelectedCensuses) {
     const QPointer<DiversityWindowController> next = openDiversity(1);
     EXPECT_EQ(next->findChild<QComboBox*>("ofBox")->currentText(), "All pooled");
     EXPECT_EQ(next->findChild<QDoubleSpinBox*>("coverageField")->value(), 0.75);
+    censusTable().clearSelection();
+    EXPECT_EQ(openDiversity(1)->findChild<QComboBox*>("ofBox")->itemText(0), "All censuses");
 }
 
 TEST_F(AnalysisWindowsTest, CurvesAreOfTheRecordsAsTheyWere) {

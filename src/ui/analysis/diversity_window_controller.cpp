@@ -184,7 +184,7 @@ void DiversityViewController::setInputs(DiversityInputs inputs) {
         ui_->ofBox->addItem(title, static_cast<int>(of));
         if (of == choice_.of) ui_->ofBox->setCurrentIndex(ui_->ofBox->count() - 1);
     };
-    add("Selected censuses", Of::selected);
+    add(inputs_->isAll ? "All censuses" : "Selected censuses", Of::selected);
     if (inputs_->pooled) add("All pooled", Of::pooled);
     if (inputs_->incidence) add("Over the censuses", Of::incidence);
     choice_.of = static_cast<Of>(ui_->ofBox->currentData().toInt());

@@ -37,6 +37,7 @@ struct Explanation;
 struct DiversityInputs {
     QString project;                            // its name
     std::vector<DiversitySubject> selected;     // censuses
+    bool isAll = false;                         // selected are all, since none is selected
     std::optional<DiversitySubject> pooled;     // all of them
     std::optional<DiversitySubject> incidence;  // presences over them; absent for fewer than five
 };

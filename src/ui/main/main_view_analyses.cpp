@@ -25,7 +25,8 @@ DiversityInputs diversityInputs(const ObjectContext& project, const std::vector<
     for (const RecordId id : selected) {
         if (const std::optional<Census> census = project.census(id)) add(*census);
     }
-    if (selected.empty()) std::for_each(censuses.begin(), censuses.end(), add);
+    inputs.isAll = selected.empty();
+    if (inputs.isAll) std::for_each(censuses.begin(), censuses.end(), add);
     const SparseCountsResult sparse = buildSparseCounts(project);
     inputs.pooled = {"All pooled", abundanceFrequencies(sparse.pooled)};
     if (censuses.size() >= 5) {
