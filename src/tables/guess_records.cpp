@@ -116,7 +116,8 @@ class RecordColumns {
             if (found == words_.end() || facts_[column].filled == 0) continue;
             if (share(column, isNumberOfAnyForm) > 0.5) continue;
             species_ = column;
-            speciesRank_ = meaning(column)->rank;
+            const auto said = meaning(column);  // nothing where the word stands below a group
+            speciesRank_ = said ? said->rank : 0;
             return;
         }
         double most = 0.5;

@@ -58,7 +58,7 @@ TEST_F(AnalysisWindowsTest, DiversityIsOfTheSelectedCensuses) {
     censusTable().selectRows({0, 1});
     const auto openDiversity = [&](int rows) {
         trigger("diversityAtEqualCoverage");
-        const QPointer<DiversityWindowController> opened = view().diversityWindowController();
+        QPointer<DiversityWindowController> opened = view().diversityWindowController();
         EXPECT_TRUE(waitUntil([&] {
             return opened->findChild<QTableView*>("diversityTable")->model()->rowCount() == rows;
         }));

@@ -169,6 +169,7 @@ void TableDoubts::showPreview(const TablePreview& preview) {
             emit corrected(correction);
         });
         line_->addWidget(button);
+        button->show();  // at once, so that it can take the focus
     }
 }
 
