@@ -5,7 +5,7 @@
 #include <QTableWidget>
 #include <QVBoxLayout>
 
-#include "ui/kit/look_style.h"
+#include "ui/kit/look.h"
 #include "ui/kit/shown_text.h"
 
 namespace zorvel {

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "tables/texts.h"
-#include "ui/kit/look_style.h"
+#include "ui/kit/look.h"
 
 namespace zorvel {
 
