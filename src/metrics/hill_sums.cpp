@@ -120,12 +120,14 @@ double meanByWalk(const Draw& draw) {
     double weight = 1;
     double weights = 1;
     double sum = wholeTimesLog[place];
-    for (double k = lowest; k < highest; ++k) {
+    double k = lowest;
+    while (k < highest) {
         const double ratio = (draw.x - k) * (draw.m - k) / ((k + 1) * (others + k + 1));
         if (k >= mode && weight * ratio < least * weights * (1 - ratio)) break;
         weight *= ratio;
         weights += weight;
         sum += weight * wholeTimesLog[++place];
+        ++k;
     }
     return sum / weights;
 }
