@@ -27,29 +27,18 @@ namespace zorvel {
 namespace {
 
 QStringList leftOutSentences(const LeftOut& leftOut, bool taxa) {
-    QStringList sentences;
-    if (!taxa) {
-        sentences.append(QString("No census has a taxon: %1.").arg(whyNoTaxa(leftOut)));
-    }
-    if (leftOut.unfinishedLines > 0) {
-        sentences.append("The last line of the file is not finished and was left out.");
-    }
-    if (leftOut.markedRows > 0) {
-        sentences.append(countText(leftOut.markedRows,
-                                   "A row called “imported census” was left out.",
-                                   "%1 rows called “imported census” were left out."));
-    }
-    if (leftOut.shortRows > 0) {
-        sentences.append(
-            countText(leftOut.shortRows,
-                      "A row has fewer values than there are species: the missing ones count as 0.",
-                      "%1 rows have fewer values than there are species: the missing ones count "
-                      "as 0."));
-    }
-    if (leftOut.negativeCells > 0) {
-        sentences.append(countText(leftOut.negativeCells, "A negative abundance counts as 0.",
-                                   "%1 negative abundances count as 0."));
-    }
+    QStringList sentences = countSentences({
+        {leftOut.unfinishedLines, "The last line of the file is not finished and was left out.",
+         "%1 lines are not finished and were left out."},
+        {leftOut.markedRows, "A row called “imported census” was left out.",
+         "%1 rows called “imported census” were left out."},
+        {leftOut.shortRows,
+         "A row has fewer values than there are species: the missing ones count as 0.",
+         "%1 rows have fewer values than there are species: the missing ones count as 0."},
+        {leftOut.negativeCells, "A negative abundance counts as 0.",
+         "%1 negative abundances count as 0."},
+    });
+    if (!taxa) sentences.prepend(QString("No census has a taxon: %1.").arg(whyNoTaxa(leftOut)));
     return sentences;
 }
 

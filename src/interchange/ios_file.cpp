@@ -44,10 +44,8 @@ class Lines {
 };
 
 std::string without(std::string_view text, char unwanted) {
-    std::string rest;
-    rest.reserve(text.size());
-    std::copy_if(text.begin(), text.end(), std::back_inserter(rest),
-                 [&](char c) { return c != unwanted; });
+    std::string rest(text);
+    std::erase(rest, unwanted);
     return rest;
 }
 

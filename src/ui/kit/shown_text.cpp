@@ -53,6 +53,14 @@ QString countText(std::size_t count, const QString& ofOne, const QString& ofMany
     return count == 1 ? ofOne : ofMany.arg(QLocale().toString(qulonglong{count}));
 }
 
+QStringList countSentences(const QList<CountSentence>& sentences) {
+    QStringList texts;
+    for (const CountSentence& each : sentences) {
+        if (each.count > 0) texts.append(countText(each.count, each.ofOne, each.ofMany));
+    }
+    return texts;
+}
+
 QString oneLine(const QString& text) {
     if (std::none_of(text.begin(), text.end(), isUnseen)) return text;
     QString line = text;

@@ -2,7 +2,9 @@
 // lays out all that it is given: a text of a hundred megabytes must not reach it. Pure; any thread.
 #pragma once
 
+#include <QList>
 #include <QString>
+#include <QStringList>
 #include <cstddef>
 
 class QEvent;
@@ -25,6 +27,14 @@ QString inLinesOf(qsizetype longest, const QString& text);
 
 // A text with a number: of one, or of many, where %1 stands for the number.
 QString countText(std::size_t count, const QString& ofOne, const QString& ofMany);
+
+struct CountSentence {
+    std::size_t count = 0;
+    QString ofOne;
+    QString ofMany;  // %1 stands for the number
+};
+// Those whose count is not 0.
+QStringList countSentences(const QList<CountSentence>& sentences);
 
 // For QWidget::setWindowTitle(), which replaces "[*]" by the mark of changes.
 QString asWindowTitle(const QString& text);

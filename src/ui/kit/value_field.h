@@ -8,11 +8,10 @@ namespace zorvel {
 
 class ValueField : public QLineEdit {
     Q_OBJECT
-    // Font size as a multiple of the panel's; a text that is too long for the field is set smaller.
-    Q_PROPERTY(double scale READ scale WRITE setScale)
   public:
     explicit ValueField(QWidget* parent = nullptr);
 
+    // Font size as a multiple of the panel's; a text that is too long for the field is set smaller.
     [[nodiscard]] double scale() const { return scale_; }
     void setScale(double scale);
 

@@ -106,11 +106,7 @@ QString sharedSpeciesLine(const SharedNames& names) {
 }
 
 QString matrixNote(const SparseCountsResult& counts) {
-    const struct {
-        std::size_t count;
-        QString ofOne;
-        QString ofMany;
-    } cases[] = {
+    const QStringList sentences = countSentences({
         {counts.mergedCensuses,
          "One census has the name of an earlier one: the census matrix holds its species in the "
          "row of that one, and its own row stays empty.",
@@ -124,11 +120,7 @@ QString matrixNote(const SparseCountsResult& counts) {
         {counts.taxaInNoRow,
          "One species is not in the census matrix, since it or its census has no name.",
          "%1 species are not in the census matrix, since they or their census have no name."},
-    };
-    QStringList sentences;
-    for (const auto& each : cases) {
-        if (each.count > 0) sentences.append(countText(each.count, each.ofOne, each.ofMany));
-    }
+    });
     return sentences.join(' ');
 }
 
