@@ -30,19 +30,6 @@ void CensusTableModel::setContext(ObjectContext& context) {
     endResetModel();
 }
 
-// Counts the taxa that differ from those of the row alone.
-CensusTableModel::Row CensusTableModel::followed(Row row, const BlockPointer& after) {
-    if (row.richness) {
-        forEachTaxonChange(row.block.get(), after.get(),
-                           [&](const TaxonRecord* before, const TaxonRecord* now) {
-                               *row.richness += int{now && isFound(*now)};
-                               *row.richness -= int{before && isFound(*before)};
-                           });
-    }
-    row.block = after;
-    return row;
-}
-
 std::int64_t CensusTableModel::richnessOf(const Row& row) {
     if (!row.richness) {
         row.richness = 0;
@@ -64,7 +51,7 @@ void CensusTableModel::recordsDidChange(const ChangeSet& changes) {
     }
     for (const CensusChange& each : changes) {
         const std::size_t place = placeOf(each.census);
-        if (isAt(place, each.census)) records_[place] = followed(records_[place], each.after);
+        if (isAt(place, each.census)) records_[place] = {each.after, std::nullopt};
     }
     tellUpdated(told.updated);
 }
@@ -90,12 +77,8 @@ std::vector<CensusTableModel::Row> CensusTableModel::changedRecords(
         while (old < records_.size() && idOf(old) < change.census) {
             after.push_back(records_[old++]);
         }
-        const bool shown = isAt(old, change.census);
-        if (!change.deleted()) {
-            after.push_back(shown ? followed(records_[old], change.after)
-                                  : Row{change.after, std::nullopt});
-        }
-        if (shown) ++old;
+        if (isAt(old, change.census)) ++old;
+        if (!change.deleted()) after.push_back({change.after, std::nullopt});
     }
     after.insert(after.end(), records_.begin() + static_cast<std::ptrdiff_t>(old), records_.end());
     return after;

@@ -53,8 +53,6 @@ class CensusTableModel : public OrderedTableModel {
     [[nodiscard]] const CensusBlock& blockAt(int row) const {
         return *records_[recordAt(row)].block;
     }
-    // The row after its census has changed.
-    [[nodiscard]] static Row followed(Row row, const BlockPointer& after);
     [[nodiscard]] static std::int64_t richnessOf(const Row& row);
     [[nodiscard]] std::vector<Row> changedRecords(const ChangeSet& changes) const;
     void countNames(const ChangeSet& changes);

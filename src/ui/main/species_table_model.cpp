@@ -18,15 +18,9 @@ void SpeciesTableModel::setContext(ObjectContext& context) {
 void SpeciesTableModel::setCensus(std::shared_ptr<const CensusBlock> block) {
     beginResetModel();
     takeBlock(std::move(block));
-    findLargest();
     sharedNames_.clear();
     sharedNames_.reserve(taxa_.size());
-    excluded_ = 0;
-    absent_ = 0;
-    for (const TaxonRecord* taxon : taxa_) {
-        sharedNames_.add(taxon->values.name);
-        count(taxon->values, 1);
-    }
+    for (const TaxonRecord* taxon : taxa_) sharedNames_.add(taxon->values.name);
     search_.clear();
     arrange();
     endResetModel();
@@ -34,46 +28,34 @@ void SpeciesTableModel::setCensus(std::shared_ptr<const CensusBlock> block) {
 
 void SpeciesTableModel::takeBlock(std::shared_ptr<const CensusBlock> block) {
     taxa_.clear();
+    largest_ = 0;
+    excluded_ = 0;
+    absent_ = 0;
     block_ = std::move(block);
     if (!block_) return;
     taxa_.reserve(block_->taxonCount());
-    block_->forEachTaxon([this](const TaxonRecord& taxon) { taxa_.push_back(&taxon); });
-}
-
-void SpeciesTableModel::findLargest() {
-    largest_ = 0;
-    for (const TaxonRecord* taxon : taxa_) {
-        largest_ = std::max(largest_, taxon->values.abundance);
-    }
-}
-
-void SpeciesTableModel::count(const TaxonValues& taxon, int by) {
-    if (!taxon.include) {
-        excluded_ += by;
-    } else if (taxon.abundance < 1) {
-        absent_ += by;
-    }
+    block_->forEachTaxon([this](const TaxonRecord& taxon) {
+        taxa_.push_back(&taxon);
+        largest_ = std::max(largest_, taxon.values.abundance);
+        if (!taxon.values.include) {
+            ++excluded_;
+        } else if (taxon.values.abundance < 1) {
+            ++absent_;
+        }
+    });
 }
 
 void SpeciesTableModel::blockDidChange(std::shared_ptr<const CensusBlock> after) {
     RecordsChange told;
     const std::int64_t largest = largest_;
     const std::size_t shared = sharedNames_.recordCount();
-    bool largestWent = false;
     forEachTaxonChange(block_.get(), after.get(),
                        [&](const TaxonRecord* before, const TaxonRecord* now) {
                            note((now ? now : before)->id, now != nullptr, told);
                            if (before) sharedNames_.remove(before->values.name);
                            if (now) sharedNames_.add(now->values.name);
-                           if (before) count(before->values, -1);
-                           if (now) count(now->values, 1);
-                           if (before && before->values.abundance == largest) largestWent = true;
-                           if (now) largest_ = std::max(largest_, now->values.abundance);
                        });
-    change(told, [&] {
-        takeBlock(std::move(after));
-        if (largestWent) findLargest();
-    });
+    change(told, [&] { takeBlock(std::move(after)); });
     if (largest_ != largest) tellColumn(abundanceColumn, shareRole);
     if (sharedNames_.recordCount() != shared) tellColumn(nameColumn, Qt::DecorationRole);
 }

@@ -71,9 +71,8 @@ class SpeciesTableModel : public OrderedTableModel {
     [[nodiscard]] QVariant includeData(const TaxonValues& taxon, int role) const;
     [[nodiscard]] QVariant speciesNameData(const TaxonValues& taxon, int role) const;
     [[nodiscard]] QVariant abundanceData(const TaxonValues& taxon, int role) const;
+    // Everything that follows from the block except the shared names.
     void takeBlock(std::shared_ptr<const CensusBlock> block);
-    void findLargest();
-    void count(const TaxonValues& taxon, int by);
     bool edit(const Zorvel& taxon, int column, const QVariant& value, int role);
 
     ObjectContext* context_ = nullptr;
