@@ -39,8 +39,8 @@ void readFirstLines(InputFile& input) {
     }
 }
 
-// The file goes on: without its last line, which may be cut within a character; of a single line
-// without a character that is cut.
+// The file is longer than these bytes. Drops the last line, which may be cut within a character; of
+// a single line only a character that is cut.
 void dropCutLine(std::string& bytes) {
     const std::size_t end = bytes.find_last_of("\r\n");
     if (end != std::string::npos) return bytes.resize(end + 1);

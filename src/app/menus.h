@@ -34,7 +34,7 @@ QKeySequence closeKey();
 QKeySequence saveAsKey();
 QKeySequence preferencesKey();
 
-// A command of a window without menus, by its keys alone.
+// A command of a window without menus, run only by its keys.
 QAction* addKeyCommand(QWidget& window, const char* name, const QList<QKeySequence>& keys);
 
 }  // namespace zorvel

@@ -17,7 +17,7 @@ namespace zorvel {
 
 namespace {
 
-// "cannot be opened: Permission denied" as it stands alone.
+// "cannot be opened: Permission denied" as a sentence of its own.
 QString sentence(const QString& reason) {
     return reason.left(1).toUpper() + reason.mid(1) + '.';
 }

@@ -83,7 +83,7 @@ class ProjectWindows : public QObject {
               MessageStrip::Tone tone = MessageStrip::Tone::problem);
 
   signals:
-    // Emitted from outside when preferences were stored: every window shows its metrics anew.
+    // Emitted from outside when preferences were stored: every window updates its metrics.
     void preferencesDidChange();
     // The same when a field of the preferences has ended its editing.
     void textDidEndEditing();

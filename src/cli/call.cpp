@@ -44,7 +44,7 @@ FileKind readKind(const std::string& text) {
                                "'" + text + "' is none of list, census, matrix, ios and table");
 }
 
-// Digits alone, and a minus sign if there are negative numbers at all; the seed has 64 bits without
+// Only digits, and a minus sign if there are negative numbers at all; the seed has 64 bits without
 // a sign.
 template <class Integer>
 Integer readWhole(const char* option, const std::string& text, Integer least) {

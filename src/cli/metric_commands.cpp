@@ -23,7 +23,7 @@ namespace zorvel::cli {
 namespace {
 
 // The random numbers of one SQS estimate. With a seed each estimate starts its own sequence: it
-// depends on its counts alone, not on which other censuses the file holds.
+// depends only on its counts, not on which other censuses the file holds.
 std::unique_ptr<RandomSource> randomSource(const Call& call) {
     if (call.seed) return std::make_unique<SeededRandom>(*call.seed);
     return std::make_unique<SystemRandom>();

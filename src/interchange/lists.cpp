@@ -1,4 +1,4 @@
-// The parsers of lists: counts alone, names with counts, names alone.
+// The parsers of lists: only counts, names with counts, only names.
 #include <algorithm>
 #include <charconv>
 #include <cstdint>
@@ -106,7 +106,7 @@ const char* checkRecord(const Record& record, std::int64_t& abundance) {
     return nullptr;
 }
 
-// Bytes of the separator that begins at text[at]; 0 if none does. The space is none: it is part of
+// Bytes of the separator that begins at text[at]; 0 if none does. A space is not one: it is part of
 // a name.
 std::size_t nameSeparatorLength(std::string_view text, std::size_t at) {
     if (text[at] == ',' || text[at] == '\t') return 1;

@@ -132,7 +132,7 @@ class MatrixReader {
         return true;
     }
 
-    // cells: how many the row has, an empty last one aside.
+    // cells: how many the row has, without an empty last one.
     bool readCells(FieldTerminator& terminator, std::size_t& cells) {
         for (std::size_t column = 1;; ++column) {
             column = readPlainCells(column);
@@ -146,7 +146,7 @@ class MatrixReader {
         }
     }
 
-    // The way through nearly all cells: digits alone, ended by a comma. Stops before any cell that
+    // The way through nearly all cells: only digits, ended by a comma. Stops before any cell that
     // is written otherwise, is very large or has no name, and returns its column.
     std::size_t readPlainCells(std::size_t column) {
         const std::string_view text = cursor_.text();

@@ -106,7 +106,7 @@ Parsed<std::vector<MockCensus>> parseIOSFile(std::string_view text,
                                              NamePool* names = nullptr);
 
 // "Mar 5, 2016 3:42 PM" in the computer's current time zone; second 0. A time that daylight saving
-// skips moves forward; a day, hour or minute that does not exist gives nothing.
+// skips moves forward; a day, hour or minute that does not exist has no result.
 Parsed<TimeStamp> parseIOSDate(std::string_view text);
 
 // Taxon names for completion. No text (no file could be read) gives an empty list and a warning.

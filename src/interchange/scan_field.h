@@ -46,7 +46,7 @@ class FieldCursor {
 };
 
 // The next field, the cursor moved past it and its terminator:
-// - a comma and the spaces after it (these alone are trimmed);
+// - a comma and the spaces after it (only these are trimmed);
 // - a run of line breaks, so that empty lines vanish;
 // - the end of the text, also within an open quote. At the end already: an empty field.
 // Double quotes, anywhere in a field, enclose commas and line breaks that belong to it; a doubled

@@ -41,7 +41,7 @@ struct MetricInputs {
     MetricParameters parameters;
     SqsResult sqs;  // of the sample
 
-    // Of a project alone:
+    // Only of a project:
     std::int64_t censuses = 0;           // T
     std::vector<std::int64_t> peculiar;  // the censuses of each kind that remarks speak of
     AverageSqs averageSqs;

@@ -7,7 +7,7 @@
 namespace zorvel {
 namespace {
 
-// Those that follow from the counts alone.
+// The metrics that follow from the counts only.
 void addComputed(MetricGroup group, const MetricValues& values, ProjectMetrics& metrics) {
     for (const ShownMetric& shown : metricsOf(group)) {
         if (descriptorOf(shown.metric).compute == nullptr) continue;

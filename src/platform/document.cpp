@@ -67,7 +67,8 @@ void Document::saveAs(const QString& path, Done done) {
         done(FileProblem{FileTrouble::other, "it is open in another window", 0});
         return;
     }
-    // A file that has been renamed to that path is made anew there, so that it gets the new path.
+    // A file that has been renamed to that path is written there as a new file, so that it gets the
+    // new path.
     const bool livesThere = holder && !isUntitled() && !saver_.isMakingFile() &&
                             fileIdentity(encodedPath(this->path())) == identity;
     if (livesThere && saver_.state() != SaveState::stuck) {

@@ -49,8 +49,8 @@ class Document : public QObject {
     // Writes unsaved changes at once instead of within a second.
     void saveSoon() { saver_.saveSoon(); }
 
-    // Text in open editors that is no change of the records yet: drafts stores it in each copy of
-    // the records that is written. Null for none. Call noteTyping() each time the text may have
+    // Text in open editors that is not a change of the records yet: drafts stores it in each copy
+    // of the records that is written. Null for none. Call noteTyping() each time the text may have
     // changed and when an editor closes; it is in the file two seconds later.
     void setDrafts(ObjectContext::Edits drafts) { saver_.setDrafts(std::move(drafts)); }
     void noteTyping() { saver_.noteTyping(); }

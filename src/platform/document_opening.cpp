@@ -70,7 +70,7 @@ void DocumentController::openLocated(const Request& request) {
     if (Document* document = reopened(identity)) return showOpen(request, *document);
     if (mustWait(identity)) {
         waiting_.push_back(request);
-        waiting_.back().file = nullptr;  // it is located anew
+        waiting_.back().file = nullptr;  // it is located again
         return;
     }
     reading_.push_back(identity);

@@ -195,7 +195,7 @@ void DocumentSaver::reportSaves() {
     for (const Done& done : std::exchange(waitingForSave_, {})) done(problem_);
 }
 
-// A step of undo is one transaction: no part of it is written alone.
+// A step of undo is one transaction: it is never written in parts.
 void DocumentSaver::tick() {
     if (context_.isStepOpen()) {
         timer_.start(services_.settings.stepPoll);

@@ -32,11 +32,11 @@ struct FileReading {
     LeftOut leftOut;
 };
 
-// A file that the user has named. It is opened once: its kind is told by its beginning, and what is
-// no project is read on from there.
+// A file that the user has named. It is opened once: its first bytes tell its kind, and a file that
+// is not a project is read on from there.
 struct NamedFile {
     explicit NamedFile(const QString& named);
-    // The input to read on; opened anew if it was released.
+    // The input to read on; opened again if it was released.
     Result<InputFile> take() {
         return input ? std::move(*input) : InputFile::open(encodedPath(path));
     }

@@ -67,7 +67,7 @@ void JobQueue::enqueue(QObject* receiver, std::function<void()> work, std::funct
     if (patience_.interval() > 0 && !patience_.isActive()) patience_.start();
 }
 
-// Events are posted under the lock: this mutex alone orders the worker's writes before the reading.
+// Events are posted under the lock: only this mutex orders the worker's writes before the reading.
 // One event is pending exactly while there is mail.
 void JobQueue::runJobs() {
     while (std::optional<Job> job = nextJob()) {

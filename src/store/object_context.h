@@ -130,7 +130,7 @@ class ObjectContext {
     std::shared_ptr<CensusBatch> newBatch(std::size_t records);
     void insertCensuses(CensusBatch& batch);
 
-    // Deleting and setting act on records of this context alone: a handle of a deleted record, or
+    // Deleting and setting act only on records of this context: a handle of a deleted record, or
     // of another context (a frozen copy too), changes nothing. Nor does a value that the record has
     // already. Many at once, in any order, are one change, which costs little more than reading
     // them.

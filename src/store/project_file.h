@@ -32,7 +32,7 @@ std::optional<FileIdentity> fileIdentity(const std::string& path);
 bool startsLikeProject(std::string_view bytes);
 
 struct ProjectFileOptions {
-    // For reading alone: nothing is marked, and a file open elsewhere can be read all the same.
+    // Only for reading: nothing is marked, and a file open elsewhere can be read all the same.
     bool readOnly = false;
     // The name of SQLite's layer over the system's files; null for its default.
     const char* vfs = nullptr;

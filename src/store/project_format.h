@@ -22,8 +22,9 @@ inline constexpr std::array<const char*, 3> companionEndings = {"-journal", "-wa
 // The companion that holds a write that was cut off.
 std::string journalOf(const std::string& path);
 
-// Fails if a companion is none that this program leaves beside a project: SQLite would add a log to
-// the file, and, after playing back a journal, delete whatever file the journal names at its end.
+// Fails if a companion is not one that this program leaves beside a project: SQLite would add a log
+// to the file, and, after playing back a journal, delete whatever file the journal names at its
+// end.
 void checkCompanions(const std::string& path);
 
 // --- The header: enough to tell a project from any other file before SQLite opens it.
@@ -63,7 +64,7 @@ void makeTables(Connection& connection);
 
 // Fails if the database holds anything but these tables, or if its pages contradict one another.
 void checkDatabase(Connection& connection);
-// The second check alone.
+// Only the second of these checks.
 void checkPages(Connection& connection);
 
 }  // namespace zorvel

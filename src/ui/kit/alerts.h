@@ -58,8 +58,8 @@ bool mayReplace(Alerts& alerts, QWidget* parent, const QString& path);
 
 // Writes a whole file (see base/files.h) in a job, which quitting waits for. produce must own what
 // it reads. An alert with the text `failure` reports a failure, even if the window has closed
-// meanwhile. written(): called on the main thread when the file is there or is not. Queue and
-// alerts must outlive the job; window may be null.
+// meanwhile. written(): called on the main thread when the file has been written or could not be.
+// Queue and alerts must outlive the job; window may be null.
 void writeInBackground(
     JobQueue& jobs, Alerts& alerts, QWidget* window, const QString& path, const QString& failure,
     ByteProducer produce, std::function<void(bool there)> written = [](bool) {});

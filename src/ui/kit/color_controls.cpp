@@ -42,7 +42,7 @@ QColor markColor(const QColor& color) {
 ColorChip::ColorChip(const QSize& size, QWidget* parent) : QAbstractButton(parent), size_(size) {
     setFocusPolicy(Qt::StrongFocus);
     setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
-    setAttribute(Qt::WA_Hover);  // painted anew when the mouse comes and goes
+    setAttribute(Qt::WA_Hover);  // repainted when the mouse comes and goes
 }
 
 void ColorChip::setColor(const QColor& color) {

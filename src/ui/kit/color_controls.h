@@ -85,7 +85,7 @@ class ColorPalette : public QWidget {
   public:
     explicit ColorPalette(QWidget* parent = nullptr);
 
-    // Marks the colour in use, if it is one of these; alpha aside.
+    // Marks the colour in use, if it is one of these, whatever its alpha.
     void showUsed(const QColor& color);
 
   signals:

@@ -179,7 +179,7 @@ void paintRadioMark(const QStyleOption& option, QPainter& painter) {
     paintRounded(painter, circle.adjusted(inset, inset, -inset, -inset), radius, ink.mark, {});
 }
 
-// A box with its tick where the cell can be checked; where it is only shown, the tick alone.
+// A box with its tick where the cell can be checked; elsewhere only the tick.
 void paintItemCheck(const QStyleOption& option, QPainter& painter) {
     const LookColors& colors = lookColors(option.palette);
     const auto* item = qstyleoption_cast<const QStyleOptionViewItem*>(&option);

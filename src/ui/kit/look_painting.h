@@ -1,4 +1,4 @@
-// The painting of single controls in the look of LookStyle, which alone uses it. Main thread.
+// The painting of single controls for LookStyle, its only user. Main thread.
 #pragma once
 
 class QPainter;

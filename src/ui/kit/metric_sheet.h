@@ -28,7 +28,7 @@ class ValueField;
 
 // A row as it is copied or printed.
 struct MetricLine {
-    QString heading;  // above the row; mostly empty
+    QString heading;  // above the row; usually empty
     QString caption;
     QString text;
 };

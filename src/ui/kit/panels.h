@@ -33,7 +33,7 @@ struct FileType {
 
 class SavePanel : public Panel {
   public:
-    // suggestion: a path, or a name alone. The path as it was typed, with or without an ending,
+    // suggestion: a path, or only a name. The path as it was typed, with or without an ending,
     // whether the file exists or not; empty if cancelled. Waits for the answer.
     virtual QString chooseProjectPath(QWidget* parent, const QString& suggestion) = 0;
 

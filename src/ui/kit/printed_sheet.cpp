@@ -78,7 +78,7 @@ QList<QList<PrintedPart>> pagesOf(const PrintedSheet& sheet, double height) {
         const PrintedTable& table = sheet.tables[number];
         for (int row = 0; row < table.rowCount;) {
             const double left = room - used - headHeight(table, row);
-            // The first page may have room for its title alone.
+            // The first page may have room only for its title.
             const bool fits = left >= rowHeight || (used == 0 && pages.back().isEmpty());
             if (!fits) {
                 pages.emplace_back();

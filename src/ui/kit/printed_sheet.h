@@ -42,7 +42,7 @@ struct PrintedPart {
 };
 // The parts on each page of that height in points; the title is on the first page. A heading is on
 // the page of its first row, a header on every page of its table. Every page has a row, except a
-// first page that has room for the title alone.
+// first page that has room only for the title.
 QList<QList<PrintedPart>> pagesOf(const PrintedSheet& sheet, double height);
 
 // Every page has its number and how many there are; those outside of the device's page ranges are

@@ -26,7 +26,7 @@ class RecordTableView : public QTableView {
 
     // The selected rows, ascending.
     [[nodiscard]] std::vector<int> selectedRows() const;
-    // These rows alone, ascending, the first of them in sight and current; focus stays. Of rows
+    // Only these rows, ascending; the first is in sight and current. The focus stays. Of rows
     // scattered over thousands of places only the first is selected.
     void selectRows(const std::vector<int>& rows);
 

@@ -47,7 +47,7 @@ bool hasOwnRecords(const QMimeData& data) {
     return data.hasFormat(copiedCensusesType) || data.hasFormat(copiedSpeciesType);
 }
 
-// Some programs give a table as HTML alone.
+// Some programs give a table only as HTML.
 bool hasHtmlTable(const QMimeData& data) {
     return data.hasHtml() && data.html().contains("<td", Qt::CaseInsensitive);
 }

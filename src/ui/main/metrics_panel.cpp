@@ -96,7 +96,7 @@ void MetricsPanel::refresh(const QString& censusName, const CountsVector& counts
     const bool isAgain = request_ == request;
     request_ = std::move(request);
     ++*latest_;
-    // Otherwise what is shown is of these counts, and stays black until SQS has been drawn anew.
+    // Otherwise what is shown is of these counts, and stays black until SQS has been drawn again.
     if (!isAgain) {
         const AbundanceTally tally(request_->counts);
         sheet_->setSubject(censusName);

@@ -8,7 +8,7 @@ namespace zorvel {
 
 namespace {
 
-// More separate ranges of rows than this are told as one reset: views take long for each.
+// More separate ranges of rows than this are announced as one reset: views take long for each.
 constexpr std::size_t rangesAtMost = 200;
 
 // Ascending rows as ranges of neighbours.
