@@ -103,7 +103,7 @@ TableGuess guessRows(const SampleRows& rows, const TableReading& known,
     guessMarks(grid, guess);
     guessDateOrder(grid, guess);
     if (!records) {
-        settleTotals(grid, reading);
+        settleTotals(grid, reading, rows.size() < TableSample::mostRows && !choices.lastRow);
         reading.presence = isPresenceTable(grid, reading);
     }
     return guess;

@@ -125,7 +125,10 @@ double speciesRowsScore(const SampleGrid& grid, std::size_t header) {
     std::vector<std::string_view> labels;
     const std::size_t names = labelColumn(grid, header);
     for (std::size_t column = names + 1; header > 0 && column < grid.width(); ++column) {
-        if (!grid.cell(0, column).empty()) headers.push_back(grid.cell(0, column));
+        const auto meaning = grid.meaning(grid.headerText(header, column));
+        const bool saysNothing =
+            meaning && (meaning->role == ColumnRole::ignored || meaning->role == ColumnRole::total);
+        if (!grid.cell(0, column).empty() && !saysNothing) headers.push_back(grid.cell(0, column));
     }
     for (std::size_t i = header; i < grid.height(); ++i) labels.push_back(grid.cell(i, names));
     // Rows that are only numbered are samples.
@@ -143,10 +146,10 @@ double speciesRowsScore(const SampleGrid& grid, std::size_t header) {
     }
     score += 2 * shareOf(labels, looksLikeSpeciesName) - 2 * shareOf(headers, looksLikeSpeciesName);
     score += shareOf(headers, looksLikeCensusName) - shareOf(labels, looksLikeCensusName);
-    for (const std::string_view text : headers) {
-        const auto meaning = grid.meaning(text);
+    for (std::size_t column = names + 1; header > 0 && column < grid.width(); ++column) {
+        const auto meaning = grid.meaning(grid.cell(0, column));
         if (!meaning) continue;
-        if (text == "taxonomy") score += 2;
+        if (grid.cell(0, column) == "taxonomy") score += 2;
         const bool tellsOfCensus = meaning->role == ColumnRole::latitude ||
                                    meaning->role == ColumnRole::longitude ||
                                    meaning->role == ColumnRole::date;

@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <cmath>
+#include <numeric>
 
 #include "tables/cells.h"
 #include "tables/guess_parts.h"
@@ -12,30 +13,79 @@ double valueOf(std::string_view cell, NumberMarks marks) {
     return tableNumber(cell, marks).value_or(0);
 }
 
-bool agree(double a, double b) {
-    return std::abs(a - b) <= 1e-9 * std::max(1.0, std::abs(b));
-}
-
-// A column after the counts, headed by a total word, whose numbers are the sums of their rows. Rows
-// with a cell that is no number say nothing.
-bool isTotalsColumn(const SampleGrid& grid, const TableReading& reading, std::size_t total,
-                    NumberMarks marks) {
+// How well a column or row holds the sums of others.
+struct SumCheck {
+    std::size_t sums = 0;
     std::size_t right = 0;
-    std::size_t rows = 0;
+    std::size_t telling = 0;  // of them, those of several numbers
+
+    void add(const std::vector<double>& numbers, double sum) {
+        const double whole = std::accumulate(numbers.begin(), numbers.end(), 0.0);
+        const bool isRight = std::abs(whole - sum) <= 1e-9 * std::max(1.0, std::abs(sum));
+        const auto zeros = std::count(numbers.begin(), numbers.end(), 0.0);
+        ++sums;
+        right += isRight;
+        telling += isRight && static_cast<std::size_t>(zeros) + 1 < numbers.size();
+    }
+    // Without a word for it.
+    [[nodiscard]] bool isSure() const { return sums > 2 && right == sums && telling > 1; }
+};
+
+// Of a column. Rows with a cell that is no number say nothing.
+SumCheck checkColumn(const SampleGrid& grid, const TableReading& reading, std::size_t total) {
+    const NumberMarks marks{reading.decimalMark, reading.thousandsMark};
+    SumCheck check;
     for (std::size_t i = reading.headerRows.size(); i < grid.height(); ++i) {
-        double sum = 0;
+        std::vector<double> numbers;
         bool isClean = !grid.cell(i, total).empty();
-        for (std::size_t column = 0; column < grid.width(); ++column) {
-            if (column == total || reading.role(column) != ColumnRole::count) continue;
+        for (const std::size_t column : reading.columnsOf(ColumnRole::count)) {
+            if (column == total) continue;
             const std::string_view cell = grid.cell(i, column);
-            sum += valueOf(cell, marks);
+            numbers.push_back(valueOf(cell, marks));
             isClean &= cell.empty() || isNumberOfAnyForm(cell);
         }
-        if (!isClean) continue;
-        ++rows;
-        right += agree(sum, valueOf(grid.cell(i, total), marks));
+        if (isClean) check.add(numbers, valueOf(grid.cell(i, total), marks));
     }
-    return right * 10 >= rows * 9;
+    return check;
+}
+
+// Of the last row.
+SumCheck checkLastRow(const SampleGrid& grid, const TableReading& reading) {
+    const NumberMarks marks{reading.decimalMark, reading.thousandsMark};
+    SumCheck check;
+    for (const std::size_t column : reading.columnsOf(ColumnRole::count)) {
+        std::vector<double> numbers;
+        for (std::size_t i = reading.headerRows.size(); i + 1 < grid.height(); ++i) {
+            numbers.push_back(valueOf(grid.cell(i, column), marks));
+        }
+        check.add(numbers, valueOf(grid.cell(grid.height() - 1, column), marks));
+    }
+    return check;
+}
+
+bool looksLikeName(std::string_view text) {
+    return looksLikeSpeciesName(text) || looksLikeCensusName(text);
+}
+
+// Sums whose words are not known: in the last column and the last row.
+void findTotals(const SampleGrid& grid, TableReading& reading, bool isWhole) {
+    const std::size_t header = reading.headerRows.size();
+    const std::vector<std::size_t> counts = reading.columnsOf(ColumnRole::count);
+    if (header == 0 || counts.size() < 3 || grid.height() < header + 2) return;
+    const std::size_t lastRow = grid.height() - 1;
+    const auto label = std::find_if(grid.row(lastRow).cells.begin(), grid.row(lastRow).cells.end(),
+                                    [](std::string_view cell) { return !cell.empty(); });
+    const bool mayEnd = isWhole && lastRow > header + 1 && !grid.isSummary(lastRow) &&
+                        label != grid.row(lastRow).cells.end() && !looksLikeName(*label) &&
+                        !isDigits(*label);
+    if (mayEnd && checkLastRow(grid, reading).isSure()) {
+        reading.totalsRow = grid.row(lastRow).number;
+    }
+    const std::size_t last = counts.back();
+    const bool isNamed = looksLikeName(grid.headerText(header, last));
+    if (!isNamed && checkColumn(grid, reading, last).isSure()) {
+        reading.columns[last] = ColumnRole::total;
+    }
 }
 
 struct MarkCounts {
@@ -142,7 +192,7 @@ void guessDateOrder(const SampleGrid& grid, TableGuess& guess) {
         guess.doubts.push_back(TableDoubt::dateOrder);
 }
 
-void settleTotals(const SampleGrid& grid, TableReading& reading) {
+void settleTotals(const SampleGrid& grid, TableReading& reading, bool isWhole) {
     for (std::size_t column = 0; column < reading.columns.size(); ++column) {
         if (reading.columns[column] != ColumnRole::total) continue;
         const auto meaning = grid.meaning(grid.headerText(reading.headerRows.size(), column));
@@ -150,15 +200,15 @@ void settleTotals(const SampleGrid& grid, TableReading& reading) {
         const bool isOnly =
             std::find(columns.begin(), columns.end(), ColumnRole::count) == columns.end() &&
             grid.factsOf(reading.headerRows.size(), column).isOfCounts();
-        const bool sums =
-            meaning && meaning->rank == 0 &&
-            isTotalsColumn(grid, reading, column, {reading.decimalMark, reading.thousandsMark});
+        const SumCheck check = checkColumn(grid, reading, column);
+        const bool sums = meaning && meaning->rank == 0 && check.right * 10 >= check.sums * 9;
         if (isOnly) {
             reading.columns[column] = ColumnRole::count;
         } else if (!sums) {
             reading.columns[column] = ColumnRole::ignored;
         }
     }
+    findTotals(grid, reading, isWhole);
 }
 
 bool isPresenceTable(const SampleGrid& grid, const TableReading& reading) {

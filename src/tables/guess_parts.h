@@ -59,8 +59,9 @@ RecordGuess guessRecords(const SampleGrid& grid, const WordRoles& words);
 // guess_marks.cpp
 void guessMarks(const SampleGrid& grid, TableGuess& guess);
 void guessDateOrder(const SampleGrid& grid, TableGuess& guess);
-// Keeps the role of a total only where the sums agree.
-void settleTotals(const SampleGrid& grid, TableReading& reading);
+// Keeps the role of a total only where the sums agree, and finds others. isWhole: the table ends in
+// the sample.
+void settleTotals(const SampleGrid& grid, TableReading& reading, bool isWhole);
 bool isPresenceTable(const SampleGrid& grid, const TableReading& reading);
 
 }  // namespace zorvel

@@ -190,7 +190,6 @@ class RecordColumns {
             }
         };
         byWord(ColumnRole::count);
-        if (counts_.empty()) byWord(ColumnRole::total);
         // Texts below a certain word are counts at fault.
         for (std::size_t column = 0; column < words_.size() && counts_.empty(); ++column) {
             const auto said = meaning(column);
@@ -210,8 +209,9 @@ class RecordColumns {
             if (!words_[column] && isOfWholeNumbers(column)) counts_.push_back(column);
         }
         countsByShape_ = !counts_.empty();
-        if (counts_.size() == 1) guess_.countsAreDoubtful = !areSmall(counts_.front());
-        if (counts_.size() > 1) guess_.countsAreDoubtful = true;
+        if (counts_.empty()) byWord(ColumnRole::total);
+        guess_.countsAreDoubtful =
+            countsByShape_ && (counts_.size() > 1 || !areSmall(counts_.front()));
         if (!counts_.empty()) return;
         for (std::size_t column = 0; column < words_.size(); ++column) {
             if (isAmount(column) && !recordsRepeat()) {
@@ -289,7 +289,7 @@ class RecordColumns {
         const auto number = std::count_if(counts_.begin(), counts_.end(), [&](std::size_t column) {
             return looks(grid_.cell(0, column));
         });
-        return static_cast<std::size_t>(number) * 2 >= counts_.size();
+        return static_cast<std::size_t>(number) * 2 > counts_.size();
     }
 
     // Species of which each has one row, behind groups such as families: one census, wide.

@@ -143,6 +143,8 @@ WordRoles rolesByWords(const SampleGrid& grid, std::size_t header) {
             (!grid.factsOf(below, column).isOfCounts() ||
              (meaning->rank > 0 && grid.holdsRowNumbers(below, column)));  // "Tree no."
         if (isNoCount) continue;
+        const bool isUnsureDate = meaning->role == ColumnRole::date && meaning->rank > 1;
+        if (isUnsureDate && !holdsDates(grid, column)) continue;
         const auto found = best.find(meaning->role);
         if (found == best.end() || meaning->rank < found->second.first) {
             best[meaning->role] = {meaning->rank, column};

@@ -31,7 +31,7 @@ constexpr auto wordTable = std::to_array<WordsOfMeaning>({
      "amostra|armadilha|estacao|ponto|quadrado|campione|stazione|sito|quadrato|rilievo|"
      "trappola|transetto|parcella|plek|proefvlak|monster|opname|vangpot|kwadrant|"
      "meetpunt|telpunt|monsterpunt|prov|provyta|provpunkt|provplats|prove|proveflate|"
-     "stanowisko|proba|probka|powierzchnia|pulapka|poletko|kwadrat|punkt|transek"},
+     "stanowisko|stanowiska|proby|proba|probka|powierzchnia|pulapka|poletko|kwadrat|punkt|transek"},
     {{ColumnRole::census, 1},
      "standort|ort|fundort|lokalnamn|ortsname|lieu|localidad|localite|lugar|location|locality|"
      "locationid|location id|"
@@ -103,7 +103,9 @@ constexpr auto wordTable = std::to_array<WordsOfMeaning>({
      "presenca|aanwezig|forekomst|obecnosc"},
     {{ColumnRole::included, 0}, "included"},
     {{ColumnRole::total, 0},
-     "total|totals|sum|sums|summe|gesamt|gesamtsumme|insgesamt|somme|suma|row total|column total|"
+     "total|totals|gesamtergebnis|gesamtzahl|eindtotaal|totalsumma|suma "
+     "koncowa|osszesen|Всего|всего|Итого|итого|toplam|ukupno|spolu|skupaj|sum|sums|summe|gesamt|"
+     "gesamtsumme|insgesamt|somme|suma|row total|column total|"
      "grand total|totale|totali|totaal|totalen|som|soma|totais|summa|totalt|sammanlagt|razem|"
      "ogolem|celkem|yhteensa|totaux|totales|subtotal|sub total|zwischensumme|sous total|"
      "subtotale|subtotaal"},
@@ -264,7 +266,8 @@ constexpr auto speciesWords = std::to_array<std::string_view>(
     {"species", "espece", "especes", "especie", "especies", "specie", "soort", "artnamn", "taxon"});
 constexpr auto countWords = std::to_array<std::string_view>(
     {"count", "individuals", "specimens", "abundance", "individuen", "exemplare", "individus",
-     "individuos", "individui", "esemplari", "individer", "osobnikow", "abundancia", "abondance"});
+     "individuos", "individui", "esemplari", "individer", "ind", "exemplaren", "okazow",
+     "osobnikow", "abundancia", "abondance"});
 constexpr auto countingWords = std::to_array<std::string_view>(
     {"no", "number", "nr", "n", "nb", "num", "total", "anzahl", "aantal", "antal", "nombre",
      "numero", "richness", "per", "liczba"});
@@ -274,6 +277,15 @@ constexpr std::string_view latinLetters =
     "aaaaaaaceeeeiiiidnooooo ouuuuypsaaaaaaaceeeeiiiidnooooo ouuuuypy"
     "aaaaaaccccccccddddeeeeeeeeeegggggggghhhhiiiiiiiiiiiijjkkklllllll"
     "lllnnnnnnnnnoooooooorrrrrrssssssssttttttuuuuuuuuuuuuwwyyyzzzzzzs";
+
+// With which words for measures end: "Wassertemperatur".
+constexpr auto measureEnds = std::to_array<std::string_view>(
+    {"temp", "temperatur", "temperatuur", "tiefe", "djup", "diepte", "hohe", "hojd", "hoogte",
+     "gehalt", "gehalte", "feuchte", "dauer"});
+// What stands before the word for a place: "Nr stanowiska".
+constexpr auto numberWords =
+    std::to_array<std::string_view>({"nr", "no", "n", "numer", "numero", "code", "codice", "codigo",
+                                     "kod", "id", "nom", "nome", "nombre", "nazwa", "name"});
 
 // Units that may be words, and others.
 constexpr auto unitWords =

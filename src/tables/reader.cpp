@@ -67,6 +67,12 @@ class Reader {
             refuseSecondTable(column, text);
             records_.notices.ignoredColumns.push_back(columnLetters(column) + " \"" + text + "\"");
         }
+        for (const std::size_t column : reading_.columnsOf(ColumnRole::total)) {
+            const std::string text = header_.text(column);
+            const auto meaning = headerMeaning(text);
+            if (meaning && meaning->role == ColumnRole::total) continue;
+            records_.notices.totalsColumns.push_back(columnLetters(column) + " \"" + text + "\"");
+        }
         rows_->begin(header_);
     }
 
@@ -131,6 +137,7 @@ class Reader {
     // above.
     [[nodiscard]] std::optional<int> summaryRank(const SparseRow& row) const {
         if (reading_.layout == TableLayout::records) return std::nullopt;
+        if (row.number == reading_.totalsRow) return 0;
         for (std::size_t column = 0; column < row.width; ++column) {
             if (reading_.role(column) == ColumnRole::count) return std::nullopt;
             const std::string_view cell = row.cell(column);

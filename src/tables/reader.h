@@ -42,7 +42,8 @@ struct TableNotices {
     std::size_t summedSpecies = 0;  // further rows or columns of a species within a census
     std::size_t absentRecords = 0;  // status absent
     std::optional<std::size_t> totalsRow;
-    std::vector<std::size_t> noteRows;  // below the table
+    std::vector<std::string> totalsColumns;  // that are not known by their words, like the ignored
+    std::vector<std::size_t> noteRows;       // below the table
     std::vector<std::string> leftOutCensuses;
     std::size_t emptyCensuses = 0;            // without species, kept
     std::vector<std::string> ignoredColumns;  // letters, or letters and header: B "Observer"

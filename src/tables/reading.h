@@ -49,6 +49,8 @@ struct TableReading {
     TableLayout layout = TableLayout::censusRows;
     std::size_t firstRow = 1;  // the first header row, or the first row of data without a header
     std::size_t lastRow = 0;   // 0: to the end
+    // The row of sums that is not known by its words; 0: none.
+    std::size_t totalsRow = 0;
     // One for each header row. censusRows: all `species` (genus above epithet). speciesRows:
     // `census`, or what the row tells of each census. records: `ignored`, the columns have roles.
     std::vector<ColumnRole> headerRows;

@@ -167,6 +167,9 @@ std::vector<std::string> noticeTexts(const TableNotices& notices, const TableRea
             "presence only: each mark is taken as 1, so metrics of abundance mean nothing");
     }
     if (notices.totalsRow) texts.push_back(rowsText({*notices.totalsRow}) + " (total) left out");
+    if (!notices.totalsColumns.empty()) {
+        texts.push_back("column " + listText(notices.totalsColumns) + " (total) left out");
+    }
     if (!notices.noteRows.empty()) {
         texts.push_back(rowsText(notices.noteRows) + " below the table left out");
     }

@@ -115,9 +115,13 @@ std::optional<HeaderMeaning> measureOf(std::string_view header, std::string_view
         anyWord(plain, [](std::string_view word) { return word[0] >= '0' && word[0] <= '9'; });
     const bool isDeep = anyWord(plain, isDepth);
     const bool isSize = anyWord(plain, [](auto word) { return isOneOf(sizes, word); });
-    const bool isMeasure =
-        !isNumbered &&
-        (isDeep || isSize || anyWord(plain, [](auto word) { return isOneOf(measures, word); }));
+    const bool isMeasured = anyWord(plain, [](std::string_view word) {
+        return isOneOf(measures, word) ||
+               std::any_of(measureEnds.begin(), measureEnds.end(), [word](std::string_view end) {
+                   return word.size() > end.size() + 2 && word.ends_with(end);
+               });
+    });
+    const bool isMeasure = !isNumbered && (isDeep || isSize || isMeasured);
     const bool endsWithUnit = isOneOf(unitWords, plain.substr(plain.rfind(' ') + 1));
     const bool isCertain =
         hasUnit(header) || (isMeasure && endsWithUnit) || header.ends_with("InMeters");
@@ -143,6 +147,12 @@ std::optional<HeaderMeaning> namedAmong(std::string_view plain) {
         return HeaderMeaning{ColumnRole::species, 4};
     }
     if (holds(countWords)) return HeaderMeaning{ColumnRole::count, 2};
+    const bool isOfTwo = plain.find(' ') == gap;
+    const auto numbered = isOfTwo && isOneOf(numberWords, plain.substr(0, gap))
+                              ? meaningOf(plain.substr(gap + 1))
+                              : std::nullopt;
+    if (numbered && numbered->role == ColumnRole::census)
+        return HeaderMeaning{ColumnRole::census, 5};
     const auto last = meaningOf(plain.substr(gap + 1));
     if (!isNumber && last && last->role == ColumnRole::census && last->rank < 2) {
         return HeaderMeaning{ColumnRole::census, 4};
@@ -153,7 +163,12 @@ std::optional<HeaderMeaning> namedAmong(std::string_view plain) {
 std::optional<HeaderMeaning> meaningOfHeader(std::string_view header) {
     const std::string plain = plainHeader(header);
     if (const auto meaning = meaningOf(plain)) return meaning;
-    // "plot no", "relevé number", "ASV ID": the word itself, less surely.
+    // "plot no", "relevé number", "ASV ID", "Locatienummer": the word itself, less surely.
+    if (plain.ends_with("nummer") && plain.find(' ') == std::string::npos) {
+        auto meaning = meaningOf(std::string_view(plain).substr(0, plain.size() - 6));
+        if (meaning && meaning->role == ColumnRole::census)
+            return HeaderMeaning{ColumnRole::census, 5};
+    }
     for (const std::string_view ending :
          {" id", " number", " no", " nr", " code", " name", " naam", " nome", " nom"}) {
         if (!plain.ends_with(ending)) continue;
@@ -167,7 +182,9 @@ std::optional<HeaderMeaning> meaningOfHeader(std::string_view header) {
         if (plain.ends_with(ending)) return HeaderMeaning{role, 0};
     }
     if (plain.starts_with("name of ")) return meaningOf(std::string_view(plain).substr(8));
-    if (plain.starts_with("date ")) return HeaderMeaning{ColumnRole::date, 1};
+    for (const std::string_view word : {"date ", "datum ", "data ", "fecha ", "dato "}) {
+        if (plain.starts_with(word)) return HeaderMeaning{ColumnRole::date, 2};
+    }
     if (const auto measured = measureOf(header, plain)) return measured;
     if (plain.starts_with("sum of ") || plain.ends_with(" sum"))
         return HeaderMeaning{ColumnRole::total, 0};

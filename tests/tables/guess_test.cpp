@@ -53,6 +53,9 @@ TEST(TableGuess, RecordsAreKnownByTheirWords) {
           "2022-06-01: Noctua=3; 2022-06-08: Noctua=5; "},
          {"Site,Family,Count\nS1,Baetidae,12\nS2,Baetidae,3\n",
           "S1: Baetidae=12; S2: Baetidae=3; "},
+         {"Locatienummer,Datum bemonstering,Soortnaam,Aantal exemplaren\n"
+          "12,2021-05-03,Daphnia,33\n12,2021-05-15,Bosmina,4\n14,2021-05-15,Daphnia,9\n",
+          "12: Daphnia=33; 12: Bosmina=4; 14: Daphnia=9; "},
          {"Plot,Species,Total\nA,Poa,4\nB,Poa,9\n", "A: Poa=4; B: Poa=9; "},
          {"Site,Species,Presence\nA,Poa,1\nA,Bellis,0\nB,Poa,0\n", "A: Poa=1; B:; "},
          {"SiteID,BirdSpecies,NumIndividuals\nA,Robin,3\nB,Wren,1\n", "A: Robin=3; B: Wren=1; "},
@@ -175,6 +178,15 @@ TEST(TableGuess, TotalsAndErrorsAreNoNames) {
          {"Species,North,South\nAmara aenea,1,4\nTotal Carabidae,1,4\nOcypus olens,2,2\n",
           "row 3: The row is named as a total, but more rows follow. Leave it out, or give it "
           "another name."},
+         // Sums are known without their words, but a census may have those of two others.
+         {"Plot,Poa,Bellis,Zzz\nA,3,1,4\nB,0,2,2\nC,5,5,10\nYyy,8,8,16\n",
+          "A: Poa=3 Bellis=1; B: Bellis=2; C: Poa=5 Bellis=5; "},
+         {"Plot,Poa,Bellis,Rumex\nP1,3,1,2\nP2,2,2,1\nP3,5,3,3\n",
+          "P1: Poa=3 Bellis=1 Rumex=2; P2: Poa=2 Bellis=2 Rumex=1; P3: Poa=5 Bellis=3 "
+          "Rumex=3; "},
+         {"Zeilenbeschriftungen,F1,F2,Gesamtergebnis\nAmara aenea,3,,3\nNebria salina,1,7,8\n"
+          "Gesamtergebnis,4,7,11\n",
+          "F1: Amara aenea=3 Nebria salina=1; F2: Nebria salina=7; "},
          {"Site,Species,Count\nA,Poa,3\nA,Total,3\nB,Poa,1\n",
           "B3: \"Total\" is the name of a total. Leave such rows out."},
          {"Gatunek,J 1,J 2\nSum pospolity,3,0\nSzczupak,1,2\n",
