@@ -102,12 +102,12 @@ class Reader {
             return;
         }
         const bool note = afterEmpty_ && reading_.columns.size() > 2 && !hasFilled(row, 2);
-        if (note || summaryRank(row)) {
+        if (note || rankAsSummary(row)) {
             held_.push_back({row.number, row.line, textsOf(row)});
             return;
         }
         for (const HeldRow& held : std::exchange(held_, {})) {
-            if (summaryRank(held.row()) == 0) {
+            if (rankAsSummary(held.row()) == 0) {
                 rows_->rules().problem(
                     {held.number, held.line, std::nullopt}, held.cells.front(),
                     "The row is named as a total, but more rows follow. Leave it out, or give it "
@@ -135,16 +135,14 @@ class Reader {
 
     // Labelled, where the names are, as a total (rank 0) or another value computed of the rows
     // above.
-    [[nodiscard]] std::optional<int> summaryRank(const SparseRow& row) const {
+    [[nodiscard]] std::optional<int> rankAsSummary(const SparseRow& row) const {
         if (reading_.layout == TableLayout::records) return std::nullopt;
         if (row.number == reading_.totalsRow) return 0;
         for (std::size_t column = 0; column < row.width; ++column) {
             if (reading_.role(column) == ColumnRole::count) return std::nullopt;
             const std::string_view cell = row.cell(column);
             if (cell.empty()) continue;
-            const auto meaning = headerMeaning(cell);
-            if (!meaning || meaning->role != ColumnRole::total) return std::nullopt;
-            return meaning->rank;
+            return summaryRank(cell);
         }
         return std::nullopt;
     }
@@ -152,7 +150,7 @@ class Reader {
     // What is held at the end is no record: a total whose sums agree, and notes below the table.
     void settleHeld() {
         const auto total = std::find_if(held_.begin(), held_.end(), [this](const HeldRow& held) {
-            return summaryRank(held.row()) == 0;
+            return rankAsSummary(held.row()) == 0;
         });
         // Where the user has left rows out, sums are those of more rows.
         const bool hasAll = reading_.leftOutRows.empty();

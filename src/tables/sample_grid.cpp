@@ -38,9 +38,7 @@ bool isSizeLine(const SampleRow& row) {
 
 bool isSummaryRow(const SampleRow& row) {
     const auto filled = std::find_if(row.cells.begin(), row.cells.end(), isFilledCell);
-    if (filled == row.cells.end()) return false;
-    const auto meaning = headerMeaning(*filled);
-    return meaning && meaning->role == ColumnRole::total;
+    return filled != row.cells.end() && summaryRank(*filled).has_value();
 }
 
 bool isFractionOrNegative(std::string_view cell) {

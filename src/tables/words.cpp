@@ -244,6 +244,14 @@ std::optional<HeaderMeaning> headerMeaning(std::string_view header) {
     return parted == header ? std::nullopt : meaningOfHeader(parted);
 }
 
+std::optional<int> summaryRank(std::string_view label) {
+    const auto meaning = headerMeaning(label);
+    if (!meaning) return std::nullopt;
+    if (meaning->role == ColumnRole::total) return meaning->rank;
+    return meaning->role == ColumnRole::count && meaning->rank == 0 ? std::optional(0)
+                                                                    : std::nullopt;
+}
+
 bool isCountUnit(std::string_view text) {
     const auto meaning = meaningOf(plainHeader(text));
     return (meaning && meaning->role == ColumnRole::count) || plainHeader(text) == "ind";

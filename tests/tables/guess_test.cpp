@@ -173,7 +173,10 @@ TEST(TableGuess, HeadersOfGroupsAreMergedCells) {
 
 TEST(TableGuess, TotalsAndErrorsAreNoNames) {
     expectTaken(
-        {{"Plot,Poa annua,Bellis perennis,Totaal\nA,3,1,5\nB,0,2,4\n",
+        {{"Art;RL;BF 1;BF 2;Summe\nAbax ater;*;14;-;14\nAmara aenea;V;3;7;10\n"
+          "Individuen;;17;7;24\nArtenzahl;;2;1;2\n",
+          "BF 1: Abax ater=14 Amara aenea=3; BF 2: Amara aenea=7; "},
+         {"Plot,Poa annua,Bellis perennis,Totaal\nA,3,1,5\nB,0,2,4\n",
           "A: Poa annua=3 Bellis perennis=1; B: Bellis perennis=2; "},
          {"Species,North,South\nAmara aenea,1,4\nTotal Carabidae,1,4\nOcypus olens,2,2\n",
           "row 3: The row is named as a total, but more rows follow. Leave it out, or give it "
