@@ -191,6 +191,11 @@ std::int64_t individualsOf(const MockCensus& census) {
     return static_cast<std::int64_t>(std::min(sum, 9.2e18));
 }
 
+std::string individualsText(const MockCensus& census) {
+    const std::int64_t count = individualsOf(census);
+    return integerText(count) + (count == 1 ? " individual" : " individuals");
+}
+
 // --- preview ---
 
 void writePreviewText(Output& output, const std::string& file, const ReadTable& table) {
@@ -205,7 +210,7 @@ void writePreviewText(Output& output, const std::string& file, const ReadTable& 
     for (std::size_t i = 0; i < std::min(censuses.size(), mostPreviewed); ++i) {
         text += "  " + terminalLine(censuses[i].name) + "\t" +
                 integerText(static_cast<std::int64_t>(censuses[i].taxa.size())) + " species\t" +
-                integerText(individualsOf(censuses[i])) + " individuals\n";
+                individualsText(censuses[i]) + "\n";
     }
     if (censuses.size() > mostPreviewed) {
         text += "  and " + integerText(static_cast<std::int64_t>(censuses.size() - mostPreviewed)) +

@@ -95,9 +95,15 @@ class LongRows final : public RowReader {
             if (cell.empty()) continue;
             isBlank = false;
             const TablePlace place = placeOf(row, column);
-            added |= addTaxon(census, species, rules_.count(cell, place).value, place);
+            const CellRules::Count count = rules_.count(cell, place);
+            added |= addTaxon(census, species, count.value, place);
+            cells_.resize(gathered_.censuses.size());
+            cells_[census].hasMissing |= count.missing;
+            cells_[census].hasValues |= !count.missing;
         }
         if (!isBlank) return added;
+        cells_.resize(gathered_.censuses.size());
+        cells_[census].hasValues = true;
         const TablePlace place =
             placeOf(row, columns_.counts.empty() ? 0 : columns_.counts.front());
         if (!columns_.counts.empty()) rules_.noteCountedOnce(place);

@@ -102,7 +102,7 @@ class RowReader {
     ColumnsByRole columns_;
     CellRules rules_;
     CensusGatherer gathered_;
-    std::vector<CellsOfCensus> cells_;  // of each census, where counts have columns
+    std::vector<CellsOfCensus> cells_;  // of each census
 
   private:
     std::vector<std::string> nameParts_;  // of the row before

@@ -168,6 +168,7 @@ TEST(TableRules, EachIsKept) {
         const char* records;
     };
     const char* const gaps = "Plot,Abies alba,Picea abies\nA,3,NA\nB,NA,NA\nC,1,2\n";
+    const char* const records = "Site,Species,Count\nA,Bellis,NA\nA,Poa,3\nB,Poa,NA\nC,Poa,1\n";
     const char* const fractions = "Plot,Abies alba,Picea abies\nA,2.5,1\nB,3,0.2\n";
     const char* const twice = "Plot,Abies alba,Picea abies,Abies alba\nA,2,1,3\nA,1,0,0\n";
     const char* const unnamed = "Plot,Abies alba,Picea abies\nA,2,1\n,3,1\n";
@@ -181,6 +182,8 @@ TEST(TableRules, EachIsKept) {
             {gaps, [](TableReading& r) { r.missing = MissingRule::problem; },
              "A: Abies alba=3; C: Abies alba=1 Picea abies=2; ! C2: NA is no value. ! B3: NA is no "
              "value. ! C3: NA is no value. "},
+            {records, nullptr, "A: Poa=3; C: Poa=1; "},
+            {records, [](TableReading& r) { r.missing = MissingRule::leaveOut; }, "C: Poa=1; "},
             {fractions, nullptr,
              "A: Picea abies=1; B: Abies alba=3; ! B2: 2.5 is not a whole number. Zorvel counts "
              "individuals. ! C3: 0.2 is not a whole number. Zorvel counts individuals. "},
