@@ -16,7 +16,14 @@ check_format() {
   files '*.cpp' '*.h' | xargs clang-format-14 --dry-run -Werror || return 1
   shellcheck -x -P SCRIPTDIR run test .ci/run scripts/*.sh \
     scripts/{make_help_pictures,package,check_package,tutorial} packaging/icons/render || return 1
-  check_white_space
+  check_white_space && check_sizes
+}
+
+# A file that is too large for the repository got there by mistake.
+check_sizes() {
+  local large
+  large=$(git -c safe.directory="$root" ls-files -z | find -files0-from - -maxdepth 0 -size +1000k)
+  [[ -z $large ]] || { say "Larger than 1000 kB: $large"; return 1; }
 }
 
 # Lines must not end with white space or a CR, except in test data.

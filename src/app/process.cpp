@@ -77,9 +77,9 @@ const char usage[] =
     "Usage: zorvel [FILE]...\n"
     "Measure the diversity of biological samples.\n"
     "\n"
-    "Each FILE is a project, or a text file of counts: a census matrix, a single\n"
-    "census, an abundance list, or an export of the phone app. Without one, an empty\n"
-    "project opens.\n"
+    "Each FILE is a project, a workbook (.xlsx or .ods), or a text file of counts: a\n"
+    "census matrix, a single census, an abundance list, an export of the phone app,\n"
+    "or another table. Without one, an empty project opens.\n"
     "\n"
     "  --help     print this help and exit\n"
     "  --version  print the version and exit\n";
