@@ -110,7 +110,7 @@ void addTableOptions(CLI::App& app, TableOptions& options) {
             ->allow_extra_args(false)
             ->group("Tables");
     };
-    const auto flag = [&](const char* name, const char* text, bool& value) {
+    const auto flag = [&](const char* name, const char* text, auto& value) {
         app.add_flag_callback(
                name,
                [&options, &value, name] {
@@ -120,7 +120,8 @@ void addTableOptions(CLI::App& app, TableOptions& options) {
                text)
             ->group("Tables");
     };
-    TableChoices& choices = options.choices;
+    TableCorrections& corrections = options.corrections;
+    TableChoices& choices = corrections.choices;
     add("--sheet", "SHEET",
         "The sheet of a workbook (.xlsx, .ods), by name or number\n"
         "(default: the first that is not hidden and not empty)",
@@ -144,43 +145,44 @@ void addTableOptions(CLI::App& app, TableOptions& options) {
                "given several times. Columns that name the census are joined,\n"
                "those of counts in a long table are added",
                [&](const std::string& text) { options.columns.push_back(readColumn(text)); });
-    add("--decimal", "CHAR", "The decimal mark",
-        [&](const std::string& text) { options.decimalMark = readCharacter("--decimal", text); });
+    add("--decimal", "CHAR", "The decimal mark", [&](const std::string& text) {
+        corrections.decimalMark = readCharacter("--decimal", text);
+    });
     add("--thousands", "CHAR", "The mark between groups of three digits",
         [&](const std::string& text) {
-            options.thousandsMark = readCharacter("--thousands", text);
+            corrections.thousandsMark = readCharacter("--thousands", text);
         });
     add("--date-order", "ORDER", "Of 3/4/2021: dmy or mdy", [&](const std::string& text) {
-        options.dateOrder = readRule("--date-order", text, dateOrders);
+        corrections.dateOrder = readRule("--date-order", text, dateOrders);
     });
     add("--missing", "RULE", "NA and the like: zero (default), fault, or leave-out (the census)",
         [&](const std::string& text) {
-            options.missing = readRule("--missing", text, missingRules);
+            corrections.missing = readRule("--missing", text, missingRules);
         });
     add("--fractions", "RULE", "fault (default) or round", [&](const std::string& text) {
-        options.fractions = readRule("--fractions", text, fractionRules);
+        corrections.fractions = readRule("--fractions", text, fractionRules);
     });
     addSeveral("--zero", "FAULT",
                "Counts to take as 0: fraction, negative, large or text; may be\n"
                "given several times",
                [&](const std::string& text) {
-                   options.takenAsZero.push_back(readRule("--zero", text, countFaults));
+                   corrections.takenAsZero.push_back(readRule("--zero", text, countFaults));
                });
     add("--same-census", "RULE", "Rows of one census: apart (default) or sum",
         [&](const std::string& text) {
-            options.sameCensus = readRule("--same-census", text, sameRules);
+            corrections.sameCensus = readRule("--same-census", text, sameRules);
         });
     add("--same-species", "RULE", "Counts of one species in a census: sum (default) or apart",
         [&](const std::string& text) {
-            options.sameSpecies = readRule("--same-species", text, sameRules);
+            corrections.sameSpecies = readRule("--same-species", text, sameRules);
         });
     add("--unnamed", "RULE",
         "A census without a name: fault (default), row (\"row 7\") or\n"
         "above (the name in the row above, as in merged cells)",
         [&](const std::string& text) {
-            options.unnamed = readRule("--unnamed", text, unnamedRules);
+            corrections.unnamed = readRule("--unnamed", text, unnamedRules);
         });
-    flag("--presence", "Take each mark as 1", options.presence);
+    flag("--presence", "Take each mark as 1", corrections.presence);
     flag("--guess", "Take what is in doubt as it seems to be", options.guess);
 }
 

@@ -1,7 +1,6 @@
 #include "cli/tables.h"
 
 #include <algorithm>
-#include <map>
 #include <memory>
 
 #include "base/numbers.h"
@@ -14,8 +13,6 @@
 
 namespace zorvel::cli {
 namespace {
-
-using ColumnRoles = std::map<std::size_t, ColumnRole>;
 
 // The header of each column, from the first rows of the table.
 std::vector<std::string> headerTexts(RowSource& rows, const TableReading& reading) {
@@ -93,57 +90,22 @@ std::unique_ptr<TableSource> openSheet(std::string bytes, const TableOptions& op
     return std::make_unique<SheetSource>(workbook, sheet);
 }
 
-void applyRules(TableReading& reading, const TableOptions& options) {
-    reading.decimalMark = options.decimalMark.value_or(reading.decimalMark);
-    reading.thousandsMark = options.thousandsMark.value_or(reading.thousandsMark);
-    if (reading.thousandsMark == reading.decimalMark) reading.thousandsMark = 0;
-    reading.dateOrder = options.dateOrder.value_or(reading.dateOrder);
-    reading.missing = options.missing.value_or(reading.missing);
-    reading.fractions = options.fractions.value_or(reading.fractions);
-    reading.sameCensus = options.sameCensus.value_or(reading.sameCensus);
-    reading.sameSpecies = options.sameSpecies.value_or(reading.sameSpecies);
-    reading.unnamed = options.unnamed.value_or(reading.unnamed);
-    reading.takenAsZero = options.takenAsZero;
-    reading.presence = reading.presence || options.presence;
-}
-
-bool isSettled(TableDoubt doubt, const TableOptions& options, const ColumnRoles& roles) {
-    switch (doubt) {
-        case TableDoubt::separator:
-            return options.choices.separator.has_value();
-        case TableDoubt::layout:
-            return options.choices.layout.has_value();
-        case TableDoubt::names:
-        case TableDoubt::counts:
-        case TableDoubt::amounts:
-            return settledByRoles(doubt, roles);
-        case TableDoubt::visits:
-            return options.sameCensus || settledByRoles(doubt, roles);
-        case TableDoubt::dateOrder:
-            return options.dateOrder.has_value();
-        case TableDoubt::thousandsMark:
-            return options.thousandsMark || options.decimalMark;
-    }
-    return false;
-}
-
 // Guesses, and takes what the options say; false, with a message, where they name no column.
 bool settle(ReadTable& table, const TableSource& source, const TableOptions& options) {
-    table.guess = source.guess(options.choices);
+    TableCorrections corrections = options.corrections;
+    table.guess = source.guess(corrections.choices);
     TableReading& reading = table.guess.reading;
-    applyRules(reading, options);
     table.header = headerTexts(*source.rows(reading.form, {}), reading);
-    ColumnRoles roles;
     for (const auto& [name, role] : options.columns) {
         const std::optional<std::size_t> column = findColumn(table.header, name);
         if (!column) {
             tellAt(table.place, {}, "has no column '" + name + "'");
             return false;
         }
-        roles[*column] = role;
+        corrections.roles[*column] = role;
     }
-    setRoles(reading, roles);
-    std::erase_if(table.guess.doubts, [&](auto doubt) { return isSettled(doubt, options, roles); });
+    applyCorrections(reading, corrections);
+    std::erase_if(table.guess.doubts, [&](auto doubt) { return settles(corrections, doubt); });
     return true;
 }
 

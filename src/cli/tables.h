@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "interchange/text_file.h"
+#include "tables/corrections.h"
 #include "tables/guess.h"
 #include "tables/reader.h"
 #include "workbook/workbook.h"
@@ -22,19 +23,9 @@ class Output;
 
 // What the options settle of every file; the rest is guessed.
 struct TableOptions {
-    TableChoices choices;
-    std::optional<std::string> sheet;                         // of workbooks: its name or number
+    TableCorrections corrections;      // without roles, which need the header of each file
+    std::optional<std::string> sheet;  // of workbooks: its name or number
     std::vector<std::pair<std::string, ColumnRole>> columns;  // header or letters, and role
-    std::optional<char> decimalMark;
-    std::optional<char> thousandsMark;
-    std::optional<DateOrder> dateOrder;
-    std::optional<MissingRule> missing;
-    std::optional<FractionRule> fractions;
-    std::optional<SameRule> sameCensus;
-    std::optional<SameRule> sameSpecies;
-    std::optional<UnnamedRule> unnamed;
-    std::vector<CountFault> takenAsZero;
-    bool presence = false;
     bool guess = false;              // what is in doubt is taken as it seems to be
     bool preview = false;            // of an import: nothing is stored
     std::vector<std::string> given;  // the options that were given, for messages

@@ -149,39 +149,6 @@ void addRow(SampleRows& rows, const TableRow& row) {
 
 }  // namespace
 
-bool settledByRoles(TableDoubt doubt, const std::map<std::size_t, ColumnRole>& roles) {
-    return std::any_of(roles.begin(), roles.end(), [doubt](const auto& each) {
-        const ColumnRole role = each.second;
-        if (doubt == TableDoubt::names)
-            return role == ColumnRole::census || role == ColumnRole::species;
-        if (doubt == TableDoubt::visits) return role == ColumnRole::ignored;
-        return role == ColumnRole::count ||
-               (doubt == TableDoubt::counts && role == ColumnRole::ignored);
-    });
-}
-
-void setRoles(TableReading& reading, const std::map<std::size_t, ColumnRole>& roles) {
-    const bool wide = reading.layout != TableLayout::records;
-    const auto isShared = [wide](ColumnRole role) {
-        return role == ColumnRole::total || role == ColumnRole::ignored ||
-               (role == ColumnRole::count && wide);
-    };
-    const auto isJoined = [](ColumnRole role) {
-        return role == ColumnRole::census || role == ColumnRole::count;
-    };
-    for (const auto& [column, role] : roles) {
-        if (column >= reading.columns.size())
-            reading.columns.resize(column + 1, ColumnRole::ignored);
-        for (std::size_t other = 0; other < reading.columns.size() && !isShared(role); ++other) {
-            const auto named = roles.find(other);
-            const bool stays = isJoined(role) && named != roles.end() && named->second == role;
-            if (reading.columns[other] == role && !stays)
-                reading.columns[other] = ColumnRole::ignored;
-        }
-        reading.columns[column] = role;
-    }
-}
-
 TableSample sampleRows(RowSource& source, bool whole, std::size_t mostCells) {
     TableSample sample;
     TableRow row;

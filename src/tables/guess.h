@@ -4,7 +4,6 @@
 #pragma once
 
 #include <cstddef>
-#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -52,9 +51,6 @@ enum class TableDoubt {
     dateOrder,
     thousandsMark
 };
-
-// Whether the roles that the user gave columns answer the question.
-bool settledByRoles(TableDoubt doubt, const std::map<std::size_t, ColumnRole>& roles);
 
 struct TableGuess {
     TableReading reading;

@@ -3,7 +3,6 @@
 #pragma once
 
 #include <cstddef>
-#include <map>
 #include <string>
 #include <vector>
 
@@ -91,10 +90,6 @@ struct TableReading {
 
     friend bool operator==(const TableReading&, const TableReading&) = default;
 };
-
-// Gives the columns their roles. Others that were guessed for such a role lose it, unless a table
-// has several of them: species or censuses of a wide table, totals, and what is ignored.
-void setRoles(TableReading& reading, const std::map<std::size_t, ColumnRole>& roles);
 
 // The letters of a column as spreadsheets show them; column counts from 0: A, ..., Z, AA.
 std::string columnLetters(std::size_t column);

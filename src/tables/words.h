@@ -21,8 +21,8 @@ struct HeaderMeaning {
 // brackets do not matter.
 std::optional<HeaderMeaning> headerMeaning(std::string_view header);
 
-// Of the label of a row: 0 where it is one of sums ("Total", "Individuals"), another rank of another
-// value computed of the rows above ("Number of species"); absent otherwise.
+// Of the label of a row: 0 where it is one of sums ("Total", "Individuals"), another rank of
+// another value computed of the rows above ("Number of species"); absent otherwise.
 std::optional<int> summaryRank(std::string_view label);
 
 // Whether a header says how much there was of a species in other terms than individuals: "Cover".

@@ -59,45 +59,6 @@ QJsonArray kept() {
 
 }  // namespace
 
-void applyCorrections(TableReading& reading, const TableCorrections& corrections) {
-    const auto take = [](auto& value, const auto& corrected) {
-        if (corrected) value = *corrected;
-    };
-    setRoles(reading, corrections.roles);
-    reading.leftOutRows = corrections.leftOutRows;
-    reading.takenAsZero = corrections.takenAsZero;
-    take(reading.decimalMark, corrections.decimalMark);
-    take(reading.thousandsMark, corrections.thousandsMark);
-    if (reading.thousandsMark == reading.decimalMark) reading.thousandsMark = 0;
-    take(reading.dateOrder, corrections.dateOrder);
-    take(reading.presence, corrections.presence);
-    take(reading.missing, corrections.missing);
-    take(reading.fractions, corrections.fractions);
-    take(reading.sameSpecies, corrections.sameSpecies);
-    take(reading.sameCensus, corrections.sameCensus);
-    take(reading.unnamed, corrections.unnamed);
-}
-
-bool settles(const TableCorrections& corrections, TableDoubt doubt) {
-    switch (doubt) {
-        case TableDoubt::separator:
-            return corrections.choices.separator.has_value();
-        case TableDoubt::layout:
-            return corrections.choices.layout.has_value();
-        case TableDoubt::names:
-        case TableDoubt::counts:
-        case TableDoubt::amounts:
-            return settledByRoles(doubt, corrections.roles);
-        case TableDoubt::visits:
-            return corrections.sameCensus || settledByRoles(doubt, corrections.roles);
-        case TableDoubt::dateOrder:
-            return corrections.dateOrder.has_value();
-        case TableDoubt::thousandsMark:
-            return corrections.thousandsMark || corrections.decimalMark;
-    }
-    return false;
-}
-
 QString correctionsText(const TableCorrections& corrections) {
     QJsonObject object;
     forEachNumber(corrections,
