@@ -225,10 +225,12 @@ bool looksLikeNumberedSpecies(std::string_view text) {
         {"sp", "spp", "spec", "species", "otu", "zotu", "asv", "taxon", "taxa", "morph",
          "morphospecies", "msp", "mots", "motu", "espece", "especie", "specie", "soort",
          "gatunek"});
+    constexpr std::string_view digits = "0123456789";
+    if (text.find_first_of(digits) == std::string_view::npos) return false;
     const std::string plain = plainHeader(text);
-    const std::size_t number = plain.find_first_of("0123456789");
+    const std::size_t number = plain.find_first_of(digits);
     if (number == std::string::npos ||
-        plain.find_first_not_of("0123456789", number) != std::string::npos) {
+        plain.find_first_not_of(digits, number) != std::string::npos) {
         return false;
     }
     std::string_view word = std::string_view(plain).substr(0, number);
