@@ -22,8 +22,8 @@ check_format() {
 # A file that is too large for the repository got there by mistake.
 check_sizes() {
   local large
-  large=$(git -c safe.directory="$root" ls-files -z | find -files0-from - -maxdepth 0 -size +1000k)
-  [[ -z $large ]] || { say "Larger than 1000 kB: $large"; return 1; }
+  large=$(git -c safe.directory="$root" ls-files -z | xargs -0 stat -c '%s %n' | awk '$1 > 1000000')
+  [[ -z $large ]] || { say "Larger than 1 MB: $large"; return 1; }
 }
 
 # Lines must not end with white space or a CR, except in test data.
