@@ -56,7 +56,7 @@ std::optional<ColumnRole> metadataOf(const SampleGrid& grid, std::size_t i) {
     if (!meaning) return std::nullopt;
     switch (meaning->role) {
         case ColumnRole::date:
-            // A date palm has counts.
+            // "Date palm" is a species: below it stand counts.
             if (!hasDate(grid, i)) return std::nullopt;
             return meaning->role;
         case ColumnRole::latitude:
@@ -138,7 +138,7 @@ double speciesRowsScore(const SampleGrid& grid, std::size_t header) {
     for (std::size_t column = 0; header > 0 && column < std::min<std::size_t>(3, grid.width());
          ++column) {
         const auto meaning = grid.meaning(grid.headerText(header, column));
-        // Counts may be of gardens or of birds.
+        // The header of counts may be "Garden" or "Birds".
         if (!meaning || (column > names && countsHaveWords)) continue;
         if (meaning->role == ColumnRole::species) score += 3;
         if (meaning->role == ColumnRole::census) score -= 3;

@@ -48,7 +48,8 @@ class RecordColumns {
         if (manyColumns && headersAre(looksLikeSpeciesName)) return;
         const bool overPlaces = manyColumns && headersAre(looksLikeCensusName);
         if (bySpeciesWord && placesAreKnown_) {
-            // Insects of host plants have columns, and replicates, days or sexes too.
+            // Several columns of counts may be the insects of host plants, or replicates, days or
+            // sexes.
             guess_.fits = !overPlaces || repeats(*species_);
             guess_.doubtful =
                 manyColumns && (speciesRank_ > 0 || overPlaces || counts_.size() > mostCounts);
@@ -69,7 +70,7 @@ class RecordColumns {
         }
     }
 
-    // Names rather than numbers.
+    // Whether most cells are texts.
     [[nodiscard]] bool isOfText(std::size_t column) const {
         return facts_[column].filled > 0 && !facts_[column].isOfCounts();
     }
@@ -136,7 +137,7 @@ class RecordColumns {
         placesAreKnown_ = !names_.empty();
         Columns texts = unknownTexts();
         if (!species_ && !texts.empty()) takeSpecies(texts);
-        // Numbers may be counts in a garden or at a site.
+        // A column of numbers headed "Garden" or "Site" may hold counts.
         const bool areNumbers = placesAreKnown_ && facts_[names_.front()].isOfCounts();
         const bool countsAreKnown = std::find(words_.begin(), words_.end(),
                                               std::optional(ColumnRole::count)) != words_.end();
@@ -249,7 +250,7 @@ class RecordColumns {
                !grid_.holdsRowNumbers(guess_.header, column);
     }
 
-    // Of counts, some nearly always are.
+    // Whether the column has a 0, 1 or 2, as nearly all counts have.
     [[nodiscard]] bool areSmall(std::size_t column) const {
         for (const std::string_view value : values(column)) {
             if (presenceMark(value) || value == "2") return true;

@@ -80,7 +80,8 @@ class WideRoles {
             default:
                 break;
         }
-        // A census may be called Garden or Site, and what is counted Birds.
+        // The header of counts may be "Garden" or "Site", the name of a census, or "Birds", what is
+        // counted.
         if (byWord && facts.filled > 0 && facts.isOfCounts()) {
             const auto meaning = grid_.meaning(grid_.headerText(header_, column));
             const bool names =
@@ -90,7 +91,7 @@ class WideRoles {
         }
         if (byWord == ColumnRole::genus && !ofCensus) return *byWord;
         if (byWord || !facts.isOfCounts()) return ColumnRole::ignored;
-        // What is measured of a species is at fault, not left out.
+        // Measurements below the name of a species are problems; the column is not left out.
         const bool ofSpecies =
             ofCensus && header_ > 0 && looksLikeSpeciesName(grid_.cell(0, column));
         if (measuredAreFew_ && facts.isMeasured() && !ofSpecies) return ColumnRole::ignored;

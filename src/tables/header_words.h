@@ -149,9 +149,8 @@ constexpr auto wordTable = std::to_array<WordsOfMeaning>({
      "moyenne|promedio|gemiddelde|medelvarde|srednia|durchschnitt|anteil|percent"},
 });
 
-// Words of what is measured, wherever they are in a header: of a species or a census, and of a
-// census
-// ("Water temp.").
+// Words of what is measured, anywhere in a header ("Water temp."): of a species or a census, and
+// only of a census.
 constexpr auto sizes =
     std::to_array<std::string_view>({"height", "width", "length", "diameter", "dbh", "weight",
                                      "biomass", "biomasse", "biomasa", "biomassa"});

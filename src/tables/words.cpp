@@ -188,7 +188,7 @@ std::optional<HeaderMeaning> meaningOfHeader(std::string_view header) {
     if (const auto measured = measureOf(header, plain)) return measured;
     if (plain.starts_with("sum of ") || plain.ends_with(" sum"))
         return HeaderMeaning{ColumnRole::total, 0};
-    // Other words for a total are names too: a Sum is a fish.
+    // Other words for a total may be names: Sum is the Polish name of a fish.
     const bool isTotal = anyWord(plain, [](std::string_view word) {
         const auto meaning = meaningOf(word);
         return meaning && meaning->role == ColumnRole::total && meaning->rank == 0 &&
