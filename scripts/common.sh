@@ -119,7 +119,8 @@ make_test_locale() {
 }
 
 # run_tests PRESET [CTEST ARGUMENT...]
+# One test more than there are processors at a time, because some mostly wait.
 run_tests() {
-  (cd -- "$root" && ctest --preset "$1" -j "$(nproc)" --progress "${@:2}") ||
+  (cd -- "$root" && ctest --preset "$1" -j "$(($(nproc) + 1))" --progress "${@:2}") ||
     die "Tests of the preset $1 failed."
 }
