@@ -12,8 +12,8 @@
 #include "app/project_windows.h"
 #include "platform/file_names.h"
 #include "ui/analysis/plot_files.h"
+#include "ui/analysis/plot_page.h"
 #include "ui/analysis/project_wide_metrics_window_controller.h"
-#include "ui/analysis/rarefaction_view_controller.h"
 #include "ui/kit/alerts.h"
 #include "ui/kit/message_strip.h"
 #include "ui/kit/printed_sheet.h"
@@ -71,11 +71,8 @@ Printing::Printing(ProjectWindows& windows, PrintPanel& panel) : windows_(window
 }
 
 std::optional<Printing::Subject> Printing::subjectOf(QWidget* window) {
-    auto* plot = qobject_cast<RarefactionWindowController*>(window);
-    auto* diversity = qobject_cast<DiversityWindowController*>(window);
-    if (plot != nullptr || diversity != nullptr) {
-        const PlotDrawing drawing = plot != nullptr ? plot->viewController().figure()
-                                                    : diversity->viewController().figure();
+    if (const auto* plot = window->findChild<PlotPage*>()) {
+        const PlotDrawing drawing = plot->figure();
         const bool wide = drawing.size.width() > drawing.size.height();
         return Subject{
             drawing.title, wide ? QPageLayout::Landscape : QPageLayout::Portrait,
@@ -119,10 +116,8 @@ void Printing::writeFile(QWidget* window, const PrintTarget& target, const Subje
         const QString news = QString("Printed to %1").arg(name);
         if (auto* project = qobject_cast<MainWindowController*>(shown)) {
             windows->tell(project, news + '.', MessageStrip::Tone::news);
-        } else if (auto* plot = qobject_cast<RarefactionWindowController*>(shown)) {
-            plot->viewController().showSaved(news);
-        } else if (auto* diversity = qobject_cast<DiversityWindowController*>(shown)) {
-            diversity->viewController().showSaved(news);
+        } else if (auto* plot = shown->findChild<PlotPage*>()) {
+            plot->showSaved(news);
         }
     };
     writeInBackground(

@@ -14,8 +14,8 @@
 #include "app/table_imports.h"
 #include "platform/document_controller.h"
 #include "platform/settings.h"
+#include "ui/analysis/plot_page.h"
 #include "ui/analysis/project_wide_metrics_window_controller.h"
-#include "ui/analysis/rarefaction_view_controller.h"
 #include "ui/kit/panels.h"
 #include "ui/kit/window_placement.h"
 #include "ui/main/main_view_controller.h"
@@ -160,16 +160,11 @@ void ProjectWindows::addAnalysisWindow(QWidget& opened) {
     add("terminate", quitKey, this, &ProjectWindows::quit);
     add("preferencesMenuItemTapped", preferencesKey(), this, &ProjectWindows::preferencesRequested);
     add("showHelp", QKeySequence::HelpContents, this, &ProjectWindows::helpRequested);
-    if (auto* plot = qobject_cast<RarefactionWindowController*>(&opened)) {
-        connect(this, &ProjectWindows::plotPreferencesDidChange, &plot->viewController(),
-                &RarefactionViewController::preferencesDidChange);
-        connect(&plot->viewController(), &RarefactionViewController::printRequested, this,
-                [this, plot] { emit printRequested(plot); });
-    } else if (auto* diversity = qobject_cast<DiversityWindowController*>(&opened)) {
-        connect(this, &ProjectWindows::plotPreferencesDidChange, &diversity->viewController(),
-                &DiversityViewController::preferencesDidChange);
-        connect(&diversity->viewController(), &DiversityViewController::printRequested, this,
-                [this, diversity] { emit printRequested(diversity); });
+    if (auto* plot = opened.findChild<PlotPage*>()) {
+        connect(this, &ProjectWindows::plotPreferencesDidChange, plot,
+                &PlotPage::preferencesDidChange);
+        connect(plot, &PlotPage::printRequested, this,
+                [this, &opened] { emit printRequested(&opened); });
     } else if (auto* metrics = qobject_cast<ProjectWideMetricsWindowController*>(&opened)) {
         connect(&metrics->viewController(), &ProjectWideMetricsViewController::printRequested, this,
                 [this, metrics] { emit printRequested(metrics); });

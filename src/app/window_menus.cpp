@@ -13,7 +13,7 @@
 #include "app/menus.h"
 #include "app/project_windows.h"
 #include "platform/document_controller.h"
-#include "ui/analysis/rarefaction_view_controller.h"
+#include "ui/analysis/plot_page.h"
 #include "ui/kit/shown_text.h"
 #include "ui/main/main_view_controller.h"
 #include "ui/main/main_window_controller.h"
@@ -106,13 +106,8 @@ void addSortMenu(QMenu& menu, MainWindowController& window, const QString& title
 
 QString titleOf(const QWidget& window) {
     QString title = window.windowTitle().remove("[*]");
-    if (const auto* plot = qobject_cast<const RarefactionWindowController*>(&window)) {
-        const QString& subject = plot->viewController().subject();
-        if (!subject.isEmpty()) title += " \u2014 " + subject;
-    } else if (const auto* diversity = qobject_cast<const DiversityWindowController*>(&window)) {
-        const QString& subject = diversity->viewController().subject();
-        if (!subject.isEmpty()) title += " \u2014 " + subject;
-    }
+    const auto* plot = window.findChild<PlotPage*>();
+    if (plot != nullptr && !plot->subject().isEmpty()) title += " \u2014 " + plot->subject();
     return title;
 }
 

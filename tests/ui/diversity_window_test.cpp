@@ -164,7 +164,7 @@ class DiversityWindowTest : public ::testing::Test {
         return explanation(table);
     }
     CurvesView& view() { return find<CurvesView>("curvesView"); }
-    QString readout() { return find<QLabel>("diversityReadout").text(); }
+    QString readout() { return find<QLabel>("plotReadout").text(); }
     void choose(const char* box, int row) {
         find<QComboBox>(box).setCurrentIndex(row);
         QApplication::processEvents();

@@ -245,8 +245,8 @@ TEST_F(RarefactionWindowTest, SaysWhatTheCurveIsAndWhatIsMissing) {
         show(row.curve, row.kind);
         EXPECT_EQ(label("rarefactionAbsence"), row.absence);
         const bool isSampleBased = row.kind == samples;
-        EXPECT_EQ(label("sampleSizeAxisTitle"), isSampleBased ? "Censuses" : "Specimens");
-        EXPECT_EQ(label("richnessAxisTitle"), "Expected taxa");
+        EXPECT_EQ(label("widthAxisTitle"), isSampleBased ? "Censuses" : "Specimens");
+        EXPECT_EQ(label("heightAxisTitle"), "Expected taxa");
         const std::string kind = isSampleBased ? "Sample-based" : "Individual-based";
         EXPECT_EQ(label("rarefactionSummary").find(kind + " rarefaction"), 0u);
         if (row.curve.size() >= 3) continue;
@@ -255,7 +255,7 @@ TEST_F(RarefactionWindowTest, SaysWhatTheCurveIsAndWhatIsMissing) {
         EXPECT_EQ(drawn(Qt::green), untouched);
         QTest::keyClick(&view(), Qt::Key_Right);
         EXPECT_EQ(view().markedPoint(), -1);
-        EXPECT_EQ(label("rarefactionReadout"), "");
+        EXPECT_EQ(label("plotReadout"), "");
         saveTo(path("empty.pdf"), &RarefactionViewController::savePlotTapped);
         EXPECT_TRUE(outputOf("pdfinfo", {path("empty.pdf")}).simplified().contains("Pages: 1 "));
         EXPECT_EQ(outputOf("pdftotext", {path("empty.pdf"), "-"}).trimmed(), "");
@@ -288,7 +288,7 @@ TEST_F(RarefactionWindowTest, ReadsOutPointsByKeyAndPointer) {
     QTest::mouseMove(&view(), pixelOf(4.4, 15));
     EXPECT_EQ(view().markedPoint(), 3);
     const std::string values = "4 specimens · 4.0 expected taxa · 95% limits 2.0 to 6.0";
-    EXPECT_EQ(label("rarefactionReadout"), values);
+    EXPECT_EQ(label("plotReadout"), values);
     EXPECT_EQ(view().accessibleDescription().toStdString(), values);
     const QImage onScreen = view().grab().toImage();
     const QPoint ring = pixelOf(4, 4);
@@ -303,9 +303,9 @@ TEST_F(RarefactionWindowTest, SavesOnePdfPageOfTheViewsSize) {
     drawn();
     saveTo(path("north.pdf"), &RarefactionViewController::savePlotTapped);
     EXPECT_EQ(savePanel.endings, QStringList(".pdf"));
-    EXPECT_EQ(label("rarefactionSaved"), "Saved to north.pdf");
+    EXPECT_EQ(label("plotSaved"), "Saved to north.pdf");
     QCoreApplication::processEvents();
-    const auto* saved = window->findChild<QLabel*>("rarefactionSaved");
+    const auto* saved = window->findChild<QLabel*>("plotSaved");
     EXPECT_GE(saved->width(), saved->fontMetrics().horizontalAdvance(saved->text()));
     EXPECT_EQ(savePanel.suggestions, QStringList("North rarefaction"));
     const QByteArray facts = outputOf("pdfinfo", {path("north.pdf")}).simplified();
@@ -346,7 +346,7 @@ TEST_F(RarefactionWindowTest, SavesImagesOfTheirSizeOnPaperWithAndWithoutTitles)
         EXPECT_EQ(png.dotsPerMeterX(), 5669);
         EXPECT_EQ(png.dotsPerMeterY(), 5669);
         expectPlot(png.copy(QRect(titles ? QPoint(48, 56) : QPoint(), view().size() * 2)), 2);
-        EXPECT_EQ(label("rarefactionSaved"), "Saved to image.png");
+        EXPECT_EQ(label("plotSaved"), "Saved to image.png");
         EXPECT_EQ(controller().figure().size, size);  // printed
     }
     window->findChild<QCheckBox*>("plotTitlesBox")->click();

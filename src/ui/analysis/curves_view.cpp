@@ -51,7 +51,7 @@ bool CurvesView::isDrawable() const {
     return axesOf(plot_.curves).has_value();
 }
 
-void CurvesView::draw(QPainter& painter) const {
+void CurvesView::drawRect(QPainter& painter) {
     paintCurves(painter, plot_, size());
 }
 

@@ -17,8 +17,8 @@ class CurvesView : public PlotView {
     void setPlot(CurvesPlot plot);
     [[nodiscard]] const CurvesPlot& plot() const { return plot_; }
     [[nodiscard]] bool isDrawable() const override;
-    // Without mark and emphasis, over the view's size.
-    void draw(QPainter& painter) const;
+    [[nodiscard]] bool hasMark() const override { return mark_.has_value(); }
+    void drawRect(QPainter& painter) override;
 
     // A point on a curve.
     struct Mark {
@@ -37,7 +37,6 @@ class CurvesView : public PlotView {
     void lineDidMove(double x);
 
   protected:
-    [[nodiscard]] bool hasMark() const override { return mark_.has_value(); }
     void clearMark() override { setMark(std::nullopt); }
     void markAt(const QPointF& place) override;
     bool markByKey(int key, Qt::KeyboardModifiers modifiers) override;

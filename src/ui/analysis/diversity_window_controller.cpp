@@ -1,25 +1,18 @@
 #include "ui/analysis/diversity_window_controller.h"
 
-#include <QAccessible>
 #include <QHeaderView>
 #include <QLocale>
-#include <QPainter>
-#include <QPushButton>
-#include <QShortcut>
 #include <QSignalBlocker>
 #include <algorithm>
 #include <cmath>
 #include <utility>
 
-#include "base/numbers.h"
-#include "platform/file_names.h"
 #include "platform/job_queue.h"
 #include "platform/preferences.h"
 #include "ui/analysis/coverage_computation.h"
 #include "ui/analysis/curves_view.h"
 #include "ui/analysis/diversity_readout.h"
 #include "ui/analysis/diversity_tables.h"
-#include "ui/analysis/plot_paper.h"
 #include "ui/kit/look.h"
 #include "ui/kit/shown_text.h"
 #include "ui_diversity_page.h"
@@ -28,28 +21,21 @@ namespace zorvel {
 
 namespace {
 
-constexpr qsizetype longestProject = 120;  // characters
 constexpr double stepsOfCoverage = 10000;  // as the field distinguishes
-
-std::optional<ConfidenceLevel> preferredConfidence() {
-    return confidenceLevelOf(Preferences().confidence());
-}
 
 }  // namespace
 
 DiversityViewController::DiversityViewController(JobQueue& jobs, const Panels& panels,
                                                  const DiversityChoice& choice, QWidget* parent)
-    : QWidget(parent),
+    : PlotPage(jobs, panels, parent),
       ui_(std::make_unique<Ui::DiversityPage>()),
       jobs_(jobs),
       choice_(choice),
-      export_(new PlotExport(exportSource(), jobs, panels, *this)),
       coverages_(new CoverageTableModel(this)),
       points_(new CurvePointsModel(this)),
       computation_(new CoverageComputation(jobs, this)) {
     ui_->setupUi(this);
-    ui_->diversitySubject->setFont(scaledFont(font(), 1.3, true));
-    ui_->diversitySaved->setForegroundRole(secondaryText);
+    addPlot({"Diversity at equal coverage", "diversity", "Diversity Table"});
     ui_->coverageNote->setForegroundRole(secondaryText);
     ui_->diversityTable->setModel(coverages_);
     ui_->diversityTable->horizontalHeader()->setStretchLastSection(true);
@@ -58,12 +44,11 @@ DiversityViewController::DiversityViewController(JobQueue& jobs, const Panels& p
     ui_->diversityTable->verticalHeader()->setMinimumSectionSize(1);
     ui_->diversityTable->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 12);
     // The plot keeps its size when the text of a point takes the place of the longer hint.
-    ui_->diversityReadout->setMinimumHeight(2 * fontMetrics().lineSpacing());
-    coverages_->setLevel(preferredConfidence());
+    ui_->plotReadout->setMinimumHeight(2 * fontMetrics().lineSpacing());
+    coverages_->setLevel(levelNow());
     addChoices();
-    addCommands();
     addExplanations();
-    ui_->diversitySubject->setText("Reading the censuses…");
+    ui_->plotSubject->setText("Reading the censuses…");
     ui_->progressIndicator->startAnimation();
     ui_->curvesView->setFocus();
     showCurves();
@@ -110,14 +95,12 @@ void DiversityViewController::addChoices() {
         choose({choice_.of, std::nullopt});
         showCoverage();
     });
-    connect(ui_->curvesView, &CurvesView::markDidChange, this, &Self::showReadout);
     connect(ui_->curvesView, &CurvesView::lineDidMove, this, [this](double x) {
         std::optional<double> coverage = std::round(x * stepsOfCoverage) / stepsOfCoverage;
         if (common_ && x == common_->coverage) coverage.reset();
         choose({choice_.of, coverage});
         showCoverage();
     });
-    connect(ui_->curvesView, &CurvesView::focusDidChange, ui_->plotPaper, &PlotPaper::setFocused);
     connect(computation_, &CoverageComputation::rowsDidArrive, this,
             [this](const std::vector<CoverageRow>& rows) {
                 const bool areFirst = coverages_->rows().empty();
@@ -133,52 +116,13 @@ void DiversityViewController::addChoices() {
     connect(computation_, &CoverageComputation::runningDidChange, this, &Self::showRunning);
 }
 
-void DiversityViewController::addCommands() {
-    addCommand(*ui_->copyPlotButton, QKeySequence::Copy, [this] { export_->copyPlot(); });
-    addCommand(*ui_->copyTableButton, Qt::CTRL | Qt::SHIFT | Qt::Key_C,
-               [this] { export_->copyTable(); });
-    addCommand(*ui_->printPlotButton, QKeySequence::Print, [this] { emit printRequested(); });
-    addCommand(*ui_->saveTableButton, Qt::CTRL | Qt::SHIFT | Qt::Key_S,
-               [this] { export_->saveTable(); });
-    addCommand(*ui_->saveImageButton, Qt::CTRL | Qt::SHIFT | Qt::Key_I,
-               [this] { export_->saveImage(); });
-    addCommand(*ui_->savePlotButton, QKeySequence::Save, [this] { export_->savePlot(); });
-    connect(ui_->plotTitlesBox, &QCheckBox::clicked, this, [](bool checked) {
-        PlotImage image = Preferences().plotImage();
-        image.titles = checked;
-        Preferences().setPlotImage(image);
-    });
-    connect(export_, &PlotExport::saved, this, &DiversityViewController::showSaved);
-    connect(export_, &PlotExport::imageChosen, this, &DiversityViewController::showCurves);
-}
-
-PlotExport::Source DiversityViewController::exportSource() {
-    return {[this] { return ui_->curvesView->isDrawable(); },
-            [this](bool titles) { return drawing(titles); },
-            [this] { return curves_ ? tableText(',').toUtf8() : QByteArray(); },
-            [this] { return tableText('\t'); },
-            [this] {
-                const QString name = "diversity";
-                return subject().isEmpty() ? name : asFileName(subject()) + ' ' + name;
-            },
-            "Save Diversity Table"};
-}
-
-void DiversityViewController::addCommand(QPushButton& button, const QKeySequence& keys,
-                                         const std::function<void()>& command) {
-    button.setToolTip(keys.toString(QKeySequence::NativeText));
-    connect(&button, &QPushButton::clicked, this, command);
-    // The button's own shortcut would replace its mnemonic.
-    connect(new QShortcut(keys, this), &QShortcut::activated, &button, &QPushButton::click);
-}
-
 void DiversityViewController::setInputs(DiversityInputs inputs) {
     using Of = DiversityChoice::Of;
-    project_ = inputs.project;
+    setSubject(inputs.project);
     inputs_ = std::make_shared<const DiversityInputs>(std::move(inputs));
-    const QString name = shortened(project_, longestProject);
-    ui_->diversitySubject->setText(name.isEmpty() ? "Diversity at equal coverage" : name);
-    ui_->diversitySubject->setToolTip(name);
+    const QString name = shortened(subject(), longestSubject);
+    ui_->plotSubject->setText(name.isEmpty() ? "Diversity at equal coverage" : name);
+    ui_->plotSubject->setToolTip(name);
     const QSignalBlocker quiet(ui_->ofBox);
     const auto add = [this](const QString& title, Of of) {
         ui_->ofBox->addItem(title, static_cast<int>(of));
@@ -272,7 +216,7 @@ void DiversityViewController::computeErrors() {
 
 void DiversityViewController::preferencesDidChange() {
     showCurves();
-    coverages_->setLevel(preferredConfidence());
+    coverages_->setLevel(levelNow());
 }
 
 // A table leaves the window only with its limits.
@@ -308,33 +252,25 @@ void DiversityViewController::fitColumns(bool mayShrink) {
 void DiversityViewController::showCurves() {
     const DiversityView shown = view();
     CurvesPlot plot;
-    plot.curves = plotCurves(drawn_, shown, preferredConfidence());
+    plot.curves = plotCurves(drawn_, shown, levelNow());
     if (shown.across == DiversityAcross::coverage && !plot.curves.empty()) plot.line = coverage_;
     if (common_) plot.rest = common_->coverage;
-    points_->setCurves(plot.curves, shown, preferredConfidence());
+    points_->setCurves(plot.curves, shown, levelNow());
     ui_->curvesView->setPlot(std::move(plot));
     ui_->orderBox->setEnabled(shown.across != DiversityAcross::orders);
     ui_->widthAxisTitle->setText(widthTitle(shown));
     ui_->heightAxisTitle->setText(heightTitle(shown));
-    ui_->plotTitlesBox->setChecked(Preferences().plotImage().titles);
-    ui_->saveImageButton->setEnabled(ui_->curvesView->isDrawable());
-    showReadout();
+    showPlot();
 }
 
-// The view that has the focus speaks, not the label.
-void DiversityViewController::showReadout() {
+QString DiversityViewController::readout() const {
     const CurvesView& plot = *ui_->curvesView;
-    const auto& mark = plot.mark();
-    QString text;
-    if (mark) {
-        text = readoutText(plot.plot().curves[static_cast<std::size_t>(mark->curve)], mark->x,
-                           view(), preferredConfidence().value_or(ConfidenceLevel::percent95));
-    } else if (curves_) {
-        text = plotHint(view(), plot.isDrawable() ? drawn_.size() : 0, curves_->size());
+    if (const auto& mark = plot.mark()) {
+        return readoutText(plot.plot().curves[static_cast<std::size_t>(mark->curve)], mark->x,
+                           view(), levelNow().value_or(ConfidenceLevel::percent95));
     }
-    ui_->diversityReadout->setForegroundRole(mark ? QPalette::WindowText : secondaryText);
-    ui_->diversityReadout->setText(text);
-    ui_->curvesView->setAccessibleDescription(text);
+    if (!curves_) return {};
+    return plotHint(view(), plot.isDrawable() ? drawn_.size() : 0, curves_->size());
 }
 
 // The coverage that is chosen, or as far as all reach; the table follows in the background.
@@ -359,28 +295,8 @@ void DiversityViewController::showCoverage() {
     computation_->start(curves_, coverage_);
 }
 
-void DiversityViewController::showSaved(const QString& news) {
-    const QString text = shortened(news, longestProject);
-    ui_->diversitySaved->setText(text);
-    ui_->diversitySaved->setToolTip(text);
-    ui_->diversitySaved->setAccessibleName(text);
-    QAccessibleEvent alert(ui_->diversitySaved, QAccessible::Alert);
-    QAccessible::updateAccessibility(&alert);
-}
-
-PlotDrawing DiversityViewController::drawing(bool titles) const {
-    const CurvesView* plotted = ui_->curvesView;
-    const DiversityView shown = view();
-    const QString title = subject().isEmpty() ? "Diversity at equal coverage"
-                                              : "Diversity at equal coverage: " + subject();
-    PlotDrawing plot{plotted->size(), title,
-                     [plotted](QPainter& painter) { plotted->draw(painter); }};
-    if (!titles || !plotted->isDrawable()) return plot;
-    return titledPlot(
-        plot, {shortened(subject(), longestProject), widthTitle(shown), heightTitle(shown)});
-}
-
 QString DiversityViewController::tableText(char separator) const {
+    if (!curves_) return {};
     if (ui_->tableBox->currentIndex() == 1) return points_->text(separator);
     return coverageTable(coverages_->rows(), separator);
 }

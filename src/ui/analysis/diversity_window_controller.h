@@ -5,21 +5,17 @@
 
 #include <QPointer>
 #include <QString>
-#include <QWidget>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <stop_token>
 #include <vector>
 
 #include "ui/analysis/diversity_curves.h"
-#include "ui/analysis/plot_export.h"
+#include "ui/analysis/plot_page.h"
 #include "ui/kit/popover.h"
 #include "ui/kit/window_placement.h"
 
-class QKeySequence;
 class QModelIndex;
-class QPushButton;
 
 namespace Ui {
 class DiversityPage;
@@ -30,7 +26,6 @@ namespace zorvel {
 class CoverageComputation;
 class CoverageTableModel;
 class CurvePointsModel;
-class JobQueue;
 struct Explanation;
 
 // The project as it was when the command was given.
@@ -49,7 +44,7 @@ struct DiversityChoice {
     std::optional<double> coverage;  // absent: as far as all reach
 };
 
-class DiversityViewController : public QWidget {
+class DiversityViewController final : public PlotPage {
     Q_OBJECT
   public:
     static constexpr std::size_t mostCurves = 12;  // that are drawn
@@ -62,36 +57,28 @@ class DiversityViewController : public QWidget {
 
     // Once.
     void setInputs(DiversityInputs inputs);
-    [[nodiscard]] const QString& subject() const { return project_; }
-
-    // The plot with titles around it if the preferences say so.
-    [[nodiscard]] PlotDrawing figure() const { return export_->figure(); }
-    void showSaved(const QString& news);
 
   public slots:
-    // Draws anew at the level that holds now.
-    void preferencesDidChange();
+    void preferencesDidChange() override;
 
   signals:
-    void printRequested();
     void choiceDidChange(const DiversityChoice& choice);
+
+  protected:
+    [[nodiscard]] QString readout() const override;
+    [[nodiscard]] QString tableText(char separator) const override;
 
   private:
     using Curves = std::shared_ptr<const std::vector<DiversityCurve>>;
 
     void addChoices();
-    void addCommands();
     void addExplanations();
-    void addCommand(QPushButton& button, const QKeySequence& keys,
-                    const std::function<void()>& command);
-    PlotExport::Source exportSource();
     [[nodiscard]] DiversityView view() const;
     void choose(const DiversityChoice& choice);
     void compute();
     void takeCurves(Curves curves);
     void computeErrors();
     void showCurves();
-    void showReadout();
     void showCoverage();
     void showRunning();
     void hideEmptyRemarks();
@@ -103,15 +90,11 @@ class DiversityViewController : public QWidget {
     void explainMarked();
     void explainCommon();
     void explainCell(const QModelIndex& cell);
-    [[nodiscard]] PlotDrawing drawing(bool titles) const;
-    [[nodiscard]] QString tableText(char separator) const;
 
     std::unique_ptr<Ui::DiversityPage> ui_;
     JobQueue& jobs_;
-    QString project_;
     std::shared_ptr<const DiversityInputs> inputs_;
     DiversityChoice choice_;
-    PlotExport* export_;
     CoverageTableModel* coverages_;
     CurvePointsModel* points_;
     CoverageComputation* computation_;

@@ -48,7 +48,7 @@ void DiversityViewController::explainPlot(std::optional<std::size_t> curve) {
     const QWidget* button = ui_->explainButton;
     const bool isRead = ui_->curvesView->mark().has_value();
     explain(plotExplanation(view(), curve ? &drawn_[*curve] : nullptr,
-                            isRead ? ui_->diversityReadout->text() : QString()),
+                            isRead ? ui_->plotReadout->text() : QString()),
             *button, button->rect());
 }
 

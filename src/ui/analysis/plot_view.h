@@ -1,7 +1,9 @@
 // What the views of plots share: a point can be marked by pointing at it or with the arrow keys,
-// and Escape takes the mark away; F1 asks for an explanation. Main thread.
+// and Escape takes the mark away. And what surrounds them on the screen. Main thread.
 #pragma once
 
+#include <QFrame>
+#include <QLabel>
 #include <QWidget>
 #include <optional>
 
@@ -14,6 +16,10 @@ class PlotView : public QWidget {
 
     // Whether there is anything to mark.
     [[nodiscard]] virtual bool isDrawable() const = 0;
+    [[nodiscard]] virtual bool hasMark() const = 0;
+    // Onto any device, over the rectangle of the view's size from the painter's (0, 0). The mark is
+    // on the screen alone.
+    virtual void drawRect(QPainter& painter) = 0;
 
   signals:
     void markDidChange();
@@ -21,7 +27,6 @@ class PlotView : public QWidget {
     void focusDidChange(bool shown);
 
   protected:
-    [[nodiscard]] virtual bool hasMark() const = 0;
     virtual void clearMark() = 0;
     // The next two only while there is something to mark.
     virtual void markAt(const QPointF& place) = 0;
@@ -37,6 +42,37 @@ class PlotView : public QWidget {
     void keyPressEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
+};
+
+// The white sheet under a plot and the titles of its axes, white in both schemes.
+class PlotPaper : public QFrame {
+    Q_OBJECT
+  public:
+    explicit PlotPaper(QWidget* parent = nullptr);
+
+    // Framed as what has the keyboard's focus.
+    void setFocused(bool focused);
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
+
+  private:
+    bool focused_ = false;
+};
+
+// A line of text that reads upwards.
+class UpwardLabel : public QLabel {
+    Q_OBJECT
+  public:
+    using QLabel::QLabel;
+
+    [[nodiscard]] QSize sizeHint() const override { return QLabel::sizeHint().transposed(); }
+    [[nodiscard]] QSize minimumSizeHint() const override {
+        return QLabel::minimumSizeHint().transposed();
+    }
+
+  protected:
+    void paintEvent(QPaintEvent* event) override;
 };
 
 }  // namespace zorvel

@@ -142,12 +142,4 @@ bool RarefactionView::markByKey(int key, Qt::KeyboardModifiers modifiers) {
     return true;
 }
 
-QSize RarefactionView::sizeHint() const {
-    return {600, 400};
-}
-
-QSize RarefactionView::minimumSizeHint() const {
-    return {200, 150};
-}
-
 }  // namespace zorvel

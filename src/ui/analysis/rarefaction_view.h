@@ -25,10 +25,11 @@ class RarefactionView : public PlotView {
 
     // Whether there are records enough for a curve.
     [[nodiscard]] bool isDrawable() const override;
-    // Onto any device, over the rectangle of the view's size from the painter's (0, 0). Nothing at
-    // all for fewer than three records. A stored confidence level that is neither 0.95 nor 0.99 is
-    // told on the console, twice a draw: the richness axis then runs to 1, without a band.
-    void drawRect(QPainter& painter);
+    [[nodiscard]] bool hasMark() const override { return marked_ >= 0; }
+    // Nothing at all for fewer than three records. A stored confidence level that is neither 0.95
+    // nor 0.99 is told on the console, twice a draw: the richness axis then runs to 1, without a
+    // band.
+    void drawRect(QPainter& painter) override;
     // As of the last draw.
     [[nodiscard]] const PlotGeometry& geometry() const { return geometry_; }
 
@@ -36,12 +37,11 @@ class RarefactionView : public PlotView {
     [[nodiscard]] int markedPoint() const { return marked_; }
     void markPoint(int place);
 
-    [[nodiscard]] QSize sizeHint() const override;
-    [[nodiscard]] QSize minimumSizeHint() const override;
+    [[nodiscard]] QSize sizeHint() const override { return {600, 400}; }
+    [[nodiscard]] QSize minimumSizeHint() const override { return {200, 150}; }
 
   protected:
     void paintEvent(QPaintEvent* event) override;
-    [[nodiscard]] bool hasMark() const override { return marked_ >= 0; }
     void clearMark() override { markPoint(-1); }
     void markAt(const QPointF& place) override;
     bool markByKey(int key, Qt::KeyboardModifiers modifiers) override;

@@ -1,15 +1,16 @@
 #include "ui/analysis/rarefaction_view_controller.h"
 
-#include <QAccessible>
 #include <QEvent>
-#include <QShortcut>
 #include <QShowEvent>
+#include <QStringList>
+#include <algorithm>
+#include <cmath>
+#include <iterator>
+#include <span>
 #include <utility>
 
 #include "interchange/writers.h"
-#include "platform/file_names.h"
-#include "platform/preferences.h"
-#include "ui/analysis/plot_paper.h"
+#include "metrics/census_metrics.h"
 #include "ui/analysis/rarefaction_view.h"
 #include "ui/kit/look.h"
 #include "ui/kit/shown_text.h"
@@ -19,75 +20,87 @@ namespace zorvel {
 
 namespace {
 
-constexpr qsizetype longestSubject = 120;  // characters
+using Curve = std::span<const Rarefaction>;
 
-std::optional<ConfidenceLevel> levelNow() {
-    return confidenceLevelOf(Preferences().confidence());
+const char separation[] = " \u00b7 ";
+
+std::ptrdiff_t limitedRecords(Curve curve, ConfidenceLevel level) {
+    return std::count_if(curve.begin(), curve.end(),
+                         [&](const Rarefaction& point) { return hasLimits(point, level); });
 }
 
-QByteArray tableOf(const std::vector<Rarefaction>& curve) {
-    return QByteArray::fromStdString(writeRarefactionTable(curve));
+// With one decimal.
+QString expectedTaxa(double value) {
+    return QString::fromStdString(formatMetric(value, 1));
+}
+
+QString sizeWithUnit(RarefactionKind kind, std::int64_t sampleSize) {
+    if (kind == RarefactionKind::individualBased) {
+        return sampleSize == 1 ? "1 specimen" : QString("%1 specimens").arg(sampleSize);
+    }
+    return sampleSize == 1 ? "1 census" : QString("%1 censuses").arg(sampleSize);
+}
+
+// Kind, end and level of the curve in a line.
+QString summaryOf(RarefactionKind kind, Curve curve, std::optional<ConfidenceLevel> level) {
+    QStringList parts{kind == RarefactionKind::individualBased ? "Individual-based rarefaction"
+                                                               : "Sample-based rarefaction"};
+    if (!curve.empty())
+        parts.append(QString("up to %1").arg(sizeWithUnit(kind, curve.back().sampleSize)));
+    if (level && curve.size() >= kFewestPlotPoints && limitedRecords(curve, *level) > 0)
+        parts.append(QString("band: %1 confidence limits").arg(confidenceLevelText(*level)));
+    return parts.join(separation);
+}
+
+// Without a value of Chao2 no variance of a sample-based curve has one.
+QString missingLimits(RarefactionKind kind, Curve curve, ConfidenceLevel level) {
+    const auto lacksVariance = [](const Rarefaction& point) { return std::isnan(point.variance); };
+    const auto limited = limitedRecords(curve, level);
+    if (limited == std::ssize(curve)) return {};
+    if (kind == RarefactionKind::individualBased && std::isnan(curve.back().estimate)) {
+        return "The curve cannot be drawn: there are more than 10^18 specimens, too many to "
+               "rarefy exactly.";
+    }
+    if (limited > 0) {
+        return "The band has gaps where no confidence limit can be computed.";
+    }
+    if (kind == RarefactionKind::sampleBased &&
+        std::all_of(curve.begin(), curve.end(), lacksVariance)) {
+        return "The curve has no confidence band: its variance rests on Chao2, which has no "
+               "value for these censuses.";
+    }
+    return "The curve has no confidence band: no limit of it can be computed.";
+}
+
+// Why nothing is drawn, or what is left out; empty if nothing is missing.
+QString absenceOf(RarefactionKind kind, Curve curve, std::optional<ConfidenceLevel> level) {
+    if (curve.size() < kFewestPlotPoints) {
+        const QString points = curve.empty() ? "none" : curve.size() == 1 ? "one" : "two";
+        return QString("A curve is drawn from three points on; this one has %1.").arg(points);
+    }
+    if (!level) {
+        return "The confidence level of the preferences is neither 95% nor 99%: the curve has "
+               "no band, and the axis of taxa ends at 1.";
+    }
+    return missingLimits(kind, curve, *level);
 }
 
 }  // namespace
 
 RarefactionViewController::RarefactionViewController(RarefactionKind kind, JobQueue& jobs,
                                                      const Panels& panels, QWidget* parent)
-    : QWidget(parent),
-      ui_(std::make_unique<Ui::RarefactionPage>()),
-      texts_(kind),
-      export_(new PlotExport(exportSource(), jobs, panels, *this)) {
-    using Self = RarefactionViewController;
+    : PlotPage(jobs, panels, parent), ui_(std::make_unique<Ui::RarefactionPage>()), kind_(kind) {
     ui_->setupUi(this);
-    ui_->rarefactionSubject->setFont(scaledFont(font(), 1.3, true));
-    ui_->rarefactionSaved->setForegroundRole(secondaryText);
+    addPlot({"Rarefaction curve", "rarefaction", "Rarefaction Table"});
     ui_->rarefactionSummary->setForegroundRole(secondaryText);
     ui_->rarefactionAbsence->setContentsMargins(0, 6, 0, 0);
-    ui_->sampleSizeAxisTitle->setText(texts_.sampleSizeTitle());
-    ui_->richnessAxisTitle->setText(RarefactionTexts::richnessTitle());
-    addCommand(*ui_->copyPlotButton, QKeySequence::Copy, &Self::copyPlot);
-    addCommand(*ui_->copyTableButton, Qt::CTRL | Qt::SHIFT | Qt::Key_C, &Self::copyTable);
-    addCommand(*ui_->printPlotButton, QKeySequence::Print, &Self::printRequested);
-    addCommand(*ui_->saveDataButton, Qt::CTRL | Qt::SHIFT | Qt::Key_S, &Self::saveDataTapped);
-    addCommand(*ui_->saveImageButton, Qt::CTRL | Qt::SHIFT | Qt::Key_I, &Self::saveImage);
-    addCommand(*ui_->savePlotButton, QKeySequence::Save, &Self::savePlotTapped);
-    connect(ui_->plotTitlesBox, &QCheckBox::clicked, this, [](bool checked) {
-        PlotImage image = Preferences().plotImage();
-        image.titles = checked;
-        Preferences().setPlotImage(image);
-    });
-    connect(export_, &PlotExport::saved, this, &Self::showSaved);
-    connect(export_, &PlotExport::imageChosen, this, &Self::showTexts);
-    connect(ui_->rarefactionView, &RarefactionView::markDidChange, this, &Self::showReadout);
-    connect(ui_->rarefactionView, &RarefactionView::focusDidChange, ui_->plotPaper,
-            &PlotPaper::setFocused);
+    ui_->widthAxisTitle->setText(kind == RarefactionKind::individualBased ? "Specimens"
+                                                                          : "Censuses");
+    ui_->heightAxisTitle->setText("Expected taxa");
     showTexts();
 }
 
 RarefactionViewController::~RarefactionViewController() = default;
-
-PlotExport::Source RarefactionViewController::exportSource() {
-    const auto table = [this] {
-        return rarefactionData() ? tableOf(*rarefactionData()) : QByteArray();
-    };
-    return {[this] { return rarefactionView().isDrawable(); },
-            [this](bool titles) { return figure(titles); },
-            table,
-            [table] { return QString::fromUtf8(table()).remove(' ').replace(',', '\t'); },
-            [this] {
-                const QString name = "rarefaction";
-                return subject_.isEmpty() ? name : asFileName(subject_) + ' ' + name;
-            },
-            "Save Rarefaction Table"};
-}
-
-void RarefactionViewController::addCommand(QPushButton& button, const QKeySequence& keys,
-                                           void (RarefactionViewController::*command)()) {
-    button.setToolTip(keys.toString(QKeySequence::NativeText));
-    connect(&button, &QPushButton::clicked, this, command);
-    // The button's own shortcut would replace its mnemonic.
-    connect(new QShortcut(keys, this), &QShortcut::activated, this, command);
-}
 
 RarefactionView& RarefactionViewController::rarefactionView() const {
     return *ui_->rarefactionView;
@@ -100,7 +113,7 @@ const std::optional<std::vector<Rarefaction>>& RarefactionViewController::rarefa
 void RarefactionViewController::setRarefactionData(std::vector<Rarefaction> curve,
                                                    const QString& subject) {
     rarefactionView().setRarefactionData(std::move(curve));
-    subject_ = subject;
+    setSubject(subject);
     showTexts();
 }
 
@@ -121,56 +134,39 @@ void RarefactionViewController::preferencesDidChange() {
 }
 
 void RarefactionViewController::showTexts() {
-    std::span<const Rarefaction> curve;
+    Curve curve;
     if (rarefactionData()) curve = *rarefactionData();
-    ui_->rarefactionSubject->setText(shortened(subject_, longestSubject));
-    ui_->rarefactionSubject->setToolTip(ui_->rarefactionSubject->text());
-    ui_->rarefactionSubject->setVisible(!subject_.isEmpty());
-    ui_->rarefactionSummary->setText(texts_.summary(curve, levelNow()));
-    const QString absence = texts_.absence(curve, levelNow());
+    ui_->plotSubject->setText(shortened(subject(), longestSubject));
+    ui_->plotSubject->setToolTip(ui_->plotSubject->text());
+    ui_->plotSubject->setVisible(!subject().isEmpty());
+    ui_->rarefactionSummary->setText(summaryOf(kind_, curve, levelNow()));
+    const QString absence = absenceOf(kind_, curve, levelNow());
     ui_->rarefactionAbsence->setText(absence);
     ui_->rarefactionAbsence->setVisible(!absence.isEmpty());
-    ui_->plotTitlesBox->setChecked(Preferences().plotImage().titles);
-    ui_->saveImageButton->setEnabled(rarefactionView().isDrawable());
-    showReadout();
+    showPlot();
 }
 
-// The view that has the focus speaks, not the label.
-void RarefactionViewController::showReadout() {
-    const int marked = rarefactionView().markedPoint();
-    const bool isDrawn = rarefactionView().isDrawable();
-    const bool isMarked = isDrawn && marked >= 0;
-    QString text;
-    if (isMarked) {
-        text = texts_.readout((*rarefactionData())[static_cast<std::size_t>(marked)], levelNow());
-    } else if (isDrawn) {
-        text = "Point at the curve, or press an arrow key, to read out its values.";
+// A record: sample size, estimate and the limits of the level, with one decimal.
+QString RarefactionViewController::readout() const {
+    if (!rarefactionView().isDrawable()) return {};
+    if (!rarefactionView().hasMark())
+        return "Point at the curve, or press an arrow key, to read out its values.";
+    const auto marked = static_cast<std::size_t>(rarefactionView().markedPoint());
+    const Rarefaction& point = (*rarefactionData())[marked];
+    QStringList parts{sizeWithUnit(kind_, point.sampleSize),
+                      QString("%1 expected taxa").arg(expectedTaxa(point.estimate))};
+    if (const std::optional<ConfidenceLevel> level = levelNow()) {
+        parts.append(QString("%1 limits %2 to %3")
+                         .arg(confidenceLevelText(*level), expectedTaxa(lowerLimit(point, *level)),
+                              expectedTaxa(upperLimit(point, *level))));
     }
-    ui_->rarefactionReadout->setForegroundRole(isMarked ? QPalette::WindowText : secondaryText);
-    ui_->rarefactionReadout->setText(text);
-    rarefactionView().setAccessibleDescription(text);
+    return parts.join(separation);
 }
 
-PlotDrawing RarefactionViewController::drawing() const {
-    RarefactionView* view = ui_->rarefactionView;
-    const QString title =
-        subject_.isEmpty() ? "Rarefaction curve" : QString("Rarefaction curve: %1").arg(subject_);
-    return {view->size(), title, [view](QPainter& painter) { view->drawRect(painter); }};
-}
-
-PlotDrawing RarefactionViewController::figure(bool titles) const {
-    if (!titles || !rarefactionView().isDrawable()) return drawing();
-    return titledPlot(drawing(), {shortened(subject_, longestSubject), texts_.sampleSizeTitle(),
-                                  RarefactionTexts::richnessTitle()});
-}
-
-void RarefactionViewController::showSaved(const QString& news) {
-    const QString text = shortened(news, longestSubject);
-    ui_->rarefactionSaved->setText(text);
-    ui_->rarefactionSaved->setToolTip(text);
-    ui_->rarefactionSaved->setAccessibleName(text);
-    QAccessibleEvent alert(ui_->rarefactionSaved, QAccessible::Alert);
-    QAccessible::updateAccessibility(&alert);
+QString RarefactionViewController::tableText(char separator) const {
+    if (!rarefactionData()) return {};
+    QString text = QString::fromStdString(writeRarefactionTable(*rarefactionData()));
+    return separator == '\t' ? text.remove(' ').replace(',', '\t') : text;
 }
 
 RarefactionWindowController::RarefactionWindowController(RarefactionKind kind, JobQueue& jobs,
