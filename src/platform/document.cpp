@@ -6,43 +6,58 @@
 
 #include "model/file_messages.h"
 #include "platform/document_controller.h"
-#include "platform/document_saver.h"
 #include "platform/file_names.h"
-#include "platform/file_reading.h"
 #include "store/object_context.h"
 #include "store/project_file.h"
 
 namespace zorvel {
 
 // Changes are announced in the next turn of the event loop.
-Document::Document(const SaveServices& services, DocumentController& controller)
+Document::Document(const SaveServices& services, DocumentController& controller,
+                   QString untitledName, QString untitledPath)
     : controller_(controller),
+      services_(services),
       project_([&controller](std::function<void()> action) {
           QMetaObject::invokeMethod(&controller, std::move(action), Qt::QueuedConnection);
       }),
       opening_(project_.objectContext().frozenCopy()),
-      saver_(project_.objectContext(), services) {
-    project_.objectContext().addObserver([this](const ChangeSet&) { saver_.noteChange(); });
-    connect(&saver_, &DocumentSaver::stateDidChange, this, &Document::saveStateDidChange);
-    connect(&saver_, &DocumentSaver::pathDidChange, this, [this] {
-        saver_.setProjectName(displayName());
-        emit displayNameDidChange();
-    });
-    connect(&saver_, &DocumentSaver::backupDidFail, this, [this](const FileProblem& problem) {
-        emit backupDidFail(projectMessage(displayName() + " could not be backed up", problem));
-    });
+      untitledName_(std::move(untitledName)),
+      untitledPath_(std::move(untitledPath)),
+      aside_(services),
+      savedRevision_(revision()) {
+    project_.objectContext().addObserver([this](const ChangeSet&) { noteChange(); });
+    for (QTimer* timer : {&timer_, &asideTimer_, &typingTimer_}) timer->setSingleShot(true);
+    timer_.setTimerType(Qt::PreciseTimer);
+    connect(&timer_, &QTimer::timeout, this, &Document::tick);
+    connect(&asideTimer_, &QTimer::timeout, this, &Document::keepAside);
+    connect(&typingTimer_, &QTimer::timeout, this, &Document::checkDrafts);
+    connect(&aside_, &AsideCopy::didChange, this, &Document::asideDidChange);
 }
 
-// These records count as the state at opening and as saved.
+Document::~Document() {
+    if (!ending_) release(false);
+}
+
 void Document::takeOver(ProjectRecords records) {
     ObjectContext& context = project_.objectContext();
     context.adopt(std::move(records));
     opening_ = context.frozenCopy();
-    saver_.setSaved();
+    savedRevision_ = revision();
+}
+
+void Document::setFile(std::unique_ptr<ProjectFile> file, bool untitled) {
+    file_ = factsOf(*file);
+    holder_->file = std::move(file);
+    if (untitled) untitledPath_ = file_->path;
+    backupDue_ = !untitled;
 }
 
 QString Document::displayName() const {
     return isUntitled() ? untitledName_ : displayNameOf(path());
+}
+
+QString Document::path() const {
+    return file_ && untitledPath_.isEmpty() ? file_->path : QString();
 }
 
 bool Document::isUntouched() const {
@@ -51,12 +66,11 @@ bool Document::isUntouched() const {
 }
 
 QString Document::asideNote() const {
-    const AsideCopy& aside = saver_.aside();
-    if (aside.problem()) {
+    if (aside_.problem()) {
         return "They cannot be kept in your data folder either. " +
-               QString::fromStdString(fileMessage(*aside.problem()));
+               QString::fromStdString(fileMessage(*aside_.problem()));
     }
-    if (!aside.exists()) return {};
+    if (!aside_.exists()) return {};
     return "Until they are saved, the changes are kept in a copy that opens at the next start.";
 }
 
@@ -69,17 +83,13 @@ void Document::saveAs(const QString& path, Done done) {
     }
     // A file that has been renamed to that path is written there as a new file, so that it gets the
     // new path.
-    const bool livesThere = holder && !isUntitled() && !saver_.isMakingFile() &&
+    const bool livesThere = holder && !isUntitled() && !isMakingFile() &&
                             fileIdentity(encodedPath(this->path())) == identity;
-    if (livesThere && saver_.state() != SaveState::stuck) {
-        saver_.saveThen(std::move(done));
-        return;
+    if (livesThere && saveState() != SaveState::stuck) {
+        saveThen(std::move(done));
+    } else {
+        moveTo(path, std::move(done));
     }
-    saver_.moveTo(path, [&controller = controller_, path,
-                         done = std::move(done)](const std::optional<FileProblem>& problem) {
-        if (!problem) controller.noteRecent(path);
-        done(problem);
-    });
 }
 
 bool Document::canRevert() const {
@@ -95,9 +105,8 @@ void Document::revertToOpening() {
 }
 
 QString Document::backupFolder() const {
-    const auto& file = saver_.file();
-    if (isUntitled() || !file || file->projectId.isEmpty()) return {};
-    return controller_.folders_.backups + "/" + file->projectId;
+    if (isUntitled() || file_->projectId.isEmpty()) return {};
+    return services_.backupFolder + "/" + file_->projectId;
 }
 
 }  // namespace zorvel

@@ -44,31 +44,18 @@ DocumentController::~DocumentController() {
         if (document->isKeptAside()) leaveAside(*document);
     }
     finish(patience);
-    const bool hangs = std::any_of(closing_.begin(), closing_.end(),
-                                   [](const auto& closing) { return closing->saver_.isBusy(); });
-    closing_.clear();
+    const bool hangs = std::any_of(documents_.begin(), documents_.end(),
+                                   [](const auto& document) { return document->isBusy(); });
+    documents_.clear();
     if (hangs) static_cast<void>(writer_.release());
 }
 
 std::vector<Document*> DocumentController::documents() const {
     std::vector<Document*> open;
-    for (const auto& document : documents_) open.push_back(document.get());
+    for (const auto& document : documents_) {
+        if (!document->closing_) open.push_back(document.get());
+    }
     return open;
-}
-
-std::vector<Document*> DocumentController::openAndClosing() const {
-    std::vector<Document*> all = documents();
-    for (const auto& document : closing_) all.push_back(document.get());
-    return all;
-}
-
-std::unique_ptr<Document> DocumentController::taken(Owned& from, const Document& document) {
-    const auto place = std::find_if(from.begin(), from.end(),
-                                    [&](const auto& each) { return each.get() == &document; });
-    if (place == from.end()) return nullptr;
-    std::unique_ptr<Document> owned = std::move(*place);
-    from.erase(place);
-    return owned;
 }
 
 QStringList DocumentController::recentPaths() const {
@@ -114,23 +101,15 @@ Document& DocumentController::duplicate(const Document& document) {
 
 Document& DocumentController::addDocument(const QString& untitledName,
                                           const QString& untitledPath) {
-    documents_.emplace_back(new Document(services_, *this));
-    Document& document = *documents_.back();
-    document.untitledName_ = untitledName;
-    document.saver_.setUntitledPath(untitledPath);
-    document.saver_.setProjectName(untitledName);
-    connect(&document.saver_, &DocumentSaver::stateDidChange, this,
-            [this, &document] { continueClosing(document); });
-    connect(&document.saver_, &DocumentSaver::released, this,
-            [this, &document] { forget(document); });
-    return document;
+    documents_.emplace_back(new Document(services_, *this, untitledName, untitledPath));
+    return *documents_.back();
 }
 
 Document& DocumentController::addUntitledCopy(ProjectRecords records, const QString& name) {
     Document& document = addDocument(name, untitled_.claimNew(name));
     document.takeOver(std::move(records));
     document.worthKeeping_ = true;
-    document.saver_.saveUnchanged();
+    document.saveUnchanged();
     return document;
 }
 
@@ -138,7 +117,8 @@ QString DocumentController::freeUntitledName(bool forOpened) const {
     for (int number = 1;; ++number) {
         QString name = number == 1 ? "Untitled" : QString("Untitled %1").arg(number);
         const auto isTaken = [&](const auto& document) {
-            return document->displayName() == name && (!forOpened || !document->isUntouched());
+            return !document->closing_ && document->displayName() == name &&
+                   (!forOpened || !document->isUntouched());
         };
         if (std::none_of(documents_.begin(), documents_.end(), isTaken)) return name;
     }
@@ -153,72 +133,61 @@ void DocumentController::discard(Document& document) {
 }
 
 void DocumentController::beginClosing(Document& document, bool discard) {
-    std::unique_ptr<Document> owned = taken(documents_, document);
-    if (!owned) return;
-    closing_.push_back(std::move(owned));
+    if (std::exchange(document.closing_, true)) return;
     document.disconnect();
     if (discard) {
-        document.saver_.release(true);
+        document.release(true);
         return;
     }
-    document.saver_.saveNow();
+    document.saveNow();
     continueClosing(document);
 }
 
-bool DocumentController::isClosing(const Document& document) const {
-    return std::any_of(closing_.begin(), closing_.end(),
-                       [&](const auto& closing) { return closing.get() == &document; });
-}
-
-// Called each time that the state of a document has changed.
 void DocumentController::continueClosing(Document& document) {
     resumeWaiting();
-    DocumentSaver& saver = document.saver_;
-    if (!isClosing(document) || saver.isBusy()) return;
-    if (!saver.isUnsaved()) {
-        saver.release(false);
-    } else if (saver.state() == DocumentSaver::State::stuck && saver.isKeptAside()) {
+    if (!document.closing_ || document.isBusy()) return;
+    if (!document.isUnsaved()) {
+        document.release(false);
+    } else if (document.saveState() == Document::SaveState::stuck && document.isKeptAside()) {
         leaveAside(document);
     }
 }
 
 void DocumentController::leaveAside(Document& document) {
     const QString message = projectMessage(document.displayName(), *document.problem());
-    document.saver_.release(false);
+    document.release(false);
     emit changesWereKept(message + " The changes are kept in an untitled project.");
 }
 
 void DocumentController::forget(Document& document) {
-    std::unique_ptr<Document> owned = taken(closing_, document);
-    if (!owned) return;
-    gone_.push_back(std::move(owned));
+    const auto place = std::find_if(documents_.begin(), documents_.end(),
+                                    [&](const auto& each) { return each.get() == &document; });
+    gone_.push_back(std::move(*place));
+    documents_.erase(place);
     QMetaObject::invokeMethod(
         this, [this] { gone_.clear(); }, Qt::QueuedConnection);
     resumeWaiting();
 }
 
 std::vector<Document*> DocumentController::unsafeDocuments() const {
-    std::vector<Document*> all = openAndClosing();
-    std::erase_if(all, [](const Document* document) {
-        const DocumentSaver& saver = document->saver_;
-        return saver.isEnding() || (!saver.isUnsaved() && !saver.isBusy());
-    });
-    return all;
+    std::vector<Document*> unsafe;
+    for (const auto& document : documents_) {
+        if (!document->ending_ && (document->isUnsaved() || document->isBusy())) {
+            unsafe.push_back(document.get());
+        }
+    }
+    return unsafe;
 }
 
 bool DocumentController::hasWorkToFinish() const {
-    const std::vector<Document*> all = unsafeDocuments();
-    return std::any_of(all.begin(), all.end(),
-                       [](const Document* document) {
-                           return document->saver_.isBusy() || !document->problem();
-                       }) ||
-           std::any_of(closing_.begin(), closing_.end(),
-                       [](const auto& closing) { return closing->saver_.isEnding(); });
+    return std::any_of(documents_.begin(), documents_.end(), [](const auto& document) {
+        return document->isBusy() || (document->isUnsaved() && !document->problem());
+    });
 }
 
 // Timers do not run meanwhile: files that were in use are tried again from here.
 std::vector<Document*> DocumentController::finish(std::chrono::milliseconds atMost) {
-    for (Document* document : openAndClosing()) document->saver_.saveNow();
+    for (const auto& document : documents_) document->saveNow();
     QElapsedTimer timer;
     QElapsedTimer sinceTry;
     timer.start();
@@ -229,7 +198,7 @@ std::vector<Document*> DocumentController::finish(std::chrono::milliseconds atMo
         if (sinceTry.elapsed() < services_.settings.busyRetry.count()) continue;
         sinceTry.restart();
         for (Document* document : unsafeDocuments()) {
-            if (!document->problem()) document->saver_.saveNow();
+            if (!document->problem()) document->saveNow();
         }
     }
     return unsafeDocuments();

@@ -117,7 +117,6 @@ class DocumentController : public QObject {
     void resumeWaiting();
     [[nodiscard]] bool mustWait(const FileIdentity& identity) const;
     [[nodiscard]] bool isBeingRead(const FileIdentity& identity) const;
-    // Of those that are open or closing.
     [[nodiscard]] Document* documentAt(const FileIdentity& identity) const;
     // The document to show for that file, if any.
     [[nodiscard]] static bool canReopen(const Document& closing);
@@ -129,19 +128,16 @@ class DocumentController : public QObject {
     [[nodiscard]] QString freeUntitledName(bool forOpened) const;
     void noteRecent(const QString& path);
 
-    using Owned = std::vector<std::unique_ptr<Document>>;
-    [[nodiscard]] std::vector<Document*> openAndClosing() const;
-    // Null if the document is not in the list.
-    static std::unique_ptr<Document> taken(Owned& from, const Document& document);
-
-    // Closing. A closed document exists until its file is closed.
+    // Closing.
     void beginClosing(Document& document, bool discard);
+    // Called each time that the state of a document has changed.
     void continueClosing(Document& document);
-    [[nodiscard]] bool isClosing(const Document& document) const;
     void leaveAside(Document& document);
     void forget(Document& document);
     [[nodiscard]] bool hasWorkToFinish() const;
     [[nodiscard]] std::vector<Document*> unsafeDocuments() const;
+
+    using Owned = std::vector<std::unique_ptr<Document>>;
 
     JobQueue& jobs_;
     Folders folders_;
@@ -150,9 +146,8 @@ class DocumentController : public QObject {
     UntitledFolder untitled_;
     RecentPaths recent_;
     bool lookingForRecent_ = false;
-    Owned documents_;
-    Owned closing_;
-    Owned gone_;  // deleted in the next turn of the event loop
+    Owned documents_;  // closed ones too, until their files are closed
+    Owned gone_;       // deleted in the next turn of the event loop
     std::vector<FileIdentity> reading_;
     std::vector<Request> waiting_;
 };

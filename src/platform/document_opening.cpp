@@ -78,23 +78,22 @@ void DocumentController::openLocated(const Request& request) {
 }
 
 Document* DocumentController::documentAt(const FileIdentity& identity) const {
-    for (Document* document : openAndClosing()) {
-        const auto& file = document->saver_.file();
-        if (file && file->identity == identity) return document;
+    for (const auto& document : documents_) {
+        if (document->file_ && document->file_->identity == identity) return document.get();
     }
     return nullptr;
 }
 
 bool DocumentController::canReopen(const Document& closing) {
-    return !closing.saver_.isEnding() && closing.saver_.problem().has_value();
+    return !closing.ending_ && closing.problem().has_value();
 }
 
 // A closed document whose changes cannot be written yet is opened again as it is.
 Document* DocumentController::reopened(const FileIdentity& identity) {
     Document* document = documentAt(identity);
-    if (!document || !isClosing(*document)) return document;
+    if (!document || !document->closing_) return document;
     if (!canReopen(*document)) return nullptr;
-    documents_.push_back(taken(closing_, *document));
+    document->closing_ = false;
     return document;
 }
 
@@ -117,16 +116,15 @@ bool DocumentController::isBeingRead(const FileIdentity& identity) const {
 
 bool DocumentController::mustWait(const FileIdentity& identity) const {
     if (isBeingRead(identity) || documentAt(identity)) return true;
-    const std::vector<Document*> all = openAndClosing();
-    return std::any_of(all.begin(), all.end(),
-                       [](const Document* document) { return document->saver_.isMakingFile(); });
+    return std::any_of(documents_.begin(), documents_.end(),
+                       [](const auto& document) { return document->isMakingFile(); });
 }
 
 // Their paths may lead to other files by now, so each is located again.
 void DocumentController::resumeWaiting() {
     const auto stays = [this](const Request& request) {
         const Document* document = documentAt(*request.identity);
-        const bool opens = document && (!isClosing(*document) || canReopen(*document));
+        const bool opens = document && (!document->closing_ || canReopen(*document));
         return mustWait(*request.identity) && !opens;
     };
     const auto ready = std::stable_partition(waiting_.begin(), waiting_.end(), stays);
@@ -187,8 +185,7 @@ void DocumentController::openRecords(const Request& request, FileReading& readin
     if (name.isEmpty()) name = freeUntitledName(true);
     Document& document = addDocument(name, reading.file ? QString() : untitled_.claimNew(name));
     document.takeOver(std::move(reading.records));
-    if (reading.file) document.saver_.setFile(std::move(reading.file), inFolder);
-    document.saver_.setProjectName(document.displayName());
+    if (reading.file) document.setFile(std::move(reading.file), inFolder);
     document.worthKeeping_ = inFolder;
     if (!inFolder) noteRecent(request.path);
     emit documentDidOpen(&document, request.source == Source::recovered ? QString() : request.path);
