@@ -134,7 +134,8 @@ constexpr auto wordTable = std::to_array<WordsOfMeaning>({
      "traps|number of traps|no of traps|days|hours|minutes|nights|party size|grazing|management|"
      "land use|organic matter|neigung|hangneigung|exposition|pente|pendiente|pendenza|"
      "anzahl fallen|fangtage|ca|mg|al|fe|mn|zn|no3|nh4|po4|so4|tp|tn|toc|doc|bod|cod|tds|ec|"
-     "chl a|chla"},
+     "chl a|chla|lycopodium added|lycopodium counted|lycopodium spike|exotics added|"
+     "exotics counted|markers added|markers counted|marker|markers|spike"},
     {{ColumnRole::year, 0}, "year|jahr|annee|ano|anno|jaar|ar|rok"},
     {{ColumnRole::month, 0}, "month|monat|mois|mes|mese|maand|manad|miesiac"},
     {{ColumnRole::day, 0}, "day|tag|jour|dia|giorno|dag|dzien"},

@@ -15,10 +15,12 @@ bool isFilledCell(std::string_view cell) {
     return !cell.empty();
 }
 
-// The most frequent value of what is counted; the larger of equally frequent ones.
+// The most frequent number of cells of a row; the larger of equally frequent ones. Rows of one cell
+// are titles and headings: they count only where no row has more.
 std::size_t mode(const std::vector<std::size_t>& counts) {
     std::map<std::size_t, std::size_t> found;
     for (const std::size_t count : counts) ++found[count];
+    if (!found.empty() && found.rbegin()->first > 1) found.erase(1);
     std::size_t best = 0;
     std::size_t times = 0;
     for (const auto& [value, number] : found) {

@@ -145,6 +145,9 @@ TEST(TableGuess, MeasurementsAreNoSpeciesAndCensusesMayHaveTheirNames) {
          {"Species,Area 1,Depth 10\nPoa annua,3,0\nBellis perennis,0,4\n",
           "Area 1: Poa annua=3; Depth 10: Bellis perennis=4; "},
          {"Site,Birds,Fish\nA,3,0\nB,1,4\n", "A: Birds=3; B: Birds=1 Fish=4; "},
+         {"Sample,Pinus,Betula,Lycopodium added,Lycopodium counted\nA,52,17,18583,92\n"
+          "B,9,1,18583,63\n",
+          "A: Pinus=52 Betula=17; B: Pinus=9 Betula=1; "},
          {"Site,Poa annua,Bellis perennis,Rumex acetosa\nA,0.5,1,2\nB,2.5,3,4\n",
           "B2: 0.5 is not a whole number. Zorvel counts individuals."}});
 }
@@ -166,6 +169,10 @@ TEST(TableGuess, HeadersOfGroupsAreMergedCells) {
           "Site A 1: Poa=3; Site A 2: Bellis=2; Site B 1: Poa=1 Bellis=4; Site B 2: Poa=5 "
           "Bellis=1; "},
          {"Plot,Poa,Bellis\n,ind.,ind.\nA,3,1\nB,0,2\n", "A: Poa=3 Bellis=1; B: Bellis=2; "},
+         {"Beetles of 2016,,,\n,,,\nSpecies,North,South,East\nCarabidae,,,\nAbax ater,2,,\n,,,\n"
+          "Staphylinidae,,,\nOcypus olens,,1,3\n,,,\nSilphidae,,,\nSilpha atrata,1,,4\n",
+          "North: Abax ater=2 Silpha atrata=1; South: Ocypus olens=1; East: Ocypus olens=3 "
+          "Silpha atrata=4; "},
          {"Plot,Poa,Bellis,,Plot,Poa,Bellis\nA,3,1,,C,1,1\nB,2,2,,D,0,4\n",
           "E1: This is also the header of column A. Put tables that stand side by side below "
           "each other."}});
