@@ -1,10 +1,9 @@
-// A copy is a heading and items, each a letter and its contents: a name (numbered from 0), a
-// census, a taxon of the census before it, or the end. Numbers are little endian; a text is its
-// length and its bytes.
+// A copy is a heading and items, each a letter and its contents: a census, a taxon of the census
+// before it, or the end. Numbers are as in memory. What may be absent begins with whether it is
+// there. A text is its number, from 0; if the number is new, its length and bytes follow.
 #include "model/copied_records.h"
 
-#include <bit>
-#include <chrono>
+#include <cstring>
 #include <utility>
 
 #include "base/text.h"
@@ -12,17 +11,7 @@
 namespace zorvel {
 namespace {
 
-constexpr std::string_view heading = "zorvel records 1\n";
-
-// The parts of a record, as bits.
-constexpr std::uint64_t hasName = 1;
-constexpr std::uint64_t hasNotes = 2;
-constexpr std::uint64_t hasTime = 4;
-constexpr std::uint64_t isIncluded = 8;
-
-std::uint64_t flag(std::uint64_t what, bool on) {
-    return on ? what : 0;
-}
+constexpr std::string_view heading = "zorvel records 2\n";
 
 // Reads from the front of the bytes. After the first failure everything fails.
 class CopyReader {
@@ -40,111 +29,88 @@ class CopyReader {
         return taken;
     }
 
-    std::uint64_t number(int size) {
-        std::uint64_t number = 0;
-        int shift = 0;
-        for (const char byte : take(static_cast<std::size_t>(size))) {
-            number |= std::uint64_t{static_cast<unsigned char>(byte)} << shift;
-            shift += 8;
-        }
-        return number;
-    }
-
-    // Fails if another bit is set.
-    std::uint64_t flags(std::uint64_t known) {
-        const std::uint64_t flags = number(1);
-        if ((flags & ~known) != 0) good_ = false;
-        return flags;
-    }
-
-    SharedText text() {
-        const std::string_view text = take(static_cast<std::size_t>(number(4)));
-        if (firstInvalidUtf8(text)) good_ = false;
-        return good_ ? SharedText(text) : SharedText();
-    }
-
-    SharedText nameOf(const std::vector<SharedText>& names) {
-        const auto place = static_cast<std::size_t>(number(4));
-        if (place >= names.size()) good_ = false;
-        return good_ ? names[place] : SharedText();
-    }
+    void read(auto&... values) { (readOne(values), ...); }
 
   private:
+    template <class Number>
+    void readOne(Number& number) {
+        const std::string_view bytes = take(sizeof number);
+        if (good_) std::memcpy(&number, bytes.data(), sizeof number);
+    }
+    void readOne(bool& flag) {
+        unsigned char byte = 0;
+        readOne(byte);
+        if (byte > 1) good_ = false;
+        flag = byte == 1;
+    }
+    template <class T>
+    void readOne(std::optional<T>& value) {
+        bool isThere = false;
+        readOne(isThere);
+        if (isThere) readOne(value.emplace());
+    }
+    void readOne(SharedText& text) {
+        std::uint32_t number = 0;
+        readOne(number);
+        if (number == texts_.size()) texts_.push_back(newText());
+        if (number >= texts_.size()) good_ = false;
+        if (good_) text = texts_[number];
+    }
+
+    SharedText newText() {
+        std::uint32_t size = 0;
+        readOne(size);
+        const std::string_view text = take(size);
+        if (firstInvalidUtf8(text)) good_ = false;
+        return text;
+    }
+
     std::string_view rest_;
     bool good_ = true;
+    std::vector<SharedText> texts_;
 };
-
-CensusAttributes readCensus(CopyReader& reader, const std::vector<SharedText>& names) {
-    CensusAttributes census;
-    const std::uint64_t has = reader.flags(hasName | hasNotes | hasTime);
-    census.latitude = std::bit_cast<double>(reader.number(8));
-    census.longitude = std::bit_cast<double>(reader.number(8));
-    if ((has & hasName) != 0) census.name = reader.nameOf(names);
-    if ((has & hasNotes) != 0) census.notes = reader.text();
-    if ((has & hasTime) != 0) {
-        const auto time = static_cast<std::int64_t>(reader.number(8));
-        census.timeStamp = TimeStamp(std::chrono::microseconds(time));
-    }
-    return census;
-}
-
-TaxonValues readTaxon(CopyReader& reader, const std::vector<SharedText>& names) {
-    TaxonValues taxon;
-    const std::uint64_t has = reader.flags(hasName | isIncluded);
-    taxon.abundance = static_cast<std::int64_t>(reader.number(8));
-    taxon.include = (has & isIncluded) != 0;
-    if ((has & hasName) != 0) taxon.name = reader.nameOf(names);
-    return taxon;
-}
 
 }  // namespace
 
 RecordCopy::RecordCopy() : bytes_(heading) {}
 
-void RecordCopy::append(std::uint64_t number, int bytes) {
-    for (; bytes > 0; --bytes, number >>= 8) bytes_ += static_cast<char>(number & 0xFF);
+template <class Number>
+void RecordCopy::write(const Number& number) {
+    bytes_.append(reinterpret_cast<const char*>(&number), sizeof number);
 }
 
-void RecordCopy::append(const SharedText& text) {
-    append(text.view().size(), 4);
-    // A text too long for its length field makes the copy too long as well.
+template <class T>
+void RecordCopy::write(const std::optional<T>& value) {
+    write(value.has_value());
+    if (value) write(*value);
+}
+
+void RecordCopy::write(const SharedText& text) {
+    const auto next = static_cast<std::uint32_t>(texts_.size());
+    const auto [known, isNew] = texts_.emplace(&text.str(), next);
+    write(known->second);
+    if (!isNew) return;
+    // A text too long for its length makes the copy too long as well.
+    write(static_cast<std::uint32_t>(text.view().size()));
     bytes_ += text.view();
 }
 
-std::uint32_t RecordCopy::numberOf(const SharedText& name) {
-    const auto next = static_cast<std::uint32_t>(names_.size());
-    const auto [known, added] = names_.emplace(&name.str(), next);
-    if (added) {
-        bytes_ += 'N';
-        append(name);
-    }
-    return known->second;
-}
-
-void RecordCopy::addCensus(const CensusAttributes& attributes) {
+void RecordCopy::addCensus(const CensusAttributes& census) {
     if (isTooLong()) return;
-    const std::uint32_t name = attributes.name ? numberOf(*attributes.name) : 0;
     bytes_ += 'C';
-    append(flag(hasName, attributes.name.has_value()) |
-               flag(hasNotes, attributes.notes.has_value()) |
-               flag(hasTime, attributes.timeStamp.has_value()),
-           1);
-    append(std::bit_cast<std::uint64_t>(attributes.latitude), 8);
-    append(std::bit_cast<std::uint64_t>(attributes.longitude), 8);
-    if (attributes.name) append(name, 4);
-    if (attributes.notes) append(*attributes.notes);
-    if (attributes.timeStamp) {
-        append(static_cast<std::uint64_t>(attributes.timeStamp->time_since_epoch().count()), 8);
-    }
+    write(census.name);
+    write(census.latitude);
+    write(census.longitude);
+    write(census.notes);
+    write(census.timeStamp);
 }
 
 void RecordCopy::addTaxon(const TaxonValues& taxon) {
     if (isTooLong()) return;
-    const std::uint32_t name = taxon.name ? numberOf(*taxon.name) : 0;
     bytes_ += 'T';
-    append(flag(hasName, taxon.name.has_value()) | flag(isIncluded, taxon.include), 1);
-    append(static_cast<std::uint64_t>(taxon.abundance), 8);
-    if (taxon.name) append(name, 4);
+    write(taxon.name);
+    write(taxon.abundance);
+    write(taxon.include);
 }
 
 void RecordCopy::addTaxa(const CensusBlock& census) {
@@ -161,16 +127,15 @@ std::optional<std::vector<CopiedCensus>> readCopiedRecords(std::string_view byte
     if (bytes.size() > longestCopy) return std::nullopt;
     CopyReader reader(bytes);
     if (reader.take(heading.size()) != heading) return std::nullopt;
-    std::vector<SharedText> names;
     std::vector<CopiedCensus> censuses;
     while (reader.isGood()) {
         const std::string_view item = reader.take(1);
-        if (item == "N") {
-            names.push_back(reader.text());
-        } else if (item == "C") {
-            censuses.push_back({readCensus(reader, names), {}});
+        if (item == "C") {
+            auto& [name, latitude, longitude, notes, time] = censuses.emplace_back().attributes;
+            reader.read(name, latitude, longitude, notes, time);
         } else if (item == "T" && !censuses.empty()) {
-            censuses.back().taxa.push_back(readTaxon(reader, names));
+            auto& [name, abundance, include] = censuses.back().taxa.emplace_back();
+            reader.read(name, abundance, include);
         } else {
             const bool ends = item == "E" && reader.isAtEnd();
             return ends ? std::optional(std::move(censuses)) : std::nullopt;

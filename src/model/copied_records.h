@@ -24,11 +24,11 @@ struct CopiedCensus {
 // Larger than any table, and small enough not to block the window for long.
 inline constexpr std::size_t longestCopy = std::size_t{64} * 1024 * 1024;  // bytes
 
-// Writes a copy. Names must exist until it is done: each is written once.
+// Writes a copy. Texts must exist until it is done: each is written once.
 class RecordCopy {
   public:
     RecordCopy();
-    void addCensus(const CensusAttributes& attributes);
+    void addCensus(const CensusAttributes& census);
     // Of the census added last; there must be one.
     void addTaxon(const TaxonValues& taxon);
     void addTaxa(const CensusBlock& census);
@@ -37,12 +37,14 @@ class RecordCopy {
 
   private:
     [[nodiscard]] bool isTooLong() const { return bytes_.size() > longestCopy; }
-    void append(std::uint64_t number, int bytes);
-    void append(const SharedText& text);
-    std::uint32_t numberOf(const SharedText& name);
+    template <class Number>
+    void write(const Number& number);
+    template <class T>
+    void write(const std::optional<T>& value);
+    void write(const SharedText& text);
 
     std::string bytes_;
-    std::unordered_map<const std::string*, std::uint32_t> names_;
+    std::unordered_map<const std::string*, std::uint32_t> texts_;  // and their numbers
 };
 
 // In the order in which they were added. Absent if the bytes are no complete copy.

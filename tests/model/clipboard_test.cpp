@@ -72,10 +72,11 @@ TEST(CopiedRecords, AreTakenWholeOrNotAtAll) {
 }
 
 TEST(CopiedRecords, ThereIsALimit) {
-    const SharedText notes(std::string(longestCopy / 2, 'n'));
+    const std::string half(longestCopy / 2, 'n');
+    const SharedText notes[] = {half, half};
     for (const int censuses : {1, 2}) {
         RecordCopy copy;
-        for (int i = 0; i < censuses; ++i) copy.addCensus({{}, 0, 0, notes, {}});
+        for (int i = 0; i < censuses; ++i) copy.addCensus({{}, 0, 0, notes[i], {}});
         EXPECT_EQ(copy.take().has_value(), censuses == 1);
     }
 }
