@@ -92,83 +92,52 @@ std::string plainCoordinate(std::string_view text) {
     return plain;
 }
 
-// Removes the letter of the hemisphere from either end; 1 or -1, or 0 if there is none.
-int takeHemisphere(std::string_view& text, char positive, char negativeLetter) {
-    const auto signOf = [&](char c) {
-        const char upper = static_cast<char>(c & ~0x20);
-        return upper == positive ? 1 : upper == negativeLetter ? -1 : 0;
-    };
-    if (text.empty()) return 0;
-    if (const int sign = signOf(text.back())) {
-        text.remove_suffix(1);
-        return sign;
-    }
-    if (const int sign = signOf(text.front())) {
-        text.remove_prefix(1);
-        return sign;
-    }
-    return 0;
-}
-
-// The next number and its unit; fraction: it has a decimal point.
-struct Part {
-    double value = 0;
-    bool fraction = false;
-};
-std::optional<Part> takePart(std::string_view& text, char unit) {
-    std::size_t length = 0;
-    Part part;
-    while (length < text.size() && (isDigit(text[length]) || text[length] == '.')) {
-        part.fraction |= text[length++] == '.';
-    }
-    const std::optional<double> value = parseWholeDouble(text.substr(0, length));
-    if (!value) return std::nullopt;
-    part.value = *value;
-    text.remove_prefix(length);
-    text = withoutOuterSpace(text);
-    if (!text.empty() && text.front() == unit) text.remove_prefix(1);
-    text = withoutOuterSpace(text);
-    return part;
-}
-
-// Degrees, with or without minutes and seconds.
-std::optional<double> sexagesimal(std::string_view text) {
-    const std::optional<Part> degrees = takePart(text, degreeSign);
-    if (!degrees) return std::nullopt;
-    double value = degrees->value;
-    bool fraction = degrees->fraction;
-    double unit = 60;
-    for (const char sign : {minuteSign, secondSign}) {
-        if (text.empty()) return value;
-        const std::optional<Part> part = takePart(text, sign);
-        if (!part || fraction || part->value >= 60) return std::nullopt;
-        value += part->value / unit;
-        unit *= 60;
-        fraction = part->fraction;
-    }
-    return text.empty() ? std::optional(value) : std::nullopt;
-}
-
-std::optional<double> coordinate(std::string_view typed, double limit, char positive,
-                                 char negativeLetter) {
-    const std::string plain = plainCoordinate(typed);
-    std::string_view text = withoutOuterSpace(plain);
-    const int hemisphere = takeHemisphere(text, positive, negativeLetter);
-    text = withoutOuterSpace(text);
-    const bool minus = text.starts_with('-');
-    if (minus && hemisphere != 0) return std::nullopt;
-    if (minus || text.starts_with('+')) text.remove_prefix(1);
-    const std::optional<double> value = sexagesimal(text);
-    if (!value || *value > limit) return std::nullopt;
-    return minus || hemisphere < 0 ? -*value : *value;
-}
-
 using Match = std::match_results<std::string_view::const_iterator>;
+
+// The text of a group; empty if it is absent.
+std::string_view textOf(const Match& match, std::size_t group) {
+    if (!match[group].matched) return {};
+    return {match[group].first, match[group].second};
+}
 
 // Of a group of digits; 0 if it is absent.
 std::int64_t numberIn(const Match& match, std::size_t group) {
-    if (!match[group].matched) return 0;
-    return parseWholeInteger({match[group].first, match[group].second}).value_or(0);
+    return parseWholeInteger(textOf(match, group)).value_or(0);
+}
+
+// Degrees, with or without minutes and seconds, of which the last may have decimals. letters: of
+// the positive and of the negative hemisphere; one stands before or after, instead of a minus sign.
+std::optional<double> coordinate(std::string_view typed, double limit, std::string_view letters) {
+    static const std::string number = "([0-9.]+)(?![0-9.])\\s*";
+    static const std::regex form("([a-z]?)\\s*([-+]?)" + number + degreeSign + "?\\s*(?:" + number +
+                                     minuteSign + "?\\s*(?:" + number + secondSign +
+                                     "?\\s*)?)?([a-z]?)",
+                                 std::regex::icase);
+    constexpr std::size_t longest = 1000;  // a regex takes stack for each character
+    const std::string plain = plainCoordinate(typed);
+    const std::string_view text = withoutOuterSpace(plain);
+    Match match;
+    if (text.size() > longest || !std::regex_match(text.begin(), text.end(), match, form)) {
+        return std::nullopt;
+    }
+    bool isNegative = match.str(2) == "-";
+    if (const std::string letter = match.str(1) + match.str(6); !letter.empty()) {
+        const bool isSecond = static_cast<char>(letter[0] & ~0x20) == letters[1];
+        const bool isFirst = static_cast<char>(letter[0] & ~0x20) == letters[0];
+        if (letter.size() > 1 || isNegative || !(isFirst || isSecond)) return std::nullopt;
+        isNegative = isSecond;
+    }
+    double degrees = 0;
+    double unit = 1;
+    for (std::size_t group = 3; group <= 5 && match[group].matched; ++group, unit *= 60) {
+        const std::optional<double> part = parseWholeDouble(textOf(match, group));
+        const bool isLast = group == 5 || !match[group + 1].matched;
+        const bool isFraction = textOf(match, group).find('.') != std::string_view::npos;
+        if (!part || (unit > 1 && *part >= 60) || (isFraction && !isLast)) return std::nullopt;
+        degrees += *part / unit;
+    }
+    if (degrees > limit) return std::nullopt;
+    return isNegative ? -degrees : degrees;
 }
 
 }  // namespace
@@ -212,12 +181,12 @@ Typed<std::int64_t> parseTypedAbundance(std::string_view text) {
 }
 
 Typed<double> parseTypedLatitude(std::string_view text) {
-    if (const auto value = coordinate(text, 90, 'N', 'S')) return *value;
+    if (const auto value = coordinate(text, 90, "NS")) return *value;
     return notLatitude;
 }
 
 Typed<double> parseTypedLongitude(std::string_view text) {
-    if (const auto value = coordinate(text, 180, 'E', 'W')) return *value;
+    if (const auto value = coordinate(text, 180, "EW")) return *value;
     return notLongitude;
 }
 
@@ -255,17 +224,14 @@ std::string typedTimeText(TimeStamp time) {
     std::tm local{};
     if (localtime_r(&since, &local) == nullptr) return {};
     std::array<char, 64> text{};
-    int length = std::snprintf(text.data(), text.size(), "%04lld-%02d-%02d %02d:%02d",
-                               local.tm_year + 1900LL, local.tm_mon + 1, local.tm_mday,
-                               local.tm_hour, local.tm_min);
+    const int length =
+        std::snprintf(text.data(), text.size(), "%04lld-%02d-%02d %02d:%02d:%02d.%06lld",
+                      local.tm_year + 1900LL, local.tm_mon + 1, local.tm_mday, local.tm_hour,
+                      local.tm_min, local.tm_sec, static_cast<long long>(fraction));
     std::string shown(text.data(), static_cast<std::size_t>(length));
-    if (local.tm_sec == 0 && fraction == 0) return shown;
-    length = std::snprintf(text.data(), text.size(), ":%02d.%06lld", local.tm_sec,
-                           static_cast<long long>(fraction));
-    shown.append(text.data(), static_cast<std::size_t>(length));
-    shown.erase(shown.find_last_not_of('0') + 1);
-    if (fraction == 0) shown.resize(shown.find('.'));
-    return shown;
+    if (local.tm_sec == 0 && fraction == 0) return shown.substr(0, shown.rfind(':'));
+    if (fraction == 0) return shown.substr(0, shown.find('.'));
+    return shown.substr(0, shown.find_last_not_of('0') + 1);
 }
 
 Typed<std::int64_t> parseTypedSampleSize(std::string_view text) {
