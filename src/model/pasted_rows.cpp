@@ -25,72 +25,52 @@ struct Row {
     std::vector<std::string> cells;
 };
 
-// Reads one cell after another.
-class Cells {
-  public:
-    explicit Cells(std::string_view text) : rest_(text) {}
+constexpr std::string_view cellEnds = "\t\r\n";
 
-    [[nodiscard]] bool atEnd() const { return rest_.empty(); }
-
-    std::vector<std::string> nextRow() {
-        std::vector<std::string> cells;
-        do {
-            cells.push_back(nextCell());
-        } while (takeTab());
-        takeLineEnd();
-        return cells;
+// Takes a quoted cell from the front of the text. None if not the whole cell is quoted: a name may
+// begin with a quote.
+std::optional<std::string> takeQuotedCell(std::string_view& text) {
+    if (!text.starts_with('"')) return std::nullopt;
+    std::string cell;
+    std::size_t at = 1;
+    for (;;) {
+        const std::size_t quote = text.find('"', at);
+        if (quote == std::string_view::npos) return std::nullopt;
+        cell += text.substr(at, quote - at);
+        at = quote + 1;
+        if (at == text.size() || cellEnds.find(text[at]) != std::string_view::npos) break;
+        if (text[at] != '"') return std::nullopt;
+        cell += text[at++];
     }
+    text.remove_prefix(at);
+    return cell;
+}
 
-  private:
-    std::string nextCell() {
-        if (std::optional<std::string> quoted = quotedCell()) return std::move(*quoted);
-        const std::size_t end = std::min(rest_.find_first_of("\t\r\n"), rest_.size());
-        std::string cell(rest_.substr(0, end));
-        rest_.remove_prefix(end);
-        return cell;
+std::string takeCell(std::string_view& text) {
+    if (std::optional<std::string> quoted = takeQuotedCell(text)) return std::move(*quoted);
+    const std::size_t end = std::min(text.find_first_of(cellEnds), text.size());
+    std::string cell(text.substr(0, end));
+    text.remove_prefix(end);
+    return cell;
+}
+
+// Takes a row with its line break.
+std::vector<std::string> takeRow(std::string_view& text) {
+    std::vector<std::string> cells{takeCell(text)};
+    while (text.starts_with('\t')) {
+        text.remove_prefix(1);
+        cells.push_back(takeCell(text));
     }
-
-    // Only if the whole cell is quoted: a name may begin with a quote.
-    std::optional<std::string> quotedCell() {
-        if (!rest_.starts_with('"')) return std::nullopt;
-        std::string cell;
-        for (std::size_t i = 1; i < rest_.size(); ++i) {
-            if (rest_[i] != '"') {
-                cell += rest_[i];
-            } else if (i + 1 < rest_.size() && rest_[i + 1] == '"') {
-                cell += rest_[i++];
-            } else {
-                const bool ends =
-                    i + 1 == rest_.size() ||
-                    std::string_view("\t\r\n").find(rest_[i + 1]) != std::string_view::npos;
-                if (!ends) return std::nullopt;
-                rest_.remove_prefix(i + 1);
-                return cell;
-            }
-        }
-        return std::nullopt;
-    }
-
-    bool takeTab() {
-        if (!rest_.starts_with('\t')) return false;
-        rest_.remove_prefix(1);
-        return true;
-    }
-
-    void takeLineEnd() {
-        if (rest_.starts_with("\r\n")) rest_.remove_prefix(1);
-        if (!rest_.empty()) rest_.remove_prefix(1);
-    }
-
-    std::string_view rest_;
-};
+    const std::size_t lineBreak = text.starts_with("\r\n") ? 2 : 1;
+    text.remove_prefix(std::min(lineBreak, text.size()));
+    return cells;
+}
 
 // The rows that are not empty, without empty cells at their right ends. most: of those looked at.
 std::vector<Row> filledRows(std::string_view text, std::size_t most = SIZE_MAX) {
     std::vector<Row> rows;
-    Cells cells(text);
-    for (std::size_t number = 1; number <= most && !cells.atEnd(); ++number) {
-        Row row{number, cells.nextRow()};
+    for (std::size_t number = 1; number <= most && !text.empty(); ++number) {
+        Row row{number, takeRow(text)};
         while (!row.cells.empty() && withoutOuterSpace(row.cells.back()).empty()) {
             row.cells.pop_back();
         }
@@ -99,26 +79,43 @@ std::vector<Row> filledRows(std::string_view text, std::size_t most = SIZE_MAX) 
     return rows;
 }
 
-std::optional<PasteProblem> problemOf(std::string_view text, const std::vector<Row>& rows) {
-    if (firstInvalidUtf8(text)) return PasteProblem{0, 0, notText};
-    if (rows.empty()) return PasteProblem{0, 0, nothing};
-    return std::nullopt;
+template <class T>
+using PastedRow = Result<T, PasteProblem>;
+
+PastedRow<std::string> nameOf(const Row& row, const char* ifMissing) {
+    std::optional<std::string> name = typedName(row.cells[0]);
+    if (!name) return PasteProblem{row.number, 1, ifMissing};
+    return std::move(*name);
 }
 
-Result<TaxonValues, PasteProblem> taxonOf(const Row& row) {
+PastedRow<TaxonValues> taxonOf(const Row& row) {
     if (row.cells.size() > 2) return PasteProblem{row.number, 3, tooManyColumns};
-    TaxonValues taxon;
-    const std::string name = typedName(row.cells[0]).value_or("");
-    if (name.empty()) return PasteProblem{row.number, 1, noName};
-    if (row.cells.size() == 1 && parseTypedAbundance(name)) {
+    const PastedRow<std::string> name = nameOf(row, noName);
+    if (!name) return name.problem();
+    TaxonValues taxon{SharedText(name.value())};
+    if (row.cells.size() == 1) {
+        if (!parseTypedAbundance(name.value())) return taxon;
         return PasteProblem{row.number, 1, numberForName};
     }
-    taxon.name = name;
-    if (row.cells.size() == 1) return taxon;
     const Typed<std::int64_t> abundance = parseTypedAbundance(row.cells[1]);
     if (!abundance) return PasteProblem{row.number, 2, abundance.problem()};
     taxon.abundance = abundance.value();
     return taxon;
+}
+
+template <class T>
+Pasted<T> pastedRows(std::string_view text, PastedRow<T> (*read)(const Row& row)) {
+    const std::vector<Row> rows = filledRows(text);
+    if (firstInvalidUtf8(text)) return PasteProblem{0, 0, notText};
+    if (rows.empty()) return PasteProblem{0, 0, nothing};
+    std::vector<T> records;
+    records.reserve(rows.size());
+    for (const Row& row : rows) {
+        PastedRow<T> record = read(row);
+        if (!record) return record.problem();
+        records.push_back(std::move(record).value());
+    }
+    return records;
 }
 
 }  // namespace
@@ -133,28 +130,11 @@ std::size_t pastedColumns(std::string_view text) {
 }
 
 Pasted<TaxonValues> pastedTaxa(std::string_view text) {
-    const std::vector<Row> rows = filledRows(text);
-    if (const auto problem = problemOf(text, rows)) return *problem;
-    std::vector<TaxonValues> taxa;
-    taxa.reserve(rows.size());
-    for (const Row& row : rows) {
-        Result<TaxonValues, PasteProblem> taxon = taxonOf(row);
-        if (!taxon) return taxon.problem();
-        taxa.push_back(std::move(taxon).value());
-    }
-    return taxa;
+    return pastedRows(text, taxonOf);
 }
 
 Pasted<std::string> pastedCensusNames(std::string_view text) {
-    const std::vector<Row> rows = filledRows(text);
-    if (const auto problem = problemOf(text, rows)) return *problem;
-    std::vector<std::string> names;
-    names.reserve(rows.size());
-    for (const Row& row : rows) {
-        names.push_back(typedName(row.cells[0]).value_or(""));
-        if (names.back().empty()) return PasteProblem{row.number, 1, noCensusName};
-    }
-    return names;
+    return pastedRows<std::string>(text, [](const Row& row) { return nameOf(row, noCensusName); });
 }
 
 }  // namespace zorvel
