@@ -78,8 +78,8 @@ double importInto(Window& window, FileKind kind, std::string text) {
             },
             [done = std::move(done)](bool) { done(); });
     };
-    importDriver(kind).import(std::move(text), window.document,
-                              {startJob, {}, [&](const ImportReport&) { ended = true; }});
+    importDriver(kind)(std::move(text), window.document,
+                       {startJob, {}, [&](const ImportReport&) { ended = true; }});
     for (int idle = 0; idle < 3;) {
         const double begun = mainThreadMilliseconds();
         QCoreApplication::processEvents();

@@ -126,8 +126,8 @@ void importInto(Document& document, ProjectWindows& windows, FileKind kind, Open
         tellOfImport(document, name, report);
         ended(report.outcome == ImportReport::Outcome::cancelled);
     };
-    importDriver(kind).import(std::move(text.text), document.project(),
-                              importServices(document, windows, end));
+    importDriver(kind)(std::move(text.text), document.project(),
+                       importServices(document, windows, end));
 }
 
 namespace {

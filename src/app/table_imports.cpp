@@ -32,19 +32,18 @@ using FoundRows = std::shared_ptr<TableRows>;
 
 // Reads the table in a job.
 CensusReader readerOf(const Source& source, const TableReading& reading, const FoundRows& found) {
-    return [=](const std::stop_token& stop, NamePool* names) -> ReadCensuses {
+    return [=](const std::stop_token& stop, NamePool* names) -> ParsedCensuses {
         const auto rows = source->rows(reading.form, stop);
         TableRecords records = readTable(*rows, reading, stop, names);
-        ReadCensuses result;
+        ParsedCensuses result;
         if (stop.stop_requested()) return result;
         if (const auto problem = rows->problem()) {
-            result.parsed.advice = problem->message;
+            result.advice = problem->message;
         } else if (records.problems.count > 0) {
             *found = rowsOfProblems(*source->rows(reading.form, stop), records.problems);
-            result.parsed.advice = remarkText(records.problems.kept.front());
+            result.advice = remarkText(records.problems.kept.front());
         } else {
-            result.parsed.value = std::move(records.censuses);
-            result.excluded = std::move(records.excluded);
+            result.value = std::move(records.censuses);
         }
         return result;
     };

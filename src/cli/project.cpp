@@ -101,8 +101,8 @@ bool readTable(InputFile input, const TableOptions& options, Project& project) {
     project.tableNotices = noticeTexts(table->records.notices, reading);
     project.tableNotices.insert(project.tableNotices.begin(), understoodText(reading));
     if (!table->sheetNotice.empty()) project.tableNotices.push_back(table->sheetNotice);
-    project.document->objectContext().adopt(recordsOfTable(
-        std::move(table->records.censuses), std::move(table->records.excluded), names));
+    project.document->objectContext().adopt(
+        recordsOf(std::move(table->records.censuses), names, BlankTexts::absent));
     return true;
 }
 

@@ -1,6 +1,6 @@
 // The parsers of every import format: pure functions from UTF-8 text to records. A text holds no
 // byte-order mark. On any problem there is no record at all, one or two console lines, and a place.
-// Time is linear in the text. Memory is that of the records (24 bytes per taxon, 120 per census,
+// Time is linear in the text. Memory is that of the records (24 bytes per taxon, 144 per census,
 // and each text once), up to three times that while a list of them grows, and for a matrix its
 // header. The worst text (one letter per line) takes less than 200 bytes per byte; a message quotes
 // a cell once. The stop is checked before each record; a stopped parser returns neither records nor
@@ -35,6 +35,8 @@ struct MockCensus {
     std::string notes;
     std::vector<MockTaxon> taxa;  // in the order of the file
     std::optional<TimeStamp> timeStamp;
+    // The places of the taxa that the metrics do not include, ascending.
+    std::vector<std::size_t> excluded = {};
 
     friend bool operator==(const MockCensus&, const MockCensus&) = default;
 };

@@ -1,7 +1,6 @@
 #include "model/import.h"
 
 #include <algorithm>
-#include <iterator>
 #include <optional>
 #include <utility>
 
@@ -52,13 +51,6 @@ bool holdsAbundance(const ParsedCensuses& parsed) {
                                         [](const auto& census) { return !census.taxa.empty(); }));
 }
 
-struct ImportTexts {
-    const char* name;
-    const char* progressText;
-    const char* stepName;
-    BlankTexts blanks = BlankTexts::kept;
-};
-
 // Censuses and taxa together.
 std::size_t recordCount(const std::vector<MockCensus>& censuses) {
     std::size_t records = censuses.size();
@@ -70,9 +62,9 @@ std::size_t recordCount(const std::vector<MockCensus>& censuses) {
 // in turn, except for the stop.
 class Import : public std::enable_shared_from_this<Import> {
   public:
-    Import(const ImportTexts& texts, CensusReader read, DiversityDocument& document, MainView& view,
-           ImportServices services)
-        : texts_(texts),
+    Import(const ImportDriver& driver, CensusReader read, DiversityDocument& document,
+           MainView& view, ImportServices services)
+        : driver_(driver),
           read_(std::move(read)),
           context_(document.objectContext()),
           names_(context_.names()),
@@ -81,7 +73,7 @@ class Import : public std::enable_shared_from_this<Import> {
 
     void start() {
         progress_ = view_.startImportProgress(
-            texts_.progressText, [stop = services_.stop]() mutable { stop.request_stop(); });
+            driver_.progressText, [stop = services_.stop]() mutable { stop.request_stop(); });
         services_.startJob([self = shared_from_this()] { self->parse(); },
                            [self = shared_from_this()] { self->parsed(); });
     }
@@ -92,12 +84,11 @@ class Import : public std::enable_shared_from_this<Import> {
     // In the background.
     void parse() {
         const CensusReader read = std::exchange(read_, nullptr);
-        auto [parsed, excluded] = read(services_.stop.get_token(), names_.get());
+        ParsedCensuses parsed = read(services_.stop.get_token(), names_.get());
         report_.leftOut = parsed.leftOut;
         report_.place = parsed.place;
         if (!parsed.value) report_.reason = reasonOf(parsed);
         censuses_ = std::move(parsed.value);
-        excluded_ = std::move(excluded);
     }
 
     void parsed() {
@@ -111,11 +102,11 @@ class Import : public std::enable_shared_from_this<Import> {
     // In the background. Each census is released as its record is made, and all records if
     // cancelled: to destroy many millions of them would block the main thread.
     void makeRecords() {
-        excluded_.resize(censuses_->size());
-        for (std::size_t i = 0; i < censuses_->size(); ++i) {
+        for (MockCensus& census : *censuses_) {
             if (services_.stop.stop_requested()) break;
-            report_.taxa += (*censuses_)[i].taxa.size();
-            storeCensus(*batch_, std::exchange((*censuses_)[i], {}), excluded_[i], texts_.blanks);
+            report_.taxa += census.taxa.size();
+            storeCensus(*batch_, std::exchange(census, {}),
+                        driver_.kind ? BlankTexts::kept : BlankTexts::absent);
         }
         censuses_.reset();
         if (services_.stop.stop_requested()) batch_.reset();
@@ -125,7 +116,7 @@ class Import : public std::enable_shared_from_this<Import> {
         if (services_.stop.stop_requested()) return finish(Outcome::cancelled);
         report_.censuses = batch_->censusCount();
         {
-            const UndoStep step(context_, texts_.stepName);
+            const UndoStep step(context_, driver_.stepName);
             context_.insertCensuses(*batch_);
         }
         finish(Outcome::stored);
@@ -137,7 +128,7 @@ class Import : public std::enable_shared_from_this<Import> {
         if (services_.done) services_.done(report_);
     }
 
-    ImportTexts texts_;
+    ImportDriver driver_;
     CensusReader read_;
     ObjectContext& context_;
     std::shared_ptr<NamePool> names_;
@@ -145,33 +136,21 @@ class Import : public std::enable_shared_from_this<Import> {
     ImportServices services_;
     MainView::ProgressId progress_ = 0;
     std::optional<std::vector<MockCensus>> censuses_;
-    std::vector<std::vector<std::size_t>> excluded_;
     std::shared_ptr<CensusBatch> batch_;
     ImportReport report_;
 };
 
-void startImport(const ImportTexts& texts, CensusReader read, DiversityDocument& document,
+void startImport(const ImportDriver& driver, CensusReader read, DiversityDocument& document,
                  ImportServices services) {
     if (MainView* view = document.documentMainViewController()) {
-        std::make_shared<Import>(texts, std::move(read), document, *view, std::move(services))
+        std::make_shared<Import>(driver, std::move(read), document, *view, std::move(services))
             ->start();
         return;
     }
-    writeConsoleLine(std::string("WARNING: could not obtain window/view for ") + texts.name);
+    writeConsoleLine(std::string("WARNING: could not obtain window/view for ") + driver.name);
     ImportReport report;
     report.outcome = ImportReport::Outcome::noWindow;
     if (services.done) services.done(report);
-}
-
-void startImport(FileKind kind, std::string text, DiversityDocument& document,
-                 ImportServices services) {
-    const ImportDriver& driver = importDriver(kind);
-    auto read = [kind, text = std::move(text)](const std::stop_token& stop,
-                                               NamePool* names) -> ReadCensuses {
-        return {parseAndTell(kind, text, stop, names), {}};
-    };
-    startImport({driver.name, driver.progressText, driver.stepName}, std::move(read), document,
-                std::move(services));
 }
 
 }  // namespace
@@ -209,8 +188,7 @@ const char* whyNoTaxa(const LeftOut& leftOut) {
                : "there are no abundances, or no commas in front of them";
 }
 
-bool storeCensus(CensusBatch& batch, MockCensus census, const std::vector<std::size_t>& excluded,
-                 BlankTexts blanks) {
+bool storeCensus(CensusBatch& batch, MockCensus census, BlankTexts blanks) {
     const auto stored = [blanks](auto text) -> std::optional<SharedText> {
         SharedText shared(std::move(text));
         if (blanks == BlankTexts::absent && shared.view().empty()) return std::nullopt;
@@ -224,25 +202,16 @@ bool storeCensus(CensusBatch& batch, MockCensus census, const std::vector<std::s
     attributes.timeStamp = census.timeStamp;
     return batch.add(attributes, census.taxa.size(), [&](std::size_t i) {
         MockTaxon& taxon = census.taxa[i];
+        const auto& excluded = census.excluded;
         const bool include = !std::binary_search(excluded.begin(), excluded.end(), i);
         return TaxonValues{stored(std::move(taxon.name)), taxon.abundance, include};
     });
 }
 
-ProjectRecords recordsOf(std::vector<MockCensus> censuses, std::shared_ptr<NamePool> names) {
+ProjectRecords recordsOf(std::vector<MockCensus> censuses, std::shared_ptr<NamePool> names,
+                         BlankTexts blanks) {
     CensusBatch batch(1, 1 + recordCount(censuses));
-    for (MockCensus& census : censuses) storeCensus(batch, std::exchange(census, {}));
-    return {batch.take(), std::move(names)};
-}
-
-ProjectRecords recordsOfTable(std::vector<MockCensus> censuses,
-                              std::vector<std::vector<std::size_t>> excluded,
-                              std::shared_ptr<NamePool> names) {
-    CensusBatch batch(1, 1 + recordCount(censuses));
-    excluded.resize(censuses.size());
-    for (std::size_t i = 0; i < censuses.size(); ++i) {
-        storeCensus(batch, std::exchange(censuses[i], {}), excluded[i], BlankTexts::absent);
-    }
+    for (MockCensus& census : censuses) storeCensus(batch, std::exchange(census, {}), blanks);
     return {batch.take(), std::move(names)};
 }
 
@@ -256,40 +225,37 @@ ParsedCensuses parseAndTell(FileKind kind, std::string_view text, const std::sto
     return parsed;
 }
 
+const ImportDriver importAbundanceList = {FileKind::list, "importAbundanceList",
+                                          "importing abundance list...", "Import Abundance List",
+                                          "WARNING: Abundance list could not be obtained"};
+const ImportDriver importOneCensus = {FileKind::census, "importOneCensus", "importing census...",
+                                      "Import Census", "WARNING: Census could not be obtained"};
+const ImportDriver importCensusMatrix = {
+    FileKind::matrix, "importCensusMatrix", "importing census matrix...", "Import Census Matrix",
+    "WARNING: Censuses could not be obtained from census matrix"};
+const ImportDriver importIOSFile = {FileKind::ios, "importIOSFile",
+                                    "importing Zorvel for iOS file...", "Import Phone-App File",
+                                    "WARNING: Censuses could not be obtained from iOS file"};
+
 const ImportDriver& importDriver(FileKind kind) {
-    static constexpr ImportDriver drivers[] = {
-        {FileKind::list, importAbundanceList, "importAbundanceList", "importing abundance list...",
-         "WARNING: Abundance list could not be obtained", "Import Abundance List"},
-        {FileKind::census, importOneCensus, "importOneCensus", "importing census...",
-         "WARNING: Census could not be obtained", "Import Census"},
-        {FileKind::matrix, importCensusMatrix, "importCensusMatrix", "importing census matrix...",
-         "WARNING: Censuses could not be obtained from census matrix", "Import Census Matrix"},
-        {FileKind::ios, importIOSFile, "importIOSFile", "importing Zorvel for iOS file...",
-         "WARNING: Censuses could not be obtained from iOS file", "Import Phone-App File"},
+    // In the order of the enumeration.
+    static constexpr const ImportDriver* drivers[] = {&importAbundanceList, &importOneCensus,
+                                                      &importCensusMatrix, &importIOSFile};
+    return *drivers[static_cast<std::size_t>(kind)];
+}
+
+void ImportDriver::operator()(std::string text, DiversityDocument& document,
+                              ImportServices services) const {
+    auto read = [kind = *kind, text = std::move(text)](const std::stop_token& stop,
+                                                       NamePool* names) {
+        return parseAndTell(kind, text, stop, names);
     };
-    return *std::find_if(std::begin(drivers), std::end(drivers),
-                         [kind](const ImportDriver& driver) { return driver.kind == kind; });
-}
-
-void importAbundanceList(std::string text, DiversityDocument& document, ImportServices services) {
-    startImport(FileKind::list, std::move(text), document, std::move(services));
-}
-
-void importOneCensus(std::string text, DiversityDocument& document, ImportServices services) {
-    startImport(FileKind::census, std::move(text), document, std::move(services));
-}
-
-void importCensusMatrix(std::string text, DiversityDocument& document, ImportServices services) {
-    startImport(FileKind::matrix, std::move(text), document, std::move(services));
-}
-
-void importIOSFile(std::string text, DiversityDocument& document, ImportServices services) {
-    startImport(FileKind::ios, std::move(text), document, std::move(services));
+    startImport(*this, std::move(read), document, std::move(services));
 }
 
 void importTable(CensusReader read, DiversityDocument& document, ImportServices services) {
-    startImport({"importTable", "importing table...", "Import Table", BlankTexts::absent},
-                std::move(read), document, std::move(services));
+    static const ImportDriver driver = {{}, "importTable", "importing table...", "Import Table"};
+    startImport(driver, std::move(read), document, std::move(services));
 }
 
 }  // namespace zorvel

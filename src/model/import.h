@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <stop_token>
 #include <string>
 #include <string_view>
@@ -37,19 +38,13 @@ enum class BlankTexts {
 };
 
 // Adds the records of one census with all its taxa; the names of the taxa should be those of the
-// context's pool. excluded: the places of the taxa that the metrics do not include, ascending.
-// False if the batch has no room for them. Any thread.
-bool storeCensus(CensusBatch& batch, MockCensus census,
-                 const std::vector<std::size_t>& excluded = {},
-                 BlankTexts blanks = BlankTexts::kept);
+// context's pool. False if the batch has no room for them. Any thread.
+bool storeCensus(CensusBatch& batch, MockCensus census, BlankTexts blanks = BlankTexts::kept);
 
 // The records of a new project, ready to be adopted. names: the pool that the censuses were parsed
 // with. Each census is released as its record is made. Any thread.
-ProjectRecords recordsOf(std::vector<MockCensus> censuses, std::shared_ptr<NamePool> names);
-// The same of a table. excluded: of each census, or of none.
-ProjectRecords recordsOfTable(std::vector<MockCensus> censuses,
-                              std::vector<std::vector<std::size_t>> excluded,
-                              std::shared_ptr<NamePool> names);
+ProjectRecords recordsOf(std::vector<MockCensus> censuses, std::shared_ptr<NamePool> names,
+                         BlankTexts blanks = BlankTexts::kept);
 
 struct ImportReport {
     enum class Outcome {
@@ -75,38 +70,31 @@ struct ImportServices {
     std::function<void(const ImportReport& report)> done;
 };
 
-// The imports. The text, which is not empty, is parsed in the background, while the project's
-// window shows progress and offers to cancel. All records are then inserted as one step of undo, or
-// none. Several imports may run at once. The console gets the lines of the parser and, if the text
-// was refused, that of the driver. Main thread.
-void importAbundanceList(std::string text, DiversityDocument& document, ImportServices services);
-void importOneCensus(std::string text, DiversityDocument& document, ImportServices services);
-void importCensusMatrix(std::string text, DiversityDocument& document, ImportServices services);
-void importIOSFile(std::string text, DiversityDocument& document, ImportServices services);
+// An import of one kind of file, and its texts. The text of the file, which is not empty, is parsed
+// in the background, while the project's window shows progress and offers to cancel. All records
+// are then inserted as one step of undo, or none. Several imports may run at once. The console gets
+// the lines of the parser and, if the text was refused, the failureLine. Main thread.
+struct ImportDriver {
+    std::optional<FileKind> kind;  // absent: a table
+    const char* name;
+    const char* progressText;
+    const char* stepName;
+    const char* failureLine = nullptr;  // null for tables, which write nothing to the console
 
-// What a table gave: its censuses, or none with the reason, and of each census the places of the
-// taxa that the metrics do not include.
-struct ReadCensuses {
-    ParsedCensuses parsed;
-    std::vector<std::vector<std::size_t>> excluded;
+    void operator()(std::string text, DiversityDocument& document, ImportServices services) const;
 };
+extern const ImportDriver importAbundanceList;
+extern const ImportDriver importOneCensus;
+extern const ImportDriver importCensusMatrix;
+extern const ImportDriver importIOSFile;
+const ImportDriver& importDriver(FileKind kind);
 
 // Any thread. names: the pool of the project.
-using CensusReader = std::function<ReadCensuses(const std::stop_token& stop, NamePool* names)>;
+using CensusReader = std::function<ParsedCensuses(const std::stop_token& stop, NamePool* names)>;
 
 // The import of a table, which is read by the function, in the background, instead of a parser of
 // text.
 void importTable(CensusReader read, DiversityDocument& document, ImportServices services);
-
-struct ImportDriver {
-    FileKind kind;
-    void (*import)(std::string text, DiversityDocument& document, ImportServices services);
-    const char* name;
-    const char* progressText;
-    const char* failureLine;  // on the console, after the parser's lines
-    const char* stepName;
-};
-const ImportDriver& importDriver(FileKind kind);
 
 // parseFile(), which also writes the console lines of an import of that kind.
 ParsedCensuses parseAndTell(FileKind kind, std::string_view text, const std::stop_token& stop,

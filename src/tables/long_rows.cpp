@@ -118,8 +118,8 @@ class LongRows final : public RowReader {
             rules_.problem(placeOf(row, columns_.included), mark,
                            shownInQuotes(mark) + " is neither yes nor no.");
         } else if (!*included && added) {
-            records_.excluded.resize(gathered_.censuses.size());
-            records_.excluded[census].push_back(gathered_.censuses[census].taxa.size() - 1);
+            MockCensus& its = gathered_.censuses[census];
+            its.excluded.push_back(its.taxa.size() - 1);
         }
     }
 

@@ -51,9 +51,6 @@ struct TableNotices {
 
 struct TableRecords {
     std::vector<MockCensus> censuses;  // in the order of the table
-    // Names of taxa that the metrics exclude, per census: indices into its taxa. Empty without a
-    // column of include marks.
-    std::vector<std::vector<std::size_t>> excluded;
     TableRemarks problems;
     TableNotices notices;
     std::size_t lastRow = 0;  // that was read

@@ -156,7 +156,6 @@ bool RowReader::addTaxon(std::size_t census, std::size_t species, std::int64_t v
 void RowReader::finish() {
     const bool any = reading_.missing == MissingRule::leaveOut;
     cells_.resize(gathered_.censuses.size());
-    std::vector<std::vector<std::size_t>> excluded;
     for (std::size_t i = 0; i < cells_.size(); ++i) {
         MockCensus& census = gathered_.censuses[i];
         if (cells_[i].hasMissing && (any || !cells_[i].hasValues)) {
@@ -165,14 +164,8 @@ void RowReader::finish() {
             records_.notices.emptyCensuses += census.taxa.empty();
             census.taxa.shrink_to_fit();
             records_.censuses.push_back(std::move(census));
-            if (i < records_.excluded.size()) {
-                excluded.resize(records_.censuses.size());
-                excluded.back() = std::move(records_.excluded[i]);
-            }
         }
     }
-    records_.excluded = std::move(excluded);
-    if (!records_.excluded.empty()) records_.excluded.resize(records_.censuses.size());
 }
 
 }  // namespace zorvel

@@ -77,7 +77,7 @@ TEST_F(ImportTest, DriversStoreTheWholeFileAsOneStep) {
          "importing Zorvel for iOS file... North; 4 Import Phone-App File"},
     };
     for (const auto& test : cases) {
-        importDriver(test.kind).import(test.text, document, services());
+        importDriver(test.kind)(test.text, document, services());
         ASSERT_EQ(view.running.size(), 1U);
         std::string outcome = view.running.begin()->second.first + ' ';
         EXPECT_EQ(context().censusCount(), 0U);
@@ -123,7 +123,7 @@ TEST_F(ImportTest, DriversRefuseAFileAsAWhole) {
     };
     for (const auto& test : cases) {
         console.clear();
-        importDriver(test.kind).import(test.text, document, services());
+        importDriver(test.kind)(test.text, document, services());
         finishAll();
         EXPECT_THAT(console, ElementsAre(testing::EndsWith(test.reason), test.lastLine));
         EXPECT_THAT(view.running, IsEmpty());
@@ -136,7 +136,7 @@ TEST_F(ImportTest, DriversRefuseAFileAsAWhole) {
 
 TEST_F(ImportTest, WithoutAWindowNothingIsParsed) {
     document.forgetMainView();
-    for (const auto driver :
+    for (const ImportDriver& driver :
          {importAbundanceList, importOneCensus, importCensusMatrix, importIOSFile}) {
         driver("4", document, services());
     }
@@ -211,7 +211,8 @@ TEST_F(ImportTest, EveryFieldIsStored) {
     EXPECT_EQ(empty.name(), SharedText("")) << "an empty text stays one";
     EXPECT_FALSE(empty.timeStamp());
     ObjectContext ofTable;
-    ofTable.adopt(recordsOfTable({mock, MockCensus{}}, {{1}}, nullptr));
+    mock.excluded = {1};
+    ofTable.adopt(recordsOf({mock, MockCensus{}}, nullptr, BlankTexts::absent));
     const Census tableCensus = ofTable.censuses()[0];
     EXPECT_EQ(tableCensus.name(), SharedText("North"));
     EXPECT_FALSE(tableCensus.taxa()[1].include());
