@@ -259,11 +259,9 @@ TEST(FoldedForSearch, IgnoresCaseAndAccents) {
         {"\xFF\xFE raw", "RAW", true},
     };
     for (const auto& row : rows) {
-        NameSearch search;
-        const SharedText name(row.name);
-        const std::string folded = foldedForSearch(row.typed);
-        EXPECT_EQ(search.contains(name, folded), row.found) << row.name << " / " << row.typed;
-        EXPECT_EQ(search.contains(name, folded), row.found) << "again " << row.name;
+        const bool found =
+            foldedForSearch(row.name).find(foldedForSearch(row.typed)) != std::string::npos;
+        EXPECT_EQ(found, row.found) << row.name << " / " << row.typed;
     }
 }
 

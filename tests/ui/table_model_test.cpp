@@ -221,6 +221,23 @@ TEST_F(SpeciesTableModelTest, RowsComeAndGoWithTheirRecords) {
     EXPECT_EQ(column(model, 1), (Texts{"abies", "Acer", "Betula", "Quercus", "unnamed"}));
 }
 
+TEST_F(SpeciesTableModelTest, NeighboursThatComeBackGoToTheirPlaces) {
+    const auto deleteAndUndo = [this] {
+        context.deleteTaxa({census().taxa()[1], census().taxa()[2]});  // abies, Betula
+        context.announceChanges();
+        context.undo();
+        context.announceChanges();
+    };
+    model.sort(2);
+    deleteAndUndo();
+    EXPECT_EQ(column(model, 1), (Texts{"Betula", "Quercus", "Acer", "unnamed", "abies"}));
+    model.sort(-1);
+    model.setFilter("acer");
+    deleteAndUndo();
+    model.setFilter("");
+    EXPECT_EQ(column(model, 1), (Texts{"Quercus", "abies", "Betula", "Acer", "unnamed"}));
+}
+
 // Every way in which rows can change, against a new model of the same records.
 TEST(TableModels, FollowRandomChangesAsANewModelShowsThem) {
     ObjectContext context;

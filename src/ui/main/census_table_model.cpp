@@ -1,6 +1,5 @@
 #include "ui/main/census_table_model.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "model/edits.h"
@@ -21,13 +20,19 @@ void CensusTableModel::setContext(ObjectContext& context) {
     beginResetModel();
     context_ = &context;
     records_.clear();
-    sharedNames_.clear();
+    Records ids;
     for (const BlockPointer& block : context.blocks()) {
-        records_.push_back({block, std::nullopt});
-        sharedNames_.add(block->attributes.name);
+        records_[block->id] = {block, std::nullopt};
+        ids.push_back(block->id);
     }
-    arrange();
+    countNames();
+    arrange(std::move(ids));
     endResetModel();
+}
+
+void CensusTableModel::countNames() {
+    sharedNames_ = {};
+    for (const auto& [id, row] : records_) sharedNames_.add(row.block->attributes.name);
 }
 
 std::int64_t CensusTableModel::richnessOf(const Row& row) {
@@ -41,47 +46,25 @@ std::int64_t CensusTableModel::richnessOf(const Row& row) {
 
 void CensusTableModel::recordsDidChange(const ChangeSet& changes) {
     RecordsChange told;
-    const std::size_t shared = sharedNames_.recordCount();
-    countNames(changes);
-    if (sharedNames_.recordCount() != shared) tellColumn(nameColumn, Qt::DecorationRole);
-    for (const CensusChange& each : changes) note(each.census, !each.deleted(), told);
-    if (!told.removed.empty() || !told.inserted.empty()) {
-        std::vector<Row> after = changedRecords(changes);
-        return change(told, [&] { records_ = std::move(after); });
-    }
     for (const CensusChange& each : changes) {
-        const std::size_t place = placeOf(each.census);
-        if (isAt(place, each.census)) records_[place] = {each.after, std::nullopt};
-    }
-    tellUpdated(told.updated);
-}
-
-void CensusTableModel::countNames(const ChangeSet& changes) {
-    for (const CensusChange& change : changes) {
-        const std::size_t place = placeOf(change.census);
-        const bool shown = isAt(place, change.census);
-        if (shown) sharedNames_.remove(records_[place].block->attributes.name);
-        if (change.after && (shown || change.inserted())) {
-            sharedNames_.add(change.after->attributes.name);
+        if (records_.contains(each.census)) {
+            (each.after ? told.updated : told.removed).push_back(each.census);
+        } else if (each.after) {
+            told.inserted.push_back(each.census);
         }
     }
-}
-
-// Both lists ascend by identity, so one walk merges them.
-std::vector<CensusTableModel::Row> CensusTableModel::changedRecords(
-    const ChangeSet& changes) const {
-    std::vector<Row> after;
-    after.reserve(records_.size() + changes.size());
-    std::size_t old = 0;
-    for (const CensusChange& change : changes) {
-        while (old < records_.size() && idOf(old) < change.census) {
-            after.push_back(records_[old++]);
+    const std::size_t shared = sharedNames_.recordCount();
+    change(told, [&] {
+        for (const CensusChange& each : changes) {
+            if (each.after) {
+                records_[each.census] = {each.after, std::nullopt};
+            } else {
+                records_.erase(each.census);
+            }
         }
-        if (isAt(old, change.census)) ++old;
-        if (!change.deleted()) after.push_back({change.after, std::nullopt});
-    }
-    after.insert(after.end(), records_.begin() + static_cast<std::ptrdiff_t>(old), records_.end());
-    return after;
+        countNames();
+    });
+    if (sharedNames_.recordCount() != shared) tellColumn(nameColumn, Qt::DecorationRole);
 }
 
 std::optional<Census> CensusTableModel::censusAt(int row) const {
@@ -90,7 +73,7 @@ std::optional<Census> CensusTableModel::censusAt(int row) const {
 
 QVariant CensusTableModel::data(const QModelIndex& index, int role) const {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
-    const Row& row = records_[recordAt(index.row())];
+    const Row& row = records_.at(idAt(index.row()));
     if (index.column() == speciesColumn) {
         if (role == Qt::TextAlignmentRole) return alignment(true);
         return role == Qt::DisplayRole ? QVariant(static_cast<qlonglong>(richnessOf(row)))
@@ -130,14 +113,10 @@ QMimeData* CensusTableModel::mimeData(const QModelIndexList& rows) const {
     return mimeDataOf(copy, copiedCensusesType).release();
 }
 
-OrderedTableModel::SortKeys CensusTableModel::sortKeys(int column, const Records& records) const {
-    if (column == speciesColumn) {
-        return keysOf(records,
-                      [this](std::uint32_t record) { return richnessOf(records_[record]); });
-    }
-    return keysOf(records, [this](std::uint32_t record) {
-        return naturalKey(shownName(records_[record].block->attributes.name).toStdString());
-    });
+OrderedTableModel::SortKey CensusTableModel::sortKey(int column, RecordId record) const {
+    const Row& row = records_.at(record);
+    if (column == speciesColumn) return richnessOf(row);
+    return naturalKey(shownName(row.block->attributes.name).toStdString());
 }
 
 }  // namespace zorvel

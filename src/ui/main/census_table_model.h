@@ -2,8 +2,8 @@
 // told of; a typed name is an edit of the model. Main thread.
 #pragma once
 
+#include <map>
 #include <optional>
-#include <vector>
 
 #include "model/diversity_document.h"
 #include "ui/main/ordered_table_model.h"
@@ -36,11 +36,7 @@ class CensusTableModel : public OrderedTableModel {
     [[nodiscard]] QMimeData* mimeData(const QModelIndexList& rows) const override;
 
   protected:
-    [[nodiscard]] std::size_t recordCount() const override { return records_.size(); }
-    [[nodiscard]] RecordId idOf(std::size_t record) const override {
-        return records_[record].block->id;
-    }
-    [[nodiscard]] SortKeys sortKeys(int column, const Records& records) const override;
+    [[nodiscard]] SortKey sortKey(int column, RecordId record) const override;
 
   private:
     struct Row {
@@ -51,15 +47,14 @@ class CensusTableModel : public OrderedTableModel {
     };
 
     [[nodiscard]] const CensusBlock& blockAt(int row) const {
-        return *records_[recordAt(row)].block;
+        return *records_.at(idAt(row)).block;
     }
     [[nodiscard]] static std::int64_t richnessOf(const Row& row);
-    [[nodiscard]] std::vector<Row> changedRecords(const ChangeSet& changes) const;
-    void countNames(const ChangeSet& changes);
+    void countNames();
 
     ObjectContext* context_ = nullptr;
-    std::vector<Row> records_;  // ascending by identity
-    SharedNames sharedNames_;   // of records_
+    std::map<RecordId, Row> records_;
+    SharedNames sharedNames_;  // of records_
 };
 
 }  // namespace zorvel

@@ -101,18 +101,6 @@ std::string foldedForSearch(std::string_view text) {
     return fold;
 }
 
-bool NameSearch::contains(const SharedText& name, std::string_view folded) {
-    const std::string& text = name.str();
-    if (isAscii(text)) {
-        return std::search(text.begin(), text.end(), folded.begin(), folded.end(),
-                           [](char a, char b) { return lowered(a) == b; }) != text.end() ||
-               folded.empty();
-    }
-    const auto [form, added] = forms_.try_emplace(&text);
-    if (added) form->second = {name, foldedForSearch(text)};
-    return form->second.folded.find(folded) != std::string::npos;
-}
-
 // A run of digits becomes the digit 0, its length without leading zeros, and those digits: longer
 // is larger, equal lengths compare digit by digit, and the run keeps its place among other
 // characters.

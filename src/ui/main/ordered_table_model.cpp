@@ -1,8 +1,8 @@
 #include "ui/main/ordered_table_model.h"
 
 #include <algorithm>
-#include <iterator>
-#include <numeric>
+#include <compare>
+#include <unordered_map>
 
 namespace zorvel {
 
@@ -22,10 +22,6 @@ std::vector<std::pair<int, int>> rangesOf(const std::vector<int>& rows) {
         }
     }
     return ranges;
-}
-
-bool holds(const std::vector<std::uint32_t>& ascending, std::uint32_t record) {
-    return std::binary_search(ascending.begin(), ascending.end(), record);
 }
 
 }  // namespace
@@ -52,33 +48,6 @@ QVariant OrderedTableModel::alignment(bool isNumber) {
     return QVariant::fromValue((isNumber ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
 }
 
-std::size_t OrderedTableModel::recordAt(int row) const {
-    return order_[static_cast<std::size_t>(row)];
-}
-
-std::size_t OrderedTableModel::placeOf(RecordId id) const {
-    std::size_t low = 0;
-    for (std::size_t high = recordCount(); low < high;) {
-        const std::size_t middle = low + (high - low) / 2;
-        if (idOf(middle) < id) {
-            low = middle + 1;
-        } else {
-            high = middle;
-        }
-    }
-    return low;
-}
-
-void OrderedTableModel::note(RecordId id, bool stays, RecordsChange& change) const {
-    const std::size_t old = placeOf(id);
-    const bool isThere = isAt(old, id);
-    const auto place =
-        static_cast<std::uint32_t>(old + change.inserted.size() - change.removed.size());
-    if (isThere && !stays) change.removed.push_back(static_cast<std::uint32_t>(old));
-    if (isThere && stays) change.updated.push_back(place);
-    if (!isThere && stays) change.inserted.push_back(place);
-}
-
 std::vector<RecordId> OrderedTableModel::idsAt(const std::vector<int>& rows) const {
     std::vector<RecordId> ids;
     ids.reserve(rows.size());
@@ -93,18 +62,11 @@ int OrderedTableModel::rowOf(RecordId id) const {
 }
 
 std::vector<int> OrderedTableModel::rowsOf(const std::vector<RecordId>& ascending) const {
-    Records places;
-    for (const RecordId id : ascending) {
-        const std::size_t place = placeOf(id);
-        if (isAt(place, id)) places.push_back(static_cast<std::uint32_t>(place));
-    }
-    return rowsOfPlaces(places);
-}
-
-std::vector<int> OrderedTableModel::rowsOfPlaces(const Records& places) const {
     std::vector<int> rows;
-    for (std::size_t row = 0; row < order_.size() && rows.size() < places.size(); ++row) {
-        if (holds(places, order_[row])) rows.push_back(static_cast<int>(row));
+    for (std::size_t row = 0; row < order_.size() && rows.size() < ascending.size(); ++row) {
+        if (std::binary_search(ascending.begin(), ascending.end(), order_[row])) {
+            rows.push_back(static_cast<int>(row));
+        }
     }
     return rows;
 }
@@ -114,91 +76,99 @@ void OrderedTableModel::sort(int column, Qt::SortOrder order) {
     sortOrder_ = order;
     emit layoutAboutToBeChanged({}, VerticalSortHint);
     const Records before = order_;
-    std::sort(order_.begin(), order_.end());
-    orderByKeys(order_);
-    if (narrowed_) {
-        std::sort(all_.begin(), all_.end());
-        orderByKeys(all_);
-    }
+    arrangeByKeys(order_);
+    if (all_) arrangeByKeys(*all_);
     movePersistentIndexes(before);
     emit layoutChanged({}, VerticalSortHint);
 }
 
-void OrderedTableModel::arrange() {
-    order_.resize(recordCount());
-    std::iota(order_.begin(), order_.end(), 0U);
-    orderByKeys(order_);
-    const bool narrowed = std::exchange(narrowed_, false);
-    all_.clear();
-    if (narrowed) narrow(true);
+void OrderedTableModel::arrange(Records records) {
+    order_ = std::move(records);
+    arrangeByKeys(order_);
+    const bool narrowed = all_.has_value();
+    all_.reset();
+    narrow(narrowed);
 }
 
 void OrderedTableModel::narrow(bool on) {
-    if (!narrowed_) all_ = std::move(order_);
-    narrowed_ = on;
-    order_.clear();
-    if (!on) {
-        order_ = std::move(all_);
-        all_.clear();
-        return;
-    }
-    std::copy_if(all_.begin(), all_.end(), std::back_inserter(order_),
-                 [this](std::uint32_t record) { return accepts(record); });
+    if (all_) order_ = std::move(*all_);
+    all_.reset();
+    if (!on) return;
+    all_ = order_;
+    std::erase_if(order_, [this](RecordId record) { return !accepts(record); });
 }
 
-void OrderedTableModel::orderByKeys(Records& records) const {
-    if (sortColumn_ < 0 || sortColumn_ >= columnCount()) return;
-    Records places(records.size());
-    std::iota(places.begin(), places.end(), 0U);
-    const auto sortBy = [&](const auto& keys) {
-        std::stable_sort(places.begin(), places.end(), [&](std::uint32_t a, std::uint32_t b) {
-            return sortOrder_ == Qt::AscendingOrder ? keys[a] < keys[b] : keys[b] < keys[a];
-        });
-    };
-    std::visit(sortBy, sortKeys(sortColumn_, records));
-    for (std::uint32_t& place : places) place = records[place];
-    records = std::move(places);
+// What the record is sorted by; unsorted, all records are equal.
+OrderedTableModel::Keyed OrderedTableModel::keyed(RecordId record) const {
+    return {isSorted() ? sortKey(sortColumn_, record) : SortKey(), record};
+}
+
+bool OrderedTableModel::isBefore(const Keyed& one, const Keyed& other) const {
+    const auto order = one.key <=> other.key;
+    if (std::is_eq(order)) return one.record < other.record;
+    return std::is_lt(order) == (sortOrder_ == Qt::AscendingOrder);
+}
+
+void OrderedTableModel::arrangeByKeys(Records& records) const {
+    std::vector<Keyed> order;
+    order.reserve(records.size());
+    for (const RecordId record : records) order.push_back(keyed(record));
+    std::sort(order.begin(), order.end(),
+              [this](const Keyed& one, const Keyed& other) { return isBefore(one, other); });
+    std::transform(order.begin(), order.end(), records.begin(),
+                   [](const Keyed& each) { return each.record; });
 }
 
 void OrderedTableModel::movePersistentIndexes(const Records& before) {
-    std::vector<int> rows(recordCount(), -1);
-    for (std::size_t row = 0; row < order_.size(); ++row) rows[order_[row]] = static_cast<int>(row);
+    std::unordered_map<RecordId, int> rows;
+    for (const RecordId record : order_) rows.emplace(record, static_cast<int>(rows.size()));
     const QModelIndexList old = persistentIndexList();
     QModelIndexList moved;
     moved.reserve(old.size());
     for (const QModelIndex& index : old) {
-        const std::uint32_t record = before[static_cast<std::size_t>(index.row())];
-        moved.append(createIndex(rows[record], index.column()));
+        const RecordId record = before[static_cast<std::size_t>(index.row())];
+        moved.append(createIndex(rows.at(record), index.column()));
     }
     changePersistentIndexList(old, moved);
 }
 
 void OrderedTableModel::change(const RecordsChange& change, const std::function<void()>& swap) {
-    const std::vector<Range> removed = rangesOf(rowsOfPlaces(change.removed));
+    const std::vector<Range> removed = rangesOf(rowsOf(change.removed));
+    const bool insertsMany = change.inserted.size() > rangesAtMost;
+    const auto isAmongInserted = [&](RecordId record) {
+        return record > change.inserted.front() && record < change.inserted.back();
+    };
+    if (all_) {
+        apply(change, *all_);
+        if (!isSorted()) std::sort(all_->begin(), all_->end());
+    }
     if (removed.size() > rangesAtMost ||
-        (change.inserted.size() > rangesAtMost &&
-         (sortColumn_ >= 0 || change.inserted.back() - change.inserted.front() >=
-                                  change.inserted.size() + rangesAtMost))) {
-        changeByReset(change, swap);
-        return;
+        (insertsMany &&
+         (isSorted() || static_cast<std::size_t>(std::count_if(order_.begin(), order_.end(),
+                                                               isAmongInserted)) > rangesAtMost))) {
+        return changeByReset(change, swap);
     }
     removeRanges(removed);
     swap();
-    renumber(change);
     insertRecords(change.inserted);
     tellUpdated(change.updated);
+}
+
+// Takes the removed records out, and puts the inserted ones at the end.
+void OrderedTableModel::apply(const RecordsChange& change, Records& records) {
+    std::erase_if(records, [&](RecordId record) {
+        return std::binary_search(change.removed.begin(), change.removed.end(), record);
+    });
+    records.insert(records.end(), change.inserted.begin(), change.inserted.end());
 }
 
 void OrderedTableModel::changeByReset(const RecordsChange& change,
                                       const std::function<void()>& swap) {
     emit rowsAboutToBeReplaced();
     beginResetModel();
-    std::erase_if(order_, [&](std::uint32_t record) { return holds(change.removed, record); });
     swap();
-    renumber(change);
-    order_.insert(order_.end(), change.inserted.begin(), change.inserted.end());
-    std::sort(order_.begin(), order_.end());
-    orderByKeys(order_);
+    apply(change, order_);
+    arrangeByKeys(order_);
     endResetModel();
     emit rowsReplaced();
 }
@@ -212,71 +182,31 @@ void OrderedTableModel::removeRanges(const std::vector<Range>& ranges) {
     }
 }
 
-void OrderedTableModel::renumber(const RecordsChange& change) {
-    if (change.removed.empty() && change.inserted.empty()) return;
-    renumber(order_, change);
-    if (!narrowed_) return;
-    std::erase_if(all_, [&](std::uint32_t record) { return holds(change.removed, record); });
-    renumber(all_, change);
-    all_.insert(all_.end(), change.inserted.begin(), change.inserted.end());
-}
-
-// Gives the records that stay their new places.
-void OrderedTableModel::renumber(Records& records, const RecordsChange& change) const {
-    const std::size_t before = recordCount() + change.removed.size() - change.inserted.size();
-    Records now(before);
-    auto removed = change.removed.begin();
-    auto inserted = change.inserted.begin();
-    std::uint32_t next = 0;
-    for (std::uint32_t record = 0; record < before; ++record) {
-        if (removed != change.removed.end() && *removed == record) {
-            ++removed;
-            continue;
-        }
-        while (inserted != change.inserted.end() && *inserted == next) {
-            ++inserted;
-            ++next;
-        }
-        now[record] = next++;
-    }
-    for (std::uint32_t& record : records) record = now[record];
-}
-
-// Neighbours that go to the same place are inserted together.
+// Records that go to the same place are inserted together, if the order of the project is theirs.
 void OrderedTableModel::insertRecords(const Records& inserted) {
-    for (std::size_t i = 0; i < inserted.size();) {
-        const std::size_t place = placeFor(inserted[i]);
-        std::size_t end = i + 1;
-        const bool together = sortColumn_ < 0 || place == order_.size();
-        while (together && end < inserted.size() && inserted[end] == inserted[end - 1] + 1) ++end;
-        const int row = static_cast<int>(place);
-        beginInsertRows({}, row, row + static_cast<int>(end - i) - 1);
-        order_.insert(order_.begin() + row, inserted.begin() + static_cast<std::ptrdiff_t>(i),
-                      inserted.begin() + static_cast<std::ptrdiff_t>(end));
+    const auto newest = std::max_element(order_.begin(), order_.end());
+    const auto atEnd = newest == order_.end()
+                           ? inserted.begin()
+                           : std::upper_bound(inserted.begin(), inserted.end(), *newest);
+    for (auto first = inserted.begin(); first != inserted.end();) {
+        auto place = order_.end();
+        auto end = inserted.end();
+        if (first < atEnd) {
+            place = std::upper_bound(
+                order_.begin(), order_.end(), keyed(*first),
+                [this](const Keyed& one, RecordId other) { return isBefore(one, keyed(other)); });
+            end = isSorted() ? first + 1 : std::lower_bound(first, atEnd, *place);
+        }
+        const int row = static_cast<int>(place - order_.begin());
+        beginInsertRows({}, row, row + static_cast<int>(end - first) - 1);
+        order_.insert(place, first, end);
         endInsertRows();
-        i = end;
+        first = end;
     }
-}
-
-std::size_t OrderedTableModel::placeFor(std::uint32_t record) const {
-    const bool last = std::all_of(order_.begin(), order_.end(),
-                                  [record](std::uint32_t each) { return each < record; });
-    if (last) return order_.size();
-    const bool sorted = sortColumn_ >= 0 && sortColumn_ < columnCount();
-    const SortKeys key = sorted ? sortKeys(sortColumn_, {record}) : SortKeys{};
-    const auto stands = [&](std::uint32_t a, std::uint32_t other) {
-        if (!sorted) return a < other;
-        const SortKeys otherKey = sortKeys(sortColumn_, {other});
-        if (key == otherKey) return a < other;
-        return sortOrder_ == Qt::AscendingOrder ? key < otherKey : otherKey < key;
-    };
-    const auto place = std::upper_bound(order_.begin(), order_.end(), record, stands);
-    return static_cast<std::size_t>(place - order_.begin());
 }
 
 void OrderedTableModel::tellUpdated(const Records& updated) {
-    if (updated.empty()) return;
-    const std::vector<int> rows = rowsOfPlaces(updated);
+    const std::vector<int> rows = rowsOf(updated);
     if (rows.empty()) return;
     std::vector<Range> ranges = rangesOf(rows);
     if (ranges.size() > rangesAtMost) ranges = {{rows.front(), rows.back()}};

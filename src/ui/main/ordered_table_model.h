@@ -1,18 +1,19 @@
 // A table over the records of a list, in the project's order, which is that of their identities. It
-// shows them in another order or in part without touching them. It sorts row numbers by keys made
-// once per sort, which stays fast with 100,000 rows. Changed records are told as changes of rows;
-// the rows are not sorted or filtered again until the user asks for it. Main thread.
+// shows them in another order or in part without touching them: its rows are identities, sorted by
+// keys made once per sort, which stays fast with 100,000 rows. Changed records are told as changes
+// of rows; the rows are not sorted or filtered again until the user asks for it. Main thread.
 #pragma once
 
 #include <QAbstractTableModel>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <utility>
 #include <variant>
 #include <vector>
 
-#include "store/object_context.h"
+#include "store/census_block.h"
 
 namespace zorvel {
 
@@ -38,7 +39,7 @@ class OrderedTableModel : public QAbstractTableModel {
     // Stable; equal records keep the project's order both ways. A column below 0 restores it.
     void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
 
-    [[nodiscard]] RecordId idAt(int row) const { return idOf(recordAt(row)); }
+    [[nodiscard]] RecordId idAt(int row) const { return order_[static_cast<std::size_t>(row)]; }
     // Ascending.
     [[nodiscard]] std::vector<RecordId> idsAt(const std::vector<int>& rows) const;
     // -1 if the record is not shown.
@@ -52,44 +53,24 @@ class OrderedTableModel : public QAbstractTableModel {
     void rowsReplaced();
 
   protected:
-    using SortKeys = std::variant<std::vector<std::int64_t>, std::vector<std::string>>;
-    using Records = std::vector<std::uint32_t>;  // places in the project's order, from 0
+    using Records = std::vector<RecordId>;
+    using SortKey = std::variant<std::int64_t, std::string>;
 
-    // Each ascending. Removed: places before the change; the others: places after it.
+    // Each ascending.
     struct RecordsChange {
         Records removed;
         Records inserted;
         Records updated;
     };
-    // Adds the record to the change, which is made later; to be called with ascending identities.
-    // stays: it exists after the change.
-    void note(RecordId id, bool stays, RecordsChange& change) const;
 
-    [[nodiscard]] virtual std::size_t recordCount() const = 0;
-    [[nodiscard]] virtual RecordId idOf(std::size_t record) const = 0;
-    // One key per record.
-    [[nodiscard]] virtual SortKeys sortKeys(int column, const Records& records) const = 0;
-    // What key() returns for each record.
-    template <class Key>
-    [[nodiscard]] static auto keysOf(const Records& records, Key key) {
-        std::vector<decltype(key(std::uint32_t{}))> keys;
-        keys.reserve(records.size());
-        for (const std::uint32_t record : records) keys.push_back(key(record));
-        return keys;
-    }
-    [[nodiscard]] virtual bool accepts(std::size_t /*record*/) const { return true; }
+    // The keys of a column are of one type.
+    [[nodiscard]] virtual SortKey sortKey(int column, RecordId record) const = 0;
+    [[nodiscard]] virtual bool accepts(RecordId /*record*/) const { return true; }
     // The value of Qt::TextAlignmentRole.
     [[nodiscard]] static QVariant alignment(bool isNumber);
 
-    [[nodiscard]] std::size_t recordAt(int row) const;
-    // The place of a record, or the place where it would be.
-    [[nodiscard]] std::size_t placeOf(RecordId id) const;
-    [[nodiscard]] bool isAt(std::size_t place, RecordId id) const {
-        return place < recordCount() && idOf(place) == id;
-    }
-
-    // Between beginResetModel and endResetModel, when the records have changed.
-    void arrange();
+    // Between beginResetModel and endResetModel: all records, ascending.
+    void arrange(Records records);
     // The same when accepts() has changed. on: whether it can refuse a record. The rows keep their
     // order.
     void narrow(bool on);
@@ -99,27 +80,30 @@ class OrderedTableModel : public QAbstractTableModel {
     // other where the sort order puts it.
     void change(const RecordsChange& change, const std::function<void()>& swap);
 
-    // Tells the views that these records, or one column, look different.
-    void tellUpdated(const Records& updated);
+    // Tells the views that one column looks different.
     void tellColumn(int column, int role);
 
   private:
     using Range = std::pair<int, int>;  // first and last row
+    struct Keyed {
+        SortKey key;
+        RecordId record = 0;
+    };
 
-    [[nodiscard]] std::vector<int> rowsOfPlaces(const Records& places) const;
-    void orderByKeys(Records& records) const;
-    void renumber(Records& records, const RecordsChange& change) const;
+    [[nodiscard]] bool isSorted() const { return sortColumn_ >= 0 && sortColumn_ < columnCount(); }
+    [[nodiscard]] Keyed keyed(RecordId record) const;
+    [[nodiscard]] bool isBefore(const Keyed& one, const Keyed& other) const;
+    void arrangeByKeys(Records& records) const;
     void movePersistentIndexes(const Records& before);
+    static void apply(const RecordsChange& change, Records& records);
     void changeByReset(const RecordsChange& change, const std::function<void()>& swap);
     void removeRanges(const std::vector<Range>& ranges);
-    void renumber(const RecordsChange& change);
     void insertRecords(const Records& inserted);
-    [[nodiscard]] std::size_t placeFor(std::uint32_t record) const;
+    void tellUpdated(const Records& updated);
 
     std::vector<Column> columns_;
-    Records order_;  // of the rows
-    Records all_;    // of all records, while narrowed
-    bool narrowed_ = false;
+    Records order_;               // of the rows
+    std::optional<Records> all_;  // the order of all records, while narrowed
     int sortColumn_ = -1;
     Qt::SortOrder sortOrder_ = Qt::AscendingOrder;
 };

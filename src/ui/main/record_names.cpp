@@ -66,40 +66,26 @@ QVariant nameData(const std::optional<SharedText>& name, int role, const char* s
 void SharedNames::add(const std::optional<SharedText>& name) {
     if (!name) return;
     const std::size_t count = ++counts_[*name];
-    if (count == 2) shared_.insert(*name);
+    if (count == 2) shared_.push_back(*name);
     if (count >= 2) records_ += count == 2 ? 2 : 1;
 }
 
-void SharedNames::remove(const std::optional<SharedText>& name) {
-    if (!name) return;
-    const auto found = counts_.find(*name);
-    if (found == counts_.end()) return;
-    const std::size_t count = --found->second;
-    if (count == 1) shared_.erase(*name);
-    if (count >= 1) records_ -= count == 1 ? 2 : 1;
-    if (count == 0) counts_.erase(found);
-}
-
-void SharedNames::clear() {
-    counts_.clear();
-    shared_.clear();
-    records_ = 0;
-}
-
 bool SharedNames::isShared(const std::optional<SharedText>& name) const {
-    return name && !shared_.empty() && shared_.count(*name) > 0;
+    if (!name) return false;
+    const auto found = counts_.find(*name);
+    return found != counts_.end() && found->second > 1;
 }
 
 QString sharedSpeciesLine(const SharedNames& names) {
-    if (names.nameCount() == 0) return {};
+    if (names.names().empty()) return {};
     const auto records = static_cast<qulonglong>(names.recordCount());
-    if (names.nameCount() > 1) {
+    if (names.names().size() > 1) {
         return QString(
                    "%L1 species share their name with another; the census matrix uses only the "
                    "last of each name.")
             .arg(records);
     }
-    const QString name = QString::fromStdString(names.oneName().str());
+    const QString name = QString::fromStdString(names.names().front().str());
     return QString("%L1 species share the name “%2”; the census matrix uses only the last of them.")
         .arg(records)
         .arg(shortened(oneLine(name), longestNameInSentence));

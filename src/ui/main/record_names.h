@@ -8,7 +8,7 @@
 #include <cstddef>
 #include <optional>
 #include <unordered_map>
-#include <unordered_set>
+#include <vector>
 
 #include "base/shared_text.h"
 #include "base/text.h"
@@ -39,26 +39,22 @@ inline constexpr char sharedCensusReason[] =
     "sample-based rarefaction made from it, they are merged into the row of the first, and the "
     "rows of the others stay empty.";
 
-// Counts the names of a list as records come and go, so that a change costs what has changed. Names
-// that are canonically equivalent count as one; records without a name share none.
+// The names that several records of a list have. Names that are canonically equivalent count as
+// one; records without a name share none.
 class SharedNames {
   public:
+    // Of a record of the list.
     void add(const std::optional<SharedText>& name);
-    // The name of a record that was added before.
-    void remove(const std::optional<SharedText>& name);
-    void clear();
-    void reserve(std::size_t records) { counts_.reserve(records); }
 
     [[nodiscard]] bool isShared(const std::optional<SharedText>& name) const;
-    // The records with shared names, and the distinct names they share.
+    // The records with shared names.
     [[nodiscard]] std::size_t recordCount() const { return records_; }
-    [[nodiscard]] std::size_t nameCount() const { return shared_.size(); }
-    // Any one of the shared names; there must be one.
-    [[nodiscard]] const SharedText& oneName() const { return *shared_.begin(); }
+    // One of each.
+    [[nodiscard]] const std::vector<SharedText>& names() const { return shared_; }
 
   private:
     std::unordered_map<SharedText, std::size_t, CanonicalHash, CanonicalEqual> counts_;
-    std::unordered_set<SharedText, CanonicalHash, CanonicalEqual> shared_;
+    std::vector<SharedText> shared_;
     std::size_t records_ = 0;
 };
 

@@ -15,27 +15,23 @@ void SpeciesTableModel::setContext(ObjectContext& context) {
     setCensus(nullptr);
 }
 
-void SpeciesTableModel::setCensus(std::shared_ptr<const CensusBlock> block) {
+void SpeciesTableModel::setCensus(BlockPointer block) {
     beginResetModel();
     takeBlock(std::move(block));
-    sharedNames_.clear();
-    sharedNames_.reserve(taxa_.size());
-    for (const TaxonRecord* taxon : taxa_) sharedNames_.add(taxon->values.name);
-    search_.clear();
-    arrange();
+    countNames();
+    Records ids;
+    if (block_) block_->forEachTaxon([&](const TaxonRecord& taxon) { ids.push_back(taxon.id); });
+    arrange(std::move(ids));
     endResetModel();
 }
 
-void SpeciesTableModel::takeBlock(std::shared_ptr<const CensusBlock> block) {
-    taxa_.clear();
+void SpeciesTableModel::takeBlock(BlockPointer block) {
+    block_ = std::move(block);
     largest_ = 0;
     excluded_ = 0;
     absent_ = 0;
-    block_ = std::move(block);
     if (!block_) return;
-    taxa_.reserve(block_->taxonCount());
     block_->forEachTaxon([this](const TaxonRecord& taxon) {
-        taxa_.push_back(&taxon);
         largest_ = std::max(largest_, taxon.values.abundance);
         if (!taxon.values.include) {
             ++excluded_;
@@ -45,17 +41,30 @@ void SpeciesTableModel::takeBlock(std::shared_ptr<const CensusBlock> block) {
     });
 }
 
-void SpeciesTableModel::blockDidChange(std::shared_ptr<const CensusBlock> after) {
+void SpeciesTableModel::countNames() {
+    sharedNames_ = {};
+    if (!block_) return;
+    block_->forEachTaxon([this](const TaxonRecord& taxon) { sharedNames_.add(taxon.values.name); });
+}
+
+void SpeciesTableModel::blockDidChange(BlockPointer after) {
     RecordsChange told;
+    bool namesChange = false;
+    forEachTaxonChange(
+        block_.get(), after.get(), [&](const TaxonRecord* before, const TaxonRecord* now) {
+            if (!before) {
+                told.inserted.push_back(now->id);
+            } else {
+                (now ? told.updated : told.removed).push_back(before->id);
+            }
+            namesChange = namesChange || !before || !now || before->values.name != now->values.name;
+        });
     const std::int64_t largest = largest_;
     const std::size_t shared = sharedNames_.recordCount();
-    forEachTaxonChange(block_.get(), after.get(),
-                       [&](const TaxonRecord* before, const TaxonRecord* now) {
-                           note((now ? now : before)->id, now != nullptr, told);
-                           if (before) sharedNames_.remove(before->values.name);
-                           if (now) sharedNames_.add(now->values.name);
-                       });
-    change(told, [&] { takeBlock(std::move(after)); });
+    change(told, [&] {
+        takeBlock(std::move(after));
+        if (namesChange) countNames();
+    });
     if (largest_ != largest) tellColumn(abundanceColumn, shareRole);
     if (sharedNames_.recordCount() != shared) tellColumn(nameColumn, Qt::DecorationRole);
 }
@@ -106,7 +115,7 @@ QVariant SpeciesTableModel::speciesNameData(const TaxonValues& taxon, int role) 
     if (role == dimmedRole && !taxon.include) return true;
     const bool isShared = sharedNames_.isShared(taxon.name);
     return nameData(taxon.name, role, isShared ? sharedSpeciesReason : nullptr,
-                    2 * sharedNames_.recordCount() <= taxa_.size());
+                    2 * sharedNames_.recordCount() <= taxonCount());
 }
 
 QVariant SpeciesTableModel::abundanceData(const TaxonValues& taxon, int role) const {
@@ -166,24 +175,18 @@ QMimeData* SpeciesTableModel::mimeData(const QModelIndexList& rows) const {
     return mimeDataOf(copy, copiedSpeciesType).release();
 }
 
-OrderedTableModel::SortKeys SpeciesTableModel::sortKeys(int column, const Records& records) const {
+OrderedTableModel::SortKey SpeciesTableModel::sortKey(int column, RecordId record) const {
+    const TaxonValues& taxon = valuesOf(record);
     if (column == nameColumn) {
-        return keysOf(records, [this](std::uint32_t record) {
-            const std::optional<SharedText>& name = taxa_[record]->values.name;
-            return naturalKey(name ? name->view() : std::string_view(unnamedName));
-        });
+        return naturalKey(taxon.name ? taxon.name->view() : unnamedName);
     }
-    return keysOf(records, [this, column](std::uint32_t record) {
-        const TaxonValues& taxon = taxa_[record]->values;
-        return column == abundanceColumn ? taxon.abundance : std::int64_t{taxon.include};
-    });
+    return column == abundanceColumn ? taxon.abundance : std::int64_t{taxon.include};
 }
 
-bool SpeciesTableModel::accepts(std::size_t record) const {
-    if (filter_.empty()) return true;
-    static const SharedText unnamed(unnamedName);
-    const std::optional<SharedText>& name = taxa_[record]->values.name;
-    return search_.contains(name ? *name : unnamed, filter_);
+bool SpeciesTableModel::accepts(RecordId record) const {
+    const std::optional<SharedText>& name = valuesOf(record).name;
+    const std::string folded = foldedForSearch(name ? name->view() : unnamedName);
+    return folded.find(filter_) != std::string::npos;
 }
 
 }  // namespace zorvel

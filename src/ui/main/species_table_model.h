@@ -4,13 +4,11 @@
 #pragma once
 
 #include <QString>
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
 #include "model/diversity_document.h"
-#include "ui/main/name_matching.h"
 #include "ui/main/ordered_table_model.h"
 #include "ui/main/record_names.h"
 
@@ -32,16 +30,16 @@ class SpeciesTableModel : public OrderedTableModel {
     // Whose taxa are edited; must outlive the model or the next call. No census is shown then.
     void setContext(ObjectContext& context);
     // Without a block there are no rows.
-    void setCensus(std::shared_ptr<const CensusBlock> block);
+    void setCensus(BlockPointer block);
     // The new block of the same census, not null.
-    void blockDidChange(std::shared_ptr<const CensusBlock> after);
+    void blockDidChange(BlockPointer after);
     // Shows the names that contain the text, ignoring case and accents; an empty text shows all.
     void setFilter(const QString& text);
 
     // The taxa in these rows, in the project's order, without those that were deleted since.
     [[nodiscard]] std::vector<Zorvel> taxaAt(const std::vector<int>& rows) const;
     // Shown or not.
-    [[nodiscard]] std::size_t taxonCount() const { return taxa_.size(); }
+    [[nodiscard]] std::size_t taxonCount() const { return block_ ? block_->taxonCount() : 0; }
     // The taxa left out, and those included without a specimen; the others are the richness.
     [[nodiscard]] int excludedCount() const { return excluded_; }
     [[nodiscard]] int absentCount() const { return absent_; }
@@ -59,31 +57,29 @@ class SpeciesTableModel : public OrderedTableModel {
     [[nodiscard]] QMimeData* mimeData(const QModelIndexList& rows) const override;
 
   protected:
-    [[nodiscard]] std::size_t recordCount() const override { return taxa_.size(); }
-    [[nodiscard]] RecordId idOf(std::size_t record) const override { return taxa_[record]->id; }
-    [[nodiscard]] SortKeys sortKeys(int column, const Records& records) const override;
-    [[nodiscard]] bool accepts(std::size_t record) const override;
+    [[nodiscard]] SortKey sortKey(int column, RecordId record) const override;
+    [[nodiscard]] bool accepts(RecordId record) const override;
 
   private:
-    [[nodiscard]] const TaxonValues& valuesAt(int row) const {
-        return taxa_[recordAt(row)]->values;
+    [[nodiscard]] const TaxonValues& valuesOf(RecordId taxon) const {
+        return findRecord(block_->chunks, taxon)->values;
     }
+    [[nodiscard]] const TaxonValues& valuesAt(int row) const { return valuesOf(idAt(row)); }
     [[nodiscard]] QVariant includeData(const TaxonValues& taxon, int role) const;
     [[nodiscard]] QVariant speciesNameData(const TaxonValues& taxon, int role) const;
     [[nodiscard]] QVariant abundanceData(const TaxonValues& taxon, int role) const;
     // Everything that follows from the block except the shared names.
-    void takeBlock(std::shared_ptr<const CensusBlock> block);
+    void takeBlock(BlockPointer block);
+    void countNames();
     bool edit(const Zorvel& taxon, int column, const QVariant& value, int role);
 
     ObjectContext* context_ = nullptr;
-    std::shared_ptr<const CensusBlock> block_;
-    std::vector<const TaxonRecord*> taxa_;  // within block_, ascending by identity
+    BlockPointer block_;
     std::int64_t largest_ = 0;
     int excluded_ = 0;
     int absent_ = 0;
-    SharedNames sharedNames_;  // of taxa_
-    std::string filter_;       // folded
-    mutable NameSearch search_;
+    SharedNames sharedNames_;
+    std::string filter_;  // folded
 };
 
 }  // namespace zorvel
