@@ -20,27 +20,19 @@ namespace zorvel {
 
 namespace {
 
-QString worded(const QString& reason) {
-    return QString("Nothing was pasted: %1").arg(reason);
-}
-
 QString worded(const PasteProblem& problem) {
     const QString reason = problem.reason;
-    if (problem.row == 0) return worded(reason);
-    return QString("Nothing was pasted: row %1, column %2: %3")
-        .arg(problem.row)
-        .arg(problem.column)
-        .arg(reason);
+    if (problem.row == 0) return reason;
+    return QString("row %1, column %2: %3").arg(problem.row).arg(problem.column).arg(reason);
 }
 
 // Why it cannot be read as text at all; empty if it can.
 QString unreadable(const QString& text) {
     if (text.size() > static_cast<qsizetype>(longestCopy)) {
-        return worded("The clipboard holds too much text; import it as a file instead.");
+        return "The clipboard holds too much text; import it as a file instead.";
     }
     // Half a surrogate pair has no UTF-8.
-    if (!text.isValidUtf16()) return worded("What was copied is not text.");
-    return {};
+    return text.isValidUtf16() ? QString() : "What was copied is not text.";
 }
 
 bool hasOwnRecords(const QMimeData& data) {
@@ -93,46 +85,46 @@ PasteOutcome outcomeOf(const std::vector<Record>& records) {
     return ids;
 }
 
-// The copied rows, or the sentence that says why they cannot be pasted.
+// The copied rows, or why they cannot be pasted.
 template <class T>
 using Copied = Result<std::vector<T>, QString>;
 
-Copied<CopiedCensus> wholeRecords(const QMimeData& data, const char* type) {
-    const QByteArray bytes = data.data(type);
+Copied<CopiedCensus> wholeRecords(const QByteArray& bytes) {
     auto records = readCopiedRecords({bytes.constData(), static_cast<std::size_t>(bytes.size())});
-    if (!records) return worded("What was copied is damaged; copy it again.");
+    if (!records) return QString("What was copied is damaged; copy it again.");
     return std::move(*records);
+}
+
+// The rows of a text, as parse reads them.
+template <class T>
+Copied<T> textRows(const QString& text, Pasted<T> (*parse)(std::string_view)) {
+    if (const QString problem = unreadable(text); !problem.isEmpty()) return problem;
+    Pasted<T> rows = parse(text.toStdString());
+    if (!rows) return worded(rows.problem());
+    return std::move(rows).value();
 }
 
 Copied<TaxonValues> copiedTaxa(const QMimeData& data) {
     if (data.hasFormat(copiedCensusesType)) {
-        return worded("The clipboard holds censuses; paste them into the table of censuses.");
+        return QString("The clipboard holds censuses; paste them into the table of censuses.");
     }
+    if (!data.hasFormat(copiedSpeciesType)) return textRows(data.text(), pastedTaxa);
+    Copied<CopiedCensus> records = wholeRecords(data.data(copiedSpeciesType));
+    if (!records) return records.problem();
     std::vector<TaxonValues> taxa;
-    if (data.hasFormat(copiedSpeciesType)) {
-        Copied<CopiedCensus> records = wholeRecords(data, copiedSpeciesType);
-        if (!records) return records.problem();
-        for (CopiedCensus& each : records.value()) {
-            std::move(each.taxa.begin(), each.taxa.end(), std::back_inserter(taxa));
-        }
-        return taxa;
+    for (CopiedCensus& each : records.value()) {
+        std::move(each.taxa.begin(), each.taxa.end(), std::back_inserter(taxa));
     }
-    const QString text = data.text();
-    if (const QString problem = unreadable(text); !problem.isEmpty()) return problem;
-    Pasted<TaxonValues> pasted = pastedTaxa(text.toStdString());
-    if (!pasted) return worded(pasted.problem());
-    return std::move(pasted).value();
+    return taxa;
 }
 
 Copied<CopiedCensus> copiedCensuses(const QMimeData& data) {
     if (data.hasFormat(copiedSpeciesType)) {
-        return worded("The clipboard holds species; paste them into the table of species.");
+        return QString("The clipboard holds species; paste them into the table of species.");
     }
-    if (data.hasFormat(copiedCensusesType)) return wholeRecords(data, copiedCensusesType);
-    const QString text = data.text();
-    if (const QString problem = unreadable(text); !problem.isEmpty()) return problem;
-    const Pasted<std::string> names = pastedCensusNames(text.toStdString());
-    if (!names) return worded(names.problem());
+    if (data.hasFormat(copiedCensusesType)) return wholeRecords(data.data(copiedCensusesType));
+    const Copied<std::string> names = textRows(data.text(), pastedCensusNames);
+    if (!names) return names.problem();
     std::vector<CopiedCensus> censuses(names.value().size());
     for (std::size_t i = 0; i < censuses.size(); ++i) {
         censuses[i].attributes.name = SharedText(names.value()[i]);
@@ -175,7 +167,7 @@ std::optional<QString> tableText(const QMimeData& data, std::size_t columns) {
 
 PasteOutcome pasteSpeciesRows(ObjectContext& context, const std::optional<Census>& census,
                               const QMimeData& data) {
-    if (!census) return worded("Select the census that the species belong to first.");
+    if (!census) return QString("Select the census that the species belong to first.");
     Copied<TaxonValues> taxa = copiedTaxa(data);
     if (!taxa) return taxa.problem();
     return outcomeOf(pasteTaxa(context, *census, std::move(taxa).value()));

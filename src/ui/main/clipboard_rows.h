@@ -32,7 +32,7 @@ bool mayBeTable(const QMimeData& data);
 // program come with it: it is a table, to be imported. Absent for a text too long to be pasted.
 std::optional<QString> tableText(const QMimeData& data, std::size_t columns);
 
-// The new records, ascending, or a sentence that says why there are none.
+// The new records, ascending, or the reason why there are none.
 using PasteOutcome = Result<std::vector<RecordId>, QString>;
 
 // At the end of the census: whole records, or names and abundances from a text.

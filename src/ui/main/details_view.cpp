@@ -4,8 +4,8 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QTextDocument>
-#include <utility>
-#include <vector>
+#include <algorithm>
+#include <type_traits>
 
 #include "base/numbers.h"
 #include "model/edits.h"
@@ -15,14 +15,6 @@
 #include "ui_details_view.h"
 
 namespace zorvel {
-
-struct DetailsView::Line {
-    QString name;
-    std::function<QString(const Census&)> shown;
-    // Stores the typed text in that context, or returns why it cannot be stored.
-    std::function<QString(ObjectContext&, const Census&, const std::string&)> store;
-    DetailsField* field = nullptr;
-};
 
 namespace {
 
@@ -43,14 +35,23 @@ DetailsView::DetailsView(QWidget* parent)
     : QWidget(parent), ui_(std::make_unique<Ui::DetailsView>()) {
     ui_->setupUi(this);
     ui_->notesLabel->setContentsMargins(0, 6, 0, 0);  // in line with the first line of the notes
-    addLine(ui_->latitudeTextField, ui_->latitudeProblem,
-            {"Latitude", latitudeText, storing(parseTypedLatitude, editLatitude)});
-    addLine(ui_->longitudeTextField, ui_->longitudeProblem,
-            {"Longitude", longitudeText, storing(parseTypedLongitude, editLongitude)});
-    addLine(ui_->dateTextField, ui_->dateProblem,
-            {"Date", dateText, storing(parseTypedTime, editTimeStamp)});
-    connect(ui_->notesTextView, &DetailsNotes::commitRequested, this, &DetailsView::commitNotes);
-    connect(ui_->notesTextView, &DetailsNotes::textChanged, this, &DetailsView::textTyped);
+    lines_ = {
+        {ui_->latitudeTextField, ui_->latitudeProblem, latitudeText,
+         storing(parseTypedLatitude, editLatitude)},
+        {ui_->longitudeTextField, ui_->longitudeProblem, longitudeText,
+         storing(parseTypedLongitude, editLongitude)},
+        {ui_->dateTextField, ui_->dateProblem, dateText, storing(parseTypedTime, editTimeStamp)}};
+    const auto follow = [this](auto* field) {
+        using Field = std::remove_pointer_t<decltype(field)>;
+        connect(field, &Field::commitRequested, this, &DetailsView::commit);
+        connect(field, &Field::commitRequested, this, &DetailsView::editingDidEnd);
+        connect(field, &Field::textChanged, this, &DetailsView::textTyped);
+    };
+    for (const Line& line : lines_) {
+        line.field->setProblemLabel(line.problem);
+        follow(line.field);
+    }
+    follow(ui_->notesTextView);
     for (QLabel* label : {ui_->latitudeLabel, ui_->longitudeLabel, ui_->dateLabel, ui_->notesLabel,
                           ui_->notesProblem}) {
         label->setForegroundRole(secondaryText);
@@ -60,15 +61,6 @@ DetailsView::DetailsView(QWidget* parent)
 
 DetailsView::~DetailsView() = default;
 
-void DetailsView::addLine(DetailsField* field, QLabel* problem, Line line) {
-    lines_.push_back(std::make_unique<Line>(std::move(line)));
-    Line& added = *lines_.back();
-    added.field = field;
-    field->setProblemLabel(problem);
-    connect(field, &DetailsField::commitRequested, this, [this, &added] { commitLine(added); });
-    connect(field, &DetailsField::textChanged, this, &DetailsView::textTyped);
-}
-
 std::optional<Census> DetailsView::census() const {
     return context_ && census_ ? context_->census(*census_) : std::nullopt;
 }
@@ -77,9 +69,9 @@ void DetailsView::showCensus(const std::optional<Census>& census) {
     const std::optional<RecordId> id = census ? std::optional(census->id()) : std::nullopt;
     if (id != census_) leaveCensus();
     census_ = id;
-    for (const auto& line : lines_) {
-        line->field->setEnabled(census.has_value());
-        line->field->showStored(census ? line->shown(*census) : QString());
+    for (const Line& line : lines_) {
+        line.field->setEnabled(census.has_value());
+        line.field->showStored(census ? line.shown(*census) : QString());
     }
     ui_->notesTextView->setEnabled(census.has_value());
     ui_->notesTextView->showStored(census ? census->notes() : std::nullopt);
@@ -91,12 +83,12 @@ void DetailsView::leaveCensus() {
     commit();
     const std::optional<Census> left = census();
     const QString gone = "The census was deleted.";
-    for (const auto& line : lines_) {
-        if (line->field->isTyped()) {
-            const QString reason = left ? line->field->problem() : gone;
-            emit textRefused(line->name, line->field->text(), reason);
+    for (const Line& line : lines_) {
+        if (line.field->isTyped()) {
+            const QString reason = left ? line.field->problem() : gone;
+            emit textRefused(line.field->accessibleName(), line.field->text(), reason);
         }
-        line->field->restore({});
+        line.field->restore({});
     }
     if (ui_->notesTextView->isTyped()) {
         emit textRefused("Notes", ui_->notesTextView->typedText(), gone);
@@ -105,31 +97,28 @@ void DetailsView::leaveCensus() {
 }
 
 bool DetailsView::commit() {
-    bool stored = true;
-    for (const auto& line : lines_) {
-        commitLine(*line);
-        stored = stored && !line->field->isTyped();
+    const std::optional<Census> shown = census();
+    if (shown) {
+        for (const Line& line : lines_) commitLine(line, *shown);
+        commitNotes(*shown);
     }
-    commitNotes();
-    return stored;
+    return std::none_of(lines_.begin(), lines_.end(),
+                        [](const Line& line) { return line.field->isTyped(); });
 }
 
-void DetailsView::commitLine(Line& line) {
-    const std::optional<Census> shown = census();
-    if (!shown) return;
-    if (!line.field->isTyped()) return line.field->showStored(line.shown(*shown));
-    const QString reason = line.store(*context_, *shown, line.field->text().toStdString());
+void DetailsView::commitLine(const Line& line, const Census& census) {
+    if (!line.field->isTyped()) return line.field->showStored(line.shown(census));
+    const QString reason = line.store(*context_, census, line.field->text().toStdString());
     if (!reason.isEmpty()) return line.field->tellProblem(reason);
-    line.field->restore(line.shown(*shown));
+    line.field->restore(line.shown(census));
     context_->announceChanges();
 }
 
-void DetailsView::commitNotes() {
-    const std::optional<Census> shown = census();
-    if (!shown || !ui_->notesTextView->isTyped()) return;
+void DetailsView::commitNotes(const Census& census) {
+    if (!ui_->notesTextView->isTyped()) return;
     const int place = ui_->notesTextView->textCursor().position();
-    editNotes(*context_, *shown, ui_->notesTextView->typedText().toStdString());
-    ui_->notesTextView->restore(shown->notes());
+    editNotes(*context_, census, ui_->notesTextView->typedText().toStdString());
+    ui_->notesTextView->restore(census.notes());
     QTextCursor cursor = ui_->notesTextView->textCursor();
     cursor.setPosition(place);
     ui_->notesTextView->setTextCursor(cursor);
@@ -140,25 +129,25 @@ void DetailsView::commitNotes() {
 void DetailsView::storeDrafts(ObjectContext& copy) const {
     const std::optional<Census> shown = census_ ? copy.census(*census_) : std::nullopt;
     if (!shown) return;
-    for (const auto& line : lines_) {
-        if (line->field->isTyped()) line->store(copy, *shown, line->field->text().toStdString());
+    for (const Line& line : lines_) {
+        if (line.field->isTyped()) line.store(copy, *shown, line.field->text().toStdString());
     }
     const DetailsNotes& notes = *ui_->notesTextView;
     if (notes.isTyped()) editNotes(copy, *shown, notes.typedText().toStdString());
 }
 
 void DetailsView::tellProblems() {
-    for (const auto& line : lines_) {
-        if (line->field->problem().isEmpty()) continue;
-        line->field->setFocus();
-        emit textRefused(line->name, line->field->text(), line->field->problem());
+    for (const Line& line : lines_) {
+        if (line.field->problem().isEmpty()) continue;
+        line.field->setFocus();
+        emit textRefused(line.field->accessibleName(), line.field->text(), line.field->problem());
         return;
     }
 }
 
 void DetailsView::showNotesState() {
     const std::optional<Census> shown = census();
-    const bool whole = ui_->notesTextView->isWhole();
+    const bool whole = !ui_->notesTextView->isReadOnly();
     ui_->notesProblem->setVisible(!whole);
     if (whole || !shown) return ui_->notesTextView->setAccessibleDescription({});
     const auto size = static_cast<qsizetype>(shown->notes()->view().size());
@@ -201,9 +190,7 @@ void DetailsField::restore(const QString& text) {
 }
 
 void DetailsField::tellProblem(const QString& reason) {
-    problem_ = reason;
     setAccessibleDescription(reason);
-    if (problemLabel_ == nullptr) return;
     problemLabel_->setForegroundRole(problemText);
     problemLabel_->setText(reason);
     problemLabel_->setVisible(!reason.isEmpty());
@@ -212,9 +199,8 @@ void DetailsField::tellProblem(const QString& reason) {
 
 // A splitter does not ask for the height that a text needs at its width.
 void DetailsField::makeRoomForProblem() {
-    if (problemLabel_ == nullptr) return;
-    problemLabel_->setMinimumHeight(problem_.isEmpty() ? 0
-                                                       : problemLabel_->heightForWidth(width()));
+    problemLabel_->setMinimumHeight(problem().isEmpty() ? 0
+                                                        : problemLabel_->heightForWidth(width()));
 }
 
 void DetailsField::resizeEvent(QResizeEvent* event) {
@@ -235,7 +221,7 @@ void DetailsField::keyPressEvent(QKeyEvent* event) {
         case Qt::Key_Return:
         case Qt::Key_Enter:
             emit commitRequested();
-            if (problem_.isEmpty()) selectAll();
+            if (problem().isEmpty()) selectAll();
             return;
         case Qt::Key_Escape:
             restore(stored_);
@@ -263,7 +249,7 @@ DetailsNotes::DetailsNotes(QWidget* parent) : QPlainTextEdit(parent) {
 }
 
 bool DetailsNotes::isTyped() const {
-    return whole_ && document()->isModified() && typedText() != shown_;
+    return !isReadOnly() && document()->isModified() && typedText() != shown_;
 }
 
 QString DetailsNotes::typedText() const {
@@ -288,11 +274,10 @@ void DetailsNotes::restore(const std::optional<SharedText>& notes) {
     const std::string_view all = notes ? notes->view() : std::string_view();
     const std::string_view start = all.substr(0, 4 * (longestNotes + 1));
     const QString text = QString::fromUtf8(start.data(), static_cast<qsizetype>(start.size()));
-    whole_ = start.size() == all.size() && text.size() <= longestNotes;
     setPlainText(shortened(text, longestNotes));
     shown_ = typedText();
     document()->setModified(false);
-    setReadOnly(!whole_);
+    setReadOnly(start.size() < all.size() || text.size() > longestNotes);
 }
 
 bool DetailsNotes::event(QEvent* event) {

@@ -49,20 +49,28 @@ class DetailsView : public QWidget {
 
   signals:
     void textTyped();
+    // Of a field; what was typed is stored by then, or cannot be.
+    void editingDidEnd();
     // A detail was not stored: its name, the typed text, and a sentence that says why.
     void textRefused(const QString& detail, const QString& text, const QString& reason);
 
   private:
-    struct Line;
-    void addLine(DetailsField* field, QLabel* problem, Line line);
-    void commitLine(Line& line);
-    void commitNotes();
+    // A field with the functions that show and store its detail.
+    struct Line {
+        DetailsField* field;
+        QLabel* problem;
+        std::function<QString(const Census&)> shown;
+        // Stores the typed text in that context, or returns why it cannot be stored.
+        std::function<QString(ObjectContext&, const Census&, const std::string&)> store;
+    };
+    void commitLine(const Line& line, const Census& census);
+    void commitNotes(const Census& census);
     void leaveCensus();
     void showNotesState();
     [[nodiscard]] std::optional<Census> census() const;
 
     std::unique_ptr<Ui::DetailsView> ui_;
-    std::vector<std::unique_ptr<Line>> lines_;
+    std::vector<Line> lines_;
     ObjectContext* context_ = nullptr;
     std::optional<RecordId> census_;
 };
@@ -79,7 +87,7 @@ class DetailsField : public QLineEdit {
   public:
     explicit DetailsField(QWidget* parent = nullptr);
 
-    // Shows the reason; as wide as the field.
+    // Shows the reason; as wide as the field. Set it first.
     void setProblemLabel(QLabel* label) { problemLabel_ = label; }
 
     // The text of the stored value. Typed text stays.
@@ -89,7 +97,7 @@ class DetailsField : public QLineEdit {
 
     // The user typed something other than what is stored.
     [[nodiscard]] bool isTyped() const { return isModified() && text() != stored_; }
-    [[nodiscard]] QString problem() const { return problem_; }
+    [[nodiscard]] QString problem() const { return accessibleDescription(); }
     // An empty reason removes it.
     void tellProblem(const QString& reason);
 
@@ -106,7 +114,6 @@ class DetailsField : public QLineEdit {
     void makeRoomForProblem();
 
     QString stored_;
-    QString problem_;
     QLabel* problemLabel_ = nullptr;
 };
 
@@ -126,9 +133,6 @@ class DetailsNotes : public QPlainTextEdit {
     [[nodiscard]] bool isTyped() const;
     // As it is to be stored: lines end in line feeds, no-break spaces stay.
     [[nodiscard]] QString typedText() const;
-    // All of the notes are shown.
-    [[nodiscard]] bool isWhole() const { return whole_; }
-
   signals:
     void commitRequested();
 
@@ -141,7 +145,6 @@ class DetailsNotes : public QPlainTextEdit {
   private:
     std::optional<SharedText> stored_;
     QString shown_;  // the text as the editor returned it when it was new
-    bool whole_ = true;
 };
 
 }  // namespace zorvel

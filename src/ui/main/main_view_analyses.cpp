@@ -45,12 +45,16 @@ bool MainViewController::canAnalyse(std::size_t fewestCensuses, const QString& r
     return false;
 }
 
-// Both the window and the project may be closed before the inputs are there.
-template <class Window, class Work>
-void MainViewController::openAndFill(Window* window, const QString& progressText, Work work) {
+void MainViewController::openWindow(QWidget* window) {
     window->setAttribute(Qt::WA_DeleteOnClose);
     emit analysisWindowDidOpen(window);
     window->show();
+}
+
+// Both the window and the project may be closed before the inputs are there.
+template <class Window, class Work>
+void MainViewController::openAndFill(Window* window, const QString& progressText, Work work) {
+    openWindow(window);
     const ProgressId progress = startProgress(progressText);
     connect(window, &QObject::destroyed, this, [=, this] { stopProgress(progress); });
     jobs_.start(window, std::move(work),
@@ -118,22 +122,16 @@ void MainViewController::startRarefaction(RarefactionKind kind, const QString& s
                                           std::function<std::vector<Rarefaction>()> work) {
     const ProgressId progress = startProgress("calculating rarefaction...");
     jobs_.start(this, std::move(work), [=, this](std::vector<Rarefaction> curve) {
-        openRarefaction(kind, subject, std::move(curve));
+        auto* plot = new RarefactionWindowController(kind, jobs_, panels_);
+        rarefactionWindowController_ = plot;
+        plot->viewController().setRarefactionData(std::move(curve), subject);
+        plot->setWindowTitle(kind == RarefactionKind::individualBased
+                                 ? "Individual-based Rarefaction"
+                                 : "Sample-based Rarefaction");
+        plot->setWindowFilePath(window()->windowFilePath());
+        openWindow(plot);
         stopProgress(progress);
     });
-}
-
-void MainViewController::openRarefaction(RarefactionKind kind, const QString& subject,
-                                         std::vector<Rarefaction> curve) {
-    auto* plot = new RarefactionWindowController(kind, jobs_, panels_);
-    plot->setAttribute(Qt::WA_DeleteOnClose);
-    rarefactionWindowController_ = plot;
-    plot->viewController().setRarefactionData(std::move(curve), subject);
-    plot->setWindowTitle(kind == RarefactionKind::individualBased ? "Individual-based Rarefaction"
-                                                                  : "Sample-based Rarefaction");
-    plot->setWindowFilePath(window()->windowFilePath());
-    emit analysisWindowDidOpen(plot);
-    plot->show();
 }
 
 }  // namespace zorvel

@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QInputMethod>
+#include <QKeyEvent>
 #include <QMimeData>
 #include <algorithm>
 
@@ -202,7 +203,10 @@ void MainViewController::pasteRows(RecordTableView& table) {
     if (const auto text = tableText(*held, censuses ? 1 : 2)) return emit tablePasted(*text);
     const PasteOutcome outcome = censuses ? pasteCensusRows(context(), *held)
                                           : pasteSpeciesRows(context(), selectedCensus(), *held);
-    if (!outcome) return ui_->messageStrip->setMessage(pasteMessage, outcome.problem());
+    if (!outcome) {
+        return ui_->messageStrip->setMessage(pasteMessage,
+                                             "Nothing was pasted: " + outcome.problem());
+    }
     context().announceChanges();
     const std::vector<int> rows =
         censuses ? censusModel_->rowsOf(outcome.value()) : speciesModel_->rowsOf(outcome.value());
@@ -219,10 +223,29 @@ void MainViewController::pasteTable() {
 void MainViewController::setUpSearch() {
     ui_->searchBar->addAction(glyphIcon(Glyph::search), QLineEdit::LeadingPosition);
     connect(ui_->searchBar, &QLineEdit::textChanged, this, &MainViewController::filterSpecies);
-    connect(ui_->searchBar, &SearchField::leaveRequested, this, [this](bool first) {
-        if (first && speciesModel_->rowCount() > 0) ui_->speciesTable->selectRows({0});
-        ui_->speciesTable->setFocus();
-    });
+    ui_->searchBar->installEventFilter(this);
+}
+
+// Escape clears the field, and leaves it if it is empty; Down and Return go to the species found.
+bool MainViewController::eventFilter(QObject* object, QEvent* event) {
+    if (event->type() != QEvent::KeyPress) return QWidget::eventFilter(object, event);
+    switch (static_cast<QKeyEvent*>(event)->key()) {
+        case Qt::Key_Escape:
+            if (!ui_->searchBar->text().isEmpty()) {
+                ui_->searchBar->clear();
+                return true;
+            }
+            break;
+        case Qt::Key_Down:
+        case Qt::Key_Return:
+        case Qt::Key_Enter:
+            if (speciesModel_->rowCount() > 0) ui_->speciesTable->selectRows({0});
+            break;
+        default:
+            return QWidget::eventFilter(object, event);
+    }
+    ui_->speciesTable->setFocus();
+    return true;
 }
 
 void MainViewController::findSpecies() {

@@ -3,12 +3,10 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QDataStream>
-#include <QEvent>
 #include <QHeaderView>
 #include <QIODevice>
 #include <QIcon>
 #include <QItemSelectionModel>
-#include <QKeyEvent>
 #include <initializer_list>
 #include <utility>
 
@@ -53,7 +51,6 @@ MainViewController::MainViewController(JobQueue& jobs, RandomSourceMaker makeRan
     setUpCensusTable();
     setUpSpeciesTable();
     setUpDetails();
-    refreshWhenEditingEnds();
     setUpSearch();
     keepThroughReset(ui_->censusTable, censusModel_);
     keepThroughReset(ui_->speciesTable, speciesModel_);
@@ -192,24 +189,15 @@ void MainViewController::setUpDetails() {
                     QString("%1: \u201c%2\u201d was not stored: %3").arg(detail, text, reason));
             });
     connect(ui_->detailsPane, &DetailsView::textTyped, this, &MainViewController::textTyped);
+    // Queued: a window that is about to close is not refreshed.
+    connect(ui_->detailsPane, &DetailsView::editingDidEnd, this, &MainViewController::editingDidEnd,
+            Qt::QueuedConnection);
+    for (const auto* cells : findChildren<TextFieldDelegate*>()) {
+        connect(cells, &TextFieldDelegate::closeEditor, this, &MainViewController::editingDidEnd,
+                Qt::QueuedConnection);
+    }
     connect(this, &MainViewController::textRefused, this,
             [this](const QString& message) { messageStrip().addMessage(message); });
-}
-
-// Queued: the record has changed by then, and a window that is about to close is not refreshed.
-void MainViewController::refreshWhenEditingEnds() {
-    const auto refresh = [this](auto* field, auto signal) {
-        connect(field, signal, this, &MainViewController::editingDidEnd, Qt::QueuedConnection);
-    };
-    for (auto* cells : findChildren<TextFieldDelegate*>()) {
-        refresh(cells, &TextFieldDelegate::closeEditor);
-    }
-    for (auto* field : findChildren<DetailsField*>()) {
-        refresh(field, &DetailsField::commitRequested);
-    }
-    for (auto* notes : findChildren<DetailsNotes*>()) {
-        refresh(notes, &DetailsNotes::commitRequested);
-    }
 }
 
 void MainViewController::setUpTexts() {
@@ -299,51 +287,6 @@ void MainViewController::showSpeciesCount() {
     ui_->sharedNamesLabel->setText(shared);
     ui_->sharedNamesLabel->setToolTip(shared.isEmpty() ? QString() : sharedSpeciesReason);
     ui_->sharedNamesLabel->setVisible(!shared.isEmpty());
-}
-
-MainView::ProgressId MainViewController::startProgress(const QString& text,
-                                                       std::function<void()> cancel) {
-    const ProgressId progress = running_.start(text, std::move(cancel), false);
-    showProgress();
-    return progress;
-}
-
-MainView::ProgressId MainViewController::startImportProgress(const std::string& text,
-                                                             std::function<void()> cancel) {
-    const ProgressId progress =
-        running_.start(QString::fromStdString(text), std::move(cancel), true);
-    showProgress();
-    return progress;
-}
-
-void MainViewController::stopProgress(ProgressId progress) {
-    running_.stop(progress);
-    showProgress();
-}
-
-// Cancelling may end the work, and with it the function.
-void MainViewController::cancelProgress() {
-    const std::function<void()> cancel = running_.cancel();
-    if (cancel) cancel();
-}
-
-// Only keys that the widget with the focus does not handle.
-void MainViewController::keyPressEvent(QKeyEvent* event) {
-    if (event->matches(QKeySequence::Cancel) && running_.cancel()) return cancelProgress();
-    QWidget::keyPressEvent(event);
-}
-
-void MainViewController::showProgress() {
-    const bool runs = !running_.isEmpty();
-    if (runs) {
-        ui_->progressIndicator->startAnimation();
-    } else {
-        ui_->progressIndicator->stopAnimation();
-    }
-    ui_->progressLabel->setText(oneLine(running_.text()));
-    ui_->cancelProgressButton->setVisible(running_.cancel() != nullptr);
-    ui_->progressRow->setVisible(runs);
-    showRightPage();
 }
 
 MessageStrip& MainViewController::messageStrip() {

@@ -4,6 +4,7 @@
 // window. Main thread.
 #pragma once
 
+#include <QList>
 #include <QPointer>
 #include <QWidget>
 #include <array>
@@ -16,7 +17,6 @@
 #include "ui/analysis/rarefaction_view_controller.h"
 #include "ui/kit/message_strip.h"
 #include "ui/kit/panels.h"
-#include "ui/main/main_view_parts.h"
 #include "ui/main/metrics_panel.h"
 
 namespace Ui {
@@ -92,20 +92,20 @@ class MainViewController : public QWidget, public MainView {
     void storeDrafts(ObjectContext& copy) const;
 
     // Shows that work runs: of several works, the text of the one started last. Work that can be
-    // cancelled has a button for it.
-    ProgressId startProgress(const QString& text, std::function<void()> cancel = {});
-    // The same for imports.
+    // cancelled has a button for it. isImport: it changes the project, and nothing of it is stored
+    // if it is cancelled. Returns the number of the work, never 0.
+    ProgressId startProgress(const QString& text, std::function<void()> cancel = {},
+                             bool isImport = false);
     ProgressId startImportProgress(const std::string& text, std::function<void()> cancel) override;
+    // Does nothing if the work does not run.
     void stopProgress(ProgressId progress) override;
-    [[nodiscard]] bool isInProgress() const { return !running_.isEmpty(); }
-    [[nodiscard]] bool isInProgressBeside(ProgressId progress) const {
-        return running_.hasOther(progress);
-    }
+    [[nodiscard]] bool isInProgress() const { return !works_.isEmpty(); }
+    [[nodiscard]] bool isInProgressBeside(ProgressId progress) const;
     // Cancels the work whose text is shown, if that is possible.
     void cancelProgress();
     // A file is read, or stored, into the project.
-    [[nodiscard]] bool isImporting() const { return running_.hasImport(); }
-    void cancelImports() { running_.cancelImports(); }
+    [[nodiscard]] bool isImporting() const;
+    void cancelImports();
 
     // The project's name, for the windows of analyses opened from now on.
     void setProjectName(const QString& name) { projectName_ = name; }
@@ -157,6 +157,8 @@ class MainViewController : public QWidget, public MainView {
 
   protected:
     void keyPressEvent(QKeyEvent* event) override;
+    // Of the search field.
+    bool eventFilter(QObject* object, QEvent* event) override;
 
   private slots:
     void tableViewSelectionDidChange();
@@ -164,6 +166,13 @@ class MainViewController : public QWidget, public MainView {
     void toggleInclude();
 
   private:
+    struct RunningWork {
+        ProgressId number = 0;
+        QString text;
+        std::function<void()> cancel;
+        bool isImport = false;
+    };
+
     void setUpCensusTable();
     void setUpSpeciesTable();
     void setUpDetails();
@@ -171,7 +180,6 @@ class MainViewController : public QWidget, public MainView {
     void setUpButtons();
     void setUpPullDowns();
     void setUpTexts();
-    void refreshWhenEditingEnds();
     void keepThroughReset(RecordTableView* table, OrderedTableModel* model);
 
     [[nodiscard]] std::array<RecordTableView*, 2> tables() const;
@@ -188,15 +196,15 @@ class MainViewController : public QWidget, public MainView {
     void showSpeciesCount();
     void showRightPage();
     void showProgress();
+    [[nodiscard]] bool canCancelProgress() const;
     void refreshSpeciesControls();
+    void openWindow(QWidget* window);
     // work returns the inputs of the window, on a worker thread.
     template <class Window, class Work>
     void openAndFill(Window* window, const QString& progressText, Work work);
     bool canAnalyse(std::size_t fewestCensuses, const QString& refusal);
     void startRarefaction(RarefactionKind kind, const QString& subject,
                           std::function<std::vector<Rarefaction>()> work);
-    void openRarefaction(RarefactionKind kind, const QString& subject,
-                         std::vector<Rarefaction> curve);
 
     JobQueue& jobs_;
     RandomSourceMaker makeRandom_;
@@ -207,7 +215,8 @@ class MainViewController : public QWidget, public MainView {
     SpeciesTableModel* speciesModel_;
     TableColumns* censusColumns_ = nullptr;
     TableColumns* speciesColumns_ = nullptr;
-    RunningWork running_;
+    QList<RunningWork> works_;
+    int worksStarted_ = 0;
     TaxonFormatter taxonFormatter_;
     ObjectContext::ObserverId observer_ = {};
     std::optional<RecordId> shownCensus_;

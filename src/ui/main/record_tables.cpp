@@ -10,13 +10,32 @@
 
 namespace zorvel {
 
-namespace {
-
-void tellEnd(QWidget* editor) {
+void SpreadsheetView::editorDidClose(QWidget* editor) {
     if (auto* field = qobject_cast<TableTextField*>(editor)) field->textDidEndEditing();
 }
 
-}  // namespace
+void SpreadsheetView::goOn(TextMovement movement, const QList<int>& columns, qsizetype place) {
+    const int row = editedCell().row();
+    if (row < 0) return;
+    switch (movement) {
+        case TextMovement::tab:
+            if (place + 1 < columns.size()) return editCell(row, columns[place + 1]);
+            return row + 1 < rowCount() ? editCell(row + 1, columns.front())
+                                        : emit
+                                          addRowRequested();
+        case TextMovement::newRow:
+            return emit addRowRequested();
+        case TextMovement::backtab:
+            return place > 0 ? editCell(row, columns[place - 1])
+                             : editCell(row - 1, columns.back());
+        case TextMovement::up:
+            return editCell(row - 1, columns[place]);
+        case TextMovement::down:
+            return editCell(row + 1, columns[place]);
+        default:
+            return;
+    }
+}
 
 void CensusTableView::editorDidOpen(QWidget* editor) {
     if (auto* field = qobject_cast<CensusTableTextField*>(editor)) {
@@ -25,26 +44,8 @@ void CensusTableView::editorDidOpen(QWidget* editor) {
     }
 }
 
-void CensusTableView::editorDidClose(QWidget* editor) {
-    tellEnd(editor);
-}
-
 void CensusTableView::censusNameTextFieldEditingDidEnd(TextMovement movement) {
-    const int row = editedCell().row();
-    if (row < 0) return;
-    switch (movement) {
-        case TextMovement::tab:
-            return row + 1 < rowCount() ? editCell(row + 1, kNameColumn) : emit addRowRequested();
-        case TextMovement::newRow:
-            return emit addRowRequested();
-        case TextMovement::backtab:
-        case TextMovement::up:
-            return editCell(row - 1, kNameColumn);
-        case TextMovement::down:
-            return editCell(row + 1, kNameColumn);
-        default:
-            return;
-    }
+    goOn(movement, {kNameColumn});
 }
 
 void SpeciesTableView::editorDidOpen(QWidget* editor) {
@@ -54,31 +55,9 @@ void SpeciesTableView::editorDidOpen(QWidget* editor) {
     }
 }
 
-void SpeciesTableView::editorDidClose(QWidget* editor) {
-    tellEnd(editor);
-}
-
 void SpeciesTableView::speciesTableTextFieldEditingDidEnd(TextMovement movement,
                                                           const QString& identifier) {
-    const int row = editedCell().row();
-    if (row < 0) return;
-    const bool name = identifier == "name";
-    const int column = name ? kNameColumn : kAbundanceColumn;
-    switch (movement) {
-        case TextMovement::tab:
-            if (name) return editCell(row, kAbundanceColumn);
-            return row + 1 < rowCount() ? editCell(row + 1, kNameColumn) : emit addRowRequested();
-        case TextMovement::newRow:
-            return emit addRowRequested();
-        case TextMovement::backtab:
-            return name ? editCell(row - 1, kAbundanceColumn) : editCell(row, kNameColumn);
-        case TextMovement::up:
-            return editCell(row - 1, column);
-        case TextMovement::down:
-            return editCell(row + 1, column);
-        default:
-            return;
-    }
+    goOn(movement, {kNameColumn, kAbundanceColumn}, identifier == "name" ? 0 : 1);
 }
 
 int SpeciesTableView::columnForTyping(const QString& text) const {

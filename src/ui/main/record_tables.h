@@ -13,29 +13,40 @@ class QTableView;
 
 namespace zorvel {
 
-class CensusTableView : public RecordTableView {
+class SpreadsheetView : public RecordTableView {
+    Q_OBJECT
+  public:
+    using RecordTableView::RecordTableView;
+
+  protected:
+    void editorDidClose(QWidget* editor) override;
+    // Opens the cell that the movement leads to from the one edited last, or asks for a new row.
+    // columns: those that can be edited, from left to right; place: that of the cell in them.
+    void goOn(TextMovement movement, const QList<int>& columns, qsizetype place = 0);
+};
+
+class CensusTableView : public SpreadsheetView {
     Q_OBJECT
   public:
     // The first cell of a row that can be edited.
     static constexpr int kNameColumn = -1;
 
-    using RecordTableView::RecordTableView;
+    using SpreadsheetView::SpreadsheetView;
 
   public slots:
     void censusNameTextFieldEditingDidEnd(TextMovement movement);
 
   protected:
     void editorDidOpen(QWidget* editor) override;
-    void editorDidClose(QWidget* editor) override;
 };
 
-class SpeciesTableView : public RecordTableView {
+class SpeciesTableView : public SpreadsheetView {
     Q_OBJECT
   public:
     static constexpr int kNameColumn = 1;
     static constexpr int kAbundanceColumn = 2;
 
-    using RecordTableView::RecordTableView;
+    using SpreadsheetView::SpreadsheetView;
 
   public slots:
     void speciesTableTextFieldEditingDidEnd(TextMovement movement, const QString& identifier);
@@ -48,7 +59,6 @@ class SpeciesTableView : public RecordTableView {
     // A digit is typed into the abundance, anything else into the name.
     [[nodiscard]] int columnForTyping(const QString& text) const override;
     void editorDidOpen(QWidget* editor) override;
-    void editorDidClose(QWidget* editor) override;
     void keyPressEvent(QKeyEvent* event) override;
 };
 
