@@ -143,13 +143,13 @@ TEST_F(SpeciesTableModelTest, WhatDoesNotCountIsDimmedOnSelectedRowsToo) {
             }
         }
     }
-    EXPECT_EQ(model.excludedCount(), 2);
-    EXPECT_EQ(model.absentCount(), 1);  // Betula
+    EXPECT_EQ(model.totals().excluded, 2);
+    EXPECT_EQ(model.totals().absent, 1);  // Betula
     context.deleteTaxa({census().taxa()[4]});
     context.setAbundance(census().taxa()[2], 1);
     context.announceChanges();
-    EXPECT_EQ(model.excludedCount(), 1);
-    EXPECT_EQ(model.absentCount(), 0);
+    EXPECT_EQ(model.totals().excluded, 1);
+    EXPECT_EQ(model.totals().absent, 0);
 }
 
 TEST_F(SpeciesTableModelTest, AFilterAndAnOrderHoldTogether) {

@@ -26,12 +26,10 @@ namespace zorvel {
 namespace {
 
 // The first number is the richness, as in the metrics.
-QString speciesCountText(int all, const SpeciesTableModel& species) {
-    const int excluded = species.excludedCount();
-    const int absent = species.absentCount();
-    QString text = QString("%L1 species").arg(all - excluded - absent);
-    if (excluded > 0) text += QString(", %L1 excluded").arg(excluded);
-    if (absent > 0) text += QString(", %L1 absent").arg(absent);
+QString speciesCountText(int all, const SpeciesTableModel::Totals& totals) {
+    QString text = QString("%L1 species").arg(all - totals.excluded - totals.absent);
+    if (totals.excluded > 0) text += QString(", %L1 excluded").arg(totals.excluded);
+    if (totals.absent > 0) text += QString(", %L1 absent").arg(totals.absent);
     return text;
 }
 
@@ -58,12 +56,9 @@ MainViewController::MainViewController(JobQueue& jobs, RandomSourceMaker makeRan
     setUpPullDowns();
     setUpTexts();
     ui_->splitter->setSizes({250, 470, 304});
-    ui_->splitter->setStretchFactor(0, 0);
     ui_->splitter->setStretchFactor(1, 1);
-    ui_->splitter->setStretchFactor(2, 0);
     ui_->censusSplitter->setSizes({480, 170});
     ui_->censusSplitter->setStretchFactor(0, 1);
-    ui_->censusSplitter->setStretchFactor(1, 0);
 }
 
 MainViewController::~MainViewController() {
@@ -142,9 +137,9 @@ void MainViewController::setUpButtons() {
     connect(ui_->speciesTable, &SpeciesTableView::includeToggleRequested, this,
             &MainViewController::toggleInclude);
     connect(ui_->censusTable, &RecordTableView::addRowRequested, this,
-            [this] { document_->addCensus(); });
+            &MainViewController::addCensusRow);
     connect(ui_->speciesTable, &RecordTableView::addRowRequested, this,
-            [this] { document_->addSpecies(); });
+            &MainViewController::addSpeciesRow);
 }
 
 void MainViewController::setUpCensusTable() {
@@ -216,9 +211,7 @@ void MainViewController::setUpTexts() {
 void MainViewController::showRightPage() {
     const bool empty = censusModel_->rowCount() == 0;
     ui_->pages->setCurrentWidget(empty ? ui_->emptyPage : ui_->projectPage);
-    for (QWidget* part :
-         {static_cast<QWidget*>(ui_->emptyIcon), static_cast<QWidget*>(ui_->emptyHeading),
-          static_cast<QWidget*>(ui_->emptyText), static_cast<QWidget*>(ui_->emptyButtons)}) {
+    for (auto* part : ui_->emptyPage->findChildren<QWidget*>(Qt::FindDirectChildrenOnly)) {
         part->setVisible(!isInProgress());
     }
 }
@@ -280,7 +273,7 @@ void MainViewController::showSpeciesCount() {
     const int shown = speciesModel_->rowCount();
     ui_->speciesTable->setEmptyText(all == 0 ? "No species" : "No species of that name");
     ui_->speciesCountLabel->setText(shown == all
-                                        ? speciesCountText(all, *speciesModel_)
+                                        ? speciesCountText(all, speciesModel_->totals())
                                         : QString("%L1 of %L2 species shown").arg(shown).arg(all));
     ui_->speciesCountLabel->setToolTip(ui_->speciesCountLabel->text());
     const QString shared = sharedSpeciesLine(speciesModel_->sharedNames());

@@ -27,16 +27,14 @@ void SpeciesTableModel::setCensus(BlockPointer block) {
 
 void SpeciesTableModel::takeBlock(BlockPointer block) {
     block_ = std::move(block);
-    largest_ = 0;
-    excluded_ = 0;
-    absent_ = 0;
+    totals_ = {};
     if (!block_) return;
     block_->forEachTaxon([this](const TaxonRecord& taxon) {
-        largest_ = std::max(largest_, taxon.values.abundance);
+        totals_.largest = std::max(totals_.largest, taxon.values.abundance);
         if (!taxon.values.include) {
-            ++excluded_;
+            ++totals_.excluded;
         } else if (taxon.values.abundance < 1) {
-            ++absent_;
+            ++totals_.absent;
         }
     });
 }
@@ -59,13 +57,13 @@ void SpeciesTableModel::blockDidChange(BlockPointer after) {
             }
             namesChange = namesChange || !before || !now || before->values.name != now->values.name;
         });
-    const std::int64_t largest = largest_;
+    const std::int64_t largest = totals_.largest;
     const std::size_t shared = sharedNames_.recordCount();
     change(told, [&] {
         takeBlock(std::move(after));
         if (namesChange) countNames();
     });
-    if (largest_ != largest) tellColumn(abundanceColumn, shareRole);
+    if (totals_.largest != largest) tellColumn(abundanceColumn, shareRole);
     if (sharedNames_.recordCount() != shared) tellColumn(nameColumn, Qt::DecorationRole);
 }
 
@@ -126,7 +124,7 @@ QVariant SpeciesTableModel::abundanceData(const TaxonValues& taxon, int role) co
     if (role == dimmedRole) return !taxon.include;
     if (role == shareRole) {
         const auto present = static_cast<double>(std::max<std::int64_t>(taxon.abundance, 0));
-        return largest_ > 0 ? present / static_cast<double>(largest_) : 0.0;
+        return totals_.largest > 0 ? present / static_cast<double>(totals_.largest) : 0.0;
     }
     return {};
 }
@@ -134,17 +132,15 @@ QVariant SpeciesTableModel::abundanceData(const TaxonValues& taxon, int role) co
 bool SpeciesTableModel::setData(const QModelIndex& index, const QVariant& value, int role) {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return false;
     const std::vector<Zorvel> taxa = taxaAt({index.row()});
-    if (taxa.empty() || !edit(taxa.front(), index.column(), value, role)) return false;
+    if (taxa.empty()) return false;
+    if (index.column() == includeColumn && role == Qt::CheckStateRole) {
+        editInclude(*context_, taxa, value.toInt() == Qt::Checked);
+    } else if (role != Qt::EditRole ||
+               !storeText(*context_, taxa.front(), index.column(), value.toString())) {
+        return false;
+    }
     context_->announceChanges();
     return true;
-}
-
-bool SpeciesTableModel::edit(const Zorvel& taxon, int column, const QVariant& value, int role) {
-    if (column == includeColumn && role == Qt::CheckStateRole) {
-        editInclude(*context_, {taxon}, value.toInt() == Qt::Checked);
-        return true;
-    }
-    return role == Qt::EditRole && storeText(*context_, taxon, column, value.toString());
 }
 
 bool SpeciesTableModel::storeText(ObjectContext& context, const Zorvel& taxon, int column,

@@ -40,9 +40,13 @@ class SpeciesTableModel : public OrderedTableModel {
     [[nodiscard]] std::vector<Zorvel> taxaAt(const std::vector<int>& rows) const;
     // Shown or not.
     [[nodiscard]] std::size_t taxonCount() const { return block_ ? block_->taxonCount() : 0; }
-    // The taxa left out, and those included without a specimen; the others are the richness.
-    [[nodiscard]] int excludedCount() const { return excluded_; }
-    [[nodiscard]] int absentCount() const { return absent_; }
+    struct Totals {
+        std::int64_t largest = 0;  // abundance
+        // The taxa left out, and those included without a specimen; the others are the richness.
+        int excluded = 0;
+        int absent = 0;
+    };
+    [[nodiscard]] const Totals& totals() const { return totals_; }
     // Names that several species of the census have.
     [[nodiscard]] const SharedNames& sharedNames() const { return sharedNames_; }
 
@@ -71,13 +75,10 @@ class SpeciesTableModel : public OrderedTableModel {
     // Everything that follows from the block except the shared names.
     void takeBlock(BlockPointer block);
     void countNames();
-    bool edit(const Zorvel& taxon, int column, const QVariant& value, int role);
 
     ObjectContext* context_ = nullptr;
     BlockPointer block_;
-    std::int64_t largest_ = 0;
-    int excluded_ = 0;
-    int absent_ = 0;
+    Totals totals_;
     SharedNames sharedNames_;
     std::string filter_;  // folded
 };
