@@ -10,7 +10,7 @@
 #include <QVBoxLayout>
 
 #include "platform/job_queue.h"
-#include "ui/kit/look_style.h"
+#include "ui/kit/look.h"
 #include "ui/kit/shown_text.h"
 
 namespace zorvel {

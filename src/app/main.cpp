@@ -46,11 +46,11 @@ int main(int argc, char** argv) {
     zorvel::SettingsFile settings(zorvel::SettingsFile::userPath());
     zorvel::JobQueue jobs(0, std::chrono::seconds(1));
     zorvel::LookChoice look(application);
-    zorvel::DesktopOpenPanel openPanel;
-    zorvel::DesktopSavePanel savePanel;
-    zorvel::DesktopAlerts alerts;
-    zorvel::DesktopColorPanel colors;
-    zorvel::DesktopLinkOpener links;
+    zorvel::OpenPanel openPanel;
+    zorvel::SavePanel savePanel;
+    zorvel::Alerts alerts;
+    zorvel::ColorPanel colors;
+    zorvel::LinkOpener links;
     zorvel::DesktopPrintPanel printPanel;
     int status = 0;
     int endSignal = 0;

@@ -137,7 +137,7 @@ TEST_F(ImportTest, ThePanelNamesItsPurposeAndBeginsWhereFilesWere) {
             dialog->selectFile(chosen);
             QMetaObject::invokeMethod(dialog, "accept", Qt::QueuedConnection);
         });
-        EXPECT_EQ(DesktopOpenPanel().chooseTextFile(parent, "Import Census Matrix"), chosen);
+        EXPECT_EQ(OpenPanel().chooseTextFile(parent, "Import Census Matrix"), chosen);
         return shownFolder;
     };
     askedIn(nullptr, used);

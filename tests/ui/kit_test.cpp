@@ -25,7 +25,6 @@
 #include "ui/kit/color_controls.h"
 #include "ui/kit/glyphs.h"
 #include "ui/kit/look.h"
-#include "ui/kit/look_style.h"
 #include "ui/kit/message_strip.h"
 #include "ui/kit/shown_text.h"
 #include "ui/kit/small_widgets.h"

@@ -451,7 +451,7 @@ TEST(SavePanelTest, AsksBeforeItReplacesAFileWhoseEndingWasNotTyped) {
     QTimer timer;
     QObject::connect(&timer, &QTimer::timeout, answer);
     timer.start(50);
-    DesktopSavePanel panel;
+    SavePanel panel;
     EXPECT_EQ(panel.chooseFile(nullptr, "Save Plot", "plot", {{"PDF", ".pdf"}}), "");
     ASSERT_EQ(asked.size(), 1);
     EXPECT_TRUE(asked.front().contains("Helena.pdf")) << asked.front().toStdString();

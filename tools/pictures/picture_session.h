@@ -62,9 +62,9 @@ class PictureSession {
 
     JobQueue jobs_;
     LookChoice look_;
-    DesktopOpenPanel openPanel_;
-    DesktopSavePanel savePanel_;
-    DesktopAlerts alerts_;
+    OpenPanel openPanel_;
+    SavePanel savePanel_;
+    Alerts alerts_;
     QTemporaryDir scratch_;
     DocumentController documents_{jobs_,
                                   {scratch_.filePath("untitled"), scratch_.filePath("backups")}};

@@ -231,7 +231,7 @@ class Session : public PictureSession {
     }
 
     void preferences() {
-        DesktopColorPanel colors;
+        ColorPanel colors;
         Preferences().setPlotColor(QColor("#d55e00"));
         PreferencesWindowController page(colors);
         page.setAttribute(Qt::WA_DeleteOnClose, false);

@@ -7,7 +7,7 @@
 
 #include "model/diversity_explanations.h"
 #include "ui/analysis/diversity_curves.h"
-#include "ui/kit/explanation.h"
+#include "ui/kit/popover.h"
 
 namespace zorvel {
 

@@ -2,43 +2,76 @@
 // and menus.
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QKeyEvent>
+#include <QKeySequence>
 #include <QMenu>
 #include <QStringList>
 #include <algorithm>
+#include <functional>
+#include <utility>
 
 #include "ui/analysis/curves_view.h"
 #include "ui/analysis/diversity_readout.h"
 #include "ui/analysis/diversity_tables.h"
 #include "ui/analysis/diversity_window_controller.h"
-#include "ui/kit/explanation.h"
 #include "ui_diversity_page.h"
 
 namespace zorvel {
 
+namespace {
+
+// Runs the command when the keys are pressed in the widget, which then takes them before a shortcut
+// of its window. For as long as the widget lives.
+class OwnKey : public QObject {
+  public:
+    OwnKey(QWidget& widget, const QKeySequence& keys, std::function<void()> command)
+        : QObject(&widget), keys_(keys), command_(std::move(command)) {
+        widget.installEventFilter(this);
+    }
+
+  protected:
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        const bool isPress = event->type() == QEvent::KeyPress;
+        if (!isPress && event->type() != QEvent::ShortcutOverride) return false;
+        const auto* key = static_cast<QKeyEvent*>(event);
+        const auto modifiers = key->modifiers() & ~Qt::KeypadModifier;
+        if (QKeySequence(QKeyCombination(modifiers, Qt::Key(key->key()))) != keys_) return false;
+        event->accept();
+        if (isPress) command_();
+        return true;
+    }
+
+  private:
+    QKeySequence keys_;
+    std::function<void()> command_;
+};
+
+}  // namespace
+
 void DiversityViewController::addExplanations() {
     QTableView& table = *ui_->diversityTable;
     const auto explainCurrent = [this] { explainCell(ui_->diversityTable->currentIndex()); };
-    addOwnKey(table, Qt::Key_F1, explainCurrent);
-    addOwnKey(table, QKeySequence::Copy, [this] { copyCells(); });
+    new OwnKey(table, Qt::Key_F1, explainCurrent);
+    new OwnKey(table, QKeySequence::Copy, [this] { copyCells(); });
     connect(&table, &QTableView::doubleClicked, this, &DiversityViewController::explainCell);
     table.setContextMenuPolicy(Qt::CustomContextMenu);
     connect(&table, &QWidget::customContextMenuRequested, this, &DiversityViewController::showMenu);
     for (QWidget* widget : std::initializer_list<QWidget*>{
              ui_->curvesView, ui_->ofBox, ui_->orderBox, ui_->acrossBox, ui_->explainButton}) {
-        addOwnKey(*widget, Qt::Key_F1, [this] { explainMarked(); });
+        new OwnKey(*widget, Qt::Key_F1, [this] { explainMarked(); });
     }
     connect(ui_->explainButton, &QPushButton::clicked, this,
             &DiversityViewController::explainMarked);
     for (QWidget* widget :
          std::initializer_list<QWidget*>{ui_->coverageField, ui_->commonCoverageButton}) {
-        addOwnKey(*widget, Qt::Key_F1, [this] { explainCommon(); });
+        new OwnKey(*widget, Qt::Key_F1, [this] { explainCommon(); });
     }
 }
 
 void DiversityViewController::explain(const Explanation& explanation, const QWidget& of,
                                       const QRect& place) {
     if (!popover_) popover_ = new Popover(window());
-    explanation.showIn(*popover_, palette());
+    popover_->setExplanation(explanation);
     popover_->showBeside({of.mapTo(window(), place.topLeft()), place.size()});
 }
 

@@ -11,7 +11,6 @@
 #include "model/typed_values.h"
 #include "ui/analysis/plot_files.h"
 #include "ui/kit/look.h"
-#include "ui/kit/look_style.h"
 #include "ui_image_dialog.h"
 
 namespace zorvel {

@@ -17,7 +17,6 @@
 #include "platform/job_queue.h"
 #include "platform/project_writes.h"
 #include "ui/kit/look.h"
-#include "ui/kit/look_style.h"
 #include "ui/kit/shown_text.h"
 #include "ui/kit/small_widgets.h"
 
@@ -140,7 +139,7 @@ void writeInBackground(JobQueue& jobs, Alerts& alerts, QWidget* window, const QS
         });
 }
 
-int DesktopAlerts::ask(QWidget* parent, const Question& question) {
+int Alerts::ask(QWidget* parent, const Question& question) {
     const QPointer<QMessageBox> alert =
         box(parent, QMessageBox::Warning, question.text, question.informativeText);
     const int last = static_cast<int>(question.buttons.size()) - 1;
@@ -165,7 +164,7 @@ int DesktopAlerts::ask(QWidget* parent, const Question& question) {
     return answer;
 }
 
-int DesktopAlerts::choose(QWidget* parent, const Choice& choice) {
+int Alerts::choose(QWidget* parent, const Choice& choice) {
     const QPointer<QDialog> dialog(new QDialog(parent));
     dialog->setObjectName("choiceDialog");
     dialog->setWindowTitle(choice.title);
@@ -187,7 +186,7 @@ int DesktopAlerts::choose(QWidget* parent, const Choice& choice) {
     return chosen;
 }
 
-void DesktopAlerts::warn(QWidget* parent, const QString& text, const QString& informativeText) {
+void Alerts::warn(QWidget* parent, const QString& text, const QString& informativeText) {
     const QPointer<QMessageBox> alert = box(parent, QMessageBox::Warning, text, informativeText);
     alert->addButton(QMessageBox::Ok);
     alert->exec();

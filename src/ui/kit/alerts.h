@@ -47,10 +47,10 @@ struct Choice {
 class Alerts : public Panel {
   public:
     // The index of the button chosen. parent may be null, and may be gone afterwards.
-    virtual int ask(QWidget* parent, const Question& question) = 0;
+    virtual int ask(QWidget* parent, const Question& question);
     // The index of the option chosen; -1 if cancelled.
-    virtual int choose(QWidget* parent, const Choice& choice) = 0;
-    virtual void warn(QWidget* parent, const QString& text, const QString& informativeText) = 0;
+    virtual int choose(QWidget* parent, const Choice& choice);
+    virtual void warn(QWidget* parent, const QString& text, const QString& informativeText);
 };
 
 // Whether the file may be replaced; asked only if it exists.
@@ -63,12 +63,5 @@ bool mayReplace(Alerts& alerts, QWidget* parent, const QString& path);
 void writeInBackground(
     JobQueue& jobs, Alerts& alerts, QWidget* window, const QString& path, const QString& failure,
     ByteProducer produce, std::function<void(bool there)> written = [](bool) {});
-
-class DesktopAlerts final : public Alerts {
-  public:
-    int ask(QWidget* parent, const Question& question) override;
-    int choose(QWidget* parent, const Choice& choice) override;
-    void warn(QWidget* parent, const QString& text, const QString& informativeText) override;
-};
 
 }  // namespace zorvel

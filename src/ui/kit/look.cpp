@@ -1,56 +1,48 @@
 #include "ui/kit/look.h"
 
-#include <QApplication>
-#include <QStyle>
-#include <QToolTip>
-
-#include "ui/kit/look_style.h"
-
 namespace zorvel {
 
+namespace {
+
+struct ColorRow {
+    QColor LookColors::*color;
+    const char* light;
+    const char* dark;
+};
+
+constexpr ColorRow colorTable[] = {
+    {&LookColors::window, "#f4f6f4", "#1f2523"},
+    {&LookColors::base, "#ffffff", "#171c1a"},
+    {&LookColors::alternate, "#f8faf8", "#1b211e"},
+    {&LookColors::raised, "#ffffff", "#29302d"},
+    {&LookColors::text, "#1b2520", "#e3e9e5"},
+    {&LookColors::secondary, "#586660", "#a0ada6"},
+    {&LookColors::greyed, "#66736c", "#8f9c95"},
+    {&LookColors::hairline, "#e0e5e1", "#3b4541"},
+    {&LookColors::border, "#808c86", "#74817a"},
+    {&LookColors::accent, "#1f7a55", "#46b583"},
+    {&LookColors::selection, "#1f7a55", "#25704f"},
+    {&LookColors::selectionText, "#ffffff", "#ffffff"},
+    {&LookColors::selectionSecondary, "#e3f2ea", "#d3e9de"},
+    {&LookColors::quietSelection, "#d9e9e1", "#2b3f36"},
+    {&LookColors::hover, "#e7ece9", "#2c3431"},
+    {&LookColors::bar, "#b7d9c8", "#2f5f4a"},
+    {&LookColors::warning, "#fdf3dc", "#3a321e"},
+    {&LookColors::warningMark, "#b7791f", "#e0b04f"},
+    {&LookColors::problem, "#b3382c", "#f0938a"},
+};
+
+LookColors colorsOf(const char* ColorRow::*scheme) {
+    LookColors colors;
+    for (const ColorRow& row : colorTable) colors.*row.color = QColor(row.*scheme);
+    return colors;
+}
+
+}  // namespace
+
 const LookColors& lookColors(ColorScheme scheme) {
-    static const LookColors light = {
-        .window = "#f4f6f4",
-        .base = "#ffffff",
-        .alternate = "#f8faf8",
-        .raised = "#ffffff",
-        .text = "#1b2520",
-        .secondary = "#586660",
-        .greyed = "#66736c",
-        .hairline = "#e0e5e1",
-        .border = "#808c86",
-        .accent = "#1f7a55",
-        .selection = "#1f7a55",
-        .selectionText = "#ffffff",
-        .selectionSecondary = "#e3f2ea",
-        .quietSelection = "#d9e9e1",
-        .hover = "#e7ece9",
-        .bar = "#b7d9c8",
-        .warning = "#fdf3dc",
-        .warningMark = "#b7791f",
-        .problem = "#b3382c",
-    };
-    static const LookColors dark = {
-        .window = "#1f2523",
-        .base = "#171c1a",
-        .alternate = "#1b211e",
-        .raised = "#29302d",
-        .text = "#e3e9e5",
-        .secondary = "#a0ada6",
-        .greyed = "#8f9c95",
-        .hairline = "#3b4541",
-        .border = "#74817a",
-        .accent = "#46b583",
-        .selection = "#25704f",
-        .selectionText = "#ffffff",
-        .selectionSecondary = "#d3e9de",
-        .quietSelection = "#2b3f36",
-        .hover = "#2c3431",
-        .bar = "#2f5f4a",
-        .warning = "#3a321e",
-        .warningMark = "#e0b04f",
-        .problem = "#f0938a",
-    };
+    static const LookColors light = colorsOf(&ColorRow::light);
+    static const LookColors dark = colorsOf(&ColorRow::dark);
     return scheme == ColorScheme::dark ? dark : light;
 }
 
@@ -81,15 +73,6 @@ QPalette lookPalette(ColorScheme scheme) {
         palette.setColor(QPalette::Disabled, role, colors.greyed);
     }
     return palette;
-}
-
-void applyLook(QApplication& application, ColorScheme scheme) {
-    if (qobject_cast<LookStyle*>(QApplication::style()) == nullptr) {
-        QApplication::setStyle(new LookStyle);
-    }
-    const QPalette palette = lookPalette(scheme);
-    application.setPalette(palette);
-    QToolTip::setPalette(palette);
 }
 
 QFont scaledFont(const QFont& font, double factor, bool strong) {

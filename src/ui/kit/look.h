@@ -52,6 +52,9 @@ QPalette lookPalette(ColorScheme scheme);
 // Style, palette and tooltip colours of the whole program; may be called again at any time.
 void applyLook(QApplication& application, ColorScheme scheme);
 
+// Property of the one push button of a page that does what the page is for.
+inline constexpr const char* primaryButtonProperty = "primary";
+
 // The font scaled by a factor, at least medium weight where strong.
 QFont scaledFont(const QFont& font, double factor, bool strong = false);
 

@@ -1,5 +1,3 @@
-#include "ui/kit/look_style.h"
-
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QFileDialog>
@@ -7,6 +5,7 @@
 #include <QLabel>
 #include <QPainter>
 #include <QPlainTextEdit>
+#include <QProxyStyle>
 #include <QStyleOptionButton>
 #include <QStyleOptionComboBox>
 #include <QStyleOptionHeader>
@@ -24,6 +23,7 @@
 namespace zorvel {
 
 namespace {
+
 bool isPrimary(const QWidget* widget) {
     return widget != nullptr && widget->property(primaryButtonProperty).toBool();
 }
@@ -42,260 +42,286 @@ bool isOfFileDialog(const QWidget* widget) {
 bool isTextField(const QWidget* widget) {
     return qobject_cast<const QPlainTextEdit*>(widget) != nullptr;
 }
-}  // namespace
 
-LookStyle::LookStyle() : QProxyStyle("fusion") {}
+// The widget style: Fusion, with flat headers, hairlines instead of frames, thin scroll bars,
+// rounded fields and buttons, in light and dark. Owned by the application.
+//
+// It is also the one place that makes labels show plain text, those of tooltips and message boxes
+// too: what looks like markup may come from a file. A label of ours with markup says so itself, by
+// setTextFormat(Qt::RichText).
+class LookStyle : public QProxyStyle {
+  public:
+    LookStyle() : QProxyStyle("fusion") {}
 
-void LookStyle::polish(QWidget* widget) {
-    QProxyStyle::polish(widget);
-    auto* label = qobject_cast<QLabel*>(widget);
-    if (label != nullptr && label->textFormat() == Qt::AutoText) {
-        label->setTextFormat(Qt::PlainText);
+    using QProxyStyle::polish;
+    void polish(QWidget* widget) override {
+        QProxyStyle::polish(widget);
+        auto* label = qobject_cast<QLabel*>(widget);
+        if (label != nullptr && label->textFormat() == Qt::AutoText) {
+            label->setTextFormat(Qt::PlainText);
+        }
     }
-}
 
-void LookStyle::polish(QApplication* application) {
-    QProxyStyle::polish(application);
-    application->installEventFilter(this);
-}
-
-bool LookStyle::eventFilter(QObject* watched, QEvent* event) {
-    if (event->type() != QEvent::ToolTip || !watched->isWidgetType()) return false;
-    auto* widget = static_cast<QWidget*>(watched);
-    const auto* help = static_cast<QHelpEvent*>(event);
-    const auto* view = qobject_cast<QAbstractItemView*>(widget->parentWidget());
-    const bool isCell = view != nullptr && view->viewport() == widget;
-    const QString tip =
-        isCell ? view->indexAt(help->pos()).data(Qt::ToolTipRole).toString() : widget->toolTip();
-    const QString lines = inLinesOf(longestTipLine, tip);
-    if (lines == tip) return false;
-    QToolTip::showText(help->globalPos(), lines, widget);
-    return true;
-}
-
-int LookStyle::pixelMetric(PixelMetric metric, const QStyleOption* option,
-                           const QWidget* widget) const {
-    switch (metric) {
-        case PM_FocusFrameHMargin:  // the style adds 1: cells and headers begin 12 pixels in
-            return isOfFileDialog(widget) ? 3 : 11;
-        case PM_HeaderMargin:
-            return isOfFileDialog(widget) ? 4 : 12;
-        case PM_SplitterWidth:
-            return 1;
-        case PM_ScrollBarExtent:
-            return 12;
-        case PM_ScrollBarSliderMin:
-            return 32;
-        case PM_IndicatorWidth:
-        case PM_IndicatorHeight:
-            return 16;
-        case PM_MessageBoxIconSize:
-            return 32;
-        case PM_MenuBarHMargin:
-        case PM_MenuVMargin:
-            return 4;
-        case PM_MenuPanelWidth:
-            return 1;
-        case PM_DefaultFrameWidth:  // the text's own square stays within the round corners
-            return isTextField(widget) ? 3 : QProxyStyle::pixelMetric(metric, option, widget);
-        case PM_MenuBarItemSpacing:
-        case PM_MenuBarPanelWidth:
-        case PM_ButtonShiftHorizontal:
-        case PM_ButtonShiftVertical:
-            return 0;
-        default:
-            return QProxyStyle::pixelMetric(metric, option, widget);
+    void polish(QApplication* application) override {
+        QProxyStyle::polish(application);
+        application->installEventFilter(this);
     }
-}
 
-int LookStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
-                         QStyleHintReturn* returned) const {
-    switch (hint) {
-        case SH_EtchDisabledText:
-        case SH_DitherDisabledText:
-            return 0;
-        case SH_ItemView_ShowDecorationSelected:
-            return 1;
-        case SH_MessageBox_CenterButtons:
-        case SH_DialogButtonBox_ButtonsHaveIcons:
-            return 0;
-        default:
-            return QProxyStyle::styleHint(hint, option, widget, returned);
+    int pixelMetric(PixelMetric metric, const QStyleOption* option,
+                    const QWidget* widget) const override {
+        switch (metric) {
+            case PM_FocusFrameHMargin:  // the style adds 1: cells and headers begin 12 pixels in
+                return isOfFileDialog(widget) ? 3 : 11;
+            case PM_HeaderMargin:
+                return isOfFileDialog(widget) ? 4 : 12;
+            case PM_SplitterWidth:
+                return 1;
+            case PM_ScrollBarExtent:
+                return 12;
+            case PM_ScrollBarSliderMin:
+                return 32;
+            case PM_IndicatorWidth:
+            case PM_IndicatorHeight:
+                return 16;
+            case PM_MessageBoxIconSize:
+                return 32;
+            case PM_MenuBarHMargin:
+            case PM_MenuVMargin:
+                return 4;
+            case PM_MenuPanelWidth:
+                return 1;
+            case PM_DefaultFrameWidth:  // the text's own square stays within the round corners
+                return isTextField(widget) ? 3 : QProxyStyle::pixelMetric(metric, option, widget);
+            case PM_MenuBarItemSpacing:
+            case PM_MenuBarPanelWidth:
+            case PM_ButtonShiftHorizontal:
+            case PM_ButtonShiftVertical:
+                return 0;
+            default:
+                return QProxyStyle::pixelMetric(metric, option, widget);
+        }
     }
-}
 
-QIcon LookStyle::standardIcon(StandardPixmap sign, const QStyleOption* option,
-                              const QWidget* widget) const {
-    switch (sign) {
-        case SP_LineEditClearButton:
-            return glyphIcon(Glyph::cross);
-        case SP_MessageBoxInformation:
-            return glyphIcon(Glyph::information, &LookColors::accent);
-        case SP_MessageBoxWarning:
-        case SP_MessageBoxCritical:
-        case SP_MessageBoxQuestion:
-            return glyphIcon(Glyph::warning, &LookColors::warningMark);
-        default:
-            return QProxyStyle::standardIcon(sign, option, widget);
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* returned) const override {
+        switch (hint) {
+            case SH_EtchDisabledText:
+            case SH_DitherDisabledText:
+                return 0;
+            case SH_ItemView_ShowDecorationSelected:
+                return 1;
+            case SH_MessageBox_CenterButtons:
+            case SH_DialogButtonBox_ButtonsHaveIcons:
+                return 0;
+            default:
+                return QProxyStyle::styleHint(hint, option, widget, returned);
+        }
     }
-}
 
-QSize LookStyle::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
-                                  const QWidget* widget) const {
-    QSize whole = QProxyStyle::sizeFromContents(type, option, size, widget);
-    if (type == CT_PushButton) {
-        whole = QSize(std::max(whole.width() + 12, 88), option->fontMetrics.height() + 14);
+    QIcon standardIcon(StandardPixmap sign, const QStyleOption* option,
+                       const QWidget* widget) const override {
+        switch (sign) {
+            case SP_LineEditClearButton:
+                return glyphIcon(Glyph::cross);
+            case SP_MessageBoxInformation:
+                return glyphIcon(Glyph::information, &LookColors::accent);
+            case SP_MessageBoxWarning:
+            case SP_MessageBoxCritical:
+            case SP_MessageBoxQuestion:
+                return glyphIcon(Glyph::warning, &LookColors::warningMark);
+            default:
+                return QProxyStyle::standardIcon(sign, option, widget);
+        }
     }
-    if (type == CT_LineEdit || type == CT_ComboBox || type == CT_SpinBox)
-        whole.setHeight(option->fontMetrics.height() + 12);
-    if (type == CT_MenuBarItem) {
-        whole = QSize(size.width() + 16, option->fontMetrics.height() + 12);
-    }
-    if (type == CT_MenuItem) whole.rheight() += 4;
-    if (const auto* header = qstyleoption_cast<const QStyleOptionHeader*>(option);
-        header != nullptr && type == CT_HeaderSection) {
-        whole = QSize(option->fontMetrics.horizontalAdvance(header->text) + headerMarkRoom +
-                          2 * pixelMetric(PM_HeaderMargin, option, widget),
-                      option->fontMetrics.height() + 14);
-    }
-    return whole;
-}
 
-QRect LookStyle::subElementRect(SubElement element, const QStyleOption* option,
-                                const QWidget* widget) const {
-    const QRect rect = QProxyStyle::subElementRect(element, option, widget);
-    const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
-    if (element != SE_LineEditContents || frame == nullptr || frame->lineWidth <= 0) return rect;
-    return rect.adjusted(fieldPadding, 0, -fieldPadding, 0);
-}
+    QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
+                           const QWidget* widget) const override {
+        QSize whole = QProxyStyle::sizeFromContents(type, option, size, widget);
+        if (type == CT_PushButton) {
+            whole = QSize(std::max(whole.width() + 12, 88), option->fontMetrics.height() + 14);
+        }
+        if (type == CT_LineEdit || type == CT_ComboBox || type == CT_SpinBox)
+            whole.setHeight(option->fontMetrics.height() + 12);
+        if (type == CT_MenuBarItem) {
+            whole = QSize(size.width() + 16, option->fontMetrics.height() + 12);
+        }
+        if (type == CT_MenuItem) whole.rheight() += 4;
+        if (const auto* header = qstyleoption_cast<const QStyleOptionHeader*>(option);
+            header != nullptr && type == CT_HeaderSection) {
+            whole = QSize(option->fontMetrics.horizontalAdvance(header->text) + headerMarkRoom +
+                              2 * pixelMetric(PM_HeaderMargin, option, widget),
+                          option->fontMetrics.height() + 14);
+        }
+        return whole;
+    }
 
-QRect LookStyle::subControlRect(ComplexControl control, const QStyleOptionComplex* option,
-                                SubControl part, const QWidget* widget) const {
-    const auto* bar = qstyleoption_cast<const QStyleOptionSlider*>(option);
-    if (control != CC_ScrollBar || bar == nullptr) {
+    QRect subElementRect(SubElement element, const QStyleOption* option,
+                         const QWidget* widget) const override {
+        const QRect rect = QProxyStyle::subElementRect(element, option, widget);
+        const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
+        if (element != SE_LineEditContents || frame == nullptr || frame->lineWidth <= 0)
+            return rect;
+        return rect.adjusted(fieldPadding, 0, -fieldPadding, 0);
+    }
+
+    QRect subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,
+                         const QWidget* widget) const override {
+        const auto* bar = qstyleoption_cast<const QStyleOptionSlider*>(option);
+        if (control != CC_ScrollBar || bar == nullptr) {
+            return QProxyStyle::subControlRect(control, option, part, widget);
+        }
+        if (part == SC_ScrollBarAddLine || part == SC_ScrollBarSubLine) return {};
+        if (part == SC_ScrollBarGroove) return bar->rect;
+        // Without buttons the handle has the whole bar to move in.
+        const bool horizontal = bar->orientation == Qt::Horizontal;
+        const int length = horizontal ? bar->rect.width() : bar->rect.height();
+        const qint64 range = qint64(bar->maximum) - bar->minimum + bar->pageStep;
+        const int least = pixelMetric(PM_ScrollBarSliderMin, option, widget);
+        const int share =
+            range > 0 ? static_cast<int>(qint64(bar->pageStep) * length / range) : length;
+        const int handle = std::min(length, std::max(share, least));
+        const int start = sliderPositionFromValue(bar->minimum, bar->maximum, bar->sliderPosition,
+                                                  length - handle, bar->upsideDown);
+        const auto along = [&](int from, int size) {
+            return horizontal ? QRect(bar->rect.x() + from, bar->rect.y(), size, bar->rect.height())
+                              : QRect(bar->rect.x(), bar->rect.y() + from, bar->rect.width(), size);
+        };
+        if (part == SC_ScrollBarSlider) return along(start, handle);
+        if (part == SC_ScrollBarSubPage) return along(0, start);
+        if (part == SC_ScrollBarAddPage) return along(start + handle, length - start - handle);
         return QProxyStyle::subControlRect(control, option, part, widget);
     }
-    if (part == SC_ScrollBarAddLine || part == SC_ScrollBarSubLine) return {};
-    if (part == SC_ScrollBarGroove) return bar->rect;
-    // Without buttons the handle has the whole bar to move in.
-    const bool horizontal = bar->orientation == Qt::Horizontal;
-    const int length = horizontal ? bar->rect.width() : bar->rect.height();
-    const qint64 range = qint64(bar->maximum) - bar->minimum + bar->pageStep;
-    const int least = pixelMetric(PM_ScrollBarSliderMin, option, widget);
-    const int share = range > 0 ? static_cast<int>(qint64(bar->pageStep) * length / range) : length;
-    const int handle = std::min(length, std::max(share, least));
-    const int start = sliderPositionFromValue(bar->minimum, bar->maximum, bar->sliderPosition,
-                                              length - handle, bar->upsideDown);
-    const auto along = [&](int from, int size) {
-        return horizontal ? QRect(bar->rect.x() + from, bar->rect.y(), size, bar->rect.height())
-                          : QRect(bar->rect.x(), bar->rect.y() + from, bar->rect.width(), size);
-    };
-    if (part == SC_ScrollBarSlider) return along(start, handle);
-    if (part == SC_ScrollBarSubPage) return along(0, start);
-    if (part == SC_ScrollBarAddPage) return along(start + handle, length - start - handle);
-    return QProxyStyle::subControlRect(control, option, part, widget);
-}
 
-void LookStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option,
-                              QPainter* painter, const QWidget* widget) const {
-    const LookColors& colors = lookColors(option->palette);
-    switch (element) {
-        case PE_FrameStatusBarItem:
-        case PE_FrameLineEdit:
-        case PE_PanelMenuBar:
-            return;
-        case PE_FrameFocusRect:
-            if (qobject_cast<const QAbstractItemView*>(widget) != nullptr) return;
-            break;
-        case PE_PanelLineEdit:
-            if (const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
-                frame != nullptr && frame->lineWidth > 0) {
-                paintFieldPanel(*option, *painter);
-            }
-            return;
-        case PE_PanelButtonCommand:
-            return paintPushButton(*option, *painter, isPrimary(widget));
-        case PE_PanelButtonTool:
-            return paintToolButton(*option, *painter);
-        case PE_IndicatorCheckBox:
-            return paintCheckBox(*option, *painter);
-        case PE_IndicatorRadioButton:
-            return paintRadioMark(*option, *painter);
-        case PE_IndicatorItemViewItemCheck:
-            return paintItemCheck(*option, *painter);
-        case PE_FrameMenu:  // the panel has painted it
-            return;
-        case PE_PanelMenu:
-        case PE_PanelTipLabel:
-            painter->save();  // the items of a menu are painted with this painter too
-            painter->setPen(colors.border);
-            painter->setBrush(colors.raised);
-            painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
-            painter->restore();
-            return;
-        default:
-            break;
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const override {
+        const LookColors& colors = lookColors(option->palette);
+        switch (element) {
+            case PE_FrameStatusBarItem:
+            case PE_FrameLineEdit:
+            case PE_PanelMenuBar:
+                return;
+            case PE_FrameFocusRect:
+                if (qobject_cast<const QAbstractItemView*>(widget) != nullptr) return;
+                break;
+            case PE_PanelLineEdit:
+                if (const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
+                    frame != nullptr && frame->lineWidth > 0) {
+                    paintFieldPanel(*option, *painter);
+                }
+                return;
+            case PE_PanelButtonCommand:
+                return paintPushButton(*option, *painter, isPrimary(widget));
+            case PE_PanelButtonTool:
+                return paintToolButton(*option, *painter);
+            case PE_IndicatorCheckBox:
+                return paintCheckBox(*option, *painter);
+            case PE_IndicatorRadioButton:
+                return paintRadioMark(*option, *painter);
+            case PE_IndicatorItemViewItemCheck:
+                return paintItemCheck(*option, *painter);
+            case PE_FrameMenu:  // the panel has painted it
+                return;
+            case PE_PanelMenu:
+            case PE_PanelTipLabel:
+                painter->save();  // the items of a menu are painted with this painter too
+                painter->setPen(colors.border);
+                painter->setBrush(colors.raised);
+                painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
+                painter->restore();
+                return;
+            default:
+                break;
+        }
+        QProxyStyle::drawPrimitive(element, option, painter, widget);
     }
-    QProxyStyle::drawPrimitive(element, option, painter, widget);
-}
 
-void LookStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
-                            const QWidget* widget) const {
-    const LookColors& colors = lookColors(option->palette);
-    switch (element) {
-        case CE_Header:
-            paintHeaderSection(*option, *painter);
-            if (const auto* header = qstyleoption_cast<const QStyleOptionHeader*>(option)) {
-                const int margin = proxy()->pixelMetric(PM_HeaderMargin, option, widget);
-                paintHeaderLabel(*header, option->rect.adjusted(margin, 0, -margin, 0), *painter);
-            }
-            return;
-        case CE_HeaderEmptyArea:
-            return paintHeaderSection(*option, *painter);
-        case CE_Splitter:
-            return painter->fillRect(option->rect, colors.hairline);
-        case CE_MenuBarItem:
-            if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option)) {
-                paintMenuBarItem(*item, *painter);
-            }
-            return;
-        case CE_MenuBarEmptyArea:
-            return painter->fillRect(option->rect, colors.window);
-        case CE_PushButtonLabel:
-            if (const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
-                button != nullptr && isPrimary(widget) && (option->state & State_Enabled) != 0) {
-                QStyleOptionButton light = *button;
-                light.palette.setColor(QPalette::ButtonText, colors.selectionText);
-                return QProxyStyle::drawControl(element, &light, painter, widget);
-            }
-            return QProxyStyle::drawControl(element, option, painter, widget);
-        case CE_ShapedFrame:
-            if (isTextField(widget)) return paintFieldPanel(*option, *painter);
-            return QProxyStyle::drawControl(element, option, painter, widget);
-        case CE_PushButtonBevel:
-            return drawPrimitive(PE_PanelButtonCommand, option, painter, widget);
-        default:
-            QProxyStyle::drawControl(element, option, painter, widget);
+    void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override {
+        const LookColors& colors = lookColors(option->palette);
+        switch (element) {
+            case CE_Header:
+                paintHeaderSection(*option, *painter);
+                if (const auto* header = qstyleoption_cast<const QStyleOptionHeader*>(option)) {
+                    const int margin = proxy()->pixelMetric(PM_HeaderMargin, option, widget);
+                    paintHeaderLabel(*header, option->rect.adjusted(margin, 0, -margin, 0),
+                                     *painter);
+                }
+                return;
+            case CE_HeaderEmptyArea:
+                return paintHeaderSection(*option, *painter);
+            case CE_Splitter:
+                return painter->fillRect(option->rect, colors.hairline);
+            case CE_MenuBarItem:
+                if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option)) {
+                    paintMenuBarItem(*item, *painter);
+                }
+                return;
+            case CE_MenuBarEmptyArea:
+                return painter->fillRect(option->rect, colors.window);
+            case CE_PushButtonLabel:
+                if (const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
+                    button != nullptr && isPrimary(widget) &&
+                    (option->state & State_Enabled) != 0) {
+                    QStyleOptionButton light = *button;
+                    light.palette.setColor(QPalette::ButtonText, colors.selectionText);
+                    return QProxyStyle::drawControl(element, &light, painter, widget);
+                }
+                return QProxyStyle::drawControl(element, option, painter, widget);
+            case CE_ShapedFrame:
+                if (isTextField(widget)) return paintFieldPanel(*option, *painter);
+                return QProxyStyle::drawControl(element, option, painter, widget);
+            case CE_PushButtonBevel:
+                return drawPrimitive(PE_PanelButtonCommand, option, painter, widget);
+            default:
+                QProxyStyle::drawControl(element, option, painter, widget);
+        }
     }
-}
 
-void LookStyle::drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
-                                   QPainter* painter, const QWidget* widget) const {
-    const auto* bar = qstyleoption_cast<const QStyleOptionSlider*>(option);
-    if (control == CC_ScrollBar && bar != nullptr) {
-        return paintScrollBar(*bar, subControlRect(control, option, SC_ScrollBarSlider, widget),
-                              *painter);
+    void drawComplexControl(ComplexControl control, const QStyleOptionComplex* option,
+                            QPainter* painter, const QWidget* widget) const override {
+        const auto* bar = qstyleoption_cast<const QStyleOptionSlider*>(option);
+        if (control == CC_ScrollBar && bar != nullptr) {
+            return paintScrollBar(*bar, subControlRect(control, option, SC_ScrollBarSlider, widget),
+                                  *painter);
+        }
+        if (control == CC_ComboBox) {
+            const QRect arrow = subControlRect(control, option, SC_ComboBoxArrow, widget);
+            const auto* box = qstyleoption_cast<const QStyleOptionComboBox*>(option);
+            return paintComboBox(*option, arrow, box != nullptr && box->editable, *painter);
+        }
+        if (const auto* box = qstyleoption_cast<const QStyleOptionSpinBox*>(option)) {
+            return paintSpinBox(*box, subControlRect(control, option, SC_SpinBoxUp, widget),
+                                subControlRect(control, option, SC_SpinBoxDown, widget), *painter);
+        }
+        QProxyStyle::drawComplexControl(control, option, painter, widget);
     }
-    if (control == CC_ComboBox) {
-        const QRect arrow = subControlRect(control, option, SC_ComboBoxArrow, widget);
-        const auto* box = qstyleoption_cast<const QStyleOptionComboBox*>(option);
-        return paintComboBox(*option, arrow, box != nullptr && box->editable, *painter);
+
+  protected:
+    // Shows the long tooltips of widgets and cells in lines that can be read.
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (event->type() != QEvent::ToolTip || !watched->isWidgetType()) return false;
+        auto* widget = static_cast<QWidget*>(watched);
+        const auto* help = static_cast<QHelpEvent*>(event);
+        const auto* view = qobject_cast<QAbstractItemView*>(widget->parentWidget());
+        const bool isCell = view != nullptr && view->viewport() == widget;
+        const QString tip = isCell ? view->indexAt(help->pos()).data(Qt::ToolTipRole).toString()
+                                   : widget->toolTip();
+        const QString lines = inLinesOf(longestTipLine, tip);
+        if (lines == tip) return false;
+        QToolTip::showText(help->globalPos(), lines, widget);
+        return true;
     }
-    if (const auto* box = qstyleoption_cast<const QStyleOptionSpinBox*>(option)) {
-        return paintSpinBox(*box, subControlRect(control, option, SC_SpinBoxUp, widget),
-                            subControlRect(control, option, SC_SpinBoxDown, widget), *painter);
+};
+
+}  // namespace
+
+void applyLook(QApplication& application, ColorScheme scheme) {
+    if (dynamic_cast<LookStyle*>(QApplication::style()) == nullptr) {
+        QApplication::setStyle(new LookStyle);
     }
-    QProxyStyle::drawComplexControl(control, option, painter, widget);
+    const QPalette palette = lookPalette(scheme);
+    application.setPalette(palette);
+    QToolTip::setPalette(palette);
 }
 
 }  // namespace zorvel

@@ -15,7 +15,6 @@
 #include <cstdlib>
 #include <utility>
 
-#include "ui/kit/explanation.h"
 #include "ui/kit/look.h"
 #include "ui/kit/popover.h"
 #include "ui/kit/small_widgets.h"
@@ -342,7 +341,7 @@ void MetricSheet::updateExplanation() {
                            {"Inputs", inputs},
                            {"Limits", limits},
                            {"Source", words.source}};
-    explanation.showIn(*popover_, host_.palette());
+    popover_->setExplanation(explanation);
 }
 
 }  // namespace zorvel

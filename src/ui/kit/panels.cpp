@@ -46,7 +46,7 @@ QString chooseOne(QWidget* parent, const QString& title, const QString& filter) 
 
 }  // namespace
 
-QStringList DesktopOpenPanel::chooseFiles(QWidget* parent) {
+QStringList OpenPanel::chooseFiles(QWidget* parent) {
     const QString filter =
         "Projects, text files and workbooks (*.zorvel *.txt *.csv *.tsv *.xlsx *.ods);;"
         "All files (*)";
@@ -56,17 +56,17 @@ QStringList DesktopOpenPanel::chooseFiles(QWidget* parent) {
     return paths;
 }
 
-QString DesktopOpenPanel::chooseTextFile(QWidget* parent, const QString& title) {
+QString OpenPanel::chooseTextFile(QWidget* parent, const QString& title) {
     return chooseOne(parent, title, "Text files (*.txt *.csv);;All files (*)");
 }
 
-QString DesktopOpenPanel::chooseTable(QWidget* parent) {
+QString OpenPanel::chooseTable(QWidget* parent) {
     return chooseOne(parent, "Import Table",
                      "Text files and workbooks (*.txt *.csv *.tsv *.tab *.xlsx *.ods);;"
                      "All files (*)");
 }
 
-QString DesktopSavePanel::chooseProjectPath(QWidget* parent, const QString& suggestion) {
+QString SavePanel::chooseProjectPath(QWidget* parent, const QString& suggestion) {
     const QString start = startingAt(withProjectEnding(suggestion), parent);
     // The caller adds the ending, so the panel cannot know what would be replaced.
     QString path =
@@ -76,8 +76,8 @@ QString DesktopSavePanel::chooseProjectPath(QWidget* parent, const QString& sugg
     return path;
 }
 
-QString DesktopSavePanel::chooseFile(QWidget* parent, const QString& title,
-                                     const QString& suggestion, const QList<FileType>& types) {
+QString SavePanel::chooseFile(QWidget* parent, const QString& title, const QString& suggestion,
+                              const QList<FileType>& types) {
     QStringList filters;
     for (const FileType& type : types) filters.append(type.title + " (*" + type.ending + ")");
     const auto typeOf = [&](const QString& filter) -> const FileType& {
@@ -93,7 +93,7 @@ QString DesktopSavePanel::chooseFile(QWidget* parent, const QString& title,
     };
     follow(filters.first());
     QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, follow);
-    DesktopAlerts alerts;
+    Alerts alerts;
     while (dialog.exec() == QDialog::Accepted) {
         const QString chosen = dialog.selectedFiles().value(0);
         QString path = withEnding(chosen, types, typeOf(dialog.selectedNameFilter()));
@@ -116,8 +116,8 @@ QString withProjectEnding(const QString& path) {
     return withEnding(path, {project}, project);
 }
 
-void DesktopColorPanel::chooseColor(QWidget* parent, const QString& title, const QColor& initial,
-                                    Chosen chosen) {
+void ColorPanel::chooseColor(QWidget* parent, const QString& title, const QColor& initial,
+                             Chosen chosen) {
     auto* panel = new QColorDialog(initial, parent);
     panel->setAttribute(Qt::WA_DeleteOnClose);
     panel->setOption(QColorDialog::ShowAlphaChannel);
@@ -126,7 +126,7 @@ void DesktopColorPanel::chooseColor(QWidget* parent, const QString& title, const
     panel->open();
 }
 
-void DesktopLinkOpener::openURL(const QUrl& url) {
+void LinkOpener::openURL(const QUrl& url) {
     QDesktopServices::openUrl(url);
 }
 

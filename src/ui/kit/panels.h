@@ -1,5 +1,7 @@
-// What asks the user, and what opens something outside of the program. Interfaces, so that a test
-// can answer; main() makes the desktop's own and hands them down. Main thread.
+// What asks the user, and what opens something outside of the program: panels of the desktop, in
+// whose place a test can answer. main() makes them and hands them down. Those for files begin in
+// the folder of the project that the parent's window shows, or else in the folder used last, in
+// this run or an earlier one. Main thread.
 #pragma once
 
 #include <QColor>
@@ -18,11 +20,11 @@ namespace zorvel {
 class OpenPanel : public Panel {
   public:
     // Paths of projects and text files; empty if cancelled. Waits for the answer.
-    virtual QStringList chooseFiles(QWidget* parent) = 0;
+    virtual QStringList chooseFiles(QWidget* parent);
     // The path of one text file; empty if cancelled. title: what is chosen.
-    virtual QString chooseTextFile(QWidget* parent, const QString& title) = 0;
+    virtual QString chooseTextFile(QWidget* parent, const QString& title);
     // The path of a text file or workbook to import as a table; empty if cancelled.
-    virtual QString chooseTable(QWidget* parent) = 0;
+    virtual QString chooseTable(QWidget* parent);
 };
 
 // A kind of file that can be written: "PDF document", ".pdf".
@@ -35,13 +37,13 @@ class SavePanel : public Panel {
   public:
     // suggestion: a path, or only a name. The path as it was typed, with or without an ending,
     // whether the file exists or not; empty if cancelled. Waits for the answer.
-    virtual QString chooseProjectPath(QWidget* parent, const QString& suggestion) = 0;
+    virtual QString chooseProjectPath(QWidget* parent, const QString& suggestion);
 
     // The same for a file of one of these types; the first is suggested. The path ends as one of
     // them does: an ending is added if none of theirs was typed. The panel has asked whether an
     // existing file may be replaced. title: what is saved.
     virtual QString chooseFile(QWidget* parent, const QString& title, const QString& suggestion,
-                               const QList<FileType>& types) = 0;
+                               const QList<FileType>& types);
 };
 
 // Each must outlive the windows that are given these.
@@ -58,13 +60,13 @@ class ColorPanel : public Panel {
 
     // Returns at once. The panel belongs to the parent and goes with it.
     virtual void chooseColor(QWidget* parent, const QString& title, const QColor& initial,
-                             Chosen chosen) = 0;
+                             Chosen chosen);
 };
 
 // Opens web pages, files of help and new mails in the programs that the desktop has for them.
 class LinkOpener : public Panel {
   public:
-    virtual void openURL(const QUrl& url) = 0;
+    virtual void openURL(const QUrl& url);
 };
 
 // text: a whole URL with its scheme, percent-encoded. Any other text opens nothing.
@@ -75,32 +77,5 @@ QString withEnding(const QString& path, const QList<FileType>& types, const File
 
 // The path with the ending of projects, whatever the case of one that it has.
 QString withProjectEnding(const QString& path);
-
-// The desktop's panels. Those for files begin in the folder of the project that the parent's window
-// shows, or else in the folder used last, in this run or an earlier one.
-class DesktopOpenPanel final : public OpenPanel {
-  public:
-    QStringList chooseFiles(QWidget* parent) override;
-    QString chooseTextFile(QWidget* parent, const QString& title) override;
-    QString chooseTable(QWidget* parent) override;
-};
-
-class DesktopSavePanel final : public SavePanel {
-  public:
-    QString chooseProjectPath(QWidget* parent, const QString& suggestion) override;
-    QString chooseFile(QWidget* parent, const QString& title, const QString& suggestion,
-                       const QList<FileType>& types) override;
-};
-
-class DesktopColorPanel final : public ColorPanel {
-  public:
-    void chooseColor(QWidget* parent, const QString& title, const QColor& initial,
-                     Chosen chosen) override;
-};
-
-class DesktopLinkOpener final : public LinkOpener {
-  public:
-    void openURL(const QUrl& url) override;
-};
 
 }  // namespace zorvel

@@ -79,10 +79,30 @@ Popover::~Popover() {
     qApp->removeEventFilter(this);
 }
 
-void Popover::setText(const QString& rich, const QString& plain) {
-    text_->setText(rich);
-    text_->setAccessibleName(plain);
-    setAccessibleName(plain);
+void Popover::setExplanation(const Explanation& explanation) {
+    QString rich;
+    QStringList plain;
+    const auto add = [&](const QString& text, const char* style) {
+        if (text.isEmpty()) return;
+        rich += QString("<p style=\"margin:0 0 8px 0;%1\">%2</p>").arg(style, text.toHtmlEscaped());
+        plain.append(text);
+    };
+    add(explanation.name, "font-weight:600;font-size:large");
+    add(explanation.value, "font-weight:600");
+    for (const QString& paragraph : explanation.paragraphs) add(paragraph, "");
+    rich += "<table cellspacing=\"0\" cellpadding=\"0\">";
+    for (const auto& [label, text] : explanation.entries) {
+        if (text.isEmpty()) continue;
+        rich += QString(
+                    "<tr><td style=\"padding:6px 12px 0 0;color:%1\">%2</td>"
+                    "<td style=\"padding:6px 0 0 0\">%3</td></tr>")
+                    .arg(lookColors(QApplication::palette()).secondary.name(),
+                         label.toHtmlEscaped(), text.toHtmlEscaped());
+        plain.append(label + ": " + text);
+    }
+    text_->setText(rich + "</table>");
+    text_->setAccessibleName(plain.join('\n'));
+    setAccessibleName(plain.join('\n'));
     if (isVisible()) place();
 }
 

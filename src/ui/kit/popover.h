@@ -4,8 +4,12 @@
 #pragma once
 
 #include <QFrame>
+#include <QList>
 #include <QPointer>
 #include <QRect>
+#include <QString>
+#include <QStringList>
+#include <utility>
 
 class QLabel;
 class QScrollArea;
@@ -16,14 +20,20 @@ namespace zorvel {
 // over it; its middle at the height of the anchor's as far as the host has room.
 QRect popoverPlace(const QSize& host, const QRect& anchor, const QSize& wanted);
 
+struct Explanation {
+    QString name;
+    QString value;                               // "6.5 for North"
+    QStringList paragraphs;                      // those that are empty are left out, as the next
+    QList<std::pair<QString, QString>> entries;  // "Formula" and it
+};
+
 class Popover : public QFrame {
     Q_OBJECT
   public:
     explicit Popover(QWidget* host);
     ~Popover() override;
 
-    // plain: what a screen reader says.
-    void setText(const QString& rich, const QString& plain);
+    void setExplanation(const Explanation& explanation);
     // Takes the focus. anchor: in the host's coordinates; a click on it closes nothing.
     void showBeside(const QRect& anchor);
     void dismiss();

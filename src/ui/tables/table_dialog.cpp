@@ -14,7 +14,6 @@
 #include <utility>
 
 #include "ui/kit/look.h"
-#include "ui/kit/look_style.h"
 #include "ui/kit/shown_text.h"
 #include "ui/kit/small_widgets.h"
 #include "ui/kit/window_placement.h"

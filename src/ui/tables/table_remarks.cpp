@@ -10,7 +10,6 @@
 
 #include "ui/kit/glyphs.h"
 #include "ui/kit/look.h"
-#include "ui/kit/look_style.h"
 #include "ui/kit/shown_text.h"
 #include "ui/tables/table_texts.h"
 
