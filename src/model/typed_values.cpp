@@ -63,64 +63,30 @@ bool isWholeNumber(std::string_view text) {
     return !text.empty() && std::all_of(text.begin(), text.end(), isDigit);
 }
 
-// Plain signs for degrees, minutes and seconds; no letters, which stand for hemispheres.
-constexpr char degreeSign = '\1';
-constexpr char minuteSign = '\2';
-constexpr char secondSign = '\3';
-
-// All variants of the signs as those three, a decimal comma as a point, a typographic minus sign as
-// a hyphen.
-std::string plainCoordinate(std::string_view text) {
-    struct Sign {
-        std::string_view bytes;
-        char plain;
-    };
-    constexpr std::array signs = {
-        Sign{"\u00B0", degreeSign}, Sign{"\u00BA", degreeSign}, Sign{"''", secondSign},
-        Sign{"'", minuteSign},      Sign{"\u2032", minuteSign}, Sign{"\u2019", minuteSign},
-        Sign{"\"", secondSign},     Sign{"\u2033", secondSign}, Sign{"\u201D", secondSign},
-        Sign{"\u2212", '-'},        Sign{"\u00A0", ' '},        Sign{",", '.'}};
-    std::string plain;
-    while (!text.empty()) {
-        const Sign* found = nullptr;
-        for (const Sign& sign : signs) {
-            if (!found && text.starts_with(sign.bytes)) found = &sign;
-        }
-        plain += found ? found->plain : text.front();
-        text.remove_prefix(found ? found->bytes.size() : 1);
-    }
-    return plain;
-}
-
 using Match = std::match_results<std::string_view::const_iterator>;
-
-// The text of a group; empty if it is absent.
-std::string_view textOf(const Match& match, std::size_t group) {
-    if (!match[group].matched) return {};
-    return {match[group].first, match[group].second};
-}
 
 // Of a group of digits; 0 if it is absent.
 std::int64_t numberIn(const Match& match, std::size_t group) {
-    return parseWholeInteger(textOf(match, group)).value_or(0);
+    return parseWholeInteger(match.str(group)).value_or(0);
 }
 
 // Degrees, with or without minutes and seconds, of which the last may have decimals. letters: of
 // the positive and of the negative hemisphere; one stands before or after, instead of a minus sign.
-std::optional<double> coordinate(std::string_view typed, double limit, std::string_view letters) {
-    static const std::string number = "([0-9.]+)(?![0-9.])\\s*";
-    static const std::regex form("([a-z]?)\\s*([-+]?)" + number + degreeSign + "?\\s*(?:" + number +
-                                     minuteSign + "?\\s*(?:" + number + secondSign +
-                                     "?\\s*)?)?([a-z]?)",
+std::optional<double> coordinate(std::string_view text, double limit, std::string_view letters) {
+    static const std::string space = "(?:\\s|\u00A0)*";
+    static const std::string number = "([0-9.,]+)(?![0-9.,])" + space;
+    static const std::regex form("([a-z]?)" + space + "([-+]|\u2212)?" + number +
+                                     "(?:\u00B0|\u00BA)?" + space + "(?:" + number +
+                                     "(?:'|\u2032|\u2019)?" + space + "(?:" + number +
+                                     "(?:''|\"|\u2033|\u201D)?" + space + ")?)?([a-z]?)",
                                  std::regex::icase);
     constexpr std::size_t longest = 1000;  // a regex takes stack for each character
-    const std::string plain = plainCoordinate(typed);
-    const std::string_view text = withoutOuterSpace(plain);
+    text = withoutOuterSpace(text);
     Match match;
     if (text.size() > longest || !std::regex_match(text.begin(), text.end(), match, form)) {
         return std::nullopt;
     }
-    bool isNegative = match.str(2) == "-";
+    bool isNegative = match[2].matched && match.str(2) != "+";
     if (const std::string letter = match.str(1) + match.str(6); !letter.empty()) {
         const bool isSecond = static_cast<char>(letter[0] & ~0x20) == letters[1];
         const bool isFirst = static_cast<char>(letter[0] & ~0x20) == letters[0];
@@ -130,9 +96,11 @@ std::optional<double> coordinate(std::string_view typed, double limit, std::stri
     double degrees = 0;
     double unit = 1;
     for (std::size_t group = 3; group <= 5 && match[group].matched; ++group, unit *= 60) {
-        const std::optional<double> part = parseWholeDouble(textOf(match, group));
+        std::string digits = match.str(group);
+        std::replace(digits.begin(), digits.end(), ',', '.');
+        const std::optional<double> part = parseWholeDouble(digits);
         const bool isLast = group == 5 || !match[group + 1].matched;
-        const bool isFraction = textOf(match, group).find('.') != std::string_view::npos;
+        const bool isFraction = digits.find('.') != std::string::npos;
         if (!part || (unit > 1 && *part >= 60) || (isFraction && !isLast)) return std::nullopt;
         degrees += *part / unit;
     }
