@@ -20,9 +20,15 @@ double sumOver(const FrequencyCounts& sample, double (*term)(double)) {
     return sum;
 }
 
-void addUp(FrequencyCounts& sample) {
+// size: of a sample of incidences; otherwise it is the sum of the counts.
+FrequencyCounts frequencies(std::vector<AbundanceClass> classes,
+                            std::optional<std::int64_t> size = {}) {
+    const SampleKind kind = size ? SampleKind::incidence : SampleKind::abundance;
+    FrequencyCounts sample{kind, std::move(classes)};
     sample.total = sumOver(sample, [](double x) { return x; });
     sample.taxa = sumOver(sample, [](double) { return 1.0; });
+    sample.size = size ? static_cast<double>(*size) : sample.total;
+    return sample;
 }
 
 // x + x (x - 1) ln(1 - 1 / x), which falls from 1 to 1/2.
@@ -52,28 +58,15 @@ double FrequencyCounts::taxaWith(std::int64_t count) const {
 }
 
 FrequencyCounts abundanceFrequencies(CountsView counts) {
-    FrequencyCounts sample{SampleKind::abundance, abundanceClasses(counts)};
-    addUp(sample);
-    sample.size = sample.total;
-    return sample;
+    return frequencies(abundanceClasses(counts));
 }
 
 FrequencyCounts incidenceFrequencies(CountsView censusesOfTaxon, std::int64_t censuses) {
-    FrequencyCounts sample{SampleKind::incidence, abundanceClasses(censusesOfTaxon)};
-    addUp(sample);
-    sample.size = static_cast<double>(censuses);
-    return sample;
+    return frequencies(abundanceClasses(censusesOfTaxon), censuses);
 }
 
 FrequencyCounts incidenceFrequencies(const IncidenceSummary& summary) {
-    FrequencyCounts sample{SampleKind::incidence, {}};
-    for (std::int64_t count = 1; count <= summary.censuses; ++count) {
-        if (const std::int64_t taxa = summary.taxaIn(count))
-            sample.classes.push_back({count, taxa});
-    }
-    addUp(sample);
-    sample.size = static_cast<double>(summary.censuses);
-    return sample;
+    return frequencies(summary.classes(), summary.censuses);
 }
 
 DiversityEstimator::DiversityEstimator(FrequencyCounts sample)

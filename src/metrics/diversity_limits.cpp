@@ -4,7 +4,6 @@
 #include <cmath>
 #include <limits>
 
-#include "metrics/binomial.h"
 #include "metrics/random_source.h"
 
 namespace zorvel {
@@ -142,6 +141,7 @@ EstimatedAssemblage estimatedAssemblage(const DiversityEstimator& estimator) {
     EstimatedAssemblage assemblage;
     assemblage.unseenTaxa = std::ceil(estimator.unseenTaxa());
     const double lacking = estimator.lackingShare();
+    double lowered = 0;  // the lambda by which the shares of the taxa found are lowered
     const auto missChance = [n](double x) { return std::exp(n * std::log1p(-x / n)); };
     if (assemblage.unseenTaxa > 0) {
         double sum = 0;
@@ -149,12 +149,12 @@ EstimatedAssemblage estimatedAssemblage(const DiversityEstimator& estimator) {
             const auto x = static_cast<double>(each.count);
             sum += static_cast<double>(each.taxa) * (x / n) * missChance(x);
         }
-        assemblage.lambda = lacking / sum;
+        lowered = lacking / sum;
         assemblage.unseenChance = lacking / assemblage.unseenTaxa;
     }
     for (const AbundanceClass& each : sample.classes) {
         const auto x = static_cast<double>(each.count);
-        const double chance = x / n * (1 - assemblage.lambda * missChance(x));
+        const double chance = x / n * (1 - lowered * missChance(x));
         assemblage.found.push_back({std::max(0.0, chance), each.taxa});
     }
     return assemblage;

@@ -24,7 +24,6 @@ struct EstimatedAssemblage {
     std::vector<Class> found;  // as the classes of the sample
     double unseenTaxa = 0;     // whole
     double unseenChance = 0;   // of each
-    double lambda = 0;         // by which the shares of the taxa found are lowered
 };
 EstimatedAssemblage estimatedAssemblage(const DiversityEstimator& estimator);
 

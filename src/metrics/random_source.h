@@ -89,6 +89,14 @@ class SeededRandom final : public GeneratedRandom {
     explicit SeededRandom(std::uint64_t seed);
 };
 
+// Uniform in (0, 1).
+double uniform(RandomSource& random);
+
+// The successes of `trials` with that chance each; trials >= 0, chance from 0 to 1. Few successes
+// are counted one by one (geometric gaps), many drawn by transformed rejection (Hormann 1993, "The
+// generation of binomial random variates"), so that the time does not grow with trials.
+std::int64_t binomial(RandomSource& random, std::int64_t trials, double chance);
+
 // One source per job; called on the thread that starts the job.
 using RandomSourceMaker = std::function<std::unique_ptr<RandomSource>()>;
 

@@ -56,48 +56,42 @@ Rarefaction pointAt(const RarefactionSums& sums, std::int64_t n) {
     return raisedToOne(pointWithLimits(n, richness.estimate, richness.variance));
 }
 
-// The frequencies that some taxon has: a frequency without taxa adds exactly 0 to both sums.
-struct FrequencyClass {
-    std::int64_t frequency;
-    double taxa;
-};
-
-std::vector<FrequencyClass> frequencyClasses(const IncidenceSummary& summary) {
-    std::vector<FrequencyClass> classes;
-    for (std::int64_t k = 1; k <= summary.censuses; ++k) {
-        const std::int64_t taxa = summary.taxaIn(k);
-        if (taxa != 0) classes.push_back({k, static_cast<double>(taxa)});
-    }
-    return classes;
-}
-
 // 1 - exp(x) is 1 for any x below: half a unit in the last place of 1 is exp(-37.4).
 constexpr double kCertain = -38;
 
 // Mao's tau at t with its unconditional variance. lf[k] = ln k! up to T. alpha_j, the chance that a
 // taxon of frequency j is missing, falls with j: once it is lost against 1, so are all that follow.
-Rarefaction tauPoint(const std::vector<double>& lf, const std::vector<FrequencyClass>& classes,
+Rarefaction tauPoint(const std::vector<double>& lf, const std::vector<AbundanceClass>& classes,
                      std::int64_t censuses, double chao, std::int64_t t) {
     const auto entry = [&lf](std::int64_t k) { return lf[static_cast<std::size_t>(k)]; };
     double estimate = 0, squares = 0;
     auto each = classes.begin();
-    for (; each != classes.end() && t <= censuses - each->frequency; ++each) {
-        const std::int64_t j = each->frequency;
+    for (; each != classes.end() && t <= censuses - each->count; ++each) {
+        const std::int64_t j = each->count;
         const double logAlpha =
             entry(censuses - t) + entry(censuses - j) - entry(censuses - t - j) - entry(censuses);
         if (logAlpha < kCertain) break;
         const double found = 1 - std::exp(logAlpha);
-        estimate += found * each->taxa;
-        squares += each->taxa * found * found;
+        estimate += found * static_cast<double>(each->taxa);
+        squares += static_cast<double>(each->taxa) * found * found;
     }
     for (; each != classes.end(); ++each) {
-        estimate += each->taxa;
-        squares += each->taxa;
+        estimate += static_cast<double>(each->taxa);
+        squares += static_cast<double>(each->taxa);
     }
     return pointWithLimits(t, estimate, squares - estimate * estimate / chao);
 }
 
 }  // namespace
+
+// A class without taxa would add exactly 0 to any sum.
+std::vector<AbundanceClass> IncidenceSummary::classes() const {
+    std::vector<AbundanceClass> classes;
+    for (std::int64_t k = 1; k <= censuses; ++k) {
+        if (taxaIn(k) != 0) classes.push_back({k, taxaIn(k)});
+    }
+    return classes;
+}
 
 // A cell that is not there is 0 and adds nothing. A taxon whose sum is negative, by negative cells,
 // has no frequency.
@@ -146,10 +140,11 @@ void RarefactionCalculator::extendLogFactorials(std::int64_t size) {
 }
 
 bool RarefactionCalculator::ensureLogFactorials(std::int64_t last) {
-    const std::scoped_lock growing(growth_);
     if (last < logfactSize()) return true;
-    if (last < kMaxLogFactorials) extendLogFactorials(last + 1);
-    return last < logfactSize();
+    if (last >= kMaxLogFactorials) return false;
+    const std::unique_lock lock(mutex_);
+    grow(last + 1);
+    return last < static_cast<std::int64_t>(logfact_.size());
 }
 
 void RarefactionCalculator::grow(std::int64_t size) {
@@ -193,7 +188,7 @@ Rarefaction RarefactionCalculator::sampleBasedPoint(const IncidenceSummary& summ
                                                     std::int64_t t) {
     if (t < 0 || !ensureLogFactorials(summary.censuses)) return undefinedPoint(t);
     const double chao = chaoTwo(summary);
-    const std::vector<FrequencyClass> classes = frequencyClasses(summary);
+    const std::vector<AbundanceClass> classes = summary.classes();
     const std::shared_lock lock(mutex_);
     return tauPoint(logfact_, classes, summary.censuses, chao, t);
 }
@@ -203,7 +198,7 @@ std::vector<Rarefaction> RarefactionCalculator::sampleBasedCurve(const Incidence
     if (summary.censuses < 2) return curve;
     const bool ready = ensureLogFactorials(summary.censuses);
     const double chao = chaoTwo(summary);
-    const std::vector<FrequencyClass> classes = frequencyClasses(summary);
+    const std::vector<AbundanceClass> classes = summary.classes();
     const std::shared_lock lock(mutex_);
     for (std::int64_t t = 1; t < summary.censuses; ++t) {
         curve.push_back(ready ? tauPoint(logfact_, classes, summary.censuses, chao, t)

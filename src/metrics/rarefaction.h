@@ -5,10 +5,10 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <mutex>
 #include <shared_mutex>
 #include <vector>
 
+#include "metrics/abundance.h"
 #include "metrics/counts.h"
 #include "metrics/sparse_counts.h"
 
@@ -37,6 +37,8 @@ struct IncidenceSummary {
         const bool inside = k >= 0 && k < static_cast<std::int64_t>(frequencyCounts.size());
         return inside ? frequencyCounts[static_cast<std::size_t>(k)] : 0;
     }
+    // The taxa found in so many of the censuses each.
+    [[nodiscard]] std::vector<AbundanceClass> classes() const;
 };
 
 IncidenceSummary summariseIncidence(const SparseCounts& counts);
@@ -86,10 +88,9 @@ class RarefactionCalculator {
   private:
     // Grows the table, where needed, so that it has the entry last. False if it cannot.
     bool ensureLogFactorials(std::int64_t last);
-    // Under the exclusive lock.
+    // Under the exclusive lock. A table of that size or more stays as it is.
     void grow(std::int64_t size);
 
-    std::mutex growth_;  // threads that need more entries grow the table one after the other
     mutable std::shared_mutex mutex_;
     std::vector<double> logfact_;
 };

@@ -20,13 +20,24 @@
 
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <vector>
 
 #include "metrics/abundance.h"
-#include "metrics/conditioned_draws.h"
 #include "metrics/counts.h"
 
 namespace zorvel {
+
+// The result of a sum over the taxa of a subsample.
+struct MissingTaxa {
+    long double expected = 0;  // sum of q_i: the mean number of taxa missing from the subsample
+    long double variance = 0;  // of that number, and so of the number of taxa present
+};
+
+// n: from 1 to half of N = total. No two taxa may have more than N specimens together. Terms
+// smaller than exp(-nats) are left out.
+MissingTaxa conditionedDraws(std::span<const AbundanceClass> classes, std::int64_t total,
+                             std::int64_t n, long double nats);
 
 // Sums over all pairs of taxa by the sum of their counts, on which the chance that both are missing
 // depends alone. The pairs of each sum are counted once per curve; a point then takes one step of a

@@ -12,7 +12,6 @@
 #include <vector>
 
 #include "bench/plain_diversity.h"
-#include "metrics/binomial.h"
 #include "metrics/diversity_limits.h"
 #include "metrics/hill_sums.h"
 
