@@ -9,7 +9,6 @@
 #include "base/console.h"
 #include "interchange/writers.h"
 #include "model/diversity_table.h"
-#include "model/diversity_texts.h"
 #include "model/long_table.h"
 #include "model/project_metrics.h"
 #include "platform/document.h"

@@ -8,9 +8,8 @@
 
 #include "base/numbers.h"
 #include "cli/call.h"
-#include "cli/diversity_values.h"
+#include "cli/diversity.h"
 #include "model/diversity_table.h"
-#include "model/diversity_texts.h"
 
 namespace zorvel::cli {
 namespace {

@@ -1,5 +1,5 @@
-// The table of diversity at one size or coverage, as zorvel-cli and the desktop program write it.
-// Any thread.
+// The table of diversity at one size or coverage, and words for diversity, as zorvel-cli and the
+// desktop program write them. Any thread.
 #pragma once
 
 #include <optional>
@@ -11,6 +11,13 @@
 #include "store/object_context.h"
 
 namespace zorvel {
+
+// A sentence.
+const char* diversityAbsenceText(DiversityAbsence absence, SampleKind kind);
+inline constexpr const char* noCommonCoverage =
+    "No census has the two specimens that coverage needs";
+// "rarefied", "observed" or "extrapolated".
+const char* sampleMethodName(SampleMethod method);
 
 using TableCells = std::vector<std::string>;
 

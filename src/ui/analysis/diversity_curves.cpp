@@ -5,7 +5,7 @@
 #include <string>
 #include <utility>
 
-#include "model/diversity_texts.h"
+#include "model/diversity_table.h"
 
 namespace zorvel {
 

@@ -4,7 +4,7 @@
 #include <QStringList>
 
 #include "base/numbers.h"
-#include "model/diversity_texts.h"
+#include "model/diversity_table.h"
 #include "ui/kit/shown_text.h"
 
 namespace zorvel {
