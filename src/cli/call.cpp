@@ -20,14 +20,8 @@ const std::array commands = {&metricsCommand,   &summaryCommand,   &rarefactionC
                              &projectCommand,   &diversityCommand, &matrixCommand,
                              &longTableCommand, &recordsCommand,   &importCommand};
 
-struct KindName {
-    const char* name;
-    FileKind kind;
-};
-constexpr std::array<KindName, 4> kindNames = {{{"list", FileKind::list},
-                                                {"census", FileKind::census},
-                                                {"matrix", FileKind::matrix},
-                                                {"ios", FileKind::ios}}};
+// In the order of the enumeration.
+constexpr std::array kindNames = {"list", "census", "matrix", "ios"};
 
 constexpr const char* programFooter =
     "Messages go to standard error as FILE:LINE:CELL: MESSAGE.\n"
@@ -37,9 +31,8 @@ constexpr const char* programFooter =
     "Each command explains itself: zorvel-cli COMMAND --help";
 
 FileKind readKind(const std::string& text) {
-    for (const KindName& candidate : kindNames) {
-        if (text == candidate.name) return candidate.kind;
-    }
+    const auto* found = std::find(kindNames.begin(), kindNames.end(), text);
+    if (found != kindNames.end()) return static_cast<FileKind>(found - kindNames.begin());
     throw CLI::ValidationError("--kind",
                                "'" + text + "' is none of list, census, matrix, ios and table");
 }
@@ -254,9 +247,7 @@ Reply errorReply(const CLI::App& app, const CLI::ParseError& error) {
 }  // namespace
 
 const char* kindName(FileKind kind) {
-    const auto* found = std::find_if(kindNames.begin(), kindNames.end(),
-                                     [kind](const KindName& each) { return each.kind == kind; });
-    return found->name;
+    return kindNames[static_cast<std::size_t>(kind)];
 }
 
 std::variant<Call, Reply> readCall(int argc, const char* const* argv) {

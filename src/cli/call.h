@@ -51,8 +51,8 @@ const char* kindName(FileKind kind);
 
 std::variant<Call, Reply> readCall(int argc, const char* const* argv);
 
-// Each is defined in a source file named after it, those of metrics in metric_commands.cpp; the
-// table of them all is in call.cpp.
+// Each is defined in a source file named after it, those of metrics in metric_commands.cpp and
+// those of records in record_commands.cpp; the table of them all is in call.cpp.
 struct Command {
     const char* name;
     const char* description;

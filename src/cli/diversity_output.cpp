@@ -2,9 +2,9 @@
 #include <vector>
 
 #include "base/numbers.h"
-#include "cli/diversity_values.h"
+#include "cli/call.h"
+#include "cli/diversity.h"
 #include "model/diversity_table.h"
-#include "model/diversity_texts.h"
 
 namespace zorvel::cli {
 namespace {
@@ -13,24 +13,30 @@ using Form = DiversityOptions::Form;
 
 // --- JSON ---
 
+// Of what may be absent.
+template <class Whole, class T>
+std::optional<T> memberOf(const std::optional<Whole>& whole, T Whole::*member) {
+    return whole ? std::optional((*whole).*member) : std::nullopt;
+}
+
 void writeReason(JsonWriter& json, const char* reason) {
-    if (reason != nullptr) json.field("reason", std::string_view(reason));
+    if (reason != nullptr) json.field("reason", reason);
+}
+
+void writeLimits(JsonWriter& json, const std::optional<ConfidenceLimits>& limits) {
+    json.field("lower95", memberOf(limits, &ConfidenceLimits::lower95));
+    json.field("upper95", memberOf(limits, &ConfidenceLimits::upper95));
+    json.field("lower99", memberOf(limits, &ConfidenceLimits::lower99));
+    json.field("upper99", memberOf(limits, &ConfidenceLimits::upper99));
 }
 
 void writeRichness(JsonWriter& json, const char* name,
                    const std::optional<RichnessEstimate>& estimate) {
     json.key(name);
     json.begin('{');
-    const auto field = [&](const char* of, double value) {
-        json.field(of, estimate ? std::optional(value) : std::nullopt);
-    };
-    const RichnessEstimate known = estimate.value_or(RichnessEstimate());
-    field("estimate", known.estimate);
-    field("standardError", known.standardError);
-    field("lower95", known.limits.lower95);
-    field("upper95", known.limits.upper95);
-    field("lower99", known.limits.lower99);
-    field("upper99", known.limits.upper99);
+    json.field("estimate", memberOf(estimate, &RichnessEstimate::estimate));
+    json.field("standardError", memberOf(estimate, &RichnessEstimate::standardError));
+    writeLimits(json, memberOf(estimate, &RichnessEstimate::limits));
     if (!estimate) json.field("reason", "No species is estimated to be missing.");
     json.end('}');
 }
@@ -80,11 +86,10 @@ void writeSummary(JsonWriter& json, const DiversitySample& sample) {
 void writePoint(JsonWriter& json, const OrderPoint& point) {
     json.begin('{');
     json.field("order", static_cast<std::int64_t>(point.order));
-    json.field("sampleSize", point.at ? std::optional(point.at->size) : std::nullopt);
-    json.field("coverage", point.at ? std::optional(point.at->coverage) : std::nullopt);
+    json.field("sampleSize", memberOf(point.at, &DiversityPoint::size));
+    json.field("coverage", memberOf(point.at, &DiversityPoint::coverage));
     json.key("method");
-    point.at ? json.value(std::string_view(sampleMethodName(point.at->method)))
-             : json.value(std::monostate());
+    point.at ? json.value(sampleMethodName(point.at->method)) : json.value(std::monostate());
     json.field("beyondTwice", point.at && point.at->beyondTwice);
     json.field("estimate", point.estimate());
     json.field("standardError", point.standardError);
@@ -92,13 +97,7 @@ void writePoint(JsonWriter& json, const OrderPoint& point) {
     if (point.at && point.standardError) {
         limits = diversityLimits(*point.estimate(), *point.standardError);
     }
-    const auto limit = [&](const char* name, double ConfidenceLimits::*which) {
-        json.field(name, limits ? std::optional((*limits).*which) : std::nullopt);
-    };
-    limit("lower95", &ConfidenceLimits::lower95);
-    limit("upper95", &ConfidenceLimits::upper95);
-    limit("lower99", &ConfidenceLimits::lower99);
-    limit("upper99", &ConfidenceLimits::upper99);
+    writeLimits(json, limits);
     writeReason(json, point.reason);
     json.end('}');
 }

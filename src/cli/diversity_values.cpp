@@ -1,6 +1,8 @@
-#include "cli/diversity_values.h"
+#include <utility>
 
-#include "model/diversity_texts.h"
+#include "cli/call.h"
+#include "cli/diversity.h"
+#include "model/diversity_table.h"
 
 namespace zorvel::cli {
 namespace {
@@ -25,61 +27,29 @@ const char* limitsReason(const DiversitySample& sample, const Call& call) {
                              : "The sample is too large to be simulated, so there are no limits.";
 }
 
-// Order by order, each at all places. reason: why places are absent; withoutErrors: limits.
-std::vector<OrderPoint> ordered(const std::vector<std::optional<DiversityPoint>>& places,
-                                const std::vector<StandardErrors::Orders>& errors,
-                                const char* reason, const char* withoutErrors) {
-    std::vector<OrderPoint> points;
-    for (std::size_t order = 0; order < kHillOrders; ++order) {
-        for (std::size_t i = 0; i < places.size(); ++i) {
-            OrderPoint point{order, places[i], std::nullopt, places[i] ? withoutErrors : reason};
-            if (i < errors.size() && places[i]) {
-                point.standardError = errors[i][order];
-                point.reason = point.standardError ? nullptr : fewReplicates;
-            }
-            points.push_back(point);
+// At the sizes or at the coverages that the call names.
+void addPlaces(BootstrapPlan& plan, const DiversityEstimator& estimator,
+               const std::optional<double>& coverage, const Call& call) {
+    switch (call.diversity.form) {
+        case Form::atSize:
+            plan.sizes = {call.diversity.size};
+            return;
+        case Form::atCoverage:
+            plan.coverages = {coverage.value_or(0)};
+            return;
+        default:
+            break;
+    }
+    plan.sizes = {1};
+    if (!estimator.coverage()) return;
+    plan.sizes = standardSizes(estimator.sample().size);
+    if (call.diversity.form == Form::sizeCurve) return;
+    for (const double size : std::exchange(plan.sizes, {})) {
+        const double reached = estimator.atSize(size)->coverage;
+        if (plan.coverages.empty() || reached > plan.coverages.back()) {
+            plan.coverages.push_back(reached);
         }
     }
-    return points;
-}
-
-std::vector<OrderPoint> pointsAtSizes(const DiversitySample& sample,
-                                      const std::vector<double>& sizes, const Call& call) {
-    std::vector<std::optional<DiversityPoint>> places;
-    for (const double size : sizes) places.push_back(sample.estimator.atSize(size));
-    BootstrapPlan plan = planOf(call);
-    plan.sizes = sizes;
-    const std::optional<StandardErrors> errors = bootstrapErrors(sample.estimator, plan);
-    return ordered(places, errors ? errors->atSizes : std::vector<StandardErrors::Orders>(),
-                   absenceReason(sample, sample.estimator.estimateAbsence(0)),
-                   limitsReason(sample, call));
-}
-
-std::vector<OrderPoint> pointsAtCoverages(const DiversitySample& sample,
-                                          const std::vector<double>& coverages, const Call& call) {
-    BootstrapPlan plan = planOf(call);
-    plan.coverages = coverages;
-    const std::optional<StandardErrors> errors = bootstrapErrors(sample.estimator, plan);
-    return ordered(sample.estimator.atCoverages(coverages),
-                   errors ? errors->atCoverages : std::vector<StandardErrors::Orders>(),
-                   absenceReason(sample, sample.estimator.coverageAbsence(
-                                             coverages.empty() ? 0 : coverages.front())),
-                   limitsReason(sample, call));
-}
-
-std::vector<OrderPoint> curveOf(const DiversitySample& sample, const Call& call) {
-    const DiversityEstimator& estimator = sample.estimator;
-    const std::vector<double> sizes =
-        estimator.coverage() ? standardSizes(estimator.sample().size) : std::vector<double>{1};
-    if (call.diversity.form == Form::sizeCurve || !estimator.coverage()) {
-        return pointsAtSizes(sample, sizes, call);
-    }
-    std::vector<double> coverages;
-    for (const double size : sizes) {
-        const double coverage = estimator.atSize(size)->coverage;
-        if (coverages.empty() || coverage > coverages.back()) coverages.push_back(coverage);
-    }
-    return pointsAtCoverages(sample, coverages, call);
 }
 
 }  // namespace
@@ -91,14 +61,29 @@ const char* absenceReason(const DiversitySample& sample, std::optional<Diversity
 
 std::vector<OrderPoint> orderPoints(const DiversitySample& sample,
                                     const std::optional<double>& coverage, const Call& call) {
-    switch (call.diversity.form) {
-        case Form::atSize:
-            return pointsAtSizes(sample, {call.diversity.size}, call);
-        case Form::atCoverage:
-            return pointsAtCoverages(sample, {coverage.value_or(0)}, call);
-        default:
-            return curveOf(sample, call);
+    const DiversityEstimator& estimator = sample.estimator;
+    BootstrapPlan plan = planOf(call);
+    addPlaces(plan, estimator, coverage, call);
+    const bool bySize = plan.coverages.empty();
+    const char* reason =
+        absenceReason(sample, bySize ? estimator.estimateAbsence(0)
+                                     : estimator.coverageAbsence(plan.coverages.front()));
+    std::vector<std::optional<DiversityPoint>> places = estimator.atCoverages(plan.coverages);
+    for (const double size : plan.sizes) places.push_back(estimator.atSize(size));
+    const std::optional<StandardErrors> errors = bootstrapErrors(estimator, plan);
+    std::vector<OrderPoint> points;
+    for (std::size_t order = 0; order < kHillOrders; ++order) {
+        for (std::size_t i = 0; i < places.size(); ++i) {
+            OrderPoint point{order, places[i], std::nullopt, reason};
+            if (point.at && !errors) point.reason = limitsReason(sample, call);
+            if (point.at && errors) {
+                point.standardError = (bySize ? errors->atSizes : errors->atCoverages)[i][order];
+                point.reason = point.standardError ? nullptr : fewReplicates;
+            }
+            points.push_back(point);
+        }
     }
+    return points;
 }
 
 std::vector<ProfilePoint> profilePoints(const DiversitySample& sample, const Call& call) {

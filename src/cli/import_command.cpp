@@ -7,7 +7,6 @@
 
 #include "base/numbers.h"
 #include "cli/call.h"
-#include "interchange/file_kind.h"
 #include "model/file_messages.h"
 #include "store/project_file.h"
 
@@ -60,7 +59,7 @@ std::optional<Project> loadSource(const std::string& file, const Call& call) {
         tellAt(file, {}, "is the project to import into");
         return std::nullopt;
     }
-    std::optional<Project> source = loadProject(file, call, guessFileKind);
+    std::optional<Project> source = loadProject(file, call);
     if (source && source->censuses.empty()) {
         tellAt(source->file, {}, "holds no census");
         return std::nullopt;

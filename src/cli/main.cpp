@@ -42,10 +42,6 @@ ExitCode answer(const Reply& reply) {
     return reply.code;
 }
 
-FileKind defaultKind(std::string_view /*text*/) {
-    return FileKind::matrix;
-}
-
 ExitCode run(const Call& call) {
     tellConsoleLines("zorvel-cli: ");
     if (call.command->import) {
@@ -53,7 +49,7 @@ ExitCode run(const Call& call) {
     }
     Output output(call.output);
     if (output.failed()) return end(output);
-    std::optional<Project> project = loadProject(call.files.front(), call, defaultKind);
+    std::optional<Project> project = loadProject(call.files.front(), call);
     if (!project) return ExitCode::failure;
     if (const auto problem = call.command->run(call, *project, output)) {
         tellAt(project->file, {}, problem->message);

@@ -34,25 +34,6 @@ bool isProject(const std::string& path) {
     return isNamedAsProject(path) || (end && isNamedAsProject(end.value())) || holdsProject(path);
 }
 
-bool mustEscape(char byte) {
-    return static_cast<unsigned char>(byte) < 0x20 || byte == '"' || byte == '\\';
-}
-
-void writeEscape(Output& output, char byte) {
-    constexpr std::string_view named = "\"\\\n\r\t";
-    constexpr std::string_view letters = "\"\\nrt";
-    constexpr std::string_view digits = "0123456789abcdef";
-    output.write('\\');
-    if (const std::size_t at = named.find(byte); at != std::string_view::npos) {
-        output.write(letters[at]);
-        return;
-    }
-    const auto code = static_cast<unsigned char>(byte);
-    output.write("u00");
-    output.write(digits[code >> 4]);
-    output.write(digits[code & 15]);
-}
-
 }  // namespace
 
 Output::Output(std::optional<std::string> path)
@@ -123,15 +104,24 @@ void JsonWriter::scalar(std::string_view text) {
 }
 
 void JsonWriter::quote(std::string_view text) {
-    output_.write('"');
-    while (!text.empty()) {
-        std::size_t plain = 0;
-        while (plain < text.size() && !mustEscape(text[plain])) ++plain;
-        output_.write(text.substr(0, plain));
-        if (plain < text.size()) writeEscape(output_, text[plain++]);
-        text.remove_prefix(plain);
+    constexpr std::string_view named = "\"\\\n\r\t";
+    constexpr std::string_view letters = "\"\\nrt";
+    constexpr std::string_view digits = "0123456789abcdef";
+    std::string quoted = "\"";
+    for (const char byte : text) {
+        const auto code = static_cast<unsigned char>(byte);
+        if (const std::size_t at = named.find(byte); at != std::string_view::npos) {
+            quoted += '\\';
+            quoted += letters[at];
+        } else if (code < 0x20) {
+            quoted += "\\u00";
+            quoted += digits[code >> 4];
+            quoted += digits[code & 15];
+        } else {
+            quoted += byte;
+        }
     }
-    output_.write('"');
+    output_.write(quoted + '"');
 }
 
 void JsonWriter::key(std::string_view name) {

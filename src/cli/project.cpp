@@ -52,18 +52,17 @@ bool warnsWithoutTaxa(const std::string& file, const std::vector<BlockPointer>& 
     return true;
 }
 
-void tellOfTables(const std::string& file, const Call& call) {
-    tellAt(file, {},
-           std::string("if it is a table of another layout, try ") +
-               (call.command->import ? "--table" : "--kind table"));
+// That it may be a table: text, and the option that reads it as one.
+void tellOfTables(const char* text, const Call& call, const Project& project) {
+    tellAt(project.file, {},
+           std::string(text) + (call.command->import ? "--table" : "--kind table"));
 }
 
-bool readText(InputFile input, const Call& call, FileKind (*otherwise)(std::string_view),
-              Project& project) {
+constexpr const char* tryTables = "if it is a table of another layout, try ";
+
+bool readText(InputFile input, const Call& call, Project& project) {
     if (looksLikeWorkbook(input.start())) {
-        tellAt(project.file, {},
-               std::string("seems to be a workbook of a spreadsheet program: give ") +
-                   (call.command->import ? "--table" : "--kind table"));
+        tellOfTables("seems to be a workbook of a spreadsheet program: give ", call, project);
         return false;
     }
     Result<std::string> text = std::move(input).text();
@@ -71,14 +70,16 @@ bool readText(InputFile input, const Call& call, FileKind (*otherwise)(std::stri
         tellAt(project.file, {}, text.problem().message);
         return false;
     }
-    if (!project.kind) project.kind = otherwise(text.value());
+    if (!project.kind) {
+        project.kind = call.command->import ? guessFileKind(text.value()) : FileKind::matrix;
+    }
     const auto names = std::make_shared<NamePool>();
     ParsedCensuses parsed =
         parseFile(*project.kind, std::string(std::move(text).value()), {}, names.get());
     for (const std::string& line : parsed.consoleLines) tellAt(project.file, parsed.place, line);
     if (!parsed.advice.empty()) {
         tellAt(project.file, parsed.place, parsed.advice);
-        tellOfTables(project.file, call);
+        tellOfTables(tryTables, call, project);
     }
     if (!parsed.value && parsed.consoleLines.empty() && parsed.advice.empty()) {
         tellAt(project.file, parsed.place, "cannot be read as this kind of file");
@@ -87,7 +88,7 @@ bool readText(InputFile input, const Call& call, FileKind (*otherwise)(std::stri
     project.leftOut = parsed.leftOut;
     ProjectRecords records = recordsOf(std::move(*parsed.value), names);
     if (warnsWithoutTaxa(project.file, records.censuses, parsed.leftOut)) {
-        tellOfTables(project.file, call);
+        tellOfTables(tryTables, call, project);
     }
     project.document->objectContext().adopt(std::move(records));
     return true;
@@ -107,8 +108,7 @@ bool readTable(InputFile input, const TableOptions& options, Project& project) {
 }
 
 // Opens the file once, except a project, which the store opens again by its path.
-bool read(const std::string& file, const Call& call, FileKind (*otherwise)(std::string_view),
-          Project& project) {
+bool read(const std::string& file, const Call& call, Project& project) {
     std::optional<Result<InputFile>> input = InputFile::openAny(file);
     if (!*input) {
         tellAt(project.file, {}, input->problem().message);
@@ -118,7 +118,7 @@ bool read(const std::string& file, const Call& call, FileKind (*otherwise)(std::
     input->value().readStart(startSize);
     if (!startsLikeProject(input->value().start())) {
         if (call.isTable) return readTable(std::move(*input).value(), call.table, project);
-        return readText(std::move(*input).value(), call, otherwise, project);
+        return readText(std::move(*input).value(), call, project);
     }
     if (file == "-" || !S_ISREG(input->value().status().st_mode)) {
         tellAt(project.file, {},
@@ -132,13 +132,12 @@ bool read(const std::string& file, const Call& call, FileKind (*otherwise)(std::
 
 }  // namespace
 
-std::optional<Project> loadProject(const std::string& file, const Call& call,
-                                   FileKind (*otherwise)(std::string_view text)) {
+std::optional<Project> loadProject(const std::string& file, const Call& call) {
     Project project;
     project.file = shownFile(file);
     project.kind = call.kind;
     project.document = std::make_unique<DiversityDocument>();
-    if (!read(file, call, otherwise, project)) return std::nullopt;
+    if (!read(file, call, project)) return std::nullopt;
     project.censuses = project.document->fetchCensuses();
     project.names = censusNameList(project.censuses);
     return project;

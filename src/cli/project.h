@@ -4,7 +4,6 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "base/result.h"
@@ -27,10 +26,10 @@ struct Project {
 };
 
 // Reads a project as it was last saved, even if it is open elsewhere, or a text: as a table or of
-// the kind that the call names, otherwise of the kind that otherwise() returns. A kind named for a
-// project is an error. Absent if the file cannot be used; standard error then says why.
-std::optional<Project> loadProject(const std::string& file, const Call& call,
-                                   FileKind (*otherwise)(std::string_view text));
+// the kind that the call names, otherwise as a matrix or, for an import, of the kind that it seems
+// to be. A kind named for a project is an error. Absent if the file cannot be used; standard error
+// then says why.
+std::optional<Project> loadProject(const std::string& file, const Call& call);
 
 // The place of the first census of this name (canonically equal), or of the first census if no name
 // is given. If no census has the name, the problem lists the closest names, or else the first ones.

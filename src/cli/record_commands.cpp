@@ -1,6 +1,9 @@
-// zorvel-cli records: every census with its taxa, as JSON.
+// zorvel-cli records, matrix and long-table: the censuses of any file with all their data as JSON,
+// as one census matrix, and as a table with a row per species.
 #include "base/time_stamp.h"
 #include "cli/call.h"
+#include "interchange/writers.h"
+#include "model/long_table.h"
 
 namespace zorvel::cli {
 namespace {
@@ -48,6 +51,22 @@ std::optional<Problem> runRecords(const Call& /*call*/, Project& project, Output
     return std::nullopt;
 }
 
+std::optional<Problem> runMatrix(const Call& /*call*/, Project& project, Output& output) {
+    const SparseCountsResult result = buildSparseCounts(project.document->objectContext());
+    // The records are released before the text of the matrix takes memory.
+    project.censuses.clear();
+    project.document.reset();
+    output.write([&result](const ByteSink& sink) {
+        writeCensusMatrix(result.counts, result.taxonNames, result.censusNames, sink);
+    });
+    return std::nullopt;
+}
+
+std::optional<Problem> runLongTable(const Call& /*call*/, Project& project, Output& output) {
+    output.write([&project](const ByteSink& sink) { writeLongTable(project.censuses, sink); });
+    return std::nullopt;
+}
+
 }  // namespace
 
 const Command recordsCommand = {
@@ -55,6 +74,22 @@ const Command recordsCommand = {
     .description = "Every census with its taxa, as JSON (with or without --json)",
     .example = "records phone-export.txt --kind ios",
     .run = runRecords,
+};
+
+const Command matrixCommand = {
+    .name = "matrix",
+    .description = "The censuses by taxa as a census matrix",
+    .example = "matrix phone-export.txt --kind ios --output counts.csv",
+    .refusesJson = true,
+    .run = runMatrix,
+};
+
+const Command longTableCommand = {
+    .name = "long-table",
+    .description = "A row per species of each census, with all data",
+    .example = "long-table survey.zorvel --output survey.csv",
+    .refusesJson = true,
+    .run = runLongTable,
 };
 
 }  // namespace zorvel::cli
