@@ -1,6 +1,5 @@
 #include "app/application_delegate.h"
 
-#include <QAction>
 #include <QApplication>
 #include <QDir>
 #include <QFileInfo>
@@ -96,14 +95,7 @@ void AppDelegate::preferencesMenuItemTapped() {
                 &ProjectWindows::plotPreferencesDidChange);
         connect(view, &PreferencesViewController::textDidEndEditing, &windows_,
                 &ProjectWindows::textDidEndEditing);
-        const auto add = [window](const char* name, const QList<QKeySequence>& keys, auto* receiver,
-                                  auto slot) {
-            connect(addKeyCommand(*window, name, keys), &QAction::triggered, receiver, slot);
-        };
-        add("performClose", {closeKey(), QKeySequence(Qt::Key_Escape)}, window, &QWidget::close);
-        add("terminate", {quitKey}, &windows_, &ProjectWindows::quit);
-        add("preferencesMenuItemTapped", {preferencesKey()}, this,
-            &AppDelegate::preferencesMenuItemTapped);
+        addCommonKeyCommands(*window, windows_, {Qt::Key_Escape});
     } else {
         window->viewController().showAgain();
     }

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <chrono>
 #include <memory>
+#include <optional>
 #include <utility>
 
 #include "app/document_commands.h"
@@ -63,22 +64,18 @@ std::vector<Document*> waitForWrites(DocumentController& documents, JobQueue& jo
 
 // Waits until it is saved or saving has failed.
 bool saveElsewhere(Document& document, const Panels& panels) {
-    struct Outcome {
-        bool arrived = false;
-        bool saved = false;
-    };
     QEventLoop loop;
     const QPointer<QEventLoop> waiting(&loop);
-    const auto outcome = std::make_shared<Outcome>();
+    const auto outcome = std::make_shared<std::optional<bool>>();
     saveDocumentAs(document, nullptr, panels, [=](bool saved) {
-        *outcome = {true, saved};
+        *outcome = saved;
         if (waiting) waiting->quit();
     });
-    if (!outcome->arrived) {
+    if (!outcome->has_value()) {
         QTimer::singleShot(longestWait, &loop, &QEventLoop::quit);
         loop.exec(QEventLoop::ExcludeUserInputEvents);
     }
-    return outcome->saved;
+    return outcome->value_or(false);
 }
 
 enum class Answer { saveAs, quitAnyway, cancel };

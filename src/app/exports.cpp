@@ -1,12 +1,18 @@
 #include "app/exports.h"
 
 #include <QFileInfo>
+#include <QPointer>
+#include <QString>
 #include <algorithm>
+#include <functional>
+#include <optional>
+#include <stop_token>
 #include <string>
 #include <utility>
 
 #include "app/project_windows.h"
 #include "base/console.h"
+#include "base/files.h"
 #include "interchange/writers.h"
 #include "model/diversity_table.h"
 #include "model/long_table.h"
@@ -21,6 +27,20 @@
 #include "ui/main/record_names.h"
 
 namespace zorvel {
+
+struct ExportedFile {
+    ByteProducer produce;  // owns all that it reads
+    QString note;          // on values that differ from those of the project; usually empty
+};
+
+struct RunningExport {
+    QString title;       // of the panel
+    QString suggestion;  // of the file's name
+    QPointer<MainWindowController> window;
+    std::size_t censuses = 0;
+    std::stop_source stop = {};
+    MainView::ProgressId progress = 0;
+};
 
 namespace {
 
@@ -37,96 +57,98 @@ QString withoutSqsNote(const MetricsTable& table) {
                      "The SQS of %1 censuses, for which there is no estimate, is written as 0.0.");
 }
 
+ByteProducer textProducer(std::string text) {
+    return [text = std::move(text)](const ByteSink& sink) { sink(text); };
+}
+
+std::optional<ExportedFile> matrixFile(const ObjectContext& project,
+                                       const RandomSourceMaker& /*unused*/,
+                                       const std::stop_token& /*unused*/) {
+    const auto counts = std::make_shared<const SparseCountsResult>(buildSparseCounts(project));
+    const auto produce = [counts](const ByteSink& sink) {
+        writeCensusMatrix(counts->counts, counts->taxonNames, counts->censusNames, sink);
+    };
+    return ExportedFile{produce, matrixNote(*counts)};
+}
+
+std::optional<ExportedFile> metricsFile(const ObjectContext& project,
+                                        const RandomSourceMaker& makeRandom,
+                                        const std::stop_token& stop) {
+    const std::optional<MetricsTable> table = buildMetricsTable(
+        project.censuses(), makeRandom, [&stop] { return !stop.stop_requested(); });
+    if (!table) return std::nullopt;
+    return ExportedFile{
+        textProducer(writeMetricsTable(table->rows, table->columnTitles, table->censusNames)),
+        withoutSqsNote(*table)};
+}
+
+std::optional<ExportedFile> longTableFile(const ObjectContext& project,
+                                          const RandomSourceMaker& /*unused*/,
+                                          const std::stop_token& /*unused*/) {
+    const auto produce = [copy = project.frozenCopy()](const ByteSink& sink) {
+        writeLongTable(copy->censuses(), sink);
+    };
+    return ExportedFile{produce, {}};
+}
+
+std::optional<ExportedFile> diversityFile(const ObjectContext& project,
+                                          const RandomSourceMaker& /*unused*/,
+                                          const std::stop_token& stop) {
+    std::optional<CommonCoverageTable> table = commonCoverageTable(project.censuses(), stop);
+    if (!table) return std::nullopt;
+    const QString note = QString("%1: the table has no values.").arg(noCommonCoverage);
+    return ExportedFile{textProducer(std::move(table->text)),
+                        table->hasCoverage ? QString() : note};
+}
+
+struct ExportKind {
+    const char* title;  // of the panel
+    const char* what;
+    const char* whatOnConsole;
+    // On a worker thread; absent if stopped.
+    std::optional<ExportedFile> (*prepare)(const ObjectContext& project,
+                                           const RandomSourceMaker& makeRandom,
+                                           const std::stop_token& stop);
+};
+
+// In the order of Exports::Kind.
+constexpr ExportKind exportKinds[] = {
+    {"Export Census Matrix", "census matrix", "census matrix", matrixFile},
+    {"Export Metrics", "metrics", "metrics matrix", metricsFile},
+    {"Export Long Table", "long table", "long table", longTableFile},
+    {"Export Diversity Table", "diversity table", "diversity table", diversityFile},
+};
+
 }  // namespace
 
 Exports::Exports(ProjectWindows& windows, RandomSourceMaker makeRandom)
     : windows_(windows), makeRandom_(std::move(makeRandom)) {}
 
 Exports::~Exports() {
-    for (const RunningExport& running : preparing_) running->stop.request_stop();
+    for (const auto& running : preparing_) running->stop.request_stop();
 }
 
-void Exports::exportCensusMatrix(MainWindowController* window) {
-    start(window, "Export Census Matrix", "census matrix", "census matrix",
-          [](const ObjectContext& project, const std::stop_token&) {
-              return exportedMatrix(project);
-          });
-}
-
-void Exports::exportMetrics(MainWindowController* window) {
-    start(window, "Export Metrics", "metrics", "metrics matrix",
-          [makeRandom = makeRandom_](const ObjectContext& project, const std::stop_token& stop) {
-              return exportedMetrics(project, makeRandom, stop);
-          });
-}
-
-void Exports::exportLongTable(MainWindowController* window) {
-    start(window, "Export Long Table", "long table", "long table",
-          [](const ObjectContext& project, const std::stop_token&) {
-              const auto copy = std::shared_ptr<const ObjectContext>(project.frozenCopy());
-              return ExportedFile{
-                  [copy](const ByteSink& sink) { writeLongTable(copy->censuses(), sink); },
-                  project.censusCount(),
-                  {}};
-          });
-}
-
-void Exports::exportDiversityTable(MainWindowController* window) {
-    start(window, "Export Diversity Table", "diversity table", "diversity table",
-          [](const ObjectContext& project,
-             const std::stop_token& stop) -> std::optional<ExportedFile> {
-              const std::vector<Census> censuses = project.censuses();
-              std::optional<CommonCoverageTable> table = commonCoverageTable(censuses, stop);
-              if (!table) return std::nullopt;
-              const QString note = QString("%1: the table has no values.").arg(noCommonCoverage);
-              return ExportedFile{
-                  [text = std::move(table->text)](const ByteSink& sink) { sink(text); },
-                  censuses.size(), table->hasCoverage ? QString() : note};
-          });
-}
-
-Exports::ExportedFile Exports::exportedMatrix(const ObjectContext& project) {
-    const auto counts = std::make_shared<const SparseCountsResult>(buildSparseCounts(project));
-    const auto produce = [counts](const ByteSink& sink) {
-        writeCensusMatrix(counts->counts, counts->taxonNames, counts->censusNames, sink);
-    };
-    return {produce, counts->censusNames.size(), matrixNote(*counts)};
-}
-
-std::optional<Exports::ExportedFile> Exports::exportedMetrics(const ObjectContext& project,
-                                                              const RandomSourceMaker& makeRandom,
-                                                              const std::stop_token& stop) {
-    const std::optional<MetricsTable> table = buildMetricsTable(
-        project.censuses(), makeRandom, [&stop] { return !stop.stop_requested(); });
-    if (!table) return std::nullopt;
-    const auto produce = [text = writeMetricsTable(table->rows, table->columnTitles,
-                                                   table->censusNames)](const ByteSink& sink) {
-        sink(text);
-    };
-    return ExportedFile{produce, table->rows.size(), withoutSqsNote(*table)};
-}
-
-void Exports::start(MainWindowController* window, const QString& title, const QString& what,
-                    const std::string& whatOnConsole, Prepare prepare) {
+void Exports::start(Kind kind, MainWindowController* window) {
+    const ExportKind& chosen = exportKinds[kind];
     if (window == nullptr) {
         return writeConsoleLine("WARNING: Could not obtain document/window/view for " +
-                                whatOnConsole + " export");
+                                std::string(chosen.whatOnConsole) + " export");
     }
     MainViewController& view = window->mainView();
     if (!view.commitEditing()) return;
-    const auto running = std::make_shared<Running>(
-        Running{title, asFileName(window->document().displayName()) + ' ' + what, window});
+    const auto project = window->document().project().objectContext().frozenCopy();
+    const auto running = std::make_shared<RunningExport>(RunningExport{
+        chosen.title, asFileName(window->document().displayName()) + ' ' + chosen.what, window,
+        project->censusCount()});
     preparing_.push_back(running);
-    running->progress = view.startProgress(QString("preparing %1 export...").arg(what),
+    running->progress = view.startProgress(QString("preparing %1 export...").arg(chosen.what),
                                            [self = QPointer<Exports>(this), running] {
                                                if (self) self->cancel(running);
                                            });
     windows_.jobs().start(
         this,
-        [prepare = std::move(prepare), stop = running->stop.get_token(),
-         project = window->document().project().objectContext().frozenCopy()] {
-            return prepare(*project, stop);
-        },
+        [prepare = chosen.prepare, makeRandom = makeRandom_, stop = running->stop.get_token(),
+         project] { return prepare(*project, makeRandom, stop); },
         [this, running](const std::optional<ExportedFile>& file) {
             if (running->stop.stop_requested() || !file) return;
             endPreparing(running);
@@ -134,12 +156,12 @@ void Exports::start(MainWindowController* window, const QString& title, const QS
         });
 }
 
-void Exports::endPreparing(const RunningExport& running) {
+void Exports::endPreparing(const std::shared_ptr<RunningExport>& running) {
     std::erase(preparing_, running);
     if (running->window) running->window->mainView().stopProgress(running->progress);
 }
 
-void Exports::cancel(const RunningExport& running) {
+void Exports::cancel(const std::shared_ptr<RunningExport>& running) {
     running->stop.request_stop();
     endPreparing(running);
 }
@@ -153,11 +175,12 @@ bool Exports::mayQuit() {
                                                      {"Quit Anyway", "Cancel"},
                                                      0});
     if (!self || answer != 0) return false;
-    for (const RunningExport& running : std::vector(preparing_)) cancel(running);
+    for (const auto& running : std::vector(preparing_)) cancel(running);
     return true;
 }
 
-void Exports::saveTextFile(const RunningExport& running, const ExportedFile& file) {
+void Exports::saveTextFile(const std::shared_ptr<RunningExport>& running,
+                           const ExportedFile& file) {
     const QPointer<Exports> self(this);
     const QString path = windows_.panels().save.chooseFile(
         running->window, running->title, running->suggestion, {{"Comma-separated table", ".csv"}});
@@ -168,7 +191,7 @@ void Exports::saveTextFile(const RunningExport& running, const ExportedFile& fil
             running->window->mainView().startProgress(QString("writing %1...").arg(name));
     }
     QString message =
-        countText(file.censuses, "Exported one census to %1.", "Exported %1 censuses to %2.")
+        countText(running->censuses, "Exported one census to %1.", "Exported %1 censuses to %2.")
             .arg(name);
     if (!file.note.isEmpty()) message += ' ' + file.note;
     writeInBackground(windows_.jobs(), windows_.panels().alerts, running->window, path,

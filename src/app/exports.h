@@ -5,78 +5,50 @@
 #pragma once
 
 #include <QObject>
-#include <QPointer>
-#include <QString>
-#include <functional>
 #include <memory>
-#include <optional>
-#include <stop_token>
-#include <string>
 #include <vector>
 
-#include "base/files.h"
 #include "metrics/random_source.h"
-#include "model/diversity_document.h"
 
 namespace zorvel {
 
+struct ExportedFile;
 class MainWindowController;
-class ObjectContext;
 class ProjectWindows;
+struct RunningExport;
 
 class Exports : public QObject {
     Q_OBJECT
   public:
+    enum Kind {
+        censusMatrix,    // censuses by taxa, see writeCensusMatrix()
+        metrics,         // of every census, see buildMetricsTable()
+        longTable,       // all that the project holds, see writeLongTable()
+        diversityTable,  // of every census at the coverage that all reach, see
+                         // commonCoverageTable()
+    };
+
     // The windows must outlive the exports.
     Exports(ProjectWindows& windows, RandomSourceMaker makeRandom);
     ~Exports() override;
 
-    // Censuses by taxa, see writeCensusMatrix(), and the metrics of every census, see
-    // buildMetricsTable(). Without a window a console line says so. Each can be cancelled while it
-    // is prepared. The strip says what was written, and what happened to equal names; an alert says
-    // if a file could not be written.
-    void exportCensusMatrix(MainWindowController* window);
-    void exportMetrics(MainWindowController* window);
-    // All that the project holds, see writeLongTable().
-    void exportLongTable(MainWindowController* window);
-    // Of every census at the coverage that all reach, see commonCoverageTable().
-    void exportDiversityTable(MainWindowController* window);
+    // Without a window a console line says so. The export can be cancelled while it is prepared.
+    // The strip says what was written, and what happened to equal names; an alert says if the file
+    // could not be written.
+    void start(Kind kind, MainWindowController* window);
 
     // Asks if an export is still being prepared, and cancels it if the user agrees. False if the
     // user does not want to quit.
     bool mayQuit();
 
   private:
-    struct ExportedFile {
-        std::function<void(const ByteSink&)> produce;  // owns all that it reads
-        std::size_t censuses = 0;
-        QString note;  // on values that differ from those of the project; usually empty
-    };
-    // On a worker thread; absent if stopped.
-    using Prepare =
-        std::function<std::optional<ExportedFile>(const ObjectContext&, const std::stop_token&)>;
-    struct Running {
-        QString title;       // of the panel
-        QString suggestion;  // of the file's name
-        QPointer<MainWindowController> window;
-        std::stop_source stop = {};
-        MainView::ProgressId progress = 0;
-    };
-    using RunningExport = std::shared_ptr<Running>;
-
-    static ExportedFile exportedMatrix(const ObjectContext& project);
-    static std::optional<ExportedFile> exportedMetrics(const ObjectContext& project,
-                                                       const RandomSourceMaker& makeRandom,
-                                                       const std::stop_token& stop);
-    void start(MainWindowController* window, const QString& title, const QString& what,
-               const std::string& whatOnConsole, Prepare prepare);
-    void endPreparing(const RunningExport& running);
-    void cancel(const RunningExport& running);
-    void saveTextFile(const RunningExport& running, const ExportedFile& file);
+    void endPreparing(const std::shared_ptr<RunningExport>& running);
+    void cancel(const std::shared_ptr<RunningExport>& running);
+    void saveTextFile(const std::shared_ptr<RunningExport>& running, const ExportedFile& file);
 
     ProjectWindows& windows_;
     RandomSourceMaker makeRandom_;
-    std::vector<RunningExport> preparing_;
+    std::vector<std::shared_ptr<RunningExport>> preparing_;
 };
 
 }  // namespace zorvel

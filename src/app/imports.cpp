@@ -163,22 +163,23 @@ void importFiles(ProjectWindows& windows, const CommandWindow& command,
     if (file.isTable) {
         return importTableFile(windows, command, file.file, parent, !rest.empty(), next);
     }
-    const auto received = [=, &windows](std::optional<OpenedText> text) {
-        Document* document = text ? currentOrNewDocument(windows, command) : nullptr;
-        if (document == nullptr) return next(false);
-        importInto(*document, windows, file.kind, std::move(*text), next);
-    };
-    readTextInBackground(windows, command.window, file.file, received, [next] { next(true); });
+    readTextInBackground(
+        windows, command.window, file.file->path, file.file, [=, &windows](OpenedText opened) {
+            const bool hasText = !opened.text.empty();
+            Document* document = hasText ? currentOrNewDocument(windows, command) : nullptr;
+            if (document == nullptr) return next(opened.isCancelled);
+            importInto(*document, windows, file.kind, std::move(opened), next);
+        });
 }
 
 void runImport(ProjectWindows& windows, MainWindowController* window, FileKind kind) {
     const CommandWindow command(window);
     const QString title = QString::fromStdString(importDriver(kind).stepName);
-    openTextFile(windows, window, title, [=, &windows](std::optional<OpenedText> text) {
-        if (!text) {
+    openTextFile(windows, window, title, [=, &windows](OpenedText opened) {
+        if (opened.text.empty()) {
             writeConsoleLine("WARNING: no string obtained from file");
         } else if (Document* document = currentOrNewDocument(windows, command)) {
-            importInto(*document, windows, kind, std::move(*text));
+            importInto(*document, windows, kind, std::move(opened));
         } else {
             writeConsoleLine("Could not get a diversity document");
         }
@@ -227,18 +228,20 @@ void importSpeciesList(ProjectWindows& windows, MainWindowController* window) {
     if (window == nullptr) return;
     const QPointer<MainWindowController> shown(window);
     JobQueue& jobs = windows.jobs();
-    const auto received = [shown, &jobs](std::optional<OpenedText> opened) {
-        if (!opened) return writeConsoleLines(parseSpeciesList(std::nullopt).consoleLines);
-        if (!shown) return;
-        jobs.start(
-            shown, [text = std::move(opened->text)] { return namesIn(text); },
-            [shown, file = QFileInfo(opened->path).fileName()](const TaxonFormatter::Names& names) {
-                addNames(shown->mainView(), names, file);
-            });
-    };
     // If cancelled nothing is said: the console line that there are no names is about a file that
     // has none or cannot be read.
-    openTextFile(windows, window, "Import Species List", received, [] {});
+    openTextFile(windows, window, "Import Species List", [shown, &jobs](OpenedText opened) {
+        if (opened.isCancelled) return;
+        if (opened.text.empty()) {
+            return writeConsoleLines(parseSpeciesList(std::nullopt).consoleLines);
+        }
+        if (!shown) return;
+        jobs.start(
+            shown, [text = std::move(opened.text)] { return namesIn(text); },
+            [shown, file = QFileInfo(opened.path).fileName()](const TaxonFormatter::Names& names) {
+                addNames(shown->mainView(), names, file);
+            });
+    });
 }
 
 }  // namespace zorvel

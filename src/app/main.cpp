@@ -60,7 +60,7 @@ int main(int argc, char** argv) {
                                        [] { return std::make_unique<zorvel::SystemRandom>(); },
                                        look, {openPanel, savePanel, alerts});
         windows.follow(settings);
-        zorvel::Printing printing(windows, printPanel);
+        zorvel::printOnRequest(windows, printPanel);
         zorvel::AppDelegate delegate(windows, colors, links);
         delegate.applicationDidFinishLaunching(zorvel::filesOf(arguments));
         const zorvel::EndSignals endSignals([&windows] { windows.endAtOnce(); });

@@ -25,6 +25,22 @@ namespace zorvel {
 
 namespace {
 
+constexpr QKeyCombination quitKey = Qt::CTRL | Qt::Key_Q;
+
+// The desktop's key of a command, or the common one on a desktop without.
+QKeySequence keyOr(QKeySequence::StandardKey standard, const QKeySequence& common) {
+    const QKeySequence key(standard);
+    return key.isEmpty() ? common : key;
+}
+
+QKeySequence closeKey() {
+    return keyOr(QKeySequence::Close, Qt::CTRL | Qt::Key_W);
+}
+
+QKeySequence preferencesKey() {
+    return keyOr(QKeySequence::Preferences, Qt::CTRL | Qt::Key_Comma);
+}
+
 QAction* addItem(QMenu& menu, const char* name, const QString& title,
                  const QKeySequence& shortcut = {}) {
     QAction* action = menu.addAction(title);
@@ -70,20 +86,13 @@ class CommandMenu {
 
 void addImportMenu(const CommandMenu& file, MainWindowController& window, ProjectWindows& windows) {
     const CommandMenu menu = file.addMenu("importMenu", "&Import");
-    const struct {
-        const char* name;
-        const char* title;
-        FileKind kind;
-    } items[] = {
-        {"importAbundanceListMenuItemTapped", "&Abundance List...", FileKind::list},
-        {"importOneCensusMenuItemTapped", "&Single Census...", FileKind::census},
-        {"importCensusMatrixMenuItemTapped", "Census &Matrix...", FileKind::matrix},
-        {"importIOSFileMenuItemTapped", "&Phone-App File...", FileKind::ios},
+    const auto add = [&](const char* name, const QString& title, FileKind kind) {
+        menu.add(name, title, {}, [&, kind] { runImport(windows, &window, kind); });
     };
-    for (const auto& item : items) {
-        menu.add(item.name, item.title, {},
-                 [&, kind = item.kind] { runImport(windows, &window, kind); });
-    }
+    add("importAbundanceListMenuItemTapped", "&Abundance List...", FileKind::list);
+    add("importOneCensusMenuItemTapped", "&Single Census...", FileKind::census);
+    add("importCensusMatrixMenuItemTapped", "Census &Matrix...", FileKind::matrix);
+    add("importIOSFileMenuItemTapped", "&Phone-App File...", FileKind::ios);
     menu.add("importTableMenuItemTapped", "&Table...", {},
              [&] { runTableImport(windows, &window); });
     menu.addSeparator();
@@ -93,14 +102,13 @@ void addImportMenu(const CommandMenu& file, MainWindowController& window, Projec
 
 void addExportMenu(const CommandMenu& file, MainWindowController& window, ProjectWindows& windows) {
     const CommandMenu menu = file.addMenu("exportMenu", "&Export");
-    menu.add("exportCensusMatrixMenuItemTapped", "Census &Matrix...", {},
-             [&] { windows.exports().exportCensusMatrix(&window); });
-    menu.add("exportMetricsMenuItemTapped", "Me&trics...", {},
-             [&] { windows.exports().exportMetrics(&window); });
-    menu.add("exportLongTableMenuItemTapped", "&Long Table...", {},
-             [&] { windows.exports().exportLongTable(&window); });
-    menu.add("exportDiversityTableMenuItemTapped", "&Diversity Table...", {},
-             [&] { windows.exports().exportDiversityTable(&window); });
+    const auto add = [&](const char* name, const QString& title, Exports::Kind kind) {
+        menu.add(name, title, {}, [&, kind] { windows.exports().start(kind, &window); });
+    };
+    add("exportCensusMatrixMenuItemTapped", "Census &Matrix...", Exports::censusMatrix);
+    add("exportMetricsMenuItemTapped", "Me&trics...", Exports::metrics);
+    add("exportLongTableMenuItemTapped", "&Long Table...", Exports::longTable);
+    add("exportDiversityTableMenuItemTapped", "&Diversity Table...", Exports::diversityTable);
 }
 
 void addFileMenu(MainWindowController& window, ProjectWindows& windows) {
@@ -112,15 +120,18 @@ void addFileMenu(MainWindowController& window, ProjectWindows& windows) {
     menu.add("performClose", "&Close", closeKey(), [&] { window.close(); });
     menu.add("saveDocument", "&Save", QKeySequence::Save,
              [&] { saveDocument(window, windows.panels()); });
-    menu.add("saveDocumentAs", "Save &As...", saveAsKey(),
+    menu.add("saveDocumentAs", "Save &As...",
+             keyOr(QKeySequence::SaveAs, Qt::CTRL | Qt::SHIFT | Qt::Key_S),
              [&] { saveWindowAs(window, windows.panels()); });
-    menu.add("duplicateDocument", "&Duplicate", {}, [&] { windows.duplicate(window); });
+    menu.add("duplicateDocument", "&Duplicate", {}, [&] {
+        if (window.mainView().commitEditing()) windows.documents().duplicate(window.document());
+    });
     menu.add(
         "revertToOpening", "Re&vert to Opening State...", {},
         [&] { revertToOpening(window, windows.panels()); },
         [&] { return window.document().canRevert(); });
     menu.add(
-        "browseBackups", "&Browse Backups...", {}, [&] { windows.browseBackups(window); },
+        "browseBackups", "&Browse Backups...", {}, [&] { browseBackups(window, windows); },
         [&] { return !window.document().isUntitled(); });
     menu.addSeparator();
     addImportMenu(menu, window, windows);
@@ -275,11 +286,6 @@ void addHelpMenu(MainWindowController& window, ProjectWindows& windows) {
     menu.add("about", "&About Zorvel", {}, [&window] { showAbout(&window); });
 }
 
-QKeySequence keyOr(QKeySequence::StandardKey standard, const QKeySequence& common) {
-    const QKeySequence key(standard);
-    return key.isEmpty() ? common : key;
-}
-
 }  // namespace
 
 void addMenus(MainWindowController& window, ProjectWindows& windows, LookChoice& look) {
@@ -292,24 +298,22 @@ void addMenus(MainWindowController& window, ProjectWindows& windows, LookChoice&
     addHelpMenu(window, windows);
 }
 
-QKeySequence closeKey() {
-    return keyOr(QKeySequence::Close, Qt::CTRL | Qt::Key_W);
-}
-
-QKeySequence saveAsKey() {
-    return keyOr(QKeySequence::SaveAs, Qt::CTRL | Qt::SHIFT | Qt::Key_S);
-}
-
-QKeySequence preferencesKey() {
-    return keyOr(QKeySequence::Preferences, Qt::CTRL | Qt::Key_Comma);
-}
-
-QAction* addKeyCommand(QWidget& window, const char* name, const QList<QKeySequence>& keys) {
+void addKeyCommand(QWidget& window, const char* name, const QList<QKeySequence>& keys,
+                   const std::function<void()>& run) {
     auto* action = new QAction(&window);
     action->setObjectName(name);
     action->setShortcuts(keys);
     window.addAction(action);
-    return action;
+    QObject::connect(action, &QAction::triggered, &window, run);
+}
+
+void addCommonKeyCommands(QWidget& window, ProjectWindows& windows,
+                          const QList<QKeySequence>& closeKeys) {
+    addKeyCommand(window, "performClose", QList<QKeySequence>{closeKey()} + closeKeys,
+                  [&] { window.close(); });
+    addKeyCommand(window, "terminate", {quitKey}, [&] { windows.quit(); });
+    addKeyCommand(window, "preferencesMenuItemTapped", {preferencesKey()},
+                  [&] { emit windows.preferencesRequested(); });
 }
 
 }  // namespace zorvel

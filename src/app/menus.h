@@ -4,8 +4,8 @@
 
 #include <QKeySequence>
 #include <QList>
+#include <functional>
 
-class QAction;
 class QMenu;
 class QWidget;
 
@@ -28,13 +28,11 @@ void addSortMenus(QMenu& menu, MainWindowController& window);
 // Window: minimise, maximise, and all windows of the program by their titles.
 void addWindowMenu(MainWindowController& window);
 
-inline constexpr QKeyCombination quitKey = Qt::CTRL | Qt::Key_Q;
-// The desktop's key of a command, or the common one on a desktop without.
-QKeySequence closeKey();
-QKeySequence saveAsKey();
-QKeySequence preferencesKey();
-
 // A command of a window without menus, run only by its keys.
-QAction* addKeyCommand(QWidget& window, const char* name, const QList<QKeySequence>& keys);
+void addKeyCommand(QWidget& window, const char* name, const QList<QKeySequence>& keys,
+                   const std::function<void()>& run);
+// Close, quit and preferences. closeKeys: those that also close the window.
+void addCommonKeyCommands(QWidget& window, ProjectWindows& windows,
+                          const QList<QKeySequence>& closeKeys = {});
 
 }  // namespace zorvel

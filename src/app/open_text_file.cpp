@@ -22,8 +22,8 @@ QString sentence(const QString& reason) {
     return reason.left(1).toUpper() + reason.mid(1) + '.';
 }
 
-// A file that is being read. The text is handed over once; if cancelled, none is, at once, and
-// bytes that arrive later are dropped.
+// A file that is being read. It is handed over once; if cancelled, at once and without its text,
+// and bytes that arrive later are dropped.
 struct Reading {
     void showProgress(MainViewController& view) {
         shownIn = &view;
@@ -34,15 +34,14 @@ struct Reading {
 
     void cancel() {
         stop.request_stop();
-        if (cancelled) receive = [this](const std::optional<OpenedText>&) { cancelled(); };
-        handOver(std::nullopt);
+        handOver({path, {}, true});
     }
 
     void finish(Result<std::string> read) {
         if (!receive) return;
         const QString name = QFileInfo(path).fileName();
         if (read.ok() && !read.value().empty()) {
-            return handOver(OpenedText{path, std::move(read).value()});
+            return handOver({path, std::move(read).value()});
         }
         if (read.ok()) {
             if (shownIn) shownIn->messageStrip().addMessage(QString("%1 is empty.").arg(name));
@@ -50,31 +49,39 @@ struct Reading {
             alerts.warn(window, QString("“%1” could not be read").arg(name),
                         sentence(QString::fromStdString(read.problem().message)));
         }
-        handOver(std::nullopt);
+        handOver({path, {}});
     }
 
-    void handOver(std::optional<OpenedText> text) {
+    void handOver(OpenedText opened) {
         if (shownIn) shownIn->stopProgress(progress);
         const TextReceiver receiver = std::exchange(receive, nullptr);
-        if (receiver) receiver(std::move(text));
+        if (receiver) receiver(std::move(opened));
     }
 
     QString path;
     QPointer<MainWindowController> window;
     Alerts& alerts;
     TextReceiver receive;
-    std::function<void()> cancelled;
     std::stop_source stop = {};
     QPointer<MainViewController> shownIn = nullptr;
     MainView::ProgressId progress = 0;
 };
 
-// file: absent if it was not opened yet.
-void readText(ProjectWindows& windows, MainWindowController* window, const QString& path,
-              std::shared_ptr<NamedFile> file, TextReceiver receive,
-              std::function<void()> cancelled) {
+}  // namespace
+
+void openTextFile(ProjectWindows& windows, MainWindowController* window, const QString& title,
+                  TextReceiver receive) {
+    const QPointer<MainWindowController> guard(window);
+    const QString path = windows.panels().open.chooseTextFile(window, title);
+    if (path.isEmpty()) return receive({{}, {}, true});
+    readTextInBackground(windows, guard, path, nullptr, std::move(receive));
+}
+
+void readTextInBackground(ProjectWindows& windows, MainWindowController* window,
+                          const QString& path, std::shared_ptr<NamedFile> file,
+                          TextReceiver receive) {
     const auto reading = std::make_shared<Reading>(
-        Reading{path, window, windows.panels().alerts, std::move(receive), std::move(cancelled)});
+        Reading{path, window, windows.panels().alerts, std::move(receive)});
     if (window != nullptr) reading->showProgress(window->mainView());
     windows.jobs().start(
         &windows,
@@ -86,22 +93,6 @@ void readText(ProjectWindows& windows, MainWindowController* window, const QStri
             return stop.stop_requested() ? Result<std::string>(std::string()) : std::move(read);
         },
         [reading](Result<std::string> read) { reading->finish(std::move(read)); });
-}
-
-}  // namespace
-
-void openTextFile(ProjectWindows& windows, MainWindowController* window, const QString& title,
-                  TextReceiver receive, std::function<void()> cancelled) {
-    const QPointer<MainWindowController> guard(window);
-    const QString path = windows.panels().open.chooseTextFile(window, title);
-    if (path.isEmpty()) return cancelled ? cancelled() : receive(std::nullopt);
-    readText(windows, guard, path, nullptr, std::move(receive), std::move(cancelled));
-}
-
-void readTextInBackground(ProjectWindows& windows, MainWindowController* window,
-                          const std::shared_ptr<NamedFile>& file, TextReceiver receive,
-                          std::function<void()> cancelled) {
-    readText(windows, window, file->path, file, std::move(receive), std::move(cancelled));
 }
 
 }  // namespace zorvel

@@ -5,7 +5,6 @@
 #include <QString>
 #include <functional>
 #include <memory>
-#include <optional>
 #include <string>
 
 namespace zorvel {
@@ -16,22 +15,23 @@ struct NamedFile;
 
 struct OpenedText {
     QString path;
-    std::string text;  // UTF-8, not empty
+    std::string text;          // UTF-8; empty if there is none
+    bool isCancelled = false;  // by the user, at the question or later
 };
 
-// Called once, at once or later; never if the program ends first.
-using TextReceiver = std::function<void(std::optional<OpenedText> text)>;
+// Called once, at once or later; never if the program ends first. There is no text if the user
+// cancels, or if the file is empty or cannot be read, which the window says.
+using TextReceiver = std::function<void(OpenedText opened)>;
 
-// Asks for one text file. receive gets no text if the file is empty or cannot be read, which the
-// window says, or if the user cancels; if there is a cancelled(), that is called then instead.
-// window: parent of the panel, shows the progress; may be null, and may be closed when the text
-// arrives. title: what is chosen.
+// Asks for one text file. window: parent of the panel, shows the progress; may be null, and may be
+// closed when the text arrives. title: what is chosen.
 void openTextFile(ProjectWindows& windows, MainWindowController* window, const QString& title,
-                  TextReceiver receive, std::function<void()> cancelled = {});
+                  TextReceiver receive);
 
-// The same without a question, for a file that was opened to tell its kind.
+// The same without a question, for a file that was opened to tell its kind; it is opened now if
+// there is none.
 void readTextInBackground(ProjectWindows& windows, MainWindowController* window,
-                          const std::shared_ptr<NamedFile>& file, TextReceiver receive,
-                          std::function<void()> cancelled = {});
+                          const QString& path, std::shared_ptr<NamedFile> file,
+                          TextReceiver receive);
 
 }  // namespace zorvel

@@ -7,6 +7,7 @@
 #include <QPointer>
 #include <QPrintDialog>
 #include <QPrinter>
+#include <functional>
 #include <utility>
 
 #include "app/project_windows.h"
@@ -25,22 +26,88 @@ namespace zorvel {
 
 namespace {
 
-std::function<bool(QPagedPaintDevice&)> painting(const PrintedSheet& sheet) {
-    return [sheet](QPagedPaintDevice& device) { return printSheet(device, sheet); };
+struct PrintSubject {
+    QString title;
+    QPageLayout::Orientation orientation = QPageLayout::Portrait;
+    std::function<bool(QPagedPaintDevice&)> paint;
+};
+
+// Absent for a window of another kind, and where there is nothing to print.
+std::optional<PrintSubject> printSubjectOf(QWidget* window) {
+    if (const auto* plot = window->findChild<PlotPage*>()) {
+        const PlotDrawing drawing = plot->figure();
+        const bool wide = drawing.size.width() > drawing.size.height();
+        return PrintSubject{
+            drawing.title, wide ? QPageLayout::Landscape : QPageLayout::Portrait,
+            [drawing](QPagedPaintDevice& device) { return printDrawing(device, drawing); }};
+    }
+    std::optional<PrintedSheet> sheet;
+    if (auto* metrics = qobject_cast<ProjectWideMetricsWindowController*>(window)) {
+        sheet = metrics->viewController().printedSheet();
+    } else if (auto* project = qobject_cast<MainWindowController*>(window)) {
+        sheet = project->mainView().printedCensus();
+    }
+    if (!sheet) return std::nullopt;
+    return PrintSubject{
+        sheet->title, QPageLayout::Portrait,
+        [sheet = *sheet](QPagedPaintDevice& device) { return printSheet(device, sheet); }};
 }
 
 // Empty if nothing could be painted.
-QByteArray pdfOn(const PrintTarget& target, const QString& title,
-                 const std::function<bool(QPagedPaintDevice&)>& paint) {
+QByteArray pdfOn(const PrintTarget& target, const PrintSubject& subject) {
     QByteArray bytes;
     QBuffer buffer(&bytes);
     buffer.open(QIODevice::WriteOnly);
     QPdfWriter writer(&buffer);
-    writer.setTitle(title);
+    writer.setTitle(subject.title);
     writer.setCreator(QStringLiteral("Zorvel"));
     writer.setPageLayout(target.layout);
     writer.setPageRanges(target.pages);
-    return paint(writer) ? bytes : QByteArray();
+    return subject.paint(writer) ? bytes : QByteArray();
+}
+
+void warnOfPrinting(QWidget* window, ProjectWindows& windows, const PrintSubject& subject,
+                    const QString& reason) {
+    windows.panels().alerts.warn(
+        window, QString("“%1” could not be printed").arg(shortened(subject.title, 80)), reason);
+}
+
+void printToFile(QWidget* window, ProjectWindows& windows, const PrintTarget& target,
+                 const PrintSubject& subject) {
+    const QByteArray bytes = pdfOn(target, subject);
+    if (bytes.isEmpty())
+        return warnOfPrinting(window, windows, subject, "No page could be painted.");
+    const QString name = QFileInfo(target.path).fileName();
+    const auto tell = [self = QPointer<ProjectWindows>(&windows), name,
+                       shown = QPointer<QWidget>(window)](bool there) {
+        if (!there || !self || !shown) return;
+        const QString news = QString("Printed to %1").arg(name);
+        if (auto* project = qobject_cast<MainWindowController*>(shown)) {
+            self->tell(project, news + '.', MessageStrip::Tone::news);
+        } else if (auto* plot = shown->findChild<PlotPage*>()) {
+            plot->showSaved(news);
+        }
+    };
+    writeInBackground(
+        windows.jobs(), windows.panels().alerts, window, target.path,
+        QString("“%1” could not be written").arg(name),
+        [bytes](const ByteSink& sink) {
+            sink({bytes.constData(), static_cast<std::size_t>(bytes.size())});
+        },
+        tell);
+}
+
+void printWindow(QWidget* window, ProjectWindows& windows, PrintPanel& panel) {
+    const std::optional<PrintSubject> subject = printSubjectOf(window);
+    if (!subject) return;
+    const QPointer<QWidget> guard(window);
+    const std::optional<PrintTarget> target =
+        panel.choosePrinter(window, subject->title, subject->orientation);
+    if (!target || !guard) return;
+    if (target->printer == nullptr) return printToFile(window, windows, *target, *subject);
+    if (!subject->paint(*target->printer)) {
+        warnOfPrinting(window, windows, *subject, "The printer did not accept the job.");
+    }
 }
 
 }  // namespace
@@ -66,67 +133,9 @@ std::optional<PrintTarget> DesktopPrintPanel::choosePrinter(QWidget* parent, con
     return target;
 }
 
-Printing::Printing(ProjectWindows& windows, PrintPanel& panel) : windows_(windows), panel_(panel) {
-    connect(&windows, &ProjectWindows::printRequested, this, &Printing::print);
-}
-
-std::optional<Printing::Subject> Printing::subjectOf(QWidget* window) {
-    if (const auto* plot = window->findChild<PlotPage*>()) {
-        const PlotDrawing drawing = plot->figure();
-        const bool wide = drawing.size.width() > drawing.size.height();
-        return Subject{
-            drawing.title, wide ? QPageLayout::Landscape : QPageLayout::Portrait,
-            [drawing](QPagedPaintDevice& device) { return printDrawing(device, drawing); }};
-    }
-    std::optional<PrintedSheet> sheet;
-    if (auto* metrics = qobject_cast<ProjectWideMetricsWindowController*>(window)) {
-        sheet = metrics->viewController().printedSheet();
-    } else if (auto* project = qobject_cast<MainWindowController*>(window)) {
-        sheet = project->mainView().printedCensus();
-    }
-    if (!sheet) return std::nullopt;
-    return Subject{sheet->title, QPageLayout::Portrait, painting(*sheet)};
-}
-
-void Printing::print(QWidget* window) {
-    const std::optional<Subject> subject = subjectOf(window);
-    if (!subject) return;
-    const QPointer<QWidget> guard(window);
-    const std::optional<PrintTarget> target =
-        panel_.choosePrinter(window, subject->title, subject->orientation);
-    if (!target || !guard) return;
-    if (target->printer == nullptr) return writeFile(window, *target, *subject);
-    if (!subject->paint(*target->printer)) {
-        warn(window, *subject, "The printer did not accept the job.");
-    }
-}
-
-void Printing::warn(QWidget* window, const Subject& subject, const QString& reason) {
-    windows_.panels().alerts.warn(
-        window, QString("“%1” could not be printed").arg(shortened(subject.title, 80)), reason);
-}
-
-void Printing::writeFile(QWidget* window, const PrintTarget& target, const Subject& subject) {
-    const QByteArray bytes = pdfOn(target, subject.title, subject.paint);
-    if (bytes.isEmpty()) return warn(window, subject, "No page could be painted.");
-    const QString name = QFileInfo(target.path).fileName();
-    const auto tell = [windows = QPointer<ProjectWindows>(&windows_), name,
-                       shown = QPointer<QWidget>(window)](bool there) {
-        if (!there || !windows || !shown) return;
-        const QString news = QString("Printed to %1").arg(name);
-        if (auto* project = qobject_cast<MainWindowController*>(shown)) {
-            windows->tell(project, news + '.', MessageStrip::Tone::news);
-        } else if (auto* plot = shown->findChild<PlotPage*>()) {
-            plot->showSaved(news);
-        }
-    };
-    writeInBackground(
-        windows_.jobs(), windows_.panels().alerts, window, target.path,
-        QString("“%1” could not be written").arg(name),
-        [bytes](const ByteSink& sink) {
-            sink({bytes.constData(), static_cast<std::size_t>(bytes.size())});
-        },
-        tell);
+void printOnRequest(ProjectWindows& windows, PrintPanel& panel) {
+    QObject::connect(&windows, &ProjectWindows::printRequested, &windows,
+                     [&](QWidget* window) { printWindow(window, windows, panel); });
 }
 
 }  // namespace zorvel

@@ -1,13 +1,11 @@
-// The command that prints what the active window shows: a curve's plot, the metrics of a project,
-// or the selected census. Main thread; to a file it is written in the background.
+// The command that prints what the active window shows: a plot, the metrics of a project, or the
+// selected census. Main thread; to a file it is written in the background.
 #pragma once
 
-#include <QObject>
 #include <QPageLayout>
 #include <QPageRanges>
 #include <QPagedPaintDevice>
 #include <QString>
-#include <functional>
 #include <memory>
 #include <optional>
 
@@ -42,29 +40,8 @@ class DesktopPrintPanel final : public PrintPanel {
                                              QPageLayout::Orientation orientation) override;
 };
 
-class Printing : public QObject {
-    Q_OBJECT
-  public:
-    // Prints when a window asks for it. Both must outlive this.
-    Printing(ProjectWindows& windows, PrintPanel& panel);
-
-    // Does nothing for a window of another kind. An alert says if printing failed, and the strip of
-    // a project's window if a file was written.
-    void print(QWidget* window);
-
-  private:
-    struct Subject {
-        QString title;
-        QPageLayout::Orientation orientation = QPageLayout::Portrait;
-        std::function<bool(QPagedPaintDevice&)> paint;
-    };
-
-    static std::optional<Subject> subjectOf(QWidget* window);
-    void writeFile(QWidget* window, const PrintTarget& target, const Subject& subject);
-    void warn(QWidget* window, const Subject& subject, const QString& reason);
-
-    ProjectWindows& windows_;
-    PrintPanel& panel_;
-};
+// Prints what a window shows each time that it asks for it. An alert says if printing failed, and
+// the strip of a project's window if a file was written. The panel must outlive the windows.
+void printOnRequest(ProjectWindows& windows, PrintPanel& panel);
 
 }  // namespace zorvel

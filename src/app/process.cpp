@@ -90,7 +90,7 @@ std::optional<CommandLineAnswer> answerCommandLine(const QStringList& arguments)
     for (const QString& argument : arguments) {
         if (argument == "--") return std::nullopt;
         if (argument == "--help" || argument == "-h") return CommandLineAnswer{usage, 0};
-        if (argument == "--version") return CommandLineAnswer{versionText() + '\n', 0};
+        if (argument == "--version") return CommandLineAnswer{"zorvel " ZORVEL_VERSION "\n", 0};
         if (argument.startsWith('-')) {
             return CommandLineAnswer{
                 QString("zorvel: unknown option %1\nTry zorvel --help.\n").arg(argument), 2};
@@ -103,10 +103,6 @@ QStringList filesOf(const QStringList& arguments) {
     QStringList files = arguments;
     files.removeOne("--");
     return files;
-}
-
-QString versionText() {
-    return "zorvel " ZORVEL_VERSION;
 }
 
 }  // namespace zorvel

@@ -46,6 +46,4 @@ std::optional<CommandLineAnswer> answerCommandLine(const QStringList& arguments)
 // The files among the arguments, in order.
 QStringList filesOf(const QStringList& arguments);
 
-QString versionText();
-
 }  // namespace zorvel

@@ -1,11 +1,9 @@
 #include "app/project_windows.h"
 
-#include <QAction>
 #include <QFileInfo>
 #include <algorithm>
 #include <utility>
 
-#include "app/backups_window.h"
 #include "app/document_commands.h"
 #include "app/exports.h"
 #include "app/file_kinds.h"
@@ -61,7 +59,9 @@ ProjectWindows::ProjectWindows(DocumentController& documents, JobQueue& jobs,
                 const QString note = leftOutNote(QFileInfo(path).fileName(), leftOut, taxa);
                 if (!note.isEmpty()) tell(windowOf(*document), note);
             });
-    connect(&documents_, &DocumentController::openDidFail, this, &ProjectWindows::openDidFail);
+    connect(
+        &documents_, &DocumentController::openDidFail, this,
+        [this](const QString& path, const QString& message) { tell(endOpening(path), message); });
     connect(&documents_, &DocumentController::asideDidOpen, this,
             [this](const Document* document, const QString& message) {
                 tell(windowOf(*document), message);
@@ -153,13 +153,9 @@ void ProjectWindows::addAnalysisWindow(QWidget& opened) {
     std::erase(analysisWindows_, nullptr);
     analysisWindows_.emplace_back(&opened);
     opened.installEventFilter(this);
-    const auto add = [&](const char* name, const QKeySequence& key, auto* receiver, auto slot) {
-        connect(addKeyCommand(opened, name, {key}), &QAction::triggered, receiver, slot);
-    };
-    add("performClose", closeKey(), &opened, &QWidget::close);
-    add("terminate", quitKey, this, &ProjectWindows::quit);
-    add("preferencesMenuItemTapped", preferencesKey(), this, &ProjectWindows::preferencesRequested);
-    add("showHelp", QKeySequence::HelpContents, this, &ProjectWindows::helpRequested);
+    addCommonKeyCommands(opened, *this);
+    addKeyCommand(opened, "showHelp", {QKeySequence::HelpContents},
+                  [this] { emit helpRequested(); });
     if (auto* plot = opened.findChild<PlotPage*>()) {
         connect(this, &ProjectWindows::plotPreferencesDidChange, plot,
                 &PlotPage::preferencesDidChange);
@@ -296,10 +292,6 @@ void ProjectWindows::documentDidOpen(Document& document, const QString& path) {
     window->activateWindow();
 }
 
-void ProjectWindows::openDidFail(const QString& path, const QString& message) {
-    tell(endOpening(path), message);
-}
-
 void ProjectWindows::tell(MainWindowController* window, const QString& message,
                           MessageStrip::Tone tone) {
     const std::vector<MainWindowController*> open = windows();
@@ -310,18 +302,6 @@ void ProjectWindows::tell(MainWindowController* window, const QString& message,
     } else if (!quitting_) {
         panels_.alerts.warn(nullptr, message, {});
     }
-}
-
-void ProjectWindows::duplicate(MainWindowController& window) {
-    if (window.mainView().commitEditing()) documents_.duplicate(window.document());
-}
-
-void ProjectWindows::browseBackups(MainWindowController& window) {
-    const QString name = window.document().displayName();
-    auto* list = new BackupsWindow(name, window.document().backupFolder(), jobs_, &window);
-    connect(list, &BackupsWindow::copyRequested, this,
-            [this, name](const QString& path) { documents_.openBackup(path, name); });
-    list->show();
 }
 
 }  // namespace zorvel

@@ -61,9 +61,6 @@ class ProjectWindows : public QObject {
     // Asks for files and opens them.
     void chooseFile(MainWindowController& window);
 
-    void duplicate(MainWindowController& window);
-    void browseBackups(MainWindowController& window);
-
     // Asks only if something would be lost. False if cancelled.
     bool quit();
     // The same without a question: what is typed is stored, or reported on the console; what cannot
@@ -122,7 +119,6 @@ class ProjectWindows : public QObject {
     [[nodiscard]] std::vector<QWidget*> analysisWindows() const;
     void closeAll();
     void documentDidOpen(Document& document, const QString& path);
-    void openDidFail(const QString& path, const QString& message);
     void openKnownFiles(const QStringList& asked, const std::vector<KnownFile>& known);
     QPointer<MainWindowController> endOpening(const QString& path);
     void showProgress(MainWindowController& window);

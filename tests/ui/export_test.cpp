@@ -229,8 +229,8 @@ TEST_F(ExportTest, QuittingAsksWhereAFileIsNotWrittenInTime) {
 }
 
 TEST_F(ExportTest, WithoutAWindowALineTellsWhy) {
-    windows->exports().exportCensusMatrix(nullptr);
-    windows->exports().exportMetrics(nullptr);
+    windows->exports().start(Exports::censusMatrix, nullptr);
+    windows->exports().start(Exports::metrics, nullptr);
     EXPECT_EQ(console,
               (std::vector<std::string>{
                   "WARNING: Could not obtain document/window/view for census matrix export",

@@ -164,20 +164,15 @@ class PrintCommandTest : public PrintingTest {
   protected:
     void SetUp() override {
         PrintingTest::SetUp();
-        printing = std::make_unique<Printing>(*windows, printPanel);
+        printOnRequest(*windows, printPanel);
         printPanel.path = pdf();
         open(exampleFile);
         ASSERT_TRUE(waitForJobs());
-    }
-    void TearDown() override {
-        printing.reset();
-        PrintingTest::TearDown();
     }
     QStringList printed() {
         EXPECT_TRUE(waitUntil([this] { return QFileInfo::exists(printPanel.path); }));
         return pageTexts(printPanel.path);
     }
-    std::unique_ptr<Printing> printing;
     FakePrintPanel printPanel;
 };
 

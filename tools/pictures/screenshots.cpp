@@ -20,7 +20,7 @@
 #include <initializer_list>
 
 #include "app/application_delegate.h"
-#include "app/backups_window.h"
+#include "app/document_commands.h"
 #include "app/preferences_view_controller.h"
 #include "platform/preferences.h"
 #include "platform/settings.h"
@@ -222,12 +222,12 @@ class Session : public PictureSession {
         for (const char* time : {"08.00.00", "09.30.00", "17.45.12"}) {
             path = written(QString("moss 2024-05-01 %1.zorvel").arg(time), "backup");
         }
-        BackupsWindow list("moss", QFileInfo(path).path(), jobs_, window_);
-        list.setAttribute(Qt::WA_DeleteOnClose, false);
-        list.show();
+        QDialog& list =
+            showBackups("moss", QFileInfo(path).path(), jobs_, *window_, [](const QString&) {});
         const auto& open = *list.findChild<QPushButton*>("openCopyButton");
         waitUntil([&] { return open.isEnabled(); });
         save(list, "backups-" + name_);
+        delete &list;
     }
 
     void preferences() {
