@@ -66,7 +66,8 @@ struct ProjectFile::Parts {
     // In this order: the writer is destroyed before the connection, and that before the handle.
     std::unique_ptr<FileHandle> handle;
     std::unique_ptr<Connection> connection;
-    std::optional<ProjectWriter> writer;
+    // Absent before the first write and after one that failed.
+    std::unique_ptr<ProjectWriter> writer;
 
     WrittenState written;
     // A write that may or may not have taken place.
@@ -84,7 +85,6 @@ struct ProjectFile::Parts {
     [[nodiscard]] std::uint32_t changesOfFile() const;
     [[nodiscard]] bool isInFile(const WrittenState& state, const ProjectRow& row) const;
     void settleAttempt();
-    void commit(Transaction& transaction);
     void write(const State& state);
     ProjectRecords load();
     void checkCopy(Connection& copy) const;
@@ -145,21 +145,18 @@ FileResult<std::unique_ptr<ProjectFile>> ProjectFile::create(const std::string& 
         using Place = ReplacementFile::Place;
         ReplacementFile file(parts->resolved, options.vfs,
                              options.keepExisting ? Place::free : Place::any);
-        NameLedger names;
         {
             Connection building(file.temporaryPath(), Connection::Access::build, options.vfs);
             Transaction transaction(building, Transaction::Kind::write);
             makeTables(building);
-            ProjectWriter writer(building, {});
+            ProjectWriter writer(building, ObjectContext());
             writer.write(state.changesSince(ObjectContext()));
             writer.writeProjectRow(parts->written.row);
             transaction.commit();
-            names = writer.takeNames();
         }
         parts->handle = file.takePlace();
         parts->connect();
         parts->written.changes = parts->changesOfFile();
-        parts->writer.emplace(*parts->connection, std::move(names));
         return std::unique_ptr<ProjectFile>(new ProjectFile(std::move(parts)));
     });
 }
@@ -179,14 +176,13 @@ ProjectRecords ProjectFile::Parts::load() {
     if (!notWritable && project.highestId > highestNumber / 2) {
         notWritable = FileProblem{FileTrouble::noRoom, std::to_string(project.highestId), 0};
     }
-    if (!notWritable) writer.emplace(*connection, std::move(project.names));
     return std::move(project.records);
 }
 
 std::optional<FileProblem> ProjectFile::write(const State& state) {
     return guarded([&] {
         if (parts_->notWritable) throw FileFailure{*parts_->notWritable};
-        if (!parts_->writer) fail(FileTrouble::other, "written before it was read");
+        if (!parts_->written.state) fail(FileTrouble::other, "written before it was read");
         parts_->write(state);
     });
 }
@@ -217,10 +213,7 @@ void ProjectFile::Parts::settleAttempt() {
     const ProjectRow found = readProjectRow(*connection);
     if (attempt && isInFile(*attempt, found)) {
         written = std::move(*attempt);
-        writer->accept();
-    } else if (isInFile(written, found)) {
-        writer->revert();
-    } else {
+    } else if (!isInFile(written, found)) {
         fail(FileTrouble::changedElsewhere);
     }
     attempt.reset();
@@ -240,25 +233,18 @@ void ProjectFile::Parts::write(const State& state) {
                       state,
                       written.changes + 1};
     stamp.reset();
-    try {
-        writer->write(changes);
-        writer->writeProjectRow(next.row);
-    } catch (...) {
-        writer->revert();
-        throw;
-    }
+    auto working =
+        writer ? std::move(writer) : std::make_unique<ProjectWriter>(*connection, *written.state);
+    working->write(changes);
+    working->writeProjectRow(next.row);
     attempt = std::move(next);
     safe = false;
-    commit(transaction);
-}
-
-void ProjectFile::Parts::commit(Transaction& transaction) {
     requireSamePlace();
     transaction.commit();
     safe = true;
     written = std::move(*attempt);
     attempt.reset();
-    writer->accept();
+    writer = std::move(working);
     requireSamePlace();
     stamp = fileStamp(resolved);
 }

@@ -6,6 +6,7 @@
 #include <limits>
 #include <memory>
 #include <optional>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -17,54 +18,10 @@ namespace zorvel {
 namespace {
 
 // The names of a project while it is read: by their numbers, and each text once.
-class NameColumn {
-  public:
-    // Numbers must ascend. False where the text has a number already.
-    bool add(std::int64_t id, std::string_view text);
-    // The name of that number, used once more; null if there is none.
-    const SharedText* use(std::int64_t id);
-    // A text without a number of its own: the same one as a name of these bytes.
-    SharedText shared(std::string_view text) { return texts_->intern(text); }
-
-    [[nodiscard]] NameLedger ledger() const;
-    [[nodiscard]] std::shared_ptr<NamePool> pool() const { return texts_; }
-
-  private:
-    struct Row {
-        std::int64_t id = 0;
-        SharedText text;
-        std::int64_t uses = 0;
-    };
-    std::vector<Row> rows_;
-    std::shared_ptr<NamePool> texts_ = std::make_shared<NamePool>();
+struct NameColumn {
+    std::unordered_map<std::int64_t, SharedText> byNumber;
+    std::shared_ptr<NamePool> texts = std::make_shared<NamePool>();
 };
-
-bool NameColumn::add(std::int64_t id, std::string_view text) {
-    auto [name, isNew] = texts_->add(text);
-    if (isNew) rows_.push_back({id, std::move(name), 0});
-    return isNew;
-}
-
-const SharedText* NameColumn::use(std::int64_t id) {
-    if (rows_.empty() || id < rows_.front().id) return nullptr;
-    // Most numbers are in use, so that the row is at or shortly before the place that it would
-    // have if all were.
-    const std::int64_t first = rows_.front().id;
-    const auto size = static_cast<std::int64_t>(rows_.size());
-    auto row = rows_.begin() + std::min(id - first, size - 1);
-    if (row->id != id) {
-        row = recordPlace(rows_.begin(), rows_.end(), id);
-    }
-    if (row == rows_.end() || row->id != id) return nullptr;
-    ++row->uses;
-    return &row->text;
-}
-
-NameLedger NameColumn::ledger() const {
-    NameLedger ledger;
-    for (const Row& row : rows_) ledger.addStored(row.text, row.id, row.uses);
-    return ledger;
-}
 
 // Builds the blocks of a project from its censuses, and then its taxa in the order of their
 // identities, whatever census each belongs to. Chunks take no more memory than they need.
@@ -83,8 +40,7 @@ class BlockBuilder {
     struct Open {
         RecordId id = 0;
         std::shared_ptr<CensusBlock> block;
-        // The block's last chunk, until it is full.
-        std::shared_ptr<TaxonChunk> chunk;
+        Chunk<TaxonRecord> taxa;
     };
 
     std::vector<Open> censuses_;
@@ -96,7 +52,7 @@ void BlockBuilder::addCensus(RecordId id, CensusAttributes attributes) {
     auto block = std::make_shared<CensusBlock>();
     block->id = id;
     block->attributes = std::move(attributes);
-    censuses_.push_back({id, std::move(block), nullptr});
+    censuses_.push_back({id, std::move(block), {}});
 }
 
 bool BlockBuilder::isCensus(RecordId id) {
@@ -110,15 +66,7 @@ bool BlockBuilder::addTaxon(RecordId census, TaxonRecord taxon) {
         current_ = static_cast<std::size_t>(found - censuses_.begin());
         if (found == censuses_.end() || found->id != census) return false;
     }
-    Open& open = censuses_[current_];
-    if (!open.chunk) {
-        open.chunk = std::make_shared<TaxonChunk>();
-        open.block->chunks.push_back(open.chunk);
-    }
-    open.chunk->push_back(std::move(taxon));
-    if (open.chunk->size() < taxaPerChunk) return true;
-    open.chunk->shrink_to_fit();
-    open.chunk = nullptr;
+    censuses_[current_].taxa.push_back(std::move(taxon));
     return true;
 }
 
@@ -126,7 +74,7 @@ std::vector<BlockPointer> BlockBuilder::take() {
     std::vector<BlockPointer> blocks;
     blocks.reserve(censuses_.size());
     for (Open& open : censuses_) {
-        if (open.chunk) open.chunk->shrink_to_fit();
+        appendInChunks(open.block->chunks, std::exchange(open.taxa, {}), taxaPerChunk);
         open.block->chunks.shrink_to_fit();
         blocks.push_back(std::move(open.block));
     }
@@ -210,9 +158,9 @@ std::optional<TimeStamp> timeStampOf(Rows& rows, int column) {
 std::int64_t readNames(Connection& connection, NameColumn& names) {
     Rows rows(connection, "name", "SELECT id, text FROM name ORDER BY id");
     while (rows.next()) {
-        if (!names.add(rows.id(), rows.text(1, "text"))) {
-            rows.complain("text", "stands in another row too");
-        }
+        auto [name, isNew] = names.texts->add(rows.text(1, "text"));
+        if (!isNew) rows.complain("text", "stands in another row too");
+        names.byNumber.emplace(rows.id(), std::move(name));
     }
     return rows.id();
 }
@@ -222,7 +170,7 @@ std::int64_t readCensuses(Connection& connection, NameColumn& names, BlockBuilde
               "SELECT id, name, latitude, longitude, notes, time_stamp FROM census ORDER BY id");
     while (rows.next()) {
         CensusAttributes attributes;
-        if (!rows.isNull(1)) attributes.name = names.shared(rows.text(1, "name"));
+        if (!rows.isNull(1)) attributes.name = names.texts->intern(rows.text(1, "name"));
         attributes.latitude = rows.real(2, "latitude");
         attributes.longitude = rows.real(3, "longitude");
         if (!rows.isNull(4)) attributes.notes = SharedText(rows.text(4, "notes"));
@@ -240,9 +188,9 @@ std::int64_t readTaxa(Connection& connection, NameColumn& names, BlockBuilder& b
         taxon.id = static_cast<RecordId>(rows.id());
         if (blocks.isCensus(taxon.id)) rows.complain("id", "is that of a census too");
         if (const std::optional<std::int64_t> number = rows.integerOrNull(2, "name")) {
-            const SharedText* name = names.use(*number);
-            if (!name) rows.complain("name", "is no row of the table name");
-            taxon.values.name = *name;
+            const auto name = names.byNumber.find(*number);
+            if (name == names.byNumber.end()) rows.complain("name", "is no row of the table name");
+            taxon.values.name = name->second;
         }
         taxon.values.abundance = rows.integer(3, "abundance");
         const std::int64_t include = rows.integer(4, "include");
@@ -293,8 +241,7 @@ ReadProject readProject(Connection& connection) {
         project.highestId = std::max(project.highestId, highest);
     }
     project.records.censuses = blocks.take();
-    project.names = names.ledger();
-    project.records.names = names.pool();
+    project.records.names = names.texts;
     return project;
 }
 

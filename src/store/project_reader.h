@@ -6,7 +6,6 @@
 #include <string>
 
 #include "store/census_block.h"
-#include "store/name_ledger.h"
 #include "store/sqlite_connection.h"
 
 namespace zorvel {
@@ -27,7 +26,6 @@ ProjectRow readProjectRow(Connection& connection);
 struct ReadProject {
     ProjectRow row;
     ProjectRecords records;
-    NameLedger names;
     std::int64_t highestId = 0;  // of all tables
 };
 
