@@ -55,14 +55,17 @@ void CensusTableModel::recordsDidChange(const ChangeSet& changes) {
     }
     const std::size_t shared = sharedNames_.recordCount();
     change(told, [&] {
+        bool namesChange = !told.inserted.empty() || !told.removed.empty();
         for (const CensusChange& each : changes) {
             if (each.after) {
-                records_[each.census] = {each.after, std::nullopt};
+                const Row before = std::exchange(records_[each.census], {each.after, std::nullopt});
+                namesChange =
+                    namesChange || before.block->attributes.name != each.after->attributes.name;
             } else {
                 records_.erase(each.census);
             }
         }
-        countNames();
+        if (namesChange) countNames();
     });
     if (sharedNames_.recordCount() != shared) tellColumn(nameColumn, Qt::DecorationRole);
 }
