@@ -53,18 +53,18 @@ TEST(CurvesPlot, LabelsDoNotOverlapAndStayNearTheirCurves) {
 
 TEST(CurvesPlot, TicksHaveTheDecimalsOfTheirStep) {
     const struct {
-        PlotAxis axis;
+        double end;
         const char* labels;
     } rows[] = {
-        {{0, 1}, "0.0 0.2 0.4 0.6 0.8 1.0 "},
-        {{0, 0.05}, "0.00 0.01 0.02 0.03 0.04 0.05 "},
-        {{0, 2}, "0.0 0.5 1.0 1.5 2.0 "},
-        {{0, 537}, "0 100 200 300 400 500 "},
-        {{0, 1e9}, "0 2e+08 4e+08 6e+08 8e+08 1e+09 "},
+        {1, "0.0 0.2 0.4 0.6 0.8 1.0 "},
+        {0.05, "0.00 0.01 0.02 0.03 0.04 0.05 "},
+        {2, "0.0 0.5 1.0 1.5 2.0 "},
+        {537, "0 100 200 300 400 500 "},
+        {1e9, "0 2e+08 4e+08 6e+08 8e+08 1e+09 "},
     };
     for (const auto& row : rows) {
         QString labels;
-        for (const AxisTick& tick : axisTicks(row.axis)) labels += tick.label + ' ';
+        for (const AxisTick& tick : axisTicks(row.end)) labels += tick.label + ' ';
         EXPECT_EQ(labels.toStdString(), row.labels);
     }
 }
@@ -119,10 +119,13 @@ class DiversityWindowTest : public ::testing::Test {
         clearSettings();
         Preferences().initializePreferences();
         inputs.project = "Meadow";
-        inputs.selected = {census("Poor", poor), census("Rich, wet", rich), census("One", {1})};
-        inputs.pooled = census("All pooled", rich);
-        inputs.incidence = DiversitySubject{"Over the censuses",
-                                            incidenceFrequencies(CountsVector{5, 3, 2, 1, 1}, 5)};
+        const FrequencyCounts incidence = incidenceFrequencies(CountsVector{5, 3, 2, 1, 1}, 5);
+        inputs.groups = {
+            {"Selected censuses",
+             {census("Poor", poor), census("Rich, wet", rich), census("One", {1})}},
+            {"All pooled", {census("All pooled", rich)}},
+            {"Over the censuses", {{"Over the censuses", incidence}}},
+        };
         openWindow({});
     }
     void openWindow(const DiversityChoice& choice) {
@@ -332,7 +335,7 @@ TEST_F(DiversityWindowTest, KeepsTheChoiceForTheNextWindow) {
     EXPECT_EQ(find<QComboBox>("orderBox").currentIndex(), 2);
     EXPECT_EQ(find<QLabel>("widthAxisTitle").text(), "Number of censuses");
     EXPECT_EQ(find<QDoubleSpinBox>("coverageField").value(), 0.7);
-    inputs.incidence.reset();
+    inputs.groups.pop_back();
     openWindow(kept);
     EXPECT_EQ(find<QComboBox>("ofBox").currentText(), "Selected censuses");
 }

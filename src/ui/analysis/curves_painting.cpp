@@ -23,10 +23,6 @@ constexpr double gapBeforeLabel = 10;
 constexpr double tickLength = 5;
 constexpr double roomBelowLabels = 24;  // below the frame
 
-QFontMetricsF labelMetrics() {
-    return QFontMetricsF(plotFont(10));
-}
-
 QPen curvePen(const PlotCurve& curve, bool emphasised, bool dashed) {
     QPen pen(curve.color, emphasised ? emphasisedWidth : lineWidth);
     pen.setCapStyle(Qt::FlatCap);
@@ -74,13 +70,13 @@ void drawAxes(QPainter& painter, const PlotFrame& plot) {
     painter.drawLine(frame.bottomLeft(), frame.bottomRight());
     painter.drawLine(frame.bottomLeft(), frame.topLeft());
     for (const AxisTick& tick : axisTicks(plot.axes().x)) {
-        const QPointF foot = plot.pointOf({tick.value, plot.axes().y.from});
+        const QPointF foot = plot.pointOf({tick.value, 0});
         painter.drawLine(foot, foot + QPointF(0, tickLength));
         const QRectF room(foot.x() - 50, foot.y() + tickLength + 1, 100, metrics.height());
         painter.drawText(room, Qt::AlignHCenter | Qt::AlignTop, tick.label);
     }
     for (const AxisTick& tick : axisTicks(plot.axes().y)) {
-        const QPointF foot = plot.pointOf({plot.axes().x.from, tick.value});
+        const QPointF foot = plot.pointOf({0, tick.value});
         painter.drawLine(foot, foot - QPointF(tickLength, 0));
         const QRectF room(0, foot.y() - 20, foot.x() - tickLength - 3, 40);
         painter.drawText(room, Qt::AlignRight | Qt::AlignVCenter, tick.label);
@@ -89,9 +85,9 @@ void drawAxes(QPainter& painter, const PlotFrame& plot) {
 }
 
 void drawBand(QPainter& painter, const PlotFrame& plot, const PlotCurve& curve) {
-    QPolygonF band;
-    const qsizetype count = std::min(curve.lower.size(), curve.upper.size());
-    const auto flush = [&](QPolygonF& lower, QPolygonF& upper) {
+    QPolygonF lower;
+    QPolygonF upper;
+    const auto flush = [&] {
         if (lower.size() > 1) {
             std::reverse(upper.begin(), upper.end());
             QColor pale = curve.color;
@@ -103,17 +99,15 @@ void drawBand(QPainter& painter, const PlotFrame& plot, const PlotCurve& curve) 
         lower.clear();
         upper.clear();
     };
-    QPolygonF lower;
-    QPolygonF upper;
-    for (qsizetype i = 0; i < count; ++i) {
+    for (qsizetype i = 0; i < curve.lower.size(); ++i) {
         if (std::isfinite(curve.lower[i].y()) && std::isfinite(curve.upper[i].y())) {
             lower.append(plot.pointOf(curve.lower[i]));
             upper.append(plot.pointOf(curve.upper[i]));
         } else {
-            flush(lower, upper);
+            flush();
         }
     }
-    flush(lower, upper);
+    flush();
 }
 
 void drawCurve(QPainter& painter, const PlotFrame& plot, const PlotCurve& curve, bool emphasised) {
@@ -135,7 +129,7 @@ std::optional<QPointF> endOf(const PlotCurve& curve) {
 
 // Each with its marker, beside the end of its curve, and a thin line to that where it had to move.
 void drawLabels(QPainter& painter, const PlotFrame& plot, const std::vector<PlotCurve>& curves) {
-    const QFontMetricsF metrics = labelMetrics();
+    const QFontMetricsF metrics(plotFont(10));
     std::vector<double> wanted;
     std::vector<const PlotCurve*> labelled;
     for (const PlotCurve& curve : curves) {
@@ -188,10 +182,11 @@ void drawLine(QPainter& painter, const PlotFrame& plot, double value) {
 std::optional<PlotFrame> frameOf(const CurvesPlot& plot, const QSizeF& size) {
     const std::optional<PlotAxes> axes = axesOf(plot.curves);
     if (!axes) return std::nullopt;
+    const QFontMetricsF metrics(plotFont(10));
     double width = 0;
     for (const PlotCurve& curve : plot.curves) {
         if (curve.label.isEmpty()) continue;
-        width = std::max(width, 12 + labelMetrics().horizontalAdvance(curve.label));
+        width = std::max(width, 12 + metrics.horizontalAdvance(curve.label));
     }
     return PlotFrame(*axes, size, width == 0 ? 0 : gapBeforeLabel + std::min(width, longestLabel));
 }

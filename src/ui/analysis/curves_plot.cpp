@@ -18,10 +18,8 @@ constexpr double bottomRoom = 26;
 constexpr int mostSteps = 6;
 constexpr double longTick = 1e7;  // there is no room for all digits from here on
 
-void include(PlotAxis& axis, double value) {
-    if (!std::isfinite(value)) return;
-    axis.from = std::min(axis.from, value);
-    axis.to = std::max(axis.to, value);
+void include(double& end, double value) {
+    if (std::isfinite(value)) end = std::max(end, value);
 }
 
 // The smallest of 1, 2, 5 times a power of ten of which `mostSteps` cover the length; its power.
@@ -38,8 +36,7 @@ std::pair<double, int> stepFor(double length) {
 }  // namespace
 
 std::optional<PlotAxes> axesOf(const std::vector<PlotCurve>& curves) {
-    constexpr double none = std::numeric_limits<double>::infinity();
-    PlotAxes axes{{0, -none}, {0, 0}};
+    PlotAxes axes;
     double highestLimit = 0;
     for (const PlotCurve& curve : curves) {
         for (const QPolygonF* line : {&curve.known, &curve.predicted}) {
@@ -48,21 +45,19 @@ std::optional<PlotAxes> axesOf(const std::vector<PlotCurve>& curves) {
                 include(axes.y, point.y());
             }
         }
-        for (const QPointF& point : curve.upper) {
-            if (std::isfinite(point.y())) highestLimit = std::max(highestLimit, point.y());
-        }
+        for (const QPointF& point : curve.upper) include(highestLimit, point.y());
     }
-    if (!(axes.x.from < axes.x.to) || !(axes.y.to > 0)) return std::nullopt;
-    axes.y.to = std::max(axes.y.to, std::min(highestLimit, 2 * axes.y.to));
+    if (axes.x == 0 || axes.y == 0) return std::nullopt;
+    axes.y = std::max(axes.y, std::min(highestLimit, 2 * axes.y));
     return axes;
 }
 
-std::vector<AxisTick> axisTicks(const PlotAxis& axis) {
+std::vector<AxisTick> axisTicks(double end) {
     std::vector<AxisTick> ticks;
-    const auto [step, power] = stepFor(axis.to - axis.from);
-    const auto last = static_cast<qint64>(std::floor(axis.to / step + 1e-9));
-    const bool isLong = axis.to >= longTick;
-    for (auto i = static_cast<qint64>(std::ceil(axis.from / step - 1e-9)); i <= last; ++i) {
+    const auto [step, power] = stepFor(end);
+    const auto last = static_cast<qint64>(std::floor(end / step + 1e-9));
+    const bool isLong = end >= longTick;
+    for (qint64 i = 0; i <= last; ++i) {
         const double value = static_cast<double>(i) * step;
         const std::string label =
             isLong ? shortestText(value) : fixedText(value, std::max(0, -power));
@@ -77,16 +72,12 @@ PlotFrame::PlotFrame(const PlotAxes& axes, const QSizeF& size, double labelWidth
              std::max(1.0, size.height() - topRoom - bottomRoom)) {}
 
 QPointF PlotFrame::pointOf(const QPointF& value) const {
-    const auto share = [](const PlotAxis& axis, double at) {
-        return (at - axis.from) / (axis.to - axis.from);
-    };
-    return {frame_.left() + share(axes_.x, value.x()) * frame_.width(),
-            frame_.bottom() - share(axes_.y, value.y()) * frame_.height()};
+    return {frame_.left() + value.x() / axes_.x * frame_.width(),
+            frame_.bottom() - value.y() / axes_.y * frame_.height()};
 }
 
 double PlotFrame::xAt(double place) const {
-    const double share = std::clamp((place - frame_.left()) / frame_.width(), 0.0, 1.0);
-    return axes_.x.from + share * (axes_.x.to - axes_.x.from);
+    return std::clamp((place - frame_.left()) / frame_.width(), 0.0, 1.0) * axes_.x;
 }
 
 QPolygonF PlotFrame::polygonOf(const QPolygonF& values) const {

@@ -28,17 +28,11 @@ struct PlotCurve {
 
 inline constexpr int kMarkers = 12;
 
-// An axis from `from` to `to`, to > from.
-struct PlotAxis {
-    double from = 0;
-    double to = 1;
-};
-
 // The smallest axes from 0 that hold all curves with their bands. A band may not make y more than
 // twice as long as the curves do. Absent without a point to the right of 0 and above it.
 struct PlotAxes {
-    PlotAxis x;
-    PlotAxis y;
+    double x = 0;  // where it ends
+    double y = 0;
 };
 std::optional<PlotAxes> axesOf(const std::vector<PlotCurve>& curves);
 
@@ -47,7 +41,7 @@ struct AxisTick {
     QString label;
 };
 // At most seven, at multiples of 1, 2 or 5 times a power of ten, with the decimals of the step.
-std::vector<AxisTick> axisTicks(const PlotAxis& axis);
+std::vector<AxisTick> axisTicks(double end);
 
 // Where the axes stand in a plot of that size; labels take the room to the right of the frame.
 class PlotFrame {

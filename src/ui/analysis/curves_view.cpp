@@ -147,9 +147,8 @@ bool CurvesView::markByKey(int key, Qt::KeyboardModifiers modifiers) {
 }
 
 void CurvesView::moveLine(int steps) {
-    const std::optional<PlotAxes> axes = axesOf(plot_.curves);
-    const double step = (axes->x.to - axes->x.from) / stepsOfLine;
-    emit lineDidMove(std::clamp(*plot_.line + steps * step, axes->x.from, axes->x.to));
+    const double end = axesOf(plot_.curves)->x;
+    emit lineDidMove(std::clamp(*plot_.line + steps * (end / stepsOfLine), 0.0, end));
 }
 
 }  // namespace zorvel

@@ -31,9 +31,8 @@ void addLimits(PlotCurve& curve, double x, double estimate, const std::optional<
                ConfidenceLevel level) {
     if (!error) return;
     const ConfidenceLimits limits = diversityLimits(estimate, *error);
-    const bool is95 = level == ConfidenceLevel::percent95;
-    curve.lower.append(QPointF(x, is95 ? limits.lower95 : limits.lower99));
-    curve.upper.append(QPointF(x, is95 ? limits.upper95 : limits.upper99));
+    curve.lower.append(QPointF(x, lowerLimit(limits, level)));
+    curve.upper.append(QPointF(x, upperLimit(limits, level)));
 }
 
 void addPoints(PlotCurve& plot, const DiversityCurve& curve, std::size_t order,

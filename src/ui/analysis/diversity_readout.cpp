@@ -32,15 +32,10 @@ QString placeText(double x, const DiversityView& view) {
     }
 }
 
-DiversityTopic topicOf(const DiversityView& view) {
-    switch (view.across) {
-        case DiversityAcross::sizes:
-            return DiversityTopic::overSizes;
-        case DiversityAcross::coverage:
-            return DiversityTopic::overCoverage;
-        default:
-            return DiversityTopic::overOrders;
-    }
+DiversityExplanation wordsOf(const DiversityView& view) {
+    constexpr DiversityTopic topics[] = {DiversityTopic::overSizes, DiversityTopic::overCoverage,
+                                         DiversityTopic::overOrders};
+    return explanationOf(topics[static_cast<std::size_t>(view.across)], view.kind);
 }
 
 Explanation explained(const DiversityExplanation& words, const QString& value) {
@@ -163,7 +158,7 @@ QString plotHint(const DiversityView& view, std::size_t drawn, std::size_t all) 
 
 Explanation plotExplanation(const DiversityView& view, const DiversityCurve* curve,
                             const QString& read) {
-    const DiversityExplanation words = explanationOf(topicOf(view), view.kind);
+    const DiversityExplanation words = wordsOf(view);
     Explanation all = explained(words, read);
     QString inputs;
     QString estimates;

@@ -16,12 +16,22 @@ namespace {
 
 enum CoverageColumn { nameColumn, sizeColumn, ownColumn, neededColumn, firstOrder };
 
+struct Column {
+    const char* title;
+    std::optional<DiversityTopic> topic;  // none for texts, which stand on the left
+};
+
+constexpr Column columns[] = {{"Census", std::nullopt},
+                              {"Specimens", DiversityTopic::size},
+                              {"Coverage", DiversityTopic::coverage},
+                              {"Size needed", DiversityTopic::neededSize},
+                              {"q = 0", DiversityTopic::richness},
+                              {"q = 1", DiversityTopic::shannon},
+                              {"q = 2", DiversityTopic::simpson},
+                              {"Note", std::nullopt}};
+
 QString fixed(double value, int digits) {
     return std::isfinite(value) ? QString::fromStdString(fixedText(value, digits)) : QString("-");
-}
-
-QString whole(double value) {
-    return QLocale().toString(value, 'f', 0);
 }
 
 // One decimal, unless it is whole as far as that shows.
@@ -62,19 +72,7 @@ void CoverageTableModel::setLevel(std::optional<ConfidenceLevel> level) {
 }
 
 std::optional<DiversityTopic> CoverageTableModel::topicOf(int column) {
-    switch (column) {
-        case nameColumn:
-        case remarkColumn:
-            return std::nullopt;
-        case sizeColumn:
-            return DiversityTopic::size;
-        case ownColumn:
-            return DiversityTopic::coverage;
-        case neededColumn:
-            return DiversityTopic::neededSize;
-        default:
-            return topicOfOrder(static_cast<std::size_t>(column - firstOrder));
-    }
+    return columns[column].topic;
 }
 
 int CoverageTableModel::rowCount(const QModelIndex& parent) const {
@@ -90,7 +88,7 @@ QString CoverageTableModel::textOf(const CoverageRow& row, int column) const {
         case nameColumn:
             return oneLine(row.name);
         case sizeColumn:
-            return whole(row.sample.size);
+            return QLocale().toString(row.sample.size, 'f', 0);
         case ownColumn:
             return row.coverage ? fixed(*row.coverage, 4) : "-";
         case neededColumn:
@@ -98,9 +96,8 @@ QString CoverageTableModel::textOf(const CoverageRow& row, int column) const {
         case remarkColumn:
             return row.remark;
         default:
-            break;
+            return diversityText(row, static_cast<std::size_t>(column - firstOrder));
     }
-    return diversityText(row, static_cast<std::size_t>(column - firstOrder));
 }
 
 QString CoverageTableModel::diversityText(const CoverageRow& row, std::size_t order) const {
@@ -109,10 +106,8 @@ QString CoverageTableModel::diversityText(const CoverageRow& row, std::size_t or
     QString text = fixed(value, 2);
     if (!level_ || !row.errors || !(*row.errors)[order]) return text;
     const ConfidenceLimits limits = diversityLimits(value, *(*row.errors)[order]);
-    const bool is95 = *level_ == ConfidenceLevel::percent95;
     return QString("%1 (%2 – %3)")
-        .arg(text, fixed(is95 ? limits.lower95 : limits.lower99, 2),
-             fixed(is95 ? limits.upper95 : limits.upper99, 2));
+        .arg(text, fixed(lowerLimit(limits, *level_), 2), fixed(upperLimit(limits, *level_), 2));
 }
 
 QVariant CoverageTableModel::data(const QModelIndex& index, int role) const {
@@ -121,9 +116,7 @@ QVariant CoverageTableModel::data(const QModelIndex& index, int role) const {
     const int column = index.column();
     if (role == Qt::DisplayRole) return textOf(row, column);
     if (role == Qt::ToolTipRole) return row.remark.isEmpty() ? QVariant() : row.remark;
-    if (role == Qt::TextAlignmentRole) {
-        return column == nameColumn || column == remarkColumn ? alignLeft : alignRight;
-    }
+    if (role == Qt::TextAlignmentRole) return topicOf(column) ? alignRight : alignLeft;
     if (role == Qt::ForegroundRole && !row.remark.isEmpty()) {
         return lookColors(QApplication::palette()).secondary;
     }
@@ -131,21 +124,16 @@ QVariant CoverageTableModel::data(const QModelIndex& index, int role) const {
 }
 
 QVariant CoverageTableModel::headerData(int section, Qt::Orientation orientation, int role) const {
-    static const char* const titles[] = {"Census", "Specimens", "Coverage", "Size needed",
-                                         "q = 0",  "q = 1",     "q = 2",    "Note"};
     if (orientation != Qt::Horizontal) return {};
     const SampleKind kind = rows_.empty() ? SampleKind::abundance : rows_.front().sample.kind;
+    const std::optional<DiversityTopic> topic = topicOf(section);
+    if (role == Qt::TextAlignmentRole) return topic ? alignRight : alignLeft;
     if (role == Qt::DisplayRole) {
-        if (section == sizeColumn) return explanationOf(DiversityTopic::size, kind).name;
-        return titles[section];
+        return section == sizeColumn ? explanationOf(*topic, kind).name : columns[section].title;
     }
     if (role == Qt::ToolTipRole) {
-        const std::optional<DiversityTopic> topic = topicOf(section);
         const QString meaning = topic ? explanationOf(*topic, kind).meaning : "All of a row";
         return meaning + "\nF1 or a double click on a cell tells how it is computed.";
-    }
-    if (role == Qt::TextAlignmentRole) {
-        return section == nameColumn || section == remarkColumn ? alignLeft : alignRight;
     }
     return {};
 }
@@ -153,87 +141,67 @@ QVariant CoverageTableModel::headerData(int section, Qt::Orientation orientation
 // Over orders, the limits are those of the estimate, and both lines run over all orders.
 void CurvePointsModel::setCurves(const std::vector<PlotCurve>& curves, const DiversityView& view,
                                  std::optional<ConfidenceLevel> level) {
-    beginResetModel();
-    view_ = view;
-    level_ = level ? " (" + confidenceLevelText(*level) + ')' : QString();
-    names_.clear();
-    points_.clear();
+    const auto cellAt = [](const QPolygonF& line, double x) {
+        const std::optional<double> value = valueAt(line, x);
+        return value ? fixed(*value, 3) : "-";
+    };
+    const QString limits = level ? " limit (" + confidenceLevelText(*level) + ')' : " limit";
     const bool isProfile = view.across == DiversityAcross::orders;
-    for (const PlotCurve& curve : curves) {
+    beginResetModel();
+    titles_ = {"Curve",           "Part",           widthTitle(view),
+               heightTitle(view), "Lower" + limits, "Upper" + limits};
+    rows_.clear();
+    for (std::size_t i = 0; i < curves.size(); ++i) {
+        const PlotCurve& curve = curves[i];
         for (const bool predicted : {false, true}) {
-            const QPolygonF& line = predicted ? curve.predicted : curve.known;
-            for (qsizetype i = 0; i < line.size(); ++i) {
-                // The predicted part begins with the last known point.
-                if (predicted && !isProfile && !curve.known.isEmpty() && i == 0) continue;
-                Point point{static_cast<std::size_t>(names_.size()), predicted, line[i], {}, {}};
-                if (predicted || !isProfile) {
-                    point.lower = valueAt(curve.lower, line[i].x());
-                    point.upper = valueAt(curve.upper, line[i].x());
-                }
-                points_.push_back(point);
+            QPolygonF line = predicted ? curve.predicted : curve.known;
+            // The predicted part begins with the last known point.
+            if (predicted && !isProfile && !curve.known.isEmpty()) line = line.mid(1);
+            const bool isLimited = predicted || !isProfile;
+            for (const QPointF& point : line) {
+                const double x = point.x();
+                rows_.push_back({i,
+                                 {oneLine(curve.label), partText(view, predicted),
+                                  fixed(x, x == std::floor(x) ? 0 : 4), fixed(point.y(), 3),
+                                  isLimited ? cellAt(curve.lower, x) : "-",
+                                  isLimited ? cellAt(curve.upper, x) : "-"}});
             }
         }
-        names_.append(oneLine(curve.label));
     }
     endResetModel();
 }
 
 int CurvePointsModel::rowCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : static_cast<int>(points_.size());
+    return parent.isValid() ? 0 : static_cast<int>(rows_.size());
 }
 
 int CurvePointsModel::columnCount(const QModelIndex& parent) const {
-    return parent.isValid() ? 0 : 6;
+    return parent.isValid() ? 0 : static_cast<int>(titles_.size());
 }
 
 QVariant CurvePointsModel::data(const QModelIndex& index, int role) const {
     if (!index.isValid()) return {};
-    const bool isName = index.column() == 0 || index.column() == 1;
-    if (role == Qt::TextAlignmentRole) return isName ? alignLeft : alignRight;
-    if (role != Qt::DisplayRole) return {};
-    const Point& point = points_[static_cast<std::size_t>(index.row())];
-    switch (index.column()) {
-        case 0:
-            return names_[static_cast<qsizetype>(point.curve)];
-        case 1:
-            return partText(view_, point.predicted);
-        case 2:
-            return fixed(point.at.x(), point.at.x() == std::floor(point.at.x()) ? 0 : 4);
-        case 3:
-            return fixed(point.at.y(), 3);
-        case 4:
-            return point.lower ? fixed(*point.lower, 3) : "-";
-        default:
-            return point.upper ? fixed(*point.upper, 3) : "-";
-    }
+    return cellData(rows_[static_cast<std::size_t>(index.row())].cells, index.column(), role);
 }
 
 QVariant CurvePointsModel::headerData(int section, Qt::Orientation orientation, int role) const {
-    if (orientation != Qt::Horizontal) return {};
-    if (role == Qt::TextAlignmentRole) return section < 2 ? alignLeft : alignRight;
-    if (role != Qt::DisplayRole) return {};
-    const QString titles[] = {"Curve",
-                              "Part",
-                              widthTitle(view_),
-                              heightTitle(view_),
-                              "Lower limit" + level_,
-                              "Upper limit" + level_};
-    return titles[section];
+    return orientation == Qt::Horizontal ? cellData(titles_, section, role) : QVariant();
+}
+
+QVariant CurvePointsModel::cellData(const QStringList& cells, int column, int role) {
+    if (role == Qt::TextAlignmentRole) return column < 2 ? alignLeft : alignRight;
+    return role == Qt::DisplayRole ? cells[column] : QVariant();
 }
 
 QString CurvePointsModel::text(char separator) const {
     std::string text;
-    const auto add = [&](const auto& cell) {
+    const auto add = [&](const QStringList& texts) {
         TableCells cells;
-        for (int column = 0; column < columnCount(); ++column) {
-            cells.push_back(cell(column).toString().toStdString());
-        }
+        for (const QString& cell : texts) cells.push_back(cell.toStdString());
         text += tableLine(cells, separator);
     };
-    add([this](int column) { return headerData(column, Qt::Horizontal, Qt::DisplayRole); });
-    for (int row = 0; row < rowCount(); ++row) {
-        add([&](int column) { return data(index(row, column), Qt::DisplayRole); });
-    }
+    add(titles_);
+    for (const Row& row : rows_) add(row.cells);
     return QString::fromStdString(text);
 }
 

@@ -55,7 +55,7 @@ class CurvePointsModel : public QAbstractTableModel {
                    std::optional<ConfidenceLevel> level);
     // The place of a row's curve.
     [[nodiscard]] std::size_t curveOf(int row) const {
-        return points_[static_cast<std::size_t>(row)].curve;
+        return rows_[static_cast<std::size_t>(row)].curve;
     }
     // With commas or tabs between the cells.
     [[nodiscard]] QString text(char separator) const;
@@ -67,17 +67,14 @@ class CurvePointsModel : public QAbstractTableModel {
                                       int role) const override;
 
   private:
-    struct Point {
+    struct Row {
         std::size_t curve = 0;
-        bool predicted = false;
-        QPointF at;
-        std::optional<double> lower;
-        std::optional<double> upper;
+        QStringList cells;
     };
-    std::vector<Point> points_;
-    QStringList names_;  // of the curves
-    DiversityView view_;
-    QString level_;  // " (95%)"
+    [[nodiscard]] static QVariant cellData(const QStringList& cells, int column, int role);
+
+    QStringList titles_;
+    std::vector<Row> rows_;
 };
 
 }  // namespace zorvel

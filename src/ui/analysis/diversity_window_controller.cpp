@@ -55,8 +55,7 @@ DiversityViewController::DiversityViewController(JobQueue& jobs, const Panels& p
 }
 
 DiversityViewController::~DiversityViewController() {
-    stopErrors_.request_stop();
-    delete popover_;
+    stop_.request_stop();
 }
 
 void DiversityViewController::addChoices() {
@@ -67,8 +66,7 @@ void DiversityViewController::addChoices() {
     ui_->acrossBox->setCurrentIndex(plot.across);
     ui_->orderBox->setCurrentIndex(plot.order);
     connect(ui_->ofBox, &QComboBox::currentIndexChanged, this, [this] {
-        choose({static_cast<DiversityChoice::Of>(ui_->ofBox->currentData().toInt()),
-                choice_.coverage});
+        choose({static_cast<std::size_t>(ui_->ofBox->currentIndex()), choice_.coverage});
         compute();
     });
     for (const QComboBox* box : {ui_->orderBox, ui_->acrossBox}) {
@@ -88,17 +86,17 @@ void DiversityViewController::addChoices() {
         showRunning();
     });
     connect(ui_->coverageField, &QDoubleSpinBox::valueChanged, this, [this](double coverage) {
-        choose({choice_.of, coverage});
+        choose({choice_.group, coverage});
         showCoverage();
     });
     connect(ui_->commonCoverageButton, &QPushButton::clicked, this, [this] {
-        choose({choice_.of, std::nullopt});
+        choose({choice_.group, std::nullopt});
         showCoverage();
     });
     connect(ui_->curvesView, &CurvesView::lineDidMove, this, [this](double x) {
         std::optional<double> coverage = std::round(x * stepsOfCoverage) / stepsOfCoverage;
         if (common_ && x == common_->coverage) coverage.reset();
-        choose({choice_.of, coverage});
+        choose({choice_.group, coverage});
         showCoverage();
     });
     connect(computation_, &CoverageComputation::rowsDidArrive, this,
@@ -117,21 +115,15 @@ void DiversityViewController::addChoices() {
 }
 
 void DiversityViewController::setInputs(DiversityInputs inputs) {
-    using Of = DiversityChoice::Of;
     setSubject(inputs.project);
     inputs_ = std::make_shared<const DiversityInputs>(std::move(inputs));
     const QString name = shortened(subject(), longestSubject);
     ui_->plotSubject->setText(name.isEmpty() ? "Diversity at equal coverage" : name);
     ui_->plotSubject->setToolTip(name);
     const QSignalBlocker quiet(ui_->ofBox);
-    const auto add = [this](const QString& title, Of of) {
-        ui_->ofBox->addItem(title, static_cast<int>(of));
-        if (of == choice_.of) ui_->ofBox->setCurrentIndex(ui_->ofBox->count() - 1);
-    };
-    add(inputs_->isAll ? "All censuses" : "Selected censuses", Of::selected);
-    if (inputs_->pooled) add("All pooled", Of::pooled);
-    if (inputs_->incidence) add("Over the censuses", Of::incidence);
-    choice_.of = static_cast<Of>(ui_->ofBox->currentData().toInt());
+    for (const DiversityInputs::Group& group : inputs_->groups) ui_->ofBox->addItem(group.title);
+    if (choice_.group >= inputs_->groups.size()) choice_.group = 0;
+    ui_->ofBox->setCurrentIndex(static_cast<int>(choice_.group));
     compute();
 }
 
@@ -151,29 +143,22 @@ DiversityView DiversityViewController::view() const {
 // --- Computing: curves, and their errors ---
 
 void DiversityViewController::compute() {
-    stopErrors_.request_stop();
-    const std::size_t generation = ++generation_;
+    stop_.request_stop();
+    stop_ = std::stop_source();
     ++running_;
     showRunning();
     jobs_.start(
         this,
-        [inputs = inputs_, of = choice_.of] {
+        [inputs = inputs_, group = choice_.group] {
             auto curves = std::make_shared<std::vector<DiversityCurve>>();
-            const auto add = [&curves](const DiversitySubject& subject) {
+            for (const DiversitySubject& subject : inputs->groups[group].subjects) {
                 curves->push_back(diversityCurve(subject));
-            };
-            if (of == DiversityChoice::Of::pooled) {
-                add(*inputs->pooled);
-            } else if (of == DiversityChoice::Of::incidence) {
-                add(*inputs->incidence);
-            } else {
-                std::for_each(inputs->selected.begin(), inputs->selected.end(), add);
             }
             return Curves(std::move(curves));
         },
-        [this, generation](Curves curves) {
+        [this, stop = stop_.get_token()](Curves curves) {
             --running_;
-            if (generation == generation_) takeCurves(std::move(curves));
+            if (!stop.stop_requested()) takeCurves(std::move(curves));
             showRunning();
         });
 }
@@ -194,17 +179,16 @@ void DiversityViewController::takeCurves(Curves curves) {
 }
 
 void DiversityViewController::computeErrors() {
-    stopErrors_ = std::stop_source();
     ++running_;
     jobs_.start(
         this,
-        [curves = drawn_, stop = stopErrors_.get_token()]() mutable {
+        [curves = drawn_, stop = stop_.get_token()]() mutable {
             for (DiversityCurve& curve : curves) curve.errors = errorsOf(curve, stop);
             return std::move(curves);
         },
-        [this, generation = generation_](std::vector<DiversityCurve> curves) {
+        [this, stop = stop_.get_token()](std::vector<DiversityCurve> curves) {
             --running_;
-            if (generation == generation_) {
+            if (!stop.stop_requested()) {
                 drawn_ = std::move(curves);
                 showCurves();
             }
@@ -253,7 +237,7 @@ void DiversityViewController::showCurves() {
     const DiversityView shown = view();
     CurvesPlot plot;
     plot.curves = plotCurves(drawn_, shown, levelNow());
-    if (shown.across == DiversityAcross::coverage && !plot.curves.empty()) plot.line = coverage_;
+    if (shown.across == DiversityAcross::coverage && !plot.curves.empty()) plot.line = coverage();
     if (common_) plot.rest = common_->coverage;
     points_->setCurves(plot.curves, shown, levelNow());
     ui_->curvesView->setPlot(std::move(plot));
@@ -273,12 +257,16 @@ QString DiversityViewController::readout() const {
     return plotHint(view(), plot.isDrawable() ? drawn_.size() : 0, curves_->size());
 }
 
-// The coverage that is chosen, or as far as all reach; the table follows in the background.
+// The coverage that is chosen, or as far as all reach.
+double DiversityViewController::coverage() const {
+    return choice_.coverage.value_or(common_ ? common_->coverage : 0);
+}
+
+// The table follows in the background.
 void DiversityViewController::showCoverage() {
     if (!curves_) return;
-    coverage_ = choice_.coverage ? *choice_.coverage : common_ ? common_->coverage : 0;
     const QSignalBlocker quiet(ui_->coverageField);
-    ui_->coverageField->setValue(coverage_);
+    ui_->coverageField->setValue(coverage());
     QString note;
     if (common_ && !choice_.coverage) {
         const DiversityCurve& limit = (*curves_)[common_->limitedBy];
@@ -290,9 +278,9 @@ void DiversityViewController::showCoverage() {
     ui_->coverageNote->setText(note);
     ui_->coverageNote->setToolTip(note.isEmpty() ? note : "As far as all reach, " + note);
     CurvesPlot plot = ui_->curvesView->plot();
-    if (plot.line) plot.line = coverage_;
+    if (plot.line) plot.line = coverage();
     ui_->curvesView->setPlot(std::move(plot));
-    computation_->start(curves_, coverage_);
+    computation_->start(curves_, coverage());
 }
 
 QString DiversityViewController::tableText(char separator) const {

@@ -3,7 +3,6 @@
 // the background, the curves before their limits. Main thread.
 #pragma once
 
-#include <QPointer>
 #include <QString>
 #include <memory>
 #include <optional>
@@ -12,7 +11,6 @@
 
 #include "ui/analysis/diversity_curves.h"
 #include "ui/analysis/plot_page.h"
-#include "ui/kit/popover.h"
 #include "ui/kit/window_placement.h"
 
 class QModelIndex;
@@ -30,17 +28,18 @@ struct Explanation;
 
 // The project as it was when the command was given.
 struct DiversityInputs {
-    QString project;                            // its name
-    std::vector<DiversitySubject> selected;     // censuses
-    bool isAll = false;                         // selected are all, since none is selected
-    std::optional<DiversitySubject> pooled;     // all of them
-    std::optional<DiversitySubject> incidence;  // presences over them; absent for fewer than five
+    // What can be compared: a curve per subject.
+    struct Group {
+        QString title;
+        std::vector<DiversitySubject> subjects;
+    };
+    QString project;  // its name
+    std::vector<Group> groups;
 };
 
 // What the window shows; order and axis are also kept in the preferences.
 struct DiversityChoice {
-    enum class Of { selected, pooled, incidence };
-    Of of = Of::selected;
+    std::size_t group = 0;
     std::optional<double> coverage;  // absent: as far as all reach
 };
 
@@ -74,6 +73,7 @@ class DiversityViewController final : public PlotPage {
     void addChoices();
     void addExplanations();
     [[nodiscard]] DiversityView view() const;
+    [[nodiscard]] double coverage() const;
     void choose(const DiversityChoice& choice);
     void compute();
     void takeCurves(Curves curves);
@@ -98,14 +98,11 @@ class DiversityViewController final : public PlotPage {
     CoverageTableModel* coverages_;
     CurvePointsModel* points_;
     CoverageComputation* computation_;
-    QPointer<Popover> popover_;
     Curves curves_;                      // all of them
     std::vector<DiversityCurve> drawn_;  // the first, with their errors
     std::optional<CommonCoverage> common_;
-    double coverage_ = 0;
     std::size_t running_ = 0;  // jobs of the curves
-    std::size_t generation_ = 0;
-    std::stop_source stopErrors_;
+    std::stop_source stop_;    // of these jobs
 };
 
 class DiversityWindowController : public PlacedWindow {

@@ -14,6 +14,7 @@
 #include "ui/analysis/diversity_readout.h"
 #include "ui/analysis/diversity_tables.h"
 #include "ui/analysis/diversity_window_controller.h"
+#include "ui/kit/popover.h"
 #include "ui_diversity_page.h"
 
 namespace zorvel {
@@ -70,9 +71,9 @@ void DiversityViewController::addExplanations() {
 
 void DiversityViewController::explain(const Explanation& explanation, const QWidget& of,
                                       const QRect& place) {
-    if (!popover_) popover_ = new Popover(window());
-    popover_->setExplanation(explanation);
-    popover_->showBeside({of.mapTo(window(), place.topLeft()), place.size()});
+    Popover& popover = Popover::of(*window());
+    popover.setExplanation(explanation);
+    popover.showBeside({of.mapTo(window(), place.topLeft()), place.size()});
 }
 
 // Of a curve, or of the only one.

@@ -68,14 +68,6 @@ QString confidenceLevelText(ConfidenceLevel level) {
     return level == ConfidenceLevel::percent95 ? QStringLiteral("95%") : QStringLiteral("99%");
 }
 
-double lowerLimit(const Rarefaction& point, ConfidenceLevel level) {
-    return level == ConfidenceLevel::percent95 ? point.lower95 : point.lower99;
-}
-
-double upperLimit(const Rarefaction& point, ConfidenceLevel level) {
-    return level == ConfidenceLevel::percent95 ? point.upper95 : point.upper99;
-}
-
 bool hasLimits(const Rarefaction& point, ConfidenceLevel level) {
     return std::isfinite(lowerLimit(point, level)) && std::isfinite(upperLimit(point, level));
 }

@@ -21,8 +21,15 @@ std::optional<ConfidenceLevel> confidenceLevelOf(double confidence);
 // "95%".
 QString confidenceLevelText(ConfidenceLevel level);
 
-double lowerLimit(const Rarefaction& point, ConfidenceLevel level);
-double upperLimit(const Rarefaction& point, ConfidenceLevel level);
+// Of a Rarefaction or of ConfidenceLimits.
+template <class Limits>
+double lowerLimit(const Limits& limits, ConfidenceLevel level) {
+    return level == ConfidenceLevel::percent95 ? limits.lower95 : limits.lower99;
+}
+template <class Limits>
+double upperLimit(const Limits& limits, ConfidenceLevel level) {
+    return level == ConfidenceLevel::percent95 ? limits.upper95 : limits.upper99;
+}
 // Both of them are finite.
 bool hasLimits(const Rarefaction& point, ConfidenceLevel level);
 

@@ -54,10 +54,6 @@ MetricSheet::MetricSheet(QWidget& host) : QObject(&host), host_(host) {
     host.installEventFilter(this);
 }
 
-MetricSheet::~MetricSheet() {
-    delete popover_;
-}
-
 MetricSheet::Row& MetricSheet::makeRow(const ShownMetric& shown, Card& card) {
     auto* caption = new QLabel(&card);
     caption->setObjectName(labelName(shown));
@@ -303,7 +299,7 @@ void MetricSheet::showMenu(std::size_t row, const QPoint& place) {
 // Beside the row; closes the explanation where it is that row's.
 void MetricSheet::explain(std::size_t row) {
     if (!subject_) return;
-    if (!popover_) popover_ = new Popover(host_.window());
+    popover_ = &Popover::of(*host_.window());
     if (popover_->isVisible() && explained_ == row) return popover_->dismiss();
     explained_ = row;
     updateExplanation();

@@ -38,7 +38,6 @@ class MetricSheet : public QObject {
   public:
     // host: the panel that shows the rows and owns the sheet.
     explicit MetricSheet(QWidget& host);
-    ~MetricSheet() override;
 
     // Makes rows in the order in which they are to be copied and gone through: one with a large
     // value, or one below the other. The host lays the card out.

@@ -73,6 +73,11 @@ Popover::Popover(QWidget* host)
             [this](QWidget* /*old*/, QWidget* now) { focusDidChange(now); });
 }
 
+Popover& Popover::of(QWidget& window) {
+    auto* popover = window.findChild<Popover*>();
+    return popover != nullptr ? *popover : *new Popover(&window);
+}
+
 // The focus moves while it is destroyed, which must not be handled then.
 Popover::~Popover() {
     disconnect(qApp, nullptr, this, nullptr);

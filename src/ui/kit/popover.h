@@ -30,7 +30,8 @@ struct Explanation {
 class Popover : public QFrame {
     Q_OBJECT
   public:
-    explicit Popover(QWidget* host);
+    // The one of the window, made when it is first needed.
+    static Popover& of(QWidget& window);
     ~Popover() override;
 
     void setExplanation(const Explanation& explanation);
@@ -47,6 +48,7 @@ class Popover : public QFrame {
     void paintEvent(QPaintEvent* event) override;
 
   private:
+    explicit Popover(QWidget* host);
     void place();
     void focusDidChange(QWidget* now);
     [[nodiscard]] bool contains(const QWidget* widget) const;

@@ -17,21 +17,23 @@ DiversityInputs diversityInputs(const ObjectContext& project, const std::vector<
                                 const QString& name) {
     DiversityInputs inputs;
     inputs.project = name;
+    DiversityInputs::Group own{selected.empty() ? "All censuses" : "Selected censuses", {}};
     const std::vector<Census> censuses = project.censuses();
     const auto add = [&](const Census& census) {
-        inputs.selected.push_back(
+        own.subjects.push_back(
             {shownName(census.name()), abundanceFrequencies(includedCountsVector(census))});
     };
     for (const RecordId id : selected) {
         if (const std::optional<Census> census = project.census(id)) add(*census);
     }
-    inputs.isAll = selected.empty();
-    if (inputs.isAll) std::for_each(censuses.begin(), censuses.end(), add);
+    if (selected.empty()) std::for_each(censuses.begin(), censuses.end(), add);
     const SparseCountsResult sparse = buildSparseCounts(project);
-    inputs.pooled = {"All pooled", abundanceFrequencies(sparse.pooled)};
+    inputs.groups = {std::move(own),
+                     {"All pooled", {{"All pooled", abundanceFrequencies(sparse.pooled)}}}};
     if (censuses.size() >= 5) {
-        inputs.incidence = {"Over the censuses",
-                            incidenceFrequencies(summariseIncidence(sparse.counts))};
+        const QString title = "Over the censuses";
+        inputs.groups.push_back(
+            {title, {{title, incidenceFrequencies(summariseIncidence(sparse.counts))}}});
     }
     return inputs;
 }
