@@ -20,7 +20,7 @@ CoverageComputation::~CoverageComputation() {
     stop_.request_stop();
 }
 
-void CoverageComputation::start(Curves curves, double coverage) {
+void CoverageComputation::start(DiversityCurves curves, double coverage) {
     stop_.request_stop();
     stop_ = std::stop_source();
     curves_ = std::move(curves);

@@ -4,7 +4,6 @@
 
 #include <QObject>
 #include <cstddef>
-#include <memory>
 #include <optional>
 #include <stop_token>
 #include <vector>
@@ -18,7 +17,6 @@ class JobQueue;
 class CoverageComputation : public QObject {
     Q_OBJECT
   public:
-    using Curves = std::shared_ptr<const std::vector<DiversityCurve>>;
     using Errors = std::vector<std::optional<StandardErrors::Orders>>;
 
     // The queue must outlive the computation.
@@ -26,7 +24,7 @@ class CoverageComputation : public QObject {
     ~CoverageComputation() override;
 
     // In place of what runs. Of coverages that follow each other fast, some are left out.
-    void start(Curves curves, double coverage);
+    void start(DiversityCurves curves, double coverage);
     // Until the last limits are there.
     [[nodiscard]] bool isRunning() const { return running_; }
 
@@ -42,7 +40,7 @@ class CoverageComputation : public QObject {
     void setRunning(bool running);
 
     JobQueue& jobs_;
-    Curves curves_;
+    DiversityCurves curves_;
     double coverage_ = 0;
     bool running_ = false;
     bool computesRows_ = false;

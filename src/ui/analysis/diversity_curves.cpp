@@ -11,6 +11,20 @@ namespace zorvel {
 
 namespace {
 
+constexpr std::size_t profileOrders = 21;
+
+double profileOrder(std::size_t place) {
+    return static_cast<double>(place) / 10;
+}
+
+QColor curveColor(std::size_t place) {
+    // Colours of Okabe & Ito (2008) that stand out from white, and darker forms of them.
+    static const QColor colors[] = {{0, 114, 178},  {213, 94, 0},  {0, 158, 115},  {204, 121, 167},
+                                    {86, 180, 233}, {230, 159, 0}, {0, 0, 0},      {0, 70, 110},
+                                    {140, 60, 0},   {0, 100, 70},  {130, 70, 105}, {110, 110, 110}};
+    return colors[place % std::size(colors)];
+}
+
 // x of a point.
 double placeOf(const DiversityPoint& point, DiversityAcross across) {
     return across == DiversityAcross::sizes ? point.size : point.coverage;
@@ -94,17 +108,13 @@ std::vector<double> curveSizes(double size) {
 
 }  // namespace
 
-double profileOrder(std::size_t place) {
-    return static_cast<double>(place) / 10;
-}
-
 DiversityCurve diversityCurve(const DiversitySubject& subject) {
     DiversityCurve curve{subject.name, DiversityEstimator(subject.counts), {}, {}, {}};
     if (!curve.estimator.coverage()) return curve;
     for (const double size : curveSizes(subject.counts.size)) {
         curve.points.push_back(*curve.estimator.atSize(size));
     }
-    for (std::size_t i = 0; i < kProfileOrders; ++i) {
+    for (std::size_t i = 0; i < profileOrders; ++i) {
         curve.profile.push_back(curve.estimator.estimated(profileOrder(i)));
     }
     return curve;
@@ -116,14 +126,6 @@ std::optional<StandardErrors> errorsOf(const DiversityCurve& curve, const std::s
     plan.coverages = coveragesOf(curve.points);
     for (std::size_t i = 0; i < curve.profile.size(); ++i) plan.orders.push_back(profileOrder(i));
     return bootstrapErrors(curve.estimator, plan, stop);
-}
-
-QColor curveColor(std::size_t place) {
-    // Colours of Okabe & Ito (2008) that stand out from white, and darker forms of them.
-    static const QColor colors[] = {{0, 114, 178},  {213, 94, 0},  {0, 158, 115},  {204, 121, 167},
-                                    {86, 180, 233}, {230, 159, 0}, {0, 0, 0},      {0, 70, 110},
-                                    {140, 60, 0},   {0, 100, 70},  {130, 70, 105}, {110, 110, 110}};
-    return colors[place % std::size(colors)];
 }
 
 std::vector<PlotCurve> plotCurves(const std::vector<DiversityCurve>& curves,

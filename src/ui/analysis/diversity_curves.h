@@ -4,6 +4,7 @@
 
 #include <QColor>
 #include <QString>
+#include <memory>
 #include <optional>
 #include <stop_token>
 #include <vector>
@@ -34,12 +35,12 @@ struct DiversityCurve {
     QString name;
     DiversityEstimator estimator;
     std::vector<DiversityPoint> points;          // up to twice the sample; empty below size 2
-    std::vector<std::optional<double>> profile;  // estimated, at kProfileOrders orders
+    std::vector<std::optional<double>> profile;  // estimated, of orders 0 to 2 by tenths
     // Of the points at equal size and at equal coverage, and of the profile.
     std::optional<StandardErrors> errors;
 };
-inline constexpr std::size_t kProfileOrders = 21;
-double profileOrder(std::size_t place);  // 0 to 2 by tenths
+// Shared with the jobs that read them.
+using DiversityCurves = std::shared_ptr<const std::vector<DiversityCurve>>;
 
 DiversityCurve diversityCurve(const DiversitySubject& subject);
 // Absent if stopped, or if there is nothing to vary.
@@ -48,7 +49,6 @@ std::optional<StandardErrors> errorsOf(const DiversityCurve& curve, const std::s
 // Of all curves that have points; the marker of each is its place.
 std::vector<PlotCurve> plotCurves(const std::vector<DiversityCurve>& curves,
                                   const DiversityView& view, std::optional<ConfidenceLevel> level);
-QColor curveColor(std::size_t place);
 
 // A row of the table.
 struct CoverageRow {

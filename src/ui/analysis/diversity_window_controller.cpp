@@ -154,16 +154,16 @@ void DiversityViewController::compute() {
             for (const DiversitySubject& subject : inputs->groups[group].subjects) {
                 curves->push_back(diversityCurve(subject));
             }
-            return Curves(std::move(curves));
+            return DiversityCurves(std::move(curves));
         },
-        [this, stop = stop_.get_token()](Curves curves) {
+        [this, stop = stop_.get_token()](DiversityCurves curves) {
             --running_;
             if (!stop.stop_requested()) takeCurves(std::move(curves));
             showRunning();
         });
 }
 
-void DiversityViewController::takeCurves(Curves curves) {
+void DiversityViewController::takeCurves(DiversityCurves curves) {
     curves_ = std::move(curves);
     drawn_.clear();
     for (const DiversityCurve& curve : *curves_) {

@@ -68,15 +68,13 @@ class DiversityViewController final : public PlotPage {
     [[nodiscard]] QString tableText(char separator) const override;
 
   private:
-    using Curves = std::shared_ptr<const std::vector<DiversityCurve>>;
-
     void addChoices();
     void addExplanations();
     [[nodiscard]] DiversityView view() const;
     [[nodiscard]] double coverage() const;
     void choose(const DiversityChoice& choice);
     void compute();
-    void takeCurves(Curves curves);
+    void takeCurves(DiversityCurves curves);
     void computeErrors();
     void showCurves();
     void showCoverage();
@@ -98,7 +96,7 @@ class DiversityViewController final : public PlotPage {
     CoverageTableModel* coverages_;
     CurvePointsModel* points_;
     CoverageComputation* computation_;
-    Curves curves_;                      // all of them
+    DiversityCurves curves_;             // all of them
     std::vector<DiversityCurve> drawn_;  // the first, with their errors
     std::optional<CommonCoverage> common_;
     std::size_t running_ = 0;  // jobs of the curves

@@ -1,6 +1,5 @@
 #include "ui/analysis/plot_view.h"
 
-#include <QAccessibleWidget>
 #include <QApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
@@ -8,6 +7,7 @@
 #include <algorithm>
 
 #include "ui/kit/look.h"
+#include "ui/kit/small_widgets.h"
 
 namespace zorvel {
 
@@ -15,16 +15,10 @@ namespace {
 
 constexpr int pageOfPlaces = 10;  // by the page keys
 
-// So that a screen reader takes it for a chart.
-QAccessibleInterface* asChart(const QString& /*className*/, QObject* object) {
-    auto* view = qobject_cast<PlotView*>(object);
-    return view != nullptr ? new QAccessibleWidget(view, QAccessible::Chart) : nullptr;
-}
-
 }  // namespace
 
 PlotView::PlotView(QWidget* parent) : QWidget(parent) {
-    QAccessible::installFactory(asChart);  // again does nothing
+    setAccessibleRole<PlotView, QAccessible::Chart>();
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(true);
     setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Expanding);

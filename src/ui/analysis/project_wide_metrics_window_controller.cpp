@@ -83,7 +83,6 @@ QVBoxLayout& ProjectWideMetricsViewController::addColumn(MetricGroup group) {
     ui_->columns->addLayout(column, group == MetricGroup::averages ? 6 : 5);
     column->addWidget(headOfColumn(titleOf(group), *ui_->content));
     std::vector<ShownMetric> rows = metricsOf(group);
-    const ShownMetric first = rows.front();
     // Where they are all, there is room for one below the other.
     const bool isShort = rows.size() == largeRows;
     QBoxLayout* large = column;
@@ -93,7 +92,7 @@ QVBoxLayout& ProjectWideMetricsViewController::addColumn(MetricGroup group) {
     }
     large->setSpacing(gapOfCards);
     for (std::size_t i = 0; i < largeRows; ++i) {
-        Card* card = sheet_->makeLargeCard(rows[i]);
+        Card* card = sheet_->makeLargeCard(rows[i], i == 0 ? titleOf(group) : QString());
         if (!isShort)  // of one height
             card->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);
         large->addWidget(card, isShort ? 0 : 1);
@@ -101,7 +100,6 @@ QVBoxLayout& ProjectWideMetricsViewController::addColumn(MetricGroup group) {
     rows.erase(rows.begin(), rows.begin() + largeRows);
     if (!rows.empty()) column->addWidget(sheet_->makeListCard(rows));
     column->addStretch();
-    sheet_->setHeading(first, titleOf(group));
     for (const ShownMetric& shown : metricsOf(group)) sheet_->expect(shown);
     return *column;
 }

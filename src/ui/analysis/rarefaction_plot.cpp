@@ -25,18 +25,17 @@ double tickStep(std::size_t place) {
     return steps[place % 3] * std::pow(10.0, place / 3);
 }
 
-// place(value): the tick's foot on the axis; outwards: from it to the tick's end; label: from the
-// foot to the label's place.
-template <class Place>
-QList<PlotTick> ticks(double maximum, const Place& place, const QPointF& outwards,
-                      const QPointF& label) {
+// Of an axis from the origin to maximum times unit. outwards: from a tick's foot to its end; label:
+// from the foot to the label's place.
+QList<PlotTick> ticks(const PlotGeometry& geometry, double maximum, const QPointF& unit,
+                      const QPointF& outwards, const QPointF& label) {
     QList<PlotTick> ticks;
     const std::optional<double> step = tickSpacing(maximum);
     if (!step) return ticks;
     const int count = static_cast<int>(maximum / *step + 1.0);
     for (int i = 0; i < count; ++i) {
         const double value = *step * i;
-        const QPointF foot = place(value);
+        const QPointF foot = geometry.origin() + value * unit;
         ticks.append({value, foot, foot + outwards, QString::fromStdString(fixedText(value, 0)),
                       foot + label});
     }
@@ -121,18 +120,14 @@ std::optional<double> tickSpacing(double maximum) {
 
 QList<PlotTick> xTicks(const PlotGeometry& geometry) {
     const double length = geometry.tickLength();
-    const auto place = [&](double value) {
-        return QPointF(geometry.xConst + geometry.xMult * value, geometry.yConst);
-    };
-    return ticks(geometry.maxSampleSize, place, {0, -length}, {-0.5 * length, -3 * length});
+    return ticks(geometry, geometry.maxSampleSize, {geometry.xMult, 0}, {0, -length},
+                 {-0.5 * length, -3 * length});
 }
 
 QList<PlotTick> yTicks(const PlotGeometry& geometry) {
     const double length = geometry.tickLength();
-    const auto place = [&](double value) {
-        return QPointF(geometry.xConst, geometry.yConst + geometry.yMult * value);
-    };
-    return ticks(geometry.maxDiversity, place, {-length, 0}, {-3 * length, -0.7 * length});
+    return ticks(geometry, geometry.maxDiversity, {0, geometry.yMult}, {-length, 0},
+                 {-3 * length, -0.7 * length});
 }
 
 QList<QPolygonF> curveLines(std::span<const Rarefaction> data, const PlotGeometry& geometry) {

@@ -37,6 +37,18 @@ QColor markColor(const QColor& color) {
     return lightness > 140 ? Qt::black : Qt::white;
 }
 
+// In words: the name of a colour of the palette or else "#RRGGBB", and how opaque it is unless
+// wholly.
+QString describedColor(const QColor& color) {
+    const std::vector<NamedColor> named = distinctColors();
+    const auto found = std::find_if(named.begin(), named.end(), [&](const NamedColor& each) {
+        return each.color.rgb() == (color.rgb() | 0xff000000U);
+    });
+    QString name = found != named.end() ? found->name : color.name().toUpper();
+    if (color.alpha() == 255) return name;
+    return QString("%1, %2% opaque").arg(name).arg(qRound(color.alphaF() * 100));
+}
+
 }  // namespace
 
 ColorChip::ColorChip(const QSize& size, QWidget* parent) : QAbstractButton(parent), size_(size) {
@@ -116,16 +128,6 @@ std::vector<NamedColor> distinctColors() {
             {"Blue", {0, 114, 178}},
             {"Vermillion", {213, 94, 0}},
             {"Reddish purple", {204, 121, 167}}};
-}
-
-QString describedColor(const QColor& color) {
-    const std::vector<NamedColor> named = distinctColors();
-    const auto found = std::find_if(named.begin(), named.end(), [&](const NamedColor& each) {
-        return each.color.rgb() == (color.rgb() | 0xff000000U);
-    });
-    QString name = found != named.end() ? found->name : color.name().toUpper();
-    if (color.alpha() == 255) return name;
-    return QString("%1, %2% opaque").arg(name).arg(qRound(color.alphaF() * 100));
 }
 
 ColorPalette::ColorPalette(QWidget* parent) : QWidget(parent) {

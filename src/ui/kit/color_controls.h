@@ -75,10 +75,6 @@ struct NamedColor {
 
 std::vector<NamedColor> distinctColors();
 
-// In words: the name of a colour of the palette or else "#RRGGBB", and how opaque it is unless
-// wholly.
-QString describedColor(const QColor& color);
-
 // The distinct colours as buttons in a row.
 class ColorPalette : public QWidget {
     Q_OBJECT

@@ -1,6 +1,7 @@
 #include <QAbstractItemView>
 #include <QApplication>
 #include <QFileDialog>
+#include <QHash>
 #include <QHelpEvent>
 #include <QLabel>
 #include <QPainter>
@@ -69,37 +70,25 @@ class LookStyle : public QProxyStyle {
 
     int pixelMetric(PixelMetric metric, const QStyleOption* option,
                     const QWidget* widget) const override {
+        static const QHash<PixelMetric, int> own = {
+            {PM_SplitterWidth, 1},       {PM_ScrollBarExtent, 12},  {PM_ScrollBarSliderMin, 32},
+            {PM_IndicatorWidth, 16},     {PM_IndicatorHeight, 16},  {PM_MessageBoxIconSize, 32},
+            {PM_MenuBarHMargin, 4},      {PM_MenuVMargin, 4},       {PM_MenuPanelWidth, 1},
+            {PM_MenuBarItemSpacing, 0},  {PM_MenuBarPanelWidth, 0}, {PM_ButtonShiftHorizontal, 0},
+            {PM_ButtonShiftVertical, 0},
+        };
         switch (metric) {
             case PM_FocusFrameHMargin:  // the style adds 1: cells and headers begin 12 pixels in
                 return isOfFileDialog(widget) ? 3 : 11;
             case PM_HeaderMargin:
                 return isOfFileDialog(widget) ? 4 : 12;
-            case PM_SplitterWidth:
-                return 1;
-            case PM_ScrollBarExtent:
-                return 12;
-            case PM_ScrollBarSliderMin:
-                return 32;
-            case PM_IndicatorWidth:
-            case PM_IndicatorHeight:
-                return 16;
-            case PM_MessageBoxIconSize:
-                return 32;
-            case PM_MenuBarHMargin:
-            case PM_MenuVMargin:
-                return 4;
-            case PM_MenuPanelWidth:
-                return 1;
             case PM_DefaultFrameWidth:  // the text's own square stays within the round corners
-                return isTextField(widget) ? 3 : QProxyStyle::pixelMetric(metric, option, widget);
-            case PM_MenuBarItemSpacing:
-            case PM_MenuBarPanelWidth:
-            case PM_ButtonShiftHorizontal:
-            case PM_ButtonShiftVertical:
-                return 0;
+                if (isTextField(widget)) return 3;
+                break;
             default:
-                return QProxyStyle::pixelMetric(metric, option, widget);
+                if (own.contains(metric)) return own[metric];
         }
+        return QProxyStyle::pixelMetric(metric, option, widget);
     }
 
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,

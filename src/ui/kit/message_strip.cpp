@@ -1,7 +1,6 @@
 #include "ui/kit/message_strip.h"
 
 #include <QAccessible>
-#include <QAccessibleWidget>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPainter>
@@ -23,12 +22,6 @@ constexpr int lineMargin = 8;        // pixels above and below it
 constexpr int shownAtMost = 4;       // problems that can be dismissed
 constexpr int longestMessage = 600;  // characters of a message
 
-// So that a screen reader takes the strip for an alert.
-QAccessibleInterface* asAlert(const QString& /*className*/, QObject* object) {
-    auto* strip = qobject_cast<MessageStrip*>(object);
-    return strip ? new QAccessibleWidget(strip, QAccessible::AlertMessage) : nullptr;
-}
-
 }  // namespace
 
 MessageStrip::MessageStrip(QWidget* parent)
@@ -37,7 +30,7 @@ MessageStrip::MessageStrip(QWidget* parent)
       others_(new QLabel(this)),
       actionButton_(new QPushButton(this)),
       dismissButton_(new QToolButton(this)) {
-    QAccessible::installFactory(asAlert);  // again does nothing
+    setAccessibleRole<MessageStrip, QAccessible::AlertMessage>();
     actionButton_->setObjectName("messageActionButton");
     actionButton_->setAutoDefault(false);
     dismissButton_->setObjectName("dismissMessageButton");

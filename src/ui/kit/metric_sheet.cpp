@@ -73,13 +73,14 @@ MetricSheet::Row& MetricSheet::makeRow(const ShownMetric& shown, Card& card) {
     return rows_.back();
 }
 
-Card* MetricSheet::makeLargeCard(const ShownMetric& shown) {
+Card* MetricSheet::makeLargeCard(const ShownMetric& shown, const QString& heading) {
     auto* card = new Card(&host_);
     card->installEventFilter(this);
     auto* inside = new QVBoxLayout(card);
     inside->setSpacing(2);
     inside->setContentsMargins(12, 10, 12, 10);
-    const Row& row = makeRow(shown, *card);
+    Row& row = makeRow(shown, *card);
+    row.heading = heading;
     row.value->setScale(1.9);
     row.value->setAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     inside->addWidget(row.caption);
@@ -109,10 +110,6 @@ Card* MetricSheet::makeListCard(const std::vector<ShownMetric>& list) {
         grid->addWidget(row.value, line++, 1);
     }
     return card;
-}
-
-void MetricSheet::setHeading(const ShownMetric& shown, const QString& heading) {
-    rowOf(shown).heading = heading;
 }
 
 MetricSheet::Row& MetricSheet::rowOf(const ShownMetric& shown) {

@@ -41,10 +41,9 @@ class MetricSheet : public QObject {
 
     // Makes rows in the order in which they are to be copied and gone through: one with a large
     // value, or one below the other. The host lays the card out.
-    Card* makeLargeCard(const ShownMetric& shown);
+    // heading: a line of its own above the row in what is copied.
+    Card* makeLargeCard(const ShownMetric& shown, const QString& heading = {});
     Card* makeListCard(const std::vector<ShownMetric>& list);
-    // A line of its own above the row in what is copied.
-    void setHeading(const ShownMetric& shown, const QString& heading);
 
     // The census or project that the values belong to from now on. Before it is named, nothing is
     // explained and nothing copied.

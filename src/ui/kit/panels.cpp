@@ -38,6 +38,14 @@ QString startingAt(const QString& name, const QWidget* parent) {
     return QDir(folder.isEmpty() ? documents : folder).filePath(name);
 }
 
+// With an ending of one of the types: the preferred one's, unless the path has one of them.
+QString withEnding(const QString& path, const QList<FileType>& types, const FileType& preferred) {
+    for (const FileType& type : types) {
+        if (path.endsWith(type.ending, Qt::CaseInsensitive)) return path;
+    }
+    return path + preferred.ending;
+}
+
 QString chooseOne(QWidget* parent, const QString& title, const QString& filter) {
     QString path = QFileDialog::getOpenFileName(parent, title, panelFolder(parent), filter);
     if (!path.isEmpty()) rememberFolderOf(path);
@@ -102,13 +110,6 @@ QString SavePanel::chooseFile(QWidget* parent, const QString& title, const QStri
         if (path == chosen || mayReplace(alerts, parent, path)) return path;
     }
     return {};
-}
-
-QString withEnding(const QString& path, const QList<FileType>& types, const FileType& preferred) {
-    for (const FileType& type : types) {
-        if (path.endsWith(type.ending, Qt::CaseInsensitive)) return path;
-    }
-    return path + preferred.ending;
 }
 
 QString withProjectEnding(const QString& path) {

@@ -72,9 +72,6 @@ class LinkOpener : public Panel {
 // text: a whole URL with its scheme, percent-encoded. Any other text opens nothing.
 void openURLString(LinkOpener& links, const QString& text);
 
-// The path with an ending of one of the types: the preferred one's, unless it has one of them.
-QString withEnding(const QString& path, const QList<FileType>& types, const FileType& preferred);
-
 // The path with the ending of projects, whatever the case of one that it has.
 QString withProjectEnding(const QString& path);
 

@@ -1,6 +1,5 @@
 #include "ui/kit/popover.h"
 
-#include <QAccessibleWidget>
 #include <QApplication>
 #include <QKeyEvent>
 #include <QLabel>
@@ -22,12 +21,6 @@ constexpr int anchorGap = 6;  // between the anchor and the frame
 constexpr int shade = 6;      // width of the shadow on every side
 constexpr int padding = 16;   // around the text
 constexpr int chrome = 2 * (shade + padding);
-
-// So that a screen reader takes a popover for help.
-QAccessibleInterface* asHelp(const QString& /*className*/, QObject* object) {
-    auto* popover = qobject_cast<Popover*>(object);
-    return popover ? new QAccessibleWidget(popover, QAccessible::HelpBalloon) : nullptr;
-}
 
 bool copies(const QKeyEvent& press) {
     return press.matches(QKeySequence::Copy) || press.matches(QKeySequence::SelectAll);
@@ -51,7 +44,7 @@ QRect popoverPlace(const QSize& host, const QRect& anchor, const QSize& wanted) 
 
 Popover::Popover(QWidget* host)
     : QFrame(host), scroll_(new QScrollArea(this)), text_(new WrappedLabel) {
-    QAccessible::installFactory(asHelp);  // again does nothing
+    setAccessibleRole<Popover, QAccessible::HelpBalloon>();
     text_->setObjectName("popoverText");
     text_->setTextFormat(Qt::RichText);
     text_->setAlignment(Qt::AlignLeft | Qt::AlignTop);

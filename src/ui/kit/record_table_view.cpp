@@ -299,8 +299,7 @@ void RecordTableView::contextMenuEvent(QContextMenuEvent* event) {
     add("&Paste", &RecordTableView::pasteRequested, QKeySequence::Paste, true);
     add("&Delete", &RecordTableView::deleteRequested, QKeySequence::Delete, any);
     menu.addSeparator();
-    QAction* all = menu.addAction("Select &All", this, &RecordTableView::selectAll);
-    all->setShortcut(QKeySequence::SelectAll);
+    add("Select &All", &RecordTableView::selectAll, QKeySequence::SelectAll, true);
     menu.exec(event->globalPos());
 }
 

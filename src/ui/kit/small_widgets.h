@@ -1,6 +1,7 @@
 // Small widgets of the program's look. Main thread.
 #pragma once
 
+#include <QAccessibleWidget>
 #include <QFrame>
 #include <QLabel>
 #include <QTimer>
@@ -9,6 +10,16 @@
 class QTextDocument;
 
 namespace zorvel {
+
+// So that a screen reader takes widgets of a class for what the role says. Again does nothing.
+template <class Widget, QAccessible::Role role>
+void setAccessibleRole() {
+    QAccessible::installFactory(
+        [](const QString& /*className*/, QObject* object) -> QAccessibleInterface* {
+            auto* widget = qobject_cast<Widget*>(object);
+            return widget != nullptr ? new QAccessibleWidget(widget, role) : nullptr;
+        });
+}
 
 // A rounded ground for what belongs together, its rows separated by hairlines.
 class Card : public QFrame {
