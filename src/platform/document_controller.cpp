@@ -14,8 +14,19 @@
 #include "platform/file_reading.h"
 #include "platform/job_queue.h"
 #include "platform/project_writes.h"
+#include "platform/settings.h"
 
 namespace zorvel {
+
+namespace {
+
+const char recentKey[] = "recentPaths";
+
+QStringList storedRecentPaths() {
+    return setting(recentKey).toStringList();
+}
+
+}  // namespace
 
 DocumentController::Folders DocumentController::userFolders() {
     QString data = QStandardPaths::writableLocation(QStandardPaths::AppDataLocation);
@@ -27,13 +38,12 @@ DocumentController::Folders DocumentController::userFolders() {
     return {data + "/untitled", data + "/backups"};
 }
 
-DocumentController::DocumentController(JobQueue& jobs, Folders folders,
+DocumentController::DocumentController(JobQueue& jobs, const Folders& folders,
                                        const SaveSettings& settings)
     : jobs_(jobs),
-      folders_(std::move(folders)),
       writer_(std::make_unique<JobQueue>(1)),
-      services_{writer_.get(), settings, folders_.backups, &untitled_},
-      untitled_(folders_.untitled) {}
+      services_{writer_.get(), settings, folders.backups, &untitled_},
+      untitled_(folders.untitled) {}
 
 // Changes that cannot be written even now stay in the copy aside. A thread that hangs in a disk is
 // left running until the process ends, with all that it uses.
@@ -59,32 +69,44 @@ std::vector<Document*> DocumentController::documents() const {
 }
 
 QStringList DocumentController::recentPaths() const {
-    return recent_.list();
+    QStringList paths = storedRecentPaths();
+    paths.removeIf([this](const QString& path) { return missingPaths_.contains(path); });
+    return paths;
 }
 
 // One look at a time: on a dead network it may never end.
 void DocumentController::lookForRecentPaths() {
     if (std::exchange(lookingForRecent_, true)) return;
+    pathsSinceLook_.clear();
     jobs_.start(
         this,
-        [paths = recent_.beginLook()]() mutable {
+        [paths = storedRecentPaths()]() mutable {
             paths.removeIf([](const QString& path) { return QFileInfo::exists(path); });
             return paths;
         },
         [this](const QStringList& missing) {
             lookingForRecent_ = false;
-            recent_.endLook(missing);
+            missingPaths_ = missing;
+            missingPaths_.removeIf(
+                [this](const QString& path) { return pathsSinceLook_.contains(path); });
             emit recentPathsDidChange();
         });
 }
 
 void DocumentController::clearRecentPaths() {
-    RecentPaths::clear();
+    removeSetting(recentKey);
     emit recentPathsDidChange();
 }
 
 void DocumentController::noteRecent(const QString& path) {
-    recent_.add(path);
+    const QString absolute = QFileInfo(path).absoluteFilePath();
+    QStringList paths = storedRecentPaths();
+    paths.removeAll(absolute);
+    paths.prepend(absolute);
+    missingPaths_.removeAll(absolute);
+    pathsSinceLook_.append(absolute);
+    constexpr qsizetype kept = 10;
+    storeSetting(recentKey, paths.mid(0, kept));
     emit recentPathsDidChange();
 }
 

@@ -35,7 +35,7 @@ class DocumentController : public QObject {
     static Folders userFolders();
 
     // The queue, which reads files, must outlive the controller; writing has a thread of its own.
-    DocumentController(JobQueue& jobs, Folders folders, const SaveSettings& settings = {});
+    DocumentController(JobQueue& jobs, const Folders& folders, const SaveSettings& settings = {});
     // Closes what is open, like close() and finish() with a short wait.
     ~DocumentController() override;
 
@@ -67,9 +67,11 @@ class DocumentController : public QObject {
     std::vector<Document*> finish(std::chrono::milliseconds atMost);
 
     [[nodiscard]] std::vector<Document*> documents() const;
-    // Paths of projects and text files, newest first; without those known to be missing.
+    // Of the projects and text files that were opened or saved last, kept between runs in the
+    // settings: absolute, newest first, without those known to be missing.
     [[nodiscard]] QStringList recentPaths() const;
-    // Looks in the background which of them still exist; recentPathsDidChange() follows.
+    // Looks in the background which of them still exist; recentPathsDidChange() follows. The disk
+    // may be slow.
     void lookForRecentPaths();
     void clearRecentPaths();
 
@@ -96,17 +98,18 @@ class DocumentController : public QObject {
         backup,
     };
     struct Request {
-        QString path;  // as given
+        std::shared_ptr<NamedFile> file;
         Source source = Source::any;
-        QString shownName;
-        std::optional<FileIdentity> identity;
-        // Of a file that was opened to tell its kind, and kind of a text file.
-        std::shared_ptr<NamedFile> file = nullptr;
-        std::optional<FileKind> kind = std::nullopt;
+        QString shownName;  // of the file, or of the project whose backup it is
+        std::optional<FileKind> kind = std::nullopt;  // of a text file
+
+        [[nodiscard]] bool isInFolder() const {
+            return source == Source::untitledFolder || source == Source::recovered;
+        }
     };
 
     // Opening (document_opening.cpp).
-    void locate(const Request& request);
+    void locate(const QString& path, const Request& request);
     void openLocated(const Request& request);
     void read(const Request& request);
     void finishReading(const Request& request, FileReading& reading);
@@ -140,11 +143,11 @@ class DocumentController : public QObject {
     using Owned = std::vector<std::unique_ptr<Document>>;
 
     JobQueue& jobs_;
-    Folders folders_;
     std::unique_ptr<JobQueue> writer_;
     SaveServices services_;
     UntitledFolder untitled_;
-    RecentPaths recent_;
+    QStringList missingPaths_;    // found by the last look
+    QStringList pathsSinceLook_;  // used since it began: they are not missing
     bool lookingForRecent_ = false;
     Owned documents_;  // closed ones too, until their files are closed
     Owned gone_;       // deleted in the next turn of the event loop

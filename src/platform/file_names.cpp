@@ -13,7 +13,6 @@ namespace zorvel {
 
 namespace {
 
-const char recentKey[] = "recentPaths";
 const char reportedKey[] = "untitledProblemsTold";
 
 QRegularExpressionMatch untitledMatch(const QString& fileName) {
@@ -22,10 +21,6 @@ QRegularExpressionMatch untitledMatch(const QString& fileName) {
         "(?: (.+))?\\.zorvel\\z",
         QRegularExpression::DotMatchesEverythingOption);
     return form.match(fileName);
-}
-
-QStringList storedRecentPaths() {
-    return setting(recentKey).toStringList();
 }
 
 }  // namespace
@@ -97,36 +92,6 @@ bool UntitledFolder::isNewProblem(const QString& fileName, FileTrouble trouble) 
     if (first) reported.append(entry);
     storeSetting(reportedKey, reported);
     return first;
-}
-
-QStringList RecentPaths::list() const {
-    QStringList paths = storedRecentPaths();
-    paths.removeIf([this](const QString& path) { return missing_.contains(path); });
-    return paths;
-}
-
-void RecentPaths::add(const QString& path) {
-    const QString absolute = QFileInfo(path).absoluteFilePath();
-    QStringList paths = storedRecentPaths();
-    paths.removeAll(absolute);
-    paths.prepend(absolute);
-    missing_.removeAll(absolute);
-    addedSinceLook_.append(absolute);
-    storeSetting(recentKey, paths.mid(0, kept));
-}
-
-void RecentPaths::clear() {
-    removeSetting(recentKey);
-}
-
-QStringList RecentPaths::beginLook() {
-    addedSinceLook_.clear();
-    return storedRecentPaths();
-}
-
-void RecentPaths::endLook(const QStringList& missing) {
-    missing_ = missing;
-    missing_.removeIf([this](const QString& path) { return addedSinceLook_.contains(path); });
 }
 
 }  // namespace zorvel

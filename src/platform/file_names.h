@@ -1,6 +1,5 @@
-// Names and paths of the user's files: between the names of projects and those of their files, the
-// folder of untitled projects, the files that were used last. The functions: any thread; the
-// classes: main thread.
+// Names and paths of the user's files: between the names of projects and those of their files, and
+// the folder of untitled projects. The functions: any thread; the class: main thread.
 #pragma once
 
 #include <QSet>
@@ -54,27 +53,6 @@ class UntitledFolder {
   private:
     QString path_;
     QSet<QString> claimed_;
-};
-
-// The files that were opened or saved last, kept between runs in the settings. Does not access the
-// files themselves, whose disk may be slow.
-class RecentPaths {
-  public:
-    static constexpr int kept = 10;
-
-    // Newest first, absolute; without those known to be missing.
-    [[nodiscard]] QStringList list() const;
-    void add(const QString& path);
-    static void clear();
-
-    // For a look at the disk, which may take long: what was added since it began does not count as
-    // missing, even if the look did not find it.
-    QStringList beginLook();
-    void endLook(const QStringList& missing);
-
-  private:
-    QStringList missing_;
-    QStringList addedSinceLook_;
 };
 
 }  // namespace zorvel

@@ -1,36 +1,19 @@
-// Reads a file that is to become a document, whatever it holds: the slow part of opening, done on a
-// background thread.
+// A file that is to become a document, whatever it holds, and what is said of one that cannot be
+// read. Any thread; making a NamedFile waits for the disk.
 #pragma once
 
 #include <QString>
-#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
 
-#include "interchange/file_kind.h"
 #include "interchange/parsers.h"
 #include "interchange/text_file.h"
 #include "platform/file_names.h"
-#include "store/census_block.h"
 #include "store/file_problem.h"
 #include "store/project_file.h"
 
 namespace zorvel {
-
-struct FileReading {
-    // None for a text file.
-    std::unique_ptr<ProjectFile> file;
-    ProjectRecords records;
-    // Why there are no records, for the user, with the file's name; empty if there are.
-    QString failure;
-    // Of a project file.
-    std::optional<FileProblem> problem;
-    // The project that this one is the copy aside of; empty if it is none.
-    QString asideOf;
-    // Of a text file's records.
-    LeftOut leftOut;
-};
 
 // A file that the user has named. It is opened once: its first bytes tell its kind, and a file that
 // is not a project is read on from there.
@@ -50,14 +33,6 @@ struct NamedFile {
     // By its first bytes or its ending.
     bool isProject = false;
 };
-
-// A project file or a text file of counts. kind: of a text file; guessed if absent.
-FileReading readAnyFile(NamedFile& file, const ProjectFileOptions& options,
-                        std::optional<FileKind> kind);
-
-// shownName stands before the message of a failure.
-FileReading readProjectFile(const QString& path, const QString& shownName,
-                            const ProjectFileOptions& options);
 
 // "NAME could not be read (line 3, cell 7): reason", for a text file.
 QString unreadableMessage(const QString& shownName, const std::string& reason,

@@ -4,7 +4,10 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <ctime>
+#include <latch>
+#include <thread>
 
 #include "document_fixture.h"
 
@@ -345,13 +348,29 @@ TEST_F(DocumentControllerTest, RemembersTheLastTenFiles) {
 }
 
 TEST_F(DocumentControllerTest, AFileSavedDuringALookAtRecentOnesIsShown) {
-    RecentPaths recent;
-    recent.add("/a");
-    recent.add("/b");
-    const QStringList looked = recent.beginLook();
-    recent.add("/b");  // saved anew while the look is under way
-    recent.endLook(looked);
-    EXPECT_EQ(recent.list(), QStringList{"/b"});
+    closeAndWait(openNorth());
+    QFile::remove(at("a.zorvel"));
+    Document& saved = run->controller.newDocument();
+    QObject receiver;
+    const auto held = std::make_shared<std::latch>(1);
+    for (unsigned i = 0; i < std::max(2U, std::thread::hardware_concurrency()); ++i) {
+        run->jobs.start(
+            &receiver,
+            [held] {
+                held->wait();
+                return 0;
+            },
+            [](int) {});
+    }
+    run->controller.lookForRecentPaths();
+    EXPECT_FALSE(saveAs(saved, "a.zorvel"));
+    QFile::remove(at("a.zorvel"));  // the look finds none, as if it had come before the saving
+    bool hasLooked = false;
+    QObject::connect(&run->controller, &DocumentController::recentPathsDidChange, &receiver,
+                     [&] { hasLooked = true; });
+    held->count_down();
+    EXPECT_TRUE(waitUntil([&] { return hasLooked; }));
+    EXPECT_EQ(run->controller.recentPaths(), QStringList{at("a.zorvel")});
 }
 
 TEST(UserFolders, AreNeverRelative) {
