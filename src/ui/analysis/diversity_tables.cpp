@@ -21,14 +21,14 @@ struct Column {
     std::optional<DiversityTopic> topic;  // none for texts, which stand on the left
 };
 
-constexpr Column columns[] = {{"Census", std::nullopt},
-                              {"Specimens", DiversityTopic::size},
-                              {"Coverage", DiversityTopic::coverage},
-                              {"Size needed", DiversityTopic::neededSize},
-                              {"q = 0", DiversityTopic::richness},
-                              {"q = 1", DiversityTopic::shannon},
-                              {"q = 2", DiversityTopic::simpson},
-                              {"Note", std::nullopt}};
+constexpr Column coverageColumns[] = {{"Census", std::nullopt},
+                                      {"Specimens", DiversityTopic::size},
+                                      {"Coverage", DiversityTopic::coverage},
+                                      {"Size needed", DiversityTopic::neededSize},
+                                      {"q = 0", DiversityTopic::richness},
+                                      {"q = 1", DiversityTopic::shannon},
+                                      {"q = 2", DiversityTopic::simpson},
+                                      {"Note", std::nullopt}};
 
 QString fixed(double value, int digits) {
     return std::isfinite(value) ? QString::fromStdString(fixedText(value, digits)) : QString("-");
@@ -72,7 +72,7 @@ void CoverageTableModel::setLevel(std::optional<ConfidenceLevel> level) {
 }
 
 std::optional<DiversityTopic> CoverageTableModel::topicOf(int column) {
-    return columns[column].topic;
+    return coverageColumns[column].topic;
 }
 
 int CoverageTableModel::rowCount(const QModelIndex& parent) const {
@@ -129,7 +129,8 @@ QVariant CoverageTableModel::headerData(int section, Qt::Orientation orientation
     const std::optional<DiversityTopic> topic = topicOf(section);
     if (role == Qt::TextAlignmentRole) return topic ? alignRight : alignLeft;
     if (role == Qt::DisplayRole) {
-        return section == sizeColumn ? explanationOf(*topic, kind).name : columns[section].title;
+        return section == sizeColumn ? explanationOf(*topic, kind).name
+                                     : coverageColumns[section].title;
     }
     if (role == Qt::ToolTipRole) {
         const QString meaning = topic ? explanationOf(*topic, kind).meaning : "All of a row";
