@@ -128,11 +128,7 @@ bool ProjectWindows::mayClose(MainWindowController& window) {
     if (!quitting_) {
         const QPointer<MainWindowController> guard(&window);
         if (!window.mainView().readyToClose()) return false;
-        const Question question{"An import is still running",
-                                "If you close the window now, nothing of it is stored.",
-                                {"Close Anyway", "Cancel"},
-                                0};
-        if (!mayDropImports({&window}, question) || !askToKeep(window)) return false;
+        if (!mayDropImports({&window}, false) || !askToKeep(window)) return false;
         const bool discards = std::count(discarded_.begin(), discarded_.end(), &window.document());
         if (isLast(window) && !mayEnd(discards ? &window.document() : nullptr)) {
             discarded_.clear();
@@ -177,13 +173,17 @@ bool ProjectWindows::mayEnd(const Document* discarded) {
     return ends;
 }
 
-bool ProjectWindows::mayDropImports(const std::vector<MainWindowController*>& windows,
-                                    const Question& question) {
+bool ProjectWindows::mayDropImports(const std::vector<MainWindowController*>& windows, bool quits) {
     const auto importing =
         std::find_if(windows.begin(), windows.end(),
                      [](MainWindowController* window) { return window->mainView().isImporting(); });
     if (importing == windows.end()) return true;
     const QPointer<ProjectWindows> self(this);
+    const QString end = quits ? "quit" : "close the window";
+    const Question question{"An import is still running",
+                            QString("If you %1 now, nothing of it is stored.").arg(end),
+                            {quits ? "Quit Anyway" : "Close Anyway", "Cancel"},
+                            0};
     return panels_.alerts.ask(*importing, question) == 0 && self;
 }
 
@@ -243,11 +243,7 @@ bool ProjectWindows::quit() {
     for (MainWindowController* window : windows()) {
         if (!window->mainView().readyToClose()) return false;
     }
-    const Question question{"An import is still running",
-                            "If you quit now, nothing of it is stored.",
-                            {"Quit Anyway", "Cancel"},
-                            0};
-    if (!mayDropImports(windows(), question) || !mayEnd()) return false;
+    if (!mayDropImports(windows(), true) || !mayEnd()) return false;
     for (MainWindowController* window : windows()) window->mainView().cancelImports();
     quitting_ = true;
     closeAll();

@@ -16,6 +16,7 @@
 #include "app/look_choice.h"
 #include "app/project_windows.h"
 #include "app/table_imports.h"
+#include "platform/document_controller.h"
 #include "ui/main/clipboard_rows.h"
 #include "ui/main/main_view_controller.h"
 #include "ui/main/main_window_controller.h"

@@ -24,7 +24,6 @@ class Exports;
 class JobQueue;
 struct KnownFile;
 class LookChoice;
-struct Question;
 class MainWindowController;
 class SettingsFile;
 
@@ -127,8 +126,7 @@ class ProjectWindows : public QObject {
     bool mayClose(MainWindowController& window);
     // False if an import into one of these windows would be lost and the user cancels. Does not
     // stop the imports: the user may still cancel later.
-    bool mayDropImports(const std::vector<MainWindowController*>& windows,
-                        const Question& question);
+    bool mayDropImports(const std::vector<MainWindowController*>& windows, bool quits);
     // Waits for what is being written and asks about what could not be; false if the user cancels.
     // discarded: a document that is not asked about, may be null.
     bool mayEnd(const Document* discarded = nullptr);
