@@ -25,7 +25,7 @@ class NoSavePanel : public SavePanel {
         return {};
     }
     QString chooseFile(QWidget* /*parent*/, const QString& /*title*/, const QString& /*suggestion*/,
-                       const QList<FileType>& /*types*/) override {
+                       const FileType& /*type*/) override {
         return {};
     }
 };

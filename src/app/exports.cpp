@@ -183,7 +183,7 @@ void Exports::saveTextFile(const std::shared_ptr<RunningExport>& running,
                            const ExportedFile& file) {
     const QPointer<Exports> self(this);
     const QString path = windows_.panels().save.chooseFile(
-        running->window, running->title, running->suggestion, {{"Comma-separated table", ".csv"}});
+        running->window, running->title, running->suggestion, {"Comma-separated table", ".csv"});
     if (!self || path.isEmpty()) return;
     const QString name = QFileInfo(path).fileName();
     if (running->window) {

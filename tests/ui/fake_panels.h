@@ -26,15 +26,14 @@ class FakeSavePanel : public SavePanel {
         return answer;
     }
     QString chooseFile(QWidget* /*parent*/, const QString& /*title*/, const QString& suggestion,
-                       const QList<FileType>& types) override {
+                       const FileType& type) override {
         suggestions.append(suggestion);
-        endings.clear();
-        for (const FileType& type : types) endings.append(type.ending);
+        ending = type.ending;
         return answer;
     }
     QString answer;
     QStringList suggestions;
-    QStringList endings;  // of the types offered last
+    QString ending;  // of the type asked for last
 };
 
 // Answers with the button of a title; a question that the test does not expect fails it.

@@ -302,7 +302,7 @@ TEST_F(RarefactionWindowTest, SavesOnePdfPageOfTheViewsSize) {
     QCoreApplication::processEvents();
     drawn();
     saveTo(path("north.pdf"), &RarefactionViewController::savePlotTapped);
-    EXPECT_EQ(savePanel.endings, QStringList(".pdf"));
+    EXPECT_EQ(savePanel.ending, ".pdf");
     EXPECT_EQ(label("plotSaved"), "Saved to north.pdf");
     QCoreApplication::processEvents();
     const auto* saved = window->findChild<QLabel*>("plotSaved");
@@ -330,7 +330,7 @@ TEST_F(RarefactionWindowTest, SavesImagesOfTheirSizeOnPaperWithAndWithoutTitles)
     for (const bool titles : {false, true}) {
         const QSize size = view().size() + (titles ? QSize(24, 52) : QSize(0, 0));
         const QByteArray svg = savedImage({true, 8.5, 300, titles});
-        EXPECT_EQ(savePanel.endings, QStringList(".svg"));
+        EXPECT_EQ(savePanel.ending, ".svg");
         const double height = 85.0 * size.height() / size.width();
         EXPECT_TRUE(svg.contains("width=\"85mm\"")) << svg.left(400).toStdString();
         EXPECT_TRUE(svg.contains(QString("height=\"%1mm\"").arg(height, 0, 'f', 2).toUtf8()));
@@ -392,7 +392,7 @@ TEST_F(RarefactionWindowTest, SavingReplacesAFileAndCancellingDoesNothing) {
     old.write(QByteArray(100000, 'x'));
     old.close();
     saveTo(old.fileName(), &RarefactionViewController::saveDataTapped);
-    EXPECT_EQ(savePanel.endings, QStringList(".csv"));
+    EXPECT_EQ(savePanel.ending, ".csv");
     EXPECT_EQ(bytesOf(old.fileName()).toStdString(), writeRarefactionTable(straightCurve()));
     saveTo({}, &RarefactionViewController::saveDataTapped);
     saveTo({}, &RarefactionViewController::savePlotTapped);
@@ -452,7 +452,7 @@ TEST(SavePanelTest, AsksBeforeItReplacesAFileWhoseEndingWasNotTyped) {
     QObject::connect(&timer, &QTimer::timeout, answer);
     timer.start(50);
     SavePanel panel;
-    EXPECT_EQ(panel.chooseFile(nullptr, "Save Plot", "plot", {{"PDF", ".pdf"}}), "");
+    EXPECT_EQ(panel.chooseFile(nullptr, "Save Plot", "plot", {"PDF", ".pdf"}), "");
     ASSERT_EQ(asked.size(), 1);
     EXPECT_TRUE(asked.front().contains("Helena.pdf")) << asked.front().toStdString();
 }

@@ -114,7 +114,7 @@ QString PlotPage::choosePath(const QString& title, const FileType& type) {
     const QPointer<PlotPage> self(this);
     const QString name =
         subject_.isEmpty() ? kind_.fileName : asFileName(subject_) + ' ' + kind_.fileName;
-    const QString path = panels_.save.chooseFile(window(), title, name, {type});
+    const QString path = panels_.save.chooseFile(window(), title, name, type);
     return self ? path : QString();
 }
 

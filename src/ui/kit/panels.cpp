@@ -7,7 +7,6 @@
 #include <QFileInfo>
 #include <QStandardPaths>
 #include <QUrl>
-#include <algorithm>
 #include <utility>
 
 #include "platform/file_names.h"
@@ -38,12 +37,9 @@ QString startingAt(const QString& name, const QWidget* parent) {
     return QDir(folder.isEmpty() ? documents : folder).filePath(name);
 }
 
-// With an ending of one of the types: the preferred one's, unless the path has one of them.
-QString withEnding(const QString& path, const QList<FileType>& types, const FileType& preferred) {
-    for (const FileType& type : types) {
-        if (path.endsWith(type.ending, Qt::CaseInsensitive)) return path;
-    }
-    return path + preferred.ending;
+// Whatever the case of the ending that the path has.
+QString withEnding(const QString& path, const QString& ending) {
+    return path.endsWith(ending, Qt::CaseInsensitive) ? path : path + ending;
 }
 
 QString chooseOne(QWidget* parent, const QString& title, const QString& filter) {
@@ -85,26 +81,16 @@ QString SavePanel::chooseProjectPath(QWidget* parent, const QString& suggestion)
 }
 
 QString SavePanel::chooseFile(QWidget* parent, const QString& title, const QString& suggestion,
-                              const QList<FileType>& types) {
-    QStringList filters;
-    for (const FileType& type : types) filters.append(type.title + " (*" + type.ending + ")");
-    const auto typeOf = [&](const QString& filter) -> const FileType& {
-        return types.at(std::max<qsizetype>(filters.indexOf(filter), 0));
-    };
-    QFileDialog dialog(parent, title,
-                       startingAt(withEnding(suggestion, types, types.first()), parent));
+                              const FileType& type) {
+    QFileDialog dialog(parent, title, startingAt(withEnding(suggestion, type.ending), parent));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
-    dialog.setNameFilters(filters);
+    dialog.setNameFilters({type.title + " (*" + type.ending + ")"});
     // The dialog adds the ending itself, so that it asks about the file that is replaced.
-    const auto follow = [&](const QString& filter) {
-        dialog.setDefaultSuffix(typeOf(filter).ending.mid(1));
-    };
-    follow(filters.first());
-    QObject::connect(&dialog, &QFileDialog::filterSelected, &dialog, follow);
+    dialog.setDefaultSuffix(type.ending.mid(1));
     Alerts alerts;
     while (dialog.exec() == QDialog::Accepted) {
         const QString chosen = dialog.selectedFiles().value(0);
-        QString path = withEnding(chosen, types, typeOf(dialog.selectedNameFilter()));
+        QString path = withEnding(chosen, type.ending);
         rememberFolderOf(path);
         // The dialog adds no ending to a name with a point ("St. Helena"), and does not ask.
         if (path == chosen || mayReplace(alerts, parent, path)) return path;
@@ -113,8 +99,7 @@ QString SavePanel::chooseFile(QWidget* parent, const QString& title, const QStri
 }
 
 QString withProjectEnding(const QString& path) {
-    const FileType project{{}, projectEnding};
-    return withEnding(path, {project}, project);
+    return withEnding(path, projectEnding);
 }
 
 void ColorPanel::chooseColor(QWidget* parent, const QString& title, const QColor& initial,

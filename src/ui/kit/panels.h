@@ -39,11 +39,10 @@ class SavePanel : public Panel {
     // whether the file exists or not; empty if cancelled. Waits for the answer.
     virtual QString chooseProjectPath(QWidget* parent, const QString& suggestion);
 
-    // The same for a file of one of these types; the first is suggested. The path ends as one of
-    // them does: an ending is added if none of theirs was typed. The panel has asked whether an
-    // existing file may be replaced. title: what is saved.
+    // The same for a file of this type. The path ends as it says: the ending is added if it was not
+    // typed. The panel has asked whether an existing file may be replaced. title: what is saved.
     virtual QString chooseFile(QWidget* parent, const QString& title, const QString& suggestion,
-                               const QList<FileType>& types);
+                               const FileType& type);
 };
 
 // Each must outlive the windows that are given these.
