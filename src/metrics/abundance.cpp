@@ -18,65 +18,34 @@ void append(std::vector<AbundanceClass>& classes, std::int64_t count, std::int64
 }  // namespace
 
 AbundanceTally::AbundanceTally(CountsView counts) : counts_(counts) {
-    countBins();
-    sumEntries();
-    richness_ = static_cast<std::int64_t>(counts.size()) - small_[0];
-}
-
-// Two tables in turn: a run of equal counts (zeros, mostly) would otherwise wait for its own store
-// at each step.
-void AbundanceTally::countBins() {
-    const auto bin = [](std::int64_t count) {
-        return static_cast<std::size_t>(
-            std::clamp<std::int64_t>(count, 0, static_cast<std::int64_t>(large)));
-    };
-    // Blocks keep the 32-bit bins from overflowing.
-    constexpr std::size_t block = std::size_t{1} << 31;
-    for (std::size_t start = 0; start < counts_.size(); start += block) {
-        const CountsView part = counts_.subspan(start, std::min(block, counts_.size() - start));
-        std::array<std::uint32_t, 2 * (large + 1)> bins{};
-        std::size_t i = 0;
-        for (; i + 1 < part.size(); i += 2) {
-            ++bins[2 * bin(part[i])];
-            ++bins[2 * bin(part[i + 1]) + 1];
-        }
-        if (i < part.size()) ++bins[2 * bin(part[i])];
-        for (std::size_t k = 0; k < small_.size(); ++k) {
-            small_[k] += std::int64_t{bins[2 * k]} + bins[2 * k + 1];
-        }
-    }
-}
-
-void AbundanceTally::sumEntries() {
-    std::uint64_t bits = 0;
-    std::uint64_t sum = 0;
-    for (const std::int64_t count : counts_) {
-        bits |= static_cast<std::uint64_t>(count);
-        sum += static_cast<std::uint64_t>(count);
-    }
-    // No entry is negative or huge: the plain sum is exact, and absent entries are zeros.
-    constexpr std::uint64_t ordinary = std::uint64_t{1} << 31;
-    if (bits < ordinary && counts_.size() < ordinary) {
-        individuals_ = present_ = static_cast<std::int64_t>(sum);
-        return;
-    }
     SaturatingSum all;
     SaturatingSum present;
-    for (const std::int64_t count : counts_) {
+    for (const std::int64_t count : counts) {
+        ++small_[static_cast<std::size_t>(std::clamp<std::int64_t>(count, 0, large))];
         all.add(count);
         present.add(std::max<std::int64_t>(count, 0));
     }
     individuals_ = all.value();
     present_ = present.value();
+    richness_ = static_cast<std::int64_t>(counts.size()) - small_[0];
 }
 
+// The order of the terms depends on the counts alone.
 const AbundanceTally::ShareSums& AbundanceTally::shareSums() const {
     if (shareSums_) return *shareSums_;
     ShareSums sums;
-    forEachShare([&sums](double share, double taxa) {
+    const auto add = [&](std::int64_t count, std::int64_t taxaWithIt) {
+        const double share = static_cast<double>(count) / static_cast<double>(present_);
+        const auto taxa = static_cast<double>(taxaWithIt);
         sums.entropy += taxa * (share * std::log(share));
         sums.unlike += taxa * (share * (1 - share));
-    });
+    };
+    for (std::int64_t count = 1; count < large; ++count) {
+        if (taxaWith(count) != 0) add(count, taxaWith(count));
+    }
+    for (const std::int64_t count : counts_) {
+        if (small_.back() != 0 && count >= large) add(count, 1);
+    }
     return shareSums_.emplace(sums);
 }
 

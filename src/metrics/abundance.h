@@ -31,7 +31,9 @@ class AbundanceTally {
     // The number of entries that are at least 1.
     [[nodiscard]] std::int64_t richness() const { return richness_; }
     // The number of taxa with exactly count specimens; count is 1 .. 63.
-    [[nodiscard]] std::int64_t taxaWith(std::size_t count) const { return small_[count]; }
+    [[nodiscard]] std::int64_t taxaWith(std::int64_t count) const {
+        return small_[static_cast<std::size_t>(count)];
+    }
     // No entry is 5 or more.
     [[nodiscard]] bool allBelowFive() const {
         return taxaWith(1) + taxaWith(2) + taxaWith(3) + taxaWith(4) == richness_;
@@ -44,41 +46,9 @@ class AbundanceTally {
     };
     [[nodiscard]] const ShareSums& shareSums() const;
 
-    // visit(p, taxa): taxa entries hold the share p of the present specimens. Covers every present
-    // entry once, in an order of its own that depends on the counts alone.
-    template <typename Visit>
-    void forEachShare(Visit visit) const {
-        const auto total = static_cast<double>(present_);
-        for (std::size_t count = 1; count < large; ++count)
-            if (small_[count] != 0)
-                visit(static_cast<double>(count) / total, static_cast<double>(small_[count]));
-        if (small_[large] != 0) forEachLargeShare(total, visit);
-    }
-
   private:
     // Entries of at least this many specimens share one bin, and are read again from the counts.
-    static constexpr std::size_t large = 64;
-    static constexpr std::size_t blockSize = 256;
-
-    // Large entries are first picked out of a block without a branch, since their places are
-    // unpredictable.
-    template <typename Visit>
-    void forEachLargeShare(double total, Visit& visit) const {
-        std::array<std::int64_t, blockSize> picked;
-        for (std::size_t start = 0; start < counts_.size(); start += blockSize) {
-            std::size_t found = 0;
-            for (const std::int64_t count :
-                 counts_.subspan(start, std::min(blockSize, counts_.size() - start))) {
-                picked[found] = count;
-                found += count >= static_cast<std::int64_t>(large) ? 1 : 0;
-            }
-            for (std::size_t i = 0; i < found; ++i)
-                visit(static_cast<double>(picked[i]) / total, 1.0);
-        }
-    }
-
-    void countBins();
-    void sumEntries();
+    static constexpr std::int64_t large = 64;
 
     CountsView counts_;
     std::array<std::int64_t, large + 1> small_{};  // bin 0: absent, bin 64: large

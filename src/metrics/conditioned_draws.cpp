@@ -14,6 +14,7 @@
 #include <array>
 #include <bit>
 #include <cmath>
+#include <complex>
 #include <cstddef>
 #include <numbers>
 #include <vector>
@@ -23,28 +24,13 @@
 namespace zorvel {
 namespace {
 
-// std::complex checks every product for NaN.
-struct Complex {
-    long double re = 0;
-    long double im = 0;
-};
-Complex operator+(Complex a, Complex b) {
-    return {a.re + b.re, a.im + b.im};
-}
-Complex operator*(Complex a, Complex b) {
-    return {a.re * b.re - a.im * b.im, a.re * b.im + a.im * b.re};
-}
-Complex operator*(long double factor, Complex a) {
-    return {factor * a.re, factor * a.im};
-}
-Complex polar(long double logModulus, long double angle) {
-    const long double modulus = std::exp(logModulus);
-    return {modulus * std::cos(angle), modulus * std::sin(angle)};
-}
+using Complex = std::complex<long double>;
+
 // exp(z) - 1 to full relative precision.
 Complex expm1(Complex z) {
-    const long double half = std::sin(z.im / 2);
-    return {std::expm1(z.re) * std::cos(z.im) - 2 * half * half, std::exp(z.re) * std::sin(z.im)};
+    const long double half = std::sin(z.imag() / 2);
+    return {std::expm1(z.real()) * std::cos(z.imag()) - 2 * half * half,
+            std::exp(z.real()) * std::sin(z.imag())};
 }
 
 // One angle t.
@@ -60,7 +46,7 @@ Node nodeAt(long double t, std::int64_t total, std::int64_t n) {
     const long double half = std::sin(t / 2);
     const long double logModulus = std::log1p(-4 * p * (1 - p) * half * half) / 2;
     const long double angle = std::atan2(p * std::sin(t), 1 - 2 * p * half * half);
-    return {{logModulus, angle}, polar(size * logModulus, size * angle - drawn * t)};
+    return {{logModulus, angle}, std::polar(std::exp(size * logModulus), size * angle - drawn * t)};
 }
 
 // How many equally spaced angles: the first totals that are mistaken for n lie that far from it,
@@ -137,20 +123,20 @@ MissingTaxa conditionedDraws(std::span<const AbundanceClass> classes, std::int64
     for (std::int64_t k = 0; k <= count / 2; ++k) {
         const long double t = 2 * std::numbers::pi_v<long double> * k / count;
         const Node node = nodeAt(t, total, n);
-        if (!keepAll && static_cast<long double>(total) * node.logFactor.re < -nats) break;
+        if (!keepAll && static_cast<long double>(total) * node.logFactor.real() < -nats) break;
         const Complex weight = k == 0 ? node.weight : 2.0L * node.weight;
         PowersLessOne powers(node.logFactor, classes.back().count);
         Complex sum;
         for (std::size_t i = 0; i < taxa.size(); ++i) {
             const Complex e = powers.at(classes[i].count);
             const Complex weighted = weight * e;
-            taxa[i].first += weighted.re;
-            taxa[i].second += (weighted * e).re;
+            taxa[i].first += weighted.real();
+            taxa[i].second += (weighted * e).real();
             sum = sum + (taxa[i].number * taxa[i].power) * e;
         }
-        weights += weight.re;
-        mean += (weight * sum).re;
-        square += (weight * (sum * sum)).re;
+        weights += weight.real();
+        mean += (weight * sum).real();
+        square += (weight * (sum * sum)).real();
     }
     mean /= weights;
     MissingTaxa missing{0, square / weights - mean * mean};
