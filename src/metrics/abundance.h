@@ -1,7 +1,6 @@
 // The abundances of one census, gathered for the metrics and for rarefaction. Any thread.
 #pragma once
 
-#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>

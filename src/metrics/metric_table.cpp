@@ -1,5 +1,6 @@
 #include "metrics/metric_table.h"
 
+#include <algorithm>
 #include <cctype>
 #include <limits>
 
