@@ -204,7 +204,7 @@ void addEditMenu(MainWindowController& window, ProjectWindows& windows) {
             QWidget* target = pasteTarget(window);
             canPaste(target) ? pasteInto(target) : window.mainView().pasteTable();
         },
-        [&] { return canPaste(pasteTarget(window)) || clipboardHoldsTable(); });
+        [&] { return canPaste(pasteTarget(window)) || mayBeTable(clipboardData()); });
     // Without a shortcut: the key deletes a character in an editor, and rows in a table.
     addOfFocus("delete", "&Delete", {}, deleteFrom, canCut);
     addOfFocus("selectAll", "Select &All", QKeySequence::SelectAll, selectAllOf, canSelectAll);

@@ -21,7 +21,7 @@ namespace zorvel {
 namespace {
 
 QString worded(const PasteProblem& problem) {
-    const QString reason = problem.reason;
+    QString reason = problem.reason;
     if (problem.row == 0) return reason;
     return QString("row %1, column %2: %3").arg(problem.row).arg(problem.column).arg(reason);
 }
@@ -142,14 +142,14 @@ std::unique_ptr<QMimeData> mimeDataOf(RecordCopy& copy, const char* type) {
     return data;
 }
 
-bool clipboardHoldsCensuses() {
+const QMimeData& clipboardData() {
+    static const QMimeData nothing;
     const QMimeData* data = QGuiApplication::clipboard()->mimeData();
-    return data != nullptr && data->hasFormat(copiedCensusesType);
+    return data != nullptr ? *data : nothing;
 }
 
-bool clipboardHoldsTable() {
-    const QMimeData* data = QGuiApplication::clipboard()->mimeData();
-    return data != nullptr && mayBeTable(*data);
+bool clipboardHoldsCensuses() {
+    return clipboardData().hasFormat(copiedCensusesType);
 }
 
 bool mayBeTable(const QMimeData& data) {

@@ -22,8 +22,9 @@ inline constexpr char copiedSpeciesType[] = "application/x-zorvel-species";
 // Null if there is more than can be pasted.
 std::unique_ptr<QMimeData> mimeDataOf(RecordCopy& copy, const char* type);
 
+// What is on the clipboard, until it changes.
+const QMimeData& clipboardData();
 bool clipboardHoldsCensuses();
-bool clipboardHoldsTable();
 
 // Whether it seems to hold a table, by a quick look; see tableText().
 bool mayBeTable(const QMimeData& data);

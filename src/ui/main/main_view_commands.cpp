@@ -1,10 +1,8 @@
 // The commands of the main view. Each is one edit of the model, announced at once, so that the
 // tables show it when the command returns.
-#include <QApplication>
-#include <QClipboard>
+#include <QGuiApplication>
 #include <QInputMethod>
 #include <QKeyEvent>
-#include <QMimeData>
 #include <algorithm>
 
 #include "model/edits.h"
@@ -195,14 +193,12 @@ void MainViewController::cutRows(RecordTableView& table) {
 void MainViewController::pasteRows(RecordTableView& table) {
     if (!commitEditing()) return;
     ui_->messageStrip->withdraw(pasteMessage);
-    const QMimeData nothing;
-    const QMimeData* held = QApplication::clipboard()->mimeData();
-    if (held == nullptr) held = &nothing;
+    const QMimeData& held = clipboardData();
     const bool censuses = &table == ui_->censusTable;
     // Names, or names and abundances.
-    if (const auto text = tableText(*held, censuses ? 1 : 2)) return emit tablePasted(*text);
-    const PasteOutcome outcome = censuses ? pasteCensusRows(context(), *held)
-                                          : pasteSpeciesRows(context(), selectedCensus(), *held);
+    if (const auto text = tableText(held, censuses ? 1 : 2)) return emit tablePasted(*text);
+    const PasteOutcome outcome = censuses ? pasteCensusRows(context(), held)
+                                          : pasteSpeciesRows(context(), selectedCensus(), held);
     if (!outcome) {
         return ui_->messageStrip->setMessage(pasteMessage,
                                              "Nothing was pasted: " + outcome.problem());
@@ -215,9 +211,7 @@ void MainViewController::pasteRows(RecordTableView& table) {
 }
 
 void MainViewController::pasteTable() {
-    const QMimeData* held = QApplication::clipboard()->mimeData();
-    const auto text = held != nullptr ? tableText(*held, 1) : std::nullopt;
-    if (text) emit tablePasted(*text);
+    if (const auto text = tableText(clipboardData(), 1)) emit tablePasted(*text);
 }
 
 void MainViewController::setUpSearch() {
