@@ -16,7 +16,7 @@ constexpr ColumnRole columnRoles[] = {
     ColumnRole::census, ColumnRole::species,  ColumnRole::genus,     ColumnRole::count,
     ColumnRole::date,   ColumnRole::year,     ColumnRole::month,     ColumnRole::day,
     ColumnRole::notes,  ColumnRole::latitude, ColumnRole::longitude, ColumnRole::status,
-    ColumnRole::total,  ColumnRole::included, ColumnRole::ignored};
+    ColumnRole::stage,  ColumnRole::total,    ColumnRole::included,  ColumnRole::ignored};
 
 [[noreturn]] void refuse(const char* option, const std::string& text, const std::string& allowed) {
     throw CLI::ValidationError(option, "'" + text + "' is not " + allowed);
@@ -128,7 +128,9 @@ void addTableOptions(CLI::App& app, TableOptions& options) {
         [&](const std::string& text) { options.sheet = text; });
     add("--separator", "SEP", "comma, semicolon, tab, space, bar or a character",
         [&](const std::string& text) { choices.separator = readSeparator(text); });
-    add("--encoding", "NAME", "UTF-8, UTF-16LE, UTF-16BE or Windows-1252",
+    add("--encoding", "NAME",
+        "UTF-8, UTF-16LE, UTF-16BE, Windows-1250 or\n"
+        "Windows-1252",
         [&](const std::string& text) {
             choices.encoding = readRule("--encoding", text, encodings);
         });

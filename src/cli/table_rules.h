@@ -12,9 +12,10 @@ namespace zorvel::cli {
 template <class T, std::size_t size>
 using RuleNames = std::array<std::pair<const char*, T>, size>;
 
-constexpr RuleNames<TableEncoding, 4> encodings = {{{"UTF-8", TableEncoding::utf8},
+constexpr RuleNames<TableEncoding, 5> encodings = {{{"UTF-8", TableEncoding::utf8},
                                                     {"UTF-16LE", TableEncoding::utf16LittleEndian},
                                                     {"UTF-16BE", TableEncoding::utf16BigEndian},
+                                                    {"Windows-1250", TableEncoding::windows1250},
                                                     {"Windows-1252", TableEncoding::windows1252}}};
 constexpr RuleNames<TableLayout, 3> layouts = {{{"rows", TableLayout::censusRows},
                                                 {"columns", TableLayout::speciesRows},

@@ -105,7 +105,8 @@ bool settle(ReadTable& table, const TableSource& source, const TableOptions& opt
         corrections.roles[*column] = role;
     }
     applyCorrections(reading, corrections);
-    std::erase_if(table.guess.doubts, [&](auto doubt) { return settles(corrections, doubt); });
+    std::erase_if(table.guess.doubts,
+                  [&](auto doubt) { return settles(corrections, table.guess, doubt); });
     return true;
 }
 
@@ -119,6 +120,8 @@ const char* optionFor(TableDoubt doubt) {
             return "--column HEADER=census and --column HEADER=species";
         case TableDoubt::counts:
             return "--column HEADER=count for each of them, or HEADER=ignored";
+        case TableDoubt::numbers:
+            return "--column HEADER=ignored or HEADER=count for each of them";
         case TableDoubt::amounts:
             return "--column HEADER=count for one of them";
         case TableDoubt::visits:
@@ -136,10 +139,12 @@ std::string candidatesText(TableDoubt doubt, const ReadTable& table) {
     std::string text;
     for (std::size_t i = 0; i < table.header.size(); ++i) {
         const ColumnRole role = table.guess.reading.role(i);
-        const bool isMeant = doubt == TableDoubt::counts
-                                 ? role == ColumnRole::count
-                                 : doubt == TableDoubt::names &&
-                                       (role == ColumnRole::census || role == ColumnRole::species);
+        const auto& unlikely = table.guess.unlikely;
+        const bool isMeant = (doubt == TableDoubt::counts && role == ColumnRole::count) ||
+                             (doubt == TableDoubt::names &&
+                              (role == ColumnRole::census || role == ColumnRole::species)) ||
+                             (doubt == TableDoubt::numbers &&
+                              std::binary_search(unlikely.begin(), unlikely.end(), i));
         if (!isMeant) continue;
         text += (text.empty() ? " (" : ", ") + columnLetters(i) + " \"" +
                 terminalLine(table.header[i]) + "\"";

@@ -22,8 +22,8 @@ bool settledByRoles(TableDoubt doubt, const ColumnRoles& roles) {
 void setRoles(TableReading& reading, const ColumnRoles& roles) {
     const bool wide = reading.layout != TableLayout::records;
     const auto isShared = [wide](ColumnRole role) {
-        return role == ColumnRole::total || role == ColumnRole::ignored ||
-               (role == ColumnRole::count && wide);
+        return role == ColumnRole::total || role == ColumnRole::stage ||
+               role == ColumnRole::ignored || (role == ColumnRole::count && wide);
     };
     const auto isJoined = [](ColumnRole role) {
         return role == ColumnRole::census || role == ColumnRole::count;
@@ -62,7 +62,7 @@ void applyCorrections(TableReading& reading, const TableCorrections& corrections
     take(reading.unnamed, corrections.unnamed);
 }
 
-bool settles(const TableCorrections& corrections, TableDoubt doubt) {
+bool settles(const TableCorrections& corrections, const TableGuess& guess, TableDoubt doubt) {
     switch (doubt) {
         case TableDoubt::separator:
             return corrections.choices.separator.has_value();
@@ -72,6 +72,9 @@ bool settles(const TableCorrections& corrections, TableDoubt doubt) {
         case TableDoubt::counts:
         case TableDoubt::amounts:
             return settledByRoles(doubt, corrections.roles);
+        case TableDoubt::numbers:
+            return std::all_of(guess.unlikely.begin(), guess.unlikely.end(),
+                               [&](auto column) { return corrections.roles.contains(column); });
         case TableDoubt::visits:
             return corrections.sameCensus || settledByRoles(doubt, corrections.roles);
         case TableDoubt::dateOrder:

@@ -32,7 +32,7 @@ struct TableCorrections {
 // wide table, totals, and what is ignored.
 void applyCorrections(TableReading& reading, const TableCorrections& corrections);
 
-// Whether they answer the question.
-bool settles(const TableCorrections& corrections, TableDoubt doubt);
+// Whether they answer the question of the guess.
+bool settles(const TableCorrections& corrections, const TableGuess& guess, TableDoubt doubt);
 
 }  // namespace zorvel

@@ -9,8 +9,8 @@
 
 namespace zorvel {
 
-// A mark of the encoding, or what the bytes seem to be. whole: they are all of the text; otherwise
-// the last character may be cut.
+// Never Windows-1250. A mark of the encoding, or what the bytes seem to be. whole: they are all of
+// the text; otherwise the last character may be cut.
 TableEncoding guessEncoding(std::string_view bytes, bool whole);
 
 // Adds the bytes to the text in UTF-8 and returns how many were read: fewer than four are left if

@@ -98,12 +98,14 @@ TableGuess guessRows(const SampleRows& rows, const TableReading& known,
         }
         reading.columns =
             wideRoles(grid, reading, reading.shortHeader ? WordRoles(grid.width()) : roles);
+        guessStages(grid, roles, choices, guess);
         if (tellsOfAmounts(rows, grid, header)) guess.doubts.push_back(TableDoubt::amounts);
     }
     guessMarks(grid, guess);
     guessDateOrder(grid, guess);
     if (!records) {
         settleTotals(grid, reading, rows.size() < TableSample::mostRows && !choices.lastRow);
+        guessNumbers(grid, guess);
         reading.presence = isPresenceTable(grid, reading);
     }
     return guess;

@@ -46,6 +46,7 @@ enum class TableDoubt {
     layout,
     names,    // of records: which columns name the census and the species
     counts,   // of records: which columns hold the count
+    numbers,  // of a wide table: whether columns of unlikely counts hold some, see `unlikely`
     amounts,  // of a wide table whose title tells of a cover or a mass: whether it holds counts
     visits,  // of records: whether another date makes another census, where nearly each has its own
     dateOrder,
@@ -55,6 +56,8 @@ enum class TableDoubt {
 struct TableGuess {
     TableReading reading;
     std::vector<TableDoubt> doubts;  // in this order, each once
+    // Columns of a wide table that may be years, areas or other numbers; taken as ignored.
+    std::vector<std::size_t> unlikely = {};
 };
 
 // Of the first bytes of a text, at most TableSample::mostBytes. whole: they are all of it.

@@ -62,6 +62,7 @@ std::optional<ColumnRole> metadataOf(const SampleGrid& grid, std::size_t i) {
         case ColumnRole::latitude:
         case ColumnRole::longitude:
         case ColumnRole::notes:
+        case ColumnRole::stage:
             return meaning->role;
         case ColumnRole::ignored:
             // Sand, or Area North, may be a census.
@@ -79,6 +80,17 @@ bool isRowOfUnits(const SampleGrid& grid, std::size_t i) {
                        [](std::string_view cell) { return cell.empty() || isCountUnit(cell); });
 }
 
+bool isRowOfStages(const SampleGrid& grid, std::size_t i) {
+    std::size_t stages = 0;
+    for (std::size_t column = 1; column < grid.width(); ++column) {
+        const std::string_view cell = grid.cell(i, column);
+        const bool isOne = !cell.empty() && isStage(cell);
+        if (!cell.empty() && !isOne && !summaryRank(cell)) return false;
+        stages += isOne;
+    }
+    return stages > 1;
+}
+
 // Up to three rows of names, and those of metadata.
 std::size_t headerHeight(const SampleGrid& grid) {
     std::size_t height = 0;
@@ -94,6 +106,10 @@ std::size_t headerHeight(const SampleGrid& grid) {
 
 bool isShort(const SampleGrid& grid, std::size_t header) {
     if (header == 0 || grid.height() <= header) return false;
+    // The groups above names end before them.
+    if (header > 1 && filledWidth(grid.row(1)) == grid.width() && grid.cell(1, 0).empty()) {
+        return false;
+    }
     return filledWidth(grid.row(0)) + 1 == grid.width() &&
            filledWidth(grid.row(header)) == grid.width() && !grid.cell(0, 0).empty();
 }
@@ -127,7 +143,8 @@ double speciesRowsScore(const SampleGrid& grid, std::size_t header) {
     for (std::size_t column = names + 1; header > 0 && column < grid.width(); ++column) {
         const auto meaning = grid.meaning(grid.headerText(header, column));
         const bool saysNothing =
-            meaning && (meaning->role == ColumnRole::ignored || meaning->role == ColumnRole::total);
+            meaning && (meaning->role == ColumnRole::ignored ||
+                        meaning->role == ColumnRole::stage || meaning->role == ColumnRole::total);
         if (!grid.cell(0, column).empty() && !saysNothing) headers.push_back(grid.cell(0, column));
     }
     for (std::size_t i = header; i < grid.height(); ++i) labels.push_back(grid.cell(i, names));

@@ -28,6 +28,8 @@ std::size_t labelColumn(const SampleGrid& grid, std::size_t header);
 std::optional<ColumnRole> metadataOf(const SampleGrid& grid, std::size_t i);
 // Below a header: ind., ind., ind.
 bool isRowOfUnits(const SampleGrid& grid, std::size_t i);
+// Beside or between names: sexes or stages, perhaps with their totals.
+bool isRowOfStages(const SampleGrid& grid, std::size_t i);
 // Positive: a row for each species.
 double speciesRowsScore(const SampleGrid& grid, std::size_t header);
 
@@ -37,6 +39,12 @@ using WordRoles = std::vector<std::optional<ColumnRole>>;
 WordRoles rolesByWords(const SampleGrid& grid, std::size_t header);
 std::vector<ColumnRole> wideRoles(const SampleGrid& grid, const TableReading& reading,
                                   const WordRoles& roles);
+
+// guess_stages.cpp
+// Rows and columns that tell sexes or stages apart get this role, where the counts of names that
+// differ in it alone are to be added; or a doubt, where it is not sure what these are.
+void guessStages(const SampleGrid& grid, const WordRoles& words, const TableChoices& choices,
+                 TableGuess& guess);
 
 // guess_names.cpp
 // The column of places, and those without which its censuses were mixed up: a quadrat in a
@@ -55,6 +63,11 @@ struct RecordGuess {
     std::vector<ColumnRole> columns;
 };
 RecordGuess guessRecords(const SampleGrid& grid, const WordRoles& words);
+
+// guess_numbers.cpp
+// Takes columns of whole numbers that can hardly be counts, and whose headers say nothing, for
+// ignored, and asks.
+void guessNumbers(const SampleGrid& grid, TableGuess& guess);
 
 // guess_marks.cpp
 void guessMarks(const SampleGrid& grid, TableGuess& guess);

@@ -308,7 +308,8 @@ class RecordColumns {
             const auto said = role == ColumnRole::notes ? meaning(column) : std::nullopt;
             const bool isRemark = said && said->rank > 0;
             const bool isTaken = role == ColumnRole::census || role == ColumnRole::species ||
-                                 role == ColumnRole::count || role == ColumnRole::total;
+                                 role == ColumnRole::count || role == ColumnRole::total ||
+                                 role == ColumnRole::stage;
             if (column == species_) {
                 found.push_back(ColumnRole::species);
             } else if (isName(column)) {

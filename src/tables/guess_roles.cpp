@@ -41,6 +41,18 @@ bool holdsDates(const SampleGrid& grid, std::size_t column) {
     return filled > 0 && dates * 10 >= filled * 8;
 }
 
+// Whatever the header says.
+bool holdsStages(const SampleGrid& grid, std::size_t header, std::size_t column) {
+    std::size_t stages = 0;
+    for (std::size_t i = header; i < grid.height(); ++i) {
+        const std::string_view cell = grid.cell(i, column);
+        if (cell.empty() || isMissingMark(cell) || grid.isSummary(i)) continue;
+        if (!isStage(cell)) return false;
+        ++stages;
+    }
+    return stages > 0;
+}
+
 // The roles of the columns of a wide table.
 class WideRoles {
   public:
@@ -134,8 +146,8 @@ WordRoles rolesByWords(const SampleGrid& grid, std::size_t header) {
         if (!meaning) continue;
         roles[column] = ColumnRole::ignored;
         if (meaning->role == ColumnRole::ignored) continue;
-        if (meaning->role == ColumnRole::total) {
-            roles[column] = ColumnRole::total;
+        if (meaning->role == ColumnRole::total || meaning->role == ColumnRole::stage) {
+            roles[column] = meaning->role;
             continue;
         }
         const std::size_t below = std::max<std::size_t>(header, 1);
@@ -156,6 +168,9 @@ WordRoles rolesByWords(const SampleGrid& grid, std::size_t header) {
     const auto species = best.find(ColumnRole::species);
     if (species != best.end() && species->second.first != 0) best.erase(ColumnRole::genus);
     for (const auto& [role, place] : best) roles[place.second] = role;
+    for (std::size_t column = 0; column < roles.size(); ++column) {
+        if (!roles[column] && holdsStages(grid, header, column)) roles[column] = ColumnRole::stage;
+    }
     for (std::size_t column = 0; column < roles.size() && !best.contains(ColumnRole::date);
          ++column) {
         if (roles[column] || !holdsDates(grid, column)) continue;

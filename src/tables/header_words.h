@@ -115,11 +115,11 @@ constexpr auto wordTable = std::to_array<WordsOfMeaning>({
      "by|recorder|institution code|collection code|dataset name|basis of "
      "record|behaviour|behavior|verhalten|activity|aktivitet|beobachter|observateur|waarnemer|"
      "license|numotus|label|taxonomic order|number of observers|taxonomy|id|gbifid|observer|"
-     "alter|altersklasse|age class|edad|eta|leeftijd|wiek|alder|plumage|breeding "
-     "code|instar|stage|life "
-     "stage|lifestage|sex|sexe|sexo|sesso|stadium|stade|geschlecht|kon|plec|"
-     "trophic level|trophic group|tolerance|tolerance value|score|rank|red list|"
+     "breeding code|trophic level|trophic group|tolerance|tolerance value|score|rank|red list|"
      "organismquantitytype|organism quantity type|size|code|ph|unnamed: 0"},
+    {{ColumnRole::stage, 0},
+     "alter|altersklasse|age class|edad|eta|leeftijd|wiek|alder|plumage|instar|stage|life "
+     "stage|lifestage|sex|sexe|sexo|sesso|stadium|stade|geschlecht|kon|plec"},
     {{ColumnRole::ignored, 1},
      "depth|depth range|depth interval|interval|slice|layer "
      "cm|tiefe|profondeur|profundidad|profundidade|profondita|diepte|djup|glebokosc|dybde"},
@@ -260,6 +260,19 @@ constexpr auto measures = std::to_array<std::string_view>(
      "aaaaaaaceeeeiiiidnooooo ouuuuypsaaaaaaaceeeeiiiidnooooo ouuuuypy",
      "aaaaaaccccccccddddeeeeeeeeeegggggggghhhhiiiiiiiiiiiijjkkklllllll",
      "lllnnnnnnnnnoooooooorrrrrrssssssssttttttuuuuuuuuuuuuwwyyyzzzzzzs"});
+
+// Sexes and stages.
+constexpr auto stageWords = std::to_array<std::string_view>(
+    {"m",        "f",        "♂",       "♀",         "♂♂",      "♀♀",        "male",     "males",
+     "female",   "females",  "juv",     "juvenile",  "ad",      "juveniles", "adult",    "adults",
+     "imm",      "immature", "subad",   "subadult",  "imago",   "imagines",  "larva",    "larvae",
+     "pupa",     "pupae",    "nymph",   "nymphs",    "egg",     "eggs",      "worker",   "workers",
+     "queen",    "queens",   "drone",   "drones",    "w",       "mannchen",  "mannlich", "weibchen",
+     "weiblich", "larve",    "larven",  "puppe",     "puppen",  "nymphe",    "nymphes",  "nymphen",
+     "adulte",   "adultes",  "femelle", "femelles",  "macho",   "machos",    "hembra",   "hembras",
+     "adulto",   "adultos",  "juvenil", "juveniles", "larvas",  "ninfa",     "ninfas",   "maschio",
+     "maschi",   "femmina",  "femmine", "samiec",    "samce",   "samica",    "samice",   "hane",
+     "hanar",    "hona",     "honor",   "mannetje",  "vrouwtje"});
 
 // Words that say what stands among others: "Plant species", but not "Number of species".
 constexpr auto speciesWords = std::to_array<std::string_view>(

@@ -18,11 +18,6 @@ bool isAbsent(std::string_view status) {
     return word == "absent" || word == "0" || word == "no" || word == "false";
 }
 
-std::string placeAndTime(const MockCensus& census) {
-    return shortestText(census.latitude) + ' ' + shortestText(census.longitude) + ' ' +
-           (census.timeStamp ? integerText(census.timeStamp->time_since_epoch().count()) : "");
-}
-
 class LongRows final : public RowReader {
   public:
     using RowReader::RowReader;
@@ -149,12 +144,8 @@ class LongRows final : public RowReader {
         return index;
     }
 
-    // The census of that name, date and place, or of that name alone; otherwise a new one.
     std::size_t openCensus(MockCensus census, bool isNew) {
-        std::string key = columns_.exact ? census.name : canonicalForm(census.name);
-        if (columns_.exact || reading_.sameCensus == SameRule::apart) {
-            key += '\0' + placeAndTime(census);
-        }
+        std::string key = keyOf(census);
         return isNew ? gathered_.openNew(std::move(census), std::move(key))
                      : gathered_.open(std::move(census), std::move(key));
     }

@@ -31,6 +31,7 @@ enum class ColumnRole {
     notes,
     status,    // present or absent
     included,  // whether the metrics include the species
+    stage,     // a sex or stage: counts that differ in it alone are added; wide layouts only
     total,     // sums of the others
     ignored,
 };
@@ -51,7 +52,8 @@ struct TableReading {
     // The row of sums that is not known by its words; 0: none.
     std::size_t totalsRow = 0;
     // One for each header row. censusRows: all `species` (genus above epithet). speciesRows:
-    // `census`, or what the row tells of each census. records: `ignored`, the columns have roles.
+    // `census`, or what the row tells of each census. Both: `stage`. records: `ignored`, the
+    // columns have roles.
     std::vector<ColumnRole> headerRows;
     // The header lacks the cell above the first column.
     bool shortHeader = false;

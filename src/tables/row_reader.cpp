@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "base/numbers.h"
+#include "base/text.h"
 
 namespace zorvel {
 
@@ -33,7 +34,8 @@ std::string TableHeader::name(std::size_t column) const {
 std::size_t TableHeader::groupOf(std::size_t i, std::size_t column) const {
     bool isAbove = false;
     for (std::size_t below = i + 1; below < rows_.size(); ++below) {
-        isAbove |= isOfNames(below) && !cell(below, column).empty();
+        const bool isPart = isOfNames(below) || reading_.headerRows[below] == ColumnRole::stage;
+        isAbove |= isPart && !cell(below, column).empty();
     }
     for (std::size_t left = column; isAbove && reading_.role(left) == ColumnRole::count; --left) {
         if (!cell(i, left).empty()) return left;
@@ -68,6 +70,10 @@ ColumnsByRole::ColumnsByRole(const TableReading& reading) {
     const auto day = columnOf(ColumnRole::day);
     if (!columnOf(ColumnRole::date) && year && month && day) dateParts = {*year, *month, *day};
     counts = reading.columnsOf(ColumnRole::count);
+    const auto& headers = reading.headerRows;
+    stages = reading.layout == TableLayout::censusRows
+                 ? columnOf(ColumnRole::stage).has_value()
+                 : std::find(headers.begin(), headers.end(), ColumnRole::stage) != headers.end();
     exact = reading.isExact() && !names.empty() && species && !counts.empty();
 }
 
@@ -101,6 +107,15 @@ std::optional<std::string> RowReader::censusName(const SparseRow& row) {
     }
     if (name.empty()) name = "row " + integerText(static_cast<std::int64_t>(row.number));
     return name;
+}
+
+std::string RowReader::keyOf(const MockCensus& census) const {
+    std::string key = columns_.exact ? census.name : canonicalForm(census.name);
+    if (!columns_.exact && reading_.sameCensus == SameRule::sum) return key;
+    key.append(1, '\0').append(shortestText(census.latitude));
+    key.append(1, ' ').append(shortestText(census.longitude)).append(1, ' ');
+    if (census.timeStamp) key += integerText(census.timeStamp->time_since_epoch().count());
+    return key;
 }
 
 void RowReader::readAttributes(MockCensus& census, const SparseRow& row) {

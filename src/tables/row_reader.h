@@ -54,7 +54,8 @@ struct ColumnsByRole {
     std::vector<std::pair<ColumnRole, std::size_t>> attributes;  // of censuses
     std::vector<std::size_t> dateParts;  // year, month and day, where there is no date
     std::vector<std::size_t> counts;
-    bool exact = false;  // see TableReading::isExact()
+    bool stages = false;  // counts of sexes or stages are added
+    bool exact = false;   // see TableReading::isExact()
 };
 
 class RowReader {
@@ -80,6 +81,8 @@ class RowReader {
     // no text.
     std::optional<std::string> censusName(const SparseRow& row);
     void readAttributes(MockCensus& census, const SparseRow& row);
+    // By which rows and columns of one census are known: its name, with date and place or alone.
+    [[nodiscard]] std::string keyOf(const MockCensus& census) const;
     // Genus and species. False, with a problem, where one of them is no text.
     bool isSpeciesText(const SparseRow& row);
     [[nodiscard]] std::string speciesName(const SparseRow& row, std::string_view species) const;

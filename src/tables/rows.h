@@ -16,7 +16,7 @@
 
 namespace zorvel {
 
-enum class TableEncoding { utf8, utf16LittleEndian, utf16BigEndian, windows1252 };
+enum class TableEncoding { utf8, utf16LittleEndian, utf16BigEndian, windows1250, windows1252 };
 
 // How the bytes of a text become cells.
 struct TextForm {

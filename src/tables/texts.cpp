@@ -52,6 +52,8 @@ const char* encodingName(TableEncoding encoding) {
             return "UTF-16LE";
         case TableEncoding::utf16BigEndian:
             return "UTF-16BE";
+        case TableEncoding::windows1250:
+            return "Windows-1250";
         case TableEncoding::windows1252:
             return "Windows-1252";
     }
@@ -98,6 +100,8 @@ const char* roleName(ColumnRole role) {
             return "status";
         case ColumnRole::included:
             return "included";
+        case ColumnRole::stage:
+            return "stage";
         case ColumnRole::total:
             return "total";
         case ColumnRole::ignored:
@@ -150,6 +154,14 @@ std::string joinedText(const TableReading& reading) {
     std::string text;
     const std::string names = columnsText(ColumnRole::census);
     if (!names.empty()) text += "; names of censuses from columns " + names;
+    for (std::size_t i = 0; i < reading.headerRows.size(); ++i) {
+        if (reading.headerRows[i] != ColumnRole::stage) continue;
+        text += "; sexes or stages of row " +
+                integerText(static_cast<std::int64_t>(reading.firstRow + i)) + " added";
+    }
+    for (const std::size_t column : reading.columnsOf(ColumnRole::stage)) {
+        text += "; sexes or stages of column " + columnLetters(column) + " added";
+    }
     if (reading.layout != TableLayout::records) return text;
     const std::string counts = columnsText(ColumnRole::count);
     if (!counts.empty()) text += "; counts of columns " + counts + " added";
@@ -182,7 +194,8 @@ std::vector<std::string> noticeTexts(const TableNotices& notices, const TableRea
     for (std::size_t i = 0; i < std::min<std::size_t>(3, notices.missing.kept.size()); ++i) {
         texts.push_back(remarkText(notices.missing.kept[i]));
     }
-    add(notices.takenAsZero.count, "other cell taken as 0", "other cells taken as 0");
+    add(notices.takenAsZero.count, "cell that holds no count taken as 0",
+        "cells that hold no count taken as 0");
     for (std::size_t i = 0; i < std::min<std::size_t>(3, notices.takenAsZero.kept.size()); ++i) {
         texts.push_back(remarkText(notices.takenAsZero.kept[i]));
     }
@@ -210,6 +223,8 @@ const char* doubtText(TableDoubt doubt) {
             return "which columns name the census and the species";
         case TableDoubt::counts:
             return "which columns hold the counts";
+        case TableDoubt::numbers:
+            return "whether there are counts in columns that look like years, areas or the like";
         case TableDoubt::amounts:
             return "whether the numbers are counts of individuals: the table tells of a cover or a "
                    "mass";

@@ -50,8 +50,8 @@ class WideRows final : public RowReader {
         const bool areApart = reading_.sameSpecies == SameRule::apart ||
                               gathered_.species.size() == columnNames_.size();
         cells_.resize(gathered_.censuses.size());
-        valueless_.resize(gathered_.censuses.size());
-        isDirect_ = hasCensusRows() && reading_.sameCensus == SameRule::apart && areApart;
+        valueless_.resize(columnCensuses_.size());
+        isDirect_ = hasCensusRows() && !joinsCensuses() && areApart;
     }
 
     void read(const SparseRow& row) override {
@@ -64,7 +64,7 @@ class WideRows final : public RowReader {
 
     void finish() override {
         for (std::size_t i = 0; i < valueless_.size(); ++i) {
-            cells_[i].hasValues = valueless_[i] < speciesRows_;
+            cells_[columnCensuses_[i]].hasValues |= valueless_[i] < speciesRows_;
         }
         RowReader::finish();
     }
@@ -97,14 +97,26 @@ class WideRows final : public RowReader {
             rules_.readAttribute(census, reading_.headerRows[i], header.cell(i, column),
                                  {reading_.firstRow + i, 0, column}, false);
         }
-        gathered_.add(std::move(census));
+        columnCensuses_.push_back(columns_.stages ? openCensus(std::move(census))
+                                                  : gathered_.add(std::move(census)));
+    }
+
+    // Whether several rows may be one census.
+    [[nodiscard]] bool joinsCensuses() const {
+        return columns_.stages || reading_.sameCensus == SameRule::sum;
+    }
+
+    std::size_t openCensus(MockCensus census) {
+        std::string key = keyOf(census);
+        return gathered_.open(std::move(census), std::move(key));
     }
 
     void readCensus(const SparseRow& row) {
         MockCensus census;
         census.name = censusName(row).value_or(std::string());
         readAttributes(census, row);
-        const std::size_t index = addOrOpen(std::move(census));
+        const std::size_t index =
+            joinsCensuses() ? openCensus(std::move(census)) : gathered_.add(std::move(census));
         cells_.resize(gathered_.censuses.size());
         taxa_.clear();
         std::size_t valueless = 0;
@@ -123,12 +135,6 @@ class WideRows final : public RowReader {
         if (isDirect_) gathered_.setTaxa(index, taxa_);
     }
 
-    std::size_t addOrOpen(MockCensus census) {
-        if (reading_.sameCensus == SameRule::apart) return gathered_.add(std::move(census));
-        std::string key = canonicalForm(census.name);
-        return gathered_.open(std::move(census), std::move(key));
-    }
-
     void readSpecies(const SparseRow& row) {
         const std::string_view cell = columns_.species ? row.cell(*columns_.species) : "";
         if (cell.empty()) {
@@ -141,13 +147,14 @@ class WideRows final : public RowReader {
         ++speciesRows_;
         forCounts(row, [&](std::size_t i, std::string_view value) {
             const CellRules::Count count = readCount(value, row, i);
-            cells_[i].hasMissing |= count.missing;
+            const std::size_t census = columnCensuses_[i];
+            cells_[census].hasMissing |= count.missing;
             valueless_[i] += count.missing || value.empty();
             if (count.value == 0) return;
-            if (species == known) {
-                gathered_.addToNewSpecies(i, species, count.value);
+            if (species == known && !columns_.stages) {
+                gathered_.addToNewSpecies(census, species, count.value);
             } else {
-                addTaxon(i, species, count.value, placeOf(row, columns_.counts[i]));
+                addTaxon(census, species, count.value, placeOf(row, columns_.counts[i]));
             }
         });
     }
@@ -181,7 +188,9 @@ class WideRows final : public RowReader {
     std::vector<std::size_t> columnNames_;     // of each, where species have columns
     bool isDirect_ = false;                    // a row has each species once and is a census
     std::vector<CensusGatherer::Taxon> taxa_;  // of the row then
-    std::vector<std::size_t> valueless_;       // cells of each census, where species have rows
+    // Of each column of counts, where species have rows: its census, and cells without a value.
+    std::vector<std::size_t> columnCensuses_;
+    std::vector<std::size_t> valueless_;
     std::size_t speciesRows_ = 0;
 };
 

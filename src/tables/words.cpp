@@ -259,6 +259,10 @@ bool isCountUnit(std::string_view text) {
     return (meaning && meaning->role == ColumnRole::count) || plainHeader(text) == "ind";
 }
 
+bool isStage(std::string_view text) {
+    return isOneOf(stageWords, plainHeader(text));
+}
+
 bool isAmountHeader(std::string_view header) {
     constexpr auto amounts = std::to_array<std::string_view>(
         {"cover",     "coverage",  "deckung",  "deckungsgrad", "recouvrement", "cobertura",

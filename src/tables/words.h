@@ -29,6 +29,8 @@ std::optional<int> summaryRank(std::string_view label);
 bool isAmountHeader(std::string_view header);
 // Whether a text below a header says that individuals are counted: "ind.".
 bool isCountUnit(std::string_view text);
+// Whether a text is a sex or a stage: "♂", "juv.".
+bool isStage(std::string_view text);
 // Whether a text looks like a numbered place: "Plot 3", "Q12".
 bool looksLikeCensusName(std::string_view text);
 // Whether a text looks like a binomial: "Abies alba".

@@ -15,8 +15,9 @@ std::string takenFor(const std::string& text) {
     const TableGuess guess = guessTable(text, true);
     std::string shown;
     for (const TableDoubt doubt : guess.doubts) {
-        constexpr const char* names[] = {"separator", "layout", "names",     "counts",
-                                         "amounts",   "visits", "dateOrder", "thousandsMark"};
+        constexpr const char* names[] = {"separator", "layout",    "names",
+                                         "counts",    "numbers",   "amounts",
+                                         "visits",    "dateOrder", "thousandsMark"};
         shown += std::string(names[static_cast<std::size_t>(doubt)]) + "? ";
     }
     TextRows rows(bytesOf(text), guess.reading.form);
@@ -224,6 +225,50 @@ TEST(TableGuess, WhatNumbersRecordsOrIsNoCountIsNotTakenForOne) {
           "E2: Merluccius merluccius=3875 Trachurus trachurus=980; "},
          {"Art;See A;See B\nBl\u00e4sshuhn;5'190;1\u2019276\nKormoran;128;k.A.\n",
           "See A: Bl\u00e4sshuhn=5190 Kormoran=128; See B: Bl\u00e4sshuhn=1276; "}});
+}
+
+TEST(TableGuess, SexesAndStagesAreAddedOrAskedFor) {
+    const char* const added = "A: Poa=3 Bellis=7; B: Poa=1 Bellis=4; ";
+    expectTaken(
+        {{"Site,Poa,,Bellis,\n,M,F,M,F\nA,1,2,3,4\nB,0,1,2,2\n", added},
+         {"Site,Poa,Poa,Poa,Bellis,Bellis,Bellis\n,♂,♀,Total,♂,♀,Total\nA,1,2,3,3,4,7\n"
+          "B,0,1,1,2,2,4\n",
+          added},
+         {"Species,A,,B,\n,adult,larva,adult,larva\nPoa,1,2,0,1\nBellis,3,4,2,2\n", added},
+         {"Species,A,A,B,B\nSex,M,F,M,F\nPoa,1,2,0,1\nBellis,3,4,2,2\n", added},
+         {"Site,Stage,Poa,Bellis\nA,adult,1,3\nA,larva,2,4\nB,adult,1,2\nB,larva,0,2\n", added},
+         {"Site,Xyz,Poa,Bellis\nA,juv.,1,3\nA,ad.,2,4\nB,juv.,1,2\nB,ad.,0,2\n", added},
+         // Another date makes another census; the sex of a whole census does not matter.
+         {"Site,Date,Sex,Poa\nA,2021-05-01,m,1\nA,2021-05-01,f,2\nA,2021-06-01,m,4\n",
+          "A: Poa=3; A: Poa=4; "},
+         {"Site,Sex,Poa\nA,m,1\nB,f,2\n", "A: Poa=1; B: Poa=2; "},
+         {"Site,Sex,Poa\nA,m,1\nA,f,2\nA,m,4\n", "names? A: Poa=7; "},
+         {"Site,M,F,juv\nA,3,4,1\nB,1,0,0\n", "layout? A: M=3 F=4 juv=1; B: M=1; "},
+         {"Species,♂,♀\nPoa,3,4\nBellis,1,0\n", "layout? ♂: Poa=3 Bellis=1; ♀: Poa=4; "}});
+}
+
+TEST(TableGuess, NumbersThatCanHardlyBeCountsAreAskedFor) {
+    expectTaken(
+        {{"Site,Xyz,Poa,Rumex\nA,2019,3,4\nB,2020,1,0\nC,2019,0,2\n",
+          "numbers? A: Poa=3 Rumex=4; B: Poa=1; C: Rumex=2; "},
+         {"Site,Xyz,Poa\nA,14,3\nB,14,1\nC,14,0\nD,14,3\n",
+          "numbers? A: Poa=3; B: Poa=1; C:; D: Poa=3; "},
+         {"Site,Xyz,Poa\nA,5,3\nB,10,1\nC,15,0\nD,20,3\nE,25,1\n",
+          "numbers? A: Poa=3; B: Poa=1; C:; D: Poa=3; E: Poa=1; "},
+         {"Site,Xyz,Poa\nA,121,3\nB,135,1\nC,150,0\nD,151,3\nE,170,1\nF,200,1\n",
+          "numbers? A: Poa=3; B: Poa=1; C:; D: Poa=3; E: Poa=1; F: Poa=1; "},
+         {"Site,Xyz,Poa,Rumex\nA,450,3,4\nB,980,1,0\nC,610,0,2\nD,520,3,0\n",
+          "numbers? A: Poa=3 Rumex=4; B: Poa=1; C: Rumex=2; D: Poa=3; "},
+         {"Species,Xyz,North,South\nPoa,1001,3,4\nRumex,1004,1,0\nViola,1002,0,2\nAira,1007,1,1\n",
+          "numbers? North: Poa=3 Rumex=1 Aira=1; South: Poa=4 Viola=2 Aira=1; "},
+         // Names, few rows and numbers of many sizes say that they are counts.
+         {"Site,Poa annua,Rumex\nA,14,3\nB,14,1\nC,14,0\nD,14,3\n",
+          "A: Poa annua=14 Rumex=3; B: Poa annua=14 Rumex=1; C: Poa annua=14; "
+          "D: Poa annua=14 Rumex=3; "},
+         {"Site,Xyz,Poa\nA,14,3\nB,14,1\nC,14,0\n",
+          "A: Xyz=14 Poa=3; B: Xyz=14 Poa=1; C: Xyz=14; "},
+         {"Site,Xyz,Poa,Rumex\nA,450,3,4\nB,9800,1,0\nC,610,0,2\nD,520,3,0\n",
+          "A: Xyz=450 Poa=3 Rumex=4; B: Xyz=9800 Poa=1; C: Xyz=610 Rumex=2; D: Xyz=520 Poa=3; "}});
 }
 
 TEST(TableGuess, TimesOfRecordsMayBeNoneOfCensuses) {

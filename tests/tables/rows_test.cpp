@@ -4,8 +4,11 @@
 
 #include <random>
 #include <string>
+#include <string_view>
+#include <utility>
 #include <vector>
 
+#include "tables/encodings.h"
 #include "tables/rows.h"
 
 namespace zorvel {
@@ -59,6 +62,21 @@ TEST(TableRows, AreTheSameWithoutTheirZeros) {
             EXPECT_EQ(rowsOf(text, form, 1 + random() % 9, [](auto) { return true; }), whole);
             EXPECT_EQ(rowsOf(text, form, 3, [](auto row) { return row % 2 == 1; }), whole);
         }
+    }
+}
+
+// 0xB3 is a letter of Polish only in Windows-1250, which is never guessed.
+TEST(TableRows, AreDecodedAsChosen) {
+    const std::string bytes = "Ma\xB3gorzata,\x8Cledziona,caf\xE9,\x80\n";
+    EXPECT_EQ(guessEncoding(bytes, true), TableEncoding::windows1252);
+    const std::vector<std::pair<TableEncoding, std::vector<std::string_view>>> cases = {
+        {TableEncoding::windows1250, {"Małgorzata", "Śledziona", "café", "€"}},
+        {TableEncoding::windows1252, {"Ma³gorzata", "Œledziona", "café", "€"}}};
+    for (const auto& [encoding, cells] : cases) {
+        TextRows rows(bytesOf(bytes), {encoding, ',', true, false});
+        TableRow row;
+        ASSERT_TRUE(rows.next(row));
+        EXPECT_EQ(row.cells, cells);
     }
 }
 

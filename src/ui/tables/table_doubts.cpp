@@ -22,7 +22,8 @@ struct DoubtQuestion {
     std::vector<DoubtAnswer> answers;
 };
 
-DoubtQuestion questionOf(TableDoubt doubt, const TableReading& reading) {
+DoubtQuestion questionOf(TableDoubt doubt, const TablePreview& preview) {
+    const TableReading& reading = preview.reading;
     DoubtQuestion question;
     const auto ask = [&](const QString& what) {
         question.text = QString("Zorvel is not sure %1. Choose.").arg(what);
@@ -93,6 +94,21 @@ DoubtQuestion questionOf(TableDoubt doubt, const TableReading& reading) {
             if (counts.size() == 1) add("None: each row is one", set(ColumnRole::ignored));
             break;
         }
+        case TableDoubt::numbers: {
+            QStringList columns;
+            for (const std::size_t column : preview.unlikely) columns.append(letters(column));
+            ask(QString("whether column %1 holds counts: its numbers look like years, areas or the "
+                        "like")
+                    .arg(columns.join(", ")));
+            const auto set = [&preview](ColumnRole role) {
+                return [columns = preview.unlikely, role](TableCorrections& corrections) {
+                    for (const std::size_t column : columns) corrections.roles[column] = role;
+                };
+            };
+            add("They are no counts", set(ColumnRole::ignored));
+            add("They are counts", set(ColumnRole::count));
+            break;
+        }
         case TableDoubt::amounts: {
             ask("whether the numbers are counts of individuals: the table tells of a cover or a "
                 "mass");
@@ -153,7 +169,7 @@ void TableDoubts::showPreview(const TablePreview& preview) {
     qDeleteAll(findChildren<QWidget*>());
     setVisible(!preview.doubts.empty());
     if (preview.doubts.empty()) return;
-    const DoubtQuestion question = questionOf(preview.doubts.front(), preview.reading);
+    const DoubtQuestion question = questionOf(preview.doubts.front(), preview);
     auto* label = new QLabel(question.text);
     label->setForegroundRole(problemText);
     label->setWordWrap(true);

@@ -148,8 +148,8 @@ void TableOptions::addMarks(QGridLayout& grid) {
         });
     std::vector<Item> encodings;
     for (const TableEncoding each :
-         {TableEncoding::utf8, TableEncoding::windows1252, TableEncoding::utf16LittleEndian,
-          TableEncoding::utf16BigEndian}) {
+         {TableEncoding::utf8, TableEncoding::windows1252, TableEncoding::windows1250,
+          TableEncoding::utf16LittleEndian, TableEncoding::utf16BigEndian}) {
         encodings.push_back({encodingName(each), static_cast<int>(each)});
     }
     addList(

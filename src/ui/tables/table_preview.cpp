@@ -86,8 +86,9 @@ class Previewer {
         preview_.reading = std::move(guess.reading);
         applyCorrections(preview_.reading, corrections_);
         for (const TableDoubt doubt : guess.doubts) {
-            if (!settles(corrections_, doubt)) preview_.doubts.push_back(doubt);
+            if (!settles(corrections_, guess, doubt)) preview_.doubts.push_back(doubt);
         }
+        preview_.unlikely = std::move(guess.unlikely);
         if (!preview_.whole) {
             const auto source = source_.rows(preview_.reading.form, {});
             TableSample sample = sampleRows(*source, true);

@@ -8,8 +8,8 @@ std::vector<ColumnRole> rolesIn(TableLayout layout) {
     using enum ColumnRole;
     switch (layout) {
         case TableLayout::censusRows:
-            return {count, census, latitude, longitude, date,   year,
-                    month, day,    notes,    total,     ignored};
+            return {count, census, latitude, longitude, date,  year,
+                    month, day,    notes,    stage,     total, ignored};
         case TableLayout::speciesRows:
             return {count, species, genus, total, ignored};
         case TableLayout::records:
@@ -49,6 +49,8 @@ QString roleCaption(TableLayout layout, ColumnRole role) {
             return "Present or absent";
         case ColumnRole::included:
             return "Included in metrics";
+        case ColumnRole::stage:
+            return "Sex or stage, added";
         case ColumnRole::total:
             return "Total";
         case ColumnRole::ignored:
@@ -80,6 +82,7 @@ QColor roleColor(ColumnRole role, const QPalette& palette) {
         case ColumnRole::status:
         case ColumnRole::included:
             return dark ? "#c3b04c" : "#7a6a08";
+        case ColumnRole::stage:
         case ColumnRole::total:
         case ColumnRole::ignored:
             break;
@@ -88,7 +91,8 @@ QColor roleColor(ColumnRole role, const QPalette& palette) {
 }
 
 QColor roleTint(ColumnRole role, const QPalette& palette) {
-    const bool isRead = role != ColumnRole::ignored && role != ColumnRole::total;
+    const bool isRead =
+        role != ColumnRole::ignored && role != ColumnRole::total && role != ColumnRole::stage;
     QColor tint = roleColor(role, palette);
     tint.setAlphaF(isRead ? 0.10F : 0.05F);
     return tint;

@@ -1,0 +1,76 @@
+// Which rows and columns of a wide table tell sexes or stages apart.
+#include <algorithm>
+#include <set>
+#include <string>
+
+#include "tables/guess_parts.h"
+#include "tables/words.h"
+
+namespace zorvel {
+namespace {
+
+// Totals among the stages are no species and no census.
+void ignoreTotals(const SampleGrid& grid, std::size_t row, std::vector<ColumnRole>& columns) {
+    for (std::size_t column = 0; column < columns.size(); ++column) {
+        const bool isTaken =
+            columns[column] == ColumnRole::count || columns[column] == ColumnRole::total;
+        if (isTaken && summaryRank(grid.cell(row, column))) columns[column] = ColumnRole::ignored;
+    }
+}
+
+// Rows that say nothing else of their census.
+class StageRows {
+  public:
+    StageRows(const SampleGrid& grid, const TableReading& reading,
+              const std::vector<std::size_t>& stages) {
+        std::set<std::string> censuses;
+        std::set<std::string> parts;
+        for (std::size_t i = reading.headerRows.size(); i < grid.height(); ++i) {
+            if (grid.isSummary(i) || filledCells(grid.row(i)) == 0) continue;
+            std::string key;
+            for (std::size_t column = 0; column < grid.width(); ++column) {
+                const ColumnRole role = reading.role(column);
+                const bool isKey = role != ColumnRole::count && role != ColumnRole::ignored &&
+                                   role != ColumnRole::total && role != ColumnRole::notes;
+                if (isKey) key.append(grid.cell(i, column)).append(1, '\n');
+            }
+            areSeveral |= !censuses.insert(key).second;
+            for (const std::size_t column : stages) {
+                key.append(grid.cell(i, column)).append(1, '\n');
+            }
+            repeat |= !parts.insert(key).second;
+        }
+    }
+
+    bool areSeveral = false;  // of one census
+    bool repeat = false;      // of one stage
+};
+
+}  // namespace
+
+void guessStages(const SampleGrid& grid, const WordRoles& words, const TableChoices& choices,
+                 TableGuess& guess) {
+    TableReading& reading = guess.reading;
+    const std::size_t header = reading.headerRows.size();
+    for (std::size_t i = 0; i < header; ++i) {
+        if (reading.headerRows[i] != ColumnRole::stage && !isRowOfStages(grid, i)) continue;
+        if (header > 1) {
+            reading.headerRows[i] = ColumnRole::stage;
+            ignoreTotals(grid, i, reading.columns);
+        } else if (!choices.layout && guess.doubts.empty()) {
+            guess.doubts.push_back(TableDoubt::layout);
+        }
+    }
+    if (reading.layout != TableLayout::censusRows || reading.shortHeader) return;
+    std::vector<std::size_t> stages;
+    for (std::size_t column = 0; column < reading.columns.size(); ++column) {
+        if (reading.columns[column] != ColumnRole::ignored) continue;
+        if (words[column] == ColumnRole::stage) stages.push_back(column);
+    }
+    const StageRows rows(grid, reading, stages);
+    if (stages.empty() || !rows.areSeveral) return;
+    for (const std::size_t column : stages) reading.columns[column] = ColumnRole::stage;
+    if (rows.repeat) guess.doubts.push_back(TableDoubt::names);
+}
+
+}  // namespace zorvel
