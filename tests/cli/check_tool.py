@@ -647,7 +647,7 @@ class Tables(InFolder):
                  "--rows: '9' is not of the form FIRST-LAST or FIRST-"),
                 (("summary", mites, "--kind", "table", "--column", "a=b"),
                  "--column: 'a=b' is not of the form HEADER=ROLE with a role of census, species, genus, "
-                 "count, date, year, month, day, notes, latitude, longitude, status, total, included, "
+                 "count, date, year, month, day, notes, latitude, longitude, status, stage, total, included, "
                  "ignored")):
             with self.subTest(told=told):
                 status, _, err = call(*arguments)
