@@ -189,21 +189,17 @@ int TemporaryFile::sync() const {
     return fsync(file_.descriptor()) == 0 ? 0 : errno;
 }
 
-int TemporaryFile::moveTo(const std::string& path, Place place) {
-    if (place == Place::free &&
-        renameat2(AT_FDCWD, path_.c_str(), AT_FDCWD, path.c_str(), RENAME_NOREPLACE) == 0) {
-        moved_ = true;
-        return 0;
-    }
-    if (place == Place::free) {
+int TemporaryFile::moveTo(const std::string& path, bool keepExisting) {
+    if (keepExisting) {
+        moved_ = renameat2(AT_FDCWD, path_.c_str(), AT_FDCWD, path.c_str(), RENAME_NOREPLACE) == 0;
+        if (moved_) return 0;
         // Some file systems do not support such a renaming.
         if (errno != EINVAL) return errno;
         struct stat status {};
         if (lstat(path.c_str(), &status) == 0) return EEXIST;
     }
-    if (std::rename(path_.c_str(), path.c_str()) != 0) return errno;
-    moved_ = true;
-    return 0;
+    moved_ = std::rename(path_.c_str(), path.c_str()) == 0;
+    return moved_ ? 0 : errno;
 }
 
 std::optional<Problem> writeFileWhole(const std::string& path, const ByteProducer& produce) {

@@ -69,11 +69,6 @@ inline constexpr std::string_view temporaryEnd = ".tmp";
 class TemporaryFile {
   public:
     enum class Content { project, text };
-    // How the file takes its path.
-    enum class Place {
-        any,
-        free,  // fails with EEXIST if a file is there
-    };
 
     // mode: its permissions before the umask.
     TemporaryFile(const std::string& replaced, Content content, mode_t mode = 0666);
@@ -91,7 +86,8 @@ class TemporaryFile {
     [[nodiscard]] int adoptPermissions(const struct stat& other, mode_t more = 0) const;
     [[nodiscard]] int sync() const;
     int close() { return file_.close(); }
-    int moveTo(const std::string& path, Place place = Place::any);
+    // keepExisting: fails with EEXIST if a file is there.
+    int moveTo(const std::string& path, bool keepExisting = false);
 
   private:
     std::string path_;

@@ -54,12 +54,6 @@ std::optional<std::int64_t> momentShowing(std::int64_t shown) {
     return lateFits ? late : early;
 }
 
-// Of the computer's time zone at that instant, cut to whole minutes.
-std::time_t minutesEastAt(std::time_t seconds) {
-    std::tm local{};
-    return localtime_r(&seconds, &local) == nullptr ? 0 : local.tm_gmtoff / 60;
-}
-
 }  // namespace
 
 std::optional<TimeStamp> localTime(const WallClock& clock) {
@@ -82,7 +76,7 @@ std::string isoLocalText(TimeStamp time) {
     // In seconds, since the first and last time stamps leave no room for an offset.
     const std::time_t seconds =
         std::chrono::floor<std::chrono::seconds>(time).time_since_epoch().count();
-    const std::time_t east = minutesEastAt(seconds);
+    const std::time_t east = zoneOffset(seconds).value_or(0) / 60;  // minutes
     const std::time_t shown = seconds + 60 * east;
     std::tm clock{};
     gmtime_r(&shown, &clock);

@@ -126,16 +126,8 @@ FileKind guessFileKind(std::string_view text) {
 }
 
 bool isCertain(FileKind guess, std::string_view text) {
-    switch (guess) {
-        case FileKind::list:
-        case FileKind::ios:
-            return true;
-        case FileKind::census:
-            return false;
-        case FileKind::matrix:
-            return isMatrixBeyondDoubt(text);
-    }
-    return false;
+    if (guess == FileKind::matrix) return isMatrixBeyondDoubt(text);
+    return guess != FileKind::census;
 }
 
 std::string_view foreignSeparator(std::string_view text) {

@@ -14,35 +14,6 @@ using Censuses = std::vector<MockCensus>;
 
 constexpr std::string_view cellEnd = "\",";
 
-// One line after the other, each ended by a single line-break character: CR LF ends two.
-class Lines {
-  public:
-    explicit Lines(std::string_view text) : text_(text) {}
-
-    // Absent once the text is used up. A text that ends in a line break has an empty last line.
-    std::optional<std::string_view> next() {
-        if (done_) return std::nullopt;
-        start_ = position_;
-        const std::size_t end = lineEnd(text_, start_);
-        done_ = end == text_.size();
-        position_ = end + lineBreakLength(text_, end);
-        return text_.substr(start_, end - start_);
-    }
-    // True after the last line.
-    [[nodiscard]] bool atEnd() const { return done_; }
-    [[nodiscard]] std::size_t number() const { return lineNumber(text_, start_); }
-    // The line is what stands between the two characters of CR LF.
-    [[nodiscard]] bool splitsLineEnd() const {
-        return start_ > 0 && text_.substr(start_ - 1, 2) == "\r\n";
-    }
-
-  private:
-    std::string_view text_;
-    std::size_t start_ = 0;
-    std::size_t position_ = 0;
-    bool done_ = false;
-};
-
 std::string without(std::string_view text, char unwanted) {
     std::string rest(text);
     std::erase(rest, unwanted);
@@ -149,10 +120,10 @@ Parsed<MockCensus> readDataLine(std::string_view line, const std::vector<SharedT
     return readTail(pieces[3], names, std::move(census));
 }
 
-// A line without anything in it lacks its items, which says little about why.
-std::string adviceOn(std::string_view line, const Lines& lines) {
-    if (!line.empty()) return {};
-    return lines.splitsLineEnd()
+// A line without anything in it lacks its items, which says little about why. It may be what stands
+// between the two characters of CR LF.
+const char* adviceOnEmptyLine(std::string_view text, std::size_t start) {
+    return text.substr(start - 1, 2) == "\r\n"
                ? "the lines end in CR LF, which this format does not allow; save the file with LF "
                  "line ends and try again"
                : "the line is empty, which this format does not allow; remove it and try again";
@@ -176,32 +147,33 @@ std::optional<int> monthNumber(std::string_view piece) {
 
 }  // namespace
 
+// Each line ends with a single line-break character: CR LF ends two.
 Parsed<Censuses> parseIOSFile(std::string_view text, const std::stop_token& stop, NamePool* names) {
-    Lines lines(text);
     NamePool own;
-    const auto header = taxonNames(*lines.next(), names ? *names : own);
+    std::size_t end = lineEnd(text, 0);
+    const auto header = taxonNames(text.substr(0, end), names ? *names : own);
     if (!header) {
         return refused<Censuses>("WARNING: fewer than six components on first line", {1, 0});
     }
-    if (lines.atEnd()) return refused<Censuses>("WARNING: no data lines detected");
+    if (end == text.size()) return refused<Censuses>("WARNING: no data lines detected");
     Parsed<Censuses> result;
     Censuses censuses;
-    // The last line is what follows the last line break: not a data line.
-    auto line = lines.next();
-    for (; !lines.atEnd(); line = lines.next()) {
+    std::size_t start = end + lineBreakLength(text, end);
+    // What follows the last line break is not a data line.
+    for (; (end = lineEnd(text, start)) < text.size(); start = end + lineBreakLength(text, end)) {
         if (stop.stop_requested()) return {};
-        Parsed<MockCensus> census = readDataLine(*line, *header);
+        Parsed<MockCensus> census = readDataLine(text.substr(start, end - start), *header);
         if (!census.value) {
             result.consoleLines = std::move(census.consoleLines);
-            result.place = {lines.number(), census.place.cell};
-            result.advice = adviceOn(*line, lines);
+            result.place = {lineNumber(text, start), census.place.cell};
+            if (start == end) result.advice = adviceOnEmptyLine(text, start);
             return result;
         }
         censuses.push_back(std::move(*census.value));
         result.leftOut.zeroCells += census.leftOut.zeroCells;
         result.leftOut.negativeCells += census.leftOut.negativeCells;
     }
-    if (!line->empty()) result.leftOut.unfinishedLines = 1;
+    if (start < text.size()) result.leftOut.unfinishedLines = 1;
     result.value = std::move(censuses);
     return result;
 }

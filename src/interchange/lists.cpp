@@ -106,13 +106,6 @@ const char* checkRecord(const Record& record, std::int64_t& abundance) {
     return nullptr;
 }
 
-// Bytes of the separator that begins at text[at]; 0 if none does. A space is not one: it is part of
-// a name.
-std::size_t nameSeparatorLength(std::string_view text, std::size_t at) {
-    if (text[at] == ',' || text[at] == '\t') return 1;
-    return lineBreakLength(text, at);
-}
-
 }  // namespace
 
 Parsed<MockCensus> parseAbundanceList(std::string_view text, const std::stop_token& stop,
@@ -140,8 +133,8 @@ Parsed<MockCensus> parseCensus(std::string_view text, const std::stop_token& sto
                                NamePool* names) {
     NamePool own;
     NamePool& pool = names ? *names : own;
+    Parsed<MockCensus> result;
     MockCensus census;
-    LeftOut leftOut;
     census.name = importedCensusName;
     FieldCursor cursor(text);
     while (!cursor.atEnd()) {
@@ -150,7 +143,7 @@ Parsed<MockCensus> parseCensus(std::string_view text, const std::stop_token& sto
         const bool atEnd = record.last.terminator == FieldTerminator::endOfInput;
         // A name without a value at the very end of the text is dropped in silence.
         if (atEnd && record.last.text.empty()) {
-            if (record.name) leftOut.unfinishedLines = 1;
+            if (record.name) result.leftOut.unfinishedLines = 1;
             break;
         }
         std::int64_t abundance = 0;
@@ -161,9 +154,7 @@ Parsed<MockCensus> parseCensus(std::string_view text, const std::stop_token& sto
         census.taxa.push_back({abundance, pool.intern(*record.name)});
     }
     if (census.taxa.empty()) return refused<MockCensus>(noTaxonMessage);
-    Parsed<MockCensus> result;
     result.value = std::move(census);
-    result.leftOut = leftOut;
     return result;
 }
 
@@ -177,7 +168,9 @@ Parsed<std::vector<std::string>> parseSpeciesList(std::optional<std::string_view
     std::size_t start = 0;  // of the name under way
     for (std::size_t at = 0; at <= text->size();) {
         const bool ends = at == text->size();
-        const std::size_t separator = ends ? 0 : nameSeparatorLength(*text, at);
+        // A space is part of a name.
+        const bool apart = !ends && (*text)[at] != ' ';
+        const std::size_t separator = apart ? countSeparatorLength(*text, at) : 0;
         if ((ends || separator != 0) && at > start) {
             result.value->emplace_back(text->substr(start, at - start));
         }

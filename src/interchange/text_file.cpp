@@ -167,57 +167,55 @@ Result<InputFile> InputFile::made(OpenFile file) {
 
 void InputFile::readStart(std::size_t size) {
     if (atEnd_ || bytes_.size() >= size) return;
+    std::size_t used = bytes_.size();
     try {
-        readOn(size);
+        readOn(size, used);
     } catch (const std::bad_alloc&) {
-        error_ = ENOMEM;
+        end(ENOMEM);
     } catch (const std::length_error&) {
-        error_ = ENOMEM;
+        end(ENOMEM);
     }
-    atEnd_ = atEnd_ || error_ != 0;
-    if (atEnd_) file_.close();
+    bytes_.resize(used);
 }
 
-void InputFile::readOn(std::size_t size) {
+void InputFile::readOn(std::size_t size, std::size_t& used) {
     constexpr std::size_t smallestStep = 65536;
     const auto expected = S_ISREG(status_.st_mode) ? static_cast<std::size_t>(status_.st_size) : 0;
-    std::size_t used = bytes_.size();
-    while (used < size) {
+    while (used < size && !atEnd_) {
         if (used == bytes_.size()) {
             // One byte more than expected, so that the end of the file shows without more room.
             const std::size_t all = std::max({used + smallestStep, expected + 1, 2 * used});
             bytes_.resize(std::min(all, size));
         }
-        const ssize_t count =
-            ::read(file_.descriptor(), bytes_.data() + used, bytes_.size() - used);
-        if (count < 0 && errno == EINTR) continue;
-        if (count < 0) error_ = errno;
-        if (count == 0) atEnd_ = true;
-        if (count <= 0) break;
-        used += static_cast<std::size_t>(count);
+        used += readNext(bytes_.data() + used, bytes_.size() - used);
     }
-    bytes_.resize(used);
 }
 
-std::size_t InputFile::read(char* bytes, std::size_t size) {
-    if (given_ < bytes_.size()) {
-        const std::size_t count = bytes_.copy(bytes, size, given_);
-        given_ += count;
-        if (given_ == bytes_.size()) {
-            bytes_ = {};
-            given_ = 0;
-        }
-        return count;
-    }
+std::size_t InputFile::readNext(char* bytes, std::size_t size) {
     while (!atEnd_) {
         const ssize_t count = ::read(file_.descriptor(), bytes, size);
         if (count > 0) return static_cast<std::size_t>(count);
-        if (count < 0 && errno == EINTR) continue;
-        if (count < 0) error_ = errno;
-        atEnd_ = true;
-        file_.close();
+        if (count == 0) end(0);
+        if (count < 0 && errno != EINTR) end(errno);
     }
     return 0;
+}
+
+void InputFile::end(int error) {
+    error_ = error;
+    atEnd_ = true;
+    file_.close();
+}
+
+std::size_t InputFile::read(char* bytes, std::size_t size) {
+    if (given_ == bytes_.size()) return readNext(bytes, size);
+    const std::size_t count = bytes_.copy(bytes, size, given_);
+    given_ += count;
+    if (given_ == bytes_.size()) {
+        bytes_ = {};
+        given_ = 0;
+    }
+    return count;
 }
 
 std::optional<Problem> InputFile::problem() const {

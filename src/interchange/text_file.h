@@ -51,7 +51,9 @@ class InputFile {
   private:
     InputFile(OpenFile file, const struct stat& status) : file_(std::move(file)), status_(status) {}
     static Result<InputFile> made(OpenFile file);
-    void readOn(std::size_t size);
+    void readOn(std::size_t size, std::size_t& used);
+    std::size_t readNext(char* bytes, std::size_t size);
+    void end(int error);
 
     OpenFile file_;
     struct stat status_;

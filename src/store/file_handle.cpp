@@ -21,20 +21,15 @@ namespace {
 // any file.
 constexpr off_t markOffset = off_t{1} << 62;
 
-// What is held open of a file; -1 stands for none.
-struct HeldDescriptors {
-    int readable = -1;
-    int writable = -1;  // may read as well
-    [[nodiscard]] int any() const { return writable >= 0 ? writable : readable; }
-};
-
 constexpr int alwaysFlags = O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
 
-// All that this process holds open of one file.
+// All that this process holds open of one file; a descriptor of -1 stands for none.
 struct Held {
-    HeldDescriptors descriptors;
+    int readable = -1;
+    int writable = -1;  // may read as well
     bool marked = false;
     std::size_t users = 0;
+    [[nodiscard]] int any() const { return writable >= 0 ? writable : readable; }
 };
 
 // Recursive: a handle that cannot be completed is destroyed while the list is locked.
@@ -69,7 +64,7 @@ int addDescriptor(Held& held, const std::string& path, int access, FileIdentity 
         close(descriptor);
         return ESTALE;
     }
-    (access == O_RDWR ? held.descriptors.writable : held.descriptors.readable) = descriptor;
+    (access == O_RDWR ? held.writable : held.readable) = descriptor;
     return 0;
 }
 
@@ -78,13 +73,13 @@ bool forbidsWriting(int error) {
     return error == EACCES || error == EPERM || error == EROFS || error == ETXTBSY;
 }
 
-// Of the file that any descriptor leads to; none if no FileHandle holds it.
-HeldDescriptors heldDescriptors(int descriptor) {
+// Of the file that any descriptor leads to; nothing if no FileHandle holds it.
+Held heldOf(int descriptor) {
     struct stat status {};
     if (fstat(descriptor, &status) != 0) return {};
     const std::lock_guard lock(heldFiles().mutex);
     const auto place = heldFiles().files.find(identityOf(status));
-    return place == heldFiles().files.end() ? HeldDescriptors() : place->second.descriptors;
+    return place == heldFiles().files.end() ? Held() : place->second;
 }
 
 // Sets, or asks about, a lock of an open file description. An error number; EOPNOTSUPP if the file
@@ -107,7 +102,7 @@ int setMark(int descriptor, short type) {
 
 // SQLite counts the locks of all connections to a file in this process as one, and may set a lock
 // by way of one connection and release it by way of another.
-int lockHeld(const HeldDescriptors& held, int command, struct flock& range) {
+int lockHeld(const Held& held, int command, struct flock& range) {
     const int ours = command == F_GETLK ? F_OFD_GETLK : F_OFD_SETLK;
     range.l_pid = 0;  // must be, for these locks
     // SQLite releases everything to the end in one call; the mark must stay.
@@ -133,7 +128,7 @@ static int fcntlOfSqlite(int descriptor, int command, ...) {
     }
     auto* const range = va_arg(arguments, struct flock*);
     va_end(arguments);
-    const zorvel::HeldDescriptors held = zorvel::heldDescriptors(descriptor);
+    const zorvel::Held held = zorvel::heldOf(descriptor);
     if (held.any() < 0) return fcntl(descriptor, command, range);
     return zorvel::lockHeld(held, command, *range);
 }
@@ -174,11 +169,11 @@ FileHandle::~FileHandle() {
     const auto place = heldFiles().files.find(identity_);
     Held& held = place->second;
     if (marked_) {
-        setMark(held.descriptors.writable, F_UNLCK);
+        setMark(held.writable, F_UNLCK);
         held.marked = false;
     }
     if (--held.users > 0) return;
-    for (const int descriptor : {held.descriptors.readable, held.descriptors.writable}) {
+    for (const int descriptor : {held.readable, held.writable}) {
         if (descriptor >= 0) close(descriptor);
     }
     heldFiles().files.erase(place);
@@ -189,14 +184,14 @@ std::unique_ptr<FileHandle> FileHandle::open(const std::string& path, Use use) {
     std::unique_ptr<FileHandle> handle(new FileHandle(identityOfRegularFile(path)));
     Held& held = heldFiles().files[handle->identity_];
     if (use != Use::read) {
-        if (held.descriptors.writable < 0) {
+        if (held.writable < 0) {
             const int error = addDescriptor(held, path, O_RDWR, handle->identity_);
             if (error != 0 && !forbidsWriting(error)) failWithErrno(error, "open");
             handle->reasonUnmarked_ = error;
         }
-        if (use == Use::write && held.descriptors.writable >= 0) handle->mark();
+        if (use == Use::write && held.writable >= 0) handle->mark();
     }
-    if (held.descriptors.any() < 0) {
+    if (held.any() < 0) {
         const int error = addDescriptor(held, path, O_RDONLY, handle->identity_);
         if (error != 0) failWithErrno(error, "open");
     }
@@ -206,7 +201,7 @@ std::unique_ptr<FileHandle> FileHandle::open(const std::string& path, Use use) {
 void FileHandle::mark() {
     Held& held = heldFiles().files[identity_];
     if (held.marked) fail(FileTrouble::heldElsewhere, "by this program");
-    const int error = setMark(held.descriptors.writable, F_WRLCK);
+    const int error = setMark(held.writable, F_WRLCK);
     if (error == EAGAIN || error == EACCES) fail(FileTrouble::heldElsewhere);
     if (error != 0) failWithErrno(error, "mark the file as open");
     held.marked = true;
@@ -221,7 +216,7 @@ std::string FileHandle::start(std::size_t size) const {
 
 int FileHandle::descriptor() const {
     const std::lock_guard lock(heldFiles().mutex);
-    return heldFiles().files[identity_].descriptors.any();
+    return heldFiles().files[identity_].any();
 }
 
 void useOurSystemCalls() {

@@ -213,10 +213,6 @@ std::optional<Census> ObjectContext::census(RecordId id) const {
     return Census(this, id);
 }
 
-std::shared_ptr<const ObjectContext> ObjectContext::frozenCopy() const {
-    return frozenCopy({});
-}
-
 std::shared_ptr<const ObjectContext> ObjectContext::frozenCopy(const Edits& edits) const {
     auto copy = std::make_shared<ObjectContext>();
     copy->censuses_ = censuses_;

@@ -155,12 +155,11 @@ class ObjectContext {
     // it was deleted.
     [[nodiscard]] std::optional<Census> census(RecordId id) const;
 
-    // The state as it stands now, never to change; costs one pointer per few dozen censuses.
-    [[nodiscard]] std::shared_ptr<const ObjectContext> frozenCopy() const;
-    // The same with edits of its records, which insert none: this context stays as it is. Its
-    // revision is 0 if they changed nothing.
+    // The state as it stands now, never to change; costs one pointer per few dozen censuses. With
+    // edits, which insert no records, they are made in the copy alone. Its revision is 0 if nothing
+    // was changed.
     using Edits = std::function<void(ObjectContext& copy)>;
-    [[nodiscard]] std::shared_ptr<const ObjectContext> frozenCopy(const Edits& edits) const;
+    [[nodiscard]] std::shared_ptr<const ObjectContext> frozenCopy(const Edits& edits = {}) const;
 
     // All records, ascending by identity: the blocks of a frozen copy cost one pointer per census.
     [[nodiscard]] std::vector<BlockPointer> blocks() const;

@@ -81,7 +81,6 @@ struct ProjectFile::Parts {
     void connect();
     void recover();
     void requireSamePlace() const;
-    void requireSameFile() const;
     [[nodiscard]] std::uint32_t changesOfFile() const;
     [[nodiscard]] bool isInFile(const WrittenState& state, const ProjectRow& row) const;
     void settleAttempt();
@@ -142,9 +141,7 @@ FileResult<std::unique_ptr<ProjectFile>> ProjectFile::create(const std::string& 
     return guardedResult<std::unique_ptr<ProjectFile>>([&] {
         auto parts = std::make_unique<Parts>(path, options);
         parts->written = {newProjectRow(), state.frozenCopy(), 0};
-        using Place = ReplacementFile::Place;
-        ReplacementFile file(parts->resolved, options.vfs,
-                             options.keepExisting ? Place::free : Place::any);
+        ReplacementFile file(parts->resolved, options.vfs, options.keepExisting);
         {
             Connection building(file.temporaryPath(), Connection::Access::build, options.vfs);
             Transaction transaction(building, Transaction::Kind::write);
@@ -194,11 +191,6 @@ void ProjectFile::Parts::requireSamePlace() const {
     }
 }
 
-void ProjectFile::Parts::requireSameFile() const {
-    requireSamePlace();
-    if (stamp && !(fileStamp(resolved) == stamp)) fail(FileTrouble::changedElsewhere);
-}
-
 std::uint32_t ProjectFile::Parts::changesOfFile() const {
     return changeCount(handle->start(headerSize));
 }
@@ -220,7 +212,8 @@ void ProjectFile::Parts::settleAttempt() {
 }
 
 void ProjectFile::Parts::write(const State& state) {
-    requireSameFile();
+    requireSamePlace();
+    if (stamp && fileStamp(resolved) != stamp) fail(FileTrouble::changedElsewhere);
     // SQLite trusts its cached pages as long as the change counter in the file is the same. A sync
     // program may have overwritten the file with another version that has the same counter.
     connection->forgetPages();

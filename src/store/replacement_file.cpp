@@ -23,10 +23,9 @@ struct stat statusOf(const FileHandle& handle) {
     return status;
 }
 
-std::unique_ptr<FileHandle> heldForReplacement(const std::string& path,
-                                               TemporaryFile::Place place) {
+std::unique_ptr<FileHandle> heldForReplacement(const std::string& path, bool keepExisting) {
     if (!exists(path)) return nullptr;
-    if (place == TemporaryFile::Place::free) failWithErrno(EEXIST, "make the file");
+    if (keepExisting) failWithErrno(EEXIST, "make the file");
     auto held = FileHandle::open(path, FileHandle::Use::write);
     if (!held->isMarked()) {
         fail(FileTrouble::readOnlyFile, "the file to be replaced", held->reasonUnmarked());
@@ -51,11 +50,11 @@ bool isUnfinished(const std::string& path) {
 
 }  // namespace
 
-ReplacementFile::ReplacementFile(std::string path, const char* vfs, Place place)
+ReplacementFile::ReplacementFile(std::string path, const char* vfs, bool keepExisting)
     : path_(std::move(path)),
       vfs_(vfs),
-      place_(place),
-      replaced_(heldForReplacement(path_, place_)),
+      keepExisting_(keepExisting),
+      replaced_(heldForReplacement(path_, keepExisting_)),
       temporary_(path_, TemporaryFile::Content::project, replaced_ ? ownerOnly : 0666) {
     if (const int error = temporary_.creationError()) {
         const bool folderForbids = error == EACCES || error == EPERM;
@@ -94,9 +93,9 @@ void ReplacementFile::clearCompanions() {
 std::unique_ptr<FileHandle> ReplacementFile::takePlace() {
     if (const int error = temporary_.sync()) failWithErrno(error, "sync the new file");
     // If a file has appeared at the path, its companions belong to it.
-    if (place_ == Place::free && exists(path_)) failWithErrno(EEXIST, "make the file");
+    if (keepExisting_ && exists(path_)) failWithErrno(EEXIST, "make the file");
     clearCompanions();
-    if (const int error = temporary_.moveTo(path_, place_)) {
+    if (const int error = temporary_.moveTo(path_, keepExisting_)) {
         failWithErrno(error, "rename the new file");
     }
     if (const int error = syncFolder(folderOf(path_), handle_->descriptor())) {

@@ -13,10 +13,10 @@ namespace zorvel {
 
 class ReplacementFile {
   public:
-    using Place = TemporaryFile::Place;
     // An empty file. A file at the path must be one that may be written, and must not be open
     // elsewhere; the new one adopts its permissions. path: see resolvedPath().
-    ReplacementFile(std::string path, const char* vfs, Place place = Place::any);
+    // keepExisting: fails with EEXIST if a file is there.
+    ReplacementFile(std::string path, const char* vfs, bool keepExisting = false);
     // Those of another file, before this one is filled. more: permissions added to them.
     void adoptPermissions(const FileHandle& from, mode_t more = 0);
 
@@ -31,7 +31,7 @@ class ReplacementFile {
 
     std::string path_;
     const char* vfs_;
-    Place place_;
+    bool keepExisting_;
     std::unique_ptr<FileHandle> replaced_;
     TemporaryFile temporary_;
     std::unique_ptr<FileHandle> handle_;
