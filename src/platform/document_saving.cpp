@@ -161,7 +161,8 @@ void Document::succeed(std::uint64_t revision) {
     problem_.reset();
     aside_.drop();
     if (file_) file_->whyNotWritable.reset();
-    stuck_ = false;
+    // A change that came while this write was running waits for a retry, which may be a minute.
+    if (std::exchange(stuck_, false)) timer_.stop();
     busyTries_ = 0;
     retry_ = std::chrono::milliseconds(0);
     unsaved_ = isUnsaved();

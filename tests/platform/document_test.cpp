@@ -336,6 +336,20 @@ TEST_F(DocumentTest, AnUntitledProjectWithoutAFolderIsKeptInMemory) {
     EXPECT_EQ(namesInUntitledFile(), (Names{"North", "South"}));
 }
 
+TEST_F(DocumentTest, AChangeDuringTheWriteThatSucceedsAgainDoesNotWaitForARetry) {
+    settings.firstRetry = std::chrono::hours(1);
+    makeFile("data", "in the way of the folder");
+    restart();
+    Document& document = run->controller.newDocument();
+    addNamedCensus(document, "North");
+    ASSERT_TRUE(becomes(document, State::stuck));
+    ASSERT_TRUE(QFile::remove(at("data")));
+    document.saveSoon();
+    addNamedCensus(document, "South");
+    ASSERT_TRUE(isSavedSoon(document));
+    EXPECT_EQ(namesInUntitledFile(), (Names{"North", "South"}));
+}
+
 TEST_F(DocumentTest, ABackupIsMadeBeforeTheFirstChangeAfterEachOpening) {
     const QString path = makeProject("a.zorvel", {"0"});
     for (int i = 1; i <= 12; ++i) {
