@@ -130,10 +130,10 @@ void matrixOfText(benchmark::State& state) {
 }
 void guess(benchmark::State& state, std::shared_ptr<const std::string> Tables::*bytes) {
     const SheetSource source = sourceOf(tables().*bytes);
-    for ([[maybe_unused]] auto iteration : state) benchmark::DoNotOptimize(source.guess({}));
+    for ([[maybe_unused]] auto iteration : state) benchmark::DoNotOptimize(source.guess({}, {}));
 }
 void read(benchmark::State& state, std::shared_ptr<const std::string> Tables::*bytes) {
-    const TableReading reading = sourceOf(tables().*bytes).guess({}).reading;
+    const TableReading reading = sourceOf(tables().*bytes).guess({}, {}).reading;
     for ([[maybe_unused]] auto iteration : state) {
         const auto rows = sourceOf(tables().*bytes).rows({}, {});
         const TableRecords records = readTable(*rows, reading);

@@ -4,6 +4,7 @@
 #include <QPointer>
 #include <functional>
 #include <memory>
+#include <stop_token>
 #include <utility>
 
 #include "app/imports.h"
@@ -116,21 +117,24 @@ void importTableFile(ProjectWindows& windows, const CommandWindow& command,
     const QPointer<MainWindowController> guard(parent);
     const QPointer<MainViewController> view(parent != nullptr ? &parent->mainView() : nullptr);
     const QString name = QFileInfo(file->path).fileName();
+    std::stop_source stop;
     const MainView::ProgressId progress =
-        view ? view->startImportProgress(QString("reading %1...").arg(name).toStdString(), nullptr)
+        view ? view->startImportProgress(QString("reading %1...").arg(name).toStdString(),
+                                         [stop]() mutable { stop.request_stop(); })
              : 0;
     const auto import =
         std::make_shared<TableImport>(TableImport{windows, command, name, std::move(ended)});
     windows.jobs().start(
         &windows,
-        [file]() -> Result<Input> {
-            Result<TableInput> input = tableInput(file->take());
+        [file, token = stop.get_token()]() -> Result<Input> {
+            Result<TableInput> input = tableInput(file->take(), token);
             if (!input) return input.problem();
             return std::make_shared<const TableInput>(std::move(input).value());
         },
         [=](const Result<Input>& table) {
             if (view) view->stopProgress(progress);
             if (import->command.isGone()) return;
+            if (stop.stop_requested()) return import->ended(true);
             if (table) return showTable(import, guard, name, table.value(), others);
             import->windows.panels().alerts.warn(guard, QString("“%1” could not be read").arg(name),
                                                  QString::fromStdString(table.problem().message));

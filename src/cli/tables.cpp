@@ -50,8 +50,8 @@ std::string namesOf(const std::vector<SheetInfo>& sheets) {
     return text;
 }
 
-// The sheet that the options name, or the first that is not hidden and holds something. None, with
-// the reason on standard error, where there is no such sheet or the workbook cannot be used.
+// The sheet that the options name, or else the usual one. None, with the reason on standard error,
+// where there is no such sheet or the workbook cannot be used.
 std::unique_ptr<TableSource> openSheet(std::string bytes, const TableOptions& options,
                                        ReadTable& table) {
     const std::string file = table.place;
@@ -67,7 +67,7 @@ std::unique_ptr<TableSource> openSheet(std::string bytes, const TableOptions& op
     }
     const auto workbook = std::make_shared<const Workbook>(std::move(opened).value());
     table.sheets = workbook->sheets();
-    std::size_t sheet = workbook->usualSheet();
+    std::size_t sheet = 0;
     if (options.sheet) {
         const auto found = workbook->findSheet(*options.sheet);
         if (!found) {
@@ -78,6 +78,15 @@ std::unique_ptr<TableSource> openSheet(std::string bytes, const TableOptions& op
         }
         sheet = *found;
     } else {
+        const auto usual = workbook->usualSheet();
+        if (!usual) {
+            tellAt(file, {},
+                   "has several sheets that hold a table, and the first does not: choose one by "
+                   "--sheet from " +
+                       namesOf(table.sheets));
+            return nullptr;
+        }
+        sheet = *usual;
         std::vector<SheetInfo> others = table.sheets;
         others.erase(others.begin() + static_cast<std::ptrdiff_t>(sheet));
         std::erase_if(others, [](const SheetInfo& each) { return each.empty; });
@@ -93,7 +102,7 @@ std::unique_ptr<TableSource> openSheet(std::string bytes, const TableOptions& op
 // Guesses, and takes what the options say; false, with a message, where they name no column.
 bool settle(ReadTable& table, const TableSource& source, const TableOptions& options) {
     TableCorrections corrections = options.corrections;
-    table.guess = source.guess(corrections.choices);
+    table.guess = source.guess(corrections.choices, {});
     TableReading& reading = table.guess.reading;
     table.header = headerTexts(*source.rows(reading.form, {}), reading);
     for (const auto& [name, role] : options.columns) {

@@ -22,8 +22,9 @@ class TableSource {
     // From the first row on; the source must outlive them. form: of a text; a sheet has none.
     [[nodiscard]] virtual std::unique_ptr<RowSource> rows(const TextForm& form,
                                                           const std::stop_token& stop) const = 0;
-    // What the table seems to be, from its first rows.
-    [[nodiscard]] virtual TableGuess guess(const TableChoices& choices) const = 0;
+    // What the table seems to be, from its first rows. Stopped: any guess.
+    [[nodiscard]] virtual TableGuess guess(const TableChoices& choices,
+                                           const std::stop_token& stop) const = 0;
 };
 
 // A text in memory: all of it, or the start of a file that is read on elsewhere.
@@ -35,7 +36,8 @@ class TextSource final : public TableSource {
                                                   const std::stop_token& /*stop*/) const override {
         return std::make_unique<TextRows>(bytesOf(bytes_), form);
     }
-    [[nodiscard]] TableGuess guess(const TableChoices& choices) const override {
+    [[nodiscard]] TableGuess guess(const TableChoices& choices,
+                                   const std::stop_token& /*stop*/) const override {
         return guessTable(bytes_, whole_, choices);
     }
 

@@ -188,11 +188,27 @@ std::optional<std::size_t> Workbook::findSheet(std::string_view nameOrNumber) co
     return number - 1;
 }
 
-std::size_t Workbook::usualSheet() const {
-    const auto found = std::find_if(sheets_.begin(), sheets_.end(), [](const SheetInfo& sheet) {
-        return !sheet.hidden && !sheet.empty;
-    });
-    return found == sheets_.end() ? 0 : static_cast<std::size_t>(found - sheets_.begin());
+std::optional<std::size_t> Workbook::usualSheet(const std::stop_token& stop) const {
+    std::vector<std::size_t> filled;
+    for (std::size_t i = 0; i < sheets_.size(); ++i) {
+        if (!sheets_[i].hidden && !sheets_[i].empty) filled.push_back(i);
+    }
+    if (filled.empty()) return 0;
+    const auto holdsTable = [&](std::size_t sheet) {
+        const TableGuess seen = guess(sheet, {}, stop);
+        const std::size_t counts = seen.reading.columnsOf(ColumnRole::count).size();
+        // Beside the words of notes may be a column with a year or a version.
+        return seen.reading.layout == TableLayout::records || counts > 1 ||
+               (counts == 1 && seen.doubts.empty());
+    };
+    if (filled.size() == 1 || holdsTable(filled.front())) return filled.front();
+    std::optional<std::size_t> found;
+    for (auto sheet = filled.begin() + 1; sheet != filled.end(); ++sheet) {
+        if (!holdsTable(*sheet)) continue;
+        if (found) return std::nullopt;
+        found = *sheet;
+    }
+    return found.value_or(filled.front());
 }
 
 namespace {
@@ -261,11 +277,12 @@ std::unique_ptr<RowSource> SheetSource::rows(const TextForm& /*form*/,
     return workbook_->rows(sheet_, stop);
 }
 
-TableGuess SheetSource::guess(const TableChoices& choices) const {
+TableGuess Workbook::guess(std::size_t sheet, const TableChoices& choices,
+                           const std::stop_token& stop) const {
     // Cells of workbooks cost more time than those of texts, and fewer tell enough.
     constexpr std::size_t mostCells = 1 << 16;
-    TableSample sample = sampleRows(*workbook_->rows(sheet_), true, mostCells);
-    sample.sheet = workbook_->sheets()[sheet_].name;
+    TableSample sample = sampleRows(*rows(sheet, stop), true, mostCells);
+    sample.sheet = sheets_[sheet].name;
     return guessTable(sample, {}, choices);
 }
 

@@ -74,9 +74,13 @@ class Workbook {
     [[nodiscard]] const std::vector<SheetInfo>& sheets() const { return sheets_; }
     // The sheet of that name or else of that number, which counts from 1.
     [[nodiscard]] std::optional<std::size_t> findSheet(std::string_view nameOrNumber) const;
-    // That is read where none was chosen: the first that is not hidden and not empty, if there is
-    // one.
-    [[nodiscard]] std::size_t usualSheet() const;
+    // That is read where none was chosen: the first that is not hidden and not empty; if it holds
+    // no table, such as a list of notes, the only other one that does. Absent where several others
+    // do.
+    [[nodiscard]] std::optional<std::size_t> usualSheet(const std::stop_token& stop = {}) const;
+    // What a sheet seems to be.
+    [[nodiscard]] TableGuess guess(std::size_t sheet, const TableChoices& choices,
+                                   const std::stop_token& stop) const;
 
     // sheet: its place in sheets(). From the first row, each time.
     [[nodiscard]] std::unique_ptr<SheetRows> rows(std::size_t sheet,
@@ -103,7 +107,10 @@ class SheetSource final : public TableSource {
 
     [[nodiscard]] std::unique_ptr<RowSource> rows(const TextForm& form,
                                                   const std::stop_token& stop) const override;
-    [[nodiscard]] TableGuess guess(const TableChoices& choices) const override;
+    [[nodiscard]] TableGuess guess(const TableChoices& choices,
+                                   const std::stop_token& stop) const override {
+        return workbook_->guess(sheet_, choices, stop);
+    }
 
   private:
     std::shared_ptr<const Workbook> workbook_;

@@ -2,6 +2,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <map>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
 #include "tables/guess.h"
 #include "tables/reader.h"
 #include "tests/workbook/workbook_files.h"
@@ -84,6 +90,43 @@ TEST(WorkbookSheets, HiddenOnesAreLastAndEmptyOnesAreNotUsual) {
     }
 }
 
+// Sheets of inline texts and numbers, by their letters: w words, t a table, e nothing.
+Result<Workbook> bookOf(const std::string& sheets) {
+    const auto text = [](const std::string& shown) {
+        return "<c t='inlineStr'><is><t>" + shown + "</t></is></c>";
+    };
+    const std::map<char, std::string> rows = {
+        {'e', ""},
+        {'w', "<row>" + text("Author") + text("Jane") + "</row><row>" + text("Year") +
+                  "<c><v>2021</v></c>" + "</row>"},
+        {'t', "<row>" + text("Plot") + text("Poa annua") + "</row><row>" + text("P1") +
+                  "<c><v>4</v></c></row>"}};
+    std::string list;
+    std::string relations;
+    test::Files files = test::sheetFiles("");
+    for (std::size_t i = 0; i < sheets.size(); ++i) {
+        const std::string name = "s" + std::to_string(i + 1);
+        list += "<sheet name='" + name + "' id='" + name + "'/>";
+        relations +=
+            "<Relationship Id='" + name + "' Type='/worksheet' Target='" + name + ".xml'/>";
+        files.emplace_back("xl/" + name + ".xml", "<worksheet><sheetData>" + rows.at(sheets[i]) +
+                                                      "</sheetData></worksheet>");
+    }
+    files[1].second = "<workbook><sheets>" + list + "</sheets></workbook>";
+    files[2].second = "<Relationships>" + relations + "</Relationships>";
+    return test::openBytes(test::archiveOf(files));
+}
+
+TEST(WorkbookSheets, TheUsualOneHoldsATable) {
+    const std::vector<std::pair<std::string, std::optional<std::size_t>>> cases = {
+        {"tt", 0U}, {"wt", 1U}, {"ewet", 3U}, {"wtt", std::nullopt}, {"ww", 0U}, {"ew", 1U}};
+    for (const auto& [sheets, usual] : cases) {
+        const Result<Workbook> workbook = bookOf(sheets);
+        ASSERT_TRUE(workbook) << workbook.problem().message;
+        EXPECT_EQ(workbook.value().usualSheet(), usual) << sheets;
+    }
+}
+
 TEST(WorkbookCells, TheLastPlaceOfASheetNeedsNoMemoryForTheOthers) {
     WorkbookLimits limits;
     limits.cells = 2;
@@ -120,10 +163,10 @@ TableRecords readWorkbook(const std::string& name) {
         return {};
     }
     const auto shared = std::make_shared<const Workbook>(std::move(workbook).value());
-    const SheetSource source(shared, shared->usualSheet());
-    const TableGuess guess = source.guess({});
+    const SheetSource source(shared, shared->usualSheet().value());
+    const TableGuess guess = source.guess({}, {});
     EXPECT_THAT(guess.doubts, testing::IsEmpty());
-    EXPECT_EQ(guess.reading.sheet, shared->sheets()[shared->usualSheet()].name);
+    EXPECT_EQ(guess.reading.sheet, shared->sheets()[shared->usualSheet().value()].name);
     return readTable(*source.rows({}, {}), guess.reading);
 }
 

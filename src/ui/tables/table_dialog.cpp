@@ -78,6 +78,11 @@ TableDialog::TableDialog(const QString& name, std::shared_ptr<const TableInput> 
     showSheet(static_cast<int>(sheet_));
 }
 
+// Cancelled while a table is read: its job ends at the next row.
+TableDialog::~TableDialog() {
+    stop_.request_stop();
+}
+
 // The name, the sheets and the options.
 void TableDialog::addHeading(QVBoxLayout& column, const QString& name) {
     heading_ = new QWidget;
@@ -186,14 +191,19 @@ void TableDialog::showFound(TableRows rows) {
 
 void TableDialog::update() {
     outdated_ = running_;
-    if (running_) return;
+    if (running_) {
+        stop_.request_stop();
+        return;
+    }
     running_ = true;
+    stop_ = std::stop_source();
     showImportButton();
     jobs_.start(
         this,
-        [input = input_, sheet = sheet_, corrections = corrections_, others = others_] {
+        [input = input_, sheet = sheet_, corrections = corrections_, others = others_,
+         stop = stop_.get_token()] {
             return std::make_shared<const TablePreview>(
-                previewTable(*input, sheet, corrections, others));
+                previewTable(*input, sheet, corrections, others, stop));
         },
         [this](const std::shared_ptr<const TablePreview>& preview) { take(preview); });
 }

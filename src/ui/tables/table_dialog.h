@@ -7,6 +7,7 @@
 #include <QDialog>
 #include <memory>
 #include <optional>
+#include <stop_token>
 #include <string>
 
 #include "platform/job_queue.h"
@@ -38,6 +39,8 @@ class TableDialog : public QDialog {
     // name: of the file, or what stands for it.
     TableDialog(const QString& name, std::shared_ptr<const TableInput> input, JobQueue& jobs,
                 QWidget* parent);
+
+    ~TableDialog() override;
 
     // More tables follow, which Cancel leaves out: adds a button that leaves out only this one.
     void offerSkip();
@@ -84,6 +87,7 @@ class TableDialog : public QDialog {
     // By which corrections are kept: that of the bare guess. Not known before the first preview.
     std::optional<std::string> header_;
     bool running_ = false;   // a job makes a preview
+    std::stop_source stop_;  // of that job
     bool outdated_ = false;  // another one is needed after it
 
     QWidget* heading_ = nullptr;

@@ -4,6 +4,7 @@
 
 #include <cerrno>
 #include <optional>
+#include <stop_token>
 #include <utility>
 
 #include "base/files.h"
@@ -53,7 +54,8 @@ class FileSource final : public TableSource {
                                                   const std::stop_token& /*stop*/) const override {
         return std::make_unique<FileRows>(file_.descriptor(), form);
     }
-    [[nodiscard]] TableGuess guess(const TableChoices& choices) const override {
+    [[nodiscard]] TableGuess guess(const TableChoices& choices,
+                                   const std::stop_token& /*stop*/) const override {
         return guessTable(start_, false, choices);
     }
 
@@ -62,13 +64,14 @@ class FileSource final : public TableSource {
     std::string start_;
 };
 
-Result<TableInput> workbookInput(std::string bytes) {
+Result<TableInput> workbookInput(std::string bytes, const std::stop_token& stop) {
     constexpr std::size_t shortWorkbook = 1U << 19U;  // bytes, which are compressed
     const bool isShort = bytes.size() <= shortWorkbook;
-    Result<Workbook> opened = Workbook::open(std::make_shared<const std::string>(std::move(bytes)));
+    Result<Workbook> opened =
+        Workbook::open(std::make_shared<const std::string>(std::move(bytes)), stop);
     if (!opened) return opened.problem();
     const auto workbook = std::make_shared<const Workbook>(std::move(opened).value());
-    TableInput input{{}, workbook->usualSheet(), isShort};
+    TableInput input{{}, workbook->usualSheet(stop).value_or(0), isShort};
     for (std::size_t i = 0; i < workbook->sheets().size(); ++i) {
         const SheetInfo& sheet = workbook->sheets()[i];
         input.sheets.push_back({sheet.name + (sheet.hidden ? " (hidden)" : ""),
@@ -83,14 +86,14 @@ TableInput tableInput(std::string text) {
     return {{{{}, std::make_shared<const TextSource>(std::move(text), true)}}, 0, true};
 }
 
-Result<TableInput> tableInput(Result<InputFile> file) {
+Result<TableInput> tableInput(Result<InputFile> file, const std::stop_token& stop) {
     if (!file) return file.problem();
     InputFile& input = file.value();
     input.readStart(TableSample::mostBytes + 1);
     if (looksLikeWorkbook(input.start())) {
         Result<std::string> bytes = std::move(input).bytes();
         if (!bytes) return bytes.problem();
-        return workbookInput(std::move(bytes).value());
+        return workbookInput(std::move(bytes).value(), stop);
     }
     if (input.atEnd()) {
         Result<std::string> bytes = std::move(input).bytes();

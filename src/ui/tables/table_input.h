@@ -5,6 +5,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -24,8 +25,9 @@ struct TableInput {
     bool isShort = true;        // enough to be read as a whole for each preview
 };
 
-// Waits for the disk. A file that is empty or no table is a problem.
-Result<TableInput> tableInput(Result<InputFile> file);
+// Waits for the disk. A file that is empty or no table is a problem; stopped: one without a
+// message.
+Result<TableInput> tableInput(Result<InputFile> file, const std::stop_token& stop = {});
 TableInput tableInput(std::string text);
 
 }  // namespace zorvel

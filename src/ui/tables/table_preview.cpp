@@ -75,14 +75,17 @@ RowNumbers problemRows(const TableRemarks& problems) {
 class Previewer {
   public:
     Previewer(const TableInput& input, std::size_t sheet, const TableCorrections& corrections,
-              const TableRows& others)
-        : source_(*input.sheets[sheet].rows), corrections_(corrections), others_(others) {
+              const TableRows& others, std::stop_token stop)
+        : source_(*input.sheets[sheet].rows),
+          corrections_(corrections),
+          others_(others),
+          stop_(std::move(stop)) {
         preview_.sheet = input.sheets[sheet].name;
         preview_.whole = input.isShort;
     }
 
     TablePreview preview() {
-        TableGuess guess = source_.guess(corrections_.choices);
+        TableGuess guess = source_.guess(corrections_.choices, stop_);
         preview_.reading = std::move(guess.reading);
         applyCorrections(preview_.reading, corrections_);
         for (const TableDoubt doubt : guess.doubts) {
@@ -90,7 +93,7 @@ class Previewer {
         }
         preview_.unlikely = std::move(guess.unlikely);
         if (!preview_.whole) {
-            const auto source = source_.rows(preview_.reading.form, {});
+            const auto source = source_.rows(preview_.reading.form, stop_);
             TableSample sample = sampleRows(*source, true);
             if (const auto problem = source->problem()) preview_.failure = problem->message;
             preview_.whole = sample.whole;
@@ -105,13 +108,13 @@ class Previewer {
 
   private:
     [[nodiscard]] std::unique_ptr<RowSource> rows() const {
-        if (preview_.whole) return source_.rows(preview_.reading.form, {});
+        if (preview_.whole) return source_.rows(preview_.reading.form, stop_);
         return std::make_unique<KeptRows>(sample_);
     }
 
     void readAll() {
         const auto source = rows();
-        TableRecords records = readTable(*source, preview_.reading);
+        TableRecords records = readTable(*source, preview_.reading, stop_);
         if (const auto problem = source->problem()) preview_.failure = problem->message;
         preview_.censusCount = records.censuses.size();
         records.censuses.resize(std::min(records.censuses.size(), TablePreview::mostCensuses));
@@ -152,7 +155,7 @@ class Previewer {
         const auto source = rows();
         TableRow row;
         std::size_t width = 0;
-        while (source->next(row)) {
+        while (!stop_.stop_requested() && source->next(row)) {
             preview_.readRows = row.number;
             if (row.number >= firstRow && row.number < preview_.reading.firstDataRow()) {
                 for (const std::string_view cell : row.cells) {
@@ -202,6 +205,7 @@ class Previewer {
     const TableSource& source_;
     const TableCorrections& corrections_;
     const TableRows& others_;
+    std::stop_token stop_;
     TableRows sample_;
     TablePreview preview_;
 };
@@ -209,8 +213,9 @@ class Previewer {
 }  // namespace
 
 TablePreview previewTable(const TableInput& input, std::size_t sheet,
-                          const TableCorrections& corrections, const TableRows& others) {
-    return Previewer(input, sheet, corrections, others).preview();
+                          const TableCorrections& corrections, const TableRows& others,
+                          const std::stop_token& stop) {
+    return Previewer(input, sheet, corrections, others, stop).preview();
 }
 
 TableRows rowsOfProblems(RowSource& source, const TableRemarks& problems) {

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <map>
+#include <stop_token>
 #include <string>
 #include <vector>
 
@@ -58,9 +59,10 @@ using TableRows = std::vector<TableSample::Row>;
 
 // Guesses, corrects and reads: all rows of a short input, otherwise the first
 // TableSample::mostRows. others: later rows, ascending, in which a pass over all of them has found
-// problems.
+// problems. Stopped: as far as it was read.
 TablePreview previewTable(const TableInput& input, std::size_t sheet,
-                          const TableCorrections& corrections, const TableRows& others = {});
+                          const TableCorrections& corrections, const TableRows& others = {},
+                          const std::stop_token& stop = {});
 
 // The rows in which the problems are, a limited number of them.
 TableRows rowsOfProblems(RowSource& source, const TableRemarks& problems);
