@@ -166,6 +166,7 @@ TEST_F(Projects, AnImportIsDoneIfTheDiskFailsAfterTheWrite) {
         Verdict before(const FileCall& call) override { return {call.syncsFolder ? EIO : 0, 0}; }
     } failing;
     cli::Call call;
+    call.command = &cli::importCommand;
     call.files = {dataFolder + "three.csv"};
     call.into = project_;
     testing::internal::CaptureStderr();
