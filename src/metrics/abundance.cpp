@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <iterator>
 
 namespace zorvel {
 
@@ -38,13 +37,24 @@ const AbundanceTally::ShareSums& AbundanceTally::shareSums() const {
     return shareSums_.emplace(sums);
 }
 
+// Most taxa of a census are rare: only counts beyond a table are sorted, and the table costs no
+// more than reading the counts.
 std::vector<AbundanceClass> abundanceClasses(CountsView counts) {
-    CountsVector present;
-    std::copy_if(counts.begin(), counts.end(), std::back_inserter(present),
-                 [](std::int64_t count) { return count >= 1; });
-    std::sort(present.begin(), present.end());
+    std::vector<std::int64_t> tally(std::clamp<std::size_t>(4 * counts.size(), 64, 65'536));
+    CountsVector others;
+    for (const std::int64_t count : counts) {
+        if (count >= static_cast<std::int64_t>(tally.size())) {
+            others.push_back(count);
+        } else if (count >= 1) {
+            ++tally[static_cast<std::size_t>(count)];
+        }
+    }
+    std::sort(others.begin(), others.end());
     std::vector<AbundanceClass> classes;
-    for (const std::int64_t count : present) {
+    for (std::size_t k = 1; k < tally.size(); ++k) {
+        if (tally[k] != 0) classes.push_back({static_cast<std::int64_t>(k), tally[k]});
+    }
+    for (const std::int64_t count : others) {
         if (classes.empty() || classes.back().count != count) classes.push_back({count, 0});
         ++classes.back().taxa;
     }
