@@ -28,8 +28,8 @@ using TextReceiver = std::function<void(OpenedText opened)>;
 void openTextFile(ProjectWindows& windows, MainWindowController* window, const QString& title,
                   TextReceiver receive);
 
-// The same without a question, for a file that was opened to tell its kind; it is opened now if
-// there is none.
+// The same without a question. file: opened to tell its kind; null if the path is still to be
+// opened.
 void readTextInBackground(ProjectWindows& windows, MainWindowController* window,
                           const QString& path, std::shared_ptr<NamedFile> file,
                           TextReceiver receive);

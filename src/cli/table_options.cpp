@@ -124,7 +124,7 @@ void addTableOptions(CLI::App& app, TableOptions& options) {
     TableChoices& choices = corrections.choices;
     add("--sheet", "SHEET",
         "The sheet of a workbook (.xlsx, .ods), by name or number\n"
-        "(default: the first that holds a table)",
+        "(default: the first that is not empty, or the only one with a table)",
         [&](const std::string& text) { options.sheet = text; });
     add("--separator", "SEP", "comma, semicolon, tab, space, bar or a character",
         [&](const std::string& text) { choices.separator = readSeparator(text); });

@@ -75,10 +75,11 @@ std::int64_t numberIn(const Match& match, std::size_t group) {
 std::optional<double> coordinate(std::string_view text, double limit, std::string_view letters) {
     static const std::string space = "(?:\\s|\u00A0)*";
     static const std::string number = "([0-9.,]+)(?![0-9.,])" + space;
+    // No two runs of space side by side: to try all ways to part them would take long.
     static const std::regex form("([a-z]?)" + space + "([-+]|\u2212)?" + number +
-                                     "(?:\u00B0|\u00BA)?" + space + "(?:" + number +
-                                     "(?:'|\u2032|\u2019)?" + space + "(?:" + number +
-                                     "(?:''|\"|\u2033|\u201D)?" + space + ")?)?([a-z]?)",
+                                     "(?:(?:\u00B0|\u00BA)" + space + ")?(?:" + number +
+                                     "(?:(?:'|\u2032|\u2019)" + space + ")?(?:" + number +
+                                     "(?:(?:''|\"|\u2033|\u201D)" + space + ")?)?)?([a-z]?)",
                                  std::regex::icase);
     constexpr std::size_t longest = 1000;  // a regex takes stack for each character
     text = withoutOuterSpace(text);

@@ -110,6 +110,7 @@ void Document::reportSaves() {
 
 // A step of undo is one transaction: it is never written in parts.
 void Document::tick() {
+    if (ending_) return;
     if (project_.objectContext().isStepOpen()) {
         timer_.start(services_.settings.stepPoll);
     } else if (!isBeingWritten()) {
@@ -161,17 +162,13 @@ void Document::succeed(std::uint64_t revision) {
     problem_.reset();
     aside_.drop();
     if (file_) file_->whyNotWritable.reset();
-    // A change that came while this write was running waits for a retry, which may be a minute.
-    if (std::exchange(stuck_, false)) timer_.stop();
+    stuck_ = false;
     busyTries_ = 0;
     retry_ = std::chrono::milliseconds(0);
     unsaved_ = isUnsaved();
-    if (ending_) return;
-    if (!unsaved_) {
-        timer_.stop();
-    } else if (!timer_.isActive()) {
-        tick();
-    }
+    // What changed meanwhile follows at once.
+    timer_.stop();
+    if (unsaved_) tick();
 }
 
 void Document::fail(const FileProblem& problem) {

@@ -66,7 +66,11 @@ bool BlockBuilder::addTaxon(RecordId census, TaxonRecord taxon) {
         current_ = static_cast<std::size_t>(found - censuses_.begin());
         if (found == censuses_.end() || found->id != census) return false;
     }
-    censuses_[current_].taxa.push_back(std::move(taxon));
+    Open& open = censuses_[current_];
+    if (open.taxa.size() == taxaPerChunk) {
+        appendInChunks(open.block->chunks, std::exchange(open.taxa, {}), taxaPerChunk);
+    }
+    open.taxa.push_back(std::move(taxon));
     return true;
 }
 

@@ -23,7 +23,7 @@ class ProjectWriter {
     ProjectWriter(Connection& connection, const ObjectContext& state);
 
     // In the transaction that is open: makes these changes. If that fails, or the transaction does
-    // not take place, the writer knows the names of the file no longer and must not be used again.
+    // not take place, the writer no longer knows the names in the file and must not be used again.
     void write(const ChangeSet& changes);
     void writeProjectRow(const ProjectRow& row);
 

@@ -19,8 +19,9 @@ using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
 const std::vector<const cli::Command*> commands = {
-    &cli::metricsCommand,   &cli::summaryCommand, &cli::rarefactionCommand, &cli::projectCommand,
-    &cli::diversityCommand, &cli::matrixCommand,  &cli::recordsCommand,     &cli::importCommand};
+    &cli::metricsCommand, &cli::summaryCommand,   &cli::rarefactionCommand,
+    &cli::projectCommand, &cli::diversityCommand, &cli::matrixCommand,
+    &cli::recordsCommand, &cli::longTableCommand, &cli::importCommand};
 
 // Arguments without spaces in them; "" is an empty one.
 std::variant<cli::Call, cli::Reply> callOf(const std::string& arguments) {

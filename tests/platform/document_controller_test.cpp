@@ -309,6 +309,28 @@ TEST_F(DocumentControllerTest, CopiesAreUntitledProjectsWorthKeeping) {
     EXPECT_EQ(namesInFile(backupPaths(document).front()), (Names{"North"}));
 }
 
+TEST_F(DocumentControllerTest, WhatIsDiscardedWhileItsFileIsInUseIsNotWrittenAgain) {
+    settings.autosave = std::chrono::hours(1);
+    Document& other = openNorth();
+    Document& document = run->controller.newDocument();
+    addNamedCensus(document, "South");
+    document.saveSoon();
+    ASSERT_TRUE(isSavedSoon(document));
+    ASSERT_EQ(untitledFiles().size(), 1);
+    addNamedCensus(document, "West");
+    addNamedCensus(other, "East");
+    disk.seemBusy(1);
+    disk.setHanging(true, at("a.zorvel"));
+    document.saveSoon();
+    other.saveSoon();  // keeps the closing of the first from its turn
+    run->controller.discard(document);
+    processEventsFor(100);
+    disk.setHanging(false);
+    ASSERT_TRUE(isSavedSoon(other));
+    processEventsFor(100);
+    EXPECT_EQ(untitledFiles(), QStringList());
+}
+
 TEST_F(DocumentControllerTest, QuittingWritesAllAndDoesNotWaitForReading) {
     const QString other = makeProject("b.zorvel", {"North"});
     settings.autosave = std::chrono::hours(1);

@@ -32,15 +32,17 @@ class TestDisk : public CallListener {
         const std::lock_guard lock(mutex_);
         busyTimes_ = times;
     }
-    void setHanging(bool hanging) {
+    // Calls that touch files whose path begins so wait.
+    void setHanging(bool hanging, const QString& pathStart = {}) {
         const std::lock_guard lock(mutex_);
         hanging_ = hanging;
+        hangingStart_ = pathStart.toStdString();
         changed_.notify_all();
     }
 
     Verdict before(const FileCall& call) override {
         std::unique_lock lock(mutex_);
-        changed_.wait(lock, [this] { return !hanging_; });
+        changed_.wait(lock, [&] { return !hanging_ || call.path.rfind(hangingStart_, 0) != 0; });
         if (call.kind == CallKind::lock && busyTimes_ > 0) {
             --busyTimes_;
             return {busy, 0};
@@ -56,6 +58,7 @@ class TestDisk : public CallListener {
     int busyTimes_ = 0;
     std::string pathStart_;
     bool hanging_ = false;
+    std::string hangingStart_;
     VfsLayer layer_{*this};
 };
 
