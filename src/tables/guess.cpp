@@ -106,6 +106,7 @@ TableGuess guessRows(const SampleRows& rows, const TableReading& known,
     if (!records) {
         settleTotals(grid, reading, rows.size() < TableSample::mostRows && !choices.lastRow);
         guessNumbers(grid, guess);
+        std::sort(guess.doubts.begin(), guess.doubts.end());
         reading.presence = isPresenceTable(grid, reading);
     }
     return guess;

@@ -62,8 +62,13 @@ std::optional<ColumnRole> metadataOf(const SampleGrid& grid, std::size_t i) {
         case ColumnRole::latitude:
         case ColumnRole::longitude:
         case ColumnRole::notes:
-        case ColumnRole::stage:
             return meaning->role;
+        case ColumnRole::stage: {
+            // Ages in years tell samples apart.
+            const auto& cells = grid.row(i).cells;
+            const bool isAge = std::any_of(cells.begin() + 1, cells.end(), isNumberOfAnyForm);
+            return isAge ? ColumnRole::ignored : meaning->role;
+        }
         case ColumnRole::ignored:
             // Sand, or Area North, may be a census.
             if (meaning->rank > 1) return std::nullopt;

@@ -146,11 +146,14 @@ WordRoles rolesByWords(const SampleGrid& grid, std::size_t header) {
         if (!meaning) continue;
         roles[column] = ColumnRole::ignored;
         if (meaning->role == ColumnRole::ignored) continue;
+        const std::size_t below = std::max<std::size_t>(header, 1);
         if (meaning->role == ColumnRole::total || meaning->role == ColumnRole::stage) {
-            roles[column] = meaning->role;
+            // Ages in years tell samples apart.
+            const bool isAge =
+                meaning->role == ColumnRole::stage && grid.factsOf(below, column).counts > 0;
+            if (!isAge) roles[column] = meaning->role;
             continue;
         }
-        const std::size_t below = std::max<std::size_t>(header, 1);
         const bool isNoCount =
             meaning->role == ColumnRole::count &&
             (!grid.factsOf(below, column).isOfCounts() ||

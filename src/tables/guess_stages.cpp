@@ -2,6 +2,8 @@
 #include <algorithm>
 #include <set>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "tables/guess_parts.h"
 #include "tables/words.h"
@@ -25,14 +27,19 @@ class StageRows {
               const std::vector<std::size_t>& stages) {
         std::set<std::string> censuses;
         std::set<std::string> parts;
+        std::vector<std::string_view> above;
         for (std::size_t i = reading.headerRows.size(); i < grid.height(); ++i) {
             if (grid.isSummary(i) || filledCells(grid.row(i)) == 0) continue;
             std::string key;
+            above.resize(grid.width());
             for (std::size_t column = 0; column < grid.width(); ++column) {
                 const ColumnRole role = reading.role(column);
                 const bool isKey = role != ColumnRole::count && role != ColumnRole::ignored &&
                                    role != ColumnRole::total && role != ColumnRole::notes;
-                if (isKey) key.append(grid.cell(i, column)).append(1, '\n');
+                // Of merged names the first cell has the text.
+                const bool isMerged = role == ColumnRole::census && grid.cell(i, column).empty();
+                if (!isMerged) above[column] = grid.cell(i, column);
+                if (isKey) key.append(above[column]).append(1, '\n');
             }
             areSeveral |= !censuses.insert(key).second;
             for (const std::size_t column : stages) {
@@ -51,15 +58,22 @@ class StageRows {
 void guessStages(const SampleGrid& grid, const WordRoles& words, const TableChoices& choices,
                  TableGuess& guess) {
     TableReading& reading = guess.reading;
-    const std::size_t header = reading.headerRows.size();
-    for (std::size_t i = 0; i < header; ++i) {
-        if (reading.headerRows[i] != ColumnRole::stage && !isRowOfStages(grid, i)) continue;
-        if (header > 1) {
-            reading.headerRows[i] = ColumnRole::stage;
-            ignoreTotals(grid, i, reading.columns);
-        } else if (!choices.layout && guess.doubts.empty()) {
-            guess.doubts.push_back(TableDoubt::layout);
-        }
+    const ColumnRole names =
+        reading.layout == TableLayout::speciesRows ? ColumnRole::census : ColumnRole::species;
+    std::vector<std::size_t> stageRows;
+    bool isNamed = false;
+    for (std::size_t i = 0; i < reading.headerRows.size(); ++i) {
+        const bool isOfStages =
+            reading.headerRows[i] == ColumnRole::stage || isRowOfStages(grid, i);
+        if (isOfStages) stageRows.push_back(i);
+        isNamed |= !isOfStages && reading.headerRows[i] == names;
+    }
+    for (const std::size_t i : stageRows) {
+        reading.headerRows[i] = isNamed ? ColumnRole::stage : names;
+        if (isNamed) ignoreTotals(grid, i, reading.columns);
+    }
+    if (!stageRows.empty() && !isNamed && !choices.layout && guess.doubts.empty()) {
+        guess.doubts.push_back(TableDoubt::layout);
     }
     if (reading.layout != TableLayout::censusRows || reading.shortHeader) return;
     std::vector<std::size_t> stages;
@@ -68,9 +82,9 @@ void guessStages(const SampleGrid& grid, const WordRoles& words, const TableChoi
         if (words[column] == ColumnRole::stage) stages.push_back(column);
     }
     const StageRows rows(grid, reading, stages);
-    if (stages.empty() || !rows.areSeveral) return;
+    // Rows that repeat a stage are samples of their own.
+    if (!rows.areSeveral || rows.repeat) return;
     for (const std::size_t column : stages) reading.columns[column] = ColumnRole::stage;
-    if (rows.repeat) guess.doubts.push_back(TableDoubt::names);
 }
 
 }  // namespace zorvel

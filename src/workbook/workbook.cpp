@@ -196,7 +196,8 @@ std::optional<std::size_t> Workbook::usualSheet(const std::stop_token& stop) con
     if (filled.empty()) return 0;
     const auto holdsTable = [&](std::size_t sheet) {
         const TableGuess seen = guess(sheet, {}, stop);
-        const std::size_t counts = seen.reading.columnsOf(ColumnRole::count).size();
+        const std::size_t counts =
+            seen.reading.columnsOf(ColumnRole::count).size() + seen.unlikely.size();
         // Beside the words of notes may be a column with a year or a version.
         return seen.reading.layout == TableLayout::records || counts > 1 ||
                (counts == 1 && seen.doubts.empty());

@@ -242,7 +242,13 @@ TEST(TableGuess, SexesAndStagesAreAddedOrAskedFor) {
          {"Site,Date,Sex,Poa\nA,2021-05-01,m,1\nA,2021-05-01,f,2\nA,2021-06-01,m,4\n",
           "A: Poa=3; A: Poa=4; "},
          {"Site,Sex,Poa\nA,m,1\nB,f,2\n", "A: Poa=1; B: Poa=2; "},
-         {"Site,Sex,Poa\nA,m,1\nA,f,2\nA,m,4\n", "names? A: Poa=7; "},
+         {"Site,Sex,Poa\nA,m,1\nA,f,2\nA,m,4\n", "A: Poa=1; A: Poa=2; A: Poa=4; "},
+         {"Core,Alter,Poa,Rumex\nA,10,3,1\nA,20,2,2\n", "A: Poa=3 Rumex=1; A: Poa=2 Rumex=2; "},
+         {"Species,Core,Core\nAlter,1000,2000\nPinus sylvestris,3,4\nAlnus incana,1,2\n",
+          "Core: Pinus sylvestris=3 Alnus incana=1; Core: Pinus sylvestris=4 Alnus incana=2; "},
+         {"Species,\u2642,\u2640\nDate,2021-05-01,2021-05-01\nPoa,3,4\n",
+          "layout? \u2642: Poa=3; \u2640: Poa=4; "},
+         {"Site,Sex,Poa,Rumex\nA,m,1,1\n,f,2,2\nB,m,3,3\n,f,4,4\n", "A3: The census has no name."},
          {"Site,M,F,juv\nA,3,4,1\nB,1,0,0\n", "layout? A: M=3 F=4 juv=1; B: M=1; "},
          {"Species,♂,♀\nPoa,3,4\nBellis,1,0\n", "layout? ♂: Poa=3 Bellis=1; ♀: Poa=4; "}});
 }

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "model/diversity_document.h"
+#include "store/chunk_list.h"
 #include "ui/main/ordered_table_model.h"
 #include "ui/main/record_names.h"
 

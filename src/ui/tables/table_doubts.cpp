@@ -97,15 +97,17 @@ DoubtQuestion questionOf(TableDoubt doubt, const TablePreview& preview) {
         case TableDoubt::numbers: {
             QStringList columns;
             for (const std::size_t column : preview.unlikely) columns.append(letters(column));
-            ask(QString("whether column %1 holds counts: its numbers look like years, areas or the "
-                        "like")
+            ask(QString(columns.size() == 1
+                            ? "whether column %1 holds counts: its numbers look like years or areas"
+                            : "whether columns %1 hold counts: their numbers look like years or "
+                              "areas")
                     .arg(columns.join(", ")));
             const auto set = [&preview](ColumnRole role) {
                 return [columns = preview.unlikely, role](TableCorrections& corrections) {
                     for (const std::size_t column : columns) corrections.roles[column] = role;
                 };
             };
-            add("They are no counts", set(ColumnRole::ignored));
+            add("They are not counts", set(ColumnRole::ignored));
             add("They are counts", set(ColumnRole::count));
             break;
         }

@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <optional>
 #include <stop_token>
@@ -71,7 +72,12 @@ Result<TableInput> workbookInput(std::string bytes, const std::stop_token& stop)
         Workbook::open(std::make_shared<const std::string>(std::move(bytes)), stop);
     if (!opened) return opened.problem();
     const auto workbook = std::make_shared<const Workbook>(std::move(opened).value());
-    TableInput input{{}, workbook->usualSheet(stop).value_or(0), isShort};
+    const std::vector<SheetInfo>& sheets = workbook->sheets();
+    const auto filled = std::find_if(sheets.begin(), sheets.end(), [](const SheetInfo& sheet) {
+        return !sheet.hidden && !sheet.empty;
+    });
+    const auto first = static_cast<std::size_t>(filled - sheets.begin());
+    TableInput input{{}, workbook->usualSheet(stop).value_or(first), isShort};
     for (std::size_t i = 0; i < workbook->sheets().size(); ++i) {
         const SheetInfo& sheet = workbook->sheets()[i];
         input.sheets.push_back({sheet.name + (sheet.hidden ? " (hidden)" : ""),
