@@ -311,20 +311,25 @@ TEST_F(DocumentControllerTest, CopiesAreUntitledProjectsWorthKeeping) {
 
 TEST_F(DocumentControllerTest, WhatIsDiscardedWhileItsFileIsInUseIsNotWrittenAgain) {
     settings.autosave = std::chrono::hours(1);
-    Document& other = openNorth();
-    Document& document = run->controller.newDocument();
-    addNamedCensus(document, "South");
-    document.saveSoon();
-    ASSERT_TRUE(isSavedSoon(document));
-    ASSERT_EQ(untitledFiles().size(), 1);
+    restart();
+    Document& made = run->controller.newDocument();
+    addNamedCensus(made, "South");
+    made.saveSoon();
+    ASSERT_TRUE(isSavedSoon(made));
+    restart();
+    const auto back = recovered(1);
+    ASSERT_EQ(back.size(), 1u);
+    Document& document = *back[0];
+    Document& other = open(makeProject("a.zorvel", {"North"}));
     addNamedCensus(document, "West");
     addNamedCensus(other, "East");
-    disk.seemBusy(1);
+    disk.seemBusy(1000000);
     disk.setHanging(true, at("a.zorvel"));
     document.saveSoon();
     other.saveSoon();  // keeps the closing of the first from its turn
     run->controller.discard(document);
-    processEventsFor(100);
+    processEventsFor(500);
+    disk.seemBusy(0);
     disk.setHanging(false);
     ASSERT_TRUE(isSavedSoon(other));
     processEventsFor(100);
