@@ -27,11 +27,10 @@ class StageRows {
               const std::vector<std::size_t>& stages) {
         std::set<std::string> censuses;
         std::set<std::string> parts;
-        std::vector<std::string_view> above;
+        std::vector<std::string_view> above(grid.width());
         for (std::size_t i = reading.headerRows.size(); i < grid.height(); ++i) {
             if (grid.isSummary(i) || filledCells(grid.row(i)) == 0) continue;
             std::string key;
-            above.resize(grid.width());
             for (std::size_t column = 0; column < grid.width(); ++column) {
                 const ColumnRole role = reading.role(column);
                 const bool isKey = role != ColumnRole::count && role != ColumnRole::ignored &&
@@ -81,6 +80,7 @@ void guessStages(const SampleGrid& grid, const WordRoles& words, const TableChoi
         if (reading.columns[column] != ColumnRole::ignored) continue;
         if (words[column] == ColumnRole::stage) stages.push_back(column);
     }
+    if (stages.empty()) return;
     const StageRows rows(grid, reading, stages);
     // Rows that repeat a stage are samples of their own.
     if (!rows.areSeveral || rows.repeat) return;
