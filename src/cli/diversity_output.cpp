@@ -70,8 +70,8 @@ void writeSummary(JsonWriter& json, const DiversitySample& sample) {
         json.key(observed ? "observed" : "estimated");
         json.begin('{');
         for (int q = 0; q < static_cast<int>(kHillOrders); ++q) {
-            json.field("q" + std::to_string(q),
-                       observed ? estimator.observed(q) : estimator.estimated(q));
+            const char key[] = {'q', static_cast<char>('0' + q), '\0'};
+            json.field(key, observed ? estimator.observed(q) : estimator.estimated(q));
         }
         json.end('}');
     }

@@ -152,7 +152,7 @@ class RecordColumns {
         }
         if (names_.empty() && texts.size() == 1) names_ = texts;
         namesAreDoubtful_ |= names_.size() > 1 || (names_.empty() && !texts.empty());
-        if (names_.size() > 1) names_.resize(1);
+        if (names_.size() > 1) names_.erase(names_.begin() + 1, names_.end());
         if (names_.empty() && !texts.empty()) names_ = {texts.front()};
         if (names_.empty() && date != words_.end()) {
             names_ = {static_cast<std::size_t>(date - words_.begin())};
