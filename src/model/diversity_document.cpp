@@ -36,7 +36,7 @@ void DiversityDocument::forgetMainView() {
 
 void DiversityDocument::reloadTaxonNames() {
     if (!mainView_) return;
-    mainView_->taxonFormatter().setTaxonNames(taxonNameSet(fetchTaxa()));
+    mainView_->taxonFormatter().setTaxonNames(taxonNameSet(*context_));
 }
 
 void DiversityDocument::addCensus() {

@@ -63,15 +63,15 @@ bool TaxonFormatter::isPartialStringValid(std::string& partial, std::optional<Te
     return false;
 }
 
-TaxonFormatter::Names taxonNameSet(const std::vector<Zorvel>& taxa) {
+TaxonFormatter::Names taxonNameSet(const ObjectContext& context) {
     TaxonFormatter::Names names;
     std::unordered_set<const std::string*> seen;  // most names are the very same shared text
-    TaxonCursor cursor;
-    for (const Zorvel& taxon : taxa) {
-        const TaxonRecord* record = cursor.find(taxon);
-        if (!record || !record->values.name) continue;
-        const std::string& name = record->values.name->str();
-        if (seen.insert(&name).second) names.insert(name);
+    for (const BlockPointer& block : context.blocks()) {
+        block->forEachTaxon([&](const TaxonRecord& taxon) {
+            if (!taxon.values.name) return;
+            const std::string& name = taxon.values.name->str();
+            if (seen.insert(&name).second) names.insert(name);
+        });
     }
     return names;
 }

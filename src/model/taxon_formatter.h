@@ -58,7 +58,7 @@ class TaxonFormatter {
     std::unordered_set<const std::string*> seen_;
 };
 
-// The name of every taxon that has one, compared exactly.
-TaxonFormatter::Names taxonNameSet(const std::vector<Zorvel>& taxa);
+// The name of every taxon of the context that has one, compared exactly.
+TaxonFormatter::Names taxonNameSet(const ObjectContext& context);
 
 }  // namespace zorvel

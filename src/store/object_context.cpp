@@ -17,10 +17,6 @@ BlockPointer withTaxa(const CensusBlock& block, std::vector<RecordChange<TaxonRe
 
 }  // namespace
 
-Census ObjectContext::insertCensus() {
-    return insertCensus(CensusAttributes{}, {});
-}
-
 Census ObjectContext::insertCensus(const CensusAttributes& attributes,
                                    std::vector<TaxonValues> taxa) {
     auto block = std::make_shared<CensusBlock>();
@@ -96,26 +92,23 @@ void ObjectContext::deleteTaxa(const std::vector<Zorvel>& taxa) {
 
 template <class Edit>
 void ObjectContext::changeTaxa(std::vector<Zorvel> taxa, Edit&& edit) {
-    taxa.erase(std::remove_if(taxa.begin(), taxa.end(),
-                              [&](const Zorvel& taxon) { return taxon.context_ != this; }),
-               taxa.end());
+    std::erase_if(taxa, [&](const Zorvel& taxon) { return taxon.context_ != this; });
     std::sort(taxa.begin(), taxa.end(), [](const Zorvel& a, const Zorvel& b) {
         return a.census_ != b.census_ ? a.census_ < b.census_ : a.id_ < b.id_;
     });
     taxa.erase(std::unique(taxa.begin(), taxa.end()), taxa.end());
     ChangeSet changes;
-    std::vector<RecordChange<TaxonRecord>> edits;  // of one census
-    TaxonCursor cursor;
-    for (std::size_t i = 0; i < taxa.size(); ++i) {
-        if (const TaxonRecord* old = cursor.find(taxa[i])) {
+    for (auto taxon = taxa.begin(); taxon != taxa.end();) {
+        const RecordId census = taxon->census_;
+        const BlockPointer* before = find(census);
+        std::vector<RecordChange<TaxonRecord>> edits;
+        for (; taxon != taxa.end() && taxon->census_ == census; ++taxon) {
+            const auto* old = before ? findRecord((*before)->chunks, taxon->id_) : nullptr;
+            if (!old) continue;
             if (auto change = edit(*old)) edits.push_back(std::move(*change));
         }
-        const RecordId census = taxa[i].census_;
-        const bool last = i + 1 == taxa.size() || taxa[i + 1].census_ != census;
-        if (!last || edits.empty()) continue;
-        const BlockPointer& before = *find(census);
-        changes.push_back({census, before, withTaxa(*before, std::move(edits))});
-        edits.clear();
+        if (edits.empty()) continue;
+        changes.push_back({census, *before, withTaxa(**before, std::move(edits))});
     }
     change(changes);
 }

@@ -75,7 +75,6 @@ class Zorvel {
   private:
     friend class ObjectContext;
     friend class Census;
-    friend class TaxonCursor;
     Zorvel(const ObjectContext* context, RecordId census, RecordId id)
         : context_(context), census_(census), id_(id) {}
     [[nodiscard]] const TaxonValues& found() const;
@@ -115,18 +114,18 @@ class ObjectContext {
     ObjectContext(const ObjectContext&) = delete;
     ObjectContext& operator=(const ObjectContext&) = delete;
 
-    // New records have no name, notes or time, position 0, abundance 0, and include set.
-    Census insertCensus();
+    // At the end of the project. New records have no name, notes or time, position 0, abundance 0,
+    // and include set.
+    Census insertCensus(const CensusAttributes& attributes = {},
+                        std::vector<TaxonValues> taxa = {});
     // At the end of the census's taxa. The census must exist in this context; otherwise nothing is
     // inserted and the handle is of no record.
     Zorvel insertTaxon(const Census& census);
     // Many taxa at once, in order; none where the census is of no record of this context.
     std::vector<Zorvel> insertTaxa(const Census& census, std::vector<TaxonValues> taxa);
-    // A census with all its taxa at once, at the end of the project.
-    Census insertCensus(const CensusAttributes& attributes, std::vector<TaxonValues> taxa);
-    // Many of them, made elsewhere: a batch for that many records, censuses and taxa counted
-    // together, and the insertion of its censuses as one change. Their place in the order is that
-    // of the call of newBatch(). The batch is empty afterwards.
+    // Many censuses with their taxa, made elsewhere: a batch for that many records, censuses and
+    // taxa counted together, and the insertion of its censuses as one change. Their place in the
+    // order is that of the call of newBatch(). The batch is empty afterwards.
     std::shared_ptr<CensusBatch> newBatch(std::size_t records);
     void insertCensuses(CensusBatch& batch);
 
@@ -211,7 +210,6 @@ class ObjectContext {
   private:
     friend class Census;
     friend class Zorvel;
-    friend class TaxonCursor;
     // The id stands beside the pointer so that a search does not touch the blocks.
     struct Entry {
         RecordId id = 0;
@@ -262,24 +260,6 @@ class UndoStep {
 
   private:
     ObjectContext& context_;
-};
-
-// Reads the records of many taxa one after the other. It remembers the place of the last one, so
-// that taxa in the order of their census need no search. For one operation on one thread: the
-// contexts of the taxa must live and not change meanwhile.
-class TaxonCursor {
-  public:
-    // The record, whose census is block() from then on; null if the taxon was deleted.
-    const TaxonRecord* find(const Zorvel& taxon);
-
-    // The census of the taxon last found.
-    [[nodiscard]] const CensusBlock& block() const { return *block_; }
-
-  private:
-    const ObjectContext* context_ = nullptr;
-    RecordId census_ = 0;
-    const CensusBlock* block_ = nullptr;
-    std::optional<ChunkWalk<TaxonRecord>> next_;  // to the taxon expected next
 };
 
 }  // namespace zorvel

@@ -1,4 +1,4 @@
-// The handles, which find their record in the context at each read; the cursor over taxa; batches.
+// The handles, which find their record in the context at each read; batches.
 #include <memory>
 
 #include "store/object_context.h"
@@ -51,24 +51,6 @@ bool Zorvel::exists() const {
 std::optional<Census> Zorvel::census() const {
     if (!exists()) return std::nullopt;
     return Census(context_, census_);
-}
-
-const TaxonRecord* TaxonCursor::find(const Zorvel& taxon) {
-    if (taxon.context_ != context_ || taxon.census_ != census_) {
-        context_ = taxon.context_;
-        census_ = taxon.census_;
-        const BlockPointer* block = context_->find(census_);
-        block_ = block ? block->get() : nullptr;
-        next_.reset();
-        if (block_) next_.emplace(block_->chunks);
-    }
-    if (!block_) return nullptr;
-    if (next_->atEnd() || next_->record().id != taxon.id_) {
-        return findRecord(block_->chunks, taxon.id_);
-    }
-    const TaxonRecord* record = &next_->record();
-    next_->next();
-    return record;
 }
 
 bool CensusBatch::add(CensusAttributes attributes, std::size_t taxa,

@@ -135,7 +135,7 @@ TEST(ProjectLists, ManyNames) {
 
 TEST(ProjectLists, CompletionNamesAreComparedExactly) {
     ObjectContext context;
-    EXPECT_THAT(taxonNameSet(context.taxa()), IsEmpty());
+    EXPECT_THAT(taxonNameSet(context), IsEmpty());
     context.insertCensus({}, {{"Abies"},
                               {"abies"},
                               {"Abies"},
@@ -143,7 +143,7 @@ TEST(ProjectLists, CompletionNamesAreComparedExactly) {
                               {"caf\u00E9"},
                               {" Abies"},
                               {std::nullopt}});
-    EXPECT_THAT(taxonNameSet(context.taxa()),
+    EXPECT_THAT(taxonNameSet(context),
                 ElementsAre(" Abies", "Abies", "abies", "cafe\u0301", "caf\u00E9"));
 }
 
