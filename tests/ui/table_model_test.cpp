@@ -236,6 +236,43 @@ TEST_F(SpeciesTableModelTest, NeighboursThatComeBackGoToTheirPlaces) {
     deleteAndUndo();
     model.setFilter("");
     EXPECT_EQ(column(model, 1), (Texts{"Quercus", "abies", "Betula", "Acer", "unnamed"}));
+    model.sort(1);
+    model.setFilter("acer");
+    deleteAndUndo();
+    EXPECT_EQ(column(model, 1), (Texts{"abies", "Acer", "Betula"}));
+    model.setFilter("");
+    EXPECT_EQ(column(model, 1), (Texts{"abies", "Acer", "Betula", "Quercus", "unnamed"}));
+}
+
+// The newest record comes back to its place too; one that is added stays at the end.
+TEST_F(SpeciesTableModelTest, OnlyNewRecordsStandAtTheEndOfASortedTable) {
+    const auto undo = [this] {
+        context.undo();
+        context.announceChanges();
+    };
+    for (const bool isNarrowed : {false, true}) {
+        model.sort(1, Qt::DescendingOrder);
+        model.setFilter(isNarrowed ? "acer" : "");
+        context.deleteTaxa({census().taxa()[4]});
+        context.announceChanges();
+        context.insertTaxon(census());
+        context.announceChanges();
+        model.setFilter("");
+        EXPECT_EQ(column(model, 1), (Texts{"Quercus", "Betula", "Acer", "abies", "unnamed"}));
+        model.setFilter(isNarrowed ? "acer" : "");
+        undo();
+        undo();
+        model.setFilter("");
+        EXPECT_EQ(column(model, 1), (Texts{"unnamed", "Quercus", "Betula", "Acer", "abies"}));
+    }
+    // In another project they have lower identities.
+    ObjectContext other;
+    const Census first = other.insertCensus(named("South"), {{"Tilia", 1, true}});
+    model.setContext(other);
+    model.setCensus(first.block());
+    other.insertTaxon(first);
+    model.blockDidChange(first.block());
+    EXPECT_EQ(column(model, 1), (Texts{"Tilia", "unnamed"}));
 }
 
 // Every way in which rows can change, against a new model of the same records.

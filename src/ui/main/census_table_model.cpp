@@ -20,6 +20,7 @@ void CensusTableModel::setContext(ObjectContext& context) {
     beginResetModel();
     context_ = &context;
     records_.clear();
+    forgetRecords();
     Records ids;
     for (const BlockPointer& block : context.blocks()) {
         records_[block->id] = {block, std::nullopt};

@@ -84,6 +84,7 @@ void OrderedTableModel::sort(int column, Qt::SortOrder order) {
 
 void OrderedTableModel::arrange(Records records) {
     order_ = std::move(records);
+    if (!order_.empty()) newest_ = std::max(newest_, order_.back());
     arrangeByKeys(order_);
     const bool narrowed = all_.has_value();
     all_.reset();
@@ -138,10 +139,6 @@ void OrderedTableModel::change(const RecordsChange& change, const std::function<
     const auto isAmongInserted = [&](RecordId record) {
         return record > change.inserted.front() && record < change.inserted.back();
     };
-    if (all_) {
-        apply(change, *all_);
-        if (!isSorted()) std::sort(all_->begin(), all_->end());
-    }
     if (removed.size() > rangesAtMost ||
         (insertsMany &&
          (isSorted() || static_cast<std::size_t>(std::count_if(order_.begin(), order_.end(),
@@ -149,17 +146,18 @@ void OrderedTableModel::change(const RecordsChange& change, const std::function<
         return changeByReset(change, swap);
     }
     removeRanges(removed);
+    if (all_) removeFrom(*all_, change.removed);
     swap();
-    insertRecords(change.inserted);
+    insertInto(order_, change.inserted);
+    if (all_) insertInto(*all_, change.inserted);
+    if (!change.inserted.empty()) newest_ = std::max(newest_, change.inserted.back());
     tellUpdated(change.updated);
 }
 
-// Takes the removed records out, and puts the inserted ones at the end.
-void OrderedTableModel::apply(const RecordsChange& change, Records& records) {
+void OrderedTableModel::removeFrom(Records& records, const Records& removed) {
     std::erase_if(records, [&](RecordId record) {
-        return std::binary_search(change.removed.begin(), change.removed.end(), record);
+        return std::binary_search(removed.begin(), removed.end(), record);
     });
-    records.insert(records.end(), change.inserted.begin(), change.inserted.end());
 }
 
 void OrderedTableModel::changeByReset(const RecordsChange& change,
@@ -167,8 +165,13 @@ void OrderedTableModel::changeByReset(const RecordsChange& change,
     emit rowsAboutToBeReplaced();
     beginResetModel();
     swap();
-    apply(change, order_);
-    arrangeByKeys(order_);
+    for (Records* records : {&order_, all_ ? &*all_ : nullptr}) {
+        if (records == nullptr) continue;
+        removeFrom(*records, change.removed);
+        records->insert(records->end(), change.inserted.begin(), change.inserted.end());
+        arrangeByKeys(*records);
+    }
+    if (!change.inserted.empty()) newest_ = std::max(newest_, change.inserted.back());
     endResetModel();
     emit rowsReplaced();
 }
@@ -183,24 +186,24 @@ void OrderedTableModel::removeRanges(const std::vector<Range>& ranges) {
 }
 
 // Records that go to the same place are inserted together, if the order of the project is theirs.
-void OrderedTableModel::insertRecords(const Records& inserted) {
-    const auto newest = std::max_element(order_.begin(), order_.end());
-    const auto atEnd = newest == order_.end()
-                           ? inserted.begin()
-                           : std::upper_bound(inserted.begin(), inserted.end(), *newest);
+void OrderedTableModel::insertInto(Records& records, const Records& inserted) {
+    const bool isShown = &records == &order_;
+    const auto added = std::upper_bound(inserted.begin(), inserted.end(), newest_);
     for (auto first = inserted.begin(); first != inserted.end();) {
-        auto place = order_.end();
+        auto place = records.end();
         auto end = inserted.end();
-        if (first < atEnd) {
+        if (first < added) {
             place = std::upper_bound(
-                order_.begin(), order_.end(), keyed(*first),
+                records.begin(), records.end(), keyed(*first),
                 [this](const Keyed& one, RecordId other) { return isBefore(one, keyed(other)); });
-            end = isSorted() ? first + 1 : std::lower_bound(first, atEnd, *place);
+            end = isSorted()               ? first + 1
+                  : place == records.end() ? added
+                                           : std::lower_bound(first, added, *place);
         }
-        const int row = static_cast<int>(place - order_.begin());
-        beginInsertRows({}, row, row + static_cast<int>(end - first) - 1);
-        order_.insert(place, first, end);
-        endInsertRows();
+        const int row = static_cast<int>(place - records.begin());
+        if (isShown) beginInsertRows({}, row, row + static_cast<int>(end - first) - 1);
+        records.insert(place, first, end);
+        if (isShown) endInsertRows();
         first = end;
     }
 }

@@ -69,6 +69,8 @@ class OrderedTableModel : public QAbstractTableModel {
     // The value of Qt::TextAlignmentRole.
     [[nodiscard]] static QVariant alignment(bool isNumber);
 
+    // Before the records of another project, whose identities begin anew.
+    void forgetRecords() { newest_ = 0; }
     // Between beginResetModel and endResetModel: all records, ascending.
     void arrange(Records records);
     // The same when accepts() has changed. on: whether it can refuse a record. The rows keep their
@@ -76,8 +78,8 @@ class OrderedTableModel : public QAbstractTableModel {
     void narrow(bool on);
 
     // swap() replaces the records. Rows are removed before it and inserted after it, even those
-    // that accepts() would refuse: a record at the end of the project at the end of the table, any
-    // other where the sort order puts it.
+    // that accepts() would refuse: a new record at the end of the table, one that comes back where
+    // the sort order puts it.
     void change(const RecordsChange& change, const std::function<void()>& swap);
 
     // Tells the views that one column looks different.
@@ -95,15 +97,16 @@ class OrderedTableModel : public QAbstractTableModel {
     [[nodiscard]] bool isBefore(const Keyed& one, const Keyed& other) const;
     void arrangeByKeys(Records& records) const;
     void movePersistentIndexes(const Records& before);
-    static void apply(const RecordsChange& change, Records& records);
+    static void removeFrom(Records& records, const Records& removed);
     void changeByReset(const RecordsChange& change, const std::function<void()>& swap);
     void removeRanges(const std::vector<Range>& ranges);
-    void insertRecords(const Records& inserted);
+    void insertInto(Records& records, const Records& inserted);
     void tellUpdated(const Records& updated);
 
     std::vector<Column> columns_;
     Records order_;               // of the rows
     std::optional<Records> all_;  // the order of all records, while narrowed
+    RecordId newest_ = 0;         // that was shown in the project: identities are not used twice
     int sortColumn_ = -1;
     Qt::SortOrder sortOrder_ = Qt::AscendingOrder;
 };

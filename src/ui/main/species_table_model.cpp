@@ -12,6 +12,7 @@ namespace zorvel {
 
 void SpeciesTableModel::setContext(ObjectContext& context) {
     context_ = &context;
+    forgetRecords();
     setCensus(nullptr);
 }
 
