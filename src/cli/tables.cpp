@@ -103,7 +103,7 @@ std::unique_ptr<TableSource> openSheet(std::string bytes, const TableOptions& op
 bool settle(ReadTable& table, const TableSource& source, const TableOptions& options) {
     TableCorrections corrections = options.corrections;
     table.guess = source.guess(corrections.choices, {});
-    TableReading& reading = table.guess.reading;
+    const TableReading& reading = table.guess.reading;
     table.header = headerTexts(*source.rows(reading.form, {}), reading);
     for (const auto& [name, role] : options.columns) {
         const std::optional<std::size_t> column = findColumn(table.header, name);
@@ -113,9 +113,7 @@ bool settle(ReadTable& table, const TableSource& source, const TableOptions& opt
         }
         corrections.roles[*column] = role;
     }
-    applyCorrections(reading, corrections);
-    std::erase_if(table.guess.doubts,
-                  [&](auto doubt) { return settles(corrections, table.guess, doubt); });
+    applyCorrections(table.guess, corrections);
     return true;
 }
 

@@ -8,15 +8,59 @@ namespace {
 
 using ColumnRoles = std::map<std::size_t, ColumnRole>;
 
-bool settledByRoles(TableDoubt doubt, const ColumnRoles& roles) {
-    return std::any_of(roles.begin(), roles.end(), [doubt](const auto& each) {
-        const ColumnRole role = each.second;
-        if (doubt == TableDoubt::names)
-            return role == ColumnRole::census || role == ColumnRole::species;
-        if (doubt == TableDoubt::visits) return role == ColumnRole::ignored;
-        return role == ColumnRole::count ||
-               (doubt == TableDoubt::counts && role == ColumnRole::ignored);
-    });
+template <class Is>
+bool anyRole(const ColumnRoles& roles, const Is& is) {
+    return std::any_of(roles.begin(), roles.end(),
+                       [&is](const auto& each) { return is(each.first, each.second); });
+}
+
+bool allHaveRoles(const ColumnRoles& roles, const std::vector<std::size_t>& columns) {
+    return std::all_of(columns.begin(), columns.end(),
+                       [&roles](auto column) { return roles.contains(column); });
+}
+
+bool isDatePart(ColumnRole role) {
+    return role == ColumnRole::date || role == ColumnRole::year || role == ColumnRole::month ||
+           role == ColumnRole::day;
+}
+
+// Whether they answer the question of the guess: each has answers of its own.
+bool settles(const TableCorrections& corrections, const TableGuess& guess, TableDoubt doubt) {
+    const ColumnRoles& roles = corrections.roles;
+    const TableReading& reading = guess.reading;
+    switch (doubt) {
+        case TableDoubt::separator:
+            return corrections.choices.separator.has_value();
+        case TableDoubt::layout:
+            return corrections.choices.layout.has_value();
+        case TableDoubt::names:
+            return anyRole(roles, [](std::size_t /*column*/, ColumnRole role) {
+                return role == ColumnRole::census || role == ColumnRole::species;
+            });
+        case TableDoubt::counts:
+            return anyRole(roles, [&reading](std::size_t column, ColumnRole role) {
+                return role == ColumnRole::count || reading.role(column) == ColumnRole::count;
+            });
+        case TableDoubt::numbers:
+            return allHaveRoles(roles, guess.unlikely);
+        case TableDoubt::amounts:
+            return allHaveRoles(roles, reading.columnsOf(ColumnRole::count)) ||
+                   anyRole(roles, [&guess](std::size_t column, ColumnRole role) {
+                       return role == ColumnRole::count &&
+                              !std::binary_search(guess.unlikely.begin(), guess.unlikely.end(),
+                                                  column);
+                   });
+        case TableDoubt::visits:
+            return corrections.sameCensus ||
+                   anyRole(roles, [&reading](std::size_t column, ColumnRole role) {
+                       return isDatePart(reading.role(column)) && !isDatePart(role);
+                   });
+        case TableDoubt::dateOrder:
+            return corrections.dateOrder.has_value();
+        case TableDoubt::thousandsMark:
+            return corrections.thousandsMark || corrections.decimalMark;
+    }
+    return false;
 }
 
 void setRoles(TableReading& reading, const ColumnRoles& roles) {
@@ -43,7 +87,9 @@ void setRoles(TableReading& reading, const ColumnRoles& roles) {
 
 }  // namespace
 
-void applyCorrections(TableReading& reading, const TableCorrections& corrections) {
+void applyCorrections(TableGuess& guess, const TableCorrections& corrections) {
+    std::erase_if(guess.doubts, [&](auto doubt) { return settles(corrections, guess, doubt); });
+    TableReading& reading = guess.reading;
     const auto take = [](auto& value, const auto& corrected) {
         if (corrected) value = *corrected;
     };
@@ -60,29 +106,6 @@ void applyCorrections(TableReading& reading, const TableCorrections& corrections
     take(reading.sameSpecies, corrections.sameSpecies);
     take(reading.sameCensus, corrections.sameCensus);
     take(reading.unnamed, corrections.unnamed);
-}
-
-bool settles(const TableCorrections& corrections, const TableGuess& guess, TableDoubt doubt) {
-    switch (doubt) {
-        case TableDoubt::separator:
-            return corrections.choices.separator.has_value();
-        case TableDoubt::layout:
-            return corrections.choices.layout.has_value();
-        case TableDoubt::names:
-        case TableDoubt::counts:
-        case TableDoubt::amounts:
-            return settledByRoles(doubt, corrections.roles);
-        case TableDoubt::numbers:
-            return std::all_of(guess.unlikely.begin(), guess.unlikely.end(),
-                               [&](auto column) { return corrections.roles.contains(column); });
-        case TableDoubt::visits:
-            return corrections.sameCensus || settledByRoles(doubt, corrections.roles);
-        case TableDoubt::dateOrder:
-            return corrections.dateOrder.has_value();
-        case TableDoubt::thousandsMark:
-            return corrections.thousandsMark || corrections.decimalMark;
-    }
-    return false;
 }
 
 }  // namespace zorvel

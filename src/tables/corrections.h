@@ -29,10 +29,7 @@ struct TableCorrections {
 
 // Of columns, marks and rules; the choices have led the guess already. A column takes its role from
 // others that were guessed for it, unless a table has several of them: species or censuses of a
-// wide table, totals, and what is ignored.
-void applyCorrections(TableReading& reading, const TableCorrections& corrections);
-
-// Whether they answer the question of the guess.
-bool settles(const TableCorrections& corrections, const TableGuess& guess, TableDoubt doubt);
+// wide table, totals, and what is ignored. Questions that are answered are no longer in doubt.
+void applyCorrections(TableGuess& guess, const TableCorrections& corrections);
 
 }  // namespace zorvel

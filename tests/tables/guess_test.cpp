@@ -2,17 +2,18 @@
 // problems.
 #include <gtest/gtest.h>
 
+#include <map>
 #include <string>
 #include <vector>
 
+#include "tables/corrections.h"
 #include "tables/guess.h"
 #include "tables/reader.h"
 
 namespace zorvel {
 namespace {
 
-std::string takenFor(const std::string& text) {
-    const TableGuess guess = guessTable(text, true);
+std::string doubtsOf(const TableGuess& guess) {
     std::string shown;
     for (const TableDoubt doubt : guess.doubts) {
         constexpr const char* names[] = {"separator", "layout",    "names",
@@ -20,6 +21,12 @@ std::string takenFor(const std::string& text) {
                                          "visits",    "dateOrder", "thousandsMark"};
         shown += std::string(names[static_cast<std::size_t>(doubt)]) + "? ";
     }
+    return shown;
+}
+
+std::string takenFor(const std::string& text) {
+    const TableGuess guess = guessTable(text, true);
+    std::string shown = doubtsOf(guess);
     TextRows rows(bytesOf(text), guess.reading.form);
     const TableRecords records = readTable(rows, guess.reading);
     if (records.problems.count > 0) return shown + remarkText(records.problems.kept.front());
@@ -275,6 +282,39 @@ TEST(TableGuess, NumbersThatCanHardlyBeCountsAreAskedFor) {
           "A: Xyz=14 Poa=3; B: Xyz=14 Poa=1; C: Xyz=14; "},
          {"Site,Xyz,Poa,Rumex\nA,450,3,4\nB,9800,1,0\nC,610,0,2\nD,520,3,0\n",
           "A: Xyz=450 Poa=3 Rumex=4; B: Xyz=9800 Poa=1; C: Xyz=610 Rumex=2; D: Xyz=520 Poa=3; "}});
+}
+
+// The roles that are given, and the questions that are left.
+TEST(TableCorrections, EachQuestionIsSettledByAnAnswerOfItsOwn) {
+    using enum ColumnRole;
+    const std::string cover =
+        "Cover of 2021\nSite,Xyz,Poa,Rumex\nA,2019,3,4\nB,2020,1,0\nC,2019,0,2\n";
+    const std::string sexes = "Site,Species,Males,Females,Xyz\nA,Lasius,2,3,b\nB,Lasius,4,4,d\n";
+    std::string times = "Site,Date,Species,Count,Xyz\n";
+    for (const std::string minute : {"01", "07", "12", "40", "42", "55"}) {
+        times += "A,2021-05-01 08:" + minute + ",Poa,1,b\n";
+    }
+    const struct {
+        std::string text;
+        std::map<std::size_t, ColumnRole> roles;
+        const char* left;
+    } cases[] = {{cover, {}, "numbers? amounts? "},
+                 {cover, {{1, count}}, "amounts? "},
+                 {cover, {{1, ignored}}, "amounts? "},
+                 {cover, {{2, count}}, "numbers? "},
+                 {cover, {{2, ignored}}, "numbers? amounts? "},
+                 {cover, {{1, count}, {2, ignored}, {3, ignored}}, ""},
+                 {sexes, {{4, ignored}}, "counts? "},
+                 {sexes, {{3, ignored}}, ""},
+                 {times, {{4, ignored}}, "visits? "},
+                 {times, {{1, ignored}}, ""}};
+    for (const auto& [text, roles, left] : cases) {
+        TableGuess guess = guessTable(text, true);
+        TableCorrections corrections;
+        corrections.roles = roles;
+        applyCorrections(guess, corrections);
+        EXPECT_EQ(doubtsOf(guess), left) << text;
+    }
 }
 
 TEST(TableGuess, TimesOfRecordsMayBeNoneOfCensuses) {

@@ -3,6 +3,7 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QPushButton>
+#include <algorithm>
 #include <utility>
 #include <vector>
 
@@ -114,7 +115,11 @@ DoubtQuestion questionOf(TableDoubt doubt, const TablePreview& preview) {
         case TableDoubt::amounts: {
             ask("whether the numbers are counts of individuals: the table tells of a cover or a "
                 "mass");
-            const auto counts = reading.columnsOf(ColumnRole::count);
+            // Not those of another question, which this answer leaves open.
+            auto counts = reading.columnsOf(ColumnRole::count);
+            std::erase_if(counts, [&](auto column) {
+                return std::binary_search(preview.unlikely.begin(), preview.unlikely.end(), column);
+            });
             if (counts.empty()) break;
             add("They are counts", [column = counts.front()](TableCorrections& corrections) {
                 corrections.roles[column] = ColumnRole::count;

@@ -86,11 +86,9 @@ class Previewer {
 
     TablePreview preview() {
         TableGuess guess = source_.guess(corrections_.choices, stop_);
+        applyCorrections(guess, corrections_);
         preview_.reading = std::move(guess.reading);
-        applyCorrections(preview_.reading, corrections_);
-        for (const TableDoubt doubt : guess.doubts) {
-            if (!settles(corrections_, guess, doubt)) preview_.doubts.push_back(doubt);
-        }
+        preview_.doubts = std::move(guess.doubts);
         preview_.unlikely = std::move(guess.unlikely);
         if (!preview_.whole) {
             const auto source = source_.rows(preview_.reading.form, stop_);
