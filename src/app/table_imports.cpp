@@ -117,13 +117,19 @@ void importTableFile(ProjectWindows& windows, const CommandWindow& command,
     const QPointer<MainWindowController> guard(parent);
     const QPointer<MainViewController> view(parent != nullptr ? &parent->mainView() : nullptr);
     const QString name = QFileInfo(file->path).fileName();
-    std::stop_source stop;
-    const MainView::ProgressId progress =
-        view ? view->startImportProgress(QString("reading %1...").arg(name).toStdString(),
-                                         [stop]() mutable { stop.request_stop(); })
-             : 0;
     const auto import =
         std::make_shared<TableImport>(TableImport{windows, command, name, std::move(ended)});
+    std::stop_source stop;
+    const auto progress = std::make_shared<MainView::ProgressId>(0);
+    const auto cancel = [=]() mutable {
+        stop.request_stop();
+        view->stopProgress(*progress);
+        import->ended(true);
+    };
+    if (view) {
+        *progress =
+            view->startImportProgress(QString("reading %1...").arg(name).toStdString(), cancel);
+    }
     windows.jobs().start(
         &windows,
         [file, token = stop.get_token()]() -> Result<Input> {
@@ -132,9 +138,9 @@ void importTableFile(ProjectWindows& windows, const CommandWindow& command,
             return std::make_shared<const TableInput>(std::move(input).value());
         },
         [=](const Result<Input>& table) {
-            if (view) view->stopProgress(progress);
+            if (stop.stop_requested()) return;
+            if (view) view->stopProgress(*progress);
             if (import->command.isGone()) return;
-            if (stop.stop_requested()) return import->ended(true);
             if (table) return showTable(import, guard, name, table.value(), others);
             import->windows.panels().alerts.warn(guard, QString("“%1” could not be read").arg(name),
                                                  QString::fromStdString(table.problem().message));

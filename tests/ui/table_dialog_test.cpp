@@ -8,7 +8,16 @@
 #include <QMimeData>
 #include <QPushButton>
 #include <QTableWidget>
+#include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <memory>
+#include <mutex>
 
+#include "app/imports.h"
+#include "platform/file_reading.h"
+#include "tables/guess.h"
+#include "tables/source.h"
 #include "ui/main/clipboard_rows.h"
 #include "ui/tables/table_dialog.h"
 #include "ui/window_fixture.h"
@@ -219,6 +228,47 @@ TEST_F(TableDialogTest, WhatIsInDoubtIsAskedBeforeTheImport) {
     EXPECT_EQ(headerOf(1), "Column B, role species");
 }
 
+// Answered once, also for the next file of the header.
+TEST_F(TableDialogTest, NumbersThatMayBeYearsAreCountsOnlyIfTheAnswerSaysSo) {
+    const auto answers = [this] {
+        return dialog()->findChildren<QPushButton*>("tableDoubtAnswer");
+    };
+    const struct {
+        int answer;
+        QByteArray header;
+        std::string role;
+        std::vector<std::string> records;
+    } cases[] = {{0, "Xyz", "ignored", {"A", "Poa,3", "B", "Poa,1", "C", "Poa,2"}},
+                 {1,
+                  "Zyx",
+                  "species",
+                  {"A", "Zyx,2019", "Poa,3", "B", "Zyx,2020", "Poa,1", "C", "Zyx,2019", "Poa,2"}}};
+    for (const auto& [answer, header, role, imported] : cases) {
+        const QByteArray text = "Site," + header + ",Poa\nA,2019,3\nB,2020,1\nC,2019,2\n";
+        openTable(text);
+        ASSERT_TRUE(waitUntil([&] { return answers().size() == 2; }));
+        EXPECT_FALSE(importButton().isEnabled());
+        EXPECT_EQ(answers()[0]->accessibleDescription(),
+                  "Zorvel is not sure whether column B holds counts: its numbers look like years "
+                  "or areas. Choose.");
+        EXPECT_EQ(answers()[0]->text(), "&1: They are not counts");
+        EXPECT_EQ(answers()[1]->text(), "&2: They are counts");
+        answers()[answer]->click();
+        ASSERT_TRUE(waitFor("Import 3 Censuses"));
+        EXPECT_TRUE(answers().isEmpty());
+        EXPECT_EQ(headerOf(1).toStdString(), "Column B, role " + role);
+        key(Qt::Key_Return, Qt::ControlModifier);
+        ASSERT_TRUE(waitUntil([&] { return context().censusCount() == 3; }));
+        EXPECT_EQ(records(), imported);
+        context().undo();
+        sendDeletions();
+        openTable(text);
+        ASSERT_TRUE(waitFor("Import 3 Censuses"));
+        key(Qt::Key_Escape);
+        sendDeletions();
+    }
+}
+
 TEST_F(TableDialogTest, CountsOfSexesAreAddedIfTheAnswerSaysSo) {
     openTable("Site,Species,Males,Females\nA,Lasius,2,3\nB,Lasius,4,4\n");
     ASSERT_TRUE(waitUntil([&] { return title() == "Import 2 Censuses"; }));
@@ -250,6 +300,60 @@ TEST_F(TableDialogTest, EachLetterLeadsToOnePart) {
     }
     EXPECT_GE(letters.size(), 24);
     EXPECT_EQ(letters.removeDuplicates(), 0) << letters.join(' ').toStdString();
+}
+
+// Rows of a disk that does not answer, until they are not wanted any more.
+class SlowSource final : public TableSource {
+  public:
+    [[nodiscard]] std::unique_ptr<RowSource> rows(const TextForm& /*form*/,
+                                                  const std::stop_token& stop) const override {
+        begun = true;
+        std::mutex mutex;
+        std::unique_lock lock(mutex);
+        std::condition_variable_any answer;
+        answer.wait_for(lock, stop, std::chrono::seconds(20), [] { return false; });
+        stopped = stop.stop_requested();
+        return std::make_unique<TextRows>(bytesOf("Plot,Abies\nNorth,3\n"), TextForm());
+    }
+    [[nodiscard]] TableGuess guess(const TableChoices& choices,
+                                   const std::stop_token& /*stop*/) const override {
+        return guessTable("Plot,Abies\nNorth,3\n", true, choices);
+    }
+    mutable std::atomic<bool> begun = false;
+    mutable std::atomic<bool> stopped = false;
+};
+
+TEST_F(TableDialogTest, CancelEndsTheReadingOfAFileAndOfItsPreview) {
+    const auto table = [this](const char* name) {
+        KnownFile known;
+        known.file = std::make_shared<NamedFile>(write(name, "Plot,Abies\nNorth,3\n"));
+        known.isText = known.isTable = true;
+        return known;
+    };
+    holdJobs();
+    importFiles(*windows, CommandWindow(window), {table("a.csv"), table("b.csv")}, window);
+    EXPECT_EQ(label("progressLabel"), "reading a.csv...");
+    child<QPushButton>("cancelProgressButton").click();
+    EXPECT_TRUE(isIdle());
+    EXPECT_EQ(messages(), QStringList{"The import was cancelled. Also not imported: b.csv."});
+    releaseJobs();
+    drainJobs();
+    EXPECT_EQ(dialog(), nullptr);
+
+    const auto source = std::make_shared<SlowSource>();
+    auto* slow = new TableDialog(
+        "slow.csv", std::make_shared<TableInput>(TableInput{{{"", source}}}), *jobs, window);
+    slow->open();
+    EXPECT_EQ(part<QLabel>("tableUnderstood").text(), "Looking at the table...");
+    ASSERT_TRUE(waitUntil([&] { return source->begun.load(); }));
+    key(Qt::Key_Return, Qt::ControlModifier);
+    EXPECT_TRUE(slow->isVisible()) << "there is nothing to import yet";
+    key(Qt::Key_Escape);
+    EXPECT_EQ(slow->result(), QDialog::Rejected);
+    EXPECT_FALSE(slow->isVisible());
+    delete slow;
+    drainJobs();
+    EXPECT_TRUE(source->stopped);
 }
 
 // Until a table is shown, the options are of no table.
