@@ -36,6 +36,9 @@ std::size_t markLength(std::string_view text, char mark) {
 // The number with a point and without thousands marks; empty where it is none.
 std::string plainNumber(std::string_view cell, NumberMarks marks) {
     std::string plain;
+    const bool mayBegin = !cell.empty() && (isDigit(cell[0]) || cell[0] == '+' || cell[0] == '-' ||
+                                            cell[0] == marks.decimal);
+    if (!mayBegin) return plain;
     std::size_t digitsBefore = 0;  // since the start or the last thousands mark
     bool grouped = false;
     std::size_t i = 0;
@@ -75,6 +78,15 @@ std::string plainNumber(std::string_view cell, NumberMarks marks) {
         for (; i < cell.size() && isDigit(cell[i]); ++i) plain += cell[i];
     }
     return i == cell.size() ? plain : std::string();
+}
+
+// Of plainNumber().
+std::optional<double> valueOfPlain(std::string_view plain) {
+    double value = 0;
+    const char* const end = plain.data() + plain.size();
+    const auto result = std::from_chars(plain.data(), end, value);
+    if (plain.empty() || result.ec != std::errc() || result.ptr != end) return std::nullopt;
+    return value;
 }
 
 struct DateParts {
@@ -252,12 +264,8 @@ std::optional<double> percentage(std::string_view cell, NumberMarks marks) {
 }  // namespace
 
 std::optional<double> tableNumber(std::string_view cell, NumberMarks marks) {
-    const std::string plain = plainNumber(cell, marks);
-    double value = 0;
-    const char* const end = plain.data() + plain.size();
-    const auto result = std::from_chars(plain.data(), end, value);
-    if (plain.empty() || result.ec != std::errc() || result.ptr != end) return std::nullopt;
-    return value;
+    if (const std::int64_t plain = plainCount(cell)) return static_cast<double>(plain);
+    return valueOfPlain(plainNumber(cell, marks));
 }
 
 bool isMissingMark(std::string_view cell) {
@@ -317,11 +325,11 @@ CellCount cellCount(std::string_view cell, NumberMarks marks) {
     if (const std::optional<double> percent = percentage(cell, marks)) {
         return {Kind::fraction, static_cast<std::int64_t>(std::round(*percent))};
     }
-    const std::optional<double> value = tableNumber(cell, marks);
+    const std::string digits = plainNumber(cell, marks);
+    const std::optional<double> value = valueOfPlain(digits);
     if (!value) return {Kind::notANumber, 0};
     if (*value < 0) return {Kind::negative, 0};
     // Digits alone, as in 1 234, are read without rounding.
-    const std::string digits = plainNumber(cell, marks);
     const bool exact = digits.find_first_of(".e") == std::string::npos;
     if (exact) {
         const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), whole);

@@ -135,19 +135,18 @@ TableReading ownReading() {
     return reading;
 }
 
-// Adds the row with a copy of its text.
-void addRow(SampleRows& rows, const TableRow& row) {
-    std::size_t size = 0;
-    for (const std::string_view cell : row.cells) size += cell.size();
-    SampleRow& added = rows.emplace_back();
-    added.number = row.number;
-    added.text = std::make_unique<char[]>(size);
-    added.cells.reserve(row.cells.size());
-    char* end = added.text.get();
-    for (const std::string_view cell : row.cells) {
-        added.cells.emplace_back(end, cell.size());
-        end = std::copy(cell.begin(), cell.end(), end);
+// With a copy of its text, of which the cells are parts, one after the other.
+SampleRow copyOf(const TableRow& row) {
+    SampleRow copy{row.number, row.cells, nullptr, filledCells(row.cells)};
+    if (copy.cells.empty()) return copy;
+    const char* const start = row.cells.front().data();
+    const char* const end = row.cells.back().data() + row.cells.back().size();
+    copy.text = std::make_unique<char[]>(static_cast<std::size_t>(end - start));
+    std::copy(start, end, copy.text.get());
+    for (std::string_view& cell : copy.cells) {
+        cell = {copy.text.get() + (cell.data() - start), cell.size()};
     }
+    return copy;
 }
 
 }  // namespace
@@ -178,7 +177,9 @@ TableGuess guessTable(const TableSample& sample, const TextForm& form,
                       const TableChoices& choices) {
     SampleRows rows;
     for (const TableSample::Row& row : sample.rows) {
-        rows.push_back({row.number, {row.cells.begin(), row.cells.end()}, nullptr});
+        std::vector<std::string_view> cells(row.cells.begin(), row.cells.end());
+        const std::size_t filled = filledCells(cells);
+        rows.push_back({row.number, std::move(cells), nullptr, filled});
     }
     TableReading known;
     known.form = form;
@@ -198,7 +199,7 @@ TableGuess guessTable(std::string_view bytes, bool whole, const TableChoices& ch
     bool ended = false;
     while (rows.size() < TableSample::mostRows && !ended) {
         ended = !source.next(row);
-        if (!ended) addRow(rows, row);
+        if (!ended) rows.push_back(copyOf(row));
     }
     // The last row may be cut.
     if (ended && !whole && rows.size() > 1) rows.pop_back();

@@ -26,6 +26,7 @@ bool isClean(std::string_view cell, char separator) {
 
 // How well the text falls into even rows of clean cells: 0 to 1.
 double scoreOf(std::string_view head, const TextForm& form) {
+    if (form.separator != ' ' && head.find(form.separator) == std::string_view::npos) return 0;
     std::map<std::size_t, std::size_t> widths;  // of rows, and how many have them
     std::size_t rowCount = 0;
     std::size_t cells = 0;
@@ -62,6 +63,7 @@ double scoreOf(std::string_view head, const TextForm& form) {
 
 // A cell that begins with a quote and does not end with one, or has one inside, was never quoted.
 bool quotesAreLetters(std::string_view head, TextForm form) {
+    if (head.find('"') == std::string_view::npos) return false;
     form.quotes = false;
     TextRows rows(bytesOf(head), form);
     TableRow row;

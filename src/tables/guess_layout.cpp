@@ -80,7 +80,7 @@ std::optional<ColumnRole> metadataOf(const SampleGrid& grid, std::size_t i) {
 
 bool isRowOfUnits(const SampleGrid& grid, std::size_t i) {
     const auto& cells = grid.row(i).cells;
-    return filledCells(grid.row(i)) > 0 &&
+    return grid.row(i).filled > 0 &&
            std::all_of(cells.begin(), cells.end(),
                        [](std::string_view cell) { return cell.empty() || isCountUnit(cell); });
 }

@@ -34,17 +34,20 @@ struct SumCheck {
 // Of a column. Rows with a cell that is no number say nothing.
 SumCheck checkColumn(const SampleGrid& grid, const TableReading& reading, std::size_t total) {
     const NumberMarks marks{reading.decimalMark, reading.thousandsMark};
+    const std::vector<std::size_t> counts = reading.columnsOf(ColumnRole::count);
     SumCheck check;
     for (std::size_t i = reading.headerRows.size(); i < grid.height(); ++i) {
         std::vector<double> numbers;
         bool isClean = !grid.cell(i, total).empty();
-        for (const std::size_t column : reading.columnsOf(ColumnRole::count)) {
+        for (const std::size_t column : counts) {
             if (column == total) continue;
             const std::string_view cell = grid.cell(i, column);
             numbers.push_back(valueOf(cell, marks));
             isClean &= cell.empty() || isNumberOfAnyForm(cell);
         }
         if (isClean) check.add(numbers, valueOf(grid.cell(i, total), marks));
+        // More than a tenth of all rows are wrong: no total, with or without a word.
+        if ((check.sums - check.right) * 10 > grid.height()) break;
     }
     return check;
 }
@@ -59,6 +62,7 @@ SumCheck checkLastRow(const SampleGrid& grid, const TableReading& reading) {
             numbers.push_back(valueOf(grid.cell(i, column), marks));
         }
         check.add(numbers, valueOf(grid.cell(grid.height() - 1, column), marks));
+        if (check.right < check.sums) break;
     }
     return check;
 }
@@ -106,8 +110,11 @@ bool isGrouped(std::string_view cell, char mark, char decimal) {
 
 void countMarks(std::string_view cell, bool groupable, MarkCounts& marks) {
     if (cell.empty() || isDigits(cell)) return;
-    const bool comma = tableNumber(cell, {',', 0}) && cell.find(',') != std::string_view::npos;
-    const bool point = tableNumber(cell, {'.', 0}) && cell.find('.') != std::string_view::npos;
+    marks.severalGroups += std::count(cell.begin(), cell.end(), ',') > 1 ||
+                           std::count(cell.begin(), cell.end(), '.') > 1;
+    if (!hasDigit(cell)) return;
+    const bool comma = cell.find(',') != std::string_view::npos && tableNumber(cell, {',', 0});
+    const bool point = cell.find('.') != std::string_view::npos && tableNumber(cell, {'.', 0});
     if (groupable && isGrouped(cell, ',', '.')) {
         ++marks.commaGroups;
     } else if (comma) {
@@ -118,8 +125,7 @@ void countMarks(std::string_view cell, bool groupable, MarkCounts& marks) {
     } else if (point) {
         ++marks.points;
     }
-    marks.severalGroups += std::count(cell.begin(), cell.end(), ',') > 1 ||
-                           std::count(cell.begin(), cell.end(), '.') > 1;
+    if (comma || point) return;  // there is no other mark
     marks.quoteGroups += isGrouped(cell, '\'', '.') || isGrouped(cell, '\'', ',');
     marks.blankGroups += isGrouped(cell, ' ', '.') || isGrouped(cell, ' ', ',');
 }
@@ -143,11 +149,16 @@ void guessMarks(const SampleGrid& grid, TableGuess& guess) {
         if (role != ColumnRole::latitude && role != ColumnRole::longitude) continue;
         for (const std::string_view cell : grid.row(i).cells) countMarks(cell, false, found);
     }
+    const std::vector<ColumnFacts>& facts = grid.factsOf(reading.headerRows.size());
+    std::vector<std::size_t> columns;
+    for (std::size_t column = 0; column < grid.width(); ++column) {
+        const bool mayHave = facts[column].digits < facts[column].filled;
+        if (mayHave && isNumeric(reading.role(column))) columns.push_back(column);
+    }
     for (std::size_t i = reading.headerRows.size(); i < grid.height(); ++i) {
-        for (std::size_t column = 0; column < grid.width(); ++column) {
-            if (isNumeric(reading.role(column)) && !grid.isSummary(i)) {
-                countMarks(grid.cell(i, column), isGroupable(reading.role(column)), found);
-            }
+        for (const std::size_t column : columns) {
+            if (grid.isSummary(i)) break;
+            countMarks(grid.cell(i, column), isGroupable(reading.columns[column]), found);
         }
     }
     const char separator = reading.form.separator;
@@ -179,14 +190,14 @@ void guessDateOrder(const SampleGrid& grid, TableGuess& guess) {
             reading.dateOrder = order;
         }
     };
-    for (std::size_t i = 0; i < grid.height(); ++i) {
-        const bool dates =
-            i < reading.headerRows.size() && reading.headerRows[i] == ColumnRole::date;
-        for (std::size_t column = 0; column < grid.width(); ++column) {
-            const bool dated =
-                i >= reading.headerRows.size() && reading.role(column) == ColumnRole::date;
-            if (dates || dated) look(grid.cell(i, column));
-        }
+    const std::size_t header = reading.headerRows.size();
+    for (std::size_t i = 0; i < header; ++i) {
+        if (reading.headerRows[i] != ColumnRole::date) continue;
+        for (std::size_t column = 0; column < grid.width(); ++column) look(grid.cell(i, column));
+    }
+    const std::vector<std::size_t> dates = reading.columnsOf(ColumnRole::date);
+    for (std::size_t i = header; i < grid.height(); ++i) {
+        for (const std::size_t column : dates) look(grid.cell(i, column));
     }
     if (needed && reading.dateOrder == DateOrder::unknown)
         guess.doubts.push_back(TableDoubt::dateOrder);

@@ -30,7 +30,7 @@ bool determines(const SampleGrid& grid, std::size_t header, const RowKeys& keys,
                 const RowKeys& values) {
     std::map<std::string_view, std::string_view> valueOf;
     for (std::size_t i = header; i < grid.height(); ++i) {
-        if (grid.isSummary(i) || filledCells(grid.row(i)) == 0) continue;
+        if (grid.isSummary(i) || grid.row(i).filled == 0) continue;
         if (valueOf.try_emplace(keys[i], values[i]).first->second != values[i]) return false;
     }
     return true;
@@ -67,7 +67,7 @@ bool areBareNumbers(const SampleGrid& grid, std::size_t header, std::size_t colu
 
 bool hasBlanks(const SampleGrid& grid, std::size_t header, std::size_t column) {
     for (std::size_t i = header; i < grid.height(); ++i) {
-        const bool isRow = !grid.isSummary(i) && filledCells(grid.row(i)) > 0;
+        const bool isRow = !grid.isSummary(i) && grid.row(i).filled > 0;
         if (isRow && grid.cell(i, column).empty()) return true;
     }
     return false;

@@ -11,18 +11,6 @@ namespace {
 
 using Numbers = std::vector<std::int64_t>;
 
-// Of a column without blanks; none where one of its cells is no whole number.
-Numbers wholeNumbers(const SampleGrid& grid, std::size_t header, std::size_t column) {
-    Numbers numbers;
-    for (std::size_t i = header; i < grid.height(); ++i) {
-        if (grid.isSummary(i) || filledCells(grid.row(i)) < 2) continue;
-        const std::string_view cell = grid.cell(i, column);
-        if (!isDigits(cell) || cell.size() > 18) return {};
-        numbers.push_back(plainCount(cell));
-    }
-    return numbers;
-}
-
 // 14, 14, 14: an effort or an area.
 bool areOneValue(const Numbers& numbers) {
     return numbers.size() >= 4 && numbers.front() > 2 &&
@@ -46,26 +34,18 @@ bool rise(const Numbers& numbers) {
     return areRegular || (numbers.size() >= 6 && numbers.front() >= 10);
 }
 
-// Of one size in all rows, and there ten times as many as anything else: altitudes, coordinates.
-bool areFarLarger(const Numbers& numbers, const Numbers& largestOthers) {
-    if (numbers.size() < 4 || numbers.size() != largestOthers.size()) return false;
-    const auto [least, most] = std::minmax_element(numbers.begin(), numbers.end());
-    bool areLarger = *least >= 100 && *most / 5 <= *least;
-    for (std::size_t i = 0; i < numbers.size(); ++i) {
-        areLarger &= numbers[i] / 10 >= largestOthers[i];
-    }
-    return areLarger;
-}
-
 class NumberColumns {
   public:
-    NumberColumns(const SampleGrid& grid, const TableReading& reading)
-        : grid_(grid), header_(reading.headerRows.size()) {
+    NumberColumns(const SampleGrid& grid, const TableReading& reading) : grid_(grid) {
+        const std::size_t header = reading.headerRows.size();
+        for (std::size_t i = header; i < grid.height(); ++i) {
+            if (!grid.isSummary(i) && grid.row(i).filled > 1) rows_.push_back(i);
+        }
         const bool ofSpecies = reading.layout == TableLayout::censusRows;
         for (const std::size_t column : reading.columnsOf(ColumnRole::count)) {
-            const std::string_view text = grid.headerText(header_, column);
+            const std::string_view text = grid.headerText(header, column);
             const bool isName = ofSpecies ? looksLikeSpeciesName(text) : looksLikeCensusName(text);
-            Numbers numbers = isName ? Numbers() : wholeNumbers(grid, header_, column);
+            Numbers numbers = isName ? Numbers() : wholeNumbers(column);
             if (areOneValue(numbers) || areYears(numbers) || rise(numbers)) {
                 unlikely_.push_back(column);
                 continue;
@@ -79,7 +59,7 @@ class NumberColumns {
 
     // Empty where no other columns are left.
     std::vector<std::size_t> unlikely() {
-        if (likely_.size() > 2 && areFarLarger(largest_, largestOthers())) {
+        if (likely_.size() > 2 && areFarLarger()) {
             unlikely_.push_back(largestColumn_);
             std::erase(likely_, largestColumn_);
         }
@@ -89,23 +69,34 @@ class NumberColumns {
     }
 
   private:
-    // Of each row, the largest count of the other likely columns.
-    [[nodiscard]] Numbers largestOthers() const {
-        Numbers largest;
-        for (std::size_t i = header_; i < grid_.height(); ++i) {
-            if (grid_.isSummary(i) || filledCells(grid_.row(i)) < 2) continue;
-            std::int64_t most = 0;
-            for (const std::size_t other : likely_) {
-                if (other != largestColumn_)
-                    most = std::max(most, plainCount(grid_.cell(i, other)));
-            }
-            largest.push_back(most);
+    // Of a column without blanks; none where one of its cells is no whole number.
+    [[nodiscard]] Numbers wholeNumbers(std::size_t column) const {
+        Numbers numbers;
+        for (const std::size_t i : rows_) {
+            const std::string_view cell = grid_.cell(i, column);
+            if (!isDigits(cell) || cell.size() > 18) return {};
+            numbers.push_back(plainCount(cell));
         }
-        return largest;
+        return numbers;
+    }
+
+    // The largest numbers are of one size in all rows, and there ten times as many as anything
+    // else: altitudes, coordinates.
+    [[nodiscard]] bool areFarLarger() const {
+        if (largest_.size() < 4) return false;
+        const auto [least, most] = std::minmax_element(largest_.begin(), largest_.end());
+        if (*least < 100 || *most / 5 > *least) return false;
+        return std::none_of(likely_.begin(), likely_.end(), [this](std::size_t other) {
+            if (other == largestColumn_) return false;
+            for (std::size_t i = 0; i < rows_.size(); ++i) {
+                if (plainCount(grid_.cell(rows_[i], other)) > largest_[i] / 10) return true;
+            }
+            return false;
+        });
     }
 
     const SampleGrid& grid_;
-    std::size_t header_;
+    std::vector<std::size_t> rows_;  // of the grid, that say something
     std::vector<std::size_t> unlikely_;
     std::vector<std::size_t> likely_;
     Numbers largest_;  // of the column with the largest number of the first row

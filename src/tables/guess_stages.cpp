@@ -29,7 +29,7 @@ class StageRows {
         std::set<std::string> parts;
         std::vector<std::string_view> above(grid.width());
         for (std::size_t i = reading.headerRows.size(); i < grid.height(); ++i) {
-            if (grid.isSummary(i) || filledCells(grid.row(i)) == 0) continue;
+            if (grid.isSummary(i) || grid.row(i).filled == 0) continue;
             std::string key;
             for (std::size_t column = 0; column < grid.width(); ++column) {
                 const ColumnRole role = reading.role(column);

@@ -34,7 +34,7 @@ std::size_t mode(const std::vector<std::size_t>& counts) {
 
 // Two numbers alone above a table: how many species and samples it has.
 bool isSizeLine(const SampleRow& row) {
-    return filledCells(row) == 2 && filledWidth(row) == 2 && tableNumber(row.cells[0], {}) &&
+    return row.filled == 2 && filledWidth(row) == 2 && tableNumber(row.cells[0], {}) &&
            tableNumber(row.cells[1], {});
 }
 
@@ -48,14 +48,15 @@ bool isFractionOrNegative(std::string_view cell) {
         const auto kind = cellCount(cell, marks).kind;
         return kind == CellCount::Kind::fraction || kind == CellCount::Kind::negative;
     };
-    const bool grouped = tableNumber(cell, {'.', ','}) && tableNumber(cell, {',', '.'});
-    return (isOf({'.', 0}) || isOf({',', 0})) && !grouped;
+    return hasDigit(cell) && (isOf({'.', 0}) || isOf({',', 0})) &&
+           !(tableNumber(cell, {'.', ','}) && tableNumber(cell, {',', '.'}));
 }
 
 void addFact(ColumnFacts& facts, std::string_view cell) {
     if (cell.empty()) return;
     ++facts.filled;
     if (isDigits(cell)) {
+        ++facts.digits;
         ++facts.counts;
         return;
     }
@@ -65,7 +66,7 @@ void addFact(ColumnFacts& facts, std::string_view cell) {
 
 // Site A, blank, Site B, blank: each above a filled cell, and none above the names.
 bool isRowOfGroups(const SampleRow& row, const SampleRow& below) {
-    if (row.cells.empty() || !row.cells.front().empty() || filledCells(row) < 2) return false;
+    if (row.cells.empty() || !row.cells.front().empty() || row.filled < 2) return false;
     for (std::size_t i = 0; i < row.cells.size(); ++i) {
         if (row.cells[i].empty()) continue;
         if (i >= below.cells.size() || below.cells[i].empty()) return false;
@@ -76,9 +77,8 @@ bool isRowOfGroups(const SampleRow& row, const SampleRow& below) {
 
 }  // namespace
 
-std::size_t filledCells(const SampleRow& row) {
-    return static_cast<std::size_t>(
-        std::count_if(row.cells.begin(), row.cells.end(), isFilledCell));
+std::size_t filledCells(const std::vector<std::string_view>& cells) {
+    return static_cast<std::size_t>(std::count_if(cells.begin(), cells.end(), isFilledCell));
 }
 
 std::size_t filledWidth(const SampleRow& row) {
@@ -92,8 +92,14 @@ bool isComment(const SampleRow& row) {
 }
 
 bool isDigits(std::string_view cell) {
-    return !cell.empty() &&
-           std::all_of(cell.begin(), cell.end(), [](char c) { return c >= '0' && c <= '9'; });
+    for (const char c : cell) {
+        if (c < '0' || c > '9') return false;
+    }
+    return !cell.empty();
+}
+
+bool hasDigit(std::string_view cell) {
+    return cell.find_first_of("0123456789") != std::string_view::npos;
 }
 
 bool isNumberOfAnyForm(std::string_view cell) {
@@ -103,7 +109,7 @@ bool isNumberOfAnyForm(std::string_view cell) {
 }
 
 bool isCountLike(std::string_view cell) {
-    return isMissingMark(cell) || presenceMark(cell) || isNumberOfAnyForm(cell) ||
+    return presenceMark(cell) || isNumberOfAnyForm(cell) || isMissingMark(cell) ||
            isAbundanceMark(cell) || isFormula(cell) || isErrorValue(cell);
 }
 
@@ -112,7 +118,7 @@ Block findBlock(const SampleRows& rows, const TableChoices& choices) {
     std::vector<std::size_t> filledOf;
     std::vector<std::size_t> widths;
     for (const SampleRow& row : rows) {
-        filledOf.push_back(filledCells(row));
+        filledOf.push_back(row.filled);
         widths.push_back(filledWidth(row));
     }
     const std::size_t filled = mode(filledOf);
@@ -166,9 +172,10 @@ const std::vector<ColumnFacts>& SampleGrid::factsOf(std::size_t header) const {
     const auto [found, isNew] = facts_.try_emplace(header, width());
     std::vector<ColumnFacts>& facts = found->second;
     for (std::size_t i = header; isNew && i < height(); ++i) {
-        for (std::size_t column = 0; column < width() && !isSummary(i); ++column) {
-            addFact(facts[column], cell(i, column));
-        }
+        if (isSummary(i)) continue;
+        const auto& cells = row(i).cells;
+        const std::size_t end = std::min(width(), cells.size());
+        for (std::size_t column = 0; column < end; ++column) addFact(facts[column], cells[column]);
     }
     return facts;
 }

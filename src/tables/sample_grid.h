@@ -19,10 +19,11 @@ struct SampleRow {
     std::size_t number = 0;
     std::vector<std::string_view> cells;
     std::unique_ptr<char[]> text;  // of the cells, unless it is elsewhere
+    std::size_t filled = 0;        // the number of cells that are not empty
 };
 using SampleRows = std::vector<SampleRow>;
 
-std::size_t filledCells(const SampleRow& row);
+std::size_t filledCells(const std::vector<std::string_view>& cells);
 // The width without empty cells at the right end.
 std::size_t filledWidth(const SampleRow& row);
 bool isComment(const SampleRow& row);
@@ -30,6 +31,7 @@ bool isComment(const SampleRow& row);
 // A number with either mark, or grouped digits.
 bool isNumberOfAnyForm(std::string_view cell);
 bool isDigits(std::string_view cell);
+bool hasDigit(std::string_view cell);
 // May stand where a count is expected, rightly or as a problem.
 bool isCountLike(std::string_view cell);
 
@@ -44,6 +46,7 @@ Block findBlock(const SampleRows& rows, const TableChoices& choices);
 // What the cells of a column hold, from a row on.
 struct ColumnFacts {
     std::size_t filled = 0;
+    std::size_t digits = 0;    // nothing else
     std::size_t counts = 0;    // that may stand where a count is expected
     std::size_t measured = 0;  // numbers that are no counts: with a fraction or below zero
 

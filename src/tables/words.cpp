@@ -238,6 +238,16 @@ bool looksLikeNumberedSpecies(std::string_view text) {
     return isOneOf(words, word);
 }
 
+bool isBinomial(std::string_view text) {
+    const std::size_t gap = text.find_first_of(" _.");
+    if (gap == std::string_view::npos || gap < 2 || gap + 3 > text.size()) return false;
+    const std::string_view genus = text.substr(0, gap);
+    const std::string_view epithet = text.substr(gap + 1);
+    return genus.front() >= 'A' && genus.front() <= 'Z' &&
+           std::all_of(genus.begin(), genus.end(), isLetter) &&
+           (epithet.front() >= 'a' && epithet.front() <= 'z') && isLetter(epithet[1]);
+}
+
 }  // namespace
 
 std::optional<HeaderMeaning> headerMeaning(std::string_view header) {
@@ -285,17 +295,10 @@ bool looksLikeCensusName(std::string_view text) {
 }
 
 bool looksLikeSpeciesName(std::string_view text) {
-    if (looksLikeNumberedSpecies(text)) return true;
     const bool sequence =
         text.size() >= 20 && text.find_first_not_of("ACGTN") == std::string_view::npos;
     if (sequence) return true;
-    const std::size_t gap = text.find_first_of(" _.");
-    if (gap == std::string_view::npos || gap < 2 || gap + 3 > text.size()) return false;
-    const std::string_view genus = text.substr(0, gap);
-    const std::string_view epithet = text.substr(gap + 1);
-    return genus.front() >= 'A' && genus.front() <= 'Z' &&
-           std::all_of(genus.begin(), genus.end(), isLetter) &&
-           (epithet.front() >= 'a' && epithet.front() <= 'z') && isLetter(epithet[1]);
+    return isBinomial(text) || looksLikeNumberedSpecies(text);
 }
 
 }  // namespace zorvel
