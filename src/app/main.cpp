@@ -51,7 +51,7 @@ int main(int argc, char** argv) {
     zorvel::Alerts alerts;
     zorvel::ColorPanel colors;
     zorvel::LinkOpener links;
-    zorvel::DesktopPrintPanel printPanel;
+    zorvel::PrintPanel printPanel;
     int status = 0;
     int endSignal = 0;
     {

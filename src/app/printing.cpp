@@ -15,7 +15,6 @@
 #include "ui/analysis/plot_files.h"
 #include "ui/analysis/plot_page.h"
 #include "ui/analysis/project_wide_metrics_window_controller.h"
-#include "ui/kit/alerts.h"
 #include "ui/kit/message_strip.h"
 #include "ui/kit/printed_sheet.h"
 #include "ui/kit/shown_text.h"
@@ -112,8 +111,8 @@ void printWindow(QWidget* window, ProjectWindows& windows, PrintPanel& panel) {
 
 }  // namespace
 
-std::optional<PrintTarget> DesktopPrintPanel::choosePrinter(QWidget* parent, const QString& title,
-                                                            QPageLayout::Orientation orientation) {
+std::optional<PrintTarget> PrintPanel::choosePrinter(QWidget* parent, const QString& title,
+                                                     QPageLayout::Orientation orientation) {
     auto printer = std::make_unique<QPrinter>(QPrinter::HighResolution);
     // The panel's file is named after this, without the ending.
     printer->setDocName(asFileName(title) + ".pdf");

@@ -23,21 +23,14 @@ struct PrintTarget {
     QPageRanges pages;  // empty: all
 };
 
-// Asks what to print on. An interface, so that a test can answer.
+// Asks what to print on by the desktop's panel; a test can answer in its place.
 class PrintPanel : public Panel {
   public:
     // title: what the printer is told; orientation: what the panel begins with. Absent if
     // cancelled. The panel has asked whether an existing file may be replaced. Waits for the
     // answer.
     virtual std::optional<PrintTarget> choosePrinter(QWidget* parent, const QString& title,
-                                                     QPageLayout::Orientation orientation) = 0;
-};
-
-// Asks by the desktop's panel.
-class DesktopPrintPanel final : public PrintPanel {
-  public:
-    std::optional<PrintTarget> choosePrinter(QWidget* parent, const QString& title,
-                                             QPageLayout::Orientation orientation) override;
+                                                     QPageLayout::Orientation orientation);
 };
 
 // Prints what a window shows each time that it asks for it. An alert says if printing failed, and

@@ -44,10 +44,9 @@ PrintedTable numberedTable(int rows) {
     PrintedTable table;
     table.heading = "Numbers";
     table.columns = {{"Name", 3, false}, {"Count", 1, true}};
-    table.rowCount = rows;
-    table.cells = [](int row) {
-        return QStringList{QString("name %1").arg(row), QString::number(row)};
-    };
+    for (int row = 0; row < rows; ++row) {
+        table.rows.append({QString("name %1").arg(row), QString::number(row)});
+    }
     return table;
 }
 

@@ -53,19 +53,12 @@ double titleBlockHeight(const PrintedSheet& sheet) {
 
 QList<PrintedTable> printedMetrics(const QList<MetricLine>& lines) {
     QList<PrintedTable> tables;
-    for (qsizetype i = 0; i < lines.size(); ++i) {
-        if (tables.isEmpty() || !lines[i].heading.isEmpty()) {
-            PrintedTable table;
-            table.heading = lines[i].heading;
-            // The last one is empty, so that a value stands near its caption.
-            table.columns = {{{}, 3, false}, {{}, 1, true}, {{}, 4, false}};
-            table.cells = [lines, first = i](int row) {
-                const MetricLine& line = lines[first + row];
-                return QStringList{line.caption, line.text};
-            };
-            tables.append(table);
+    for (const MetricLine& line : lines) {
+        if (tables.isEmpty() || !line.heading.isEmpty()) {
+            // The last column is empty, so that a value stands near its caption.
+            tables.append({line.heading, {{{}, 3, false}, {{}, 1, true}, {{}, 4, false}}, {}});
         }
-        ++tables.back().rowCount;
+        tables.back().rows.append({line.caption, line.text});
     }
     return tables;
 }
@@ -76,7 +69,8 @@ QList<QList<PrintedPart>> pagesOf(const PrintedSheet& sheet, double height) {
     double used = titleBlockHeight(sheet);
     for (int number = 0; number < sheet.tables.size(); ++number) {
         const PrintedTable& table = sheet.tables[number];
-        for (int row = 0; row < table.rowCount;) {
+        const auto rowCount = static_cast<int>(table.rows.size());
+        for (int row = 0; row < rowCount;) {
             const double left = room - used - headHeight(table, row);
             // The first page may have room only for its title.
             const bool fits = left >= rowHeight || (used == 0 && pages.back().isEmpty());
@@ -85,8 +79,7 @@ QList<QList<PrintedPart>> pagesOf(const PrintedSheet& sheet, double height) {
                 used = 0;
                 continue;
             }
-            const int rows =
-                std::clamp(static_cast<int>(left / rowHeight), 1, table.rowCount - row);
+            const int rows = std::clamp(static_cast<int>(left / rowHeight), 1, rowCount - row);
             pages.back().append({number, row, rows});
             used += headHeight(table, row) + rowHeight * rows;
             row += rows;
@@ -196,7 +189,7 @@ class SheetPainter {
         for (int row = 0; row < part.rows; ++row) {
             drawRule();
             setFont(textSize, false, Qt::black);
-            drawCells(table, table.cells(part.firstRow + row), rowHeight);
+            drawCells(table, table.rows[part.firstRow + row], rowHeight);
         }
         drawRule();
     }

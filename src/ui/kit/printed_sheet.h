@@ -5,7 +5,6 @@
 #include <QList>
 #include <QString>
 #include <QStringList>
-#include <functional>
 
 class QPagedPaintDevice;
 
@@ -20,8 +19,7 @@ struct PrintedColumn {
 struct PrintedTable {
     QString heading;  // above the table; may be empty
     QList<PrintedColumn> columns;
-    int rowCount = 0;
-    std::function<QStringList(int row)> cells;  // one per column, from the first on
+    QList<QStringList> rows;  // of each row the cells, from the first column on
 };
 
 struct MetricLine;

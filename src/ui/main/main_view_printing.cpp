@@ -1,6 +1,5 @@
 // The selected census for paper.
 #include <QStringList>
-#include <memory>
 
 #include "ui/kit/metric_sheet.h"
 #include "ui/kit/printed_sheet.h"
@@ -41,17 +40,13 @@ QStringList speciesCells(const SpeciesTableModel& species, int row) {
 
 // A copy of the rows: the table may change while a panel is open.
 PrintedTable printedSpecies(const SpeciesTableModel& species) {
-    auto rows = std::make_shared<QList<QStringList>>();
-    for (int row = 0; row < species.rowCount(); ++row) rows->append(speciesCells(species, row));
-    PrintedTable table;
+    QList<QStringList> rows;
+    for (int row = 0; row < species.rowCount(); ++row) rows.append(speciesCells(species, row));
     const auto all = static_cast<qlonglong>(species.taxonCount());
-    table.heading = rows->size() == all
-                        ? QString("Species (%L1)").arg(all)
-                        : QString("Species (those found: %L1 of %L2)").arg(rows->size()).arg(all);
-    table.columns = {{"Name", 5, false}, {"Abundance", 1.5, true}, {"Included", 1, false}};
-    table.rowCount = static_cast<int>(rows->size());
-    table.cells = [rows](int row) { return rows->at(row); };
-    return table;
+    const QString heading =
+        rows.size() == all ? QString("Species (%L1)").arg(all)
+                           : QString("Species (those found: %L1 of %L2)").arg(rows.size()).arg(all);
+    return {heading, {{"Name", 5, false}, {"Abundance", 1.5, true}, {"Included", 1, false}}, rows};
 }
 
 }  // namespace
