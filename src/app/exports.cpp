@@ -4,7 +4,6 @@
 #include <QPointer>
 #include <QString>
 #include <algorithm>
-#include <functional>
 #include <optional>
 #include <stop_token>
 #include <string>
@@ -61,40 +60,42 @@ ByteProducer textProducer(std::string text) {
     return [text = std::move(text)](const ByteSink& sink) { sink(text); };
 }
 
-std::optional<ExportedFile> matrixFile(const ObjectContext& project,
-                                       const RandomSourceMaker& /*unused*/,
-                                       const std::stop_token& /*unused*/) {
-    const auto counts = std::make_shared<const SparseCountsResult>(buildSparseCounts(project));
+// What a table is made from.
+struct ExportInputs {
+    std::shared_ptr<const ObjectContext> project;
+    RandomSourceMaker makeRandom;
+    std::stop_token stop;
+};
+
+std::optional<ExportedFile> matrixFile(const ExportInputs& inputs) {
+    const auto counts =
+        std::make_shared<const SparseCountsResult>(buildSparseCounts(*inputs.project));
     const auto produce = [counts](const ByteSink& sink) {
         writeCensusMatrix(counts->counts, counts->taxonNames, counts->censusNames, sink);
     };
     return ExportedFile{produce, matrixNote(*counts)};
 }
 
-std::optional<ExportedFile> metricsFile(const ObjectContext& project,
-                                        const RandomSourceMaker& makeRandom,
-                                        const std::stop_token& stop) {
-    const std::optional<MetricsTable> table = buildMetricsTable(
-        project.censuses(), makeRandom, [&stop] { return !stop.stop_requested(); });
+std::optional<ExportedFile> metricsFile(const ExportInputs& inputs) {
+    const std::optional<MetricsTable> table =
+        buildMetricsTable(inputs.project->censuses(), inputs.makeRandom,
+                          [&inputs] { return !inputs.stop.stop_requested(); });
     if (!table) return std::nullopt;
     return ExportedFile{
         textProducer(writeMetricsTable(table->rows, table->columnTitles, table->censusNames)),
         withoutSqsNote(*table)};
 }
 
-std::optional<ExportedFile> longTableFile(const ObjectContext& project,
-                                          const RandomSourceMaker& /*unused*/,
-                                          const std::stop_token& /*unused*/) {
-    const auto produce = [copy = project.frozenCopy()](const ByteSink& sink) {
-        writeLongTable(copy->censuses(), sink);
+std::optional<ExportedFile> longTableFile(const ExportInputs& inputs) {
+    const auto produce = [project = inputs.project](const ByteSink& sink) {
+        writeLongTable(project->censuses(), sink);
     };
     return ExportedFile{produce, {}};
 }
 
-std::optional<ExportedFile> diversityFile(const ObjectContext& project,
-                                          const RandomSourceMaker& /*unused*/,
-                                          const std::stop_token& stop) {
-    std::optional<CommonCoverageTable> table = commonCoverageTable(project.censuses(), stop);
+std::optional<ExportedFile> diversityFile(const ExportInputs& inputs) {
+    std::optional<CommonCoverageTable> table =
+        commonCoverageTable(inputs.project->censuses(), inputs.stop);
     if (!table) return std::nullopt;
     const QString note = QString("%1: the table has no values.").arg(noCommonCoverage);
     return ExportedFile{textProducer(std::move(table->text)),
@@ -106,9 +107,7 @@ struct ExportKind {
     const char* what;
     const char* whatOnConsole;
     // On a worker thread; absent if stopped.
-    std::optional<ExportedFile> (*prepare)(const ObjectContext& project,
-                                           const RandomSourceMaker& makeRandom,
-                                           const std::stop_token& stop);
+    std::optional<ExportedFile> (*prepare)(const ExportInputs& inputs);
 };
 
 // In the order of Exports::Kind.
@@ -147,8 +146,10 @@ void Exports::start(Kind kind, MainWindowController* window) {
                                            });
     windows_.jobs().start(
         this,
-        [prepare = chosen.prepare, makeRandom = makeRandom_, stop = running->stop.get_token(),
-         project] { return prepare(*project, makeRandom, stop); },
+        [prepare = chosen.prepare,
+         inputs = ExportInputs{project, makeRandom_, running->stop.get_token()}] {
+            return prepare(inputs);
+        },
         [this, running](const std::optional<ExportedFile>& file) {
             if (running->stop.stop_requested() || !file) return;
             endPreparing(running);
