@@ -189,10 +189,8 @@ bool ProjectWindows::mayDropImports(const std::vector<MainWindowController*>& wi
 
 bool ProjectWindows::isLast(const QWidget& window) const {
     const auto isOther = [&window](const QWidget* each) { return each != &window; };
-    const std::vector<MainWindowController*> projects = windows();
-    const std::vector<QWidget*> others = analysisWindows();
-    return std::none_of(projects.begin(), projects.end(), isOther) &&
-           std::none_of(others.begin(), others.end(), isOther);
+    const std::vector<QWidget*> shown = shownWindows();
+    return std::none_of(shown.begin(), shown.end(), isOther);
 }
 
 bool ProjectWindows::askToKeep(MainWindowController& window) {
@@ -252,8 +250,7 @@ bool ProjectWindows::quit() {
 }
 
 void ProjectWindows::closeAll() {
-    for (MainWindowController* window : windows()) window->close();
-    for (QWidget* window : analysisWindows()) window->close();
+    for (QWidget* window : shownWindows()) window->close();
 }
 
 void ProjectWindows::endAtOnce() {

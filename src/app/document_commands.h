@@ -30,8 +30,8 @@ void saveWindowAs(MainWindowController& window, const Panels& panels);
 
 void revertToOpening(MainWindowController& window, const Panels& panels);
 
-// Shows the backups that the project has now, newest first (backups_window.cpp). Any can be opened
-// as an untitled copy; none is changed.
+// Shows the backups that the project has now, newest first. Any can be opened as an untitled copy;
+// none is changed.
 void browseBackups(MainWindowController& window, ProjectWindows& windows);
 // The same of the backups in a folder. open: with the path of the one chosen.
 QDialog& showBackups(const QString& displayName, const QString& folder, JobQueue& jobs,

@@ -10,9 +10,9 @@
 #include <QTextDocument>
 #include <QTextDocumentFragment>
 
-#include "ui/kit/record_table_view.h"
 #include "ui/kit/value_field.h"
 #include "ui/main/details_view.h"
+#include "ui/main/record_table_view.h"
 #include "ui/main/table_cells.h"
 
 namespace zorvel {

@@ -14,7 +14,6 @@
 #include "platform/settings.h"
 #include "ui/analysis/plot_page.h"
 #include "ui/analysis/project_wide_metrics_window_controller.h"
-#include "ui/kit/panels.h"
 #include "ui/kit/window_placement.h"
 #include "ui/main/main_view_controller.h"
 #include "ui/main/main_window_controller.h"
@@ -24,16 +23,6 @@ namespace zorvel {
 namespace {
 
 const char settingsMessage[] = "settings";  // name of the message in the strip
-
-// Those on the screen.
-template <class Window>
-std::vector<Window*> shownOf(const std::vector<QPointer<Window>>& windows) {
-    std::vector<Window*> shown;
-    for (const QPointer<Window>& window : windows) {
-        if (window && !window->isHidden()) shown.push_back(window);
-    }
-    return shown;
-}
 
 bool hasTaxon(const ObjectContext& project) {
     const std::vector<Census> censuses = project.censuses();
@@ -73,15 +62,24 @@ ProjectWindows::ProjectWindows(DocumentController& documents, JobQueue& jobs,
 ProjectWindows::~ProjectWindows() {
     // Closed ones too, which wait for their deletion: they use their documents until then.
     for (const auto& window : windows_) delete window;
-    for (const auto& window : analysisWindows_) delete window;
+}
+
+std::vector<QWidget*> ProjectWindows::shownWindows() const {
+    std::vector<QWidget*> shown;
+    for (const QPointer<QWidget>& window : windows_) {
+        if (window && !window->isHidden()) shown.push_back(window);
+    }
+    return shown;
 }
 
 std::vector<MainWindowController*> ProjectWindows::windows() const {
-    return shownOf(windows_);
-}
-
-std::vector<QWidget*> ProjectWindows::analysisWindows() const {
-    return shownOf(analysisWindows_);
+    std::vector<MainWindowController*> projects;
+    for (QWidget* window : shownWindows()) {
+        if (auto* project = qobject_cast<MainWindowController*>(window)) {
+            projects.push_back(project);
+        }
+    }
+    return projects;
 }
 
 void ProjectWindows::follow(SettingsFile& settings) {
@@ -135,13 +133,10 @@ void ProjectWindows::connectWindow(MainWindowController& window) {
             [this](QWidget* opened) { addAnalysisWindow(*opened); });
     connect(shown, &MainWindowController::filesDropped, this,
             [=, this](const QStringList& paths) { takeDroppedFiles(paths, *shown); });
-    const auto importText = [=, this](const QString& name, const QString& text) {
-        importTableText(*this, *shown, name, text.toStdString());
-    };
-    connect(view, &MainViewController::tablePasted, this,
-            [=](const QString& text) { importText("the clipboard", text); });
-    connect(shown, &MainWindowController::tableDropped, this,
-            [=](const QString& text) { importText("a dropped table", text); });
+    connect(view, &MainViewController::tableGiven, this,
+            [=, this](const QString& name, const QString& text) {
+                importTableText(*this, *shown, name, text.toStdString());
+            });
     connect(shown, &MainWindowController::saveAsRequested, this,
             [=, this] { saveWindowAs(*shown, panels_); });
     connect(this, &ProjectWindows::preferencesDidChange, view, &MainViewController::updateMetrics);
@@ -150,8 +145,8 @@ void ProjectWindows::connectWindow(MainWindowController& window) {
 }
 
 void ProjectWindows::addAnalysisWindow(QWidget& opened) {
-    std::erase(analysisWindows_, nullptr);
-    analysisWindows_.emplace_back(&opened);
+    std::erase(windows_, nullptr);
+    windows_.emplace_back(&opened);
     opened.installEventFilter(this);
     addCommonKeyCommands(opened, *this);
     addKeyCommand(opened, "showHelp", {QKeySequence::HelpContents},

@@ -115,7 +115,8 @@ class ProjectWindows : public QObject {
     void connectWindow(MainWindowController& window);
     void tellOfSettings(MainWindowController& window);
     void addAnalysisWindow(QWidget& opened);
-    [[nodiscard]] std::vector<QWidget*> analysisWindows() const;
+    // Of projects and of analyses.
+    [[nodiscard]] std::vector<QWidget*> shownWindows() const;
     void closeAll();
     void documentDidOpen(Document& document, const QString& path);
     void openKnownFiles(const QStringList& asked, const std::vector<KnownFile>& known);
@@ -142,8 +143,7 @@ class ProjectWindows : public QObject {
     LookChoice& look_;
     Panels panels_;
     SettingsFile* settings_ = nullptr;
-    std::vector<QPointer<MainWindowController>> windows_;
-    std::vector<QPointer<QWidget>> analysisWindows_;
+    std::vector<QPointer<QWidget>> windows_;  // until they are deleted, in the order of opening
     std::vector<Opening> openings_;
     std::vector<QPointer<Document>> discarded_;
     std::unique_ptr<Exports> exports_;

@@ -83,7 +83,7 @@ class Document : public QObject {
     [[nodiscard]] QString backupFolder() const;
 
   signals:
-    void displayNameDidChange();
+    // The state, or the file and with it the display name.
     void saveStateDidChange();
     // There is no backup of the file as it was at opening; the project itself is saved all the
     // same. At most once per document; message: complete, for the user.

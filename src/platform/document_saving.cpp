@@ -221,7 +221,6 @@ void Document::finishMove(std::uint64_t revision, const WriteOutcome& outcome) {
         timer_.start(std::max(services_.settings.autosave, retry_));
     }
     announceState();
-    if (!outcome.problem) emit displayNameDidChange();
 }
 
 void Document::release(bool discard) {

@@ -359,7 +359,8 @@ TEST_F(TableDialogTest, CancelEndsTheReadingOfAFileAndOfItsPreview) {
 // Until a table is shown, the options are of no table.
 TEST_F(TableDialogTest, NothingIsCorrectedBeforeTheFirstPreview) {
     holdJobs();
-    emit window->tableDropped("Plot\tAbies\tLarix\nNorth\t3\t1\nSouth\t0\t2\n");
+    emit window->mainView().tableGiven("a dropped table",
+                                       "Plot\tAbies\tLarix\nNorth\t3\t1\nSouth\t0\t2\n");
     EXPECT_FALSE(part<QWidget>("tableOptions").isEnabled());
     releaseJobs();
     ASSERT_TRUE(waitFor("Import 2 Censuses"));

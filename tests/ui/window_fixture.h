@@ -215,7 +215,7 @@ class WindowTest : public ::testing::Test {
     // Opens a cell's editor, with its text selected.
     TableTextField& edit(RecordTableView& table, int row, int number) {
         table.beginEditing(table.model()->index(row, number));
-        auto* opened = qobject_cast<TableTextField*>(table.openEditor());
+        TableTextField* opened = table.openEditor();
         if (opened == nullptr) throw std::runtime_error("no editor");
         return *opened;
     }

@@ -15,10 +15,10 @@
 
 #include "platform/file_names.h"
 #include "platform/job_queue.h"
-#include "platform/project_writes.h"
 #include "ui/kit/look.h"
 #include "ui/kit/shown_text.h"
 #include "ui/kit/small_widgets.h"
+#include "ui_choice_dialog.h"
 
 namespace zorvel {
 
@@ -27,7 +27,6 @@ namespace {
 constexpr qsizetype longestAlert = 600;  // characters
 constexpr int leastAlertWidth = 340;     // of the texts, in pixels
 constexpr qsizetype longestWord = 60;
-constexpr int leastChoiceWidth = 520;
 constexpr qsizetype longestQuestion = 300;
 
 // Of a text that may consist of several paragraphs.
@@ -38,75 +37,36 @@ QString fitForAlert(const QString& text) {
 }
 
 // Deleted with its parent if that closes while it waits.
-QPointer<QMessageBox> box(QWidget* parent, QMessageBox::Icon icon, const QString& text,
-                          const QString& informativeText) {
+QPointer<QMessageBox> warningBox(QWidget* parent, const QString& text,
+                                 const QString& informativeText) {
     QPointer<QMessageBox> box(new QMessageBox(parent));
-    box->setIcon(icon);
+    box->setIcon(QMessageBox::Warning);
     box->setTextFormat(Qt::PlainText);
     box->setText(fitForAlert(oneLine(text)));
     box->setInformativeText(fitForAlert(informativeText));
     if (auto* label = box->findChild<QLabel*>("qt_msgbox_label")) {
-        label->setFont(scaledFont(label->font(), 1, true));
+        label->setFont(scaledFont(label->font(), 1));
         label->setMinimumWidth(leastAlertWidth);
     }
     return box;
 }
 
-QLabel* addText(QVBoxLayout& column, const QString& text) {
-    auto* label = new WrappedLabel(column.parentWidget());
-    label->setText(oneLine(shortened(text, longestQuestion)));
-    column.addWidget(label);
-    return label;
-}
-
-// Lines too long for the card are cut at its edge.
-void addExcerpt(QVBoxLayout& column, const QString& excerpt) {
-    auto* card = new Card(column.parentWidget());
-    auto* lines = new QLabel(card);
-    lines->setObjectName("choiceExcerpt");
-    lines->setTextFormat(Qt::PlainText);
-    lines->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
-    lines->setText(excerpt);
-    lines->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    lines->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    lines->setAccessibleName("First lines");
-    auto* inside = new QVBoxLayout(card);
-    inside->setContentsMargins(12, 8, 12, 8);
-    inside->addWidget(lines);
-    column.addWidget(card);
-}
-
-void addOptions(QVBoxLayout& column, const Choice& choice, QButtonGroup& group) {
-    auto* rows = new QVBoxLayout;
-    rows->setSpacing(2);
-    column.addLayout(rows);
+void addOptions(QVBoxLayout& rows, const Choice& choice, QButtonGroup& group) {
     for (int i = 0; i < choice.options.size(); ++i) {
         const QString meaning = choice.options[i].section('\t', 1);
         auto* button = new QRadioButton(choice.options[i].section('\t', 0, 0));
-        rows->addWidget(button);
+        rows.addWidget(button);
         button->setObjectName(QString("choice%1").arg(i));
         button->setChecked(i == choice.preselected);
         button->setAccessibleDescription(meaning);
         group.addButton(button, i);
         auto* label = new QLabel(meaning);
-        rows->addWidget(label);
+        rows.addWidget(label);
         label->setTextFormat(Qt::PlainText);
         label->setForegroundRole(secondaryText);
         label->setContentsMargins(20, 0, 0, 6);
         if (button->isChecked()) button->setFocus();
     }
-}
-
-void addButtons(QVBoxLayout& column, QDialog& dialog, const QString& title) {
-    auto* buttons = new QDialogButtonBox(&dialog);
-    QPushButton* accept = buttons->addButton(title, QDialogButtonBox::AcceptRole);
-    accept->setObjectName("acceptChoiceButton");
-    accept->setProperty(primaryButtonProperty, true);
-    accept->setDefault(true);
-    buttons->addButton(QDialogButtonBox::Cancel);
-    QObject::connect(buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
-    QObject::connect(buttons, &QDialogButtonBox::rejected, &dialog, &QDialog::reject);
-    column.addWidget(buttons);
 }
 
 }  // namespace
@@ -140,8 +100,7 @@ void writeInBackground(JobQueue& jobs, Alerts& alerts, QWidget* window, const QS
 }
 
 int Alerts::ask(QWidget* parent, const Question& question) {
-    const QPointer<QMessageBox> alert =
-        box(parent, QMessageBox::Warning, question.text, question.informativeText);
+    const QPointer<QMessageBox> alert = warningBox(parent, question.text, question.informativeText);
     const int last = static_cast<int>(question.buttons.size()) - 1;
     for (int i = 0; i <= last; ++i) {
         const QMessageBox::ButtonRole role = i == last ? QMessageBox::RejectRole
@@ -164,22 +123,28 @@ int Alerts::ask(QWidget* parent, const Question& question) {
     return answer;
 }
 
+// Lines of the excerpt that are too long for the card are cut at its edge.
 int Alerts::choose(QWidget* parent, const Choice& choice) {
     const QPointer<QDialog> dialog(new QDialog(parent));
-    dialog->setObjectName("choiceDialog");
+    Ui::ChoiceDialog ui;
+    ui.setupUi(dialog);
     dialog->setWindowTitle(choice.title);
-    dialog->setMinimumWidth(leastChoiceWidth);
-    auto* column = new QVBoxLayout(dialog);
-    column->setContentsMargins(20, 20, 20, 16);
-    column->setSpacing(12);
-    addText(*column, choice.text)->setFont(scaledFont(dialog->font(), 1.1, true));
-    if (!choice.excerpt.isEmpty()) addExcerpt(*column, choice.excerpt);
+    ui.choiceText->setText(oneLine(shortened(choice.text, longestQuestion)));
+    ui.choiceText->setFont(scaledFont(dialog->font(), 1.1));
+    ui.choiceExcerpt->setText(choice.excerpt);
+    ui.choiceExcerpt->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    ui.excerptCard->setVisible(!choice.excerpt.isEmpty());
     auto* group = new QButtonGroup(dialog);
-    addOptions(*column, choice, *group);
-    if (!choice.informativeText.isEmpty()) {
-        addText(*column, choice.informativeText)->setForegroundRole(secondaryText);
-    }
-    addButtons(*column, *dialog, choice.accept);
+    addOptions(*ui.optionsLayout, choice, *group);
+    ui.choiceInformation->setText(oneLine(shortened(choice.informativeText, longestQuestion)));
+    ui.choiceInformation->setForegroundRole(secondaryText);
+    ui.choiceInformation->setVisible(!choice.informativeText.isEmpty());
+    QPushButton* accept = ui.buttonBox->addButton(choice.accept, QDialogButtonBox::AcceptRole);
+    accept->setObjectName("acceptChoiceButton");
+    accept->setProperty(primaryButtonProperty, true);
+    accept->setDefault(true);
+    QObject::connect(ui.buttonBox, &QDialogButtonBox::accepted, dialog, &QDialog::accept);
+    QObject::connect(ui.buttonBox, &QDialogButtonBox::rejected, dialog, &QDialog::reject);
     const bool accepted = dialog->exec() == QDialog::Accepted;
     const int chosen = dialog && accepted ? group->checkedId() : -1;
     delete dialog;
@@ -187,7 +152,7 @@ int Alerts::choose(QWidget* parent, const Choice& choice) {
 }
 
 void Alerts::warn(QWidget* parent, const QString& text, const QString& informativeText) {
-    const QPointer<QMessageBox> alert = box(parent, QMessageBox::Warning, text, informativeText);
+    const QPointer<QMessageBox> alert = warningBox(parent, text, informativeText);
     alert->addButton(QMessageBox::Ok);
     alert->exec();
     delete alert;

@@ -138,7 +138,7 @@ void MainViewController::undoOrRedo(void (ObjectContext::*step)()) {
 bool MainViewController::commitEditing() {
     QGuiApplication::inputMethod()->commit();  // text still being composed counts as typed
     for (RecordTableView* table : tables()) {
-        auto* field = qobject_cast<TableTextField*>(table->openEditor());
+        TableTextField* field = table->openEditor();
         if (field != nullptr && !field->problem().isEmpty()) {
             field->setFocus();
             field->tellProblem();
@@ -160,7 +160,7 @@ void MainViewController::endEditing() {
 void MainViewController::storeDrafts(ObjectContext& copy) const {
     ui_->detailsPane->storeDrafts(copy);
     const auto typedIn = [](const RecordTableView* table) {
-        const auto* field = qobject_cast<TableTextField*>(table->openEditor());
+        const TableTextField* field = table->openEditor();
         return field != nullptr && field->isModified() ? field : nullptr;
     };
     if (const TableTextField* field = typedIn(ui_->censusTable)) {
@@ -196,7 +196,9 @@ void MainViewController::pasteRows(RecordTableView& table) {
     const QMimeData& held = clipboardData();
     const bool censuses = &table == ui_->censusTable;
     // Names, or names and abundances.
-    if (const auto text = tableText(held, censuses ? 1 : 2)) return emit tablePasted(*text);
+    if (const auto text = tableText(held, censuses ? 1 : 2)) {
+        return emit tableGiven("the clipboard", *text);
+    }
     const PasteOutcome outcome = censuses ? pasteCensusRows(context(), held)
                                           : pasteSpeciesRows(context(), selectedCensus(), held);
     if (!outcome) {
@@ -211,7 +213,7 @@ void MainViewController::pasteRows(RecordTableView& table) {
 }
 
 void MainViewController::pasteTable() {
-    if (const auto text = tableText(clipboardData(), 1)) emit tablePasted(*text);
+    if (const auto text = tableText(clipboardData(), 1)) emit tableGiven("the clipboard", *text);
 }
 
 void MainViewController::setUpSearch() {

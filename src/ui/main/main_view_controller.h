@@ -146,8 +146,8 @@ class MainViewController : public QWidget, public MainView {
 
   signals:
     void openRequested();
-    // More columns than the table takes that it was pasted into.
-    void tablePasted(const QString& text);
+    // A text of more columns than a table takes, pasted or dropped. name: what it came from.
+    void tableGiven(const QString& name, const QString& text);
     // In any editor, or one has closed.
     void textTyped();
     // A text was not stored although its editor has closed; the strip says so, too.

@@ -5,7 +5,6 @@
 #include <QDropEvent>
 #include <QMimeData>
 #include <QUrl>
-#include <memory>
 #include <utility>
 
 #include "platform/file_reading.h"
@@ -64,7 +63,6 @@ void MainWindowController::showDocument(Document& document) {
     document_ = &document;
     shownTrouble_.reset();
     mainView_->messageStrip().withdraw(problemMessage);
-    connect(document_, &Document::displayNameDidChange, this, &MainWindowController::showTitle);
     connect(document_, &Document::saveStateDidChange, this, [this] {
         showTitle();
         showProblem();
@@ -127,7 +125,9 @@ void MainWindowController::dropEvent(QDropEvent* event) {
     event->acceptProposedAction();
     const QStringList files = localFiles(*event->mimeData());
     if (!files.isEmpty()) return emit filesDropped(files);
-    if (const auto text = tableText(*event->mimeData(), 1)) emit tableDropped(*text);
+    if (const auto text = tableText(*event->mimeData(), 1)) {
+        emit mainView_->tableGiven("a dropped table", *text);
+    }
 }
 
 }  // namespace zorvel

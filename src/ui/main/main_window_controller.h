@@ -36,8 +36,6 @@ class MainWindowController : public QMainWindow {
   signals:
     void saveAsRequested();
     void filesDropped(const QStringList& paths);
-    // A text of several columns.
-    void tableDropped(const QString& text);
 
   protected:
     void closeEvent(QCloseEvent* event) override;

@@ -4,55 +4,25 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QScopedValueRollback>
-#include <QTableView>
 #include <algorithm>
 #include <numeric>
 
 namespace zorvel {
 
-void SpreadsheetView::editorDidClose(QWidget* editor) {
-    if (auto* field = qobject_cast<TableTextField*>(editor)) field->textDidEndEditing();
-}
-
-void SpreadsheetView::goOn(TextMovement movement, const QList<int>& columns, qsizetype place) {
-    const int row = editedCell().row();
-    if (row < 0) return;
-    switch (movement) {
-        case TextMovement::tab:
-            if (place + 1 < columns.size()) return editCell(row, columns[place + 1]);
-            return row + 1 < rowCount() ? editCell(row + 1, columns.front())
-                                        : emit
-                                          addRowRequested();
-        case TextMovement::newRow:
-            return emit addRowRequested();
-        case TextMovement::backtab:
-            return place > 0 ? editCell(row, columns[place - 1])
-                             : editCell(row - 1, columns.back());
-        case TextMovement::up:
-            return editCell(row - 1, columns[place]);
-        case TextMovement::down:
-            return editCell(row + 1, columns[place]);
-        default:
-            return;
-    }
-}
-
-void CensusTableView::editorDidOpen(QWidget* editor) {
-    if (auto* field = qobject_cast<CensusTableTextField*>(editor)) {
-        connect(field, &CensusTableTextField::censusTextFieldDidEndEditing, this,
-                &CensusTableView::censusNameTextFieldEditingDidEnd);
-    }
+void CensusTableView::editorDidOpen(TableTextField& field) {
+    connect(qobject_cast<CensusTableTextField*>(&field),
+            &CensusTableTextField::censusTextFieldDidEndEditing, this,
+            &CensusTableView::censusNameTextFieldEditingDidEnd);
 }
 
 void CensusTableView::censusNameTextFieldEditingDidEnd(TextMovement movement) {
     goOn(movement, {kNameColumn});
 }
 
-void SpeciesTableView::editorDidOpen(QWidget* editor) {
-    if (auto* field = qobject_cast<SpeciesTableTextField*>(editor)) {
-        connect(field, &SpeciesTableTextField::speciesTableTextFieldDidEndEditing, this,
-                &SpeciesTableView::speciesTableTextFieldEditingDidEnd);
-    }
+void SpeciesTableView::editorDidOpen(TableTextField& field) {
+    connect(qobject_cast<SpeciesTableTextField*>(&field),
+            &SpeciesTableTextField::speciesTableTextFieldDidEndEditing, this,
+            &SpeciesTableView::speciesTableTextFieldEditingDidEnd);
 }
 
 void SpeciesTableView::speciesTableTextFieldEditingDidEnd(TextMovement movement,

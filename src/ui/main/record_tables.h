@@ -6,47 +6,34 @@
 #include <QList>
 #include <QObject>
 
-#include "ui/kit/record_table_view.h"
-#include "ui/main/table_cells.h"
+#include "ui/main/record_table_view.h"
 
 class QTableView;
 
 namespace zorvel {
 
-class SpreadsheetView : public RecordTableView {
-    Q_OBJECT
-  public:
-    using RecordTableView::RecordTableView;
-
-  protected:
-    void editorDidClose(QWidget* editor) override;
-    // Opens the cell that the movement leads to from the one edited last, or asks for a new row.
-    // columns: those that can be edited, from left to right; place: that of the cell in them.
-    void goOn(TextMovement movement, const QList<int>& columns, qsizetype place = 0);
-};
-
-class CensusTableView : public SpreadsheetView {
+class CensusTableView : public RecordTableView {
     Q_OBJECT
   public:
     // The first cell of a row that can be edited.
     static constexpr int kNameColumn = -1;
 
-    using SpreadsheetView::SpreadsheetView;
+    using RecordTableView::RecordTableView;
 
   public slots:
     void censusNameTextFieldEditingDidEnd(TextMovement movement);
 
   protected:
-    void editorDidOpen(QWidget* editor) override;
+    void editorDidOpen(TableTextField& field) override;
 };
 
-class SpeciesTableView : public SpreadsheetView {
+class SpeciesTableView : public RecordTableView {
     Q_OBJECT
   public:
     static constexpr int kNameColumn = 1;
     static constexpr int kAbundanceColumn = 2;
 
-    using SpreadsheetView::SpreadsheetView;
+    using RecordTableView::RecordTableView;
 
   public slots:
     void speciesTableTextFieldEditingDidEnd(TextMovement movement, const QString& identifier);
@@ -58,7 +45,7 @@ class SpeciesTableView : public SpreadsheetView {
   protected:
     // A digit is typed into the abundance, anything else into the name.
     [[nodiscard]] int columnForTyping(const QString& text) const override;
-    void editorDidOpen(QWidget* editor) override;
+    void editorDidOpen(TableTextField& field) override;
     void keyPressEvent(QKeyEvent* event) override;
 };
 

@@ -1,4 +1,4 @@
-#include "ui/kit/record_table_view.h"
+#include "ui/main/record_table_view.h"
 
 #include <QApplication>
 #include <QClipboard>
@@ -8,12 +8,10 @@
 #include <QItemSelection>
 #include <QItemSelectionModel>
 #include <QKeyEvent>
-#include <QLineEdit>
 #include <QMenu>
 #include <QMimeData>
 #include <QPainter>
 #include <QResizeEvent>
-#include <QScrollBar>
 #include <QStringList>
 #include <algorithm>
 
@@ -25,7 +23,7 @@ namespace zorvel {
 namespace {
 
 // A view takes long over many separate ranges of a selection.
-constexpr qsizetype rangesAtMost = 2000;
+constexpr qsizetype selectedRangesAtMost = 2000;
 
 // In quotes where the cell would otherwise come apart, or lose quotes of its own.
 QString spreadsheetCell(QString text) {
@@ -108,7 +106,7 @@ std::vector<int> RecordTableView::selectedRows() const {
 void RecordTableView::selectRows(const std::vector<int>& rows) {
     QItemSelection selection;
     for (std::size_t i = 0; i < rows.size();) {
-        if (selection.size() == rangesAtMost) return selectRows({rows.front()});
+        if (selection.size() == selectedRangesAtMost) return selectRows({rows.front()});
         std::size_t last = i;
         while (last + 1 < rows.size() && rows[last + 1] == rows[last] + 1) ++last;
         selection.select(model()->index(rows[i], 0),
@@ -136,14 +134,13 @@ void RecordTableView::beginEditing(const QModelIndex& cell) {
 
 bool RecordTableView::edit(const QModelIndex& index, EditTrigger trigger, QEvent* event) {
     const bool begun = QTableView::edit(index, trigger, event);
-    QWidget* editor = state() == EditingState ? indexWidget(index) : nullptr;
-    if (editor != nullptr && editor != opened_) {
+    auto* field =
+        state() == EditingState ? qobject_cast<TableTextField*>(indexWidget(index)) : nullptr;
+    if (field != nullptr && field != opened_) {
         edited_ = index;
-        opened_ = editor;
-        if (auto* line = qobject_cast<QLineEdit*>(editor)) {
-            connect(line, &QLineEdit::textEdited, this, &RecordTableView::textTyped);
-        }
-        editorDidOpen(editor);
+        opened_ = field;
+        connect(field, &QLineEdit::textEdited, this, &RecordTableView::textTyped);
+        editorDidOpen(*field);
     }
     return begun;
 }
@@ -157,18 +154,40 @@ QModelIndex RecordTableView::moveCursor(CursorAction action, Qt::KeyboardModifie
 }
 
 void RecordTableView::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {
-    const QPointer<QWidget> closing(editor);
+    const QPointer<TableTextField> closing(qobject_cast<TableTextField*>(editor));
     QTableView::closeEditor(editor, hint);
     if (closing.isNull() || closing != opened_) return;
     opened_.clear();
     emit textTyped();
-    editorDidClose(closing);
+    closing->textDidEndEditing();
 }
 
 void RecordTableView::editCell(int row, int column) {
-    if (row < 0 || row >= rowCount()) return;
+    if (row < 0 || row >= model()->rowCount()) return;
     const QModelIndex cell = column < 0 ? firstEditable(row) : model()->index(row, column);
     if (cell.isValid()) beginEditing(cell);
+}
+
+void RecordTableView::goOn(TextMovement movement, const QList<int>& columns, qsizetype place) {
+    const int row = edited_.row();
+    if (row < 0) return;
+    switch (movement) {
+        case TextMovement::tab:
+            if (place + 1 < columns.size()) return editCell(row, columns[place + 1]);
+            if (row + 1 < model()->rowCount()) return editCell(row + 1, columns.front());
+            return emit addRowRequested();
+        case TextMovement::newRow:
+            return emit addRowRequested();
+        case TextMovement::backtab:
+            return place > 0 ? editCell(row, columns[place - 1])
+                             : editCell(row - 1, columns.back());
+        case TextMovement::up:
+            return editCell(row - 1, columns[place]);
+        case TextMovement::down:
+            return editCell(row + 1, columns[place]);
+        default:
+            return;
+    }
 }
 
 QModelIndex RecordTableView::firstEditable(int row) const {
@@ -179,8 +198,9 @@ QModelIndex RecordTableView::firstEditable(int row) const {
     return {};
 }
 
-QWidget* RecordTableView::openEditor() const {
-    return edited_.isValid() && state() == EditingState ? indexWidget(edited_) : nullptr;
+TableTextField* RecordTableView::openEditor() const {
+    const bool isOpen = edited_.isValid() && state() == EditingState;
+    return isOpen ? qobject_cast<TableTextField*>(indexWidget(edited_)) : nullptr;
 }
 
 void RecordTableView::commitEditing() {

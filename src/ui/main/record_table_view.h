@@ -1,14 +1,18 @@
 // A table of records: whole rows, sorted by a click on a header (a third click restores the order
 // of the project), its selection paler while the focus is elsewhere, its rows copied as text. Cells
 // that can be edited open by a double click, by F2, by Return, and by typing, which replaces the
-// text. Home and End go to the first and the last row. An editor commits before the rows are
-// sorted; one whose row goes away is closed and commits nothing. Main thread.
+// text; Tab and the arrows go from one to the next. Home and End go to the first and the last row.
+// An editor commits before the rows are sorted; one whose row goes away is closed and commits
+// nothing. Main thread.
 #pragma once
 
+#include <QList>
 #include <QPersistentModelIndex>
 #include <QPointer>
 #include <QTableView>
 #include <vector>
+
+#include "ui/main/table_cells.h"
 
 namespace zorvel {
 
@@ -33,12 +37,11 @@ class RecordTableView : public QTableView {
     // Scrolls to the cell and opens its editor, its text selected.
     void beginEditing(const QModelIndex& cell);
     // The editor that is open; null if there is none.
-    [[nodiscard]] QWidget* openEditor() const;
+    [[nodiscard]] TableTextField* openEditor() const;
     // The cell that is, or was last, edited; none once it is gone.
     [[nodiscard]] QModelIndex editedCell() const { return edited_; }
-    // As if the user had pressed Return or Escape. Does nothing without an editor.
+    // As if the user had pressed Return. Does nothing without an editor.
     void commitEditing();
-    void revertEditing();
 
     // Shown in the middle of the table while it has no rows.
     void setEmptyText(const QString& text);
@@ -55,16 +58,13 @@ class RecordTableView : public QTableView {
     void textTyped();
 
   protected:
-    // Edits a cell, with only its row selected; a column below 0 is the first that can be edited.
-    // Does nothing for a row that does not exist.
-    void editCell(int row, int column);
-    [[nodiscard]] int rowCount() const { return model()->rowCount(); }
+    // Opens the cell that the movement leads to from the one edited last, or asks for a new row.
+    // columns: those that can be edited, from left to right; place: that of the cell in them.
+    void goOn(TextMovement movement, const QList<int>& columns, qsizetype place = 0);
 
     // Which cell of a row a typed text goes to.
     [[nodiscard]] virtual int columnForTyping(const QString& /*text*/) const { return -1; }
-    virtual void editorDidOpen(QWidget* /*editor*/) {}
-    // What it held is stored or dropped, and the table has the focus.
-    virtual void editorDidClose(QWidget* /*editor*/) {}
+    virtual void editorDidOpen(TableTextField& field) = 0;
 
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
@@ -79,6 +79,10 @@ class RecordTableView : public QTableView {
 
   private:
     void fitRows();
+    // Edits a cell, with only its row selected; a column below 0 is the first that can be edited.
+    // Does nothing for a row that does not exist.
+    void editCell(int row, int column);
+    void revertEditing();
     [[nodiscard]] QModelIndex firstEditable(int row) const;
     bool handleCommandKey(const QKeyEvent& event);
     void editByKey();
@@ -86,7 +90,7 @@ class RecordTableView : public QTableView {
 
     QString emptyText_;
     QPersistentModelIndex edited_;
-    QPointer<QWidget> opened_;  // its editor
+    QPointer<TableTextField> opened_;  // its editor
 };
 
 }  // namespace zorvel
