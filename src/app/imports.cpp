@@ -1,20 +1,16 @@
 #include "app/imports.h"
 
 #include <QFileInfo>
-#include <QPointer>
 #include <QStringList>
 #include <iterator>
 #include <optional>
 #include <stop_token>
 #include <utility>
-#include <vector>
 
-#include "app/open_text_file.h"
 #include "app/project_windows.h"
 #include "app/table_imports.h"
 #include "base/console.h"
 #include "interchange/parsers.h"
-#include "model/import.h"
 #include "platform/file_reading.h"
 #include "platform/job_queue.h"
 #include "ui/kit/message_strip.h"

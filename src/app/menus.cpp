@@ -2,10 +2,8 @@
 
 #include <QAction>
 #include <QActionGroup>
-#include <QApplication>
 #include <QMenu>
 #include <QMenuBar>
-#include <functional>
 #include <utility>
 
 #include "app/application_delegate.h"

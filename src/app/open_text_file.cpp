@@ -2,7 +2,6 @@
 
 #include <QFileInfo>
 #include <QPointer>
-#include <memory>
 #include <stop_token>
 #include <utility>
 

@@ -50,7 +50,7 @@ QSize PreferencesViewController::sizeHint() const {
 
 void PreferencesViewController::viewDidLoad() {
     for (QLabel* heading : {ui_->metricsHeading, ui_->plotHeading}) {
-        heading->setFont(scaledFont(font(), 1.15, true));
+        heading->setFont(scaledFont(font(), 1.15));
     }
     for (QLineEdit* field :
          {ui_->rarefactionSampleSizeValueTextField, ui_->sqsQuotaValueTextField}) {

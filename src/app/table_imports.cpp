@@ -2,8 +2,6 @@
 
 #include <QFileInfo>
 #include <QPointer>
-#include <functional>
-#include <memory>
 #include <stop_token>
 #include <utility>
 

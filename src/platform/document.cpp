@@ -1,8 +1,6 @@
 #include "platform/document.h"
 
 #include <QMetaObject>
-#include <functional>
-#include <utility>
 
 #include "model/file_messages.h"
 #include "platform/document_controller.h"

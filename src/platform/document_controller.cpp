@@ -10,10 +10,8 @@
 #include <thread>
 #include <utility>
 
-#include "platform/file_names.h"
 #include "platform/file_reading.h"
 #include "platform/job_queue.h"
-#include "platform/project_writes.h"
 #include "platform/settings.h"
 
 namespace zorvel {

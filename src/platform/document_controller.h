@@ -6,7 +6,6 @@
 #include <QString>
 #include <QStringList>
 #include <chrono>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>

@@ -5,8 +5,6 @@
 #include <string>
 #include <utility>
 
-#include "model/diversity_table.h"
-
 namespace zorvel {
 
 namespace {

@@ -2,7 +2,6 @@
 // computed on any thread from the counts of its subjects, and turned into curves of a plot.
 #pragma once
 
-#include <QColor>
 #include <QString>
 #include <memory>
 #include <optional>

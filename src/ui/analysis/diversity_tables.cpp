@@ -2,7 +2,6 @@
 
 #include <QApplication>
 #include <QLocale>
-#include <QPalette>
 #include <cmath>
 
 #include "base/numbers.h"

@@ -4,7 +4,6 @@
 #include <QPushButton>
 #include <algorithm>
 #include <cmath>
-#include <memory>
 #include <utility>
 
 #include "base/numbers.h"

@@ -59,7 +59,7 @@ void PlotPage::addPlot(const Kind& kind) {
         image.titles = checked;
         Preferences().setPlotImage(image);
     });
-    findChild<QLabel*>("plotSubject")->setFont(scaledFont(font(), 1.3, true));
+    findChild<QLabel*>("plotSubject")->setFont(scaledFont(font(), 1.3));
     findChild<QLabel*>("plotSaved")->setForegroundRole(secondaryText);
     connect(view_, &PlotView::markDidChange, this, &PlotPage::showReadout);
     connect(view_, &PlotView::focusDidChange, findChild<PlotPaper*>(), &PlotPaper::setFocused);

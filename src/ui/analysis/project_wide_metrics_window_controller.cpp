@@ -25,7 +25,7 @@ constexpr int gapOfCards = 12;
 
 QLabel* headOfColumn(const QString& title, QWidget& content) {
     auto* label = new QLabel(title, &content);
-    label->setFont(scaledFont(content.font(), 1, true));
+    label->setFont(scaledFont(content.font(), 1));
     label->setMinimumHeight(44);
     label->setWordWrap(true);
     label->setAlignment(Qt::AlignLeft | Qt::AlignBottom);
@@ -50,7 +50,7 @@ ProjectWideMetricsViewController::ProjectWideMetricsViewController(JobQueue& job
     ui_->setupUi(this);
     ui_->scrollArea->viewport()->setAutoFillBackground(false);
     ui_->content->setAutoFillBackground(false);
-    ui_->projectHeading->setFont(scaledFont(font(), 1.6, true));
+    ui_->projectHeading->setFont(scaledFont(font(), 1.6));
     ui_->projectSummary->setContentsMargins(0, 4, 0, 0);
     ui_->projectSummary->setForegroundRole(secondaryText);
     addShortcut(*ui_->copyAllMetrics, Qt::CTRL | Qt::SHIFT | Qt::Key_C);

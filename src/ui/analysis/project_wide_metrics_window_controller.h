@@ -8,7 +8,6 @@
 #include <QWidget>
 #include <cstddef>
 #include <memory>
-#include <vector>
 
 #include "metrics/random_source.h"
 #include "model/project_metrics.h"

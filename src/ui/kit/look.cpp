@@ -75,14 +75,14 @@ QPalette lookPalette(ColorScheme scheme) {
     return palette;
 }
 
-QFont scaledFont(const QFont& font, double factor, bool strong) {
+QFont scaledFont(const QFont& font, double factor) {
     QFont scaled = font;
     if (font.pointSizeF() > 0) {
         scaled.setPointSizeF(font.pointSizeF() * factor);
     } else {
         scaled.setPixelSize(qRound(font.pixelSize() * factor));
     }
-    if (strong) scaled.setWeight(QFont::DemiBold);
+    scaled.setWeight(QFont::DemiBold);
     return scaled;
 }
 

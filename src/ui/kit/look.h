@@ -55,7 +55,7 @@ void applyLook(QApplication& application, ColorScheme scheme);
 // Property of the one push button of a page that does what the page is for.
 inline constexpr const char* primaryButtonProperty = "primary";
 
-// The font scaled by a factor, at least medium weight where strong.
-QFont scaledFont(const QFont& font, double factor, bool strong = false);
+// The font scaled by a factor, in semibold.
+QFont scaledFont(const QFont& font, double factor);
 
 }  // namespace zorvel

@@ -1,6 +1,5 @@
 #include "ui/kit/look_painting.h"
 
-#include <QFontMetrics>
 #include <QPainter>
 #include <QStyle>
 #include <QStyleOptionHeader>

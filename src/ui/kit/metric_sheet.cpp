@@ -13,7 +13,6 @@
 #include <QVBoxLayout>
 #include <algorithm>
 #include <cstdlib>
-#include <utility>
 
 #include "ui/kit/look.h"
 #include "ui/kit/popover.h"

@@ -5,7 +5,6 @@
 #pragma once
 
 #include <QColor>
-#include <QList>
 #include <QString>
 #include <QStringList>
 #include <functional>

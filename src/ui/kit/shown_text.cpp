@@ -2,7 +2,6 @@
 
 #include <QKeyEvent>
 #include <QLocale>
-#include <QStringList>
 #include <algorithm>
 
 namespace zorvel {

@@ -121,11 +121,11 @@ void ValueField::paintPending(QPainter& painter) const {
 void ValueField::fitFont() {
     if (scale_ == 1 || parentWidget() == nullptr) return;
     const QScopedValueRollback guard(adjusting_, true);
-    QFont wanted = scaledFont(parentWidget()->font(), scale_, true);
+    QFont wanted = scaledFont(parentWidget()->font(), scale_);
     const double needed = QFontMetricsF(wanted).horizontalAdvance(text()) + 8;
     const double room = width();
     if (needed > room && room > 0) {
-        wanted = scaledFont(parentWidget()->font(), std::max(0.5, scale_ * room / needed), true);
+        wanted = scaledFont(parentWidget()->font(), std::max(0.5, scale_ * room / needed));
     }
     if (wanted != font()) setFont(wanted);
 }

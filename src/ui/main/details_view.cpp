@@ -2,7 +2,6 @@
 
 #include <QEvent>
 #include <QKeyEvent>
-#include <QLabel>
 #include <QTextDocument>
 #include <algorithm>
 #include <type_traits>

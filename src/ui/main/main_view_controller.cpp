@@ -1,11 +1,9 @@
 #include "ui/main/main_view_controller.h"
 
 #include <QAbstractButton>
-#include <QAction>
 #include <QDataStream>
 #include <QHeaderView>
 #include <QIODevice>
-#include <QIcon>
 #include <QItemSelectionModel>
 #include <initializer_list>
 #include <utility>
@@ -196,10 +194,10 @@ void MainViewController::setUpDetails() {
 }
 
 void MainViewController::setUpTexts() {
-    ui_->censusHeading->setFont(scaledFont(font(), 1.1, true));
-    ui_->speciesHeading->setFont(scaledFont(font(), 1.1, true));
+    ui_->censusHeading->setFont(scaledFont(font(), 1.1));
+    ui_->speciesHeading->setFont(scaledFont(font(), 1.1));
     ui_->sharedNamesLabel->setContentsMargins(0, 0, 12, 8);
-    ui_->emptyHeading->setFont(scaledFont(font(), 1.6, true));
+    ui_->emptyHeading->setFont(scaledFont(font(), 1.6));
     ui_->emptyIcon->setPixmap(windowIcon().pixmap(96, 96));
     for (QLabel* label : std::initializer_list<QLabel*>{
              ui_->censusCountLabel, ui_->speciesCountLabel, ui_->emptyText, ui_->progressLabel,

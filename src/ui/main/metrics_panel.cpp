@@ -3,7 +3,6 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QVBoxLayout>
-#include <optional>
 #include <utility>
 
 #include "metrics/rarefaction.h"
@@ -28,7 +27,7 @@ std::vector<ShownMetric> panelRows(MetricKind kind) {
 
 QLabel* groupTitle(const QString& title, QWidget& panel) {
     auto* label = new QLabel(title, &panel);
-    label->setFont(scaledFont(panel.font(), 1, true));
+    label->setFont(scaledFont(panel.font(), 1));
     label->setMinimumHeight(48);
     label->setContentsMargins(0, 0, 0, 8);
     label->setAlignment(Qt::AlignLeading | Qt::AlignBottom);
@@ -69,7 +68,7 @@ void MetricsPanel::layOut(QVBoxLayout& all) {
     all.setContentsMargins(16, 0, 16, 16);
     heading_->setObjectName("metricsHeading");
     heading_->setMinimumHeight(48);
-    heading_->setFont(scaledFont(font(), 1.35, true));
+    heading_->setFont(scaledFont(font(), 1.35));
     all.addWidget(heading_);
     auto* cards = new QHBoxLayout;
     cards->setSpacing(12);

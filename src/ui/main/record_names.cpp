@@ -1,7 +1,6 @@
 #include "ui/main/record_names.h"
 
 #include <QFont>
-#include <QIcon>
 #include <QStringList>
 
 #include "model/diversity_document.h"

@@ -93,7 +93,7 @@ void TableDialog::addHeading(QVBoxLayout& column, const QString& name) {
     part->addLayout(line);
     auto* label = new ElidedLabel;
     label->setText(oneLine(name));
-    label->setFont(scaledFont(font(), 1.1, true));
+    label->setFont(scaledFont(font(), 1.1));
     line->addWidget(label, 1);
     if (input_->sheets.size() > 1) addSheets(*line);
     optionsButton_ = new QPushButton("&Options...");
