@@ -3,20 +3,15 @@
 
 #include <charconv>
 #include <functional>
+#include <optional>
 #include <utility>
 
-#include "cli/table_rules.h"
 #include "cli/tables.h"
+#include "tables/rule_names.h"
 #include "tables/texts.h"
 
 namespace zorvel::cli {
 namespace {
-
-constexpr ColumnRole columnRoles[] = {
-    ColumnRole::census, ColumnRole::species,  ColumnRole::genus,     ColumnRole::count,
-    ColumnRole::date,   ColumnRole::year,     ColumnRole::month,     ColumnRole::day,
-    ColumnRole::notes,  ColumnRole::latitude, ColumnRole::longitude, ColumnRole::status,
-    ColumnRole::stage,  ColumnRole::total,    ColumnRole::included,  ColumnRole::ignored};
 
 [[noreturn]] void refuse(const char* option, const std::string& text, const std::string& allowed) {
     throw CLI::ValidationError(option, "'" + text + "' is not " + allowed);
@@ -58,26 +53,26 @@ void readRows(const std::string& text, TableChoices& choices) {
     }
 }
 
+template <class T, std::size_t size>
+std::string listOf(const RuleNames<T, size>& rules) {
+    std::string text;
+    for (const auto& [name, value] : rules) text += (text.empty() ? "" : ", ") + std::string(name);
+    return text;
+}
+
 std::pair<std::string, ColumnRole> readColumn(const std::string& text) {
     const std::size_t sign = text.rfind('=');
-    const std::string role = sign == std::string::npos ? std::string() : text.substr(sign + 1);
-    std::string allowed;
-    for (const ColumnRole each : columnRoles) {
-        if (sign != std::string::npos && role == roleName(each))
-            return {text.substr(0, sign), each};
-        allowed += (allowed.empty() ? "" : ", ") + std::string(roleName(each));
-    }
-    refuse("--column", text, "of the form HEADER=ROLE with a role of " + allowed);
+    const auto role = sign == std::string::npos
+                          ? std::nullopt
+                          : ruleNamed(roleNames, std::string_view(text).substr(sign + 1));
+    if (role) return {text.substr(0, sign), *role};
+    refuse("--column", text, "of the form HEADER=ROLE with a role of " + listOf(roleNames));
 }
 
 template <class T, std::size_t size>
 T readRule(const char* option, const std::string& text, const RuleNames<T, size>& rules) {
-    std::string allowed;
-    for (const auto& [name, value] : rules) {
-        if (text == name) return value;
-        allowed += (allowed.empty() ? "" : ", ") + std::string(name);
-    }
-    refuse(option, text, "one of " + allowed);
+    if (const auto value = ruleNamed(rules, text)) return *value;
+    refuse(option, text, "one of " + listOf(rules));
 }
 
 }  // namespace
@@ -132,12 +127,12 @@ void addTableOptions(CLI::App& app, TableOptions& options) {
         "UTF-8, UTF-16LE, UTF-16BE, Windows-1250 or\n"
         "Windows-1252",
         [&](const std::string& text) {
-            choices.encoding = readRule("--encoding", text, encodings);
+            choices.encoding = readRule("--encoding", text, encodingNames);
         });
     add("--layout", "LAYOUT",
         "Where the censuses are: rows, columns, or long (a row for\n"
         "each species of a census)",
-        [&](const std::string& text) { choices.layout = readRule("--layout", text, layouts); });
+        [&](const std::string& text) { choices.layout = readRule("--layout", text, layoutNames); });
     add("--header", "N", "Number of header rows",
         [&](const std::string& text) { choices.headerRows = readNumber("--header", text); });
     add("--rows", "A-B", "The rows to read, header included: 3-20, or 3- to the end",
@@ -155,34 +150,34 @@ void addTableOptions(CLI::App& app, TableOptions& options) {
             corrections.thousandsMark = readCharacter("--thousands", text);
         });
     add("--date-order", "ORDER", "Of 3/4/2021: dmy or mdy", [&](const std::string& text) {
-        corrections.dateOrder = readRule("--date-order", text, dateOrders);
+        corrections.dateOrder = readRule("--date-order", text, dateOrderNames);
     });
     add("--missing", "RULE", "NA and the like: zero (default), fault, or leave-out (the census)",
         [&](const std::string& text) {
-            corrections.missing = readRule("--missing", text, missingRules);
+            corrections.missing = readRule("--missing", text, missingRuleNames);
         });
     add("--fractions", "RULE", "fault (default) or round", [&](const std::string& text) {
-        corrections.fractions = readRule("--fractions", text, fractionRules);
+        corrections.fractions = readRule("--fractions", text, fractionRuleNames);
     });
     addSeveral("--zero", "FAULT",
                "Counts to take as 0: fraction, negative, large or text; may be\n"
                "given several times",
                [&](const std::string& text) {
-                   corrections.takenAsZero.push_back(readRule("--zero", text, countFaults));
+                   corrections.takenAsZero.push_back(readRule("--zero", text, countFaultNames));
                });
     add("--same-census", "RULE", "Rows of one census: apart (default) or sum",
         [&](const std::string& text) {
-            corrections.sameCensus = readRule("--same-census", text, sameRules);
+            corrections.sameCensus = readRule("--same-census", text, sameRuleNames);
         });
     add("--same-species", "RULE", "Counts of one species in a census: sum (default) or apart",
         [&](const std::string& text) {
-            corrections.sameSpecies = readRule("--same-species", text, sameRules);
+            corrections.sameSpecies = readRule("--same-species", text, sameRuleNames);
         });
     add("--unnamed", "RULE",
         "A census without a name: fault (default), row (\"row 7\") or\n"
         "above (the name in the row above, as in merged cells)",
         [&](const std::string& text) {
-            corrections.unnamed = readRule("--unnamed", text, unnamedRules);
+            corrections.unnamed = readRule("--unnamed", text, unnamedRuleNames);
         });
     flag("--presence", "Take each mark as 1", corrections.presence);
     flag("--guess", "Take what is in doubt as it seems to be", options.guess);

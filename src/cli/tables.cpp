@@ -7,7 +7,7 @@
 #include "base/text.h"
 #include "cli/call.h"
 #include "cli/output.h"
-#include "cli/table_rules.h"
+#include "tables/rule_names.h"
 #include "tables/source.h"
 #include "tables/texts.h"
 
@@ -177,7 +177,7 @@ void writePreviewText(Output& output, const std::string& file, const ReadTable& 
     const TableReading& reading = table.guess.reading;
     std::string text = file + ": " + understoodText(reading) + "\n";
     for (std::size_t i = 0; i < table.header.size(); ++i) {
-        text += "  " + columnLetters(i) + "  " + roleName(reading.role(i)) + "  " +
+        text += "  " + columnLetters(i) + "  " + ruleName(roleNames, reading.role(i)) + "  " +
                 terminalLine(table.header[i]) + "\n";
     }
     const auto& censuses = table.records.censuses;
@@ -207,7 +207,7 @@ void writePreviewJson(JsonWriter& json, const std::string& file, const ReadTable
     json.begin('{');
     json.field("file", std::string_view(file));
     if (table.sheets.empty()) {
-        json.field("encoding", std::string_view(encodingName(reading.form.encoding)));
+        json.field("encoding", std::string_view(ruleName(encodingNames, reading.form.encoding)));
         json.field("separator", std::string_view(markText(reading.form.separator)));
         json.field("quotes", reading.form.quotes);
     } else {
@@ -222,23 +222,23 @@ void writePreviewJson(JsonWriter& json, const std::string& file, const ReadTable
         }
         json.end(']');
     }
-    json.field("layout", std::string_view(layoutName(reading.layout)));
+    json.field("layout", std::string_view(ruleName(layoutNames, reading.layout)));
     json.field("firstRow", number(reading.firstRow));
     json.field("lastRow", number(reading.lastRow == 0 ? table.records.lastRow : reading.lastRow));
     json.field("headerRows", number(reading.headerRows.size()));
     json.field("decimal", std::string_view(markText(reading.decimalMark)));
     json.field("thousands", std::string_view(markText(reading.thousandsMark)));
     json.field("presence", reading.presence);
-    json.field("dateOrder", std::string_view(ruleName(dateOrders, reading.dateOrder)));
-    json.field("missing", std::string_view(ruleName(missingRules, reading.missing)));
-    json.field("fractions", std::string_view(ruleName(fractionRules, reading.fractions)));
-    json.field("sameCensus", std::string_view(ruleName(sameRules, reading.sameCensus)));
-    json.field("sameSpecies", std::string_view(ruleName(sameRules, reading.sameSpecies)));
-    json.field("unnamed", std::string_view(ruleName(unnamedRules, reading.unnamed)));
+    json.field("dateOrder", std::string_view(ruleName(dateOrderNames, reading.dateOrder)));
+    json.field("missing", std::string_view(ruleName(missingRuleNames, reading.missing)));
+    json.field("fractions", std::string_view(ruleName(fractionRuleNames, reading.fractions)));
+    json.field("sameCensus", std::string_view(ruleName(sameRuleNames, reading.sameCensus)));
+    json.field("sameSpecies", std::string_view(ruleName(sameRuleNames, reading.sameSpecies)));
+    json.field("unnamed", std::string_view(ruleName(unnamedRuleNames, reading.unnamed)));
     json.key("zero");
     json.begin('[');
     for (const CountFault fault : reading.takenAsZero) {
-        json.value(std::string_view(ruleName(countFaults, fault)));
+        json.value(std::string_view(ruleName(countFaultNames, fault)));
     }
     json.end(']');
     json.key("columns");
@@ -247,7 +247,7 @@ void writePreviewJson(JsonWriter& json, const std::string& file, const ReadTable
         json.begin('{');
         json.field("column", std::string_view(columnLetters(i)));
         json.field("header", std::string_view(table.header[i]));
-        json.field("role", std::string_view(roleName(reading.role(i))));
+        json.field("role", std::string_view(ruleName(roleNames, reading.role(i))));
         json.end('}');
     }
     json.end(']');

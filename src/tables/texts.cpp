@@ -4,6 +4,7 @@
 
 #include "base/numbers.h"
 #include "base/text.h"
+#include "tables/rule_names.h"
 
 namespace zorvel {
 namespace {
@@ -44,72 +45,6 @@ const std::vector<SeparatorName>& separatorNames() {
     return names;
 }
 
-const char* encodingName(TableEncoding encoding) {
-    switch (encoding) {
-        case TableEncoding::utf8:
-            return "UTF-8";
-        case TableEncoding::utf16LittleEndian:
-            return "UTF-16LE";
-        case TableEncoding::utf16BigEndian:
-            return "UTF-16BE";
-        case TableEncoding::windows1250:
-            return "Windows-1250";
-        case TableEncoding::windows1252:
-            return "Windows-1252";
-    }
-    return "";
-}
-
-const char* layoutName(TableLayout layout) {
-    switch (layout) {
-        case TableLayout::censusRows:
-            return "rows";
-        case TableLayout::speciesRows:
-            return "columns";
-        case TableLayout::records:
-            return "long";
-    }
-    return "";
-}
-
-const char* roleName(ColumnRole role) {
-    switch (role) {
-        case ColumnRole::count:
-            return "count";
-        case ColumnRole::census:
-            return "census";
-        case ColumnRole::genus:
-            return "genus";
-        case ColumnRole::species:
-            return "species";
-        case ColumnRole::latitude:
-            return "latitude";
-        case ColumnRole::longitude:
-            return "longitude";
-        case ColumnRole::date:
-            return "date";
-        case ColumnRole::year:
-            return "year";
-        case ColumnRole::month:
-            return "month";
-        case ColumnRole::day:
-            return "day";
-        case ColumnRole::notes:
-            return "notes";
-        case ColumnRole::status:
-            return "status";
-        case ColumnRole::included:
-            return "included";
-        case ColumnRole::stage:
-            return "stage";
-        case ColumnRole::total:
-            return "total";
-        case ColumnRole::ignored:
-            return "ignored";
-    }
-    return "";
-}
-
 std::string formText(const TableReading& reading) {
     if (!reading.sheet.empty()) return "sheet \"" + terminalLine(reading.sheet) + "\"";
     const auto& names = separatorNames();
@@ -120,7 +55,7 @@ std::string formText(const TableReading& reading) {
         name == names.end() ? std::string("'") + reading.form.separator + "'" : name->plural;
     if (reading.decimalMark == ',') text += ", decimal comma";
     if (reading.form.encoding != TableEncoding::utf8) {
-        text += std::string(", ") + encodingName(reading.form.encoding);
+        text += std::string(", ") + ruleName(encodingNames, reading.form.encoding);
     }
     return text;
 }

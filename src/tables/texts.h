@@ -17,11 +17,6 @@ struct SeparatorName {
 };
 const std::vector<SeparatorName>& separatorNames();
 
-// As they are written in options and JSON: "UTF-8", "records", "census".
-const char* encodingName(TableEncoding encoding);
-const char* layoutName(TableLayout layout);
-const char* roleName(ColumnRole role);
-
 // "semicolons, decimal comma, Windows-1252", or "sheet "North"".
 std::string formText(const TableReading& reading);
 

@@ -144,11 +144,25 @@ TEST(TableCorrectionsTest, ComeBackWithTheNextTableOfTheHeader) {
     EXPECT_FALSE(keptCorrections("Plot\tA")) << "the oldest goes";
     keepCorrections("one more", {});
     EXPECT_FALSE(keptCorrections("one more")) << "nothing is left to correct";
-    // Damaged or newer settings.
-    EXPECT_EQ(
-        correctionsText(readCorrections(R"({"layout":9,"missing":"x","roles":{"a":1,"2":99}})")),
-        "{}");
     clearSettings();
+}
+
+// They stay the same whatever is added to the program; what it does not know is left out.
+TEST(TableCorrectionsTest, AreKeptByTheNamesThatOptionsHave) {
+    TableCorrections corrections;
+    corrections.choices.separator = ';';
+    corrections.choices.layout = TableLayout::records;
+    corrections.roles[2] = ColumnRole::stage;
+    corrections.sameCensus = SameRule::sum;
+    corrections.takenAsZero = {CountFault::notANumber};
+    const QString text = R"({"layout":"long","roles":{"2":"stage"},"sameCensus":"sum",)"
+                         R"("separator":59,"zero":["text"]})";
+    EXPECT_EQ(correctionsText(corrections), text);
+    EXPECT_EQ(correctionsText(readCorrections(text)), text);
+    EXPECT_EQ(
+        correctionsText(readCorrections(
+            R"({"layout":2,"missing":"x","roles":{"a":"count","1":3,"2":"new"},"zero":[1]})")),
+        "{}");
 }
 
 }  // namespace

@@ -4,9 +4,11 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <algorithm>
+#include <QJsonValue>
+#include <type_traits>
 
 #include "platform/settings.h"
+#include "tables/rule_names.h"
 
 namespace zorvel {
 
@@ -15,36 +17,35 @@ namespace {
 const char keptKey[] = "tables/corrections";
 constexpr qsizetype mostKept = 50;  // headers
 
-template <class T>
-void put(QJsonObject& object, const char* key, const std::optional<T>& value) {
-    if (value) object[QLatin1String(key)] = static_cast<int>(*value);
-}
-
-template <class T>
-void take(const QJsonObject& object, const char* key, std::optional<T>& value, int most) {
-    const int number = object[QLatin1String(key)].toInt(-1);
-    if (number >= 0 && number <= most) value = static_cast<T>(number);
-}
-
-// Calls visit(key, value, largest number) for each value that is a number.
+// Calls visit(key, value, largest number) for each value that is a number or a character.
 template <class Corrections, class Visit>
 void forEachNumber(Corrections& corrections, const Visit& visit) {
     constexpr int lastCharacter = 127;
     constexpr int lastRow = 1000;
     visit("separator", corrections.choices.separator, lastCharacter);
-    visit("encoding", corrections.choices.encoding, static_cast<int>(TableEncoding::windows1252));
-    visit("layout", corrections.choices.layout, static_cast<int>(TableLayout::records));
     visit("firstRow", corrections.choices.firstRow, lastRow);
     visit("headerRows", corrections.choices.headerRows, lastRow);
     visit("decimalMark", corrections.decimalMark, lastCharacter);
     visit("thousandsMark", corrections.thousandsMark, lastCharacter);
-    visit("dateOrder", corrections.dateOrder, static_cast<int>(DateOrder::monthFirst));
     visit("presence", corrections.presence, 1);
-    visit("missing", corrections.missing, static_cast<int>(MissingRule::leaveOut));
-    visit("fractions", corrections.fractions, static_cast<int>(FractionRule::round));
-    visit("sameSpecies", corrections.sameSpecies, static_cast<int>(SameRule::apart));
-    visit("sameCensus", corrections.sameCensus, static_cast<int>(SameRule::apart));
-    visit("unnamed", corrections.unnamed, static_cast<int>(UnnamedRule::above));
+}
+
+// Calls visit(key, value, names) for each value that has a name.
+template <class Corrections, class Visit>
+void forEachRule(Corrections& corrections, const Visit& visit) {
+    visit("encoding", corrections.choices.encoding, encodingNames);
+    visit("layout", corrections.choices.layout, layoutNames);
+    visit("dateOrder", corrections.dateOrder, dateOrderNames);
+    visit("missing", corrections.missing, missingRuleNames);
+    visit("fractions", corrections.fractions, fractionRuleNames);
+    visit("sameSpecies", corrections.sameSpecies, sameRuleNames);
+    visit("sameCensus", corrections.sameCensus, sameRuleNames);
+    visit("unnamed", corrections.unnamed, unnamedRuleNames);
+}
+
+template <class Names>
+auto namedIn(const QJsonValue& name, const Names& names) {
+    return ruleNamed(names, name.toString().toStdString());
 }
 
 QString hashOf(const std::string& header) {
@@ -61,15 +62,21 @@ QJsonArray kept() {
 
 QString correctionsText(const TableCorrections& corrections) {
     QJsonObject object;
-    forEachNumber(corrections,
-                  [&](const char* key, const auto& value, int) { put(object, key, value); });
+    forEachNumber(corrections, [&](const char* key, const auto& value, int /*most*/) {
+        if (value) object[QLatin1String(key)] = static_cast<int>(*value);
+    });
+    forEachRule(corrections, [&](const char* key, const auto& value, const auto& names) {
+        if (value) object[QLatin1String(key)] = ruleName(names, *value);
+    });
     QJsonObject roles;
     for (const auto& [column, role] : corrections.roles) {
-        roles[QString::number(column)] = static_cast<int>(role);
+        roles[QString::number(column)] = ruleName(roleNames, role);
     }
     if (!roles.isEmpty()) object["roles"] = roles;
     QJsonArray faults;
-    for (const CountFault fault : corrections.takenAsZero) faults.append(static_cast<int>(fault));
+    for (const CountFault fault : corrections.takenAsZero) {
+        faults.append(ruleName(countFaultNames, fault));
+    }
     if (!faults.isEmpty()) object["zero"] = faults;
     return QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact));
 }
@@ -77,22 +84,25 @@ QString correctionsText(const TableCorrections& corrections) {
 TableCorrections readCorrections(const QString& text) {
     const QJsonObject object = QJsonDocument::fromJson(text.toUtf8()).object();
     TableCorrections corrections;
-    forEachNumber(corrections,
-                  [&](const char* key, auto& value, int most) { take(object, key, value, most); });
+    forEachNumber(corrections, [&](const char* key, auto& value, int most) {
+        const int number = object[QLatin1String(key)].toInt(-1);
+        if (number < 0 || number > most) return;
+        value = static_cast<typename std::decay_t<decltype(value)>::value_type>(number);
+    });
+    forEachRule(corrections, [&](const char* key, auto& value, const auto& names) {
+        value = namedIn(object[QLatin1String(key)], names);
+    });
     const QJsonObject roles = object["roles"].toObject();
     for (auto role = roles.begin(); role != roles.end(); ++role) {
         constexpr unsigned mostColumns = 16384;
         bool isNumber = false;
         const unsigned column = role.key().toUInt(&isNumber);
-        const int value = role.value().toInt(-1);
-        if (!isNumber || column >= mostColumns || value < 0) continue;
-        if (value > static_cast<int>(ColumnRole::ignored)) continue;
-        corrections.roles[column] = static_cast<ColumnRole>(value);
+        const auto known = namedIn(role.value(), roleNames);
+        if (isNumber && column < mostColumns && known) corrections.roles[column] = *known;
     }
     for (const auto& fault : object["zero"].toArray()) {
-        const int value = fault.toInt(-1);
-        if (value < 0 || value > static_cast<int>(CountFault::notANumber)) continue;
-        corrections.takenAsZero.push_back(static_cast<CountFault>(value));
+        const auto known = namedIn(fault, countFaultNames);
+        if (known) corrections.takenAsZero.push_back(*known);
     }
     return corrections;
 }

@@ -13,6 +13,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "tables/rule_names.h"
 #include "tables/texts.h"
 
 namespace zorvel {
@@ -150,7 +151,7 @@ void TableOptions::addMarks(QGridLayout& grid) {
     for (const TableEncoding each :
          {TableEncoding::utf8, TableEncoding::windows1252, TableEncoding::windows1250,
           TableEncoding::utf16LittleEndian, TableEncoding::utf16BigEndian}) {
-        encodings.push_back({encodingName(each), static_cast<int>(each)});
+        encodings.push_back({ruleName(encodingNames, each), static_cast<int>(each)});
     }
     addList(
         grid, 1, "&Encoding:", "tableEncodingBox", encodings,
