@@ -173,6 +173,12 @@ void addTableOptions(CLI::App& app, TableOptions& options) {
         [&](const std::string& text) {
             corrections.sameSpecies = readRule("--same-species", text, sameRuleNames);
         });
+    add("--stages", "RULE",
+        "Columns of a species or census whose headers differ in a sex or\n"
+        "stage at their end, as in \"Parus major M\": sum or apart",
+        [&](const std::string& text) {
+            corrections.sameStages = readRule("--stages", text, sameRuleNames);
+        });
     add("--unnamed", "RULE",
         "A census without a name: fault (default), row (\"row 7\") or\n"
         "above (the name in the row above, as in merged cells)",

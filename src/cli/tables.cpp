@@ -10,6 +10,7 @@
 #include "tables/rule_names.h"
 #include "tables/source.h"
 #include "tables/texts.h"
+#include "tables/words.h"
 
 namespace zorvel::cli {
 namespace {
@@ -127,6 +128,8 @@ const char* optionFor(TableDoubt doubt) {
             return "--column HEADER=census and --column HEADER=species";
         case TableDoubt::counts:
             return "--column HEADER=count for each of them, or HEADER=ignored";
+        case TableDoubt::stages:
+            return "--stages sum or apart";
         case TableDoubt::numbers:
             return "--column HEADER=ignored or HEADER=count for each of them";
         case TableDoubt::amounts:
@@ -150,6 +153,8 @@ std::string candidatesText(TableDoubt doubt, const ReadTable& table) {
         const bool isMeant = (doubt == TableDoubt::counts && role == ColumnRole::count) ||
                              (doubt == TableDoubt::names &&
                               (role == ColumnRole::census || role == ColumnRole::species)) ||
+                             (doubt == TableDoubt::stages && role == ColumnRole::count &&
+                              withoutStage(table.header[i])) ||
                              (doubt == TableDoubt::numbers &&
                               std::binary_search(unlikely.begin(), unlikely.end(), i));
         if (!isMeant) continue;
@@ -234,6 +239,7 @@ void writePreviewJson(JsonWriter& json, const std::string& file, const ReadTable
     json.field("fractions", std::string_view(ruleName(fractionRuleNames, reading.fractions)));
     json.field("sameCensus", std::string_view(ruleName(sameRuleNames, reading.sameCensus)));
     json.field("sameSpecies", std::string_view(ruleName(sameRuleNames, reading.sameSpecies)));
+    json.field("stages", std::string_view(ruleName(sameRuleNames, reading.sameStages)));
     json.field("unnamed", std::string_view(ruleName(unnamedRuleNames, reading.unnamed)));
     json.key("zero");
     json.begin('[');

@@ -41,6 +41,8 @@ bool settles(const TableCorrections& corrections, const TableGuess& guess, Table
             return anyRole(roles, [&reading](std::size_t column, ColumnRole role) {
                 return role == ColumnRole::count || reading.role(column) == ColumnRole::count;
             });
+        case TableDoubt::stages:
+            return corrections.sameStages.has_value();
         case TableDoubt::numbers:
             return allHaveRoles(roles, guess.unlikely);
         case TableDoubt::amounts:
@@ -105,6 +107,7 @@ void applyCorrections(TableGuess& guess, const TableCorrections& corrections) {
     take(reading.fractions, corrections.fractions);
     take(reading.sameSpecies, corrections.sameSpecies);
     take(reading.sameCensus, corrections.sameCensus);
+    take(reading.sameStages, corrections.sameStages);
     take(reading.unnamed, corrections.unnamed);
 }
 

@@ -24,6 +24,7 @@ struct TableCorrections {
     std::vector<CountFault> takenAsZero;
     std::optional<SameRule> sameSpecies;
     std::optional<SameRule> sameCensus;
+    std::optional<SameRule> sameStages;
     std::optional<UnnamedRule> unnamed;
 };
 

@@ -98,7 +98,7 @@ TableGuess guessRows(const SampleRows& rows, const TableReading& known,
         }
         reading.columns =
             wideRoles(grid, reading, reading.shortHeader ? WordRoles(grid.width()) : roles);
-        guessStages(grid, roles, choices, guess);
+        guessStages(grid, roles, guess);
         if (tellsOfAmounts(rows, grid, header)) guess.doubts.push_back(TableDoubt::amounts);
     }
     guessMarks(grid, guess);

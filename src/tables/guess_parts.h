@@ -42,9 +42,8 @@ std::vector<ColumnRole> wideRoles(const SampleGrid& grid, const TableReading& re
 
 // guess_stages.cpp
 // Rows and columns that tell sexes or stages apart get this role, where the counts of names that
-// differ in it alone are to be added; or a doubt, where it is not sure what these are.
-void guessStages(const SampleGrid& grid, const WordRoles& words, const TableChoices& choices,
-                 TableGuess& guess);
+// differ in it alone are to be added; it is asked where they stand at the end of names.
+void guessStages(const SampleGrid& grid, const WordRoles& words, TableGuess& guess);
 
 // guess_names.cpp
 // The column of places, and those without which its censuses were mixed up: a quadrat in a

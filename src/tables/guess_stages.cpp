@@ -1,11 +1,13 @@
 // Which rows and columns of a wide table tell sexes or stages apart.
 #include <algorithm>
+#include <map>
 #include <set>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "tables/guess_parts.h"
+#include "tables/row_reader.h"
 #include "tables/words.h"
 
 namespace zorvel {
@@ -52,10 +54,53 @@ class StageRows {
     bool repeat = false;      // of one stage
 };
 
+// As the table is read.
+std::vector<std::string> namesAboveCounts(const SampleGrid& grid, const TableReading& reading) {
+    TableHeader header(reading);
+    for (std::size_t i = 0; i < reading.headerRows.size(); ++i) {
+        const auto& cells = grid.row(i).cells;
+        header.add({cells.begin(), cells.end()});
+    }
+    std::vector<std::string> names;
+    for (const std::size_t column : reading.columnsOf(ColumnRole::count)) {
+        names.push_back(header.name(column));
+    }
+    return names;
+}
+
+// Whether some differ in nothing but a sex or stage at their end: "Poa", "Poa juv."
+bool differInStages(const std::vector<std::string>& names) {
+    struct Group {
+        std::set<std::string> endings;
+        bool areLong = false;
+        bool isLettered = false;  // there is also an A or a B
+    };
+    std::map<std::string, Group> groups;
+    for (const std::string& name : names) {
+        const auto stem = withoutStage(name);
+        if (!stem) continue;
+        Group& group = groups[std::string(*stem)];
+        group.endings.insert(name.substr(stem->size()));
+        group.areLong |= name.size() > stem->size() + 2;
+    }
+    for (const std::string& name : names) {
+        if (groups.empty() || withoutStage(name)) continue;
+        const auto same = groups.find(name);
+        if (same != groups.end()) same->second.endings.insert(std::string());
+        const std::size_t start = name.find_last_of(" _.-") + 1;
+        if (start + 1 != name.size()) continue;
+        const auto lettered = groups.find(name.substr(0, start > 0 ? start - 1 : 0));
+        if (lettered != groups.end()) lettered->second.isLettered = true;
+    }
+    return std::any_of(groups.begin(), groups.end(), [](const auto& each) {
+        const Group& group = each.second;
+        return group.endings.size() > 1 && (group.areLong || !group.isLettered);
+    });
+}
+
 }  // namespace
 
-void guessStages(const SampleGrid& grid, const WordRoles& words, const TableChoices& choices,
-                 TableGuess& guess) {
+void guessStages(const SampleGrid& grid, const WordRoles& words, TableGuess& guess) {
     TableReading& reading = guess.reading;
     const ColumnRole names =
         reading.layout == TableLayout::speciesRows ? ColumnRole::census : ColumnRole::species;
@@ -71,8 +116,9 @@ void guessStages(const SampleGrid& grid, const WordRoles& words, const TableChoi
         reading.headerRows[i] = isNamed ? ColumnRole::stage : names;
         if (isNamed) ignoreTotals(grid, i, reading.columns);
     }
-    if (!stageRows.empty() && !isNamed && !choices.layout && guess.doubts.empty()) {
-        guess.doubts.push_back(TableDoubt::layout);
+    if (differInStages(namesAboveCounts(grid, reading))) {
+        reading.sameStages = SameRule::sum;
+        guess.doubts.push_back(TableDoubt::stages);
     }
     if (reading.layout != TableLayout::censusRows || reading.shortHeader) return;
     std::vector<std::size_t> stages;

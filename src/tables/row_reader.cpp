@@ -71,9 +71,11 @@ ColumnsByRole::ColumnsByRole(const TableReading& reading) {
     if (!columnOf(ColumnRole::date) && year && month && day) dateParts = {*year, *month, *day};
     counts = reading.columnsOf(ColumnRole::count);
     const auto& headers = reading.headerRows;
-    stages = reading.layout == TableLayout::censusRows
-                 ? columnOf(ColumnRole::stage).has_value()
-                 : std::find(headers.begin(), headers.end(), ColumnRole::stage) != headers.end();
+    stages =
+        reading.layout == TableLayout::censusRows
+            ? columnOf(ColumnRole::stage).has_value()
+            : reading.sameStages == SameRule::sum ||
+                  std::find(headers.begin(), headers.end(), ColumnRole::stage) != headers.end();
     exact = reading.isExact() && !names.empty() && species && !counts.empty();
 }
 

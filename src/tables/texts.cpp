@@ -97,7 +97,10 @@ std::string joinedText(const TableReading& reading) {
     for (const std::size_t column : reading.columnsOf(ColumnRole::stage)) {
         text += "; sexes or stages of column " + columnLetters(column) + " added";
     }
-    if (reading.layout != TableLayout::records) return text;
+    if (reading.layout != TableLayout::records) {
+        if (reading.sameStages == SameRule::sum) text += "; sexes or stages behind names added";
+        return text;
+    }
     const std::string counts = columnsText(ColumnRole::count);
     if (!counts.empty()) text += "; counts of columns " + counts + " added";
     if (reading.columnsOf(ColumnRole::count).empty()) text += "; each row is one individual";
@@ -158,6 +161,9 @@ const char* doubtText(TableDoubt doubt) {
             return "which columns name the census and the species";
         case TableDoubt::counts:
             return "which columns hold the counts";
+        case TableDoubt::stages:
+            return "whether to add the counts of columns whose headers differ in nothing but a sex "
+                   "or stage";
         case TableDoubt::numbers:
             return "whether there are counts in columns that look like years, areas or the like";
         case TableDoubt::amounts:

@@ -2,6 +2,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <set>
+#include <string>
 #include <utility>
 
 #include "base/text.h"
@@ -26,8 +28,9 @@ class WideRows final : public RowReader {
         for (std::size_t i = 0; i < columns_.counts.size(); ++i) {
             positions_[columns_.counts[i]] = static_cast<std::uint32_t>(i);
         }
+        if (reading_.sameStages == SameRule::sum) stagesName_ = nameOfStages(header);
         for (const std::size_t column : columns_.counts) {
-            const std::string name = header.name(column);
+            const std::string name = nameAbove(header, column);
             if (name.empty() && !reading_.headerRows.empty()) {
                 rules_.problem({reading_.firstRow, 0, column}, {},
                                hasCensusRows()
@@ -89,6 +92,28 @@ class WideRows final : public RowReader {
     }
 
     [[nodiscard]] bool hasCensusRows() const { return reading_.layout == TableLayout::censusRows; }
+
+    // Where sexes or stages are added, a name has none of them.
+    [[nodiscard]] std::string nameAbove(const TableHeader& header, std::size_t column) const {
+        std::string name = header.name(column);
+        if (reading_.sameStages == SameRule::apart) return name;
+        const auto stem = withoutStage(name);
+        if (stem) name = stem->empty() ? stagesName_ : std::string(*stem);
+        return name;
+    }
+
+    // Of what has nothing but sexes or stages above it: the sheet, or "M + F".
+    [[nodiscard]] std::string nameOfStages(const TableHeader& header) const {
+        if (!hasCensusRows() && !reading_.sheet.empty()) return reading_.sheet;
+        std::set<std::string> known;
+        std::string joined;
+        for (const std::size_t column : columns_.counts) {
+            const std::string name = header.name(column);
+            if (withoutStage(name) != std::string_view() || !known.insert(name).second) continue;
+            joined += (joined.empty() ? "" : " + ") + name;
+        }
+        return joined;
+    }
 
     void addCensus(const TableHeader& header, std::size_t column, const std::string& name) {
         MockCensus census;
@@ -183,6 +208,7 @@ class WideRows final : public RowReader {
 
     static constexpr std::uint32_t noPosition = UINT32_MAX;
 
+    std::string stagesName_;
     std::vector<std::uint32_t> positions_;     // of each column among those of counts
     std::vector<double> sums_;                 // of each column of counts
     std::vector<std::size_t> columnNames_;     // of each, where species have columns

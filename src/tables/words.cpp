@@ -273,6 +273,21 @@ bool isStage(std::string_view text) {
     return isOneOf(stageWords, plainHeader(text));
 }
 
+std::optional<std::string_view> withoutStage(std::string_view name) {
+    std::optional<std::string_view> stem;
+    for (;;) {
+        const std::string_view text = name.substr(0, name.find_last_not_of(" .:)]\n") + 1);
+        std::size_t start = text.find_last_of(" _.,-/([\n") + 1;
+        for (const std::string_view sign : {"♂", "♀"}) {
+            if (text.ends_with(sign)) start = text.size() - sign.size();
+        }
+        if (!isStage(text.substr(start))) return stem;
+        if (start > 0 && text[start - 1] == '.') --start;  // but not that of "sp. juv"
+        name = text.substr(0, text.substr(0, start).find_last_not_of(" _,-/([\n") + 1);
+        stem = name;
+    }
+}
+
 bool isAmountHeader(std::string_view header) {
     constexpr auto amounts = std::to_array<std::string_view>(
         {"cover",     "coverage",  "deckung",  "deckungsgrad", "recouvrement", "cobertura",

@@ -31,6 +31,9 @@ bool isAmountHeader(std::string_view header);
 bool isCountUnit(std::string_view text);
 // Whether a text is a sex or a stage: "♂", "juv.".
 bool isStage(std::string_view text);
+// A name without the sexes or stages at its end: "Poa" of "Poa juv. (m)". Empty where it is nothing
+// else, absent where it has none.
+std::optional<std::string_view> withoutStage(std::string_view name);
 // Whether a text looks like a numbered place: "Plot 3", "Q12".
 bool looksLikeCensusName(std::string_view text);
 // Whether a text looks like a binomial: "Abies alba".

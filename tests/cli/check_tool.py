@@ -627,14 +627,23 @@ class Tables(InFolder):
             "3:1: A3: The census has no name.",
             " --unnamed above takes the name in the row above, as in merged cells; --unnamed row names a "
             "census by its row"]))
+        stages = "Plot,Lasius worker,Lasius queen\nBog,5,1\n"
+        self.assertEqual(self.records(stages), (1, [
+            " it is in doubt whether to add the counts of columns whose headers differ in nothing but a "
+            'sex or stage (B "Lasius worker", C "Lasius queen"): give --stages sum or apart, or --guess '
+            "to take it as it seems to be"]))
+        self.assertEqual(self.records(stages, "--stages", "sum"), [("Bog", {"Lasius": 6})])
+        self.assertEqual(self.records(stages, "--stages", "apart"),
+                         [("Bog", {"Lasius worker": 5, "Lasius queen": 1})])
         bog = {"Lasius": 3, "Formica": 2}
         rules = ("--zero", "text", "--unnamed", "above")
         self.assertEqual(self.records(text, *counts, *rules), [("Bog", bog)])
         self.assertEqual(self.records(text, *counts[2:], *rules), [("Bog", {"Lasius": 1, "Formica": 2})])
         preview = json.loads(call("import --table --preview --json", self.file, *counts, *rules)[1])[0]
-        self.assertEqual({key: preview[key] for key in ("unnamed", "zero", "missing", "sameCensus")},
+        self.assertEqual({key: preview[key] for key in
+                          ("unnamed", "zero", "missing", "sameCensus", "stages")},
                          {"unnamed": "above", "zero": ["text"], "missing": "zero",
-                          "sameCensus": "apart"})
+                          "sameCensus": "apart", "stages": "apart"})
 
     def test_wrong_calls_say_what_is_wrong(self):
         for arguments, told in (

@@ -16,9 +16,9 @@ namespace {
 std::string doubtsOf(const TableGuess& guess) {
     std::string shown;
     for (const TableDoubt doubt : guess.doubts) {
-        constexpr const char* names[] = {"separator", "layout",    "names",
-                                         "counts",    "numbers",   "amounts",
-                                         "visits",    "dateOrder", "thousandsMark"};
+        constexpr const char* names[] = {"separator", "layout",       "names",   "counts",
+                                         "stages",    "numbers",      "amounts", "visits",
+                                         "dateOrder", "thousandsMark"};
         shown += std::string(names[static_cast<std::size_t>(doubt)]) + "? ";
     }
     return shown;
@@ -254,10 +254,28 @@ TEST(TableGuess, SexesAndStagesAreAddedOrAskedFor) {
          {"Species,Core,Core\nAlter,1000,2000\nPinus sylvestris,3,4\nAlnus incana,1,2\n",
           "Core: Pinus sylvestris=3 Alnus incana=1; Core: Pinus sylvestris=4 Alnus incana=2; "},
          {"Species,\u2642,\u2640\nDate,2021-05-01,2021-05-01\nPoa,3,4\n",
-          "layout? \u2642: Poa=3; \u2640: Poa=4; "},
+          "stages? \u2642 + \u2640: Poa=7; "},
          {"Site,Sex,Poa,Rumex\nA,m,1,1\n,f,2,2\nB,m,3,3\n,f,4,4\n", "A3: The census has no name."},
-         {"Site,M,F,juv\nA,3,4,1\nB,1,0,0\n", "layout? A: M=3 F=4 juv=1; B: M=1; "},
-         {"Species,♂,♀\nPoa,3,4\nBellis,1,0\n", "layout? ♂: Poa=3 Bellis=1; ♀: Poa=4; "}});
+         {"Site,M,F,juv\nA,3,4,1\nB,1,0,0\n", "stages? A: M + F + juv=8; B: M + F + juv=1; "},
+         {"Species,♂,♀\nPoa,3,4\nBellis,1,0\n", "stages? ♂ + ♀: Poa=7 Bellis=1; "}});
+}
+
+TEST(TableGuess, SexesAndStagesBehindNamesAreAskedFor) {
+    expectTaken(
+        {{"Site,Parus major M,Parus major F,Parus major juv,Poa annua\nA,1,2,3,4\nB,0,1,0,2\n",
+          "stages? A: Parus major=6 Poa annua=4; B: Parus major=1 Poa annua=2; "},
+         {"Site,Larus sp.,Larus sp. (juv.),Parus.major.ad,Parus.major.imm\nA,1,2,3,4\n",
+          "stages? A: Larus sp.=3 Parus.major=7; "},
+         {"Site,Poa ♂,Poa♀,Poa_juv. m\nA,1,2,3\n", "stages? A: Poa=6; "},
+         {"Site,Parus,Parus\n,major M,major F\nA,1,2\n", "stages? A: Parus major=3; "},
+         {"Species,Bog adult,Bog larva,Fen adult\nPoa annua,1,2,0\nBellis perennis,3,0,4\n",
+          "stages? Bog: Poa annua=3 Bellis perennis=3; Fen: Bellis perennis=4; "},
+         // A letter among others, a single column of a stage, and a word within a name.
+         {"Species,Plot A,Plot F,Plot M\nPoa annua,1,2,3\n",
+          "Plot A: Poa annua=1; Plot F: Poa annua=2; Plot M: Poa annua=3; "},
+         {"Species,A,F,M\nPoa annua,1,2,3\n", "A: Poa annua=1; F: Poa annua=2; M: Poa annua=3; "},
+         {"Site,Parus major,Larus juv\nA,1,2\n", "A: Parus major=1 Larus juv=2; "},
+         {"Site,Egg moth,Queen fly\nA,1,2\n", "A: Egg moth=1 Queen fly=2; "}});
 }
 
 TEST(TableGuess, NumbersThatCanHardlyBeCountsAreAskedFor) {

@@ -243,6 +243,14 @@ TEST(TableRules, EachIsKept) {
     }
 }
 
+TEST(TableRules, SexesAreAddedUnlessTheyAreKeptApart) {
+    const char* const text = "Species,M,F\nAbies alba,1,2\n";
+    const auto inSheet = [](TableReading& reading) { reading.sheet = "Bog"; };
+    const auto apart = [](TableReading& reading) { reading.sameStages = SameRule::apart; };
+    EXPECT_EQ(shownRecords(readWith(text, inSheet)), "Bog: Abies alba=3; ");
+    EXPECT_EQ(shownRecords(readWith(text, apart)), "M: Abies alba=1; F: Abies alba=2; ");
+}
+
 TEST(TableRules, NoticesCountWhatWasTakenByRule) {
     const TableRecords records = readWith(
         "Site,Date,Observer,Species,Count,Status\nA,3.5.2021,KM,Abies alba,,present\n"

@@ -278,6 +278,22 @@ TEST_F(TableDialogTest, CountsOfSexesAreAddedIfTheAnswerSaysSo) {
     answers[2]->click();
     ASSERT_TRUE(waitFor("Import 2 Censuses"));
     EXPECT_EQ(part<QTableWidget>("tableCensuses").item(1, 2)->text(), "8");
+    key(Qt::Key_Escape);
+    sendDeletions();
+    // Of one census; the answer can be changed.
+    openTable("Species,\u2642,\u2640\nLasius niger,2,3\nFormica rufa,4,4\n");
+    const auto stages = [this] { return dialog()->findChildren<QPushButton*>("tableDoubtAnswer"); };
+    ASSERT_TRUE(waitUntil([&] { return stages().size() == 2; }));
+    EXPECT_EQ(stages()[0]->accessibleDescription(),
+              "Zorvel is not sure whether to add the counts of columns whose headers differ in "
+              "nothing but a sex or stage. Choose.");
+    stages()[1]->click();
+    ASSERT_TRUE(waitFor("Import 2 Censuses"));
+    auto& box = part<QComboBox>("tableStagesBox");
+    EXPECT_EQ(box.currentText(), "Kept apart");
+    emit box.activated(0);
+    ASSERT_TRUE(waitFor("Import 1 Census"));
+    EXPECT_EQ(part<QTableWidget>("tableCensuses").item(0, 2)->text(), "13");
 }
 
 TEST_F(TableDialogTest, EachLetterLeadsToOnePart) {

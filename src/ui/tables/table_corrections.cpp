@@ -40,6 +40,7 @@ void forEachRule(Corrections& corrections, const Visit& visit) {
     visit("fractions", corrections.fractions, fractionRuleNames);
     visit("sameSpecies", corrections.sameSpecies, sameRuleNames);
     visit("sameCensus", corrections.sameCensus, sameRuleNames);
+    visit("stages", corrections.sameStages, sameRuleNames);
     visit("unnamed", corrections.unnamed, unnamedRuleNames);
 }
 

@@ -95,6 +95,16 @@ DoubtQuestion questionOf(TableDoubt doubt, const TablePreview& preview) {
             if (counts.size() == 1) add("None: each row is one", set(ColumnRole::ignored));
             break;
         }
+        case TableDoubt::stages: {
+            ask("whether to add the counts of columns whose headers differ in nothing but a sex or "
+                "stage");
+            const auto set = [](SameRule rule) {
+                return [rule](TableCorrections& corrections) { corrections.sameStages = rule; };
+            };
+            add("Add them", set(SameRule::sum));
+            add("Keep them apart", set(SameRule::apart));
+            break;
+        }
         case TableDoubt::numbers: {
             QStringList columns;
             for (const std::size_t column : preview.unlikely) columns.append(letters(column));

@@ -159,6 +159,13 @@ void TableOptions::addMarks(QGridLayout& grid) {
         [](TableCorrections& corrections, int value) {
             corrections.choices.encoding = static_cast<TableEncoding>(value);
         });
+    presence_ = new QCheckBox("Presence onl&y: each mark is 1");
+    presence_->setObjectName("tablePresenceBox");
+    grid.addWidget(presence_, 0, 4, 1, 2);
+    connect(presence_, &QCheckBox::clicked, this, [this](bool checked) {
+        emit corrected(
+            [checked](TableCorrections& corrections) { corrections.presence = checked; });
+    });
     addList(
         grid, 3, "&Dates:", "tableDatesBox",
         {{"Unknown", static_cast<int>(DateOrder::unknown)},
@@ -226,13 +233,14 @@ void TableOptions::addRules(QGridLayout& grid) {
         [](TableCorrections& corrections, int value) {
             corrections.unnamed = static_cast<UnnamedRule>(value);
         });
-    presence_ = new QCheckBox("Presence onl&y: each mark is 1");
-    presence_->setObjectName("tablePresenceBox");
-    grid.addWidget(presence_, 3, 4, 1, 2);
-    connect(presence_, &QCheckBox::clicked, this, [this](bool checked) {
-        emit corrected(
-            [checked](TableCorrections& corrections) { corrections.presence = checked; });
-    });
+    addList(
+        grid, 11, "Headers M, F, &juv.:", "tableStagesBox",
+        {{"Added", static_cast<int>(SameRule::sum)},
+         {"Kept apart", static_cast<int>(SameRule::apart)}},
+        [](const TableReading& reading) { return static_cast<int>(reading.sameStages); },
+        [](TableCorrections& corrections, int value) {
+            corrections.sameStages = static_cast<SameRule>(value);
+        });
     grid.setColumnStretch(2 * listsPerLine, 1);
 }
 
