@@ -98,7 +98,7 @@ std::string joinedText(const TableReading& reading) {
         text += "; sexes or stages of column " + columnLetters(column) + " added";
     }
     if (reading.layout != TableLayout::records) {
-        if (reading.sameStages == SameRule::sum) text += "; sexes or stages behind names added";
+        if (reading.sameStages == SameRule::sum) text += "; sexes or stages in the header added";
         return text;
     }
     const std::string counts = columnsText(ColumnRole::count);
