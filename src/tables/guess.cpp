@@ -114,10 +114,8 @@ TableGuess guessRows(const SampleRows& rows, const TableReading& known,
 
 // A long table as Zorvel writes it has this header and nothing to guess.
 bool isOwnTable(std::string_view bytes, const TableChoices& choices) {
-    const bool isFree = !choices.separator && !choices.encoding && !choices.layout &&
-                        !choices.firstRow && !choices.lastRow && !choices.headerRows;
     if (bytes.starts_with("\xEF\xBB\xBF")) bytes.remove_prefix(3);
-    if (!isFree || !bytes.starts_with(LongTableWriter::header)) return false;
+    if (choices != TableChoices() || !bytes.starts_with(LongTableWriter::header)) return false;
     bytes.remove_prefix(LongTableWriter::header.size());
     return bytes.empty() || bytes.front() == '\n' || bytes.front() == '\r';
 }

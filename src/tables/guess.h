@@ -39,6 +39,8 @@ struct TableChoices {
     std::optional<std::size_t> firstRow;
     std::optional<std::size_t> lastRow;
     std::optional<std::size_t> headerRows;
+
+    friend bool operator==(const TableChoices&, const TableChoices&) = default;
 };
 
 enum class TableDoubt {

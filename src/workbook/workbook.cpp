@@ -280,11 +280,22 @@ std::unique_ptr<RowSource> SheetSource::rows(const TextForm& /*form*/,
 
 TableGuess Workbook::guess(std::size_t sheet, const TableChoices& choices,
                            const std::stop_token& stop) const {
+    const bool isBare = choices == TableChoices();
+    if (isBare) {
+        const std::lock_guard lock(guesses_->mutex);
+        const auto known = guesses_->ofSheets.find(sheet);
+        if (known != guesses_->ofSheets.end()) return known->second;
+    }
     // Cells of workbooks cost more time than those of texts, and fewer tell enough.
     constexpr std::size_t mostCells = 1 << 16;
     TableSample sample = sampleRows(*rows(sheet, stop), true, mostCells);
     sample.sheet = sheets_[sheet].name;
-    return guessTable(sample, {}, choices);
+    TableGuess guess = guessTable(sample, {}, choices);
+    if (isBare && !stop.stop_requested()) {
+        const std::lock_guard lock(guesses_->mutex);
+        guesses_->ofSheets.emplace(sheet, guess);
+    }
+    return guess;
 }
 
 }  // namespace zorvel

@@ -4,7 +4,9 @@
 #pragma once
 
 #include <cstddef>
+#include <map>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <stop_token>
 #include <string>
@@ -78,7 +80,7 @@ class Workbook {
     // no table, such as a list of notes, the only other one that does. Absent where several others
     // do.
     [[nodiscard]] std::optional<std::size_t> usualSheet(const std::stop_token& stop = {}) const;
-    // What a sheet seems to be.
+    // What a sheet seems to be; without choices it is found out once.
     [[nodiscard]] TableGuess guess(std::size_t sheet, const TableChoices& choices,
                                    const std::stop_token& stop) const;
 
@@ -97,6 +99,11 @@ class Workbook {
     std::vector<SheetInfo> sheets_;
     std::vector<std::size_t> places_;  // of each sheet in the workbook
     WorkbookLimits limits_;
+    struct Guesses {
+        std::mutex mutex;
+        std::map<std::size_t, TableGuess> ofSheets;  // without choices
+    };
+    std::unique_ptr<Guesses> guesses_ = std::make_unique<Guesses>();
 };
 
 // A sheet as a table.

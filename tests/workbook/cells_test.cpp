@@ -127,6 +127,21 @@ TEST(WorkbookSheets, TheUsualOneHoldsATable) {
     }
 }
 
+// The sheet that was looked at to find the usual one is not read again for its guess.
+TEST(WorkbookSheets, AreGuessedOnceUnlessTheReadingWasStopped) {
+    const Result<Workbook> workbook = bookOf("tt");
+    ASSERT_TRUE(workbook);
+    std::stop_source stop;
+    stop.request_stop();
+    const auto columns = [&](std::size_t sheet, const std::stop_token& token) {
+        return workbook.value().guess(sheet, {}, token).reading.columns.size();
+    };
+    EXPECT_EQ(workbook.value().usualSheet(), 0U);
+    EXPECT_EQ(columns(0, stop.get_token()), 2U);
+    EXPECT_EQ(columns(1, stop.get_token()), 0U);
+    EXPECT_EQ(columns(1, {}), 2U);
+}
+
 TEST(WorkbookCells, TheLastPlaceOfASheetNeedsNoMemoryForTheOthers) {
     WorkbookLimits limits;
     limits.cells = 2;
