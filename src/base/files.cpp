@@ -30,10 +30,6 @@ int descriptorNamed(std::string_view path) {
     return -1;
 }
 
-bool namesNoDescriptor(const std::string& path) {
-    return descriptorNamed(path) < 0;
-}
-
 // Follows symbolic links as long as the condition holds.
 template <class Condition>
 int followLinks(std::string& path, Condition goesOn) {
@@ -94,7 +90,8 @@ int writeInPlace(const std::string& path, const ByteProducer& produce) {
 
 int writeWherever(std::string path, const ByteProducer& produce) {
     if (path.empty()) return ENOENT;
-    if (const int error = followLinks(path, namesNoDescriptor)) return error;
+    const auto goesOn = [](const std::string& at) { return descriptorNamed(at) < 0; };
+    if (const int error = followLinks(path, goesOn)) return error;
     if (const int descriptor = descriptorNamed(path); descriptor >= 0) {
         std::fflush(stdout);  // earlier output comes first
         return writeAll(descriptor, produce);

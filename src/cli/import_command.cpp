@@ -133,10 +133,7 @@ bool isHeld(const std::optional<FileProblem>& problem) {
 }
 
 bool holdsCensuses(const std::string& path, std::size_t count) {
-    ProjectFileOptions options;
-    options.readOnly = true;
-    const auto file = ProjectFile::open(path, options);
-    const auto records = file ? file.value()->load() : file.problem();
+    const FileResult<ProjectRecords> records = readRecords(path);
     return records && records.value().censuses.size() == count;
 }
 

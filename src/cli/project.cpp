@@ -16,14 +16,6 @@
 namespace zorvel::cli {
 namespace {
 
-FileResult<ProjectRecords> readRecords(const std::string& file) {
-    ProjectFileOptions options;
-    options.readOnly = true;
-    auto opened = ProjectFile::open(file, options);
-    if (!opened) return opened.problem();
-    return opened.value()->load();
-}
-
 bool readProject(const std::string& file, const Call& call, Project& project) {
     if (project.kind || call.isTable) {
         tellAt(project.file, {},
@@ -131,6 +123,14 @@ bool read(const std::string& file, const Call& call, Project& project) {
 }
 
 }  // namespace
+
+FileResult<ProjectRecords> readRecords(const std::string& file) {
+    ProjectFileOptions options;
+    options.readOnly = true;
+    auto opened = ProjectFile::open(file, options);
+    if (!opened) return opened.problem();
+    return opened.value()->load();
+}
 
 std::optional<Project> loadProject(const std::string& file, const Call& call) {
     Project project;

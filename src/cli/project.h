@@ -9,6 +9,7 @@
 #include "base/result.h"
 #include "interchange/file_kind.h"
 #include "model/diversity_document.h"
+#include "store/file_problem.h"
 
 namespace zorvel::cli {
 
@@ -25,7 +26,10 @@ struct Project {
     NameList names;                // of the censuses
 };
 
-// Reads a project as it was last saved, even if it is open elsewhere, or a text: as a table or of
+// The records of a project file as it was last saved, even if it is open elsewhere.
+FileResult<ProjectRecords> readRecords(const std::string& file);
+
+// Reads a project or a text: as a table or of
 // the kind that the call names, otherwise as a matrix or, for an import, of the kind that it seems
 // to be. A kind named for a project is an error. Absent if the file cannot be used; standard error
 // then says why.

@@ -10,14 +10,9 @@ namespace {
 
 using Keys = DiversityDocument;
 
-std::optional<std::string_view> view(const std::optional<SharedText>& text) {
-    if (!text) return std::nullopt;
-    return text->view();
-}
-
 void writeTaxon(JsonWriter& json, const TaxonValues& taxon) {
     json.begin('{');
-    json.field(Keys::kTaxonNameKey, view(taxon.name));
+    json.field(Keys::kTaxonNameKey, taxon.name);
     json.field(Keys::kTaxonAbundanceKey, taxon.abundance);
     json.field(Keys::kTaxonIncludeKey, taxon.include);
     json.end('}');
@@ -28,10 +23,10 @@ void writeCensus(JsonWriter& json, const CensusBlock& census) {
     std::optional<std::string> time;
     if (attributes.timeStamp) time = isoLocalText(*attributes.timeStamp);
     json.begin('{');
-    json.field(Keys::kCensusNameKey, view(attributes.name));
+    json.field(Keys::kCensusNameKey, attributes.name);
     json.field(Keys::kCensusLatitudeKey, attributes.latitude);
     json.field(Keys::kCensusLongitudeKey, attributes.longitude);
-    json.field(Keys::kCensusNotesKey, view(attributes.notes));
+    json.field(Keys::kCensusNotesKey, attributes.notes);
     json.field(Keys::kCensusTimeStampKey, time);
     json.key(Keys::kCensusTaxaKey);
     json.begin('[');

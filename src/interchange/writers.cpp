@@ -14,10 +14,11 @@ namespace {
 constexpr std::size_t longestCell = 21;                  // a comma, a minus sign and 19 digits
 constexpr std::size_t pieceSize = std::size_t{1} << 18;  // what is handed on at once, or a row
 
-void appendHeader(std::string& text, const std::vector<std::string>& taxonNames) {
-    text += ' ';
-    for (const std::string& name : taxonNames) text.append(", ").append(name);
-    text += '\n';
+// Over a column of names.
+std::string headerRow(const auto& titles) {
+    std::string text = " ";
+    for (const auto& title : titles) text.append(", ").append(title);
+    return text + '\n';
 }
 
 char* writeCount(char* out, std::int64_t count) {
@@ -69,8 +70,7 @@ bool writeCensusMatrix(const SparseCounts& matrix, const std::vector<std::string
                        const std::vector<std::string>& censusNames, const ByteSink& sink) {
     std::string zeros;
     for (std::size_t i = 0; i < matrix.columns(); ++i) zeros += ",0";
-    std::string text;
-    appendHeader(text, taxonNames);
+    std::string text = headerRow(taxonNames);
     for (std::size_t row = 0; row < matrix.rows(); ++row) {
         text += censusNames[row];
         appendRow(text, matrix, row, zeros);
@@ -84,9 +84,7 @@ bool writeCensusMatrix(const SparseCounts& matrix, const std::vector<std::string
 std::string writeMetricsTable(std::span<const MetricRow> rows,
                               std::span<const char* const> columnTitles,
                               std::span<const std::string> censusNames) {
-    std::string text = " ";
-    for (const char* title : columnTitles) text.append(", ").append(title);
-    text += '\n';
+    std::string text = headerRow(columnTitles);
     for (std::size_t i = 0; i < std::min(rows.size(), censusNames.size()); ++i) {
         text += censusNames[i];
         appendMetricRow(text, rows[i]);

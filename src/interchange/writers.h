@@ -18,7 +18,6 @@
 #include "metrics/counts.h"
 #include "metrics/metric_table.h"
 #include "metrics/rarefaction.h"
-#include "metrics/sparse_counts.h"
 
 namespace zorvel {
 

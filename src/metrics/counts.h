@@ -1,6 +1,7 @@
 // The inputs of every analysis: abundances of taxa, without names; and sums of them.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <limits>
 #include <span>
@@ -35,6 +36,55 @@ class SaturatingSum {
 
   private:
     Int128 sum_ = 0;
+};
+
+// A counts matrix without its zeros: the cells of each row in ascending order of their columns. It
+// takes memory in proportion to the cells that are not 0; a CountsMatrix takes it for all cells.
+// A plain value; safe to read on any thread.
+class SparseCounts {
+  public:
+    using Column = std::uint32_t;
+
+    SparseCounts() = default;
+    // columns: the number of taxon names, one without any specimen included.
+    explicit SparseCounts(std::size_t columns) : columns_(columns) {}
+
+    // Room for that many rows and for all their cells that are not 0.
+    void reserve(std::size_t rows, std::size_t cells) {
+        rowEnds_.reserve(rows);
+        cellColumns_.reserve(cells);
+        cells_.reserve(cells);
+    }
+    // Appends a row. columns: ascending, each below columns(), as many as counts; zeros among the
+    // counts are left out.
+    void addRow(std::span<const Column> columns, CountsView counts) {
+        for (std::size_t i = 0; i < counts.size(); ++i) {
+            if (counts[i] == 0) continue;
+            cellColumns_.push_back(columns[i]);
+            cells_.push_back(counts[i]);
+        }
+        rowEnds_.push_back(cells_.size());
+    }
+
+    [[nodiscard]] std::size_t rows() const { return rowEnds_.size(); }
+    [[nodiscard]] std::size_t columns() const { return columns_; }
+    // The cells of a row that are not 0, and their columns.
+    [[nodiscard]] CountsView row(std::size_t row) const { return ofRow(CountsView(cells_), row); }
+    [[nodiscard]] std::span<const Column> columnsOfRow(std::size_t row) const {
+        return ofRow(std::span(cellColumns_), row);
+    }
+
+  private:
+    template <class T>
+    [[nodiscard]] std::span<const T> ofRow(std::span<const T> cells, std::size_t row) const {
+        const std::size_t begin = row == 0 ? 0 : rowEnds_[row - 1];
+        return cells.subspan(begin, rowEnds_[row] - begin);
+    }
+
+    std::size_t columns_ = 0;
+    std::vector<std::size_t> rowEnds_;
+    std::vector<Column> cellColumns_;
+    CountsVector cells_;
 };
 
 }  // namespace zorvel

@@ -5,10 +5,10 @@
 #include <cstdint>
 #include <optional>
 
+#include "metrics/counts.h"
 #include "metrics/metric_table.h"
 #include "metrics/random_source.h"
 #include "metrics/rarefaction.h"
-#include "metrics/sparse_counts.h"
 #include "metrics/sqs.h"
 
 namespace zorvel {

@@ -38,22 +38,15 @@ Rarefaction fixedPoint() {
     return {1, 1.0, 0.0, 1.0, 1.0, 1.0, 1.0};
 }
 
-// No subsample that holds a specimen holds fewer than one taxon.
-Rarefaction raisedToOne(Rarefaction point) {
-    const auto raise = [](double& limit) {
-        if (limit <= 1.0) limit = 1.0;
-    };
-    raise(point.lower95);
-    raise(point.lower99);
-    return point;
-}
-
 Rarefaction pointAt(const RarefactionSums& sums, std::int64_t n) {
     if (n < 0 || sums.individuals() > RarefactionCalculator::kMostIndividuals) {
         return undefinedPoint(n);
     }
     const RichnessMoments richness = sums.at(n);
-    return raisedToOne(pointWithLimits(n, richness.estimate, richness.variance));
+    Rarefaction point = pointWithLimits(n, richness.estimate, richness.variance);
+    // No subsample that holds a specimen holds fewer than one taxon.
+    for (double* limit : {&point.lower95, &point.lower99}) *limit = std::max(*limit, 1.0);
+    return point;
 }
 
 // 1 - exp(x) is 1 for any x below: half a unit in the last place of 1 is exp(-37.4).

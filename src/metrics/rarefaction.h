@@ -10,7 +10,6 @@
 
 #include "metrics/abundance.h"
 #include "metrics/counts.h"
-#include "metrics/sparse_counts.h"
 
 namespace zorvel {
 

@@ -13,7 +13,6 @@
 #include "interchange/parsers.h"
 #include "metrics/counts.h"
 #include "metrics/rarefaction.h"
-#include "metrics/sparse_counts.h"
 #include "model/taxon_formatter.h"
 #include "store/object_context.h"
 

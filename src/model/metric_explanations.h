@@ -6,10 +6,10 @@
 #include <string>
 #include <vector>
 
+#include "metrics/counts.h"
 #include "metrics/metric_table.h"
 #include "metrics/project_wide.h"
 #include "metrics/rarefaction.h"
-#include "metrics/sparse_counts.h"
 #include "metrics/sqs.h"
 
 namespace zorvel {

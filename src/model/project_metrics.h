@@ -12,7 +12,6 @@
 #include "metrics/counts.h"
 #include "metrics/metric_table.h"
 #include "metrics/random_source.h"
-#include "metrics/sparse_counts.h"
 #include "model/diversity_document.h"
 #include "model/metric_explanations.h"
 

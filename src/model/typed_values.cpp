@@ -53,14 +53,10 @@ std::string onOneLine(std::string_view text) {
     return line;
 }
 
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
 // Of any size, even beyond 64 bits.
 bool isWholeNumber(std::string_view text) {
     if (text.starts_with('-') || text.starts_with('+')) text.remove_prefix(1);
-    return !text.empty() && std::all_of(text.begin(), text.end(), isDigit);
+    return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
 using Match = std::match_results<std::string_view::const_iterator>;

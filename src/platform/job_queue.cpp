@@ -35,9 +35,10 @@ void JobQueue::addThreadIfStuck() {
 }
 
 bool JobQueue::stop(std::chrono::milliseconds atMost) {
+    std::deque<Job> dropped;  // destroyed after the lock
     std::unique_lock lock(mutex_);
     stopping_ = true;
-    jobs_.clear();
+    dropped.swap(jobs_);
     jobsChanged_.notify_all();
     return jobsChanged_.wait_for(lock, atMost, [this] { return running_ == 0; });
 }
@@ -53,14 +54,11 @@ bool JobQueue::finishWrites(std::chrono::milliseconds atMost) {
     return finished;
 }
 
-void JobQueue::enqueue(QObject* receiver, std::function<void()> work, std::function<void()> deliver,
-                       bool writes) {
-    const JobId id = ++lastId_;
-    deliveries_.emplace(id, Delivery{receiver, std::move(deliver)});
+void JobQueue::enqueue(Job job) {
     {
         const std::lock_guard lock(mutex_);
-        jobs_.push_back({id, std::move(work), writes});
-        if (writes) ++writes_;
+        if (job.writes) ++writes_;
+        jobs_.push_back(std::move(job));
         if (!patience_.isActive()) begunBefore_ = begun_;
     }
     jobsChanged_.notify_one();
@@ -74,11 +72,12 @@ void JobQueue::runJobs() {
         job->work();
         job->work = nullptr;  // the inputs are destroyed before the result is reported
         const std::lock_guard lock(mutex_);
-        mail_.push_back(job->id);
+        const bool writes = job->writes;
+        mail_.push_back(std::move(*job));
         if (mail_.size() == 1) QCoreApplication::postEvent(this, new QEvent(QEvent::User));
         --running_;
-        if (job->writes) --writes_;
-        if (stopping_ || job->writes) jobsChanged_.notify_all();
+        if (writes) --writes_;
+        if (stopping_ || writes) jobsChanged_.notify_all();
     }
 }
 
@@ -98,22 +97,20 @@ bool JobQueue::hasMail() {
     return !mail_.empty();
 }
 
-std::optional<JobQueue::JobId> JobQueue::nextReport() {
+std::optional<JobQueue::Job> JobQueue::nextReport() {
     const std::lock_guard lock(mutex_);
     if (mail_.empty()) return std::nullopt;
-    const JobId id = mail_.front();
+    Job job = std::move(mail_.front());
     mail_.pop_front();
     if (!mail_.empty()) QCoreApplication::postEvent(this, new QEvent(QEvent::User));
-    return id;
+    return job;
 }
 
 // One result per event: a delivery may run an event loop of its own, which must not hold up the
 // other results, or destroy this queue.
 void JobQueue::customEvent(QEvent* /*event*/) {
-    const std::optional<JobId> id = nextReport();
-    if (!id) return;
-    auto node = deliveries_.extract(*id);
-    if (node.mapped().receiver) node.mapped().deliver();
+    const std::optional<Job> job = nextReport();
+    if (job && job->receiver) job->deliver();
 }
 
 }  // namespace zorvel

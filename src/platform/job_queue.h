@@ -19,7 +19,6 @@
 #include <optional>
 #include <thread>
 #include <type_traits>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -43,7 +42,7 @@ class JobQueue : public QObject {
         auto slot = std::make_shared<std::optional<Value>>();
         auto run = [slot, work = std::move(work)]() mutable { slot->emplace(work()); };
         auto hand = [slot, deliver = std::move(deliver)]() mutable { deliver(std::move(**slot)); };
-        enqueue(receiver, std::move(run), std::move(hand), writes);
+        enqueue({receiver, std::move(run), std::move(hand), writes});
     }
 
     // The same for work that writes, such as a file: finishWrites() waits for it.
@@ -65,30 +64,24 @@ class JobQueue : public QObject {
     void customEvent(QEvent* event) override;
 
   private:
-    using JobId = std::uint64_t;
+    // A worker only moves the receiver and deliver(), so that no closure of a window is copied or
+    // destroyed there.
     struct Job {
-        JobId id = 0;
+        QPointer<QObject> receiver;
         std::function<void()> work;
+        std::function<void()> deliver;
         bool writes = false;
     };
-    struct Delivery {
-        QPointer<QObject> receiver;
-        std::function<void()> deliver;
-    };
 
-    void enqueue(QObject* receiver, std::function<void()> work, std::function<void()> deliver,
-                 bool writes);
+    void enqueue(Job job);
     void addThread();
     void addThreadIfStuck();
     void runJobs();
     std::optional<Job> nextJob();
     bool hasMail();
-    std::optional<JobId> nextReport();
+    std::optional<Job> nextReport();
 
-    // Only the owner's thread uses these: a worker knows its job by number, so that no receiver and
-    // no closure of a window is copied or destroyed elsewhere.
-    std::unordered_map<JobId, Delivery> deliveries_;
-    JobId lastId_ = 0;
+    // Only the owner's thread uses these.
     std::vector<std::thread> threads_;
     QTimer patience_;  // runs while jobs may be waiting
     std::uint64_t begunBefore_ = 0;
@@ -100,7 +93,7 @@ class JobQueue : public QObject {
     std::uint64_t begun_ = 0;  // ever
     std::size_t running_ = 0;
     std::size_t writes_ = 0;  // that have not ended
-    std::deque<JobId> mail_;  // jobs whose results wait
+    std::deque<Job> mail_;    // jobs whose results wait
 };
 
 }  // namespace zorvel

@@ -31,7 +31,6 @@ class Zorvel;
 class Census {
   public:
     [[nodiscard]] RecordId id() const { return id_; }
-    [[nodiscard]] bool exists() const;
     [[nodiscard]] std::optional<SharedText> name() const { return found()->attributes.name; }
     [[nodiscard]] double latitude() const { return found()->attributes.latitude; }    // degrees
     [[nodiscard]] double longitude() const { return found()->attributes.longitude; }  // degrees
@@ -63,7 +62,6 @@ class Census {
 class Zorvel {
   public:
     [[nodiscard]] RecordId id() const { return id_; }
-    [[nodiscard]] bool exists() const;
     [[nodiscard]] std::optional<SharedText> name() const { return found().name; }
     [[nodiscard]] std::int64_t abundance() const { return found().abundance; }
     [[nodiscard]] bool include() const { return found().include; }

@@ -28,13 +28,42 @@ struct NameColumn {
 class BlockBuilder {
   public:
     // Identities must ascend.
-    void addCensus(RecordId id, CensusAttributes attributes);
-    // Whether that is the identity of a census. Identities must ascend from call to call.
-    bool isCensus(RecordId id);
-    // False if there is no such census. Identities must ascend.
-    bool addTaxon(RecordId census, TaxonRecord taxon);
+    void addCensus(RecordId id, CensusAttributes attributes) {
+        auto block = std::make_shared<CensusBlock>();
+        block->id = id;
+        block->attributes = std::move(attributes);
+        censuses_.push_back({id, std::move(block), {}});
+    }
 
-    std::vector<BlockPointer> take();
+    // Whether that is the identity of a census. Identities must ascend from call to call.
+    bool isCensus(RecordId id) {
+        while (passed_ < censuses_.size() && censuses_[passed_].id < id) ++passed_;
+        return passed_ < censuses_.size() && censuses_[passed_].id == id;
+    }
+
+    // False if there is no such census. Identities must ascend.
+    bool addTaxon(RecordId census, TaxonRecord taxon) {
+        if (current_ == censuses_.size() || censuses_[current_].id != census) {
+            const auto found = recordPlace(censuses_.begin(), censuses_.end(), census);
+            current_ = static_cast<std::size_t>(found - censuses_.begin());
+            if (found == censuses_.end() || found->id != census) return false;
+        }
+        Open& open = censuses_[current_];
+        if (open.taxa.size() == taxaPerChunk) closeChunk(open);
+        open.taxa.push_back(std::move(taxon));
+        return true;
+    }
+
+    std::vector<BlockPointer> take() {
+        std::vector<BlockPointer> blocks;
+        blocks.reserve(censuses_.size());
+        for (Open& open : censuses_) {
+            closeChunk(open);
+            open.block->chunks.shrink_to_fit();
+            blocks.push_back(std::move(open.block));
+        }
+        return blocks;
+    }
 
   private:
     struct Open {
@@ -43,47 +72,14 @@ class BlockBuilder {
         Chunk<TaxonRecord> taxa;
     };
 
+    static void closeChunk(Open& open) {
+        appendInChunks(open.block->chunks, std::exchange(open.taxa, {}), taxaPerChunk);
+    }
+
     std::vector<Open> censuses_;
     std::size_t current_ = 0;  // the census of the last taxon
     std::size_t passed_ = 0;   // censuses that isCensus() has passed
 };
-
-void BlockBuilder::addCensus(RecordId id, CensusAttributes attributes) {
-    auto block = std::make_shared<CensusBlock>();
-    block->id = id;
-    block->attributes = std::move(attributes);
-    censuses_.push_back({id, std::move(block), {}});
-}
-
-bool BlockBuilder::isCensus(RecordId id) {
-    while (passed_ < censuses_.size() && censuses_[passed_].id < id) ++passed_;
-    return passed_ < censuses_.size() && censuses_[passed_].id == id;
-}
-
-bool BlockBuilder::addTaxon(RecordId census, TaxonRecord taxon) {
-    if (current_ == censuses_.size() || censuses_[current_].id != census) {
-        const auto found = recordPlace(censuses_.begin(), censuses_.end(), census);
-        current_ = static_cast<std::size_t>(found - censuses_.begin());
-        if (found == censuses_.end() || found->id != census) return false;
-    }
-    Open& open = censuses_[current_];
-    if (open.taxa.size() == taxaPerChunk) {
-        appendInChunks(open.block->chunks, std::exchange(open.taxa, {}), taxaPerChunk);
-    }
-    open.taxa.push_back(std::move(taxon));
-    return true;
-}
-
-std::vector<BlockPointer> BlockBuilder::take() {
-    std::vector<BlockPointer> blocks;
-    blocks.reserve(censuses_.size());
-    for (Open& open : censuses_) {
-        appendInChunks(open.block->chunks, std::exchange(open.taxa, {}), taxaPerChunk);
-        open.block->chunks.shrink_to_fit();
-        blocks.push_back(std::move(open.block));
-    }
-    return blocks;
-}
 
 // The rows of one table, in the order of their identities, which are in column 0.
 class Rows {

@@ -4,22 +4,11 @@
 #include "store/object_context.h"
 
 namespace zorvel {
-namespace {
-
-const BlockPointer& emptyBlock() {
-    static const BlockPointer block = std::make_shared<const CensusBlock>();
-    return block;
-}
-
-}  // namespace
-
-bool Census::exists() const {
-    return context_->find(id_) != nullptr;
-}
 
 const BlockPointer& Census::found() const {
+    static const BlockPointer none = std::make_shared<const CensusBlock>();
     const BlockPointer* block = context_->find(id_);
-    return block ? *block : emptyBlock();
+    return block ? *block : none;
 }
 
 std::vector<Zorvel> Census::taxa() const {
@@ -43,14 +32,9 @@ const TaxonValues& Zorvel::found() const {
     return taxon ? taxon->values : none;
 }
 
-bool Zorvel::exists() const {
-    const BlockPointer* block = context_->find(census_);
-    return block && findRecord((*block)->chunks, id_);
-}
-
 std::optional<Census> Zorvel::census() const {
-    if (!exists()) return std::nullopt;
-    return Census(context_, census_);
+    const Census census(context_, census_);
+    return census.taxon(id_) ? std::optional(census) : std::nullopt;
 }
 
 bool CensusBatch::add(CensusAttributes attributes, std::size_t taxa,

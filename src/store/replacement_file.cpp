@@ -17,12 +17,6 @@ bool exists(const std::string& path) {
     return lstat(path.c_str(), &status) == 0;
 }
 
-struct stat statusOf(const FileHandle& handle) {
-    struct stat status {};
-    if (fstat(handle.descriptor(), &status) != 0) failWithErrno(errno, "look at the file");
-    return status;
-}
-
 std::unique_ptr<FileHandle> heldForReplacement(const std::string& path, bool keepExisting) {
     if (!exists(path)) return nullptr;
     if (keepExisting) failWithErrno(EEXIST, "make the file");
@@ -67,7 +61,9 @@ ReplacementFile::ReplacementFile(std::string path, const char* vfs, bool keepExi
 }
 
 void ReplacementFile::adoptPermissions(const FileHandle& from, mode_t more) {
-    if (const int error = temporary_.adoptPermissions(statusOf(from), more)) {
+    struct stat status {};
+    if (fstat(from.descriptor(), &status) != 0) failWithErrno(errno, "look at the file");
+    if (const int error = temporary_.adoptPermissions(status, more)) {
         failWithErrno(error, "set the permissions");
     }
 }

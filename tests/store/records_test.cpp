@@ -31,7 +31,7 @@ TEST(ObjectContext, HandlesOfNoRecordOfThisContextChangeNothing) {
     for (const Census& foreign : {census, frozen->censuses().front()}) {
         other.setName(foreign, "changed");
         other.deleteTaxa({foreign.taxa().front()});
-        EXPECT_FALSE(other.insertTaxon(foreign).exists());
+        EXPECT_EQ(other.insertTaxon(foreign).census(), std::nullopt);
         other.deleteCensuses({foreign});
     }
     other.setAbundance(taxon, 7);
@@ -88,7 +88,7 @@ TEST(ObjectContext, TaxaAreFoundInTheirCensus) {
     context.deleteTaxa(gone);
     for (const Zorvel& taxon : taxa) {
         const bool exists = std::find(gone.begin(), gone.end(), taxon) == gone.end();
-        ASSERT_EQ(taxon.exists(), exists);
+        ASSERT_EQ(taxon.census().has_value(), exists);
         EXPECT_EQ(first.taxon(taxon.id()).has_value(), exists && taxon.census() == first);
         EXPECT_EQ(second.taxon(taxon.id()).has_value(), exists && taxon.census() == second);
     }

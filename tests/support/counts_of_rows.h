@@ -4,7 +4,7 @@
 #include <numeric>
 #include <vector>
 
-#include "metrics/sparse_counts.h"
+#include "metrics/counts.h"
 
 namespace zorvel {
 
