@@ -36,9 +36,6 @@ std::size_t markLength(std::string_view text, char mark) {
 // The number with a point and without thousands marks; empty where it is none.
 std::string plainNumber(std::string_view cell, NumberMarks marks) {
     std::string plain;
-    const bool mayBegin = !cell.empty() && (isDigit(cell[0]) || cell[0] == '+' || cell[0] == '-' ||
-                                            cell[0] == marks.decimal);
-    if (!mayBegin) return plain;
     std::size_t digitsBefore = 0;  // since the start or the last thousands mark
     bool grouped = false;
     std::size_t i = 0;

@@ -133,20 +133,6 @@ TableReading ownReading() {
     return reading;
 }
 
-// With a copy of its text, of which the cells are parts, one after the other.
-SampleRow copyOf(const TableRow& row) {
-    SampleRow copy{row.number, row.cells, nullptr, filledCells(row.cells)};
-    if (copy.cells.empty()) return copy;
-    const char* const start = row.cells.front().data();
-    const char* const end = row.cells.back().data() + row.cells.back().size();
-    copy.text = std::make_unique<char[]>(static_cast<std::size_t>(end - start));
-    std::copy(start, end, copy.text.get());
-    for (std::string_view& cell : copy.cells) {
-        cell = {copy.text.get() + (cell.data() - start), cell.size()};
-    }
-    return copy;
-}
-
 }  // namespace
 
 TableSample sampleRows(RowSource& source, bool whole, std::size_t mostCells) {
@@ -175,9 +161,8 @@ TableGuess guessTable(const TableSample& sample, const TextForm& form,
                       const TableChoices& choices) {
     SampleRows rows;
     for (const TableSample::Row& row : sample.rows) {
-        std::vector<std::string_view> cells(row.cells.begin(), row.cells.end());
-        const std::size_t filled = filledCells(cells);
-        rows.push_back({row.number, std::move(cells), nullptr, filled});
+        rows.push_back(
+            {row.number, {row.cells.begin(), row.cells.end()}, nullptr, filledCells(row.cells)});
     }
     TableReading known;
     known.form = form;
@@ -190,20 +175,13 @@ TableGuess guessTable(std::string_view bytes, bool whole, const TableChoices& ch
     if (isOwnTable(bytes, choices) && guessEncoding(bytes, whole) == TableEncoding::utf8) {
         return {ownReading(), {}};
     }
-    const FormGuess form = guessForm(bytes, whole, choices);
-    TextRows source(bytesOf(bytes), form.form);
-    SampleRows rows;
-    TableRow row;
-    bool ended = false;
-    while (rows.size() < TableSample::mostRows && !ended) {
-        ended = !source.next(row);
-        if (!ended) rows.push_back(copyOf(row));
-    }
+    FormGuess form = guessForm(bytes, whole, choices);
     // The last row may be cut.
-    if (ended && !whole && rows.size() > 1) rows.pop_back();
+    const bool ended = form.rows.size() < TableSample::mostRows;
+    if (ended && !whole && form.rows.size() > 1) form.rows.pop_back();
     TableReading known;
     known.form = form.form;
-    TableGuess guess = guessRows(rows, known, choices);
+    TableGuess guess = guessRows(form.rows, known, choices);
     if (form.doubtful) guess.doubts.insert(guess.doubts.begin(), TableDoubt::separator);
     return guess;
 }

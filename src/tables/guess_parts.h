@@ -14,6 +14,8 @@ namespace zorvel {
 // guess_form.cpp
 struct FormGuess {
     TextForm form;
+    SampleRows rows;  // in this form, the first of the text
+    double score = 0;
     bool doubtful = false;
 };
 FormGuess guessForm(std::string_view head, bool isWhole, const TableChoices& choices);

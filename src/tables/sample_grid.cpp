@@ -11,10 +11,6 @@
 namespace zorvel {
 namespace {
 
-bool isFilledCell(std::string_view cell) {
-    return !cell.empty();
-}
-
 // The most frequent number of cells of a row; the larger of equally frequent ones. Rows of one cell
 // are titles and headings: they count only where no row has more.
 std::size_t mode(const std::vector<std::size_t>& counts) {
@@ -39,7 +35,8 @@ bool isSizeLine(const SampleRow& row) {
 }
 
 bool isSummaryRow(const SampleRow& row) {
-    const auto filled = std::find_if(row.cells.begin(), row.cells.end(), isFilledCell);
+    const auto filled =
+        std::find_if(row.cells.begin(), row.cells.end(), [](auto cell) { return !cell.empty(); });
     return filled != row.cells.end() && summaryRank(*filled).has_value();
 }
 
@@ -76,10 +73,6 @@ bool isRowOfGroups(const SampleRow& row, const SampleRow& below) {
 }
 
 }  // namespace
-
-std::size_t filledCells(const std::vector<std::string_view>& cells) {
-    return static_cast<std::size_t>(std::count_if(cells.begin(), cells.end(), isFilledCell));
-}
 
 std::size_t filledWidth(const SampleRow& row) {
     std::size_t width = row.cells.size();

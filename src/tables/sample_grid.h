@@ -2,6 +2,7 @@
 // what its columns hold. Parts of guess.h. Pure.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <map>
 #include <memory>
@@ -23,7 +24,11 @@ struct SampleRow {
 };
 using SampleRows = std::vector<SampleRow>;
 
-std::size_t filledCells(const std::vector<std::string_view>& cells);
+template <class Cells>
+std::size_t filledCells(const Cells& cells) {
+    return static_cast<std::size_t>(
+        std::count_if(cells.begin(), cells.end(), [](const auto& cell) { return !cell.empty(); }));
+}
 // The width without empty cells at the right end.
 std::size_t filledWidth(const SampleRow& row);
 bool isComment(const SampleRow& row);
