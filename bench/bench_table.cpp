@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/other_thread.h"
 #include "bench/plain_matrix.h"
 #include "tables/guess.h"
 #include "tables/reader.h"

@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "bench/other_thread.h"
 #include "interchange/parsers.h"
 #include "tables/reader.h"
 #include "tests/support/zip_archive.h"

@@ -1,12 +1,17 @@
-// Work on all processors, while the caller waits. The parts of the work must not depend on each
-// other, so that the result is the same on any number of threads.
+// Work on several processors, with a result that does not depend on their number.
 #pragma once
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cstddef>
+#include <cstdint>
+#include <exception>
+#include <functional>
+#include <semaphore>
 #include <system_error>
 #include <thread>
+#include <utility>
 #include <vector>
 
 namespace zorvel {
@@ -15,8 +20,9 @@ inline unsigned allThreads() {
     return std::max(1U, std::thread::hardware_concurrency());
 }
 
-// Calls work(i) for every i below count, on that many threads, the caller's included; each thread
-// takes a few at a time, since some take longer than others. work must not throw.
+// Calls work(i) while the caller waits, for every i below count, on that many threads, the caller's
+// included; each thread takes a few at a time, since some take longer than others. The parts of the
+// work must not depend on each other. work must not throw.
 template <class Work>
 void onThreads(std::size_t count, unsigned threads, Work work) {
     constexpr std::size_t atATime = 8;
@@ -36,5 +42,64 @@ void onThreads(std::size_t count, unsigned threads, Work work) {
     }
     run();
 }
+
+// Items of a sequence: the caller makes the first, and another thread the others, ahead of their
+// use.
+template <class Item>
+class MadeAhead {
+  public:
+    // make: fills the item, which may be one that was used before; false if it is the last.
+    explicit MadeAhead(std::function<bool(Item&)> make) : make_(std::move(make)) {}
+    ~MadeAhead() {
+        stopped_ = true;
+        free_.release();
+    }
+    MadeAhead(const MadeAhead&) = delete;
+    MadeAhead& operator=(const MadeAhead&) = delete;
+
+    // Valid until the next call; null after the last. Rethrows what make throws.
+    Item* next() {
+        if (used_ == 0) {
+            if (make_(items_.front())) {
+                thread_ = std::jthread([this] { run(); });
+            } else {
+                end_ = 1;
+            }
+        } else {
+            free_.release();
+            if (used_ < end_) made_.acquire();
+        }
+        if (used_ < end_) return &items_[used_++ % items_.size()];
+        if (failure_) std::rethrow_exception(failure_);
+        return nullptr;
+    }
+
+  private:
+    static constexpr std::size_t room = 4;
+
+    void run() {
+        for (std::size_t i = 1; i < end_; ++i) {
+            free_.acquire();
+            if (stopped_) return;
+            try {
+                if (!make_(items_[i % items_.size()])) end_ = i + 1;
+            } catch (...) {
+                failure_ = std::current_exception();
+                end_ = i;
+            }
+            made_.release();
+        }
+    }
+
+    std::function<bool(Item&)> make_;
+    std::array<Item, room> items_;
+    std::size_t used_ = 0;
+    std::exception_ptr failure_;
+    std::atomic<std::size_t> end_ = SIZE_MAX;  // the number of items, once it is known
+    std::atomic<bool> stopped_ = false;
+    std::counting_semaphore<> free_{room - 1};  // items beside the one in use
+    std::counting_semaphore<> made_{0};
+    std::jthread thread_;
+};
 
 }  // namespace zorvel

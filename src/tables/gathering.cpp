@@ -15,13 +15,13 @@ std::string nameInOneLine(std::string_view cell) {
 }
 
 std::size_t SpeciesNumbers::number(std::string_view cell) {
-    if (last_ < names_.size() && isName(last_, cell)) return last_;
-    if (const auto known = find(cell)) return last_ = *known;
-    if (const auto known = others_.find(cell); known != others_.end()) return last_ = known->second;
+    if (const std::size_t known = find(cell); known != notFound) return known;
+    if (const auto known = others_.find(cell); known != others_.end()) return known->second;
     const std::string name = exact_ ? std::string(cell) : nameInOneLine(cell);
     const std::size_t next = names_.size();
-    last_ = exact_ ? next : canonical_.try_emplace(canonicalForm(name), next).first->second;
-    if (last_ == next) {
+    const std::size_t number =
+        exact_ ? next : canonical_.try_emplace(canonicalForm(name), next).first->second;
+    if (number == next) {
         Name& added = names_.emplace_back();
         added.text = pool_ != nullptr ? pool_->intern(name) : SharedText(name);
         added.length = name.size();
@@ -29,8 +29,8 @@ std::size_t SpeciesNumbers::number(std::string_view cell) {
         name.copy(added.start.data(), added.start.size());
         insert(next);
     }
-    if (!isName(last_, cell)) others_.emplace(cell, last_);
-    return last_;
+    if (!isName(number, cell)) others_.emplace(cell, number);
+    return number;
 }
 
 bool SpeciesNumbers::isName(std::size_t number, std::string_view cell) const {
@@ -40,18 +40,18 @@ bool SpeciesNumbers::isName(std::size_t number, std::string_view cell) const {
            (cell.size() <= name.start.size() || name.text.view() == cell);
 }
 
-std::optional<std::size_t> SpeciesNumbers::find(std::string_view name) const {
-    if (slots_.empty()) return std::nullopt;
+std::size_t SpeciesNumbers::find(std::string_view name) const {
+    if (slots_.empty()) return notFound;
     const std::uint32_t hash = hashOf(name);
     for (std::size_t at = hash;; ++at) {
         const std::uint32_t slot = slots_[at & (slots_.size() - 1)];
-        if (slot == 0) return std::nullopt;
+        if (slot == 0) return notFound;
         if (names_[slot - 1].hash == hash && isName(slot - 1, name)) return slot - 1;
     }
 }
 
 void SpeciesNumbers::insert(std::size_t number) {
-    if (4 * names_.size() > 3 * slots_.size()) {
+    if (2 * names_.size() > slots_.size()) {
         slots_.assign(std::max<std::size_t>(64, 2 * slots_.size()), 0);
         for (std::size_t i = 0; i < number; ++i) insert(i);
     }
@@ -61,8 +61,12 @@ void SpeciesNumbers::insert(std::size_t number) {
 }
 
 std::size_t CensusGatherer::add(MockCensus census) {
-    // Its taxa are all there, unless its name comes again.
-    if (!censuses.empty()) censuses.back().taxa.shrink_to_fit();
+    // The taxa of the last are all there, unless its name comes again.
+    if (!censuses.empty()) {
+        std::vector<MockTaxon>& taxa = censuses.back().taxa;
+        taxa.shrink_to_fit();
+        census.taxa.reserve(taxa.size());
+    }
     censuses.push_back(std::move(census));
     newCensus_ = censuses.size() - 1;
     return newCensus_;
@@ -89,24 +93,22 @@ void CensusGatherer::enter(std::size_t number) {
     if (newSpecies_ == number) lastPlaces_.resize(species.size());
 }
 
-std::optional<std::size_t> CensusGatherer::find(std::size_t census, std::size_t number) {
+MockTaxon* CensusGatherer::find(std::size_t census, std::size_t number) {
     enter(number);
     if (census != newCensus_) newCensus_ = SIZE_MAX;
+    std::vector<MockTaxon>& taxa = censuses[census].taxa;
     const Place& last = lastPlaces_[number];
-    if (last.census == census) return last.taxon;
-    const std::vector<MockTaxon>& taxa = censuses[census].taxa;
-    if (taxa.empty() || census == newCensus_) return std::nullopt;
+    if (last.census == census) return &taxa[last.taxon];
+    if (taxa.empty() || census == newCensus_) return nullptr;
     const std::string* const text = &species.name(number).str();
     if (number == newSpecies_) {
         // Nothing else was added since.
-        if (&taxa.back().name.str() == text) return taxa.size() - 1;
-        return std::nullopt;
+        return &taxa.back().name.str() == text ? &taxa.back() : nullptr;
     }
     Index& index = indices_[census];
     for (std::size_t i = index.size(); i < taxa.size(); ++i) index.emplace(&taxa[i].name.str(), i);
     const auto found = index.find(text);
-    if (found == index.end()) return std::nullopt;
-    return found->second;
+    return found == index.end() ? nullptr : &taxa[found->second];
 }
 
 void CensusGatherer::addTaxon(std::size_t census, std::size_t number, std::int64_t abundance) {
@@ -118,11 +120,17 @@ void CensusGatherer::addTaxon(std::size_t census, std::size_t number, std::int64
     taxa.push_back({abundance, species.name(number)});
 }
 
-void CensusGatherer::addToNewSpecies(std::size_t census, std::size_t number,
-                                     std::int64_t abundance) {
-    enter(number);
-    if (census != newCensus_) newCensus_ = SIZE_MAX;
-    addTaxon(census, number, abundance);
+void CensusGatherer::addNewSpecies(const std::vector<std::size_t>& numbers,
+                                   const std::vector<std::size_t>& censusOfEach,
+                                   const std::vector<std::int64_t>& abundances) {
+    for (const std::size_t number : numbers) enter(number);
+    newCensus_ = SIZE_MAX;
+    for (std::size_t i = 0; i < censusOfEach.size(); ++i) {
+        for (std::size_t k = 0; k < numbers.size(); ++k) {
+            const std::int64_t abundance = abundances[k * censusOfEach.size() + i];
+            if (abundance != 0) addTaxon(censusOfEach[i], numbers[k], abundance);
+        }
+    }
 }
 
 void CensusGatherer::setTaxa(std::size_t census, const std::vector<Taxon>& taxa) {

@@ -7,7 +7,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -45,7 +44,9 @@ class SpeciesNumbers {
         return static_cast<std::uint32_t>(BytesHash()(name));
     }
     [[nodiscard]] bool isName(std::size_t number, std::string_view cell) const;
-    [[nodiscard]] std::optional<std::size_t> find(std::string_view name) const;
+    // Faster than an optional number, which the callers would load right after it was stored.
+    static constexpr std::size_t notFound = SIZE_MAX;
+    [[nodiscard]] std::size_t find(std::string_view name) const;
     void insert(std::size_t number);
 
     std::vector<Name> names_;
@@ -54,7 +55,6 @@ class SpeciesNumbers {
     // Of cells that are no name to the letter, and of the canonical forms of names.
     std::unordered_map<std::string, std::size_t, BytesHash, std::equal_to<>> others_;
     std::unordered_map<std::string, std::size_t> canonical_;
-    std::size_t last_ = 0;
     NamePool* pool_;
     bool exact_;
 };
@@ -71,12 +71,15 @@ class CensusGatherer {
     std::size_t open(MockCensus census, std::string key);
     // A new one, which is that of the key from now on.
     std::size_t openNew(MockCensus census, std::string key);
-    // The place of the species, by its number, among the taxa of the census; absent without it.
-    // Only sure for a table whose every taxon was looked for before it was added.
-    std::optional<std::size_t> find(std::size_t census, std::size_t number);
+    // The taxon of the census of that species, by its number; null without it. Only sure for a
+    // table whose every taxon was looked for before it was added. Valid until the next is added.
+    MockTaxon* find(std::size_t census, std::size_t number);
     void addTaxon(std::size_t census, std::size_t number, std::int64_t abundance);
-    // The same of a species that no other row had.
-    void addToNewSpecies(std::size_t census, std::size_t number, std::int64_t abundance);
+    // The same of species that no other row had: of each species, an abundance or 0 for each of the
+    // censuses, which are different.
+    void addNewSpecies(const std::vector<std::size_t>& numbers,
+                       const std::vector<std::size_t>& censusOfEach,
+                       const std::vector<std::int64_t>& abundances);
     // All taxa of a census, whose species are never looked for.
     struct Taxon {
         std::size_t number;

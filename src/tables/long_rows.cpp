@@ -32,8 +32,8 @@ class LongRows final : public RowReader {
     }
 
     void read(const SparseRow& row) override {
-        const std::optional<std::size_t> index = censusOf(row);
-        if (!index) return;
+        const std::size_t census = censusOf(row);
+        if (census == noCensus) return;
         const std::string_view species = row.cell(columns_.species.value_or(0));
         if (columns_.status) {
             const std::string_view status = row.cell(*columns_.status);
@@ -62,8 +62,8 @@ class LongRows final : public RowReader {
         const bool isNew = gathered_.species.size() > knownSpecies_;
         knownSpecies_ = gathered_.species.size();
         if (isNew && !columns_.exact) refuseTotal(row, species, columns_.species);
-        const bool added = addCounts(row, *index, number);
-        if (columns_.included) readIncluded(row, *index, added);
+        const bool added = addCounts(row, census, number);
+        if (columns_.included) readIncluded(row, census, added);
     }
 
     // Rows of records have no sums.
@@ -123,13 +123,13 @@ class LongRows final : public RowReader {
         return row.cell(*columns_.species).empty() && row.cell(columns_.counts.front()).empty();
     }
 
-    // Absent where it has no name and that is a problem.
-    std::optional<std::size_t> censusOf(const SparseRow& row) {
+    // None where it has no name and that is a problem.
+    std::size_t censusOf(const SparseRow& row) {
         const bool isNew = columns_.exact && beginsCensus(row);
         if (!isNew && repeatsCensus(row)) return lastCensus_;
         const std::size_t problems = records_.problems.count;
         const std::optional<std::string> name = censusName(row);
-        if (!name) return std::nullopt;
+        if (!name) return noCensus;
         MockCensus census;
         census.name = *name;
         if (!columns_.exact && *name != lastName_)
@@ -139,7 +139,7 @@ class LongRows final : public RowReader {
         lastName_ = *name;
         readAttributes(census, row);
         const std::size_t index = openCensus(std::move(census), isNew);
-        lastCensus_.reset();
+        lastCensus_ = noCensus;
         if (records_.problems.count == problems) keepCensus(row, index);
         return index;
     }
@@ -152,10 +152,11 @@ class LongRows final : public RowReader {
 
     // Whether all that a record tells of its census is, to the letter, what the one before told.
     [[nodiscard]] bool repeatsCensus(const SparseRow& row) const {
-        for (std::size_t i = 0; lastCensus_ && i < censusColumns_.size(); ++i) {
+        if (lastCensus_ == noCensus) return false;
+        for (std::size_t i = 0; i < censusColumns_.size(); ++i) {
             if (row.cell(censusColumns_[i]) != lastCells_[i]) return false;
         }
-        return lastCensus_.has_value();
+        return true;
     }
 
     void keepCensus(const SparseRow& row, std::size_t index) {
@@ -168,10 +169,12 @@ class LongRows final : public RowReader {
         for (const std::size_t column : censusColumns_) lastCells_.emplace_back(row.cell(column));
     }
 
+    static constexpr std::size_t noCensus = SIZE_MAX;
+
     std::size_t knownSpecies_ = 0;
     std::string lastName_;
     std::vector<std::size_t> censusColumns_;  // that tell of the census
-    std::optional<std::size_t> lastCensus_;   // of the record before, if it was read without fault
+    std::size_t lastCensus_ = noCensus;       // of the record before, if it was read without fault
     std::vector<std::string> lastCells_;      // by which it was known
 };
 

@@ -5,6 +5,7 @@
 
 #include "base/numbers.h"
 #include "tables/row_reader.h"
+#include "tables/rows_ahead.h"
 #include "tables/words.h"
 
 namespace zorvel {
@@ -20,16 +21,16 @@ class Reader {
                                                        : wideRowReader(reading, records_, names)) {}
 
     TableRecords read(RowSource& source, const std::stop_token& stop) {
-        SparseRow row;
-        while (!stop.stop_requested() && source.nextSparse(row)) {
-            if (row.number < reading_.firstRow) continue;
-            if (reading_.lastRow != 0 && row.number > reading_.lastRow) break;
-            if (row.number < reading_.firstDataRow()) {
-                header_.add(textsOf(row));
+        RowsAhead rows(source);
+        while (const SparseRow* const row = stop.stop_requested() ? nullptr : rows.next()) {
+            if (row->number < reading_.firstRow) continue;
+            if (reading_.lastRow != 0 && row->number > reading_.lastRow) break;
+            if (row->number < reading_.firstDataRow()) {
+                header_.add(textsOf(*row));
                 continue;
             }
-            if (row.number == reading_.firstDataRow()) beginData();
-            takeDataRow(row);
+            if (row->number == reading_.firstDataRow()) beginData();
+            takeDataRow(*row);
         }
         if (!begun_) beginData();
         settleHeld();
@@ -38,19 +39,6 @@ class Reader {
     }
 
   private:
-    // A row that may be a total or a note below the table, until the next one tells.
-    struct HeldRow {
-        std::size_t number = 0;
-        std::size_t line = 0;
-        std::vector<std::string> cells;
-
-        [[nodiscard]] SparseRow row() const {
-            SparseRow row;
-            row.assign({number, line, {cells.begin(), cells.end()}});
-            return row;
-        }
-    };
-
     static std::vector<std::string> textsOf(const SparseRow& row) {
         std::vector<std::string> texts;
         for (std::size_t column = 0; column < row.width; ++column) {
@@ -103,17 +91,18 @@ class Reader {
         }
         const bool note = afterEmpty_ && reading_.columns.size() > 2 && !hasFilled(row, 2);
         if (note || rankAsSummary(row)) {
-            held_.push_back({row.number, row.line, textsOf(row)});
+            held_.emplace_back().add(row);
             return;
         }
-        for (const HeldRow& held : std::exchange(held_, {})) {
-            if (rankAsSummary(held.row()) == 0) {
+        for (const RowBatch& batch : std::exchange(held_, {})) {
+            const SparseRow& held = batch.rows().front();
+            if (rankAsSummary(held) == 0) {
                 rows_->rules().problem(
-                    {held.number, held.line, std::nullopt}, held.cells.front(),
+                    {held.number, held.line, std::nullopt}, held.cell(0),
                     "The row is named as a total, but more rows follow. Leave it out, or give it "
                     "another name.");
             }
-            readRow(held.row());
+            readRow(held);
         }
         afterEmpty_ = false;
         readRow(row);
@@ -149,23 +138,23 @@ class Reader {
 
     // What is held at the end is no record: a total whose sums agree, and notes below the table.
     void settleHeld() {
-        const auto total = std::find_if(held_.begin(), held_.end(), [this](const HeldRow& held) {
-            return rankAsSummary(held.row()) == 0;
-        });
-        // Where the user has left rows out, sums are those of more rows.
-        const bool hasAll = reading_.leftOutRows.empty();
-        if (total != held_.end() && hasAll && !rows_->isTotal(total->cells)) {
-            rows_->rules().problem(
-                {total->number, total->line, std::nullopt}, total->cells.front(),
-                "The row is named as a total, but its numbers are not the sums of the rows above. "
-                "Leave it out, or correct it.");
-        }
-        for (const HeldRow& held : held_) {
-            if (total != held_.end() && held.number == total->number) {
+        const SparseRow* total = nullptr;
+        for (const RowBatch& batch : held_) {
+            const SparseRow& held = batch.rows().front();
+            if (total == nullptr && rankAsSummary(held) == 0) {
+                total = &held;
                 records_.notices.totalsRow = held.number;
             } else {
                 records_.notices.noteRows.push_back(held.number);
             }
+        }
+        // Where the user has left rows out, sums are those of more rows.
+        const bool hasAll = reading_.leftOutRows.empty();
+        if (total != nullptr && hasAll && !rows_->isTotal(textsOf(*total))) {
+            rows_->rules().problem(
+                {total->number, total->line, std::nullopt}, total->cell(0),
+                "The row is named as a total, but its numbers are not the sums of the rows above. "
+                "Leave it out, or correct it.");
         }
     }
 
@@ -173,7 +162,7 @@ class Reader {
     TableRecords records_;
     TableHeader header_;
     std::unique_ptr<RowReader> rows_;
-    std::vector<HeldRow> held_;
+    std::vector<RowBatch> held_;  // rows that may be a total or notes, until the next one tells
     bool begun_ = false;
     bool afterEmpty_ = false;
 };

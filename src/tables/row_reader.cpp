@@ -153,9 +153,9 @@ bool RowReader::addTaxon(std::size_t census, std::size_t species, std::int64_t v
                          const TablePlace& place) {
     if (value <= 0 && !columns_.exact) return false;
     if (reading_.sameSpecies == SameRule::sum) {
-        if (const auto known = gathered_.find(census, species)) {
+        if (MockTaxon* const known = gathered_.find(census, species)) {
             ++records_.notices.summedSpecies;
-            std::int64_t& sum = gathered_.censuses[census].taxa[*known].abundance;
+            std::int64_t& sum = known->abundance;
             if (__builtin_add_overflow(sum, value, &sum)) {
                 sum = std::numeric_limits<std::int64_t>::max();
                 rules_.problem(

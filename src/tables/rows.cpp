@@ -90,23 +90,17 @@ std::string_view SparseRow::cellAfterZeros(std::size_t column) const {
     return cells[static_cast<std::size_t>(found - columns.begin())];
 }
 
-void SparseRow::assign(const TableRow& row) {
-    number = row.number;
-    line = row.line;
-    width = row.cells.size();
-    cells.clear();
-    columns.clear();
-    for (std::size_t column = 0; column < width; ++column) {
-        const std::string_view cell = row.cells[column];
-        if (isZeroCell(cell)) continue;
-        cells.push_back(cell);
-        columns.push_back(static_cast<std::uint32_t>(column));
-    }
-}
-
 bool RowSource::nextSparse(SparseRow& row) {
     if (!next(row_)) return false;
-    row.assign(row_);
+    cells_.clear();
+    columns_.clear();
+    for (std::size_t column = 0; column < row_.cells.size(); ++column) {
+        const std::string_view cell = row_.cells[column];
+        if (isZeroCell(cell)) continue;
+        cells_.push_back(cell);
+        columns_.push_back(static_cast<std::uint32_t>(column));
+    }
+    row = {row_.number, row_.line, row_.cells.size(), cells_, columns_};
     return true;
 }
 
@@ -327,17 +321,11 @@ bool TextRows::next(TableRow& row) {
 }
 
 bool TextRows::nextSparse(SparseRow& row) {
-    row.number = ++row_;
-    row.line = ++line_;
-    cells_.swap(row.cells);
-    columns_.swap(row.columns);
+    ++row_;
+    const std::size_t line = ++line_;
     columns_.resize(cells_.size());
     if (!readRow(true)) return false;
-    row.width = width_;
-    cells_.resize(used_);
-    columns_.resize(used_);
-    cells_.swap(row.cells);
-    columns_.swap(row.columns);
+    row = {row_, line, width_, {cells_.data(), used_}, {columns_.data(), used_}};
     return true;
 }
 

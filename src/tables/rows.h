@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -46,9 +47,9 @@ struct TableRow {
 struct SparseRow {
     std::size_t number = 0;  // as in TableRow
     std::size_t line = 0;
-    std::size_t width = 0;                // the number of cells, zeros included
-    std::vector<std::string_view> cells;  // the others
-    std::vector<std::uint32_t> columns;   // of each, ascending
+    std::size_t width = 0;                    // the number of cells, zeros included
+    std::span<const std::string_view> cells;  // the others
+    std::span<const std::uint32_t> columns;   // of each, ascending
 
     // As TableRow::cell().
     [[nodiscard]] std::string_view cell(std::size_t column) const {
@@ -56,7 +57,6 @@ struct SparseRow {
         const bool isThere = column < columns.size() && columns[column] == column;
         return isThere ? cells[column] : cellAfterZeros(column);
     }
-    void assign(const TableRow& row);
 
   private:
     [[nodiscard]] std::string_view cellAfterZeros(std::size_t column) const;
@@ -77,7 +77,10 @@ class RowSource {
     [[nodiscard]] virtual std::optional<Problem> problem() const { return std::nullopt; }
 
   private:
-    TableRow row_;  // of nextSparse()
+    // Of nextSparse().
+    TableRow row_;
+    std::vector<std::string_view> cells_;
+    std::vector<std::uint32_t> columns_;
 };
 
 // A cell without the blanks and line breaks around its text.

@@ -54,6 +54,7 @@ class WideRows final : public RowReader {
                               gathered_.species.size() == columnNames_.size();
         cells_.resize(gathered_.censuses.size());
         valueless_.resize(columnCensuses_.size());
+        heldCounts_.resize(mostHeld * columnCensuses_.size());
         isDirect_ = hasCensusRows() && !joinsCensuses() && areApart;
     }
 
@@ -66,6 +67,7 @@ class WideRows final : public RowReader {
     }
 
     void finish() override {
+        addHeld();
         for (std::size_t i = 0; i < valueless_.size(); ++i) {
             cells_[columnCensuses_[i]].hasValues |= valueless_[i] < speciesRows_;
         }
@@ -170,18 +172,31 @@ class WideRows final : public RowReader {
         const std::size_t known = gathered_.species.size();
         const std::size_t species = gathered_.species.number(speciesName(row, cell));
         ++speciesRows_;
+        const bool isHeld = species == known && !columns_.stages;
+        if (!isHeld || heldSpecies_.size() == mostHeld) addHeld();
+        std::int64_t* const held =
+            heldCounts_.data() + heldSpecies_.size() * columnCensuses_.size();
+        if (isHeld) {
+            heldSpecies_.push_back(species);
+            std::fill_n(held, columnCensuses_.size(), 0);
+        }
         forCounts(row, [&](std::size_t i, std::string_view value) {
             const CellRules::Count count = readCount(value, row, i);
             const std::size_t census = columnCensuses_[i];
             cells_[census].hasMissing |= count.missing;
             valueless_[i] += count.missing || value.empty();
             if (count.value == 0) return;
-            if (species == known && !columns_.stages) {
-                gathered_.addToNewSpecies(census, species, count.value);
+            if (isHeld) {
+                held[i] = count.value;
             } else {
                 addTaxon(census, species, count.value, placeOf(row, columns_.counts[i]));
             }
         });
+    }
+
+    void addHeld() {
+        gathered_.addNewSpecies(heldSpecies_, columnCensuses_, heldCounts_);
+        heldSpecies_.clear();
     }
 
     // Calls back for the cells of counts other than "0", with the place of the column among those
@@ -218,6 +233,10 @@ class WideRows final : public RowReader {
     std::vector<std::size_t> columnCensuses_;
     std::vector<std::size_t> valueless_;
     std::size_t speciesRows_ = 0;
+    // New species wait for others, so that the memory of each census is used for several at once.
+    static constexpr std::size_t mostHeld = 16;
+    std::vector<std::size_t> heldSpecies_;
+    std::vector<std::int64_t> heldCounts_;  // of each of them, for each column
 };
 
 }  // namespace

@@ -14,15 +14,17 @@ struct CellPlace {
 };
 
 // Of "AB12"; absent for anything else.
-std::optional<CellPlace> placeOf(std::string_view reference) {
+std::optional<CellPlace> placeOf(const char* reference) {
     CellPlace place;
-    std::size_t i = 0;
-    for (; i < reference.size() && reference[i] >= 'A' && reference[i] <= 'Z' && i < 4; ++i) {
-        place.column = place.column * 26 + static_cast<std::size_t>(reference[i] - 'A') + 1;
+    const char* at = reference;
+    for (; *at >= 'A' && *at <= 'Z' && at - reference < 4; ++at) {
+        place.column = place.column * 26 + static_cast<std::size_t>(*at - 'A') + 1;
     }
-    const char* const end = reference.data() + reference.size();
-    const auto [stop, error] = std::from_chars(reference.data() + i, end, place.row);
-    if (i == 0 || error != std::errc() || stop != end) return std::nullopt;
+    const char* const letters = at;
+    for (; *at >= '0' && *at <= '9' && at - letters < 8; ++at) {
+        place.row = place.row * 10 + static_cast<std::size_t>(*at - '0');
+    }
+    if (letters == reference || at == letters || *at != '\0') return std::nullopt;
     --place.column;
     return place;
 }
@@ -101,8 +103,8 @@ class XlsxSheet final : public SheetReader {
         style_ = {};
         type_ = {};
         for (const char* const* pair = attributes.pairs(); *pair != nullptr; pair += 2) {
-            const std::string_view name = withoutPrefix(pair[0]);
-            if (name.size() != 1) continue;
+            const char* const name = pair[0];
+            if (name[1] != '\0') continue;
             if (name[0] == 'r') {
                 const std::optional<CellPlace> place = placeOf(pair[1]);
                 if (!place || place->row != number_ || place->column < column_) {
@@ -199,21 +201,20 @@ Result<XlsxMerges> readXlsxMerges(const Archive& archive, const std::string& she
                                   std::size_t lastRow, const WorkbookLimits& limits,
                                   const std::stop_token& stop) {
     XlsxMerges merges;
-    const auto problem =
-        scanElements(archive.file(sheetFile), limits, stop,
-                     [&](std::string_view name, const XmlAttributes& attributes) {
-                         if (name != "mergeCell") return true;
-                         const std::string_view range = attributes.text("ref");
-                         const std::size_t colon = std::min(range.find(':'), range.size());
-                         const auto first = placeOf(range.substr(0, colon));
-                         const auto last = placeOf(range.substr(std::min(colon + 1, range.size())));
-                         const bool ofHead = first && last && first->row <= lastRow &&
-                                             last->column > first->column &&
-                                             last->column < SheetRow::mostColumns;
-                         if (ofHead)
-                             merges.emplace(first->row, std::pair(first->column, last->column + 1));
-                         return merges.size() <= SheetRow::mostColumns;
-                     });
+    const auto problem = scanElements(
+        archive.file(sheetFile), limits, stop,
+        [&](std::string_view name, const XmlAttributes& attributes) {
+            if (name != "mergeCell") return true;
+            const std::string range(attributes.text("ref"));
+            const std::size_t colon = std::min(range.find(':'), range.size());
+            const auto first = placeOf(range.substr(0, colon).c_str());
+            const auto last = placeOf(range.c_str() + std::min(colon + 1, range.size()));
+            const bool ofHead = first && last && first->row <= lastRow &&
+                                last->column > first->column &&
+                                last->column < SheetRow::mostColumns;
+            if (ofHead) merges.emplace(first->row, std::pair(first->column, last->column + 1));
+            return merges.size() <= SheetRow::mostColumns;
+        });
     if (problem) return *problem;
     return merges;
 }

@@ -71,10 +71,22 @@ struct XmlReader::Calls {
 };
 
 XmlReader::XmlReader(ArchiveFile file, const WorkbookLimits& limits, std::stop_token stop)
-    : file_(std::move(file)),
+    : name_(file.name()),
       limits_(limits),
       stop_(std::move(stop)),
-      parser_(XML_ParserCreate(nullptr), XML_ParserFree) {
+      parser_(XML_ParserCreate(nullptr), XML_ParserFree),
+      pieces_([file = std::make_shared<ArchiveFile>(std::move(file))](Piece& piece) {
+          constexpr std::size_t whole = 1 << 16;
+          piece.bytes.resize(whole);
+          std::size_t size = 0;
+          for (std::size_t count = 1; size < whole && count > 0; size += count) {
+              count = file->read(piece.bytes.data() + size, whole - size);
+          }
+          piece.bytes.resize(size);
+          piece.isLast = size < whole;
+          piece.problem = file->problem();
+          return !piece.isLast;
+      }) {
     if (!parser_) throw std::bad_alloc();
     XML_SetUserData(parser_.get(), this);
     XML_SetElementHandler(parser_.get(), Calls::start, Calls::end);
@@ -91,8 +103,8 @@ void XmlReader::pause() {
 void XmlReader::fail(const std::string& what) {
     const auto line = XML_GetCurrentLineNumber(parser_.get());
     const auto column = XML_GetCurrentColumnNumber(parser_.get()) + 1;
-    problem_ = problemWithin(file_.name(), what + " (line " + std::to_string(line) +
-                                               ", character " + std::to_string(column) + ")");
+    problem_ = problemWithin(name_, what + " (line " + std::to_string(line) + ", character " +
+                                        std::to_string(column) + ")");
     XML_StopParser(parser_.get(), XML_FALSE);
 }
 
@@ -109,22 +121,17 @@ bool XmlReader::isParsed(int status) {
 }
 
 bool XmlReader::advance() {
-    constexpr int pieceSize = 1 << 16;
     if (problem_ || finished_) return false;
     if (std::exchange(paused_, false) && !isParsed(XML_ResumeParser(parser_.get()))) return false;
     while (!paused_) {
         if (atEnd_ || stop_.stop_requested()) return false;
-        void* const piece = XML_GetBuffer(parser_.get(), pieceSize);
-        if (piece == nullptr) {
-            fail("needs more memory than there is");
-            return false;
-        }
-        const std::size_t count = file_.read(static_cast<char*>(piece), pieceSize);
-        problem_ = file_.problem();
+        const Piece& piece = *pieces_.next();
+        problem_ = piece.problem;
         if (problem_) return false;
-        atEnd_ = count == 0;
-        fed_ += count;
-        const auto status = XML_ParseBuffer(parser_.get(), static_cast<int>(count), atEnd_ ? 1 : 0);
+        atEnd_ = piece.isLast;
+        fed_ += piece.bytes.size();
+        const auto status = XML_Parse(parser_.get(), piece.bytes.data(),
+                                      static_cast<int>(piece.bytes.size()), atEnd_ ? 1 : 0);
         if (!isParsed(status)) return false;
         const XML_Index done = XML_GetCurrentByteIndex(parser_.get());
         if (!paused_ && done >= 0 && fed_ - static_cast<std::uint64_t>(done) > limits_.tagBytes) {

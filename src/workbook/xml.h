@@ -12,6 +12,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/threads.h"
 #include "workbook/archive.h"
 
 struct XML_ParserStruct;
@@ -73,7 +74,14 @@ class XmlReader {
     void guarded(const Call& call);
     bool isParsed(int status);
 
-    ArchiveFile file_;
+    // Of the file, unpacked.
+    struct Piece {
+        std::string bytes;
+        bool isLast = false;
+        std::optional<Problem> problem;
+    };
+
+    std::string name_;  // of the file
     WorkbookLimits limits_;
     std::stop_token stop_;
     std::unique_ptr<XML_ParserStruct, void (*)(XML_ParserStruct*)> parser_;
@@ -83,6 +91,7 @@ class XmlReader {
     bool paused_ = false;
     bool atEnd_ = false;
     bool finished_ = false;
+    MadeAhead<Piece> pieces_;
 };
 
 // Calls back for each element that begins, with its name and attributes, until it returns false.
