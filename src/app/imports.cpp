@@ -3,6 +3,7 @@
 #include <QFileInfo>
 #include <QStringList>
 #include <iterator>
+#include <memory>
 #include <optional>
 #include <stop_token>
 #include <utility>
@@ -13,7 +14,7 @@
 #include "interchange/parsers.h"
 #include "platform/file_reading.h"
 #include "platform/job_queue.h"
-#include "ui/kit/message_strip.h"
+#include "ui/kit/panels.h"
 #include "ui/kit/shown_text.h"
 #include "ui/main/main_view_controller.h"
 #include "ui/main/main_window_controller.h"
@@ -127,6 +128,69 @@ void importInto(Document& document, ProjectWindows& windows, FileKind kind, Open
 }
 
 namespace {
+
+// "cannot be opened: Permission denied" as a sentence of its own.
+QString sentence(const QString& reason) {
+    return reason.left(1).toUpper() + reason.mid(1) + '.';
+}
+
+// Called once, at once or later; never if the program ends first. There is no text if the user
+// cancels, or if the file is empty or cannot be read, which the window says.
+using TextReceiver = std::function<void(OpenedText opened)>;
+
+// Reads a text file in the background. If cancelled, it is handed over at once without its text,
+// and bytes that arrive later are dropped. window: shows the progress; may be null, and may be
+// closed when the text arrives. file: opened to tell its kind; null if the path is still to be
+// opened.
+void readTextInBackground(ProjectWindows& windows, MainWindowController* window,
+                          const QString& path, const std::shared_ptr<NamedFile>& file,
+                          const TextReceiver& receive) {
+    const QPointer<MainWindowController> guard(window);
+    const QPointer<MainViewController> view(window != nullptr ? &window->mainView() : nullptr);
+    const QString name = QFileInfo(path).fileName();
+    std::stop_source stop;
+    const auto progress = std::make_shared<MainView::ProgressId>(0);
+    const auto handOver = [=](OpenedText opened) {
+        if (view) view->stopProgress(*progress);
+        receive(std::move(opened));
+    };
+    if (view) {
+        *progress = view->startImportProgress(QString("reading %1...").arg(name).toStdString(),
+                                              [=]() mutable {
+                                                  stop.request_stop();
+                                                  handOver({path, {}, true});
+                                              });
+    }
+    windows.jobs().start(
+        &windows,
+        [path, file, token = stop.get_token()] {
+            Result<InputFile> input = file ? file->take() : InputFile::open(encodedPath(path));
+            if (!input) return Result<std::string>(input.problem());
+            Result<std::string> read = std::move(input).value().text();
+            // A large text is released here.
+            return token.stop_requested() ? Result<std::string>(std::string()) : std::move(read);
+        },
+        [=, &alerts = windows.panels().alerts](Result<std::string> read) {
+            if (stop.stop_requested()) return;
+            if (read && !read.value().empty()) return handOver({path, std::move(read).value()});
+            if (!read) {
+                alerts.warn(guard, QString("“%1” could not be read").arg(name),
+                            sentence(QString::fromStdString(read.problem().message)));
+            } else if (view) {
+                view->messageStrip().addMessage(QString("%1 is empty.").arg(name));
+            }
+            if (!stop.stop_requested()) handOver({path, {}});
+        });
+}
+
+// Asks for one text file and reads it. title: what is chosen.
+void openTextFile(ProjectWindows& windows, MainWindowController* window, const QString& title,
+                  const TextReceiver& receive) {
+    const QPointer<MainWindowController> guard(window);
+    const QString path = windows.panels().open.chooseTextFile(window, title);
+    if (path.isEmpty()) return receive({{}, {}, true});
+    readTextInBackground(windows, guard, path, nullptr, receive);
+}
 
 QString notImportedMessage(const std::vector<KnownFile>& files) {
     constexpr std::size_t mostNamed = 5;

@@ -3,11 +3,12 @@
 #pragma once
 
 #include <QPointer>
+#include <QString>
 #include <functional>
+#include <string>
 #include <vector>
 
 #include "app/file_kinds.h"
-#include "app/open_text_file.h"
 #include "interchange/file_kind.h"
 #include "model/import.h"
 
@@ -25,6 +26,13 @@ struct CommandWindow {
 
     bool given;
     QPointer<MainWindowController> window;
+};
+
+// A text file that was read for a command.
+struct OpenedText {
+    QString path;
+    std::string text;          // UTF-8; empty if there is none
+    bool isCancelled = false;  // by the user, at the question or later
 };
 
 // The project of the window, or a new one in its own window if the command was given without one.

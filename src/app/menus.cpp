@@ -178,7 +178,7 @@ void addUndoItem(MainWindowController& window, QMenu& menu, bool isUndo) {
 QWidget* pasteTarget(MainWindowController& window) {
     QWidget* focus = window.focusWidget();
     const bool empty = window.document().project().objectContext().censusCount() == 0;
-    if (canPaste(focus) || !empty || !clipboardHoldsCensuses()) return focus;
+    if (canPaste(focus) || !empty || !clipboardData().hasFormat(copiedCensusesType)) return focus;
     return window.findChild<CensusTableView*>();
 }
 

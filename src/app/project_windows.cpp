@@ -207,7 +207,7 @@ void ProjectWindows::takeDroppedFiles(const QStringList& paths, MainWindowContro
             if (file.isText) {
                 imported.push_back(file);
             } else {
-                openFile(file.file->path, command.window);
+                openFiles({file.file->path}, command.window);
             }
         }
         importFiles(*this, command, imported, command.window);

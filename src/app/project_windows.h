@@ -50,9 +50,6 @@ class ProjectWindows : public QObject {
     // another otherwise; the given window reports a file that cannot be read. A project that is
     // open already comes to the front.
     void openFiles(const QStringList& paths, MainWindowController* window = nullptr);
-    void openFile(const QString& path, MainWindowController* window = nullptr) {
-        openFiles({path}, window);
-    }
 
     // The same for files dropped on a window, except that texts are imported into its project.
     void takeDroppedFiles(const QStringList& paths, MainWindowController& window);

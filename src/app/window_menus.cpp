@@ -43,7 +43,7 @@ void fillRecentMenu(QMenu& menu, MainWindowController& window, ProjectWindows& w
         item->setToolTip(oneLine(path));
         item->setData(path);
         QObject::connect(item, &QAction::triggered, &window,
-                         [path, &window, &windows] { windows.openFile(path, &window); });
+                         [path, &window, &windows] { windows.openFiles({path}, &window); });
     }
     menu.addSeparator();
     QAction* clear = menu.addAction("&Clear Menu");

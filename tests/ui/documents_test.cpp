@@ -192,8 +192,8 @@ TEST_F(DocumentsTest, OneFileIsOneWindow) {
     openProject();
     MainWindowController& other = windows->openUntitled();
     for (const bool isOpen : {true, false}) {
-        windows->openFile(path("moss.zorvel"), &other);
-        windows->openFile(path("moss.zorvel"), &other);
+        windows->openFiles({path("moss.zorvel")}, &other);
+        windows->openFiles({path("moss.zorvel")}, &other);
         ASSERT_TRUE(waitUntil([&] { return !other.mainView().isInProgress(); }));
         EXPECT_EQ(windows->windows().size(), isOpen ? 2u : 1u);
         EXPECT_EQ(windows->isFree(other), isOpen);

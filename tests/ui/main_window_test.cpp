@@ -218,7 +218,7 @@ TEST_F(MainWindowTest, AnEmptyWindowSaysWhatToDoFirst) {
 // Its layout is that of the window before it, whose table needed a scroll bar.
 TEST_F(MainWindowTest, ATableOfASecondWindowIsAsWideAsItsRoom) {
     open(exampleFile);
-    windows->openFile(write("one.csv", ",a,b\nNorth,3,4\n"), window);
+    windows->openFiles({write("one.csv", ",a,b\nNorth,3,4\n")}, window);
     ASSERT_TRUE(waitUntil([this] { return windows->windows().size() == 2; }));
     window = windows->windows().back();
     ASSERT_TRUE(waitUntil([this] { return censusTable().model()->rowCount() == 1; }));
@@ -248,7 +248,7 @@ TEST_F(MainWindowTest, AFileThatCannotBeReadIsReportedWhereItWasAskedFor) {
     // With no window left, in an alert.
     for (MainWindowController* each : windows->windows()) each->close();
     sendDeletions();
-    windows->openFile(folder.filePath("missing.csv"));
+    windows->openFiles({folder.filePath("missing.csv")});
     ASSERT_TRUE(waitUntil([this] { return !alerts.warnings.isEmpty(); }));
     EXPECT_TRUE(alerts.warnings[0].startsWith("missing.csv cannot be opened"));
 }
@@ -275,8 +275,8 @@ TEST_F(MainWindowTest, AFileTakesAFreeWindowOrOneOfItsOwn) {
     strip().addMessage("done", MessageStrip::Tone::news);
     censusTable().sortByColumn(0, Qt::DescendingOrder);
     child<QLineEdit>("searchBar").setText("zzz");
-    windows->openFile(write("first.csv", ",a\nNorth,3\nWest,1\n"), window);
-    windows->openFile(write("second.csv", ",a\nNorth,3\nWest,1\n"), window);
+    windows->openFiles({write("first.csv", ",a\nNorth,3\nWest,1\n")}, window);
+    windows->openFiles({write("second.csv", ",a\nNorth,3\nWest,1\n")}, window);
     ASSERT_TRUE(waitUntil([this] { return windows->windows().size() == 2; }));
     EXPECT_EQ(documents->documents().size(), 2u);
     EXPECT_NE(windows->windows()[0]->pos(), windows->windows()[1]->pos());
@@ -292,7 +292,7 @@ TEST_F(MainWindowTest, AFileTakesAFreeWindowOrOneOfItsOwn) {
 
 TEST_F(MainWindowTest, AWindowMayCloseWhileItsJobsRun) {
     open(exampleFile);
-    windows->openFile(exampleFile, window);
+    windows->openFiles({exampleFile}, window);
     for (MainWindowController* each : windows->windows()) each->close();
     sendDeletions();
     drainJobs();

@@ -161,7 +161,7 @@ TEST_F(TableDialogTest, DoubtfulAndUtf16FilesAreShownFirst) {
     sendDeletions();
     EXPECT_EQ(records(), (std::vector<std::string>{"North", "Abies,3"}));
     // An opened file makes a project of its own.
-    windows->openFile(wide, window);
+    windows->openFiles({wide}, window);
     ASSERT_TRUE(waitUntil([this] { return dialog() != nullptr && waitFor("Import 1 Census"); }));
     key(Qt::Key_Return, Qt::ControlModifier);
     ASSERT_TRUE(waitUntil([this] { return windows->windows().size() == 2; }));

@@ -152,7 +152,7 @@ class WindowTest : public ::testing::Test {
 
     // Into the test's window; until the file is read.
     void open(const QString& path) {
-        windows->openFile(path, window);
+        windows->openFiles({path}, window);
         ASSERT_TRUE(waitUntil([this] { return isIdle(); }));
     }
     // Two censuses with three species each, in the active window.

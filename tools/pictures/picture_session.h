@@ -34,7 +34,7 @@ class PictureSession {
     }
     // Opens the file in the window and selects one of its censuses.
     void open(const QString& path, int census = 0) {
-        windows_.openFile(path, window_);
+        windows_.openFiles({path}, window_);
         waitUntil([this] { return !window_->mainView().isInProgress(); });
         select(census);
     }

@@ -33,8 +33,6 @@ double nearest(const std::vector<double>& places, double x) {
 
 }  // namespace
 
-CurvesView::CurvesView(QWidget* parent) : PlotView(parent) {}
-
 void CurvesView::setPlot(CurvesPlot plot) {
     plot_ = std::move(plot);
     if (mark_) {

@@ -11,7 +11,7 @@ namespace zorvel {
 class CurvesView : public PlotView {
     Q_OBJECT
   public:
-    explicit CurvesView(QWidget* parent = nullptr);
+    using PlotView::PlotView;
 
     // The mark goes if its curve is gone.
     void setPlot(CurvesPlot plot);

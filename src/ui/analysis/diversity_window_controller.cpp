@@ -38,17 +38,14 @@ DiversityViewController::DiversityViewController(JobQueue& jobs, const Panels& p
     addPlot({"Diversity at equal coverage", "diversity", "Diversity Table"});
     ui_->coverageNote->setForegroundRole(secondaryText);
     ui_->diversityTable->setModel(coverages_);
-    ui_->diversityTable->horizontalHeader()->setStretchLastSection(true);
     // Only what is in sight: to look through a thousand rows takes too long.
     ui_->diversityTable->horizontalHeader()->setResizeContentsPrecision(0);
-    ui_->diversityTable->verticalHeader()->setMinimumSectionSize(1);
     ui_->diversityTable->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 12);
     // The plot keeps its size when the text of a point takes the place of the longer hint.
     ui_->plotReadout->setMinimumHeight(2 * fontMetrics().lineSpacing());
     coverages_->setLevel(levelNow());
     addChoices();
     addExplanations();
-    ui_->plotSubject->setText("Reading the censuses…");
     ui_->progressIndicator->startAnimation();
     ui_->curvesView->setFocus();
     showCurves();
@@ -62,7 +59,6 @@ void DiversityViewController::addChoices() {
     using Self = DiversityViewController;
     const DiversityPlot plot = Preferences().diversityPlot();
     ui_->coverageField->setLocale(QLocale::c());  // as all numbers of the window are written
-    ui_->acrossBox->addItems({"Specimens", "Coverage", "Order q"});
     ui_->acrossBox->setCurrentIndex(plot.across);
     ui_->orderBox->setCurrentIndex(plot.order);
     connect(ui_->ofBox, &QComboBox::currentIndexChanged, this, [this] {

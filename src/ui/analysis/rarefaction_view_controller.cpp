@@ -96,7 +96,6 @@ RarefactionViewController::RarefactionViewController(RarefactionKind kind, JobQu
     ui_->rarefactionAbsence->setContentsMargins(0, 6, 0, 0);
     ui_->widthAxisTitle->setText(kind == RarefactionKind::individualBased ? "Specimens"
                                                                           : "Censuses");
-    ui_->heightAxisTitle->setText("Expected taxa");
     showTexts();
 }
 

@@ -96,12 +96,11 @@ class LookStyle : public QProxyStyle {
         switch (hint) {
             case SH_EtchDisabledText:
             case SH_DitherDisabledText:
-                return 0;
-            case SH_ItemView_ShowDecorationSelected:
-                return 1;
             case SH_MessageBox_CenterButtons:
             case SH_DialogButtonBox_ButtonsHaveIcons:
                 return 0;
+            case SH_ItemView_ShowDecorationSelected:
+                return 1;
             default:
                 return QProxyStyle::styleHint(hint, option, widget, returned);
         }
@@ -188,6 +187,7 @@ class LookStyle : public QProxyStyle {
             case PE_FrameStatusBarItem:
             case PE_FrameLineEdit:
             case PE_PanelMenuBar:
+            case PE_FrameMenu:  // the panel has painted it
                 return;
             case PE_FrameFocusRect:
                 if (qobject_cast<const QAbstractItemView*>(widget) != nullptr) return;
@@ -208,8 +208,6 @@ class LookStyle : public QProxyStyle {
                 return paintRadioMark(*option, *painter);
             case PE_IndicatorItemViewItemCheck:
                 return paintItemCheck(*option, *painter);
-            case PE_FrameMenu:  // the panel has painted it
-                return;
             case PE_PanelMenu:
             case PE_PanelTipLabel:
                 painter->save();  // the items of a menu are painted with this painter too

@@ -45,10 +45,6 @@ double headHeight(const PrintedTable& table, int firstRow) {
     return (headed ? headingHeight : 0) + (hasHeader(table) ? headerHeight : 0);
 }
 
-double titleBlockHeight(const PrintedSheet& sheet) {
-    return titleHeight + lineHeight * static_cast<double>(sheet.lines.size());
-}
-
 }  // namespace
 
 QList<PrintedTable> printedMetrics(const QList<MetricLine>& lines) {
@@ -66,7 +62,7 @@ QList<PrintedTable> printedMetrics(const QList<MetricLine>& lines) {
 QList<QList<PrintedPart>> pagesOf(const PrintedSheet& sheet, double height) {
     const double room = height - footerHeight;
     QList<QList<PrintedPart>> pages(1);
-    double used = titleBlockHeight(sheet);
+    double used = titleHeight + lineHeight * static_cast<double>(sheet.lines.size());
     for (int number = 0; number < sheet.tables.size(); ++number) {
         const PrintedTable& table = sheet.tables[number];
         const auto rowCount = static_cast<int>(table.rows.size());

@@ -148,10 +148,6 @@ const QMimeData& clipboardData() {
     return data != nullptr ? *data : nothing;
 }
 
-bool clipboardHoldsCensuses() {
-    return clipboardData().hasFormat(copiedCensusesType);
-}
-
 bool mayBeTable(const QMimeData& data) {
     return !hasOwnRecords(data) && (data.text().contains('\t') || hasHtmlTable(data));
 }

@@ -24,7 +24,6 @@ std::unique_ptr<QMimeData> mimeDataOf(RecordCopy& copy, const char* type);
 
 // What is on the clipboard, until it changes.
 const QMimeData& clipboardData();
-bool clipboardHoldsCensuses();
 
 // Whether it seems to hold a table, by a quick look; see tableText().
 bool mayBeTable(const QMimeData& data);

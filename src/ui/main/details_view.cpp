@@ -272,7 +272,7 @@ void DetailsNotes::restore(const std::optional<SharedText>& notes) {
     // Enough bytes for that many characters and one more.
     const std::string_view all = notes ? notes->view() : std::string_view();
     const std::string_view start = all.substr(0, 4 * (longestNotes + 1));
-    const QString text = QString::fromUtf8(start.data(), static_cast<qsizetype>(start.size()));
+    const QString text = QString::fromUtf8(start);
     setPlainText(shortened(text, longestNotes));
     shown_ = typedText();
     document()->setModified(false);
@@ -280,6 +280,9 @@ void DetailsNotes::restore(const std::optional<SharedText>& notes) {
 }
 
 bool DetailsNotes::event(QEvent* event) {
+    if (event->type() == QEvent::FocusIn || event->type() == QEvent::FocusOut) {
+        update();  // the frame shows the focus
+    }
     if (!isTyped() && isUndoKey(*event)) {
         event->ignore();
         return false;
@@ -298,14 +301,8 @@ void DetailsNotes::keyPressEvent(QKeyEvent* event) {
     }
 }
 
-void DetailsNotes::focusInEvent(QFocusEvent* event) {
-    QPlainTextEdit::focusInEvent(event);
-    update();  // the frame shows the focus
-}
-
 void DetailsNotes::focusOutEvent(QFocusEvent* event) {
     QPlainTextEdit::focusOutEvent(event);
-    update();
     // Opening the editor's context menu does not commit.
     if (event->reason() != Qt::PopupFocusReason) emit commitRequested();
 }

@@ -107,8 +107,8 @@ void MainViewController::setUpButtons() {
     for (QToolButton* button : {ui_->removeCensusButton, ui_->removeSpeciesButton}) {
         button->setIcon(glyphIcon(Glyph::minus));
     }
-    connect(ui_->openButton, &QPushButton::clicked, this, &MainViewController::openRequested);
     const std::pair<QAbstractButton*, void (MainViewController::*)()> commands[] = {
+        {ui_->openButton, &MainViewController::openRequested},
         {ui_->cancelProgressButton, &MainViewController::cancelProgress},
         {ui_->addFirstCensusButton, &MainViewController::addCensusRow},
         {ui_->addCensusButton, &MainViewController::addCensusRow},

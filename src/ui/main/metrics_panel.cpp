@@ -56,8 +56,7 @@ MetricsPanel::MetricsPanel(QWidget* parent)
       heading_(new ElidedLabel(this)),
       rarefiedNote_(makeNote("rarefiedNote", 8, *this)),
       metricsNote_(makeNote("metricsNote", 12, *this)),
-      sheet_(new MetricSheet(*this)),
-      latest_(std::make_shared<std::atomic<std::uint64_t>>(0)) {
+      sheet_(new MetricSheet(*this)) {
     const Preferences preferences;
     sheet_->setParameters({preferences.rarefactionSize(), preferences.sqsQuota()});
     layOut(*new QVBoxLayout(this));
@@ -94,7 +93,8 @@ void MetricsPanel::refresh(const QString& censusName, const CountsVector& counts
     Request request{censusName, counts, preferences.rarefactionSize(), preferences.sqsQuota()};
     const bool isAgain = request_ == request;
     request_ = std::move(request);
-    ++*latest_;
+    stop_.request_stop();
+    stop_ = std::stop_source();
     // Otherwise what is shown is of these counts, and stays black until SQS has been drawn again.
     if (!isAgain) {
         const AbundanceTally tally(request_->counts);
@@ -124,29 +124,28 @@ void MetricsPanel::expect(const ShownMetric& shown, const QString& owner) {
 }
 
 void MetricsPanel::startRarefaction() {
-    const std::uint64_t number = *latest_;
-    const auto work = [counts = request_->counts, size = request_->size, number,
-                       latest = latest_]() -> std::optional<double> {
-        if (*latest != number) return std::nullopt;
+    const auto work = [counts = request_->counts, size = request_->size,
+                       stop = stop_.get_token()]() -> std::optional<double> {
+        if (stop.stop_requested()) return std::nullopt;
         return sharedCalculator().individualBasedPoint(counts, size).estimate;
     };
-    jobs_->start(this, work, [this, number](std::optional<double> estimate) {
-        if (estimate && *latest_ == number) showRarefied(*estimate);
+    jobs_->start(this, work, [this, stop = stop_.get_token()](std::optional<double> estimate) {
+        if (estimate && !stop.stop_requested()) showRarefied(*estimate);
     });
 }
 
 void MetricsPanel::startSqs() {
-    const std::uint64_t number = *latest_;
-    const auto work = [counts = request_->counts, quota = request_->quota, number, latest = latest_,
+    const auto work = [counts = request_->counts, quota = request_->quota, stop = stop_.get_token(),
                        random = std::shared_ptr(makeRandom_())]() -> std::optional<SqsResult> {
-        if (*latest != number) return std::nullopt;
+        if (stop.stop_requested()) return std::nullopt;
         const SqsResult result = shareholderQuorum(counts, sqsTrials, quota, *random);
         result.writeWarning();
         return result;
     };
-    jobs_->start(this, work, [this, number](const std::optional<SqsResult>& result) {
-        if (result && *latest_ == number) showSqs(*result);
-    });
+    jobs_->start(this, work,
+                 [this, stop = stop_.get_token()](const std::optional<SqsResult>& result) {
+                     if (result && !stop.stop_requested()) showSqs(*result);
+                 });
 }
 
 void MetricsPanel::showRarefied(double estimate) {

@@ -5,10 +5,9 @@
 
 #include <QString>
 #include <QWidget>
-#include <atomic>
 #include <cstdint>
-#include <memory>
 #include <optional>
+#include <stop_token>
 
 #include "metrics/counts.h"
 #include "metrics/random_source.h"
@@ -64,8 +63,7 @@ class MetricsPanel : public QWidget {
     MetricSheet* sheet_;
     JobQueue* jobs_ = nullptr;
     RandomSourceMaker makeRandom_;
-    // Number of the last refresh; jobs look at it before they begin.
-    std::shared_ptr<std::atomic<std::uint64_t>> latest_;
+    std::stop_source stop_;  // of the jobs of the last refresh, which look at it before they begin
     std::optional<Request> request_;
     // Whose value stands in the field; empty before the first.
     QString rarefiedOwner_;

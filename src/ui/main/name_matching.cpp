@@ -72,14 +72,13 @@ std::string loweredAscii(std::string_view text) {
     return result;
 }
 
-QString decoded(std::string_view text) {
-    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
-}
-
 // Without case, composed characters as one.
 std::string foldedCase(std::string_view text) {
     if (isAscii(text)) return loweredAscii(text);
-    return decoded(text).toCaseFolded().normalized(QString::NormalizationForm_C).toStdString();
+    return QString::fromUtf8(text)
+        .toCaseFolded()
+        .normalized(QString::NormalizationForm_C)
+        .toStdString();
 }
 
 bool isDigit(char c) {
@@ -91,7 +90,7 @@ bool isDigit(char c) {
 std::string foldedForSearch(std::string_view text) {
     if (isAscii(text) || firstInvalidUtf8(text)) return loweredAscii(text);
     std::string fold;
-    for (const char32_t character : decoded(text).toUcs4()) {
+    for (const char32_t character : QString::fromUtf8(text).toUcs4()) {
         if (character < 0x80) {
             fold += lowered(static_cast<char>(character));
         } else {

@@ -23,8 +23,7 @@ QString shownName(const std::optional<SharedText>& name) {
     if (!name) return unnamedName;
     // Enough bytes for that many characters and one more.
     const std::string_view start = name->view().substr(0, 4 * (longestName + 1));
-    return shortened(oneLine(QString::fromUtf8(start.data(), static_cast<qsizetype>(start.size()))),
-                     longestName);
+    return shortened(oneLine(QString::fromUtf8(start)), longestName);
 }
 
 QString editableName(const std::optional<SharedText>& name) {

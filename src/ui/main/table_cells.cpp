@@ -67,6 +67,14 @@ void endEditing(TextFieldDelegate& delegate, TableTextField& field, TextMovement
     emit delegate.closeEditor(&field, QAbstractItemDelegate::NoHint);
 }
 
+// Ctrl+E, which moves to the end of a line on some desktops, adds a species after the one being
+// typed.
+bool isAddSpeciesKey(const QEvent& event) {
+    if (event.type() != QEvent::ShortcutOverride) return false;
+    const auto& key = static_cast<const QKeyEvent&>(event);
+    return key.key() == Qt::Key_E && key.modifiers() == Qt::ControlModifier;
+}
+
 }  // namespace
 
 TableTextField::TableTextField(QWidget* parent) : QLineEdit(parent) {
@@ -83,19 +91,11 @@ void TableTextField::tellProblem() {
     QToolTip::showText(mapToGlobal(QPoint(0, height() / 2)), reason, this);
 }
 
-// Ctrl+E, which moves to the end of a line on some desktops, is left to the window: it adds a
-// species after the one being typed.
+// Keys that the window takes are left to it.
 bool TableTextField::event(QEvent* event) {
-    if (!canUndoOrRedo() && isUndoKey(*event)) {
+    if (isAddSpeciesKey(*event) || (!canUndoOrRedo() && isUndoKey(*event))) {
         event->ignore();
         return true;
-    }
-    if (event->type() == QEvent::ShortcutOverride) {
-        const auto* key = static_cast<QKeyEvent*>(event);
-        if (key->key() == Qt::Key_E && key->modifiers() == Qt::ControlModifier) {
-            event->ignore();
-            return true;
-        }
     }
     return QLineEdit::event(event);
 }
