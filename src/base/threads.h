@@ -59,15 +59,15 @@ class MadeAhead {
 
     // Valid until the next call; null after the last. Rethrows what make throws.
     Item* next() {
-        if (used_ == 0) {
-            if (make_(items_.front())) {
-                thread_ = std::jthread([this] { run(); });
-            } else {
-                end_ = 1;
-            }
-        } else {
+        if (thread_.joinable()) {
             free_.release();
             if (used_ < end_) made_.acquire();
+        } else if (used_ < end_) {
+            if (!make_(items_[used_ % items_.size()])) {
+                end_ = used_ + 1;
+            } else if (used_ == 0) {
+                start();
+            }
         }
         if (used_ < end_) return &items_[used_++ % items_.size()];
         if (failure_) std::rethrow_exception(failure_);
@@ -76,6 +76,13 @@ class MadeAhead {
 
   private:
     static constexpr std::size_t room = 4;
+
+    void start() {
+        try {
+            thread_ = std::jthread([this] { run(); });
+        } catch (const std::system_error&) {  // no more threads: the caller makes all items
+        }
+    }
 
     void run() {
         for (std::size_t i = 1; i < end_; ++i) {

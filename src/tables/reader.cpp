@@ -21,7 +21,7 @@ class Reader {
                                                        : wideRowReader(reading, records_, names)) {}
 
     TableRecords read(RowSource& source, const std::stop_token& stop) {
-        RowsAhead rows(source);
+        RowsAhead rows(source, reading_.lastRow);
         while (const SparseRow* const row = stop.stop_requested() ? nullptr : rows.next()) {
             if (row->number < reading_.firstRow) continue;
             if (reading_.lastRow != 0 && row->number > reading_.lastRow) break;

@@ -1,5 +1,5 @@
 // The rows of a table, one after the other. Only one row is in memory at a time, whatever the size
-// of the table. One thread per source.
+// of the table. One thread at a time per source.
 #pragma once
 
 #include <array>

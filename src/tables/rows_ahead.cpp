@@ -1,7 +1,5 @@
 #include "tables/rows_ahead.h"
 
-#include <algorithm>
-
 namespace zorvel {
 namespace {
 
@@ -25,9 +23,9 @@ bool RowBatch::hasRoomFor(const SparseRow& row) const {
 
 void RowBatch::add(const SparseRow& row) {
     if (rows_.empty()) {
-        cells_.reserve(std::max(usualCells, row.cells.size()));
-        columns_.reserve(cells_.capacity());
-        texts_.reserve(std::max(usualBytes, textBytes(row)));
+        cells_.reserve(row.cells.size());
+        columns_.reserve(row.cells.size());
+        texts_.reserve(textBytes(row));
     }
     const std::size_t first = cells_.size();
     for (const std::string_view cell : row.cells) {
@@ -41,21 +39,25 @@ void RowBatch::add(const SparseRow& row) {
     added.columns = {columns_.data() + first, row.cells.size()};
 }
 
-void RowBatch::clear() {
+void RowBatch::begin() {
     rows_.clear();
     cells_.clear();
     columns_.clear();
     texts_.clear();
+    cells_.reserve(usualCells);
+    columns_.reserve(usualCells);
+    texts_.reserve(usualBytes);
 }
 
 // What the other thread writes for each row lies apart from what the caller does.
-RowsAhead::RowsAhead(RowSource& source)
-    : batches_([&source, row = SparseRow(), isHeld = false](RowBatch& batch) mutable {
-          batch.clear();
+RowsAhead::RowsAhead(RowSource& source, std::size_t lastRow)
+    : batches_([&source, lastRow, row = SparseRow(), isHeld = false](RowBatch& batch) mutable {
+          batch.begin();
           while (isHeld || source.nextSparse(row)) {
               isHeld = !batch.hasRoomFor(row);
               if (isHeld) return true;
               batch.add(row);
+              if (lastRow != 0 && row.number >= lastRow) break;
           }
           return false;
       }) {}

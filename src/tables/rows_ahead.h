@@ -14,10 +14,12 @@ namespace zorvel {
 // Rows that follow each other, with their texts.
 class RowBatch {
   public:
+    // Empties the batch and makes room for as much as is usually read at once.
+    void begin();
     // Always for the first row.
     [[nodiscard]] bool hasRoomFor(const SparseRow& row) const;
+    // The first row makes the room that it needs.
     void add(const SparseRow& row);
-    void clear();
     [[nodiscard]] const std::vector<SparseRow>& rows() const { return rows_; }
 
   private:
@@ -30,8 +32,9 @@ class RowBatch {
 
 class RowsAhead {
   public:
-    // The source is used by the other thread alone while this object lives.
-    explicit RowsAhead(RowSource& source);
+    // The source is used by the other thread alone while this object lives, and not beyond the last
+    // row (0: to its end).
+    explicit RowsAhead(RowSource& source, std::size_t lastRow = 0);
 
     // Valid until the next call; null after the last.
     const SparseRow* next();

@@ -1,6 +1,6 @@
 // The files within a ZIP archive in memory, inflated as they are read; nothing is unpacked to the
-// disk. Messages are parts of sentences that follow the name of the archive's file. One thread per
-// archive.
+// disk. Messages are parts of sentences that follow the name of the archive's file. One thread at a
+// time per archive.
 #pragma once
 
 #include <cstddef>

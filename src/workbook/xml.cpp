@@ -124,11 +124,11 @@ bool XmlReader::advance() {
     if (problem_ || finished_) return false;
     if (std::exchange(paused_, false) && !isParsed(XML_ResumeParser(parser_.get()))) return false;
     while (!paused_) {
-        if (atEnd_ || stop_.stop_requested()) return false;
+        problem_ = problemAhead_;
+        if (problem_ || atEnd_ || stop_.stop_requested()) return false;
         const Piece& piece = *pieces_.next();
-        problem_ = piece.problem;
-        if (problem_) return false;
-        atEnd_ = piece.isLast;
+        problemAhead_ = piece.problem;
+        atEnd_ = piece.isLast && !piece.problem;
         fed_ += piece.bytes.size();
         const auto status = XML_Parse(parser_.get(), piece.bytes.data(),
                                       static_cast<int>(piece.bytes.size()), atEnd_ ? 1 : 0);

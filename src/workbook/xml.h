@@ -1,6 +1,7 @@
 // XML of files within a workbook, read as a stream: the parser calls back for each element and
 // text, and pauses where its user says so. Prefixes of names are dropped. Documents with a document
-// type are refused, so there are no entities. One thread per reader.
+// type are refused, so there are no entities. The file is unpacked ahead on another thread, so that
+// no other file of its archive may be read while the reader lives.
 #pragma once
 
 #include <cstddef>
@@ -78,7 +79,7 @@ class XmlReader {
     struct Piece {
         std::string bytes;
         bool isLast = false;
-        std::optional<Problem> problem;
+        std::optional<Problem> problem;  // why nothing follows
     };
 
     std::string name_;  // of the file
@@ -86,6 +87,7 @@ class XmlReader {
     std::stop_token stop_;
     std::unique_ptr<XML_ParserStruct, void (*)(XML_ParserStruct*)> parser_;
     std::optional<Problem> problem_;
+    std::optional<Problem> problemAhead_;  // of the file, after the bytes that were parsed
     std::uint64_t fed_ = 0;
     std::size_t depth_ = 0;
     bool paused_ = false;

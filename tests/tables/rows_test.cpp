@@ -91,6 +91,40 @@ TEST(TableRows, AreTheSameReadAhead) {
     }
 }
 
+// Beyond the last row, the source may be damaged.
+TEST(TableRows, AreNotReadAheadBeyondTheLast) {
+    class CountedRows final : public RowSource {
+      public:
+        bool next(TableRow& row) override {
+            row = {++count, count, {"1", "2"}};
+            return true;
+        }
+        std::size_t count = 0;
+    };
+    for (const std::size_t last : {1U, 12U, 30'000U}) {
+        CountedRows source;
+        {
+            RowsAhead ahead(source, last);
+            for (std::size_t i = 1; i <= last; ++i) ASSERT_EQ(ahead.next()->number, i);
+            EXPECT_EQ(ahead.next(), nullptr);
+        }
+        EXPECT_EQ(source.count, last);
+    }
+}
+
+// Many rows may be held until the table ends.
+TEST(TableRows, AreKeptInNoMoreMemoryThanTheyNeed) {
+    const std::vector<std::string_view> cells = {"a"};
+    const std::vector<std::uint32_t> columns = {0};
+    const SparseRow row{1, 1, 1, cells, columns};
+    RowBatch kept;
+    kept.add(row);
+    EXPECT_FALSE(kept.hasRoomFor(row));
+    kept.begin();
+    kept.add(row);
+    EXPECT_TRUE(kept.hasRoomFor(row));
+}
+
 // 0xB3 is a letter of Polish only in Windows-1250, which is never guessed.
 TEST(TableRows, AreDecodedAsChosen) {
     const std::string bytes = "Ma\xB3gorzata,\x8Cledziona,caf\xE9,\x80\n";

@@ -36,19 +36,23 @@ std::string oleOf(const std::string& name) {
     return bytes + std::string(100, '\0');
 }
 
-// With a size of the sheet that both the archive's directory and the file itself state.
-std::string withFalseSize(std::string bytes, std::uint32_t size) {
+// With a value that both the archive's directory and the sheet itself state: from there on.
+std::string withFalseValue(std::string bytes, std::size_t start, std::uint32_t value) {
     for (const auto& [mark, place, name] :
-         {std::tuple("PK\x03\x04", 22U, 30U), std::tuple("PK\x01\x02", 24U, 46U)}) {
+         {std::tuple("PK\x03\x04", start, 30U), std::tuple("PK\x01\x02", start + 2, 46U)}) {
         for (std::size_t at = bytes.find(mark); at != std::string::npos;
              at = bytes.find(mark, at + 4)) {
             if (bytes.compare(at + name, 12, "xl/sheet.xml") != 0) continue;
             for (std::size_t i = 0; i < 4; ++i) {
-                bytes[at + place + i] = static_cast<char>(size >> (8 * i));
+                bytes[at + place + i] = static_cast<char>(value >> (8 * i));
             }
         }
     }
     return bytes;
+}
+
+std::string withFalseSize(std::string bytes, std::uint32_t size) {
+    return withFalseValue(std::move(bytes), 22, size);
 }
 
 std::string messageOf(std::string bytes, const WorkbookLimits& limits = {}) {
@@ -56,6 +60,15 @@ std::string messageOf(std::string bytes, const WorkbookLimits& limits = {}) {
     const test::Cells cells = test::cellsOf(workbook, 0);
     if (cells.empty() || cells.back().size() != 2 || cells.back()[0] != "problem") return "";
     return cells.back()[1];
+}
+
+// The checksum is known to be false at the end of the sheet.
+TEST(HostileWorkbooks, GiveTheRowsBeforeTheDamage) {
+    const std::string bytes = withFalseValue(sheetOf("<row><c><v>1</v></c></row>"), 14, 0);
+    const test::Cells cells = test::cellsOf(test::openBytes(bytes), 0);
+    ASSERT_EQ(cells.size(), 2U);
+    EXPECT_EQ(cells[0], std::vector<std::string>{"1"});
+    EXPECT_THAT(cells[1][1], HasSubstr("is damaged (CRC error)"));
 }
 
 TEST(HostileWorkbooks, AreRefusedWithTheReason) {
