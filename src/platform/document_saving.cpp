@@ -119,9 +119,9 @@ void Document::tick() {
 }
 
 void Document::saveNow() {
-    if (ending_ || isBeingWritten()) return;
+    if (ending_) return;
     settleDrafts();
-    if (!isUnsaved()) return;
+    if (isBeingWritten() || !isUnsaved()) return;
     timer_.stop();
     write();
 }

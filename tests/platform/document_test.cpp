@@ -84,6 +84,23 @@ TEST_F(DocumentTest, WhatIsTypedReachesTheFileBeforeItIsAChange) {
     processEventsFor(100);
     EXPECT_EQ(again.saveState(), State::saved);
     EXPECT_EQ(backupPaths(again).size(), 1);
+
+    // Given up while it is being written, just before the project closes.
+    const RecordId north = again.project().objectContext().censuses().front().id();
+    again.setDrafts([&](ObjectContext& copy) {
+        if (!typed.empty()) editName(copy, *copy.census(north), typed);
+    });
+    disk.setHanging(true);
+    typed = "Norwa";
+    again.noteTyping();
+    again.saveSoon();
+    processEventsFor(100);
+    typed.clear();
+    again.noteTyping();
+    run->controller.close(again);
+    disk.setHanging(false);
+    EXPECT_TRUE(run->controller.finish(std::chrono::seconds(20)).empty());
+    EXPECT_EQ(namesInFile(at("a.zorvel")), Names{"North"});
 }
 
 TEST_F(DocumentTest, AnOpenStepIsWrittenWhenItHasEnded) {

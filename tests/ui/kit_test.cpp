@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
@@ -14,6 +15,8 @@
 #include <QRadioButton>
 #include <QSpinBox>
 #include <QTableWidget>
+#include <QTest>
+#include <QTimer>
 #include <QToolTip>
 #include <QWindow>
 #include <algorithm>
@@ -22,6 +25,7 @@
 #include <utility>
 #include <vector>
 
+#include "ui/kit/alerts.h"
 #include "ui/kit/color_controls.h"
 #include "ui/kit/glyphs.h"
 #include "ui/kit/look.h"
@@ -156,6 +160,26 @@ TEST(Look, AlertsBearTheSignOfTheMessageStrip) {
         box.setIcon(icon);
         EXPECT_EQ(box.iconPixmap().toImage(), sign.pixmap(box.iconPixmap().size()).toImage());
     }
+}
+
+TEST(AlertsTest, TabGoesRoundTheOptionsAndTheButtons) {
+    QStringList reached;
+    QTimer::singleShot(0, qApp, [&reached] {
+        QWidget* const dialog = QApplication::activeModalWidget();
+        for (int i = 0; i < 4; ++i) {
+            const QWidget* const focus = dialog->focusWidget();
+            const auto* const button = qobject_cast<const QAbstractButton*>(focus);
+            reached += button != nullptr ? button->text().remove('&') : "none";
+            QTest::keyClick(dialog, Qt::Key_Tab);
+        }
+        QTest::keyClick(dialog, Qt::Key_Escape);
+    });
+    Choice choice;
+    choice.options = {"List", "Matrix"};
+    choice.preselected = 1;
+    choice.accept = "Import";
+    EXPECT_EQ(Alerts().choose(nullptr, choice), -1);
+    EXPECT_EQ(reached, (QStringList{"Matrix", "Import", "Cancel", "Matrix"}));
 }
 
 // Rows of any height, as wrapped texts give them.

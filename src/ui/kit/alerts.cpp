@@ -139,12 +139,15 @@ int Alerts::choose(QWidget* parent, const Choice& choice) {
     ui.choiceInformation->setText(oneLine(shortened(choice.informativeText, longestQuestion)));
     ui.choiceInformation->setForegroundRole(secondaryText);
     ui.choiceInformation->setVisible(!choice.informativeText.isEmpty());
-    QPushButton* accept = ui.buttonBox->addButton(choice.accept, QDialogButtonBox::AcceptRole);
+    // After the options, which Tab reaches in the order in which they are made.
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Cancel, dialog);
+    ui.choiceLayout->addWidget(buttons);
+    QPushButton* accept = buttons->addButton(choice.accept, QDialogButtonBox::AcceptRole);
     accept->setObjectName("acceptChoiceButton");
     accept->setProperty(primaryButtonProperty, true);
     accept->setDefault(true);
-    QObject::connect(ui.buttonBox, &QDialogButtonBox::accepted, dialog, &QDialog::accept);
-    QObject::connect(ui.buttonBox, &QDialogButtonBox::rejected, dialog, &QDialog::reject);
+    QObject::connect(buttons, &QDialogButtonBox::accepted, dialog, &QDialog::accept);
+    QObject::connect(buttons, &QDialogButtonBox::rejected, dialog, &QDialog::reject);
     const bool accepted = dialog->exec() == QDialog::Accepted;
     const int chosen = dialog && accepted ? group->checkedId() : -1;
     delete dialog;
