@@ -29,10 +29,9 @@ struct Project {
 // The records of a project file as it was last saved, even if it is open elsewhere.
 FileResult<ProjectRecords> readRecords(const std::string& file);
 
-// Reads a project or a text: as a table or of
-// the kind that the call names, otherwise as a matrix or, for an import, of the kind that it seems
-// to be. A kind named for a project is an error. Absent if the file cannot be used; standard error
-// then says why.
+// Reads a project or a text: as a table or of the kind that the call names, otherwise as a matrix
+// or, for an import, of the kind that it seems to be. A kind named for a project is an error.
+// Absent if the file cannot be used; standard error then says why.
 std::optional<Project> loadProject(const std::string& file, const Call& call);
 
 // The place of the first census of this name (canonically equal), or of the first census if no name

@@ -10,7 +10,6 @@
 #include "tables/rule_names.h"
 #include "tables/source.h"
 #include "tables/texts.h"
-#include "tables/words.h"
 
 namespace zorvel::cli {
 namespace {
@@ -150,11 +149,12 @@ std::string candidatesText(TableDoubt doubt, const ReadTable& table) {
     for (std::size_t i = 0; i < table.header.size(); ++i) {
         const ColumnRole role = table.guess.reading.role(i);
         const auto& unlikely = table.guess.unlikely;
+        const auto& ofStages = table.records.notices.stageColumns;
         const bool isMeant = (doubt == TableDoubt::counts && role == ColumnRole::count) ||
                              (doubt == TableDoubt::names &&
                               (role == ColumnRole::census || role == ColumnRole::species)) ||
-                             (doubt == TableDoubt::stages && role == ColumnRole::count &&
-                              withoutStage(table.header[i])) ||
+                             (doubt == TableDoubt::stages &&
+                              std::binary_search(ofStages.begin(), ofStages.end(), i)) ||
                              (doubt == TableDoubt::numbers &&
                               std::binary_search(unlikely.begin(), unlikely.end(), i));
         if (!isMeant) continue;

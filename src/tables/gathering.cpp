@@ -121,14 +121,13 @@ void CensusGatherer::addTaxon(std::size_t census, std::size_t number, std::int64
 }
 
 void CensusGatherer::addNewSpecies(const std::vector<std::size_t>& numbers,
-                                   const std::vector<std::size_t>& censusOfEach,
                                    const std::vector<std::int64_t>& abundances) {
     for (const std::size_t number : numbers) enter(number);
     newCensus_ = SIZE_MAX;
-    for (std::size_t i = 0; i < censusOfEach.size(); ++i) {
+    for (std::size_t i = 0; i < censuses.size(); ++i) {
         for (std::size_t k = 0; k < numbers.size(); ++k) {
-            const std::int64_t abundance = abundances[k * censusOfEach.size() + i];
-            if (abundance != 0) addTaxon(censusOfEach[i], numbers[k], abundance);
+            const std::int64_t abundance = abundances[k * censuses.size() + i];
+            if (abundance != 0) addTaxon(i, numbers[k], abundance);
         }
     }
 }

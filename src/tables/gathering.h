@@ -76,9 +76,8 @@ class CensusGatherer {
     MockTaxon* find(std::size_t census, std::size_t number);
     void addTaxon(std::size_t census, std::size_t number, std::int64_t abundance);
     // The same of species that no other row had: of each species, an abundance or 0 for each of the
-    // censuses, which are different.
+    // censuses.
     void addNewSpecies(const std::vector<std::size_t>& numbers,
-                       const std::vector<std::size_t>& censusOfEach,
                        const std::vector<std::int64_t>& abundances);
     // All taxa of a census, whose species are never looked for.
     struct Taxon {

@@ -1,6 +1,4 @@
 // Which rows and columns of a wide table tell sexes or stages apart.
-#include <algorithm>
-#include <map>
 #include <set>
 #include <string>
 #include <string_view>
@@ -8,6 +6,7 @@
 
 #include "tables/guess_parts.h"
 #include "tables/row_reader.h"
+#include "tables/stage_names.h"
 #include "tables/words.h"
 
 namespace zorvel {
@@ -54,48 +53,13 @@ class StageRows {
     bool repeat = false;      // of one stage
 };
 
-// As the table is read.
-std::vector<std::string> namesAboveCounts(const SampleGrid& grid, const TableReading& reading) {
+TableHeader headerOf(const SampleGrid& grid, const TableReading& reading) {
     TableHeader header(reading);
     for (std::size_t i = 0; i < reading.headerRows.size(); ++i) {
         const auto& cells = grid.row(i).cells;
         header.add({cells.begin(), cells.end()});
     }
-    std::vector<std::string> names;
-    for (const std::size_t column : reading.columnsOf(ColumnRole::count)) {
-        names.push_back(header.name(column));
-    }
-    return names;
-}
-
-// Whether some differ in nothing but a sex or stage at their end: "Poa", "Poa juv."
-bool differInStages(const std::vector<std::string>& names) {
-    struct Group {
-        std::set<std::string> endings;
-        bool areLong = false;
-        bool isLettered = false;  // there is also an A or a B
-    };
-    std::map<std::string, Group> groups;
-    for (const std::string& name : names) {
-        const auto stem = withoutStage(name);
-        if (!stem) continue;
-        Group& group = groups[std::string(*stem)];
-        group.endings.insert(name.substr(stem->size()));
-        group.areLong |= name.size() > stem->size() + 2;
-    }
-    for (const std::string& name : names) {
-        if (groups.empty() || withoutStage(name)) continue;
-        const auto same = groups.find(name);
-        if (same != groups.end()) same->second.endings.insert(std::string());
-        const std::size_t start = name.find_last_of(" _.-") + 1;
-        if (start + 1 != name.size()) continue;
-        const auto lettered = groups.find(name.substr(0, start > 0 ? start - 1 : 0));
-        if (lettered != groups.end()) lettered->second.isLettered = true;
-    }
-    return std::any_of(groups.begin(), groups.end(), [](const auto& each) {
-        const Group& group = each.second;
-        return group.endings.size() > 1 && (group.areLong || !group.isLettered);
-    });
+    return header;
 }
 
 }  // namespace
@@ -116,7 +80,7 @@ void guessStages(const SampleGrid& grid, const WordRoles& words, TableGuess& gue
         reading.headerRows[i] = isNamed ? ColumnRole::stage : names;
         if (isNamed) ignoreTotals(grid, i, reading.columns);
     }
-    if (differInStages(namesAboveCounts(grid, reading))) {
+    if (!namesWithoutStages(headerOf(grid, reading), reading).empty()) {
         reading.sameStages = SameRule::sum;
         guess.doubts.push_back(TableDoubt::stages);
     }

@@ -70,12 +70,7 @@ ColumnsByRole::ColumnsByRole(const TableReading& reading) {
     const auto day = columnOf(ColumnRole::day);
     if (!columnOf(ColumnRole::date) && year && month && day) dateParts = {*year, *month, *day};
     counts = reading.columnsOf(ColumnRole::count);
-    const auto& headers = reading.headerRows;
-    stages =
-        reading.layout == TableLayout::censusRows
-            ? columnOf(ColumnRole::stage).has_value()
-            : reading.sameStages == SameRule::sum ||
-                  std::find(headers.begin(), headers.end(), ColumnRole::stage) != headers.end();
+    stages = reading.layout == TableLayout::censusRows && columnOf(ColumnRole::stage).has_value();
     exact = reading.isExact() && !names.empty() && species && !counts.empty();
 }
 
@@ -152,21 +147,22 @@ std::string RowReader::speciesName(const SparseRow& row, std::string_view specie
 bool RowReader::addTaxon(std::size_t census, std::size_t species, std::int64_t value,
                          const TablePlace& place) {
     if (value <= 0 && !columns_.exact) return false;
-    if (reading_.sameSpecies == SameRule::sum) {
+    if (reading_.sameSpecies == SameRule::sum || columns_.stages) {
         if (MockTaxon* const known = gathered_.find(census, species)) {
-            ++records_.notices.summedSpecies;
-            std::int64_t& sum = known->abundance;
-            if (__builtin_add_overflow(sum, value, &sum)) {
-                sum = std::numeric_limits<std::int64_t>::max();
-                rules_.problem(
-                    place, {},
-                    "The sum of the counts of this species is more than 9223372036854775807.");
-            }
+            addCount(known->abundance, value, place);
             return false;
         }
     }
     gathered_.addTaxon(census, species, value);
     return true;
+}
+
+void RowReader::addCount(std::int64_t& sum, std::int64_t value, const TablePlace& place) {
+    ++records_.notices.summedSpecies;
+    if (!__builtin_add_overflow(sum, value, &sum)) return;
+    sum = std::numeric_limits<std::int64_t>::max();
+    rules_.problem(place, {},
+                   "The sum of the counts of this species is more than 9223372036854775807.");
 }
 
 // Censuses of missing marks alone are left out, and those with any if the rule says so.

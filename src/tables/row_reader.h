@@ -54,7 +54,7 @@ struct ColumnsByRole {
     std::vector<std::pair<ColumnRole, std::size_t>> attributes;  // of censuses
     std::vector<std::size_t> dateParts;  // year, month and day, where there is no date
     std::vector<std::size_t> counts;
-    bool stages = false;  // counts of sexes or stages are added
+    bool stages = false;  // rows of a census that are of sexes or stages are added
     bool exact = false;   // see TableReading::isExact()
 };
 
@@ -89,6 +89,8 @@ class RowReader {
     // False where there is nothing to add, or the count was added to that of the species.
     bool addTaxon(std::size_t census, std::size_t species, std::int64_t value,
                   const TablePlace& place);
+    // To another count of the species and census.
+    void addCount(std::int64_t& sum, std::int64_t value, const TablePlace& place);
 
     static TablePlace placeOf(const SparseRow& row, std::optional<std::size_t> column) {
         return {row.number, row.line, column};

@@ -97,10 +97,7 @@ std::string joinedText(const TableReading& reading) {
     for (const std::size_t column : reading.columnsOf(ColumnRole::stage)) {
         text += "; sexes or stages of column " + columnLetters(column) + " added";
     }
-    if (reading.layout != TableLayout::records) {
-        if (reading.sameStages == SameRule::sum) text += "; sexes or stages in the header added";
-        return text;
-    }
+    if (reading.layout != TableLayout::records) return text;
     const std::string counts = columnsText(ColumnRole::count);
     if (!counts.empty()) text += "; counts of columns " + counts + " added";
     if (reading.columnsOf(ColumnRole::count).empty()) text += "; each row is one individual";
@@ -115,6 +112,14 @@ std::vector<std::string> noticeTexts(const TableNotices& notices, const TableRea
     if (reading.presence) {
         texts.emplace_back(
             "presence only: each mark is taken as 1, so metrics of abundance mean nothing");
+    }
+    if (!notices.stageColumns.empty()) {
+        std::vector<std::string> letters;
+        for (const std::size_t column : notices.stageColumns) {
+            letters.push_back(columnLetters(column));
+        }
+        texts.push_back("sexes or stages in the headers of columns " + listText(letters) +
+                        " added");
     }
     if (notices.totalsRow) texts.push_back(rowsText({*notices.totalsRow}) + " (total) left out");
     if (!notices.totalsColumns.empty()) {

@@ -2,12 +2,14 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
+#include <map>
 #include <set>
 #include <string>
 #include <utility>
 
 #include "base/text.h"
 #include "tables/row_reader.h"
+#include "tables/stage_names.h"
 #include "tables/words.h"
 
 namespace zorvel {
@@ -28,33 +30,12 @@ class WideRows final : public RowReader {
         for (std::size_t i = 0; i < columns_.counts.size(); ++i) {
             positions_[columns_.counts[i]] = static_cast<std::uint32_t>(i);
         }
-        if (reading_.sameStages == SameRule::sum) stagesName_ = nameOfStages(header);
-        for (const std::size_t column : columns_.counts) {
-            const std::string name = nameAbove(header, column);
-            if (name.empty() && !reading_.headerRows.empty()) {
-                rules_.problem({reading_.firstRow, 0, column}, {},
-                               hasCensusRows()
-                                   ? "There is no name of a species above these counts."
-                                   : "There is no name of a census above these counts.");
-            }
-            for (std::size_t i = 0; i < header.height(); ++i) {
-                if (header.isOfNames(i)) {
-                    rules_.isText(header.cell(i, column), {reading_.firstRow + i, 0, column});
-                }
-            }
-            const std::string shown =
-                reading_.headerRows.empty() ? "Column " + columnLetters(column) : name;
-            if (hasCensusRows()) {
-                columnNames_.push_back(gathered_.species.number(shown));
-            } else {
-                addCensus(header, column, isOfSheet(shown) ? reading_.sheet : shown);
-            }
-        }
+        nameColumns(header);
         const bool areApart = reading_.sameSpecies == SameRule::apart ||
-                              gathered_.species.size() == columnNames_.size();
+                              gathered_.species.size() == speciesOf_.size();
         cells_.resize(gathered_.censuses.size());
-        valueless_.resize(columnCensuses_.size());
-        heldCounts_.resize(mostHeld * columnCensuses_.size());
+        if (!hasCensusRows()) valueless_.resize(columns_.counts.size());
+        counts_.resize((hasCensusRows() ? 1 : mostHeld) * firstColumns_.size());
         isDirect_ = hasCensusRows() && !joinsCensuses() && areApart;
     }
 
@@ -69,7 +50,7 @@ class WideRows final : public RowReader {
     void finish() override {
         addHeld();
         for (std::size_t i = 0; i < valueless_.size(); ++i) {
-            cells_[columnCensuses_[i]].hasValues |= valueless_[i] < speciesRows_;
+            cells_[groups_[i]].hasValues |= valueless_[i] < speciesRows_;
         }
         RowReader::finish();
     }
@@ -95,37 +76,69 @@ class WideRows final : public RowReader {
 
     [[nodiscard]] bool hasCensusRows() const { return reading_.layout == TableLayout::censusRows; }
 
-    // Where sexes or stages are added, a name has none of them.
-    [[nodiscard]] std::string nameAbove(const TableHeader& header, std::size_t column) const {
-        std::string name = header.name(column);
-        if (reading_.sameStages == SameRule::apart) return name;
-        const auto stem = withoutStage(name);
-        if (stem) name = stem->empty() ? stagesName_ : std::string(*stem);
-        return name;
-    }
-
-    // Of what has nothing but sexes or stages above it: the sheet, or "M + F".
-    [[nodiscard]] std::string nameOfStages(const TableHeader& header) const {
-        if (!hasCensusRows() && !reading_.sheet.empty()) return reading_.sheet;
-        std::set<std::string> known;
-        std::string joined;
+    // Names the species or census of each column, and joins those that differ in a sex or stage.
+    void nameColumns(const TableHeader& header) {
+        std::map<std::size_t, std::string> joined;
+        if (reading_.sameStages == SameRule::sum) joined = namesWithoutStages(header, reading_);
+        const std::set<std::string> overStages = namesOverStages(header);
         for (const std::size_t column : columns_.counts) {
-            const std::string name = header.name(column);
-            if (withoutStage(name) != std::string_view() || !known.insert(name).second) continue;
-            joined += (joined.empty() ? "" : " + ") + name;
+            const auto found = joined.find(column);
+            const bool isJoined = found != joined.end();
+            const std::string name = isJoined ? found->second : header.name(column);
+            if (isJoined) records_.notices.stageColumns.push_back(column);
+            if (name.empty() && !reading_.headerRows.empty()) {
+                rules_.problem({reading_.firstRow, 0, column}, {},
+                               hasCensusRows()
+                                   ? "There is no name of a species above these counts."
+                                   : "There is no name of a census above these counts.");
+            }
+            for (std::size_t i = 0; i < header.height(); ++i) {
+                if (header.isOfNames(i)) {
+                    rules_.isText(header.cell(i, column), {reading_.firstRow + i, 0, column});
+                }
+            }
+            const std::string shown =
+                reading_.headerRows.empty() ? "Column " + columnLetters(column) : name;
+            const bool isOfStages = isJoined || overStages.contains(name);
+            groups_.push_back(hasCensusRows() ? addSpecies(shown, isOfStages)
+                                              : addCensus(header, column, shown, isOfStages));
+            if (groups_.back() == firstColumns_.size()) firstColumns_.push_back(column);
         }
-        return joined;
     }
 
-    void addCensus(const TableHeader& header, std::size_t column, const std::string& name) {
+    // The names of the columns above which a row of the header has a sex or stage.
+    [[nodiscard]] std::set<std::string> namesOverStages(const TableHeader& header) const {
+        std::set<std::string> names;
+        for (std::size_t i = 0; i < header.height(); ++i) {
+            if (reading_.headerRows[i] != ColumnRole::stage) continue;
+            for (const std::size_t column : columns_.counts) {
+                if (!header.cell(i, column).empty()) names.insert(header.name(column));
+            }
+        }
+        return names;
+    }
+
+    // The group of a column.
+    std::size_t addSpecies(const std::string& name, bool isOfStages) {
+        const std::size_t group = speciesOf_.size();
+        const std::size_t species = gathered_.species.number(name);
+        if (isOfStages) {
+            const std::size_t known = stageGroups_.emplace(species, group).first->second;
+            if (known != group) return known;
+        }
+        speciesOf_.push_back(species);
+        return group;
+    }
+
+    std::size_t addCensus(const TableHeader& header, std::size_t column, const std::string& name,
+                          bool isOfStages) {
         MockCensus census;
-        census.name = nameInOneLine(name);
+        census.name = nameInOneLine(isOfSheet(name) ? reading_.sheet : name);
         for (std::size_t i = 0; i < header.height(); ++i) {
             rules_.readAttribute(census, reading_.headerRows[i], header.cell(i, column),
                                  {reading_.firstRow + i, 0, column}, false);
         }
-        columnCensuses_.push_back(columns_.stages ? openCensus(std::move(census))
-                                                  : gathered_.add(std::move(census)));
+        return isOfStages ? openCensus(std::move(census)) : gathered_.add(std::move(census));
     }
 
     // Whether several rows may be one census.
@@ -145,20 +158,24 @@ class WideRows final : public RowReader {
         const std::size_t index =
             joinsCensuses() ? openCensus(std::move(census)) : gathered_.add(std::move(census));
         cells_.resize(gathered_.censuses.size());
-        taxa_.clear();
         std::size_t valueless = 0;
+        std::fill(counts_.begin(), counts_.end(), 0);
         forCounts(row, [&](std::size_t i, std::string_view cell) {
-            const CellRules::Count count = readCount(cell, row, i);
+            const CellRules::Count count = readCount(cell, row, i, counts_.data());
             cells_[index].hasMissing |= count.missing;
             valueless += count.missing || cell.empty();
-            if (count.value == 0) return;
-            if (isDirect_) {
-                taxa_.push_back({columnNames_[i], count.value});
-            } else {
-                addTaxon(index, columnNames_[i], count.value, placeOf(row, columns_.counts[i]));
-            }
         });
         cells_[index].hasValues |= valueless < columns_.counts.size();
+        taxa_.clear();
+        for (std::size_t group = 0; group < counts_.size(); ++group) {
+            if (counts_[group] == 0) continue;
+            if (isDirect_) {
+                taxa_.push_back({speciesOf_[group], counts_[group]});
+            } else {
+                addTaxon(index, speciesOf_[group], counts_[group],
+                         placeOf(row, firstColumns_[group]));
+            }
+        }
         if (isDirect_) gathered_.setTaxa(index, taxa_);
     }
 
@@ -172,30 +189,27 @@ class WideRows final : public RowReader {
         const std::size_t known = gathered_.species.size();
         const std::size_t species = gathered_.species.number(speciesName(row, cell));
         ++speciesRows_;
-        const bool isHeld = species == known && !columns_.stages;
-        if (!isHeld || heldSpecies_.size() == mostHeld) addHeld();
-        std::int64_t* const held =
-            heldCounts_.data() + heldSpecies_.size() * columnCensuses_.size();
-        if (isHeld) {
-            heldSpecies_.push_back(species);
-            std::fill_n(held, columnCensuses_.size(), 0);
-        }
+        const bool isNew = species == known;
+        if (!isNew || heldSpecies_.size() == mostHeld) addHeld();
+        const std::size_t censuses = firstColumns_.size();
+        std::int64_t* const counts = counts_.data() + heldSpecies_.size() * censuses;
+        std::fill_n(counts, censuses, 0);
         forCounts(row, [&](std::size_t i, std::string_view value) {
-            const CellRules::Count count = readCount(value, row, i);
-            const std::size_t census = columnCensuses_[i];
-            cells_[census].hasMissing |= count.missing;
+            const CellRules::Count count = readCount(value, row, i, counts);
+            cells_[groups_[i]].hasMissing |= count.missing;
             valueless_[i] += count.missing || value.empty();
-            if (count.value == 0) return;
-            if (isHeld) {
-                held[i] = count.value;
-            } else {
-                addTaxon(census, species, count.value, placeOf(row, columns_.counts[i]));
-            }
         });
+        if (isNew) {
+            heldSpecies_.push_back(species);
+            return;
+        }
+        for (std::size_t census = 0; census < censuses; ++census) {
+            addTaxon(census, species, counts[census], placeOf(row, firstColumns_[census]));
+        }
     }
 
     void addHeld() {
-        gathered_.addNewSpecies(heldSpecies_, columnCensuses_, heldCounts_);
+        gathered_.addNewSpecies(heldSpecies_, counts_);
         heldSpecies_.clear();
     }
 
@@ -215,28 +229,40 @@ class WideRows final : public RowReader {
         }
     }
 
-    CellRules::Count readCount(std::string_view cell, const SparseRow& row, std::size_t i) {
-        const CellRules::Count count = rules_.count(cell, placeOf(row, columns_.counts[i]));
+    // counts: of the row, for each group.
+    CellRules::Count readCount(std::string_view cell, const SparseRow& row, std::size_t i,
+                               std::int64_t* counts) {
+        const TablePlace place = placeOf(row, columns_.counts[i]);
+        const CellRules::Count count = rules_.count(cell, place);
         sums_[i] += count.written;
+        std::int64_t& sum = counts[groups_[i]];
+        if (sum == 0) {
+            sum = count.value;
+        } else if (count.value != 0) {
+            addCount(sum, count.value, place);
+        }
         return count;
     }
 
     static constexpr std::uint32_t noPosition = UINT32_MAX;
 
-    std::string stagesName_;
-    std::vector<std::uint32_t> positions_;     // of each column among those of counts
-    std::vector<double> sums_;                 // of each column of counts
-    std::vector<std::size_t> columnNames_;     // of each, where species have columns
-    bool isDirect_ = false;                    // a row has each species once and is a census
-    std::vector<CensusGatherer::Taxon> taxa_;  // of the row then
-    // Of each column of counts, where species have rows: its census, and cells without a value.
-    std::vector<std::size_t> columnCensuses_;
+    std::vector<std::uint32_t> positions_;  // of each column among those of counts
+    std::vector<double> sums_;              // of each column of counts
+    // Columns of counts that differ in a sex or stage are a group, as is any other: it is a species
+    // or, where species have rows, the census of its number.
+    std::vector<std::size_t> groups_;                 // of each column of counts
+    std::vector<std::size_t> firstColumns_;           // of each group
+    std::vector<std::size_t> speciesOf_;              // of each group
+    std::map<std::size_t, std::size_t> stageGroups_;  // of species
+    bool isDirect_ = false;                           // a row has each species once and is a census
+    std::vector<CensusGatherer::Taxon> taxa_;         // of the row then
+    // Of each column of counts, where species have rows: cells without a value.
     std::vector<std::size_t> valueless_;
     std::size_t speciesRows_ = 0;
     // New species wait for others, so that the memory of each census is used for several at once.
     static constexpr std::size_t mostHeld = 16;
     std::vector<std::size_t> heldSpecies_;
-    std::vector<std::int64_t> heldCounts_;  // of each of them, for each column
+    std::vector<std::int64_t> counts_;  // of the row or of each species held, for each group
 };
 
 }  // namespace

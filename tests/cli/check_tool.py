@@ -627,7 +627,7 @@ class Tables(InFolder):
             "3:1: A3: The census has no name.",
             " --unnamed above takes the name in the row above, as in merged cells; --unnamed row names a "
             "census by its row"]))
-        stages = "Plot,Lasius worker,Lasius queen\nBog,5,1\n"
+        stages = "Plot,Lasius worker,Lasius queen,Apis A,Apis F\nBog,5,1,0,0\n"
         self.assertEqual(self.records(stages), (1, [
             " it is in doubt whether to add the counts of columns whose headers differ in nothing but a "
             'sex or stage (B "Lasius worker", C "Lasius queen"): give --stages sum or apart, or --guess '

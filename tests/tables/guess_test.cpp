@@ -269,7 +269,10 @@ TEST(TableGuess, SexesAndStagesBehindNamesAreAskedFor) {
          {"Site,Poa ♂,Poa♀,Poa_juv. m\nA,1,2,3\n", "stages? A: Poa=6; "},
          {"Site,Parus,Parus\n,major M,major F\nA,1,2\n", "stages? A: Parus major=3; "},
          {"Species,Bog adult,Bog larva,Fen adult\nPoa annua,1,2,0\nBellis perennis,3,0,4\n",
-          "stages? Bog: Poa annua=3 Bellis perennis=3; Fen: Bellis perennis=4; "},
+          "stages? Bog: Poa annua=3 Bellis perennis=3; Fen adult: Bellis perennis=4; "},
+         {"Species,Bog juv,Bog adult,Plot A,Plot F,Plot M\nPoa annua,1,2,3,4,5\n",
+          "stages? Bog: Poa annua=3; Plot A: Poa annua=3; Plot F: Poa annua=4; "
+          "Plot M: Poa annua=5; "},
          // A letter among others, a single column of a stage, and a word within a name.
          {"Species,Plot A,Plot F,Plot M\nPoa annua,1,2,3\n",
           "Plot A: Poa annua=1; Plot F: Poa annua=2; Plot M: Poa annua=3; "},

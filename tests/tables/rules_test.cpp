@@ -251,6 +251,45 @@ TEST(TableRules, SexesAreAddedUnlessTheyAreKeptApart) {
     EXPECT_EQ(shownRecords(readWith(text, apart)), "M: Abies alba=1; F: Abies alba=2; ");
 }
 
+TEST(TableRules, StagesAreAddedOnlyWhereColumnsDifferInThem) {
+    const auto sum = [](TableReading& reading) {
+        reading.sameStages = SameRule::sum;
+        reading.sameSpecies = SameRule::apart;
+    };
+    struct Case {
+        const char* text;
+        const char* records;
+        std::vector<std::size_t> columns;  // that are said to be added
+    };
+    for (const Case& c : std::vector<Case>{
+             {"Species,Bog M,Bog F,Fen,Fen\nPoa annua,1,2,3,4\nPoa annua,5,6,0,0\n",
+              "Bog: Poa annua=3 Poa annua=11; Fen: Poa annua=3; Fen: Poa annua=4; ",
+              {1, 2}},
+             {"Species,Bog,Bog,Fen,Fen\nSex,M,F,,\nPoa annua,1,2,3,4\n",
+              "Bog: Poa annua=3; Fen: Poa annua=3; Fen: Poa annua=4; ",
+              {}},
+             {"Species,Bog juv,Bog adult,Plot A,Plot F,Plot M\nPoa annua,1,2,3,4,5\n",
+              "Bog: Poa annua=3; Plot A: Poa annua=3; Plot F: Poa annua=4; Plot M: Poa annua=5; ",
+              {1, 2}},
+             {"Species,Transect F,Bog\nPoa annua,1,2\n",
+              "Transect F: Poa annua=1; Bog: Poa annua=2; ",
+              {}},
+             {"Site,Parus M,Larus,Parus F,Larus\nA,1,2,3,4\n",
+              "A: Parus=4 Larus=2 Larus=4; ",
+              {1, 3}},
+             {"Site,Stage,Poa\nA,juv,1\nA,adult,2\n", "A: Poa=3; ", {}},
+             {"Site,Poa,Rumex\nA,1,2\n", "A: Poa=1 Rumex=2; ", {}},
+             {"Site,Poa M,Poa F\nA,9223372036854775807,1\n",
+              "A: Poa=9223372036854775807; ! C2: The sum of the counts of this species is more "
+              "than "
+              "9223372036854775807. ",
+              {1, 2}}}) {
+        const TableRecords records = readWith(c.text, sum);
+        EXPECT_EQ(shownRecords(records), c.records) << c.text;
+        EXPECT_EQ(records.notices.stageColumns, c.columns) << c.text;
+    }
+}
+
 TEST(TableRules, NoticesCountWhatWasTakenByRule) {
     const TableRecords records = readWith(
         "Site,Date,Observer,Species,Count,Status\nA,3.5.2021,KM,Abies alba,,present\n"

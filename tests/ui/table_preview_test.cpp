@@ -144,6 +144,10 @@ TEST(TableCorrectionsTest, ComeBackWithTheNextTableOfTheHeader) {
     EXPECT_FALSE(keptCorrections("Plot\tA")) << "the oldest goes";
     keepCorrections("one more", {});
     EXPECT_FALSE(keptCorrections("one more")) << "nothing is left to correct";
+    corrections = {};
+    corrections.dateOrder = DateOrder::unknown;
+    keepCorrections("one more", corrections);
+    EXPECT_FALSE(keptCorrections("one more")) << "nothing that has a name is left";
     clearSettings();
 }
 

@@ -67,7 +67,8 @@ QString correctionsText(const TableCorrections& corrections) {
         if (value) object[QLatin1String(key)] = static_cast<int>(*value);
     });
     forEachRule(corrections, [&](const char* key, const auto& value, const auto& names) {
-        if (value) object[QLatin1String(key)] = ruleName(names, *value);
+        const QString name = value ? ruleName(names, *value) : "";
+        if (!name.isEmpty()) object[QLatin1String(key)] = name;
     });
     QJsonObject roles;
     for (const auto& [column, role] : corrections.roles) {

@@ -47,7 +47,8 @@ DoubtQuestion questionOf(TableDoubt doubt, const TablePreview& preview) {
             }
             break;
         case TableDoubt::layout: {
-            const QString columns = QString::fromStdString(countColumnsText(reading));
+            const QString columns =
+                QString::fromStdString(columnsText(reading.columnsOf(ColumnRole::count)));
             ask(QString("whether %1 are censuses or species").arg(columns));
             const auto set = [](TableLayout layout) {
                 return [layout](TableCorrections& corrections) {
@@ -96,8 +97,9 @@ DoubtQuestion questionOf(TableDoubt doubt, const TablePreview& preview) {
             break;
         }
         case TableDoubt::stages: {
-            ask("whether to add the counts of columns whose headers differ in nothing but a sex or "
-                "stage");
+            ask(QString("whether to add the counts of columns %1, whose headers differ in nothing "
+                        "but a sex or stage")
+                    .arg(QString::fromStdString(columnsText(preview.stageColumns))));
             const auto set = [](SameRule rule) {
                 return [rule](TableCorrections& corrections) { corrections.sameStages = rule; };
             };

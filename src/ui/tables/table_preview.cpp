@@ -128,6 +128,8 @@ class Previewer {
         TableNotices& notices = records.notices;
         preview_.totalsRow = notices.totalsRow.value_or(0);
         notices.totalsRow.reset();
+        preview_.stageColumns = notices.stageColumns;
+        if (notices.stageColumns.empty()) std::erase(preview_.doubts, TableDoubt::stages);
         preview_.noteRows = std::exchange(notices.noteRows, {});
         preview_.notices = noticeTexts(notices, preview_.reading);
     }
@@ -228,16 +230,16 @@ TableRows rowsOfProblems(RowSource& source, const TableRemarks& problems) {
     return rows;
 }
 
-std::string countColumnsText(const TableReading& reading) {
+std::string columnsText(const std::vector<std::size_t>& columns) {
     constexpr int mostRanges = 3;
     std::string text;
     int ranges = 0;
-    for (std::size_t i = 0; i < reading.columns.size(); ++i) {
-        if (reading.columns[i] != ColumnRole::count) continue;
-        const std::size_t first = i;
-        while (i + 1 < reading.columns.size() && reading.columns[i + 1] == ColumnRole::count) ++i;
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+        const std::size_t first = columns[i];
+        while (i + 1 < columns.size() && columns[i + 1] == columns[i] + 1) ++i;
         if (ranges++ == mostRanges) return text + " and others";
-        text += (text.empty() ? "" : ", ") + rangeText(columnLetters(first), columnLetters(i));
+        text +=
+            (text.empty() ? "" : ", ") + rangeText(columnLetters(first), columnLetters(columns[i]));
     }
     return text;
 }
@@ -247,17 +249,17 @@ std::string understoodText(const TablePreview& preview) {
     const std::string first = numberText(reading.firstDataRow());
     const std::string rows = preview.whole ? "rows " + rangeText(first, numberText(preview.lastRow))
                                            : "row " + first + " and below";
-    const std::string columns = countColumnsText(reading);
-    const std::string columnsText =
+    const std::string columns = columnsText(reading.columnsOf(ColumnRole::count));
+    const std::string ofColumns =
         (columns.find_first_of("-, ") == std::string::npos ? "column " : "columns ") + columns;
     std::string text =
         (preview.sheet.empty() ? formText(reading) : "sheet " + preview.sheet) + "; ";
     switch (reading.layout) {
         case TableLayout::censusRows:
-            text += "censuses in " + rows + ", species in " + columnsText;
+            text += "censuses in " + rows + ", species in " + ofColumns;
             break;
         case TableLayout::speciesRows:
-            text += "species in " + rows + ", censuses in " + columnsText;
+            text += "species in " + rows + ", censuses in " + ofColumns;
             break;
         case TableLayout::records:
             text += "a record in each of " + rows;
