@@ -24,7 +24,8 @@ std::vector<std::string> headerTexts(RowSource& rows, const TableReading& readin
         for (std::size_t i = 0; i + shift < header.size(); ++i) {
             std::string& text = header[i + shift];
             if (row.cell(i).empty()) continue;
-            text += (text.empty() ? "" : " ") + std::string(row.cell(i));
+            if (!text.empty()) text += ' ';
+            text += row.cell(i);
         }
     }
     return header;

@@ -40,9 +40,9 @@ class JobQueue : public QObject {
     void start(QObject* receiver, Work work, Deliver deliver, bool writes = false) {
         using Value = std::invoke_result_t<Work&>;
         auto slot = std::make_shared<std::optional<Value>>();
-        auto run = [slot, work = std::move(work)]() mutable { slot->emplace(work()); };
-        auto hand = [slot, deliver = std::move(deliver)]() mutable { deliver(std::move(**slot)); };
-        enqueue({receiver, std::move(run), std::move(hand), writes});
+        enqueue({receiver, [slot, work = std::move(work)]() mutable { slot->emplace(work()); },
+                 [slot, deliver = std::move(deliver)]() mutable { deliver(std::move(**slot)); },
+                 writes});
     }
 
     // The same for work that writes, such as a file: finishWrites() waits for it.
