@@ -2,6 +2,7 @@
 // and the --seed option a seeded generator. For one thread at a time.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -32,7 +33,7 @@ class RandomSource {
     // rejecting the few low halves that would favour some values (Lemire 2019, "Fast random integer
     // generation in an interval"). A small bound takes 32 bits.
     std::uint64_t below(std::uint64_t bound) {
-        if (bound < std::uint64_t{1} << 28) return below32(static_cast<std::uint32_t>(bound));
+        if (bound < smallBound) return below32(bound);
         UInt128 product = UInt128{bits64()} * bound;
         if (static_cast<std::uint64_t>(product) < bound) {
             const std::uint64_t threshold = (0 - bound) % bound;
@@ -42,22 +43,50 @@ class RandomSource {
         return static_cast<std::uint64_t>(product >> 64);
     }
 
+    // Calls use(below(bound)) until it returns false, at most n times (n > 0), and returns how
+    // often. It can end sooner, even before the first call. Faster than calls of below() where use
+    // writes to memory, because the place in the buffer stays in a register.
+    template <class Use>
+    std::size_t someBelow(std::uint64_t bound, std::size_t n, Use use) {
+        if (bound >= smallBound) {
+            std::size_t used = 1;
+            while (use(below(bound)) && used < n) ++used;
+            return used;
+        }
+        if (next_ == buffer_.size()) refill();
+        const std::uint32_t* const start = buffer_.data() + next_;
+        const std::uint32_t* const end = start + std::min(n, buffer_.size() - next_);
+        const std::uint32_t* at = start;
+        std::size_t rejected = 0;
+        while (at != end) {
+            const std::uint64_t product = *at++ * bound;
+            if (isBiased(product, bound))
+                ++rejected;
+            else if (!use(product >> 32))
+                break;
+        }
+        next_ += static_cast<std::size_t>(at - start);
+        return static_cast<std::size_t>(at - start) - rejected;
+    }
+
   protected:
     RandomSource() = default;
     using Buffer = std::array<std::uint32_t, 256>;
     virtual void fill(Buffer& buffer) = 0;
 
   private:
+    static constexpr auto smallBound = std::uint64_t{1} << 28;
     // Cold, so that a loop of draws keeps its sums in registers.
     [[gnu::cold]] void refill();
-    std::uint32_t below32(std::uint32_t bound) {
-        std::uint64_t product = std::uint64_t{bits32()} * bound;
-        if (static_cast<std::uint32_t>(product) < bound) {
-            const std::uint32_t threshold = (0 - bound) % bound;
-            while (static_cast<std::uint32_t>(product) < threshold)
-                product = std::uint64_t{bits32()} * bound;
+    static bool isBiased(std::uint64_t product, std::uint64_t bound) {
+        const std::uint64_t low = product & 0xffffffffU;
+        return low < bound && low < (std::uint64_t{1} << 32) % bound;
+    }
+    std::uint64_t below32(std::uint64_t bound) {
+        for (;;) {
+            const std::uint64_t product = bits32() * bound;
+            if (!isBiased(product, bound)) return product >> 32;
         }
-        return static_cast<std::uint32_t>(product >> 32);
     }
 
     Buffer buffer_{};

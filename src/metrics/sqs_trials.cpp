@@ -35,21 +35,32 @@ SqsTrials::SqsTrials(const std::vector<AbundanceClass>& classes, const AdjustedF
         all_.push_back({end, end, weight, frequency.of(each.count)});
         taxa_ += each.taxa;
     }
-    // Built once: a fine one, and one bucket per position for a small census.
-    allGuide_.build(all_, std::max<std::size_t>(4 * all_.size(), 4096));
+    allGuide_.build(all_);
+}
+
+// So many buckets that few of them reach into several intervals.
+void SqsTrials::Guide::build(const std::vector<Interval>& intervals) {
+    if (intervals.size() <= few)
+        fill(firstOfFew, 16 * intervals.size(), intervals);
+    else
+        fill(firstOfMany, 8 * intervals.size(), intervals);
 }
 
 // At least one bucket, and at most the number asked for, rounded up to a power of two.
-void SqsTrials::Guide::build(const std::vector<Interval>& intervals, std::size_t buckets) {
+template <class Number>
+void SqsTrials::Guide::fill(std::vector<Number>& first, std::size_t buckets,
+                            const std::vector<Interval>& intervals) {
     total = intervals.back().end;
     const auto indexBits = static_cast<unsigned>(std::bit_width(buckets - 1));
     const auto totalBits = static_cast<unsigned>(std::bit_width(total - 1));
     bucketShift = totalBits > indexBits ? totalBits - indexBits : 0;
     first.resize(((total - 1) >> bucketShift) + 1);
-    std::uint32_t i = 0;
-    for (std::size_t bucket = 0; bucket < first.size(); ++bucket) {
-        while (intervals[i].end <= std::uint64_t{bucket} << bucketShift) ++i;
-        first[bucket] = i;
+    auto bucket = first.begin();
+    for (std::size_t i = 0; i < intervals.size(); ++i) {
+        const std::uint64_t last = (intervals[i].end - 1) >> bucketShift;
+        const auto end = first.begin() + static_cast<std::ptrdiff_t>(last) + 1;
+        std::fill(bucket, end, static_cast<Number>(i));
+        bucket = end;
     }
 }
 
@@ -69,47 +80,57 @@ void SqsTrials::layOutUnseen() {
         intervals_[kept++] = interval;
     }
     intervals_.resize(kept);
-    unseenGuide_.build(intervals_, kept);
+    unseenGuide_.build(intervals_);
     guide_ = &unseenGuide_;
 }
 
 // Repeats and new taxa come in an order that no processor can predict, so a draw has no branch on
-// it: a repeat adds nothing to everything.
-inline void SqsTrials::draw(RandomSource& random, Trial& trial) {
-    const std::uint64_t total = guide_->total;
+// it: a repeat adds nothing to everything. Not inlined, so that its values stay in registers.
+template <class Number>
+[[gnu::noinline]] void SqsTrials::draw(const std::vector<Number>& first, RandomSource& random,
+                                       Trial& trial) {
     const unsigned shift = guide_->bucketShift;
-    const std::uint32_t* const first = guide_->first.data();
+    const Number* const numbers = first.data();
     Interval* const intervals = intervals_.data();
-    std::size_t repeatsLeft = 4 + 2 * intervals_.size();
-    Trial state = trial;
-    while (repeatsLeft > 0 && state.coverage < quota_ && state.seen < taxa_) {
-        const std::uint64_t position = random.below(total);
-        std::size_t i = first[position >> shift];
-        i += position >= intervals[i].end ? 1 : 0;
-        while (position >= intervals[i].end) ++i;
-        const std::uint64_t unseen = position < intervals[i].front ? 1 : 0;
-        intervals[i].front -= intervals[i].weight * unseen;
-        state.frequency = intervals[i].frequency * static_cast<double>(unseen);
-        state.coverage += state.frequency;
-        state.seen += static_cast<std::int64_t>(unseen);
-        repeatsLeft -= 1 - unseen;
+    Interval* drawn = intervals;
+    const double quota = quota_;
+    double coverage = trial.coverage;
+    std::uint64_t unseen = trial.unseen;
+    std::uint64_t repeatsLeft = 4 + 2 * intervals_.size();
+    while (coverage < quota && unseen != 0 && repeatsLeft != 0) {
+        const std::uint64_t before = repeatsLeft;
+        const std::size_t draws = random.someBelow(guide_->total, unseen, [&](auto position) {
+            drawn = intervals + numbers[position >> shift];
+            while (position >= drawn->end) ++drawn;
+            const std::uint64_t ifNew = position < drawn->front ? ~std::uint64_t{0} : 0;
+            drawn->front -= drawn->weight & ifNew;
+            const auto frequency = std::bit_cast<std::uint64_t>(drawn->frequency);
+            coverage += std::bit_cast<double>(frequency & ifNew);
+            repeatsLeft -= ifNew + 1;
+            return coverage < quota && repeatsLeft != 0;
+        });
+        unseen -= draws - (before - repeatsLeft);
     }
-    trial = state;
+    trial = {coverage, drawn->frequency, unseen};
 }
 
 std::int64_t SqsTrials::next(RandomSource& random) {
     if (!(quota_ > 0)) return 0;
     intervals_ = all_;
     guide_ = &allGuide_;
-    Trial trial;
+    Trial trial{0, 0, static_cast<std::uint64_t>(taxa_)};
     for (;;) {
-        draw(random, trial);
-        if (!(trial.coverage < quota_) || trial.seen == taxa_) break;
+        if (intervals_.size() <= Guide::few)
+            draw(guide_->firstOfFew, random, trial);
+        else
+            draw(guide_->firstOfMany, random, trial);
+        if (!(trial.coverage < quota_) || trial.unseen == 0) break;
         layOutUnseen();
     }
+    const std::int64_t seen = taxa_ - static_cast<std::int64_t>(trial.unseen);
     const bool thrownBack =
         trial.coverage > quota_ && random.bits32() / 4294967295.0 <= trial.frequency;
-    return thrownBack ? trial.seen - 1 : trial.seen;
+    return thrownBack ? seen - 1 : seen;
 }
 
 }  // namespace zorvel

@@ -55,21 +55,29 @@ class SqsTrials {
         std::uint64_t weight = 0;  // positions per taxon
         double frequency = 0;
     };
-    // Finds the interval of a position.
+    // Finds the interval of a position: it is the first one that reaches into the position's
+    // bucket, or one soon behind it. Numbers of few intervals are bytes, which are laid out faster.
     struct Guide {
-        void build(const std::vector<Interval>& intervals, std::size_t buckets);
+        void build(const std::vector<Interval>& intervals);
+        template <class Number>
+        void fill(std::vector<Number>& first, std::size_t buckets,
+                  const std::vector<Interval>& intervals);
+
+        static constexpr std::size_t few = 256;
         std::uint64_t total = 0;
         unsigned bucketShift = 0;
-        std::vector<std::uint32_t> first;  // the first interval that reaches into each bucket
+        std::vector<std::uint8_t> firstOfFew;
+        std::vector<std::uint32_t> firstOfMany;
     };
 
     struct Trial {
         double coverage = 0;
-        double frequency = 0;  // of the taxon seen last
-        std::int64_t seen = 0;
+        double frequency = 0;      // of the taxon drawn last
+        std::uint64_t unseen = 0;  // taxa
     };
     // Draws until the quota is reached, no taxon is left, or repeats have become too many.
-    void draw(RandomSource& random, Trial& trial);
+    template <class Number>
+    void draw(const std::vector<Number>& first, RandomSource& random, Trial& trial);
     void layOutUnseen();
 
     double quota_;

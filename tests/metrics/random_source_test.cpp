@@ -55,6 +55,29 @@ TEST(RandomSource, RejectsWhatWouldBias) {
     EXPECT_EQ(large.below(bound), bound - 1);
 }
 
+// Small bounds that reject up to one value in 16, and one of 64 bits.
+TEST(RandomSource, SomeBelowGivesTheValuesOfBelow) {
+    for (const std::uint64_t bound :
+         {std::uint64_t{3}, std::uint64_t{0x0ff00001}, std::uint64_t{3} << 62}) {
+        SeededRandom one(5), other(5);
+        for (std::size_t n = 1, total = 0; total < 3000; n = n % 40 + 1) {
+            std::size_t calls = 0;
+            bool stopped = false;
+            const std::size_t used = one.someBelow(bound, n, [&](std::uint64_t value) {
+                EXPECT_FALSE(stopped);
+                EXPECT_EQ(value, other.below(bound)) << bound;
+                ++calls;
+                stopped = value % 8 == 0;
+                return !stopped;
+            });
+            EXPECT_EQ(used, calls);
+            EXPECT_LE(used, n);
+            total += used;
+        }
+        EXPECT_EQ(one.bits32(), other.bits32());
+    }
+}
+
 TEST(RandomSource, BelowIsUniform) {
     SeededRandom random(11);
     constexpr int draws = 60'000;
