@@ -176,6 +176,11 @@ std::string individualsText(const MockCensus& census) {
     return integerText(count) + (count == 1 ? " individual" : " individuals");
 }
 
+void readAsGuessed(ReadTable& table, RowSource& rows, NamePool& names) {
+    table.records = readTable(rows, table.guess.reading, {}, &names);
+    dropIdleDoubts(table.guess.doubts, table.records.notices);
+}
+
 // --- preview ---
 
 void writePreviewText(Output& output, const std::string& file, const ReadTable& table) {
@@ -302,7 +307,7 @@ std::optional<ReadTable> readTableFile(const std::string& file, InputFile input,
         if (!sheet) return std::nullopt;
         if (!settle(table, *sheet, options)) return std::nullopt;
         const auto rows = sheet->rows({}, {});
-        table.records = readTable(*rows, table.guess.reading, {}, &names);
+        readAsGuessed(table, *rows, names);
         if (const auto problem = rows->problem()) {
             tellAt(file, {}, problem->message);
             return std::nullopt;
@@ -317,7 +322,7 @@ std::optional<ReadTable> readTableFile(const std::string& file, InputFile input,
     if (!settle(table, start, options)) return std::nullopt;
     TextRows rows([&input](char* bytes, std::size_t size) { return input.read(bytes, size); },
                   table.guess.reading.form);
-    table.records = readTable(rows, table.guess.reading, {}, &names);
+    readAsGuessed(table, rows, names);
     if (const auto problem = input.problem()) {
         tellAt(file, {}, problem->message);
         return std::nullopt;

@@ -111,4 +111,8 @@ void applyCorrections(TableGuess& guess, const TableCorrections& corrections) {
     take(reading.unnamed, corrections.unnamed);
 }
 
+void dropIdleDoubts(std::vector<TableDoubt>& doubts, const TableNotices& notices) {
+    if (notices.stageColumns.empty()) std::erase(doubts, TableDoubt::stages);
+}
+
 }  // namespace zorvel

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "tables/guess.h"
+#include "tables/reader.h"
 #include "tables/reading.h"
 
 namespace zorvel {
@@ -32,5 +33,8 @@ struct TableCorrections {
 // others that were guessed for it, unless a table has several of them: species or censuses of a
 // wide table, totals, and what is ignored. Questions that are answered are no longer in doubt.
 void applyCorrections(TableGuess& guess, const TableCorrections& corrections);
+
+// Whether to add stages is no question where the reading has found none to add.
+void dropIdleDoubts(std::vector<TableDoubt>& doubts, const TableNotices& notices);
 
 }  // namespace zorvel

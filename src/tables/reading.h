@@ -36,6 +36,13 @@ enum class ColumnRole {
     ignored,
 };
 
+// Whether censuses of one name are different ones where they differ in it, see sameCensus.
+constexpr bool tellsCensusesApart(ColumnRole role) {
+    return role == ColumnRole::latitude || role == ColumnRole::longitude ||
+           role == ColumnRole::date || role == ColumnRole::year || role == ColumnRole::month ||
+           role == ColumnRole::day;
+}
+
 enum class DateOrder { unknown, dayFirst, monthFirst };  // of 03/04/2021
 enum class MissingRule { zero, problem, leaveOut };      // NA, "-", "?"; leaveOut: the census
 enum class FractionRule { problem, round };

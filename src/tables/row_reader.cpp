@@ -147,7 +147,7 @@ std::string RowReader::speciesName(const SparseRow& row, std::string_view specie
 bool RowReader::addTaxon(std::size_t census, std::size_t species, std::int64_t value,
                          const TablePlace& place) {
     if (value <= 0 && !columns_.exact) return false;
-    if (reading_.sameSpecies == SameRule::sum || columns_.stages) {
+    if (reading_.sameSpecies == SameRule::sum) {
         if (MockTaxon* const known = gathered_.find(census, species)) {
             addCount(known->abundance, value, place);
             return false;

@@ -15,10 +15,19 @@ struct StageGroup {
     std::vector<std::size_t> columns;
     std::set<std::string> endings;
     bool areLong = false;
-    bool isLettered = false;  // there is also an A or a B
-
-    [[nodiscard]] bool isOfStages() const { return endings.size() > 1 && (areLong || !isLettered); }
 };
+
+// What header rows tell of the census of a column, by which it is another than that of its name.
+std::string attributesOf(const TableHeader& header, const TableReading& reading,
+                         std::size_t column) {
+    std::string attributes;
+    if (reading.sameCensus == SameRule::sum) return attributes;
+    for (std::size_t i = 0; i < header.height(); ++i) {
+        if (!tellsCensusesApart(reading.headerRows[i])) continue;
+        attributes.append(header.cell(i, column)).append(1, '\n');
+    }
+    return attributes;
+}
 
 // "M + F".
 std::string joinedEndings(const TableHeader& header, const StageGroup& group) {
@@ -35,38 +44,41 @@ std::string joinedEndings(const TableHeader& header, const StageGroup& group) {
 
 std::map<std::size_t, std::string> namesWithoutStages(const TableHeader& header,
                                                       const TableReading& reading) {
-    std::map<std::string, StageGroup> groups;
-    std::vector<std::pair<std::size_t, std::string>> others;
+    using Key = std::pair<std::string, std::string>;  // name and attributes
+    std::map<Key, StageGroup> groups;
+    std::vector<std::pair<std::size_t, Key>> others;
+    std::set<std::string> lettered;  // before an A or a B
     for (const std::size_t column : reading.columnsOf(ColumnRole::count)) {
-        std::string name = header.name(column);
+        const std::string name = header.name(column);
+        if (name.empty()) continue;
+        Key key{name, attributesOf(header, reading, column)};
         const auto stem = withoutStage(name);
         if (!stem) {
-            if (!name.empty()) others.emplace_back(column, std::move(name));
+            const std::size_t start = name.find_last_of(" _.-") + 1;
+            if (start + 1 == name.size())
+                lettered.insert(name.substr(0, start > 0 ? start - 1 : 0));
+            others.emplace_back(column, std::move(key));
             continue;
         }
-        StageGroup& group = groups[std::string(*stem)];
+        key.first = *stem;
+        StageGroup& group = groups[key];
         group.columns.push_back(column);
         group.endings.insert(name.substr(stem->size()));
         group.areLong |= name.size() > stem->size() + 2;
     }
-    std::map<std::size_t, std::string> names;
-    if (groups.empty()) return names;
-    for (const auto& [column, name] : others) {
-        const auto same = groups.find(name);
-        if (same != groups.end()) {
-            same->second.columns.push_back(column);
-            same->second.endings.insert(std::string());
-        }
-        const std::size_t start = name.find_last_of(" _.-") + 1;
-        if (start + 1 != name.size()) continue;
-        const auto lettered = groups.find(name.substr(0, start > 0 ? start - 1 : 0));
-        if (lettered != groups.end()) lettered->second.isLettered = true;
+    for (const auto& [column, key] : others) {
+        const auto same = groups.find(key);
+        if (same == groups.end()) continue;
+        same->second.columns.push_back(column);
+        same->second.endings.insert(std::string());
     }
+    std::map<std::size_t, std::string> names;
     const bool isOfSheet = reading.layout == TableLayout::speciesRows && !reading.sheet.empty();
-    for (const auto& [stem, group] : groups) {
-        if (!group.isOfStages()) continue;
-        std::string name = stem;
-        if (stem.empty()) name = isOfSheet ? reading.sheet : joinedEndings(header, group);
+    for (const auto& [key, group] : groups) {
+        const bool areLetters = !group.areLong && lettered.contains(key.first);
+        if (group.endings.size() < 2 || areLetters) continue;
+        std::string name = key.first;
+        if (name.empty()) name = isOfSheet ? reading.sheet : joinedEndings(header, group);
         for (const std::size_t column : group.columns) names.emplace(column, name);
     }
     return names;

@@ -12,7 +12,8 @@ namespace zorvel {
 
 // Of each of them, the name that they have in common: "Poa" of "Poa", "Poa M" and "Poa juv." Where
 // nothing but a sex or stage stands above them it is the sheet, or "M + F". A stage without others
-// is a part of its name, and so are the letters of a series: "Plot A", "Plot F", "Plot M".
+// is a part of its name, and so are the letters of a series: "Plot A", "Plot F", "Plot M". Columns of
+// another date or place differ in more, unless these do not part censuses (sameCensus).
 std::map<std::size_t, std::string> namesWithoutStages(const TableHeader& header,
                                                       const TableReading& reading);
 

@@ -86,16 +86,22 @@ std::string joinedText(const TableReading& reading) {
         }
         return columns.size() < 2 ? std::string() : text;
     };
+    const auto added = [&reading](const std::vector<ColumnRole>& roles) {
+        const bool areApart = reading.sameCensus == SameRule::apart &&
+                              std::any_of(roles.begin(), roles.end(), tellsCensusesApart);
+        return areApart ? " added where date and place are the same" : " added";
+    };
     std::string text;
     const std::string names = columnsText(ColumnRole::census);
     if (!names.empty()) text += "; names of censuses from columns " + names;
     for (std::size_t i = 0; i < reading.headerRows.size(); ++i) {
         if (reading.headerRows[i] != ColumnRole::stage) continue;
         text += "; sexes or stages of row " +
-                integerText(static_cast<std::int64_t>(reading.firstRow + i)) + " added";
+                integerText(static_cast<std::int64_t>(reading.firstRow + i)) +
+                added(reading.headerRows);
     }
     for (const std::size_t column : reading.columnsOf(ColumnRole::stage)) {
-        text += "; sexes or stages of column " + columnLetters(column) + " added";
+        text += "; sexes or stages of column " + columnLetters(column) + added(reading.columns);
     }
     if (reading.layout != TableLayout::records) return text;
     const std::string counts = columnsText(ColumnRole::count);

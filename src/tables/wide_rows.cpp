@@ -171,12 +171,27 @@ class WideRows final : public RowReader {
             if (counts_[group] == 0) continue;
             if (isDirect_) {
                 taxa_.push_back({speciesOf_[group], counts_[group]});
+                continue;
+            }
+            const TablePlace place = placeOf(row, firstColumns_[group]);
+            if (columns_.stages && reading_.sameSpecies == SameRule::apart) {
+                addStage(index, group, place);
             } else {
-                addTaxon(index, speciesOf_[group], counts_[group],
-                         placeOf(row, firstColumns_[group]));
+                addTaxon(index, speciesOf_[group], counts_[group], place);
             }
         }
         if (isDirect_) gathered_.setTaxa(index, taxa_);
+    }
+
+    // To the other stages of the same columns; columns of one species stay apart.
+    void addStage(std::size_t census, std::size_t group, const TablePlace& place) {
+        std::vector<MockTaxon>& taxa = gathered_.censuses[census].taxa;
+        const auto [found, isNew] = stageTaxa_.try_emplace({census, group}, taxa.size());
+        if (isNew) {
+            addTaxon(census, speciesOf_[group], counts_[group], place);
+        } else {
+            addCount(taxa[found->second].abundance, counts_[group], place);
+        }
     }
 
     void readSpecies(const SparseRow& row) {
@@ -254,8 +269,10 @@ class WideRows final : public RowReader {
     std::vector<std::size_t> firstColumns_;           // of each group
     std::vector<std::size_t> speciesOf_;              // of each group
     std::map<std::size_t, std::size_t> stageGroups_;  // of species
-    bool isDirect_ = false;                           // a row has each species once and is a census
-    std::vector<CensusGatherer::Taxon> taxa_;         // of the row then
+    // Of a census and a group, its place among the taxa; see addStage().
+    std::map<std::pair<std::size_t, std::size_t>, std::size_t> stageTaxa_;
+    bool isDirect_ = false;                    // a row has each species once and is a census
+    std::vector<CensusGatherer::Taxon> taxa_;  // of the row then
     // Of each column of counts, where species have rows: cells without a value.
     std::vector<std::size_t> valueless_;
     std::size_t speciesRows_ = 0;

@@ -8,6 +8,7 @@
 #include "tables/cells.h"
 #include "tables/guess.h"
 #include "tables/reader.h"
+#include "tables/texts.h"
 
 namespace zorvel {
 namespace {
@@ -277,7 +278,12 @@ TEST(TableRules, StagesAreAddedOnlyWhereColumnsDifferInThem) {
              {"Site,Parus M,Larus,Parus F,Larus\nA,1,2,3,4\n",
               "A: Parus=4 Larus=2 Larus=4; ",
               {1, 3}},
+             {"Species,Bog M,Bog F,Bog M,Fen M,Fen F\nDate,2021-05-01,2021-05-01,2021-06-01,"
+              "2021-05-01,2021-06-01\nPoa,1,2,3,4,5\n",
+              "Bog: Poa=3; Bog M: Poa=3; Fen M: Poa=4; Fen F: Poa=5; ",
+              {1, 2}},
              {"Site,Stage,Poa\nA,juv,1\nA,adult,2\n", "A: Poa=3; ", {}},
+             {"Site,Stage,Poa,Poa\nA,juv,1,2\nA,adult,3,4\n", "A: Poa=4 Poa=6; ", {}},
              {"Site,Poa,Rumex\nA,1,2\n", "A: Poa=1 Rumex=2; ", {}},
              {"Site,Poa M,Poa F\nA,9223372036854775807,1\n",
               "A: Poa=9223372036854775807; ! C2: The sum of the counts of this species is more "
@@ -288,6 +294,21 @@ TEST(TableRules, StagesAreAddedOnlyWhereColumnsDifferInThem) {
         EXPECT_EQ(shownRecords(records), c.records) << c.text;
         EXPECT_EQ(records.notices.stageColumns, c.columns) << c.text;
     }
+}
+
+TEST(TableRules, StagesOfAnotherDateAreNotSaidToBeAdded) {
+    const char* const apart = " added where date and place are the same";
+    const std::string columns = "Species,Bog,Bog\nSex,M,F\n";
+    EXPECT_EQ(joinedText(guessTable(columns + "Poa,1,2\n", true).reading),
+              "; sexes or stages of row 2 added");
+    EXPECT_EQ(
+        joinedText(guessTable(columns + "Date,2021-05-01,2021-06-01\nPoa,1,2\n", true).reading),
+        "; sexes or stages of row 2" + std::string(apart));
+    TableReading reading =
+        guessTable("Site,Date,Sex,Poa\nA,2021-05-01,M,1\nA,2021-05-01,F,2\n", true).reading;
+    EXPECT_EQ(joinedText(reading), "; sexes or stages of column C" + std::string(apart));
+    reading.sameCensus = SameRule::sum;
+    EXPECT_EQ(joinedText(reading), "; sexes or stages of column C added");
 }
 
 TEST(TableRules, NoticesCountWhatWasTakenByRule) {

@@ -129,7 +129,7 @@ class Previewer {
         preview_.totalsRow = notices.totalsRow.value_or(0);
         notices.totalsRow.reset();
         preview_.stageColumns = notices.stageColumns;
-        if (notices.stageColumns.empty()) std::erase(preview_.doubts, TableDoubt::stages);
+        dropIdleDoubts(preview_.doubts, notices);
         preview_.noteRows = std::exchange(notices.noteRows, {});
         preview_.notices = noticeTexts(notices, preview_.reading);
     }
