@@ -19,7 +19,8 @@ using namespace zorvel;
 
 struct Texts {
     std::string commas;
-    std::string unknownNames;  // the same counts, as far as they are guessed
+    std::string unknownNames;   // the same counts, as far as they are guessed
+    std::string decimalCommas;  // likewise, as 3,0
     std::string semicolons;
     std::string speciesRows;
     std::string records;
@@ -36,19 +37,24 @@ Texts makeTexts(std::size_t censuses, std::size_t species) {
     texts.speciesRows = "Species";
     texts.records = "Site,Species,Count\n";
     texts.unknownNames = "Site";
+    texts.decimalCommas = "Site";
     for (std::size_t j = 0; j < species; ++j) {
         texts.commas += ',' + name(j);
         texts.unknownNames += ",Genus" + std::to_string(j);
+        texts.decimalCommas += ";Genus" + std::to_string(j);
     }
     std::vector<std::string> rows(species);
     for (std::size_t i = 0; i < censuses; ++i) {
         texts.speciesRows += ',' + site(i);
         texts.commas += '\n' + site(i);
+        const bool isGuessed = texts.decimalCommas.size() < TableSample::mostBytes;
+        if (isGuessed) texts.decimalCommas += '\n' + site(i);
         for (std::size_t j = 0; j < species; ++j) {
             const int count = present(random) ? 1 + abundance(random) : 0;
             const std::string cell = ',' + std::to_string(count);
             texts.commas += cell;
             rows[j] += cell;
+            if (isGuessed) texts.decimalCommas += ';' + std::to_string(count) + ",0";
             if (count > 0) texts.records += site(i) + ',' + name(j) + cell + '\n';
         }
     }
@@ -98,6 +104,9 @@ BENCHMARK(plainMatrix)->Unit(benchmark::kMillisecond)->Iterations(1);
 BENCHMARK(matrix)->Unit(benchmark::kMillisecond)->Iterations(1);
 BENCHMARK_CAPTURE(guess, commas, &Texts::commas)->Unit(benchmark::kMillisecond)->Iterations(1);
 BENCHMARK_CAPTURE(guess, unknownNames, &Texts::unknownNames)
+    ->Unit(benchmark::kMillisecond)
+    ->Iterations(1);
+BENCHMARK_CAPTURE(guess, decimalCommas, &Texts::decimalCommas)
     ->Unit(benchmark::kMillisecond)
     ->Iterations(1);
 BENCHMARK_CAPTURE(read, commas, &Texts::commas)->Unit(benchmark::kMillisecond)->Iterations(1);

@@ -44,7 +44,7 @@ bool isClean(std::string_view cell, char separator) {
     for (std::size_t i = 0; i < cell.size(); ++i) {
         const bool parts = isSeparator(cell[i]) && cell[i] != separator;
         const bool ofSentence = i + 1 < cell.size() && cell[i + 1] == ' ';
-        if (parts && !ofSentence) return isNumberOfAnyForm(cell);
+        if (parts && !ofSentence) return cell[i] == ',' && isNumberOfAnyForm(cell);
     }
     return true;
 }

@@ -110,6 +110,11 @@ bool isGrouped(std::string_view cell, char mark, char decimal) {
 
 void countMarks(std::string_view cell, bool groupable, MarkCounts& marks) {
     if (cell.empty() || isDigits(cell)) return;
+    const std::string_view decimals = decimalsOf(cell);
+    if (!decimals.empty() && decimals.size() != 3) {
+        ++(cell[cell.size() - decimals.size() - 1] == ',' ? marks.commas : marks.points);
+        return;
+    }
     marks.severalGroups += std::count(cell.begin(), cell.end(), ',') > 1 ||
                            std::count(cell.begin(), cell.end(), '.') > 1;
     if (!hasDigit(cell)) return;

@@ -41,6 +41,10 @@ bool isSummaryRow(const SampleRow& row) {
 }
 
 bool isFractionOrNegative(std::string_view cell) {
+    const std::string_view decimals = decimalsOf(cell);
+    if (!decimals.empty() && decimals.size() != 3) {
+        return decimals.find_first_not_of('0') != std::string_view::npos;
+    }
     const auto isOf = [cell](NumberMarks marks) {
         const auto kind = cellCount(cell, marks).kind;
         return kind == CellCount::Kind::fraction || kind == CellCount::Kind::negative;
@@ -91,12 +95,25 @@ bool isDigits(std::string_view cell) {
     return !cell.empty();
 }
 
+std::string_view decimalsOf(std::string_view cell) {
+    constexpr std::size_t longest = 15;
+    std::size_t mark = 0;
+    while (mark < cell.size() && cell[mark] >= '0' && cell[mark] <= '9') ++mark;
+    const bool isOne = mark > 0 && mark < cell.size() && (cell[mark] == '.' || cell[mark] == ',');
+    if (!isOne || cell.size() > longest) return {};
+    const std::string_view decimals = cell.substr(mark + 1);
+    return isDigits(decimals) ? decimals : std::string_view();
+}
+
 bool hasDigit(std::string_view cell) {
     return cell.find_first_of("0123456789") != std::string_view::npos;
 }
 
 bool isNumberOfAnyForm(std::string_view cell) {
-    return isDigits(cell) || tableNumber(cell, {'.', 0}) || tableNumber(cell, {',', 0}) ||
+    if (isDigits(cell) || !decimalsOf(cell).empty()) return true;
+    constexpr std::string_view all = "0123456789.,+-eE '\u2019\u00A0\u202F";
+    if (cell.find_first_not_of(all) != std::string_view::npos) return false;
+    return tableNumber(cell, {'.', 0}) || tableNumber(cell, {',', 0}) ||
            tableNumber(cell, {'.', ','}) || tableNumber(cell, {',', '.'}) ||
            tableNumber(cell, {'.', ' '}) || tableNumber(cell, {'.', '\''});
 }

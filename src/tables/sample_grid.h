@@ -36,6 +36,9 @@ bool isComment(const SampleRow& row);
 // A number with either mark, or grouped digits.
 bool isNumberOfAnyForm(std::string_view cell);
 bool isDigits(std::string_view cell);
+// Of digits around one mark, as nearly all fractions are written, those behind it: "50" of "12,50".
+// If they are three, the mark may be that of thousands. Empty for other and for long cells.
+std::string_view decimalsOf(std::string_view cell);
 bool hasDigit(std::string_view cell);
 // May stand where a count is expected, rightly or as a problem.
 bool isCountLike(std::string_view cell);

@@ -2,12 +2,15 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <iterator>
+#include <random>
 #include <string>
 #include <vector>
 
 #include "tables/cells.h"
 #include "tables/guess.h"
 #include "tables/reader.h"
+#include "tables/sample_grid.h"
 #include "tables/texts.h"
 
 namespace zorvel {
@@ -137,6 +140,20 @@ TEST(TableCells, Dates) {
     for (const char* cell :
          {"2021-02-30", "13/13/2021", "3.4.21", "May 2021", "2021-04-03 25:00", ""}) {
         EXPECT_FALSE(tableDate(cell, DateOrder::dayFirst).time) << cell;
+    }
+}
+
+TEST(TableCells, NumbersOfAnyFormAreThoseOfAnyMarks) {
+    constexpr const char* parts[] = {"0", "1", "9", "00", "123", ".",      ",",      "-",
+                                     "+", "e", " ", "'",  "x",   "\u00A0", "\u202F", "\u2019"};
+    std::mt19937 random(20261126);
+    for (int i = 0; i < 50000; ++i) {
+        std::string cell;
+        for (unsigned k = 1 + random() % 6; k > 0; --k) cell += parts[random() % std::size(parts)];
+        const bool isNumber = tableNumber(cell, {'.', 0}) || tableNumber(cell, {',', 0}) ||
+                              tableNumber(cell, {'.', ','}) || tableNumber(cell, {',', '.'}) ||
+                              tableNumber(cell, {'.', ' '}) || tableNumber(cell, {'.', '\''});
+        ASSERT_EQ(isNumberOfAnyForm(cell), isNumber) << cell;
     }
 }
 
