@@ -77,8 +77,8 @@ struct TableReading {
     FractionRule fractions = FractionRule::problem;
     std::vector<CountFault> takenAsZero;   // cells with these faults are no problem
     SameRule sameSpecies = SameRule::sum;  // within a census
-    // Of a wide table: whether columns are one species or census whose headers differ in nothing
-    // but a sex or stage at their end: "Poa M", "Poa F".
+    // Whether species, or censuses in columns, are one whose names differ in nothing but a sex or
+    // stage at their end: "Poa M", "Poa F".
     SameRule sameStages = SameRule::apart;
     // Of censuses of one name: in the wide layouts whether their rows are one census; in records
     // whether another date or place makes another census (apart).

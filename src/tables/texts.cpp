@@ -13,7 +13,16 @@ std::string countedText(std::size_t count, const char* one, const char* several)
     return integerText(static_cast<std::int64_t>(count)) + " " + (count == 1 ? one : several);
 }
 
-// "a, b and 3 more".
+std::string rowsText(const std::vector<std::size_t>& rows) {
+    std::vector<std::string> numbers;
+    for (const std::size_t row : rows) {
+        numbers.push_back(integerText(static_cast<std::int64_t>(row)));
+    }
+    return (rows.size() == 1 ? "row " : "rows ") + listText(numbers);
+}
+
+}  // namespace
+
 std::string listText(const std::vector<std::string>& names) {
     constexpr std::size_t most = 5;
     std::string text;
@@ -25,16 +34,6 @@ std::string listText(const std::vector<std::string>& names) {
     }
     return text;
 }
-
-std::string rowsText(const std::vector<std::size_t>& rows) {
-    std::vector<std::string> numbers;
-    for (const std::size_t row : rows) {
-        numbers.push_back(integerText(static_cast<std::int64_t>(row)));
-    }
-    return (rows.size() == 1 ? "row " : "rows ") + listText(numbers);
-}
-
-}  // namespace
 
 const std::vector<SeparatorName>& separatorNames() {
     static const std::vector<SeparatorName> names = {{',', "comma", "commas"},
@@ -119,13 +118,8 @@ std::vector<std::string> noticeTexts(const TableNotices& notices, const TableRea
         texts.emplace_back(
             "presence only: each mark is taken as 1, so metrics of abundance mean nothing");
     }
-    if (!notices.stageColumns.empty()) {
-        std::vector<std::string> letters;
-        for (const std::size_t column : notices.stageColumns) {
-            letters.push_back(columnLetters(column));
-        }
-        texts.push_back("sexes or stages in the headers of columns " + listText(letters) +
-                        " added");
+    if (!notices.stageNames.empty()) {
+        texts.push_back("sexes or stages of " + listText(notices.stageNames) + " added");
     }
     if (notices.totalsRow) texts.push_back(rowsText({*notices.totalsRow}) + " (total) left out");
     if (!notices.totalsColumns.empty()) {
@@ -173,8 +167,7 @@ const char* doubtText(TableDoubt doubt) {
         case TableDoubt::counts:
             return "which columns hold the counts";
         case TableDoubt::stages:
-            return "whether to add the counts of columns whose headers differ in nothing but a sex "
-                   "or stage";
+            return "whether to add the counts of names that differ in nothing but a sex or stage";
         case TableDoubt::numbers:
             return "whether there are counts in columns that look like years, areas or the like";
         case TableDoubt::amounts:

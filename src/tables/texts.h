@@ -9,6 +9,9 @@
 
 namespace zorvel {
 
+// "a, b and 3 more".
+std::string listText(const std::vector<std::string>& names);
+
 // Of each separator that has one: "comma".
 struct SeparatorName {
     char separator;
