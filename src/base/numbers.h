@@ -10,6 +10,10 @@
 
 namespace zorvel {
 
+// 128-bit integers, a language extension of both compilers the program is built with.
+__extension__ typedef __int128 Int128;
+__extension__ typedef unsigned __int128 UInt128;
+
 // As printf's "%.<digits>f" in the C locale, for every finite double (the exact value is rounded,
 // ties to even); "nan", "-nan", "inf" and "-inf" otherwise. digits: 0 or more.
 std::string fixedText(double value, int digits);

@@ -3,6 +3,8 @@
 // text of each name. Both are safe to share between threads.
 #pragma once
 
+#include <bit>
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -10,6 +12,9 @@
 #include <string_view>
 #include <unordered_set>
 #include <utility>
+
+#include "base/byte_words.h"
+#include "base/numbers.h"
 
 namespace zorvel {
 
@@ -39,11 +44,26 @@ class SharedText {
     std::shared_ptr<const std::string> text_;
 };
 
-// Hash and equality of texts by their bytes, for look-ups without a copy.
+// Hash and equality of texts by their bytes, for look-ups without a copy. For names, this hash is
+// faster than that of the standard library.
 struct BytesHash {
     using is_transparent = void;
     std::size_t operator()(std::string_view text) const {
-        return std::hash<std::string_view>{}(text);
+        constexpr std::uint64_t odd = 0x9e3779b97f4a7c15U;
+        std::uint64_t hash = text.size();
+        const auto mix = [&hash](std::uint64_t word) {
+            const UInt128 product = UInt128{hash ^ word} * odd;
+            hash = static_cast<std::uint64_t>(product) ^ static_cast<std::uint64_t>(product >> 64);
+            return true;
+        };
+        if (text.size() >= wordSize) {
+            forWords(text.size(), [&](std::size_t i) { return mix(wordAt(text.data() + i)); });
+        } else {
+            std::uint64_t word = 0;
+            for (const char c : text) word = word << 8 | static_cast<unsigned char>(c);
+            mix(word);
+        }
+        return hash;
     }
 };
 struct BytesEqual {

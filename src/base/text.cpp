@@ -6,10 +6,11 @@
 #include <array>
 #include <cstdint>
 #include <cstdio>
-#include <cstring>
 #include <functional>
 #include <string>
 #include <vector>
+
+#include "base/byte_words.h"
 
 namespace zorvel {
 namespace {
@@ -30,10 +31,8 @@ CodePoint codePointAt(std::string_view text, std::size_t at) {
 
 std::size_t asciiPrefix(std::string_view text) {
     std::size_t i = 0;
-    for (; i + 8 <= text.size(); i += 8) {
-        std::uint64_t word = 0;
-        std::memcpy(&word, text.data() + i, 8);
-        if ((word & 0x8080808080808080U) != 0) break;
+    for (; i + wordSize <= text.size(); i += wordSize) {
+        if ((wordAt(text.data() + i) & 0x8080808080808080U) != 0) break;
     }
     while (i < text.size() && static_cast<unsigned char>(text[i]) < 0x80) ++i;
     return i;

@@ -1,8 +1,7 @@
 #include <algorithm>
-#include <bit>
 #include <cstdint>
-#include <cstring>
 
+#include "base/byte_words.h"
 #include "base/numbers.h"
 #include "interchange/characters.h"
 #include "interchange/parsers.h"
@@ -47,27 +46,13 @@ PlainNumber readPlainNumber(std::string_view text, std::size_t at) {
     return {value, read};
 }
 
-std::uint64_t loadWord(const char* bytes) {
-    std::uint64_t word = 0;
-    std::memcpy(&word, bytes, sizeof word);
-    return word;
-}
-
-// Bytes in which two words agree, from the first in memory on.
-std::size_t equalBytes(std::uint64_t a, std::uint64_t b) {
-    const std::uint64_t differs = a ^ b;
-    const int bits = std::endian::native == std::endian::little ? std::countr_zero(differs)
-                                                                : std::countl_zero(differs);
-    return static_cast<std::size_t>(bits) / 8;
-}
-
 // How many whole cells "0," the text begins with. Most cells of a census matrix are zeros, and
 // reading them one at a time would be most of the work: this looks at eight bytes at a time.
 std::size_t countZeroCells(std::string_view text) {
-    const std::uint64_t zeros = loadWord("0,0,0,0,");
+    const std::uint64_t zeros = wordAt("0,0,0,0,");
     std::size_t at = 0;
     while (text.size() - at >= sizeof zeros) {
-        const std::size_t equal = equalBytes(loadWord(text.data() + at), zeros);
+        const std::size_t equal = agreeingBytes(wordAt(text.data() + at), zeros);
         if (equal < sizeof zeros) return (at + equal) / 2;
         at += equal;
     }

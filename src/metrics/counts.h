@@ -7,6 +7,8 @@
 #include <span>
 #include <vector>
 
+#include "base/numbers.h"
+
 namespace zorvel {
 
 // One entry per taxon: its number of specimens. An entry below 1 is an absent taxon; the order has
@@ -16,10 +18,6 @@ using CountsView = std::span<const std::int64_t>;
 
 // One row per census, one column per taxon name of the project; every row has the same length.
 using CountsMatrix = std::vector<CountsVector>;
-
-// 128-bit integers, a language extension of both compilers the program is built with.
-__extension__ typedef __int128 Int128;
-__extension__ typedef unsigned __int128 UInt128;
 
 // A sum of 64-bit counts that never overflows: formed in 128 bits and clamped once at the end, so
 // that the result does not depend on the order of the entries.

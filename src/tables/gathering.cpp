@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "base/byte_words.h"
 #include "base/text.h"
 
 namespace zorvel {
@@ -35,9 +36,11 @@ std::size_t SpeciesNumbers::number(std::string_view cell) {
 
 bool SpeciesNumbers::isName(std::size_t number, std::string_view cell) const {
     const Name& name = names_[number];
-    const std::size_t compared = std::min(cell.size(), name.start.size());
-    return name.length == cell.size() && cell.starts_with({name.start.data(), compared}) &&
-           (cell.size() <= name.start.size() || name.text.view() == cell);
+    if (name.length != cell.size()) return false;
+    if (cell.size() < wordSize || cell.size() > name.start.size()) return name.text.view() == cell;
+    return forWords(cell.size(), [&](std::size_t i) {
+        return wordAt(cell.data() + i) == wordAt(name.start.data() + i);
+    });
 }
 
 std::size_t SpeciesNumbers::find(std::string_view name) const {

@@ -94,6 +94,13 @@ class Reader {
             held_.emplace_back().add(row);
             return;
         }
+        if (!held_.empty()) readHeld();
+        afterEmpty_ = false;
+        readRow(row);
+    }
+
+    // More rows follow those that are held.
+    void readHeld() {
         for (const RowBatch& batch : std::exchange(held_, {})) {
             const SparseRow& held = batch.rows().front();
             if (rankAsSummary(held) == 0) {
@@ -104,8 +111,6 @@ class Reader {
             }
             readRow(held);
         }
-        afterEmpty_ = false;
-        readRow(row);
     }
 
     // At least that many cells that are not empty.

@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <utility>
 
+#include "base/byte_words.h"
 #include "tables/encodings.h"
 
 namespace zorvel {
@@ -44,24 +44,10 @@ std::size_t lineBreaks(std::string_view text) {
 // Most cells of a census matrix are zeros: they are read four at a time.
 constexpr std::size_t zeroCellsAtOnce = 4;
 
-std::uint64_t wordAt(const char* bytes) {
-    std::uint64_t word = 0;
-    std::memcpy(&word, bytes, sizeof word);
-    return word;
-}
-
 std::uint64_t zeroCells(char separator) {
     std::array<char, 2 * zeroCellsAtOnce> bytes{};
     for (std::size_t i = 0; i < bytes.size(); ++i) bytes[i] = i % 2 == 0 ? '0' : separator;
     return wordAt(bytes.data());
-}
-
-// Bytes in which two words agree, from the first in memory on.
-std::size_t agreeingBytes(std::uint64_t a, std::uint64_t b) {
-    const std::uint64_t differs = a ^ b;
-    const int bits = std::endian::native == std::endian::little ? std::countr_zero(differs)
-                                                                : std::countl_zero(differs);
-    return static_cast<std::size_t>(bits) / 8;
 }
 
 }  // namespace
