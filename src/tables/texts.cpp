@@ -27,7 +27,7 @@ std::string listText(const std::vector<std::string>& names) {
     constexpr std::size_t most = 5;
     std::string text;
     for (std::size_t i = 0; i < std::min(names.size(), most); ++i) {
-        text += (i == 0 ? "" : ", ") + names[i];
+        text += (i == 0 ? "" : ", ") + terminalLine(names[i]);
     }
     if (names.size() > most) {
         text += " and " + integerText(static_cast<std::int64_t>(names.size() - most)) + " more";

@@ -337,6 +337,14 @@ TEST(TableRules, StagesOfAnotherDateAreNotSaidToBeAdded) {
     EXPECT_EQ(joinedText(reading), "; sexes or stages of column C added");
 }
 
+TEST(TableRules, NoticesShowNoControlCharacters) {
+    TableNotices notices;
+    notices.ignoredColumns = {"B \"\x1b[31mRed\""};
+    notices.leftOutCensuses = {"Plot\t\x07"};
+    EXPECT_THAT(noticeTexts(notices, {}), ElementsAre("column B \"\\x1b[31mRed\" ignored",
+                                                      "without values, left out: Plot\t\\x07"));
+}
+
 TEST(TableRules, NoticesCountWhatWasTakenByRule) {
     const TableRecords records = readWith(
         "Site,Date,Observer,Species,Count,Status\nA,3.5.2021,KM,Abies alba,,present\n"
