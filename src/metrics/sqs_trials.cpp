@@ -102,7 +102,9 @@ template <class Number>
         const std::size_t draws = random.someBelow(guide_->total, unseen, [&](auto position) {
             drawn = intervals + numbers[position >> shift];
             while (position >= drawn->end) ++drawn;
-            const std::uint64_t ifNew = position < drawn->front ? ~std::uint64_t{0} : 0;
+            // All bits or none: positions have 63 bits.
+            const auto difference = static_cast<std::int64_t>(position - drawn->front);
+            const auto ifNew = static_cast<std::uint64_t>(difference >> 63);
             drawn->front -= drawn->weight & ifNew;
             const auto frequency = std::bit_cast<std::uint64_t>(drawn->frequency);
             coverage += std::bit_cast<double>(frequency & ifNew);
