@@ -26,8 +26,8 @@ inline std::size_t agreeingBytes(std::uint64_t a, std::uint64_t b) {
     return static_cast<std::size_t>(bits) / 8;
 }
 
-// Calls use(i) for the places of words that cover a text of at least that size: the last may
-// overlap the one before. Ends where it returns false, and returns that.
+// Calls use(i) for the places of words that cover a text of that size, which is at least a word:
+// the last may overlap the one before. Ends where it returns false, and returns that.
 template <class Use>
 bool forWords(std::size_t size, Use use) {
     for (std::size_t i = 0; i + wordSize < size; i += wordSize) {

@@ -3,9 +3,7 @@
 // text of each name. Both are safe to share between threads.
 #pragma once
 
-#include <bit>
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <mutex>
 #include <string>

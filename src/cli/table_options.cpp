@@ -174,7 +174,7 @@ void addTableOptions(CLI::App& app, TableOptions& options) {
             corrections.sameSpecies = readRule("--same-species", text, sameRuleNames);
         });
     add("--stages", "RULE",
-        "Species, or censuses in columns, whose names differ in a sex or\n"
+        "Columns of a species or census whose headers differ in a sex or\n"
         "stage at their end, as in \"Parus major M\": sum or apart",
         [&](const std::string& text) {
             corrections.sameStages = readRule("--stages", text, sameRuleNames);

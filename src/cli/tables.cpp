@@ -144,18 +144,18 @@ const char* optionFor(TableDoubt doubt) {
     return "";
 }
 
-// The columns or names that may be meant: " (C "Males", D "Females")".
+// The columns that may be meant: " (C "Males", D "Females")".
 std::string candidatesText(TableDoubt doubt, const ReadTable& table) {
-    if (doubt == TableDoubt::stages) {
-        return " (" + listText(table.records.notices.stageNames) + ")";
-    }
     std::string text;
     for (std::size_t i = 0; i < table.header.size(); ++i) {
         const ColumnRole role = table.guess.reading.role(i);
         const auto& unlikely = table.guess.unlikely;
+        const auto& ofStages = table.records.notices.stageColumns;
         const bool isMeant = (doubt == TableDoubt::counts && role == ColumnRole::count) ||
                              (doubt == TableDoubt::names &&
                               (role == ColumnRole::census || role == ColumnRole::species)) ||
+                             (doubt == TableDoubt::stages &&
+                              std::binary_search(ofStages.begin(), ofStages.end(), i)) ||
                              (doubt == TableDoubt::numbers &&
                               std::binary_search(unlikely.begin(), unlikely.end(), i));
         if (!isMeant) continue;

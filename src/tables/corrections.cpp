@@ -112,7 +112,7 @@ void applyCorrections(TableGuess& guess, const TableCorrections& corrections) {
 }
 
 void dropIdleDoubts(std::vector<TableDoubt>& doubts, const TableNotices& notices) {
-    if (notices.stageNames.empty()) std::erase(doubts, TableDoubt::stages);
+    if (notices.stageColumns.empty()) std::erase(doubts, TableDoubt::stages);
 }
 
 }  // namespace zorvel

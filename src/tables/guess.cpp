@@ -80,7 +80,6 @@ TableGuess guessRows(const SampleRows& rows, const TableReading& known,
         reading.columns = asRecords.columns;
         if (asRecords.namesAreDoubtful) guess.doubts.push_back(TableDoubt::names);
         if (asRecords.countsAreDoubtful) guess.doubts.push_back(TableDoubt::counts);
-        guessStagesOfSpecies(grid, guess);
         if (visitsAreDoubtful(grid, reading)) guess.doubts.push_back(TableDoubt::visits);
     } else {
         reading.shortHeader = isShort(grid, header);
@@ -100,7 +99,6 @@ TableGuess guessRows(const SampleRows& rows, const TableReading& known,
         reading.columns =
             wideRoles(grid, reading, reading.shortHeader ? WordRoles(grid.width()) : roles);
         guessStages(grid, roles, guess);
-        guessStagesOfSpecies(grid, guess);
         if (tellsOfAmounts(rows, grid, header)) guess.doubts.push_back(TableDoubt::amounts);
     }
     guessMarks(grid, guess);

@@ -48,7 +48,7 @@ enum class TableDoubt {
     layout,
     names,    // of records: which columns name the census and the species
     counts,   // of records: which columns hold the count
-    stages,   // whether names that differ in a sex or stage alone are one
+    stages,   // of a wide table: whether headers that differ in a sex or stage alone are one
     numbers,  // of a wide table: whether columns of unlikely counts hold some, see `unlikely`
     amounts,  // of a wide table whose title tells of a cover or a mass: whether it holds counts
     visits,  // of records: whether another date makes another census, where nearly each has its own

@@ -46,8 +46,6 @@ std::vector<ColumnRole> wideRoles(const SampleGrid& grid, const TableReading& re
 // Rows and columns that tell sexes or stages apart get this role, where the counts of names that
 // differ in it alone are to be added; it is asked where they stand at the end of names.
 void guessStages(const SampleGrid& grid, const WordRoles& words, TableGuess& guess);
-// The question about names of species in the cells of a column.
-void guessStagesOfSpecies(const SampleGrid& grid, TableGuess& guess);
 
 // guess_names.cpp
 // The column of places, and those without which its censuses were mixed up: a quadrat in a

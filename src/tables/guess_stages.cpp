@@ -2,7 +2,6 @@
 #include <set>
 #include <string>
 #include <string_view>
-#include <utility>
 #include <vector>
 
 #include "tables/guess_parts.h"
@@ -81,7 +80,7 @@ void guessStages(const SampleGrid& grid, const WordRoles& words, TableGuess& gue
         reading.headerRows[i] = isNamed ? ColumnRole::stage : names;
         if (isNamed) ignoreTotals(grid, i, reading.columns);
     }
-    if (!headersWithoutStages(headerOf(grid, reading), reading).empty()) {
+    if (!namesWithoutStages(headerOf(grid, reading), reading).empty()) {
         reading.sameStages = SameRule::sum;
         guess.doubts.push_back(TableDoubt::stages);
     }
@@ -96,22 +95,6 @@ void guessStages(const SampleGrid& grid, const WordRoles& words, TableGuess& gue
     // Rows that repeat a stage are samples of their own.
     if (!rows.areSeveral || rows.repeat) return;
     for (const std::size_t column : stages) reading.columns[column] = ColumnRole::stage;
-}
-
-void guessStagesOfSpecies(const SampleGrid& grid, TableGuess& guess) {
-    TableReading& reading = guess.reading;
-    const ColumnsByRole columns(reading);
-    if (!columns.species || reading.sameStages == SameRule::sum) return;
-    std::vector<StageName> names;
-    for (std::size_t i = reading.headerRows.size(); i < grid.height(); ++i) {
-        if (grid.isSummary(i)) continue;
-        std::string name(columns.genus ? grid.cell(i, *columns.genus) : std::string_view());
-        name.append(1, ' ').append(grid.cell(i, *columns.species));
-        names.push_back({i, std::move(name)});
-    }
-    if (namesWithoutStages(names).empty()) return;
-    reading.sameStages = SameRule::sum;
-    guess.doubts.push_back(TableDoubt::stages);
 }
 
 }  // namespace zorvel

@@ -39,9 +39,9 @@ struct TableNotices {
     TableRemarks takenAsZero;    // counts with a fault, by the rule of that name
     TableRemarks countedOnce;    // records without a count, taken as 1
     std::size_t roundedCells = 0;
-    std::size_t summedSpecies = 0;        // further rows or columns of a species within a census
-    std::size_t absentRecords = 0;        // status absent
-    std::vector<std::string> stageNames;  // whose counts sameStages has added, to be shown
+    std::size_t summedSpecies = 0;          // further rows or columns of a species within a census
+    std::size_t absentRecords = 0;          // status absent
+    std::vector<std::size_t> stageColumns;  // that were added by TableReading::sameStages
     std::optional<std::size_t> totalsRow;
     std::vector<std::string> totalsColumns;  // that are not known by their words, like the ignored
     std::vector<std::size_t> noteRows;       // below the table

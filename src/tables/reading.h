@@ -36,13 +36,6 @@ enum class ColumnRole {
     ignored,
 };
 
-// Whether censuses of one name are different ones where they differ in it, see sameCensus.
-constexpr bool tellsCensusesApart(ColumnRole role) {
-    return role == ColumnRole::latitude || role == ColumnRole::longitude ||
-           role == ColumnRole::date || role == ColumnRole::year || role == ColumnRole::month ||
-           role == ColumnRole::day;
-}
-
 enum class DateOrder { unknown, dayFirst, monthFirst };  // of 03/04/2021
 enum class MissingRule { zero, problem, leaveOut };      // NA, "-", "?"; leaveOut: the census
 enum class FractionRule { problem, round };
@@ -77,8 +70,8 @@ struct TableReading {
     FractionRule fractions = FractionRule::problem;
     std::vector<CountFault> takenAsZero;   // cells with these faults are no problem
     SameRule sameSpecies = SameRule::sum;  // within a census
-    // Whether species, or censuses in columns, are one whose names differ in nothing but a sex or
-    // stage at their end: "Poa M", "Poa F".
+    // Of a wide table: whether columns are one species or census whose headers differ in nothing
+    // but a sex or stage at their end: "Poa M", "Poa F".
     SameRule sameStages = SameRule::apart;
     // Of censuses of one name: in the wide layouts whether their rows are one census; in records
     // whether another date or place makes another census (apart).

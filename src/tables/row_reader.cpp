@@ -167,8 +167,6 @@ void RowReader::addCount(std::int64_t& sum, std::int64_t value, const TablePlace
 
 // Censuses of missing marks alone are left out, and those with any if the rule says so.
 void RowReader::finish() {
-    const bool isOfCells = reading_.layout != TableLayout::censusRows && !columns_.included;
-    if (reading_.sameStages == SameRule::sum && isOfCells) joinStages();
     const bool any = reading_.missing == MissingRule::leaveOut;
     cells_.resize(gathered_.censuses.size());
     for (std::size_t i = 0; i < cells_.size(); ++i) {

@@ -110,9 +110,6 @@ class RowReader {
     std::vector<CellsOfCensus> cells_;  // of each census
 
   private:
-    // Sums species whose names differ in nothing but a sex or stage: stage_names.cpp.
-    void joinStages();
-
     std::vector<std::string> nameParts_;  // of the row before
 };
 

@@ -13,16 +13,7 @@ std::string countedText(std::size_t count, const char* one, const char* several)
     return integerText(static_cast<std::int64_t>(count)) + " " + (count == 1 ? one : several);
 }
 
-std::string rowsText(const std::vector<std::size_t>& rows) {
-    std::vector<std::string> numbers;
-    for (const std::size_t row : rows) {
-        numbers.push_back(integerText(static_cast<std::int64_t>(row)));
-    }
-    return (rows.size() == 1 ? "row " : "rows ") + listText(numbers);
-}
-
-}  // namespace
-
+// "a, b and 3 more".
 std::string listText(const std::vector<std::string>& names) {
     constexpr std::size_t most = 5;
     std::string text;
@@ -34,6 +25,31 @@ std::string listText(const std::vector<std::string>& names) {
     }
     return text;
 }
+
+std::string rowsText(const std::vector<std::size_t>& rows) {
+    std::vector<std::string> numbers;
+    for (const std::size_t row : rows) {
+        numbers.push_back(integerText(static_cast<std::int64_t>(row)));
+    }
+    return (rows.size() == 1 ? "row " : "rows ") + listText(numbers);
+}
+
+// Of sexes and stages, which are told by these header rows or columns: censuses of another date or
+// place are different ones.
+const char* addedText(const TableReading& reading, const std::vector<ColumnRole>& roles) {
+    const auto has = [&roles](ColumnRole role) {
+        return std::find(roles.begin(), roles.end(), role) != roles.end();
+    };
+    const bool areColumns = &roles == &reading.columns;
+    const bool areDated = has(ColumnRole::date) || (areColumns && has(ColumnRole::year) &&
+                                                    has(ColumnRole::month) && has(ColumnRole::day));
+    const bool mayDiffer = areDated || has(ColumnRole::latitude) || has(ColumnRole::longitude);
+    return mayDiffer && reading.sameCensus == SameRule::apart
+               ? " added where date and place are the same"
+               : " added";
+}
+
+}  // namespace
 
 const std::vector<SeparatorName>& separatorNames() {
     static const std::vector<SeparatorName> names = {{',', "comma", "commas"},
@@ -85,11 +101,6 @@ std::string joinedText(const TableReading& reading) {
         }
         return columns.size() < 2 ? std::string() : text;
     };
-    const auto added = [&reading](const std::vector<ColumnRole>& roles) {
-        const bool areApart = reading.sameCensus == SameRule::apart &&
-                              std::any_of(roles.begin(), roles.end(), tellsCensusesApart);
-        return areApart ? " added where date and place are the same" : " added";
-    };
     std::string text;
     const std::string names = columnsText(ColumnRole::census);
     if (!names.empty()) text += "; names of censuses from columns " + names;
@@ -97,10 +108,15 @@ std::string joinedText(const TableReading& reading) {
         if (reading.headerRows[i] != ColumnRole::stage) continue;
         text += "; sexes or stages of row " +
                 integerText(static_cast<std::int64_t>(reading.firstRow + i)) +
-                added(reading.headerRows);
+                addedText(reading, reading.headerRows);
     }
+    // A species stays apart in each of the other tables.
+    const bool addsRows =
+        reading.layout == TableLayout::censusRows || reading.sameSpecies == SameRule::sum;
     for (const std::size_t column : reading.columnsOf(ColumnRole::stage)) {
-        text += "; sexes or stages of column " + columnLetters(column) + added(reading.columns);
+        if (!addsRows) break;
+        text += "; sexes or stages of column " + columnLetters(column) +
+                addedText(reading, reading.columns);
     }
     if (reading.layout != TableLayout::records) return text;
     const std::string counts = columnsText(ColumnRole::count);
@@ -118,8 +134,13 @@ std::vector<std::string> noticeTexts(const TableNotices& notices, const TableRea
         texts.emplace_back(
             "presence only: each mark is taken as 1, so metrics of abundance mean nothing");
     }
-    if (!notices.stageNames.empty()) {
-        texts.push_back("sexes or stages of " + listText(notices.stageNames) + " added");
+    if (!notices.stageColumns.empty()) {
+        std::vector<std::string> letters;
+        for (const std::size_t column : notices.stageColumns) {
+            letters.push_back(columnLetters(column));
+        }
+        texts.push_back("sexes or stages in the headers of columns " + listText(letters) +
+                        addedText(reading, reading.headerRows));
     }
     if (notices.totalsRow) texts.push_back(rowsText({*notices.totalsRow}) + " (total) left out");
     if (!notices.totalsColumns.empty()) {
@@ -167,7 +188,8 @@ const char* doubtText(TableDoubt doubt) {
         case TableDoubt::counts:
             return "which columns hold the counts";
         case TableDoubt::stages:
-            return "whether to add the counts of names that differ in nothing but a sex or stage";
+            return "whether to add the counts of columns whose headers differ in nothing but a sex "
+                   "or stage";
         case TableDoubt::numbers:
             return "whether there are counts in columns that look like years, areas or the like";
         case TableDoubt::amounts:

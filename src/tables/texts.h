@@ -9,9 +9,6 @@
 
 namespace zorvel {
 
-// "a, b and 3 more", each safe to show on a terminal.
-std::string listText(const std::vector<std::string>& names);
-
 // Of each separator that has one: "comma".
 struct SeparatorName {
     char separator;

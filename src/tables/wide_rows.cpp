@@ -79,15 +79,13 @@ class WideRows final : public RowReader {
     // Names the species or census of each column, and joins those that differ in a sex or stage.
     void nameColumns(const TableHeader& header) {
         std::map<std::size_t, std::string> joined;
-        if (reading_.sameStages == SameRule::sum) joined = headersWithoutStages(header, reading_);
+        if (reading_.sameStages == SameRule::sum) joined = namesWithoutStages(header, reading_);
         const std::set<std::string> overStages = namesOverStages(header);
         for (const std::size_t column : columns_.counts) {
             const auto found = joined.find(column);
             const bool isJoined = found != joined.end();
             const std::string name = isJoined ? found->second : header.name(column);
-            if (isJoined) {
-                records_.notices.stageNames.push_back(terminalLine(header.name(column)));
-            }
+            if (isJoined) records_.notices.stageColumns.push_back(column);
             if (name.empty() && !reading_.headerRows.empty()) {
                 rules_.problem({reading_.firstRow, 0, column}, {},
                                hasCensusRows()

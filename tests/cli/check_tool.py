@@ -629,9 +629,9 @@ class Tables(InFolder):
             "census by its row"]))
         stages = "Plot,Lasius worker,Lasius queen,Apis A,Apis F\nBog,5,1,0,0\n"
         self.assertEqual(self.records(stages), (1, [
-            " it is in doubt whether to add the counts of names that differ in nothing but a sex or stage "
-            "(Lasius worker, Lasius queen): give --stages sum or apart, or --guess to take it as it "
-            "seems to be"]))
+            " it is in doubt whether to add the counts of columns whose headers differ in nothing but a "
+            'sex or stage (B "Lasius worker", C "Lasius queen"): give --stages sum or apart, or --guess '
+            "to take it as it seems to be"]))
         self.assertEqual(self.records(stages, "--stages", "sum"), [("Bog", {"Lasius": 6})])
         self.assertEqual(self.records(stages, "--stages", "apart"),
                          [("Bog", {"Lasius worker": 5, "Lasius queen": 1})])

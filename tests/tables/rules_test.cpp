@@ -269,7 +269,7 @@ TEST(TableRules, SexesAreAddedUnlessTheyAreKeptApart) {
     EXPECT_EQ(shownRecords(readWith(text, apart)), "M: Abies alba=1; F: Abies alba=2; ");
 }
 
-TEST(TableRules, StagesAreAddedOnlyWhereNamesDifferInThem) {
+TEST(TableRules, StagesAreAddedOnlyWhereColumnsDifferInThem) {
     const auto sum = [](TableReading& reading) {
         reading.sameStages = SameRule::sum;
         reading.sameSpecies = SameRule::apart;
@@ -277,48 +277,39 @@ TEST(TableRules, StagesAreAddedOnlyWhereNamesDifferInThem) {
     struct Case {
         const char* text;
         const char* records;
-        std::vector<std::string> added;  // names of which this is said
+        std::vector<std::size_t> columns;  // that are said to be added
     };
     for (const Case& c : std::vector<Case>{
              {"Species,Bog M,Bog F,Fen,Fen\nPoa annua,1,2,3,4\nPoa annua,5,6,0,0\n",
               "Bog: Poa annua=3 Poa annua=11; Fen: Poa annua=3; Fen: Poa annua=4; ",
-              {"Bog M", "Bog F"}},
+              {1, 2}},
              {"Species,Bog,Bog,Fen,Fen\nSex,M,F,,\nPoa annua,1,2,3,4\n",
               "Bog: Poa annua=3; Fen: Poa annua=3; Fen: Poa annua=4; ",
               {}},
              {"Species,Bog juv,Bog adult,Plot A,Plot F,Plot M\nPoa annua,1,2,3,4,5\n",
               "Bog: Poa annua=3; Plot A: Poa annua=3; Plot F: Poa annua=4; Plot M: Poa annua=5; ",
-              {"Bog juv", "Bog adult"}},
+              {1, 2}},
              {"Species,Transect F,Bog\nPoa annua,1,2\n",
               "Transect F: Poa annua=1; Bog: Poa annua=2; ",
               {}},
              {"Site,Parus M,Larus,Parus F,Larus\nA,1,2,3,4\n",
               "A: Parus=4 Larus=2 Larus=4; ",
-              {"Parus M", "Parus F"}},
+              {1, 3}},
              {"Species,Bog M,Bog F,Bog M,Fen M,Fen F\nDate,2021-05-01,2021-05-01,2021-06-01,"
               "2021-05-01,2021-06-01\nPoa,1,2,3,4,5\n",
-              "Bog: Poa=3; Bog M: Poa=3; Fen M: Poa=4; Fen F: Poa=5; ",
-              {"Bog M", "Bog F"}},
+              "Bog: Poa=3; Bog: Poa=3; Fen: Poa=4; Fen: Poa=5; ",
+              {1, 2, 3, 4, 5}},
              {"Site,Stage,Poa\nA,juv,1\nA,adult,2\n", "A: Poa=3; ", {}},
              {"Site,Stage,Poa,Poa\nA,juv,1,2\nA,adult,3,4\n", "A: Poa=4 Poa=6; ", {}},
              {"Site,Poa,Rumex\nA,1,2\n", "A: Poa=1 Rumex=2; ", {}},
-             // In cells, where others of the species may follow.
-             {"Site,Species,Count\nA,Larus M,1\nA,Parus juv,5\nA,Larus F,2\nA,Larus M,3\nB,Poa "
-              "A,1\n"
-              "B,Larus F,4\nB,Poa F,1\nB,Poa M,1\n",
-              "A: Larus=6 Parus juv=5; B: Poa A=1 Larus=4 Poa F=1 Poa M=1; ",
-              {"Larus M", "Larus F"}},
-             {"Species,Bog,Fen\nPoa,1,0\nRumex,5,6\nPoa juv,2,3\nRumex M,0,0\n",
-              "Bog: Poa=3 Rumex=5; Fen: Rumex=6 Poa=3; ",
-              {"Poa", "Rumex", "Poa juv", "Rumex M"}},
              {"Site,Poa M,Poa F\nA,9223372036854775807,1\n",
               "A: Poa=9223372036854775807; ! C2: The sum of the counts of this species is more "
               "than "
               "9223372036854775807. ",
-              {"Poa M", "Poa F"}}}) {
+              {1, 2}}}) {
         const TableRecords records = readWith(c.text, sum);
         EXPECT_EQ(shownRecords(records), c.records) << c.text;
-        EXPECT_EQ(records.notices.stageNames, c.added) << c.text;
+        EXPECT_EQ(records.notices.stageColumns, c.columns) << c.text;
     }
 }
 
@@ -335,6 +326,15 @@ TEST(TableRules, StagesOfAnotherDateAreNotSaidToBeAdded) {
     EXPECT_EQ(joinedText(reading), "; sexes or stages of column C" + std::string(apart));
     reading.sameCensus = SameRule::sum;
     EXPECT_EQ(joinedText(reading), "; sexes or stages of column C added");
+    reading.sameCensus = SameRule::apart;
+    reading.columns[1] = ColumnRole::year;  // which is no date by itself
+    EXPECT_EQ(joinedText(reading), "; sexes or stages of column C added");
+    TableNotices notices;
+    notices.stageColumns = {1, 2};
+    reading =
+        guessTable("Species,Bog M,Bog F\nDate,2021-05-01,2021-06-01\nPoa,1,2\n", true).reading;
+    EXPECT_THAT(noticeTexts(notices, reading),
+                ElementsAre("sexes or stages in the headers of columns B, C" + std::string(apart)));
 }
 
 TEST(TableRules, NoticesShowNoControlCharacters) {

@@ -284,10 +284,10 @@ TEST_F(TableDialogTest, CountsOfSexesAreAddedIfTheAnswerSaysSo) {
     openTable("Species,\u2642,\u2640\nLasius niger,2,3\nFormica rufa,4,4\n");
     const auto stages = [this] { return dialog()->findChildren<QPushButton*>("tableDoubtAnswer"); };
     ASSERT_TRUE(waitUntil([&] { return stages().size() == 2; }));
-    EXPECT_EQ(stages()[0]->accessibleDescription(),
-              "Zorvel is not sure whether to add the counts of \u2642, \u2640, which differ in "
-              "nothing but a "
-              "sex or stage. Choose.");
+    EXPECT_EQ(
+        stages()[0]->accessibleDescription(),
+        "Zorvel is not sure whether to add the counts of columns B-C, whose headers differ in "
+        "nothing but a sex or stage. Choose.");
     stages()[1]->click();
     ASSERT_TRUE(waitFor("Import 2 Censuses"));
     auto& box = part<QComboBox>("tableStagesBox");

@@ -97,9 +97,9 @@ DoubtQuestion questionOf(TableDoubt doubt, const TablePreview& preview) {
             break;
         }
         case TableDoubt::stages: {
-            ask(QString(
-                    "whether to add the counts of %1, which differ in nothing but a sex or stage")
-                    .arg(QString::fromStdString(preview.stageNames)));
+            ask(QString("whether to add the counts of columns %1, whose headers differ in nothing "
+                        "but a sex or stage")
+                    .arg(QString::fromStdString(columnsText(preview.stageColumns))));
             const auto set = [](SameRule rule) {
                 return [rule](TableCorrections& corrections) { corrections.sameStages = rule; };
             };

@@ -234,7 +234,7 @@ void TableOptions::addRules(QGridLayout& grid) {
             corrections.unnamed = static_cast<UnnamedRule>(value);
         });
     addList(
-        grid, 11, "Names M, F, &juv.:", "tableStagesBox",
+        grid, 11, "Headers M, F, &juv.:", "tableStagesBox",
         {{"Added", static_cast<int>(SameRule::sum)},
          {"Kept apart", static_cast<int>(SameRule::apart)}},
         [](const TableReading& reading) { return static_cast<int>(reading.sameStages); },

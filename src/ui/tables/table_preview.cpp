@@ -128,7 +128,7 @@ class Previewer {
         TableNotices& notices = records.notices;
         preview_.totalsRow = notices.totalsRow.value_or(0);
         notices.totalsRow.reset();
-        preview_.stageNames = listText(notices.stageNames);
+        preview_.stageColumns = notices.stageColumns;
         dropIdleDoubts(preview_.doubts, notices);
         preview_.noteRows = std::exchange(notices.noteRows, {});
         preview_.notices = noticeTexts(notices, preview_.reading);

@@ -38,15 +38,15 @@ struct TablePreview {
     std::string sheet;    // empty for a text
     std::string failure;  // why rows could not be read; a part of a sentence
     TableReading reading;
-    std::vector<TableDoubt> doubts;     // that the user has not settled
-    std::vector<std::size_t> unlikely;  // see TableGuess
-    std::string stageNames;             // the first of TableNotices::stageNames
-    std::string header;                 // the texts of the header rows; empty without one
-    std::vector<Row> rows;              // ascending; those with problems follow after gaps
-    std::vector<std::size_t> columns;   // shown: their places from 0, ascending
-    std::size_t readRows = 0;           // of the table, until now
-    bool whole = true;                  // all rows were read
-    std::vector<Census> censuses;       // the first of those that would be read
+    std::vector<TableDoubt> doubts;         // that the user has not settled
+    std::vector<std::size_t> unlikely;      // see TableGuess
+    std::vector<std::size_t> stageColumns;  // see TableNotices
+    std::string header;                     // the texts of the header rows; empty without one
+    std::vector<Row> rows;                  // ascending; those with problems follow after gaps
+    std::vector<std::size_t> columns;       // shown: their places from 0, ascending
+    std::size_t readRows = 0;               // of the table, until now
+    bool whole = true;                      // all rows were read
+    std::vector<Census> censuses;           // the first of those that would be read
     std::size_t censusCount = 0;
     TableRemarks problems;
     std::map<std::size_t, std::size_t> problemsOfColumn;
