@@ -96,12 +96,6 @@ TableGuess guessRows(const SampleRows& rows, const TableReading& known,
             if (i > 0 && isRowOfUnits(grid, i)) metadata = ColumnRole::ignored;
             reading.headerRows.push_back(metadata.value_or(names));
         }
-        for (std::size_t i = header; speciesRows && !choices.headerRows && i < grid.height(); ++i) {
-            const auto metadata = i == 0 ? std::nullopt : metadataOf(grid, i);
-            const auto role = metadata || i == 0 ? metadata : measureOf(grid, i);
-            if (!role) break;
-            reading.headerRows.push_back(*role);
-        }
         reading.columns =
             wideRoles(grid, reading, reading.shortHeader ? WordRoles(grid.width()) : roles);
         guessStages(grid, roles, guess);

@@ -78,31 +78,6 @@ std::optional<ColumnRole> metadataOf(const SampleGrid& grid, std::size_t i) {
     }
 }
 
-std::optional<ColumnRole> measureOf(const SampleGrid& grid, std::size_t i) {
-    const auto meaning = grid.meaning(grid.cell(i, 0));
-    if (!meaning) return std::nullopt;
-    const auto areWithin = [&](std::int64_t least, std::int64_t most) {
-        const auto& cells = grid.row(i).cells;
-        return std::all_of(cells.begin() + 1, cells.end(), [&](std::string_view cell) {
-            const auto number = parseWholeInteger(cell);
-            return cell.empty() || (number && *number >= least && *number <= most);
-        });
-    };
-    switch (meaning->role) {
-        case ColumnRole::year:
-            return areWithin(1000, 2999) ? std::optional(meaning->role) : std::nullopt;
-        case ColumnRole::month:
-            return areWithin(1, 12) ? std::optional(meaning->role) : std::nullopt;
-        case ColumnRole::day:
-            return areWithin(1, 31) ? std::optional(meaning->role) : std::nullopt;
-        case ColumnRole::ignored:
-            // Sand or litter may be counted like a species.
-            return meaning->rank > 2 ? std::optional(meaning->role) : std::nullopt;
-        default:
-            return std::nullopt;
-    }
-}
-
 bool isRowOfUnits(const SampleGrid& grid, std::size_t i) {
     const auto& cells = grid.row(i).cells;
     return grid.row(i).filled > 0 &&

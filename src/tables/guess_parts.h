@@ -28,8 +28,6 @@ bool isShort(const SampleGrid& grid, std::size_t header);
 std::size_t labelColumn(const SampleGrid& grid, std::size_t header);
 // Of a row above species rows: what it tells of each census.
 std::optional<ColumnRole> metadataOf(const SampleGrid& grid, std::size_t i);
-// The same of a row that could be one of counts in another layout: a year, an altitude.
-std::optional<ColumnRole> measureOf(const SampleGrid& grid, std::size_t i);
 // Below a header: ind., ind., ind.
 bool isRowOfUnits(const SampleGrid& grid, std::size_t i);
 // Beside or between names: sexes or stages, perhaps with their totals.

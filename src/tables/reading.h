@@ -2,7 +2,6 @@
 // for cells that are no plain counts. A plain value, found by guessing, changed by the user.
 #pragma once
 
-#include <algorithm>
 #include <cstddef>
 #include <string>
 #include <vector>
@@ -91,18 +90,6 @@ struct TableReading {
             if (columns[column] == role) found.push_back(column);
         }
         return found;
-    }
-    // The header rows of year, month and day, where all three tell the date; counted from 0.
-    [[nodiscard]] std::vector<std::size_t> datePartRows() const {
-        std::vector<std::size_t> rows;
-        for (const ColumnRole part : {ColumnRole::year, ColumnRole::month, ColumnRole::day}) {
-            const auto found = std::find(headerRows.begin(), headerRows.end(), part);
-            if (found == headerRows.end()) return {};
-            rows.push_back(static_cast<std::size_t>(found - headerRows.begin()));
-        }
-        const bool hasDate =
-            std::find(headerRows.begin(), headerRows.end(), ColumnRole::date) != headerRows.end();
-        return hasDate ? std::vector<std::size_t>() : rows;
     }
     [[nodiscard]] std::size_t firstDataRow() const { return firstRow + headerRows.size(); }
 

@@ -120,20 +120,13 @@ void RowReader::readAttributes(MockCensus& census, const SparseRow& row) {
         rules_.readAttribute(census, role, row.cell(column), placeOf(row, column), columns_.exact);
     }
     if (columns_.dateParts.empty()) return;
-    std::vector<std::string_view> parts;
-    for (const std::size_t column : columns_.dateParts) parts.push_back(row.cell(column));
-    readDateParts(census, parts, placeOf(row, columns_.dateParts.front()));
-}
-
-void RowReader::readDateParts(MockCensus& census, const std::vector<std::string_view>& parts,
-                              const TablePlace& place) {
     std::string date;
-    for (const std::string_view part : parts) {
-        if (part.empty()) return;
+    for (const std::size_t column : columns_.dateParts) {
+        if (row.cell(column).empty()) return;
         if (!date.empty()) date += '-';
-        date += part;
+        date += row.cell(column);
     }
-    rules_.readDate(census, date, place);
+    rules_.readDate(census, date, placeOf(row, columns_.dateParts.front()));
 }
 
 bool RowReader::isSpeciesText(const SparseRow& row) {

@@ -81,9 +81,6 @@ class RowReader {
     // no text.
     std::optional<std::string> censusName(const SparseRow& row);
     void readAttributes(MockCensus& census, const SparseRow& row);
-    // Year, month and day; no date where one of them is blank.
-    void readDateParts(MockCensus& census, const std::vector<std::string_view>& parts,
-                       const TablePlace& place);
     // By which rows and columns of one census are known: its name, with date and place or alone.
     [[nodiscard]] std::string keyOf(const MockCensus& census) const;
     // Genus and species. False, with a problem, where one of them is no text.

@@ -40,21 +40,13 @@ const char* addedText(const TableReading& reading, const std::vector<ColumnRole>
     const auto has = [&roles](ColumnRole role) {
         return std::find(roles.begin(), roles.end(), role) != roles.end();
     };
-    const bool areDated = has(ColumnRole::date) ||
-                          (has(ColumnRole::year) && has(ColumnRole::month) && has(ColumnRole::day));
+    const bool areColumns = &roles == &reading.columns;
+    const bool areDated = has(ColumnRole::date) || (areColumns && has(ColumnRole::year) &&
+                                                    has(ColumnRole::month) && has(ColumnRole::day));
     const bool mayDiffer = areDated || has(ColumnRole::latitude) || has(ColumnRole::longitude);
     return mayDiffer && reading.sameCensus == SameRule::apart
                ? " added where date and place are the same"
                : " added";
-}
-
-// Of a wide table: a row of altitudes, or of years without months and days.
-bool isIgnoredHeader(const TableReading& reading, std::size_t i) {
-    const ColumnRole role = reading.headerRows[i];
-    const bool isDatePart =
-        role == ColumnRole::year || role == ColumnRole::month || role == ColumnRole::day;
-    if (isDatePart) return reading.datePartRows().empty();
-    return role == ColumnRole::ignored && reading.layout != TableLayout::records;
 }
 
 }  // namespace
@@ -161,11 +153,6 @@ std::vector<std::string> noticeTexts(const TableNotices& notices, const TableRea
         texts.push_back((notices.ignoredColumns.size() == 1 ? "column " : "columns ") +
                         listText(notices.ignoredColumns) + " ignored");
     }
-    std::vector<std::size_t> ignoredRows;
-    for (std::size_t i = 0; i < reading.headerRows.size(); ++i) {
-        if (isIgnoredHeader(reading, i)) ignoredRows.push_back(reading.firstRow + i);
-    }
-    if (!ignoredRows.empty()) texts.push_back(rowsText(ignoredRows) + " ignored");
     add(notices.blankCells, "blank cell taken as 0", "blank cells taken as 0");
     add(notices.missing.count, "cell without a value", "cells without a value");
     for (std::size_t i = 0; i < std::min<std::size_t>(3, notices.missing.kept.size()); ++i) {

@@ -138,11 +138,6 @@ class WideRows final : public RowReader {
             rules_.readAttribute(census, reading_.headerRows[i], header.cell(i, column),
                                  {reading_.firstRow + i, 0, column}, false);
         }
-        if (const std::vector<std::size_t> rows = reading_.datePartRows(); !rows.empty()) {
-            std::vector<std::string_view> parts;
-            for (const std::size_t i : rows) parts.push_back(header.cell(i, column));
-            readDateParts(census, parts, {reading_.firstRow + rows.front(), 0, column});
-        }
         return isOfStages ? openCensus(std::move(census)) : gathered_.add(std::move(census));
     }
 

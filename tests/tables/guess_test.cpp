@@ -137,12 +137,6 @@ TEST(TableGuess, MeasurementsAreNoSpeciesAndCensusesMayHaveTheirNames) {
           "Sand: Carabus=3; Area North: Amara=5; "},
          {"Species,Sand,Rock\nNereis diversicolor,3,0\nMytilus edulis,0,4\n",
           "Sand: Nereis diversicolor=3; Rock: Mytilus edulis=4; "},
-         {"Species,Bog,Mire\nYear,2020,2021\nAltitude,120,340\nDate,2020-05-01,2021-05-02\n"
-          "Poa annua,3,0\nSand,1,4\n",
-          "Bog: Poa annua=3 Sand=1; Mire: Sand=4; "},
-         {"Species,Bog,Mire\nSand,3,0\nYear,3,4\n", "Bog: Sand=3 Year=3; Mire: Year=4; "},
-         {"Site,Poa annua,Bellis perennis\nAltitude,3,0\nDuration,0,5\n",
-          "Altitude: Poa annua=3; Duration: Bellis perennis=5; "},
          {"Unnamed: 0,Plot,Poa,Bellis\n0,A,3,1\n1,B,0,2\n", "A: Poa=3 Bellis=1; B: Bellis=2; "},
          {"Nr;Bach;Baetis rhodani;Gammarus pulex\n1;Elz;12;3\n2;Dreisam;0;40\n",
           "Elz: Baetis rhodani=12 Gammarus pulex=3; Dreisam: Gammarus pulex=40; "},

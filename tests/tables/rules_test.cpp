@@ -356,22 +356,6 @@ TEST(TableRules, NoticesCountWhatWasTakenByRule) {
     EXPECT_THAT(records.notices.ignoredColumns, ElementsAre("C \"Observer\""));
 }
 
-TEST(TableRules, RowsOfYearMonthAndDayAreDatesTogether) {
-    const std::string text = "Species,Bog,Mire\nYear,2020,\nMonth,5,6\nDay,1,2\nPoa,1,2\n";
-    const TableRecords dated = readWith(text);
-    ASSERT_EQ(shownRecords(dated), "Bog: Poa=1; Mire: Poa=2; ");
-    EXPECT_EQ(dated.censuses[0].timeStamp,
-              readWith("Species,Bog\nDate,2020-05-01\nPoa,1\n").censuses[0].timeStamp);
-    EXPECT_TRUE(dated.censuses[0].timeStamp);
-    EXPECT_FALSE(dated.censuses[1].timeStamp);
-    const auto noticesOf = [](const std::string& table) {
-        return noticeTexts(readWith(table).notices, guessTable(table, true).reading);
-    };
-    EXPECT_THAT(noticesOf(text), testing::IsEmpty());
-    EXPECT_THAT(noticesOf("Species,Bog\nYear,2020\nAltitude,120\nPoa,1\n"),
-                ElementsAre("rows 2, 3 ignored"));
-}
-
 TEST(TableRules, ManyProblemsAreCountedAndTheFirstKept) {
     std::string text = "Plot,Abies alba,Picea abies\n";
     for (int i = 0; i < 1500; ++i) text += "P" + std::to_string(i) + ",x2,1\n";
