@@ -7,6 +7,7 @@
 #include <string>
 #include <utility>
 
+#include "base/numbers.h"
 #include "base/text.h"
 #include "tables/row_reader.h"
 #include "tables/stage_names.h"
@@ -201,6 +202,14 @@ class WideRows final : public RowReader {
             return;
         }
         if (!isSpeciesText(row)) return;
+        if (isMeasured(row, cell)) {
+            rules_.problem(
+                placeOf(row, columns_.species), cell,
+                shownInQuotes(cell) +
+                    " is the label of years or of a measurement, not of a species. Leave "
+                    "the row out, or count it among the header rows.");
+            return;
+        }
         const std::size_t known = gathered_.species.size();
         const std::size_t species = gathered_.species.number(speciesName(row, cell));
         ++speciesRows_;
@@ -221,6 +230,23 @@ class WideRows final : public RowReader {
         for (std::size_t census = 0; census < censuses; ++census) {
             addTaxon(census, species, counts[census], placeOf(row, firstColumns_[census]));
         }
+    }
+
+    // A measurement is known by one word alone: "Oxygen weed" is a species.
+    [[nodiscard]] bool isMeasured(const SparseRow& row, std::string_view label) const {
+        const auto meaning = headerMeaning(label);
+        if (!meaning) return false;
+        if (meaning->role == ColumnRole::ignored) {
+            // Sand or litter may be counted like a species.
+            return meaning->rank > 2 && label.find_first_of(" ._-") == std::string_view::npos;
+        }
+        // "Ar" may be the code of a species.
+        return meaning->role == ColumnRole::year &&
+               std::all_of(columns_.counts.begin(), columns_.counts.end(),
+                           [&row](std::size_t column) {
+                               const auto year = parseWholeInteger(row.cell(column));
+                               return year && *year >= 1000 && *year < 3000;
+                           });
     }
 
     void addHeld() {

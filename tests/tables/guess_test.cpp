@@ -137,6 +137,11 @@ TEST(TableGuess, MeasurementsAreNoSpeciesAndCensusesMayHaveTheirNames) {
           "Sand: Carabus=3; Area North: Amara=5; "},
          {"Species,Sand,Rock\nNereis diversicolor,3,0\nMytilus edulis,0,4\n",
           "Sand: Nereis diversicolor=3; Rock: Mytilus edulis=4; "},
+         {"Species,Bog,Mire\nYear,2020,2021\nPoa annua,3,0\nAltitude,12,34\n",
+          "A2: \"Year\" is the label of years or of a measurement, not of a species. Leave the row "
+          "out, or count it among the header rows."},
+         {"Species,Bog,Mire\nPh. collybita,3,0\nOxygen weed,1,4\nSand,0,1\nYear,3,4\n",
+          "Bog: Ph. collybita=3 Oxygen weed=1 Year=3; Mire: Oxygen weed=4 Sand=1 Year=4; "},
          {"Unnamed: 0,Plot,Poa,Bellis\n0,A,3,1\n1,B,0,2\n", "A: Poa=3 Bellis=1; B: Bellis=2; "},
          {"Nr;Bach;Baetis rhodani;Gammarus pulex\n1;Elz;12;3\n2;Dreisam;0;40\n",
           "Elz: Baetis rhodani=12 Gammarus pulex=3; Dreisam: Gammarus pulex=40; "},
