@@ -115,6 +115,11 @@ bool isShort(const SampleGrid& grid, std::size_t header) {
     if (header > 1 && filledWidth(grid.row(1)) == grid.width() && grid.cell(1, 0).empty()) {
         return false;
     }
+    // Where the last cell is there but blank, "Species" stands above the species.
+    const auto meaning = grid.meaning(grid.cell(0, 0));
+    const bool isNamed =
+        meaning && (meaning->role == ColumnRole::species || meaning->role == ColumnRole::census);
+    if (isNamed && grid.row(0).cells.size() == grid.width()) return false;
     return filledWidth(grid.row(0)) + 1 == grid.width() &&
            filledWidth(grid.row(header)) == grid.width() && !grid.cell(0, 0).empty();
 }

@@ -137,6 +137,8 @@ TEST(TableGuess, MeasurementsAreNoSpeciesAndCensusesMayHaveTheirNames) {
           "Sand: Carabus=3; Area North: Amara=5; "},
          {"Species,Sand,Rock\nNereis diversicolor,3,0\nMytilus edulis,0,4\n",
           "Sand: Nereis diversicolor=3; Rock: Mytilus edulis=4; "},
+         {"Species,Bog,\nPoa annua,1,2\nBellis perennis,3,4\n",
+          "C1: There is no name of a census above these counts."},
          {"Species,Bog,Mire\nYear,2020,2021\nPoa annua,3,0\nAltitude,12,34\n",
           "A2: \"Year\" is the label of years or of a measurement, not of a species. Leave the row "
           "out, or count it among the header rows."},
