@@ -34,8 +34,8 @@ std::string rowsText(const std::vector<std::size_t>& rows) {
     return (rows.size() == 1 ? "row " : "rows ") + listText(numbers);
 }
 
-// Of sexes and stages, which are told by these header rows or columns: censuses of another date or
-// place are different ones.
+// What is done with the sexes and stages that these header rows or columns tell: censuses of
+// another date or place are different ones. Year, month and day are a date in columns only.
 const char* addedText(const TableReading& reading, const std::vector<ColumnRole>& roles) {
     const auto has = [&roles](ColumnRole role) {
         return std::find(roles.begin(), roles.end(), role) != roles.end();
@@ -110,7 +110,7 @@ std::string joinedText(const TableReading& reading) {
                 integerText(static_cast<std::int64_t>(reading.firstRow + i)) +
                 addedText(reading, reading.headerRows);
     }
-    // A species stays apart in each of the other tables.
+    // In the other layouts, stages are added as rows of the same species.
     const bool addsRows =
         reading.layout == TableLayout::censusRows || reading.sameSpecies == SameRule::sum;
     for (const std::size_t column : reading.columnsOf(ColumnRole::stage)) {
